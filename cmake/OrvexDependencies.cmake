@@ -1,0 +1,17 @@
+# A dependency that is missing stops the configuration with the command that repairs it.
+
+function(orvex_require found what)
+  if(NOT ${found})
+    message(FATAL_ERROR "orvex needs ${what}. On Debian, scripts/setup.sh installs it.")
+  endif()
+endfunction()
+
+set(OpenGL_GL_PREFERENCE GLVND)
+find_package(OpenGL QUIET COMPONENTS OpenGL EGL)
+orvex_require(OpenGL_FOUND "OpenGL and EGL (libopengl-dev, libegl-dev, libgl-dev)")
+
+find_package(Threads QUIET)
+orvex_require(Threads_FOUND "a threads library")
+
+find_path(ORVEX_STB_INCLUDE_DIR stb_image.h PATH_SUFFIXES stb)
+orvex_require(ORVEX_STB_INCLUDE_DIR "stb_image (libstb-dev)")

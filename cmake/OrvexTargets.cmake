@@ -1,0 +1,55 @@
+# How the folders contribute to the targets: each names its sources and public headers, each test
+# folder its test programs.
+
+# orvex_add(PUBLIC <headers> SOURCES <sources and private headers>)
+#
+# Adds a folder's files to the library. Public headers are installed, compiled alone by the header
+# check, and listed in the umbrella header.
+function(orvex_add)
+  cmake_parse_arguments(arg "" "" "PUBLIC;SOURCES" ${ARGN})
+  foreach(file IN LISTS arg_PUBLIC arg_SOURCES)
+    target_sources(orvex_objects PRIVATE "${CMAKE_CURRENT_SOURCE_DIR}/${file}")
+  endforeach()
+  foreach(header IN LISTS arg_PUBLIC)
+    cmake_path(RELATIVE_PATH CMAKE_CURRENT_SOURCE_DIR BASE_DIRECTORY "${PROJECT_SOURCE_DIR}/src"
+               OUTPUT_VARIABLE folder)
+    cmake_path(APPEND folder "${header}" OUTPUT_VARIABLE path)
+    cmake_path(NORMAL_PATH path)
+    set_property(GLOBAL APPEND PROPERTY ORVEX_PUBLIC_HEADERS "${path}")
+  endforeach()
+endfunction()
+
+# orvex_test(<name> [SHARED] [LABELS <labels>] [LIBRARIES <more>] [ENVIRONMENT <A=b>] SOURCES <files>)
+#
+# A test program. It sees the engine's private parts through the archive of the library's objects;
+# with SHARED it links the shared library as a host does, and only exported names are in reach.
+function(orvex_test name)
+  cmake_parse_arguments(arg "SHARED" "" "LABELS;LIBRARIES;ENVIRONMENT;SOURCES" ${ARGN})
+  add_executable(${name} ${arg_SOURCES})
+  set(engine orvex_archive)
+  if(arg_SHARED)
+    set(engine orvex_r_osx)
+  endif()
+  target_link_libraries(${name} PRIVATE orvex_options orvex_test_support ${engine} ${arg_LIBRARIES})
+  add_test(NAME ${name} COMMAND ${name})
+  set_tests_properties(${name} PROPERTIES
+    LABELS "${arg_LABELS}"
+    TIMEOUT 600
+    ENVIRONMENT "${ORVEX_TEST_ENVIRONMENT};${arg_ENVIRONMENT}")
+endfunction()
+
+# orvex_bench(<name> [LIBRARIES <more>] SOURCES <files>): a Google Benchmark program.
+function(orvex_bench name)
+  cmake_parse_arguments(arg "" "" "LIBRARIES;SOURCES" ${ARGN})
+  add_executable(${name} ${arg_SOURCES})
+  target_link_libraries(${name} PRIVATE orvex_options orvex_archive benchmark::benchmark
+                        ${arg_LIBRARIES})
+endfunction()
+
+# orvex_fuzz(<name> SOURCES <files>): a libFuzzer program.
+function(orvex_fuzz name)
+  cmake_parse_arguments(arg "" "" "SOURCES" ${ARGN})
+  add_executable(${name} ${arg_SOURCES})
+  target_link_libraries(${name} PRIVATE orvex_options orvex_archive)
+  target_link_options(${name} PRIVATE -fsanitize=fuzzer)
+endfunction()

@@ -1,0 +1,41 @@
+#!/usr/bin/env bash
+# Installs what orvex needs from Debian's packages, as root or through sudo. Only what is missing is
+# asked for, so a second run is quick and needs no network.
+#
+#   scripts/setup.sh          what the library and the demo need
+#   scripts/setup.sh test     that, and what the tests need
+#   scripts/setup.sh bench    that, and the benchmark library with the peers it compares with
+#   scripts/setup.sh fuzz     that, and clang for the fuzz targets
+set -euo pipefail
+
+build=(cmake g++ ninja-build pkg-config libegl-dev libopengl-dev libgl-dev libstb-dev
+       libegl-mesa0 libgl1-mesa-dri)
+test=(libgtest-dev libjpeg62-turbo-dev libx11-dev xvfb libglut3.12 clang clang-format
+      glmark2-data)
+bench=(libbenchmark-dev libtinyobjloader-dev libglm-dev libspdlog-dev libjpeg62-turbo-dev)
+fuzz=(clang libclang-rt-14-dev)
+
+wanted=("${build[@]}")
+case "${1:-}" in
+  '') ;;
+  test) wanted+=("${test[@]}") ;;
+  bench) wanted+=("${bench[@]}") ;;
+  fuzz) wanted+=("${fuzz[@]}") ;;
+  *) echo "usage: scripts/setup.sh [test|bench|fuzz]" >&2; exit 2 ;;
+esac
+
+missing=()
+for package in "${wanted[@]}"; do
+  dpkg-query -W -f='${Status}' "$package" 2>/dev/null | grep -q 'install ok installed' ||
+    missing+=("$package")
+done
+[ ${#missing[@]} -eq 0 ] && exit 0
+
+as_root=()
+if [ "$(id -u)" -ne 0 ]; then
+  as_root=(sudo)
+fi
+echo "Installing: ${missing[*]}"
+export DEBIAN_FRONTEND=noninteractive
+"${as_root[@]}" apt-get update -q
+"${as_root[@]}" apt-get install -y -q --no-install-recommends "${missing[@]}"
