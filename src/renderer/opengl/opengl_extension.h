@@ -1,0 +1,25 @@
+#pragma once
+
+/// @file
+/// The name of one OpenGL extension.
+
+#include <string>
+
+namespace orvex {
+
+/// One entry of a render window's extension list.
+class OpenGLExtension {
+public:
+    /// Copies the name; null gives an empty one.
+    explicit OpenGLExtension(char const* name);
+
+    /// @return the name, which lives as long as the object
+    char const* get_name() const;
+    /// Compares exactly, upper and lower case apart.
+    bool operator==(OpenGLExtension const& other) const;
+
+private:
+    std::string name;
+};
+
+} // namespace orvex
