@@ -1,0 +1,8 @@
+#include "kernel/audio.h"
+
+namespace orvex {
+
+Audio::Audio() = default;
+Audio::~Audio() = default;
+
+} // namespace orvex

@@ -1,0 +1,21 @@
+#pragma once
+
+/// @file
+/// Audio: the base of audio plugins.
+
+#include "api.h"
+#include "kernel/plugin.h"
+
+namespace orvex {
+
+/// Plays sound.
+///
+/// The engine has no concrete class of this kind; a plugin from outside derives from it, sets a
+/// type of its own and adds its operations. Owned as every `Plugin`.
+class ORVEX_API Audio : public Plugin {
+public:
+    Audio();
+    ~Audio() override;
+};
+
+} // namespace orvex

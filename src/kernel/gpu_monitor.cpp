@@ -1,0 +1,8 @@
+#include "kernel/gpu_monitor.h"
+
+namespace orvex {
+
+GpuMonitor::GpuMonitor() = default;
+GpuMonitor::~GpuMonitor() = default;
+
+} // namespace orvex

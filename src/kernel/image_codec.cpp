@@ -1,0 +1,8 @@
+#include "kernel/image_codec.h"
+
+namespace orvex {
+
+ImageCodec::ImageCodec() = default;
+ImageCodec::~ImageCodec() = default;
+
+} // namespace orvex
