@@ -1,0 +1,88 @@
+#pragma once
+
+#include "api.h"
+#include "math/mat4.h"
+#include "math/mat4d.h"
+#include "math/vec4.h"
+#include "math/vec4d.h"
+#include "math/vec4i.h"
+
+#include <vector>
+
+namespace orvex {
+
+/// What a waiting uniform holds, and so which field of `GpuProgramUniform` is sent.
+enum GPU_SHADER_UNIFORM : int {
+    GPU_SHADER_UNIFORM_1I = 0, ///< `i`
+    GPU_SHADER_UNIFORM_2I = 1,
+    GPU_SHADER_UNIFORM_3I = 2,
+    GPU_SHADER_UNIFORM_4I = 3,
+    GPU_SHADER_UNIFORM_1IV = 4, ///< `iv`, `count`
+    GPU_SHADER_UNIFORM_2IV = 5,
+    GPU_SHADER_UNIFORM_3IV = 6,
+    GPU_SHADER_UNIFORM_4IV = 7,
+    GPU_SHADER_UNIFORM_1F = 8, ///< `f`
+    GPU_SHADER_UNIFORM_2F = 9,
+    GPU_SHADER_UNIFORM_3F = 10,
+    GPU_SHADER_UNIFORM_4F = 11,
+    GPU_SHADER_UNIFORM_1FV = 12, ///< `fv`, `count`
+    GPU_SHADER_UNIFORM_2FV = 13,
+    GPU_SHADER_UNIFORM_3FV = 14,
+    GPU_SHADER_UNIFORM_4FV = 15,
+    GPU_SHADER_UNIFORM_1D = 16, ///< `d`
+    GPU_SHADER_UNIFORM_2D = 17,
+    GPU_SHADER_UNIFORM_3D = 18,
+    GPU_SHADER_UNIFORM_4D = 19,
+    GPU_SHADER_UNIFORM_1DV = 20, ///< `dv`, `count`
+    GPU_SHADER_UNIFORM_2DV = 21,
+    GPU_SHADER_UNIFORM_3DV = 22,
+    GPU_SHADER_UNIFORM_4DV = 23,
+    GPU_SHADER_UNIFORM_3X3F = 24, ///< `m3f`
+    GPU_SHADER_UNIFORM_4X4F = 25, ///< `m4f`
+    GPU_SHADER_UNIFORM_3X3D = 26, ///< `m3d`; recorded, never sent
+    GPU_SHADER_UNIFORM_4X4D = 27, ///< `m4d`; recorded, never sent
+    GPU_SHADER_UNIFORM_1UI = 28,  ///< `ui`
+    GPU_SHADER_UNIFORM_2UI = 29,
+    GPU_SHADER_UNIFORM_3UI = 30,
+    GPU_SHADER_UNIFORM_4UI = 31,
+    GPU_SHADER_UNIFORM_1UI64 = 32,  ///< `ui64`
+    GPU_SHADER_UNIFORM_1UI64V = 33, ///< `ui64v`, `count`
+    GPU_SHADER_UNIFORM_2UI64V = 34, ///< recorded, never sent, and so are the two below
+    GPU_SHADER_UNIFORM_3UI64V = 35,
+    GPU_SHADER_UNIFORM_4UI64V = 36
+};
+
+/// One value that waits in a program's table until the program is bound.
+///
+/// `GpuProgramData` makes, owns and destroys it. The type is fixed when the record is made: a later
+/// setter of another kind stores into its own field and leaves the type, so that the field of the
+/// first kind is still the one that is sent.
+struct GpuProgramUniform {
+    /// Room for the name with its terminator; a longer name is known by its first 63 characters.
+    static constexpr unsigned long NAME_SIZE = 64;
+
+    int location = -1; ///< below 0: not looked up, or absent from the linked program
+    GPU_SHADER_UNIFORM type = GPU_SHADER_UNIFORM_1F;
+    bool dirty = false;        ///< to be sent at the next `Renderer::gpu_program_bind_uniforms`
+    char name[NAME_SIZE] = {}; ///< always terminated
+
+    unsigned int ui[4] = {};
+    vec4i i;
+    vec4 f;
+    unsigned long long ui64 = 0;
+    vec4d d;
+    mat4 m4f;
+    mat4d m4d;
+    float m3f[9] = {};
+    double m3d[9] = {};
+
+    /// Elements that the last array setter of any kind was given. An array of another kind may hold
+    /// fewer: never read more than its own size.
+    int count = 0;
+    std::vector<int> iv; ///< deep copies of the caller's data, empty until set
+    std::vector<float> fv;
+    std::vector<double> dv;
+    std::vector<unsigned long long> ui64v;
+};
+
+} // namespace orvex
