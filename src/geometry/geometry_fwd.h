@@ -1,0 +1,35 @@
+#pragma once
+
+/// @file
+/// Forward declarations of the geometry classes and records.
+
+namespace orvex {
+
+/// Vertex layout of a mesh store, chosen once when the store is made. A value outside the table
+/// names no layout.
+enum VERTEX_FORMAT : int {
+    VERTEX_FORMAT_96 = 0,          ///< `Vertex`: every attribute a `vec4`, two texture layers
+    VERTEX_FORMAT_64 = 1,          ///< `Vertex_64`: packed, one texture layer
+    VERTEX_FORMAT_32 = 2,          ///< `Vertex_32`: position, normal and one texture layer only
+    VERTEX_FORMAT_PHYSX_CLOTH = 3, ///< `Vertex_PhysXCloth`: position with the inverse mass in w
+};
+
+struct FaceU16;
+struct FaceU32;
+struct InstancingInitParams;
+struct MaterialSubset;
+struct MeshData;
+struct MeshData_32;
+struct MeshData_64;
+struct MeshData_PhysXCloth;
+struct Vertex;
+struct VertexAttribArray;
+struct VertexAttribArray_2f;
+struct VertexAttribArray_3f;
+struct Vertex_32;
+struct Vertex_64;
+struct Vertex_PhysXCloth;
+
+class Mesh;
+
+} // namespace orvex
