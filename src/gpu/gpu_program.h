@@ -216,6 +216,7 @@ public:
 
 private:
     struct GpuProgramInternals;
+    friend class GpuProgramMgr; // logs the messages of stages that don't compile
 
     GpuProgramData* data_;
     GpuProgramInternals* internals_;

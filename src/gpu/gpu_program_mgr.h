@@ -2,6 +2,7 @@
 
 #include "api.h"
 #include "gpu/gpu_fwd.h"
+#include "renderer/renderer_types.h"
 #include "scene/resource_mgr.h"
 
 namespace orvex {
@@ -84,6 +85,10 @@ public:
 private:
     GpuProgramMgr();
     ~GpuProgramMgr() override;
+
+    bool finish_init(GpuProgram* program, bool loaded);
+    bool load_stage(Renderer* renderer, GpuProgram* program, GPU_SHADER_TYPE type, char const* text,
+                    char const* error);
 
     static GpuProgramMgr* m_ptr_instance;
 };

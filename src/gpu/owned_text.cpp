@@ -1,5 +1,7 @@
 #include "gpu/owned_text.h"
 
+#include <string.h> // strnlen
+
 #include <cstring>
 
 namespace orvex {
@@ -15,8 +17,9 @@ void OwnedText::assign(char const* text) {
 void OwnedText::assign(char const* text, unsigned long size) {
     char* copy = nullptr;
     if (text) {
-        copy = new char[size + 1]();
-        std::strncpy(copy, text, size);
+        unsigned long const length = strnlen(text, size);
+        copy = new char[length + 1]();
+        std::memcpy(copy, text, length);
     }
     delete[] text_;
     text_ = copy;

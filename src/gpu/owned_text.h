@@ -27,8 +27,8 @@ public:
     /// absent.
     void assign(char const* text);
 
-    /// Replaces the text by at most `size` characters of `text`, up to its terminator. The store is
-    /// `size` + 1 bytes, zero behind the text. Null makes it absent.
+    /// Replaces the text by at most `size` characters of `text`, up to its terminator, which need
+    /// not come. Null makes it absent.
     void assign(char const* text, unsigned long size);
 
     /// Makes the text absent and frees the copy.
