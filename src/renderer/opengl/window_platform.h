@@ -18,9 +18,9 @@ enum CONTEXT_PROFILE : int {
 /// A context that is wanted, with its surface.
 struct ContextRequest {
     CONTEXT_PROFILE profile = CONTEXT_PROFILE_LEGACY;
-    int gl_major = 2; ///< read in a core request only
-    int gl_minor = 1; ///< read in a core request only
-    bool double_buffer = true;
+    int gl_major = 2;          ///< read in a core request only
+    int gl_minor = 1;          ///< read in a core request only
+    bool double_buffer = true; ///< a wish; where every surface has a back buffer it is one anyway
     bool software_renderer = false;
     int color_bits = 32;
     int depth_bits = 32; ///< a wish: 32 falls back to 24, then 16
@@ -52,9 +52,9 @@ public:
     /// Releases whatever context is current on the calling thread.
     virtual bool release_current() = 0;
     /// Shows the back buffer, whether or not the context is current.
-    virtual bool present() = 0;
+    virtual void present() = 0;
     /// Sets the swap interval, now or when the context is next made current.
-    virtual bool set_swap_interval(int interval) = 0;
+    virtual void set_swap_interval(int interval) = 0;
     /// Takes up a new size. Surfaces of native drawables follow them by themselves.
     /// @return false when no surface of that size can be had: the former one stays
     virtual bool resize(int width, int height) = 0;

@@ -1,0 +1,189 @@
+#include "renderer/opengl/linux/egl_context.h"
+
+#include <algorithm>
+#include <utility>
+#include <vector>
+
+#include "renderer/opengl/linux/egl_config.h"
+
+namespace orvex {
+
+EglAnyContext::EglAnyContext(EGLDisplay display, EGLContext context, EGLSurface draw,
+                             EGLSurface read)
+    : display(display)
+    , context(context)
+    , draw(draw)
+    , read(read) {}
+
+bool EglAnyContext::is_current() const {
+    const EglOpenGLScope api;
+    return eglGetCurrentContext() == context;
+}
+
+void EglAnyContext::set_surface(EGLSurface surface) {
+    draw = surface;
+    read = surface;
+    swap_interval_pending = swap_interval.has_value();
+}
+
+bool EglAnyContext::make_current() {
+    const EglOpenGLScope api;
+    if (!eglMakeCurrent(display, draw, read, context))
+        return false;
+    if (swap_interval_pending)
+        apply_swap_interval();
+    return true;
+}
+
+bool EglAnyContext::release_current() {
+    const EglOpenGLScope api;
+    return eglMakeCurrent(display, EGL_NO_SURFACE, EGL_NO_SURFACE, EGL_NO_CONTEXT) == EGL_TRUE;
+}
+
+void EglAnyContext::apply_swap_interval() {
+    eglSwapInterval(display, *swap_interval);
+    swap_interval_pending = false;
+}
+
+void EglAnyContext::set_swap_interval(int interval) {
+    swap_interval = interval;
+    swap_interval_pending = true;
+    const EglOpenGLScope api;
+    if (eglGetCurrentContext() == context)
+        apply_swap_interval();
+}
+
+void EglAnyContext::present() {
+    const EglOpenGLScope api;
+    const EglCurrent former;
+    if (former.context == context) {
+        eglSwapBuffers(display, draw);
+        return;
+    }
+    // EGL presents nothing but the current surface.
+    if (!make_current())
+        return;
+    eglSwapBuffers(display, draw);
+    if (former.context == EGL_NO_CONTEXT)
+        release_current();
+    else
+        eglMakeCurrent(former.display, former.draw, former.read, former.context);
+}
+
+namespace {
+
+EGLContext create_core_context(EGLDisplay display, EGLConfig config, EGLContext share, int major,
+                               int minor) {
+    const EGLint attributes[] = {EGL_CONTEXT_MAJOR_VERSION,
+                                 major,
+                                 EGL_CONTEXT_MINOR_VERSION,
+                                 minor,
+                                 EGL_CONTEXT_OPENGL_PROFILE_MASK,
+                                 EGL_CONTEXT_OPENGL_CORE_PROFILE_BIT,
+                                 EGL_NONE};
+    return eglCreateContext(display, config, share, attributes);
+}
+
+EGLContext create_legacy_context(EGLDisplay display, EGLConfig config, EGLContext share) {
+    const EGLint attributes[] = {EGL_CONTEXT_MAJOR_VERSION, 2, EGL_CONTEXT_MINOR_VERSION, 1,
+                                 EGL_NONE};
+    return eglCreateContext(display, config, share, attributes);
+}
+
+/// A driver that can't give the asked core version may give 3.2, and with it often more.
+EGLContext create_native_context(EGLDisplay display, EGLConfig config, EGLContext share,
+                                 ContextRequest const& request) {
+    if (request.profile == CONTEXT_PROFILE_LEGACY)
+        return create_legacy_context(display, config, share);
+    const std::pair lowest(3, 2);
+    const auto [major, minor] = std::max(lowest, std::pair(request.gl_major, request.gl_minor));
+    const EGLContext context = create_core_context(display, config, share, major, minor);
+    if (context != EGL_NO_CONTEXT)
+        return context;
+    return create_core_context(display, config, share, lowest.first, lowest.second);
+}
+
+EGLSurface create_off_screen_surface(EGLDisplay display, EGLConfig config, int width, int height) {
+    const EGLint size[] = {EGL_WIDTH, std::max(width, 1), EGL_HEIGHT, std::max(height, 1),
+                           EGL_NONE};
+    return eglCreatePbufferSurface(display, config, size);
+}
+
+EGLSurface create_surface(EGLDisplay display, EGLConfig config, ContextRequest const& request) {
+    if (!request.view)
+        return create_off_screen_surface(display, config, request.width, request.height);
+    return eglCreateWindowSurface(display, config,
+                                  reinterpret_cast<EGLNativeWindowType>(request.view), nullptr);
+}
+
+} // namespace
+
+EglOwnContext::EglOwnContext(EGLDisplay display, EGLConfig config, EGLContext context,
+                             EGLSurface surface, ContextRequest const& request)
+    : EglAnyContext(display, context, surface, surface)
+    , config(config)
+    , off_screen(!request.view)
+    , width(std::max(request.width, 1))
+    , height(std::max(request.height, 1)) {}
+
+std::unique_ptr<EglOwnContext> EglOwnContext::create(EGLDisplay display, EGLConfig config,
+                                                     ContextRequest const& request) {
+    const auto* share = dynamic_cast<EglAnyContext*>(request.share);
+    const EGLSurface surface = create_surface(display, config, request);
+    if (surface == EGL_NO_SURFACE)
+        return nullptr;
+    const EGLContext context = create_native_context(
+        display, config, share ? share->get_context() : EGL_NO_CONTEXT, request);
+    if (context == EGL_NO_CONTEXT) {
+        eglDestroySurface(display, surface);
+        return nullptr;
+    }
+    return std::unique_ptr<EglOwnContext>(
+        new EglOwnContext(display, config, context, surface, request));
+}
+
+std::unique_ptr<EglOwnContext> EglOwnContext::create(EGLDisplay display,
+                                                     ContextRequest const& request) {
+    ContextRequest attempt = request;
+    for (int depth_bits : depths_to_try(request.depth_bits)) {
+        attempt.depth_bits = depth_bits;
+        for (EGLConfig config : choose_configs(display, attempt))
+            if (auto context = create(display, config, attempt))
+                return context;
+    }
+    return nullptr;
+}
+
+EglOwnContext::~EglOwnContext() {
+    const EglOpenGLScope api;
+    if (eglGetCurrentContext() == get_context())
+        eglMakeCurrent(get_display(), EGL_NO_SURFACE, EGL_NO_SURFACE, EGL_NO_CONTEXT);
+    eglDestroySurface(get_display(), get_surface());
+    eglDestroyContext(get_display(), get_context());
+}
+
+bool EglOwnContext::resize(int new_width, int new_height) {
+    new_width = std::max(new_width, 1);
+    new_height = std::max(new_height, 1);
+    if (!off_screen || (new_width == width && new_height == height))
+        return true;
+    const EglOpenGLScope api;
+    const EGLSurface surface =
+        create_off_screen_surface(get_display(), config, new_width, new_height);
+    if (surface == EGL_NO_SURFACE)
+        return false;
+    const EGLSurface former = get_surface();
+    set_surface(surface);
+    if (eglGetCurrentContext() == get_context())
+        make_current();
+    eglDestroySurface(get_display(), former);
+    width = new_width;
+    height = new_height;
+    return true;
+}
+
+EglHostContext::EglHostContext(EglCurrent const& current, void* host_handle)
+    : EglAnyContext(current.display, current.context, current.draw, current.read)
+    , host_handle(host_handle) {}
+
+} // namespace orvex
