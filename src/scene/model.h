@@ -48,8 +48,8 @@ public:
     Object* create_object();
 
 private:
-    bool separate_vertex_arrays_;
-    int vertex_alignment_;
+    bool separate_vertex_arrays;
+    int vertex_alignment;
 };
 
 } // namespace orvex

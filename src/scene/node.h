@@ -225,7 +225,7 @@ private:
     struct NodeData;
     friend struct NodeAccess;
 
-    NodeData* data_;
+    NodeData* node_data;
 };
 
 } // namespace orvex

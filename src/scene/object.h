@@ -12,9 +12,9 @@ class Material;
 
 struct GpuProgramData;
 struct Vertex;
-struct mat4;
-struct quat;
-struct vec4;
+class mat4;
+class quat;
+class vec4;
 
 /// Base of everything that is drawn: a node with a transform, materials, an optional GPU program, a
 /// bounding sphere, a debug grid and debug axes, and the draw pipeline that subclasses fill in.
@@ -245,26 +245,26 @@ public:
     bool bounding_sphere_inscribed_sphere() const;
 
 protected:
-    /// Written with `use_generic_vertex_attribs_`, read by nothing.
-    bool generic_attribs_mirror_;
+    /// Written with `use_generic_vertex_attribs`, read by nothing.
+    bool generic_attribs_mirror;
     /// The subclass draws instances.
-    bool instancing_active_;
+    bool instancing_active;
     /// The subclass has user vertex attributes.
-    bool user_vertex_attribs_allocated_;
-    bool use_generic_vertex_attribs_;
+    bool user_vertex_attribs_allocated;
+    bool use_generic_vertex_attribs;
 
 private:
     struct ObjectData;
     friend struct ObjectAccess;
 
-    ObjectData* data_;
-    float grid_size_x_;
-    float grid_size_z_;
-    int grid_divisions_x_;
-    int grid_divisions_z_;
-    bool grid_draw_lines_;
-    bool grid_draw_frame_;
-    bool display_grid_state_;
+    ObjectData* object_data;
+    float grid_size_x;
+    float grid_size_z;
+    int grid_divisions_x;
+    int grid_divisions_z;
+    bool grid_draw_lines;
+    bool grid_draw_frame;
+    bool display_grid_state;
 };
 
 } // namespace orvex

@@ -19,7 +19,7 @@ private:
     struct ResourceData;
     friend struct ResourceAccess;
 
-    ResourceData* data_;
+    ResourceData* resource_data;
 };
 
 } // namespace orvex

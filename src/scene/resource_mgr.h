@@ -73,7 +73,7 @@ private:
     struct ResourceMgrData;
     friend struct ResourceAccess;
 
-    ResourceMgrData* data_;
+    ResourceMgrData* mgr_data;
 };
 
 } // namespace orvex

@@ -62,7 +62,7 @@ private:
     struct SceneData;
     friend class SceneMgr;
 
-    SceneData* data_;
+    SceneData* scene_data;
 };
 
 } // namespace orvex

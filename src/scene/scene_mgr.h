@@ -56,7 +56,7 @@ private:
 
     SceneMgr();
 
-    SceneMgrData* data_;
+    SceneMgrData* mgr_data;
 };
 
 } // namespace orvex

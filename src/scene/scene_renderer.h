@@ -35,7 +35,7 @@ public:
 private:
     struct SceneRendererData;
 
-    SceneRendererData* data_;
+    SceneRendererData* renderer_data;
 };
 
 } // namespace orvex
