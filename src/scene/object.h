@@ -1,6 +1,7 @@
 #pragma once
 
 #include "api.h"
+#include "math/math_fwd.h"
 #include "scene/node.h"
 
 namespace orvex {
@@ -12,9 +13,6 @@ class Material;
 
 struct GpuProgramData;
 struct Vertex;
-class mat4;
-class quat;
-class vec4;
 
 /// Base of everything that is drawn: a node with a transform, materials, an optional GPU program, a
 /// bounding sphere, a debug grid and debug axes, and the draw pipeline that subclasses fill in.

@@ -1,0 +1,90 @@
+#pragma once
+
+/// @file
+/// The private record of a node, and the walks that the scene's classes share.
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+#include "kernel/thread.h"
+#include "scene/node.h"
+#include "scene/node_handle.h"
+
+namespace orvex {
+
+struct Node::NodeData {
+    explicit NodeData(Node* owner);
+    NodeData(const NodeData&) = delete;
+    NodeData& operator=(const NodeData&) = delete;
+    ~NodeData();
+
+    int id;
+    std::string name;
+    int ref = 0;
+    Thread thread;
+    std::vector<NODE_TYPE> types;
+    Node* parent = nullptr;
+    std::vector<NodeHandle> children;
+    int layer = 0;
+    int renderer_id = 0;
+    void* user_data = nullptr;
+    bool render_state = true;
+
+    /// Set while `_kill` runs: a hook that releases its own node again must not end it twice.
+    bool dying = false;
+    /// How many entries in lists of children name this node; 0 says that no cycle can lead here.
+    unsigned long listed = 0;
+    /// Shared with every handle on this node.
+    NodeToken* token;
+    /// The parent, for walks towards the root: empty where following it would never end.
+    NodeHandle living_parent;
+    /// This node as an object, set by `Object`'s constructor. Tags can be added by anyone, so a tag
+    /// alone must not decide a cast.
+    Object* object = nullptr;
+};
+
+/// Opens the record to the engine.
+struct NodeAccess {
+    static Node::NodeData& data(const Node& node) { return *node.node_data; }
+    static NodeHandle handle(const Node& node) { return NodeHandle(node.node_data->token); }
+};
+
+/// The node as an object, null if it is none.
+inline Object* node_as_object(const Node& node) {
+    return NodeAccess::data(node).object;
+}
+
+/// The parent if it lives, else null.
+inline Node* node_living_parent(const Node& node) {
+    return NodeAccess::data(node).living_parent.get();
+}
+
+/// Calls `step(child)` on each child of the node behind `walked`, first to last. The count is read
+/// once; children that have ended are passed over, and so are the rest if the node itself ends.
+template<class Step>
+void for_each_child(const NodeHandle& walked, Step step) {
+    const Node* node = walked.get();
+    const std::size_t count = node ? NodeAccess::data(*node).children.size() : 0;
+    for (std::size_t i = 0; i < count; ++i) {
+        node = walked.get();
+        if (!node)
+            return;
+        const std::vector<NodeHandle>& children = NodeAccess::data(*node).children;
+        if (Node* child = i < children.size() ? children[i].get() : nullptr)
+            step(*child);
+    }
+}
+
+/// The same on the children that are objects; a null node has none.
+template<class Step>
+void for_each_child_object(Node* node, Step step) {
+    if (!node)
+        return;
+    for_each_child(NodeAccess::handle(*node), [&step](Node& child) {
+        if (Object* object = node_as_object(child))
+            step(*object);
+    });
+}
+
+} // namespace orvex
