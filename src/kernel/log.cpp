@@ -33,13 +33,14 @@ struct Log::LogData {
 
     std::mutex opening; ///< the lazy open happens before `lock` is taken, which may be off
     LogStamp stamp;
-    std::string line; ///< keeps its memory from line to line
+    std::string line_memory; ///< lent to the line being written
+
 
     std::string_view format(char const* text, va_list arguments) ORVEX_PRINTF(2, 0);
     void write_stamped(LOG_LEVEL level, std::string_view message);
     void write_simple(std::string_view message);
-    void call_back();
-    void write_file();
+    void call_back(const std::string& line);
+    void write_file(const std::string& line);
 };
 
 Log::Log()
@@ -220,37 +221,53 @@ std::int32_t successor(std::int32_t number) {
     return static_cast<std::int32_t>(static_cast<std::uint32_t>(number) + 1u);
 }
 
+/// Lends a log's memory to one line. A callback that traces while the log goes without its lock
+/// finds no memory to lend and cannot disturb the line that is being written.
+class LineMemory {
+public:
+    explicit LineMemory(std::string& owner) : line(std::move(owner)), owner(owner) { line.clear(); }
+    LineMemory(const LineMemory&) = delete;
+    LineMemory& operator=(const LineMemory&) = delete;
+    ~LineMemory() { owner = std::move(line); }
+
+    std::string line;
+
+private:
+    std::string& owner;
+};
+
 } // namespace
 
 void Log::LogData::write_stamped(LOG_LEVEL level, std::string_view message) {
+    LineMemory memory(line_memory);
     line_counter = successor(line_counter);
     stamp.set_time(std::time(nullptr));
-    line.clear();
-    stamp.append_to(line, line_counter);
-    line.append(marker(level)).append(message);
-    call_back();
-    line.push_back('\n');
-    write_file();
-    if (!send_to_terminal)
-        return;
-    const std::tm& time = stamp.time();
-    std::printf("\n[%02d:%02d:%02d] %s", time.tm_hour, time.tm_min, time.tm_sec, message.data());
+    const std::tm time = stamp.time();
+    stamp.append_to(memory.line, line_counter);
+    memory.line.append(marker(level)).append(message);
+    call_back(memory.line);
+    memory.line.push_back('\n');
+    write_file(memory.line);
+    if (send_to_terminal)
+        std::printf("\n[%02d:%02d:%02d] %s", time.tm_hour, time.tm_min, time.tm_sec,
+                    message.data());
 }
 
 void Log::LogData::write_simple(std::string_view message) {
-    line.assign(message).push_back('\n');
-    call_back();
-    write_file();
+    LineMemory memory(line_memory);
+    memory.line.append(message).push_back('\n');
+    call_back(memory.line);
+    write_file(memory.line);
     if (send_to_terminal)
         std::printf("\n%s", message.data());
 }
 
-void Log::LogData::call_back() {
+void Log::LogData::call_back(const std::string& line) {
     if (trace_callback)
         trace_callback(line.c_str(), trace_callback_user_data);
 }
 
-void Log::LogData::write_file() {
+void Log::LogData::write_file(const std::string& line) {
     if (file_open && write_to_file)
         file.write(line);
 }
