@@ -35,7 +35,6 @@ struct Log::LogData {
     LogStamp stamp;
     std::string line_memory; ///< lent to the line being written
 
-
     std::string_view format(char const* text, va_list arguments) ORVEX_PRINTF(2, 0);
     void write_stamped(LOG_LEVEL level, std::string_view message);
     void write_simple(std::string_view message);
@@ -225,7 +224,11 @@ std::int32_t successor(std::int32_t number) {
 /// finds no memory to lend and cannot disturb the line that is being written.
 class LineMemory {
 public:
-    explicit LineMemory(std::string& owner) : line(std::move(owner)), owner(owner) { line.clear(); }
+    explicit LineMemory(std::string& owner)
+        : line(std::move(owner))
+        , owner(owner) {
+        line.clear();
+    }
     LineMemory(const LineMemory&) = delete;
     LineMemory& operator=(const LineMemory&) = delete;
     ~LineMemory() { owner = std::move(line); }
