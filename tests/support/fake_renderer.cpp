@@ -1,0 +1,86 @@
+#include "support/fake_renderer.h"
+
+#include <algorithm>
+
+namespace orvex_test {
+
+FakeRenderer::FakeRenderer() = default;
+
+FakeRenderer::~FakeRenderer() = default;
+
+std::vector<std::string> FakeRenderer::take_calls() {
+    std::vector<std::string> taken;
+    taken.swap(calls);
+    return taken;
+}
+
+int FakeRenderer::count(std::string const& operation) const {
+    return int(std::count_if(calls.begin(), calls.end(), [&](std::string const& call) {
+        return call.compare(0, operation.size() + 1, operation + "(") == 0;
+    }));
+}
+
+void FakeRenderer::name_pointer(void const* pointer, std::string const& name) {
+    names_[pointer] = name;
+}
+
+std::string FakeRenderer::text(bool value) const {
+    return value ? "true" : "false";
+}
+
+std::string FakeRenderer::text(char const* value) const {
+    return value ? '"' + std::string(value) + '"' : "null";
+}
+
+std::string FakeRenderer::text(void const* value) const {
+    if (!value)
+        return "null";
+    auto const name = names_.find(value);
+    return name == names_.end() ? "pointer" : name->second;
+}
+
+namespace {
+
+std::string list(float const* values, int count) {
+    std::ostringstream out;
+    for (int i = 0; i < count; ++i)
+        out << (i ? ", " : "(") << values[i];
+    return out.str() + ")";
+}
+
+} // namespace
+
+std::string FakeRenderer::text(orvex::vec4 const& value) const {
+    float const values[] = {value.x, value.y, value.z, value.w};
+    return list(values, 4);
+}
+
+std::string FakeRenderer::text(orvex::mat4 const& value) const {
+    return list(value.m, 16);
+}
+
+void FakeRenderer::record(std::string const& operation, std::vector<std::string> const& arguments) {
+    if (std::find(ignored.begin(), ignored.end(), operation) != ignored.end())
+        return;
+    std::string call = operation + "(";
+    for (std::size_t i = 0; i < arguments.size(); ++i)
+        call += (i ? ", " : "") + arguments[i];
+    calls.push_back(call + ")");
+}
+
+bool FakeRenderer::result(std::string const& operation) const {
+    auto const found = results.find(operation);
+    return found == results.end() || found->second;
+}
+
+double FakeRenderer::number(std::string const& operation) const {
+    auto const found = numbers.find(operation);
+    return found == numbers.end() ? 0.0 : found->second;
+}
+
+void* FakeRenderer::pointer(std::string const& operation) const {
+    auto const found = pointers.find(operation);
+    return found == pointers.end() ? nullptr : found->second;
+}
+
+} // namespace orvex_test
