@@ -43,7 +43,7 @@ public:
 
     Image() = default;
     /// Starts empty and assigns.
-    Image(Image const& other);
+    Image(const Image& other);
     /// Runs `cleanup`.
     virtual ~Image();
 
@@ -58,7 +58,7 @@ public:
     /// What the source's buffer doesn't hold is zero in the copy. The other store stays as it was.
     /// A size past the largest unsigned value saturates, and the allocation throws. Assigning an
     /// image to itself does nothing.
-    Image& operator=(Image const& other);
+    Image& operator=(const Image& other);
 
     /// Frees and nulls both owned buffers; the external pointer stays. @return true
     bool cleanup();
@@ -114,10 +114,10 @@ public:
     /// They go into the owned buffer of that store; the image's format is not looked at.
     /// @return false for a null source, and without a large enough owned buffer
     /// @{
-    bool update_pixmap_rgb_u8(void const* pixels);
-    bool update_pixmap_rgba_u8(void const* pixels);
-    bool update_pixmap_rgb_f32(void const* pixels);
-    bool update_pixmap_rgba_f32(void const* pixels);
+    bool update_pixmap_rgb_u8(const void* pixels);
+    bool update_pixmap_rgba_u8(const void* pixels);
+    bool update_pixmap_rgb_f32(const void* pixels);
+    bool update_pixmap_rgba_f32(const void* pixels);
     /// @}
 
     /// @name Write one colour to `width * height` pixels of 3, 4, 12 or 16 bytes.
@@ -153,18 +153,18 @@ public:
     /// to `color_b`. The places come from the process-wide generator, seeded with `seed`; one place
     /// may be hit twice. Colours are scaled to the format: 1.0 is 255 in 8-bit images.
     /// @return false for formats outside 1 to 6, and without a large enough owned buffer
-    bool fill_with_noise(unsigned long count, vec4 const& color_a, vec4 const& color_b,
+    bool fill_with_noise(unsigned long count, const vec4& color_a, const vec4& color_b,
                          unsigned int seed);
 
     /// @name The noise, one operation for each layout; the image's format is not looked at.
     /// @{
-    bool fill_with_noise_rgb_u8(unsigned long count, vec3u8 const& color_a, vec3u8 const& color_b,
+    bool fill_with_noise_rgb_u8(unsigned long count, const vec3u8& color_a, const vec3u8& color_b,
                                 unsigned int seed);
-    bool fill_with_noise_rgba_u8(unsigned long count, vec4u8 const& color_a, vec4u8 const& color_b,
+    bool fill_with_noise_rgba_u8(unsigned long count, const vec4u8& color_a, const vec4u8& color_b,
                                  unsigned int seed);
-    bool fill_with_noise_rgb_f32(unsigned long count, vec3 const& color_a, vec3 const& color_b,
+    bool fill_with_noise_rgb_f32(unsigned long count, const vec3& color_a, const vec3& color_b,
                                  unsigned int seed);
-    bool fill_with_noise_rgba_f32(unsigned long count, vec4 const& color_a, vec4 const& color_b,
+    bool fill_with_noise_rgba_f32(unsigned long count, const vec4& color_a, const vec4& color_b,
                                   unsigned int seed);
     /// @}
 
@@ -175,12 +175,12 @@ public:
     ///               only thing that is checked
     /// @return false for an index outside, null, format 7, or without an owned buffer
     /// @{
-    bool set_pixel(unsigned long index, vec4 const& color);
-    bool set_pixel_1d(unsigned long index, vec4 const& color);
-    bool set_pixel_2d(unsigned long x, unsigned long y, vec4 const& color);
-    bool set_pixel_v2(unsigned long index, float const* color);
-    bool set_pixel_1d_v2(unsigned long index, float const* color);
-    bool set_pixel_2d_v2(unsigned long x, unsigned long y, float const* color);
+    bool set_pixel(unsigned long index, const vec4& color);
+    bool set_pixel_1d(unsigned long index, const vec4& color);
+    bool set_pixel_2d(unsigned long x, unsigned long y, const vec4& color);
+    bool set_pixel_v2(unsigned long index, const float* color);
+    bool set_pixel_1d_v2(unsigned long index, const float* color);
+    bool set_pixel_2d_v2(unsigned long x, unsigned long y, const float* color);
     /// @}
 
 private:
@@ -189,14 +189,14 @@ private:
     /// How many bytes lie behind a pointer that the image itself stored. It says nothing as soon as
     /// the field holds another pointer.
     struct Allocation {
-        void const* buffer = nullptr;
+        const void* buffer = nullptr;
         unsigned long bytes = 0;
     };
 
     /// The same for external pixels, whose size follows from the picture they came with. A codec
     /// writes the fields directly, so the note also says which sizes it was taken under.
     struct ExternalNote {
-        void const* buffer = nullptr;
+        const void* buffer = nullptr;
         unsigned long bytes = 0;
         unsigned long width = 0;
         unsigned long height = 0;

@@ -70,14 +70,14 @@ public:
     /// @name Colours of the fixed pipeline, and opacity
     /// @{
     void set_ambient(float r, float g, float b, float a);
-    void set_ambient(vec4 const& color);
-    vec4 const& get_ambient() const;
+    void set_ambient(const vec4& color);
+    const vec4& get_ambient() const;
     void set_diffuse(float r, float g, float b, float a);
-    void set_diffuse(vec4 const& color);
-    vec4 const& get_diffuse() const;
+    void set_diffuse(const vec4& color);
+    const vec4& get_diffuse() const;
     void set_specular(float r, float g, float b, float a);
-    void set_specular(vec4 const& color);
-    vec4 const& get_specular() const;
+    void set_specular(const vec4& color);
+    const vec4& get_specular() const;
     void set_shininess(float shininess);
     float get_shininess() const;
     /// Stored for the host; the engine doesn't read it.
@@ -113,20 +113,20 @@ public:
     /// same.
     /// @param flag  not read: the file is never mirrored
     /// @return the texture, or null if it can't be decoded
-    Texture* load_texture(Renderer* renderer, char const* filename, PIXEL_FORMAT format, bool flag);
+    Texture* load_texture(Renderer* renderer, const char* filename, PIXEL_FORMAT format, bool flag);
 
     /// Appends a file name to the queue. @return false for null
-    bool async_loading_add_texture_filename(char const* filename);
+    bool async_loading_add_texture_filename(const char* filename);
     unsigned long async_loading_get_num_texture_filenames() const;
     /// The name, valid until the queue changes; null past the end.
-    char const* async_loading_get_texture_filename(unsigned long index) const;
+    const char* async_loading_get_texture_filename(unsigned long index) const;
     /// Empties the queue. @return true
     bool async_loading_clear_texture_filenames_list();
     /// Runs `load_texture` for each name of the queue, then empties it. A file that can't be loaded
     /// is logged as an error and leaves no gap in the units.
     /// @param prefix  put in front of each name as it stands, without a separator; null for none
     /// @return true
-    bool async_loading_process_all_texture_filenames(Renderer* renderer, char const* prefix,
+    bool async_loading_process_all_texture_filenames(Renderer* renderer, const char* prefix,
                                                      PIXEL_FORMAT format, bool flag);
     /// @}
 

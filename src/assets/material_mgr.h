@@ -22,8 +22,8 @@ public:
     /// The one manager, made at the first call.
     static MaterialMgr* get();
 
-    MaterialMgr(MaterialMgr const&) = delete;
-    MaterialMgr& operator=(MaterialMgr const&) = delete;
+    MaterialMgr(const MaterialMgr&) = delete;
+    MaterialMgr& operator=(const MaterialMgr&) = delete;
     ~MaterialMgr() override;
 
     /// @return true
@@ -32,7 +32,7 @@ public:
     bool stop(Renderer* renderer) override;
 
     /// Makes and registers a material. A null name leaves the default one. Never null.
-    Material* create_material(char const* name);
+    Material* create_material(const char* name);
     /// Registers a material. @return false for null
     bool add_material(Material* material);
 

@@ -165,21 +165,21 @@ public:
     /// Turns the base image upside down; the next `bind` doesn't send it.
     bool flip_vertical();
     /// Noise on the base image; the next `bind` doesn't send it.
-    bool fill_with_noise(unsigned long count, vec4 const& color_a, vec4 const& color_b,
+    bool fill_with_noise(unsigned long count, const vec4& color_a, const vec4& color_b,
                          unsigned int seed);
 
     /// Write one texel as `Image::set_pixel` does; marked as newer on success.
-    bool set_texel_1d(unsigned long index, vec4 const& color);
-    bool set_texel_1d_v2(unsigned long index, float const* color);
-    bool set_texel_2d(unsigned long x, unsigned long y, vec4 const& color);
-    bool set_texel_2d_v2(unsigned long x, unsigned long y, float const* color);
+    bool set_texel_1d(unsigned long index, const vec4& color);
+    bool set_texel_1d_v2(unsigned long index, const float* color);
+    bool set_texel_2d(unsigned long x, unsigned long y, const vec4& color);
+    bool set_texel_2d_v2(unsigned long x, unsigned long y, const float* color);
 
     /// Copy all pixels from the caller as `Image::update_pixmap_rgb_u8` and its kin do; marked as
     /// newer on success.
-    bool update_pixmap_rgb_u8(void const* pixels);
-    bool update_pixmap_rgba_u8(void const* pixels);
-    bool update_pixmap_rgb_f32(void const* pixels);
-    bool update_pixmap_rgba_f32(void const* pixels);
+    bool update_pixmap_rgb_u8(const void* pixels);
+    bool update_pixmap_rgba_u8(const void* pixels);
+    bool update_pixmap_rgb_f32(const void* pixels);
+    bool update_pixmap_rgba_f32(const void* pixels);
     /// @}
 
     /// @name Sampler settings

@@ -61,8 +61,8 @@ struct ORVEX_API TextureData : Image {
     int ref_count = 0;
 
     TextureData();
-    TextureData(TextureData const&) = delete;
-    TextureData& operator=(TextureData const&) = delete;
+    TextureData(const TextureData&) = delete;
+    TextureData& operator=(const TextureData&) = delete;
     ~TextureData() override;
 
     void inc_ref();
@@ -99,7 +99,7 @@ struct ORVEX_API TextureData : Image {
     bool update_pixel_format(PIXEL_FORMAT format);
 
     /// Noise on the base image; see `Image::fill_with_noise`.
-    bool fill_with_noise(unsigned long count, vec4 const& color_a, vec4 const& color_b,
+    bool fill_with_noise(unsigned long count, const vec4& color_a, const vec4& color_b,
                          unsigned int seed);
 
     /// The 8-bit pixels of the base image, owned or external, or null.

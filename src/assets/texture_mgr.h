@@ -40,8 +40,8 @@ public:
     /// The one manager, made at the first call.
     static TextureMgr* get();
 
-    TextureMgr(TextureMgr const&) = delete;
-    TextureMgr& operator=(TextureMgr const&) = delete;
+    TextureMgr(const TextureMgr&) = delete;
+    TextureMgr& operator=(const TextureMgr&) = delete;
     ~TextureMgr() override;
 
     /// @return true
@@ -72,15 +72,15 @@ public:
     Texture* create_texture_cube(unsigned long size, PIXEL_FORMAT format);
 
     /// Null if the file can't be decoded or for a null name.
-    Texture* create_texture_2d_from_file(char const* filename, bool flag);
+    Texture* create_texture_2d_from_file(const char* filename, bool flag);
     /// Null if the block can't be decoded, is null or has no size.
-    Texture* create_texture_2d_from_memory(unsigned char const* bytes, unsigned long size,
+    Texture* create_texture_2d_from_memory(const unsigned char* bytes, unsigned long size,
                                            bool flag);
     /// Null if any of the six files can't be decoded, or for a null list.
-    Texture* create_texture_cube_from_files(char const* const* filenames, bool flag);
+    Texture* create_texture_cube_from_files(const char* const* filenames, bool flag);
     /// Null if any of the six blocks can't be decoded, or for a null list.
-    Texture* create_texture_cube_from_memory(unsigned char const* const* blocks,
-                                             unsigned long const* sizes, bool flag);
+    Texture* create_texture_cube_from_memory(const unsigned char* const* blocks,
+                                             const unsigned long* sizes, bool flag);
 
     /// A texture that stands for a colour texture of a render target; see
     /// `Texture::init_color_texture_from_render_target`. Never null.
@@ -111,32 +111,32 @@ public:
 
     /// Decodes a file into the texture. The type of the texture is not touched.
     /// @return false for null, and if no codec decodes the file
-    bool load_image_from_file(Texture* texture, char const* filename, bool flag);
+    bool load_image_from_file(Texture* texture, const char* filename, bool flag);
     /// The same, and makes it a 2D texture on success.
-    bool load_texture_2d_from_file(Texture* texture, char const* filename, bool flag);
+    bool load_texture_2d_from_file(Texture* texture, const char* filename, bool flag);
     /// Makes it a 2D texture, then decodes the block.
     /// @return false for null or no size, and if no codec decodes the block
-    bool load_texture_2d_from_memory(Texture* texture, unsigned char const* bytes,
+    bool load_texture_2d_from_memory(Texture* texture, const unsigned char* bytes,
                                      unsigned long size, bool flag);
 
     /// Make it a cube texture, then decode the faces in the order of `CUBEMAP_FACE`. The first face
     /// that fails ends it and leaves the earlier ones loaded. Registering the texture is the
     /// caller's affair.
     /// @return false for null, and if a face can't be decoded
-    bool load_texture_cube_from_files(Texture* texture, char const* const* filenames, bool flag);
-    bool load_texture_cube_from_files(Texture* texture, char const* positive_x,
-                                      char const* negative_x, char const* positive_y,
-                                      char const* negative_y, char const* positive_z,
-                                      char const* negative_z, bool flag);
-    bool load_texture_cube_from_memory(Texture* texture, unsigned char const* const* blocks,
-                                       unsigned long const* sizes, bool flag);
+    bool load_texture_cube_from_files(Texture* texture, const char* const* filenames, bool flag);
+    bool load_texture_cube_from_files(Texture* texture, const char* positive_x,
+                                      const char* negative_x, const char* positive_y,
+                                      const char* negative_y, const char* positive_z,
+                                      const char* negative_z, bool flag);
+    bool load_texture_cube_from_memory(Texture* texture, const unsigned char* const* blocks,
+                                       const unsigned long* sizes, bool flag);
 
     /// Make it a cube texture, then decode one face.
     /// @return false for null, no size or a face outside 0 to 5, and if no codec can decode it
-    bool load_cubemap_face_from_file(Texture* texture, CUBEMAP_FACE face, char const* filename,
+    bool load_cubemap_face_from_file(Texture* texture, CUBEMAP_FACE face, const char* filename,
                                      bool flag);
     bool load_cubemap_face_from_memory(Texture* texture, CUBEMAP_FACE face,
-                                       unsigned char const* block, unsigned long size, bool flag);
+                                       const unsigned char* block, unsigned long size, bool flag);
     /// @}
 
     /// @name GPU stage
@@ -148,7 +148,7 @@ public:
     /// Sends a decoded file to the texture's GPU copy, which has to be bound, and keeps none of it.
     /// Only 8-bit pixels are sent.
     /// @return the renderer's result; false for null, and if no codec decodes the file
-    bool update_gpu_memory_from_file(Renderer* renderer, Texture* texture, char const* filename,
+    bool update_gpu_memory_from_file(Renderer* renderer, Texture* texture, const char* filename,
                                      bool flag);
     /// @}
 
@@ -157,10 +157,10 @@ public:
 
     /// Writes the pixels of a 2D texture through the default codec, as JPEG whatever the name says.
     /// @return the codec's result; false without a default codec, for null, and for other types
-    bool write_texture_2d_to_file(Texture* texture, char const* filename);
+    bool write_texture_2d_to_file(Texture* texture, const char* filename);
     /// Writes the renderer's colour buffer, top row first, through the default codec.
     /// @return the codec's result; false without a default codec and for null
-    bool do_screenshot(Renderer* renderer, char const* filename);
+    bool do_screenshot(Renderer* renderer, const char* filename);
     /// @}
 
 private:
