@@ -262,23 +262,24 @@ TEST(Loader3D, keeps_four_texts_and_ignores_null) {
     struct Row {
         void (Loader3D::*set)(char const*);
         char const* (Loader3D::*get)() const;
+        std::string text;
     };
-    const Row rows[] = {
-        {&Loader3D::set_resource_dir, &Loader3D::get_resource_dir},
-        {&Loader3D::set_model_dir, &Loader3D::get_model_dir},
-        {&Loader3D::set_loader_name, &Loader3D::get_loader_name},
-        {&Loader3D::set_loader_description, &Loader3D::get_loader_description},
+    const std::vector<Row> rows = {
+        {&Loader3D::set_resource_dir, &Loader3D::get_resource_dir, std::string(2000, 'r')},
+        {&Loader3D::set_model_dir, &Loader3D::get_model_dir, "models/"},
+        {&Loader3D::set_loader_name, &Loader3D::get_loader_name, "name"},
+        {&Loader3D::set_loader_description, &Loader3D::get_loader_description, "a loader"},
     };
     EmptyLoader loader;
     for (const Row& row : rows)
         EXPECT_STREQ((loader.*row.get)(), "");
-    for (std::size_t i = 0; i < std::size(rows); ++i)
-        (loader.*rows[i].set)(std::string(2000, static_cast<char>('a' + i)).c_str());
-    for (std::size_t i = 0; i < std::size(rows); ++i) {
-        (loader.*rows[i].set)(nullptr);
-        EXPECT_EQ((loader.*rows[i].get)(), std::string(2000, static_cast<char>('a' + i)));
-        (loader.*rows[i].set)("");
-        EXPECT_STREQ((loader.*rows[i].get)(), "");
+    for (const Row& row : rows)
+        (loader.*row.set)(row.text.c_str());
+    for (const Row& row : rows) {
+        (loader.*row.set)(nullptr);
+        EXPECT_EQ((loader.*row.get)(), row.text);
+        (loader.*row.set)("");
+        EXPECT_STREQ((loader.*row.get)(), "");
     }
 }
 
