@@ -8,6 +8,7 @@
 namespace orvex {
 
 class WindowPlatform;
+struct ContextRequest;
 struct RenderWindowOpenGLData;
 struct RenderWindowOpenGLData2;
 struct RenderWindowOpenGLData_OSX;
@@ -74,6 +75,8 @@ private:
     RenderWindowOpenGLData* data;
     RenderWindowOpenGLData2* data2;
     RenderWindowOpenGLData_OSX* data_osx;
+
+    bool create_context(ContextRequest& request, RenderWindow* parent);
 };
 
 } // namespace orvex
