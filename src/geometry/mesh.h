@@ -49,7 +49,7 @@ public:
     /// Drops the store, then does what `Object` does. With a null renderer GPU objects stay.
     bool _cleanup(Renderer* renderer) override;
 
-    /// Builds the geometry added by `user_geometry_*` if the build state is set.
+    /// Builds the geometry added by `user_geometry*` if the build state is set.
     /// @return false if the build state was set and there is nothing to build from
     bool _build() override;
 
@@ -355,8 +355,8 @@ protected:
 private:
     bool _user_geometry_build();
 
-    MeshData* mesh_data_;
-    MeshBuildUserGeometryData* user_geometry_;
+    MeshData* mesh_data;
+    MeshBuildUserGeometryData* user_geometry;
 };
 
 } // namespace orvex

@@ -1,0 +1,31 @@
+#pragma once
+
+/// @file
+/// Whether a store really holds what its counts say: after a failed allocation it doesn't.
+
+#include "geometry/mesh_data.h"
+
+namespace orvex::mesh_contents {
+
+inline bool has_vertices(MeshData* store) {
+    if (!store || store->num_vertices == 0)
+        return false;
+    return (store->separate_vertex_arrays ? store->get_position_ptr() : store->get_vertex_ptr()) !=
+           nullptr;
+}
+
+inline bool has_faces(const MeshData* store) {
+    if (!store || store->num_faces == 0)
+        return false;
+    return store->index_bits == 16 ? store->faces_u16 != nullptr : store->faces_u32 != nullptr;
+}
+
+/// Face i in either width; expects that there is one.
+inline FaceU32 face_at(const MeshData& store, unsigned long i) {
+    if (store.index_bits != 16)
+        return store.faces_u32[i];
+    const FaceU16& face = store.faces_u16[i];
+    return {face.a, face.b, face.c};
+}
+
+} // namespace orvex::mesh_contents
