@@ -1,0 +1,63 @@
+#pragma once
+
+/// @file
+/// Writes one OpenGL call as text.
+
+#include <string>
+#include <type_traits>
+#include <vector>
+
+namespace orvex_test {
+
+/// One argument as it was passed.
+struct GlValue {
+    enum Kind { integer, real, pointer };
+
+    template<typename T>
+    static GlValue of(T value) {
+        GlValue result;
+        if constexpr (std::is_pointer_v<T>) {
+            result.kind = pointer;
+            result.address = reinterpret_cast<void const*>(value);
+        } else if constexpr (std::is_floating_point_v<T>) {
+            result.kind = real;
+            result.number = static_cast<double>(value);
+        } else {
+            result.whole = static_cast<long long>(value);
+        }
+        return result;
+    }
+
+    Kind kind = integer;
+    long long whole = 0;
+    double number = 0.0;
+    void const* address = nullptr;
+};
+
+/// What the declaration of a function says about its parameters.
+class GlSignature {
+public:
+    /// @param name        of the function
+    /// @param parameters  as declared: "(GLenum target, GLuint buffer)"
+    GlSignature(char const* name, char const* parameters);
+
+    std::string const& name() const { return function; }
+
+    /// The call with its arguments, one value per parameter.
+    std::string text(std::vector<GlValue> const& values) const;
+
+private:
+    struct Parameter {
+        std::string type;
+        std::string name;
+    };
+
+    std::string argument(Parameter const& parameter, GlValue const& value) const;
+    std::string enumerant(Parameter const& parameter, long long value) const;
+    long long array_length(std::vector<GlValue> const& values) const;
+
+    std::string function;
+    std::vector<Parameter> parameters;
+};
+
+} // namespace orvex_test
