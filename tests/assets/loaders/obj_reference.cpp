@@ -89,20 +89,31 @@ void get_line(char (&buffer)[512], std::FILE* file) {
         buffer[0] = '\0';
 }
 
-int scan_numbers(std::FILE* file, const char* format, int* numbers) {
-    return std::fscanf(file, format, &numbers[0], &numbers[1], &numbers[2]);
-}
-
 struct Form {
-    const char* format;
+    int (*scan_file)(std::FILE* file, int* numbers);
+    int (*scan_text)(const char* text, int* numbers);
     std::array<int, 3> slots; ///< which index kind each number is: 0 vertex, 1 normal, 2 texcoord
     int num_numbers;
 };
 
-const Form FORMS[] = {{"%d//%d", {0, 1, -1}, 2},
-                      {"%d/%d/%d", {0, 2, 1}, 3},
-                      {"%d/%d", {0, 2, -1}, 2},
-                      {"%d", {0, -1, -1}, 1}};
+// The formats stand as literals at their calls, where the compiler checks them.
+const Form FORMS[] = {
+    {[](std::FILE* f, int* n) { return std::fscanf(f, "%d//%d", &n[0], &n[1]); },
+     [](const char* t, int* n) { return std::sscanf(t, "%d//%d", &n[0], &n[1]); },
+     {0, 1, -1},
+     2},
+    {[](std::FILE* f, int* n) { return std::fscanf(f, "%d/%d/%d", &n[0], &n[1], &n[2]); },
+     [](const char* t, int* n) { return std::sscanf(t, "%d/%d/%d", &n[0], &n[1], &n[2]); },
+     {0, 2, 1},
+     3},
+    {[](std::FILE* f, int* n) { return std::fscanf(f, "%d/%d", &n[0], &n[1]); },
+     [](const char* t, int* n) { return std::sscanf(t, "%d/%d", &n[0], &n[1]); },
+     {0, 2, -1},
+     2},
+    {[](std::FILE* f, int* n) { return std::fscanf(f, "%d", &n[0]); },
+     [](const char* t, int* n) { return std::sscanf(t, "%d", &n[0]); },
+     {0, -1, -1},
+     1}};
 
 const Form& form_of(const char* token) {
     int n[3];
@@ -132,17 +143,17 @@ void read_face(std::FILE* file, Take take) {
     const Form& form = form_of(token);
     PlainTriangle triangle;
     int numbers[3] = {0, 0, 0};
-    std::sscanf(token, form.format, &numbers[0], &numbers[1], &numbers[2]);
+    form.scan_text(token, numbers);
     put_corner(triangle, 0, form, numbers);
     for (std::size_t corner = 1; corner < 3; ++corner) {
         std::memset(numbers, 0, sizeof numbers);
-        scan_numbers(file, form.format, numbers);
+        form.scan_file(file, numbers);
         put_corner(triangle, corner, form, numbers);
     }
     take(triangle);
     for (;;) {
         std::memset(numbers, 0, sizeof numbers);
-        if (scan_numbers(file, form.format, numbers) < 1)
+        if (form.scan_file(file, numbers) < 1)
             return;
         for (std::size_t kind = 0; kind < 3; ++kind)
             triangle.indices[kind * 3 + 1] = triangle.indices[kind * 3 + 2];
