@@ -1,0 +1,32 @@
+#pragma once
+
+/// @file
+/// Stands in for the OpenGL queries that tell what a context is.
+
+#include <string>
+#include <vector>
+
+namespace orvex_test {
+
+/// Answers glGetString, glGetIntegerv and glFlush in the one program that links it, for as long as
+/// it lives. No context is needed, and none is touched. One at a time.
+class FakeGl {
+public:
+    FakeGl();
+    ~FakeGl();
+    FakeGl(const FakeGl&) = delete;
+    FakeGl& operator=(const FakeGl&) = delete;
+
+    /// What a fetched glGetStringi calls.
+    void* get_string_i() const;
+
+    char const* version = nullptr; ///< null: no context
+    int major = 0;                 ///< 0: the context doesn't know the question
+    int minor = 0;
+    char const* extensions = nullptr; ///< the one text of old contexts
+    std::vector<char const*> indexed; ///< the list of newer ones; an entry may be null
+    void (*on_flush)(void* user_data) = nullptr;
+    void* user_data = nullptr;
+};
+
+} // namespace orvex_test
