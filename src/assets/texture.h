@@ -201,8 +201,7 @@ public:
     /// @}
 
 private:
-    friend struct TextureAccess;
-
+    void end_record(Renderer* renderer, TextureData* ended, TextureData* next);
     void park(TextureData* data);
     void unpark(TextureData* data);
 
