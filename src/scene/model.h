@@ -35,9 +35,9 @@ public:
     void render_geometry(Renderer* renderer) override;
 
     /// What `create_mesh` hands to each new mesh; true and 0 at first.
-    /// @param separate_vertex_arrays  one array per attribute, instead of one of whole vertices
-    /// @param vertex_alignment        alignment of the arrays in bytes; 0 for none asked
-    void set_mesh_vertex_alloc_params(bool separate_vertex_arrays, int vertex_alignment);
+    /// @param separate   one array per attribute, instead of one of whole vertices
+    /// @param alignment  alignment of the arrays in bytes; 0 for none asked
+    void set_mesh_vertex_alloc_params(bool separate, int alignment);
     bool get_separate_vertex_arrays_state() const;
     int get_vertex_alignment() const;
 
