@@ -103,7 +103,19 @@ EGLContext create_native_context(EGLDisplay display, EGLConfig config, EGLContex
     return create_core_context(display, config, share, lowest.first, lowest.second);
 }
 
+/// Drivers take any size and then draw nowhere. What OpenGL 4 promises of viewports and textures
+/// can be drawn into; the limit that EGL tells is often far lower than what works.
+bool is_too_large(EGLDisplay display, EGLConfig config, int size, EGLint limit_name) {
+    constexpr EGLint promised = 16384;
+    EGLint limit = 0;
+    eglGetConfigAttrib(display, config, limit_name, &limit);
+    return size > std::max(limit, promised);
+}
+
 EGLSurface create_off_screen_surface(EGLDisplay display, EGLConfig config, int width, int height) {
+    if (is_too_large(display, config, width, EGL_MAX_PBUFFER_WIDTH) ||
+        is_too_large(display, config, height, EGL_MAX_PBUFFER_HEIGHT))
+        return EGL_NO_SURFACE;
     const EGLint size[] = {EGL_WIDTH, std::max(width, 1), EGL_HEIGHT, std::max(height, 1),
                            EGL_NONE};
     return eglCreatePbufferSurface(display, config, size);
