@@ -238,7 +238,7 @@ bool set_pixel_u8(Image& image, unsigned long index, const float* color) {
     if (!holds_pixel(ImageAccess::u8_capacity(image), index, channels))
         return false;
     std::transform(color, color + channels, image.pixmap_u8 + index * channels,
-                   [](float channel) { return byte_from_float(channel); });
+                   [](float channel) { return byte_from_float(static_cast<double>(channel)); });
     return true;
 }
 
