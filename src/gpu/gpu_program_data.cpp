@@ -47,8 +47,10 @@ GpuProgramData::GpuProgramData()
 }
 
 GpuProgramData::~GpuProgramData() {
-    for (GpuProgramData** slot : active_slots_)
-        *slot = nullptr;
+    for (GpuProgramData** slot : active_slots_) {
+        if (*slot == this)
+            *slot = nullptr;
+    }
     free_data();
     kill_uniforms();
 }

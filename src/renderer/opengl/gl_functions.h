@@ -46,4 +46,11 @@ struct ORVEX_Renderer_OpenGL_Func {
     bool init(bool display);
 };
 
+/// Whether the context has all of these entry points. An operation of several calls asks for all of
+/// them before its first, so that nothing is left half made.
+template<class... Entries>
+constexpr bool has_entries(Entries... entries) {
+    return (... && (entries != nullptr));
+}
+
 } // namespace orvex

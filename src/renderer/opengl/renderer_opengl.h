@@ -473,15 +473,38 @@ public:
     bool _remove_texture_id(unsigned int id);
     /// @}
 
+    /// @name Parts of the program operations
+    /// @{
+
+    /// Makes a shader object of a stage; 0 for a type without one.
+    unsigned int _gpu_program_create_gl_shader(GPU_SHADER_TYPE type);
+    /// The log of a shader, null for none. Valid until the next log is read.
+    char const* _gpu_program_get_shader_info_log(unsigned int shader);
+    /// The log of a program, null for none. Valid until the next log is read.
+    char const* _gpu_program_get_info_log(unsigned int program);
+    /// Moves the standard attribute `index` to the location of that number, from the next link on,
+    /// if the linked program declares it. The first one found chooses the generic attributes path.
+    /// @return the location it has now, below 0 if the program doesn't declare it
+    int _bind_core_vertex_attrib_location(GpuProgramData* program, unsigned int index);
+    /// The same for an attribute of any name; the path stays.
+    int _bind_core_vertex_attrib_location_v2(GpuProgramData* program, char const* name, int index);
+    /// @}
+
 private:
     struct RendererOpenGLData;
 
     void log_life_cycle(char const* operation);
     bool prepare_raster_text();
+    bool compile_shader(unsigned int shader, char const* source);
+    void keep_shader_log(GpuProgramData* program, GPU_SHADER_TYPE type, unsigned int shader);
+    void attach_shaders(GpuProgramData* program);
+    void set_active_program(GpuProgramData* program);
+    void bind_uniform_buffer(unsigned int id);
 
     RendererOpenGLData* data;
     std::vector<char> log_buffer;
     bool told_of_raster_text = false;
+    unsigned int bound_uniform_buffer = 0; // what the API's uniform buffer target holds
     int viewport[4] = {};
 };
 
