@@ -14,13 +14,13 @@ namespace orvex {
 /// What the back end remembers about the GPU objects of a store, beside their ids. Only the
 /// renderer that made the objects reads and writes it. A byte size of 0 means unknown.
 struct MeshDataGpuState {
-    unsigned long vertex_buffer_bytes = 0;         ///< size last allocated
-    unsigned long index_buffer_bytes = 0;          ///< size last allocated
-    unsigned long quad_edge_buffer_bytes = 0;      ///< size last allocated
-    unsigned long instance_buffer_bytes = 0;       ///< size last allocated
-    unsigned int vertex_array_vertex_buffer = 0;   ///< vertex buffer that the array points into
-    unsigned int vertex_array_instance_buffer = 0; ///< instance buffer that it points into
-    unsigned int vertex_array_element_buffer = 0;  ///< element buffer bound inside it
+    unsigned long vertex_buffer_bytes = 0;        ///< size last allocated
+    unsigned long index_buffer_bytes = 0;         ///< size last allocated
+    unsigned long quad_edge_buffer_bytes = 0;     ///< size last allocated
+    unsigned long instance_buffer_bytes = 0;      ///< size last allocated
+    unsigned int vertex_array_vertex_buffer = 0;  ///< vertex buffer that the array points into
+    unsigned int vertex_array_element_buffer = 0; ///< element buffer bound inside it
+    bool vertex_array_stale = false; ///< its pointers no longer fit: it is to be recorded anew
 };
 
 /// The storage of one mesh's geometry: vertices, faces, per-face data, instancing arrays, user

@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <vector>
 
+#include "renderer/opengl/client_arrays.h"
 #include "renderer/opengl/gl_functions.h"
 #include "renderer/opengl/glut_text.h"
 #include "renderer/opengl/renderer_opengl_ctx.h"
@@ -451,6 +452,8 @@ public:
     BUFFER_OBJECT_USAGE forced_storage_usage = BUFFER_USAGE_DEFAULT;
     BUFFER_OBJECT_USAGE forced_atomic_usage = BUFFER_USAGE_DEFAULT;
     BUFFER_OBJECT_USAGE forced_uniform_usage = BUFFER_USAGE_DEFAULT;
+    ClientArrays client_arrays;              ///< arrays of the fixed pipeline left enabled
+    MeshData const* prepared_mesh = nullptr; ///< between its prepare and its finish
     GlutText raster_text;
     /// @}
 
@@ -492,6 +495,18 @@ public:
 
 private:
     struct RendererOpenGLData;
+
+    bool vertex_buffer_prepare_gl3(MeshData* mesh);
+    bool vertex_buffer_prepare_gl2(MeshData* mesh);
+    bool vertex_buffer_prepare_separate_arrays_gl3(MeshData* mesh);
+    bool vertex_buffer_prepare_separate_arrays_gl2(MeshData* mesh);
+    bool vertex_buffer_draw_gl3(MeshData* mesh);
+    bool vertex_buffer_draw_gl2(MeshData* mesh);
+    bool vertex_buffer_finish_gl3(MeshData* mesh);
+    bool vertex_buffer_finish_gl2(MeshData* mesh);
+    bool vertex_buffer_kill_gl3(MeshData* mesh);
+    bool vertex_buffer_kill_gl2(MeshData* mesh);
+    unsigned int delete_buffer(unsigned int id);
 
     void log_life_cycle(char const* operation);
     bool prepare_raster_text();
