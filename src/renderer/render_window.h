@@ -73,10 +73,13 @@ public:
     /// Makes the context and its surface, and makes the context current on the calling thread.
     ///
     /// @param window  native display connection (X11 `Display*`, `wl_display*`); null takes the
-    ///                default one. Referred to while the context lives.
+    ///                default one, which serves X11 windows only. EGL remembers the connection for
+    ///                the life of the process: a host that closes it earlier first terminates
+    ///                EGL's display of it.
     /// @param view    native drawable; null makes an off-screen surface
-    /// @param width   pixels; below 1 counts as 1 for an off-screen surface
-    /// @param height  pixels; below 1 counts as 1 for an off-screen surface
+    /// @param width   pixels; an off-screen surface takes below 1 as 1, and refuses sizes beyond
+    ///                16384 unless the driver promises more
+    /// @param height  as `width`
     /// @param msaa    "Off", "2X MSAA", "4X MSAA" or "8X MSAA", matched exactly. Null and any other
     ///                text mean no multisampling.
     /// @param parent  window to share textures, buffers and programs with, or null

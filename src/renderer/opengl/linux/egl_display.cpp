@@ -2,9 +2,9 @@
 
 #include <algorithm>
 #include <array>
-#include <cstdint>
 #include <cstring>
 
+#include "renderer/opengl/linux/x11_window.h"
 #include "renderer/opengl/window_platform.h"
 
 namespace orvex {
@@ -75,16 +75,11 @@ std::vector<EGLDisplay> off_screen_displays(ContextRequest const& request) {
     return displays;
 }
 
-/// X11 keeps the three highest of a resource id's 32 bits clear. A `wl_egl_window*` is an address
-/// beyond that, and means nothing on any connection but its own.
-bool is_x11_window(void* view) {
-    return reinterpret_cast<std::uintptr_t>(view) < (1u << 29);
-}
-
 std::vector<EGLDisplay> window_displays(ContextRequest const& request) {
     if (request.display)
         return {eglGetDisplay(static_cast<EGLNativeDisplayType>(request.display))};
-    if (!is_x11_window(request.view))
+    // A `wl_egl_window*` means nothing on any connection but its own.
+    if (!is_x11_id(request.view))
         return {};
     return {platform_display(EGL_PLATFORM_X11_EXT, "EGL_EXT_platform_x11", EGL_DEFAULT_DISPLAY),
             eglGetDisplay(EGL_DEFAULT_DISPLAY)};

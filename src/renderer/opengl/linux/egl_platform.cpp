@@ -6,6 +6,7 @@
 #include "renderer/opengl/linux/egl_context.h"
 #include "renderer/opengl/linux/egl_display.h"
 #include "renderer/opengl/linux/glx_context.h"
+#include "renderer/opengl/linux/x11_window.h"
 
 namespace orvex {
 
@@ -20,12 +21,17 @@ std::vector<EGLDisplay> candidate_displays(ContextRequest const& request) {
     return {};
 }
 
+/// A driver may crash on the number of a window that is gone.
+bool is_drawable(ContextRequest const& request) {
+    return !is_x11_id(request.view) || x11_window_may_exist(request.display, request.view);
+}
+
 } // namespace
 
 std::unique_ptr<PlatformContext> EglPlatform::create_context(ContextRequest const& request) {
     const EglOpenGLScope api;
     for (EGLDisplay display : candidate_displays(request)) {
-        if (!eglInitialize(display, nullptr, nullptr))
+        if (!eglInitialize(display, nullptr, nullptr) || !is_drawable(request))
             continue;
         if (auto context = EglOwnContext::create(display, request))
             return context;

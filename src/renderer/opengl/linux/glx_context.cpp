@@ -1,6 +1,6 @@
 #include "renderer/opengl/linux/glx_context.h"
 
-#include <dlfcn.h>
+#include "renderer/opengl/linux/loaded_library.h"
 
 namespace orvex {
 
@@ -21,31 +21,14 @@ struct GlxApi {
     }
 };
 
-/// The library that holds GLX, if the process has it already. It stays loaded for good: the host
-/// may let go of it before the wrapped context does.
-void* loaded_glx_library() {
-    for (char const* name : {"libGLX.so.0", "libGL.so.1"})
-        if (void* library = dlopen(name, RTLD_LAZY | RTLD_NOLOAD | RTLD_NODELETE))
-            return library;
-    return nullptr;
-}
-
-template<typename Function>
-void look_up(void* library, char const* name, Function& function) {
-    function = reinterpret_cast<Function>(dlsym(library, name));
-}
-
 GlxApi load_glx() {
+    const LoadedLibrary library("libGLX.so.0", "libGL.so.1");
     GlxApi api;
-    void* library = loaded_glx_library();
-    if (!library)
-        return api;
-    look_up(library, "glXGetCurrentContext", api.get_context);
-    look_up(library, "glXGetCurrentDisplay", api.get_display);
-    look_up(library, "glXGetCurrentDrawable", api.get_drawable);
-    look_up(library, "glXGetCurrentReadDrawable", api.get_read_drawable);
-    look_up(library, "glXMakeContextCurrent", api.make_current);
-    dlclose(library);
+    library.look_up("glXGetCurrentContext", api.get_context);
+    library.look_up("glXGetCurrentDisplay", api.get_display);
+    library.look_up("glXGetCurrentDrawable", api.get_drawable);
+    library.look_up("glXGetCurrentReadDrawable", api.get_read_drawable);
+    library.look_up("glXMakeContextCurrent", api.make_current);
     return api;
 }
 
