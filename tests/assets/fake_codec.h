@@ -1,13 +1,13 @@
 #pragma once
 
+#include <algorithm>
 #include <cstdio>
-#include <fstream>
-#include <iterator>
 #include <set>
 #include <string>
 #include <vector>
 
 #include "assets/image.h"
+#include "kernel/file_bytes.h"
 #include "kernel/image_codec.h"
 
 namespace orvex_test {
@@ -47,9 +47,8 @@ public:
 
     bool load_image_from_file(orvex::Image* target, const char* filename, bool mirror) override {
         calls.push_back("file");
-        std::ifstream file(filename, std::ios::binary);
-        const std::string text{std::istreambuf_iterator<char>(file), {}};
-        return decode(target, text, mirror);
+        orvex::FileBytes file;
+        return file.read(filename) && decode(target, file.text(), mirror);
     }
 
     bool load_image_from_memory(orvex::Image* target, unsigned char* bytes, unsigned long size,
