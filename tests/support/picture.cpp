@@ -1,0 +1,231 @@
+#include "support/picture.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdlib>
+#include <cstring>
+#include <filesystem>
+#include <iostream>
+#include <utility>
+
+#include <GL/gl.h>
+#include <GL/glext.h>
+
+namespace orvex_test {
+
+Picture::Picture(int width, int height)
+    : width(width)
+    , height(height)
+    , pixels(static_cast<std::size_t>(width) * static_cast<std::size_t>(height) * 4) {}
+
+unsigned char* Picture::at(int x, int y) {
+    return const_cast<unsigned char*>(std::as_const(*this).at(x, y));
+}
+
+unsigned char const* Picture::at(int x, int y) const {
+    return &pixels[(static_cast<std::size_t>(y) * static_cast<std::size_t>(width) +
+                    static_cast<std::size_t>(x)) *
+                   4];
+}
+
+namespace {
+
+/// Packs rows tightly for a scope.
+class PackState {
+public:
+    PackState() {
+        for (std::size_t i = 0; i < names.size(); ++i) {
+            glGetIntegerv(names[i], &former[i]);
+            glPixelStorei(names[i], names[i] == GL_PACK_ALIGNMENT ? 1 : 0);
+        }
+    }
+    ~PackState() {
+        for (std::size_t i = 0; i < names.size(); ++i)
+            glPixelStorei(names[i], former[i]);
+    }
+    PackState(PackState const&) = delete;
+    PackState& operator=(PackState const&) = delete;
+
+private:
+    static constexpr std::array<GLenum, 4> names = {GL_PACK_ALIGNMENT, GL_PACK_ROW_LENGTH,
+                                                    GL_PACK_SKIP_ROWS, GL_PACK_SKIP_PIXELS};
+    std::array<GLint, 4> former = {};
+};
+
+} // namespace
+
+Picture read_frame(int width, int height) {
+    Picture upside_down(width, height);
+    {
+        const PackState pack;
+        glReadPixels(0, 0, width, height, GL_RGBA, GL_UNSIGNED_BYTE, upside_down.pixels.data());
+    }
+    Picture picture(width, height);
+    const std::size_t stride = static_cast<std::size_t>(width) * 4;
+    for (int y = 0; y < height; ++y)
+        std::memcpy(picture.at(0, y), upside_down.at(0, height - 1 - y), stride);
+    return picture;
+}
+
+Picture read_frame() {
+    std::array<GLint, 4> viewport = {};
+    glGetIntegerv(GL_VIEWPORT, viewport.data());
+    return read_frame(viewport[2], viewport[3]);
+}
+
+namespace {
+
+int channel_difference(unsigned char const* a, unsigned char const* b, int channel) {
+    return std::abs(a[channel] - b[channel]);
+}
+
+} // namespace
+
+PictureDifference difference_of(Picture const& a, Picture const& b) {
+    PictureDifference difference;
+    double sum = 0.0;
+    std::size_t differing = 0;
+    for (int y = 0; y < a.height; ++y)
+        for (int x = 0; x < a.width; ++x) {
+            int largest = 0;
+            for (int channel = 0; channel < 4; ++channel) {
+                const int apart = channel_difference(a.at(x, y), b.at(x, y), channel);
+                largest = std::max(largest, apart);
+                sum += apart;
+            }
+            difference.largest = std::max(difference.largest, largest);
+            differing += largest > 0;
+        }
+    const double count = std::max<double>(static_cast<double>(a.pixels.size()) / 4.0, 1.0);
+    difference.share = static_cast<double>(differing) / count;
+    difference.mean = sum / (count * 4.0);
+    return difference;
+}
+
+Picture picture_of_difference(Picture const& a, Picture const& b) {
+    Picture picture(a.width, a.height);
+    for (int y = 0; y < a.height; ++y)
+        for (int x = 0; x < a.width; ++x) {
+            unsigned char* const pixel = picture.at(x, y);
+            pixel[3] = 255;
+            for (int channel = 0; channel < 3; ++channel) {
+                const int apart = channel_difference(a.at(x, y), b.at(x, y), channel);
+                pixel[channel] = static_cast<unsigned char>(apart ? std::min(255, 100 + apart) : 0);
+            }
+            // A difference of alpha alone shows as grey.
+            if (channel_difference(a.at(x, y), b.at(x, y), 3) && !pixel[0] && !pixel[1] &&
+                !pixel[2])
+                std::fill(pixel, pixel + 3, static_cast<unsigned char>(128));
+        }
+    return picture;
+}
+
+namespace {
+
+testing::AssertionResult same_size(Picture const& actual, Picture const& expected) {
+    if (actual.width == expected.width && actual.height == expected.height)
+        return testing::AssertionSuccess();
+    return testing::AssertionFailure()
+           << "the picture is " << actual.width << " by " << actual.height
+           << " pixels large, expected " << expected.width << " by " << expected.height;
+}
+
+/// The share of pixels with a channel that is further apart than the limit.
+double share_beyond(Picture const& a, Picture const& b, int limit) {
+    std::size_t beyond = 0;
+    for (std::size_t pixel = 0; pixel < a.pixels.size(); pixel += 4)
+        for (int channel = 0; channel < 4; ++channel)
+            if (channel_difference(&a.pixels[pixel], &b.pixels[pixel], channel) > limit) {
+                ++beyond;
+                break;
+            }
+    return static_cast<double>(beyond) /
+           std::max<double>(static_cast<double>(a.pixels.size()) / 4.0, 1.0);
+}
+
+} // namespace
+
+testing::AssertionResult is_near(Picture const& actual, Picture const& expected,
+                                 PictureTolerance const& tolerance) {
+    if (const auto size = same_size(actual, expected); !size)
+        return size;
+    const double beyond = share_beyond(actual, expected, tolerance.largest);
+    if (beyond <= tolerance.share)
+        return testing::AssertionSuccess();
+    const PictureDifference difference = difference_of(actual, expected);
+    return testing::AssertionFailure()
+           << "the largest difference is " << difference.largest << ", and a share of " << beyond
+           << " of the pixels differs by more than " << tolerance.largest << " (allowed are "
+           << tolerance.share << ")";
+}
+
+namespace {
+
+testing::AssertionResult is_equal(Picture const& actual, Picture const& expected) {
+    if (const auto size = same_size(actual, expected); !size)
+        return size;
+    if (actual == expected)
+        return testing::AssertionSuccess();
+    const PictureDifference difference = difference_of(actual, expected);
+    return testing::AssertionFailure()
+           << "the largest difference is " << difference.largest << ", and a share of "
+           << difference.share << " of the pixels differs";
+}
+
+bool updates_golden() {
+    char const* const wish = std::getenv("ORVEX_UPDATE_GOLDEN");
+    return wish && std::strcmp(wish, "1") == 0;
+}
+
+/// An unchanged picture keeps its file, so that only what changed shows up as changed.
+testing::AssertionResult update(std::string const& path, Picture const& picture) {
+    const std::optional<Picture> former = read_png(path);
+    if (former && *former == picture)
+        return testing::AssertionSuccess();
+    if (!write_png(path, picture))
+        return testing::AssertionFailure() << "can't write " << path;
+    std::cout << "golden picture written: " << path << "\n";
+    return testing::AssertionSuccess();
+}
+
+} // namespace
+
+testing::AssertionResult compare_with_golden(std::string const& folder, std::string const& output,
+                                             std::string const& name, Picture const& picture,
+                                             bool exact, PictureTolerance const& tolerance) {
+    const std::string golden_path = folder + "/" + name + ".png";
+    if (updates_golden())
+        return update(golden_path, picture);
+
+    const std::string actual_path = output + "/" + name + ".png";
+    const std::string difference_path = output + "/" + name + "-difference.png";
+    std::error_code ignored;
+    std::filesystem::remove(actual_path, ignored);
+    std::filesystem::remove(difference_path, ignored);
+
+    const std::optional<Picture> golden = read_png(golden_path);
+    if (!golden) {
+        write_png(actual_path, picture);
+        return testing::AssertionFailure() << "no golden picture " << golden_path << "; see "
+                                           << actual_path << " and scripts/golden.sh";
+    }
+    testing::AssertionResult result =
+        exact ? is_equal(picture, *golden) : is_near(picture, *golden, tolerance);
+    if (result)
+        return result;
+    write_png(actual_path, picture);
+    if (same_size(picture, *golden))
+        write_png(difference_path, picture_of_difference(picture, *golden));
+    return result << "; golden: " << golden_path << ", drawn: " << actual_path
+                  << ", difference: " << difference_path;
+}
+
+testing::AssertionResult matches_golden(std::string const& name, Picture const& picture,
+                                        PictureTolerance const& tolerance) {
+    auto const* const renderer = reinterpret_cast<char const*>(glGetString(GL_RENDERER));
+    const bool exact = renderer && std::strstr(renderer, "llvmpipe");
+    return compare_with_golden(ORVEX_TEST_DATA_DIR "/golden", ORVEX_TEST_OUTPUT_DIR, name, picture,
+                               exact, tolerance);
+}
+
+} // namespace orvex_test

@@ -1,0 +1,89 @@
+#pragma once
+
+/// @file
+/// Pictures of what was drawn, and their comparison with golden ones.
+///
+/// @code
+/// TEST_P(MeshPicture, of_a_box) {
+///     draw_box();
+///     EXPECT_GOLDEN("box");
+/// }
+/// @endcode
+///
+/// Golden pictures lie in tests/golden. A picture that differs is left in the build's test-output
+/// folder with an image of the differences. ORVEX_UPDATE_GOLDEN=1 in the environment writes the
+/// golden pictures instead of comparing; scripts/golden.sh does that for chosen tests and tells
+/// what changed. Look at them before they are committed.
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+namespace orvex_test {
+
+/// Pixels of 8-bit red, green, blue and alpha, the top row first.
+struct Picture {
+    int width = 0;
+    int height = 0;
+    std::vector<unsigned char> pixels;
+
+    Picture() = default;
+    /// Transparent black.
+    Picture(int width, int height);
+
+    unsigned char* at(int x, int y);
+    unsigned char const* at(int x, int y) const;
+    bool operator==(Picture const&) const = default;
+};
+
+/// Reads the current frame buffer's pixels from the lower left corner on. Leaves the pack state of
+/// the context as it was.
+Picture read_frame(int width, int height);
+/// The same with the size of the current viewport.
+Picture read_frame();
+
+/// Writes a PNG file. Folders on the way are made.
+bool write_png(std::string const& path, Picture const& picture);
+/// Reads a PNG file.
+std::optional<Picture> read_png(std::string const& path);
+
+/// How far two pictures of one size are apart.
+struct PictureDifference {
+    int largest = 0;    ///< of any channel of any pixel
+    double share = 0.0; ///< of the pixels that differ at all, 0..1
+    double mean = 0.0;  ///< over all channels of all pixels
+};
+PictureDifference difference_of(Picture const& a, Picture const& b);
+
+/// An image of where two pictures of one size differ: black where they don't, and bright from the
+/// smallest difference on.
+Picture picture_of_difference(Picture const& a, Picture const& b);
+
+/// What may differ between two renderers that both do what OpenGL asks: the rounding of a channel,
+/// and which of two triangles an edge's pixel falls to.
+struct PictureTolerance {
+    int largest = 3;      ///< rounding, once in the texture unit and once in the blend
+    double share = 0.005; ///< pixels beyond that: edges
+};
+
+/// Whether a picture is near enough to another.
+testing::AssertionResult is_near(Picture const& actual, Picture const& expected,
+                                 PictureTolerance const& tolerance);
+
+/// Compares with `folder`/`name`.png: to the last bit if `exact`. Leaves `name`.png and
+/// `name`-difference.png in `output` when they differ, and removes them when they don't.
+testing::AssertionResult compare_with_golden(std::string const& folder, std::string const& output,
+                                             std::string const& name, Picture const& picture,
+                                             bool exact, PictureTolerance const& tolerance = {});
+
+/// Compares with tests/golden: to the last bit when the current context is llvmpipe's, which was
+/// measured to draw the same bits at every run, and within the tolerance on any other.
+testing::AssertionResult matches_golden(std::string const& name, Picture const& picture,
+                                        PictureTolerance const& tolerance = {});
+
+} // namespace orvex_test
+
+/// Compares what the current viewport shows with a golden picture.
+#define EXPECT_GOLDEN(name) EXPECT_TRUE(orvex_test::matches_golden(name, orvex_test::read_frame()))
