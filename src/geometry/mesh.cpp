@@ -4,6 +4,7 @@
 #include <exception>
 
 #include "geometry/mesh_data_packed.h"
+#include "kernel/large_pages.h"
 #include "kernel/log_mgr.h"
 #include "math/mat4.h"
 #include "renderer/renderer.h"
@@ -184,10 +185,10 @@ void allocate_face_lists(MeshData& store, unsigned long count, bool wide) {
     store.num_faces = count;
     store.index_bits = wide ? 32 : 16;
     if (wide)
-        store.faces_u32 = new FaceU32[count];
+        store.faces_u32 = new_large_array<FaceU32>(count);
     else
         store.faces_u16 = new FaceU16[count];
-    store.face_normals = new vec4[count];
+    store.face_normals = new_large_array<vec4>(count);
     store.face_materials = new int[count]();
 }
 

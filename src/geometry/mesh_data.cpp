@@ -4,6 +4,7 @@
 #include <exception>
 
 #include "geometry/vertex_access.h"
+#include "kernel/large_pages.h"
 #include "kernel/log_mgr.h"
 #include "math/aligned_new.h"
 
@@ -262,7 +263,7 @@ bool MeshData::alloc_vertex_data_v2(unsigned long count, unsigned long num_attri
             allocate_records(*this, count, AlignedNew_Vertex);
         if (num_attribs > 0)
             _make_user_vertex_attribs(num_attribs);
-        vertex_particles = new vec4[count];
+        vertex_particles = new_large_array<vec4>(count);
         return true;
     } catch (const std::exception& error) {
         LogMgr::get()->tracef_error(

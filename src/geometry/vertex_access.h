@@ -3,12 +3,13 @@
 /// @file
 /// How the mesh stores reach and convert one attribute of one vertex, the same for every format.
 
+#include <memory>
+#include <new>
+
+#include "kernel/large_pages.h"
 #include "math/vec2.h"
 #include "math/vec3.h"
 #include "math/vec4.h"
-
-#include <memory>
-#include <new>
 
 namespace orvex::vertex_access {
 
@@ -101,7 +102,7 @@ template<class Store, class Record>
 void allocate_records(Store& store, unsigned long count,
                       Record* (*allocate)(unsigned long, int, unsigned char**)) {
     if (store.alignment < 1) {
-        store.vertices = new Record[count];
+        store.vertices = new_large_array<Record>(count);
         return;
     }
     store.vertices = aligned(allocate, count, store.alignment, &store.raw_vertices);
@@ -112,8 +113,8 @@ void allocate_records(Store& store, unsigned long count,
 template<class Array, class Element>
 void allocate_array(Array& array, unsigned long count, int alignment,
                     Element* (*allocate)(unsigned long, int, unsigned char**)) {
-    array.data =
-        alignment < 1 ? new Element[count] : aligned(allocate, count, alignment, &array.raw_ptr);
+    array.data = alignment < 1 ? new_large_array<Element>(count)
+                               : aligned(allocate, count, alignment, &array.raw_ptr);
     array.num_elements = count;
 }
 

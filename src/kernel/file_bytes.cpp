@@ -7,6 +7,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include "kernel/large_pages.h"
+
 namespace orvex {
 
 namespace {
@@ -62,7 +64,10 @@ bool FileBytes::read(const char* path) {
     if (file.get() < 0 || !is_regular_file(file.get(), size))
         return false;
     std::unique_ptr<char[]> bytes(new (std::nothrow) char[size + 1]);
-    if (bytes == nullptr || !read_fully(file.get(), bytes.get(), size))
+    if (bytes == nullptr)
+        return false;
+    advise_large_pages(bytes.get(), size);
+    if (!read_fully(file.get(), bytes.get(), size))
         return false;
     bytes[size] = '\0';
     bytes_ = std::move(bytes);

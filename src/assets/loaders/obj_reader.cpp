@@ -7,6 +7,7 @@
 
 #include "assets/loaders/text_stream.h"
 #include "kernel/file_bytes.h"
+#include "kernel/large_pages.h"
 
 // An OBJ file is read twice. The first pass counts what there is, makes the groups and materials
 // and reads the material libraries; the second fills arrays of exactly the counted sizes. The
@@ -107,17 +108,16 @@ public:
     bool read_int(int& value) {
         const char* p = at_;
         const bool negative = p < end_ && *p == '-';
-        if (p < end_ && (*p == '-' || *p == '+'))
+        if (p < end_ && is_sign(*p))
             ++p;
-        const char* first_digit = p;
-        long long number = 0;
-        while (p < end_ && *p >= '0' && *p <= '9' && p - first_digit < 18)
-            number = number * 10 + (*p++ - '0');
-        if (p == first_digit)
+        std::uint64_t number = 0;
+        const int num_digits = take_digits(p, end_, number);
+        if (num_digits == 0)
             return false;
-        if (p < end_ && *p >= '0' && *p <= '9')
+        if (num_digits > 18)
             return read_long_int(value);
-        value = static_cast<int>(negative ? -number : number);
+        const auto magnitude = static_cast<std::int64_t>(number);
+        value = static_cast<int>(negative ? -magnitude : magnitude);
         at_ = p;
         return true;
     }
@@ -312,7 +312,7 @@ private:
         const std::size_t expected =
             static_cast<std::size_t>(1.05 * static_cast<double>(count) * static_cast<double>(left) /
                                      static_cast<double>(read));
-        model_.triangles.reserve(count + std::max(expected, count / 2) + 64);
+        reserve_large(model_.triangles, count + std::max(expected, count / 2) + 64);
     }
 
     OBJ_Model& model_;
@@ -423,13 +423,19 @@ private:
     std::size_t num_triangles_ = 0;
 };
 
+template<class Entry>
+void resize_zeroed(std::vector<Entry>& entries, std::size_t count) {
+    reserve_large(entries, count);
+    entries.resize(count);
+}
+
 void allocate_model_memory(OBJ_Model& model) {
     model.num_triangles = model.triangles.size();
-    model.vertices.resize(model.num_vertices + 1);
+    resize_zeroed(model.vertices, model.num_vertices + 1);
     if (model.num_texcoords > 0)
-        model.texcoords.resize(model.num_texcoords + 1);
+        resize_zeroed(model.texcoords, model.num_texcoords + 1);
     if (model.num_normals > 0)
-        model.normals.resize(model.num_normals + 1);
+        resize_zeroed(model.normals, model.num_normals + 1);
 }
 
 } // namespace

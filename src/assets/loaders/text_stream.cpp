@@ -1,6 +1,5 @@
 #include "assets/loaders/text_stream.h"
 
-#include <algorithm>
 #include <array>
 #include <bit>
 #include <cfloat>
@@ -11,37 +10,6 @@
 #include <locale.h>
 
 namespace orvex {
-
-namespace {
-
-constexpr std::size_t WORD_LIMIT = 511;
-
-constexpr std::array<bool, 256> make_white_space_table() {
-    std::array<bool, 256> table{};
-    for (const char c : {' ', '\t', '\n', '\v', '\f', '\r'})
-        table[static_cast<unsigned char>(c)] = true;
-    return table;
-}
-
-constexpr std::array<bool, 256> WHITE_SPACE = make_white_space_table();
-
-inline bool is_space(char c) {
-    return WHITE_SPACE[static_cast<unsigned char>(c)];
-}
-
-inline bool is_digit(char c) {
-    return static_cast<unsigned char>(c - '0') < 10;
-}
-
-inline bool is_sign(char c) {
-    return c == '-' || c == '+';
-}
-
-} // namespace
-
-bool is_white_space(char c) {
-    return is_space(c);
-}
 
 /// The same bytes as a stream of the C library, for the numbers that are read there.
 struct TextStream::CStream {
@@ -83,57 +51,6 @@ TextStream::TextStream(const char* text, std::size_t size)
     , end_(text + size) {}
 
 TextStream::~TextStream() = default;
-
-void TextStream::skip_white_space() {
-    while (at_ < end_ && is_space(*at_))
-        ++at_;
-}
-
-std::string_view TextStream::read_word() {
-    skip_white_space();
-    const char* first = at_;
-    const char* limit = first + std::min<std::size_t>(WORD_LIMIT, end_ - first);
-    while (at_ < limit && !is_space(*at_))
-        ++at_;
-    return {first, static_cast<std::size_t>(at_ - first)};
-}
-
-std::string_view TextStream::read_line(std::size_t limit) {
-    const char* first = at_;
-    const std::size_t most = std::min<std::size_t>(limit, end_ - first);
-    const void* line_feed = std::memchr(first, '\n', most);
-    at_ = line_feed != nullptr ? static_cast<const char*>(line_feed) + 1 : first + most;
-    return {first, static_cast<std::size_t>(at_ - first)};
-}
-
-bool TextStream::match(char wanted) {
-    if (at_ == end_ || *at_ != wanted)
-        return false;
-    ++at_;
-    return true;
-}
-
-bool TextStream::read_int(int& value) {
-    skip_white_space();
-    const char* p = at_;
-    if (p == end_)
-        return false;
-    const bool negative = *p == '-';
-    if (is_sign(*p) && !is_digit(*++p))
-        return read_int_by_library(value);
-    // The byte behind the text is zero, so a run of digits ends there at the latest.
-    const char* first_digit = p;
-    std::int64_t number = 0;
-    while (is_digit(*p) && p - first_digit < 18)
-        number = number * 10 + (*p++ - '0');
-    if (p == first_digit)
-        return false;
-    if (is_digit(*p))
-        return read_int_by_library(value);
-    value = static_cast<int>(negative ? -number : number);
-    at_ = p;
-    return true;
-}
 
 namespace {
 
@@ -178,25 +95,20 @@ bool nearest_float(const Decimal& decimal, float& value) {
 
 /// Reads "[sign]digits[.digits][e[sign]digits]". Null if the text isn't plainly of that form or has
 /// more digits than fit, else the place behind it. The text ends in a byte that is no digit.
-const char* scan_decimal(const char* p, Decimal& decimal) {
+const char* scan_decimal(const char* p, const char* end, Decimal& decimal) {
     decimal.negative = *p == '-';
     if (is_sign(*p))
         ++p;
-    const char* first = p;
-    while (is_digit(*p))
-        decimal.digits = decimal.digits * 10 + static_cast<unsigned>(*p++ - '0');
-    std::ptrdiff_t num_digits = p - first;
+    int num_digits = take_digits(p, end, decimal.digits);
+    if (num_digits > MOST_DIGITS)
+        return nullptr;
     if (*p == '.') {
-        const char* point = p++;
-        while (is_digit(*p))
-            decimal.digits = decimal.digits * 10 + static_cast<unsigned>(*p++ - '0');
-        const std::ptrdiff_t num_decimals = p - point - 1;
+        ++p;
+        const int num_decimals = take_digits(p, end, decimal.digits);
         num_digits += num_decimals;
-        if (num_digits > 19)
-            return nullptr;
-        decimal.exponent = -static_cast<int>(num_decimals);
+        decimal.exponent = -num_decimals;
     }
-    if (num_digits == 0 || num_digits > 19 || *p == 'x' || *p == 'X')
+    if (num_digits == 0 || num_digits > MOST_DIGITS || *p == 'x' || *p == 'X')
         return nullptr;
     if (*p != 'e' && *p != 'E')
         return p;
@@ -205,13 +117,11 @@ const char* scan_decimal(const char* p, Decimal& decimal) {
     const bool negative = *p == '-';
     if (is_sign(*p))
         ++p;
-    const char* first_exponent_digit = p;
-    int exponent = 0;
-    while (is_digit(*p) && p - first_exponent_digit < 5)
-        exponent = exponent * 10 + (*p++ - '0');
-    if (p == first_exponent_digit || is_digit(*p))
+    std::uint64_t exponent = 0;
+    const int num_exponent_digits = take_digits(p, end, exponent);
+    if (num_exponent_digits == 0 || num_exponent_digits > 5)
         return nullptr;
-    decimal.exponent += negative ? -exponent : exponent;
+    decimal.exponent += negative ? -static_cast<int>(exponent) : static_cast<int>(exponent);
     return p;
 }
 
@@ -222,7 +132,7 @@ bool TextStream::read_float(float& value) {
     if (at_ == end_)
         return false;
     Decimal decimal;
-    const char* behind = scan_decimal(at_, decimal);
+    const char* behind = scan_decimal(at_, end_, decimal);
     if (behind == nullptr || !nearest_float(decimal, value))
         return read_float_by_library(value);
     at_ = behind;

@@ -1,11 +1,71 @@
 #pragma once
 
+#include <algorithm>
+#include <array>
+#include <bit>
 #include <cstddef>
+#include <cstdint>
 #include <cstdio>
+#include <cstring>
 #include <memory>
 #include <string_view>
 
 namespace orvex {
+
+inline constexpr std::array<bool, 256> WHITE_SPACE = [] {
+    std::array<bool, 256> table{};
+    for (const char space : {' ', '\t', '\n', '\v', '\f', '\r'})
+        table[static_cast<unsigned char>(space)] = true;
+    return table;
+}();
+
+/// White space as the C locale has it.
+inline bool is_white_space(char c) {
+    return WHITE_SPACE[static_cast<unsigned char>(c)];
+}
+
+inline bool is_digit(char c) {
+    return static_cast<unsigned char>(c - '0') < 10;
+}
+
+inline bool is_sign(char c) {
+    return c == '-' || c == '+';
+}
+
+constexpr int MOST_DIGITS = 19; ///< as many as always fit into 64 bits
+
+/// Takes the decimal digits at `p`, eight at a time, and appends them to `number`.
+/// @return how many were taken; more than `MOST_DIGITS` means that `number` holds nothing of worth
+inline int take_digits(const char*& p, const char* end, std::uint64_t& number) {
+    static_assert(std::endian::native == std::endian::little, "the first digit is the lowest byte");
+    constexpr std::uint64_t POWERS[] = {1,      10,      100,      1000,     10000,
+                                        100000, 1000000, 10000000, 100000000};
+    const char* first = p;
+    while (end - p >= 8) {
+        std::uint64_t digits = 0;
+        std::memcpy(&digits, p, 8);
+        digits ^= 0x3030303030303030;
+        // The high bit of each byte that is no digit. A carry can only spoil bytes behind the
+        // first.
+        const std::uint64_t others = ((digits + 0x7676767676767676) | digits) & 0x8080808080808080;
+        const int count = others == 0 ? 8 : std::countr_zero(others) / 8;
+        if (count == 0)
+            return static_cast<int>(p - first);
+        // To the high end, zeros in front; then neighbours are joined: digits, pairs, quadruples.
+        digits <<= 64 - 8 * count;
+        digits = digits * 10 + (digits >> 8);
+        digits = ((digits & 0x000000FF000000FF) * 0x000F424000000064 +
+                  ((digits >> 16) & 0x000000FF000000FF) * 0x0000271000000001) >>
+                 32;
+        number = number * POWERS[count] + digits;
+        p += count;
+        if (count < 8 || p - first > MOST_DIGITS)
+            return static_cast<int>(p - first);
+    }
+    while (p < end && is_digit(*p) && p - first <= MOST_DIGITS)
+        number = number * 10 + static_cast<unsigned>(*p++ - '0');
+    return static_cast<int>(p - first);
+}
 
 /// Reads text in memory by the rules of the C stream functions: `fscanf` with "%s", "%d" and "%f",
 /// and `fgets`.
@@ -47,7 +107,10 @@ public:
 private:
     struct CStream;
 
-    void skip_white_space();
+    void skip_white_space() {
+        while (at_ < end_ && is_white_space(*at_))
+            ++at_;
+    }
     bool read_int_by_library(int& value);
     bool read_float_by_library(float& value);
     std::FILE* library_stream();
@@ -58,8 +121,50 @@ private:
     std::unique_ptr<CStream> library_;
 };
 
-/// White space as the C locale has it.
-bool is_white_space(char c);
+inline std::string_view TextStream::read_word() {
+    constexpr std::size_t WORD_LIMIT = 511;
+    skip_white_space();
+    const char* first = at_;
+    const char* limit = first + std::min<std::size_t>(WORD_LIMIT, end_ - first);
+    while (at_ < limit && !is_white_space(*at_))
+        ++at_;
+    return {first, static_cast<std::size_t>(at_ - first)};
+}
+
+inline std::string_view TextStream::read_line(std::size_t limit) {
+    const char* first = at_;
+    const std::size_t most = std::min<std::size_t>(limit, end_ - first);
+    const void* line_feed = std::memchr(first, '\n', most);
+    at_ = line_feed != nullptr ? static_cast<const char*>(line_feed) + 1 : first + most;
+    return {first, static_cast<std::size_t>(at_ - first)};
+}
+
+inline bool TextStream::match(char wanted) {
+    if (at_ == end_ || *at_ != wanted)
+        return false;
+    ++at_;
+    return true;
+}
+
+inline bool TextStream::read_int(int& value) {
+    skip_white_space();
+    const char* p = at_;
+    if (p == end_)
+        return false;
+    const bool negative = *p == '-';
+    if (is_sign(*p) && !is_digit(*++p))
+        return read_int_by_library(value);
+    std::uint64_t number = 0;
+    const int num_digits = take_digits(p, end_, number);
+    if (num_digits == 0)
+        return false;
+    if (num_digits > 18)
+        return read_int_by_library(value);
+    const auto magnitude = static_cast<std::int64_t>(number);
+    value = static_cast<int>(negative ? -magnitude : magnitude);
+    at_ = p;
+    return true;
+}
 
 /// Makes the decimal point a point for the calling thread, whatever the host's locale, until it
 /// goes out of scope.
