@@ -1,30 +1,19 @@
 #include "assets/loaders/obj_reader.h"
 
 #include <clocale>
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
 #include <random>
 
 #include <gtest/gtest.h>
 
 #include "assets/loaders/obj_reference.h"
+#include "support/temp_dir.h"
 
 namespace orvex {
 namespace {
 
-/// A folder of its own for the files of one test.
 class ObjReaderTest : public testing::Test {
 protected:
-    ObjReaderTest() {
-        char name[] = "/tmp/orvex_obj_XXXXXX";
-        folder_ = std::string(mkdtemp(name)) + "/";
-    }
-    ~ObjReaderTest() override { std::filesystem::remove_all(folder_); }
-
-    void write(const std::string& name, const std::string& text) const {
-        std::ofstream(folder_ + name, std::ios::binary) << text;
-    }
+    void write(const std::string& name, const std::string& text) const { dir_.write(name, text); }
 
     std::unique_ptr<OBJ_Model> read(const std::string& text) const {
         return read_obj_text(text.c_str(), text.size(), folder_);
@@ -43,7 +32,8 @@ protected:
             << text;
     }
 
-    std::string folder_;
+    test::TempDir dir_;
+    const std::string folder_ = dir_.path() + "/";
     std::unique_ptr<OBJ_Model> model_;
 };
 
