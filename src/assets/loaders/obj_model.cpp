@@ -1,12 +1,9 @@
 #include "assets/loaders/obj_model.h"
 
-#include <algorithm>
-#include <cstring>
-
 namespace orvex {
 
 OBJ_Name::OBJ_Name(std::string_view text) {
-    std::memcpy(text_, text.data(), std::min(text.size(), sizeof text_ - 1));
+    text.copy(text_, sizeof text_ - 1);
 }
 
 void OBJ_Material::set_library_defaults() {
