@@ -1,0 +1,217 @@
+#include <memory>
+#include <string>
+#include <utility>
+
+#include "assets/texture.h"
+#include "assets/texture_data.h"
+#include "assets/texture_mgr.h"
+#include "kernel/aux.h"
+#include "kernel/kernel_fixture.h"
+#include "kernel/loader_3d.h"
+#include "renderer/render_target.h"
+#include "scene/model.h"
+#include "support/temp_dir.h"
+
+namespace orvex {
+namespace {
+
+using test::KernelTest;
+using test::Lines;
+
+/// Writes what it is asked into a list, and accepts or refuses it.
+class FakeLoader : public Loader3D {
+public:
+    FakeLoader(Lines& calls, const char* name, bool accepts)
+        : calls(calls)
+        , accepts(accepts) {
+        set_name(name);
+        set_type(PLUGIN_TYPE_LOADER_3D);
+    }
+
+    bool load_from_file(Model* model, char const* filename) override {
+        calls.push_back(std::string(get_name()) + " " + filename + " " + get_model_dir() + " " +
+                        get_resource_dir() + " " +
+                        (model->get_separate_vertex_arrays_state() ? "separate" : "whole") + " " +
+                        std::to_string(model->get_vertex_alignment()));
+        return accepts;
+    }
+
+private:
+    Lines& calls;
+    bool accepts;
+};
+
+class KernelModelsTest : public KernelTest {
+protected:
+    ~KernelModelsTest() override { kernel->unload_all_plugins(); }
+
+    void add_loader(const char* name, bool accepts) {
+        registry->insert_plugin(new FakeLoader(calls, name, accepts));
+    }
+
+    /// Ends a model that a load gave.
+    static bool end(Model* model) {
+        if (model)
+            model->release(nullptr, nullptr);
+        return model != nullptr;
+    }
+
+    Lines calls;
+};
+
+TEST_F(KernelModelsTest, offers_a_file_to_each_loader_until_one_accepts_it) {
+    add_loader("a", false);
+    add_loader("b", true);
+    add_loader("c", true);
+    EXPECT_TRUE(end(kernel->load_model_from_file("x.y", "m/", "r/")));
+    EXPECT_EQ(calls, (Lines{"a x.y m/ r/ separate 0", "b x.y m/ r/ separate 0"}));
+}
+
+TEST_F(KernelModelsTest, hands_the_storage_of_vertices_to_the_model) {
+    add_loader("a", true);
+    EXPECT_TRUE(end(kernel->load_model_from_file_v2("x", "", "", false, 16)));
+    EXPECT_TRUE(end(kernel->load_model_from_file_v2("x", "", "", true, -3)));
+    EXPECT_EQ(calls, (Lines{"a x   whole 16", "a x   separate -3"}));
+}
+
+TEST_F(KernelModelsTest, gives_null_if_no_loader_accepts_the_file) {
+    EXPECT_EQ(kernel->load_model_from_file("x", "", ""), nullptr);
+    add_loader("a", false);
+    add_loader("b", false);
+    EXPECT_EQ(kernel->load_model_from_file("x", "", ""), nullptr);
+    EXPECT_EQ(calls.size(), 2u);
+}
+
+TEST_F(KernelModelsTest, gives_null_for_a_null_file_name_without_asking_anybody) {
+    add_loader("orvex_plugin_fbx", true);
+    kernel->load_core_loader3d_plugins();
+    EXPECT_EQ(kernel->load_model_from_file(nullptr, "", ""), nullptr);
+    EXPECT_EQ(kernel->load_model_from_file_lib3ds(nullptr, "", ""), nullptr);
+    EXPECT_EQ(kernel->load_model_from_file_obj(nullptr, "", ""), nullptr);
+    EXPECT_EQ(kernel->load_model_from_file_fbx(nullptr, "", ""), nullptr);
+    EXPECT_TRUE(calls.empty());
+}
+
+TEST_F(KernelModelsTest, keeps_the_directories_of_the_load_before_for_null_ones) {
+    add_loader("a", true);
+    end(kernel->load_model_from_file("x", "m/", "r/"));
+    end(kernel->load_model_from_file("y", nullptr, nullptr));
+    end(kernel->load_model_from_file("z", "", ""));
+    EXPECT_EQ(calls, (Lines{"a x m/ r/ separate 0", "a y m/ r/ separate 0", "a z   separate 0"}));
+}
+
+TEST_F(KernelModelsTest, passes_over_a_plugin_that_only_claims_to_be_a_loader) {
+    auto* const impostor = new Plugin;
+    impostor->set_type(PLUGIN_TYPE_LOADER_3D);
+    impostor->set_name("orvex_plugin_fbx");
+    registry->insert_plugin(impostor);
+    EXPECT_EQ(kernel->load_model_from_file_fbx("x", "", ""), nullptr);
+    add_loader("a", true);
+    EXPECT_TRUE(end(kernel->load_model_from_file("x", "", "")));
+}
+
+TEST_F(KernelModelsTest, fbx_asks_the_first_plugin_of_that_name_only) {
+    EXPECT_EQ(kernel->load_model_from_file_fbx("x", "m/", "r/"), nullptr);
+    add_loader("orvex_plugin_fbx2", true);
+    add_loader("orvex_plugin_fb", true);
+    EXPECT_EQ(kernel->load_model_from_file_fbx("x", "m/", "r/"), nullptr);
+    EXPECT_TRUE(calls.empty());
+
+    add_loader("orvex_plugin_fbx", false);
+    add_loader("orvex_plugin_fbx", true);
+    EXPECT_EQ(kernel->load_model_from_file_fbx("x", "m/", "r/"), nullptr);
+    EXPECT_EQ(calls, Lines{"orvex_plugin_fbx x m/ r/ separate 0"});
+}
+
+TEST_F(KernelModelsTest, fbx_gives_the_model_of_its_plugin) {
+    add_loader("orvex_plugin_fbx", true);
+    EXPECT_TRUE(end(kernel->load_model_from_file_fbx_v2("x", "m/", "r/", false, 4)));
+    EXPECT_EQ(calls, Lines{"orvex_plugin_fbx x m/ r/ whole 4"});
+}
+
+TEST_F(KernelModelsTest, built_in_loaders_give_null_before_they_exist) {
+    EXPECT_EQ(kernel->load_model_from_file_obj("x.obj", "", ""), nullptr);
+    EXPECT_EQ(kernel->load_model_from_file_lib3ds("x.3ds", "", ""), nullptr);
+}
+
+TEST_F(KernelModelsTest, obj_goes_to_the_built_in_loader_past_all_others) {
+    const test::TempDir dir;
+    dir.write("triangle.obj", "v 0 0 0\nv 1 0 0\nv 0 1 0\nf 1 2 3\n");
+    add_loader("a", true);
+    kernel->load_core_loader3d_plugins();
+    const std::string directory = dir.path() + "/";
+    Model* const model = kernel->load_model_from_file_obj("triangle.obj", directory.c_str(), "");
+    ASSERT_NE(model, nullptr);
+    EXPECT_EQ(model->get_num_faces(model), 1u);
+    EXPECT_TRUE(calls.empty());
+    EXPECT_TRUE(end(model));
+    EXPECT_EQ(kernel->load_model_from_file_obj("missing.obj", directory.c_str(), ""), nullptr);
+}
+
+TEST_F(KernelModelsTest, aux_functions_are_those_of_the_kernel) {
+    add_loader("orvex_plugin_fbx", true);
+    EXPECT_TRUE(end(aux::load_model_from_file("x", "m/", "r/")));
+    EXPECT_TRUE(end(aux::load_model_from_file_fbx("y", "m/", "r/")));
+    EXPECT_EQ(aux::load_model_from_file_obj("z", "m/", "r/"), nullptr);
+    EXPECT_EQ(aux::load_model_from_file_lib3ds("z", "m/", "r/"), nullptr);
+    EXPECT_EQ(calls, (Lines{"orvex_plugin_fbx x m/ r/ separate 0",
+                            "orvex_plugin_fbx y m/ r/ separate 0"}));
+}
+
+TEST_F(KernelModelsTest, wraps_no_buffer_of_a_null_target) {
+    EXPECT_EQ(kernel->create_color_texture_from_render_target(nullptr, 0), nullptr);
+    EXPECT_EQ(kernel->create_depth_texture_from_render_target(nullptr), nullptr);
+}
+
+/// A target of which only the ids of its buffers matter.
+class FakeTarget : public RenderTarget {
+public:
+    bool create_render_buffer_target(int, int, PIXEL_FORMAT, bool, unsigned long, bool,
+                                     int) override {
+        return false;
+    }
+    bool create_target(int, int, PIXEL_FORMAT, bool, bool, bool, int) override { return false; }
+    bool create_target_v2(int, int, PIXEL_FORMAT, unsigned long, bool, bool, bool, int) override {
+        return false;
+    }
+    bool create_target_rect(int, int, PIXEL_FORMAT, bool, bool, bool, int) override {
+        return false;
+    }
+    bool create_target_rect_v2(int, int, PIXEL_FORMAT, unsigned long, bool, bool, bool,
+                               int) override {
+        return false;
+    }
+    bool create_target_depth(int, int, bool, bool) override { return false; }
+    bool create_target_depth_rect(int, int, bool, bool) override { return false; }
+    bool clear_color_buffer(int, float, float, float, float) override { return false; }
+    bool clear_depth_buffer(float) override { return false; }
+    bool read_color_pixmap_rgb_u8(unsigned char*) override { return false; }
+    bool read_color_pixmap_rgba_u8(unsigned char*) override { return false; }
+    bool kill() override { return false; }
+    bool activate() override { return false; }
+    bool deactivate() override { return false; }
+    bool resize(int, int) override { return false; }
+    unsigned int get_fbo() override { return 0; }
+    unsigned int get_color_tex_id_opengl(int index) override { return 70u + unsigned(index); }
+    unsigned int get_depth_tex_id_opengl() override { return 90; }
+    void clear_error_str() override {}
+    char const* get_error_str() override { return ""; }
+    unsigned long get_error_str_size() override { return 0; }
+};
+
+TEST_F(KernelModelsTest, wraps_the_buffers_of_a_target_in_managed_textures) {
+    FakeTarget target;
+    const unsigned long before = TextureMgr::get()->get_num_resources();
+    Texture* const color = kernel->create_color_texture_from_render_target(&target, 0);
+    Texture* const depth = kernel->create_depth_texture_from_render_target(&target);
+    ASSERT_NE(color, nullptr);
+    ASSERT_NE(depth, nullptr);
+    EXPECT_EQ(TextureMgr::get()->get_num_resources(), before + 2);
+    EXPECT_EQ(color->get_data_ptr()->opengl_texture_id, 70u);
+    EXPECT_EQ(depth->get_data_ptr()->opengl_texture_id, 90u);
+    TextureMgr::get()->release_texture(nullptr, color, nullptr);
+    TextureMgr::get()->release_texture(nullptr, depth, nullptr);
+}
+
+} // namespace
+} // namespace orvex
