@@ -476,6 +476,19 @@ public:
     bool _remove_texture_id(unsigned int id);
     /// @}
 
+    /// @name Parts of the texture operations
+    /// @{
+
+    /// The target that a texture's type is bound to; that of a 2D texture for null.
+    unsigned int _get_gl_texture_target(TextureData* texture);
+    /// Gives one face of the bound cube texture its pixels; false without a texture, and for a
+    /// face with fewer pixels than face 0 asks for.
+    bool texture_cube_load_face(TextureData* texture, CUBEMAP_FACE face, unsigned long unit);
+    /// Sends one face of the bound cube texture again; false for other types, and for a face with
+    /// fewer pixels than face 0 asks for.
+    bool texture_cube_update_face(TextureData* texture, CUBEMAP_FACE face);
+    /// @}
+
     /// @name Parts of the program operations
     /// @{
 
@@ -507,6 +520,14 @@ private:
     bool vertex_buffer_kill_gl3(MeshData* mesh);
     bool vertex_buffer_kill_gl2(MeshData* mesh);
     unsigned int delete_buffer(unsigned int id);
+
+    void activate_texture_unit(unsigned long unit);
+    bool bind_texture_id(unsigned int target, unsigned int id, unsigned long unit);
+    bool can_load_texture(TextureData* texture) const;
+    void start_texture_load(TextureData* texture, unsigned int target, unsigned long unit);
+    void make_mipmaps(TextureData* texture, unsigned int target);
+    void set_up_texture_2d_levels(TextureData* texture);
+    bool read_texture_2d(TextureData* texture, unsigned int format, unsigned long channels);
 
     void log_life_cycle(char const* operation);
     bool prepare_raster_text();
