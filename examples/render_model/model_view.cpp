@@ -1,0 +1,204 @@
+#include "model_view.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdio>
+#include <limits>
+
+#include <orvex/assets/material.h>
+#include <orvex/assets/material_mgr.h>
+#include <orvex/assets/texture.h>
+#include <orvex/assets/texture_mgr.h>
+#include <orvex/geometry/mesh.h>
+#include <orvex/geometry/mesh_data.h>
+#include <orvex/gpu/gpu_program.h>
+#include <orvex/math/mat4.h>
+#include <orvex/math/vec4.h>
+#include <orvex/renderer/renderer.h>
+#include <orvex/scene/camera.h>
+#include <orvex/scene/model.h>
+
+using namespace orvex;
+
+ModelView::ModelView(Renderer* renderer, Model* model)
+    : renderer(renderer)
+    , model(model) {
+    for (unsigned long i = 0; i < model->get_num_children(); ++i) {
+        auto* const mesh = dynamic_cast<Mesh*>(model->get_child(i));
+        if (!mesh)
+            continue;
+        meshes.push_back(mesh);
+        faces += mesh->get_num_faces(nullptr);
+        add_runs(mesh);
+    }
+    measure();
+}
+
+ModelView::~ModelView() {
+    // Objects keep their program when they end, materials give theirs back.
+    model->kill(renderer, nullptr);
+    MaterialMgr::get()->release_all_resources(renderer, nullptr);
+    TextureMgr::get()->release_all_resources(renderer, nullptr);
+}
+
+void ModelView::add_runs(Mesh* mesh) {
+    const MeshData* const data = mesh->get_mesh_data();
+    const unsigned count = static_cast<unsigned>(data->num_faces);
+    for (unsigned first = 0; first < count;) {
+        const int id = data->face_materials[first];
+        unsigned last = first;
+        while (last + 1 < count && data->face_materials[last + 1] == id)
+            ++last;
+        Material* const material = mesh->get_material(id);
+        const bool is_opaque = !material || material->get_opacity() >= 1.0f;
+        (is_opaque ? opaque : blended).push_back({mesh, material, first, last});
+        first = last + 1;
+    }
+}
+
+unsigned long ModelView::num_materials() const {
+    return model->get_num_materials();
+}
+
+void ModelView::load_textures(std::string const& folder) {
+    for (unsigned long i = 0; i < model->get_num_materials(); ++i) {
+        Material* const material = model->get_material_by_index(i);
+        const unsigned long queued = material->async_loading_get_num_texture_filenames();
+        for (unsigned long t = 0; t < queued; ++t)
+            std::fprintf(stderr, "  texture %s\n", material->async_loading_get_texture_filename(t));
+        const unsigned long before = material->get_num_textures();
+        // Without a renderer the pixels stay here, so that the sampler can be set before upload.
+        material->async_loading_process_all_texture_filenames(nullptr, folder.c_str(),
+                                                              static_cast<PIXEL_FORMAT>(0), false);
+        missing_textures += before + queued - material->get_num_textures();
+        for (unsigned long t = before; t < material->get_num_textures(); ++t) {
+            Texture* const texture = material->get_texture_by_index(t);
+            texture->set_filtering_mode(nullptr, FILTERING_TRILINEAR);
+            texture->set_anisotropy(nullptr, 8.0f);
+            TextureMgr::get()->upload_to_renderer(renderer, texture, 0);
+        }
+    }
+}
+
+void ModelView::use_program(GpuProgram* new_program, bool gl3) {
+    program = new_program;
+    for (Mesh* mesh : meshes)
+        mesh->set_opengl_2_3_rendering_states(!gl3, nullptr);
+    for (unsigned long i = 0; i < model->get_num_materials(); ++i)
+        model->get_material_by_index(i)->set_gpu_program(program);
+}
+
+namespace {
+
+/// A box that grows around spheres.
+struct Bounds {
+    float low[3] = {std::numeric_limits<float>::max(), std::numeric_limits<float>::max(),
+                    std::numeric_limits<float>::max()};
+    float high[3] = {std::numeric_limits<float>::lowest(), std::numeric_limits<float>::lowest(),
+                     std::numeric_limits<float>::lowest()};
+
+    void add(vec4 const& center, float radius) {
+        const float at[3] = {center.x, center.y, center.z};
+        for (int i = 0; i < 3; ++i) {
+            low[i] = std::min(low[i], at[i] - radius);
+            high[i] = std::max(high[i], at[i] + radius);
+        }
+    }
+    vec4 center() const {
+        return vec4((low[0] + high[0]) / 2, (low[1] + high[1]) / 2, (low[2] + high[2]) / 2, 1);
+    }
+};
+
+float distance(vec4 const& a, vec4 const& b) {
+    return std::hypot(a.x - b.x, a.y - b.y, a.z - b.z);
+}
+
+/// The centre of a mesh's bounding sphere in the world. The object's own position reading would
+/// count its translation twice.
+vec4 world_center(Mesh* mesh) {
+    vec4 center = mesh->get_bounding_sphere_center();
+    center.w = 1.0f;
+    return mesh->get_absolute_transform() * center;
+}
+
+} // namespace
+
+void ModelView::measure() {
+    Bounds bounds;
+    for (Mesh* mesh : meshes) {
+        mesh->update_bounding_sphere(nullptr);
+        bounds.add(world_center(mesh), mesh->get_bounding_sphere_radius());
+    }
+    center = bounds.center();
+    for (Mesh* mesh : meshes)
+        radius = std::max(radius, distance(world_center(mesh), center) +
+                                      mesh->get_bounding_sphere_radius());
+}
+
+void ModelView::frame(Camera& camera, int width, int height) const {
+    constexpr float opening_degrees = 35.0f;
+    constexpr float degree = 0.017453292f;
+    const float aspect = static_cast<float>(width) / static_cast<float>(height);
+    const float vertical = opening_degrees * degree / 2;
+    const float narrower = aspect < 1 ? std::atan(std::tan(vertical) * aspect) : vertical;
+    const float away = radius / std::sin(narrower);
+
+    vec4 direction(0.45f, 0.35f, 1.0f, 0.0f);
+    direction.normalize();
+    const vec4 eye(center.x + direction.x * away, center.y + direction.y * away,
+                   center.z + direction.z * away, 1.0f);
+    camera.set_viewport(0, 0, width, height);
+    camera.build_projection_persp(opening_degrees, aspect, std::max(away - radius, away * 0.01f),
+                                  away + radius, true);
+    camera.set_view_params(eye, center, vec4(0, 1, 0, 0), true);
+}
+
+void ModelView::draw() {
+    renderer->set_blend_state(false);
+    renderer->set_depth_buffer_writing_state(true);
+    for (Run const& run : opaque)
+        draw(run);
+    if (blended.empty())
+        return;
+    renderer->set_blend_factors(BLEND_FACTOR_SRC_ALPHA, BLEND_FACTOR_ONE_MINUS_SRC_ALPHA);
+    renderer->set_blend_state(true);
+    renderer->set_depth_buffer_writing_state(false);
+    for (Run const& run : blended)
+        draw(run);
+    renderer->set_blend_state(false);
+    renderer->set_depth_buffer_writing_state(true);
+}
+
+void ModelView::draw(Run const& run) {
+    set_colors(run.material);
+    if (run.material)
+        run.material->bind(renderer);
+    else
+        program->bind(renderer);
+    run.mesh->render_apply_automatic_uniforms(renderer, renderer->gpu_program_get_active_program(),
+                                              run.mesh->get_use_fixed_mvp_matrices_state());
+    MaterialSubset subset;
+    subset.first_face = run.first_face;
+    subset.last_face = run.last_face;
+    MeshData* const data = run.mesh->get_mesh_data();
+    data->current_subset = &subset;
+    run.mesh->render_geometry(renderer);
+    data->current_subset = nullptr;
+    if (run.material)
+        run.material->unbind(renderer);
+    else
+        program->unbind(renderer);
+}
+
+void ModelView::set_colors(Material* material) {
+    const vec4 diffuse = material ? material->get_diffuse() : vec4(0.7f, 0.7f, 0.8f, 1.0f);
+    const vec4 specular = material ? material->get_specular() : vec4(0.2f, 0.2f, 0.2f, 1.0f);
+    const float opacity = material ? material->get_opacity() : 1.0f;
+    const float shininess = material ? material->get_shininess() : 16.0f;
+    const bool textured = material && material->get_num_textures() > 0;
+    program->set_uniform_4f(nullptr, "diffuse_color", diffuse.x, diffuse.y, diffuse.z, opacity);
+    program->set_uniform_4f(nullptr, "specular_color", specular.x, specular.y, specular.z,
+                            shininess);
+    program->set_uniform_1f(nullptr, "textured", textured ? 1.0f : 0.0f);
+    program->set_uniform_1i(nullptr, "diffuse_map", 0);
+}

@@ -1,0 +1,22 @@
+#!/usr/bin/env bash
+# From a fresh machine to pictures of a model: installs what is missing, builds the example host, and
+# renders the model to out/, on the compatibility and on the core path.
+#
+#   scripts/demo.sh                 the sample model
+#   scripts/demo.sh path/to/any.obj
+set -euo pipefail
+root=$(cd "$(dirname "$0")/.." && pwd)
+model=$(realpath -m "${1:-$root/examples/data/sample/sample.obj}")
+cd "$root"
+
+scripts/setup.sh
+# A build of the demo alone: the tests' dependencies are not asked for.
+cmake --preset release -DORVEX_BUILD_TESTS=OFF >/dev/null
+cmake --build --preset release --target render_model
+
+name=$(basename "${model%.*}")
+mkdir -p out
+for path in gl2 gl3; do
+  build/release/examples/render_model/render_model \
+    --model "$model" --path "$path" --size 1280x960 --output "out/$name-$path.jpg"
+done
