@@ -10,13 +10,13 @@ model=$(realpath -m "${1:-$root/examples/data/sample/sample.obj}")
 cd "$root"
 
 scripts/setup.sh
-# A build of the demo alone: the tests' dependencies are not asked for.
-cmake --preset release -DORVEX_BUILD_TESTS=OFF >/dev/null
-cmake --build --preset release --target render_model
+# A build folder of its own, without the tests and what they need.
+cmake --preset release -B build/demo -DORVEX_BUILD_TESTS=OFF >/dev/null
+cmake --build build/demo --target render_model
 
 name=$(basename "${model%.*}")
 mkdir -p out
 for path in gl2 gl3; do
-  build/release/examples/render_model/render_model \
+  build/demo/examples/render_model/render_model \
     --model "$model" --path "$path" --size 1280x960 --output "out/$name-$path.jpg"
 done
