@@ -1,0 +1,15 @@
+# The umbrella header names every public header, and nothing else.
+
+file(STRINGS "${SOURCE_DIR}/orvex.h" lines REGEX "^#include \"")
+list(TRANSFORM lines REPLACE "^#include \"(.*)\"$" "\\1")
+string(REPLACE "," ";" wanted "${HEADERS}")
+list(REMOVE_ITEM wanted orvex.h)
+list(SORT lines)
+list(SORT wanted)
+set(missing ${wanted})
+list(REMOVE_ITEM missing ${lines})
+set(strangers ${lines})
+list(REMOVE_ITEM strangers ${wanted})
+if(missing OR strangers)
+  message(FATAL_ERROR "orvex.h lacks: ${missing}\norvex.h names what is not public: ${strangers}")
+endif()
