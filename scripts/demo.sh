@@ -6,7 +6,7 @@
 #   scripts/demo.sh path/to/any.obj
 set -euo pipefail
 root=$(cd "$(dirname "$0")/.." && pwd)
-model=$(realpath -m "${1:-$root/examples/data/sample/sample.obj}")
+model=$(realpath -m "${1:-$root/examples/data/lighthouse.obj}")
 cd "$root"
 
 scripts/setup.sh

@@ -30,8 +30,8 @@ ModelView::ModelView(Renderer* renderer, Model* model)
         meshes.push_back(mesh);
         faces += mesh->get_num_faces(nullptr);
         add_runs(mesh);
+        measure(mesh);
     }
-    measure();
 }
 
 ModelView::~ModelView() {
@@ -90,67 +90,93 @@ void ModelView::use_program(GpuProgram* new_program, bool gl3) {
 
 namespace {
 
-/// A box that grows around spheres.
-struct Bounds {
-    float low[3] = {std::numeric_limits<float>::max(), std::numeric_limits<float>::max(),
-                    std::numeric_limits<float>::max()};
-    float high[3] = {std::numeric_limits<float>::lowest(), std::numeric_limits<float>::lowest(),
-                     std::numeric_limits<float>::lowest()};
-
-    void add(vec4 const& center, float radius) {
-        const float at[3] = {center.x, center.y, center.z};
-        for (int i = 0; i < 3; ++i) {
-            low[i] = std::min(low[i], at[i] - radius);
-            high[i] = std::max(high[i], at[i] + radius);
-        }
-    }
-    vec4 center() const {
-        return vec4((low[0] + high[0]) / 2, (low[1] + high[1]) / 2, (low[2] + high[2]) / 2, 1);
-    }
-};
-
-float distance(vec4 const& a, vec4 const& b) {
-    return std::hypot(a.x - b.x, a.y - b.y, a.z - b.z);
+float dot(vec4 const& a, vec4 const& b) {
+    return a.x * b.x + a.y * b.y + a.z * b.z;
 }
 
-/// The centre of a mesh's bounding sphere in the world. The object's own position reading would
-/// count its translation twice.
-vec4 world_center(Mesh* mesh) {
-    vec4 center = mesh->get_bounding_sphere_center();
-    center.w = 1.0f;
-    return mesh->get_absolute_transform() * center;
+vec4 difference(vec4 const& a, vec4 const& b) {
+    return vec4(a.x - b.x, a.y - b.y, a.z - b.z, 0.0f);
+}
+
+vec4 cross(vec4 const& a, vec4 const& b) {
+    vec4 result(a.y * b.z - a.z * b.y, a.z * b.x - a.x * b.z, a.x * b.y - a.y * b.x, 0.0f);
+    result.normalize();
+    return result;
 }
 
 } // namespace
 
-void ModelView::measure() {
-    Bounds bounds;
-    for (Mesh* mesh : meshes) {
-        mesh->update_bounding_sphere(nullptr);
-        bounds.add(world_center(mesh), mesh->get_bounding_sphere_radius());
+/// The engine's sphere lies around the bounding box. It is tightened around the vertices here, and
+/// taken to the world by the whole transform: reading an object's absolute position would count its
+/// own translation twice.
+void ModelView::measure(Mesh* mesh) {
+    mesh->update_bounding_sphere(nullptr);
+    const mat4 transform = mesh->get_absolute_transform();
+    vec4 center = mesh->get_bounding_sphere_center();
+    center.w = 1.0f;
+    const vec4 at = transform * center;
+    float farthest = 0.0f;
+    for (unsigned long i = 0; i < mesh->get_mesh_data()->num_vertices; ++i) {
+        const vec4 arm = difference(transform * mesh->get_vertex_position(i), at);
+        farthest = std::max(farthest, dot(arm, arm));
     }
-    center = bounds.center();
-    for (Mesh* mesh : meshes)
-        radius = std::max(radius, distance(world_center(mesh), center) +
-                                      mesh->get_bounding_sphere_radius());
+    spheres.push_back({at, std::sqrt(farthest)});
 }
 
+vec4 ModelView::center() const {
+    constexpr float largest = std::numeric_limits<float>::max();
+    vec4 low(largest, largest, largest, 1.0f);
+    vec4 high(-largest, -largest, -largest, 1.0f);
+    for (Sphere const& sphere : spheres) {
+        low.set(std::min(low.x, sphere.center.x - sphere.radius),
+                std::min(low.y, sphere.center.y - sphere.radius),
+                std::min(low.z, sphere.center.z - sphere.radius), 1.0f);
+        high.set(std::max(high.x, sphere.center.x + sphere.radius),
+                 std::max(high.y, sphere.center.y + sphere.radius),
+                 std::max(high.z, sphere.center.z + sphere.radius), 1.0f);
+    }
+    return vec4((low.x + high.x) / 2, (low.y + high.y) / 2, (low.z + high.z) / 2, 1.0f);
+}
+
+/// A sphere touches a side of the view's pyramid when its centre is `radius` away from it. With the
+/// eye on the axis at `away`, the centre at `aside` from the axis and `toward` along it, and half
+/// the opening h: (away - toward) * sin(h) - aside * cos(h) = radius.
 void ModelView::frame(Camera& camera, int width, int height) const {
     constexpr float opening_degrees = 35.0f;
     constexpr float degree = 0.017453292f;
     const float aspect = static_cast<float>(width) / static_cast<float>(height);
-    const float vertical = opening_degrees * degree / 2;
-    const float narrower = aspect < 1 ? std::atan(std::tan(vertical) * aspect) : vertical;
-    const float away = radius / std::sin(narrower);
+    const float half_height = opening_degrees * degree / 2;
+    const float half_width = std::atan(std::tan(half_height) * aspect);
 
-    vec4 direction(0.45f, 0.35f, 1.0f, 0.0f);
-    direction.normalize();
-    const vec4 eye(center.x + direction.x * away, center.y + direction.y * away,
-                   center.z + direction.z * away, 1.0f);
+    vec4 toward(0.45f, 0.35f, 1.0f, 0.0f);
+    toward.normalize();
+    const vec4 right = cross(vec4(0, 1, 0, 0), toward);
+    const vec4 up = cross(toward, right);
+    const vec4 target = center();
+
+    float away = 0.0f;
+    float nearest = std::numeric_limits<float>::lowest();
+    float farthest = std::numeric_limits<float>::max();
+    for (Sphere const& sphere : spheres) {
+        const vec4 arm = difference(sphere.center, target);
+        const float depth = dot(arm, toward);
+        const auto fit = [&](float aside, float half) {
+            away = std::max(away, depth + (sphere.radius + std::abs(aside) * std::cos(half)) /
+                                              std::sin(half));
+        };
+        fit(dot(arm, right), half_width);
+        fit(dot(arm, up), half_height);
+        nearest = std::max(nearest, depth + sphere.radius);
+        farthest = std::min(farthest, depth - sphere.radius);
+    }
+    away = std::max(away, 1e-6f);
+
+    const vec4 eye(target.x + toward.x * away, target.y + toward.y * away,
+                   target.z + toward.z * away, 1.0f);
     camera.set_viewport(0, 0, width, height);
-    camera.build_projection_persp(opening_degrees, aspect, std::max(away - radius, away * 0.01f),
-                                  away + radius, true);
-    camera.set_view_params(eye, center, vec4(0, 1, 0, 0), true);
+    camera.build_projection_persp(opening_degrees, aspect, std::max(away - nearest, away * 0.01f),
+                                  away - farthest + away * 0.001f, true);
+    camera.set_view_params(eye, target, vec4(0, 1, 0, 0), true);
 }
 
 void ModelView::draw() {

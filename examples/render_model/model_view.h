@@ -52,19 +52,24 @@ private:
         unsigned last_face;
     };
 
+    struct Sphere {
+        orvex::vec4 center;
+        float radius;
+    };
+
     orvex::Renderer* renderer;
     orvex::Model* model;
     orvex::GpuProgram* program = nullptr;
     std::vector<orvex::Mesh*> meshes;
     std::vector<Run> opaque;
     std::vector<Run> blended;
-    orvex::vec4 center;
-    float radius = 1e-6f; ///< a single point has a size too
+    std::vector<Sphere> spheres; ///< one per mesh, in the world
     unsigned long faces = 0;
     unsigned long missing_textures = 0;
 
     void add_runs(orvex::Mesh* mesh);
-    void measure();
+    void measure(orvex::Mesh* mesh);
+    orvex::vec4 center() const;
     void draw(Run const& run);
     void set_colors(orvex::Material* material);
 };
