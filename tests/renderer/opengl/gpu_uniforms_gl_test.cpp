@@ -33,7 +33,7 @@ void main() {
 
 int INTS[8] = {1, 2, 3, 4, 5, 6, 7, 8};
 float FLOATS[16] = {1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16};
-double DOUBLES[8] = {1, 2, 3, 4, 5, 6, 7, 8};
+double DOUBLES[16] = {1, 2, 3, 4, 5, 6, 7, 8};
 unsigned long long LONGS[2] = {1ull << 63, 2};
 
 vec2* vec2s() {
