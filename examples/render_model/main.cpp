@@ -183,10 +183,11 @@ Model* load(Options const& options) {
                                      folder.c_str());
 }
 
-void draw_frame(Stage& stage, ModelView& view, Camera& camera) {
+void draw_frame(Stage& stage, ModelView& view, Camera& camera, bool gl3) {
     stage.renderer->rasterizer_set_msaa_state(true);
     stage.renderer->rasterizer_apply_state();
-    camera.bind(stage.renderer, true, true, true, true, true);
+    // A core context has no fixed matrices to load.
+    camera.bind(stage.renderer, true, true, true, true, !gl3);
     stage.renderer->clear_color_depth_buffers(0.17f, 0.19f, 0.22f, 1.0f, 1.0f);
     view.draw();
 }
@@ -200,7 +201,7 @@ bool draw_frames(Stage& stage, ModelView& view, Options const& options) {
     for (int frame = 1; open; ++frame) {
         open = stage.is_open(width, height) && frame != options.frames;
         view.frame(*camera, width, height);
-        draw_frame(stage, view, *camera);
+        draw_frame(stage, view, *camera, options.gl3);
         if (open)
             stage.window->display_framebuffer();
     }
@@ -227,7 +228,7 @@ int render(Stage& stage, Options const& options) {
         if (!model)
             return fail(options.model + ": no loader can read it as a model");
         view = std::make_unique<ModelView>(stage.renderer, model);
-        view->load_textures(folder_of(options.model));
+        view->load_textures(folder_of(options.model), stderr);
         report(*view, progress.seconds());
     }
     view->use_program(stage.program, options.gl3);

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstdio>
 #include <limits>
 
 #include <orvex/assets/material.h>
@@ -60,12 +59,12 @@ unsigned long ModelView::num_materials() const {
     return model->get_num_materials();
 }
 
-void ModelView::load_textures(std::string const& folder) {
+void ModelView::load_textures(std::string const& folder, std::FILE* lines) {
     for (unsigned long i = 0; i < model->get_num_materials(); ++i) {
         Material* const material = model->get_material_by_index(i);
         const unsigned long queued = material->async_loading_get_num_texture_filenames();
-        for (unsigned long t = 0; t < queued; ++t)
-            std::fprintf(stderr, "  texture %s\n", material->async_loading_get_texture_filename(t));
+        for (unsigned long t = 0; lines && t < queued; ++t)
+            std::fprintf(lines, "  texture %s\n", material->async_loading_get_texture_filename(t));
         const unsigned long before = material->get_num_textures();
         // Without a renderer the pixels stay here, so that the sampler can be set before upload.
         material->async_loading_process_all_texture_filenames(nullptr, folder.c_str(),

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdio>
 #include <string>
 #include <vector>
 
@@ -28,9 +29,10 @@ public:
     ModelView(ModelView const&) = delete;
     ModelView& operator=(ModelView const&) = delete;
 
-    /// Loads the textures whose names the loader noted, telling each.
+    /// Loads the textures whose names the loader noted.
     /// @param folder  what stands before the names, with its slash
-    void load_textures(std::string const& folder);
+    /// @param lines   where each is told; null tells nothing
+    void load_textures(std::string const& folder, std::FILE* lines);
     /// Puts the meshes and materials on a drawing path, and gives them their program.
     void use_program(orvex::GpuProgram* program, bool gl3);
     /// Places the camera so that the whole model is seen.

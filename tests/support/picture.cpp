@@ -179,7 +179,7 @@ bool updates_golden() {
 
 /// An unchanged picture keeps its file, so that only what changed shows up as changed.
 testing::AssertionResult update(std::string const& path, Picture const& picture) {
-    const std::optional<Picture> former = read_png(path);
+    const std::optional<Picture> former = read_picture(path);
     if (former && *former == picture)
         return testing::AssertionSuccess();
     if (!write_png(path, picture))
@@ -203,7 +203,7 @@ testing::AssertionResult compare_with_golden(std::string const& folder, std::str
     std::filesystem::remove(actual_path, ignored);
     std::filesystem::remove(difference_path, ignored);
 
-    const std::optional<Picture> golden = read_png(golden_path);
+    const std::optional<Picture> golden = read_picture(golden_path);
     if (!golden) {
         write_png(actual_path, picture);
         return testing::AssertionFailure() << "no golden picture " << golden_path << "; see "

@@ -46,8 +46,8 @@ Picture read_frame();
 
 /// Writes a PNG file. Folders on the way are made.
 bool write_png(std::string const& path, Picture const& picture);
-/// Reads a PNG file.
-std::optional<Picture> read_png(std::string const& path);
+/// Reads a PNG or JPEG file.
+std::optional<Picture> read_picture(std::string const& path);
 
 /// How far two pictures of one size are apart.
 struct PictureDifference {

@@ -32,7 +32,7 @@ TEST(PictureFile, comes_back_as_it_was_written) {
     for (const Picture& picture : {gradient(1, 1), gradient(33, 17), gradient(256, 100)}) {
         const std::string path = folder.path() + "/below/picture.png";
         ASSERT_TRUE(write_png(path, picture));
-        const std::optional<Picture> read = read_png(path);
+        const std::optional<Picture> read = read_picture(path);
         ASSERT_TRUE(read.has_value());
         EXPECT_TRUE(*read == picture);
     }
@@ -40,7 +40,7 @@ TEST(PictureFile, comes_back_as_it_was_written) {
 
 TEST(PictureFile, isnt_there_or_cant_be_written) {
     const TempDir folder;
-    EXPECT_FALSE(read_png(folder.path() + "/none.png").has_value());
+    EXPECT_FALSE(read_picture(folder.path() + "/none.png").has_value());
     EXPECT_FALSE(write_png(folder.path(), gradient(2, 2)));
 }
 
@@ -90,7 +90,7 @@ TEST_F(GoldenPicture, is_equal_to_the_last_bit) {
     Picture other = gradient(8, 8);
     ++other.at(1, 1)[0];
     EXPECT_FALSE(compare_with_golden(golden, output, "a", other, true));
-    EXPECT_TRUE(read_png(output + "/a.png") == other);
+    EXPECT_TRUE(read_picture(output + "/a.png") == other);
     EXPECT_TRUE(left("a-difference.png"));
     EXPECT_TRUE(compare_with_golden(golden, output, "a", other, false));
     EXPECT_FALSE(left("a.png")) << "what an earlier run left is gone";
@@ -114,7 +114,7 @@ TEST_F(GoldenPicture, is_missing) {
 TEST_F(GoldenPicture, is_written_when_asked) {
     setenv("ORVEX_UPDATE_GOLDEN", "1", 1);
     EXPECT_TRUE(compare_with_golden(golden, output, "a", gradient(8, 8), true));
-    EXPECT_TRUE(read_png(golden + "/a.png") == gradient(8, 8));
+    EXPECT_TRUE(read_picture(golden + "/a.png") == gradient(8, 8));
 }
 
 class Frame : public GlTest {};

@@ -14,6 +14,7 @@
 #define STB_IMAGE_IMPLEMENTATION
 #define STB_IMAGE_STATIC
 #define STBI_ONLY_PNG
+#define STBI_ONLY_JPEG
 #include <stb_image.h>
 #pragma GCC diagnostic pop
 
@@ -92,7 +93,7 @@ bool write_png(std::string const& path, Picture const& picture) {
     return write_file(path, file);
 }
 
-std::optional<Picture> read_png(std::string const& path) {
+std::optional<Picture> read_picture(std::string const& path) {
     int width = 0, height = 0, channels = 0;
     const std::unique_ptr<stbi_uc, decltype(&stbi_image_free)> pixels(
         stbi_load(path.c_str(), &width, &height, &channels, 4), &stbi_image_free);
