@@ -1,6 +1,8 @@
 #include "assets/image_access.h"
 
 #include <climits>
+#include <cstdint>
+#include <new>
 #include <utility>
 
 #include "assets/pixel_math.h"
@@ -78,13 +80,26 @@ unsigned long ImageAccess::readable_bytes(const Image& image, PIXEL_FORMAT forma
     return is_u8_format(format) ? readable_u8_bytes(image) : f32_capacity(image);
 }
 
+namespace {
+
+/// Not every compiler makes `new` refuse what no array can be, so that every allocator is asked for
+/// something it could have.
+void check_array_size(unsigned long bytes) {
+    if (bytes > PTRDIFF_MAX)
+        throw std::bad_array_new_length();
+}
+
+} // namespace
+
 void ImageAccess::allocate_u8(Image& image, unsigned long bytes) {
     image._delete_u8_ptr();
+    check_array_size(bytes);
     adopt_u8(image, new unsigned char[bytes], bytes);
 }
 
 void ImageAccess::allocate_f32(Image& image, unsigned long bytes) {
     image._delete_f32_ptr();
+    check_array_size(bytes);
     const unsigned long floats = bytes / sizeof(float) + (bytes % sizeof(float) != 0);
     adopt_f32(image, new float[floats], floats * sizeof(float));
 }

@@ -1,7 +1,6 @@
 #include "assets/texture.h"
 
 #include <algorithm>
-#include <cstring>
 #include <vector>
 
 #include "assets/image_access.h"
@@ -93,8 +92,8 @@ bool can_take(const TextureData& data, unsigned long width, unsigned long height
 void copy_what_fits(unsigned char* pixels, unsigned long bytes,
                     const std::vector<unsigned char>& read) {
     const unsigned long copied = std::min<unsigned long>(bytes, read.size());
-    std::memcpy(pixels, read.data(), copied);
-    std::memset(pixels + copied, 0, bytes - copied);
+    std::copy_n(read.data(), copied, pixels);
+    std::fill_n(pixels + copied, bytes - copied, static_cast<unsigned char>(0));
 }
 
 /// Rows as the API packs them, to a multiple of four bytes.
