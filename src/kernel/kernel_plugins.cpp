@@ -1,10 +1,10 @@
 #include "kernel/kernel.h"
 
 #include <algorithm>
-#include <cstring>
 #include <string>
 #include <vector>
 
+#include "assets/image_codec_stb.h"
 #include "assets/loaders/loader_3d_obj.h"
 #include "kernel/kernel_data.h"
 #include "kernel/loader_3d.h"
@@ -31,7 +31,7 @@ void run_core_plugin(Kernel& kernel, Plugin* plugin) {
 } // namespace
 
 bool Kernel::load_core_image_codec_plugins() {
-    LogMgr::get()->trace("orvex::Kernel - this build has no image codec.");
+    run_core_plugin(*this, new ImageCodecStb);
     return true;
 }
 
@@ -200,8 +200,8 @@ bool Kernel::plugin_search_path_get(char* buffer, unsigned long size) {
         text.append(directory).push_back(';');
     const std::size_t capacity = size - 1;
     const std::size_t length = std::min(text.size(), capacity);
-    std::memcpy(buffer, text.data(), length);
-    std::memset(buffer + length, 0, capacity - length);
+    std::copy_n(text.begin(), length, buffer);
+    std::fill(buffer + length, buffer + capacity, '\0');
     return true;
 }
 

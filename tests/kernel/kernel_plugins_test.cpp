@@ -34,6 +34,34 @@ private:
     Lines& calls;
 };
 
+TEST_F(KernelTest, core_plugins_stand_in_a_fixed_order) {
+    EXPECT_TRUE(kernel->load_core_plugins());
+    Lines names;
+    for (unsigned long i = 0; i < registry->get_num_plugins(); ++i)
+        names.emplace_back(registry->get_plugin_by_index(i)->get_name());
+    EXPECT_EQ(names, (Lines{"orvex_plugin_core_stb", "orvex_plugin_core_obj"}));
+    EXPECT_EQ(registry->get_plugin_by_index(0)->get_type(), PLUGIN_TYPE_IMAGE_CODEC);
+    EXPECT_EQ(registry->get_plugin_by_index(1)->get_type(), PLUGIN_TYPE_LOADER_3D);
+}
+
+TEST_F(KernelTest, each_call_adds_an_image_codec_but_no_second_loader) {
+    for (int i = 0; i < 2; ++i) {
+        EXPECT_TRUE(kernel->load_core_image_codec_plugins());
+        EXPECT_TRUE(kernel->load_core_loader3d_plugins());
+    }
+    EXPECT_EQ(registry->get_num_plugins_by_type(PLUGIN_TYPE_IMAGE_CODEC), 2u);
+    EXPECT_EQ(registry->get_num_plugins_by_type(PLUGIN_TYPE_LOADER_3D), 1u);
+}
+
+TEST_F(KernelTest, survives_the_end_of_an_image_codec_that_the_texture_manager_knew) {
+    kernel->start();
+    Plugin* const codec = registry->get_plugin_by_type(PLUGIN_TYPE_IMAGE_CODEC, 0);
+    ASSERT_NE(codec, nullptr);
+    for (int references = kernel->unload_plugin(codec); references > 0;)
+        references = codec->release();
+    EXPECT_TRUE(kernel->stop());
+}
+
 TEST_F(KernelTest, core_plugins_are_logged_initialized_and_started_one_by_one) {
     kernel->load_core_loader3d_plugins();
     const Plugin& loader = *registry->get_plugin_by_index(0);
