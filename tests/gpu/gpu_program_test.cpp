@@ -151,6 +151,15 @@ TEST_F(GpuProgramTest, warns_about_a_stage_that_does_not_compile) {
     }
 }
 
+TEST_F(GpuProgramTest, may_have_a_name_longer_than_any_log_line) {
+    program->set_name(std::string(200000, 'n').c_str());
+    LogCapture log;
+    EXPECT_FALSE(program->shader_load_from_memory(&renderer, GPU_SHADER_VERTEX, "bad", 3));
+    ASSERT_EQ(log.messages().size(), 1u);
+    EXPECT_EQ(log.messages()[0].rfind("<!> GPU program nnn", 0), 0u);
+    EXPECT_LT(log.messages()[0].size(), 70000u);
+}
+
 TEST_F(GpuProgramTest, says_nothing_about_a_failure_without_a_log) {
     renderer.leaves_log = false;
     LogCapture log;

@@ -144,6 +144,17 @@ TEST_P(GpuProgramActivate, passes_over_names_that_are_null) {
     EXPECT_FALSE(data.use_generic_vertex_attribs);
 }
 
+TEST_P(GpuProgramActivate, looks_for_names_of_any_length) {
+    load_with_attributes({"orvex_Position"});
+    std::string const name(100000, 'n');
+    data.set_vertex_attrib_name(1, name.c_str());
+    data.set_uniform_1f(name.c_str(), 1.0f);
+    EXPECT_TRUE(renderer->gpu_program_activate(&data));
+    EXPECT_EQ(renderer->gpu_program_get_vertex_attrib_location(&data, "orvex_Position"), 0);
+    renderer->gpu_program_set_uniform_1f(&data, name.c_str(), 1.0f);
+    EXPECT_EQ(recorder->count("glUniform1f"), 0);
+}
+
 TEST_P(GpuProgramActivate, that_fails_leaves_the_program_before) {
     load_with_attributes({"orvex_Position"});
     EXPECT_TRUE(renderer->gpu_program_activate(&data));
