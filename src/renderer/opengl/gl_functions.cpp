@@ -86,10 +86,12 @@ bool ORVEX_Renderer_OpenGL_Func::init(bool display) {
     g_orvex_display_gl_func_ptr = display;
     // Read once: the capabilities of the context don't change between two names.
     GlCapabilities const capabilities = read_gl_capabilities();
+    // NOLINTBEGIN(bugprone-macro-parentheses): the argument is a type.
 #define ORVEX_GL_FETCH(result, name, parameters, support)                                          \
     name = reinterpret_cast<result(APIENTRY*) parameters>(fetch(#name, capabilities));
     ORVEX_GL_FUNCTIONS(ORVEX_GL_FETCH)
 #undef ORVEX_GL_FETCH
+    // NOLINTEND(bugprone-macro-parentheses)
     ready = true;
     return true;
 }

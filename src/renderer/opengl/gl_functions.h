@@ -30,9 +30,11 @@ struct ORVEX_Renderer_OpenGL_Func {
     bool ready;        ///< `init` has run
     bool core_profile; ///< of the context at the renderer's start
 
+    // NOLINTBEGIN(bugprone-macro-parentheses): the arguments are types and declarators.
 #define ORVEX_GL_FIELD(result, name, parameters, support) result(APIENTRY* name) parameters;
     ORVEX_GL_FUNCTIONS(ORVEX_GL_FIELD)
 #undef ORVEX_GL_FIELD
+    // NOLINTEND(bugprone-macro-parentheses)
 
     /// An empty table.
     ORVEX_Renderer_OpenGL_Func();
