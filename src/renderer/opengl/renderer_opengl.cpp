@@ -74,6 +74,9 @@ bool RendererOpenGL::start() {
     }
     log_life_cycle("start");
     update_thread();
+    // This may be another context than the last one: what was bound there says nothing here.
+    prepared_mesh = nullptr;
+    bound_uniform_buffer = 0;
     gl_major = 0;
     gl_minor = 0;
     get_opengl_version(&gl_major, &gl_minor);
