@@ -1,0 +1,173 @@
+// The whole road from a model file to pixels, with the sample model, as a host goes it: public
+// headers, the shared library, and the example's own way of drawing a model.
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include <EGL/egl.h>
+#include <GL/gl.h>
+#include <X11/Xlib.h>
+#include <X11/Xutil.h>
+
+#include <orvex/gpu/gpu_program.h>
+#include <orvex/gpu/gpu_program_mgr.h>
+#include <orvex/kernel/aux.h>
+#include <orvex/kernel/core.h>
+#include <orvex/kernel/kernel.h>
+#include <orvex/renderer/render_window.h>
+#include <orvex/renderer/renderer.h>
+#include <orvex/scene/camera.h>
+
+#include "model_view.h"
+#include "shader.h"
+#include "support/gl_context.h"
+#include "support/picture.h"
+#include "support/x_server.h"
+
+namespace {
+
+using namespace orvex_test;
+
+constexpr int width = 400;
+constexpr int height = 300;
+
+/// The engine, started for one test.
+class Engine {
+public:
+    Engine() {
+        orvex::core::start("", true, &Engine::note, this);
+        renderer = orvex::Kernel::get()->load_core_opengl_renderer_plugin(true);
+        renderer->initialize();
+        window = renderer->create_render_window();
+    }
+    ~Engine() {
+        orvex::GpuProgramMgr::get()->release_all_resources(renderer, nullptr);
+        renderer->stop();
+        renderer->kill_all_render_windows();
+        orvex::core::stop("end of the test");
+    }
+    Engine(const Engine&) = delete;
+    Engine& operator=(const Engine&) = delete;
+
+    bool open(bool gl3, void* connection = nullptr, void* view = nullptr) {
+        orvex::RenderWindow_ExtraData extra;
+        extra.gl_major = gl3 ? 3 : 2;
+        extra.depth_bits = 24;
+        return window->initialize(connection, view, width, height, "Off", nullptr, &extra);
+    }
+
+    /// Loads the sample, draws a frame, and keeps it in the back buffer.
+    void draw_sample(bool gl3) {
+        ASSERT_TRUE(renderer->start());
+        const std::string text = shader_text(gl3);
+        orvex::GpuProgram* const program =
+            orvex::GpuProgramMgr::get()->create_gpu_program_from_memory(renderer, text.c_str(),
+                                                                        text.size(), "light");
+        ASSERT_TRUE(program->is_valid()) << program->get_shader_error_messages();
+        orvex::Model* const model = orvex::aux::load_model_from_file(
+            "lighthouse.obj", RENDER_MODEL_DATA "/", RENDER_MODEL_DATA "/");
+        ASSERT_NE(model, nullptr);
+        ModelView view(renderer, model);
+        view.load_textures(RENDER_MODEL_DATA "/", nullptr);
+        EXPECT_EQ(view.num_missing_textures(), 0u);
+        view.use_program(program, gl3);
+
+        auto* const camera = new orvex::Camera;
+        view.frame(*camera, width, height);
+        camera->bind(renderer, true, true, true, true, !gl3);
+        renderer->clear_color_depth_buffers(0.17f, 0.19f, 0.22f, 1.0f, 1.0f);
+        view.draw();
+        camera->release(nullptr, nullptr);
+    }
+
+    orvex::Renderer* renderer = nullptr;
+    orvex::RenderWindow* window = nullptr;
+    std::vector<std::string> complaints;
+
+private:
+    static void note(char const* line, void* user_data) {
+        const std::string text = line;
+        if (text.find(" <*> ") != text.npos || text.find(" <!> ") != text.npos)
+            static_cast<Engine*>(user_data)->complaints.push_back(text);
+    }
+};
+
+class ModelRoad : public testing::TestWithParam<Profile> {
+protected:
+    bool gl3() const { return GetParam() == Profile::core; }
+};
+ORVEX_BOTH_PROFILES(ModelRoad);
+
+TEST_P(ModelRoad, ends_in_one_picture_on_both_paths) {
+    Engine engine;
+    ASSERT_TRUE(engine.open(gl3()));
+    engine.draw_sample(gl3());
+    EXPECT_GOLDEN("model_road");
+    EXPECT_NO_GL_ERROR();
+    EXPECT_EQ(engine.complaints, std::vector<std::string>());
+}
+
+TEST_P(ModelRoad, gives_the_driver_nothing_to_complain_about) {
+    GlContext context(GetParam(), width, height);
+    {
+        Engine engine;
+        ASSERT_TRUE(engine.window->osx_init_with_cocoa_nsgl_ctx(eglGetCurrentContext()));
+        engine.draw_sample(gl3());
+    }
+    EXPECT_EQ(context.take_errors(), std::vector<std::string>());
+}
+
+/// The window's own pixels, as a screenshot of it sees them.
+Picture pixels_of(Display* display, Window window) {
+    XImage* const image = XGetImage(display, window, 0, 0, width, height, AllPlanes, ZPixmap);
+    Picture picture(width, height);
+    for (int y = 0; image && y < height; ++y)
+        for (int x = 0; x < width; ++x) {
+            const unsigned long color = XGetPixel(image, x, y);
+            unsigned char* const pixel = picture.at(x, y);
+            pixel[0] = static_cast<unsigned char>(color >> 16);
+            pixel[1] = static_cast<unsigned char>(color >> 8);
+            pixel[2] = static_cast<unsigned char>(color);
+            pixel[3] = 255;
+        }
+    if (image)
+        XDestroyImage(image);
+    return picture;
+}
+
+/// The connection of the process, which EGL remembers.
+Display* connection() {
+    static Display* const display = XOpenDisplay(XServer::get().display().c_str());
+    return display;
+}
+
+TEST_P(ModelRoad, ends_in_the_pixels_of_an_x11_window) {
+    Display* const display = connection();
+    ASSERT_NE(display, nullptr) << "no X server";
+    const Window window =
+        XCreateSimpleWindow(display, DefaultRootWindow(display), 0, 0, width, height, 0, 0, 0);
+    XSelectInput(display, window, StructureNotifyMask);
+    XMapWindow(display, window);
+    XEvent event;
+    do
+        XWindowEvent(display, window, StructureNotifyMask, &event);
+    while (event.type != MapNotify);
+    {
+        Engine engine;
+        ASSERT_TRUE(engine.open(gl3(), display, reinterpret_cast<void*>(window)));
+        engine.draw_sample(gl3());
+        Picture drawn = read_frame();
+        for (std::size_t i = 3; i < drawn.pixels.size(); i += 4)
+            drawn.pixels[i] = 255;
+        engine.window->display_framebuffer();
+        XSync(display, False);
+        EXPECT_TRUE(pixels_of(display, window) == drawn);
+    }
+    XDestroyWindow(display, window);
+    XSync(display, False);
+}
+
+} // namespace
