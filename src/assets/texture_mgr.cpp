@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "assets/decoder_memory.h"
+#include "assets/image_codec_stb.h"
 #include "assets/texture.h"
 #include "assets/texture_data.h"
 #include "assets/texture_mgr_data.h"
@@ -99,7 +100,8 @@ bool TextureMgrAccess::free_image_resources(Image& image) {
     for (ImageCodec* codec : TextureMgr::get()->data_->image_codecs)
         if (codec->free_image_resources(&image))
             return true;
-    return false;
+    // A texture may outlive the manager's codecs.
+    return ImageCodecStb::free_decoded_pixels(&image);
 }
 
 // -------------------------------------------------------------------------------- textures

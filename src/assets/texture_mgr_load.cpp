@@ -25,7 +25,17 @@ public:
 
     bool exists() const { return filename_ || (bytes_ && size_ > 0); }
 
+    /// A codec that tells only width and height means one slice.
     bool decode(ImageCodec& codec, Image& image) const {
+        if (!ask(codec, image))
+            return false;
+        if (image.depth == 0)
+            image.depth = 1;
+        return true;
+    }
+
+private:
+    bool ask(ImageCodec& codec, Image& image) const {
         if (filename_)
             return codec.load_image_from_file(&image, filename_, flag_);
         // Codecs take a pointer to non-const, and only read.
@@ -33,7 +43,6 @@ public:
                                             flag_);
     }
 
-private:
     const char* filename_ = nullptr;
     const unsigned char* bytes_ = nullptr;
     unsigned long size_ = 0;

@@ -91,7 +91,6 @@ private:
         const unsigned long bytes = width * height * 3;
         target->width = width;
         target->height = height;
-        target->depth = 1;
         target->pixel_format = orvex::PF_RGB_U8;
         target->pixmap_external = new unsigned char[bytes];
         std::fill_n(target->pixmap_external, bytes, static_cast<unsigned char>(value));

@@ -10,6 +10,7 @@
 #include "assets/texture.h"
 #include "assets/texture_data.h"
 #include "kernel/plugin_mgr.h"
+#include "math/vec4.h"
 #include "support/fake_renderer.h"
 #include "support/temp_dir.h"
 
@@ -212,6 +213,7 @@ TEST_F(TextureMgrTest, ADecodedFileBecomesTheTexturesPixelsWithoutACopy) {
     ASSERT_NE(texture, nullptr);
     EXPECT_EQ(texture->get_width(), 4u);
     EXPECT_EQ(texture->get_height(), 2u);
+    EXPECT_EQ(texture->get_depth(), 1u) << "although the codec doesn't tell";
     EXPECT_EQ(texture->get_pixel_format(), PF_RGB_U8);
     EXPECT_EQ(texture->get_type(), TEXTURE_TYPE_2D);
     EXPECT_EQ(texture->get_image_ptr()->pixmap_u8, nullptr);
@@ -473,6 +475,9 @@ TEST_F(TextureMgrTest, AConversionKeepsTheDecodersPixelsUntilTheEnd) {
     EXPECT_EQ(texture->get_pixmap_u8_ptr()[0], 10);
     EXPECT_EQ(texture->get_pixmap_u8_ptr()[3], 255);
     EXPECT_EQ(one->live(), 1u);
+    EXPECT_TRUE(texture->set_texel_2d(3, 1, vec4(1, 2, 3, 4)));
+    const Image copy(*texture->get_image_ptr());
+    EXPECT_EQ(copy.pixmap_u8[31], 4);
     EXPECT_TRUE(texture->flip_vertical());
     mgr.release_texture(nullptr, texture, nullptr);
     EXPECT_EQ(one->live(), 0u);
