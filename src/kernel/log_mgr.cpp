@@ -128,48 +128,44 @@ void LogMgr::simple_trace(char const* message) {
         data->default_log->simple_trace(LOG_LEVEL_INFO, message);
 }
 
+void LogMgr::vtracef(LOG_LEVEL level, char const* format, va_list arguments) {
+    if (data->default_log)
+        data->default_log->vtracef(level, format, arguments);
+}
+
 void LogMgr::tracef(char const* format, ...) {
-    if (!lets_through(LOG_LEVEL_INFO))
-        return;
     va_list arguments;
     va_start(arguments, format);
-    data->default_log->vtracef(LOG_LEVEL_INFO, format, arguments);
+    vtracef(LOG_LEVEL_INFO, format, arguments);
     va_end(arguments);
 }
 
 void LogMgr::tracef_warning(char const* format, ...) {
-    if (!lets_through(LOG_LEVEL_WARNING))
-        return;
     va_list arguments;
     va_start(arguments, format);
-    data->default_log->vtracef(LOG_LEVEL_WARNING, format, arguments);
+    vtracef(LOG_LEVEL_WARNING, format, arguments);
     va_end(arguments);
 }
 
 void LogMgr::tracef_error(char const* format, ...) {
-    if (!lets_through(LOG_LEVEL_ERROR))
-        return;
     va_list arguments;
     va_start(arguments, format);
-    data->default_log->vtracef(LOG_LEVEL_ERROR, format, arguments);
+    vtracef(LOG_LEVEL_ERROR, format, arguments);
     va_end(arguments);
 }
 
 void LogMgr::tracef_debug(char const* format, ...) {
-    if (!lets_through(LOG_LEVEL_DEBUG))
-        return;
     va_list arguments;
     va_start(arguments, format);
-    data->default_log->vtracef(LOG_LEVEL_DEBUG, format, arguments);
+    vtracef(LOG_LEVEL_DEBUG, format, arguments);
     va_end(arguments);
 }
 
 void LogMgr::simple_tracef(char const* format, ...) {
-    if (!lets_through(LOG_LEVEL_INFO))
-        return;
     va_list arguments;
     va_start(arguments, format);
-    data->default_log->vsimple_tracef(LOG_LEVEL_INFO, format, arguments);
+    if (data->default_log)
+        data->default_log->vsimple_tracef(LOG_LEVEL_INFO, format, arguments);
     va_end(arguments);
 }
 

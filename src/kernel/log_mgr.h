@@ -3,6 +3,8 @@
 /// @file
 /// LogMgr: the process's default log and the registry of named ones.
 
+#include <cstdarg>
+
 #include "api.h"
 #include "kernel/log.h"
 
@@ -85,6 +87,7 @@ private:
     ~LogMgr();
 
     bool lets_through(LOG_LEVEL level) const;
+    void vtracef(LOG_LEVEL level, char const* format, va_list arguments) ORVEX_PRINTF(3, 0);
 
     struct LogMgrData;
     LogMgrData* data;

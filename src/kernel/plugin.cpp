@@ -31,6 +31,8 @@ struct Plugin::PluginData {
     ThreadLock lock;
     Thread thread;
     void* dynlib_handle = nullptr;
+
+    void trace(LOG_LEVEL level, char const* format, va_list arguments) const ORVEX_PRINTF(3, 0);
 };
 
 Plugin::Plugin()
@@ -41,62 +43,41 @@ Plugin::~Plugin() {
     delete data;
 }
 
-namespace {
-
-/// A message of a plugin; what exceeds it is cut.
-struct PluginText {
+void Plugin::PluginData::trace(LOG_LEVEL level, char const* format, va_list arguments) const {
+    if (!format || !LogMgr::get()->lets_through(level))
+        return;
     char text[1024];
-
-    void format(char const* format, va_list arguments) ORVEX_PRINTF(2, 0) {
-        text[0] = '\0';
-        std::vsnprintf(text, sizeof text, format, arguments);
-    }
-};
-
-} // namespace
+    text[0] = '\0';
+    std::vsnprintf(text, sizeof text, format, arguments);
+    LogMgr::get()->get_default_log()->tracef(level, "Plugin(%s - id:%d) - %s", name, id, text);
+}
 
 void Plugin::tracef(char const* format, ...) {
-    if (!format || !LogMgr::get()->lets_through(LOG_LEVEL_INFO))
-        return;
-    PluginText message;
     va_list arguments;
     va_start(arguments, format);
-    message.format(format, arguments);
+    data->trace(LOG_LEVEL_INFO, format, arguments);
     va_end(arguments);
-    LogMgr::get()->tracef("Plugin(%s - id:%d) - %s", data->name, data->id, message.text);
 }
 
 void Plugin::tracef_warning(char const* format, ...) {
-    if (!format || !LogMgr::get()->lets_through(LOG_LEVEL_WARNING))
-        return;
-    PluginText message;
     va_list arguments;
     va_start(arguments, format);
-    message.format(format, arguments);
+    data->trace(LOG_LEVEL_WARNING, format, arguments);
     va_end(arguments);
-    LogMgr::get()->tracef_warning("Plugin(%s - id:%d) - %s", data->name, data->id, message.text);
 }
 
 void Plugin::tracef_error(char const* format, ...) {
-    if (!format || !LogMgr::get()->lets_through(LOG_LEVEL_ERROR))
-        return;
-    PluginText message;
     va_list arguments;
     va_start(arguments, format);
-    message.format(format, arguments);
+    data->trace(LOG_LEVEL_ERROR, format, arguments);
     va_end(arguments);
-    LogMgr::get()->tracef_error("Plugin(%s - id:%d) - %s", data->name, data->id, message.text);
 }
 
 void Plugin::tracef_debug(char const* format, ...) {
-    if (!format || !LogMgr::get()->lets_through(LOG_LEVEL_DEBUG))
-        return;
-    PluginText message;
     va_list arguments;
     va_start(arguments, format);
-    message.format(format, arguments);
+    data->trace(LOG_LEVEL_DEBUG, format, arguments);
     va_end(arguments);
-    LogMgr::get()->tracef_debug("Plugin(%s - id:%d) - %s", data->name, data->id, message.text);
 }
 
 bool Plugin::initialize() {
