@@ -17,7 +17,9 @@ using namespace orvex_test;
 
 namespace {
 
+/// More than any memory holds: every array `new` throws at once.
 constexpr unsigned long too_many = 1ul << 60;
+constexpr unsigned long too_many_faces = 1ul << 61;
 
 TEST(Mesh, starts_as_a_triangle_object_with_an_empty_store) {
     OwnedMesh mesh(new Mesh);
@@ -231,7 +233,7 @@ TEST(Mesh, tells_of_faces_that_do_not_fit) {
     test::LogCapture log;
     OwnedMesh mesh = make_mesh(3, 1);
     mesh->set_name("heavy");
-    EXPECT_FALSE(mesh->alloc_face_data(too_many, false));
+    EXPECT_FALSE(mesh->alloc_face_data(too_many_faces, false));
     ASSERT_EQ(log.messages().size(), 1u);
     const std::string prefix = "<*> Mesh heavy - faces memory allocation failed: std::bad_";
     EXPECT_EQ(log.messages()[0].substr(0, prefix.size()), prefix);
@@ -360,7 +362,7 @@ TEST(Mesh, copies_no_geometry_where_there_is_none) {
 TEST(Mesh, fails_to_copy_geometry_that_does_not_fit) {
     test::LogCapture log;
     OwnedMesh source = make_mesh(3, 1);
-    source->get_mesh_data()->num_faces = too_many;
+    source->get_mesh_data()->num_faces = too_many_faces;
     OwnedMesh mesh = make_mesh();
     EXPECT_FALSE(mesh->copy_geometry(source.get()));
     source->get_mesh_data()->num_faces = 1;
