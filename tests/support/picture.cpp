@@ -220,12 +220,21 @@ testing::AssertionResult compare_with_golden(std::string const& folder, std::str
                   << ", difference: " << difference_path;
 }
 
+namespace {
+
+/// The software renderer draws the same bits at every run, with any number of threads, and with
+/// vectors of 128 and of 256 bits. With 512 bits some divisions round otherwise.
+bool draws_exactly(char const* renderer) {
+    return renderer && std::strstr(renderer, "llvmpipe") && !std::strstr(renderer, "512 bits");
+}
+
+} // namespace
+
 testing::AssertionResult matches_golden(std::string const& name, Picture const& picture,
                                         PictureTolerance const& tolerance) {
     auto const* const renderer = reinterpret_cast<char const*>(glGetString(GL_RENDERER));
-    const bool exact = renderer && std::strstr(renderer, "llvmpipe");
     return compare_with_golden(ORVEX_TEST_DATA_DIR "/golden", ORVEX_TEST_OUTPUT_DIR, name, picture,
-                               exact, tolerance);
+                               draws_exactly(renderer), tolerance);
 }
 
 } // namespace orvex_test
