@@ -84,3 +84,8 @@
 #include "assets/texture.h"
 #include "assets/texture_data.h"
 #include "assets/texture_mgr.h"
+
+#include "network/network_fwd.h"
+#include "network/socket.h"
+#include "network/socket_core.h"
+#include "network/tcp_server.h"

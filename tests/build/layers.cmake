@@ -1,6 +1,7 @@
 # Reads the includes of every source and refuses those that point the wrong way.
 #
 #   math, kernel's foundations        know nobody
+#   network                           kernel's foundations
 #   renderer (the contract)           math, kernel
 #   scene, gpu, geometry, assets      the contract and each other
 #   renderer/opengl                   the contract and the records, never a front end's class
@@ -12,6 +13,7 @@
 set(front "math|kernel|renderer|scene|gpu|geometry|assets")
 set(allowed_math "math")
 set(allowed_kernel "kernel")
+set(allowed_network "kernel|network")
 set(allowed_renderer "math|kernel|renderer")
 set(allowed_scene "${front}")
 set(allowed_gpu "${front}")
