@@ -1,0 +1,275 @@
+/// @file
+/// The price of drawing through the engine, against bare OpenGL calls that draw the same.
+///
+/// Goals: a frame of 10,000 boxes, each with a transform and a material of its own, in at most 2.0
+/// times a bare loop of one matrix uniform and one draw call per box (run with LP_NO_RAST=1, so
+/// that a software driver fills no pixel); a mesh of 1,000,000 triangles in at most 1.05 times the
+/// bare draw.
+///
+/// LP_NO_RAST=1 draw_bench --benchmark_filter=boxes
+/// draw_bench --benchmark_filter=mesh
+
+#include <cmath>
+#include <cstdio>
+#include <cstdlib>
+#include <memory>
+#include <vector>
+
+#include <benchmark/benchmark.h>
+
+#include "assets/material.h"
+#include "geometry/mesh.h"
+#include "geometry/mesh_data.h"
+#include "gpu/gpu_program.h"
+#include "math/mat4.h"
+#include "renderer/opengl/renderer_opengl.h"
+#include "renderer/render_window.h"
+
+namespace {
+
+using namespace orvex;
+
+constexpr int width = 800;
+constexpr int height = 600;
+constexpr int boxes_per_side = 100;
+
+const char* const shader_text = R"([Vertex_Shader]
+#version 150
+in vec4 orvex_Position;
+in vec4 orvex_Color;
+uniform mat4 orvex_ModelViewProjectionMatrix;
+out vec4 color;
+void main() {
+    color = orvex_Color;
+    gl_Position = orvex_ModelViewProjectionMatrix * orvex_Position;
+}
+[Pixel_Shader]
+#version 150
+in vec4 color;
+out vec4 pixel;
+void main() {
+    pixel = color;
+}
+)";
+
+struct ReleaseNode {
+    void operator()(Node* node) const { node->release(nullptr, nullptr); }
+};
+
+template<class T>
+using Owned = std::unique_ptr<T, ReleaseNode>;
+
+/// A core context off screen, with the renderer on it and a program in use by nobody yet.
+class Stage {
+public:
+    Stage() {
+        renderer.initialize();
+        RenderWindow* const window = renderer.create_render_window();
+        RenderWindow_ExtraData request;
+        request.gl_major = 3;
+        request.gl_minor = 2;
+        request.core_profile = true;
+        if (!window->initialize(nullptr, nullptr, width, height, nullptr, nullptr, &request)) {
+            std::fprintf(stderr, "there is no OpenGL 3.2 core context to be had\n");
+            std::exit(1);
+        }
+        renderer.start();
+        program->add_ref();
+        program->load_from_memory(&renderer, shader_text,
+                                  std::char_traits<char>::length(shader_text));
+        mat4 projection;
+        projection.buildRHPerspectiveProjectionMatrix(60.0f, 4.0f / 3.0f, 1.0f, 1000.0f, 1e-5f);
+        mat4 view;
+        view.init_translate(0.0f, 0.0f, -150.0f);
+        renderer.set_projection_matrix(projection, false);
+        renderer.set_view_matrix(view, false);
+        glEnable(GL_DEPTH_TEST);
+        glViewport(0, 0, width, height);
+    }
+
+    ~Stage() { program->release(&renderer, nullptr); }
+
+    Stage(const Stage&) = delete;
+    Stage& operator=(const Stage&) = delete;
+
+    static void begin_frame() { glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT); }
+
+    RendererOpenGL renderer;
+    GpuProgram* program = new GpuProgram;
+};
+
+void fill_box(Mesh& mesh) {
+    mesh.alloc_vertex_data(8);
+    mesh.alloc_face_data(12, false);
+    for (unsigned long i = 0; i < 8; ++i) {
+        const auto corner = [i](unsigned long axis) { return i >> axis & 1 ? 0.4f : -0.4f; };
+        mesh.set_vertex_position(i, vec4(corner(0), corner(1), corner(2), 1.0f));
+        mesh.set_vertex_color(i, vec4(corner(0) + 0.5f, corner(1) + 0.5f, 0.5f, 1.0f));
+    }
+    const unsigned int quads[6][4] = {{0, 2, 3, 1}, {4, 5, 7, 6}, {0, 1, 5, 4},
+                                      {2, 6, 7, 3}, {0, 4, 6, 2}, {1, 3, 7, 5}};
+    for (unsigned long i = 0; i < 6; ++i) {
+        mesh.set_face_indexes(2 * i, quads[i][0], quads[i][1], quads[i][2]);
+        mesh.set_face_indexes(2 * i + 1, quads[i][2], quads[i][3], quads[i][0]);
+    }
+}
+
+/// Boxes in a square, each a node with a transform and a material of its own; all share geometry.
+std::vector<Owned<Mesh>> make_boxes(const Stage& stage) {
+    std::vector<Owned<Mesh>> boxes;
+    for (int i = 0; i < boxes_per_side * boxes_per_side; ++i) {
+        Owned<Mesh> box(new Mesh);
+        if (boxes.empty())
+            fill_box(*box);
+        else
+            box->share_mesh_data(nullptr, boxes.front().get());
+        box->set_position(static_cast<float>(i % boxes_per_side - boxes_per_side / 2),
+                          static_cast<float>(i / boxes_per_side - boxes_per_side / 2), 0.0f);
+        box->set_orientation_euler_xyz(static_cast<float>(i), static_cast<float>(2 * i), 0.0f);
+        box->set_use_fixed_mvp_matrices_state(false, nullptr);
+        Material* const material = new Material;
+        material->set_gpu_program(stage.program);
+        box->add_material(material, nullptr);
+        boxes.push_back(std::move(box));
+    }
+    return boxes;
+}
+
+void boxes_through_the_engine(benchmark::State& state) {
+    Stage stage;
+    std::vector<Owned<Mesh>> boxes = make_boxes(stage);
+    for (auto _ : state) {
+        Stage::begin_frame();
+        for (const Owned<Mesh>& box : boxes)
+            box->render(&stage.renderer, nullptr);
+        glFinish();
+    }
+    state.SetItemsProcessed(state.iterations() * static_cast<long>(boxes.size()));
+    while (!boxes.empty()) {
+        boxes.back()->_cleanup(&stage.renderer);
+        boxes.pop_back();
+    }
+}
+
+/// What the engine binds for a mesh, bound by hand: the program, and the vertex array of a first
+/// draw.
+class BareDraw {
+public:
+    BareDraw(Stage& stage, Mesh& mesh)
+        : gl(stage.renderer.gl) {
+        mesh.render(&stage.renderer, nullptr);
+        stage.program->activate(&stage.renderer);
+        location =
+            stage.program->get_uniform_location(&stage.renderer, "orvex_ModelViewProjectionMatrix");
+        gl.glBindVertexArray(mesh.get_mesh_data()->vertex_array_id);
+    }
+
+    ~BareDraw() {
+        gl.glBindVertexArray(0);
+        gl.glUseProgram(0);
+    }
+
+    BareDraw(const BareDraw&) = delete;
+    BareDraw& operator=(const BareDraw&) = delete;
+
+    void draw(const float* matrix, GLsizei num_indices, GLenum type) const {
+        gl.glUniformMatrix4fv(location, 1, GL_FALSE, matrix);
+        glDrawElements(GL_TRIANGLES, num_indices, type, nullptr);
+    }
+
+private:
+    const ORVEX_Renderer_OpenGL_Func& gl;
+    int location = -1;
+};
+
+void boxes_by_bare_calls(benchmark::State& state) {
+    Stage stage;
+    std::vector<Owned<Mesh>> boxes = make_boxes(stage);
+    const mat4 view_projection =
+        stage.renderer.get_projection_matrix() * stage.renderer.get_view_matrix();
+    std::vector<mat4> matrices;
+    for (const Owned<Mesh>& box : boxes)
+        matrices.push_back(view_projection * box->get_transform());
+    {
+        const BareDraw bare(stage, *boxes.front());
+        for (auto _ : state) {
+            Stage::begin_frame();
+            for (const mat4& matrix : matrices)
+                bare.draw(matrix.ptr(), 36, GL_UNSIGNED_SHORT);
+            glFinish();
+        }
+    }
+    state.SetItemsProcessed(state.iterations() * static_cast<long>(boxes.size()));
+    while (!boxes.empty()) {
+        boxes.back()->_cleanup(&stage.renderer);
+        boxes.pop_back();
+    }
+}
+
+/// A wavy sheet of 1,000,000 triangles that fills the picture.
+Owned<Mesh> make_sheet(const Stage& stage) {
+    constexpr unsigned int columns = 1000;
+    constexpr unsigned int rows = 500;
+    Owned<Mesh> sheet(new Mesh);
+    sheet->alloc_vertex_data((columns + 1) * (rows + 1));
+    sheet->alloc_face_data(2ul * columns * rows, false);
+    for (unsigned int y = 0; y <= rows; ++y)
+        for (unsigned int x = 0; x <= columns; ++x) {
+            const unsigned long i = y * (columns + 1) + x;
+            const float u = static_cast<float>(x) / columns;
+            const float v = static_cast<float>(y) / rows;
+            sheet->set_vertex_position(i, vec4(200.0f * (u - 0.5f), 160.0f * (v - 0.5f),
+                                               5.0f * std::sin(40.0f * u), 1.0f));
+            sheet->set_vertex_color(i, vec4(u, v, 0.5f, 1.0f));
+        }
+    for (unsigned int y = 0; y < rows; ++y)
+        for (unsigned int x = 0; x < columns; ++x) {
+            const unsigned int corner = y * (columns + 1) + x;
+            const unsigned long face = 2ul * (y * columns + x);
+            sheet->set_face_indexes(face, corner, corner + 1, corner + columns + 1);
+            sheet->set_face_indexes(face + 1, corner + 1, corner + columns + 2,
+                                    corner + columns + 1);
+        }
+    sheet->set_use_fixed_mvp_matrices_state(false, nullptr);
+    Material* const material = new Material;
+    material->set_gpu_program(stage.program);
+    sheet->add_material(material, nullptr);
+    return sheet;
+}
+
+void mesh_through_the_engine(benchmark::State& state) {
+    Stage stage;
+    const Owned<Mesh> sheet = make_sheet(stage);
+    sheet->render(&stage.renderer, nullptr);
+    for (auto _ : state) {
+        Stage::begin_frame();
+        sheet->render(&stage.renderer, nullptr);
+        glFinish();
+    }
+    sheet->_cleanup(&stage.renderer);
+}
+
+void mesh_by_bare_calls(benchmark::State& state) {
+    Stage stage;
+    const Owned<Mesh> sheet = make_sheet(stage);
+    {
+        const BareDraw bare(stage, *sheet);
+        const mat4 matrix =
+            stage.renderer.get_projection_matrix() * stage.renderer.get_view_matrix();
+        for (auto _ : state) {
+            Stage::begin_frame();
+            bare.draw(matrix.ptr(), 3000000, GL_UNSIGNED_INT);
+            glFinish();
+        }
+    }
+    sheet->_cleanup(&stage.renderer);
+}
+
+BENCHMARK(boxes_by_bare_calls)->Unit(benchmark::kMillisecond)->UseRealTime();
+BENCHMARK(boxes_through_the_engine)->Unit(benchmark::kMillisecond)->UseRealTime();
+BENCHMARK(mesh_by_bare_calls)->Unit(benchmark::kMillisecond)->UseRealTime();
+BENCHMARK(mesh_through_the_engine)->Unit(benchmark::kMillisecond)->UseRealTime();
+
+} // namespace
+
+BENCHMARK_MAIN();
