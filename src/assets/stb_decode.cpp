@@ -7,6 +7,7 @@
 #include <cstring>
 
 #include "assets/pixel_math.h"
+#include "assets/stb_checks.h"
 
 namespace orvex {
 
@@ -91,91 +92,6 @@ namespace orvex {
 
 namespace {
 
-struct Encoded {
-    const unsigned char* bytes;
-    std::size_t size;
-
-    bool starts_with(const char* text) const {
-        const std::size_t length = std::strlen(text);
-        return size >= length && std::memcmp(bytes, text, length) == 0;
-    }
-};
-
-/// The step from one place in a text of lines to the start of the next line.
-std::size_t next_line(const Encoded& file, std::size_t from) {
-    while (from < file.size && file.bytes[from] != '\n')
-        ++from;
-    return std::min(from + 1, file.size);
-}
-
-bool is_hdr(const Encoded& file) {
-    return file.starts_with("#?RADIANCE\n") || file.starts_with("#?RGBE\n");
-}
-
-/// Where the pixels of an HDR file begin: behind the line that follows the first empty one.
-std::size_t hdr_pixels(const Encoded& file) {
-    std::size_t line = next_line(file, 0);
-    while (line < file.size && file.bytes[line] != '\n' && file.bytes[line] != '\0')
-        line = next_line(file, line);
-    return next_line(file, next_line(file, line));
-}
-
-/// Passes over one scan line of run lengths: four channels of `width` bytes each.
-/// @return whether it is there in full
-bool skip_hdr_line(const Encoded& file, std::size_t& at, int width) {
-    at += 4;
-    for (int channel = 0; channel < 4; ++channel) {
-        for (int left = width; left > 0;) {
-            if (at >= file.size)
-                return false;
-            const int count = file.bytes[at];
-            const bool run = count > 128;
-            const int pixels = run ? count - 128 : count;
-            at += run ? 2 : 1 + static_cast<std::size_t>(count);
-            left -= pixels;
-            if (left < 0)
-                return false;
-        }
-    }
-    return at <= file.size;
-}
-
-/// Whether an HDR file has all the pixels that it announces. The decoder takes endless zeros for
-/// what is missing, and waits for ever for a run among them to be of any length.
-bool is_whole_hdr(const Encoded& file, int width, int height) {
-    std::size_t at = hdr_pixels(file);
-    const auto pixels = static_cast<std::size_t>(width) * static_cast<std::size_t>(height);
-    if (width < 8 || width >= 32768)
-        return (file.size - at) / 4 >= pixels;
-    for (int row = 0; row < height; ++row) {
-        if (file.size - at < 4)
-            return false;
-        const unsigned char* start = file.bytes + at;
-        const bool runs = start[0] == 2 && start[1] == 2 && start[2] < 128;
-        // From the first line without runs on, what follows is a whole picture without any.
-        if (!runs)
-            return (file.size - at) / 4 >= pixels;
-        if (!skip_hdr_line(file, at, width))
-            return false;
-    }
-    return true;
-}
-
-/// Whether a JPEG file has a reasonable number of scans. Each goes through the whole picture, and a
-/// file can hold one in every dozen bytes.
-bool has_few_scans(const Encoded& file) {
-    constexpr int most = 1000;
-    std::size_t at = 0;
-    while (at < file.size && file.bytes[at] == 0xFF)
-        ++at;
-    if (at == 0 || at == file.size || file.bytes[at] != 0xD8)
-        return true;
-    int scans = 0;
-    for (; at + 1 < file.size; ++at)
-        scans += file.bytes[at] == 0xFF && file.bytes[at + 1] == 0xDA;
-    return scans <= most;
-}
-
 /// What decoding may hold at most. No format needs more than 32 bytes a pixel, counted with room
 /// for the largest blocks that sizes are rounded up to, and the compressed bytes twice.
 unsigned long memory_for(unsigned long size, int width, int height) {
@@ -186,11 +102,6 @@ unsigned long memory_for(unsigned long size, int width, int height) {
     const unsigned long rows = saturating_product(pixels, per_pixel);
     const unsigned long rest = tables + saturating_product(size, 4);
     return rows > ULONG_MAX - rest ? ULONG_MAX : rows + rest;
-}
-
-bool is_pic(const Encoded& file) {
-    return file.starts_with("\x53\x80\xF6\x34") && file.size > 92 &&
-           std::memcmp(file.bytes + 88, "PICT", 4) == 0;
 }
 
 /// Moves three channels of four together, in place.
@@ -224,15 +135,15 @@ StbPixels stb_decode(const unsigned char* bytes, unsigned long size, unsigned lo
                      int* width, int* height) {
     if (size > INT_MAX)
         return nullptr;
-    const Encoded file{bytes, size};
+    const EncodedPicture file{bytes, size};
+    if (!is_sound_jpeg(file))
+        return nullptr;
     const int length = static_cast<int>(size);
     int w = 0, h = 0, channels = 0;
     const Budget for_announcement(std::min(limit, memory_for(size, 0, 0)));
     const bool announced =
         stbi_info_from_memory(bytes, length, &w, &h, &channels) && w >= 0 && h >= 0;
     if (is_hdr(file) && !(announced && is_whole_hdr(file, w, h)))
-        return nullptr;
-    if (!has_few_scans(file))
         return nullptr;
     // A picture that the announcement is silent about still gets what its bytes warrant.
     const Budget for_pixels(

@@ -429,6 +429,40 @@ TEST_F(ImageCodecStbTest, RefusesAJpegOfAThousandScans) {
     EXPECT_FALSE(load(with_scans(1001)));
 }
 
+TEST_F(ImageCodecStbTest, RefusesAJpegTableOfMoreCodesThanSymbols) {
+    Bytes file = jpeg(colored(9, 7), 90);
+    const std::size_t counts = 178; // of the first table
+    for (std::size_t i = 0; i < 16; ++i)
+        file[counts + i] = 255;
+    EXPECT_FALSE(load(file));
+    // The same as the file ends.
+    for (std::size_t size = counts + 2; size < counts + 16; ++size)
+        EXPECT_FALSE(load(Bytes(file.begin(), file.begin() + static_cast<std::ptrdiff_t>(size))));
+}
+
+TEST_F(ImageCodecStbTest, ReadsAJpegWhoseCommentLooksLikeATable) {
+    Bytes file = jpeg(colored(9, 7), 90);
+    Bytes comment(40, 255);
+    comment[0] = 0xFF, comment[1] = 0xFE, comment[2] = 0, comment[3] = 38;
+    comment[10] = 0xFF, comment[11] = 0xC4, comment[12] = 1, comment[13] = 0;
+    file.insert(file.begin() + 20, comment.begin(), comment.end());
+    EXPECT_TRUE(load(file));
+}
+
+TEST_F(ImageCodecStbTest, RefusesADamagedPicFile) {
+    Bytes file = pic(four_colors());
+    file[105] = 9; // bits per channel
+    EXPECT_FALSE(load(file));
+    EXPECT_FALSE(load(Bytes(file.begin(), file.begin() + 104)));
+}
+
+TEST_F(ImageCodecStbTest, FillsWhatATruncatedPictureLacksWithBlack) {
+    const Bytes whole = bmp(colored(20, 20));
+    ASSERT_TRUE(load(Bytes(whole.begin(), whole.end() - 600)));
+    // Rows come from the bottom up: the last ten of the file are the first ten of the picture.
+    EXPECT_EQ(Bytes(image.pixmap_external, image.pixmap_external + 600), Bytes(600, 0));
+}
+
 TEST_F(ImageCodecStbTest, DecodesOnSeveralThreadsAtOnce) {
     const RgbPicture picture = colored(60, 40);
     const Bytes file = png(picture, 4);
