@@ -79,8 +79,8 @@ testing::AssertionResult compare_with_golden(std::string const& folder, std::str
                                              bool exact, PictureTolerance const& tolerance = {});
 
 /// Compares with tests/golden: to the last bit when the current context is llvmpipe's, which was
-/// measured to draw the same bits at every run with vectors of up to 256 bits, and within the
-/// tolerance on any other.
+/// measured to draw the same bits at every run with vectors of 256 bits, and within the tolerance
+/// on any other.
 testing::AssertionResult matches_golden(std::string const& name, Picture const& picture,
                                         PictureTolerance const& tolerance = {});
 
