@@ -315,8 +315,8 @@ TEST_P(MeshDataLayouts, has_no_vertices_after_a_failed_allocation) {
 
 TEST_P(MeshDataLayouts, reports_a_failed_allocation) {
     const char* expected[] = {
-        "<*> Mesh data allocation failed - 1152921504606846976 vertices required - error: "
-        "std::bad_",
+        ("<*> Mesh data allocation failed - 1152921504606846976 vertices required - error: "
+         "std::bad_"),
         "<o> MeshData_64::alloc_vertex_data() - exception: std::bad_",
         "<o> MeshData_32::alloc_vertex_data() - exception: std::bad_",
         "<o> MeshData_PhysXCloth::alloc_vertex_data() - exception: std::bad_"};
