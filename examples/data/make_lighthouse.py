@@ -242,7 +242,7 @@ def deck_point(s, t):
 def sail_point(front):
     def point(s, t):
         side = s if front else 1.0 - s
-        belly = 0.30 * math.sin(math.pi * side) * (1.0 - t) + 0.04
+        belly = 0.30 * math.sin(math.pi * side) * (1.0 - t) + (0.03 if front else 0.05)
         return in_boat(0.1 - 1.0 * side * (1.0 - t), 0.45 + 2.2 * t, belly)
     return point
 
