@@ -12,7 +12,11 @@ namespace orvex {
 /// `kill` alone: the destructor deletes none.
 ///
 /// Sizes are in pixels, the origin is the lower left. Everything runs on the thread that holds the
-/// graphics context. Parameters without a name are taken and not used.
+/// graphics context, and the GL objects belong to the context that was current at their creation:
+/// framebuffers aren't shared. Parameters without a name are taken and not used.
+///
+/// A create on a target that has objects kills them first. One that returns false leaves what it
+/// made until `kill`. Nothing goes to the log.
 ///
 /// @code
 /// RenderTarget* target = renderer->create_render_target();
@@ -43,7 +47,8 @@ public:
     ORVEX_API3D get_api3d() const { return api3d; }
 
     /// Makes a target of render buffers, which can be drawn to, read and copied, not sampled.
-    /// @param format       pixel format of the colour buffers
+    /// @param format       pixel format of the colour buffers; `PF_BGR_U8` and `PF_BGRA_U8` are no
+    ///                     storage of render buffers, and the framebuffer stays incomplete
     /// @param num_buffers  colour buffers, lowered to 8
     /// @param samples      samples per pixel, lowered to what the API offers; below 1 for none
     /// @return whether the framebuffer is complete; if not, `get_error_str` tells why
@@ -52,7 +57,8 @@ public:
 
     /// Makes a target with one colour texture and a depth texture.
     /// @param linear   linear filtering of the textures; nearest otherwise and with samples
-    /// @param clamp    clamp outside the texture; repeat otherwise
+    /// @param clamp    clamp outside the texture; repeat otherwise, and always in a core profile,
+    ///                 which doesn't know the mode that is asked for
     /// @param samples  samples per pixel; below 1 for plain textures
     /// @return whether the framebuffer is complete; if not, `get_error_str` tells why
     virtual bool create_target(int width, int height, PIXEL_FORMAT format, bool, bool linear,
@@ -78,35 +84,50 @@ public:
     /// `create_target_depth` with a rectangle texture.
     virtual bool create_target_depth_rect(int width, int height, bool linear, bool) = 0;
 
-    /// Fills one colour buffer of the target; false for an index beyond the count.
+    /// Fills one colour buffer of whatever framebuffer is bound now: activate the target first.
+    /// @param index  draw buffer; one that isn't there is an error of the API's, and true
+    /// @return false without the API's entry point
     virtual bool clear_color_buffer(int index, float r, float g, float b, float a) = 0;
 
-    /// Fills the depth buffer of the target.
+    /// Fills the depth buffer of whatever framebuffer is bound now.
+    /// @return false without the API's entry point
     virtual bool clear_depth_buffer(float depth) = 0;
 
     /// Reads the first colour texture, bottom row first, three bytes a pixel, each row padded as
     /// the API's pack alignment says (to a multiple of four bytes, unless the host changed it).
+    /// @param pixels  the caller's, with room for all rows
+    /// @return false for null, with samples (resolve it into a plain target first), without a
+    ///         colour texture, and if the API refused the last size of it
     virtual bool read_color_pixmap_rgb_u8(unsigned char* pixels) = 0;
 
     /// Reads the first colour texture, bottom row first, four bytes a pixel.
+    /// @param pixels  the caller's, with room for all rows
+    /// @return as for RGB
     virtual bool read_color_pixmap_rgba_u8(unsigned char* pixels) = 0;
 
     /// Deletes every GL object of the target; the object itself stays and can be made again.
+    /// @return true, a second time too; false while objects are left, because the renderer was
+    ///         stopped: they stay until it has started again
     virtual bool kill() = 0;
 
-    /// Directs drawing to the target.
+    /// Directs drawing to the target; viewport and draw buffers stay. One without objects gets a
+    /// framebuffer without attachments.
+    /// @return false without the API
     virtual bool activate() = 0;
 
-    /// Directs drawing to the window again.
+    /// Directs drawing to the window again. @return false without the API
     virtual bool deactivate() = 0;
 
-    /// Gives every colour and depth buffer a new size; the content is lost.
+    /// Gives every colour and depth buffer a new size; the content is lost. Whether the API takes
+    /// the size isn't asked.
+    /// @return false without the API
     virtual bool resize(int width, int height) = 0;
 
     /// Framebuffer name, 0 for none.
     virtual unsigned int get_fbo() = 0;
 
-    /// Name of a colour texture, 0 for an index beyond the count.
+    /// Name of a colour texture, of the first one for an index below 0 or beyond the count; 0 if
+    /// there is none.
     virtual unsigned int get_color_tex_id_opengl(int index) = 0;
 
     /// Name of the depth texture, 0 for none.

@@ -35,6 +35,7 @@ RendererOpenGL::~RendererOpenGL() {
     if (ctx.active_program != nullptr) {
         ctx.active_program->remove_active_slot(&ctx.active_program);
     }
+    leave_render_targets();
     delete data;
     RendererOpenGL::kill_all_render_windows();
 }

@@ -529,6 +529,9 @@ private:
     void set_up_texture_2d_levels(TextureData* texture);
     bool read_texture_2d(TextureData* texture, unsigned int format, unsigned long channels);
 
+    void leave_render_targets();
+    bool start_blit(unsigned int src, unsigned int dst);
+
     void log_life_cycle(char const* operation);
     bool prepare_raster_text();
     bool compile_shader(unsigned int shader, char const* source);
