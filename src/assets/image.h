@@ -186,26 +186,15 @@ public:
 private:
     friend struct ImageAccess;
 
-    /// How many bytes lie behind a pointer that the image itself stored. It says nothing as soon as
-    /// the field holds another pointer.
+    /// How many bytes lie behind a pointer. It says nothing as soon as the field holds another one.
     struct Allocation {
         const void* buffer = nullptr;
         unsigned long bytes = 0;
     };
 
-    /// The same for external pixels, whose size follows from the picture they came with. A codec
-    /// writes the fields directly, so the note also says which sizes it was taken under.
-    struct ExternalNote {
-        const void* buffer = nullptr;
-        unsigned long bytes = 0;
-        unsigned long width = 0;
-        unsigned long height = 0;
-        PIXEL_FORMAT format = PF_NONE;
-    };
-
     Allocation allocation_u8_;
     Allocation allocation_f32_;
-    ExternalNote external_note_;
+    Allocation external_;
 };
 
 } // namespace orvex

@@ -66,10 +66,8 @@ unsigned long claimed_external_bytes(const Image& image) {
 unsigned long ImageAccess::external_bytes(const Image& image) {
     if (!image.pixmap_external)
         return 0;
-    const Image::ExternalNote& note = image.external_note_;
-    const bool note_holds = note.buffer == image.pixmap_external && note.width == image.width &&
-                            note.height == image.height && note.format == image.pixel_format;
-    return note_holds ? note.bytes : claimed_external_bytes(image);
+    return image.external_.buffer == image.pixmap_external ? image.external_.bytes
+                                                           : claimed_external_bytes(image);
 }
 
 unsigned long ImageAccess::readable_u8_bytes(const Image& image) {
@@ -115,8 +113,11 @@ void ImageAccess::adopt_f32(Image& image, float* buffer, unsigned long bytes) {
 }
 
 void ImageAccess::note_external(Image& image, unsigned long bytes) {
-    image.external_note_ = {image.pixmap_external, bytes, image.width, image.height,
-                            image.pixel_format};
+    image.external_ = {image.pixmap_external, bytes};
+}
+
+void ImageAccess::note_decoded(Image& image) {
+    note_external(image, image.pixmap_external ? claimed_external_bytes(image) : 0);
 }
 
 void ImageAccess::drop_small_u8(Image& image) {

@@ -47,6 +47,8 @@ struct ImageAccess {
 
     /// Notes how many bytes lie behind the external pixels, whatever sizes the image has.
     static void note_external(Image& image, unsigned long bytes);
+    /// The same for pixels that a codec has just written: as many as the image claims now.
+    static void note_decoded(Image& image);
     /// Frees an owned 8-bit buffer that is too small for the image's sizes and would hide the
     /// external pixels.
     static void drop_small_u8(Image& image);

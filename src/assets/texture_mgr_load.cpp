@@ -108,8 +108,10 @@ bool decode_into_face(ImageCodec& codec, const Source& source, Image& face) {
     unsigned char* const before = face.pixmap_external;
     if (!source.decode(codec, face))
         return false;
-    if (face.pixmap_external != before)
+    if (face.pixmap_external != before) {
+        ImageAccess::note_decoded(face);
         ImageAccess::drop_small_u8(face);
+    }
     take_decoded_pixels(face, before);
     return true;
 }
