@@ -13,7 +13,7 @@ namespace orvex {
 /// lacks reads as its default and ignores writes. User attributes come from
 /// `alloc_user_vertex_attribs`, after the vertices.
 template<class Store, class Record>
-struct MeshDataPacked : MeshData {
+struct ORVEX_API MeshDataPacked : MeshData {
     /// Makes an empty store without a second texture layer.
     explicit MeshDataPacked(VERTEX_FORMAT format);
 

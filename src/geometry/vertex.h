@@ -18,7 +18,7 @@ namespace orvex {
 ///
 /// Arrays of it are uploaded as they stand, with a stride of 96 bytes. Positions are in the space
 /// of the object, texture coordinates have their origin at the lower left.
-struct Vertex {
+struct ORVEX_API Vertex {
     vec4 position; ///< byte 0
     vec4 color;    ///< byte 16: red, green, blue, alpha
     vec4 normal;   ///< byte 32: x, y, z
@@ -29,7 +29,7 @@ struct Vertex {
 
 /// The packed vertex of `VERTEX_FORMAT_64`, 64 bytes. By default vectors of two and three floats
 /// are zero, those of four (0, 0, 0, 1).
-struct Vertex_64 {
+struct ORVEX_API Vertex_64 {
     vec3 position; ///< byte 0
     vec4 color;    ///< byte 12
     vec3 normal;   ///< byte 28
@@ -38,7 +38,7 @@ struct Vertex_64 {
 };
 
 /// The smallest vertex, of `VERTEX_FORMAT_32`, 32 bytes: no colour and no tangent.
-struct Vertex_32 {
+struct ORVEX_API Vertex_32 {
     vec3 position; ///< byte 0
     vec3 normal;   ///< byte 12
     vec2 uv0;      ///< byte 24
@@ -46,7 +46,7 @@ struct Vertex_32 {
 
 /// The vertex of `VERTEX_FORMAT_PHYSX_CLOTH`, 64 bytes: its position is a cloth simulator's
 /// particle, with the inverse mass in w.
-struct Vertex_PhysXCloth {
+struct ORVEX_API Vertex_PhysXCloth {
     vec4 position; ///< byte 0
     vec4 color;    ///< byte 16
     vec3 normal;   ///< byte 32
@@ -55,14 +55,14 @@ struct Vertex_PhysXCloth {
 };
 
 /// A triangle of 16-bit vertex indices, 6 bytes, counter-clockwise seen from the front.
-struct FaceU16 {
+struct ORVEX_API FaceU16 {
     unsigned short a = 0; ///< first corner
     unsigned short b = 0; ///< second corner
     unsigned short c = 0; ///< third corner
 };
 
 /// A triangle of 32-bit vertex indices, 12 bytes, counter-clockwise seen from the front.
-struct FaceU32 {
+struct ORVEX_API FaceU32 {
     unsigned int a = 0; ///< first corner
     unsigned int b = 0; ///< second corner
     unsigned int c = 0; ///< third corner
