@@ -193,7 +193,7 @@ inline column4 splat_column(float value) {
 }
 
 /// The sum of four columns, each times one component, from left to right.
-inline column4 combine_columns(const column4 (&columns)[4], const float* factors) {
+inline column4 combine_columns(const column4 (&columns)[4], column4 factors) {
     return columns[0] * splat_column(factors[0]) + columns[1] * splat_column(factors[1]) +
            columns[2] * splat_column(factors[2]) + columns[3] * splat_column(factors[3]);
 }
@@ -205,7 +205,8 @@ inline mat4 mat4::concat(const mat4& b) const {
                                         detail::load_column(m + 8), detail::load_column(m + 12)};
     mat4 product;
     for (int j = 0; j < 4; ++j) {
-        const detail::column4 column = detail::combine_columns(columns, b.m + j * 4);
+        const detail::column4 column =
+            detail::combine_columns(columns, detail::load_column(b.m + j * 4));
         __builtin_memcpy(product.m + j * 4, &column, sizeof(column));
     }
     return product;
@@ -214,8 +215,7 @@ inline mat4 mat4::concat(const mat4& b) const {
 inline vec4 mat4::operator*(const vec4& v) const {
     const detail::column4 columns[4] = {detail::load_column(m), detail::load_column(m + 4),
                                         detail::load_column(m + 8), detail::load_column(m + 12)};
-    const float factors[4] = {v.x, v.y, v.z, v.w};
-    const detail::column4 column = detail::combine_columns(columns, factors);
+    const detail::column4 column = detail::combine_columns(columns, detail::load_column(&v.x));
     vec4 product;
     __builtin_memcpy(static_cast<void*>(&product), &column, sizeof(column));
     return product;

@@ -36,17 +36,16 @@ void store_column(float* to, column4 column) {
     __builtin_memcpy(to, &column, sizeof(column));
 }
 
-/// Stores four rows, scaled, as the columns of their transpose.
-void store_transposed(float* to, const column4 (&rows)[4], float factor) {
-    const column4 scale = detail::splat_column(factor);
-    const column4 low01 = __builtin_shufflevector(rows[0], rows[1], 0, 4, 1, 5);
-    const column4 low23 = __builtin_shufflevector(rows[2], rows[3], 0, 4, 1, 5);
-    const column4 high01 = __builtin_shufflevector(rows[0], rows[1], 2, 6, 3, 7);
-    const column4 high23 = __builtin_shufflevector(rows[2], rows[3], 2, 6, 3, 7);
-    store_column(to, __builtin_shufflevector(low01, low23, 0, 1, 4, 5) * scale);
-    store_column(to + 4, __builtin_shufflevector(low01, low23, 2, 3, 6, 7) * scale);
-    store_column(to + 8, __builtin_shufflevector(high01, high23, 0, 1, 4, 5) * scale);
-    store_column(to + 12, __builtin_shufflevector(high01, high23, 2, 3, 6, 7) * scale);
+/// Stores four rows as the columns of their transpose.
+void store_transposed(float* to, column4 row0, column4 row1, column4 row2, column4 row3) {
+    const column4 low01 = __builtin_shufflevector(row0, row1, 0, 4, 1, 5);
+    const column4 low23 = __builtin_shufflevector(row2, row3, 0, 4, 1, 5);
+    const column4 high01 = __builtin_shufflevector(row0, row1, 2, 6, 3, 7);
+    const column4 high23 = __builtin_shufflevector(row2, row3, 2, 6, 3, 7);
+    store_column(to, __builtin_shufflevector(low01, low23, 0, 1, 4, 5));
+    store_column(to + 4, __builtin_shufflevector(low01, low23, 2, 3, 6, 7));
+    store_column(to + 8, __builtin_shufflevector(high01, high23, 0, 1, 4, 5));
+    store_column(to + 12, __builtin_shufflevector(high01, high23, 2, 3, 6, 7));
 }
 
 } // namespace
@@ -62,19 +61,21 @@ mat4& mat4::inverse() {
     const column4 det13 = det2x2_lanes(c1, c3);
     const column4 det23 = det2x2_lanes(c2, c3);
 
-    const column4 even = {1.0f, -1.0f, 1.0f, -1.0f};
-    const column4 odd = {-1.0f, 1.0f, -1.0f, 1.0f};
-    const column4 rows[4] = {even * det3x3_lanes(c1, det23, c2, det13, c3, det12),
-                             odd * det3x3_lanes(c0, det23, c2, det03, c3, det02),
-                             even * det3x3_lanes(c0, det13, c1, det03, c3, det01),
-                             odd * det3x3_lanes(c0, det12, c1, det02, c2, det01)};
+    const column4 minors0 = det3x3_lanes(c1, det23, c2, det13, c3, det12);
+    const column4 minors1 = det3x3_lanes(c0, det23, c2, det03, c3, det02);
+    const column4 minors2 = det3x3_lanes(c0, det13, c1, det03, c3, det01);
+    const column4 minors3 = det3x3_lanes(c0, det12, c1, det02, c2, det01);
 
-    // Lane r of the first row is the first element of column r of the result.
-    const column4 terms = column0 * rows[0];
-    const float det = terms[0] + terms[1] + terms[2] + terms[3];
+    // Every second cofactor is the negated minor. A sign is exact wherever it is applied: here in
+    // the sum, and below in the factor.
+    const column4 terms = column0 * minors0;
+    const float det = terms[0] - terms[1] + terms[2] - terms[3];
     if (det == 0.0f)
         return identity();
-    store_transposed(m, rows, 1.0f / det);
+    const float scale = 1.0f / det;
+    const column4 even = {scale, -scale, scale, -scale};
+    const column4 odd = -even;
+    store_transposed(m, minors0 * even, minors1 * odd, minors2 * even, minors3 * odd);
     return *this;
 }
 
