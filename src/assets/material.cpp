@@ -14,11 +14,14 @@
 
 namespace orvex {
 
+/// What every frame reads stands first.
 struct Material::MaterialData {
     /// Holds one reference.
     GpuProgram* gpu_program = nullptr;
     /// In the order of their units; each holds one reference.
     std::vector<Texture*> textures;
+    unsigned long texture_unit_offset = 0;
+    bool use_fixed_material_colors = false;
     /// Files that wait to be loaded.
     std::vector<std::string> texture_filenames;
     vec4 ambient = vec4(0.5f, 0.5f, 0.6f, 1.0f);
@@ -26,8 +29,6 @@ struct Material::MaterialData {
     vec4 specular = vec4(0.9f, 0.9f, 0.9f, 1.0f);
     float shininess = 16.0f;
     float opacity = 1.0f;
-    bool use_fixed_material_colors = false;
-    unsigned long texture_unit_offset = 0;
 };
 
 Material::Material()

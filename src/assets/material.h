@@ -132,6 +132,7 @@ public:
 
 private:
     struct MaterialData;
+    friend struct MaterialAccess;
 
     MaterialData* data_;
 };

@@ -1,6 +1,7 @@
 #include "scene/model.h"
 
 #include "geometry/mesh.h"
+#include "scene/draw_ahead.h"
 #include "scene/node_data.h"
 
 namespace orvex {
@@ -17,7 +18,8 @@ Model::~Model() = default;
 void Model::render(Renderer* renderer, Node* node) {
     const NodeHandle self(this);
     const NodeHandle walked(node ? node : this);
-    for_each_child(walked, [renderer](Node& child) { child.render(renderer, &child); });
+    for_each_child(
+        walked, [renderer](Node& child) { child.render(renderer, &child); }, draw_ahead);
     if (self.get() && walked.get())
         Node::render(renderer, node);
 }

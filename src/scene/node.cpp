@@ -5,24 +5,33 @@
 #include <unordered_set>
 
 #include "kernel/global_id.h"
+#include "scene/draw_ahead.h"
 #include "scene/node_data.h"
 
 namespace orvex {
 
 NodeHandle::NodeHandle(Node* node)
-    : NodeHandle(node ? NodeAccess::data(*node).token : nullptr) {}
+    : NodeHandle(node ? &NodeAccess::data(*node) : nullptr) {}
 
 Node::NodeData::NodeData(Node* owner)
-    : id(GenId())
-    , name("node_" + std::to_string(id))
-    , token(new NodeToken{owner, 1}) {
+    : NodeToken{owner, 1}
+    , id(GenId())
+    , name("node_" + std::to_string(id)) {
     types.reserve(4); // the deepest classes of the engine carry four tags
 }
 
-Node::NodeData::~NodeData() {
-    token->node = nullptr;
-    if (--token->owners == 0)
-        delete token;
+void Node::NodeData::end() {
+    node = nullptr;
+    children = {};
+    living_parent = {};
+    types = {};
+    name = {};
+    if (--owners == 0)
+        delete this;
+}
+
+void free_node_token(NodeToken* token) {
+    NodeAccess::free(token);
 }
 
 Node::Node()
@@ -32,7 +41,7 @@ Node::Node()
 
 Node::~Node() {
     clear_children_list();
-    delete node_data;
+    node_data->end();
 }
 
 bool Node::init(Renderer* renderer, Node* node) {
@@ -66,9 +75,10 @@ bool Node::build(Node* node) {
 void Node::render(Renderer* renderer, Node* node) {
     if (!node_data->render_state)
         return;
-    const NodeHandle walked((node ? node : this)->node_data->token);
+    const NodeHandle walked((node ? node : this)->node_data);
     _render(renderer);
-    for_each_child(walked, [renderer](Node& child) { child.render(renderer, nullptr); });
+    for_each_child(
+        walked, [renderer](Node& child) { child.render(renderer, nullptr); }, draw_ahead);
 }
 
 bool Node::_init(Renderer*) {
@@ -231,7 +241,7 @@ void Node::add_child(Node* child) {
     if (!child || would_close_a_circle(*this, *child))
         return;
     child->add_ref();
-    node_data->children.emplace_back(child->node_data->token);
+    node_data->children.emplace_back(child->node_data);
     ++child->node_data->listed;
     child->set_parent(this);
 }

@@ -9,12 +9,15 @@ namespace orvex {
 
 class Node;
 
-/// What outlives a node: the address while it lives, null afterwards. Made with the node and freed
-/// with the last handle. Not atomic, like the node itself.
+/// The head of a node's record, which outlives the node for as long as handles point to it. Not
+/// atomic, like the node itself.
 struct NodeToken {
-    Node* node;
+    Node* node; ///< null once the node has ended
     unsigned long owners;
 };
+
+/// Frees the record of a node that has ended and that no handle points to any more.
+void free_node_token(NodeToken* token);
 
 /// Points to a node without keeping it alive, and answers null once it has ended.
 class NodeHandle {
@@ -36,11 +39,14 @@ public:
     }
     ~NodeHandle() {
         if (token && --token->owners == 0)
-            delete token;
+            free_node_token(token);
     }
 
     /// The node, null if it has ended or if there never was one.
     Node* get() const { return token ? token->node : nullptr; }
+
+    /// Where the node's record lies, null for an empty handle.
+    const void* record() const { return token; }
 
 private:
     NodeToken* token = nullptr;

@@ -6,15 +6,16 @@
 
 namespace orvex {
 
+/// What every frame reads stands first.
 struct Tripod::TripodData {
+    mat4 transform;
+    bool dirty = true;
+    bool euler_dirty = true; ///< the angles are newer than `orientation`
     quat orientation;
     quat rotation_x, rotation_y, rotation_z;
     vec4 orientation_euler_angles;
     vec4 position;
     vec4 scale = vec4::ONE;
-    mat4 transform;
-    bool dirty = true;
-    bool euler_dirty = true; ///< the angles are newer than `orientation`
     mat4 translation_matrix, scale_matrix, rotation_matrix;
 };
 

@@ -73,6 +73,8 @@ public:
 
 private:
     struct TripodData;
+    friend struct TripodAccess;
+
     TripodData* tripod_data;
 };
 
