@@ -45,8 +45,9 @@ public:
     /// @{
 
     /// Takes over an image as the texture's pixels; see `Image::operator=`. External pixels are
-    /// then shared with `image`, and the texture is who gives them back to the codec. External
-    /// pixels that the texture had before are given back.
+    /// then shared with `image`, and the texture is who gives them back to the codec: where several
+    /// textures took the same ones, the last of them. External pixels that the texture had before
+    /// are given back.
     /// @return true; false for null
     virtual bool load_from_image(Image* image);
     /// The same for one face of a cube. The type of the texture is not touched.
@@ -155,7 +156,7 @@ public:
     /// @}
 
     /// @name CPU pixels
-    /// Those that end with a higher `needs_gpu_update` say so.
+    /// Where pixels are marked as newer, the next `bind` sends them.
     /// @{
 
     /// Converts the pixels, of all faces for a cube; marks them as newer on success.
@@ -184,7 +185,8 @@ public:
 
     /// @name Sampler settings
     /// They are stored, and read at the next upload. With a renderer they also go at once to the
-    /// texture that is bound now.
+    /// texture that is bound now. An upload takes trilinear filtering as nearest, until it is set
+    /// with a renderer.
     /// @{
     void set_filtering_mode(Renderer* renderer, SAMPLER_FILTERING_MODE mode);
     void set_addressing_mode(Renderer* renderer, SAMPLER_ADDRESSING_MODE mode);

@@ -246,6 +246,22 @@ TEST_F(TextureTest, ARecordThatHasEndedCanBeTakenUpByAnotherTexture) {
     EXPECT_TRUE(texture->create_2d(2, 2, PF_RGB_U8)) << "the first texture must not delete it";
 }
 
+TEST_F(TextureTest, AnyOfSeveralEndedRecordsCanBeTakenUp) {
+    auto* const first = new Texture;
+    TextureData* const oldest = first->get_data_ptr();
+    first->init_texture_data(nullptr);
+    TextureData* const middle = first->get_data_ptr();
+    first->init_texture_data(nullptr);
+    first->cleanup_texture_data(nullptr);
+    auto* const second = new Texture;
+    EXPECT_TRUE(second->_set_texture_data(nullptr, middle));
+    EXPECT_TRUE(texture->_set_texture_data(nullptr, oldest));
+    first->kill(nullptr, nullptr);
+    EXPECT_TRUE(second->create_2d(2, 2, PF_RGB_U8));
+    EXPECT_TRUE(texture->create_2d(2, 2, PF_RGB_U8));
+    second->kill(nullptr, nullptr);
+}
+
 TEST_F(TextureTest, DeletesEveryRecordItHasEnded) {
     for (int i = 0; i < 3; ++i)
         EXPECT_TRUE(texture->init_texture_data(nullptr));
