@@ -87,6 +87,8 @@
 #include "assets/texture_data.h"
 #include "assets/texture_mgr.h"
 
+#include "diagnostics/artifact_scanner.h"
+
 #include "network/network_fwd.h"
 #include "network/socket.h"
 #include "network/socket_core.h"
