@@ -31,5 +31,15 @@ struct Vertex_64;
 struct Vertex_PhysXCloth;
 
 class Mesh;
+class MeshBox;
+class MeshCylinder;
+class MeshEllipse;
+class MeshPlane;
+class MeshQuad;
+class MeshQuadHud;
+class MeshSphere;
+class MeshTerrain;
+class MeshTorus;
+class MeshTriangle;
 
 } // namespace orvex

@@ -1,7 +1,8 @@
 #pragma once
 
 /// @file
-/// Whether a store really holds what its counts say: after a failed allocation it doesn't.
+/// What a store really holds: after a failed allocation it isn't what its counts say, and after a
+/// build it isn't what the GPU has.
 
 #include "geometry/mesh_data.h"
 
@@ -26,6 +27,19 @@ inline FaceU32 face_at(const MeshData& store, unsigned long i) {
         return store.faces_u32[i];
     const FaceU16& face = store.faces_u16[i];
     return {face.a, face.b, face.c};
+}
+
+/// After a build: a store that was drawn before has GPU buffers with the geometry before this one.
+inline void mark_for_upload(MeshData& store) {
+    const bool drawn_before = store.vertex_buffer_id != 0;
+    store.positions_need_update |= drawn_before;
+    store.normals_need_update |= drawn_before;
+    store.tangents_need_update |= drawn_before;
+    store.colors_need_update |= drawn_before;
+    store.uv0_need_update |= drawn_before;
+    store.uv1_need_update |= drawn_before;
+    store.faces_need_update |= store.index_buffer_id != 0;
+    store.quad_edges_need_update |= store.quad_edge_buffer_id != 0;
 }
 
 } // namespace orvex::mesh_contents

@@ -2,6 +2,7 @@
 
 #include <vector>
 
+#include "geometry/mesh_contents.h"
 #include "geometry/mesh_data.h"
 
 namespace orvex {
@@ -118,16 +119,6 @@ void fill_faces(MeshData& store, const std::vector<FaceU32>& faces) {
     }
 }
 
-/// A store that was drawn before has GPU buffers with the geometry before this one.
-void mark_for_upload(MeshData& store) {
-    const bool drawn_before = store.vertex_buffer_id != 0;
-    store.positions_need_update |= drawn_before;
-    store.normals_need_update |= drawn_before;
-    store.colors_need_update |= drawn_before;
-    store.uv0_need_update |= drawn_before;
-    store.faces_need_update |= store.index_buffer_id != 0;
-}
-
 } // namespace
 
 bool Mesh::_user_geometry_build() {
@@ -142,7 +133,7 @@ bool Mesh::_user_geometry_build() {
         return false;
     fill_vertices(*mesh_data, vertices);
     fill_faces(*mesh_data, faces);
-    mark_for_upload(*mesh_data);
+    mesh_contents::mark_for_upload(*mesh_data);
     return user_geometry_cleanup();
 }
 

@@ -1,13 +1,18 @@
 #pragma once
 
 /// @file
-/// The host's door to model loading.
+/// The host's door to model loading and vertex lighting.
 
 #include "api.h"
 
 namespace orvex {
 
+class Light;
+class Material;
 class Model;
+class Object;
+class mat4;
+class vec4;
 
 /// Each function is the operation of `Kernel` of the same name.
 ///
@@ -35,6 +40,16 @@ ORVEX_API Model* load_model_from_file_obj(char const* filename, char const* mode
 /// Only the plugin "orvex_plugin_fbx", if one is loaded.
 ORVEX_API Model* load_model_from_file_fbx(char const* filename, char const* model_dir,
                                           char const* resource_dir);
+
+/// The lit colour of one vertex; see `Kernel::compute_object_vertex_color`.
+ORVEX_API bool compute_object_vertex_color(Object* object, unsigned long vertex_index,
+                                           vec4& out_color, Material* material, Light* light,
+                                           bool clamp);
+/// The same with a transform and a light position of the caller's.
+ORVEX_API bool compute_object_vertex_color_v2(Object* object, mat4 const& transform,
+                                              unsigned long vertex_index, vec4& out_color,
+                                              Material* material, Light* light,
+                                              vec4 const& light_position, bool clamp);
 
 } // namespace aux
 } // namespace orvex

@@ -7,12 +7,17 @@
 
 namespace orvex {
 
+class Light;
 class Loader3D;
+class Material;
 class Model;
+class Object;
 class Plugin;
 class RenderTarget;
 class Renderer;
 class Texture;
+class mat4;
+class vec4;
 
 /// Starts and stops the engine, creates its built-in plugins and loads others, and loads models.
 ///
@@ -193,6 +198,34 @@ public:
     Model* load_model_from_file_fbx_v2(char const* filename, char const* model_dir,
                                        char const* resource_dir, bool separate_vertex_arrays,
                                        int vertex_alignment);
+
+    /// @}
+    /// @name Vertex lighting
+    /// The lit colour of one vertex, computed on the CPU. The vertex must be one that
+    /// `Object::get_vertex` gives: the mesh stores full vertices, interleaved. Loaded models do if
+    /// they were loaded by a `_v2` form with false.
+    ///
+    /// The colour is (vertex · material ambient · light ambient + material diffuse · light diffuse
+    /// · n) · attenuation. n is the cosine between the normal and the direction to the light, and
+    /// negative for a vertex that faces away, which darkens it. The attenuation falls from 1 at the
+    /// light to 0 at its radius. Alpha gets 1 added in place of the diffuse part. Normals are
+    /// turned by the full matrix, which bends them where it scales unevenly. Without a material its
+    /// colours are white; without a light its colours are white too, and n and the attenuation 1.
+    /// @{
+
+    /// @param out_color  takes the colour; untouched on failure
+    /// @param material   may be null
+    /// @param light      may be null. Its position is that of `get_absolute_position`
+    /// @param clamp      limits all four components to 0..1
+    /// @return false for a null object, and if it gives no such vertex
+    bool compute_object_vertex_color(Object* object, unsigned long vertex_index, vec4& out_color,
+                                     Material* material, Light* light, bool clamp);
+    /// The same with a matrix in place of the object's absolute transform, and a position in place
+    /// of the light's own.
+    bool compute_object_vertex_color_v2(Object* object, mat4 const& transform,
+                                        unsigned long vertex_index, vec4& out_color,
+                                        Material* material, Light* light,
+                                        vec4 const& light_position, bool clamp);
 
     /// @}
     /// @name Textures of render targets
