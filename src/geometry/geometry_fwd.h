@@ -3,6 +3,8 @@
 /// @file
 /// Forward declarations of the geometry classes and records.
 
+#include "api.h"
+
 namespace orvex {
 
 /// Vertex layout of a mesh store, chosen once when the store is made. A value outside the table
@@ -19,9 +21,10 @@ struct FaceU32;
 struct InstancingInitParams;
 struct MaterialSubset;
 struct MeshData;
-struct MeshData_32;
-struct MeshData_64;
-struct MeshData_PhysXCloth;
+// Arguments of an exported template: what they are declared as here decides what it exports.
+struct ORVEX_API MeshData_32;
+struct ORVEX_API MeshData_64;
+struct ORVEX_API MeshData_PhysXCloth;
 struct Vertex;
 struct VertexAttribArray;
 struct VertexAttribArray_2f;

@@ -15,10 +15,14 @@ namespace {
 thread_local bool counting = false;
 thread_local int allocations = 0;
 
-void* count_and_allocate(std::size_t size) {
+void* count_and_allocate_or_null(std::size_t size) noexcept {
     if (counting)
         ++allocations;
-    if (void* block = std::malloc(size == 0 ? 1 : size))
+    return std::malloc(size == 0 ? 1 : size);
+}
+
+void* count_and_allocate(std::size_t size) {
+    if (void* block = count_and_allocate_or_null(size))
         return block;
     throw std::bad_alloc();
 }
@@ -31,6 +35,15 @@ void* operator new(std::size_t size) {
 
 void* operator new[](std::size_t size) {
     return count_and_allocate(size);
+}
+
+// The driver's compiler uses these, and gives back through the plain form.
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
+    return count_and_allocate_or_null(size);
+}
+
+void* operator new[](std::size_t size, const std::nothrow_t&) noexcept {
+    return count_and_allocate_or_null(size);
 }
 
 void operator delete(void* block) noexcept {
