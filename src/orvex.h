@@ -69,7 +69,9 @@
 #include "gpu/owned_text.h"
 #include "gpu/uniform_buffer_data.h"
 
+#include "geometry/curve.h"
 #include "geometry/geometry_fwd.h"
+#include "geometry/line.h"
 #include "geometry/mesh.h"
 #include "geometry/mesh_box.h"
 #include "geometry/mesh_cylinder.h"
@@ -84,8 +86,13 @@
 #include "geometry/mesh_torus.h"
 #include "geometry/mesh_triangle.h"
 #include "geometry/mesh_types.h"
+#include "geometry/point.h"
+#include "geometry/polyline.h"
+#include "geometry/polyline_data.h"
 #include "geometry/vertex.h"
 #include "geometry/vertex_attrib_array.h"
+#include "geometry/vertex_pool.h"
+#include "geometry/vertex_pool_data.h"
 
 #include "assets/assets_fwd.h"
 #include "assets/image.h"

@@ -16,6 +16,14 @@ enum VERTEX_FORMAT : int {
     VERTEX_FORMAT_PHYSX_CLOTH = 3, ///< `Vertex_PhysXCloth`: position with the inverse mass in w
 };
 
+/// How the vertices of a polyline are joined. With the tessellation state set, all of them draw as
+/// patches; a value outside the table draws nothing.
+enum LINE_RENDER_MODE : int {
+    LINE_RENDER_MODE_LINES = 0,      ///< each pair of vertices is a line
+    LINE_RENDER_MODE_LINE_STRIP = 1, ///< one line through all vertices
+    LINE_RENDER_MODE_LINE_LOOP = 2,  ///< the same, closed
+};
+
 struct FaceU16;
 struct FaceU32;
 struct InstancingInitParams;
@@ -25,14 +33,19 @@ struct MeshData;
 struct ORVEX_API MeshData_32;
 struct ORVEX_API MeshData_64;
 struct ORVEX_API MeshData_PhysXCloth;
+struct PolylineData;
 struct Vertex;
 struct VertexAttribArray;
 struct VertexAttribArray_2f;
 struct VertexAttribArray_3f;
+struct VertexPoolData;
 struct Vertex_32;
 struct Vertex_64;
 struct Vertex_PhysXCloth;
+struct _Curve2D;
 
+class Curve;
+class Line;
 class Mesh;
 class MeshBox;
 class MeshCylinder;
@@ -44,5 +57,8 @@ class MeshSphere;
 class MeshTerrain;
 class MeshTorus;
 class MeshTriangle;
+class Point;
+class Polyline;
+class VertexPool;
 
 } // namespace orvex
