@@ -1,37 +1,11 @@
-#include <atomic>
-#include <cstdlib>
-#include <new>
-
 #include <gtest/gtest.h>
 
+#include "assets/counted_allocations.h"
 #include "assets/material.h"
 #include "assets/texture.h"
 #include "assets/texture_data.h"
 #include "gpu/gpu_program.h"
 #include "support/fake_renderer.h"
-
-namespace {
-
-std::atomic<long> allocations = 0;
-
-} // namespace
-
-// The whole program counts what it allocates; that is why this test has one of its own.
-
-void* operator new(std::size_t size) {
-    ++allocations;
-    if (void* const memory = std::malloc(size ? size : 1))
-        return memory;
-    throw std::bad_alloc();
-}
-
-void operator delete(void* memory) noexcept {
-    std::free(memory);
-}
-
-void operator delete(void* memory, std::size_t) noexcept {
-    std::free(memory);
-}
 
 namespace orvex {
 namespace {
@@ -65,12 +39,13 @@ TEST(MaterialBinding, AllocatesNothing) {
     const int calls_of_one_draw = renderer.calls_made;
     EXPECT_GE(calls_of_one_draw, 10);
 
-    const long before = allocations;
+    const long before = orvex_test::allocations_so_far();
+    EXPECT_GT(before, 0);
     for (int i = 0; i < 100; ++i) {
         material->bind(&renderer);
         material->unbind(&renderer);
     }
-    EXPECT_EQ(allocations - before, 0);
+    EXPECT_EQ(orvex_test::allocations_so_far() - before, 0);
     EXPECT_EQ(renderer.calls_made, 101 * calls_of_one_draw);
     material->release(nullptr, nullptr);
 }

@@ -1,0 +1,30 @@
+#include "assets/counted_allocations.h"
+
+#include <atomic>
+#include <cstdlib>
+#include <new>
+
+namespace {
+
+std::atomic<long> allocations = 0;
+
+} // namespace
+
+long orvex_test::allocations_so_far() {
+    return allocations;
+}
+
+void* operator new(std::size_t size) {
+    ++allocations;
+    if (void* const memory = std::malloc(size ? size : 1))
+        return memory;
+    throw std::bad_alloc();
+}
+
+void operator delete(void* memory) noexcept {
+    std::free(memory);
+}
+
+void operator delete(void* memory, std::size_t) noexcept {
+    std::free(memory);
+}
