@@ -76,6 +76,8 @@ void* take_again(void* block, std::size_t size) {
 #define STB_IMAGE_STATIC
 #define STB_IMAGE_IMPLEMENTATION
 #define STBI_NO_STDIO
+// Not among the formats offered, and read past the end with 16 bits.
+#define STBI_NO_PNM
 #define STBI_NO_FAILURE_STRINGS
 #define STBI_MALLOC(size) orvex::take(size)
 #define STBI_REALLOC(block, size) orvex::take_again(block, size)

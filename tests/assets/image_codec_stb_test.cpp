@@ -156,6 +156,7 @@ TEST_F(ImageCodecStbTest, LeavesTheImageAloneWhenItCannotDecode) {
         Bytes(whole.begin(), whole.begin() + 30),
         Bytes(whole.begin(), whole.end() - 60),
         {0xFF, 0xD8, 0xFF, 0xE0},
+        {'P', '6', '\n', '1', ' ', '1', '\n', '2', '5', '5', '\n', 1, 2, 3},
     };
     mark();
     for (const Bytes& file : files)
