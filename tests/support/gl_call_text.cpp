@@ -372,7 +372,8 @@ GlSignature::GlSignature(char const* name, char const* declared)
 }
 
 std::string GlSignature::enumerant(Parameter const& parameter, long long value) const {
-    if (parameter.name == "mode" && function != "glCullFace") {
+    if (parameter.name == "mode" &&
+        !is_one_of(function, {"glCullFace", "glDrawBuffer", "glReadBuffer"})) {
         if (char const* name = find_name(primitives, value)) {
             return name;
         }
