@@ -27,7 +27,7 @@ struct PixelBlock {
     alignas(16) std::uint32_t pixels[64];
 };
 
-/// Three planes of a block in row order.
+/// One component of a block in row order.
 struct PlaneBlock {
     alignas(16) float values[64];
 };

@@ -335,7 +335,7 @@ TEST_F(ImageCodecStbTest, RefusesAFileOfTwoGibibytes) {
 
 // ---------------------------------------------------------------------------------- memory
 
-TEST_F(ImageCodecStbTest, HoldsAGibibyteOrTwoAtMost) {
+TEST_F(ImageCodecStbTest, HoldsTwoGibibytesAtMostUnlessTheHostSaysOtherwise) {
     EXPECT_EQ(ImageCodecStb::get_memory_limit(), 2ul << 30);
     ImageCodecStb::set_memory_limit(12345);
     EXPECT_EQ(ImageCodecStb::get_memory_limit(), 12345u);
