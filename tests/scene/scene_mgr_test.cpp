@@ -186,6 +186,15 @@ TEST_F(SceneMgrTest, resources_are_given_back_through_their_managers) {
                       nullptr);
 }
 
+TEST_F(SceneMgrTest, kill_all_scenes_gives_a_texture_back_through_its_manager) {
+    Texture* texture = TextureMgr::get()->create_texture();
+    mgr->create_scene()->add_node(texture);
+    EXPECT_TRUE(mgr->kill_all_scenes(&renderer));
+    EXPECT_FALSE(TextureMgr::get()->has_resource(texture));
+    EXPECT_EQ(texture->get_ref(), 1);
+    texture->release(nullptr, nullptr);
+}
+
 TEST_F(SceneMgrTest, a_2d_texture_is_a_texture_though_its_own_type_number_is_a_program_s_tag) {
     Texture* texture = TextureMgr::get()->create_texture_2d(2, 2, orvex::PF_RGBA_U8);
     ASSERT_EQ(texture->get_type(), static_cast<int>(orvex::NODE_TYPE_GPU_PROGRAM));
