@@ -40,9 +40,7 @@ bool TcpServer::is_running() const {
 }
 
 bool TcpServer::init() {
-    if (const auto core = data->core())
-        return core->start();
-    return data->make_core();
+    return data->start_core() != nullptr;
 }
 
 std::shared_ptr<ServerSocketCore> TcpServer::TcpServerData::core() const {
@@ -50,15 +48,17 @@ std::shared_ptr<ServerSocketCore> TcpServer::TcpServerData::core() const {
     return socket_core;
 }
 
-bool TcpServer::TcpServerData::make_core() {
-    auto core = std::make_shared<ServerSocketCore>();
-    if (!core->start()) {
-        LogMgr::get()->trace_error("orvex::TcpServer::run() - unable to start the socket core.");
-        return false;
+/// Makes the core if there is none, and starts it.
+/// @return null if it doesn't start
+std::shared_ptr<ServerSocketCore> TcpServer::TcpServerData::start_core() {
+    {
+        const std::lock_guard guard(mutex);
+        auto core = socket_core ? socket_core : std::make_shared<ServerSocketCore>();
+        if (core->start())
+            return socket_core = std::move(core);
     }
-    const std::lock_guard guard(mutex);
-    socket_core = std::move(core);
-    return true;
+    LogMgr::get()->trace_error("orvex::TcpServer::run() - unable to start the socket core.");
+    return nullptr;
 }
 
 bool TcpServer::stop() {
@@ -94,16 +94,17 @@ void finish(TcpServerClientThreadParams* params) {
 
 bool TcpServer::cleanup_client_threads() {
     TcpServerData::Slots slots{};
+    bool has_core = false;
     {
         const std::lock_guard guard(data->mutex);
-        if (!data->socket_core)
-            return false;
+        has_core = data->socket_core != nullptr;
         slots.swap(data->client_threads);
     }
+    // Without a core there are clients only if the server still took some in after a `stop`.
     for (TcpServerClientThreadParams* params : slots)
         if (params)
             finish(params);
-    return true;
+    return has_core;
 }
 
 void TcpServer::set_client_proc(TcpServerClientProc proc, void* user_data) {

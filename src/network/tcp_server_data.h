@@ -46,7 +46,7 @@ struct TcpServer::TcpServerData {
     std::vector<Socket*> old_listeners; ///< records; the descriptors stay open
 
     std::shared_ptr<ServerSocketCore> core() const;
-    bool make_core();
+    std::shared_ptr<ServerSocketCore> start_core();
     bool is_stop_message(std::string_view message) const;
     void shut_down_clients();
 

@@ -59,11 +59,10 @@ TcpServer::TcpServerData::Service::Service(TcpServer* server, TcpServerData& dat
 bool TcpServer::TcpServerData::Service::begin() {
     data.is_running = false;
     core = data.core();
-    if (!core) {
-        if (!data.make_core())
-            return false;
-        core = data.core();
-    }
+    if (!core)
+        core = data.start_core();
+    if (!core)
+        return false;
     listener = core->create_tcp_server_socket(port);
     if (!listener) {
         LogMgr::get()->trace_error("orvex::TcpServer::run() - unable to create a TCP socket.");
