@@ -4,6 +4,7 @@
 #include <exception>
 
 #include "geometry/mesh_data_packed.h"
+#include "geometry/shared_store.h"
 #include "kernel/large_pages.h"
 #include "kernel/log_mgr.h"
 #include "math/mat4.h"
@@ -93,23 +94,14 @@ bool Mesh::cleanup_mesh_data(Renderer* renderer) {
 }
 
 bool Mesh::_set_mesh_data(Renderer* renderer, MeshData* data) {
-    // Dropping one's own store to take it again would free it in between.
-    if (data != mesh_data && mesh_data) {
-        mesh_data->dec_ref();
-        if (mesh_data->get_ref() == 0) {
-            if (renderer)
-                renderer->vertex_buffer_kill(mesh_data);
-            free_mesh_data();
-            delete mesh_data;
-        }
-        mesh_data = nullptr;
-    }
-    if (!data)
-        return true;
-    if (data != mesh_data)
-        data->inc_ref();
-    mesh_data = data;
-    mesh_data->mesh_id = get_id();
+    take_store(mesh_data, data, [this, renderer] {
+        if (renderer)
+            renderer->vertex_buffer_kill(mesh_data);
+        free_mesh_data();
+        delete mesh_data;
+    });
+    if (mesh_data)
+        mesh_data->mesh_id = get_id();
     return true;
 }
 

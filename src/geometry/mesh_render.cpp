@@ -1,9 +1,7 @@
 #include "geometry/mesh.h"
 
-#include "assets/material.h"
 #include "geometry/mesh_data.h"
-#include "gpu/gpu_program_data.h"
-#include "renderer/renderer.h"
+#include "geometry/render_with_material.h"
 
 namespace orvex {
 
@@ -11,21 +9,7 @@ void Mesh::_render(Renderer* renderer) {
     if (!renderer)
         return;
     const MaterialSubset* subset = mesh_data ? mesh_data->current_subset : nullptr;
-    Material* const material = get_material_by_index(subset ? subset->material : 0);
-    if (material)
-        material->bind(renderer);
-
-    GpuProgramData* const program = renderer->gpu_program_get_active_program();
-    const bool fixed_texturing = !program && material && material->get_num_textures() > 0;
-    if (fixed_texturing)
-        renderer->set_texture2d_state(true);
-    render_apply_automatic_uniforms(renderer, program, get_use_fixed_mvp_matrices_state());
-    render_geometry(renderer);
-
-    if (material)
-        material->unbind(renderer);
-    if (fixed_texturing)
-        renderer->set_texture2d_state(false);
+    render_with_material(*this, *renderer, get_material_by_index(subset ? subset->material : 0));
 }
 
 void Mesh::render_geometry(Renderer* renderer) {

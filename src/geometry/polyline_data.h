@@ -95,6 +95,9 @@ struct ORVEX_API PolylineData {
     /// `Renderer::polyline_vb_kill` ends them.
     ~PolylineData();
 
+    /// Frees the vertices, whatever the vertex count says, which keeps its value.
+    void free_vertices();
+
     void inc_ref();      ///< one more user of the store
     void dec_ref();      ///< one user less; stops at 0, and never deletes
     int get_ref() const; ///< number of users

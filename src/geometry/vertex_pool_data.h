@@ -15,7 +15,7 @@ namespace orvex {
 struct VertexPoolGpuState {
     unsigned long vertex_buffer_bytes = 0;       ///< size last allocated
     unsigned int vertex_array_vertex_buffer = 0; ///< vertex buffer that the array points into
-    bool vertex_array_separate = false;          ///< layout that the array was recorded for
+    bool separate = false;                       ///< layout that the buffer was made for
     bool vertex_array_stale = false; ///< its pointers no longer fit: it is to be recorded anew
 };
 

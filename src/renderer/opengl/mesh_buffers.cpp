@@ -32,7 +32,11 @@ GLenum usage(BUFFER_OBJECT_USAGE forced, unsigned int& own) {
 } // namespace
 
 GLenum vertex_usage(const Context& context, MeshData& mesh) {
-    return usage(context.forced_vertex_usage, mesh.vertex_buffer_usage);
+    return vertex_usage(context, mesh.vertex_buffer_usage);
+}
+
+GLenum vertex_usage(const Context& context, unsigned int& record_usage) {
+    return usage(context.forced_vertex_usage, record_usage);
 }
 
 GLenum index_usage(const Context& context, MeshData& mesh) {

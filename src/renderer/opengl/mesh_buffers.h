@@ -38,6 +38,8 @@ Attributes attributes_of(MeshData& mesh);
 
 /// Usage of a new vertex buffer; writes the static default into a record that asks for none.
 GLenum vertex_usage(const Context& context, MeshData& mesh);
+/// The same for the usage of another kind of record.
+GLenum vertex_usage(const Context& context, unsigned int& record_usage);
 /// The same for buffers of indices.
 GLenum index_usage(const Context& context, MeshData& mesh);
 

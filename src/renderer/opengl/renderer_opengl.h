@@ -519,6 +519,13 @@ private:
     bool vertex_buffer_finish_gl2(MeshData* mesh);
     bool vertex_buffer_kill_gl3(MeshData* mesh);
     bool vertex_buffer_kill_gl2(MeshData* mesh);
+
+    bool _vertex_pool_render_prepare_gl2(VertexPoolData* pool);
+    bool _vertex_pool_render_prepare_gl3(VertexPoolData* pool);
+    bool _vertex_pool_render_prepare_separate_arrays_gl2(VertexPoolData* pool);
+    bool _vertex_pool_render_prepare_separate_arrays_gl3(VertexPoolData* pool);
+    bool _vertex_pool_render_finish_gl2(VertexPoolData* pool);
+    bool _vertex_pool_render_finish_gl3(VertexPoolData* pool);
     unsigned int delete_buffer(unsigned int id);
 
     void activate_texture_unit(unsigned long unit);

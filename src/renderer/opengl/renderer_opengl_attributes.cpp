@@ -3,6 +3,7 @@
 #include <cstdio>
 
 #include "geometry/mesh_data.h"
+#include "geometry/polyline_data.h"
 #include "gpu/gpu_program_data.h"
 
 // The names of vertex attributes: where they stand in a program, and where the engine wants them.
@@ -107,27 +108,35 @@ bool RendererOpenGL::gpu_program_update_instancing_vertex_attrib_locations_mesh(
     return true;
 }
 
-bool RendererOpenGL::gpu_program_update_user_vertex_attrib_locations_mesh(GpuProgramData* program,
-                                                                          MeshData* mesh) {
-    if (!program || !mesh || mesh->num_user_attribs == 0) {
+namespace {
+
+template<class Record>
+bool look_up_user_attribs(RendererOpenGL& renderer, GpuProgramData* program, Record* record) {
+    if (!program || !record || record->num_user_attribs == 0) {
         return false;
     }
-    if (!mesh->user_attribs_allocated) {
+    if (!record->user_attribs_allocated) {
         return true;
     }
-    for (unsigned long i = 0; i < mesh->num_user_attribs; ++i) {
+    for (unsigned long i = 0; i < record->num_user_attribs; ++i) {
         char name[64];
         std::snprintf(name, sizeof name, "orvex_Attrib%d", static_cast<int>(i));
-        mesh->user_attribs[i].attrib_location =
-            gpu_program_get_vertex_attrib_location(program, name);
+        record->user_attribs[i].attrib_location =
+            renderer.gpu_program_get_vertex_attrib_location(program, name);
     }
     return true;
 }
 
-// There are no polylines to look at yet.
-bool RendererOpenGL::gpu_program_update_user_vertex_attrib_locations_polyline(GpuProgramData*,
-                                                                              PolylineData*) {
-    return false;
+} // namespace
+
+bool RendererOpenGL::gpu_program_update_user_vertex_attrib_locations_mesh(GpuProgramData* program,
+                                                                          MeshData* mesh) {
+    return look_up_user_attribs(*this, program, mesh);
+}
+
+bool RendererOpenGL::gpu_program_update_user_vertex_attrib_locations_polyline(
+    GpuProgramData* program, PolylineData* polyline) {
+    return look_up_user_attribs(*this, program, polyline);
 }
 
 } // namespace orvex

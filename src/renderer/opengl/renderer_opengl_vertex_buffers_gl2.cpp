@@ -4,7 +4,7 @@
 #include <memory>
 #include <new>
 
-#include "renderer/opengl/mesh_buffers.h"
+#include "renderer/opengl/client_pointers.h"
 
 namespace orvex {
 
@@ -54,64 +54,6 @@ void upload_records(const Context& context, MeshData& mesh, unsigned long bytes)
     upload(context, 0, bytes, padded.get());
 }
 
-/// Where one attribute lies in the bound vertex buffer.
-struct Place {
-    unsigned int buffer;
-    unsigned long num_vertices;
-    unsigned int dim;
-    GLsizei stride;
-    const void* offset;
-};
-
-bool select_client_unit(const Context& context, GLenum unit) {
-    if (context.gl.glClientActiveTexture)
-        context.gl.glClientActiveTexture(unit);
-    return context.gl.glClientActiveTexture != nullptr;
-}
-
-void point_generic(const Context& context, ClientArrays& arrays, int location, const Place& place) {
-    arrays.enable_generic(context.gl, location, place.buffer, place.num_vertices);
-    context.gl.glVertexAttribPointer(static_cast<GLuint>(location), static_cast<GLint>(place.dim),
-                                     GL_FLOAT, GL_FALSE, place.stride, place.offset);
-}
-
-void point_uv(const Context& context, ClientArrays& arrays, ClientArray array, const Place& place) {
-    if (!select_client_unit(context, array == ClientArray::uv0 ? GL_TEXTURE0 : GL_TEXTURE1))
-        return;
-    glTexCoordPointer(static_cast<GLint>(place.dim), GL_FLOAT, place.stride, place.offset);
-    arrays.enable(array, place.buffer, place.num_vertices);
-}
-
-/// Points one of a record's six attributes. The fixed pipeline has no tangents: those are a generic
-/// array.
-void point_attribute(const Context& context, ClientArrays& arrays, int index, int location,
-                     const Place& place) {
-    const auto dim = static_cast<GLint>(place.dim);
-    switch (index) {
-    case at_position:
-        glVertexPointer(dim, GL_FLOAT, place.stride, place.offset);
-        arrays.enable(ClientArray::vertex, place.buffer, place.num_vertices);
-        return;
-    case at_color:
-        glColorPointer(dim, GL_FLOAT, place.stride, place.offset);
-        arrays.enable(ClientArray::color, place.buffer, place.num_vertices);
-        return;
-    case at_normal:
-        glNormalPointer(GL_FLOAT, place.stride, place.offset);
-        arrays.enable(ClientArray::normal, place.buffer, place.num_vertices);
-        return;
-    case at_uv0:
-        point_uv(context, arrays, ClientArray::uv0, place);
-        return;
-    case at_uv1:
-        point_uv(context, arrays, ClientArray::uv1, place);
-        return;
-    default:
-        if (location >= 0)
-            point_generic(context, arrays, location, place);
-    }
-}
-
 void point_interleaved(const Context& context, ClientArrays& arrays, MeshData& mesh) {
     const auto stride = static_cast<GLsizei>(mesh.get_vertex_elt_size());
     const Attributes attributes = attributes_of(mesh);
@@ -119,17 +61,17 @@ void point_interleaved(const Context& context, ClientArrays& arrays, MeshData& m
     for (int i = at_position; i <= at_tangent; ++i) {
         const Attribute& attribute = attributes[static_cast<unsigned long>(i)];
         if (attribute.element_size > 0)
-            point_attribute(context, arrays, i, attribute.location,
-                            {mesh.vertex_buffer_id, mesh.num_vertices, attribute.dim, stride,
-                             buffer_offset(offset)});
+            point_client_attribute(context, arrays, i, attribute.location,
+                                   {mesh.vertex_buffer_id, mesh.num_vertices, attribute.dim, stride,
+                                    buffer_offset(offset)});
         offset += attribute.element_size;
     }
     for (unsigned long i = 0; i < mesh.num_user_attribs; ++i) {
         const VertexAttribArray& user = mesh.user_attribs[i];
         if (user.attrib_location >= 0)
-            point_generic(context, arrays, user.attrib_location,
-                          {mesh.vertex_buffer_id, mesh.num_vertices, user.get_vector_dim(), stride,
-                           buffer_offset(offset)});
+            point_client_generic(context, arrays, user.attrib_location,
+                                 {mesh.vertex_buffer_id, mesh.num_vertices, user.get_vector_dim(),
+                                  stride, buffer_offset(offset)});
         offset += user.get_element_size();
     }
 }
@@ -147,17 +89,17 @@ void point_separate(const Context& context, ClientArrays& arrays, MeshData& mesh
     for (int i = at_position; i <= at_tangent; ++i) {
         const Attribute& attribute = attributes[static_cast<unsigned long>(i)];
         if (attribute.data)
-            point_attribute(context, arrays, i, attribute.location,
-                            {mesh.vertex_buffer_id, mesh.num_vertices, attribute.dim,
-                             separate_stride(i, attribute), buffer_offset(offset)});
+            point_client_attribute(context, arrays, i, attribute.location,
+                                   {mesh.vertex_buffer_id, mesh.num_vertices, attribute.dim,
+                                    separate_stride(i, attribute), buffer_offset(offset)});
         offset += block_bytes(mesh, attribute);
     }
     for (unsigned long i = 0; i < mesh.num_user_attribs; ++i) {
         const VertexAttribArray& user = mesh.user_attribs[i];
         if (user.attrib_location >= 0)
-            point_generic(context, arrays, user.attrib_location,
-                          {mesh.vertex_buffer_id, mesh.num_vertices, user.get_vector_dim(), 0,
-                           buffer_offset(offset)});
+            point_client_generic(context, arrays, user.attrib_location,
+                                 {mesh.vertex_buffer_id, mesh.num_vertices, user.get_vector_dim(),
+                                  0, buffer_offset(offset)});
         offset += user_block_bytes(mesh);
     }
 }

@@ -1,0 +1,96 @@
+#include "geometry/vertex_pool_data.h"
+
+#include <algorithm>
+
+#include "kernel/large_pages.h"
+#include "math/aligned_new.h"
+
+namespace orvex {
+
+namespace {
+
+const vec4 white(1.0f, 1.0f, 1.0f, 1.0f);
+
+void make_records(VertexPoolData& store, unsigned long count) {
+    store.vertices = new_large_array<Vertex>(count);
+    for (unsigned long i = 0; i < count; ++i)
+        store.vertices[i].color = white;
+}
+
+template<class Array, class Element>
+void make_array(Array& array, Element* elements, unsigned long count) {
+    array.data = elements;
+    array.num_elements = count;
+}
+
+void make_separate_arrays(VertexPoolData& store, unsigned long count) {
+    make_array(store.position, new_large_array<vec3>(count), count);
+    make_array(store.normal, new_large_array<vec3>(count), count);
+    make_array(store.color, new_large_array<vec4>(count), count);
+    std::fill_n(store.color.data, count, white);
+}
+
+} // namespace
+
+VertexPoolData::VertexPoolData() {
+    position.attrib_location = 0;
+    color.attrib_location = 1;
+    normal.attrib_location = 2;
+}
+
+VertexPoolData::~VertexPoolData() {
+    cleanup();
+}
+
+bool VertexPoolData::init(unsigned long count) {
+    if (count == 0)
+        return false;
+    cleanup();
+    num_vertices = count;
+    make_records(*this, count);
+    return true;
+}
+
+bool VertexPoolData::init_v2(unsigned long count, bool separate) {
+    if (count == 0)
+        return false;
+    cleanup();
+    num_vertices = count;
+    separate_vertex_arrays = separate;
+    if (separate)
+        make_separate_arrays(*this, count);
+    else
+        make_records(*this, count);
+    return true;
+}
+
+namespace {
+
+/// Frees an array by the road it came. A host may have put an aligned one in its place.
+template<class Array, class Element>
+void free_array(Array& array, void (*aligned_delete)(Element**, unsigned long, unsigned char**)) {
+    if (array.raw_ptr)
+        aligned_delete(&array.data, array.num_elements, &array.raw_ptr);
+    else
+        delete[] array.data;
+    array.reset();
+}
+
+} // namespace
+
+bool VertexPoolData::cleanup() {
+    delete[] vertices;
+    vertices = nullptr;
+    free_array(position, AlignedDelete_vec3);
+    free_array(normal, AlignedDelete_vec3);
+    free_array(color, AlignedDelete_vec4);
+    return true;
+}
+
+bool VertexPoolData::has_points() const {
+    if (num_vertices == 0)
+        return false;
+    return separate_vertex_arrays ? position.data && color.data : vertices != nullptr;
+}
+
+} // namespace orvex
