@@ -41,7 +41,7 @@ constexpr std::size_t cache_line = 64;
     const auto& record = ObjectAccess::record(object);
     prefetch(TripodAccess::record(record.tripod), tripod_bytes);
     if (!record.materials.empty())
-        prefetch(record.materials.data(), sizeof(Material*));
+        prefetch(record.materials.data(), 1); // the line of the first
 }
 
 const Material* first_material(const Object& object) {
