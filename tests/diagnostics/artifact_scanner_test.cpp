@@ -124,9 +124,10 @@ TEST_F(ArtifactScannerTest, keeps_adding_until_the_counters_are_reset) {
 
 TEST_F(ArtifactScannerTest, takes_a_new_reference_after_every_kind_of_reset) {
     using Reset = void (ArtifactScanner::*)();
-    for (const Reset reset :
-         {&ArtifactScanner::reset_ref_texture, &ArtifactScanner::reset_artifacts_counters,
-          &ArtifactScanner::update_ref_texture}) {
+    static constexpr Reset resets[] = {&ArtifactScanner::reset_ref_texture,
+                                       &ArtifactScanner::reset_artifacts_counters,
+                                       &ArtifactScanner::update_ref_texture};
+    for (const Reset reset : resets) {
         EXPECT_TRUE(run());
         spoil({3});
         EXPECT_TRUE(run());
