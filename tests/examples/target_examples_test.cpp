@@ -51,7 +51,7 @@ protected:
     }
 };
 INSTANTIATE_TEST_SUITE_P(on, TargetExample, testing::Values("gl2", "gl3"),
-                         [](const auto& info) { return std::string(info.param); });
+                         [](const auto& row) { return std::string(row.param); });
 
 TEST_P(TargetExample, shows_a_resolved_target_on_a_quad) {
     expect_picture(OFFSCREEN, "offscreen");
