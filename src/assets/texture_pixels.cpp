@@ -96,9 +96,10 @@ void copy_what_fits(unsigned char* pixels, unsigned long bytes,
     std::fill_n(pixels + copied, bytes - copied, static_cast<unsigned char>(0));
 }
 
-/// Rows as the API packs them, to a multiple of four bytes.
+/// Room for rows as the API packs them: to a multiple of four bytes, unless the host set another
+/// alignment, of which eight is the largest.
 unsigned long packed_size(unsigned long width, unsigned long height, unsigned long channels) {
-    return (width * channels + 3) / 4 * 4 * height;
+    return (width * channels + 7) / 8 * 8 * height;
 }
 
 } // namespace

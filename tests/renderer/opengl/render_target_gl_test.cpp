@@ -671,4 +671,17 @@ TEST_P(RenderTargetTest, is_read_into_a_texture_as_a_square) {
     EXPECT_FALSE(texture.update_pixmap_rgba_u8_from_render_target(target, 0)) << "resolve it first";
 }
 
+// Rows of nine bytes take sixteen each then.
+TEST_P(RenderTargetTest, is_read_into_a_texture_with_the_widest_packing_too) {
+    create(3, 3);
+    target->activate();
+    clear(1, 0, 0, 1);
+    target->deactivate();
+    glPixelStorei(GL_PACK_ALIGNMENT, 8);
+    Texture texture;
+    EXPECT_TRUE(texture.update_pixmap_rgb_u8_from_render_target(target, 0));
+    EXPECT_EQ(Bytes(texture.get_pixmap_u8_ptr(), texture.get_pixmap_u8_ptr() + 3),
+              Bytes(red.begin(), red.begin() + 3));
+}
+
 } // namespace
