@@ -393,6 +393,12 @@ TEST_P(RenderTargetTest, tells_when_a_rectangle_is_to_have_samples) {
     EXPECT_FALSE(target->create_target_rect_v2(4, 4, PF_RGBA_U8, 2, false, false, true, 2));
 }
 
+TEST_P(RenderTargetTest, tells_when_textures_are_to_have_more_samples_than_there_are) {
+    EXPECT_FALSE(target->create_target(4, 4, PF_RGBA_U8, false, false, true, 1000));
+    EXPECT_EQ(errors(), incomplete_attachment);
+    EXPECT_TRUE(create(4, 4, 4)) << "and goes on";
+}
+
 TEST_P(RenderTargetTest, gathers_error_lines_until_they_are_cleared) {
     EXPECT_FALSE(target->create_target(0, 0, PF_RGBA_U8, false, false, true, 0));
     EXPECT_FALSE(target->create_target_depth(0, 4, false, false));
