@@ -4,6 +4,7 @@
 
 #include "renderer/opengl/gl_enums.h"
 #include "renderer/opengl/renderer_opengl_ctx.h"
+#include "renderer/opengl/texture_parameters.h"
 
 namespace orvex {
 
@@ -39,15 +40,9 @@ bool RenderTargetOpenGL::start_over(bool rectangle_textures) {
 namespace {
 
 void set_sampling(GLenum target, GLint filter, GLint wrap) {
-    glTexParameteri(target, GL_TEXTURE_MAG_FILTER, filter);
-    glTexParameteri(target, GL_TEXTURE_MIN_FILTER, filter);
+    set_texture_filters(target, filter, filter);
     glTexParameteri(target, GL_TEXTURE_WRAP_S, wrap);
     glTexParameteri(target, GL_TEXTURE_WRAP_T, wrap);
-}
-
-void limit_to_base_level(GLenum target) {
-    glTexParameteri(target, GL_TEXTURE_BASE_LEVEL, 0);
-    glTexParameteri(target, GL_TEXTURE_MAX_LEVEL, 0);
 }
 
 GLenum texture_target(int samples) {

@@ -4,6 +4,7 @@
 
 #include "assets/texture_data.h"
 #include "renderer/opengl/gl_enums.h"
+#include "renderer/opengl/texture_parameters.h"
 #include "renderer/opengl/texture_pixels.h"
 
 namespace orvex {
@@ -40,11 +41,6 @@ void finish_load(TextureData* texture) {
     texture->needs_gpu_update = false;
 }
 
-void set_filters(GLenum target, GLint magnification, GLint minification) {
-    glTexParameteri(target, GL_TEXTURE_MAG_FILTER, magnification);
-    glTexParameteri(target, GL_TEXTURE_MIN_FILTER, minification);
-}
-
 // Only linear counts here: trilinear filtering acts as nearest until it is set once more.
 bool loads_linear(TextureData const* texture) {
     return texture->filtering_mode == FILTERING_LINEAR;
@@ -52,12 +48,7 @@ bool loads_linear(TextureData const* texture) {
 
 void set_plain_filters(TextureData const* texture, GLenum target) {
     GLint const filter = loads_linear(texture) ? GL_LINEAR : GL_NEAREST;
-    set_filters(target, filter, filter);
-}
-
-void limit_to_base_level(GLenum target) {
-    glTexParameteri(target, GL_TEXTURE_BASE_LEVEL, 0);
-    glTexParameteri(target, GL_TEXTURE_MAX_LEVEL, 0);
+    set_texture_filters(target, filter, filter);
 }
 
 } // namespace
@@ -65,9 +56,9 @@ void limit_to_base_level(GLenum target) {
 void RendererOpenGL::make_mipmaps(TextureData* texture, unsigned int target) {
     gl.glGenerateMipmap(target);
     if (loads_linear(texture)) {
-        set_filters(target, GL_LINEAR, GL_LINEAR_MIPMAP_LINEAR);
+        set_texture_filters(target, GL_LINEAR, GL_LINEAR_MIPMAP_LINEAR);
     } else {
-        set_filters(target, GL_NEAREST, GL_NEAREST_MIPMAP_NEAREST);
+        set_texture_filters(target, GL_NEAREST, GL_NEAREST_MIPMAP_NEAREST);
     }
 }
 
@@ -307,13 +298,13 @@ void RendererOpenGL::set_texture_filtering_mode(TextureData* texture, SAMPLER_FI
     GLenum const target = _get_gl_texture_target(texture);
     switch (mode) {
     case FILTERING_NEAREST:
-        return set_filters(target, GL_NEAREST, GL_NEAREST);
+        return set_texture_filters(target, GL_NEAREST, GL_NEAREST);
     case FILTERING_TRILINEAR:
-        return set_filters(target, GL_LINEAR, GL_LINEAR_MIPMAP_LINEAR);
+        return set_texture_filters(target, GL_LINEAR, GL_LINEAR_MIPMAP_LINEAR);
     case FILTERING_LINEAR:
         break;
     }
-    set_filters(target, GL_LINEAR, GL_LINEAR);
+    set_texture_filters(target, GL_LINEAR, GL_LINEAR);
 }
 
 void RendererOpenGL::set_texture_anisotropy(TextureData* texture, float value) {
