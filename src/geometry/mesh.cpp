@@ -1,5 +1,6 @@
 #include "geometry/mesh.h"
 
+#include <algorithm>
 #include <cstring>
 #include <exception>
 
@@ -181,7 +182,8 @@ void allocate_face_lists(MeshData& store, unsigned long count, bool wide) {
     else
         store.faces_u16 = new FaceU16[count];
     store.face_normals = new_large_array<vec4>(count);
-    store.face_materials = new int[count]();
+    store.face_materials = new_large_array<int>(count);
+    std::fill_n(store.face_materials, count, 0);
 }
 
 } // namespace

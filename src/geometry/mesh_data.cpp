@@ -1,5 +1,6 @@
 #include "geometry/mesh_data.h"
 
+#include <algorithm>
 #include <cstring>
 #include <exception>
 
@@ -335,7 +336,8 @@ bool MeshData::alloc_quad_edge_data(unsigned long count) {
     quad_edges = nullptr;
     num_quad_edges = 0;
     try {
-        quad_edges = new unsigned int[count]();
+        quad_edges = new_large_array<unsigned int>(count);
+        std::fill_n(quad_edges, count, 0u);
     } catch (const std::bad_alloc&) {
         return false;
     }
