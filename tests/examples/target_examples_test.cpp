@@ -1,49 +1,17 @@
 // Runs the examples of off-screen drawing on both paths and looks at what they write.
 
-#include <array>
-#include <cstdio>
-#include <optional>
 #include <string>
 
-#include <gtest/gtest.h>
-
-#include <sys/wait.h>
-
-#include "support/picture.h"
-#include "support/temp_dir.h"
+#include "examples/example_picture.h"
 
 namespace {
 
-using orvex::test::TempDir;
 using namespace orvex_test;
-
-/// Runs a command; its output, with the exit code behind it when that isn't 0.
-std::string output_of(std::string const& command) {
-    std::FILE* const pipe = popen((command + " 2>&1").c_str(), "r");
-    if (!pipe)
-        return "no pipe";
-    std::string text;
-    std::array<char, 512> part;
-    while (std::fgets(part.data(), static_cast<int>(part.size()), pipe))
-        text += part.data();
-    const int status = pclose(pipe);
-    if (!WIFEXITED(status) || WEXITSTATUS(status) != 0)
-        text += "exit " + std::to_string(status);
-    return text;
-}
 
 class TargetExample : public testing::TestWithParam<char const*> {
 protected:
-    /// Runs an example that writes a picture, and compares that with the golden one. Pictures are
-    /// stored with losses, so that the last bit says nothing.
     void expect_picture(std::string const& program, std::string const& name) {
-        const TempDir folder;
-        const std::string path = folder.file(name + ".jpg");
-        EXPECT_EQ(output_of("'" + program + "' " + GetParam() + " '" + path + "'"), "");
-        const std::optional<Picture> picture = read_picture(path);
-        ASSERT_TRUE(picture.has_value());
-        EXPECT_TRUE(compare_with_golden(ORVEX_TEST_DATA_DIR "/golden", ORVEX_TEST_OUTPUT_DIR, name,
-                                        *picture, false));
+        expect_example_picture(program, GetParam(), name);
     }
 
     std::string scan(std::string const& arguments) {

@@ -1,8 +1,11 @@
 #include <cstdlib>
 #include <new>
+#include <stdexcept>
+#include <string>
 
 #include <gtest/gtest.h>
 
+#include "geometry/curve.h"
 #include "geometry/mesh_data_packed.h"
 #include "support/log_capture.h"
 
@@ -10,19 +13,25 @@ using namespace orvex;
 
 namespace {
 
-bool arrays_are_refused = false;
+/// What array `new` throws instead of allocating.
+enum class Refusal { none, standard_exception, unknown };
 
-/// While one lives, array `new` throws something that is no `std::exception`.
+Refusal refusal_of_arrays = Refusal::none;
+
+/// While one lives, array `new` throws: if not told otherwise, something that is no
+/// `std::exception`.
 struct RefuseArrays {
-    RefuseArrays() { arrays_are_refused = true; }
-    ~RefuseArrays() { arrays_are_refused = false; }
+    explicit RefuseArrays(Refusal refusal = Refusal::unknown) { refusal_of_arrays = refusal; }
+    ~RefuseArrays() { refusal_of_arrays = Refusal::none; }
 };
 
 } // namespace
 
 void* operator new[](std::size_t size) {
-    if (arrays_are_refused)
+    if (refusal_of_arrays == Refusal::unknown)
         throw 42;
+    if (refusal_of_arrays == Refusal::standard_exception)
+        throw std::runtime_error("refused");
     if (void* block = std::malloc(size == 0 ? 1 : size))
         return block;
     throw std::bad_alloc();
@@ -58,6 +67,36 @@ TEST(AllocationFailure, of_no_standard_type_is_reported_by_a_packed_format) {
     EXPECT_FALSE(allocate_without_memory(store));
     EXPECT_TRUE(log.has("<o> MeshData_64::alloc_vertex_data() - exception: unknown"));
     EXPECT_EQ(log.messages().size(), 1u);
+}
+
+/// The messages of a curve, and of a curve of a graph, whose values can't be made.
+template<class Alloc>
+std::string message_of(Refusal refusal, Alloc alloc) {
+    const test::LogCapture log;
+    {
+        const RefuseArrays refused(refusal);
+        EXPECT_FALSE(alloc());
+    }
+    EXPECT_EQ(log.messages().size(), 1u);
+    return log.messages().empty() ? "" : log.messages().front();
+}
+
+TEST(AllocationFailure, of_a_curve_is_told_by_its_type) {
+    Curve* const curve = new Curve;
+    const auto alloc = [curve] { return curve->alloc(3); };
+    EXPECT_EQ(message_of(Refusal::standard_exception, alloc),
+              "<*> std::exception exception caught - what: refused");
+    EXPECT_EQ(message_of(Refusal::unknown, alloc), "<*> unknown exception caught");
+    EXPECT_TRUE(curve->alloc(3));
+    curve->release(nullptr, nullptr);
+}
+
+TEST(AllocationFailure, of_a_graphs_curve_leaves_a_record_that_can_be_ended) {
+    _Curve2D record;
+    EXPECT_EQ(message_of(Refusal::unknown, [&record] { return record.init(3); }),
+              "<*> unknown exception caught");
+    EXPECT_TRUE(record.cleanup(nullptr));
+    EXPECT_EQ(record.curve, nullptr);
 }
 
 } // namespace

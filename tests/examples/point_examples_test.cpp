@@ -1,0 +1,23 @@
+// Runs the examples of points and lines on both paths and looks at what they write.
+
+#include <string>
+
+#include "examples/example_picture.h"
+
+namespace {
+
+using namespace orvex_test;
+
+class PointExample : public testing::TestWithParam<char const*> {};
+INSTANTIATE_TEST_SUITE_P(on, PointExample, testing::Values("gl2", "gl3"),
+                         [](const auto& row) { return std::string(row.param); });
+
+TEST_P(PointExample, shows_points_before_and_after_a_compute_program_moved_them) {
+    expect_example_picture(COMPUTE_POINTS, GetParam(), "compute_points");
+}
+
+TEST_P(PointExample, shows_lines_of_every_kind) {
+    expect_example_picture(CURVES, GetParam(), "curves");
+}
+
+} // namespace
