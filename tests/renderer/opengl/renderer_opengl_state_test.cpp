@@ -334,14 +334,8 @@ TEST_P(RendererOpenGLState, reads_the_frame_bottom_row_first_and_without_padding
                  "glPixelStorei(GL_UNPACK_ALIGNMENT, 4)", "glGetIntegerv(GL_VIEWPORT, ptr)",
                  "glReadBuffer(GL_BACK)",
                  "glReadPixels(0, 0, 3, 2, GL_RGBA, GL_UNSIGNED_BYTE, ptr)"}));
-    std::vector<unsigned char> expected;
-    for (int i = 0; i < 3; ++i) {
-        expected.insert(expected.end(), {255, 0, 0, 255});
-    }
-    for (int i = 0; i < 3; ++i) {
-        expected.insert(expected.end(), {0, 255, 0, 0});
-    }
-    expected.push_back(77);
+    const std::vector<unsigned char> expected = {255, 0, 0, 255, 255, 0, 0, 255, 255, 0, 0, 255, 0,
+                                                 255, 0, 0, 0,   255, 0, 0, 0,   255, 0, 0, 77};
     EXPECT_EQ(pixels, expected);
 }
 
