@@ -4,23 +4,7 @@
 
 #include <pthread.h>
 
-namespace {
-
-orvex::test::NetworkCalls* calls = nullptr;
-
-} // namespace
-
-namespace orvex::test {
-
-NetworkCalls::NetworkCalls() {
-    calls = this;
-}
-
-NetworkCalls::~NetworkCalls() {
-    calls = nullptr;
-}
-
-} // namespace orvex::test
+using orvex::test::NetworkCalls;
 
 // The linker sends the engine's calls here (--wrap).
 extern "C" {
@@ -28,11 +12,11 @@ extern "C" {
 int __real_socket(int domain, int type, int protocol);
 int __wrap_socket(int domain, int type, int protocol);
 int __wrap_socket(int domain, int type, int protocol) {
-    if (!calls || !calls->keep_sockets_back)
+    if (!NetworkCalls::keep_sockets_back)
         return __real_socket(domain, type, protocol);
-    calls->domain = domain;
-    calls->type = type;
-    calls->protocol = protocol;
+    NetworkCalls::domain = domain;
+    NetworkCalls::type = type;
+    NetworkCalls::protocol = protocol;
     errno = EMFILE;
     return -1;
 }
@@ -44,7 +28,7 @@ int __wrap_pthread_create(pthread_t* thread, const pthread_attr_t* attributes, T
                           void* argument);
 int __wrap_pthread_create(pthread_t* thread, const pthread_attr_t* attributes, ThreadStart start,
                           void* argument) {
-    if (calls && calls->no_threads)
+    if (NetworkCalls::no_threads)
         return EAGAIN;
     return __real_pthread_create(thread, attributes, start, argument);
 }
@@ -52,7 +36,7 @@ int __wrap_pthread_create(pthread_t* thread, const pthread_attr_t* attributes, T
 bool __real__ZN5orvex10SocketCore5startEv(void* core);
 bool __wrap__ZN5orvex10SocketCore5startEv(void* core);
 bool __wrap__ZN5orvex10SocketCore5startEv(void* core) {
-    if (calls && calls->no_start)
+    if (NetworkCalls::no_start)
         return false;
     return __real__ZN5orvex10SocketCore5startEv(core);
 }

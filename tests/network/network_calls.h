@@ -1,23 +1,29 @@
 #pragma once
 
+#include <atomic>
+
 namespace orvex::test {
 
 /// What happens to the calls that the test program catches on their way from the engine, until the
-/// end of its scope. One at a time, set before threads start.
+/// end of its scope. One at a time; any thread may call.
 class NetworkCalls {
 public:
-    NetworkCalls();
+    NetworkCalls() = default;
     NetworkCalls(const NetworkCalls&) = delete;
     NetworkCalls& operator=(const NetworkCalls&) = delete;
-    ~NetworkCalls();
+    ~NetworkCalls() {
+        keep_sockets_back = false;
+        no_threads = false;
+        no_start = false;
+    }
 
-    bool keep_sockets_back = false; ///< `socket` fails, its arguments are noted
-    bool no_threads = false;        ///< `pthread_create` fails
-    bool no_start = false;          ///< `SocketCore::start` fails
+    static inline std::atomic<bool> keep_sockets_back = false; ///< `socket` fails, and is noted
+    static inline std::atomic<bool> no_threads = false;        ///< `pthread_create` fails
+    static inline std::atomic<bool> no_start = false;          ///< `SocketCore::start` fails
 
-    int domain = 0;
-    int type = 0;
-    int protocol = 0;
+    static inline std::atomic<int> domain = 0;
+    static inline std::atomic<int> type = 0;
+    static inline std::atomic<int> protocol = 0;
 };
 
 } // namespace orvex::test

@@ -26,7 +26,10 @@ inline bool has_descriptors_after_stop(long most) {
     return count == most || count == most - 1;
 }
 
+/// Threads of the process, with one that a tool under which it runs may start beside the first.
 inline long count_threads() {
+    static const bool had_one = (std::thread([] {}).join(), true);
+    static_cast<void>(had_one);
     return entries_of("/proc/self/task");
 }
 
@@ -40,6 +43,11 @@ bool eventually(Condition condition) {
         std::this_thread::yield();
     }
     return true;
+}
+
+/// A thread that was joined, or has detached itself, stays in the list for a moment.
+inline bool threads_become(long number) {
+    return eventually([number] { return count_threads() == number; });
 }
 
 /// Limits the number of open descriptors, or lifts the limit, until the end of its scope.

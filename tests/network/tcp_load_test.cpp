@@ -28,6 +28,7 @@ using test::has_descriptors_after_stop;
 using test::LogLines;
 using test::RawClient;
 using test::RunningServer;
+using test::threads_become;
 
 void answer(SocketCore* core, Socket* client, unsigned char* message, int size, void* user_data) {
     ++*static_cast<std::atomic<int>*>(user_data);
@@ -55,7 +56,7 @@ TEST_F(TcpLoadTest, serves_10000_connections_one_after_the_other) {
     EXPECT_TRUE(running.wait());
     EXPECT_EQ(calls, 10000);
     EXPECT_EQ(count_descriptors(), descriptors);
-    EXPECT_EQ(count_threads(), threads);
+    EXPECT_TRUE(threads_become(threads));
 }
 
 TEST_F(TcpLoadTest, serves_10000_connections_on_threads_of_their_own) {
@@ -71,7 +72,7 @@ TEST_F(TcpLoadTest, serves_10000_connections_on_threads_of_their_own) {
     running.ask("STOP_ORVEX_TCP_SERVER");
     EXPECT_TRUE(running.wait());
     EXPECT_EQ(calls, 10000);
-    EXPECT_TRUE(eventually([&] { return count_threads() == threads; }));
+    EXPECT_TRUE(threads_become(threads));
     EXPECT_EQ(count_descriptors(), descriptors);
 }
 
@@ -103,14 +104,14 @@ TEST_F(TcpLoadTest, holds_128_conversations_at_once_and_refuses_the_129th) {
             ASSERT_TRUE(client.send("all here"));
         for (RawClient& client : clients)
             ASSERT_EQ(client.receive(8), "all here");
-        EXPECT_EQ(count_threads(), threads + 1 + 128);
+        EXPECT_TRUE(threads_become(threads + 1 + 128));
         EXPECT_EQ(log.count(full_line), round - 1);
 
         RawClient refused(running.port());
         log.wait_for(full_line, round);
         EXPECT_TRUE(refused.is_open_and_silent());
         EXPECT_TRUE(server.cleanup_client_threads());
-        EXPECT_EQ(count_threads(), threads + 1);
+        EXPECT_TRUE(threads_become(threads + 1));
     }
     EXPECT_EQ(calls, 3 * 128);
     EXPECT_FALSE(running.stop_and_wait());
@@ -162,7 +163,7 @@ TEST_F(TcpLoadTest, goes_on_after_1000_broken_clients) {
     EXPECT_EQ(count_descriptors(), descriptors + broken_clients / 2)
         << "those that never sent anything";
     EXPECT_EQ(calls, broken_clients / 2 + good_clients);
-    EXPECT_EQ(count_threads(), threads);
+    EXPECT_TRUE(threads_become(threads));
 }
 
 TEST_F(TcpLoadTest, goes_on_after_1000_broken_clients_on_threads) {
@@ -174,7 +175,7 @@ TEST_F(TcpLoadTest, goes_on_after_1000_broken_clients_on_threads) {
     break_off_all(running);
     running.ask("STOP_ORVEX_TCP_SERVER");
     EXPECT_TRUE(running.wait());
-    EXPECT_TRUE(eventually([&] { return count_threads() == threads; }));
+    EXPECT_TRUE(threads_become(threads));
     EXPECT_EQ(count_descriptors(), descriptors + broken_clients / 2);
     EXPECT_EQ(calls, broken_clients / 2 + good_clients);
 }
@@ -199,7 +200,7 @@ TEST_F(TcpLoadTest, goes_on_after_1000_broken_conversations) {
     EXPECT_EQ(client.receive(11), "still here?");
     EXPECT_FALSE(running.stop_and_wait());
     EXPECT_TRUE(server.stop());
-    EXPECT_EQ(count_threads(), threads);
+    EXPECT_TRUE(threads_become(threads));
     EXPECT_TRUE(has_descriptors_after_stop(descriptors + 3))
         << "listener, client, and the connection that woke it";
 }

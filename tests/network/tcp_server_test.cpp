@@ -31,6 +31,7 @@ using test::LogLines;
 using test::NetworkCalls;
 using test::RawClient;
 using test::RunningServer;
+using test::threads_become;
 using Lines = std::vector<std::string>;
 
 constexpr char stop_text[] = "STOP_ORVEX_TCP_SERVER";
@@ -106,7 +107,7 @@ TEST_F(TcpServerTest, init_twice_keeps_one_core) {
     EXPECT_FALSE(server.cleanup_client_threads()) << "the one core is gone";
     EXPECT_TRUE(server.init());
     EXPECT_TRUE(log.take_all().empty());
-    EXPECT_EQ(count_threads(), before);
+    EXPECT_TRUE(threads_become(before));
 }
 
 /// Which core the callbacks see.
@@ -377,7 +378,7 @@ TEST_F(TcpServerTest, a_callback_may_end_its_own_connection) {
                 EXPECT_EQ(running.ask("x"), "") << row.name;
         }
     }
-    EXPECT_TRUE(eventually([&] { return count_threads() == threads + 1; }));
+    EXPECT_TRUE(threads_become(threads + 1));
     EXPECT_TRUE(eventually([&] { return count_descriptors() == descriptors; }));
 }
 
@@ -416,14 +417,21 @@ TEST_F(TcpServerTest, a_callback_that_throws_leaves_run_and_closes_its_connectio
 /// Keeps callbacks of any number until the test lets them go.
 class Gate {
 public:
+    Gate() = default;
+    Gate(const Gate&) = delete;
+    Gate& operator=(const Gate&) = delete;
+    ~Gate() {
+        while (inside > 0)
+            std::this_thread::yield();
+    }
+
     static void wait(SocketCore* core, Socket* client, unsigned char* message, int size,
                      void* user_data) {
         auto& gate = *static_cast<Gate*>(user_data);
-        std::unique_lock guard(gate.mutex);
-        ++gate.waiting;
-        gate.changed.notify_all();
-        gate.changed.wait(guard, [&] { return gate.open; });
+        ++gate.inside;
+        gate.hold_up();
         core->send_socket(client, message, size - 1);
+        --gate.inside;
     }
 
     void await(int number) {
@@ -438,6 +446,14 @@ public:
     }
 
 private:
+    void hold_up() {
+        std::unique_lock guard(mutex);
+        ++waiting;
+        changed.notify_all();
+        changed.wait(guard, [this] { return open; });
+    }
+
+    std::atomic<int> inside = 0;
     std::mutex mutex;
     std::condition_variable changed;
     int waiting = 0;
@@ -458,12 +474,12 @@ TEST_F(TcpServerTest, threaded_callbacks_run_side_by_side_without_a_limit) {
         ASSERT_TRUE(clients.back().send(std::to_string(i)));
         gate.await(i + 1);
     }
-    EXPECT_EQ(count_threads(), threads + 1 + number);
+    EXPECT_TRUE(threads_become(threads + 1 + number));
     gate.let_go();
     for (int i = 0; i < number; ++i)
         EXPECT_EQ(clients[static_cast<std::size_t>(i)].receive(), std::to_string(i));
     clients.clear();
-    EXPECT_TRUE(eventually([&] { return count_threads() == threads + 1; })) << "nobody joins them";
+    EXPECT_TRUE(threads_become(threads + 1)) << "nobody joins them";
     EXPECT_TRUE(eventually([&] { return count_descriptors() == descriptors + 1; }));
 }
 
@@ -484,7 +500,7 @@ TEST_F(TcpServerTest, threaded_callbacks_may_outlive_the_core_and_the_server) {
     }
     gate.let_go();
     EXPECT_EQ(client->receive(), "later");
-    EXPECT_TRUE(eventually([&] { return count_threads() == threads; }));
+    EXPECT_TRUE(threads_become(threads));
 }
 
 TEST_F(TcpServerTest, a_threaded_callback_may_be_none) {
@@ -547,7 +563,7 @@ TEST_F(TcpServerTest, settings_and_stops_may_come_from_any_thread) {
 
 TEST_F(TcpServerTest, the_thread_function_serves_parameters_that_a_host_made) {
     const long threads = count_threads();
-    SocketCore core;
+    static SocketCore& core = *new SocketCore; // the thread may end after this test
     Socket* const listener = core.create_tcp_server_socket(0);
     RawClient client(listener->local.port);
     auto* const params = new TcpServerClientThreadParams;
@@ -563,7 +579,7 @@ TEST_F(TcpServerTest, the_thread_function_serves_parameters_that_a_host_made) {
     EXPECT_EQ(inbox.messages(), Lines{received("hi")});
     EXPECT_EQ(tcp_server_client_thread_func(nullptr), nullptr);
     core.kill_socket(listener);
-    EXPECT_TRUE(eventually([&] { return count_threads() == threads; })) << "it detaches itself";
+    EXPECT_TRUE(threads_become(threads)) << "it detaches itself";
 }
 
 TEST_F(TcpServerTest, thread_parameters_begin_empty) {

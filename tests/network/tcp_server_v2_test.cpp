@@ -27,6 +27,7 @@ using test::LogLines;
 using test::NetworkCalls;
 using test::RawClient;
 using test::RunningServer;
+using test::threads_become;
 
 constexpr char full_line[] = "<*> orvex::TcpServer::run() - unable to handle new TCP connection: "
                              "max client threads (128) reached.";
@@ -116,7 +117,7 @@ TEST_F(TcpServerV2Test, without_threads_connections_are_accepted_and_nothing_els
     RawClient second(running.port());
     ASSERT_TRUE(first.send("x"));
     log.wait_for("<o> orvex::SocketCore::accept_connection() - accept client socket ", 2);
-    EXPECT_EQ(count_threads(), threads + 1);
+    EXPECT_TRUE(threads_become(threads + 1));
     EXPECT_TRUE(first.is_open_and_silent());
     EXPECT_TRUE(second.is_open_and_silent());
     EXPECT_FALSE(running.stop_and_wait());
@@ -134,7 +135,7 @@ TEST_F(TcpServerV2Test, send_stop_message_wakes_the_clients_and_the_server) {
     EXPECT_EQ(client.receive(), "") << "its thread was waiting for data";
     EXPECT_TRUE(server.is_running()) << "only a stop text changes that";
     EXPECT_TRUE(server.stop());
-    EXPECT_EQ(count_threads(), threads);
+    EXPECT_TRUE(threads_become(threads));
     EXPECT_TRUE(server.stop());
 }
 
@@ -144,8 +145,7 @@ TEST_F(TcpServerV2Test, the_129th_connection_is_refused_until_a_clean_up) {
     for (int i = 0; i < 128; ++i)
         EXPECT_EQ(RawClient(running.port()).receive(), "");
     EXPECT_EQ(log.count(full_line), 0);
-    EXPECT_TRUE(eventually([&] { return count_threads() == threads + 1; }))
-        << "no thread is left, but each kept its slot";
+    EXPECT_TRUE(threads_become(threads + 1)) << "no thread is left, but each kept its slot";
 
     RawClient refused(running.port());
     log.wait_for(full_line);
@@ -167,7 +167,7 @@ TEST_F(TcpServerV2Test, a_clean_up_wakes_a_thread_that_waits_for_data) {
     EXPECT_EQ(client.receive(1), "x");
     EXPECT_TRUE(server.cleanup_client_threads());
     EXPECT_EQ(client.receive(), "");
-    EXPECT_EQ(count_threads(), threads + 1);
+    EXPECT_TRUE(threads_become(threads + 1));
 }
 
 TEST_F(TcpServerV2Test, a_callback_may_end_its_own_connection) {
@@ -271,7 +271,7 @@ TEST_F(TcpServerV2Test, a_callback_may_stop_the_server) {
     RunningServer running(server, &TcpServer::run_v2, log);
     EXPECT_EQ(RawClient(running.port()).receive(), "");
     EXPECT_FALSE(running.wait());
-    EXPECT_TRUE(eventually([&] { return count_threads() == threads; }));
+    EXPECT_TRUE(threads_become(threads));
 }
 
 TEST_F(TcpServerV2Test, two_callbacks_may_stop_the_server_at_once) {
@@ -289,7 +289,7 @@ TEST_F(TcpServerV2Test, two_callbacks_may_stop_the_server_at_once) {
         EXPECT_FALSE(running.wait());
     }
     EXPECT_TRUE(server.stop());
-    EXPECT_TRUE(eventually([&] { return count_threads() == threads; }));
+    EXPECT_TRUE(threads_become(threads));
 }
 
 TEST_F(TcpServerV2Test, stops_from_several_threads_are_one_stop) {
@@ -311,7 +311,7 @@ TEST_F(TcpServerV2Test, stops_from_several_threads_are_one_stop) {
     }
     EXPECT_FALSE(running.wait());
     EXPECT_TRUE(server.stop());
-    EXPECT_TRUE(eventually([&] { return count_threads() == threads; }));
+    EXPECT_TRUE(threads_become(threads));
 }
 
 TEST_F(TcpServerV2Test, a_connection_that_finds_no_thread_is_closed_and_takes_no_slot) {
