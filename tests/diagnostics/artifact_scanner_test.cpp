@@ -123,16 +123,18 @@ TEST_F(ArtifactScannerTest, keeps_adding_until_the_counters_are_reset) {
 }
 
 TEST_F(ArtifactScannerTest, takes_a_new_reference_after_every_kind_of_reset) {
-    using Reset = void (ArtifactScanner::*)();
-    static constexpr Reset resets[] = {&ArtifactScanner::reset_ref_texture,
-                                       &ArtifactScanner::reset_artifacts_counters,
-                                       &ArtifactScanner::update_ref_texture};
+    using Reset = void (*)(ArtifactScanner&);
+    static constexpr Reset resets[] = {
+        [](ArtifactScanner& on) { on.reset_ref_texture(); },
+        [](ArtifactScanner& on) { on.reset_artifacts_counters(); },
+        [](ArtifactScanner& on) { on.update_ref_texture(); },
+    };
     for (const Reset reset : resets) {
         EXPECT_TRUE(run());
         spoil({3});
         EXPECT_TRUE(run());
         EXPECT_EQ(scanner->get_number_of_artifacts(), 1);
-        (scanner->*reset)();
+        reset(*scanner);
         EXPECT_EQ(scanner->get_number_of_artifacts(), 0);
         Texture texture;
         copy_frame(texture);
