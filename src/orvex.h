@@ -86,6 +86,7 @@
 #include "geometry/mesh_torus.h"
 #include "geometry/mesh_triangle.h"
 #include "geometry/mesh_types.h"
+#include "geometry/mini_spline.h"
 #include "geometry/point.h"
 #include "geometry/polyline.h"
 #include "geometry/polyline_data.h"

@@ -57,6 +57,7 @@ class MeshSphere;
 class MeshTerrain;
 class MeshTorus;
 class MeshTriangle;
+class MiniSpline;
 class Point;
 class Polyline;
 class VertexPool;
