@@ -6,7 +6,10 @@
 #include <gtest/gtest.h>
 
 #include "geometry/curve.h"
+#include "geometry/mesh_box.h"
 #include "geometry/mesh_data_packed.h"
+#include "geometry/mesh_plane.h"
+#include "geometry/owned_mesh.h"
 #include "support/log_capture.h"
 
 using namespace orvex;
@@ -17,12 +20,23 @@ namespace {
 enum class Refusal { none, standard_exception, unknown };
 
 Refusal refusal_of_arrays = Refusal::none;
+bool arrays_are_counted = false;
+unsigned long arrays_left = 0;
 
 /// While one lives, array `new` throws: if not told otherwise, something that is no
 /// `std::exception`.
 struct RefuseArrays {
     explicit RefuseArrays(Refusal refusal = Refusal::unknown) { refusal_of_arrays = refusal; }
     ~RefuseArrays() { refusal_of_arrays = Refusal::none; }
+};
+
+/// While one lives, there is memory for so many arrays, and then `std::bad_alloc`.
+struct AllowArrays {
+    explicit AllowArrays(unsigned long count) {
+        arrays_are_counted = true;
+        arrays_left = count;
+    }
+    ~AllowArrays() { arrays_are_counted = false; }
 };
 
 } // namespace
@@ -32,6 +46,8 @@ void* operator new[](std::size_t size) {
         throw 42;
     if (refusal_of_arrays == Refusal::standard_exception)
         throw std::runtime_error("refused");
+    if (arrays_are_counted && arrays_left-- == 0)
+        throw std::bad_alloc();
     if (void* block = std::malloc(size == 0 ? 1 : size))
         return block;
     throw std::bad_alloc();
@@ -97,6 +113,36 @@ TEST(AllocationFailure, of_a_graphs_curve_leaves_a_record_that_can_be_ended) {
               "<*> unknown exception caught");
     EXPECT_TRUE(record.cleanup(nullptr));
     EXPECT_EQ(record.curve, nullptr);
+}
+
+/// Builds a shape with memory for that many arrays.
+template<class Shape>
+bool build_with(Shape& shape, unsigned long num_arrays) {
+    const AllowArrays allowance(num_arrays);
+    return shape.build(nullptr);
+}
+
+// Six attributes, the particles, then faces, their normals and materials, then the quad edges.
+TEST(AllocationFailure, of_any_array_fails_the_build_of_a_shape) {
+    constexpr unsigned long num_arrays = 11;
+    for (unsigned long i = 0; i < num_arrays; ++i) {
+        const orvex_test::Owned<MeshPlane> plane(new MeshPlane);
+        EXPECT_FALSE(build_with(*plane, i)) << i;
+        EXPECT_FALSE(plane->get_build_state());
+        EXPECT_TRUE(plane->build(nullptr)) << "the build state is spent: nothing is left to do";
+        plane->update_build_state(true);
+        EXPECT_TRUE(plane->build(nullptr));
+        EXPECT_EQ(plane->get_num_faces(nullptr), 32u);
+    }
+    const orvex_test::Owned<MeshPlane> plane(new MeshPlane);
+    EXPECT_TRUE(build_with(*plane, num_arrays));
+}
+
+TEST(AllocationFailure, of_any_array_fails_the_build_of_a_shape_without_quad_edges) {
+    constexpr unsigned long num_arrays = 10;
+    for (unsigned long i = 0; i < num_arrays; ++i)
+        EXPECT_FALSE(build_with(*orvex_test::Owned<MeshBox>(new MeshBox), i)) << i;
+    EXPECT_TRUE(build_with(*orvex_test::Owned<MeshBox>(new MeshBox), num_arrays));
 }
 
 } // namespace
