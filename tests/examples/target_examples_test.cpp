@@ -39,7 +39,7 @@ TEST_P(TargetExample, finds_as_many_artifacts_as_were_planted) {
 }
 
 TEST_P(TargetExample, tells_that_a_picture_cannot_be_written) {
-    const TempDir folder;
+    const orvex::test::TempDir folder;
     const std::string path = folder.path() + "/none/out.jpg";
     for (std::string const program : {OFFSCREEN, SHADOW}) {
         const std::string text = output_of("'" + program + "' " + GetParam() + " '" + path + "'");
