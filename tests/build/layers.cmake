@@ -4,7 +4,7 @@
 #   network                           kernel's foundations
 #   renderer (the contract)           math, kernel
 #   scene, gpu, geometry, assets      the contract and each other
-#   diagnostics                       all of these
+#   diagnostics, overlays             all of these
 #   renderer/opengl                   the contract and the records, never a front end's class
 #   kernel.*, core.*, aux.*           put everything together
 #   renderer/window.cpp               ties scene, camera and viewport together, in its source alone
@@ -21,6 +21,7 @@ set(allowed_gpu "${front}")
 set(allowed_geometry "${front}")
 set(allowed_assets "${front}")
 set(allowed_diagnostics "${front}|diagnostics")
+set(allowed_overlays "${front}|overlays")
 set(allowed_opengl "${front}")
 set(facade "kernel/(kernel|core|aux)[a-z_]*\\.(h|cpp)$")
 
