@@ -90,6 +90,7 @@
 #include "geometry/point.h"
 #include "geometry/polyline.h"
 #include "geometry/polyline_data.h"
+#include "geometry/ray_caster.h"
 #include "geometry/vertex.h"
 #include "geometry/vertex_attrib_array.h"
 #include "geometry/vertex_pool.h"

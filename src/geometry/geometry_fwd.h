@@ -34,6 +34,8 @@ struct ORVEX_API MeshData_32;
 struct ORVEX_API MeshData_64;
 struct ORVEX_API MeshData_PhysXCloth;
 struct PolylineData;
+struct Ray;
+struct RayObjectIntersection;
 struct Vertex;
 struct VertexAttribArray;
 struct VertexAttribArray_2f;
@@ -60,6 +62,7 @@ class MeshTriangle;
 class MiniSpline;
 class Point;
 class Polyline;
+class RayCaster;
 class VertexPool;
 
 } // namespace orvex
