@@ -107,6 +107,8 @@
 #include "assets/texture_data.h"
 #include "assets/texture_mgr.h"
 
+#include "overlays/font.h"
+
 #include "diagnostics/artifact_scanner.h"
 
 #include "network/network_fwd.h"
