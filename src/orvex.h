@@ -39,6 +39,7 @@
 #include "math/vec4u8.h"
 
 #include "renderer/font_data.h"
+#include "renderer/keyboard.h"
 #include "renderer/render_target.h"
 #include "renderer/render_window.h"
 #include "renderer/renderer.h"
