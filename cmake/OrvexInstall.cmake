@@ -1,24 +1,35 @@
+# What goes to a prefix, in three components: the library that a program runs on, what a host is
+# built with, and the tools.
 include(GNUInstallDirs)
 include(CMakePackageConfigHelpers)
 
+set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/orvex)
+
 install(TARGETS orvex_r_osx EXPORT orvex
-  LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
+  LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT runtime NAMELINK_COMPONENT dev
   INCLUDES DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} ${CMAKE_INSTALL_INCLUDEDIR}/orvex)
-install(EXPORT orvex NAMESPACE orvex:: DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/orvex
-  FILE orvex-targets.cmake)
+install(EXPORT orvex NAMESPACE orvex:: DESTINATION ${package_dir}
+  FILE orvex-targets.cmake COMPONENT dev)
+install(FILES "${PROJECT_SOURCE_DIR}/LICENSE" DESTINATION ${CMAKE_INSTALL_DOCDIR}
+  COMPONENT runtime)
 
 get_property(headers GLOBAL PROPERTY ORVEX_PUBLIC_HEADERS)
 foreach(header IN LISTS headers)
   cmake_path(GET header PARENT_PATH folder)
-  install(FILES "src/${header}" DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}/orvex/${folder}")
+  install(FILES "src/${header}" DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}/orvex/${folder}"
+    COMPONENT dev)
 endforeach()
 
 configure_package_config_file(cmake/orvex-config.cmake.in orvex-config.cmake
-  INSTALL_DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/orvex)
+  INSTALL_DESTINATION ${package_dir})
 write_basic_package_version_file(orvex-config-version.cmake COMPATIBILITY SameMinorVersion)
 install(FILES "${CMAKE_CURRENT_BINARY_DIR}/orvex-config.cmake"
               "${CMAKE_CURRENT_BINARY_DIR}/orvex-config-version.cmake"
-  DESTINATION ${CMAKE_INSTALL_LIBDIR}/cmake/orvex)
+  DESTINATION ${package_dir} COMPONENT dev)
 
+# The file names its prefix by its own place, so that an installed tree can be moved.
+set(pkgconfig_dir ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+cmake_path(RELATIVE_PATH CMAKE_INSTALL_PREFIX BASE_DIRECTORY "${CMAKE_INSTALL_PREFIX}/${pkgconfig_dir}"
+           OUTPUT_VARIABLE prefix_from_pkgconfig)
 configure_file(cmake/orvex.pc.in orvex.pc @ONLY)
-install(FILES "${CMAKE_CURRENT_BINARY_DIR}/orvex.pc" DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+install(FILES "${CMAKE_CURRENT_BINARY_DIR}/orvex.pc" DESTINATION ${pkgconfig_dir} COMPONENT dev)

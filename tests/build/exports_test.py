@@ -1,0 +1,98 @@
+"""Compares what the shared library exports with what the public headers mark as exported.
+
+usage: exports_test.py <shared library> <folder of the headers> <header>...
+"""
+import re
+import subprocess
+import sys
+
+# Marked for the plugins that define them, which the library looks up.
+DEFINED_BY_PLUGINS = {"orvex_create_plugin", "orvex_destroy_plugin"}
+
+# Marked, but all of them is inline.
+INLINE = {"FaceU16", "FaceU32", "Vertex", "Vertex_32", "Vertex_64", "Vertex_PhysXCloth", "vec2",
+          "vec3", "vec3u8", "vec4d", "vec4i", "vec4u8"}
+
+
+def without_comments(text):
+    return re.sub(r"//[^\n]*|/\*.*?\*/|^#.*?$", "", text, flags=re.S | re.M)
+
+
+def marked_in(text):
+    """The classes and functions that a header marks, with their namespaces below the engine's."""
+    classes, functions = set(), set()
+    namespaces = []
+    depth = 0
+    token = re.compile(r"namespace\s+(\w+)\s*\{|[{}]|(?:class|struct)\s+ORVEX_API\s+(\w+)\s*([;:{])|"
+                       r"\bORVEX_API\s[^;{()]*?\b(\w+)\s*\(")
+    for match in token.finditer(text):
+        namespace, record, follows, function = match.groups()
+        if namespace:
+            namespaces.append((namespace, depth))
+            depth += 1
+        elif record:
+            depth += follows == "{"
+            if follows != ";":
+                classes.add(record)
+        elif function:
+            inner = [name for name, _ in namespaces if name != "orvex"]
+            functions.add("::".join(inner + [function]))
+        elif match.group() == "{":
+            depth += 1
+        else:
+            depth -= 1
+            while namespaces and namespaces[-1][1] == depth:
+                namespaces.pop()
+    return classes, functions
+
+
+def names_in(mangled):
+    """The parts of a mangled name below the engine's namespace, up to the first that isn't plain."""
+    match = re.match(r"_Z(?:T[ISTV]|T[hv][n0-9_]*_|GV)?NK?5orvex", mangled)
+    if not match:
+        return []
+    names, at = [], match.end()
+    while length := re.compile(r"\d+").match(mangled, at):
+        at = length.end() + int(length.group())
+        names.append(mangled[length.end():at])
+    return names
+
+
+def exported_by(library):
+    lines = subprocess.run(["nm", "-D", "--defined-only", "--no-demangle", library], check=True,
+                           capture_output=True, text=True).stdout.splitlines()
+    return [line.split()[-1] for line in lines]
+
+
+def main(library, folder, headers):
+    classes, functions = set(), set()
+    for header in headers:
+        with open(f"{folder}/{header}", encoding="utf-8") as file:
+            more_classes, more_functions = marked_in(without_comments(file.read()))
+        classes |= more_classes
+        functions |= more_functions - DEFINED_BY_PLUGINS
+
+    seen_classes, seen_functions, strangers = set(), set(), []
+    for symbol in exported_by(library):
+        names = names_in(symbol)
+        if names and names[0] in classes:
+            seen_classes.add(names[0])
+        elif "::".join(names) in functions:
+            seen_functions.add("::".join(names))
+        else:
+            strangers.append(symbol)
+
+    mistakes = [f"exported, but no header marks it: {name}" for name in sorted(strangers)]
+    mistakes += [f"marked, but not exported: {name}"
+                 for name in sorted((classes - seen_classes - INLINE) | (functions - seen_functions))]
+    mistakes += [f"listed as inline, but it isn't: {name}"
+                 for name in sorted(INLINE & seen_classes | INLINE - classes)]
+    print(f"{len(seen_classes)} classes and {len(seen_functions)} functions are exported")
+    print("\n".join(mistakes))
+    if not classes or not functions:
+        mistakes.append("no header marks anything")
+    return 1 if mistakes else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main(sys.argv[1], sys.argv[2], sys.argv[3:]))
