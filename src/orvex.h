@@ -109,6 +109,8 @@
 #include "assets/texture_mgr.h"
 
 #include "overlays/font.h"
+#include "overlays/graph2d.h"
+#include "overlays/tripod_visualizer.h"
 
 #include "diagnostics/artifact_scanner.h"
 
