@@ -110,6 +110,9 @@
 
 #include "overlays/font.h"
 #include "overlays/graph2d.h"
+#include "overlays/hud.h"
+#include "overlays/mad_led_bar.h"
+#include "overlays/skybox.h"
 #include "overlays/tripod_visualizer.h"
 
 #include "diagnostics/artifact_scanner.h"
