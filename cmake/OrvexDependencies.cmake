@@ -15,3 +15,9 @@ orvex_require(Threads_FOUND "a threads library")
 
 find_path(ORVEX_STB_INCLUDE_DIR stb_image.h PATH_SUFFIXES stb)
 orvex_require(ORVEX_STB_INCLUDE_DIR "stb_image (libstb-dev)")
+
+# By its path: a target of its package would have to be found by every host as well.
+find_path(ORVEX_TINYXML2_INCLUDE_DIR tinyxml2.h)
+orvex_require(ORVEX_TINYXML2_INCLUDE_DIR "TinyXML-2's header (libtinyxml2-dev)")
+find_library(ORVEX_TINYXML2_LIBRARY tinyxml2)
+orvex_require(ORVEX_TINYXML2_LIBRARY "TinyXML-2 (libtinyxml2-dev)")

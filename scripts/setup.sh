@@ -8,7 +8,7 @@
 #   scripts/setup.sh fuzz     that, and clang for the fuzz targets
 set -euo pipefail
 
-build=(cmake g++ ninja-build pkg-config libegl-dev libopengl-dev libgl-dev libstb-dev
+build=(cmake g++ ninja-build pkg-config libegl-dev libopengl-dev libgl-dev libstb-dev libtinyxml2-dev
        libegl-mesa0 libgl1-mesa-dri)
 test=(python3 libgtest-dev zlib1g-dev libjpeg62-turbo-dev libx11-dev xvfb libglut3.12 clang clang-format
       glmark2-data)
