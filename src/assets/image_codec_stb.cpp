@@ -4,9 +4,7 @@
 #include <atomic>
 #include <climits>
 #include <cstring>
-#include <filesystem>
 #include <mutex>
-#include <system_error>
 #include <unordered_set>
 #include <vector>
 
@@ -73,20 +71,10 @@ unsigned long ImageCodecStb::get_memory_limit() {
     return memory_limit;
 }
 
-namespace {
-
-/// The decoder counts bytes as ints, and gets one more than the file has.
-bool is_small_enough(const char* filename) {
-    std::error_code error;
-    const std::uintmax_t size = std::filesystem::file_size(filename, error);
-    return !error && size <= INT_MAX - 1;
-}
-
-} // namespace
-
+// The decoder counts bytes as ints, and gets one more than the file has.
 bool ImageCodecStb::load_image_from_file(Image* image, char const* filename, bool mirror) {
     FileBytes file;
-    if (!filename || !is_small_enough(filename) || !file.read(filename) || file.size() >= INT_MAX)
+    if (!file.read(filename, INT_MAX - 1))
         return false;
     return load_image_from_memory(image, const_cast<unsigned char*>(file.data()), file.size() + 1,
                                   mirror);

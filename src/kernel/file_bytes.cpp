@@ -54,14 +54,14 @@ bool read_fully(int fd, char* bytes, std::size_t size) {
 
 } // namespace
 
-bool FileBytes::read(const char* path) {
+bool FileBytes::read(const char* path, std::size_t limit) {
     bytes_.reset();
     size_ = 0;
     if (path == nullptr)
         return false;
     const Descriptor file(path);
     std::size_t size = 0;
-    if (file.get() < 0 || !is_regular_file(file.get(), size))
+    if (file.get() < 0 || !is_regular_file(file.get(), size) || size > limit)
         return false;
     std::unique_ptr<char[]> bytes(new (std::nothrow) char[size + 1]);
     if (bytes == nullptr)

@@ -11,9 +11,10 @@ class FileBytes {
 public:
     /// Reads a regular file. Directories, devices and pipes are refused: their size says nothing of
     /// what they would deliver.
-    /// @param path  null is refused
+    /// @param path   null is refused
+    /// @param limit  a file of more bytes is refused unread
     /// @return false if the file can't be read to its end; the bytes held before are gone
-    bool read(const char* path);
+    bool read(const char* path, std::size_t limit = static_cast<std::size_t>(-1));
 
     const char* text() const { return bytes_.get(); }
     const unsigned char* data() const {
