@@ -10,8 +10,8 @@ class Renderer;
 class RenderWindow;
 class Texture;
 
-struct BMCharset;
 struct FontData;
+struct MeshData;
 
 /// Text, in two ways: as textured quads from a sheet of drawn glyphs (every operation named `bm_`),
 /// or in the platform's raster font (`bitmap_font_linux_render`).
@@ -190,20 +190,17 @@ public:
 
 private:
     struct BmData;
-    struct Handles;
+    struct State;
     friend struct FontAccess;
 
-    bool load_sheet(Renderer* renderer, Texture* decoded, bool from_file);
+    bool take_sheet(Texture* decoded, bool mipmaps);
     void give_back(Renderer* renderer);
+    Mesh& empty_mesh(Renderer& renderer);
+    bool write_mapped(Renderer& renderer, MeshData& data);
+    bool write_vertices(MeshData& data);
+    bool write_quads(MeshData& data, void* destination);
 
-    FontData* font_data;
-    BmData* bm_data;
-    BMCharset* bm_charset = nullptr;
-    Texture* bm_texture = nullptr;
-    Mesh* bm_mesh;
-    unsigned long bm_vb_capacity = 0;
-    float bm_scale = 1.0f;
-    Handles* handles;
+    State* state;
 };
 
 } // namespace orvex
