@@ -1,0 +1,65 @@
+#pragma once
+
+/// @file
+/// A program with a window, run on an X server of the test's own, and used as somebody at the
+/// screen would: its pixels are looked at, keys are hit, the pointer is moved.
+
+#include <functional>
+#include <string>
+#include <vector>
+
+#include <sys/types.h>
+
+#include "support/picture.h"
+
+namespace orvex_test {
+
+/// Starts a program and finds its window. Ends it, if it still runs, at its own end.
+class WindowProgram {
+public:
+    /// @param command  the program's path, and its arguments
+    explicit WindowProgram(std::vector<std::string> const& command);
+    ~WindowProgram();
+    WindowProgram(WindowProgram const&) = delete;
+    WindowProgram& operator=(WindowProgram const&) = delete;
+
+    /// Whether a window came up.
+    bool has_window() const { return window != 0; }
+    int get_width() const;
+    int get_height() const;
+
+    /// What the window shows now, all of it opaque; empty when there is nothing to see.
+    Picture pixels() const;
+    /// Looks again and again until the picture is as wanted. A picture that never comes, or a
+    /// program that ends, makes it false.
+    bool wait_until(std::function<bool(Picture const&)> const& is_wanted);
+
+    /// A key by its symbol, such as XK_Escape; it goes to the window.
+    void press_key(unsigned long symbol);
+    void release_key(unsigned long symbol);
+    /// The pointer, in pixels of the window from its upper left corner.
+    void move_pointer(int x, int y);
+    void press_button(unsigned int button);
+    void release_button(unsigned int button);
+    void resize(int width, int height);
+    /// Asks for the end, as the frame's button does.
+    void close();
+
+    /// Waits for the end. @return the exit code; -1 when it was ended by a signal, or never ends
+    int exit_code();
+    /// What it wrote to its standard streams; complete after `exit_code`.
+    std::string const& get_output() const { return output; }
+
+private:
+    unsigned long window = 0;
+    pid_t process = -1;
+    int output_pipe = -1;
+    std::string output;
+
+    bool start(std::vector<std::string> const& command);
+    void find_window();
+    bool note_mapped();
+    bool runs_on(int milliseconds);
+};
+
+} // namespace orvex_test

@@ -1,0 +1,104 @@
+// The examples that show one model in the windows of different toolkits: the window's own pixels
+// against the same frame drawn off screen.
+
+#include <algorithm>
+#include <ostream>
+#include <string>
+
+#include <gtest/gtest.h>
+
+#include <EGL/egl.h>
+#include <X11/keysym.h>
+
+#include <orvex/renderer/render_window.h>
+
+#include "model_stage.h"
+#include "support/gl_context.h"
+#include "support/picture.h"
+#include "support/x_server.h"
+#include "window_program.h"
+
+namespace {
+
+using namespace orvex_test;
+
+std::string const model = EXAMPLE_DATA "/lighthouse.obj";
+
+/// An example, by the name of its toolkit.
+struct Example {
+    char const* name;
+    char const* program;
+    friend std::ostream& operator<<(std::ostream& out, Example const& example) {
+        return out << example.name;
+    }
+};
+
+/// Screens know no opacity.
+Picture opaque(Picture picture) {
+    for (std::size_t i = 3; i < picture.pixels.size(); i += 4)
+        picture.pixels[i] = 255;
+    return picture;
+}
+
+/// The frame that a window of that size is to show.
+Picture frame_of(int width, int height) {
+    GlContext context(Profile::core, width, height);
+    ModelStage stage;
+    EXPECT_TRUE(stage.window->osx_init_with_cocoa_nsgl_ctx(eglGetCurrentContext()));
+    EXPECT_EQ(stage.load(model), "");
+    stage.draw(width, height);
+    return opaque(read_frame(width, height));
+}
+
+class WindowExample : public testing::TestWithParam<Example> {
+protected:
+    void SetUp() override { ASSERT_FALSE(XServer::get().display().empty()) << "no X server"; }
+
+    std::vector<std::string> command() const { return {GetParam().program, model}; }
+};
+
+INSTANTIATE_TEST_SUITE_P(of, WindowExample,
+                         testing::Values(Example{"glfw", WINDOW_GLFW}, Example{"sdl2", WINDOW_SDL2},
+                                         Example{"x11", WINDOW_X11}),
+                         testing::PrintToStringParamName());
+
+TEST_P(WindowExample, shows_the_model_and_ends_with_escape) {
+    const Picture expected = frame_of(640, 480);
+    WindowProgram program(command());
+    ASSERT_TRUE(program.has_window()) << program.get_output();
+    EXPECT_TRUE(program.wait_until([&](Picture const& seen) { return seen == expected; }))
+        << program.get_output();
+    program.press_key(XK_Escape);
+    program.release_key(XK_Escape);
+    EXPECT_EQ(program.exit_code(), 0);
+    EXPECT_EQ(program.get_output(), "");
+}
+
+TEST_P(WindowExample, follows_the_size_of_the_window_and_ends_when_it_is_closed) {
+    const Picture expected = frame_of(400, 300);
+    EXPECT_TRUE(matches_golden("model_road", expected));
+    WindowProgram program(command());
+    ASSERT_TRUE(program.has_window()) << program.get_output();
+    program.resize(400, 300);
+    EXPECT_TRUE(program.wait_until([&](Picture const& seen) { return seen == expected; }))
+        << program.get_output();
+    program.close();
+    EXPECT_EQ(program.exit_code(), 0);
+    EXPECT_EQ(program.get_output(), "");
+}
+
+TEST_P(WindowExample, tells_that_a_model_cant_be_read) {
+    WindowProgram program({GetParam().program, "/none.obj"});
+    EXPECT_EQ(program.exit_code(), 1);
+    EXPECT_NE(program.get_output().find("/none.obj: no loader can read it as a model"),
+              std::string::npos)
+        << program.get_output();
+}
+
+TEST_P(WindowExample, tells_how_it_is_called) {
+    WindowProgram program({GetParam().program});
+    EXPECT_EQ(program.exit_code(), 2);
+    EXPECT_EQ(program.get_output(), "usage: window_" + std::string(GetParam().name) + " MODEL\n");
+}
+
+} // namespace
