@@ -1,6 +1,7 @@
 #include "renderer/opengl/gpu_program_fixture.h"
 
 #include "geometry/mesh_data.h"
+#include "geometry/polyline_data.h"
 #include "gpu/gpu_program.h"
 
 namespace {
@@ -377,12 +378,56 @@ TEST_P(GpuProgramMesh, without_user_attributes_or_of_null_is_refused) {
     EXPECT_FALSE(renderer->gpu_program_update_user_vertex_attrib_locations_mesh(&data, &mesh));
     EXPECT_FALSE(renderer->gpu_program_update_user_vertex_attrib_locations_mesh(nullptr, &mesh));
     EXPECT_FALSE(renderer->gpu_program_update_user_vertex_attrib_locations_mesh(&data, nullptr));
-    EXPECT_FALSE(
-        renderer->gpu_program_update_user_vertex_attrib_locations_polyline(&data, nullptr));
     mesh.num_user_attribs = 3;
     EXPECT_TRUE(renderer->gpu_program_update_user_vertex_attrib_locations_mesh(&data, &mesh))
         << "a count without a list";
     mesh.num_user_attribs = 0;
+    EXPECT_TRUE(recorder->take().empty());
+}
+
+class GpuProgramPolyline : public GpuProgramGlTest {
+protected:
+    PolylineData polyline;
+};
+ORVEX_BOTH_PROFILES(GpuProgramPolyline);
+
+TEST_P(GpuProgramPolyline, learns_where_its_user_attributes_stand_each_time) {
+    load_program(vertex_source({"orvex_Attrib0", "orvex_Attrib2"}));
+    ASSERT_TRUE(renderer->gpu_program_link(&data));
+    polyline.user_attribs = new VertexAttribArray[3];
+    polyline.num_user_attribs = 3;
+    polyline.user_attribs_allocated = true;
+    polyline.user_attribs[1].attrib_location = 5;
+    recorder->clear();
+    for (int pass = 0; pass < 2; ++pass) {
+        EXPECT_TRUE(
+            renderer->gpu_program_update_user_vertex_attrib_locations_polyline(&data, &polyline));
+        std::string const begin = "glGetAttribLocation(" + program_id();
+        EXPECT_EQ(recorder->take(),
+                  GlCalls({begin + ", \"orvex_Attrib0\")", begin + ", \"orvex_Attrib1\")",
+                           begin + ", \"orvex_Attrib2\")"}));
+        EXPECT_TRUE(polyline.user_attribs_allocated);
+    }
+    int const first = polyline.user_attribs[0].attrib_location;
+    int const third = polyline.user_attribs[2].attrib_location;
+    EXPECT_EQ(first, glGetAttribLocation(data.gl_program, "orvex_Attrib0"));
+    EXPECT_EQ(polyline.user_attribs[1].attrib_location, -1);
+    EXPECT_EQ(third, glGetAttribLocation(data.gl_program, "orvex_Attrib2"));
+    EXPECT_GE(first, 0);
+    EXPECT_GE(third, 0);
+    EXPECT_NE(first, third);
+}
+
+TEST_P(GpuProgramPolyline, without_user_attributes_or_of_null_is_refused) {
+    const auto update = [this](GpuProgramData* program, PolylineData* record) {
+        return renderer->gpu_program_update_user_vertex_attrib_locations_polyline(program, record);
+    };
+    EXPECT_FALSE(update(&data, &polyline));
+    polyline.num_user_attribs = 3;
+    EXPECT_FALSE(update(nullptr, &polyline));
+    EXPECT_FALSE(update(&data, nullptr));
+    EXPECT_TRUE(update(&data, &polyline)) << "a count without a list";
+    polyline.num_user_attribs = 0;
     EXPECT_TRUE(recorder->take().empty());
 }
 
