@@ -45,7 +45,8 @@ public:
     Graph2d();
     ~Graph2d() override;
 
-    /// Hook: ends the curves, and frees the GPU objects of the axes.
+    /// Hook: ends the curves and frees the axes' store, GPU objects and all: they aren't drawn any
+    /// more.
     bool _cleanup(Renderer* renderer) override;
     /// Hook: the axes, then all curves. With a null renderer nothing happens.
     void _render(Renderer* renderer) override;
