@@ -30,7 +30,7 @@ char const* Font::bm_get_charset_image_filename() {
 }
 
 Texture* Font::bm_get_charset_texture() {
-    return static_cast<Texture*>(state->bm_texture.get());
+    return state->bm_texture.get();
 }
 
 bool Font::bm_load_charset_texture(Renderer* renderer, char const* filename) {
@@ -67,7 +67,7 @@ bool Font::take_sheet(Texture* decoded, bool mipmaps) {
     if (decoded == nullptr) {
         return false;
     }
-    state->bm_texture = NodeHandle(decoded);
+    state->bm_texture.set(decoded);
     decoded->add_ref();
     decoded->gen_mipmaps(mipmaps);
     decoded->update_pixel_format(PF_RGBA_U8);
@@ -77,13 +77,12 @@ bool Font::take_sheet(Texture* decoded, bool mipmaps) {
 // The manager may have let go of the sheet already: a reference it doesn't hold isn't its to give
 // back.
 bool Font::bm_release_charset_texture(Renderer* renderer) {
-    NodeHandle const held = std::exchange(state->bm_texture, NodeHandle());
+    WeakNode<Texture> const held = std::exchange(state->bm_texture, {});
     if (held.get() != nullptr) {
         held.get()->release(renderer, nullptr);
     }
-    auto* const alive = static_cast<Texture*>(held.get());
-    if (TextureMgr::get()->has_resource(alive)) {
-        TextureMgr::get()->release_texture(renderer, alive, nullptr);
+    if (TextureMgr::get()->has_resource(held.get())) {
+        TextureMgr::get()->release_texture(renderer, held.get(), nullptr);
     }
     return true;
 }

@@ -10,7 +10,7 @@
 #include "overlays/bm_charset.h"
 #include "overlays/font.h"
 #include "renderer/font_data.h"
-#include "scene/node_handle.h"
+#include "scene/weak_node.h"
 
 namespace orvex {
 
@@ -50,7 +50,7 @@ struct Font::State {
     std::unique_ptr<FontData> font_data = std::make_unique<FontData>();
     BmData bm_data;
     std::unique_ptr<BMCharset> bm_charset;
-    NodeHandle bm_texture;            ///< counted, but a manager that is too generous can end it
+    WeakNode<Texture> bm_texture;     ///< counted, but a manager that is too generous can end it
     Mesh* bm_mesh = nullptr;          ///< holds the quads
     unsigned long bm_vb_capacity = 0; ///< glyphs that the buffer can hold
     float bm_scale = 1.0f;
