@@ -20,4 +20,8 @@ TEST_P(PointExample, shows_lines_of_every_kind) {
     expect_example_picture(CURVES, GetParam(), "curves");
 }
 
+TEST_P(PointExample, shows_hits_of_rays_on_the_surface_of_a_model) {
+    expect_example_picture(PICKING, GetParam(), "picking");
+}
+
 } // namespace
