@@ -1,0 +1,148 @@
+/// @file
+/// The price of a graph's frame: a curve of 1,000 points that is fed one sample, synced and drawn
+/// with its axes, after histories of different lengths.
+///
+/// Goal: `allocations` a frame no more than the history's own growth, which doubles its room, and a
+/// time that doesn't depend on the history. `sync` writes the points alone, `frame` also draws.
+///
+/// LP_NO_RAST=1 graph_bench --benchmark_min_time=2
+
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <memory>
+#include <new>
+
+#include <benchmark/benchmark.h>
+
+#include "geometry/curve.h"
+#include "gpu/gpu_program.h"
+#include "math/vec4.h"
+#include "overlays/graph2d.h"
+#include "renderer/opengl/renderer_opengl.h"
+#include "renderer/render_window.h"
+
+namespace {
+
+thread_local long allocations = 0;
+
+} // namespace
+
+void* operator new(std::size_t size) {
+    ++allocations;
+    if (void* const block = std::malloc(size == 0 ? 1 : size))
+        return block;
+    throw std::bad_alloc();
+}
+
+void operator delete(void* block) noexcept {
+    std::free(block);
+}
+
+void operator delete(void* block, std::size_t) noexcept {
+    std::free(block);
+}
+
+namespace {
+
+using namespace orvex;
+
+constexpr unsigned long num_points = 1000;
+
+constexpr char const* program_text = R"([Vertex_Shader]
+#version 150
+in vec4 orvex_Position;
+uniform mat4 orvex_ModelViewProjectionMatrix;
+void main() { gl_Position = orvex_ModelViewProjectionMatrix * orvex_Position; }
+[Pixel_Shader]
+#version 150
+out vec4 pixel;
+void main() { pixel = vec4(1.0); }
+)";
+
+struct ReleaseNode {
+    void operator()(Node* node) const { node->release(nullptr, nullptr); }
+};
+
+/// A graph with one curve and a history.
+class Chart {
+public:
+    explicit Chart(unsigned long num_samples) {
+        graph->set_x_axis_positions(vec4(20.0f, 20.0f, 0.0f, 1.0f),
+                                    vec4(220.0f, 20.0f, 0.0f, 1.0f));
+        graph->set_viewport(0, 0, 256, 256);
+        graph->create_curve(num_points);
+        graph->get_curve(0)->set_use_fixed_mvp_matrices_state(false, nullptr);
+        for (unsigned long i = 0; i < num_samples; ++i)
+            feed(static_cast<float>(i % 100));
+    }
+
+    void feed(float value) { graph->add_curve_scalar(0, value); }
+
+    void feed_and_sync() {
+        feed(50.0f);
+        graph->sync_curve_scalars(0);
+    }
+
+    std::unique_ptr<Graph2d, ReleaseNode> graph{new Graph2d};
+};
+
+/// A core context off screen with a program for lines.
+class Stage {
+public:
+    Stage() {
+        renderer.initialize();
+        RenderWindow* const window = renderer.create_render_window();
+        RenderWindow_ExtraData request;
+        request.gl_major = 3;
+        request.gl_minor = 2;
+        request.core_profile = true;
+        if (!window->initialize(nullptr, nullptr, 256, 256, nullptr, nullptr, &request)) {
+            std::fprintf(stderr, "there is no OpenGL 3.2 core context to be had\n");
+            std::exit(1);
+        }
+        renderer.start();
+        program->load_from_memory(&renderer, program_text, std::strlen(program_text));
+        program->bind(&renderer);
+    }
+
+    ~Stage() { program.release()->kill(&renderer, nullptr); }
+
+    Stage(const Stage&) = delete;
+    Stage& operator=(const Stage&) = delete;
+
+    RendererOpenGL renderer;
+    std::unique_ptr<GpuProgram, ReleaseNode> program{new GpuProgram};
+};
+
+template<class Frame>
+void count_frames(benchmark::State& state, Frame frame) {
+    long const before = allocations;
+    for (auto _ : state)
+        frame();
+    state.counters["allocations"] = benchmark::Counter(static_cast<double>(allocations - before),
+                                                       benchmark::Counter::kAvgIterations);
+}
+
+void sync(benchmark::State& state) {
+    Chart chart(static_cast<unsigned long>(state.range(0)));
+    count_frames(state, [&chart] { chart.feed_and_sync(); });
+}
+BENCHMARK(sync)->Arg(1000)->Arg(100'000)->Arg(10'000'000)->Unit(benchmark::kMicrosecond);
+
+void frame(benchmark::State& state) {
+    Stage stage;
+    Chart chart(static_cast<unsigned long>(state.range(0)));
+    chart.feed_and_sync();
+    chart.graph->render(&stage.renderer, nullptr);
+    count_frames(state, [&chart, &stage] {
+        chart.feed_and_sync();
+        chart.graph->render(&stage.renderer, nullptr);
+    });
+    chart.graph->cleanup(&stage.renderer, nullptr);
+}
+BENCHMARK(frame)->Arg(1000)->Arg(100'000)->Arg(10'000'000)->Unit(benchmark::kMicrosecond);
+
+} // namespace
+
+BENCHMARK_MAIN();
