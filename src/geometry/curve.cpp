@@ -1,10 +1,7 @@
 #include "geometry/curve.h"
 
-#include <exception>
-#include <new>
-
+#include "geometry/logging_failures.h"
 #include "kernel/large_pages.h"
-#include "kernel/log_mgr.h"
 
 namespace orvex {
 
@@ -28,25 +25,6 @@ bool Curve::_cleanup(Renderer* renderer) {
     free();
     return Polyline::_cleanup(renderer);
 }
-
-namespace {
-
-/// Runs an operation that allocates; a failure is logged and gives false.
-template<class Operation>
-bool logging_failures(Operation operation) {
-    try {
-        return operation();
-    } catch (const std::bad_alloc& error) {
-        LogMgr::get()->tracef_error("std::bad_alloc exception caught - what: %s", error.what());
-    } catch (const std::exception& error) {
-        LogMgr::get()->tracef_error("std::exception exception caught - what: %s", error.what());
-    } catch (...) {
-        LogMgr::get()->tracef_error("unknown exception caught");
-    }
-    return false;
-}
-
-} // namespace
 
 bool Curve::alloc(unsigned long count) {
     free();
