@@ -24,6 +24,16 @@ enum LINE_RENDER_MODE : int {
     LINE_RENDER_MODE_LINE_LOOP = 2,  ///< the same, closed
 };
 
+/// How an emitter brings particles to life. A value outside the table brings none.
+enum PARTICLE_EMITTER_TYPE : int {
+    PARTICLE_EMITTER_POINT = 0, ///< in a box around the emitter's position
+};
+
+/// What an action does to the living particles. A value outside the table does nothing.
+enum PARTICLE_ACTION_TYPE : int {
+    PARTICLE_ACTION_GRAVITY = 0, ///< accelerates and moves them
+};
+
 struct FaceU16;
 struct FaceU32;
 struct InstancingInitParams;
@@ -33,6 +43,7 @@ struct MeshData;
 struct ORVEX_API MeshData_32;
 struct ORVEX_API MeshData_64;
 struct ORVEX_API MeshData_PhysXCloth;
+struct ParticlePool;
 struct PolylineData;
 struct Ray;
 struct RayObjectIntersection;
@@ -60,6 +71,9 @@ class MeshTerrain;
 class MeshTorus;
 class MeshTriangle;
 class MiniSpline;
+class ParticleAction;
+class ParticleEmitter;
+class ParticleSystem;
 class Point;
 class Polyline;
 class RayCaster;
