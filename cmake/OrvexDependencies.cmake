@@ -21,3 +21,11 @@ find_path(ORVEX_TINYXML2_INCLUDE_DIR tinyxml2.h)
 orvex_require(ORVEX_TINYXML2_INCLUDE_DIR "TinyXML-2's header (libtinyxml2-dev)")
 find_library(ORVEX_TINYXML2_LIBRARY tinyxml2)
 orvex_require(ORVEX_TINYXML2_LIBRARY "TinyXML-2 (libtinyxml2-dev)")
+
+if(ORVEX_WITH_LIB3DS)
+  find_package(Lib3ds QUIET)
+  if(NOT Lib3ds_FOUND)
+    message(FATAL_ERROR "orvex needs lib3ds 2.x for 3DS models. On Debian, scripts/get_lib3ds.sh builds it; "
+      "-DORVEX_WITH_LIB3DS=OFF leaves the 3DS loader out.")
+  endif()
+endif()

@@ -33,3 +33,10 @@ cmake_path(RELATIVE_PATH CMAKE_INSTALL_PREFIX BASE_DIRECTORY "${CMAKE_INSTALL_PR
            OUTPUT_VARIABLE prefix_from_pkgconfig)
 configure_file(cmake/orvex.pc.in orvex.pc @ONLY)
 install(FILES "${CMAKE_CURRENT_BINARY_DIR}/orvex.pc" DESTINATION ${pkgconfig_dir} COMPONENT dev)
+
+# lib3ds goes beside the engine's library, with its licence, unless the system has it anyway.
+if(ORVEX_WITH_LIB3DS AND Lib3ds_PREFIX)
+  install(FILES "${Lib3ds_LIBRARY}" DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT runtime)
+  install(DIRECTORY "${Lib3ds_PREFIX}/share/doc/lib3ds" DESTINATION ${CMAKE_INSTALL_DOCDIR}
+    COMPONENT runtime)
+endif()

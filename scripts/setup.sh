@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
-# Installs what orvex needs from Debian's packages, as root or through sudo. Only what is missing is
-# asked for, so a second run is quick and needs no network.
+# Installs what orvex needs from Debian's packages, as root or through sudo, and builds the one library
+# that Debian doesn't package (get_lib3ds.sh). Only what is missing is asked for, so a second run is quick
+# and needs no network.
 #
 #   scripts/setup.sh          what the library and the demo need
 #   scripts/setup.sh test     that, and what the tests need
@@ -29,13 +30,19 @@ for package in "${wanted[@]}"; do
   dpkg-query -W -f='${Status}' "$package" 2>/dev/null | grep -q 'install ok installed' ||
     missing+=("$package")
 done
-[ ${#missing[@]} -eq 0 ] && exit 0
 
-as_root=()
-if [ "$(id -u)" -ne 0 ]; then
-  as_root=(sudo)
+install_missing() {
+  local as_root=()
+  if [ "$(id -u)" -ne 0 ]; then
+    as_root=(sudo)
+  fi
+  echo "Installing: ${missing[*]}"
+  export DEBIAN_FRONTEND=noninteractive
+  "${as_root[@]}" apt-get update -q
+  "${as_root[@]}" apt-get install -y -q --no-install-recommends "${missing[@]}"
+}
+if [ ${#missing[@]} -gt 0 ]; then
+  install_missing
 fi
-echo "Installing: ${missing[*]}"
-export DEBIAN_FRONTEND=noninteractive
-"${as_root[@]}" apt-get update -q
-"${as_root[@]}" apt-get install -y -q --no-install-recommends "${missing[@]}"
+
+"$(dirname "$0")/get_lib3ds.sh"
