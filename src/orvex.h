@@ -105,6 +105,7 @@
 #include "assets/image.h"
 #include "assets/image_codec_stb.h"
 #include "assets/jpeg_writer.h"
+#include "assets/loaders/loader_3d_lib3ds.h"
 #include "assets/loaders/loader_3d_obj.h"
 #include "assets/material.h"
 #include "assets/material_mgr.h"

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "assets/image_codec_stb.h"
+#include "assets/loaders/loader_3d_lib3ds.h"
 #include "assets/loaders/loader_3d_obj.h"
 #include "kernel/kernel_data.h"
 #include "kernel/loader_3d.h"
@@ -35,10 +36,26 @@ bool Kernel::load_core_image_codec_plugins() {
     return true;
 }
 
+namespace {
+
+Loader3D* new_lib3ds_loader() {
+#ifdef ORVEX_WITH_LIB3DS
+    return new Loader3D_Lib3ds;
+#else
+    LogMgr::get()->trace("orvex::Kernel - this build has no 3DS loader.");
+    return nullptr;
+#endif
+}
+
+} // namespace
+
 bool Kernel::load_core_loader3d_plugins() {
-    // The 3DS loader goes first, in a build that has it.
-    if (!loader_lib3ds)
-        LogMgr::get()->trace("orvex::Kernel - this build has no 3DS loader.");
+    if (!loader_lib3ds) {
+        Loader3D* const loader = new_lib3ds_loader();
+        if (loader)
+            run_core_plugin(*this, loader);
+        loader_lib3ds = loader;
+    }
     if (!loader_obj) {
         auto* const loader = new Loader3D_OBJ;
         run_core_plugin(*this, loader);

@@ -1,0 +1,47 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+
+namespace orvex {
+
+/// Random access to bytes in memory, or to those of a file of which only a small window is held.
+class ByteWindow {
+public:
+    /// The largest count that `at` can be asked for.
+    static constexpr std::size_t LARGEST_VIEW = 16 * 1024;
+
+    ByteWindow() = default;
+    /// Looks at bytes that the caller keeps.
+    ByteWindow(const unsigned char* bytes, std::size_t size);
+    ~ByteWindow();
+    ByteWindow(const ByteWindow&) = delete;
+    ByteWindow& operator=(const ByteWindow&) = delete;
+
+    /// Opens a regular file; devices and pipes are refused. @return false if it can't be opened
+    bool open(const char* path);
+
+    std::uint64_t size() const { return size_; }
+
+    /// The bytes from `offset` on, valid until the next call.
+    /// @param count  LARGEST_VIEW at most
+    /// @return null if they don't all lie within the file, or can't be read
+    const unsigned char* at(std::uint64_t offset, std::size_t count) {
+        if (offset >= begin_ && offset + count <= end_)
+            return bytes_ + (offset - begin_);
+        return move_to(offset, count);
+    }
+
+private:
+    const unsigned char* move_to(std::uint64_t offset, std::size_t count);
+
+    const unsigned char* bytes_ = nullptr; ///< the window, from begin_ to end_ in the file
+    std::uint64_t begin_ = 0;
+    std::uint64_t end_ = 0;
+    std::uint64_t size_ = 0;
+    std::unique_ptr<unsigned char[]> buffer_;
+    int fd_ = -1;
+};
+
+} // namespace orvex

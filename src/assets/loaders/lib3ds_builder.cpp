@@ -1,0 +1,163 @@
+#include <vector>
+
+#include "assets/loaders/lib3ds_records.h"
+#include "assets/loaders/loader_3d_lib3ds.h"
+#include "assets/material.h"
+#include "assets/material_mgr.h"
+#include "geometry/mesh.h"
+#include "geometry/mesh_data.h"
+#include "scene/model.h"
+
+namespace orvex {
+
+bool Loader3D_Lib3ds::build_model(Model* model) {
+    if (model == nullptr)
+        return false;
+    for (std::uint64_t i = 0; i < lib3ds_data->num_materials; ++i)
+        build_material(&lib3ds_data->materials[i], model);
+    for (const auto& record : lib3ds_data->meshes) {
+        if (build_mesh(record.get(), model))
+            model->add_child(record->mesh);
+    }
+    return true;
+}
+
+// --- Materials -------------------------------------------------------------------------------
+
+namespace {
+
+vec4 opaque(const Lib3dsFloat4& color) {
+    return vec4(color[0], color[1], color[2], 1.0f);
+}
+
+Material* create_material(const orvexLib3dsMaterial& record) {
+    Material* const material = MaterialMgr::get()->create_material(record.name);
+    material->set_ambient(opaque(record.ambient));
+    material->set_diffuse(opaque(record.diffuse));
+    material->set_specular(opaque(record.specular));
+    // Exactly 0 would light everything.
+    material->set_shininess(record.shininess == 0.0f ? 1.0f : record.shininess);
+    material->set_opacity(record.opacity);
+    if (record.texture_filename[0] != '\0')
+        material->async_loading_add_texture_filename(record.texture_filename);
+    return material;
+}
+
+} // namespace
+
+bool Loader3D_Lib3ds::build_material(orvexLib3dsMaterial* record, Model* model) {
+    if (record == nullptr || model == nullptr)
+        return false;
+    if (Resource* const known = MaterialMgr::get()->get_resource(record->name)) {
+        if (model->get_material_by_name(record->name) == nullptr)
+            model->add_material(static_cast<Material*>(known), nullptr);
+        return true;
+    }
+    record->material = create_material(*record);
+    model->add_material(record->material, nullptr);
+    return true;
+}
+
+// --- Meshes ----------------------------------------------------------------------------------
+
+namespace {
+
+/// Fills the faces of one mesh, and gives the mesh the materials that they use.
+class FaceBuilder {
+public:
+    FaceBuilder(const sLib3dsMesh& record, Mesh& mesh, orvexLib3dsMaterial* materials,
+                std::uint64_t num_materials)
+        : record_(record)
+        , mesh_(mesh)
+        , store_(*mesh.get_mesh_data())
+        , materials_(materials)
+        , is_added_(num_materials, false)
+        , default_material_(MaterialMgr::get()->create_material(nullptr)) {}
+
+    void build() {
+        for (std::uint32_t i = 0; i < record_.num_faces; ++i) {
+            set_indices(i);
+            set_normal(i);
+            store_.face_materials[i] = material_of(i);
+        }
+    }
+
+private:
+    void set_indices(std::uint32_t i) {
+        const auto& from = record_.faces[i];
+        mesh_.set_face_indexes(i, from[0], from[1], from[2]);
+    }
+
+    /// The normals are those of corners, and these are not turned as those of vertices are.
+    void set_normal(std::uint32_t i) {
+        const Lib3dsFloat3& from = record_.normals[i];
+        vec4& to = store_.face_normals[i];
+        to.x = from[0];
+        to.y = from[1];
+        to.z = from[2];
+    }
+
+    int material_of(std::uint32_t i) {
+        const std::uint32_t index = record_.face_materials[i].material;
+        if (index >= is_added_.size() || materials_[index].material == nullptr)
+            return default_material_id();
+        if (!is_added_[index]) {
+            is_added_[index] = true;
+            mesh_.add_material(materials_[index].material, nullptr);
+        }
+        return materials_[index].material->getid();
+    }
+
+    int default_material_id() {
+        if (!is_default_added_) {
+            is_default_added_ = true;
+            mesh_.add_material(default_material_, nullptr);
+        }
+        return default_material_->getid();
+    }
+
+    const sLib3dsMesh& record_;
+    Mesh& mesh_;
+    MeshData& store_;
+    const orvexLib3dsMaterial* materials_;
+    std::vector<bool> is_added_; ///< whether the mesh has a material already
+    Material* default_material_;
+    bool is_default_added_ = false;
+};
+
+void build_vertices(const sLib3dsMesh& record, MeshData& store) {
+    for (std::uint32_t i = 0; i < record.num_vertices; ++i) {
+        const Lib3dsFloat3& position = record.vertices[i];
+        store.set_position(i, vec3(position[0], position[2], -position[1]));
+        if (i < record.num_texcoords)
+            store.set_uv0(i, vec4(record.texcoords[i][0], record.texcoords[i][1], 0.0f, 1.0f));
+        // By number of vertex though they are per corner, and without the minus of positions.
+        if (i < record.num_normals) {
+            const Lib3dsFloat3& normal = record.normals[i];
+            store.set_normal(i, vec3(normal[0], normal[2], normal[1]));
+        }
+    }
+}
+
+} // namespace
+
+bool Loader3D_Lib3ds::build_mesh(sLib3dsMesh* record, Model* model) {
+    constexpr std::uint32_t vertices_of_a_face = 3;
+    if (record == nullptr || model == nullptr || record->num_vertices < vertices_of_a_face ||
+        record->num_faces == 0)
+        return false;
+    Mesh* const mesh = model->create_mesh();
+    mesh->set_name(record->name);
+    if (!mesh->alloc_vertex_data(record->num_vertices) ||
+        !mesh->alloc_face_data(record->num_faces, false)) {
+        mesh->kill(nullptr, nullptr);
+        return false;
+    }
+    record->mesh = mesh;
+    build_vertices(*record, *mesh->get_mesh_data());
+    mesh->set_vertices_color(1.0f, 1.0f, 1.0f, 1.0f, nullptr);
+    FaceBuilder(*record, *mesh, lib3ds_data->materials.get(), lib3ds_data->num_materials).build();
+    return true;
+}
+
+} // namespace orvex

@@ -1,0 +1,88 @@
+#include "assets/loaders/lib3ds_open.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <cstring>
+#include <utility>
+
+#include <lib3ds.h>
+
+#include "assets/loaders/byte_window.h"
+#include "assets/loaders/lib3ds_check.h"
+#include "kernel/file_bytes.h"
+
+namespace orvex {
+
+void Lib3dsFileDeleter::operator()(Lib3dsFile* file) const {
+    lib3ds_file_free(file);
+}
+
+namespace {
+
+/// Bytes in memory as lib3ds reads a stream.
+struct MemoryStream {
+    const unsigned char* bytes;
+    std::size_t size;
+    std::size_t position = 0;
+};
+
+long seek(void* self, long offset, Lib3dsIoSeek origin) {
+    auto& stream = *static_cast<MemoryStream*>(self);
+    const std::size_t from = origin == LIB3DS_SEEK_SET   ? 0
+                             : origin == LIB3DS_SEEK_CUR ? stream.position
+                                                         : stream.size;
+    stream.position = from + static_cast<std::size_t>(offset);
+    return 0;
+}
+
+long tell(void* self) {
+    return static_cast<long>(static_cast<MemoryStream*>(self)->position);
+}
+
+/// lib3ds takes what it asked for as read: behind the end there are zeros.
+std::size_t read(void* self, void* buffer, std::size_t count) {
+    auto& stream = *static_cast<MemoryStream*>(self);
+    const std::size_t left = stream.size - std::min(stream.position, stream.size);
+    const std::size_t got = std::min(count, left);
+    std::memcpy(buffer, stream.bytes + (stream.size - left), got);
+    if (got < count)
+        std::memset(static_cast<char*>(buffer) + got, 0, count - got);
+    stream.position += count;
+    return got;
+}
+
+} // namespace
+
+Lib3dsFilePtr read_3ds_bytes(const unsigned char* bytes, std::size_t size) {
+    ByteWindow window(bytes, size);
+    if (!lib3ds_can_read(window))
+        return nullptr;
+    Lib3dsFilePtr file(lib3ds_file_new());
+    MemoryStream stream{bytes, size};
+    Lib3dsIo io{};
+    io.self = &stream;
+    io.seek_func = seek;
+    io.tell_func = tell;
+    io.read_func = read;
+    return file != nullptr && lib3ds_file_read(file.get(), &io) ? std::move(file) : nullptr;
+}
+
+namespace {
+
+/// From this size on a file is looked through before it is read into memory, which costs a second
+/// look, so that refusing it takes little memory.
+constexpr std::size_t LARGE_FILE = 16u << 20;
+
+} // namespace
+
+Lib3dsFilePtr open_3ds_file(const char* path) {
+    if (path == nullptr)
+        return nullptr;
+    ByteWindow window;
+    if (!window.open(path) || (window.size() >= LARGE_FILE && !lib3ds_can_read(window)))
+        return nullptr;
+    FileBytes file;
+    return file.read(path) ? read_3ds_bytes(file.data(), file.size()) : nullptr;
+}
+
+} // namespace orvex

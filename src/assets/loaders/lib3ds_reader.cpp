@@ -1,0 +1,154 @@
+#include <cmath>
+#include <cstdio>
+#include <cstring>
+#include <memory>
+#include <string_view>
+#include <unordered_set>
+
+#include <lib3ds.h>
+
+#include "assets/loaders/lib3ds_records.h"
+#include "assets/loaders/loader_3d_lib3ds.h"
+
+namespace orvex {
+
+namespace {
+
+template<std::size_t SIZE>
+void copy_text(char (&field)[SIZE], const char* text) {
+    std::strncpy(field, text, SIZE - 1);
+}
+
+// --- Materials -------------------------------------------------------------------------------
+
+bool names_differ(const Lib3dsFile& file) {
+    std::unordered_set<std::string_view> names;
+    for (int i = 0; i < file.nmaterials; ++i) {
+        if (!names.insert(file.materials[i]->name).second)
+            return false;
+    }
+    return true;
+}
+
+/// Names are keys in `MaterialMgr`: of two materials with one name, one would be lost.
+void make_names_differ(Lib3dsFile& file) {
+    if (names_differ(file))
+        return;
+    for (int i = 0; i < file.nmaterials; ++i) {
+        auto& name = file.materials[i]->name;
+        std::snprintf(name, sizeof(name), "orvex_mat_%d", i);
+    }
+}
+
+Lib3dsFloat4 to_float4(const float (&color)[3]) {
+    return {color[0], color[1], color[2], 1.0f};
+}
+
+void copy_material(const Lib3dsMaterial& from, orvexLib3dsMaterial& to) {
+    copy_text(to.name, from.name);
+    to.ambient = to_float4(from.ambient);
+    to.diffuse = to_float4(from.diffuse);
+    to.specular = to_float4(from.specular);
+    to.shininess = static_cast<float>(std::pow(2.0, 10.0 * double{from.shininess} + 1.0));
+    to.opacity = static_cast<float>(1.0 - double{from.transparency});
+    copy_text(to.texture_filename, from.texture1_map.name);
+}
+
+} // namespace
+
+bool Loader3D_Lib3ds::read_materials(Lib3dsFile* file) {
+    if (file == nullptr || file->nmaterials <= 0)
+        return false;
+    make_names_differ(*file);
+    const auto count = static_cast<std::size_t>(file->nmaterials);
+    lib3ds_data->materials = std::make_unique<orvexLib3dsMaterial[]>(count);
+    lib3ds_data->num_materials = count;
+    for (std::size_t i = 0; i < count; ++i)
+        copy_material(*file->materials[i], lib3ds_data->materials[i]);
+    return true;
+}
+
+// --- Meshes ----------------------------------------------------------------------------------
+
+bool Loader3D_Lib3ds::read_meshes(Lib3dsFile* file) {
+    if (file == nullptr)
+        return false;
+    write_nodes(file, file->nodes);
+    return true;
+}
+
+void Loader3D_Lib3ds::write_nodes(Lib3dsFile* file, Lib3dsNode* node) {
+    for (; node != nullptr; node = node->next) {
+        if (node->type != LIB3DS_NODE_MESH_INSTANCE)
+            continue;
+        write_mesh(file, reinterpret_cast<Lib3dsMeshInstanceNode*>(node));
+        write_nodes(file, node->childs);
+    }
+}
+
+namespace {
+
+/// Writes the result back, so that the next node that shows the mesh starts from it.
+void place_vertices(Lib3dsMesh& mesh, Lib3dsMeshInstanceNode& node) {
+    float placement[4][4];
+    float inverse[4][4];
+    lib3ds_matrix_copy(placement, node.base.matrix);
+    lib3ds_matrix_translate(placement, -node.pivot[0], -node.pivot[1], -node.pivot[2]);
+    lib3ds_matrix_copy(inverse, mesh.matrix);
+    lib3ds_matrix_inv(inverse);
+    lib3ds_matrix_mult(placement, placement, inverse);
+    for (int i = 0; i < mesh.nvertices; ++i) {
+        float placed[3];
+        lib3ds_vector_transform(placed, placement, mesh.vertices[i]);
+        lib3ds_vector_copy(mesh.vertices[i], placed);
+    }
+}
+
+void copy_vertices(const Lib3dsMesh& from, sLib3dsMesh& to) {
+    to.num_vertices = from.nvertices;
+    to.vertices = std::make_unique_for_overwrite<Lib3dsFloat3[]>(to.num_vertices);
+    std::memcpy(to.vertices.get(), from.vertices, to.num_vertices * sizeof(Lib3dsFloat3));
+    if (from.texcos == nullptr)
+        return;
+    to.num_texcoords = to.num_vertices;
+    to.texcoords = std::make_unique_for_overwrite<Lib3dsFloat2[]>(to.num_texcoords);
+    std::memcpy(to.texcoords.get(), from.texcos, to.num_texcoords * sizeof(Lib3dsFloat2));
+}
+
+void compute_normals(Lib3dsMesh& from, sLib3dsMesh& to) {
+    to.num_normals = 3 * std::uint32_t{from.nfaces};
+    to.normals = std::make_unique<Lib3dsFloat3[]>(to.num_normals);
+    lib3ds_mesh_calculate_vertex_normals(&from, reinterpret_cast<float(*)[3]>(to.normals.get()));
+}
+
+/// A face without material keeps its zeros, that is, gets the first material.
+void copy_faces(const Lib3dsMesh& from, sLib3dsMesh& to) {
+    to.num_faces = from.nfaces;
+    to.faces = std::make_unique_for_overwrite<std::array<std::uint16_t, 3>[]>(to.num_faces);
+    to.face_materials = std::make_unique<sLib3dsFaceMaterial[]>(to.num_faces);
+    for (std::uint32_t i = 0; i < to.num_faces; ++i) {
+        const Lib3dsFace& face = from.faces[i];
+        to.faces[i] = {face.index[0], face.index[1], face.index[2]};
+        if (face.material != -1)
+            to.face_materials[i] = {static_cast<std::uint16_t>(i),
+                                    static_cast<std::uint32_t>(face.material)};
+    }
+}
+
+} // namespace
+
+void Loader3D_Lib3ds::write_mesh(Lib3dsFile* file, Lib3dsMeshInstanceNode* node) {
+    Lib3dsMesh* const mesh = lib3ds_file_mesh_for_node(file, &node->base);
+    if (mesh == nullptr || mesh->vertices == nullptr)
+        return;
+    sLib3dsMesh& record = *lib3ds_data->meshes.emplace_back(std::make_unique<sLib3dsMesh>());
+    copy_text(record.name, node->instance_name[0] != '\0' ? node->instance_name : node->base.name);
+    place_vertices(*mesh, *node);
+    copy_vertices(*mesh, record);
+    if (mesh->faces == nullptr)
+        return;
+    compute_normals(*mesh, record);
+    copy_faces(*mesh, record);
+}
+
+} // namespace orvex
