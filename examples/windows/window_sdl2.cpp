@@ -4,6 +4,7 @@
 // context. So it works wherever SDL does, on X11 and on Wayland alike. Escape ends it.
 
 #include <cstdio>
+#include <cstring>
 #include <string>
 
 #include <SDL.h>
@@ -23,6 +24,9 @@ static SDL_Window* open_window() {
     SDL_GL_SetAttribute(SDL_GL_CONTEXT_MINOR_VERSION, 2);
     SDL_GL_SetAttribute(SDL_GL_CONTEXT_PROFILE_MASK, SDL_GL_CONTEXT_PROFILE_CORE);
     SDL_GL_SetAttribute(SDL_GL_DEPTH_SIZE, 24);
+    // Mesa's software renderer shows cleared pixels as black in a Wayland surface without alpha.
+    if (std::strcmp(SDL_GetCurrentVideoDriver(), "wayland") == 0)
+        SDL_GL_SetAttribute(SDL_GL_ALPHA_SIZE, 8);
     return SDL_CreateWindow("orvex in SDL2", SDL_WINDOWPOS_CENTERED, SDL_WINDOWPOS_CENTERED, 640,
                             480, SDL_WINDOW_OPENGL | SDL_WINDOW_RESIZABLE);
 }
