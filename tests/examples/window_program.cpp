@@ -2,6 +2,7 @@
 
 #include <array>
 #include <csignal>
+#include <cstdlib>
 
 #include <X11/Xlib.h>
 #include <X11/Xutil.h>
@@ -42,8 +43,16 @@ Display* connection() {
     return display;
 }
 
-[[noreturn]] void run(std::vector<std::string> command, int output) {
+void pass_over_leaks() {
+    char const* const options = std::getenv("ASAN_OPTIONS");
+    const std::string more = std::string(options ? options : "") + ":detect_leaks=0";
+    setenv("ASAN_OPTIONS", more.c_str(), 1);
+}
+
+[[noreturn]] void run(std::vector<std::string> command, Leaks leaks, int output) {
     prctl(PR_SET_PDEATHSIG, SIGTERM);
+    if (leaks == Leaks::passed_over)
+        pass_over_leaks();
     dup2(output, STDOUT_FILENO);
     dup2(output, STDERR_FILENO);
     std::vector<char*> arguments;
@@ -56,8 +65,8 @@ Display* connection() {
 
 } // namespace
 
-WindowProgram::WindowProgram(std::vector<std::string> const& command) {
-    if (connection() && start(command))
+WindowProgram::WindowProgram(std::vector<std::string> const& command, Leaks leaks) {
+    if (connection() && start(command, leaks))
         find_window();
 }
 
@@ -73,14 +82,14 @@ WindowProgram::~WindowProgram() {
         XSync(connection(), True);
 }
 
-bool WindowProgram::start(std::vector<std::string> const& command) {
+bool WindowProgram::start(std::vector<std::string> const& command, Leaks leaks) {
     int ends[2] = {-1, -1};
     if (pipe2(ends, O_CLOEXEC) != 0)
         return false;
     output_pipe = ends[0];
     process = fork();
     if (process == 0)
-        run(command, ends[1]);
+        run(command, leaks, ends[1]);
     ::close(ends[1]);
     return process > 0;
 }

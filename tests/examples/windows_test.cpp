@@ -28,6 +28,7 @@ std::string const model = EXAMPLE_DATA "/lighthouse.obj";
 struct Example {
     char const* name;
     char const* program;
+    Leaks leaks;
     friend std::ostream& operator<<(std::ostream& out, Example const& example) {
         return out << example.name;
     }
@@ -58,13 +59,14 @@ protected:
 };
 
 INSTANTIATE_TEST_SUITE_P(of, WindowExample,
-                         testing::Values(Example{"glfw", WINDOW_GLFW}, Example{"sdl2", WINDOW_SDL2},
-                                         Example{"x11", WINDOW_X11}),
+                         testing::Values(Example{"glfw", WINDOW_GLFW, Leaks::passed_over},
+                                         Example{"sdl2", WINDOW_SDL2, Leaks::passed_over},
+                                         Example{"x11", WINDOW_X11, Leaks::looked_for}),
                          testing::PrintToStringParamName());
 
 TEST_P(WindowExample, shows_the_model_and_ends_with_escape) {
     const Picture expected = frame_of(640, 480);
-    WindowProgram program(command());
+    WindowProgram program(command(), GetParam().leaks);
     ASSERT_TRUE(program.has_window()) << program.get_output();
     EXPECT_TRUE(program.wait_until([&](Picture const& seen) { return seen == expected; }))
         << program.get_output();
@@ -77,7 +79,7 @@ TEST_P(WindowExample, shows_the_model_and_ends_with_escape) {
 TEST_P(WindowExample, follows_the_size_of_the_window_and_ends_when_it_is_closed) {
     const Picture expected = frame_of(400, 300);
     EXPECT_TRUE(matches_golden("model_road", expected));
-    WindowProgram program(command());
+    WindowProgram program(command(), GetParam().leaks);
     ASSERT_TRUE(program.has_window()) << program.get_output();
     program.resize(400, 300);
     EXPECT_TRUE(program.wait_until([&](Picture const& seen) { return seen == expected; }))
@@ -88,7 +90,7 @@ TEST_P(WindowExample, follows_the_size_of_the_window_and_ends_when_it_is_closed)
 }
 
 TEST_P(WindowExample, tells_that_a_model_cant_be_read) {
-    WindowProgram program({GetParam().program, "/none.obj"});
+    WindowProgram program({GetParam().program, "/none.obj"}, GetParam().leaks);
     EXPECT_EQ(program.exit_code(), 1);
     EXPECT_NE(program.get_output().find("/none.obj: no loader can read it as a model"),
               std::string::npos)
