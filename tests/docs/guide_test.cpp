@@ -1,0 +1,65 @@
+// Each program of the guide prints and draws what its page shows.
+
+#include <string>
+
+#include <gtest/gtest.h>
+
+#include "examples/example_picture.h"
+
+namespace {
+
+using namespace orvex_test;
+
+const std::string data = GUIDE_DATA;
+
+std::string program(std::string const& page) {
+    return GUIDE_PROGRAMS "guide_" + page;
+}
+
+struct Page {
+    char const* name;
+    std::string file; ///< of the data, before the picture's name; may be empty
+};
+
+void PrintTo(Page const& page, std::ostream* out) {
+    *out << page.name;
+}
+
+class GuidePage : public testing::TestWithParam<Page> {};
+
+TEST_P(GuidePage, draws_its_picture) {
+    Page const& page = GetParam();
+    expect_example_picture(program(page.name), page.file, std::string("guide_") + page.name);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    of, GuidePage,
+    testing::Values(Page{"first_triangle", ""}, Page{"first_model", data}, Page{"own_shader", ""},
+                    Page{"textures_and_materials", data + "lighthouse_stone.png"},
+                    Page{"render_targets", ""}),
+    [](auto const& page) { return std::string(page.param.name); });
+
+TEST(GuidePages, on_threads_and_ownership_counts_references) {
+    EXPECT_EQ(output_of(program("threads_and_ownership") + " '" + data + "'"),
+              "4 textures uploaded\n"
+              "new: 0\n"
+              "a child: 1\n"
+              "kept by the host: 2\n"
+              "its parent gone: 1\n");
+}
+
+TEST(GuidePages, on_surprises_shows_them_in_numbers) {
+    EXPECT_EQ(output_of(program("surprises")), "by the model: 2 times\n"
+                                               "by its children: 1 time\n"
+                                               "null reaches the node alone: the leaf is shown\n"
+                                               "itself reaches the subtree: the leaf is hidden\n"
+                                               "two steps of 30 degrees look up by 60\n");
+}
+
+TEST(GuidePages, tell_a_program_without_its_arguments_to_fail) {
+    EXPECT_EQ(output_of(program("threads_and_ownership")), "exit 256");
+    EXPECT_EQ(output_of(program("first_model")), "exit 256");
+    EXPECT_EQ(output_of(program("textures_and_materials")), "exit 256");
+}
+
+} // namespace
