@@ -139,8 +139,7 @@ bool MadLedBar::initialize(const vec3& start, const vec3& end, unsigned long num
     VertexPool& pool = *data->vertex_pool.get();
     pool.init_pool(num_leds, false);
     _vp_update_leds_positions();
-    const unsigned long count = std::min(num_leds, pool.get_pool_size());
-    for (unsigned long i = 0; i < count; ++i) {
+    for (unsigned long i = 0; i < num_leds; ++i) {
         pool.set_vertex_color(i, 1.0f, 1.0f, 1.0f, 1.0f);
         if (Vertex* const vertex = pool.get_vertex(i))
             vertex->normal = vec4(0.0f, 1.0f, 0.0f, 0.0f);
@@ -156,8 +155,9 @@ bool MadLedBar::_vp_update_leds_positions() {
         return true;
     const vec3 start = data->start_position;
     const vec3 way = data->end_position - start;
-    const unsigned long count = std::min(data->num_leds, pool->get_pool_size());
-    for (unsigned long i = 0; i < count; ++i) {
+    // The count of lights is also the strip's, and a pool may have found no memory.
+    const unsigned long points = pool->get_vertex(0) ? pool->get_pool_size() : 0;
+    for (unsigned long i = 0; i < std::min(data->num_leds, points); ++i) {
         const float t = static_cast<float>(i) / static_cast<float>(data->num_leds);
         pool->set_vertex_position(i, start.x + way.x * t, start.y + way.y * t, start.z + way.z * t,
                                   1.0f);
@@ -180,8 +180,9 @@ bool MadLedBar::initialize(const vec3& start, const vec3& end, unsigned long num
     const unsigned long segments = std::min<unsigned long>(num_leds, INT_MAX);
     plane.set_build_params(length, height, static_cast<int>(segments), 1);
     plane.build(nullptr);
-    const unsigned long count = std::min(num_leds, plane.get_num_vertices(nullptr));
-    for (unsigned long i = 0; i < count; ++i) {
+    // A strip that no memory was found for has a number of vertices, and none of them.
+    const bool built = plane.get_vertex(0) != nullptr;
+    for (unsigned long i = 0; built && i < num_leds; ++i) {
         _plane_set_led_color(i, 1.0f, 1.0f, 1.0f, 1.0f);
         _plane_set_led_normal(i, 0.0f, 1.0f, 0.0f);
     }

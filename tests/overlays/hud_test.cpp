@@ -60,21 +60,6 @@ Calls without_signs_of_zeros(Calls calls) {
     return calls;
 }
 
-/// Texts of the host's own for the rest of a block.
-class OtherText {
-public:
-    OtherText(char const*& text, char const* other)
-        : text(text)
-        , before(std::exchange(text, other)) {}
-    ~OtherText() { text = before; }
-    OtherText(OtherText const&) = delete;
-    OtherText& operator=(OtherText const&) = delete;
-
-private:
-    char const*& text;
-    char const* before;
-};
-
 class HudTest : public OverlayTest {
 protected:
     ~HudTest() override { hud.cleanup(&renderer); }
