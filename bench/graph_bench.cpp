@@ -28,18 +28,19 @@ thread_local long allocations = 0;
 
 } // namespace
 
-void* operator new(std::size_t size) {
+// Inlined, the compiler would take a mismatch of `new` and `free` for a mistake.
+[[gnu::noinline]] void* operator new(std::size_t size) {
     ++allocations;
     if (void* const block = std::malloc(size == 0 ? 1 : size))
         return block;
     throw std::bad_alloc();
 }
 
-void operator delete(void* block) noexcept {
+[[gnu::noinline]] void operator delete(void* block) noexcept {
     std::free(block);
 }
 
-void operator delete(void* block, std::size_t) noexcept {
+[[gnu::noinline]] void operator delete(void* block, std::size_t) noexcept {
     std::free(block);
 }
 
