@@ -51,11 +51,15 @@ def pack(glyphs):
 
 
 def draw(glyphs, height):
-    """White on black: decoders drop an alpha channel, so that the brightness is the opacity."""
+    """White on black: decoders drop an alpha channel, so that the brightness is the opacity.
+
+    Upside down: the first row of a file is the lowest of a texture, and glyphs are looked for from
+    the texture's top.
+    """
     sheet = Image.new("L", (SHEET_WIDTH, height), 0)
     for glyph in glyphs:
         sheet.paste(glyph.ink, (glyph.x, glyph.y))
-    return sheet
+    return sheet.transpose(Image.Transpose.FLIP_TOP_BOTTOM)
 
 
 def describe(font, glyphs, height, name, size, image):

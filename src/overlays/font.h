@@ -29,10 +29,11 @@ struct MeshData;
 /// that means an orthographic camera with the text's y counted down from its top.
 /// The sheet and the GPU program are the caller's to bind, and blending the caller's to set, so
 /// that one font can be drawn with any material. Decoders deliver sheets without transparency:
-/// white glyphs on black, of which a program takes one channel as opacity.
+/// white glyphs on black, of which a program takes one channel as opacity. The sheet's file holds
+/// the picture upside down, since the first row of a file is the lowest of a texture; of a sheet
+/// that is stored upright a host calls `Texture::flip_vertical`, unloads and uploads it.
 ///
-/// A byte from 128 up, and one that the charset lacks, is a quad of no size that moves nothing. Of
-/// the quads' texture coordinates v runs up from the sheet's lower edge, as textures are loaded.
+/// A byte from 128 up, and one that the charset lacks, is a quad of no size that moves nothing.
 ///
 /// Raster text needs the fixed pipeline, thus a compatibility context, and the GLUT library on the
 /// machine; see `Renderer::font_bitmap_linux_render`.

@@ -121,9 +121,11 @@ bool Font::write_quads(MeshData& data, void* destination) {
     return true;
 }
 
+// A mesh that never had vertices has no arrays either, and a core context refuses to draw then.
 void Font::bm_render_vb(Renderer* renderer) {
     if (renderer == nullptr || state->bm_mesh == nullptr ||
-        state->bm_data.get_string_counter() == 0) {
+        state->bm_data.get_string_counter() == 0 ||
+        state->bm_mesh->get_num_vertices(nullptr) == 0) {
         return;
     }
     state->bm_mesh->set_transform(get_transform());

@@ -1,0 +1,44 @@
+#include "overlays/font.h"
+
+#include <string>
+
+#include <gtest/gtest.h>
+
+#include "assets/counted_allocations.h"
+#include "assets/texture.h"
+#include "overlays/font_state.h"
+#include "support/fake_renderer.h"
+
+namespace orvex {
+namespace {
+
+using namespace orvex_test;
+
+TEST(FontFrame, allocates_nothing_once_its_strings_have_been_long_enough) {
+    FakeRenderer renderer;
+    auto* const font = new Font;
+    auto* const sheet = new Texture;
+    sheet->add_ref();
+    FontAccess::state(*font).bm_texture.set(sheet);
+    ASSERT_TRUE(font->bm_load_charset_from_memory("<font><common scaleW='8' scaleH='8'/></font>"));
+    std::string const text(2000, 'a');
+    auto const one_frame = [&](unsigned long length) {
+        font->bm_draw_reset();
+        for (int i = 0; i < 100; ++i) {
+            font->bm_draw_text_2d(i, i, 1.0f, 1.0f, 1.0f, 1.0f, text.c_str() + 2000 - length);
+        }
+        return font->bm_update_vb(&renderer, false);
+    };
+    ASSERT_TRUE(one_frame(2000));
+
+    long const before = allocations_so_far();
+    EXPECT_GT(before, 0);
+    for (unsigned long i = 0; i < 10; ++i) {
+        EXPECT_TRUE(one_frame(2000 - 100 * i));
+    }
+    EXPECT_EQ(allocations_so_far() - before, 0);
+    font->kill(&renderer, nullptr);
+}
+
+} // namespace
+} // namespace orvex
