@@ -34,7 +34,7 @@ public:
 
     /// Decodes a picture.
     /// @param image  receives width, height and format 1 (`PF_RGB_U8`)
-    /// @param bytes @param size  the encoded picture, at most INT_MAX bytes
+    /// @param bytes,size  the encoded picture, at most INT_MAX bytes
     /// @param mirror  false: `pixmap_external` points to the decoder's memory, which is to be given
     ///                back with `free_image_resources`. True: the image gets pixels of its own,
     ///                each row turned left to right, as a square of the picture's width: rows

@@ -12,7 +12,7 @@ namespace orvex {
 /// @param filename  a path, taken as given; an existing file is replaced
 /// @param data      rows from the top down without padding, `width * height * comp` bytes, of which
 ///                  the first three per pixel are red, green and blue
-/// @param width @param height  pixels; the format has room for sizes up to 65,535
+/// @param width,height  pixels; the format has room for sizes up to 65,535
 /// @param comp      bytes per pixel: 1 for grey, 3, or 4 with a byte that is skipped
 /// @param quality   1 to 100, clamped; 0 means 90
 /// @return false for null, a size of 0, another `comp`, or a file that can't be opened. A failure

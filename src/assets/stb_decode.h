@@ -21,7 +21,7 @@ using StbPixels = std::unique_ptr<unsigned char, StbFree>;
 ///
 /// The memory that may be held at any moment is in proportion to the size that the picture
 /// announces, so that a small lie can't ask for gigabytes.
-/// @param bytes @param size  the encoded picture; at most INT_MAX bytes
+/// @param bytes,size  the encoded picture; at most INT_MAX bytes
 /// @param limit  bytes that may be held, whatever the picture announces
 /// @param[out] width @param[out] height  written on success only
 /// @return null for what can't be decoded

@@ -28,8 +28,8 @@ public:
     explicit MeshBox(VERTEX_FORMAT format);
 
     /// Stores the parameters for the next build.
-    /// @param width @param height @param depth  along X, Y and Z
-    /// @param wsegs @param hsegs @param dsegs   cells along X, Y and Z; the build raises counts
+    /// @param width,height,depth  along X, Y and Z
+    /// @param wsegs,hsegs,dsegs   cells along X, Y and Z; the build raises counts
     ///                                          below 1 to 1
     /// @return true
     bool set_build_params(float width, float height, float depth, int wsegs, int hsegs, int dsegs);

@@ -32,7 +32,7 @@ public:
     explicit MeshEllipse(VERTEX_FORMAT format);
 
     /// Stores the parameters for the next build.
-    /// @param radius_x @param radius_z  along X and Z
+    /// @param radius_x,radius_z  along X and Z
     /// @param slices   sectors, at least 3; with less the vertices are laid out for 3 and remain
     ///                 partly unset
     /// @param rings    at least 1; with less there are no faces to be seen

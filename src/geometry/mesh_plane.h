@@ -29,8 +29,8 @@ public:
     explicit MeshPlane(VERTEX_FORMAT format);
 
     /// Stores the parameters for the next build.
-    /// @param width @param height  along X and Z
-    /// @param wsegs @param hsegs   cells along X and Z, at least 1 is built
+    /// @param width,height  along X and Z
+    /// @param wsegs,hsegs   cells along X and Z, at least 1 is built
     /// @return true
     bool set_build_params(float width, float height, int wsegs, int hsegs);
     float get_width() const;  ///< as stored

@@ -27,14 +27,14 @@ public:
     explicit MeshQuad(VERTEX_FORMAT format);
 
     /// Stores the parameters for the next build.
-    /// @param width @param height  along X and Y
+    /// @param width,height  along X and Y
     /// @return true
     bool set_build_params(float width, float height);
 
     /// Moves the four vertices of a built quad to another size, without a build, and marks them for
     /// upload. The size isn't stored: the next build goes back to that of `set_build_params`. The
     /// bounding sphere stays.
-    /// @param width @param height  along X and Y
+    /// @param width,height  along X and Y
     void update_params(float width, float height);
 
     /// Makes the geometry if the build state is set, then updates the bounding sphere. Children are

@@ -62,7 +62,7 @@ public:
     bool init_terrain_buffer(Texture* height_map);
 
     /// The elevation of the nearest texel below a grid point; reads the height map at first use.
-    /// @param x @param y  column and row of the grid point, 0 to n
+    /// @param x,y  column and row of the grid point, 0 to n
     /// @param n           cells per side of the grid
     /// @param scale       elevation of white
     /// @return 0 without heights, and for a point outside the map

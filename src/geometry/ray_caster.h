@@ -67,7 +67,7 @@ public:
 
     /// The ray of a pixel through a perspective camera, from its near plane towards its far plane,
     /// which is to be a finite one.
-    /// @param x @param y  pixels; x from the left edge of the window, and y downwards: the
+    /// @param x,y  pixels; x from the left edge of the window, and y downwards: the
     ///                    viewport's `y` is taken as its upper edge
     /// @param[out] ray  its direction is of unit length. Not finite for a viewport less than two
     ///                  pixels wide or high.
@@ -75,7 +75,7 @@ public:
     bool get_ray(Camera* camera, int x, int y, Ray& ray) const;
 
     /// The ray of a pixel through an orthographic camera, from one unit before the eye.
-    /// @param x @param y  as in `get_ray`
+    /// @param x,y  as in `get_ray`
     /// @param[out] ray  its direction is always (0, 0, -1, 0), wherever the camera looks. Its
     ///                  origin is not finite for a viewport without width or height.
     /// @return false, leaving `ray` alone, for a null camera

@@ -45,8 +45,11 @@ ORVEX_API Log* log_get_default();
 
 /// One line to the default log, at information, warning, error and debug level. Null does nothing.
 ORVEX_API void log_trace(char const* message);
+/// As `log_trace`, at warning level.
 ORVEX_API void log_trace_warning(char const* message);
+/// As `log_trace`, at error level.
 ORVEX_API void log_trace_error(char const* message);
+/// As `log_trace`, at debug level.
 ORVEX_API void log_trace_debug(char const* message);
 
 /// The codename of this version of the engine.

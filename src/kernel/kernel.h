@@ -57,10 +57,10 @@ public:
     /// @}
     /// @name Version
     /// @{
-    int get_version_major() const;
-    int get_version_minor() const;
-    int get_version_patch() const;
-    int get_version_build() const;
+    int get_version_major() const; ///< the 0 of 0.9.0
+    int get_version_minor() const; ///< the 9 of 0.9.0
+    int get_version_patch() const; ///< the last number of 0.9.0
+    int get_version_build() const; ///< of the same version; 0
     /// The codename of this version.
     char const* get_codename() const;
 
@@ -72,16 +72,17 @@ public:
 
     /// 64 or 32, a fact of the build and known at any time.
     int get_platform_bitness() const;
+    /// Name of the system, "Linux".
     char const* get_platform_name() const;
     /// Any of the three may be null.
     void get_osx_version(int* major, int* minor, int* patch) const;
-    char const* get_osx_codename() const;
-    char const* get_osx_kern_osrelease() const;
+    char const* get_osx_codename() const;       ///< empty here
+    char const* get_osx_kern_osrelease() const; ///< empty here
     /// The `get_linux_*` texts are those of `uname`.
     char const* get_linux_sysname() const;
-    char const* get_linux_release() const;
-    char const* get_linux_version() const;
-    char const* get_linux_machine() const;
+    char const* get_linux_release() const; ///< as `uname -r`
+    char const* get_linux_version() const; ///< as `uname -v`
+    char const* get_linux_machine() const; ///< as `uname -m`
 
     /// @}
     /// @name Core plugins
@@ -140,8 +141,11 @@ public:
 
     /// Calls the operation of each registered plugin in order. @return true
     bool initialize_all_plugins();
+    /// `Plugin::start` of each registered plugin in order. @return true
     bool start_all_plugins();
+    /// `Plugin::stop` of each registered plugin in order. @return true
     bool stop_all_plugins();
+    /// `Plugin::terminate` of each registered plugin in order. @return true
     bool terminate_all_plugins();
 
     /// @}
@@ -174,6 +178,8 @@ public:
     /// Offers the file to every registered 3D loader in order.
     Model* load_model_from_file(char const* filename, char const* model_dir,
                                 char const* resource_dir);
+    /// As `load_model_from_file`, with the storage chosen.
+    /// @param vertex_alignment  of the meshes' arrays in bytes; below 1 for ordinary memory
     Model* load_model_from_file_v2(char const* filename, char const* model_dir,
                                    char const* resource_dir, bool separate_vertex_arrays,
                                    int vertex_alignment);
@@ -181,6 +187,8 @@ public:
     /// Only the built-in 3DS loader.
     Model* load_model_from_file_lib3ds(char const* filename, char const* model_dir,
                                        char const* resource_dir);
+    /// As `load_model_from_file_lib3ds`, with the storage chosen.
+    /// @param vertex_alignment  of the meshes' arrays in bytes; below 1 for ordinary memory
     Model* load_model_from_file_lib3ds_v2(char const* filename, char const* model_dir,
                                           char const* resource_dir, bool separate_vertex_arrays,
                                           int vertex_alignment);
@@ -188,6 +196,8 @@ public:
     /// Only the built-in OBJ loader.
     Model* load_model_from_file_obj(char const* filename, char const* model_dir,
                                     char const* resource_dir);
+    /// As `load_model_from_file_obj`, with the storage chosen.
+    /// @param vertex_alignment  of the meshes' arrays in bytes; below 1 for ordinary memory
     Model* load_model_from_file_obj_v2(char const* filename, char const* model_dir,
                                        char const* resource_dir, bool separate_vertex_arrays,
                                        int vertex_alignment);
@@ -195,6 +205,8 @@ public:
     /// Only the first registered 3D loader named "orvex_plugin_fbx", which comes from outside.
     Model* load_model_from_file_fbx(char const* filename, char const* model_dir,
                                     char const* resource_dir);
+    /// As `load_model_from_file_fbx`, with the storage chosen.
+    /// @param vertex_alignment  of the meshes' arrays in bytes; below 1 for ordinary memory
     Model* load_model_from_file_fbx_v2(char const* filename, char const* model_dir,
                                        char const* resource_dir, bool separate_vertex_arrays,
                                        int vertex_alignment);

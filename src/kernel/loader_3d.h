@@ -28,14 +28,16 @@ public:
     /// Texts are copied and null is ignored; the pointer of a getter is valid until its setter
     /// runs. Where textures and other resources of a model lie.
     void set_resource_dir(char const* directory);
-    char const* get_resource_dir() const;
+    char const* get_resource_dir() const; ///< never null; empty unless set
     /// Where the model file and its companions lie.
     void set_model_dir(char const* directory);
-    char const* get_model_dir() const;
+    char const* get_model_dir() const; ///< never null; empty unless set
+    /// A name beside that of the plugin; the engine never reads it.
     void set_loader_name(char const* name);
-    char const* get_loader_name() const;
+    char const* get_loader_name() const; ///< never null; empty unless set
+    /// A text for people; the engine never reads it.
     void set_loader_description(char const* description);
-    char const* get_loader_description() const;
+    char const* get_loader_description() const; ///< never null; empty unless set
 
 private:
     struct Loader3DData;

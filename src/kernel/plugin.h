@@ -73,29 +73,32 @@ public:
     /// Texts are copied, null is ignored, and what exceeds the field is cut. The pointers of the
     /// getters stay valid for the life of the plugin.
     void set_name(char const* name); ///< at most 127 characters
-    char const* get_name() const;
+    char const* get_name() const;    ///< empty at first
     /// The path that the plugin was loaded from, empty for one that was built in.
-    void set_full_filename(char const* filename); ///< at most 1,023 characters
-    char const* get_full_filename() const;
+    void set_full_filename(char const* filename);  ///< at most 1,023 characters
+    char const* get_full_filename() const;         ///< empty at first
     void set_description(char const* description); ///< at most 255 characters
-    char const* get_description() const;
-    void set_author(char const* author); ///< at most 127 characters
-    char const* get_author() const;
-    void set_build_info(char const* build_info); ///< at most 127 characters
-    char const* get_build_info() const;
+    char const* get_description() const;           ///< empty at first
+    void set_author(char const* author);           ///< at most 127 characters
+    char const* get_author() const;                ///< empty at first
+    void set_build_info(char const* build_info);   ///< at most 127 characters
+    char const* get_build_info() const;            ///< empty at first
 
+    /// The plugin's own version; 0.0.0 at first.
     void set_version(int major, int minor, int patch);
-    int get_version_major() const;
-    int get_version_minor() const;
-    int get_version_patch() const;
+    int get_version_major() const; ///< the first number of `set_version`
+    int get_version_minor() const; ///< the second number of `set_version`
+    int get_version_patch() const; ///< the third number of `set_version`
 
+    /// What the registry files the plugin under; a subclass sets it in its constructor.
     void set_type(PLUGIN_TYPE type);
-    PLUGIN_TYPE get_type() const;
+    PLUGIN_TYPE get_type() const; ///< `PLUGIN_TYPE_NONE` unless set
 
     /// Marks a renderer that `Kernel::load_core_opengl_renderer_plugin(false)` may give out.
     void set_core_plugin_state(bool state);
-    bool get_core_plugin_state() const;
+    bool get_core_plugin_state() const; ///< false unless set
 
+    /// The references counted so far; 0 for a new plugin. `PluginMgr::insert_plugin` adds one.
     int get_ref() const;
     /// Adds one reference.
     void add_ref();
@@ -109,7 +112,7 @@ public:
 
     /// The handle of the shared library, null for a plugin that was built in.
     void set_dynlib_handle(void* handle);
-    void* get_dynlib_handle() const;
+    void* get_dynlib_handle() const; ///< null unless set
 
     /// The thread that built the plugin, or that last called `update_thread`.
     Thread* get_thread();

@@ -59,6 +59,7 @@ public:
     /// @return how many ended
     int unload_all_plugins();
 
+    /// Entries of the registry; a plugin inserted twice counts twice.
     unsigned long get_num_plugins() const;
 
     /// The plugin at an index in order of insertion; null past the end.
@@ -67,6 +68,7 @@ public:
     /// The plugin of this id; null if there is none.
     Plugin* get_plugin(int id) const;
 
+    /// Entries of that type.
     unsigned long get_num_plugins_by_type(PLUGIN_TYPE type) const;
 
     /// The plugin at `index` among those of a type, in order of insertion; null past the end.

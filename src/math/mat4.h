@@ -35,8 +35,8 @@ public:
                    float m8, float m9, float m10, float m11, float m12, float m13, float m14,
                    float m15)
         : m{m0, m1, m2, m3, m4, m5, m6, m7, m8, m9, m10, m11, m12, m13, m14, m15} {}
-    constexpr mat4(const mat4&) = default;
-    mat4& operator=(const mat4&) = default;
+    constexpr mat4(const mat4&) = default;  ///< all 16 elements
+    mat4& operator=(const mat4&) = default; ///< all 16 elements
 
     /// Copies 16 floats.
     /// @param values  the elements in storage order; null changes nothing
@@ -110,7 +110,7 @@ public:
     /// Makes this the identity with the three vectors as its first three columns.
     mat4& from_axes(const vec4& x, const vec4& y, const vec4& z);
     /// The first three columns.
-    /// @param[out] x @param[out] y @param[out] z  receive them; their w stays
+    /// @param[out] x,y,z  receive them; their w stays
     void to_axes(vec4& x, vec4& y, vec4& z) const;
     /// `from_axes` on this matrix, then `to_quat`.
     void from_axes_to_quaternion(const vec4& x, const vec4& y, const vec4& z, quat& q);
@@ -130,21 +130,21 @@ public:
     /// Makes this a right-handed perspective projection, looking along negative Z.
     /// @param fov  vertical field of view, degrees
     /// @param aspect  width divided by height
-    /// @param near @param far  distances of the clip planes; a far of exactly -1 is at infinity
+    /// @param near,far  distances of the clip planes; a far of exactly -1 is at infinity
     /// @param epsilon  with far at infinity, keeps depth below 1; 1e-5 is a good value
     mat4& buildRHPerspectiveProjectionMatrix(float fov, float aspect, float near, float far,
                                              float epsilon);
     /// The same with two fields of view. The horizontal one is divided by the aspect as well.
-    /// @param fovx @param fovy  degrees
+    /// @param fovx,fovy  degrees
     /// @param aspect  width divided by height
-    /// @param near @param far  distances of the clip planes; a far of exactly -1 is at infinity
+    /// @param near,far  distances of the clip planes; a far of exactly -1 is at infinity
     /// @param epsilon  with far at infinity, keeps depth below 1
     mat4& buildRHTwoFovPerspectiveProjectionMatrix(float fovx, float fovy, float aspect, float near,
                                                    float far, float epsilon);
     /// Makes this a left-handed perspective projection, looking along positive Z.
     /// @param fov  twice the vertical field of view, degrees: the angle is halved twice
     /// @param aspect  width divided by height
-    /// @param near @param far  distances of the clip planes
+    /// @param near,far  distances of the clip planes
     mat4& buildLHPerspectiveProjectionMatrix(float fov, float aspect, float near, float far);
     /// Makes this a right-handed orthographic projection of the given box.
     mat4& buildRHOrthographicProjectionMatrix(float left, float right, float bottom, float top,
@@ -173,7 +173,7 @@ inline float det3x3(float a1, float a2, float a3, float b1, float b2, float b3, 
 }
 
 /// The determinant of the nine elements `m[r * 4 + c]` at three r and three c.
-/// @param r0 @param r1 @param r2 @param c0 @param c1 @param c2  0 to 3 each; anything else gives 0
+/// @param r0,r1,r2,c0,c1,c2  0 to 3 each; anything else gives 0
 ORVEX_API float MINOR(const mat4& m, int r0, int r1, int r2, int c0, int c1, int c2);
 
 namespace detail {

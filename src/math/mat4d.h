@@ -22,8 +22,8 @@ public:
     /// Makes the identity.
     constexpr mat4d()
         : m{1.0, 0.0, 0.0, 0.0, 0.0, 1.0, 0.0, 0.0, 0.0, 0.0, 1.0, 0.0, 0.0, 0.0, 0.0, 1.0} {}
-    constexpr mat4d(const mat4d&) = default;
-    mat4d& operator=(const mat4d&) = default;
+    constexpr mat4d(const mat4d&) = default;  ///< all 16 elements
+    mat4d& operator=(const mat4d&) = default; ///< all 16 elements
 
     /// Copies 16 doubles.
     /// @param values  the elements in storage order; null changes nothing

@@ -20,8 +20,8 @@ public:
     Math() = delete;
 
     /// Tests the infinite line through a ray against a triangle, from both sides, by Cramer's rule.
-    /// @param origin @param dir  the ray; `dir` of any length
-    /// @param p0 @param p1 @param p2  the triangle
+    /// @param origin,dir  the ray; `dir` of any length
+    /// @param p0,p1,p2  the triangle
     /// @param[out] t  where the plane is met, in lengths of `dir` from `origin`, negative behind
     /// it;
     ///                written whatever the result, not finite for a line parallel to the plane; may
@@ -31,8 +31,8 @@ public:
                                           const vec4& p1, const vec4& p2, float* t);
 
     /// Tests the infinite line through a ray against a sphere: one behind the origin is hit too.
-    /// @param origin @param dir  the ray; `dir` of any length
-    /// @param center @param radius  the sphere
+    /// @param origin,dir  the ray; `dir` of any length
+    /// @param center,radius  the sphere
     /// @return true when they touch or cross, and when the numbers are not numbers
     static bool check_ray_sphere_intersection(const vec4& origin, const vec4& dir,
                                               const vec4& center, float radius);

@@ -37,8 +37,8 @@ public:
         , y(y_)
         , z(z_)
         , w(w_) {}
-    constexpr quat(const quat&) = default;
-    quat& operator=(const quat&) = default;
+    constexpr quat(const quat&) = default;  ///< all four components
+    quat& operator=(const quat&) = default; ///< all four components
 
     /// Sets the four components, the scalar part last.
     /// @return this quaternion
@@ -66,7 +66,7 @@ public:
 
     /// Makes this the turn by an angle about an axis, normalised as a whole quaternion.
     /// @param angle  degrees
-    /// @param x_ @param y_ @param z_  the axis; expected to be of unit length
+    /// @param x_,y_,z_  the axis; expected to be of unit length
     /// @param normalize_axis  has no effect on the result: the quaternion is made from the axis as
     ///                        given
     /// @return this quaternion
@@ -75,7 +75,7 @@ public:
     quat& from_axis_angle(float angle, const vec4& axis, bool normalize_axis);
 
     /// Makes this the product (turn about Y · turn about X) · turn about Z, normalised.
-    /// @param x_ @param y_ @param z_  the three angles, in degrees
+    /// @param x_,y_,z_  the three angles, in degrees
     /// @return this quaternion
     quat& from_euler(float x_, float y_, float z_);
 
@@ -87,7 +87,7 @@ public:
     void to_euler(float* first, float* second, float* third) const;
 
     /// Makes this the shortest turn that takes one unit vector to another.
-    /// @param from @param to  expected to be of unit length; exactly opposite ones give components
+    /// @param from,to  expected to be of unit length; exactly opposite ones give components
     ///                        that are not finite
     /// @return this quaternion
     quat& from_vector_rotation(const vec4& from, const vec4& to);

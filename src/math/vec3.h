@@ -32,8 +32,8 @@ public:
         : x(x_)
         , y(y_)
         , z(z_) {}
-    constexpr vec3(const vec3&) = default;
-    vec3& operator=(const vec3&) = default;
+    constexpr vec3(const vec3&) = default;  ///< all three components
+    vec3& operator=(const vec3&) = default; ///< all three components
 
     /// Sets the default value, (0, 0, 0), in memory that no constructor has run on.
     void _construct() { set(0.0f, 0.0f, 0.0f); }

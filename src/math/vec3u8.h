@@ -29,8 +29,8 @@ public:
         : x(x_)
         , y(y_)
         , z(z_) {}
-    constexpr vec3u8(const vec3u8&) = default;
-    vec3u8& operator=(const vec3u8&) = default;
+    constexpr vec3u8(const vec3u8&) = default;  ///< all three components
+    vec3u8& operator=(const vec3u8&) = default; ///< all three components
 };
 
 static_assert(sizeof(vec3u8) == 3 && alignof(vec3u8) == 1);

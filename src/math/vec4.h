@@ -56,9 +56,9 @@ public:
         , y(b.y)
         , z(b.z)
         , w(1.0f) {}
-    constexpr vec4(const vec4&) = default;
+    constexpr vec4(const vec4&) = default; ///< all four components, w included
 
-    vec4& operator=(const vec4&) = default;
+    vec4& operator=(const vec4&) = default; ///< all four components, w included
     /// Copies three components; w becomes 1.
     vec4& operator=(const vec3& b) { return set(b.x, b.y, b.z, 1.0f); }
     /// Copies two components; z becomes 0, w becomes 1.

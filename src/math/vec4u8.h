@@ -33,8 +33,8 @@ public:
         , y(y_)
         , z(z_)
         , w(w_) {}
-    constexpr vec4u8(const vec4u8&) = default;
-    vec4u8& operator=(const vec4u8&) = default;
+    constexpr vec4u8(const vec4u8&) = default;  ///< all four components
+    vec4u8& operator=(const vec4u8&) = default; ///< all four components
 
     /// True when any of the four bytes differs.
     bool operator!=(const vec4u8& b) const { return x != b.x || y != b.y || z != b.z || w != b.w; }

@@ -39,9 +39,9 @@ struct SockAddr {
 /// A socket as `SocketCore` sees it. A plain record; `SocketCore` makes those that it returns, and
 /// `SocketCore::kill_socket` ends them.
 struct Socket {
-    std::int32_t fd = 0; ///< descriptor; 0 means closed
-    SOCKET_TYPE type = SOCKET_TYPE_STREAM;
-    SOCKET_PROTOCOL protocol = SOCKET_PROTOCOL_TCP;
+    std::int32_t fd = 0;                            ///< descriptor; 0 means closed
+    SOCKET_TYPE type = SOCKET_TYPE_STREAM;          ///< as asked for when it was made
+    SOCKET_PROTOCOL protocol = SOCKET_PROTOCOL_TCP; ///< as asked for when it was made
     SockAddr local{0, 0, "localhost"}; ///< `port` is the bound port after `bind_socket`
     SockAddr remote;                   ///< for the host's use
 };

@@ -35,8 +35,12 @@ public:
 
     /// @name Viewport
     /// @{
+
+    /// Where in the window is drawn: pixels from its lower left corner, unchecked. 0 at first.
     void set_viewport(int x, int y, int width, int height);
+    /// Copies another viewport.
     void set_viewport(const Viewport& viewport);
+    /// Owned by this camera; what is written through it counts from the next `bind` on.
     Viewport& get_viewport();
     /// Owned by this camera.
     Viewport* get_viewport_ptr();
@@ -45,19 +49,21 @@ public:
     /// @name Projection parameters
     /// Each setter makes the camera perspective again, to be built at the next read.
     /// @{
+
     /// @param degrees  vertical field of view
     void set_fov(float degrees);
-    float get_fov() const;
+    float get_fov() const; ///< degrees; 60 at first
     /// Tangent of half the field of view.
     float get_tanfovdiv2() const;
+    /// @param distance  of the near clip plane
     void set_znear(float distance);
-    float get_znear() const;
+    float get_znear() const; ///< as set; 1 at first
     /// @param distance  exactly -1 puts the far plane of a right-handed projection at infinity
     void set_zfar(float distance);
-    float get_zfar() const;
+    float get_zfar() const; ///< as set; 1000 at first
     /// @param ratio  width divided by height
     void set_aspect(float ratio);
-    float get_aspect() const;
+    float get_aspect() const; ///< as set; 16 to 9 at first
     /// Whether the projection is built right-handed; true at first. Counts from the next build on,
     /// and asks for none.
     void set_proj_rh_state(bool state);
@@ -65,11 +71,12 @@ public:
 
     /// @name Projection matrix
     /// @{
+
     /// Builds a perspective projection at once and keeps its parameters. The product of projection
     /// and view is not marked as out of date.
     /// @param fov  vertical field of view, degrees
     /// @param aspect  width divided by height
-    /// @param znear @param zfar  distances of the clip planes; with `rh`, a far of exactly -1 is at
+    /// @param znear,zfar  distances of the clip planes; with `rh`, a far of exactly -1 is at
     ///                           infinity
     /// @param rh  right-handed
     void build_projection_persp(float fov, float aspect, float znear, float zfar, bool rh);
@@ -77,7 +84,9 @@ public:
     /// the product of projection and view is not marked as out of date.
     void build_projection_ortho(float left, float right, float bottom, float top, float znear,
                                 float zfar, bool rh);
+    /// Whether the matrix comes from a perspective; true at first.
     bool is_perspective_projection() const;
+    /// The opposite of `is_perspective_projection`.
     bool is_ortho_projection() const;
     /// Builds the projection from its parameters if one of them changed.
     /// @return false when there was nothing to do, as always for an orthographic camera
@@ -97,8 +106,10 @@ public:
 
     /// @name View
     /// @{
+
     /// Stored, and read by nothing.
     void set_view_rh_state(bool state);
+    /// Moves the object alone: the eye stays where it was.
     using Object::set_position;
     /// Moves the object and the eye. The orientation stays.
     void set_position(const vec4& position);
@@ -137,16 +148,18 @@ public:
 
     /// @name Orientation
     /// @{
+
     /// Whether turns keep the horizon level, about the axis last given to `set_up`; true at first.
     void set_rotate_around_fixed_yaw_axis(bool state);
-    bool get_rotate_around_fixed_yaw_axis() const;
+    bool get_rotate_around_fixed_yaw_axis() const; ///< see the setter
     /// Turns by `q` in the parent's space, after the orientation so far.
     void rotate(const quat& q);
     /// The same by an angle about an axis.
     /// @param axis  expected to be of unit length
     void rotate(float degrees, const vec4& axis);
+    /// Stores the rotation and marks the view; expected to be of unit length, and not normalised.
     void set_orientation(const quat& orientation);
-    const quat& get_orientation() const;
+    const quat& get_orientation() const; ///< as set or turned to; the identity at first
     /// Writes the rotation into the upper left 3×3 of `rotation`; the rest of it stays.
     void get_orientation_matrix(mat4& rotation) const;
     /// Where the camera looks; w carries no meaning.
@@ -169,18 +182,19 @@ public:
 
     /// @name Mouse orbit
     /// @{
+
     /// Starts an orbit.
-    /// @param pitch @param yaw  angles to count from, degrees
-    /// @param a @param b  mouse coordinates to count from
+    /// @param pitch,yaw  angles to count from, degrees
+    /// @param a,b  mouse coordinates to count from
     void init_rotate_position_around_point(float pitch, float yaw, int a, int b);
     /// Adds the way of the mouse since the last call to the angles, `a` to pitch and `b`, negated,
     /// to yaw, then turns by the yaw and the pitch reached. At a pitch limit the pitch is cut to it
     /// and nothing turns. The position does not change.
     /// @param point  not read
-    /// @param a @param b  mouse coordinates
+    /// @param a,b  mouse coordinates
     /// @param speed  degrees per unit of mouse coordinate
     void rotate_position_around_point_by_mouse(const vec4& point, int a, int b, float speed);
-    /// @param max @param min  degrees; 80 and -80 at first
+    /// @param max,min  degrees; 80 and -80 at first
     void set_pitch_angle_limits(float max, float min);
     /// @}
 

@@ -58,32 +58,44 @@ public:
 
     /// @name Colours
     /// @{
+
+    /// Stores the ambient colour.
     void set_ambient(const vec4& color);
+    /// As the form of one vector.
     void set_ambient(float r, float g, float b, float a);
-    const vec4& get_ambient() const;
+    const vec4& get_ambient() const; ///< as set; (0.2, 0.2, 0.2, 1) at first
+    /// Stores the diffuse colour.
     void set_diffuse(const vec4& color);
+    /// As the form of one vector.
     void set_diffuse(float r, float g, float b, float a);
-    const vec4& get_diffuse() const;
+    const vec4& get_diffuse() const; ///< as set; (1, 1, 0.8, 1) at first
+    /// Stores the specular colour.
     void set_specular(const vec4& color);
+    /// As the form of one vector.
     void set_specular(float r, float g, float b, float a);
-    const vec4& get_specular() const;
+    const vec4& get_specular() const; ///< as set; (0.6, 0.6, 0.6, 1) at first
     /// @}
 
     /// @name Uniform names
     /// Without the suffix that `bind` adds: "_" and the number of the light. Setters copy the text,
     /// and null unsets the name. Getters give the light's own copy, or null.
     /// @{
+
+    /// Of the local position.
     void set_position_uniform_name(char const* name);
-    char const* get_position_uniform_name() const;
+    char const* get_position_uniform_name() const; ///< "orvex_light_position" at first
+    /// Of the radius.
     void set_radius_uniform_name(char const* name);
-    char const* get_radius_uniform_name() const;
+    char const* get_radius_uniform_name() const; ///< "orvex_light_radius" at first
+    /// Of the ambient colour, then of the specular one.
     void set_ambient_uniform_name(char const* name);
-    char const* get_ambient_uniform_name() const;
+    char const* get_ambient_uniform_name() const; ///< "orvex_light_ambient" at first
+    /// Of the diffuse colour.
     void set_diffuse_uniform_name(char const* name);
-    char const* get_diffuse_uniform_name() const;
+    char const* get_diffuse_uniform_name() const; ///< "orvex_light_diffuse" at first
     /// Kept, but `bind` never reads it.
     void set_specular_uniform_name(char const* name);
-    char const* get_specular_uniform_name() const;
+    char const* get_specular_uniform_name() const; ///< "orvex_light_specular" at first
     /// @}
 
     /// Hands the light to what draws next.

@@ -38,8 +38,8 @@ public:
     /// @param separate   one array per attribute, instead of one of whole vertices
     /// @param alignment  alignment of the arrays in bytes; 0 for none asked
     void set_mesh_vertex_alloc_params(bool separate, int alignment);
-    bool get_separate_vertex_arrays_state() const;
-    int get_vertex_alignment() const;
+    bool get_separate_vertex_arrays_state() const; ///< as set; true at first
+    int get_vertex_alignment() const;              ///< in bytes, as set; 0 at first
 
     /// Makes a mesh with this model's allocation settings. It is not added as a child: the caller
     /// does that with `add_child`, or releases it.

@@ -112,10 +112,17 @@ public:
     /// A subclass overrides these; a host calls the traversals instead. The base versions do
     /// nothing and return true. `_cleanup` may run more than once, and with a null renderer.
     /// @{
+
+    /// Run by `init` with its renderer, before that of the children.
     virtual bool _init(Renderer* renderer);
+    /// Run by `cleanup`, after that of the children, and by `_kill`.
+    /// @param renderer  may be null: GPU data stays then
     virtual bool _cleanup(Renderer* renderer);
+    /// Run by `update` with its `dt`, before that of the children.
     virtual bool _update(float dt);
+    /// Run by `build`, before that of the children.
     virtual bool _build();
+    /// Run by `render`, before that of the children, unless the render state is off.
     virtual void _render(Renderer* renderer);
     /// @}
 
@@ -135,7 +142,7 @@ public:
     /// Shows or hides this node's subtree in `render`. New nodes are shown.
     /// @param node  if not null, its children are set too, each with itself as `node`
     virtual void set_render_state(bool state, Node* node);
-    bool get_render_state() const;
+    bool get_render_state() const; ///< as set for this node; its parents are not asked
 
     /// Id of this node, unique in the process.
     int get_id() const;
@@ -158,7 +165,7 @@ public:
     int add_ref();
     /// Takes one reference away without ending the node, below 0 if asked. @return the new count
     int remove_ref();
-    int get_ref() const;
+    int get_ref() const; ///< the references counted now; 0 for a new node
 
     /// The node that adopted this one last, null for none. Not a reference: the address stays even
     /// after that node has ended. The engine itself walks to living parents only.
@@ -205,11 +212,11 @@ public:
 
     /// A number for the host's own use; 0 at first.
     int get_layer() const;
-    void set_layer(int layer);
+    void set_layer(int layer); ///< stored only: the engine never reads it
 
     /// A pointer for the host's own use; null at first, never read by the engine.
     void set_user_data_ptr(void* data);
-    void* get_user_data_ptr() const;
+    void* get_user_data_ptr() const; ///< as set; null at first
 
     /// The thread this node is bound to: the one that made it, or the last caller of
     /// `update_thread`. Owned by the node, never null.

@@ -43,6 +43,8 @@ public:
 
     /// @name Node's hooks
     /// @{
+
+    /// Does what `Node` does.
     bool _init(Renderer* renderer) override;
     /// Gives the materials back.
     bool _cleanup(Renderer* renderer) override;
@@ -56,9 +58,14 @@ public:
     /// @name Draw pipeline
     /// Empty here. A subclass sends its geometry: `render_geometry` is prepare, draw and finish.
     /// @{
+
+    /// Prepare, draw and finish at one go.
     virtual void render_geometry(Renderer* renderer);
+    /// Brings the GPU copy up to date and binds it.
     virtual void render_geometry_prepare(Renderer* renderer);
+    /// The draw call alone, between prepare and finish.
     virtual void render_geometry_draw(Renderer* renderer);
+    /// Undoes what prepare bound.
     virtual void render_geometry_finish(Renderer* renderer);
     /// @}
 
@@ -98,6 +105,7 @@ public:
     /// also when it is the current one.
     /// @param program  null for none
     virtual void set_gpu_program(GpuProgram* program, Node* node);
+    /// The program held, owned by its references; null for none, as at first.
     GpuProgram* get_gpu_program() const;
 
     /// Number of vertices below the children of `node`, 0 for null; a subclass adds its own.
@@ -113,8 +121,12 @@ public:
     /// A plain object has no geometry: these only reach the children, and the first three return
     /// true.
     /// @{
+
+    /// Normals of the faces, from their corners. @return true
     virtual bool compute_faces_normal(Node* node);
+    /// Normals of the vertices, from those of their faces. @return true
     virtual bool compute_vertices_normal(Node* node);
+    /// Normals of vertices that lie within `distance` of each other, in object space. @return true
     virtual bool average_vertices_normal(float distance, Node* node);
     /// @}
 
@@ -129,9 +141,14 @@ public:
 
     /// @name Geometry operations, continued
     /// @{
+
+    /// Multiplies vertex positions by x, y, z of `scale`.
     virtual void scale_vertices_position(const vec4& scale, Node* node);
+    /// Turns the winding of the faces around.
     virtual void flip_faces(Node* node);
+    /// Turns the normals of the vertices around.
     virtual void flip_vertex_normals(Node* node);
+    /// Gives all vertices one colour: red, green, blue, alpha.
     virtual void set_vertices_color(const vec4& color, Node* node);
     /// @return true, or with `node` the result of its last child that is an object
     virtual bool update_bounding_sphere(Node* node);
@@ -141,21 +158,30 @@ public:
     /// Position, orientation and scale of this object in its parent's space; angles in degrees, the
     /// three-float forms set w to 1. The matrix is built at the next read.
     /// @{
+
+    /// Stores x, y, z with w 1.
     void set_position(float x, float y, float z);
+    /// Stores all four components as they are.
     void set_position(const vec4& position);
-    const vec4& get_position() const;
+    const vec4& get_position() const; ///< as set; (0, 0, 0, 1) at first
     /// Rotation about x, then y, then z: the quaternions of the three angles multiplied in this
     /// order.
     void set_orientation_euler_xyz(float x, float y, float z);
+    /// Stores the rotation; expected to be of unit length, and not normalised.
     void set_orientation(const quat& orientation);
+    /// The rotation, computed from the angles if those were set last.
     const quat& get_orientation();
+    /// Stores the factors with w 1.
     void set_scale(float x, float y, float z);
+    /// Stores all four components as they are; w scales nothing.
     void set_scale(const vec4& scale);
-    const vec4& get_scale() const;
+    const vec4& get_scale() const; ///< as set; 1 on every axis at first
     /// Stores a matrix that stands until the next setter of a component rebuilds it. Position,
     /// orientation and scale keep their values. A null pointer is ignored.
     void set_transform(const mat4& transform);
+    /// The same from 16 floats, column by column, which are copied.
     void set_transform(const float* transform);
+    /// The local transform, brought up to date; owned by this object.
     const mat4& get_transform() const;
     /// The transform record, owned by this object.
     Tripod* get_tripod() const;
@@ -176,26 +202,29 @@ public:
     /// @name Matrices for the host's own use
     /// Drawing takes the renderer's matrices, never these.
     /// @{
+
+    /// Stores a projection; the identity at first.
     void set_projection_matrix(const mat4& matrix, Node* node);
-    mat4& get_projection_matrix();
+    mat4& get_projection_matrix(); ///< as set; owned by this object
+    /// Stores a view; the identity at first.
     void set_view_matrix(const mat4& matrix, Node* node);
-    mat4& get_view_matrix();
+    mat4& get_view_matrix(); ///< as set; owned by this object
     /// @}
 
     /// Marks the object as to be built again; true at first. Written by subclasses.
     void update_build_state(bool state);
-    bool get_build_state() const;
+    bool get_build_state() const; ///< see the setter
 
     /// Whether `_render` draws the axes; off at first.
     void set_display_tripod_state(bool state, Node* node);
-    bool get_display_tripod_state() const;
+    bool get_display_tripod_state() const; ///< see the setter
     /// Lengths of the three axes; 2 each at first.
     void set_tripod_size(float x, float y, float z, Node* node);
-    const vec4& get_tripod_size();
+    const vec4& get_tripod_size(); ///< see the setter; owned by this object
 
     /// Whether `_render` draws the grid; off at first.
     void set_display_grid_state(bool state, Node* node);
-    bool get_display_grid_state() const;
+    bool get_display_grid_state() const; ///< see the setter
     /// A grid in the plane y = 0, centred at the origin; 10 by 10 in 10 by 10 divisions at first.
     /// @param draw_lines  draw the grid at all, its frame and axes included
     /// @param draw_frame  kept, but without effect
@@ -210,8 +239,11 @@ public:
     void render_grid(Renderer* renderer, float size_x, float size_z, int divisions_x,
                      int divisions_z, bool draw_lines, bool draw_frame);
 
+    /// Whether the geometry goes through generic vertex attributes; false at first.
     bool get_use_generic_vertex_attribs_state() const;
+    /// The opposite of `get_use_generic_vertex_attribs_state`; true at first.
     bool get_use_gl2_vertex_array_state() const;
+    /// Whether matrices are loaded into the fixed pipeline; true at first.
     bool get_use_fixed_mvp_matrices_state() const;
 
     /// Material with that node id, null if there is none.
@@ -221,6 +253,7 @@ public:
     /// First material with that name, of which at most 127 characters count; null if there is none
     /// or for null.
     Material* get_material_by_name(const char* name) const;
+    /// Number of materials held.
     unsigned long get_num_materials() const;
     /// Gives every material back, with `renderer` in hand.
     void remove_all_materials(Renderer* renderer, Node* node);
@@ -236,11 +269,11 @@ public:
 
     /// Sphere around the geometry, in this object's own space.
     void set_bounding_sphere(const vec4& center, float radius);
-    const vec4& get_bounding_sphere_center() const;
-    float get_bounding_sphere_radius() const;
+    const vec4& get_bounding_sphere_center() const; ///< as set; (0, 0, 0, 1) at first
+    float get_bounding_sphere_radius() const;       ///< as set; 0 at first
     /// Whether the sphere is to lie inside the bounding box instead of around it; off at first.
     void bounding_sphere_use_inscribed_sphere(bool state);
-    bool bounding_sphere_inscribed_sphere() const;
+    bool bounding_sphere_inscribed_sphere() const; ///< see the setter
 
 protected:
     /// Written with `use_generic_vertex_attribs`, read by nothing.
@@ -249,6 +282,7 @@ protected:
     bool instancing_active;
     /// The subclass has user vertex attributes.
     bool user_vertex_attribs_allocated;
+    /// What `get_use_generic_vertex_attribs_state` answers.
     bool use_generic_vertex_attribs;
 
 private:

@@ -55,6 +55,7 @@ public:
     /// Whether a resource with that node id is in the list. A literal 0 is an id.
     bool has_resource(int id) const;
 
+    /// Number of entries in the list.
     unsigned long get_num_resources() const;
     /// Entry by position, null past the end.
     Resource* get_resource_by_index(unsigned long index) const;

@@ -39,6 +39,7 @@ public:
 
     /// Renames the scene; null is ignored. A new scene is called "scene_" and its id.
     void set_name(const char* name);
+    /// Never null; valid until the next `set_name` and while the scene lives.
     const char* get_name() const;
 
     /// Root of the tree, owned by the scene; null once `SceneMgr::cleanup_scene` has run.

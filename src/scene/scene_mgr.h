@@ -16,6 +16,7 @@ class Renderer;
 /// while a scene is killed must not create or kill scenes: the lock is not recursive.
 class ORVEX_API SceneMgr {
 public:
+    /// The one instance, made by the first call; never null.
     static SceneMgr* get();
 
     SceneMgr(const SceneMgr&) = delete;
@@ -45,6 +46,7 @@ public:
     /// @return false for null
     bool release_scene_node(Renderer* renderer, Node* node);
 
+    /// Scenes created and not killed yet.
     unsigned long get_num_scenes() const;
     /// Scene by order of creation, null past the end.
     Scene* get_scene_by_index(unsigned long index) const;

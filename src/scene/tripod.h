@@ -25,9 +25,11 @@ public:
     Tripod& operator=(const Tripod&) = delete;
     virtual ~Tripod();
 
+    /// Stores the position in the parent's space and marks the transform.
     void set_position(float x, float y, float z, float w = 1.0f);
+    /// As the form of four floats.
     void set_position(const vec4& position);
-    const vec4& get_position() const;
+    const vec4& get_position() const; ///< as set; (0, 0, 0, 1) at first
     /// The stored position, valid as long as this object. What is written through it counts only
     /// from the next setter on.
     float* get_position_ptr();
@@ -49,8 +51,9 @@ public:
 
     /// Stores the three factors, with w 1.
     void set_scale(float x, float y, float z);
+    /// Stores all four components as they are; w scales nothing.
     void set_scale(const vec4& scale);
-    const vec4& get_scale() const;
+    const vec4& get_scale() const; ///< as set; 1 on every axis at first
     /// The stored scale, valid as long as this object. What is written through it counts only from
     /// the next setter on.
     float* get_scale_ptr();

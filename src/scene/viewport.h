@@ -23,8 +23,8 @@ public:
 
     /// All four are 0.
     Viewport();
-    Viewport(const Viewport&) = default;
-    Viewport& operator=(const Viewport&) = default;
+    Viewport(const Viewport&) = default;            ///< all four numbers
+    Viewport& operator=(const Viewport&) = default; ///< all four numbers
     virtual ~Viewport();
 
     /// Stores all four, in pixels, unchecked.
