@@ -263,7 +263,9 @@ TEST(ParticleSystemSpawning, starts_anew_in_each_step) {
     pool.lifetimes[1] = 0.0f;
     EXPECT_EQ(system->process_particle_emitters(1.0f), 3);
     EXPECT_EQ(Indices(pool.spawned_list, pool.spawned_list + 3), (Indices{1, 3, 4}));
+    EXPECT_EQ(Indices(pool.spawned_list_v2, pool.spawned_list_v2 + 3), (Indices{1, 3, 4}));
     EXPECT_EQ(pool.num_spawned, 3u);
+    EXPECT_EQ(pool.num_spawned_v2, 3u);
     EXPECT_EQ(pool.scan_position, 5u);
 }
 
