@@ -28,7 +28,7 @@ public:
     /// @param count  LARGEST_VIEW at most
     /// @return null if they don't all lie within the file, or can't be read
     const unsigned char* at(std::uint64_t offset, std::size_t count) {
-        if (offset >= begin_ && offset + count <= end_)
+        if (offset >= begin_ && offset <= end_ && count <= end_ - offset)
             return bytes_ + (offset - begin_);
         return move_to(offset, count);
     }

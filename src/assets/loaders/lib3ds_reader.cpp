@@ -49,8 +49,9 @@ void copy_material(const Lib3dsMaterial& from, orvexLib3dsMaterial& to) {
     to.ambient = to_float4(from.ambient);
     to.diffuse = to_float4(from.diffuse);
     to.specular = to_float4(from.specular);
-    to.shininess = static_cast<float>(std::pow(2.0, 10.0 * double{from.shininess} + 1.0));
-    to.opacity = static_cast<float>(1.0 - double{from.transparency});
+    to.shininess =
+        static_cast<float>(std::pow(2.0, 10.0 * static_cast<double>(from.shininess) + 1.0));
+    to.opacity = static_cast<float>(1.0 - static_cast<double>(from.transparency));
     copy_text(to.texture_filename, from.texture1_map.name);
 }
 
