@@ -4,6 +4,7 @@
 /// Marks what the shared library exports. Everything else in it is hidden.
 
 #if defined(__GNUC__)
+/// Exports a class or an operation from the shared library.
 #define ORVEX_API __attribute__((visibility("default")))
 /// Lets the compiler check the arguments of a printf-style operation. Positions count from 1, and
 /// `this` is the first argument of a member.

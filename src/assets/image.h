@@ -87,14 +87,20 @@ public:
 
     /// @name The allocators behind `create`, one for each layout.
     /// @{
+
+    /// Three bytes a pixel, format 1.
     bool _create_rgb_u8(unsigned long width, unsigned long height, unsigned long depth,
                         bool zero_fill);
+    /// Four bytes a pixel, format 3; yellow, whatever `zero_fill` says.
     bool _create_rgba_u8(unsigned long width, unsigned long height, unsigned long depth,
                          bool zero_fill);
+    /// Three floats a pixel, format 5.
     bool _create_rgb_f32(unsigned long width, unsigned long height, unsigned long depth,
                          bool zero_fill);
+    /// Four floats a pixel, format 6.
     bool _create_rgba_f32(unsigned long width, unsigned long height, unsigned long depth,
                           bool zero_fill);
+    /// One float a pixel, format 7.
     bool _create_r_f32(unsigned long width, unsigned long height, unsigned long depth,
                        bool zero_fill);
     /// @}
@@ -114,19 +120,24 @@ public:
     /// They go into the owned buffer of that store; the image's format is not looked at.
     /// @return false for a null source, and without a large enough owned buffer
     /// @{
-    bool update_pixmap_rgb_u8(const void* pixels);
-    bool update_pixmap_rgba_u8(const void* pixels);
-    bool update_pixmap_rgb_f32(const void* pixels);
-    bool update_pixmap_rgba_f32(const void* pixels);
+    bool update_pixmap_rgb_u8(const void* pixels);   ///< 3 bytes a pixel, into `pixmap_u8`
+    bool update_pixmap_rgba_u8(const void* pixels);  ///< 4 bytes a pixel, into `pixmap_u8`
+    bool update_pixmap_rgb_f32(const void* pixels);  ///< 12 bytes a pixel, into `pixmap_f32`
+    bool update_pixmap_rgba_f32(const void* pixels); ///< 16 bytes a pixel, into `pixmap_f32`
     /// @}
 
     /// @name Write one colour to `width * height` pixels of 3, 4, 12 or 16 bytes.
     /// They go into the owned buffer of that store; format and depth are not looked at.
     /// @return false without a large enough owned buffer
     /// @{
+
+    /// Three bytes a pixel, into `pixmap_u8`.
     bool fill_color_rgb_u8(unsigned char r, unsigned char g, unsigned char b);
+    /// Four bytes a pixel, into `pixmap_u8`.
     bool fill_color_rgba_u8(unsigned char r, unsigned char g, unsigned char b, unsigned char a);
+    /// Three floats a pixel, into `pixmap_f32`.
     bool fill_color_rgb_f32(float r, float g, float b);
+    /// Four floats a pixel, into `pixmap_f32`.
     bool fill_color_rgba_f32(float r, float g, float b, float a);
     /// @}
 
@@ -139,14 +150,14 @@ public:
 
     /// @name The flips, one for each layout; the image's format is not looked at.
     /// @{
-    bool _flip_vertical_rgb_u8();
-    bool _flip_vertical_rgba_u8();
-    bool _flip_vertical_rgb_f32();
-    bool _flip_vertical_rgba_f32();
-    bool _flip_horizontal_rgb_u8();
-    bool _flip_horizontal_rgba_u8();
-    bool _flip_horizontal_rgb_f32();
-    bool _flip_horizontal_rgba_f32();
+    bool _flip_vertical_rgb_u8();     ///< rows of 3 bytes a pixel
+    bool _flip_vertical_rgba_u8();    ///< rows of 4 bytes a pixel
+    bool _flip_vertical_rgb_f32();    ///< rows of 12 bytes a pixel
+    bool _flip_vertical_rgba_f32();   ///< rows of 16 bytes a pixel
+    bool _flip_horizontal_rgb_u8();   ///< pixels of 3 bytes
+    bool _flip_horizontal_rgba_u8();  ///< pixels of 4 bytes
+    bool _flip_horizontal_rgb_f32();  ///< pixels of 12 bytes
+    bool _flip_horizontal_rgba_f32(); ///< pixels of 16 bytes
     /// @}
 
     /// Fills the image with `color_a`, then sets `count` random pixels, at most `width * height`,
@@ -158,12 +169,17 @@ public:
 
     /// @name The noise, one operation for each layout; the image's format is not looked at.
     /// @{
+
+    /// Three bytes a pixel.
     bool fill_with_noise_rgb_u8(unsigned long count, const vec3u8& color_a, const vec3u8& color_b,
                                 unsigned int seed);
+    /// Four bytes a pixel.
     bool fill_with_noise_rgba_u8(unsigned long count, const vec4u8& color_a, const vec4u8& color_b,
                                  unsigned int seed);
+    /// Three floats a pixel.
     bool fill_with_noise_rgb_f32(unsigned long count, const vec3& color_a, const vec3& color_b,
                                  unsigned int seed);
+    /// Four floats a pixel.
     bool fill_with_noise_rgba_f32(unsigned long count, const vec4& color_a, const vec4& color_b,
                                   unsigned int seed);
     /// @}
@@ -175,11 +191,18 @@ public:
     ///               only thing that is checked
     /// @return false for an index outside, null, format 7, or without an owned buffer
     /// @{
+
+    /// By index.
     bool set_pixel(unsigned long index, const vec4& color);
+    /// As `set_pixel`.
     bool set_pixel_1d(unsigned long index, const vec4& color);
+    /// By column and row.
     bool set_pixel_2d(unsigned long x, unsigned long y, const vec4& color);
+    /// By index, from floats: as many as the format has channels.
     bool set_pixel_v2(unsigned long index, const float* color);
+    /// As `set_pixel_v2`.
     bool set_pixel_1d_v2(unsigned long index, const float* color);
+    /// By column and row, from floats: as many as the format has channels.
     bool set_pixel_2d_v2(unsigned long x, unsigned long y, const float* color);
     /// @}
 

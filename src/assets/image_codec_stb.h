@@ -61,7 +61,7 @@ public:
     /// Sets how many bytes a decode may hold at any moment, its result included; 2 GiB at first.
     /// Counts for decodes that begin later, on all threads.
     static void set_memory_limit(unsigned long bytes);
-    static unsigned long get_memory_limit();
+    static unsigned long get_memory_limit(); ///< as set; 2 GiB at first
 };
 
 } // namespace orvex

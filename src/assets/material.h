@@ -45,7 +45,7 @@ public:
     /// The same program again therefore needs another holder: one that ends by being released is
     /// gone, and the material is left without a program.
     void set_gpu_program(GpuProgram* program);
-    GpuProgram* get_gpu_program() const;
+    GpuProgram* get_gpu_program() const; ///< held by this material; null for none, as at first
     /// @}
 
     /// @name Textures, in the order of their units
@@ -58,6 +58,7 @@ public:
     bool remove_texture(int id);
     /// Releases all of them. @return true
     bool remove_all_textures();
+    /// Length of the list.
     unsigned long get_num_textures() const;
     /// Null past the end.
     Texture* get_texture_by_index(unsigned long index) const;
@@ -69,23 +70,31 @@ public:
 
     /// @name Colours of the fixed pipeline, and opacity
     /// @{
+
+    /// Stores the ambient colour: red, green, blue, alpha, unclamped.
     void set_ambient(float r, float g, float b, float a);
+    /// As the form of four floats.
     void set_ambient(const vec4& color);
-    const vec4& get_ambient() const;
+    const vec4& get_ambient() const; ///< as set; (0.5, 0.5, 0.6, 1) at first
+    /// Stores the diffuse colour.
     void set_diffuse(float r, float g, float b, float a);
+    /// As the form of four floats.
     void set_diffuse(const vec4& color);
-    const vec4& get_diffuse() const;
+    const vec4& get_diffuse() const; ///< as set; (0.8, 0.8, 0.9, 1) at first
+    /// Stores the specular colour.
     void set_specular(float r, float g, float b, float a);
+    /// As the form of four floats.
     void set_specular(const vec4& color);
-    const vec4& get_specular() const;
+    const vec4& get_specular() const; ///< as set; (0.9, 0.9, 0.9, 1) at first
+    /// Exponent of the highlight; OpenGL takes 0 to 128.
     void set_shininess(float shininess);
-    float get_shininess() const;
+    float get_shininess() const; ///< as set; 16 at first
     /// Stored for the host; the engine doesn't read it.
     void set_opacity(float opacity);
-    float get_opacity() const;
+    float get_opacity() const; ///< as set; 1 at first
     /// Whether `bind` sends the colours. At first it doesn't.
     void set_use_fixed_material_colors_state(bool enabled);
-    bool get_use_fixed_material_colors_state() const;
+    bool get_use_fixed_material_colors_state() const; ///< see the setter
     /// @}
 
     /// @name Binding
@@ -94,6 +103,7 @@ public:
 
     /// Binds the program and the textures, and sends the colours if that is switched on.
     void bind(Renderer* renderer);
+    /// Makes the program the active one; without a program the one before stays.
     void bind_gpu_program(Renderer* renderer);
     /// Binds texture `i` to unit `offset + i`.
     void bind_textures(Renderer* renderer);
@@ -101,7 +111,9 @@ public:
     void fixed_pipeline_bind_colors(Renderer* renderer);
     /// Unbinds the program and the textures; colours stay set.
     void unbind(Renderer* renderer);
+    /// Leaves no program active; without a program nothing happens.
     void unbind_gpu_program(Renderer* renderer);
+    /// Empties the units that `bind_textures` filled.
     void unbind_textures(Renderer* renderer);
     /// @}
 
@@ -117,6 +129,7 @@ public:
 
     /// Appends a file name to the queue. @return false for null
     bool async_loading_add_texture_filename(const char* filename);
+    /// Length of the queue.
     unsigned long async_loading_get_num_texture_filenames() const;
     /// The name, valid until the queue changes; null past the end.
     const char* async_loading_get_texture_filename(unsigned long index) const;

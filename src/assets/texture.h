@@ -121,21 +121,25 @@ public:
 
     /// @name The record and what stands in it
     /// @{
+
+    /// Shared with other textures perhaps; null after `cleanup_texture_data`.
     TextureData* get_data_ptr() const;
     /// The record as an image.
     Image* get_image_ptr() const;
     /// The image of a face; null for a face outside 0 to 5.
     Image* get_cubemap_image_ptr(CUBEMAP_FACE face) const;
-    unsigned long get_width() const;
-    unsigned long get_height() const;
-    unsigned long get_depth() const;
+    unsigned long get_width() const;  ///< of the base image, pixels
+    unsigned long get_height() const; ///< of the base image, rows
+    unsigned long get_depth() const;  ///< of the base image, slices
     /// Edge of the cube: the width of face 0.
     unsigned long get_cubemap_size() const;
     /// A `TEXTURE_TYPE`. It hides the type tag of the node, which `Node::get_type` gives.
     int get_type() const;
     /// Format of the pixels; of face 0 for a cube.
     PIXEL_FORMAT get_pixel_format() const;
+    /// 8-bit pixels of the base image, its own or the codec's; null if there are none.
     unsigned char* get_pixmap_u8_ptr() const;
+    /// Float pixels of the base image; null if there are none.
     float* get_pixmap_f32_ptr() const;
     /// @}
 
@@ -171,15 +175,21 @@ public:
 
     /// Write one texel as `Image::set_pixel` does; marked as newer on success.
     bool set_texel_1d(unsigned long index, const vec4& color);
+    /// The same from floats; null is false.
     bool set_texel_1d_v2(unsigned long index, const float* color);
+    /// The same at column `x` of row `y`.
     bool set_texel_2d(unsigned long x, unsigned long y, const vec4& color);
+    /// The same from floats; null is false.
     bool set_texel_2d_v2(unsigned long x, unsigned long y, const float* color);
 
     /// Copy all pixels from the caller as `Image::update_pixmap_rgb_u8` and its kin do; marked as
     /// newer on success.
     bool update_pixmap_rgb_u8(const void* pixels);
+    /// The same with four bytes a pixel.
     bool update_pixmap_rgba_u8(const void* pixels);
+    /// The same with three floats a pixel.
     bool update_pixmap_rgb_f32(const void* pixels);
+    /// The same with four floats a pixel.
     bool update_pixmap_rgba_f32(const void* pixels);
     /// @}
 
@@ -188,8 +198,12 @@ public:
     /// texture that is bound now. An upload takes trilinear filtering as nearest, until it is set
     /// with a renderer.
     /// @{
+
+    /// How texels are mixed; linear at first.
     void set_filtering_mode(Renderer* renderer, SAMPLER_FILTERING_MODE mode);
+    /// What lies outside of 0 to 1; repeated at first.
     void set_addressing_mode(Renderer* renderer, SAMPLER_ADDRESSING_MODE mode);
+    /// Degree of anisotropic filtering; 1, none, at first.
     void set_anisotropy(Renderer* renderer, float anisotropy);
     /// @}
 
@@ -198,8 +212,10 @@ public:
 
     /// @name A free pointer for the host
     /// @{
+
+    /// Stores the pointer; the engine never reads it.
     void set_video_stream_data(void* data);
-    void* get_video_stream_data() const;
+    void* get_video_stream_data() const; ///< as set; null at first
     /// @}
 
 private:

@@ -20,7 +20,7 @@ enum TEXTURE_TYPE : int {
 /// One face of a cube texture.
 struct TextureCubeMapFace {
     bool enabled = true; ///< free for a host; the engine reads every face
-    Image image;
+    Image image;         ///< pixels of the face
 };
 
 /// What a texture is made of: its pixels in CPU memory and what the renderer keeps for it.
@@ -44,13 +44,13 @@ struct ORVEX_API TextureData : Image {
     int type = TEXTURE_TYPE_2D;
     /// Whether an upload builds a mip chain.
     bool gen_mipmaps = true;
-    SAMPLER_FILTERING_MODE filtering_mode = FILTERING_LINEAR;
-    SAMPLER_ADDRESSING_MODE addressing_mode = ADDRESSING_REPEAT;
-    float anisotropy = 1.0f;
+    SAMPLER_FILTERING_MODE filtering_mode = FILTERING_LINEAR;    ///< read at an upload
+    SAMPLER_ADDRESSING_MODE addressing_mode = ADDRESSING_REPEAT; ///< read at an upload
+    float anisotropy = 1.0f; ///< degree, 1 for none; read at an upload
     /// Format word of the back end; 6408 stands for RGBA.
     int gl_format = 6408;
-    unsigned int opengl_texture_id = 0;
-    unsigned long long bindless_handle = 0;
+    unsigned int opengl_texture_id = 0;     ///< GL name, 0 for none
+    unsigned long long bindless_handle = 0; ///< made by `Renderer::bindless_texture_make_resident`
     /// The id was made by the back end, which may delete it when it loads anew.
     bool opengl_texture_id_generated = false;
     /// The id is a render target's, which alone deletes it.
@@ -65,17 +65,19 @@ struct ORVEX_API TextureData : Image {
     TextureData& operator=(const TextureData&) = delete;
     ~TextureData() override;
 
+    /// One more texture shares this record.
     void inc_ref();
     /// Never goes below 0.
     void dec_ref();
-    int get_ref() const;
+    int get_ref() const; ///< how many textures share this record
 
     /// Frees the owned buffers of the six faces and of the base image. @return true
     bool cleanup();
     /// Frees the owned buffers of the six faces. @return true
     bool cleanup_cubemap_data();
 
-    bool is_loaded_in_gpu_memory() const;
+    bool is_loaded_in_gpu_memory() const; ///< whether the renderer loaded it
+    /// Noted by the renderer; it loads and frees nothing by itself.
     void set_loaded_in_gpu_memory_state(bool loaded);
 
     /// Stores a GL texture that somebody else made, and clears `needs_gpu_update`. The renderer's
@@ -84,9 +86,9 @@ struct ORVEX_API TextureData : Image {
 
     /// @name Sizes of the base image.
     /// @{
-    unsigned long get_width() const;
-    unsigned long get_height() const;
-    unsigned long get_depth() const;
+    unsigned long get_width() const;  ///< pixels
+    unsigned long get_height() const; ///< rows
+    unsigned long get_depth() const;  ///< slices; 1 in what the engine makes
     /// @}
 
     /// Width of face 0, which is the edge of the whole cube.

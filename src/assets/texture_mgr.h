@@ -65,10 +65,14 @@ public:
     /// @name Making textures
     /// Each is registered; the caller adds a reference of its own if it keeps it.
     /// @{
+
+    /// An empty texture: type 2D, no pixels.
     Texture* create_texture();
     /// Never null: a texture that couldn't be given pixels comes without.
     Texture* create_texture_1d(unsigned long size, PIXEL_FORMAT format);
+    /// As `create_texture_1d`, for 2D; sizes in pixels.
     Texture* create_texture_2d(unsigned long width, unsigned long height, PIXEL_FORMAT format);
+    /// As `create_texture_1d`, for six faces of `size` by `size` pixels.
     Texture* create_texture_cube(unsigned long size, PIXEL_FORMAT format);
 
     /// Null if the file can't be decoded or for a null name.
@@ -124,10 +128,12 @@ public:
     /// caller's affair.
     /// @return false for null, and if a face can't be decoded
     bool load_texture_cube_from_files(Texture* texture, const char* const* filenames, bool flag);
+    /// The same from six names in the order of the faces.
     bool load_texture_cube_from_files(Texture* texture, const char* positive_x,
                                       const char* negative_x, const char* positive_y,
                                       const char* negative_y, const char* positive_z,
                                       const char* negative_z, bool flag);
+    /// The same from encoded files in memory: six blocks, and their sizes in bytes.
     bool load_texture_cube_from_memory(Texture* texture, const unsigned char* const* blocks,
                                        const unsigned long* sizes, bool flag);
 
@@ -135,6 +141,7 @@ public:
     /// @return false for null, no size or a face outside 0 to 5, and if no codec can decode it
     bool load_cubemap_face_from_file(Texture* texture, CUBEMAP_FACE face, const char* filename,
                                      bool flag);
+    /// The same from an encoded file in memory.
     bool load_cubemap_face_from_memory(Texture* texture, CUBEMAP_FACE face,
                                        const unsigned char* block, unsigned long size, bool flag);
     /// @}

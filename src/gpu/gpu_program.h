@@ -120,15 +120,22 @@ public:
     /// Null means that the engine doesn't send the value. The defaults are "orvex_ModelMatrix" and
     /// its kin.
     /// @{
+
+    /// Of the transform from object to world space.
     void set_model_matrix_uniform_name(char const* name);
-    char const* get_model_matrix_uniform_name() const;
+    char const* get_model_matrix_uniform_name() const; ///< "orvex_ModelMatrix" at first
+    /// Of the view.
     void set_view_matrix_uniform_name(char const* name);
-    char const* get_view_matrix_uniform_name() const;
+    char const* get_view_matrix_uniform_name() const; ///< "orvex_ViewMatrix" at first
+    /// Of the projection.
     void set_projection_matrix_uniform_name(char const* name);
-    char const* get_projection_matrix_uniform_name() const;
+    char const* get_projection_matrix_uniform_name() const; ///< "orvex_ProjectionMatrix" at first
+    /// Of view · model.
     void set_model_view_matrix_uniform_name(char const* name);
-    char const* get_model_view_matrix_uniform_name() const;
+    char const* get_model_view_matrix_uniform_name() const; ///< "orvex_ModelViewMatrix" at first
+    /// Of projection · view · model.
     void set_model_view_projection_matrix_uniform_name(char const* name);
+    /// "orvex_ModelViewProjectionMatrix" at first.
     char const* get_model_view_projection_matrix_uniform_name() const;
 
     /// Names the vertex attribute at location `index`, null for none; the next bind links again.
@@ -157,9 +164,12 @@ public:
     bool ub_bind(Renderer* renderer);
     /// Sets the binding point, then binds the buffer to it unless it is bound already.
     bool ub_bind_base(Renderer* renderer, unsigned int binding);
+    /// Leaves the block's binding point without a buffer. @return false without a block
     bool ub_unbind(Renderer* renderer);
     /// Maps the buffer for writing. Null when that fails. Valid until `ub_unmap`.
     void* ub_map(Renderer* renderer);
+    /// Ends the mapping: its pointer is no longer valid. @return false without a block, and where
+    /// the API refuses
     bool ub_unmap(Renderer* renderer);
     /// Frees the API buffer, if there is a renderer, and the block's record in any case. Returns
     /// false when there is no record.
@@ -176,41 +186,74 @@ public:
     /// forms of 2 to 4 components, matrices for the matrix forms, which keep one matrix and ignore
     /// the count when the value waits. Matrices are column-major.
     /// @{
+
+    /// An `int`.
     bool set_uniform_1i(Renderer* renderer, char const* name, int x);
+    /// An `ivec2`.
     bool set_uniform_2i(Renderer* renderer, char const* name, int x, int y);
+    /// An `ivec3`.
     bool set_uniform_3i(Renderer* renderer, char const* name, int x, int y, int z);
+    /// An `ivec4`.
     bool set_uniform_4i(Renderer* renderer, char const* name, int x, int y, int z, int w);
+    /// A `float`.
     bool set_uniform_1f(Renderer* renderer, char const* name, float x);
+    /// A `vec2`.
     bool set_uniform_2f(Renderer* renderer, char const* name, float x, float y);
+    /// A `vec3`.
     bool set_uniform_3f(Renderer* renderer, char const* name, float x, float y, float z);
+    /// A `vec4`.
     bool set_uniform_4f(Renderer* renderer, char const* name, float x, float y, float z, float w);
+    /// A `double`.
     bool set_uniform_1d(Renderer* renderer, char const* name, double x);
+    /// A `dvec2`.
     bool set_uniform_2d(Renderer* renderer, char const* name, double x, double y);
+    /// A `dvec3`.
     bool set_uniform_3d(Renderer* renderer, char const* name, double x, double y, double z);
+    /// A `dvec4`.
     bool set_uniform_4d(Renderer* renderer, char const* name, double x, double y, double z,
                         double w);
+    /// A `uint`.
     bool set_uniform_1ui(Renderer* renderer, char const* name, unsigned int x);
+    /// A `uvec2`.
     bool set_uniform_2ui(Renderer* renderer, char const* name, unsigned int x, unsigned int y);
+    /// A `uvec3`.
     bool set_uniform_3ui(Renderer* renderer, char const* name, unsigned int x, unsigned int y,
                          unsigned int z);
+    /// A `uvec4`.
     bool set_uniform_4ui(Renderer* renderer, char const* name, unsigned int x, unsigned int y,
                          unsigned int z, unsigned int w);
+    /// One texture handle.
     bool set_uniform_1ui64(Renderer* renderer, char const* name, unsigned long long value);
+    /// `count` elements of type `int`.
     bool set_uniform_1iv(Renderer* renderer, char const* name, int const* values, int count);
+    /// `count` elements of type `ivec2`: `values` holds twice as many ints.
     bool set_uniform_2iv(Renderer* renderer, char const* name, int const* values, int count);
+    /// `count` elements of type `ivec3`: `values` holds three times as many ints.
     bool set_uniform_3iv(Renderer* renderer, char const* name, int const* values, int count);
+    /// `count` elements of type `ivec4`: `values` holds four times as many ints.
     bool set_uniform_4iv(Renderer* renderer, char const* name, int const* values, int count);
+    /// `count` elements of type `float`.
     bool set_uniform_1fv(Renderer* renderer, char const* name, float const* values, int count);
+    /// `count` elements of type `vec2`.
     bool set_uniform_2fv(Renderer* renderer, char const* name, vec2 const* values, int count);
+    /// `count` elements of type `vec3`.
     bool set_uniform_3fv(Renderer* renderer, char const* name, vec3 const* values, int count);
+    /// `count` elements of type `vec4`.
     bool set_uniform_4fv(Renderer* renderer, char const* name, vec4 const* values, int count);
+    /// `count` elements of type `double`.
     bool set_uniform_1dv(Renderer* renderer, char const* name, double const* values, int count);
+    /// `count` elements of type `dvec2`: `values` holds twice as many doubles.
     bool set_uniform_2dv(Renderer* renderer, char const* name, double const* values, int count);
+    /// `count` elements of type `dvec3`: `values` holds three times as many doubles.
     bool set_uniform_3dv(Renderer* renderer, char const* name, double const* values, int count);
+    /// `count` elements of type `dvec4`: `values` holds four times as many doubles.
     bool set_uniform_4dv(Renderer* renderer, char const* name, double const* values, int count);
+    /// `count` texture handles.
     bool set_uniform_1ui64v(Renderer* renderer, char const* name, unsigned long long const* values,
                             int count);
+    /// `count` elements of type `mat3`, nine floats each.
     bool set_uniform_3x3fv(Renderer* renderer, char const* name, float const* values, int count);
+    /// `count` elements of type `mat4`, sixteen floats each.
     bool set_uniform_4x4fv(Renderer* renderer, char const* name, float const* values, int count);
     /// @}
 

@@ -107,20 +107,30 @@ struct ORVEX_API GpuProgramData {
     /// @name Names of the automatic uniforms
     /// Null means that the engine doesn't send the value. Getters give null then.
     /// @{
+
+    /// Of the transform from object to world space.
     void set_model_matrix_uniform_name(char const* name);
-    char const* get_model_matrix_uniform_name() const;
+    char const* get_model_matrix_uniform_name() const; ///< "orvex_ModelMatrix" at first
+    /// Of the view.
     void set_view_matrix_uniform_name(char const* name);
-    char const* get_view_matrix_uniform_name() const;
+    char const* get_view_matrix_uniform_name() const; ///< "orvex_ViewMatrix" at first
+    /// Of the projection.
     void set_projection_matrix_uniform_name(char const* name);
-    char const* get_projection_matrix_uniform_name() const;
+    char const* get_projection_matrix_uniform_name() const; ///< "orvex_ProjectionMatrix" at first
+    /// Of view · model.
     void set_model_view_matrix_uniform_name(char const* name);
-    char const* get_model_view_matrix_uniform_name() const;
+    char const* get_model_view_matrix_uniform_name() const; ///< "orvex_ModelViewMatrix" at first
+    /// Of projection · view · model.
     void set_model_view_projection_matrix_uniform_name(char const* name);
+    /// "orvex_ModelViewProjectionMatrix" at first.
     char const* get_model_view_projection_matrix_uniform_name() const;
+    /// Of projection · view.
     void set_view_projection_matrix_uniform_name(char const* name);
+    /// "orvex_ViewProjectionMatrix" at first.
     char const* get_view_projection_matrix_uniform_name() const;
+    /// Of the viewport, as x, y, width and height in a `vec4`.
     void set_viewport_uniform_name(char const* name);
-    char const* get_viewport_uniform_name() const;
+    char const* get_viewport_uniform_name() const; ///< "orvex_Viewport" at first
     /// @}
 
     /// Names the vertex attribute that is bound to location `index`; null for none. Clears
@@ -156,41 +166,73 @@ struct ORVEX_API GpuProgramData {
     /// name, a null pointer or a negative count, otherwise true. Counts are in elements: vectors
     /// for the forms of 2 to 4 components.
     /// @{
+
+    /// An `int`.
     bool set_uniform_1i(char const* name, int x);
+    /// An `ivec2`.
     bool set_uniform_2i(char const* name, int x, int y);
+    /// An `ivec3`.
     bool set_uniform_3i(char const* name, int x, int y, int z);
+    /// An `ivec4`.
     bool set_uniform_4i(char const* name, int x, int y, int z, int w);
+    /// A `float`.
     bool set_uniform_1f(char const* name, float x);
+    /// A `vec2`.
     bool set_uniform_2f(char const* name, float x, float y);
+    /// A `vec3`.
     bool set_uniform_3f(char const* name, float x, float y, float z);
+    /// A `vec4`.
     bool set_uniform_4f(char const* name, float x, float y, float z, float w);
+    /// A `double`.
     bool set_uniform_1d(char const* name, double x);
+    /// A `dvec2`.
     bool set_uniform_2d(char const* name, double x, double y);
+    /// A `dvec3`.
     bool set_uniform_3d(char const* name, double x, double y, double z);
+    /// A `dvec4`.
     bool set_uniform_4d(char const* name, double x, double y, double z, double w);
+    /// A `uint`.
     bool set_uniform_1ui(char const* name, unsigned int x);
+    /// A `uvec2`.
     bool set_uniform_2ui(char const* name, unsigned int x, unsigned int y);
+    /// A `uvec3`.
     bool set_uniform_3ui(char const* name, unsigned int x, unsigned int y, unsigned int z);
+    /// A `uvec4`.
     bool set_uniform_4ui(char const* name, unsigned int x, unsigned int y, unsigned int z,
                          unsigned int w);
+    /// One texture handle.
     bool set_uniform_1ui64(char const* name, unsigned long long value);
+    /// `count` elements of type `int`.
     bool set_uniform_1iv(char const* name, int const* values, int count);
+    /// `count` elements of type `ivec2`: `values` holds twice as many ints.
     bool set_uniform_2iv(char const* name, int const* values, int count);
+    /// `count` elements of type `ivec3`: `values` holds three times as many ints.
     bool set_uniform_3iv(char const* name, int const* values, int count);
+    /// `count` elements of type `ivec4`: `values` holds four times as many ints.
     bool set_uniform_4iv(char const* name, int const* values, int count);
+    /// `count` elements of type `float`.
     bool set_uniform_1fv(char const* name, float const* values, int count);
+    /// `count` elements of type `vec2`.
     bool set_uniform_2fv(char const* name, vec2 const* values, int count);
+    /// `count` elements of type `vec3`.
     bool set_uniform_3fv(char const* name, vec3 const* values, int count);
+    /// `count` elements of type `vec4`.
     bool set_uniform_4fv(char const* name, vec4 const* values, int count);
+    /// `count` elements of type `double`.
     bool set_uniform_1dv(char const* name, double const* values, int count);
+    /// `count` elements of type `dvec2`: `values` holds twice as many doubles.
     bool set_uniform_2dv(char const* name, double const* values, int count);
+    /// `count` elements of type `dvec3`: `values` holds three times as many doubles.
     bool set_uniform_3dv(char const* name, double const* values, int count);
+    /// `count` elements of type `dvec4`: `values` holds four times as many doubles.
     bool set_uniform_4dv(char const* name, double const* values, int count);
+    /// `count` texture handles.
     bool set_uniform_1ui64v(char const* name, unsigned long long const* values, int count);
     /// Nine floats, column by column.
     bool set_uniform_3x3f(char const* name, float const* values);
     /// Sixteen floats, column by column.
     bool set_uniform_4x4f(char const* name, float const* values);
+    /// The same from a matrix.
     bool set_uniform_4x4f(char const* name, mat4 const& value);
     /// Recorded, but sent by no back end.
     bool set_uniform_3x3d(char const* name, double const* values);
@@ -203,9 +245,14 @@ struct ORVEX_API GpuProgramData {
     /// made; later it only tells how many values there are. The array is made anew for another
     /// count, or when it is too short, and used again otherwise.
     /// @{
+
+    /// `values` holds `count * components` ints.
     bool _set_uniform_iv(char const* name, int const* values, int count, int components);
+    /// `values` holds `count * components` floats.
     bool _set_uniform_fv(char const* name, float const* values, int count, int components);
+    /// `values` holds `count * components` doubles.
     bool _set_uniform_dv(char const* name, double const* values, int count, int components);
+    /// `values` holds `count * components` texture handles.
     bool _set_uniform_ui64v(char const* name, unsigned long long const* values, int count,
                             int components);
     /// `values` holds as many as there are components.
@@ -231,25 +278,27 @@ struct ORVEX_API GpuProgramData {
     bool core_attribs_pending = true;        ///< attributes 0 to 5 still to be bound
     bool instancing_attribs_pending = true;  ///< attributes 6 to 10 still to be bound
     bool valid = false;                      ///< set by the manager after loading
+    /// Whether the last source of the stage compiled.
     bool shader_loaded[GPU_SHADER_TYPE_COUNT] = {};
     unsigned int shader_ids[GPU_SHADER_TYPE_COUNT] = {};            ///< API shader names
     OwnedText shader_source[GPU_SHADER_TYPE_COUNT];                 ///< last source that compiled
     OwnedText shader_info_log[GPU_SHADER_TYPE_COUNT];               ///< last compile message
     unsigned long shader_info_log_size[GPU_SHADER_TYPE_COUNT] = {}; ///< recorded sizes
     OwnedText info_log;                                             ///< last link message
-    unsigned long info_log_size = 0;
-    OwnedText d3d11_entry_point_name[GPU_SHADER_TYPE_COUNT];
-    void* d3d11_shader[5] = {};
-    int renderer_id = 0; ///< plugin id of the renderer that made the API program, 0 for none
+    unsigned long info_log_size = 0; ///< recorded size: the kept length + 1, 0 for none
+    OwnedText d3d11_entry_point_name[GPU_SHADER_TYPE_COUNT]; ///< unset: the stage's default
+    void* d3d11_shader[5] = {}; ///< shader objects of stages 0 to 4, for a back end
+    int renderer_id = 0;        ///< plugin id of the renderer that made the API program, 0 for none
     UniformBufferData* uniform_buffer = nullptr; ///< owned; made by `GpuProgram::ub_init`
-    OwnedText model_matrix_uniform_name;
-    OwnedText view_matrix_uniform_name;
-    OwnedText projection_matrix_uniform_name;
-    OwnedText model_view_matrix_uniform_name;
+    OwnedText model_matrix_uniform_name;         ///< "orvex_ModelMatrix" at first
+    OwnedText view_matrix_uniform_name;          ///< "orvex_ViewMatrix" at first
+    OwnedText projection_matrix_uniform_name;    ///< "orvex_ProjectionMatrix" at first
+    OwnedText model_view_matrix_uniform_name;    ///< "orvex_ModelViewMatrix" at first
+    /// "orvex_ModelViewProjectionMatrix" at first.
     OwnedText model_view_projection_matrix_uniform_name;
-    OwnedText view_projection_matrix_uniform_name;
-    OwnedText viewport_uniform_name;
-    OwnedText vertex_attrib_names[NUM_VERTEX_ATTRIB_NAMES];
+    OwnedText view_projection_matrix_uniform_name; ///< "orvex_ViewProjectionMatrix" at first
+    OwnedText viewport_uniform_name;               ///< "orvex_Viewport" at first
+    OwnedText vertex_attrib_names[NUM_VERTEX_ATTRIB_NAMES]; ///< names by location
     bool uniforms_optimized = false;        ///< every record's location has been asked for
     GpuProgramUniform** uniforms = nullptr; ///< owned slots, used ones first
     unsigned long num_uniforms = 0;         ///< number of slots

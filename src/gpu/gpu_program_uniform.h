@@ -62,27 +62,28 @@ struct GpuProgramUniform {
     static constexpr unsigned long NAME_SIZE = 64;
 
     int location = -1; ///< below 0: not looked up, or absent from the linked program
+    /// The kind of the setter that made the record.
     GPU_SHADER_UNIFORM type = GPU_SHADER_UNIFORM_1F;
     bool dirty = false;        ///< to be sent at the next `Renderer::gpu_program_bind_uniforms`
     char name[NAME_SIZE] = {}; ///< always terminated
 
-    unsigned int ui[4] = {};
-    vec4i i;
-    vec4 f;
-    unsigned long long ui64 = 0;
-    vec4d d;
-    mat4 m4f;
-    mat4d m4d;
-    float m3f[9] = {};
-    double m3d[9] = {};
+    unsigned int ui[4] = {};     ///< the `ui` kinds: the first 1 to 4 of them
+    vec4i i;                     ///< the `i` kinds: x first
+    vec4 f;                      ///< the `f` kinds: x first
+    unsigned long long ui64 = 0; ///< a texture handle
+    vec4d d;                     ///< the `d` kinds: x first
+    mat4 m4f;                    ///< column by column
+    mat4d m4d;                   ///< column by column
+    float m3f[9] = {};           ///< column by column
+    double m3d[9] = {};          ///< column by column
 
     /// Elements that the last array setter of any kind was given. An array of another kind may hold
     /// fewer: never read more than its own size.
     int count = 0;
-    std::vector<int> iv; ///< deep copies of the caller's data, empty until set
-    std::vector<float> fv;
-    std::vector<double> dv;
-    std::vector<unsigned long long> ui64v;
+    std::vector<int> iv;                   ///< deep copies of the caller's data, empty until set
+    std::vector<float> fv;                 ///< deep copy, as `iv`
+    std::vector<double> dv;                ///< deep copy, as `iv`
+    std::vector<unsigned long long> ui64v; ///< deep copy, as `iv`
 };
 
 } // namespace orvex

@@ -23,7 +23,7 @@ public:
     /// Decodes a file.
     /// @param image     receives size, format and pixels
     /// @param filename  a path, taken as given
-    /// @param mirror    turns the picture upside down
+    /// @param mirror    mirrors the picture left to right
     /// @return false for null, a file that can't be read and content that can't be decoded
     virtual bool load_image_from_file(Image* image, char const* filename, bool mirror) = 0;
 

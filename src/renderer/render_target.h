@@ -143,11 +143,11 @@ public:
     virtual unsigned long get_error_str_size() = 0;
 
 protected:
-    int id;
-    int width = 0;
-    int height = 0;
-    int samples = 0;
-    ORVEX_API3D api3d = 0;
+    int id;                ///< what `get_id` gives
+    int width = 0;         ///< pixels, written by a create and by `resize`
+    int height = 0;        ///< pixels, as `width`
+    int samples = 0;       ///< samples per pixel, as created
+    ORVEX_API3D api3d = 0; ///< set by the back end
 };
 
 } // namespace orvex

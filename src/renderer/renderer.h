@@ -467,84 +467,129 @@ public:
     /// the name says; matrices are column by column. A null array sends nothing.
     /// @{
 
+    /// An `int`.
     virtual void gpu_program_set_uniform_1i(GpuProgramData* program, char const* name,
                                             int value) = 0;
+    /// A `float`.
     virtual void gpu_program_set_uniform_1f(GpuProgramData* program, char const* name,
                                             float value) = 0;
+    /// An `ivec2`.
     virtual void gpu_program_set_uniform_2i(GpuProgramData* program, char const* name, int x,
                                             int y) = 0;
+    /// A `vec2`.
     virtual void gpu_program_set_uniform_2f(GpuProgramData* program, char const* name, float x,
                                             float y) = 0;
+    /// An `ivec3`.
     virtual void gpu_program_set_uniform_3i(GpuProgramData* program, char const* name, int x, int y,
                                             int z) = 0;
+    /// A `vec3`.
     virtual void gpu_program_set_uniform_3f(GpuProgramData* program, char const* name, float x,
                                             float y, float z) = 0;
+    /// An `ivec4`.
     virtual void gpu_program_set_uniform_4i(GpuProgramData* program, char const* name, int x, int y,
                                             int z, int w) = 0;
+    /// `count` elements of type `int`.
     virtual void gpu_program_set_uniform_1iv(GpuProgramData* program, char const* name, int* values,
                                              int count) = 0;
+    /// `count` elements of type `ivec2`: `values` holds twice as many ints.
     virtual void gpu_program_set_uniform_2iv(GpuProgramData* program, char const* name, int* values,
                                              int count) = 0;
+    /// `count` elements of type `ivec3`: `values` holds three times as many ints.
     virtual void gpu_program_set_uniform_3iv(GpuProgramData* program, char const* name, int* values,
                                              int count) = 0;
+    /// `count` elements of type `ivec4`: `values` holds four times as many ints.
     virtual void gpu_program_set_uniform_4iv(GpuProgramData* program, char const* name, int* values,
                                              int count) = 0;
+    /// A `vec4`.
     virtual void gpu_program_set_uniform_4f(GpuProgramData* program, char const* name, float x,
                                             float y, float z, float w) = 0;
+    /// `count` elements of type `float`.
     virtual void gpu_program_set_uniform_1fv(GpuProgramData* program, char const* name,
                                              float* values, int count) = 0;
+    /// `count` elements of type `vec2`.
     virtual void gpu_program_set_uniform_2fv(GpuProgramData* program, char const* name,
                                              vec2* values, int count) = 0;
+    /// `count` elements of type `vec3`.
     virtual void gpu_program_set_uniform_3fv(GpuProgramData* program, char const* name,
                                              vec3* values, int count) = 0;
+    /// `count` elements of type `vec4`.
     virtual void gpu_program_set_uniform_4fv(GpuProgramData* program, char const* name,
                                              vec4* values, int count) = 0;
+    /// `count` elements of type `double`.
     virtual void gpu_program_set_uniform_1dv(GpuProgramData* program, char const* name,
                                              double* values, int count) = 0;
+    /// `count` elements of type `dvec2`: `values` holds twice as many doubles.
     virtual void gpu_program_set_uniform_2dv(GpuProgramData* program, char const* name,
                                              double* values, int count) = 0;
+    /// `count` elements of type `dvec3`: `values` holds three times as many doubles.
     virtual void gpu_program_set_uniform_3dv(GpuProgramData* program, char const* name,
                                              double* values, int count) = 0;
+    /// `count` elements of type `dvec4`: `values` holds four times as many doubles.
     virtual void gpu_program_set_uniform_4dv(GpuProgramData* program, char const* name,
                                              double* values, int count) = 0;
+    /// `count` elements of type `mat3`, nine floats each.
     virtual void gpu_program_set_uniform_3x3fv(GpuProgramData* program, char const* name,
                                                float* values, int count) = 0;
+    /// `count` elements of type `mat4`, sixteen floats each.
     virtual void gpu_program_set_uniform_4x4fv(GpuProgramData* program, char const* name,
                                                float* values, int count) = 0;
+    /// An `int`, by location.
     virtual void gpu_program_set_uniform_1i_loc(int location, int value) = 0;
+    /// A `float`, by location.
     virtual void gpu_program_set_uniform_1f_loc(int location, float value) = 0;
+    /// An `ivec2`, by location.
     virtual void gpu_program_set_uniform_2i_loc(int location, int x, int y) = 0;
+    /// A `vec2`, by location.
     virtual void gpu_program_set_uniform_2f_loc(int location, float x, float y) = 0;
+    /// An `ivec3`, by location.
     virtual void gpu_program_set_uniform_3i_loc(int location, int x, int y, int z) = 0;
+    /// A `vec3`, by location.
     virtual void gpu_program_set_uniform_3f(int location, float x, float y, float z) = 0;
+    /// An `ivec4`, by location.
     virtual void gpu_program_set_uniform_4i_loc(int location, int x, int y, int z, int w) = 0;
+    /// A `vec4`, by location.
     virtual void gpu_program_set_uniform_4f_loc(int location, float x, float y, float z,
                                                 float w) = 0;
+    /// `count` elements of type `vec4`, by location.
     virtual void gpu_program_set_uniform_4fv_loc(int location, vec4* values, int count) = 0;
+    /// `count` elements of type `mat3`, nine floats each; by location.
     virtual void gpu_program_set_uniform_3x3fv_loc(int location, float* values, int count) = 0;
+    /// `count` elements of type `mat4`, sixteen floats each; by location.
     virtual void gpu_program_set_uniform_4x4fv_loc(int location, float* values, int count) = 0;
+    /// One texture handle.
     virtual void gpu_program_set_uniform_1ui64(GpuProgramData* program, char const* name,
                                                unsigned long long value) = 0;
+    /// `count` texture handles.
     virtual void gpu_program_set_uniform_1ui64v(GpuProgramData* program, char const* name,
                                                 unsigned long long* values, int count) = 0;
+    /// One texture handle, by location.
     virtual void gpu_program_set_uniform_ui64_loc(int location, unsigned long long value) = 0;
+    /// `count` texture handles, by location.
     virtual void gpu_program_set_uniform_ui64v_loc(int location, unsigned long count,
                                                    unsigned long long* values) = 0;
+    /// A `uint`.
     virtual void gpu_program_set_uniform_1ui(GpuProgramData* program, char const* name,
                                              unsigned int value) = 0;
+    /// A `uvec2`.
     virtual void gpu_program_set_uniform_2ui(GpuProgramData* program, char const* name,
                                              unsigned int x, unsigned int y) = 0;
+    /// A `uvec3`.
     virtual void gpu_program_set_uniform_3ui(GpuProgramData* program, char const* name,
                                              unsigned int x, unsigned int y, unsigned int z) = 0;
+    /// A `uvec4`.
     virtual void gpu_program_set_uniform_4ui(GpuProgramData* program, char const* name,
                                              unsigned int x, unsigned int y, unsigned int z,
                                              unsigned int w) = 0;
+    /// A `double`.
     virtual void gpu_program_set_uniform_1d(GpuProgramData* program, char const* name,
                                             double value) = 0;
+    /// A `dvec2`.
     virtual void gpu_program_set_uniform_2d(GpuProgramData* program, char const* name, double x,
                                             double y) = 0;
+    /// A `dvec3`.
     virtual void gpu_program_set_uniform_3d(GpuProgramData* program, char const* name, double x,
                                             double y, double z) = 0;
+    /// A `dvec4`.
     virtual void gpu_program_set_uniform_4d(GpuProgramData* program, char const* name, double x,
                                             double y, double z, double w) = 0;
     /// @}
