@@ -1,0 +1,65 @@
+#pragma once
+
+#include <functional>
+#include <string>
+#include <vector>
+
+/// Reads the words of a command line by rules.
+///
+/// A rule is a long option (`--size`), with a letter of its own (`-s`) or none, that takes a value
+/// or none. Values stand in the next word or behind a sign (`--size=8x6`, `-s 8x6`, `-s8x6`);
+/// letters without a value may share a word (`-qw`). What begins with no dash is an operand, a lone
+/// dash too, and so is everything behind `--`. The last of two equal options counts.
+///
+/// @code
+/// Arguments arguments;
+/// bool quiet = false;
+/// arguments.add_flag("--quiet", 'q', "says nothing", quiet);
+/// const std::string mistake = arguments.read({"-q"});
+/// @endcode
+class Arguments {
+public:
+    /// Takes a value. @return what is wanted instead, as "a whole number"; empty if it is good
+    using Taker = std::function<std::string(std::string const& value)>;
+
+    /// Begins a group of the help, which a line of text heads.
+    void begin_group(std::string title);
+    /// An option without a value, that sets `target`.
+    void add_flag(std::string name, char letter, std::string help, bool& target);
+    /// An option with a value.
+    /// @param letter  0 for none
+    /// @param value   the value's name in the help
+    void add_value(std::string name, char letter, std::string value, std::string help, Taker take);
+    /// Who takes the operands; without one they are mistakes.
+    void set_operand(Taker take);
+
+    /// Reads the words up to the first mistake.
+    /// @return that mistake as a sentence without a stop; empty if there is none
+    std::string read(std::vector<std::string> const& words) const;
+    /// The options with their explanations, group by group, at most 80 characters wide.
+    std::string help() const;
+    /// The long names, in their order.
+    std::vector<std::string> names() const;
+
+private:
+    struct Rule {
+        std::string name;
+        char letter;
+        std::string value; ///< empty: takes none
+        std::string help;
+        Taker take;
+    };
+    struct Group {
+        std::string title;
+        std::vector<Rule> rules;
+    };
+    class Reader;
+
+    std::vector<Group> groups;
+    Taker operand;
+
+    void add(Rule rule);
+    Rule const* find(std::string const& name) const;
+    Rule const* find(char letter) const;
+    std::string nearest_name(std::string const& name) const;
+};

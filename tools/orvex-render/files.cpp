@@ -1,0 +1,38 @@
+#include "files.h"
+
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <filesystem>
+
+std::string folder_of(std::string const& path) {
+    const std::size_t slash = path.rfind('/');
+    return slash == path.npos ? std::string() : path.substr(0, slash + 1);
+}
+
+std::string mistake_in_reading(std::string const& path) {
+    std::error_code error;
+    const std::filesystem::file_status status = std::filesystem::status(path, error);
+    if (std::filesystem::is_directory(status))
+        return path + ": is a folder";
+    if (std::filesystem::exists(status) && !std::filesystem::is_regular_file(status))
+        return path + ": is no regular file";
+    std::FILE* const file = std::fopen(path.c_str(), "rb");
+    if (!file)
+        return path + ": " + std::strerror(errno);
+    const bool empty = std::fgetc(file) == EOF;
+    std::fclose(file);
+    return empty ? path + ": the file is empty" : std::string();
+}
+
+std::string mistake_in_writing(std::string const& path) {
+    std::error_code error;
+    const bool was_there = std::filesystem::exists(path, error);
+    std::FILE* const file = std::fopen(path.c_str(), "ab");
+    if (!file)
+        return "can't write " + path + ": " + std::strerror(errno);
+    std::fclose(file);
+    if (!was_there)
+        std::filesystem::remove(path, error);
+    return "";
+}

@@ -1,0 +1,12 @@
+#pragma once
+
+#include <string>
+
+/// The folder of a file with its slash, as the loaders put it before names; empty without one.
+std::string folder_of(std::string const& path);
+
+/// Why a file can't be read, as "none.obj: No such file or directory"; empty if it can.
+std::string mistake_in_reading(std::string const& path);
+
+/// Why a file can't be written; empty if it can. What stands there stays as it is.
+std::string mistake_in_writing(std::string const& path);

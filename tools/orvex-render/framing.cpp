@@ -1,0 +1,142 @@
+#include "framing.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+#include <orvex/scene/camera.h>
+
+using namespace orvex;
+
+namespace {
+
+constexpr float opening_degrees = 35.0f;
+constexpr float degree = 0.017453292f;
+
+float dot(vec4 const& a, vec4 const& b) {
+    return a.x * b.x + a.y * b.y + a.z * b.z;
+}
+
+vec4 difference(vec4 const& a, vec4 const& b) {
+    return vec4(a.x - b.x, a.y - b.y, a.z - b.z, 0.0f);
+}
+
+/// A direction of a model whose Y axis points up, in one whose Z axis does.
+vec4 turned_up(vec4 const& v, bool z_up) {
+    return z_up ? vec4(v.x, -v.z, v.y, 0.0f) : v;
+}
+
+} // namespace
+
+Axes axes_of(Angle const& angle) {
+    const float around = angle.azimuth * degree;
+    const float above = angle.elevation * degree;
+    const vec4 right(std::cos(around), 0.0f, -std::sin(around), 0.0f);
+    const vec4 up(-std::sin(above) * std::sin(around), std::cos(above),
+                  -std::sin(above) * std::cos(around), 0.0f);
+    const vec4 toward(std::cos(above) * std::sin(around), std::sin(above),
+                      std::cos(above) * std::cos(around), 0.0f);
+    return {turned_up(right, angle.z_up), turned_up(up, angle.z_up), turned_up(toward, angle.z_up)};
+}
+
+vec4 seen_from(Axes const& axes, vec4 const& direction) {
+    return vec4(dot(direction, axes.right), dot(direction, axes.up), dot(direction, axes.toward),
+                0.0f);
+}
+
+namespace {
+
+float aspect_of(Lens const& lens) {
+    return static_cast<float>(lens.width) / static_cast<float>(lens.height);
+}
+
+/// Half the opening upward, in radians, of a lens of zoom 1 or of its own.
+float half_opening(float zoom) {
+    return std::atan(std::tan(opening_degrees * degree / 2) / zoom);
+}
+
+/// The points as seen from the middle, with a side's slope: how far they reach to both sides of an
+/// axis of the picture. A point touches the side of the view's pyramid when its distance from the
+/// axis is to the rest of its way to the eye as the tangent of half the opening.
+struct Reach {
+    float tangent;
+    float high = std::numeric_limits<float>::lowest();
+    float low = std::numeric_limits<float>::lowest();
+
+    void add(float aside, float toward) {
+        high = std::max(high, aside + toward * tangent);
+        low = std::max(low, -aside + toward * tangent);
+    }
+    /// The eye's distance with the axis moved to the middle of the reach, and left where it is.
+    float tight_distance() const { return (high + low) / 2 / tangent; }
+    float distance() const { return std::max(high, low) / tangent; }
+    float shift() const { return (high - low) / 2; }
+};
+
+struct Reaches {
+    Reach across;
+    Reach upward;
+};
+
+Reaches reaches_of(Extent const& extent, Axes const& axes, Lens const& lens) {
+    constexpr float used = 0.95f; // of the picture
+    const float tangent = std::tan(half_opening(1.0f)) * used;
+    Reaches reaches{{tangent * aspect_of(lens)}, {tangent}};
+    for (vec4 const& point : extent.points) {
+        const vec4 seen = seen_from(axes, difference(point, extent.middle));
+        reaches.across.add(seen.x, seen.z);
+        reaches.upward.add(seen.y, seen.z);
+    }
+    return reaches;
+}
+
+/// A model of one point is seen from anywhere.
+float at_least_a_bit(float distance) {
+    return std::max(distance, 1e-6f);
+}
+
+} // namespace
+
+Aim tight_aim(Extent const& extent, Axes const& axes, Lens const& lens) {
+    if (extent.points.empty())
+        return {};
+    const auto [across, upward] = reaches_of(extent, axes, lens);
+    return {across.shift(), upward.shift(),
+            at_least_a_bit(std::max(across.tight_distance(), upward.tight_distance()))};
+}
+
+Aim middle_aim(Extent const& extent, Axes const& axes, Lens const& lens) {
+    if (extent.points.empty())
+        return {};
+    const auto [across, upward] = reaches_of(extent, axes, lens);
+    return {0.0f, 0.0f, at_least_a_bit(std::max(across.distance(), upward.distance()))};
+}
+
+namespace {
+
+vec4 moved(vec4 const& point, vec4 const& axis, float way) {
+    return vec4(point.x + axis.x * way, point.y + axis.y * way, point.z + axis.z * way, 1.0f);
+}
+
+} // namespace
+
+void place(Camera& camera, Extent const& extent, Axes const& axes, Lens const& lens,
+           Aim const& aim) {
+    float nearest = std::numeric_limits<float>::lowest();
+    float farthest = std::numeric_limits<float>::max();
+    for (vec4 const& point : extent.points) {
+        const float depth = seen_from(axes, difference(point, extent.middle)).z;
+        nearest = std::max(nearest, depth);
+        farthest = std::min(farthest, depth);
+    }
+    const vec4 target = moved(moved(extent.middle, axes.right, aim.right), axes.up, aim.up);
+    // A little before and behind it, so that rounding cuts nothing off.
+    const float near_plane = std::max((aim.distance - nearest) * 0.99f, aim.distance * 0.01f);
+    const float far_plane = std::max(aim.distance - farthest, near_plane) * 1.01f;
+    camera.set_viewport(0, 0, lens.width, lens.height);
+    camera.build_projection_persp(2.0f * half_opening(lens.zoom) / degree, aspect_of(lens),
+                                  near_plane, far_plane, true);
+    // The up vector of the view counts from the next turn on.
+    camera.set_up(axes.up);
+    camera.set_view_params(moved(target, axes.toward, aim.distance), target, axes.up, true);
+}

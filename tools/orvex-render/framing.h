@@ -1,0 +1,60 @@
+#pragma once
+
+/// @file
+/// Where the camera stands, so that a model is seen.
+
+#include <vector>
+
+#include <orvex/math/vec4.h>
+
+namespace orvex {
+class Camera;
+}
+
+/// What is to be seen: the vertices of a model, in the world, and the middle of their box.
+struct Extent {
+    std::vector<orvex::vec4> points;
+    orvex::vec4 middle;
+};
+
+/// From where.
+struct Angle {
+    float azimuth;   ///< degrees around the up axis, from the front to the right
+    float elevation; ///< degrees above the horizon
+    bool z_up;       ///< the model's Z axis points up, and its front looks along -Y
+};
+
+/// How much of it.
+struct Lens {
+    int width;  ///< of the picture, in pixels
+    int height; ///< likewise
+    float zoom; ///< magnification; 1 for an opening of 35 degrees
+};
+
+/// The axes of the camera in the world, each of length 1.
+struct Axes {
+    orvex::vec4 right;
+    orvex::vec4 up;
+    orvex::vec4 toward; ///< from the model to the eye
+};
+Axes axes_of(Angle const& angle);
+
+/// A direction of the world as the camera sees it.
+orvex::vec4 seen_from(Axes const& axes, orvex::vec4 const& direction);
+
+/// Where the camera looks, and from how far.
+struct Aim {
+    float right = 0.0f; ///< from the middle, along the camera's axes
+    float up = 0.0f;
+    float distance = 1.0f;
+};
+
+/// The nearest aim by which all is seen through a lens of zoom 1, with a little room around.
+Aim tight_aim(Extent const& extent, Axes const& axes, Lens const& lens);
+
+/// The nearest aim at the middle itself by which all is seen.
+Aim middle_aim(Extent const& extent, Axes const& axes, Lens const& lens);
+
+/// Places the camera.
+void place(orvex::Camera& camera, Extent const& extent, Axes const& axes, Lens const& lens,
+           Aim const& aim);

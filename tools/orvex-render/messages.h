@@ -1,0 +1,26 @@
+#pragma once
+
+#include <string>
+
+/// Which messages are wanted on standard error.
+enum class Wordiness {
+    quiet,   ///< errors that end the program
+    normal,  ///< warnings too, the engine's among them, and what was written
+    verbose, ///< the engine's whole log
+};
+
+/// Sets what is wanted from here on.
+void set_wordiness(Wordiness wordiness);
+Wordiness get_wordiness();
+
+/// "orvex-render: message", always.
+void tell_error(std::string const& message);
+/// "orvex-render: warning: message", unless quiet.
+void tell_warning(std::string const& message);
+/// The message alone, unless quiet.
+void tell(std::string const& message);
+
+/// The engine's log line as it is shown, without its stamp unless everything is; empty if it isn't.
+std::string shown_log_line(std::string const& line, Wordiness wordiness);
+/// Receives the engine's log.
+void take_log_line(char const* line, void* unused);

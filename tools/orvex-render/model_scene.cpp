@@ -1,0 +1,229 @@
+#include "model_scene.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+#include <orvex/assets/material.h>
+#include <orvex/assets/material_mgr.h>
+#include <orvex/assets/texture.h>
+#include <orvex/assets/texture_mgr.h>
+#include <orvex/geometry/mesh.h>
+#include <orvex/geometry/mesh_data.h>
+#include <orvex/gpu/gpu_program.h>
+#include <orvex/kernel/aux.h>
+#include <orvex/math/mat4.h>
+#include <orvex/renderer/renderer.h>
+#include <orvex/scene/model.h>
+
+#include "files.h"
+
+using namespace orvex;
+
+Model* ModelScene::load(std::string const& path) {
+    const std::string folder = folder_of(path);
+    return aux::load_model_from_file(path.substr(folder.size()).c_str(), folder.c_str(),
+                                     folder.c_str());
+}
+
+ModelScene::ModelScene(Renderer* renderer, Model* model)
+    : renderer(renderer)
+    , model(model) {
+    gather(model);
+    for (Mesh* mesh : meshes)
+        add_runs(mesh);
+    measure();
+}
+
+ModelScene::~ModelScene() {
+    // Objects keep their program when they end, materials give theirs back.
+    model->kill(renderer, nullptr);
+    MaterialMgr::get()->release_all_resources(renderer, nullptr);
+    TextureMgr::get()->release_all_textures(renderer, nullptr);
+}
+
+void ModelScene::gather(Node* node) {
+    for (unsigned long i = 0; i < node->get_num_children(); ++i) {
+        Node* const child = node->get_child(i);
+        if (auto* const mesh = dynamic_cast<Mesh*>(child))
+            meshes.push_back(mesh);
+        gather(child);
+    }
+}
+
+void ModelScene::add_runs(Mesh* mesh) {
+    const MeshData* const data = mesh->get_mesh_data();
+    const unsigned count = static_cast<unsigned>(data->num_faces);
+    for (unsigned first = 0; first < count;) {
+        const int id = data->face_materials[first];
+        unsigned last = first;
+        while (last + 1 < count && data->face_materials[last + 1] == id)
+            ++last;
+        Material* const material = mesh->get_material(id);
+        const bool is_opaque = !material || material->get_opacity() >= 1.0f;
+        (is_opaque ? opaque : blended).push_back({mesh, material, first, last});
+        first = last + 1;
+    }
+}
+
+namespace {
+
+/// A box that grows around points.
+class Box {
+public:
+    void add(vec4 const& point) {
+        low.set(std::min(low.x, point.x), std::min(low.y, point.y), std::min(low.z, point.z), 1);
+        high.set(std::max(high.x, point.x), std::max(high.y, point.y), std::max(high.z, point.z),
+                 1);
+    }
+    vec4 middle() const {
+        return vec4(low.x / 2 + high.x / 2, low.y / 2 + high.y / 2, low.z / 2 + high.z / 2, 1.0f);
+    }
+
+private:
+    static constexpr float largest = std::numeric_limits<float>::max();
+    vec4 low{largest, largest, largest, 1.0f};
+    vec4 high{-largest, -largest, -largest, 1.0f};
+};
+
+bool is_finite(vec4 const& v) {
+    return std::isfinite(v.x) && std::isfinite(v.y) && std::isfinite(v.z);
+}
+
+} // namespace
+
+void ModelScene::measure() {
+    Box box;
+    for (Mesh* mesh : meshes) {
+        const mat4 transform = mesh->get_absolute_transform();
+        for (unsigned long i = 0; i < mesh->get_mesh_data()->num_vertices; ++i) {
+            const vec4 position = transform * mesh->get_vertex_position(i);
+            if (!is_finite(position))
+                continue;
+            bounds.points.push_back(position);
+            box.add(position);
+        }
+    }
+    bounds.middle = bounds.points.empty() ? vec4(0.0f, 0.0f, 0.0f, 1.0f) : box.middle();
+}
+
+std::vector<Material*> ModelScene::all_materials() const {
+    std::vector<Material*> result;
+    for (unsigned long i = 0; i < model->get_num_materials(); ++i)
+        result.push_back(model->get_material_by_index(i));
+    return result;
+}
+
+unsigned long ModelScene::num_vertices() const {
+    unsigned long sum = 0;
+    for (Mesh* mesh : meshes)
+        sum += mesh->get_num_vertices(nullptr);
+    return sum;
+}
+
+unsigned long ModelScene::num_faces() const {
+    unsigned long sum = 0;
+    for (Mesh* mesh : meshes)
+        sum += mesh->get_num_faces(nullptr);
+    return sum;
+}
+
+Texture* ModelScene::texture_from(std::string const& path) {
+    const auto [known, is_new] = texture_by_path.emplace(path, textures.size());
+    if (!is_new)
+        return textures[known->second].texture;
+    Texture* const texture = TextureMgr::get()->create_texture_2d_from_file(path.c_str(), false);
+    textures.push_back({path, texture});
+    if (texture && renderer) {
+        texture->set_filtering_mode(nullptr, FILTERING_TRILINEAR);
+        texture->set_anisotropy(nullptr, 8.0f);
+        TextureMgr::get()->upload_to_renderer(renderer, texture, 0);
+    }
+    return texture;
+}
+
+void ModelScene::load_textures(std::string const& folder) {
+    for (Material* material : all_materials()) {
+        for (unsigned long i = 0; i < material->async_loading_get_num_texture_filenames(); ++i) {
+            char const* const name = material->async_loading_get_texture_filename(i);
+            if (Texture* const texture = texture_from(folder + name))
+                material->add_texture(texture);
+        }
+        material->async_loading_clear_texture_filenames_list();
+    }
+}
+
+void ModelScene::use_program(GpuProgram* new_program, bool gl3) {
+    program = new_program;
+    for (Mesh* mesh : meshes)
+        mesh->set_opengl_2_3_rendering_states(!gl3, nullptr);
+    for (Material* material : all_materials())
+        material->set_gpu_program(program);
+}
+
+void ModelScene::draw(Axes const& axes, Axes const& light_axes) {
+    set_lights(axes, light_axes);
+    renderer->set_blend_state(false);
+    renderer->set_depth_buffer_writing_state(true);
+    for (Run const& run : opaque)
+        draw_run(run);
+    if (blended.empty())
+        return;
+    renderer->set_blend_factors(BLEND_FACTOR_SRC_ALPHA, BLEND_FACTOR_ONE_MINUS_SRC_ALPHA);
+    renderer->set_blend_state(true);
+    renderer->set_depth_buffer_writing_state(false);
+    for (Run const& run : blended)
+        draw_run(run);
+    renderer->set_blend_state(false);
+    renderer->set_depth_buffer_writing_state(true);
+}
+
+void ModelScene::draw_run(Run const& run) {
+    set_colors(run.material);
+    if (run.material)
+        run.material->bind(renderer);
+    else
+        program->bind(renderer);
+    run.mesh->render_apply_automatic_uniforms(renderer, renderer->gpu_program_get_active_program(),
+                                              run.mesh->get_use_fixed_mvp_matrices_state());
+    MaterialSubset subset;
+    subset.first_face = run.first_face;
+    subset.last_face = run.last_face;
+    MeshData* const data = run.mesh->get_mesh_data();
+    data->current_subset = &subset;
+    run.mesh->render_geometry(renderer);
+    data->current_subset = nullptr;
+    if (run.material)
+        run.material->unbind(renderer);
+    else
+        program->unbind(renderer);
+}
+
+void ModelScene::set_lights(Axes const& axes, Axes const& light_axes) {
+    // Of the camera that turns with the lights: to its right, up, and toward it.
+    struct Light {
+        char const* name;
+        float right, up, toward;
+    };
+    constexpr Light lights[] = {
+        {"to_sun", -0.79f, 0.62f, 0.75f}, {"to_fill", 0.81f, 0.08f, 0.59f}, {"to_sky", 0, 1, 0}};
+    for (Light const& light : lights) {
+        const vec4 direction = light_axes.right * light.right + light_axes.up * light.up +
+                               light_axes.toward * light.toward;
+        const vec4 seen = seen_from(axes, direction);
+        program->set_uniform_4f(nullptr, light.name, seen.x, seen.y, seen.z, 0.0f);
+    }
+}
+
+void ModelScene::set_colors(Material* material) {
+    const vec4 diffuse = material ? material->get_diffuse() : vec4(0.7f, 0.7f, 0.8f, 1.0f);
+    const vec4 specular = material ? material->get_specular() : vec4(0.2f, 0.2f, 0.2f, 1.0f);
+    const float opacity = material ? material->get_opacity() : 1.0f;
+    const float shininess = material ? material->get_shininess() : 16.0f;
+    const bool textured = material && material->get_num_textures() > 0;
+    program->set_uniform_4f(nullptr, "diffuse_color", diffuse.x, diffuse.y, diffuse.z, opacity);
+    program->set_uniform_4f(nullptr, "specular_color", specular.x, specular.y, specular.z,
+                            shininess);
+    program->set_uniform_1f(nullptr, "textured", textured ? 1.0f : 0.0f);
+    program->set_uniform_1i(nullptr, "diffuse_map", 0);
+}

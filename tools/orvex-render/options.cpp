@@ -1,0 +1,241 @@
+#include "options.h"
+
+#include <algorithm>
+#include <array>
+#include <cctype>
+#include <cstddef>
+
+#include "text_place.h"
+
+namespace {
+
+/// Stores what a reader of values gives, or says what is wanted.
+template<class Value, class Read>
+Arguments::Taker take(Value& target, std::string wanted, Read read) {
+    return [&target, wanted, read](std::string const& word) {
+        const auto value = read(word);
+        if (!value)
+            return wanted;
+        target = *value;
+        return std::string();
+    };
+}
+
+Arguments::Taker take_whole_number(int& target, int least, int most) {
+    return take(target,
+                "a whole number from " + std::to_string(least) + " to " + std::to_string(most),
+                [=](std::string const& word) { return whole_number_in(word, least, most); });
+}
+
+Arguments::Taker take_number(float& target, float least, float most, std::string wanted) {
+    return take(target, std::move(wanted),
+                [=](std::string const& word) { return number_in(word, least, most); });
+}
+
+Arguments::Taker take_color(Color& target) {
+    return take(target, "#rgb, #rrggbb or the name of a colour", color_in);
+}
+
+Arguments::Taker take_text(std::string& target, std::string wanted) {
+    return take(target, std::move(wanted), [](std::string const& word) {
+        return word.empty() ? std::nullopt : std::optional(word);
+    });
+}
+
+/// One word of a few, each with the value that it stands for.
+template<class Value, std::size_t count>
+Arguments::Taker take_word(Value& target, std::string wanted,
+                           std::array<std::pair<char const*, Value>, count> words) {
+    return take(target, std::move(wanted),
+                [words](std::string const& word) -> std::optional<Value> {
+                    for (auto const& [name, value] : words)
+                        if (word == name)
+                            return value;
+                    return std::nullopt;
+                });
+}
+
+std::string in_lower_case(std::string text) {
+    std::transform(text.begin(), text.end(), text.begin(),
+                   [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+    return text;
+}
+
+/// Where the suffix of a file name begins, its dot included; its end if it has none.
+std::size_t suffix_of(std::string const& path) {
+    const std::size_t name = path.rfind('/') == path.npos ? 0 : path.rfind('/') + 1;
+    const std::size_t dot = path.rfind('.');
+    return dot == path.npos || dot <= name ? path.size() : dot;
+}
+
+bool has_suffix(std::string const& path, char const* suffix) {
+    return in_lower_case(path.substr(suffix_of(path))) == suffix;
+}
+
+std::string take_output(std::string const& word, std::string& output) {
+    if (!has_suffix(word, ".jpg") && !has_suffix(word, ".jpeg"))
+        return "a name that ends in .jpg or .jpeg, as JPEG is what is written,";
+    output = word;
+    return "";
+}
+
+void add_picture_rules(Arguments& rules, Options& options) {
+    rules.begin_group("The picture");
+    rules.add_value("--output", 'o', "FILE",
+                    "where the picture goes, as JPEG (MODEL's name with .jpg, in this folder)",
+                    [&](std::string const& word) { return take_output(word, options.output); });
+    rules.add_value("--size", 's', "WxH", "its size in pixels (1280x960)",
+                    take(options.size, "WxH in pixels, each from 1 to 16384,", size_in));
+    rules.add_value("--background", 'b', "COLOR",
+                    "colour behind the model: #rgb, #rrggbb or a name (#2b3038)",
+                    take_color(options.background));
+    rules.add_flag("--wireframe", 'w', "draws the edges of the triangles only", options.wireframe);
+    rules.add_value("--samples", 'm', "N", "samples per pixel; 0 draws without multisampling (4)",
+                    take_whole_number(options.samples, 0, 64));
+    rules.add_value("--path", 0, "gl2|gl3",
+                    "compatibility context and fixed arrays, or core context and generic "
+                    "attributes (gl3)",
+                    take_word(options.gl3, "gl2 or gl3",
+                              std::array{std::pair{"gl2", false}, std::pair{"gl3", true}}));
+}
+
+void add_camera_rules(Arguments& rules, Options& options) {
+    rules.begin_group("The camera");
+    rules.add_value("--azimuth", 'a', "DEGREES",
+                    "direction around the model: 0 is the front, 90 its right side (25)",
+                    take_number(options.azimuth, -36000.0f, 36000.0f, "an angle in degrees"));
+    rules.add_value(
+        "--elevation", 'e', "DEGREES", "height above the horizon, -90 to 90 (20)",
+        take_number(options.elevation, -90.0f, 90.0f, "an angle from -90 to 90 degrees"));
+    rules.add_value("--distance", 'd', "FACTOR",
+                    "distance of the eye, in parts of that from which all is seen (1)",
+                    take_number(options.distance, 0.01f, 1000.0f, "a factor from 0.01 to 1000"));
+    rules.add_value("--zoom", 'z', "FACTOR", "magnification, from the same place (1)",
+                    take_number(options.zoom, 0.01f, 1000.0f, "a factor from 0.01 to 1000"));
+    rules.add_value(
+        "--up", 'u', "y|z", "axis of the model that points up (z for .3ds files, y for others)",
+        take_word(options.up, "y or z", std::array{std::pair{"y", Up::y}, std::pair{"z", Up::z}}));
+    rules.add_value("--turntable", 't', "N",
+                    "N pictures of one turn around the model: FILE-001.jpg and so on",
+                    take_whole_number(options.turntable, 1, 100000));
+}
+
+void add_text_rules(Arguments& rules, Options& options) {
+    rules.begin_group("Text over the picture");
+    rules.add_value("--text", 'x', "TEXT", "writes a text; \\n begins a new line",
+                    take_text(options.text, "a text"));
+    rules.add_value("--text-place", 0, "PLACE",
+                    "top, center or bottom, and with -left or -right; left, right (bottom-left)",
+                    [&](std::string const& word) {
+                        if (!text_place_of(word))
+                            return std::string("a place such as top or bottom-left");
+                        options.text_place = word;
+                        return std::string();
+                    });
+    rules.add_value("--text-size", 0, "PIXELS", "height of a line (24)",
+                    take_whole_number(options.text_size, 4, 1000));
+    rules.add_value("--text-color", 0, "COLOR", "its colour (white)",
+                    take_color(options.text_color));
+    rules.add_value("--font", 0, "FILE",
+                    "a font in BMFont XML with its sheet beside it, in place of the built-in one",
+                    take_text(options.font, "a file"));
+}
+
+void add_other_rules(Arguments& rules, Options& options) {
+    rules.begin_group("Instead of a picture");
+    rules.add_flag("--info", 'i', "tells what the model holds", options.info);
+    rules.add_flag("--gl", 0, "tells what OpenGL offers here; with -v its extensions too",
+                   options.gl);
+    rules.add_flag("--help", 'h', "this text", options.help);
+    rules.add_flag("--version", 'V', "the version", options.version);
+    rules.begin_group("Messages");
+    rules.add_flag("--quiet", 'q', "errors only", options.quiet);
+    rules.add_flag("--verbose", 'v', "the engine's whole log", options.verbose);
+}
+
+} // namespace
+
+Arguments rules_for(Options& options) {
+    Arguments rules;
+    add_picture_rules(rules, options);
+    add_camera_rules(rules, options);
+    add_text_rules(rules, options);
+    add_other_rules(rules, options);
+    rules.set_operand([&](std::string const& word) -> std::string {
+        if (word.empty())
+            return "a file";
+        if (!options.model.empty())
+            return "one model";
+        options.model = word;
+        return "";
+    });
+    return rules;
+}
+
+namespace {
+
+/// What doesn't go together.
+std::string mistake_of(Options const& options) {
+    if (options.quiet && options.verbose)
+        return "--quiet and --verbose exclude each other";
+    if (options.info && options.gl)
+        return "--info and --gl exclude each other";
+    if (options.gl && !options.model.empty())
+        return "--gl takes no model";
+    if (!options.gl && options.model.empty())
+        return "no model given";
+    if (options.info && !options.output.empty())
+        return "--info draws no picture: there is nothing for --output";
+    return "";
+}
+
+} // namespace
+
+std::string read_options(std::vector<std::string> const& words, Options& options) {
+    const std::string mistake = rules_for(options).read(words);
+    if (!mistake.empty() || options.help || options.version)
+        return mistake;
+    return mistake_of(options);
+}
+
+std::string help_text() {
+    Options unused;
+    return "usage: orvex-render [options] MODEL\n"
+           "\n"
+           "Renders a model file (OBJ, 3DS), with its materials and textures, to a picture.\n"
+           "\n" +
+           rules_for(unused).help() +
+           "\n"
+           "Ends with 0 when all went well, with 1 when something failed, and with 2 when the\n"
+           "command line is wrong.\n";
+}
+
+std::string output_of(Options const& options) {
+    if (!options.output.empty())
+        return options.output;
+    const std::size_t slash = options.model.rfind('/');
+    const std::string name =
+        slash == options.model.npos ? options.model : options.model.substr(slash + 1);
+    return name.substr(0, suffix_of(name)) + ".jpg";
+}
+
+std::vector<std::string> outputs_of(Options const& options) {
+    const std::string output = output_of(options);
+    if (options.turntable == 0)
+        return {output};
+    const std::size_t suffix = suffix_of(output);
+    const std::size_t digits = std::max(std::to_string(options.turntable).size(), std::size_t{3});
+    std::vector<std::string> result;
+    for (int i = 1; i <= options.turntable; ++i) {
+        std::string number = std::to_string(i);
+        number.insert(0, digits - number.size(), '0');
+        result.push_back(output.substr(0, suffix) + "-" + number + output.substr(suffix));
+    }
+    return result;
+}
+
+bool is_z_up(Options const& options) {
+    if (options.up == Up::by_file)
+        return has_suffix(options.model, ".3ds");
+    return options.up == Up::z;
+}

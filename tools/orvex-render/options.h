@@ -1,0 +1,60 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "arguments.h"
+#include "values.h"
+
+/// Which axis of the model points up.
+enum class Up {
+    by_file, ///< Z for 3DS files, Y for others: what their programs write
+    y,
+    z,
+};
+
+/// What the command line asks for.
+struct Options {
+    std::string model;
+    std::string output; ///< empty: the model's name in the current folder, as JPEG
+    Size size{1280, 960};
+    float azimuth = 25.0f;   ///< degrees around the up axis, from the front to the right
+    float elevation = 20.0f; ///< degrees above the horizon
+    float distance = 1.0f;   ///< of the eye, in parts of the distance at which all is seen
+    float zoom = 1.0f;       ///< magnification from there
+    Up up = Up::by_file;
+    int turntable = 0; ///< pictures of a turn; 0: one picture and no turn
+    bool wireframe = false;
+    Color background{0.17f, 0.19f, 0.22f};
+    int samples = 4; ///< per pixel; 0 and 1: no multisampling
+    std::string text;
+    std::string text_place = "bottom-left";
+    int text_size = 24; ///< height of a line in pixels
+    Color text_color{1.0f, 1.0f, 1.0f};
+    std::string font; ///< a charset file; empty: the built-in one
+    bool gl3 = true;  ///< core context and generic attributes, or the compatibility way
+    bool info = false;
+    bool gl = false;
+    bool quiet = false;
+    bool verbose = false;
+    bool help = false;
+    bool version = false;
+};
+
+/// The rules of the command line, which fill `options`.
+Arguments rules_for(Options& options);
+
+/// Reads the command line. Looks at no file.
+/// @return what is wrong with it; empty if nothing is
+std::string read_options(std::vector<std::string> const& words, Options& options);
+
+/// What `--help` prints.
+std::string help_text();
+
+/// The picture's file: as asked for, or the model's name.
+std::string output_of(Options const& options);
+/// The files of all pictures: of a turntable each with its number, counted from 1, before its
+/// suffix, with as many digits as the last one needs and at least three.
+std::vector<std::string> outputs_of(Options const& options);
+/// Whether the Z axis of the model points up.
+bool is_z_up(Options const& options);

@@ -1,0 +1,51 @@
+# Completion of orvex-render for bash.
+
+_orvex_render() {
+  local current=${COMP_WORDS[COMP_CWORD]} before=${COMP_WORDS[COMP_CWORD-1]}
+  local colors='black white gray red green blue yellow cyan magenta orange'
+  local options='--output --size --background --wireframe --samples --path --azimuth --elevation
+    --distance --zoom --up --turntable --text --text-place --text-size --text-color --font --info
+    --gl --help --version --quiet --verbose'
+  local places='top-left top top-right left center-left center center-right right bottom-left
+    bottom bottom-right'
+  COMPREPLY=()
+
+  # "--name=value" comes as three words.
+  if [ "$current" = = ]; then
+    current=
+  elif [ "$before" = = ]; then
+    before=${COMP_WORDS[COMP_CWORD-2]}
+  fi
+
+  local words='' files=''
+  case $before in
+    -b | --background | --text-color) words=$colors ;;
+    --path) words='gl2 gl3' ;;
+    -u | --up) words='y z' ;;
+    -m | --samples) words='0 2 4 8' ;;
+    -s | --size) words='640x480 1280x960 1920x1080' ;;
+    --text-place) words=$places ;;
+    -o | --output) files='jpg|jpeg|JPG' ;;
+    --font) files='xml|fnt' ;;
+    -a | --azimuth | -e | --elevation | -d | --distance | -z | --zoom | -t | --turntable | \
+      -x | --text | --text-size) return ;;
+    *) case $current in
+         -*) words=$options ;;
+         *) files='obj|OBJ|3ds|3DS' ;;
+       esac ;;
+  esac
+
+  if [ -n "$words" ]; then
+    mapfile -t COMPREPLY < <(compgen -W "$words" -- "$current")
+    return
+  fi
+  local path
+  compopt -o filenames 2>/dev/null
+  while IFS= read -r path; do
+    if [ -d "$path" ] || [[ $path =~ \.($files)$ ]]; then
+      COMPREPLY+=("$path")
+    fi
+  done < <(compgen -f -- "$current")
+}
+
+complete -F _orvex_render orvex-render

@@ -1,0 +1,258 @@
+#include "program.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <memory>
+
+#include <orvex/assets/texture_mgr.h>
+#include <orvex/kernel/core.h>
+#include <orvex/renderer/render_window.h>
+#include <orvex/renderer/renderer.h>
+#include <orvex/scene/camera.h>
+
+#include "files.h"
+#include "framing.h"
+#include "messages.h"
+#include "model_scene.h"
+#include "options.h"
+#include "progress_bar.h"
+#include "report.h"
+#include "shader.h"
+#include "stage.h"
+#include "text_overlay.h"
+
+using namespace orvex;
+
+namespace {
+
+ExitCode fail(std::string const& message) {
+    tell_error(message);
+    return EXIT_FAILED;
+}
+
+/// Prints to standard output, all of it or a mistake.
+ExitCode print(std::string const& text) {
+    if (std::fputs(text.c_str(), stdout) < 0 || std::fflush(stdout) != 0)
+        return fail("can't write to standard output");
+    return EXIT_FINE;
+}
+
+/// The model with its textures.
+/// @return null, with the reason in `mistake`, if it can't be read
+std::unique_ptr<ModelScene> load_scene(Options const& options, Renderer* renderer,
+                                       std::string& mistake) {
+    Model* const model = ModelScene::load(options.model);
+    if (!model) {
+        mistake = options.model + ": no loader can read it as a model";
+        return nullptr;
+    }
+    auto scene = std::make_unique<ModelScene>(renderer, model);
+    scene->load_textures(folder_of(options.model));
+    return scene;
+}
+
+ExitCode tell_of_model(Options const& options) {
+    const std::string unreadable = mistake_in_reading(options.model);
+    if (!unreadable.empty())
+        return fail(unreadable);
+    const Engine engine;
+    std::string mistake;
+    const std::unique_ptr<ModelScene> scene = load_scene(options, nullptr, mistake);
+    return scene ? print(report_of_model(options.model, *scene)) : fail(mistake);
+}
+
+ExitCode tell_of_context(Options const& options) {
+    const Engine engine;
+    Stage stage;
+    const std::string mistake = stage.open(16, 16, options.gl3);
+    if (!mistake.empty())
+        return fail(mistake);
+    return print(report_of_context(stage.renderer, stage.window, options.verbose));
+}
+
+/// Draws the pictures of one model.
+class Painter {
+public:
+    explicit Painter(Options const& options)
+        : options(options)
+        , camera(new Camera) {}
+    ~Painter() { camera->release(nullptr, nullptr); }
+    Painter(Painter const&) = delete;
+    Painter& operator=(Painter const&) = delete;
+
+    /// Everything up to the first picture. @return what went wrong; empty if nothing did
+    std::string prepare();
+    /// Draws and writes all pictures. @return what went wrong; empty if nothing did
+    std::string paint();
+
+private:
+    Options const& options;
+    Stage stage;
+    Camera* camera;
+    std::unique_ptr<ModelScene> scene;
+    std::unique_ptr<TextOverlay> overlay;
+
+    std::string prepare_scene();
+    std::string prepare_text();
+    Angle angle_of(int picture) const;
+    Lens lens() const;
+    Aim aim() const;
+    void draw(Angle const& angle, Aim const& aim);
+    std::string draw_text();
+};
+
+std::string Painter::prepare() {
+    std::string mistake = stage.open(options.size.width, options.size.height, options.gl3);
+    if (mistake.empty())
+        mistake = stage.use_samples(options.samples);
+    if (!mistake.empty())
+        return mistake;
+    if (options.samples > 1 && stage.samples() < options.samples)
+        tell_warning(std::to_string(options.samples) + " samples per pixel aren't offered here; " +
+                     std::to_string(stage.samples()) + " are");
+    mistake = prepare_scene();
+    return mistake.empty() ? prepare_text() : mistake;
+}
+
+std::string Painter::prepare_scene() {
+    std::string mistake;
+    GpuProgram* const program =
+        stage.compile(model_shader(options.gl3), "orvex-render model", mistake);
+    if (program)
+        scene = load_scene(options, stage.renderer, mistake);
+    if (!scene)
+        return mistake;
+    for (TextureFile const& file : scene->texture_files())
+        if (!file.texture)
+            tell_warning("texture " + file.path + " is missing or can't be read");
+    scene->use_program(program, options.gl3);
+    return "";
+}
+
+std::string Painter::prepare_text() {
+    if (options.text.empty())
+        return "";
+    std::string mistake;
+    GpuProgram* const program =
+        stage.compile(text_shader(options.gl3), "orvex-render text", mistake);
+    if (!program)
+        return mistake;
+    overlay = std::make_unique<TextOverlay>(stage.renderer, program, options.gl3);
+    return overlay->load(options.font);
+}
+
+Angle Painter::angle_of(int picture) const {
+    const float turn = options.turntable > 0 ? 360.0f * static_cast<float>(picture) /
+                                                   static_cast<float>(options.turntable)
+                                             : 0.0f;
+    return {options.azimuth + turn, options.elevation, is_z_up(options)};
+}
+
+Lens Painter::lens() const {
+    return {options.size.width, options.size.height, options.zoom};
+}
+
+/// A turn keeps to one aim, or the model would seem to breathe.
+Aim Painter::aim() const {
+    if (options.turntable == 0) {
+        Aim one = tight_aim(scene->extent(), axes_of(angle_of(0)), lens());
+        one.distance *= options.distance;
+        return one;
+    }
+    Aim all{0.0f, 0.0f, 0.0f};
+    const int views = std::min(options.turntable, 36);
+    for (int view = 0; view < views; ++view) {
+        Angle angle = angle_of(0);
+        angle.azimuth += 360.0f * static_cast<float>(view) / static_cast<float>(views);
+        const Aim one = middle_aim(scene->extent(), axes_of(angle), lens());
+        all.distance = std::max(all.distance, one.distance * options.distance);
+    }
+    return all;
+}
+
+void Painter::draw(Angle const& angle, Aim const& aim) {
+    const Axes axes = axes_of(angle);
+    place(*camera, scene->extent(), axes, lens(), aim);
+    stage.renderer->rasterizer_set_polygon_mode(
+        POLYGON_FACE_FRONT_AND_BACK, options.wireframe ? POLYGON_MODE_LINE : POLYGON_MODE_FILL);
+    stage.begin_picture();
+    // A core context has no fixed matrices to load.
+    camera->bind(stage.renderer, true, true, true, true, !options.gl3);
+    Color const& behind = options.background;
+    stage.renderer->clear_color_depth_buffers(behind.r, behind.g, behind.b, 1.0f, 1.0f);
+    scene->draw(axes, axes_of({angle.azimuth, 0.0f, angle.z_up}));
+    stage.resolve();
+}
+
+std::string Painter::draw_text() {
+    if (!overlay)
+        return "";
+    const TextOverlay::Setting setting{text_place_of(options.text_place).value(), options.text_size,
+                                       options.text_color, options.size.width, options.size.height};
+    return overlay->draw(options.text, setting) ? "" : "the text has too many lines";
+}
+
+std::string Painter::paint() {
+    const std::vector<std::string> outputs = outputs_of(options);
+    const Aim steady = aim();
+    const ProgressBar bar(stderr, static_cast<int>(outputs.size()),
+                          options.turntable > 0 && !options.quiet);
+    for (std::size_t i = 0; i < outputs.size(); ++i) {
+        draw(angle_of(static_cast<int>(i)), steady);
+        const std::string mistake = draw_text();
+        if (!mistake.empty())
+            return mistake;
+        if (!TextureMgr::get()->do_screenshot(stage.renderer, outputs[i].c_str()))
+            return "can't write " + outputs[i];
+        stage.window->display_framebuffer();
+        bar.show(static_cast<int>(i) + 1);
+    }
+    return "";
+}
+
+std::string written(std::vector<std::string> const& outputs) {
+    return outputs.size() == 1 ? "wrote " + outputs.front()
+                               : "wrote " + std::to_string(outputs.size()) + " pictures, " +
+                                     outputs.front() + " to " + outputs.back();
+}
+
+ExitCode draw_model(Options const& options) {
+    const std::vector<std::string> outputs = outputs_of(options);
+    for (std::string const& mistake :
+         {mistake_in_reading(options.model), mistake_in_writing(outputs.front())})
+        if (!mistake.empty())
+            return fail(mistake);
+    const Engine engine;
+    Painter painter(options);
+    for (auto const step : {&Painter::prepare, &Painter::paint})
+        if (const std::string mistake = (painter.*step)(); !mistake.empty())
+            return fail(mistake);
+    tell(written(outputs));
+    return EXIT_FINE;
+}
+
+std::string version_text() {
+    return std::string("orvex-render " ORVEX_RENDER_VERSION " (") + core::get_engine_codename() +
+           ")\n";
+}
+
+} // namespace
+
+ExitCode run_program(std::vector<std::string> const& words) {
+    Options options;
+    const std::string mistake = read_options(words, options);
+    if (!mistake.empty()) {
+        tell_error(mistake);
+        std::fputs("Try 'orvex-render --help'.\n", stderr);
+        return EXIT_USAGE;
+    }
+    if (options.help)
+        return print(help_text());
+    if (options.version)
+        return print(version_text());
+    if (options.quiet || options.verbose)
+        set_wordiness(options.quiet ? Wordiness::quiet : Wordiness::verbose);
+    if (options.gl)
+        return tell_of_context(options);
+    return options.info ? tell_of_model(options) : draw_model(options);
+}

@@ -1,0 +1,14 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+/// How the program ends.
+enum ExitCode : int {
+    EXIT_FINE = 0,
+    EXIT_FAILED = 1, ///< the command line was right, and what it asks for went wrong
+    EXIT_USAGE = 2,  ///< the command line is wrong
+};
+
+/// The whole program, for the words behind its name.
+ExitCode run_program(std::vector<std::string> const& words);

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <chrono>
+#include <cstdio>
+#include <string>
+
+/// A bar with what is done of a row of equal steps and what is left, as
+/// "[######..........]  12/36  0:41 left".
+/// @param columns  width of the terminal; the bar takes what the numbers leave
+std::string progress_line(int done, int total, double seconds, int columns);
+
+/// Draws the bar on a terminal, and nothing elsewhere. The end of its scope ends the line.
+class ProgressBar {
+public:
+    /// @param stream  where it is drawn
+    /// @param wanted  false draws nothing there either
+    ProgressBar(std::FILE* stream, int total, bool wanted);
+    ~ProgressBar();
+    ProgressBar(ProgressBar const&) = delete;
+    ProgressBar& operator=(ProgressBar const&) = delete;
+
+    /// Shows how many steps are done.
+    void show(int done) const;
+
+private:
+    std::FILE* stream;
+    int total;
+    bool shown;
+    std::chrono::steady_clock::time_point begin = std::chrono::steady_clock::now();
+};

@@ -1,0 +1,121 @@
+#include "report.h"
+
+#include <cstdarg>
+#include <cstdio>
+
+#include <orvex/assets/material.h>
+#include <orvex/assets/texture.h>
+#include <orvex/geometry/mesh.h>
+#include <orvex/renderer/render_window.h>
+#include <orvex/renderer/renderer.h>
+
+#include "model_scene.h"
+
+using namespace orvex;
+
+namespace {
+
+/// The text that printf would print.
+__attribute__((format(printf, 1, 2))) std::string text_of(char const* format, ...) {
+    va_list arguments;
+    va_start(arguments, format);
+    va_list again;
+    va_copy(again, arguments);
+    const int length = std::vsnprintf(nullptr, 0, format, arguments);
+    std::string text(static_cast<std::size_t>(length) + 1, '\0');
+    std::vsnprintf(text.data(), text.size(), format, again);
+    va_end(again);
+    va_end(arguments);
+    text.pop_back();
+    return text;
+}
+
+char const* text_or_nothing(char const* text) {
+    return text ? text : "";
+}
+
+unsigned long num_missing(std::vector<TextureFile> const& files) {
+    unsigned long count = 0;
+    for (TextureFile const& file : files)
+        count += file.texture ? 0 : 1;
+    return count;
+}
+
+std::string report_of_material(Material& material) {
+    const vec4& diffuse = material.get_diffuse();
+    const vec4& specular = material.get_specular();
+    return text_of("  %s: diffuse %.3g %.3g %.3g, specular %.3g %.3g %.3g, shininess %.3g, "
+                   "opacity %.3g, textures %lu\n",
+                   text_or_nothing(material.get_name()), double(diffuse.x), double(diffuse.y),
+                   double(diffuse.z), double(specular.x), double(specular.y), double(specular.z),
+                   double(material.get_shininess()), double(material.get_opacity()),
+                   material.get_num_textures());
+}
+
+std::string report_of_textures(std::vector<TextureFile> const& files) {
+    const unsigned long missing = num_missing(files);
+    std::string text = text_of("textures found: %lu\n", files.size() - missing);
+    for (TextureFile const& file : files)
+        if (file.texture)
+            text += text_of("  %s: %lux%lu\n", file.path.c_str(), file.texture->get_width(),
+                            file.texture->get_height());
+    text += text_of("textures missing: %lu\n", missing);
+    for (TextureFile const& file : files)
+        if (!file.texture)
+            text += "  " + file.path + "\n";
+    return text;
+}
+
+} // namespace
+
+std::string report_of_model(std::string const& path, ModelScene const& scene) {
+    std::string text = "model: " + path + "\n";
+    text += text_of("meshes: %zu\n", scene.all_meshes().size());
+    for (Mesh* mesh : scene.all_meshes())
+        text += text_of("  %s: vertices %lu, faces %lu\n", text_or_nothing(mesh->get_name()),
+                        mesh->get_num_vertices(nullptr), mesh->get_num_faces(nullptr));
+    text += text_of("vertices: %lu\nfaces: %lu\n", scene.num_vertices(), scene.num_faces());
+    text += text_of("materials: %zu\n", scene.all_materials().size());
+    for (Material* material : scene.all_materials())
+        text += report_of_material(*material);
+    return text + report_of_textures(scene.texture_files());
+}
+
+namespace {
+
+std::string report_of_extensions(RenderWindow* window, bool with_names) {
+    window->build_opengl_extensions_list();
+    const unsigned long count = window->get_num_opengl_extensions();
+    std::string text = text_of("extensions: %lu\n", count);
+    for (unsigned long i = 0; with_names && i < count; ++i)
+        text += text_of("  %s\n", window->get_opengl_extension(i));
+    return text;
+}
+
+} // namespace
+
+std::string report_of_context(Renderer* renderer, RenderWindow* window, bool with_extensions) {
+    std::string text;
+    const auto add_text = [&text](char const* name, char const* value) {
+        text += text_of("%s: %s\n", name, text_or_nothing(value));
+    };
+    const auto add_number = [&text](char const* name, int value) {
+        text += text_of("%s: %d\n", name, value);
+    };
+    add_text("device", renderer->get_renderer_model());
+    add_text("driver", renderer->get_renderer_vendor());
+    add_text("OpenGL", renderer->get_api_version());
+    add_text("shading language", renderer->get_shading_language_version());
+    add_number("largest texture", renderer->get_max_texture_size());
+    add_number("texture units", renderer->get_max_texture_units());
+    add_number("samples per pixel", renderer->get_GL_MAX_SAMPLES());
+    add_number("colour attachments", renderer->get_GL_MAX_COLOR_ATTACHMENTS());
+    add_number("vertex attributes", renderer->get_max_vertex_attribs());
+    text +=
+        text_of("anisotropic filtering: %.3g\n", double(renderer->get_max_texture_anisotropy()));
+    add_text("instancing", renderer->is_geometry_instancing_supported() ? "yes" : "no");
+    int x = 0, y = 0, z = 0;
+    if (renderer->get_GL_MAX_COMPUTE_WORK_GROUP_SIZE(&x, &y, &z) && x > 0)
+        text += text_of("compute work group: %dx%dx%d\n", x, y, z);
+    return text + report_of_extensions(window, with_extensions);
+}

@@ -1,0 +1,17 @@
+#pragma once
+
+#include <string>
+
+namespace orvex {
+class Renderer;
+class RenderWindow;
+} // namespace orvex
+class ModelScene;
+
+/// What a model holds, line by line: its meshes, materials and textures.
+std::string report_of_model(std::string const& path, ModelScene const& scene);
+
+/// What the running context offers, line by line.
+/// @param with_extensions  lists their names, instead of counting them
+std::string report_of_context(orvex::Renderer* renderer, orvex::RenderWindow* window,
+                              bool with_extensions);

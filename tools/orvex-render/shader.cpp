@@ -1,0 +1,138 @@
+#include "shader.h"
+
+namespace {
+
+char const* const gl3_vertex_head = R"(
+#version 150
+#define OUT out
+in vec4 orvex_Position;
+#define POSITION vec4(orvex_Position.xyz, 1.0)
+in vec4 orvex_Color;
+#define VERTEX_COLOR orvex_Color
+in vec4 orvex_Normal;
+#define NORMAL orvex_Normal.xyz
+in vec4 orvex_TexCoord0;
+#define TEXCOORD orvex_TexCoord0.xy
+)";
+
+char const* const gl2_vertex_head = R"(
+#version 120
+#define OUT varying
+#define POSITION vec4(gl_Vertex.xyz, 1.0)
+#define VERTEX_COLOR gl_Color
+#define NORMAL gl_Normal
+#define TEXCOORD gl_MultiTexCoord0.xy
+)";
+
+char const* const gl3_pixel_head = R"(
+#version 150
+#define IN in
+#define SAMPLE texture
+#define COLOR color
+out vec4 color;
+)";
+
+char const* const gl2_pixel_head = R"(
+#version 120
+#define IN varying
+#define SAMPLE texture2D
+#define COLOR gl_FragColor
+)";
+
+char const* const model_vertex = R"(
+uniform mat4 orvex_ModelViewMatrix;
+uniform mat4 orvex_ModelViewProjectionMatrix;
+OUT vec3 eye_position;
+OUT vec3 eye_normal;
+OUT vec2 uv;
+
+void main()
+{
+    eye_position = (orvex_ModelViewMatrix * POSITION).xyz;
+    eye_normal = mat3(orvex_ModelViewMatrix) * NORMAL;
+    // Images have their first row at the top, texture coordinates their origin at the bottom.
+    uv = vec2(TEXCOORD.x, 1.0 - TEXCOORD.y);
+    gl_Position = orvex_ModelViewProjectionMatrix * POSITION;
+}
+)";
+
+char const* const model_pixel = R"(
+uniform vec4 to_sun;          // directions as the camera sees them
+uniform vec4 to_fill;
+uniform vec4 to_sky;
+uniform vec4 diffuse_color;   // w: opacity
+uniform vec4 specular_color;  // w: shininess
+uniform float textured;       // 0 or 1
+uniform sampler2D diffuse_map;
+IN vec3 eye_position;
+IN vec3 eye_normal;
+IN vec2 uv;
+
+vec3 to_linear(vec3 srgb) { return pow(srgb, vec3(2.2)); }
+vec3 to_srgb(vec3 linear) { return pow(linear, vec3(1.0 / 2.2)); }
+
+vec3 light(vec3 to_light, vec3 strength, vec3 albedo, vec3 normal, vec3 to_eye)
+{
+    float diffuse = max(dot(normal, to_light), 0.0);
+    float shininess = max(specular_color.w, 1.0);
+    float lobe = pow(max(dot(normal, normalize(to_light + to_eye)), 0.0), shininess * 4.0);
+    vec3 highlight = to_linear(specular_color.rgb) * lobe * diffuse * (shininess + 2.0) * 0.04;
+    return strength * (albedo * diffuse + highlight);
+}
+
+void main()
+{
+    vec4 texel = mix(vec4(1.0), SAMPLE(diffuse_map, uv), textured);
+    vec3 albedo = to_linear(diffuse_color.rgb * texel.rgb);
+    vec3 to_eye = normalize(-eye_position);
+    vec3 normal = normalize(eye_normal);
+    // Files disagree about which side is the front: both are lit.
+    normal = dot(normal, to_eye) < 0.0 ? -normal : normal;
+
+    float up = dot(normal, normalize(to_sky.xyz)) * 0.5 + 0.5;
+    vec3 sum = albedo * mix(vec3(0.05, 0.045, 0.04), vec3(0.17, 0.19, 0.23), up);
+    sum += light(normalize(to_sun.xyz), vec3(1.05, 1.0, 0.92), albedo, normal, to_eye);
+    sum += light(normalize(to_fill.xyz), vec3(0.12, 0.15, 0.2), albedo, normal, to_eye);
+    COLOR = vec4(to_srgb(sum), diffuse_color.a);
+}
+)";
+
+char const* const text_vertex = R"(
+uniform mat4 orvex_ModelViewProjectionMatrix;
+OUT vec4 ink;
+OUT vec2 uv;
+
+void main()
+{
+    ink = VERTEX_COLOR;
+    uv = vec2(TEXCOORD.x, 1.0 - TEXCOORD.y);
+    gl_Position = orvex_ModelViewProjectionMatrix * POSITION;
+}
+)";
+
+char const* const text_pixel = R"(
+uniform sampler2D sheet;
+IN vec4 ink;
+IN vec2 uv;
+
+void main()
+{
+    COLOR = vec4(ink.rgb, ink.a * SAMPLE(sheet, uv).r);
+}
+)";
+
+/// A stage begins right after its marker, and the version must be its first line but for blanks.
+std::string both_stages(bool gl3, char const* vertex, char const* pixel) {
+    return std::string("[Vertex_Shader]") + (gl3 ? gl3_vertex_head : gl2_vertex_head) + vertex +
+           "[Pixel_Shader]" + (gl3 ? gl3_pixel_head : gl2_pixel_head) + pixel;
+}
+
+} // namespace
+
+std::string model_shader(bool gl3) {
+    return both_stages(gl3, model_vertex, model_pixel);
+}
+
+std::string text_shader(bool gl3) {
+    return both_stages(gl3, text_vertex, text_pixel);
+}

@@ -1,0 +1,57 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "charset_metrics.h"
+#include "text_place.h"
+#include "values.h"
+
+namespace orvex {
+class Camera;
+class Font;
+class GpuProgram;
+class Renderer;
+} // namespace orvex
+
+/// Text on top of a picture, in a font of glyphs drawn on a sheet.
+class TextOverlay {
+public:
+    /// @param program  draws glyphs; see `text_shader`
+    TextOverlay(orvex::Renderer* renderer, orvex::GpuProgram* program, bool gl3);
+    ~TextOverlay();
+    TextOverlay(TextOverlay const&) = delete;
+    TextOverlay& operator=(TextOverlay const&) = delete;
+
+    /// Loads a font: a charset's file, or the built-in one for an empty name.
+    /// @return what went wrong; empty if nothing did
+    std::string load(std::string const& path);
+
+    /// How a text is set on the picture.
+    struct Setting {
+        TextPlace place;
+        int line_height; ///< in pixels
+        Color color;
+        int width; ///< of the picture
+        int height;
+    };
+    /// Draws lines of text, each set off by a shadow. @return false when there are too many
+    bool draw(std::string const& text, Setting const& setting);
+
+private:
+    orvex::Renderer* renderer;
+    orvex::GpuProgram* program;
+    orvex::Font* font;
+    orvex::Camera* camera;
+    CharsetMetrics metrics;
+    bool gl3;
+
+    std::string load_builtin();
+    std::string load_file(std::string const& path);
+    bool queue(std::string const& text, Setting const& setting, float shift, Color const& color,
+               float opacity);
+    void draw_queue(Setting const& setting);
+};
+
+/// The lines of a text: "\n" as it is written on a command line, and line feeds, end one.
+std::vector<std::string> lines_of(std::string const& text);

@@ -1,0 +1,84 @@
+#include "values.h"
+
+#include <charconv>
+#include <cmath>
+
+namespace {
+
+template<class Number>
+std::optional<Number> read_whole(std::string const& word, Number least, Number most) {
+    Number value{};
+    char const* const end = word.data() + word.size();
+    const auto [stop, error] = std::from_chars(word.data(), end, value);
+    if (error != std::errc() || stop != end || !(value >= least && value <= most))
+        return std::nullopt;
+    return value;
+}
+
+} // namespace
+
+std::optional<int> whole_number_in(std::string const& word, int least, int most) {
+    return read_whole(word, least, most);
+}
+
+std::optional<float> number_in(std::string const& word, float least, float most) {
+    return read_whole(word, least, most);
+}
+
+std::optional<Size> size_in(std::string const& word) {
+    constexpr int largest = 16384;
+    const std::size_t sign = word.find('x');
+    if (sign == word.npos)
+        return std::nullopt;
+    const std::optional<int> width = whole_number_in(word.substr(0, sign), 1, largest);
+    const std::optional<int> height = whole_number_in(word.substr(sign + 1), 1, largest);
+    if (!width || !height)
+        return std::nullopt;
+    return Size{*width, *height};
+}
+
+namespace {
+
+struct NamedColor {
+    char const* name;
+    unsigned rgb;
+};
+
+constexpr NamedColor named_colors[] = {
+    {"black", 0x000000},  {"white", 0xffffff},  {"gray", 0x808080}, {"red", 0xff0000},
+    {"green", 0x008000},  {"blue", 0x0000ff},   {"cyan", 0x00ffff}, {"magenta", 0xff00ff},
+    {"orange", 0xffa500}, {"yellow", 0xffff00},
+};
+
+Color color_of(unsigned rgb) {
+    const auto part = [rgb](unsigned shift) {
+        return static_cast<float>(rgb >> shift & 0xffu) / 255.0f;
+    };
+    return {part(16), part(8), part(0)};
+}
+
+std::optional<unsigned> hexadecimal_in(std::string const& digits) {
+    unsigned value = 0;
+    char const* const end = digits.data() + digits.size();
+    const auto [stop, error] = std::from_chars(digits.data(), end, value, 16);
+    if (error != std::errc() || stop != end)
+        return std::nullopt;
+    return value;
+}
+
+} // namespace
+
+std::optional<Color> color_in(std::string const& word) {
+    for (NamedColor const& known : named_colors)
+        if (word == known.name)
+            return color_of(known.rgb);
+    if (word.empty() || word[0] != '#')
+        return std::nullopt;
+    std::string digits = word.substr(1);
+    if (digits.size() == 3)
+        digits = {digits[0], digits[0], digits[1], digits[1], digits[2], digits[2]};
+    const std::optional<unsigned> rgb = hexadecimal_in(digits);
+    if (digits.size() != 6 || !rgb)
+        return std::nullopt;
+    return color_of(*rgb);
+}

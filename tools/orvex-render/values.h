@@ -1,0 +1,30 @@
+#pragma once
+
+/// @file
+/// Values as they stand on a command line. Each reader takes a whole word and gives nothing for one
+/// that is no good.
+
+#include <optional>
+#include <string>
+
+struct Size {
+    int width;
+    int height;
+};
+
+/// Red, green and blue, 0 to 1.
+struct Color {
+    float r;
+    float g;
+    float b;
+};
+
+/// A decimal number from `least` to `most`.
+std::optional<int> whole_number_in(std::string const& word, int least, int most);
+/// A decimal number from `least` to `most`, with a fraction and an exponent or without.
+std::optional<float> number_in(std::string const& word, float least, float most);
+/// "800x600": pixels, each from 1 to 16384.
+std::optional<Size> size_in(std::string const& word);
+/// "#rgb" and "#rrggbb" in hexadecimal digits, or a name: black, white, gray, red, green, blue,
+/// yellow, cyan, magenta, orange.
+std::optional<Color> color_in(std::string const& word);
