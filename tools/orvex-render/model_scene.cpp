@@ -153,6 +153,13 @@ void ModelScene::load_textures(std::string const& folder) {
     }
 }
 
+void ModelScene::smooth_normals() {
+    for (Mesh* mesh : meshes) {
+        mesh->compute_faces_normal(nullptr);
+        mesh->compute_vertices_normal(nullptr);
+    }
+}
+
 void ModelScene::use_program(GpuProgram* new_program, bool gl3) {
     program = new_program;
     for (Mesh* mesh : meshes)

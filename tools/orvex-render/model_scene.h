@@ -49,6 +49,8 @@ public:
     /// Every texture file that was looked for, in the order of the materials, each once.
     std::vector<TextureFile> const& texture_files() const { return textures; }
 
+    /// Makes each vertex's normal the mean of its faces'.
+    void smooth_normals();
     /// Puts the meshes and materials on a drawing path, and gives them their program.
     void use_program(orvex::GpuProgram* program, bool gl3);
     /// Draws, seen along the axes of the camera: what is opaque first, the rest blended. The lights

@@ -90,6 +90,12 @@ void add_picture_rules(Arguments& rules, Options& options) {
                     "colour behind the model: #rgb, #rrggbb or a name (#2b3038)",
                     take_color(options.background));
     rules.add_flag("--wireframe", 'w', "draws the edges of the triangles only", options.wireframe);
+    rules.add_value(
+        "--normals", 'n', "file|smooth|flat",
+        "where shading takes the normals from (smooth for .3ds files, file for others)",
+        take_word(options.normals, "file, smooth or flat",
+                  std::array{std::pair{"file", Normals::file}, std::pair{"smooth", Normals::smooth},
+                             std::pair{"flat", Normals::flat}}));
     rules.add_value("--samples", 'm', "N", "samples per pixel; 0 draws without multisampling (4)",
                     take_whole_number(options.samples, 0, 64));
     rules.add_value("--path", 0, "gl2|gl3",
@@ -113,8 +119,9 @@ void add_camera_rules(Arguments& rules, Options& options) {
     rules.add_value("--zoom", 'z', "FACTOR", "magnification, from the same place (1)",
                     take_number(options.zoom, 0.01f, 1000.0f, "a factor from 0.01 to 1000"));
     rules.add_value(
-        "--up", 'u', "y|z", "axis of the model that points up (z for .3ds files, y for others)",
-        take_word(options.up, "y or z", std::array{std::pair{"y", Up::y}, std::pair{"z", Up::z}}));
+        "--up", 'u', "y|z",
+        "axis of the model that points up; that of a 3DS file is turned to y as it is read (y)",
+        take_word(options.z_up, "y or z", std::array{std::pair{"y", false}, std::pair{"z", true}}));
     rules.add_value("--turntable", 't', "N",
                     "N pictures of one turn around the model: FILE-001.jpg and so on",
                     take_whole_number(options.turntable, 1, 100000));
@@ -234,8 +241,8 @@ std::vector<std::string> outputs_of(Options const& options) {
     return result;
 }
 
-bool is_z_up(Options const& options) {
-    if (options.up == Up::by_file)
-        return has_suffix(options.model, ".3ds");
-    return options.up == Up::z;
+Normals normals_of(Options const& options) {
+    if (options.normals != Normals::by_file)
+        return options.normals;
+    return has_suffix(options.model, ".3ds") ? Normals::smooth : Normals::file;
 }

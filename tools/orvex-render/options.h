@@ -6,11 +6,12 @@
 #include "arguments.h"
 #include "values.h"
 
-/// Which axis of the model points up.
-enum class Up {
-    by_file, ///< Z for 3DS files, Y for others: what their programs write
-    y,
-    z,
+/// Where the model's normals come from.
+enum class Normals {
+    by_file, ///< smooth for 3DS files, which hold none, from the file for others
+    file,
+    smooth, ///< the mean of the faces around a vertex
+    flat,   ///< that of each face
 };
 
 /// What the command line asks for.
@@ -22,9 +23,10 @@ struct Options {
     float elevation = 20.0f; ///< degrees above the horizon
     float distance = 1.0f;   ///< of the eye, in parts of the distance at which all is seen
     float zoom = 1.0f;       ///< magnification from there
-    Up up = Up::by_file;
-    int turntable = 0; ///< pictures of a turn; 0: one picture and no turn
+    bool z_up = false;       ///< the model's Z axis points up, instead of its Y axis
+    int turntable = 0;       ///< pictures of a turn; 0: one picture and no turn
     bool wireframe = false;
+    Normals normals = Normals::by_file;
     Color background{0.17f, 0.19f, 0.22f};
     int samples = 4; ///< per pixel; 0 and 1: no multisampling
     std::string text;
@@ -56,5 +58,5 @@ std::string output_of(Options const& options);
 /// The files of all pictures: of a turntable each with its number, counted from 1, before its
 /// suffix, with as many digits as the last one needs and at least three.
 std::vector<std::string> outputs_of(Options const& options);
-/// Whether the Z axis of the model points up.
-bool is_z_up(Options const& options);
+/// Where the normals come from, never `by_file`.
+Normals normals_of(Options const& options);

@@ -3,7 +3,7 @@
 _orvex_render() {
   local current=${COMP_WORDS[COMP_CWORD]} before=${COMP_WORDS[COMP_CWORD-1]}
   local colors='black white gray red green blue yellow cyan magenta orange'
-  local options='--output --size --background --wireframe --samples --path --azimuth --elevation
+  local options='--output --size --background --wireframe --normals --samples --path --azimuth --elevation
     --distance --zoom --up --turntable --text --text-place --text-size --text-color --font --info
     --gl --help --version --quiet --verbose'
   local places='top-left top top-right left center-left center center-right right bottom-left
@@ -21,6 +21,7 @@ _orvex_render() {
   case $before in
     -b | --background | --text-color) words=$colors ;;
     --path) words='gl2 gl3' ;;
+    -n | --normals) words='file smooth flat' ;;
     -u | --up) words='y z' ;;
     -m | --samples) words='0 2 4 8' ;;
     -s | --size) words='640x480 1280x960 1920x1080' ;;

@@ -5,6 +5,7 @@
 #include <memory>
 
 #include <orvex/assets/texture_mgr.h>
+#include <orvex/gpu/gpu_program.h>
 #include <orvex/kernel/core.h>
 #include <orvex/renderer/render_window.h>
 #include <orvex/renderer/renderer.h>
@@ -126,6 +127,9 @@ std::string Painter::prepare_scene() {
         if (!file.texture)
             tell_warning("texture " + file.path + " is missing or can't be read");
     scene->use_program(program, options.gl3);
+    if (normals_of(options) == Normals::smooth)
+        scene->smooth_normals();
+    program->set_uniform_1f(nullptr, "faceted", normals_of(options) == Normals::flat ? 1.0f : 0.0f);
     return "";
 }
 
@@ -145,7 +149,7 @@ Angle Painter::angle_of(int picture) const {
     const float turn = options.turntable > 0 ? 360.0f * static_cast<float>(picture) /
                                                    static_cast<float>(options.turntable)
                                              : 0.0f;
-    return {options.azimuth + turn, options.elevation, is_z_up(options)};
+    return {options.azimuth + turn, options.elevation, options.z_up};
 }
 
 Lens Painter::lens() const {

@@ -63,6 +63,7 @@ uniform vec4 to_sky;
 uniform vec4 diffuse_color;   // w: opacity
 uniform vec4 specular_color;  // w: shininess
 uniform float textured;       // 0 or 1
+uniform float faceted;        // 1: the normals are those of the faces
 uniform sampler2D diffuse_map;
 IN vec3 eye_position;
 IN vec3 eye_normal;
@@ -85,7 +86,9 @@ void main()
     vec4 texel = mix(vec4(1.0), SAMPLE(diffuse_map, uv), textured);
     vec3 albedo = to_linear(diffuse_color.rgb * texel.rgb);
     vec3 to_eye = normalize(-eye_position);
-    vec3 normal = normalize(eye_normal);
+    vec3 face_normal = normalize(cross(dFdx(eye_position), dFdy(eye_position)));
+    bool has_normal = faceted < 0.5 && dot(eye_normal, eye_normal) > 0.0;
+    vec3 normal = has_normal ? normalize(eye_normal) : face_normal;
     // Files disagree about which side is the front: both are lit.
     normal = dot(normal, to_eye) < 0.0 ? -normal : normal;
 
