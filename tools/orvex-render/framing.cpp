@@ -21,9 +21,23 @@ vec4 difference(vec4 const& a, vec4 const& b) {
     return vec4(a.x - b.x, a.y - b.y, a.z - b.z, 0.0f);
 }
 
-/// A direction of a model whose Y axis points up, in one whose Z axis does.
-vec4 turned_up(vec4 const& v, bool z_up) {
-    return z_up ? vec4(v.x, -v.z, v.y, 0.0f) : v;
+/// A direction of a model whose Y axis points up, in one that is turned another way.
+vec4 turned_up(vec4 const& v, UpAxis up) {
+    switch (up) {
+    case UpAxis::x:
+        return vec4(v.y, -v.x, v.z, 0.0f);
+    case UpAxis::y:
+        return v;
+    case UpAxis::z:
+        return vec4(v.x, -v.z, v.y, 0.0f);
+    case UpAxis::minus_x:
+        return vec4(-v.y, v.x, v.z, 0.0f);
+    case UpAxis::minus_y:
+        return vec4(v.x, -v.y, -v.z, 0.0f);
+    case UpAxis::minus_z:
+        return vec4(v.x, v.z, -v.y, 0.0f);
+    }
+    return v;
 }
 
 } // namespace
@@ -36,7 +50,7 @@ Axes axes_of(Angle const& angle) {
                   -std::sin(above) * std::cos(around), 0.0f);
     const vec4 toward(std::cos(above) * std::sin(around), std::sin(above),
                       std::cos(above) * std::cos(around), 0.0f);
-    return {turned_up(right, angle.z_up), turned_up(up, angle.z_up), turned_up(toward, angle.z_up)};
+    return {turned_up(right, angle.up), turned_up(up, angle.up), turned_up(toward, angle.up)};
 }
 
 vec4 seen_from(Axes const& axes, vec4 const& direction) {

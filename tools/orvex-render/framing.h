@@ -7,6 +7,8 @@
 
 #include <orvex/math/vec4.h>
 
+#include "up_axis.h"
+
 namespace orvex {
 class Camera;
 }
@@ -21,7 +23,7 @@ struct Extent {
 struct Angle {
     float azimuth;   ///< degrees around the up axis, from the front to the right
     float elevation; ///< degrees above the horizon
-    bool z_up;       ///< the model's Z axis points up, and its front looks along -Y
+    UpAxis up;       ///< of the model
 };
 
 /// How much of it.

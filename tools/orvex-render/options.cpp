@@ -119,9 +119,13 @@ void add_camera_rules(Arguments& rules, Options& options) {
     rules.add_value("--zoom", 'z', "FACTOR", "magnification, from the same place (1)",
                     take_number(options.zoom, 0.01f, 1000.0f, "a factor from 0.01 to 1000"));
     rules.add_value(
-        "--up", 'u', "y|z",
-        "axis of the model that points up; that of a 3DS file is turned to y as it is read (y)",
-        take_word(options.z_up, "y or z", std::array{std::pair{"y", false}, std::pair{"z", true}}));
+        "--up", 'u', "AXIS",
+        "direction of the model that points up: x, y, z, -x, -y or -z; that of a 3DS "
+        "file is turned to y as it is read (y)",
+        take_word(options.up, "one of x, y, z, -x, -y and -z",
+                  std::array{std::pair{"x", UpAxis::x}, std::pair{"y", UpAxis::y},
+                             std::pair{"z", UpAxis::z}, std::pair{"-x", UpAxis::minus_x},
+                             std::pair{"-y", UpAxis::minus_y}, std::pair{"-z", UpAxis::minus_z}}));
     rules.add_value("--turntable", 't', "N",
                     "N pictures of one turn around the model: FILE-001.jpg and so on",
                     take_whole_number(options.turntable, 1, 100000));
@@ -213,8 +217,8 @@ std::string help_text() {
            "\n" +
            rules_for(unused).help() +
            "\n"
-           "Ends with 0 when all went well, with 1 when something failed, and with 2 when the\n"
-           "command line is wrong.\n";
+           "Ends with 0 when all went well, with 1 when something failed, and with 2 when\n"
+           "the command line is wrong.\n";
 }
 
 std::string output_of(Options const& options) {

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "arguments.h"
+#include "up_axis.h"
 #include "values.h"
 
 /// Where the model's normals come from.
@@ -23,8 +24,8 @@ struct Options {
     float elevation = 20.0f; ///< degrees above the horizon
     float distance = 1.0f;   ///< of the eye, in parts of the distance at which all is seen
     float zoom = 1.0f;       ///< magnification from there
-    bool z_up = false;       ///< the model's Z axis points up, instead of its Y axis
-    int turntable = 0;       ///< pictures of a turn; 0: one picture and no turn
+    UpAxis up = UpAxis::y;
+    int turntable = 0; ///< pictures of a turn; 0: one picture and no turn
     bool wireframe = false;
     Normals normals = Normals::by_file;
     Color background{0.17f, 0.19f, 0.22f};

@@ -149,7 +149,7 @@ Angle Painter::angle_of(int picture) const {
     const float turn = options.turntable > 0 ? 360.0f * static_cast<float>(picture) /
                                                    static_cast<float>(options.turntable)
                                              : 0.0f;
-    return {options.azimuth + turn, options.elevation, options.z_up};
+    return {options.azimuth + turn, options.elevation, options.up};
 }
 
 Lens Painter::lens() const {
@@ -184,7 +184,7 @@ void Painter::draw(Angle const& angle, Aim const& aim) {
     camera->bind(stage.renderer, true, true, true, true, !options.gl3);
     Color const& behind = options.background;
     stage.renderer->clear_color_depth_buffers(behind.r, behind.g, behind.b, 1.0f, 1.0f);
-    scene->draw(axes, axes_of({angle.azimuth, 0.0f, angle.z_up}));
+    scene->draw(axes, axes_of({angle.azimuth, 0.0f, angle.up}));
     stage.resolve();
 }
 
