@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# From a fresh machine to pictures of a model: installs what is missing, builds the example host, and
+# From a fresh machine to pictures of a model: installs what is missing, builds orvex-render, and
 # renders the model to out/, on the compatibility and on the core path.
 #
 #   scripts/demo.sh                 the sample model
@@ -10,13 +10,13 @@ model=$(realpath -m "${1:-$root/examples/data/lighthouse.obj}")
 cd "$root"
 
 scripts/setup.sh
-# A build folder of its own, without the tests and what they need.
-cmake --preset release -B build/demo -DORVEX_BUILD_TESTS=OFF >/dev/null
-cmake --build build/demo --target render_model
+# A build folder of its own, without the tests and the examples and what they need.
+cmake --preset release -B build/demo -DORVEX_BUILD_TESTS=OFF -DORVEX_BUILD_EXAMPLES=OFF >/dev/null
+cmake --build build/demo --target orvex-render
 
 name=$(basename "${model%.*}")
 mkdir -p out
 for path in gl2 gl3; do
-  build/demo/examples/render_model/render_model \
-    --model "$model" --path "$path" --size 1280x960 --output "out/$name-$path.jpg"
+  build/demo/tools/orvex-render/orvex-render \
+    --path "$path" --size 1280x960 --output "out/$name-$path.jpg" -- "$model"
 done
