@@ -30,9 +30,10 @@ ORVEX_API extern char const* orvex_hud_tex_ortho_proj_ps_gl3;
 /// reported again, by every `render`.
 ///
 /// Places are in pixels from the lower left corner of the window, whatever camera is bound. The
-/// texture covers the rectangle once, and is turned upside down: pictures are loaded with their top
-/// row first, and show upright. Texture coordinates run from 0 down to -1 for that, so the texture
-/// has to repeat.
+/// texture covers the rectangle once, its first row at the lower edge. What was drawn into a render
+/// target thus shows upright. Picture files are decoded from the top row on: they show upside down,
+/// unless they are stored that way. Texture coordinates run from 0 down to -1, so the texture has
+/// to repeat.
 ///
 /// Where each `render` leaves the renderer: viewport as before, scissor test, blending and culling
 /// off, depth test on, polygons filled, the hud's matrices and its program in use.
