@@ -3,6 +3,9 @@
 /// @file
 /// Marks what the shared library exports. Everything else in it is hidden.
 
+/// @namespace orvex
+/// The engine: its classes, records, enumerations and free operations.
+
 #if defined(__GNUC__)
 /// Exports a class or an operation from the shared library.
 #define ORVEX_API __attribute__((visibility("default")))

@@ -43,8 +43,11 @@ public:
     /// @name Values
     /// @return false without values, for i out of range, and for a null pointer
     /// @{
+
+    /// Stores value i, which is also the position of vertex i.
     bool set_value(unsigned long i, const vec4& value);
     bool set_value(unsigned long i, const vec3& value); ///< w is 1
+    /// As the form of one vector.
     bool set_value(unsigned long i, float x, float y, float z, float w);
     bool set_value(unsigned long i, const float* xyzw); ///< four floats
     /// @}

@@ -27,14 +27,22 @@ public:
     Line();
     ~Line() override;
 
+    /// Moves the start, in object space, and draws from there again.
     void set_start_position(const vec3& position);
+    /// As the form of one vector.
     void set_start_position(float x, float y, float z);
+    /// Moves the end, in object space, and draws up to there again.
     void set_end_position(const vec3& position);
+    /// As the form of one vector.
     void set_end_position(float x, float y, float z);
 
+    /// Colours the start: red, green, blue, alpha.
     void set_start_color(const vec4& color);
+    /// As the form of one vector.
     void set_start_color(float r, float g, float b, float a);
+    /// Colours the end: red, green, blue, alpha.
     void set_end_color(const vec4& color);
+    /// As the form of one vector.
     void set_end_color(float r, float g, float b, float a);
 
     /// Moves the drawn start to `factor` of the way from start to end: 0 is the start, 1 the end.

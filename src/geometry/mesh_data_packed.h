@@ -17,6 +17,7 @@ struct ORVEX_API MeshDataPacked : MeshData {
     /// Makes an empty store without a second texture layer.
     explicit MeshDataPacked(VERTEX_FORMAT format);
 
+    /// @cond
     Vertex* get_vertex(unsigned long i) override;
     Vertex get_vertex_v2(unsigned long i) override;
     unsigned int get_vertex_elt_size() override;
@@ -59,6 +60,7 @@ struct ORVEX_API MeshDataPacked : MeshData {
 protected:
     void _update_attrib_locations() override;
     void _free_vertex_arrays() override;
+    /// @endcond
 
 private:
     Store& self();

@@ -26,10 +26,10 @@ public:
     explicit Point(const vec3& position);
     ~Point() override;
 
-    void set_position(const vec3& position); ///< moves the vertex, in object space
-    void set_position(float x, float y, float z);
-    void set_color(const vec4& color);
-    void set_color(float r, float g, float b, float a);
+    void set_position(const vec3& position);            ///< moves the vertex, in object space
+    void set_position(float x, float y, float z);       ///< as the form of one vector
+    void set_color(const vec4& color);                  ///< red, green, blue, alpha
+    void set_color(float r, float g, float b, float a); ///< as the form of one vector
 };
 
 } // namespace orvex

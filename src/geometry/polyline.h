@@ -110,11 +110,13 @@ public:
     /// Writes mark what they changed for upload.
     /// @return false out of range
     /// @{
-    bool set_vertex_position(unsigned long i, const vec3& position); ///< w is 1
-    bool set_vertex_position(unsigned long i, float x, float y, float z);
+    bool set_vertex_position(unsigned long i, const vec3& position);      ///< w is 1
+    bool set_vertex_position(unsigned long i, float x, float y, float z); ///< w is 1
+    /// Moves vertex i, in object space.
     bool set_vertex_position(unsigned long i, const vec4& position);
+    /// As the form of one vector.
     bool set_vertex_position(unsigned long i, float x, float y, float z, float w);
-    bool set_vertex_color(unsigned long i, const vec4& color);
+    bool set_vertex_color(unsigned long i, const vec4& color); ///< red, green, blue, alpha
     /// @}
 
     using Object::set_vertices_color;
@@ -146,7 +148,10 @@ public:
     /// @name Separate lines
     /// Line i lies between the vertices 2i and 2i + 1.
     /// @{
+
+    /// Moves both ends; nothing happens out of range.
     void set_line_position(unsigned long line, const vec4& a, const vec4& b);
+    /// Colours both ends; nothing happens out of range.
     void set_line_color(unsigned long line, const vec4& a, const vec4& b);
     /// @}
 

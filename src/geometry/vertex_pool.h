@@ -94,13 +94,18 @@ public:
     /// @name Points
     /// Writes mark what they changed for upload. Separate positions have no w.
     /// @{
+
+    /// Moves point i, in object space; out of range nothing happens.
     void set_vertex_position(unsigned long i, const vec4& position);
     void set_vertex_position(unsigned long i, const vec3& position); ///< w is 1
+    /// As the form of one vector.
     void set_vertex_position(unsigned long i, float x, float y, float z, float w);
     vec4 get_vertex_position(unsigned long i) const; ///< w is 1 for a separate pool
+    /// Colours point i, red, green, blue, alpha; out of range nothing happens.
     void set_vertex_color(unsigned long i, const vec4& color);
+    /// As the form of one vector.
     void set_vertex_color(unsigned long i, float r, float g, float b, float a);
-    vec4 get_vertex_color(unsigned long i) const;
+    vec4 get_vertex_color(unsigned long i) const; ///< (0, 0, 0, 1) out of range
     /// @}
 
     /// @name Mapping the GPU vertex buffer
