@@ -36,7 +36,7 @@ INSTANTIATE_TEST_SUITE_P(
     of, GuidePage,
     testing::Values(Page{"first_triangle", ""}, Page{"first_model", data}, Page{"own_shader", ""},
                     Page{"textures_and_materials", data + "lighthouse_stone.png"},
-                    Page{"render_targets", ""}),
+                    Page{"render_targets", ""}, Page{"particles", ""}, Page{"text", data}),
     [](auto const& page) { return std::string(page.param.name); });
 
 TEST(GuidePages, on_threads_and_ownership_counts_references) {
@@ -60,6 +60,7 @@ TEST(GuidePages, tell_a_program_without_its_arguments_to_fail) {
     EXPECT_EQ(output_of(program("threads_and_ownership")), "exit 256");
     EXPECT_EQ(output_of(program("first_model")), "exit 256");
     EXPECT_EQ(output_of(program("textures_and_materials")), "exit 256");
+    EXPECT_EQ(output_of(program("text")), "exit 256");
 }
 
 } // namespace

@@ -30,20 +30,15 @@ out vec4 color;
 void main() { color = vec4(tint.rgb, tint.a * texture(sheet, uv).r); }
 )";
 
-/// Where each glyph lies on the sheet, and the sheet. Glyphs expect its lower edge at v = 0, and
-/// decoders deliver the upper row first: it is turned before the upload.
+/// Where each glyph lies on the sheet, and the sheet.
 Font* load_font(Renderer* renderer, std::string const& folder) {
     Font* font = new Font;
-    if (!font->bm_load_charset((folder + "dejavu_sans_24.xml").c_str()) ||
-        !font->bm_load_charset_texture(nullptr,
-                                       (folder + font->bm_get_charset_image_filename()).c_str())) {
-        font->kill(renderer, nullptr);
-        return nullptr;
-    }
-    Texture* sheet = font->bm_get_charset_texture();
-    sheet->flip_vertical();
-    TextureMgr::get()->upload_to_renderer(renderer, sheet, 0);
-    return font;
+    if (font->bm_load_charset((folder + "dejavu_sans_24.xml").c_str()) &&
+        font->bm_load_charset_texture(renderer,
+                                      (folder + font->bm_get_charset_image_filename()).c_str()))
+        return font;
+    font->kill(renderer, nullptr);
+    return nullptr;
 }
 
 /// A unit is a pixel, and y counts down from the top.
