@@ -225,6 +225,7 @@ public:
     /// colours are white; without a light its colours are white too, and n and the attenuation 1.
     /// @{
 
+    /// Computes the colour of vertex `vertex_index`.
     /// @param out_color  takes the colour; untouched on failure
     /// @param material   may be null
     /// @param light      may be null. Its position is that of `get_absolute_position`

@@ -50,18 +50,20 @@ public:
     /// Each setter makes the camera perspective again, to be built at the next read.
     /// @{
 
+    /// Sets how much the camera sees.
     /// @param degrees  vertical field of view
     void set_fov(float degrees);
     float get_fov() const; ///< degrees; 60 at first
     /// Tangent of half the field of view.
     float get_tanfovdiv2() const;
-    /// @param distance  of the near clip plane
+    /// Sets how far before the eye the near clip plane lies.
     void set_znear(float distance);
     float get_znear() const; ///< as set; 1 at first
+    /// Sets how far before the eye the far clip plane lies.
     /// @param distance  exactly -1 puts the far plane of a right-handed projection at infinity
     void set_zfar(float distance);
     float get_zfar() const; ///< as set; 1000 at first
-    /// @param ratio  width divided by height
+    /// Sets the shape of the picture: width divided by height.
     void set_aspect(float ratio);
     float get_aspect() const; ///< as set; 16 to 9 at first
     /// Whether the projection is built right-handed; true at first. Counts from the next build on,
@@ -194,7 +196,7 @@ public:
     /// @param a,b  mouse coordinates
     /// @param speed  degrees per unit of mouse coordinate
     void rotate_position_around_point_by_mouse(const vec4& point, int a, int b, float speed);
-    /// @param max,min  degrees; 80 and -80 at first
+    /// Sets between which angles the orbit pitches, in degrees; 80 and -80 at first.
     void set_pitch_angle_limits(float max, float min);
     /// @}
 
