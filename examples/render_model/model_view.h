@@ -40,6 +40,8 @@ public:
     /// Draws: what is opaque first, the rest blended.
     void draw();
 
+    /// The middle of the whole model, in the world.
+    orvex::vec4 center() const;
     unsigned long num_meshes() const { return meshes.size(); }
     unsigned long num_materials() const;
     unsigned long num_faces() const { return faces; }
@@ -71,7 +73,6 @@ private:
 
     void add_runs(orvex::Mesh* mesh);
     void measure(orvex::Mesh* mesh);
-    orvex::vec4 center() const;
     void draw(Run const& run);
     void set_colors(orvex::Material* material);
 };

@@ -20,7 +20,7 @@ namespace orvex_test {
 namespace {
 
 /// How often is looked before a test gives up; each look waits a moment for the program.
-constexpr int most_looks = 6000;
+constexpr int most_looks = 1500;
 constexpr int moment_ms = 10;
 
 /// A window may go while it is looked at.
