@@ -1,5 +1,6 @@
 #include "geometry/particle_motion.h"
 
+#include <algorithm>
 #include <cstring>
 
 #if defined(__SSE2__)
@@ -36,25 +37,16 @@ unsigned int living_in_group(const float* lifetimes) {
 #endif
 }
 
-/// Calls `full(i)` for each group of living particles from i on, `one(i)` for each other living
-/// one, and `done(i, n)` behind each group.
-template<class Full, class One, class Done>
-void for_each_living(const ParticlePool& pool, Full full, One one, Done done) {
-    const unsigned long count = pool.num_particles;
-    const unsigned long grouped = count - count % group_size;
-    for (unsigned long i = 0; i < grouped; i += group_size) {
-        unsigned int living = living_in_group(pool.lifetimes + i);
-        if (living == all_of_group)
-            full(i);
-        else
-            for (; living; living &= living - 1u)
-                one(i + static_cast<unsigned long>(__builtin_ctz(living)));
-        done(i, group_size);
-    }
-    for (unsigned long i = grouped; i < count; ++i)
-        if (pool.lifetimes[i] > 0.0f)
-            one(i);
-    done(grouped, count - grouped);
+/// Calls `one(i)` for each particle of a group that lives.
+template<class One>
+void for_each_in_group(unsigned long first, unsigned int living, One one) {
+    for (; living; living &= living - 1u)
+        one(first + static_cast<unsigned long>(__builtin_ctz(living)));
+}
+
+/// Number of particles that lie in whole groups.
+unsigned long num_grouped(const ParticlePool& pool) {
+    return pool.num_particles - pool.num_particles % group_size;
 }
 
 } // namespace
@@ -127,13 +119,54 @@ struct Fall {
     float dt;
 };
 
+/// The groups of a block that live in part. They wait until the walk through their block is done,
+/// and are noted without a branch: where few live among many dead, it would often go wrong.
+class MixedGroups {
+public:
+    static constexpr unsigned long block_size = 64 * group_size;
+
+    /// Notes a group by its place in the block; one that is all dead is written over by the next.
+    void note(unsigned long place, unsigned int living) {
+        groups[count] = static_cast<unsigned int>(place) << group_size | living;
+        count += living != 0 ? 1 : 0;
+    }
+
+    template<class One>
+    void for_each(unsigned long block, One one) const {
+        for (unsigned long k = 0; k < count; ++k)
+            for_each_in_group(block + (groups[k] >> group_size), groups[k] & all_of_group, one);
+    }
+
+private:
+    unsigned int groups[block_size / group_size];
+    unsigned long count = 0;
+};
+
+/// `done(i, n)` is called when the n lives from i on have been read.
 template<class Done>
 void fall_and(ParticlePool& pool, const Fall& fall, Done done) {
     vec3* const positions = pool.positions;
     vec3* const velocities = pool.velocities;
-    for_each_living(
-        pool, [=](unsigned long first) { fall.group(positions + first, velocities + first); },
-        [=](unsigned long i) { fall.one(positions[i], velocities[i]); }, done);
+    const float* const lifetimes = pool.lifetimes;
+    const auto one = [=](unsigned long i) { fall.one(positions[i], velocities[i]); };
+    const unsigned long grouped = num_grouped(pool);
+    for (unsigned long block = 0; block < grouped; block += MixedGroups::block_size) {
+        const unsigned long end = std::min(block + MixedGroups::block_size, grouped);
+        MixedGroups mixed;
+        for (unsigned long i = block; i < end; i += group_size) {
+            const unsigned int living = living_in_group(lifetimes + i);
+            if (living == all_of_group)
+                fall.group(positions + i, velocities + i);
+            else
+                mixed.note(i - block, living);
+            done(i, group_size);
+        }
+        mixed.for_each(block, one);
+    }
+    for (unsigned long i = grouped; i < pool.num_particles; ++i)
+        if (lifetimes[i] > 0.0f)
+            one(i);
+    done(grouped, pool.num_particles - grouped);
 }
 
 } // namespace
@@ -164,11 +197,12 @@ unsigned long write_living(const ParticlePool& pool, float lifetime, vec3* posit
         colors[written] = vec4(1.0f, 1.0f, 1.0f, 1.0f - part);
         ++written;
     };
-    const auto write_group = [&write](unsigned long first) {
-        for (unsigned long i = first; i < first + group_size; ++i)
+    const unsigned long grouped = num_grouped(pool);
+    for (unsigned long i = 0; i < grouped; i += group_size)
+        for_each_in_group(i, living_in_group(pool.lifetimes + i), write);
+    for (unsigned long i = grouped; i < pool.num_particles; ++i)
+        if (pool.lifetimes[i] > 0.0f)
             write(i);
-    };
-    for_each_living(pool, write_group, write, [](unsigned long, unsigned long) {});
     return written;
 }
 

@@ -128,6 +128,16 @@ protected:
     }
 };
 
+/// Numbers of particles on both sides of every size that they could be taken together in.
+std::vector<unsigned long> counts() {
+    std::vector<unsigned long> numbers;
+    for (unsigned long count = 0; count < 100; ++count)
+        numbers.push_back(count);
+    for (const unsigned long count : {1023ul, 1024ul, 1025ul, 1040ul, 2047ul, 3000ul})
+        numbers.push_back(count);
+    return numbers;
+}
+
 /// The formula, a particle at a time.
 void fall_plainly(ParticlePool& pool, const vec3& gravity, float dt) {
     for (unsigned long i = 0; i < pool.num_particles; ++i) {
@@ -163,7 +173,7 @@ TEST_P(MotionOfLives, is_that_of_the_plain_formula_to_the_bit) {
     const vec3 gravity(0.3f, -9.81f, 1e-3f);
     const OwnedAction action(new ParticleAction);
     action->set_gravity(gravity);
-    for (unsigned long count = 0; count < 100; ++count) {
+    for (const unsigned long count : counts()) {
         SCOPED_TRACE(count);
         ParticlePool pool, expected;
         fill(pool, count);
@@ -176,7 +186,7 @@ TEST_P(MotionOfLives, is_that_of_the_plain_formula_to_the_bit) {
 
 TEST_P(MotionOfLives, and_their_aging_in_one_step_is_that_of_the_plain_formulas_to_the_bit) {
     const vec3 gravity(0.3f, -9.81f, 1e-3f);
-    for (unsigned long count = 0; count < 100; ++count) {
+    for (const unsigned long count : counts()) {
         SCOPED_TRACE(count);
         const OwnedSystem system = make_system(0);
         system->create_action()->set_gravity(gravity);
