@@ -41,6 +41,7 @@ public:
     float* pixmap_f32 = nullptr;              ///< float pixels, owned
     unsigned char* pixmap_external = nullptr; ///< 8-bit pixels that a codec decoded and owns
 
+    /// No size, no format, no pixels.
     Image() = default;
     /// Starts empty and assigns.
     Image(const Image& other);

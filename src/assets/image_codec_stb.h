@@ -24,6 +24,7 @@ namespace orvex {
 /// @endcode
 class ORVEX_API ImageCodecStb : public ImageCodec {
 public:
+    /// Named and described, not yet registered anywhere.
     ImageCodecStb();
     ~ImageCodecStb() override;
 

@@ -32,6 +32,7 @@ class Texture;
 /// @endcode
 class ORVEX_API Material : public Resource {
 public:
+    /// No program, no textures; registered nowhere.
     Material();
     ~Material() override;
 

@@ -9,12 +9,12 @@ class Texture;
 
 /// Kind of a texture. The engine itself makes 1D, 2D and cube textures; the others can be bound.
 enum TEXTURE_TYPE : int {
-    TEXTURE_TYPE_1D = 1,
-    TEXTURE_TYPE_2D = 2,
-    TEXTURE_TYPE_3D = 3,
-    TEXTURE_TYPE_CUBE = 4,
-    TEXTURE_TYPE_2D_MULTISAMPLE = 5,
-    TEXTURE_TYPE_RECTANGLE = 6
+    TEXTURE_TYPE_1D = 1,             ///< one row of texels
+    TEXTURE_TYPE_2D = 2,             ///< rows of texels
+    TEXTURE_TYPE_3D = 3,             ///< slices of rows
+    TEXTURE_TYPE_CUBE = 4,           ///< six square faces
+    TEXTURE_TYPE_2D_MULTISAMPLE = 5, ///< several samples a texel, as in a render target
+    TEXTURE_TYPE_RECTANGLE = 6       ///< rows of texels, read by coordinates in pixels
 };
 
 /// One face of a cube texture.
@@ -60,6 +60,7 @@ struct ORVEX_API TextureData : Image {
     /// How many textures share this record.
     int ref_count = 0;
 
+    /// Type 2D, linear, repeated, with mipmaps; no pixels and no user.
     TextureData();
     TextureData(const TextureData&) = delete;
     TextureData& operator=(const TextureData&) = delete;

@@ -39,6 +39,7 @@ class Texture;
 /// @endcode
 class ORVEX_API ArtifactScanner : public Node {
 public:
+    /// Makes its two textures, registered with `TextureMgr`.
     ArtifactScanner();
     ~ArtifactScanner() override;
 

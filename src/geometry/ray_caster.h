@@ -46,6 +46,7 @@ struct RayObjectIntersection {
 /// @endcode
 class ORVEX_API RayCaster {
 public:
+    /// Holds nothing: one serves all scenes.
     RayCaster();
     ~RayCaster();
 

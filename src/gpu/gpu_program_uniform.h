@@ -13,43 +13,43 @@ namespace orvex {
 
 /// What a waiting uniform holds, and so which field of `GpuProgramUniform` is sent.
 enum GPU_SHADER_UNIFORM : int {
-    GPU_SHADER_UNIFORM_1I = 0, ///< `i`
-    GPU_SHADER_UNIFORM_2I = 1,
-    GPU_SHADER_UNIFORM_3I = 2,
-    GPU_SHADER_UNIFORM_4I = 3,
-    GPU_SHADER_UNIFORM_1IV = 4, ///< `iv`, `count`
-    GPU_SHADER_UNIFORM_2IV = 5,
-    GPU_SHADER_UNIFORM_3IV = 6,
-    GPU_SHADER_UNIFORM_4IV = 7,
-    GPU_SHADER_UNIFORM_1F = 8, ///< `f`
-    GPU_SHADER_UNIFORM_2F = 9,
-    GPU_SHADER_UNIFORM_3F = 10,
-    GPU_SHADER_UNIFORM_4F = 11,
-    GPU_SHADER_UNIFORM_1FV = 12, ///< `fv`, `count`
-    GPU_SHADER_UNIFORM_2FV = 13,
-    GPU_SHADER_UNIFORM_3FV = 14,
-    GPU_SHADER_UNIFORM_4FV = 15,
-    GPU_SHADER_UNIFORM_1D = 16, ///< `d`
-    GPU_SHADER_UNIFORM_2D = 17,
-    GPU_SHADER_UNIFORM_3D = 18,
-    GPU_SHADER_UNIFORM_4D = 19,
-    GPU_SHADER_UNIFORM_1DV = 20, ///< `dv`, `count`
-    GPU_SHADER_UNIFORM_2DV = 21,
-    GPU_SHADER_UNIFORM_3DV = 22,
-    GPU_SHADER_UNIFORM_4DV = 23,
-    GPU_SHADER_UNIFORM_3X3F = 24, ///< `m3f`
-    GPU_SHADER_UNIFORM_4X4F = 25, ///< `m4f`
-    GPU_SHADER_UNIFORM_3X3D = 26, ///< `m3d`; recorded, never sent
-    GPU_SHADER_UNIFORM_4X4D = 27, ///< `m4d`; recorded, never sent
-    GPU_SHADER_UNIFORM_1UI = 28,  ///< `ui`
-    GPU_SHADER_UNIFORM_2UI = 29,
-    GPU_SHADER_UNIFORM_3UI = 30,
-    GPU_SHADER_UNIFORM_4UI = 31,
+    GPU_SHADER_UNIFORM_1I = 0,      ///< `i`
+    GPU_SHADER_UNIFORM_2I = 1,      ///< `i`, its first two components
+    GPU_SHADER_UNIFORM_3I = 2,      ///< `i`, its first three components
+    GPU_SHADER_UNIFORM_4I = 3,      ///< `i`
+    GPU_SHADER_UNIFORM_1IV = 4,     ///< `iv`, `count`
+    GPU_SHADER_UNIFORM_2IV = 5,     ///< `iv`, `count`, two ints an element
+    GPU_SHADER_UNIFORM_3IV = 6,     ///< `iv`, `count`, three ints an element
+    GPU_SHADER_UNIFORM_4IV = 7,     ///< `iv`, `count`, four ints an element
+    GPU_SHADER_UNIFORM_1F = 8,      ///< `f`
+    GPU_SHADER_UNIFORM_2F = 9,      ///< `f`, its first two components
+    GPU_SHADER_UNIFORM_3F = 10,     ///< `f`, its first three components
+    GPU_SHADER_UNIFORM_4F = 11,     ///< `f`
+    GPU_SHADER_UNIFORM_1FV = 12,    ///< `fv`, `count`
+    GPU_SHADER_UNIFORM_2FV = 13,    ///< `fv`, `count`, two floats an element
+    GPU_SHADER_UNIFORM_3FV = 14,    ///< `fv`, `count`, three floats an element
+    GPU_SHADER_UNIFORM_4FV = 15,    ///< `fv`, `count`, four floats an element
+    GPU_SHADER_UNIFORM_1D = 16,     ///< `d`
+    GPU_SHADER_UNIFORM_2D = 17,     ///< `d`, its first two components
+    GPU_SHADER_UNIFORM_3D = 18,     ///< `d`, its first three components
+    GPU_SHADER_UNIFORM_4D = 19,     ///< `d`
+    GPU_SHADER_UNIFORM_1DV = 20,    ///< `dv`, `count`
+    GPU_SHADER_UNIFORM_2DV = 21,    ///< `dv`, `count`, two doubles an element
+    GPU_SHADER_UNIFORM_3DV = 22,    ///< `dv`, `count`, three doubles an element
+    GPU_SHADER_UNIFORM_4DV = 23,    ///< `dv`, `count`, four doubles an element
+    GPU_SHADER_UNIFORM_3X3F = 24,   ///< `m3f`
+    GPU_SHADER_UNIFORM_4X4F = 25,   ///< `m4f`
+    GPU_SHADER_UNIFORM_3X3D = 26,   ///< `m3d`; recorded, never sent
+    GPU_SHADER_UNIFORM_4X4D = 27,   ///< `m4d`; recorded, never sent
+    GPU_SHADER_UNIFORM_1UI = 28,    ///< `ui`
+    GPU_SHADER_UNIFORM_2UI = 29,    ///< `ui`, its first two components
+    GPU_SHADER_UNIFORM_3UI = 30,    ///< `ui`, its first three components
+    GPU_SHADER_UNIFORM_4UI = 31,    ///< `ui`
     GPU_SHADER_UNIFORM_1UI64 = 32,  ///< `ui64`
     GPU_SHADER_UNIFORM_1UI64V = 33, ///< `ui64v`, `count`
     GPU_SHADER_UNIFORM_2UI64V = 34, ///< recorded, never sent, and so are the two below
-    GPU_SHADER_UNIFORM_3UI64V = 35,
-    GPU_SHADER_UNIFORM_4UI64V = 36
+    GPU_SHADER_UNIFORM_3UI64V = 35, ///< recorded, never sent
+    GPU_SHADER_UNIFORM_4UI64V = 36  ///< recorded, never sent
 };
 
 /// One value that waits in a program's table until the program is bound.

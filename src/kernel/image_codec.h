@@ -17,6 +17,7 @@ class Image;
 /// context and may run on a worker thread.
 class ORVEX_API ImageCodec : public Plugin {
 public:
+    /// As `Plugin`.
     ImageCodec();
     ~ImageCodec() override;
 

@@ -17,6 +17,7 @@ class Model;
 /// names as they are: the caller ends them in a separator.
 class ORVEX_API Loader3D : public Plugin {
 public:
+    /// All four texts are empty.
     Loader3D();
     ~Loader3D() override;
 

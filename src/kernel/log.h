@@ -41,6 +41,7 @@ enum LOG_LEVEL : int {
 /// @endcode
 class ORVEX_API Log {
 public:
+    /// Disabled, without file name and callback; writes to a file only.
     Log();
     Log(const Log&) = delete;
     Log& operator=(const Log&) = delete;

@@ -11,10 +11,10 @@ class Thread;
 
 /// What kind of plugin this is. Values outside the list are free for hosts.
 enum PLUGIN_TYPE : int {
-    PLUGIN_TYPE_NONE = 0,
-    PLUGIN_TYPE_RENDERER = 1,
-    PLUGIN_TYPE_IMAGE_CODEC = 3,
-    PLUGIN_TYPE_LOADER_3D = 5
+    PLUGIN_TYPE_NONE = 0,        ///< not told
+    PLUGIN_TYPE_RENDERER = 1,    ///< a `Renderer`
+    PLUGIN_TYPE_IMAGE_CODEC = 3, ///< an `ImageCodec`
+    PLUGIN_TYPE_LOADER_3D = 5    ///< a `Loader3D`
 };
 
 /// A renderer, image codec, 3D loader or other replaceable part, with its identity and life cycle.

@@ -14,6 +14,7 @@ namespace orvex {
 /// type of its own and adds its operations. Owned as every `Plugin`.
 class ORVEX_API SimpleVideo : public Plugin {
 public:
+    /// As `Plugin`.
     SimpleVideo();
     ~SimpleVideo() override;
 };

@@ -18,6 +18,7 @@ namespace orvex {
 /// @endcode
 class ORVEX_API ThreadLock {
 public:
+    /// Free, and without a system resource yet.
     ThreadLock();
     ThreadLock(const ThreadLock&) = delete;
     ThreadLock& operator=(const ThreadLock&) = delete;

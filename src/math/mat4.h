@@ -176,6 +176,7 @@ inline float det3x3(float a1, float a2, float a3, float b1, float b2, float b3, 
 /// @param r0,r1,r2,c0,c1,c2  0 to 3 each; anything else gives 0
 ORVEX_API float MINOR(const mat4& m, int r0, int r1, int r2, int c0, int c1, int c2);
 
+/// @cond
 namespace detail {
 
 /// One column of a matrix in a register. Each lane is rounded after every operation, in the order
@@ -199,6 +200,7 @@ inline column4 combine_columns(const column4 (&columns)[4], column4 factors) {
 }
 
 } // namespace detail
+/// @endcond
 
 inline mat4 mat4::concat(const mat4& b) const {
     const detail::column4 columns[4] = {detail::load_column(m), detail::load_column(m + 4),

@@ -16,9 +16,9 @@ enum SOCKET_TYPE : int {
 
 /// What a socket speaks. A value outside the list means `SOCKET_PROTOCOL_TCP`.
 enum SOCKET_PROTOCOL : int {
-    SOCKET_PROTOCOL_TCP = 1,
-    SOCKET_PROTOCOL_RAW = 2,
-    SOCKET_PROTOCOL_UDP = 3
+    SOCKET_PROTOCOL_TCP = 1, ///< a stream of bytes, complete and in order
+    SOCKET_PROTOCOL_RAW = 2, ///< bare IP packets
+    SOCKET_PROTOCOL_UDP = 3  ///< single messages, which may get lost
 };
 
 /// What `SocketCore::set_socket_option` switches on.

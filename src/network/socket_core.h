@@ -31,6 +31,7 @@ namespace orvex {
 /// @endcode
 class ORVEX_API SocketCore {
 public:
+    /// Holds nothing: one serves all sockets.
     SocketCore() = default;
     SocketCore(const SocketCore&) = delete;
     SocketCore& operator=(const SocketCore&) = delete;

@@ -51,6 +51,7 @@ struct ORVEX_API TcpServerClientThreadParams {
 
     TcpServerClientThreadData* data = nullptr; ///< the server's own
 
+    /// All fields as told at each.
     TcpServerClientThreadParams() = default;
     TcpServerClientThreadParams(const TcpServerClientThreadParams&) = delete;
     TcpServerClientThreadParams& operator=(const TcpServerClientThreadParams&) = delete;
@@ -91,6 +92,7 @@ struct ORVEX_API TcpServerClientThreadParams {
 /// @endcode
 class ORVEX_API TcpServer {
 public:
+    /// Takes the next id; listens to nothing yet.
     TcpServer();
     TcpServer(const TcpServer&) = delete;
     TcpServer& operator=(const TcpServer&) = delete;

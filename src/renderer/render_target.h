@@ -28,6 +28,7 @@ namespace orvex {
 /// @endcode
 class ORVEX_API RenderTarget {
 public:
+    /// Takes the next id; makes no objects of the API.
     RenderTarget();
     virtual ~RenderTarget();
     RenderTarget(RenderTarget const&) = delete;

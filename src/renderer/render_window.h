@@ -205,6 +205,7 @@ public:
     virtual void* osx_get_nsgl_ctx() = 0;
 
 protected:
+    /// Takes no window and no context yet: `initialize` does.
     RenderWindow();
     /// Stores what `get_width` and `get_height` return.
     void set_size(int width, int height);

@@ -34,6 +34,7 @@ namespace orvex {
 /// @endcode
 class ORVEX_API Renderer : public Plugin {
 public:
+    /// No API name and type; touches no graphics API.
     Renderer();
     ~Renderer() override;
     Renderer(Renderer const&) = delete;

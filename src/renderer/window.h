@@ -32,6 +32,7 @@ struct WindowData;
 /// @endcode
 class ORVEX_API Window {
 public:
+    /// Everything unset: `render` draws nothing.
     Window();
     ~Window();
     Window(Window const&) = delete;

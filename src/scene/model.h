@@ -23,6 +23,7 @@ class Mesh;
 /// @endcode
 class ORVEX_API Model : public Object {
 public:
+    /// Without children; meshes get separate arrays in ordinary memory.
     Model();
     ~Model() override;
 

@@ -12,40 +12,40 @@ class Thread;
 /// a box mesh carries `NODE_TYPE_NODE`, `NODE_TYPE_OBJECT`, `NODE_TYPE_MESH`, `NODE_TYPE_MESH_BOX`.
 /// Hosts may add tags of their own.
 enum NODE_TYPE : int {
-    NODE_TYPE_NODE = 0,
-    NODE_TYPE_RESOURCE = 1,
-    NODE_TYPE_GPU_PROGRAM = 2,
-    NODE_TYPE_TEXTURE = 3,
-    NODE_TYPE_MATERIAL = 4,
-    NODE_TYPE_OBJECT = 5,
-    NODE_TYPE_MESH = 6,
-    NODE_TYPE_MESH_PLANE = 7,
-    NODE_TYPE_MESH_QUAD = 8,
-    NODE_TYPE_MESH_QUAD_HUD = 9,
-    NODE_TYPE_MESH_SPHERE = 10,
-    NODE_TYPE_MESH_TORUS = 11,
-    NODE_TYPE_MESH_ELLIPSE = 12,
-    NODE_TYPE_MESH_TRIANGLE = 13,
-    NODE_TYPE_MESH_BOX = 14,
-    NODE_TYPE_MESH_TERRAIN = 15,
-    NODE_TYPE_MESH_CYLINDER = 16,
-    NODE_TYPE_MODEL = 17,
-    NODE_TYPE_CAMERA = 18,
-    NODE_TYPE_FONT = 19,
-    NODE_TYPE_VERTEX_POOL = 20,
-    NODE_TYPE_POLYLINE = 21,
-    NODE_TYPE_LINE = 22,
-    NODE_TYPE_POINT = 23,
-    NODE_TYPE_MINI_SPLINE = 24,
-    NODE_TYPE_SKYBOX = 25,
-    NODE_TYPE_ARTIFACT_SCANNER = 26,
-    NODE_TYPE_PARTICLE_SYSTEM = 27,
-    NODE_TYPE_PARTICLE_EMITTER = 28,
-    NODE_TYPE_PARTICLE_ACTION = 29,
-    NODE_TYPE_LIGHT = 30,
-    NODE_TYPE_MAD_LED_BAR = 31,
-    NODE_TYPE_GRAPH2D = 33,
-    NODE_TYPE_CURVE = 34,
+    NODE_TYPE_NODE = 0,              ///< `Node`
+    NODE_TYPE_RESOURCE = 1,          ///< `Resource`
+    NODE_TYPE_GPU_PROGRAM = 2,       ///< `GpuProgram`
+    NODE_TYPE_TEXTURE = 3,           ///< `Texture`
+    NODE_TYPE_MATERIAL = 4,          ///< `Material`
+    NODE_TYPE_OBJECT = 5,            ///< `Object`
+    NODE_TYPE_MESH = 6,              ///< `Mesh`
+    NODE_TYPE_MESH_PLANE = 7,        ///< `MeshPlane`
+    NODE_TYPE_MESH_QUAD = 8,         ///< `MeshQuad`
+    NODE_TYPE_MESH_QUAD_HUD = 9,     ///< `MeshQuadHud`
+    NODE_TYPE_MESH_SPHERE = 10,      ///< `MeshSphere`
+    NODE_TYPE_MESH_TORUS = 11,       ///< `MeshTorus`
+    NODE_TYPE_MESH_ELLIPSE = 12,     ///< `MeshEllipse`
+    NODE_TYPE_MESH_TRIANGLE = 13,    ///< `MeshTriangle`
+    NODE_TYPE_MESH_BOX = 14,         ///< `MeshBox`
+    NODE_TYPE_MESH_TERRAIN = 15,     ///< `MeshTerrain`
+    NODE_TYPE_MESH_CYLINDER = 16,    ///< `MeshCylinder`
+    NODE_TYPE_MODEL = 17,            ///< `Model`
+    NODE_TYPE_CAMERA = 18,           ///< `Camera`
+    NODE_TYPE_FONT = 19,             ///< `Font`
+    NODE_TYPE_VERTEX_POOL = 20,      ///< `VertexPool`
+    NODE_TYPE_POLYLINE = 21,         ///< `Polyline`
+    NODE_TYPE_LINE = 22,             ///< `Line`
+    NODE_TYPE_POINT = 23,            ///< `Point`
+    NODE_TYPE_MINI_SPLINE = 24,      ///< `MiniSpline`
+    NODE_TYPE_SKYBOX = 25,           ///< `Skybox`
+    NODE_TYPE_ARTIFACT_SCANNER = 26, ///< `ArtifactScanner`
+    NODE_TYPE_PARTICLE_SYSTEM = 27,  ///< `ParticleSystem`
+    NODE_TYPE_PARTICLE_EMITTER = 28, ///< `ParticleEmitter`
+    NODE_TYPE_PARTICLE_ACTION = 29,  ///< `ParticleAction`
+    NODE_TYPE_LIGHT = 30,            ///< `Light`
+    NODE_TYPE_MAD_LED_BAR = 31,      ///< `MadLedBar`
+    NODE_TYPE_GRAPH2D = 33,          ///< `Graph2d`
+    NODE_TYPE_CURVE = 34,            ///< `Curve`
 };
 
 /// The root class of everything that lives in a scene or in a resource manager: identity, type
@@ -78,6 +78,7 @@ enum NODE_TYPE : int {
 /// @endcode
 class ORVEX_API Node {
 public:
+    /// No parent, no children, no reference; takes the next id and the calling thread.
     Node();
     Node(const Node&) = delete;
     Node& operator=(const Node&) = delete;

@@ -38,6 +38,7 @@ struct Vertex;
 /// @endcode
 class ORVEX_API Object : public Node {
 public:
+    /// At the origin, without materials and program.
     Object();
     ~Object() override;
 

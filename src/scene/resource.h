@@ -12,6 +12,7 @@ namespace orvex {
 /// that ends while it stands in a manager leaves that manager's list.
 class ORVEX_API Resource : public Node {
 public:
+    /// In no manager's list.
     Resource();
     ~Resource() override;
 

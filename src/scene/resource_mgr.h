@@ -25,6 +25,7 @@ class Thread;
 /// @endcode
 class ORVEX_API ResourceMgr {
 public:
+    /// An empty list.
     ResourceMgr();
     ResourceMgr(const ResourceMgr&) = delete;
     ResourceMgr& operator=(const ResourceMgr&) = delete;

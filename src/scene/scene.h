@@ -24,6 +24,7 @@ class Renderer;
 /// @endcode
 class ORVEX_API Scene {
 public:
+    /// Takes the next id and makes an empty root. Hosts call `SceneMgr::create_scene` instead.
     Scene();
     Scene(const Scene&) = delete;
     Scene& operator=(const Scene&) = delete;

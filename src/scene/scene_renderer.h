@@ -13,6 +13,7 @@ class Renderer;
 /// it to draw in its own order.
 class ORVEX_API SceneRenderer {
 public:
+    /// Draws nothing by itself.
     SceneRenderer();
     SceneRenderer(const SceneRenderer&) = delete;
     SceneRenderer& operator=(const SceneRenderer&) = delete;

@@ -44,6 +44,7 @@ struct sLib3dsMesh;
 /// @endcode
 class ORVEX_API Loader3D_Lib3ds : public Loader3D {
 public:
+    /// Named and described, not yet registered anywhere.
     Loader3D_Lib3ds();
     ~Loader3D_Lib3ds() override;
 

@@ -26,6 +26,7 @@ namespace orvex {
 /// already knows is used as it is.
 class ORVEX_API Loader3D_OBJ : public Loader3D {
 public:
+    /// Named and described, not yet registered anywhere.
     Loader3D_OBJ();
     ~Loader3D_OBJ() override;
 
