@@ -77,9 +77,8 @@ ORVEX_API PIXEL_FORMAT ConvertInt2Pf(int i);
 
 /// How the content of a buffer will change and be used.
 enum BUFFER_OBJECT_USAGE : int {
-    BUFFER_USAGE_DEFAULT = 0, ///< no preference, and "not forced" where a usage can be forced
-    BUFFER_USAGE_STATIC_DRAW =
-        1, ///< written once, drawn many times; also the meaning of any other value
+    BUFFER_USAGE_DEFAULT = 0,      ///< no preference, and "not forced" where a usage can be forced
+    BUFFER_USAGE_STATIC_DRAW = 1,  ///< written once, drawn often; also any other value
     BUFFER_USAGE_STATIC_READ = 2,  ///< written once, read back by the host
     BUFFER_USAGE_DYNAMIC_DRAW = 3, ///< written again and again, drawn many times
     BUFFER_USAGE_DYNAMIC_READ = 4, ///< written again and again, read back by the host
