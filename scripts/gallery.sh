@@ -1,0 +1,32 @@
+#!/usr/bin/env bash
+# Draws the pictures of docs/images anew: those of the gallery, the README and the guide. Look at what
+# git shows as changed before committing it.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+
+examples=(compute_points curves offscreen overlays particles picking shadow shapes)
+pages=(first_triangle own_shader render_targets particles)
+build=build/release
+data=examples/data
+images=docs/images
+
+targets=(orvex-render guide_first_model guide_text guide_textures_and_materials "${examples[@]}")
+for page in "${pages[@]}"; do
+  targets+=("guide_$page")
+done
+cmake --preset release >/dev/null
+cmake --build --preset release --target "${targets[@]}"
+
+"$build/tools/orvex-render/orvex-render" --size 1280x960 --samples 4 \
+  --output "$images/lighthouse.jpg" -- "$data/lighthouse.obj"
+for example in "${examples[@]}"; do
+  "$build/examples/$example/$example" gl3 "$images/$example.jpg"
+done
+for page in "${pages[@]}"; do
+  "$build/docs/guide/guide_$page" "$images/guide_$page.jpg"
+done
+"$build/docs/guide/guide_first_model" "$data/" "$images/guide_first_model.jpg"
+"$build/docs/guide/guide_text" "$data/" "$images/guide_text.jpg"
+"$build/docs/guide/guide_textures_and_materials" "$data/lighthouse_stone.png" \
+  "$images/guide_textures_and_materials.jpg"
+git status --short "$images"
