@@ -2,6 +2,7 @@
 
 #include "assets/decoder_memory.h"
 #include "assets/texture_data.h"
+#include "renderer/debug_name.h"
 #include "renderer/render_target.h"
 #include "renderer/renderer.h"
 #include "scene/node.h"
@@ -220,6 +221,7 @@ bool Texture::init_depth_texture_from_render_target(RenderTarget* target) {
 bool Texture::upload(Renderer* renderer) {
     if (!renderer || !data_)
         return false;
+    const DebugName name(*this);
     switch (data_->type) {
     case TEXTURE_TYPE_1D:
         return renderer->texture_1d_load(data_, 0);

@@ -6,6 +6,7 @@
 #include "assets/texture_data.h"
 #include "assets/texture_mgr_data.h"
 #include "kernel/image_codec.h"
+#include "renderer/debug_name.h"
 #include "renderer/renderer.h"
 
 namespace orvex {
@@ -269,6 +270,7 @@ bool TextureMgr::update_gpu_memory_from_file(Renderer* renderer, Texture* textur
 bool TextureMgr::upload_to_renderer(Renderer* renderer, Texture* texture, unsigned long unit) {
     if (!renderer || !texture)
         return false;
+    const DebugName name(*texture);
     switch (texture->get_type()) {
     case TEXTURE_TYPE_2D:
         return renderer->texture_2d_load(texture->get_data_ptr(), unit);

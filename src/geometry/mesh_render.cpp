@@ -2,6 +2,7 @@
 
 #include "geometry/mesh_data.h"
 #include "geometry/render_with_material.h"
+#include "renderer/debug_name.h"
 
 namespace orvex {
 
@@ -30,6 +31,7 @@ void Mesh::render_geometry_prepare(Renderer* renderer) {
     } else {
         mesh_data->set_use_generic_vertex_attribs_state(false);
     }
+    const DebugName name(*this);
     renderer->vertex_buffer_prepare(mesh_data);
 }
 

@@ -6,6 +6,7 @@
 #include "geometry/render_with_material.h"
 #include "geometry/shared_store.h"
 #include "geometry/vertex_access.h"
+#include "renderer/debug_name.h"
 
 namespace orvex {
 
@@ -48,6 +49,7 @@ void Polyline::render_geometry_prepare(Renderer* renderer) {
         program && program->get_use_generic_vertex_attribs_state();
     if (program)
         renderer->gpu_program_bind_uniforms(program);
+    const DebugName name(*this);
     renderer->polyline_vb_prepare(polyline_data);
 }
 

@@ -3,6 +3,7 @@
 #include "geometry/vertex_access.h"
 #include "geometry/vertex_pool_data.h"
 #include "gpu/gpu_program_data.h"
+#include "renderer/debug_name.h"
 #include "renderer/renderer.h"
 
 namespace orvex {
@@ -50,6 +51,7 @@ void VertexPool::render_geometry_prepare(Renderer* renderer) {
     data->use_generic_vertex_attribs = program && program->get_use_generic_vertex_attribs_state();
     if (program)
         renderer->gpu_program_bind_uniforms(program);
+    const DebugName name(*this);
     renderer->vertex_pool_render_prepare(data);
 }
 

@@ -1,6 +1,7 @@
 #include "geometry/vertex_pool.h"
 
 #include "geometry/vertex_pool_data.h"
+#include "renderer/debug_name.h"
 #include "renderer/renderer.h"
 
 // The GPU buffer of a pool in the hands of the host and of compute programs.
@@ -46,6 +47,7 @@ bool VertexPool::shader_storage_init(Renderer* renderer, BUFFER_OBJECT_USAGE usa
     // A buffer of an earlier call, or of an earlier draw, would have no owner left.
     shader_storage_cleanup(renderer);
     data->buffer_usage = usage;
+    const DebugName name(*this);
     data->vertex_buffer_id =
         renderer->shader_storage_buffer_create(record_bytes(*data), usage, data->vertices);
     if (data->vertex_buffer_id == 0)

@@ -8,6 +8,7 @@
 #include "gpu/uniform_buffer_data.h"
 #include "kernel/file_bytes.h"
 #include "kernel/log_mgr.h"
+#include "renderer/debug_name.h"
 #include "renderer/renderer.h"
 
 namespace orvex {
@@ -69,6 +70,7 @@ bool GpuProgram::shader_load_from_memory(Renderer* renderer, GPU_SHADER_TYPE typ
                                          char const* source, unsigned long size) {
     if (!renderer || type < 0 || type >= GPU_SHADER_TYPE_COUNT)
         return false;
+    DebugName const name(*this);
     data_->shader_loaded[type] =
         renderer->gpu_program_load_shader_from_memory(data_, type, source, size);
     if (data_->shader_loaded[type]) {
@@ -216,6 +218,7 @@ bool GpuProgram::ub_init(Renderer* renderer, char const* block_name) {
     UniformBufferData& block = *data_->uniform_buffer;
     std::memset(block.name, 0, UniformBufferData::NAME_SIZE);
     std::strncpy(block.name, block_name, UniformBufferData::NAME_SIZE - 1);
+    DebugName const name(*this);
     return renderer && renderer->uniform_buffer_initialize(&block, data_->gl_program);
 }
 

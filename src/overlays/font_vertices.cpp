@@ -6,6 +6,7 @@
 #include "geometry/mesh_data.h"
 #include "overlays/bm_quads.h"
 #include "overlays/font_state.h"
+#include "renderer/debug_name.h"
 #include "renderer/renderer.h"
 
 namespace orvex {
@@ -47,6 +48,7 @@ bool Font::bm_alloc_vb(Renderer* renderer, unsigned long num_chars) {
     }
     data->num_faces = 0;
     data->set_use_generic_vertex_attribs_state(get_use_generic_vertex_attribs_state());
+    DebugName const name(*this);
     renderer->vertex_buffer_prepare(data);
     renderer->vertex_buffer_finish(data);
     state->bm_vb_capacity = capacity;

@@ -52,6 +52,14 @@ struct RenderWindow_ExtraData {
 ///     renderer->start(); // the window's context is current
 /// @endcode
 ///
+/// With `ORVEX_GL_DEBUG=1` in the environment (anything but nothing and "0") contexts are made for
+/// debugging: the driver checks each call, and what it says goes to the log, high severity as an
+/// error, medium as a warning, low as an information, notifications as debug lines, each before the
+/// call that caused it returns; and GL objects bear the name of the node or resource they are made
+/// for, such as "teapot (vertices)", for frame debuggers to show. A context of the host's keeps the
+/// host's own listener. The log's callback must not draw then. Without KHR_debug, and by default,
+/// nothing of this happens and no call is made for it.
+///
 /// The operations whose names begin with `osx_` are the layer under `initialize`, `apply_context`,
 /// `display_framebuffer` and `vsync`, for hosts that need more than these.
 class ORVEX_API RenderWindow {

@@ -7,6 +7,7 @@
 
 #include <dlfcn.h>
 
+#include "renderer/opengl/gl_debug.h"
 #include "renderer/opengl/gl_functions.h"
 #include "support/gl_call_text.h"
 #include "support/gl_static_functions.h"
@@ -91,11 +92,18 @@ struct TableEntry {
         }                                                                                          \
     };
 ORVEX_GL_FUNCTIONS(ORVEX_GL_ENTRY)
+#define ORVEX_GL_DEBUG_ENTRY(result, name, parameters) ORVEX_GL_ENTRY(result, name, parameters, )
+ORVEX_GL_DEBUG_FUNCTIONS(ORVEX_GL_DEBUG_ENTRY)
+#undef ORVEX_GL_DEBUG_ENTRY
 #undef ORVEX_GL_ENTRY
 
 #define ORVEX_GL_TABLE_ENTRY(result, name, parameters, support)                                    \
     {#name, &Wrapped<Entry_##name, decltype(orvex::ORVEX_Renderer_OpenGL_Func::name)>::wrap},
-constexpr TableEntry table[] = {ORVEX_GL_FUNCTIONS(ORVEX_GL_TABLE_ENTRY)};
+#define ORVEX_GL_DEBUG_TABLE_ENTRY(result, name, parameters)                                       \
+    {#name, &Wrapped<Entry_##name, result(APIENTRY*) parameters>::wrap},
+constexpr TableEntry table[] = {ORVEX_GL_FUNCTIONS(ORVEX_GL_TABLE_ENTRY)
+                                    ORVEX_GL_DEBUG_FUNCTIONS(ORVEX_GL_DEBUG_TABLE_ENTRY)};
+#undef ORVEX_GL_DEBUG_TABLE_ENTRY
 #undef ORVEX_GL_TABLE_ENTRY
 
 // An entry may be served under its name with another suffix.

@@ -37,6 +37,7 @@
     X(GLenum, glGetError, (void), ()) \
     X(void, glGetFloatv, (GLenum pname, GLfloat* params), (pname, params)) \
     X(void, glGetIntegerv, (GLenum pname, GLint* params), (pname, params)) \
+    X(void, glGetPointerv, (GLenum pname, GLvoid** params), (pname, params)) \
     X(GLubyte const*, glGetString, (GLenum name), (name)) \
     X(void, glGetTexImage, (GLenum target, GLint level, GLenum format, GLenum type, void* pixels), (target, level, format, type, pixels)) \
     X(void, glLightfv, (GLenum light, GLenum pname, GLfloat const* params), (light, pname, params)) \

@@ -77,6 +77,7 @@ ORVEX_Renderer_OpenGL_Func::ORVEX_Renderer_OpenGL_Func() {
 void ORVEX_Renderer_OpenGL_Func::clear() {
     ready = false;
     core_profile = false;
+    object_label = nullptr;
 #define ORVEX_GL_CLEAR(result, name, parameters, support) name = nullptr;
     ORVEX_GL_FUNCTIONS(ORVEX_GL_CLEAR)
 #undef ORVEX_GL_CLEAR

@@ -27,8 +27,9 @@ void* _orvex_get_proc_address(char const* name);
 /// `RendererOpenGL` holds the one table; render targets get a pointer to it. All windows share it:
 /// it is made for the context that is current when the renderer starts.
 struct ORVEX_Renderer_OpenGL_Func {
-    bool ready;        ///< `init` has run
-    bool core_profile; ///< of the context at the renderer's start
+    bool ready;                        ///< `init` has run
+    bool core_profile;                 ///< of the context at the renderer's start
+    PFNGLOBJECTLABELPROC object_label; ///< while objects are labelled, see `start_gl_labels`
 
     // NOLINTBEGIN(bugprone-macro-parentheses): the arguments are types and declarators.
 #define ORVEX_GL_FIELD(result, name, parameters, support) result(APIENTRY* name) parameters;

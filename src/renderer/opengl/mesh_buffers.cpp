@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "renderer/opengl/gl_debug.h"
 #include "renderer/opengl/gl_enums.h"
 
 namespace orvex::mesh_buffers {
@@ -126,6 +127,7 @@ namespace {
 void create_quad_edges(const Context& context, MeshData& mesh, unsigned long bytes) {
     context.gl.glGenBuffers(1, &mesh.quad_edge_buffer_id);
     context.gl.glBindBuffer(GL_ELEMENT_ARRAY_BUFFER, mesh.quad_edge_buffer_id);
+    label_gl_object(context.gl, GL_BUFFER, mesh.quad_edge_buffer_id, "quad edges");
     context.gl.glBufferData(GL_ELEMENT_ARRAY_BUFFER, static_cast<GLsizeiptr>(bytes),
                             mesh.quad_edges, index_usage(context, mesh));
     mesh.gpu_state.quad_edge_buffer_bytes = bytes;

@@ -1,5 +1,7 @@
 #include "renderer/opengl/point_buffers.h"
 
+#include "renderer/opengl/gl_debug.h"
+
 namespace orvex::point_buffers {
 
 bool has_buffer_entries(const ORVEX_Renderer_OpenGL_Func& gl) {
@@ -33,6 +35,7 @@ void allocate(const Context& context, const Objects& objects, unsigned long byte
         objects.stale = objects.vertex_array != 0;
     }
     gl.glBindBuffer(GL_ARRAY_BUFFER, objects.buffer);
+    label_gl_object(gl, GL_BUFFER, objects.buffer, "vertices");
     gl.glBufferData(GL_ARRAY_BUFFER, static_cast<GLsizeiptr>(bytes), data, usage);
     objects.bytes = bytes;
 }
@@ -55,6 +58,7 @@ bool bind_vertex_array(const Context& context, const Objects& objects) {
     delete_vertex_array(context, objects);
     context.gl.glGenVertexArrays(1, &objects.vertex_array);
     context.gl.glBindVertexArray(objects.vertex_array);
+    label_gl_object(context.gl, GL_VERTEX_ARRAY, objects.vertex_array, "vertex array");
     context.gl.glBindBuffer(GL_ARRAY_BUFFER, objects.buffer);
     objects.recorded_buffer = objects.buffer;
     return true;

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cstdio>
 
+#include "renderer/debug_name.h"
+#include "renderer/opengl/gl_debug.h"
 #include "renderer/opengl/renderer_opengl_ctx.h"
 
 namespace orvex {
@@ -13,6 +15,22 @@ RenderTargetOpenGL::RenderTargetOpenGL() {
 
 // Life cycle
 
+void RenderTargetOpenGL::label(GLenum kind, unsigned int object, char const* use) const {
+    if (gl->object_label == nullptr) {
+        return;
+    }
+    std::string const target = "render target " + std::to_string(id);
+    DebugName const name(target.c_str());
+    label_gl_object(*gl, kind, object, use);
+}
+
+void RenderTargetOpenGL::label(GLenum kind, unsigned int object, char const* use,
+                               std::size_t index) const {
+    if (gl->object_label != nullptr) {
+        label(kind, object, (std::string(use) + " " + std::to_string(index)).c_str());
+    }
+}
+
 bool RenderTargetOpenGL::_create_fbo() {
     gl->glGenFramebuffers(1, &fbo);
     return fbo != 0;
@@ -22,10 +40,11 @@ bool RenderTargetOpenGL::activate() {
     if (gl == nullptr || !has_entries(gl->glGenFramebuffers, gl->glBindFramebuffer)) {
         return false;
     }
-    if (fbo == 0) {
-        _create_fbo();
-    }
+    bool const is_new = fbo == 0 && _create_fbo();
     gl->glBindFramebuffer(GL_FRAMEBUFFER, fbo);
+    if (is_new) {
+        label(GL_FRAMEBUFFER, fbo, "framebuffer");
+    }
     return true;
 }
 

@@ -56,6 +56,10 @@ public:
 private:
     static constexpr std::size_t max_colors = 8;
 
+    /// Names one of the target's objects, which exists by now, after the target.
+    void label(GLenum kind, unsigned int object, char const* use) const;
+    void label(GLenum kind, unsigned int object, char const* use, std::size_t index) const;
+
     bool _create_target(GLenum target, int new_width, int new_height, PIXEL_FORMAT pixel_format,
                         unsigned long num_textures, bool linear, bool clamp, int texture_samples);
     bool _create_target_depth(GLenum target, int new_width, int new_height, bool linear);

@@ -70,6 +70,7 @@ void RenderTargetOpenGL::make_color_texture(GLenum target, std::size_t index, in
     gl->glActiveTexture(GL_TEXTURE0 + static_cast<GLenum>(index));
     glGenTextures(1, &color_textures[index]);
     glBindTexture(target, color_textures[index]);
+    label(GL_TEXTURE, color_textures[index], "color", index);
     if (texture_samples >= 1) {
         limit_to_base_level(target);
     }
@@ -80,6 +81,7 @@ void RenderTargetOpenGL::make_color_texture(GLenum target, std::size_t index, in
 void RenderTargetOpenGL::make_depth_texture(GLenum target, int texture_samples) {
     glGenTextures(1, &depth_texture);
     glBindTexture(target, depth_texture);
+    label(GL_TEXTURE, depth_texture, "depth");
     limit_to_base_level(target);
     set_sampling(target, depth_filter, depth_wrap);
     store_depth_texture(target, texture_samples);
@@ -180,6 +182,7 @@ bool RenderTargetOpenGL::_create_target_depth(GLenum target, int new_width, int 
     gl->glActiveTexture(GL_TEXTURE0);
     glGenTextures(1, &depth_texture);
     glBindTexture(target, depth_texture);
+    label(GL_TEXTURE, depth_texture, "depth");
     store_depth_texture(target, 0);
     set_sampling(target, depth_filter, depth_wrap);
     // It goes to the unit's 2D texture, also for a rectangle.
@@ -244,9 +247,11 @@ void RenderTargetOpenGL::make_render_buffers() {
     gl->glGenRenderbuffers(static_cast<GLsizei>(num_render_buffers), render_buffers);
     for (std::size_t i = 0; i < num_render_buffers; ++i) {
         store_render_buffer(render_buffers[i], static_cast<GLenum>(internal_format));
+        label(GL_RENDERBUFFER, render_buffers[i], "color", i);
     }
     gl->glGenRenderbuffers(1, &depth_render_buffer);
     store_render_buffer(depth_render_buffer, GL_DEPTH_COMPONENT);
+    label(GL_RENDERBUFFER, depth_render_buffer, "depth");
 }
 
 void RenderTargetOpenGL::attach_render_buffers() const {
@@ -274,6 +279,7 @@ bool RenderTargetOpenGL::create_render_buffer_target(int new_width, int new_heig
     make_render_buffers();
     _create_fbo();
     gl->glBindFramebuffer(GL_FRAMEBUFFER, fbo);
+    label(GL_FRAMEBUFFER, fbo, "framebuffer");
     attach_render_buffers();
     bool const complete = check_status("RenderTargetOpenGL");
     gl->glBindFramebuffer(GL_FRAMEBUFFER, 0);

@@ -7,6 +7,7 @@
 #include <GL/gl.h>
 #include <GL/glext.h>
 
+#include "renderer/opengl/gl_debug.h"
 #include "renderer/opengl/render_window_opengl_data.h"
 
 namespace orvex {
@@ -35,7 +36,8 @@ bool RenderWindowOpenGL::initialize(void* window, void* view, int width, int hei
 
     data_osx->display = window;
     data->init_ok = osx_create_cgl_context(view, width, height, msaa, parent, extra);
-    apply_context(true);
+    if (apply_context(true))
+        start_gl_messages();
 
     data->gl_major = 0;
     data->gl_minor = 0;

@@ -5,6 +5,7 @@
 #include <GL/gl.h>
 
 #include "kernel/log_mgr.h"
+#include "renderer/opengl/gl_debug.h"
 #include "renderer/opengl/gl_functions.h"
 #include "renderer/opengl/render_window_opengl_data.h"
 
@@ -42,6 +43,7 @@ ContextRequest to_request(void* view, int width, int height, char const* msaa,
     request.view = view;
     request.width = width;
     request.height = height;
+    request.debug = gl_debug_wanted();
     return request;
 }
 

@@ -7,6 +7,7 @@
 
 #include "gpu/gpu_program_data.h"
 #include "kernel/log_mgr.h"
+#include "renderer/opengl/gl_debug.h"
 #include "renderer/opengl/render_window_opengl.h"
 
 namespace orvex {
@@ -83,6 +84,8 @@ bool RendererOpenGL::start() {
     get_opengl_version(&gl_major, &gl_minor);
     gl2_context = gl_major == 2;
     started = gl.init(display_gl_func_ptr);
+    start_gl_messages();
+    start_gl_labels(gl);
     gl.core_profile = gl_major >= 3 && is_core_version_text(get_api_version());
     reset_render_states();
     return started;
@@ -98,6 +101,7 @@ bool RendererOpenGL::stop() {
         return true;
     }
     log_life_cycle("stop");
+    stop_gl_messages();
     gl.clear();
     started = false;
     return true;

@@ -1,5 +1,6 @@
 #include "renderer/opengl/renderer_opengl.h"
 
+#include "renderer/opengl/gl_debug.h"
 #include "renderer/opengl/gl_enums.h"
 
 // Shader storage and atomic counter buffers, by their ids, and the barrier between them.
@@ -49,6 +50,7 @@ GLuint create_buffer(ORVEX_Renderer_OpenGL_Func const& gl, GLenum target, unsign
     GLuint id = 0;
     gl.glGenBuffers(1, &id);
     gl.glBindBuffer(target, id);
+    label_gl_object(gl, GL_BUFFER, id, target == GL_ATOMIC_COUNTER_BUFFER ? "counters" : "storage");
     gl.glBufferData(target, static_cast<GLsizeiptr>(size), data, gl_buffer_usage(usage));
     return id;
 }

@@ -2,9 +2,11 @@
 
 #include <algorithm>
 #include <cstring>
+#include <string>
 
 #include "gpu/gpu_program_data.h"
 #include "gpu/gpu_program_uniform.h"
+#include "renderer/opengl/gl_debug.h"
 #include "renderer/opengl/gl_enums.h"
 
 namespace orvex {
@@ -64,6 +66,17 @@ char const* RendererOpenGL::_gpu_program_get_info_log(unsigned int program) {
     return program_log_buffer.data();
 }
 
+namespace {
+
+void label_shader(ORVEX_Renderer_OpenGL_Func const& gl, GLuint shader, GPU_SHADER_TYPE type) {
+    if (gl.object_label != nullptr) {
+        std::string const use = std::string(GetGpuShaderTypeLabel(type)) + " shader";
+        label_gl_object(gl, GL_SHADER, shader, use.c_str());
+    }
+}
+
+} // namespace
+
 bool RendererOpenGL::compile_shader(unsigned int shader, char const* source) {
     GLint status = 0;
     gl.glShaderSource(shader, 1, &source, nullptr);
@@ -91,11 +104,13 @@ bool RendererOpenGL::gpu_program_load_shader_from_memory(GpuProgramData* program
     unsigned int old_shader = program->shader_ids[type];
     if (!gl.glIsProgram(program->gl_program)) {
         program->gl_program = gl.glCreateProgram();
+        label_gl_object(gl, GL_PROGRAM, program->gl_program, "program");
         program->update_thread();
         program->renderer_id = getid();
         old_shader = 0; // its name went with the lost program, and may be another's by now
     }
     unsigned int const shader = gl.glCreateShader(gl_shader_type(type));
+    label_shader(gl, shader, type);
     program->shader_ids[type] = shader;
     // The stage loaded before stays attached, and links along; flagged here, it dies with the
     // program.
@@ -143,6 +158,7 @@ bool RendererOpenGL::gpu_program_update_shader(GpuProgramData* program, GPU_SHAD
     if (shader == 0) {
         return false;
     }
+    label_shader(gl, shader, type);
     if (!compile_shader(shader, source)) {
         keep_shader_log(program, type, shader);
         gl.glDeleteShader(shader);
@@ -170,6 +186,7 @@ bool RendererOpenGL::gpu_program_recreate_program(GpuProgramData* program) {
     }
     gl.glDeleteProgram(program->gl_program);
     program->gl_program = gl.glCreateProgram();
+    label_gl_object(gl, GL_PROGRAM, program->gl_program, "program");
     program->renderer_id = getid();
     attach_shaders(program);
     program->linked = false;

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "assets/texture_data.h"
+#include "renderer/opengl/gl_debug.h"
 #include "renderer/opengl/gl_enums.h"
 #include "renderer/opengl/texture_parameters.h"
 #include "renderer/opengl/texture_pixels.h"
@@ -29,6 +30,7 @@ void RendererOpenGL::start_texture_load(TextureData* texture, unsigned int targe
     texture->opengl_texture_id_generated = true;
     texture->opengl_texture_id_borrowed = false;
     glBindTexture(target, texture->opengl_texture_id);
+    label_gl_object(gl, GL_TEXTURE, texture->opengl_texture_id, "texture");
     ctx.set_texture_unit(unit, texture->opengl_texture_id);
     texture->renderer_id = getid();
     glTexParameterf(target, GL_TEXTURE_MAX_ANISOTROPY_EXT, texture->anisotropy);

@@ -1,6 +1,7 @@
 #include "renderer/opengl/renderer_opengl.h"
 
 #include "gpu/uniform_buffer_data.h"
+#include "renderer/opengl/gl_debug.h"
 #include "renderer/opengl/gl_enums.h"
 
 namespace orvex {
@@ -31,6 +32,7 @@ bool RendererOpenGL::uniform_buffer_initialize(UniformBufferData* block, unsigne
     block->size = static_cast<unsigned int>(size);
     gl.glGenBuffers(1, &block->buffer);
     bind_uniform_buffer(block->buffer);
+    label_gl_object(gl, GL_BUFFER, block->buffer, "uniforms");
     // Without a forced usage the buffer is for reading, whatever its name says.
     BUFFER_OBJECT_USAGE const usage = forced_uniform_usage != BUFFER_USAGE_DEFAULT
                                           ? forced_uniform_usage

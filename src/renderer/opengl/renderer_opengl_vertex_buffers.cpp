@@ -1,5 +1,6 @@
 #include "renderer/opengl/renderer_opengl.h"
 
+#include "renderer/opengl/gl_debug.h"
 #include "renderer/opengl/gl_enums.h"
 #include "renderer/opengl/mesh_buffers.h"
 
@@ -103,6 +104,7 @@ unsigned int RendererOpenGL::vertex_buffer_create(unsigned long size, BUFFER_OBJ
     unsigned int id = 0;
     gl.glGenBuffers(1, &id);
     gl.glBindBuffer(GL_ARRAY_BUFFER, id);
+    label_gl_object(gl, GL_BUFFER, id, "vertex buffer");
     allocate_bound(gl, size, forced_or(forced_vertex_usage, usage));
     return id;
 }

@@ -5,6 +5,7 @@
 #include <new>
 
 #include "renderer/opengl/client_pointers.h"
+#include "renderer/opengl/gl_debug.h"
 
 namespace orvex {
 
@@ -31,6 +32,7 @@ bool bind_vertices(const Context& context, MeshData& mesh, unsigned long bytes, 
     gl.glBindBuffer(GL_ARRAY_BUFFER, mesh.vertex_buffer_id);
     if (!is_new && (allocated == 0 || allocated == bytes))
         return false;
+    label_gl_object(gl, GL_BUFFER, mesh.vertex_buffer_id, "vertices");
     gl.glBufferData(GL_ARRAY_BUFFER, static_cast<GLsizeiptr>(bytes), nullptr,
                     vertex_usage(context, mesh));
     mesh.gpu_state.vertex_buffer_bytes = bytes;
@@ -115,6 +117,7 @@ void bind_faces(const Context& context, MeshData& mesh) {
     if (mesh.index_buffer_id == 0) {
         gl.glGenBuffers(1, &mesh.index_buffer_id);
         gl.glBindBuffer(GL_ELEMENT_ARRAY_BUFFER, mesh.index_buffer_id);
+        label_gl_object(gl, GL_BUFFER, mesh.index_buffer_id, "faces");
         gl.glBufferData(GL_ELEMENT_ARRAY_BUFFER, bytes, faces, index_usage(context, mesh));
         allocated = face_list_bytes(mesh);
         return;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "renderer/opengl/gl_debug.h"
 #include "renderer/opengl/mesh_buffers.h"
 
 namespace orvex {
@@ -38,6 +39,7 @@ unsigned long instance_block_bytes(const MeshData& mesh) {
 
 void allocate_instances(const Context& context, MeshData& mesh, unsigned long bytes) {
     context.gl.glBindBuffer(GL_ARRAY_BUFFER, mesh.instance_buffer_id);
+    label_gl_object(context.gl, GL_BUFFER, mesh.instance_buffer_id, "instances");
     context.gl.glBufferData(GL_ARRAY_BUFFER, static_cast<GLsizeiptr>(bytes), nullptr,
                             GL_DYNAMIC_DRAW);
     context.gl.glBindBuffer(GL_ARRAY_BUFFER, 0);
@@ -92,6 +94,7 @@ void upload_instances(const Context& context, MeshData& mesh) {
 void allocate_faces(const Context& context, MeshData& mesh, const void* data) {
     const unsigned long bytes = face_list_bytes(mesh);
     context.gl.glBindBuffer(GL_ELEMENT_ARRAY_BUFFER, mesh.index_buffer_id);
+    label_gl_object(context.gl, GL_BUFFER, mesh.index_buffer_id, "faces");
     context.gl.glBufferData(GL_ELEMENT_ARRAY_BUFFER, static_cast<GLsizeiptr>(bytes), data,
                             index_usage(context, mesh));
     context.gl.glBindBuffer(GL_ELEMENT_ARRAY_BUFFER, 0);
@@ -224,6 +227,7 @@ using PointVertices = void (*)(const Context&, MeshData&, const Attributes&);
 void record_vertex_array(const Context& context, MeshData& mesh, PointVertices point_vertices) {
     context.gl.glGenVertexArrays(1, &mesh.vertex_array_id);
     context.gl.glBindVertexArray(mesh.vertex_array_id);
+    label_gl_object(context.gl, GL_VERTEX_ARRAY, mesh.vertex_array_id, "vertex array");
     context.gl.glBindBuffer(GL_ARRAY_BUFFER, mesh.vertex_buffer_id);
     mesh.gpu_state.vertex_array_vertex_buffer = mesh.vertex_buffer_id;
     mesh.gpu_state.vertex_array_element_buffer = 0;
@@ -245,6 +249,7 @@ void prepare_rest(const Context& context, MeshData& mesh, PointVertices point_ve
 /// Makes the store of the vertex buffer, and leaves the buffer bound.
 void allocate_vertices(const Context& context, MeshData& mesh, unsigned long bytes) {
     context.gl.glBindBuffer(GL_ARRAY_BUFFER, mesh.vertex_buffer_id);
+    label_gl_object(context.gl, GL_BUFFER, mesh.vertex_buffer_id, "vertices");
     context.gl.glBufferData(GL_ARRAY_BUFFER, static_cast<GLsizeiptr>(bytes), nullptr,
                             vertex_usage(context, mesh));
     mesh.gpu_state.vertex_buffer_bytes = bytes;

@@ -31,6 +31,7 @@ struct ContextRequest {
     int width = 0;                    ///< of an off-screen surface, in pixels
     int height = 0;                   ///< of an off-screen surface, in pixels
     PlatformContext* share = nullptr; ///< context to share objects with
+    bool debug = false;               ///< a wish: the driver checks calls and tells of mistakes
 };
 
 /// One native context with its surface.

@@ -72,35 +72,48 @@ void EglAnyContext::present() {
 
 namespace {
 
-EGLContext create_core_context(EGLDisplay display, EGLConfig config, EGLContext share, int major,
-                               int minor) {
-    const EGLint attributes[] = {EGL_CONTEXT_MAJOR_VERSION,
-                                 major,
-                                 EGL_CONTEXT_MINOR_VERSION,
-                                 minor,
-                                 EGL_CONTEXT_OPENGL_PROFILE_MASK,
-                                 EGL_CONTEXT_OPENGL_CORE_PROFILE_BIT,
-                                 EGL_NONE};
-    return eglCreateContext(display, config, share, attributes);
+using ContextAttributes = std::vector<EGLint>;
+
+/// With debugging if it is wished for and the driver has it.
+EGLContext create_with(EGLDisplay display, EGLConfig config, EGLContext share,
+                       ContextAttributes attributes, bool debug) {
+    const std::size_t plain = attributes.size();
+    if (debug)
+        attributes.insert(attributes.end(), {EGL_CONTEXT_OPENGL_DEBUG, EGL_TRUE});
+    attributes.push_back(EGL_NONE);
+    const EGLContext context = eglCreateContext(display, config, share, attributes.data());
+    if (context != EGL_NO_CONTEXT || !debug)
+        return context;
+    attributes.resize(plain);
+    return create_with(display, config, share, std::move(attributes), false);
 }
 
-EGLContext create_legacy_context(EGLDisplay display, EGLConfig config, EGLContext share) {
-    const EGLint attributes[] = {EGL_CONTEXT_MAJOR_VERSION, 2, EGL_CONTEXT_MINOR_VERSION, 1,
-                                 EGL_NONE};
-    return eglCreateContext(display, config, share, attributes);
+EGLContext create_core_context(EGLDisplay display, EGLConfig config, EGLContext share, int major,
+                               int minor, bool debug) {
+    return create_with(display, config, share,
+                       {EGL_CONTEXT_MAJOR_VERSION, major, EGL_CONTEXT_MINOR_VERSION, minor,
+                        EGL_CONTEXT_OPENGL_PROFILE_MASK, EGL_CONTEXT_OPENGL_CORE_PROFILE_BIT},
+                       debug);
+}
+
+EGLContext create_legacy_context(EGLDisplay display, EGLConfig config, EGLContext share,
+                                 bool debug) {
+    return create_with(display, config, share,
+                       {EGL_CONTEXT_MAJOR_VERSION, 2, EGL_CONTEXT_MINOR_VERSION, 1}, debug);
 }
 
 /// A driver that can't give the asked core version may give 3.2, and with it often more.
 EGLContext create_native_context(EGLDisplay display, EGLConfig config, EGLContext share,
                                  ContextRequest const& request) {
     if (request.profile == CONTEXT_PROFILE_LEGACY)
-        return create_legacy_context(display, config, share);
+        return create_legacy_context(display, config, share, request.debug);
     const std::pair lowest(3, 2);
     const auto [major, minor] = std::max(lowest, std::pair(request.gl_major, request.gl_minor));
-    const EGLContext context = create_core_context(display, config, share, major, minor);
+    const EGLContext context =
+        create_core_context(display, config, share, major, minor, request.debug);
     if (context != EGL_NO_CONTEXT)
         return context;
-    return create_core_context(display, config, share, lowest.first, lowest.second);
+    return create_core_context(display, config, share, lowest.first, lowest.second, request.debug);
 }
 
 /// Drivers take any size and then draw nowhere. What OpenGL 4 promises of viewports and textures
