@@ -18,13 +18,18 @@ def without_comments(text):
     return re.sub(r"//[^\n]*|/\*.*?\*/|^#.*?$", "", text, flags=re.S | re.M)
 
 
+def below_the_engine(namespaces, name):
+    return "::".join([inner for inner, _ in namespaces if inner != "orvex"] + [name])
+
+
 def marked_in(text):
-    """The classes and functions that a header marks, with their namespaces below the engine's."""
+    """The classes, and the functions and variables, that a header marks, with their namespaces below
+    the engine's."""
     classes, functions = set(), set()
     namespaces = []
     depth = 0
     token = re.compile(r"namespace\s+(\w+)\s*\{|[{}]|(?:class|struct)\s+ORVEX_API\s+(\w+)\s*([;:{])|"
-                       r"\bORVEX_API\s[^;{()]*?\b(\w+)\s*\(")
+                       r"\bORVEX_API\s[^;{()]*?\b(\w+)\s*[(;]")
     for match in token.finditer(text):
         namespace, record, follows, function = match.groups()
         if namespace:
@@ -33,10 +38,9 @@ def marked_in(text):
         elif record:
             depth += follows == "{"
             if follows != ";":
-                classes.add(record)
+                classes.add(below_the_engine(namespaces, record))
         elif function:
-            inner = [name for name, _ in namespaces if name != "orvex"]
-            functions.add("::".join(inner + [function]))
+            functions.add(below_the_engine(namespaces, function))
         elif match.group() == "{":
             depth += 1
         else:
@@ -75,8 +79,9 @@ def main(library, folder, headers):
     seen_classes, seen_functions, strangers = set(), set(), []
     for symbol in exported_by(library):
         names = names_in(symbol)
-        if names and names[0] in classes:
-            seen_classes.add(names[0])
+        of_a_class = classes & {"::".join(names[:length]) for length in (1, 2)}
+        if of_a_class:
+            seen_classes |= of_a_class
         elif "::".join(names) in functions:
             seen_functions.add("::".join(names))
         else:
@@ -87,7 +92,7 @@ def main(library, folder, headers):
                  for name in sorted((classes - seen_classes - INLINE) | (functions - seen_functions))]
     mistakes += [f"listed as inline, but it isn't: {name}"
                  for name in sorted(INLINE & seen_classes | INLINE - classes)]
-    print(f"{len(seen_classes)} classes and {len(seen_functions)} functions are exported")
+    print(f"{len(seen_classes)} classes and {len(seen_functions)} functions and variables are exported")
     print("\n".join(mistakes))
     if not classes or not functions:
         mistakes.append("no header marks anything")
