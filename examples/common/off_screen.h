@@ -93,6 +93,7 @@ public:
     }
 
     orvex::Renderer* renderer = nullptr;
+    orvex::RenderWindow* window = nullptr; ///< the renderer's
     bool started = false;
     const bool gl3;
     const int width;
@@ -104,8 +105,6 @@ private:
             if (std::strstr(line, marker))
                 std::fprintf(stderr, "%s\n", line);
     }
-
-    orvex::RenderWindow* window = nullptr;
 };
 
 /// Whether the command line asks for the path of generic attributes, which is the default.

@@ -206,17 +206,6 @@ TEST_F(MadLedBarTest, keeps_its_plane_when_it_is_resized) {
     EXPECT_EQ(bar->get_num_children(), 1u);
 }
 
-TEST_F(MadLedBarTest, survives_a_strip_that_no_memory_holds) {
-    make_strip(~0ul);
-    EXPECT_EQ(bar->get_num_leds(), ~0ul);
-    EXPECT_EQ(bar->get_vertex(0), nullptr);
-    bar->set_led_color(~0ul - 1, red);
-    EXPECT_EQ(plane()->get_mesh_data()->vertices, nullptr);
-    make_points(2);
-    make_strip(~0ul);
-    EXPECT_TRUE(bar->_vp_update_leds_positions()) << "stops where the points end";
-}
-
 // -------------------------------------------------------------------------------- both forms
 
 TEST_F(MadLedBarTest, colours_both_forms_with_one_call) {
