@@ -13,7 +13,6 @@
 #include "geometry/vertex_pool.h"
 #include "geometry/vertex_pool_data.h"
 #include "math/vec3.h"
-#include "scene/scene.h"
 #include "scene/scene_renderer.h"
 #include "support/fake_renderer.h"
 
@@ -248,12 +247,12 @@ TEST_F(MadLedBarTest, draws_points_before_the_strip) {
 TEST_F(MadLedBarTest, draws_once_through_a_scene) {
     make_points();
     make_strip();
-    Scene scene;
+    const Owned<Node> root(new Node);
     Object* const group = new Object;
     group->add_child(bar);
     bar->add_ref();
-    scene.get_root()->add_child(group);
-    SceneRenderer().render_scene(&renderer, &scene, nullptr, nullptr);
+    root->add_child(group);
+    SceneRenderer().render_scene(&renderer, nullptr, nullptr, root.get());
     EXPECT_EQ(take_draws(), Draws(1, 1));
     group->remove_child(bar);
 }
