@@ -1,0 +1,55 @@
+#include "files.h"
+
+#include <filesystem>
+
+#include <gtest/gtest.h>
+
+#include <sys/stat.h>
+
+#include "support/temp_dir.h"
+
+namespace {
+
+using orvex::test::content_of;
+using orvex::test::TempDir;
+
+TEST(Files, lie_in_their_folders) {
+    EXPECT_EQ(folder_of("m.obj"), "");
+    EXPECT_EQ(folder_of("a/b/m.obj"), "a/b/");
+    EXPECT_EQ(folder_of("/m"), "/");
+    EXPECT_EQ(folder_of(""), "");
+}
+
+TEST(Files, tell_why_they_cant_be_read) {
+    const TempDir folder;
+    const std::string pipe = folder.file("pipe");
+    ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+    const std::string none = folder.file("none");
+    const std::string empty = folder.write("empty", "");
+    EXPECT_EQ(mistake_in_reading(none), none + ": No such file or directory");
+    EXPECT_EQ(mistake_in_reading(folder.path()), folder.path() + ": is a folder");
+    EXPECT_EQ(mistake_in_reading(pipe), pipe + ": is no regular file");
+    EXPECT_EQ(mistake_in_reading(empty), empty + ": the file is empty");
+    EXPECT_EQ(mistake_in_reading(folder.write("full", "x")), "");
+}
+
+TEST(Files, tell_why_they_cant_be_written) {
+    const TempDir folder;
+    const std::string nowhere = folder.path() + "/none/a.jpg";
+    EXPECT_EQ(mistake_in_writing(nowhere),
+              "can't write " + nowhere + ": No such file or directory");
+    EXPECT_EQ(mistake_in_writing(folder.path()),
+              "can't write " + folder.path() + ": Is a directory");
+}
+
+TEST(Files, are_left_as_they_are_by_the_question_whether_they_can_be_written) {
+    const TempDir folder;
+    const std::string fresh = folder.file("new.jpg");
+    EXPECT_EQ(mistake_in_writing(fresh), "");
+    EXPECT_FALSE(std::filesystem::exists(fresh));
+    const std::string old = folder.write("old.jpg", "old");
+    EXPECT_EQ(mistake_in_writing(old), "");
+    EXPECT_EQ(content_of(old), "old");
+}
+
+} // namespace

@@ -1,0 +1,148 @@
+#include "framing.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include <gtest/gtest.h>
+
+#include <orvex/math/mat4.h>
+#include <orvex/scene/camera.h>
+
+namespace {
+
+using orvex::vec4;
+
+constexpr Lens wide{400, 300, 1.0f};
+
+void expect_near(vec4 const& actual, vec4 const& expected, char const* what) {
+    EXPECT_NEAR(actual.x, expected.x, 1e-5f) << what;
+    EXPECT_NEAR(actual.y, expected.y, 1e-5f) << what;
+    EXPECT_NEAR(actual.z, expected.z, 1e-5f) << what;
+}
+
+TEST(Axes, turn_from_the_front_to_the_right_and_up) {
+    const Axes front = axes_of({0.0f, 0.0f, UpAxis::y});
+    expect_near(front.right, vec4(1, 0, 0, 0), "right");
+    expect_near(front.up, vec4(0, 1, 0, 0), "up");
+    expect_near(front.toward, vec4(0, 0, 1, 0), "toward");
+    expect_near(axes_of({90.0f, 0.0f, UpAxis::y}).toward, vec4(1, 0, 0, 0), "right side");
+    const Axes above = axes_of({0.0f, 90.0f, UpAxis::y});
+    expect_near(above.toward, vec4(0, 1, 0, 0), "above");
+    expect_near(above.up, vec4(0, 0, -1, 0), "up, seen from above");
+}
+
+TEST(Axes, follow_the_axis_that_points_up) {
+    struct Row {
+        UpAxis axis;
+        vec4 up;
+    };
+    for (Row const& row :
+         {Row{UpAxis::x, vec4(1, 0, 0, 0)}, Row{UpAxis::y, vec4(0, 1, 0, 0)},
+          Row{UpAxis::z, vec4(0, 0, 1, 0)}, Row{UpAxis::minus_x, vec4(-1, 0, 0, 0)},
+          Row{UpAxis::minus_y, vec4(0, -1, 0, 0)}, Row{UpAxis::minus_z, vec4(0, 0, -1, 0)}}) {
+        const Axes axes = axes_of({30.0f, 0.0f, row.axis});
+        expect_near(axes.up, row.up, "up");
+        // Right times up is toward: nothing is mirrored.
+        vec4 right = axes.right;
+        vec4 up = axes.up;
+        expect_near(right.cross(up), axes.toward, "toward");
+    }
+}
+
+/// The points on the picture, from -1 to 1.
+struct Seen {
+    float left = 9, right = -9, low = 9, high = -9, nearest = 9, farthest = -9;
+};
+
+Seen seen_by(orvex::Camera& camera, Extent const& extent) {
+    Seen seen;
+    for (vec4 const& point : extent.points) {
+        vec4 p = camera.get_projection_matrix() * (camera.get_view_matrix() * point);
+        const float x = p.x / p.w, y = p.y / p.w, z = p.z / p.w;
+        seen.left = std::min(seen.left, x);
+        seen.right = std::max(seen.right, x);
+        seen.low = std::min(seen.low, y);
+        seen.high = std::max(seen.high, y);
+        seen.nearest = std::min(seen.nearest, z);
+        seen.farthest = std::max(seen.farthest, z);
+    }
+    return seen;
+}
+
+/// The corners of a box far from the origin.
+Extent box_of(float width, float height, float depth) {
+    Extent extent;
+    extent.middle = vec4(100, 50, -20, 1);
+    for (float x : {-width / 2, width / 2})
+        for (float y : {-height / 2, height / 2})
+            for (float z : {-depth / 2, depth / 2})
+                extent.points.push_back(vec4(100 + x, 50 + y, -20 + z, 1));
+    return extent;
+}
+
+class Framing : public testing::Test {
+protected:
+    Framing()
+        : camera(new orvex::Camera) {}
+    ~Framing() override { camera->release(nullptr, nullptr); }
+
+    Seen look(Extent const& extent, Angle const& angle, Lens const& lens, Aim const& aim) {
+        place(*camera, extent, axes_of(angle), lens, aim);
+        return seen_by(*camera, extent);
+    }
+
+    orvex::Camera* camera;
+};
+
+TEST_F(Framing, fills_the_picture_up_to_a_margin_from_every_side) {
+    for (Extent const& extent : {box_of(1, 1, 1), box_of(9, 1, 2), box_of(0.1f, 8, 0.1f)})
+        for (float azimuth : {0.0f, 40.0f, 135.0f, 270.0f})
+            for (float elevation : {-90.0f, -30.0f, 0.0f, 60.0f, 90.0f})
+                for (Lens const& lens : {wide, Lens{100, 300, 1.0f}}) {
+                    const Angle angle{azimuth, elevation, UpAxis::y};
+                    const Aim aim = tight_aim(extent, axes_of(angle), lens);
+                    const Seen seen = look(extent, angle, lens, aim);
+                    EXPECT_LE(std::max(seen.right, -seen.left), 0.951f) << azimuth << elevation;
+                    EXPECT_LE(std::max(seen.high, -seen.low), 0.951f) << azimuth << elevation;
+                    const float fullest = std::max(seen.right - seen.left, seen.high - seen.low);
+                    EXPECT_NEAR(fullest, 1.9f, 0.01f) << azimuth << " " << elevation;
+                    EXPECT_GE(seen.nearest, -1.0f);
+                    EXPECT_LE(seen.farthest, 1.0f);
+                }
+}
+
+TEST_F(Framing, keeps_the_middle_in_the_middle_of_a_turn) {
+    const Extent extent = box_of(3, 2, 1);
+    const Angle angle{30.0f, 20.0f, UpAxis::y};
+    const Aim aim = middle_aim(extent, axes_of(angle), wide);
+    EXPECT_EQ(aim.right, 0.0f);
+    EXPECT_EQ(aim.up, 0.0f);
+    EXPECT_GE(aim.distance, tight_aim(extent, axes_of(angle), wide).distance);
+    const Seen seen = look(extent, angle, wide, aim);
+    EXPECT_NEAR(std::max({seen.right, -seen.left, seen.high, -seen.low}), 0.95f, 0.01f);
+}
+
+TEST_F(Framing, magnifies_by_the_zoom) {
+    const Extent extent = box_of(2, 2, 0);
+    const Angle front{0.0f, 0.0f, UpAxis::y};
+    const Aim aim = tight_aim(extent, axes_of(front), wide);
+    const Seen once = look(extent, front, wide, aim);
+    const Seen twice = look(extent, front, {400, 300, 2.0f}, aim);
+    EXPECT_NEAR(twice.high, 2 * once.high, 1e-4f);
+    EXPECT_NEAR(twice.right, 2 * once.right, 1e-4f);
+}
+
+TEST_F(Framing, copes_with_a_point_and_with_nothing) {
+    Extent point;
+    point.middle = vec4(1, 2, 3, 1);
+    point.points = {point.middle};
+    const Angle angle{25.0f, 20.0f, UpAxis::y};
+    const Aim aim = tight_aim(point, axes_of(angle), wide);
+    EXPECT_GT(aim.distance, 0.0f);
+    EXPECT_GT(middle_aim(point, axes_of(angle), wide).distance, 0.0f);
+    const Extent nothing;
+    EXPECT_EQ(tight_aim(nothing, axes_of(angle), wide).distance, 1.0f);
+    EXPECT_EQ(middle_aim(nothing, axes_of(angle), wide).distance, 1.0f);
+}
+
+} // namespace

@@ -1,0 +1,29 @@
+#include "messages.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+constexpr char stamp[] = "2026:11:21@15:08:18(0000000015)";
+
+std::string line_with(char const* marker) {
+    return std::string(stamp) + marker + "text <*> more";
+}
+
+TEST(Messages, show_errors_and_warnings_of_the_log_without_their_stamps) {
+    EXPECT_EQ(shown_log_line(line_with(" <*> "), Wordiness::normal),
+              "orvex-render: error: text <*> more");
+    EXPECT_EQ(shown_log_line(std::string(stamp) + " <!> text", Wordiness::normal),
+              "orvex-render: warning: text");
+    EXPECT_EQ(shown_log_line(std::string(stamp) + " < > text", Wordiness::normal), "");
+    EXPECT_EQ(shown_log_line(std::string(stamp) + " <o> text", Wordiness::normal), "");
+}
+
+TEST(Messages, show_the_whole_log_or_none_of_it) {
+    for (char const* marker : {" <*> ", " <!> ", " < > ", " <o> "}) {
+        EXPECT_EQ(shown_log_line(line_with(marker), Wordiness::verbose), line_with(marker));
+        EXPECT_EQ(shown_log_line(line_with(marker), Wordiness::quiet), "");
+    }
+}
+
+} // namespace

@@ -1,0 +1,197 @@
+#include "options.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+using Words = std::vector<std::string>;
+
+Options read_well(Words const& words) {
+    Options options;
+    EXPECT_EQ(read_options(words, options), "");
+    return options;
+}
+
+TEST(Options, need_a_model_alone) {
+    const Options options = read_well({"m.obj"});
+    EXPECT_EQ(options.model, "m.obj");
+    EXPECT_EQ(options.size.width, 1280);
+    EXPECT_EQ(options.size.height, 960);
+    EXPECT_EQ(options.samples, 4);
+    EXPECT_EQ(options.azimuth, 25.0f);
+    EXPECT_EQ(options.elevation, 20.0f);
+    EXPECT_EQ(options.up, UpAxis::y);
+    EXPECT_TRUE(options.gl3);
+    EXPECT_FALSE(options.wireframe || options.info || options.gl || options.quiet ||
+                 options.verbose);
+}
+
+TEST(Options, are_read_by_their_names) {
+    const Options options =
+        read_well({"--output",    "a.jpeg",       "--size",       "8x6",         "--background",
+                   "red",         "--wireframe",  "--normals",    "flat",        "--samples",
+                   "2",           "--path",       "gl2",          "--azimuth",   "-90",
+                   "--elevation", "45.5",         "--distance",   "2",           "--zoom",
+                   "0.5",         "--up",         "-z",           "--turntable", "12",
+                   "--text",      "hello",        "--text-place", "top",         "--text-size",
+                   "30",          "--text-color", "#00f",         "--font",      "f.xml",
+                   "--verbose",   "m.obj"});
+    EXPECT_EQ(options.output, "a.jpeg");
+    EXPECT_EQ(options.size.width, 8);
+    EXPECT_EQ(options.size.height, 6);
+    EXPECT_EQ(options.background.r, 1.0f);
+    EXPECT_TRUE(options.wireframe);
+    EXPECT_EQ(options.normals, Normals::flat);
+    EXPECT_EQ(options.samples, 2);
+    EXPECT_FALSE(options.gl3);
+    EXPECT_EQ(options.azimuth, -90.0f);
+    EXPECT_EQ(options.elevation, 45.5f);
+    EXPECT_EQ(options.distance, 2.0f);
+    EXPECT_EQ(options.zoom, 0.5f);
+    EXPECT_EQ(options.up, UpAxis::minus_z);
+    EXPECT_EQ(options.turntable, 12);
+    EXPECT_EQ(options.text, "hello");
+    EXPECT_EQ(options.text_place, "top");
+    EXPECT_EQ(options.text_size, 30);
+    EXPECT_EQ(options.text_color.b, 1.0f);
+    EXPECT_EQ(options.font, "f.xml");
+    EXPECT_TRUE(options.verbose);
+}
+
+TEST(Options, are_read_by_their_letters) {
+    const Options options = read_well({"-oa.jpg", "-s8x6", "-bred", "-wq", "-nsmooth", "-m0", "-a1",
+                                       "-e2", "-d3", "-z4", "-ux", "-t5", "-xhi", "m.obj"});
+    EXPECT_EQ(options.output, "a.jpg");
+    EXPECT_EQ(options.size.height, 6);
+    EXPECT_TRUE(options.wireframe && options.quiet);
+    EXPECT_EQ(options.normals, Normals::smooth);
+    EXPECT_EQ(options.samples, 0);
+    EXPECT_EQ(options.azimuth, 1.0f);
+    EXPECT_EQ(options.elevation, 2.0f);
+    EXPECT_EQ(options.distance, 3.0f);
+    EXPECT_EQ(options.zoom, 4.0f);
+    EXPECT_EQ(options.up, UpAxis::x);
+    EXPECT_EQ(options.turntable, 5);
+    EXPECT_EQ(options.text, "hi");
+    EXPECT_TRUE(read_well({"-i", "m.obj"}).info);
+    EXPECT_TRUE(read_well({"-h"}).help);
+    EXPECT_TRUE(read_well({"-V"}).version);
+    EXPECT_TRUE(read_well({"-v", "m.obj"}).verbose);
+}
+
+TEST(Options, of_help_and_version_need_no_model) {
+    EXPECT_TRUE(read_well({"--help", "--quiet", "--verbose"}).help);
+    EXPECT_TRUE(read_well({"--version"}).version);
+    EXPECT_TRUE(read_well({"--gl"}).gl);
+}
+
+TEST(Options, tell_what_is_wrong) {
+    struct Row {
+        Words words;
+        char const* mistake;
+    };
+    for (Row const& row : {
+             Row{{}, "no model given"},
+             Row{{"--quiet"}, "no model given"},
+             Row{{""}, "unexpected argument '': a file is wanted"},
+             Row{{"a", "b"}, "unexpected argument 'b': one model is wanted"},
+             Row{{"-qv", "m"}, "--quiet and --verbose exclude each other"},
+             Row{{"--info", "--gl", "m"}, "--info and --gl exclude each other"},
+             Row{{"--gl", "m"}, "--gl takes no model"},
+             Row{{"--info", "m", "-oa.jpg"},
+                 "--info draws no picture: there is nothing for --output"},
+             Row{{"-oa.png", "m"},
+                 "-o can't be 'a.png': a name that ends in .jpg or .jpeg, as JPEG is what is "
+                 "written, is wanted"},
+             Row{{"-o.jpg", "m"},
+                 "-o can't be '.jpg': a name that ends in .jpg or .jpeg, as JPEG is what is "
+                 "written, is wanted"},
+             Row{{"-s4", "m"}, "-s can't be '4': WxH in pixels, each from 1 to 16384, is wanted"},
+             Row{{"--background=pink", "m"},
+                 "--background can't be 'pink': #rgb, #rrggbb or the name of a colour is wanted"},
+             Row{{"--text-color=pink", "m"},
+                 "--text-color can't be 'pink': #rgb, #rrggbb or the name of a colour is wanted"},
+             Row{{"--samples=65", "m"},
+                 "--samples can't be '65': a whole number from 0 to 64 is wanted"},
+             Row{{"--path=gl4", "m"}, "--path can't be 'gl4': gl2 or gl3 is wanted"},
+             Row{{"--normals=none", "m"},
+                 "--normals can't be 'none': file, smooth or flat is wanted"},
+             Row{{"--azimuth=north", "m"},
+                 "--azimuth can't be 'north': an angle in degrees is wanted"},
+             Row{{"--elevation=91", "m"},
+                 "--elevation can't be '91': an angle from -90 to 90 degrees is wanted"},
+             Row{{"--distance=0", "m"},
+                 "--distance can't be '0': a factor from 0.01 to 1000 is wanted"},
+             Row{{"--zoom=-1", "m"}, "--zoom can't be '-1': a factor from 0.01 to 1000 is wanted"},
+             Row{{"--up=w", "m"}, "--up can't be 'w': one of x, y, z, -x, -y and -z is wanted"},
+             Row{{"--turntable=0", "m"},
+                 "--turntable can't be '0': a whole number from 1 to 100000 is wanted"},
+             Row{{"--text=", "m"}, "--text can't be '': a text is wanted"},
+             Row{{"--text-place=middle", "m"},
+                 "--text-place can't be 'middle': a place such as top or bottom-left is wanted"},
+             Row{{"--text-size=3", "m"},
+                 "--text-size can't be '3': a whole number from 4 to 1000 is wanted"},
+             Row{{"--font=", "m"}, "--font can't be '': a file is wanted"},
+         }) {
+        Options options;
+        EXPECT_EQ(read_options(row.words, options), row.mistake);
+    }
+}
+
+TEST(Options, accept_every_place_of_a_text) {
+    for (char const* place : {"top-left", "top", "top-right", "left", "center-left", "center",
+                              "center-right", "right", "bottom-left", "bottom", "bottom-right"})
+        EXPECT_EQ(read_well({"m", "--text-place", place}).text_place, place);
+}
+
+TEST(Options, accept_every_axis) {
+    struct Row {
+        char const* word;
+        UpAxis up;
+    };
+    for (Row const& row :
+         {Row{"x", UpAxis::x}, Row{"y", UpAxis::y}, Row{"z", UpAxis::z}, Row{"-x", UpAxis::minus_x},
+          Row{"-y", UpAxis::minus_y}, Row{"-z", UpAxis::minus_z}})
+        EXPECT_EQ(read_well({"m", "--up", row.word}).up, row.up) << row.word;
+}
+
+TEST(Options, name_the_picture_after_the_model) {
+    struct Row {
+        Words words;
+        char const* output;
+    };
+    for (Row const& row :
+         {Row{{"m.obj"}, "m.jpg"}, Row{{"a.b/m"}, "m.jpg"}, Row{{"a/m.x.3ds"}, "m.x.jpg"},
+          Row{{"/.hidden"}, ".hidden.jpg"}, Row{{"m.obj", "-oa/b.JPEG"}, "a/b.JPEG"}})
+        EXPECT_EQ(output_of(read_well(row.words)), row.output);
+}
+
+TEST(Options, number_the_pictures_of_a_turn) {
+    EXPECT_EQ(outputs_of(read_well({"m.obj"})), Words{"m.jpg"});
+    EXPECT_EQ(outputs_of(read_well({"m.obj", "-t1"})), Words{"m-001.jpg"});
+    EXPECT_EQ(outputs_of(read_well({"m.obj", "-t3", "-oa.b/c.jpg"})),
+              (Words{"a.b/c-001.jpg", "a.b/c-002.jpg", "a.b/c-003.jpg"}));
+    const Words many = outputs_of(read_well({"m.obj", "-t1000"}));
+    EXPECT_EQ(many.front(), "m-0001.jpg");
+    EXPECT_EQ(many.back(), "m-1000.jpg");
+}
+
+TEST(Options, smooth_the_normals_of_3ds_files_unless_told_otherwise) {
+    EXPECT_EQ(normals_of(read_well({"m.3DS"})), Normals::smooth);
+    EXPECT_EQ(normals_of(read_well({"m.obj"})), Normals::file);
+    EXPECT_EQ(normals_of(read_well({"m.3ds", "-nfile"})), Normals::file);
+    EXPECT_EQ(normals_of(read_well({"m.obj", "-nflat"})), Normals::flat);
+}
+
+TEST(Options, explain_themselves_in_lines_of_eighty_characters) {
+    const std::string help = help_text();
+    EXPECT_EQ(help.rfind("usage: orvex-render [options] MODEL\n", 0), 0u);
+    std::size_t begin = 0;
+    for (std::size_t end = help.find('\n'); end != help.npos; end = help.find('\n', begin)) {
+        EXPECT_LE(end - begin, 80u) << help.substr(begin, end - begin);
+        begin = end + 1;
+    }
+    EXPECT_EQ(begin, help.size());
+}
+
+} // namespace

@@ -1,0 +1,149 @@
+// What the program, its man page and its completion say of the same options.
+
+#include <algorithm>
+#include <cstdio>
+#include <regex>
+#include <set>
+
+#include <gtest/gtest.h>
+
+#include "options.h"
+#include "program_run.h"
+#include "support/temp_dir.h"
+
+namespace {
+
+using namespace orvex_test;
+using orvex::test::content_of;
+using orvex::test::TempDir;
+
+std::vector<std::string> option_names() {
+    Options options;
+    return rules_for(options).names();
+}
+
+/// All long options in a text.
+std::set<std::string> names_in(std::string const& text) {
+    static const std::regex name("--[a-z][a-z-]*");
+    std::set<std::string> names;
+    for (std::sregex_iterator at(text.begin(), text.end(), name), end; at != end; ++at)
+        names.insert(at->str());
+    return names;
+}
+
+std::string output_of(std::string const& command) {
+    std::string text;
+    std::FILE* const pipe = popen((command + " 2>&1").c_str(), "r");
+    for (int c; pipe && (c = std::fgetc(pipe)) != EOF;)
+        text += static_cast<char>(c);
+    return pipe && pclose(pipe) == 0 ? text : text + "(failed)";
+}
+
+constexpr char man_page[] = ORVEX_RENDER_SOURCES "/orvex-render.1";
+constexpr char completion[] = ORVEX_RENDER_SOURCES "/orvex-render.bash";
+
+TEST(OrvexRenderHelp, goes_to_standard_output) {
+    for (char const* option : {"--help", "-h"}) {
+        const Outcome help = run_render("/", {option});
+        EXPECT_EQ(help.code, 0);
+        EXPECT_EQ(help.out, help_text());
+        EXPECT_EQ(help.errors, "");
+    }
+}
+
+TEST(OrvexRenderVersion, is_that_of_the_engine) {
+    for (char const* option : {"--version", "-V"}) {
+        const Outcome version = run_render("/", {option});
+        EXPECT_EQ(version.code, 0);
+        EXPECT_EQ(version.out, "orvex-render " ORVEX_RENDER_VERSION " (Brell)\n");
+    }
+}
+
+TEST(OrvexRenderManPage, tells_of_every_option_and_of_no_other) {
+    std::string page = content_of(man_page);
+    page = std::regex_replace(page, std::regex(R"(\\-)"), "-");
+    const std::vector<std::string> names = option_names();
+    EXPECT_EQ(names_in(page), std::set<std::string>(names.begin(), names.end()));
+}
+
+TEST(OrvexRenderManPage, is_set_without_a_warning) {
+    EXPECT_EQ(output_of(std::string("groff -man -ww -z -Tutf8 '") + man_page + "'"), "");
+}
+
+TEST(OrvexRenderManPage, tells_of_every_exit_code) {
+    const std::string page = content_of(man_page);
+    const std::size_t status = page.find(".SH EXIT STATUS");
+    ASSERT_NE(status, page.npos);
+    for (char const* code : {".B 0\n", ".B 1\n", ".B 2\n"})
+        EXPECT_NE(page.find(code, status), page.npos) << code;
+}
+
+/// What bash offers behind some words, in a folder.
+std::string offered(std::string const& folder, std::vector<std::string> const& words) {
+    std::string script = std::string("cd '") + folder + "'; . '" + completion + "'; COMP_WORDS=(";
+    for (std::string const& word : words)
+        script += "'" + word + "' ";
+    script += "); COMP_CWORD=" + std::to_string(words.size() - 1) +
+              "; _orvex_render; printf \"%s \" \"${COMPREPLY[@]}\"";
+    return output_of("bash --norc -c \"$(cat <<'EOF_OF_SCRIPT'\n" + script +
+                     "\nEOF_OF_SCRIPT\n)\"");
+}
+
+TEST(OrvexRenderCompletion, offers_every_option_and_no_other) {
+    const std::vector<std::string> names = option_names();
+    EXPECT_EQ(names_in(offered("/", {"orvex-render", "--"})),
+              std::set<std::string>(names.begin(), names.end()));
+}
+
+TEST(OrvexRenderCompletion, offers_what_fits) {
+    const TempDir folder;
+    folder.write("a model.obj", "");
+    folder.write("b.3ds", "");
+    folder.write("c.jpg", "");
+    folder.write("d.xml", "");
+    folder.write("e.txt", "");
+    struct Row {
+        std::vector<std::string> words;
+        char const* offer;
+    };
+    for (Row const& row : {
+             Row{{"orvex-render", "--ver"}, "--version --verbose "},
+             Row{{"orvex-render", "a"}, "a model.obj "},
+             Row{{"orvex-render", "b"}, "b.3ds "},
+             Row{{"orvex-render", "e"}, " "},
+             Row{{"orvex-render", "-o", ""}, "c.jpg "},
+             Row{{"orvex-render", "--font", ""}, "d.xml "},
+             Row{{"orvex-render", "--path", "gl"}, "gl2 gl3 "},
+             Row{{"orvex-render", "--path", "="}, "gl2 gl3 "},
+             Row{{"orvex-render", "--path", "=", "gl3"}, "gl3 "},
+             Row{{"orvex-render", "-n", "f"}, "file flat "},
+             Row{{"orvex-render", "--up", "-"}, "-x -y -z "},
+             Row{{"orvex-render", "-b", "gr"}, "gray green "},
+             Row{{"orvex-render", "--text-place", "top-"}, "top-left top-right "},
+             Row{{"orvex-render", "--azimuth", ""}, " "},
+         })
+        EXPECT_EQ(offered(folder.path(), row.words), row.offer) << row.words.back();
+}
+
+TEST(OrvexRenderCompletion, offers_words_that_the_program_takes) {
+    struct Row {
+        char const* option;
+        char const* value;
+    };
+    for (Row const& row :
+         {Row{"--text-place", ""}, Row{"--background", ""}, Row{"--up", ""}, Row{"--normals", ""},
+          Row{"--path", ""}, Row{"--samples", ""}, Row{"--size", ""}}) {
+        std::string word;
+        for (char c : offered("/", {"orvex-render", row.option, row.value})) {
+            if (c != ' ') {
+                word += c;
+                continue;
+            }
+            Options options;
+            EXPECT_EQ(read_options({"m", row.option, word}, options), "") << row.option;
+            word.clear();
+        }
+    }
+}
+
+} // namespace

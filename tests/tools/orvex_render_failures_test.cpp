@@ -1,0 +1,171 @@
+// Every way in which the program fails, with its message and its exit code.
+
+#include <filesystem>
+
+#include <gtest/gtest.h>
+
+#include "program_run.h"
+#include "support/temp_dir.h"
+
+namespace {
+
+using namespace orvex_test;
+using orvex::test::content_of;
+using orvex::test::TempDir;
+
+/// No driver to be found.
+const std::vector<std::string> without_driver = {"__EGL_VENDOR_LIBRARY_FILENAMES=/none",
+                                                 "__EGL_VENDOR_LIBRARY_DIRS=/none"};
+
+bool is_empty(TempDir const& folder) {
+    return std::filesystem::is_empty(folder.path());
+}
+
+TEST(OrvexRender, ends_with_2_when_its_command_line_is_wrong) {
+    const TempDir folder;
+    for (std::vector<std::string> const& words :
+         std::vector<std::vector<std::string>>{{},
+                                               {"--sise", "4x4", sample()},
+                                               {"a", "b"},
+                                               {"-s", "4", sample()},
+                                               {"-qv", sample()},
+                                               {"-o"}}) {
+        const Outcome outcome = run_render(folder.path(), words);
+        EXPECT_EQ(outcome.code, 2);
+        EXPECT_EQ(outcome.out, "");
+        EXPECT_TRUE(outcome.errors.starts_with("orvex-render: ")) << outcome.errors;
+        EXPECT_TRUE(has(outcome.errors, "\nTry 'orvex-render --help'.\n")) << outcome.errors;
+    }
+    EXPECT_EQ(run_render(folder.path(), {}).errors,
+              "orvex-render: no model given\nTry 'orvex-render --help'.\n");
+    EXPECT_TRUE(is_empty(folder));
+}
+
+TEST(OrvexRender, tells_why_a_model_cant_be_read) {
+    const TempDir models;
+    const TempDir folder;
+    struct Row {
+        std::string model;
+        char const* reason;
+    };
+    for (Row const& row : {
+             Row{models.file("none.obj"), ": No such file or directory"},
+             Row{models.path(), ": is a folder"},
+             Row{models.write("empty.obj", ""), ": the file is empty"},
+             Row{models.write("points.obj", "v 0 0 0\n"), ": no loader can read it as a model"},
+             Row{models.write("junk.3ds", std::string("\0\xff\xfe junk", 8)),
+                 ": no loader can read it as a model"},
+         })
+        for (char const* option : {"--wireframe", "--info"}) {
+            const Outcome outcome = run_render(folder.path(), {"-q", option, row.model});
+            EXPECT_EQ(outcome.code, 1) << row.model;
+            EXPECT_EQ(outcome.errors, "orvex-render: " + row.model + row.reason + "\n");
+            EXPECT_EQ(outcome.out, "");
+        }
+    EXPECT_TRUE(is_empty(folder));
+}
+
+TEST(OrvexRender, tells_why_a_picture_cant_be_written_before_it_begins) {
+    const TempDir folder;
+    const Outcome outcome = run_render(folder.path(), {sample(), "-o", "none/a.jpg"});
+    EXPECT_EQ(outcome.code, 1);
+    EXPECT_EQ(outcome.errors, "orvex-render: can't write none/a.jpg: No such file or directory\n");
+}
+
+TEST(OrvexRender, tells_that_a_picture_of_a_turn_cant_be_written) {
+    const TempDir folder;
+    std::filesystem::create_directory(folder.file("a-002.jpg"));
+    const Outcome outcome = run_render(folder.path(), {sample(), "-t3", "-s16x16", "-o", "a.jpg"});
+    EXPECT_EQ(outcome.code, 1);
+    EXPECT_TRUE(has(outcome.errors, "orvex-render: can't write a-002.jpg\n")) << outcome.errors;
+    EXPECT_TRUE(std::filesystem::exists(folder.file("a-001.jpg")));
+    EXPECT_FALSE(std::filesystem::exists(folder.file("a-003.jpg")));
+}
+
+TEST(OrvexRender, tells_that_there_is_no_context) {
+    const TempDir folder;
+    for (std::vector<std::string> const& words :
+         std::vector<std::vector<std::string>>{{sample()}, {"--gl"}}) {
+        const Outcome outcome = run_render(folder.path(), words, without_driver);
+        EXPECT_EQ(outcome.code, 1);
+        EXPECT_TRUE(
+            has(outcome.errors, "orvex-render: no OpenGL context: is an EGL driver installed?\n"))
+            << outcome.errors;
+    }
+    EXPECT_TRUE(is_empty(folder));
+}
+
+TEST(OrvexRender, tells_of_a_model_without_a_context) {
+    const TempDir folder;
+    const Outcome outcome = run_render(folder.path(), {"-i", sample()}, without_driver);
+    EXPECT_EQ(outcome.code, 0) << outcome.errors;
+    EXPECT_TRUE(has(outcome.out, "meshes: 12\n"));
+}
+
+TEST(OrvexRender, tells_what_is_wrong_with_a_font) {
+    const TempDir folder;
+    folder.write("empty.xml", "");
+    folder.write("junk.xml", "no XML");
+    folder.write("bare.xml", "<font><common base=\"1\"/></font>");
+    folder.write("sheetless.xml",
+                 "<font><common lineHeight=\"9\" scaleW=\"8\" scaleH=\"8\"/><pages><page "
+                 "id=\"0\" file=\"none.png\"/></pages></font>");
+    struct Row {
+        char const* font;
+        char const* reason;
+    };
+    for (Row const& row :
+         {Row{"none.xml", "none.xml: No such file or directory"},
+          Row{"empty.xml", "empty.xml: the file is empty"},
+          Row{"junk.xml", "junk.xml: no BMFont XML with a line height"},
+          Row{"bare.xml", "bare.xml: no BMFont XML with a line height"},
+          Row{"sheetless.xml", "sheetless.xml: its sheet none.png can't be read as a picture"}}) {
+        const Outcome outcome = run_render(
+            folder.path(), {sample(), "-s16x16", "-x", "text", "--font", row.font, "-oa.jpg"});
+        EXPECT_EQ(outcome.code, 1) << row.font;
+        EXPECT_EQ(outcome.errors, std::string("orvex-render: ") + row.reason + "\n");
+    }
+}
+
+TEST(OrvexRender, tells_that_a_text_has_too_many_lines) {
+    const TempDir folder;
+    std::string text;
+    for (int i = 0; i < 300; ++i)
+        text += "line\n";
+    const Outcome outcome = run_render(folder.path(), {sample(), "-s16x16", "-x", text, "-oa.jpg"});
+    EXPECT_EQ(outcome.code, 1);
+    EXPECT_EQ(outcome.errors, "orvex-render: the text has too many lines\n");
+}
+
+TEST(OrvexRender, tells_that_it_cant_print) {
+    const TempDir folder;
+    for (char const* words : {"--help", "--version", "--gl"}) {
+        const std::string command = std::string("exec '") + ORVEX_RENDER + "' " + words +
+                                    " >/dev/full 2>'" + folder.file("errors") + "'";
+        EXPECT_NE(std::system(command.c_str()), 0) << words;
+        EXPECT_EQ(content_of(folder.file("errors")),
+                  "orvex-render: can't write to standard output\n");
+    }
+}
+
+TEST(OrvexRender, draws_on_without_its_textures) {
+    const TempDir folder;
+    folder.write("m.mtl", "newmtl red\nKd 1 0 0\nmap_Kd none.png\n");
+    folder.write("m.obj", "mtllib m.mtl\nv 0 0 0\nv 1 0 0\nv 0 1 0\nusemtl red\nf 1 2 3\n");
+    const Outcome outcome = run_render(folder.path(), {"m.obj", "-s16x16"});
+    EXPECT_EQ(outcome.code, 0);
+    EXPECT_EQ(outcome.errors, "orvex-render: warning: texture none.png is missing or can't be "
+                              "read\nwrote m.jpg\n");
+    EXPECT_EQ(run_render(folder.path(), {"m.obj", "-s16x16", "-q"}).errors, "");
+}
+
+TEST(OrvexRender, makes_do_with_the_samples_that_there_are) {
+    const TempDir folder;
+    const Outcome outcome = run_render(folder.path(), {sample(), "-s16x16", "-m64", "-oa.jpg"});
+    EXPECT_EQ(outcome.code, 0);
+    EXPECT_TRUE(
+        has(outcome.errors, "orvex-render: warning: 64 samples per pixel aren't offered here; "))
+        << outcome.errors;
+}
+
+} // namespace

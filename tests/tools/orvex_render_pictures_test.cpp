@@ -1,0 +1,151 @@
+// The pictures that the program writes.
+
+#include <array>
+
+#include <gtest/gtest.h>
+
+#include "program_run.h"
+#include "support/picture.h"
+#include "support/temp_dir.h"
+
+namespace {
+
+using namespace orvex_test;
+using orvex::test::TempDir;
+
+/// The picture of a run.
+Picture picture_of(std::vector<std::string> words, std::string const& output = "a.jpg") {
+    const TempDir folder;
+    words.insert(words.end(), {"-o", "a.jpg", "-q"});
+    const Outcome outcome = run_render(folder.path(), words);
+    EXPECT_EQ(outcome.code, 0);
+    EXPECT_EQ(outcome.errors, "");
+    const std::optional<Picture> picture = read_picture(folder.file(output));
+    EXPECT_TRUE(picture.has_value()) << output;
+    return picture.value_or(Picture(1, 1));
+}
+
+/// Pictures are stored with losses, so that the last bit says nothing.
+void expect_golden(std::string const& name, Picture const& picture) {
+    EXPECT_TRUE(compare_with_golden(ORVEX_TEST_DATA_DIR "/golden", ORVEX_TEST_OUTPUT_DIR, name,
+                                    picture, false));
+}
+
+struct Row {
+    char const* golden;
+    std::vector<std::string> words;
+};
+
+class OrvexRenderPicture : public testing::TestWithParam<Row> {};
+
+TEST_P(OrvexRenderPicture, is_alike_on_both_paths) {
+    std::vector<std::string> words = GetParam().words;
+    words.push_back("--path=gl3");
+    const Picture gl3 = picture_of(words);
+    expect_golden(GetParam().golden, gl3);
+    words.back() = "--path=gl2";
+    EXPECT_TRUE(is_near(picture_of(words), gl3, {}));
+}
+
+std::vector<Row> rows() {
+    std::vector<Row> all = {
+        {"orvex_render", {sample(), "-s320x240"}},
+        {"orvex_render_angle", {sample(), "-s240x240", "-a-60", "-e70", "-z1.5", "-b#456"}},
+        {"orvex_render_wireframe", {sample(), "-s320x240", "-w", "-b", "white", "-m0"}},
+        {"orvex_render_text",
+         {sample(), "-s320x240", "-x", "A lighthouse,\\n{at sea}", "--text-color=#ffd080",
+          "--text-size=22", "--text-place=top-right"}},
+        {"orvex_render_flat", {sample(), "-s320x240", "--normals=flat", "-d0.6"}},
+        {"orvex_render_bunny",
+         {"/usr/share/glmark2/models/bunny.obj", "-s240x240", "-n", "smooth"}},
+    };
+#ifdef ORVEX_WITH_LIB3DS
+    all.push_back({"orvex_render_horse",
+                   {"/usr/share/glmark2/models/horse.3ds", "-s240x240", "--up", "-z", "-a", "60"}});
+#endif
+    return all;
+}
+
+INSTANTIATE_TEST_SUITE_P(Of, OrvexRenderPicture, testing::ValuesIn(rows()),
+                         [](testing::TestParamInfo<Row> const& row) {
+                             return std::string(row.param.golden);
+                         });
+
+TEST(OrvexRenderPicture, is_put_beside_the_caller_by_default) {
+    const TempDir folder;
+    EXPECT_EQ(run_render(folder.path(), {sample(), "-s33x17"}).code, 0);
+    const std::optional<Picture> picture = read_picture(folder.file("lighthouse.jpg"));
+    ASSERT_TRUE(picture.has_value());
+    EXPECT_EQ(picture->width, 33);
+    EXPECT_EQ(picture->height, 17);
+}
+
+TEST(OrvexRenderTurn, begins_at_the_azimuth_and_goes_around) {
+    const std::vector<std::string> turn = {sample(), "-s160x120", "-t4", "-a30"};
+    const Picture first = picture_of(turn, "a-001.jpg");
+    const Picture third = picture_of(turn, "a-003.jpg");
+    EXPECT_FALSE(is_near(first, third, {}));
+    const std::vector<std::string> from_behind = {sample(), "-s160x120", "-t4", "-a210"};
+    EXPECT_TRUE(is_near(picture_of(from_behind, "a-001.jpg"), third, {}));
+}
+
+TEST(OrvexRenderBackground, has_its_color) {
+    const Picture picture = picture_of({sample(), "-s64x48", "-b", "#2080c0"});
+    const std::array<int, 3> wanted = {0x20, 0x80, 0xc0};
+    for (std::size_t i = 0; i < wanted.size(); ++i)
+        EXPECT_NEAR(picture.at(0, 0)[i], wanted[i], 4);
+}
+
+/// How many shades lie between a black model and white behind it.
+int shades_at_edges(char const* samples) {
+    const TempDir folder;
+    folder.write("m.mtl", "newmtl black\nKd 0 0 0\n");
+    const std::string model =
+        folder.write("m.obj", "mtllib m.mtl\nv 0 0 0\nv 9 1 0\nv 5 8 0\nusemtl black\nf 1 2 3\n");
+    const Picture picture =
+        picture_of({model, "-s128x128", "-b", "white", "-a0", "-e0", "-m", samples});
+    int between = 0;
+    for (int y = 0; y < picture.height; ++y)
+        for (int x = 0; x < picture.width; ++x)
+            between += picture.at(x, y)[1] > 90 && picture.at(x, y)[1] < 165;
+    return between;
+}
+
+TEST(OrvexRenderSamples, smooth_edges) {
+    // JPEG leaves some shades at any edge; four samples put far more there.
+    EXPECT_GT(shades_at_edges("4"), 2 * shades_at_edges("0"));
+}
+
+TEST(OrvexRenderFont, is_read_from_a_file) {
+    const std::string font = ORVEX_RENDER_SOURCES "/font/plain.xml";
+    const std::vector<std::string> words = {sample(), "-s160x120", "-x", "Words", "--text-size=30"};
+    std::vector<std::string> with_font = words;
+    with_font.insert(with_font.end(), {"--font", font});
+    const Picture builtin = picture_of(words);
+    // The same sheet, but for the mipmaps that one from a file has.
+    EXPECT_TRUE(is_near(picture_of(with_font), builtin, {48, 0.02}));
+    EXPECT_FALSE(is_near(picture_of({sample(), "-s160x120"}), builtin, {48, 0.02}));
+}
+
+TEST(OrvexRenderTransparency, shows_what_is_behind) {
+    const TempDir folder;
+    folder.write("m.mtl", "newmtl back\nKd 1 0 0\nnewmtl front\nKd 0 0 1\nd 0.5\n");
+    const std::string model =
+        folder.write("m.obj", "mtllib m.mtl\nv -1 -1 0\nv 1 -1 0\nv 1 1 0\nv -1 1 0\n"
+                              "v -1 -1 1\nv 1 -1 1\nv 1 1 1\nv -1 1 1\n"
+                              "usemtl front\nf 5 6 7 8\nusemtl back\nf 1 2 3 4\n");
+    const Picture picture = picture_of({model, "-s64x64", "-a0", "-e0", "-b", "black"});
+    unsigned char const* const middle = picture.at(32, 32);
+    EXPECT_GT(middle[0], 40);
+    EXPECT_GT(middle[2], 40);
+}
+
+TEST(OrvexRenderNormals, are_made_up_where_the_file_has_bad_ones) {
+    const TempDir folder;
+    const std::string model =
+        folder.write("m.obj", "v -1 -1 0\nv 1 -1 0\nv 1 1 0\nvn 0 0 0\nf 1//1 2//1 3//1\n");
+    const Picture picture = picture_of({model, "-s64x64", "-a0", "-e0", "-b", "black"});
+    EXPECT_GT(picture.at(40, 36)[1], 60);
+}
+
+} // namespace

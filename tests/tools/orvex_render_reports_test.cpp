@@ -1,0 +1,127 @@
+// What the program prints instead of a picture, and what it says beside one.
+
+#include <filesystem>
+#include <regex>
+
+#include <gtest/gtest.h>
+
+#include "program_run.h"
+#include "support/temp_dir.h"
+
+namespace {
+
+using namespace orvex_test;
+using orvex::test::TempDir;
+
+TEST(OrvexRenderInfo, tells_what_a_model_holds) {
+    const TempDir folder;
+    folder.write("m.mtl", "newmtl red\nKd 1 0 0\nd 0.5\nmap_Kd none.png\n"
+                          "newmtl blue\nKd 0 0 1\nillum 2\nKs 0.1 0.2 0.3\nNs 8\n");
+    folder.write("m.obj", "mtllib m.mtl\nv 0 0 0\nv 1 0 0\nv 0 1 0\nv 1 1 0\n"
+                          "g left\nusemtl red\nf 1 2 3\ng right\nusemtl blue\nf 2 4 3\nf 1 2 4\n");
+    const Outcome outcome = run_render(folder.path(), {"--info", "m.obj"});
+    EXPECT_EQ(outcome.code, 0);
+    EXPECT_EQ(outcome.errors, "");
+    for (char const* line :
+         {"model: m.obj\n", "\nmeshes: 2\n", "  left: vertices 3, faces 1\n",
+          "  right: vertices 6, faces 2\n", "\nvertices: 9\n", "\nfaces: 3\n", "\nmaterials: 2\n",
+          "  red: diffuse 1 0 0, ", "opacity 0.5, textures 0\n",
+          "  blue: diffuse 0 0 1, specular 0.1 0.2 0.3, ", "\ntextures found: 0\n",
+          "\ntextures missing: 1\n  none.png\n"})
+        EXPECT_TRUE(has(outcome.out, line)) << line << "in\n" << outcome.out;
+}
+
+TEST(OrvexRenderInfo, tells_the_sizes_of_textures_and_each_once) {
+    const Outcome outcome = run_render("/", {"-i", sample()});
+    EXPECT_EQ(outcome.code, 0);
+    EXPECT_TRUE(has(outcome.out, "\nvertices: 27246\nfaces: 9082\nmaterials: 9\n")) << outcome.out;
+    EXPECT_TRUE(has(outcome.out, "\ntextures found: 4\n  " ORVEX_EXAMPLE_DATA
+                                 "/lighthouse_water.png: 256x256\n"))
+        << outcome.out;
+    EXPECT_TRUE(has(outcome.out, "\ntextures missing: 0\n"));
+}
+
+#ifdef ORVEX_WITH_LIB3DS
+TEST(OrvexRenderInfo, tells_of_3ds_files) {
+    const Outcome outcome = run_render("/usr/share/glmark2/models", {"-i", "cat.3ds"});
+    EXPECT_EQ(outcome.code, 0);
+    EXPECT_TRUE(has(outcome.out, "vertices: 7340\nfaces: 14348\nmaterials: 1\n")) << outcome.out;
+}
+#endif
+
+TEST(OrvexRenderGl, tells_what_the_context_offers) {
+    for (char const* path : {"--path=gl2", "--path=gl3"}) {
+        const Outcome outcome = run_render("/", {"--gl", path});
+        EXPECT_EQ(outcome.code, 0);
+        EXPECT_EQ(outcome.errors, "");
+        const std::regex lines("device: .+\ndriver: .+\nOpenGL: .+\nshading language: .+\n"
+                               "largest texture: [1-9][0-9]+\ntexture units: [1-9][0-9]*\n"
+                               "samples per pixel: [0-9]+\ncolour attachments: [1-9][0-9]*\n"
+                               "vertex attributes: [1-9][0-9]*\nanisotropic filtering: [0-9.]+\n"
+                               "instancing: (yes|no)\n(compute work group: [0-9x]+\n)?"
+                               "extensions: [1-9][0-9]*\n");
+        EXPECT_TRUE(std::regex_match(outcome.out, lines)) << outcome.out;
+    }
+}
+
+TEST(OrvexRenderGl, lists_the_extensions_when_verbose) {
+    const Outcome outcome = run_render("/", {"--gl", "-v"});
+    EXPECT_EQ(outcome.code, 0);
+    EXPECT_TRUE(std::regex_search(outcome.out, std::regex("\nextensions: [1-9][0-9]*\n  GL_")))
+        << outcome.out;
+    EXPECT_TRUE(has(outcome.errors, "plugin_core_opengl")) << outcome.errors;
+}
+
+TEST(OrvexRenderMessages, are_as_many_as_asked_for) {
+    const TempDir folder;
+    const std::vector<std::string> words = {sample(), "-s16x16", "-oa.jpg"};
+    const auto errors_with = [&](char const* option) {
+        std::vector<std::string> all = words;
+        all.push_back(option);
+        const Outcome outcome = run_render(folder.path(), all);
+        EXPECT_EQ(outcome.code, 0);
+        EXPECT_EQ(outcome.out, "");
+        return outcome.errors;
+    };
+    EXPECT_EQ(errors_with("-m0"), "wrote a.jpg\n");
+    EXPECT_EQ(errors_with("--quiet"), "");
+    const std::string verbose = errors_with("--verbose");
+    EXPECT_TRUE(has(verbose, "wrote a.jpg\n"));
+    EXPECT_TRUE(has(verbose, "orvex stopped ok."));
+}
+
+TEST(OrvexRenderMessages, leave_no_log_file) {
+    const TempDir folder;
+    run_render(folder.path(), {sample(), "-s16x16", "-oa.jpg"});
+    int files = 0;
+    for (auto const& entry : std::filesystem::directory_iterator(folder.path())) {
+        EXPECT_EQ(entry.path().filename(), "a.jpg");
+        ++files;
+    }
+    EXPECT_EQ(files, 1);
+}
+
+TEST(OrvexRenderProgress, is_shown_on_a_terminal) {
+    const TempDir folder;
+    const Outcome outcome =
+        run_render_on_terminal(folder.path(), {sample(), "-t3", "-s16x16", "-oa.jpg"});
+    EXPECT_EQ(outcome.code, 0);
+    const std::regex bar("\r\\[\\.+\\]  0/3\x1b\\[K"
+                         "\r\\[#+\\.+\\]  1/3  [0-9:]+ left\x1b\\[K"
+                         "\r\\[#+\\.+\\]  2/3  [0-9:]+ left\x1b\\[K"
+                         "\r\\[#+\\]  3/3  [0-9:]+\x1b\\[K\r\n"
+                         "wrote 3 pictures, a-001\\.jpg to a-003\\.jpg\r\n");
+    EXPECT_TRUE(std::regex_match(outcome.errors, bar)) << outcome.errors;
+}
+
+TEST(OrvexRenderProgress, is_not_shown_elsewhere_nor_when_quiet_nor_for_one_picture) {
+    const TempDir folder;
+    EXPECT_EQ(run_render(folder.path(), {sample(), "-t2", "-s16x16", "-oa.jpg"}).errors,
+              "wrote 2 pictures, a-001.jpg to a-002.jpg\n");
+    EXPECT_EQ(
+        run_render_on_terminal(folder.path(), {sample(), "-qt2", "-s16x16", "-oa.jpg"}).errors, "");
+    EXPECT_EQ(run_render_on_terminal(folder.path(), {sample(), "-s16x16", "-oa.jpg"}).errors,
+              "wrote a.jpg\r\n");
+}
+
+} // namespace

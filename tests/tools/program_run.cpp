@@ -1,0 +1,106 @@
+#include "program_run.h"
+
+#include <array>
+#include <cstdlib>
+#include <thread>
+
+#include <gtest/gtest.h>
+
+#include <fcntl.h>
+#include <pty.h>
+#include <sys/ioctl.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace orvex_test {
+
+namespace {
+
+std::string read_all(int file) {
+    std::string text;
+    std::array<char, 4096> part;
+    // A terminal whose other side is closed gives an error at its end.
+    for (ssize_t count; (count = read(file, part.data(), part.size())) > 0;)
+        text.append(part.data(), static_cast<std::size_t>(count));
+    close(file);
+    return text;
+}
+
+/// In the child: becomes the program.
+[[noreturn]] void become(std::string const& folder, std::vector<std::string> const& arguments,
+                         std::vector<std::string> const& environment) {
+    std::vector<char*> words{const_cast<char*>(ORVEX_RENDER)};
+    for (std::string const& argument : arguments)
+        words.push_back(const_cast<char*>(argument.c_str()));
+    words.push_back(nullptr);
+    for (std::string const& setting : environment)
+        putenv(const_cast<char*>(setting.c_str()));
+    if (chdir(folder.c_str()) == 0)
+        execv(ORVEX_RENDER, words.data());
+    _exit(127);
+}
+
+/// Two ends of a stream of the program: which it writes, and which is read here.
+struct Stream {
+    int theirs = -1;
+    int ours = -1;
+};
+
+Stream open_pipe() {
+    std::array<int, 2> ends{-1, -1};
+    EXPECT_EQ(pipe2(ends.data(), O_CLOEXEC), 0);
+    return {ends[1], ends[0]};
+}
+
+Stream open_terminal() {
+    Stream stream;
+    winsize size{};
+    size.ws_col = 60;
+    size.ws_row = 20;
+    EXPECT_EQ(openpty(&stream.ours, &stream.theirs, nullptr, nullptr, &size), 0);
+    fcntl(stream.ours, F_SETFD, FD_CLOEXEC);
+    return stream;
+}
+
+Outcome run(std::string const& folder, std::vector<std::string> const& arguments,
+            std::vector<std::string> const& environment, Stream const& errors) {
+    const Stream out = open_pipe();
+    const pid_t child = fork();
+    if (child == 0) {
+        dup2(out.theirs, STDOUT_FILENO);
+        dup2(errors.theirs, STDERR_FILENO);
+        become(folder, arguments, environment);
+    }
+    close(out.theirs);
+    close(errors.theirs);
+    Outcome outcome;
+    std::thread reader([&] { outcome.errors = read_all(errors.ours); });
+    outcome.out = read_all(out.ours);
+    reader.join();
+    int status = 0;
+    waitpid(child, &status, 0);
+    outcome.code = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    return outcome;
+}
+
+} // namespace
+
+Outcome run_render(std::string const& folder, std::vector<std::string> const& arguments,
+                   std::vector<std::string> const& environment) {
+    return run(folder, arguments, environment, open_pipe());
+}
+
+Outcome run_render_on_terminal(std::string const& folder,
+                               std::vector<std::string> const& arguments) {
+    return run(folder, arguments, {}, open_terminal());
+}
+
+bool has(std::string const& text, std::string const& part) {
+    return text.find(part) != std::string::npos;
+}
+
+std::string sample() {
+    return ORVEX_EXAMPLE_DATA "/lighthouse.obj";
+}
+
+} // namespace orvex_test

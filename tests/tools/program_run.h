@@ -1,0 +1,32 @@
+#pragma once
+
+/// @file
+/// Runs orvex-render and keeps what it says.
+
+#include <string>
+#include <vector>
+
+namespace orvex_test {
+
+/// What a run gave.
+struct Outcome {
+    int code = -1;      ///< the exit code; -1 if it ended another way
+    std::string out;    ///< standard output
+    std::string errors; ///< standard error
+};
+
+/// Runs the program in a folder.
+/// @param environment  settings as "NAME=value" that are added
+Outcome run_render(std::string const& folder, std::vector<std::string> const& arguments,
+                   std::vector<std::string> const& environment = {});
+
+/// The same with a terminal of 60 columns as its standard error.
+Outcome run_render_on_terminal(std::string const& folder,
+                               std::vector<std::string> const& arguments);
+
+bool has(std::string const& text, std::string const& part);
+
+/// The sample model.
+std::string sample();
+
+} // namespace orvex_test
