@@ -7,7 +7,6 @@ set(CPACK_RESOURCE_FILE_LICENSE "${PROJECT_SOURCE_DIR}/LICENSE")
 set(CPACK_VERBATIM_VARIABLES ON)
 set(CPACK_STRIP_FILES ON)
 set(CPACK_GENERATOR DEB)
-set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
 
 set(CPACK_COMPONENTS_ALL runtime dev)
 set(CPACK_COMPONENT_DEV_DEPENDS runtime)
@@ -31,19 +30,19 @@ set(CPACK_DEBIAN_RUNTIME_PACKAGE_SECTION libs)
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_GENERATE_SHLIBS ON)
 set(CPACK_COMPONENT_RUNTIME_DESCRIPTION "${PROJECT_DESCRIPTION}: the shared library
- It loads models, builds scenes and draws them with OpenGL 2, 3.x and 4.x, in a window or with no
- display at all.")
+It loads models, builds scenes and draws them with OpenGL 2, 3.x and 4.x, in a window or with no
+display at all.")
 
 set(CPACK_DEBIAN_DEV_PACKAGE_NAME liborvex-dev)
 set(CPACK_DEBIAN_DEV_PACKAGE_SECTION libdevel)
 set(CPACK_COMPONENT_DEV_DESCRIPTION "${PROJECT_DESCRIPTION}: headers for hosts
- Headers, and what CMake and pkg-config want to know to build a host against the library.")
+Headers, and what CMake and pkg-config want to know to build a host against the library.")
 
 set(CPACK_DEBIAN_TOOLS_PACKAGE_NAME orvex-tools)
 set(CPACK_DEBIAN_TOOLS_PACKAGE_SECTION graphics)
 set(CPACK_DEBIAN_TOOLS_PACKAGE_SHLIBDEPS ON)
 set(CPACK_COMPONENT_TOOLS_DESCRIPTION "${PROJECT_DESCRIPTION}: pictures from model files
- orvex-render draws a model file to a picture, from the command line and with no display.")
+orvex-render draws a model file to a picture, from the command line and with no display.")
 
 set(CPACK_SOURCE_GENERATOR TGZ)
 set(CPACK_SOURCE_PACKAGE_FILE_NAME orvex-${PROJECT_VERSION})

@@ -7,14 +7,16 @@
 #   scripts/setup.sh test     that, and what the tests need
 #   scripts/setup.sh bench    that, and the benchmark library with the peers it compares with
 #   scripts/setup.sh fuzz     that, and clang for the fuzz targets
+#   scripts/setup.sh package  that, and what Debian packages are made with
 set -euo pipefail
 
 build=(cmake g++ ninja-build pkg-config libegl-dev libopengl-dev libgl-dev libstb-dev libtinyxml2-dev
        libegl-mesa0 libgl1-mesa-dri)
 test=(python3 libgtest-dev zlib1g-dev libjpeg62-turbo-dev libx11-dev libxtst-dev libwayland-dev
-      libglfw3-dev libsdl2-dev xvfb weston libglut3.12 clang clang-format doxygen glmark2-data)
+      libglfw3-dev libsdl2-dev xvfb weston libglut3.12 clang clang-format doxygen dpkg-dev file groff-base glmark2-data)
 bench=(libbenchmark-dev libtinyobjloader-dev libglm-dev libspdlog-dev libjpeg62-turbo-dev)
 fuzz=(clang libclang-rt-14-dev)
+package=(dpkg-dev file)
 
 wanted=("${build[@]}")
 case "${1:-}" in
@@ -22,13 +24,14 @@ case "${1:-}" in
   test) wanted+=("${test[@]}") ;;
   bench) wanted+=("${bench[@]}") ;;
   fuzz) wanted+=("${fuzz[@]}") ;;
-  *) echo "usage: scripts/setup.sh [test|bench|fuzz]" >&2; exit 2 ;;
+  package) wanted+=("${package[@]}") ;;
+  *) echo "usage: scripts/setup.sh [test|bench|fuzz|package]" >&2; exit 2 ;;
 esac
 
 missing=()
-for package in "${wanted[@]}"; do
-  dpkg-query -W -f='${Status}' "$package" 2>/dev/null | grep -q 'install ok installed' ||
-    missing+=("$package")
+for name in "${wanted[@]}"; do
+  dpkg-query -W -f='${Status}' "$name" 2>/dev/null | grep -q 'install ok installed' ||
+    missing+=("$name")
 done
 
 install_missing() {

@@ -1,6 +1,9 @@
-# Installs the engine into a prefix of its own, builds the host against it and runs it there.
+# Installs the engine into a prefix of its own, moves it, builds the host against it and runs it
+# there: by CMake's package, and by pkg-config.
 #
 # Expects BUILD_DIR, HOST_DIR, WORK_DIR, GENERATOR, CXX_COMPILER and CXX_FLAGS.
+
+cmake_minimum_required(VERSION 3.25)
 
 file(REMOVE_RECURSE "${WORK_DIR}")
 file(MAKE_DIRECTORY "${WORK_DIR}")
@@ -12,15 +15,65 @@ function(run)
   endif()
 endfunction()
 
+function(expect_shot_of host)
+  file(REMOVE "${WORK_DIR}/shot.jpg")
+  run(${host} "${HOST_DIR}/" "${WORK_DIR}/shot.jpg")
+  file(READ "${WORK_DIR}/shot.jpg" start LIMIT 3 HEX)
+  if(NOT start STREQUAL "ffd8ff")
+    message(FATAL_ERROR "shot.jpg is no JPEG file: ${start}")
+  endif()
+endfunction()
+
 run("${CMAKE_COMMAND}" --install "${BUILD_DIR}" --prefix "${WORK_DIR}/prefix")
+file(RENAME "${WORK_DIR}/prefix" "${WORK_DIR}/moved")
+set(prefix "${WORK_DIR}/moved")
+
+# --- find_package
+
 run("${CMAKE_COMMAND}" -S "${HOST_DIR}" -B "${WORK_DIR}/build" -G "${GENERATOR}"
-  "-DCMAKE_PREFIX_PATH=${WORK_DIR}/prefix"
+  "-DCMAKE_PREFIX_PATH=${prefix}"
   "-DCMAKE_CXX_COMPILER=${CXX_COMPILER}"
   "-DCMAKE_CXX_FLAGS=${CXX_FLAGS}")
 run("${CMAKE_COMMAND}" --build "${WORK_DIR}/build")
-run("${WORK_DIR}/build/host" "${HOST_DIR}/" "${WORK_DIR}/shot.jpg")
+expect_shot_of("${WORK_DIR}/build/host")
 
-file(READ "${WORK_DIR}/shot.jpg" start LIMIT 3 HEX)
-if(NOT start STREQUAL "ffd8ff")
-  message(FATAL_ERROR "shot.jpg is no JPEG file: ${start}")
+# --- The versions that a host may ask for: those of the same minor number, up to this one
+
+file(GLOB_RECURSE version_file "${prefix}/*/orvex-config-version.cmake")
+function(expect_version version major minor patch wanted)
+  set(PACKAGE_FIND_VERSION "${version}")
+  set(PACKAGE_FIND_VERSION_MAJOR ${major})
+  set(PACKAGE_FIND_VERSION_MINOR ${minor})
+  set(PACKAGE_FIND_VERSION_PATCH ${patch})
+  set(PACKAGE_VERSION_COMPATIBLE FALSE)
+  set(CMAKE_SIZEOF_VOID_P "")
+  include("${version_file}")
+  if(NOT PACKAGE_VERSION_COMPATIBLE STREQUAL wanted)
+    message(FATAL_ERROR "version ${version}: ${PACKAGE_VERSION_COMPATIBLE}, not ${wanted}")
+  endif()
+endfunction()
+expect_version(0.9 0 9 0 TRUE)
+expect_version(0.9.0 0 9 0 TRUE)
+expect_version(0.9.1 0 9 1 FALSE)
+expect_version(0.8 0 8 0 FALSE)
+expect_version(0.10 0 10 0 FALSE)
+expect_version(1.0 1 0 0 FALSE)
+
+# --- pkg-config
+
+file(GLOB_RECURSE pc_file "${prefix}/*/orvex.pc")
+cmake_path(GET pc_file PARENT_PATH pc_dir)
+set(ENV{PKG_CONFIG_PATH} "${pc_dir}")
+set(ENV{PKG_CONFIG_ALLOW_SYSTEM_LIBS} 1)
+execute_process(COMMAND pkg-config --cflags --libs "orvex >= 0.9" OUTPUT_VARIABLE flags
+  RESULT_VARIABLE result OUTPUT_STRIP_TRAILING_WHITESPACE)
+if(NOT result EQUAL 0 OR NOT flags MATCHES "-lorvex_r_osx")
+  message(FATAL_ERROR "pkg-config gives '${flags}'")
 endif()
+separate_arguments(flags UNIX_COMMAND "${flags}")
+separate_arguments(own_flags UNIX_COMMAND "${CXX_FLAGS}")
+run("${CXX_COMPILER}" -std=c++17 -Wall -Wextra -Wpedantic -Werror ${own_flags}
+  "${HOST_DIR}/main.cpp" -o "${WORK_DIR}/host" ${flags})
+cmake_path(GET pc_dir PARENT_PATH libdir)
+set(ENV{LD_LIBRARY_PATH} "${libdir}")
+expect_shot_of("${WORK_DIR}/host")

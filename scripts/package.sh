@@ -1,0 +1,13 @@
+#!/usr/bin/env bash
+# Makes the Debian packages and the source tarball, in out/packages: liborvex0.9 (the library),
+# liborvex-dev (what hosts are built with) and orvex-tools (orvex-render).
+set -euo pipefail
+cd "$(dirname "$0")/.."
+
+scripts/setup.sh package
+cmake --preset package >/dev/null
+cmake --build --preset package
+cpack --config build/package/CPackConfig.cmake -B out/packages
+cpack --config build/package/CPackSourceConfig.cmake -B out/packages
+rm -rf out/packages/_CPack_Packages
+ls -l out/packages

@@ -1,0 +1,114 @@
+# Makes the packages of a build, unpacks them into an empty root, and works there: a host is built
+# and run, the tool renders. Then makes the source tarball and configures what is in it.
+#
+# Expects SOURCE_DIR, BUILD_DIR, HOST_DIR, WORK_DIR, GENERATOR, CXX_COMPILER, VERSION and SOVERSION.
+
+cmake_minimum_required(VERSION 3.25)
+
+file(REMOVE_RECURSE "${WORK_DIR}")
+file(MAKE_DIRECTORY "${WORK_DIR}/root")
+set(root "${WORK_DIR}/root")
+
+# run(<command>): its output is in `output`.
+macro(run)
+  execute_process(COMMAND ${ARGN} WORKING_DIRECTORY "${WORK_DIR}" COMMAND_ECHO STDOUT
+    RESULT_VARIABLE result OUTPUT_VARIABLE output ERROR_VARIABLE errors)
+  if(NOT result EQUAL 0)
+    message(FATAL_ERROR "failed: ${result}\n${output}\n${errors}")
+  endif()
+endmacro()
+
+function(expect_match text expression what)
+  if(NOT text MATCHES "${expression}")
+    message(FATAL_ERROR "${what} lacks ${expression}:\n${text}")
+  endif()
+endfunction()
+
+function(expect_one_file pattern)
+  file(GLOB found LIST_DIRECTORIES FALSE "${root}/${pattern}")
+  list(LENGTH found count)
+  if(NOT count EQUAL 1)
+    message(FATAL_ERROR "${pattern} is there ${count} times")
+  endif()
+endfunction()
+
+function(expect_jpeg file)
+  file(READ "${file}" start LIMIT 3 HEX)
+  if(NOT start STREQUAL "ffd8ff")
+    message(FATAL_ERROR "${file} is no JPEG file: ${start}")
+  endif()
+endfunction()
+
+# --- Debian packages
+
+run(cpack --config "${BUILD_DIR}/CPackConfig.cmake" -G DEB -B "${WORK_DIR}/packages")
+run(dpkg --print-architecture)
+string(STRIP "${output}" architecture)
+
+function(depends_of package variable)
+  run(dpkg-deb -f "${WORK_DIR}/packages/${package}_${VERSION}_${architecture}.deb" Depends)
+  set(${variable} "${output}" PARENT_SCOPE)
+endfunction()
+
+set(runtime liborvex${SOVERSION})
+depends_of(${runtime} depends)
+foreach(library libc6 libegl1 libopengl0 "libstdc[+][+]6" libtinyxml2)
+  expect_match("${depends}" "${library}" "what ${runtime} depends on")
+endforeach()
+foreach(package liborvex-dev orvex-tools)
+  depends_of(${package} depends)
+  expect_match("${depends}" "${runtime} \\(= ${VERSION}\\)" "what ${package} depends on")
+endforeach()
+
+foreach(package ${runtime} liborvex-dev orvex-tools)
+  run(dpkg-deb -x "${WORK_DIR}/packages/${package}_${VERSION}_${architecture}.deb" "${root}")
+endforeach()
+file(GLOB top RELATIVE "${root}" "${root}/*")
+if(NOT top STREQUAL "usr")
+  message(FATAL_ERROR "outside of usr: ${top}")
+endif()
+file(GLOB_RECURSE libdir "${root}/usr/lib*/liborvex_r_osx.so.${VERSION}")
+cmake_path(GET libdir PARENT_PATH libdir)
+cmake_path(RELATIVE_PATH libdir BASE_DIRECTORY "${root}")
+foreach(file
+    ${libdir}/liborvex_r_osx.so.${SOVERSION} ${libdir}/liborvex_r_osx.so
+    ${libdir}/pkgconfig/orvex.pc ${libdir}/cmake/orvex/orvex-config.cmake
+    usr/include/orvex/orvex.h usr/include/orvex/scene/camera.h usr/share/doc/orvex/LICENSE
+    usr/bin/orvex-render usr/share/man/man1/orvex-render.1
+    usr/share/bash-completion/completions/orvex-render)
+  expect_one_file("${file}")
+endforeach()
+
+# --- A host and the tool, from the root
+
+run("${CMAKE_COMMAND}" -S "${HOST_DIR}" -B "${WORK_DIR}/host" -G "${GENERATOR}"
+  "-DCMAKE_PREFIX_PATH=${root}/usr" "-DCMAKE_CXX_COMPILER=${CXX_COMPILER}")
+run("${CMAKE_COMMAND}" --build "${WORK_DIR}/host")
+run("${WORK_DIR}/host/host" "${HOST_DIR}/" "${WORK_DIR}/host.jpg")
+expect_jpeg("${WORK_DIR}/host.jpg")
+run("${root}/usr/bin/orvex-render" "${HOST_DIR}/square.obj" --size 64x48 --text Hello
+  --output "${WORK_DIR}/tool.jpg")
+expect_jpeg("${WORK_DIR}/tool.jpg")
+
+# --- The source tarball
+
+run(cpack --config "${BUILD_DIR}/CPackSourceConfig.cmake" -G TGZ -B "${WORK_DIR}/source")
+run("${CMAKE_COMMAND}" -E chdir "${WORK_DIR}/source"
+  "${CMAKE_COMMAND}" -E tar xzf "orvex-${VERSION}.tar.gz")
+set(source "${WORK_DIR}/source/orvex-${VERSION}")
+foreach(stranger .git build out deps)
+  if(EXISTS "${source}/${stranger}")
+    message(FATAL_ERROR "the tarball holds ${stranger}")
+  endif()
+endforeach()
+if(EXISTS "${SOURCE_DIR}/.git")
+  run(git -C "${SOURCE_DIR}" ls-files)
+  string(REGEX REPLACE "\n" ";" files "${output}")
+  foreach(file IN LISTS files)
+    if(EXISTS "${SOURCE_DIR}/${file}" AND NOT EXISTS "${source}/${file}")
+      message(FATAL_ERROR "the tarball lacks ${file}")
+    endif()
+  endforeach()
+endif()
+run("${CMAKE_COMMAND}" -S "${source}" -B "${WORK_DIR}/source/build" -G "${GENERATOR}"
+  "-DCMAKE_CXX_COMPILER=${CXX_COMPILER}" -DORVEX_BUILD_TESTS=OFF -DORVEX_WITH_LIB3DS=OFF)
