@@ -59,6 +59,8 @@ std::string ModelStage::load(std::string const& path) {
         return path + ": no loader can read it as a model";
     view = std::make_unique<ModelView>(renderer, model);
     view->load_textures(folder, nullptr);
+    if (file.extension() == ".3ds")
+        view->smooth_normals();
     view->use_program(program, true);
     return {};
 }

@@ -79,6 +79,13 @@ void ModelView::load_textures(std::string const& folder, std::FILE* lines) {
     }
 }
 
+void ModelView::smooth_normals() {
+    for (Mesh* mesh : meshes) {
+        mesh->compute_faces_normal(nullptr);
+        mesh->compute_vertices_normal(nullptr);
+    }
+}
+
 void ModelView::use_program(GpuProgram* new_program, bool gl3) {
     program = new_program;
     for (Mesh* mesh : meshes)

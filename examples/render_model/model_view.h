@@ -33,6 +33,8 @@ public:
     /// @param folder  what stands before the names, with its slash
     /// @param lines   where each is told; null tells nothing
     void load_textures(std::string const& folder, std::FILE* lines);
+    /// Makes each vertex's normal the mean of its faces', for files that hold none.
+    void smooth_normals();
     /// Puts the meshes and materials on a drawing path, and gives them their program.
     void use_program(orvex::GpuProgram* program, bool gl3);
     /// Places the camera so that the whole model is seen.

@@ -86,7 +86,10 @@ void run(GLFWwindow* window, Viewer& viewer) {
         glfwGetFramebufferSize(window, &width, &height);
         viewer.draw(width, height);
         glfwSwapBuffers(window);
-        moving ? glfwPollEvents() : glfwWaitEvents();
+        if (moving)
+            glfwPollEvents();
+        else
+            glfwWaitEvents();
     }
 }
 

@@ -90,7 +90,9 @@ public:
     /// @param height  as `width`
     /// @param msaa    "Off", "2X MSAA", "4X MSAA" or "8X MSAA", matched exactly. Null and any other
     ///                text mean no multisampling.
-    /// @param parent  window to share textures, buffers and programs with, or null
+    /// @param parent  window to share textures, buffers and programs with, or null. Sharing works
+    ///                within one native connection; on Wayland both need a drawable, as it has
+    ///                no off-screen surfaces.
     /// @param extra   the request; null asks for a record of defaults
     /// @return false, with nothing logged, when no configuration or no context could be had. A
     ///         version that the driver can't give is no failure: see `get_api_3d`.
