@@ -286,7 +286,7 @@ TEST(Lib3dsCheck, survives_any_byte_that_is_another) {
     const std::string whole = full_file();
     unsigned refused = 0;
     for (std::size_t i = 0; i < whole.size(); ++i) {
-        for (const int value : {0x00, 0x01, 0x7F, 0x80, 0xFF}) {
+        for (const int value : {0x00, 0xFF}) {
             std::string broken = whole;
             broken[i] = static_cast<char>(value);
             refused += !load(broken);

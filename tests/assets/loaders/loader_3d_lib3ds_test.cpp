@@ -361,9 +361,9 @@ TEST_F(Loader3D_Lib3dsTest, gives_corner_normals_to_vertices_by_number) {
     for (unsigned long i = 3; i < 6; ++i)
         expect_vec4(mesh_at(0)->get_vertex_normal(i), 0, 0, 1, 0);
     // There are no more corners.
-    Mesh fresh;
+    MeshData fresh;
     ASSERT_TRUE(fresh.alloc_vertex_data(1));
-    const vec4 untouched = fresh.get_vertex_normal(0);
+    const vec3 untouched = fresh.get_normal(0);
     for (unsigned long i = 6; i < 8; ++i)
         expect_vec4(mesh_at(0)->get_vertex_normal(i), untouched.x, untouched.y, untouched.z, 0);
 }
