@@ -75,17 +75,24 @@ public:
         , default_material_(MaterialMgr::get()->create_material(nullptr)) {}
 
     void build() {
+        if (store_.index_bits == 16)
+            fill_indices(store_.faces_u16);
+        else
+            fill_indices(store_.faces_u32);
         for (std::uint32_t i = 0; i < record_.num_faces; ++i) {
-            set_indices(i);
             set_normal(i);
             store_.face_materials[i] = material_of(i);
         }
     }
 
 private:
-    void set_indices(std::uint32_t i) {
-        const auto& from = record_.faces[i];
-        mesh_.set_face_indexes(i, from[0], from[1], from[2]);
+    template<class Face>
+    void fill_indices(Face* to) {
+        for (std::uint32_t i = 0; i < record_.num_faces; ++i) {
+            to[i].a = record_.faces[i][0];
+            to[i].b = record_.faces[i][1];
+            to[i].c = record_.faces[i][2];
+        }
     }
 
     /// The normals are those of corners, and these are not turned as those of vertices are.
@@ -98,7 +105,7 @@ private:
     }
 
     int material_of(std::uint32_t i) {
-        const std::uint32_t index = record_.face_materials[i].material;
+        const std::uint32_t index = record_.face_materials ? record_.face_materials[i].material : 0;
         if (index >= is_added_.size() || materials_[index].material == nullptr)
             return default_material_id();
         if (!is_added_[index]) {

@@ -40,15 +40,39 @@ long tell(void* self) {
 }
 
 /// lib3ds takes what it asked for as read: behind the end there are zeros.
-std::size_t read(void* self, void* buffer, std::size_t count) {
-    auto& stream = *static_cast<MemoryStream*>(self);
-    const std::size_t left = stream.size - std::min(stream.position, stream.size);
-    const std::size_t got = std::min(count, left);
-    std::memcpy(buffer, stream.bytes + (stream.size - left), got);
-    if (got < count)
-        std::memset(static_cast<char*>(buffer) + got, 0, count - got);
+std::size_t read_to_the_end(MemoryStream& stream, void* buffer, std::size_t count) {
+    const std::size_t got = stream.size - std::min(stream.position, stream.size);
+    std::memset(buffer, 0, count);
+    std::memcpy(buffer, stream.bytes + (stream.size - got), got);
     stream.position += count;
     return got;
+}
+
+template<std::size_t COUNT>
+std::size_t copy(MemoryStream& stream, void* buffer) {
+    std::memcpy(buffer, stream.bytes + stream.position, COUNT);
+    stream.position += COUNT;
+    return COUNT;
+}
+
+/// Called for every single number.
+std::size_t read(void* self, void* buffer, std::size_t count) {
+    auto& stream = *static_cast<MemoryStream*>(self);
+    if (stream.position > stream.size || count > stream.size - stream.position)
+        return read_to_the_end(stream, buffer, count);
+    switch (count) {
+    case 1:
+        return copy<1>(stream, buffer);
+    case 2:
+        return copy<2>(stream, buffer);
+    case 4:
+        return copy<4>(stream, buffer);
+    default:
+        break;
+    }
+    std::memcpy(buffer, stream.bytes + stream.position, count);
+    stream.position += count;
+    return count;
 }
 
 } // namespace

@@ -1,9 +1,11 @@
+#include <algorithm>
 #include <cmath>
 #include <cstdio>
 #include <cstring>
 #include <memory>
 #include <string_view>
 #include <unordered_set>
+#include <utility>
 
 #include <lib3ds.h>
 
@@ -116,23 +118,61 @@ void copy_vertices(const Lib3dsMesh& from, sLib3dsMesh& to) {
     std::memcpy(to.texcoords.get(), from.texcos, to.num_texcoords * sizeof(Lib3dsFloat2));
 }
 
-void compute_normals(Lib3dsMesh& from, sLib3dsMesh& to) {
-    to.num_normals = 3 * std::uint32_t{from.nfaces};
-    to.normals = std::make_unique<Lib3dsFloat3[]>(to.num_normals);
-    lib3ds_mesh_calculate_vertex_normals(&from, reinterpret_cast<float(*)[3]>(to.normals.get()));
+void calculate_normals(Lib3dsMesh& mesh, Lib3dsFloat3* normals) {
+    lib3ds_mesh_calculate_vertex_normals(&mesh, reinterpret_cast<float(*)[3]>(normals));
 }
 
-/// A face without material keeps its zeros, that is, gets the first material.
+bool is_smoothed(const Lib3dsMesh& mesh) {
+    return std::any_of(mesh.faces, mesh.faces + mesh.nfaces,
+                       [](const Lib3dsFace& face) { return face.smoothing_group != 0; });
+}
+
+/// Normals are asked for by the number of a vertex or of a face, so that those of the first corners
+/// are enough where each depends on its own face alone. They are made a few faces at a time, since
+/// lib3ds takes 72 bytes of memory for each.
+void compute_flat_normals(Lib3dsMesh& mesh, sLib3dsMesh& to) {
+    constexpr std::uint32_t faces_at_once = 4096;
+    const Lib3dsMesh whole = mesh;
+    const std::uint32_t num_corners = std::max(whole.nvertices, whole.nfaces);
+    const std::uint32_t num_faces = std::min<std::uint32_t>(whole.nfaces, (num_corners + 2) / 3);
+    to.num_normals = 3 * num_faces;
+    to.normals = std::make_unique<Lib3dsFloat3[]>(to.num_normals);
+    for (std::uint32_t done = 0; done < num_faces; done += mesh.nfaces) {
+        mesh.faces = whole.faces + done;
+        mesh.nfaces = static_cast<unsigned short>(std::min(num_faces - done, faces_at_once));
+        calculate_normals(mesh, &to.normals[3 * std::size_t{done}]);
+    }
+    mesh.faces = whole.faces;
+    mesh.nfaces = whole.nfaces;
+}
+
+void compute_normals(Lib3dsMesh& mesh, sLib3dsMesh& to) {
+    if (!is_smoothed(mesh)) {
+        compute_flat_normals(mesh, to);
+        return;
+    }
+    to.num_normals = 3 * std::uint32_t{mesh.nfaces};
+    to.normals = std::make_unique<Lib3dsFloat3[]>(to.num_normals);
+    calculate_normals(mesh, to.normals.get());
+}
+
 void copy_faces(const Lib3dsMesh& from, sLib3dsMesh& to) {
     to.num_faces = from.nfaces;
     to.faces = std::make_unique_for_overwrite<std::array<std::uint16_t, 3>[]>(to.num_faces);
-    to.face_materials = std::make_unique<sLib3dsFaceMaterial[]>(to.num_faces);
     for (std::uint32_t i = 0; i < to.num_faces; ++i) {
         const Lib3dsFace& face = from.faces[i];
         to.faces[i] = {face.index[0], face.index[1], face.index[2]};
-        if (face.material != -1)
+    }
+}
+
+/// A face without material keeps its zeros, that is, gets the first material.
+void copy_face_materials(const Lib3dsMesh& from, sLib3dsMesh& to) {
+    to.face_materials = std::make_unique<sLib3dsFaceMaterial[]>(to.num_faces);
+    for (std::uint32_t i = 0; i < to.num_faces; ++i) {
+        const int material = from.faces[i].material;
+        if (material != -1)
             to.face_materials[i] = {static_cast<std::uint16_t>(i),
-                                    static_cast<std::uint32_t>(face.material)};
+                                    static_cast<std::uint32_t>(material)};
     }
 }
 
@@ -150,6 +190,8 @@ void Loader3D_Lib3ds::write_mesh(Lib3dsFile* file, Lib3dsMeshInstanceNode* node)
         return;
     compute_normals(*mesh, record);
     copy_faces(*mesh, record);
+    if (file->nmaterials > 0)
+        copy_face_materials(*mesh, record);
 }
 
 } // namespace orvex

@@ -44,13 +44,13 @@ struct sLib3dsMesh {
     char name[128] = {};
     std::uint32_t num_vertices = 0;
     std::unique_ptr<Lib3dsFloat3[]> vertices; ///< in place, axes as in the file
-    std::uint32_t num_normals = 0;            ///< three per face
+    std::uint32_t num_normals = 0; ///< three per face, as far as vertices and faces ask for them
     std::unique_ptr<Lib3dsFloat3[]> normals;
     std::uint32_t num_texcoords = 0; ///< none, or one per vertex
     std::unique_ptr<Lib3dsFloat2[]> texcoords;
     std::uint32_t num_faces = 0;
     std::unique_ptr<std::array<std::uint16_t, 3>[]> faces;
-    std::unique_ptr<sLib3dsFaceMaterial[]> face_materials;
+    std::unique_ptr<sLib3dsFaceMaterial[]> face_materials; ///< null if the file has no materials
 };
 
 /// The work of one load.

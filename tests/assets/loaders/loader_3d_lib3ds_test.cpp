@@ -377,6 +377,46 @@ TEST_F(Loader3D_Lib3dsTest, gives_corner_normals_to_faces_by_number) {
     }
 }
 
+/// Faces that turn around the x axis step by step, each with three points of its own.
+std::string fan_of(unsigned count, const std::string& groups) {
+    std::vector<Float3> corners;
+    std::vector<Index3> triangles;
+    for (unsigned i = 0; i < count; ++i) {
+        const float angle = static_cast<float>(i) * 0.1f;
+        corners.insert(corners.end(),
+                       {{0, 0, 0}, {1, 0, 0}, {0, std::cos(angle), std::sin(angle)}});
+        triangles.push_back({3 * i, 3 * i + 1, 3 * i + 2});
+    }
+    return points(corners) + faces(triangles, groups);
+}
+
+TEST_F(Loader3D_Lib3dsTest, gives_every_vertex_the_normal_of_its_number_smoothed_or_not) {
+    constexpr unsigned count = 10;
+    for (const std::string& groups :
+         {std::string(), smooth_groups(std::vector<std::uint32_t>(count, 0)),
+          smooth_groups({1, 2, 4, 8, 16, 32, 64, 128, 256, 512})}) {
+        ASSERT_TRUE(load(file_3ds(mesh("m", fan_of(count, groups)))));
+        for (unsigned long i = 0; i < 3 * count; ++i) {
+            const float angle = static_cast<float>(i / 3) * 0.1f;
+            const vec4 normal = mesh_at(0)->get_vertex_normal(i);
+            EXPECT_NEAR(normal.x, 0.0f, 1e-6f) << i;
+            EXPECT_NEAR(normal.y, std::cos(angle), 1e-6f) << i;
+            EXPECT_NEAR(normal.z, -std::sin(angle), 1e-6f) << i;
+        }
+    }
+}
+
+TEST_F(Loader3D_Lib3dsTest, gives_every_face_the_normal_of_the_corner_of_its_number) {
+    constexpr unsigned count = 11;
+    // Of one triangle, its front and its back by turns.
+    std::vector<Index3> same(count, {0, 1, 2});
+    for (unsigned i = 0; i < count; i += 2)
+        same[i] = {0, 2, 1};
+    ASSERT_TRUE(load(file_3ds(mesh("m", points({{0, 0, 0}, {1, 0, 0}, {0, 1, 0}}) + faces(same)))));
+    for (unsigned i = 0; i < count; ++i)
+        EXPECT_FLOAT_EQ(store().face_normals[i].z, (i / 3) % 2 == 0 ? -1.0f : 1.0f) << i;
+}
+
 TEST_F(Loader3D_Lib3dsTest, smooths_normals_within_a_group) {
     const std::string arrays = points({{0, 0, 0}, {1, 0, 0}, {0, 1, 0}, {0, 0, 1}}) +
                                faces({{0, 1, 2}, {0, 3, 1}}, smooth_groups({1, 1}));
