@@ -4,13 +4,13 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
-examples=(compute_points curves offscreen overlays particles picking shadow shapes)
+examples=(compute_points curves offscreen overlays particles picking shadow)
 pages=(first_triangle own_shader render_targets particles)
 build=build/release
 data=examples/data
 images=docs/images
 
-targets=(orvex-render guide_first_model guide_text guide_textures_and_materials "${examples[@]}")
+targets=(orvex-render guide_first_model guide_text guide_textures_and_materials shapes "${examples[@]}")
 for page in "${pages[@]}"; do
   targets+=("guide_$page")
 done
@@ -19,9 +19,11 @@ cmake --build --preset release --target "${targets[@]}"
 
 "$build/tools/orvex-render/orvex-render" --size 1280x960 --samples 4 \
   --output "$images/lighthouse.jpg" -- "$data/lighthouse.obj"
+# On the path of OpenGL 2, which draws raster text too.
 for example in "${examples[@]}"; do
-  "$build/examples/$example/$example" gl3 "$images/$example.jpg"
+  "$build/examples/$example/$example" gl2 "$images/$example.jpg"
 done
+"$build/examples/shapes/shapes" gl2 "$images/shapes.jpg" "$images/shapes_quads.jpg"
 for page in "${pages[@]}"; do
   "$build/docs/guide/guide_$page" "$images/guide_$page.jpg"
 done
