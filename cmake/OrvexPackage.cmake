@@ -28,6 +28,9 @@ endif()
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_NAME liborvex${soversion})
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_SECTION libs)
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_SHLIBDEPS ON)
+# Any driver does; this one needs no graphics device. GLUT is loaded for raster text alone.
+set(CPACK_DEBIAN_RUNTIME_PACKAGE_RECOMMENDS libgl1-mesa-dri)
+set(CPACK_DEBIAN_RUNTIME_PACKAGE_SUGGESTS libglut3.12)
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_GENERATE_SHLIBS ON)
 set(CPACK_COMPONENT_RUNTIME_DESCRIPTION "${PROJECT_DESCRIPTION}: the shared library
 It loads models, builds scenes and draws them with OpenGL 2, 3.x and 4.x, in a window or with no

@@ -8,6 +8,7 @@
 
 #include <fcntl.h>
 #include <pty.h>
+#include <regex.h>
 #include <sys/ioctl.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -97,6 +98,17 @@ Outcome run_render_on_terminal(std::string const& folder,
 
 bool has(std::string const& text, std::string const& part) {
     return text.find(part) != std::string::npos;
+}
+
+bool has_match(std::string const& text, std::string const& expression) {
+    regex_t compiled;
+    if (regcomp(&compiled, expression.c_str(), REG_EXTENDED | REG_NOSUB) != 0) {
+        ADD_FAILURE() << "no expression: " << expression;
+        return false;
+    }
+    const bool found = regexec(&compiled, text.c_str(), 0, nullptr, 0) == 0;
+    regfree(&compiled);
+    return found;
 }
 
 std::string sample() {

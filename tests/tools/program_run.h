@@ -25,6 +25,8 @@ Outcome run_render_on_terminal(std::string const& folder,
                                std::vector<std::string> const& arguments);
 
 bool has(std::string const& text, std::string const& part);
+/// Whether a text has a part that an extended POSIX expression tells.
+bool has_match(std::string const& text, std::string const& expression);
 
 /// The sample model.
 std::string sample();
