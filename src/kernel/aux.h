@@ -14,7 +14,8 @@ class Object;
 class mat4;
 class vec4;
 
-/// Each function is the operation of `Kernel` of the same name.
+/// The host's short ways. Each function is the operation of `Kernel` of the same name; the classes
+/// draw small things over a scene.
 ///
 /// @code
 /// orvex::Model* model = orvex::aux::load_model_from_file("house.obj", "data/", "data/");
