@@ -48,8 +48,8 @@ public:
     /// Acceleration in units per second squared; (0, -9.81, 0) at first. (0, 0, 0) moves particles
     /// on straight lines.
     void set_gravity(float x, float y, float z);
-    void set_gravity(const vec3& gravity);
-    const vec3& get_gravity() const;
+    void set_gravity(const vec3& gravity); ///< as the form of three floats
+    const vec3& get_gravity() const;       ///< as set; owned by this action
 
 private:
     friend class ParticleSystem;

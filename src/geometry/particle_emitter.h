@@ -55,7 +55,7 @@ public:
     void set_emitter_type(PARTICLE_EMITTER_TYPE type);
 
     void set_particle_rate(float rate); ///< particles a second; 50 at first
-    float get_particle_rate() const;
+    float get_particle_rate() const;    ///< as set; 50 at first
 
     void set_particle_speed(float speed); ///< factor of the direction; 2 at first
     /// The speed of a particle is at most so much above or below that of the emitter; 1 at first.

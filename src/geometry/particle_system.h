@@ -127,7 +127,7 @@ public:
     /// Seconds that particles live from now on; 1 at first. Those alive keep the life they have,
     /// and fade by the new one.
     void set_particle_lifetime(float seconds);
-    float get_particle_lifetime() const;
+    float get_particle_lifetime() const; ///< seconds, as set; 1 at first
 
     /// The particles, owned by the system; null before `initialize`.
     ParticlePool* get_particle_pool() const;

@@ -97,7 +97,7 @@ public:
     /// @return false for null, and if no codec decodes it; whether the upload worked isn't told
     bool bm_load_charset_texture(Renderer* renderer, char const* filename);
     /// The same from an encoded image in memory, without mipmaps, and clamped at the edges.
-    /// @param bytes @param size  read during the call only
+    /// @param bytes,size  read during the call only
     /// @return false for null or size 0, and if no codec decodes it
     bool bm_load_charset_texture_from_memory(Renderer* renderer, unsigned char const* bytes,
                                              unsigned long size);
@@ -113,7 +113,7 @@ public:
     /// Empties the queue; called each frame before texts are queued.
     void bm_draw_reset();
     /// Queues a text at (x, -y, 0), so that y counts down.
-    /// @param r @param g @param b @param a  colour of its vertices
+    /// @param r,g,b,a  colour of its vertices
     /// @param text  copied
     /// @return false for null, and when 512 texts are queued: this one is lost for the frame
     bool bm_draw_text_2d(int x, int y, float r, float g, float b, float a, char const* text);

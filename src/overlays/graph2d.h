@@ -64,6 +64,7 @@ public:
     bool kill_curve(Renderer* renderer, Curve* curve);
     /// Ends all curves. @return true
     bool kill_all_curves(Renderer* renderer);
+    /// Number of curves; one that something else ended counts still.
     unsigned long get_num_curves() const;
     /// The line object, for its colours, transform and so on; null past the end.
     Curve* get_curve(unsigned long index) const;
@@ -94,7 +95,10 @@ public:
     /// ignored.
     /// @return false past the end of the curves, true whatever the point
     /// @{
+
+    /// Places a point, shifted by half the viewport while that is on.
     bool set_curve_value(unsigned long index, unsigned long point, const vec4& value);
+    /// As the form of one vector.
     bool set_curve_value(unsigned long index, unsigned long point, float x, float y, float z,
                          float w);
     /// @}
@@ -115,9 +119,14 @@ public:
     /// Until positions are set here, `set_viewport` and `sync_curve_scalars` take (0, 0, 0, 1) for
     /// both ends, not the axes drawn at first.
     /// @{
+
+    /// Places both ends of the x axis, shifted by half the viewport while that is on.
     void set_x_axis_positions(const vec4& start, const vec4& end);
+    /// Places both ends of the y axis, shifted in the same way.
     void set_y_axis_positions(const vec4& start, const vec4& end);
+    /// Colours both ends of the x axis: red, green, blue, alpha.
     void set_x_axis_color(const vec4& start, const vec4& end);
+    /// Colours both ends of the y axis: red, green, blue, alpha.
     void set_y_axis_color(const vec4& start, const vec4& end);
     /// @}
 
@@ -126,7 +135,7 @@ public:
 
     /// Whether positions are shifted by half the viewport. What is placed already stays as it is.
     void enable_viewport(bool state);
-    bool is_viewport_enabled() const;
+    bool is_viewport_enabled() const; ///< as set; true at first
     /// Stores the viewport, in pixels. With the feature on it then places the axes anew, and every
     /// point of every curve at the value that `set_curve_value` gave it, (0, 0, 0, 1) for none:
     /// points that came from samples wait there for the next sync.

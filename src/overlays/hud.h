@@ -15,10 +15,10 @@ namespace aux {
 /// matrix "orvex_ModelViewProjectionMatrix", the sampler "tex0" on unit 0 and, from OpenGL 3 on,
 /// the attributes "orvex_Position" and "orvex_TexCoord0".
 /// @{
-ORVEX_API extern char const* orvex_hud_tex_ortho_proj_vs_gl2;
-ORVEX_API extern char const* orvex_hud_tex_ortho_proj_ps_gl2;
-ORVEX_API extern char const* orvex_hud_tex_ortho_proj_vs_gl3;
-ORVEX_API extern char const* orvex_hud_tex_ortho_proj_ps_gl3;
+ORVEX_API extern char const* orvex_hud_tex_ortho_proj_vs_gl2; ///< vertex stage below OpenGL 3
+ORVEX_API extern char const* orvex_hud_tex_ortho_proj_ps_gl2; ///< pixel stage below OpenGL 3
+ORVEX_API extern char const* orvex_hud_tex_ortho_proj_vs_gl3; ///< vertex stage from OpenGL 3 on
+ORVEX_API extern char const* orvex_hud_tex_ortho_proj_ps_gl3; ///< pixel stage from OpenGL 3 on
 /// @}
 
 /// Draws a textured rectangle at a place on the screen, on top of what was drawn before: a logo, or
@@ -51,6 +51,7 @@ ORVEX_API extern char const* orvex_hud_tex_ortho_proj_ps_gl3;
 /// @endcode
 class ORVEX_API Hud {
 public:
+    /// Without texture and program, and without any object of the API.
     Hud();
     Hud(const Hud&) = delete;
     Hud& operator=(const Hud&) = delete;
@@ -62,8 +63,8 @@ public:
     bool init_texture(Renderer* renderer, char const* filename);
 
     /// Draws the own texture. Does nothing without one, and for a null renderer.
-    /// @param x @param y          lower left corner, pixels
-    /// @param width @param height size, pixels
+    /// @param x,y           lower left corner, pixels
+    /// @param width,height  size, pixels
     /// @param blend  mix with what is there by the two factors, which are not read otherwise
     void render(Renderer* renderer, int x, int y, int width, int height, bool blend,
                 RENDERER_BLEND_FACTOR src_factor, RENDERER_BLEND_FACTOR dst_factor);

@@ -15,10 +15,10 @@ class Texture;
 ///
 /// The gl2 pair needs a driver that accepts `inverse` in GLSL 1.20.
 /// @{
-ORVEX_API extern char const* orvex_skybox_vs_gl2;
-ORVEX_API extern char const* orvex_skybox_ps_gl2;
-ORVEX_API extern char const* orvex_skybox_vs_gl3;
-ORVEX_API extern char const* orvex_skybox_ps_gl3;
+ORVEX_API extern char const* orvex_skybox_vs_gl2; ///< vertex stage with built-in vertex arrays
+ORVEX_API extern char const* orvex_skybox_ps_gl2; ///< pixel stage with built-in vertex arrays
+ORVEX_API extern char const* orvex_skybox_vs_gl3; ///< vertex stage with generic attributes
+ORVEX_API extern char const* orvex_skybox_ps_gl3; ///< pixel stage with generic attributes
 /// @}
 
 /// Fills the screen with the surroundings of a scene, which a cube map shows.

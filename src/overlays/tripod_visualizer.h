@@ -46,6 +46,7 @@ ORVEX_API extern char const* orvex_tripod_viz_ps_gl3; ///< pixels, OpenGL 3 and 
 /// @endcode
 class ORVEX_API TripodVisualizer {
 public:
+    /// Without program and lines: `init` makes them.
     TripodVisualizer();
     TripodVisualizer(TripodVisualizer const&) = delete;
     TripodVisualizer& operator=(TripodVisualizer const&) = delete;
@@ -61,7 +62,7 @@ public:
     virtual void cleanup(Renderer* renderer);
 
 protected:
-    TripodVisualizerData* data;
+    TripodVisualizerData* data; ///< the program and the lines
 };
 
 /// Shows how a camera is turned: axes in a rectangle of their own, such as a corner of the screen,
@@ -79,6 +80,7 @@ protected:
 /// @endcode
 class ORVEX_API TripodVisualizerCamera : public TripodVisualizer {
 public:
+    /// Without a camera of its own yet.
     TripodVisualizerCamera();
     ~TripodVisualizerCamera() override;
 
@@ -90,7 +92,7 @@ public:
     /// Draws the axes turned as the view of `camera` turns the world. Viewport, projection and view
     /// of the renderer are those of the visualizer's camera afterwards.
     /// @param camera  null does nothing, and so does a null renderer or a visualizer without `init`
-    /// @param x @param y @param width @param height  rectangle, in pixels
+    /// @param x,y,width,height  rectangle, in pixels
     virtual void render(Renderer* renderer, Camera* camera, int x, int y, int width, int height);
 
 private:
@@ -104,6 +106,7 @@ private:
 /// own transform alone would put it.
 class ORVEX_API TripodVisualizerObject : public TripodVisualizer {
 public:
+    /// As `TripodVisualizer`.
     TripodVisualizerObject();
     ~TripodVisualizerObject() override;
 
