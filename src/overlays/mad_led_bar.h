@@ -57,15 +57,15 @@ public:
     /// Gives the bar the form of points, white, with normals along +Y. A second call keeps the pool
     /// and makes its points anew.
     /// @param start,end  of the row, in the bar's space
-    /// @param num_leds          number of lights of the whole bar; with 0 it draws nothing
+    /// @param num_leds  number of lights of the whole bar; with 0 it draws nothing
     /// @return true
     bool initialize(const vec3& start, const vec3& end, unsigned long num_leds);
 
     /// Gives the bar the form of a strip, white, with normals along +Y. A second call keeps the
     /// plane and builds it anew.
     /// @param start,end  their distance is the length of the strip
-    /// @param num_leds          number of lights of the whole bar; with 0 it draws nothing
-    /// @param height            of the strip, along Z
+    /// @param num_leds  number of lights of the whole bar; with 0 it draws nothing
+    /// @param height  of the strip, along Z
     /// @return true
     bool initialize(const vec3& start, const vec3& end, unsigned long num_leds, float height);
 
