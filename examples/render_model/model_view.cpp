@@ -92,6 +92,11 @@ void ModelView::use_program(GpuProgram* new_program, bool gl3) {
         mesh->set_opengl_2_3_rendering_states(!gl3, nullptr);
     for (unsigned long i = 0; i < model->get_num_materials(); ++i)
         model->get_material_by_index(i)->set_gpu_program(program);
+    // A default material of a 3DS file is known to its mesh alone.
+    for (std::vector<Run> const* runs : {&opaque, &blended})
+        for (Run const& run : *runs)
+            if (run.material)
+                run.material->set_gpu_program(program);
 }
 
 namespace {

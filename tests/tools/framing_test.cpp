@@ -38,8 +38,9 @@ TEST(Axes, follow_the_axis_that_points_up) {
     };
     for (Row const& row :
          {Row{UpAxis::x, vec4(1, 0, 0, 0)}, Row{UpAxis::y, vec4(0, 1, 0, 0)},
-          Row{UpAxis::z, vec4(0, 0, 1, 0)}, Row{UpAxis::minus_x, vec4(-1, 0, 0, 0)},
-          Row{UpAxis::minus_y, vec4(0, -1, 0, 0)}, Row{UpAxis::minus_z, vec4(0, 0, -1, 0)}}) {
+          Row{UpAxis::automatic, vec4(0, 1, 0, 0)}, Row{UpAxis::z, vec4(0, 0, 1, 0)},
+          Row{UpAxis::minus_x, vec4(-1, 0, 0, 0)}, Row{UpAxis::minus_y, vec4(0, -1, 0, 0)},
+          Row{UpAxis::minus_z, vec4(0, 0, -1, 0)}}) {
         const Axes axes = axes_of({30.0f, 0.0f, row.axis});
         expect_near(axes.up, row.up, "up");
         // Right times up is toward: nothing is mirrored.
@@ -47,6 +48,24 @@ TEST(Axes, follow_the_axis_that_points_up) {
         vec4 up = axes.up;
         expect_near(right.cross(up), axes.toward, "toward");
     }
+}
+
+/// A table with its legs along an axis: four feet on the ground, one lamp on its top.
+Extent table(bool stands_along_z) {
+    Extent extent;
+    for (const vec4& at : {vec4(0, 0, 0, 1), vec4(1, 0, 0, 1), vec4(0, 0, 1, 1), vec4(1, 0, 1, 1),
+                           vec4(0.5f, 2, 0.5f, 1)})
+        extent.points.push_back(stands_along_z ? vec4(at.x, at.z + 0.3f * at.y, -at.y, 1) : at);
+    return extent;
+}
+
+TEST(StandingAxis, is_the_one_on_whose_ground_most_vertices_rest) {
+    EXPECT_EQ(standing_axis(table(false)), UpAxis::y);
+    EXPECT_EQ(standing_axis(table(true)), UpAxis::y) << "no more than twice as many";
+    Extent chest = table(true);
+    chest.points.push_back(vec4(0.5f, 0.5f, 0, 1));
+    EXPECT_EQ(standing_axis(chest), UpAxis::minus_z);
+    EXPECT_EQ(standing_axis({}), UpAxis::y);
 }
 
 /// The points on the picture, from -1 to 1.

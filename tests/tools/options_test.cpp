@@ -20,7 +20,7 @@ TEST(Options, need_a_model_alone) {
     EXPECT_EQ(options.samples, 4);
     EXPECT_EQ(options.azimuth, 25.0f);
     EXPECT_EQ(options.elevation, 20.0f);
-    EXPECT_EQ(options.up, UpAxis::y);
+    EXPECT_EQ(options.up, UpAxis::automatic);
     EXPECT_TRUE(options.gl3);
     EXPECT_FALSE(options.wireframe || options.info || options.gl || options.quiet ||
                  options.verbose);
@@ -123,7 +123,8 @@ TEST(Options, tell_what_is_wrong) {
              Row{{"--distance=0", "m"},
                  "--distance can't be '0': a factor from 0.01 to 1000 is wanted"},
              Row{{"--zoom=-1", "m"}, "--zoom can't be '-1': a factor from 0.01 to 1000 is wanted"},
-             Row{{"--up=w", "m"}, "--up can't be 'w': one of x, y, z, -x, -y and -z is wanted"},
+             Row{{"--up=w", "m"},
+                 "--up can't be 'w': one of auto, x, y, z, -x, -y and -z is wanted"},
              Row{{"--turntable=0", "m"},
                  "--turntable can't be '0': a whole number from 1 to 100000 is wanted"},
              Row{{"--text=", "m"}, "--text can't be '': a text is wanted"},
@@ -149,9 +150,9 @@ TEST(Options, accept_every_axis) {
         char const* word;
         UpAxis up;
     };
-    for (Row const& row :
-         {Row{"x", UpAxis::x}, Row{"y", UpAxis::y}, Row{"z", UpAxis::z}, Row{"-x", UpAxis::minus_x},
-          Row{"-y", UpAxis::minus_y}, Row{"-z", UpAxis::minus_z}})
+    for (Row const& row : {Row{"auto", UpAxis::automatic}, Row{"x", UpAxis::x}, Row{"y", UpAxis::y},
+                           Row{"z", UpAxis::z}, Row{"-x", UpAxis::minus_x},
+                           Row{"-y", UpAxis::minus_y}, Row{"-z", UpAxis::minus_z}})
         EXPECT_EQ(read_well({"m", "--up", row.word}).up, row.up) << row.word;
 }
 

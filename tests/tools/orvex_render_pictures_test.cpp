@@ -60,8 +60,12 @@ std::vector<Row> rows() {
          {"/usr/share/glmark2/models/bunny.obj", "-s240x240", "-n", "smooth"}},
     };
 #ifdef ORVEX_WITH_LIB3DS
-    all.push_back({"orvex_render_horse",
-                   {"/usr/share/glmark2/models/horse.3ds", "-s240x240", "--up", "-z", "-a", "60"}});
+    const std::string models = "/usr/share/glmark2/models/";
+    all.insert(all.end(), {{"orvex_render_horse", {models + "horse.3ds", "-s240x240", "-a60"}},
+                           {"orvex_render_cat", {models + "cat.3ds", "-s240x240"}},
+                           {"orvex_render_asteroid", {models + "asteroid-high.3ds", "-s240x240"}},
+                           {"orvex_render_cube", {models + "cube.3ds", "-s240x240"}},
+                           {"orvex_render_lying_cat", {models + "cat.3ds", "-s240x240", "-uy"}}});
 #endif
     return all;
 }

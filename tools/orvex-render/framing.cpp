@@ -26,6 +26,7 @@ vec4 turned_up(vec4 const& v, UpAxis up) {
     switch (up) {
     case UpAxis::x:
         return vec4(v.y, -v.x, v.z, 0.0f);
+    case UpAxis::automatic:
     case UpAxis::y:
         return v;
     case UpAxis::z:
@@ -41,6 +42,23 @@ vec4 turned_up(vec4 const& v, UpAxis up) {
 }
 
 } // namespace
+
+UpAxis standing_axis(Extent const& extent) {
+    const auto on_lowest_hundredth = [&extent](float vec4::*axis, float sign) {
+        float low = std::numeric_limits<float>::max();
+        float high = std::numeric_limits<float>::lowest();
+        for (vec4 const& point : extent.points) {
+            low = std::min(low, sign * (point.*axis));
+            high = std::max(high, sign * (point.*axis));
+        }
+        const float ground = low + (high - low) * 0.01f;
+        return std::count_if(extent.points.begin(), extent.points.end(),
+                             [=](vec4 const& point) { return sign * (point.*axis) <= ground; });
+    };
+    const bool is_clear =
+        on_lowest_hundredth(&vec4::z, -1.0f) > 2 * on_lowest_hundredth(&vec4::y, 1.0f);
+    return is_clear ? UpAxis::minus_z : UpAxis::y;
+}
 
 Axes axes_of(Angle const& angle) {
     const float around = angle.azimuth * degree;

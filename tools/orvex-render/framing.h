@@ -19,6 +19,11 @@ struct Extent {
     orvex::vec4 middle;
 };
 
+/// The way up of a model from a 3DS file: y, to which the file's z axis is turned, or -z, where
+/// many exporters leave the y axis of what they write. Models stand on their ground with many
+/// vertices: y, unless more than twice as many lie lowest the other way.
+UpAxis standing_axis(Extent const& extent);
+
 /// From where.
 struct Angle {
     float azimuth;   ///< degrees around the up axis, from the front to the right

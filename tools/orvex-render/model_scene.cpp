@@ -160,12 +160,35 @@ void ModelScene::smooth_normals() {
     }
 }
 
+bool ModelScene::is_angular() const {
+    double likeness = 0.0;
+    double corners = 0.0;
+    for (Mesh* mesh : meshes) {
+        const MeshData& store = *mesh->get_mesh_data();
+        for (unsigned long face = 0; face < store.num_faces; ++face) {
+            unsigned index[3] = {};
+            mesh->get_face_indexes(face, &index[0], &index[1], &index[2]);
+            vec4 normal = store.face_normals[face];
+            for (const unsigned i : index)
+                likeness += static_cast<double>(normal.dot(mesh->get_vertex_normal(i)));
+            corners += 3.0;
+        }
+    }
+    constexpr double cosine_of_25_degrees = 0.9063;
+    return corners > 0.0 && likeness < corners * cosine_of_25_degrees;
+}
+
 void ModelScene::use_program(GpuProgram* new_program, bool gl3) {
     program = new_program;
     for (Mesh* mesh : meshes)
         mesh->set_opengl_2_3_rendering_states(!gl3, nullptr);
     for (Material* material : all_materials())
         material->set_gpu_program(program);
+    // A default material of a 3DS file is known to its mesh alone.
+    for (std::vector<Run> const* runs : {&opaque, &blended})
+        for (Run const& run : *runs)
+            if (run.material)
+                run.material->set_gpu_program(program);
 }
 
 void ModelScene::draw(Axes const& axes, Axes const& light_axes) {

@@ -51,6 +51,9 @@ public:
 
     /// Makes each vertex's normal the mean of its faces'.
     void smooth_normals();
+    /// Whether smooth normals don't fit: they look away from their faces by 25 degrees and more in
+    /// the mean, as those of a box do.
+    bool is_angular() const;
     /// Puts the meshes and materials on a drawing path, and gives them their program.
     void use_program(orvex::GpuProgram* program, bool gl3);
     /// Draws, seen along the axes of the camera: what is opaque first, the rest blended. The lights

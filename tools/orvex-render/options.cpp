@@ -92,7 +92,8 @@ void add_picture_rules(Arguments& rules, Options& options) {
     rules.add_flag("--wireframe", 'w', "draws the edges of the triangles only", options.wireframe);
     rules.add_value(
         "--normals", 'n', "file|smooth|flat",
-        "where shading takes the normals from (smooth for .3ds files, file for others)",
+        "where shading takes the normals from (for .3ds files smooth, or flat if they are angular; "
+        "file for others)",
         take_word(options.normals, "file, smooth or flat",
                   std::array{std::pair{"file", Normals::file}, std::pair{"smooth", Normals::smooth},
                              std::pair{"flat", Normals::flat}}));
@@ -120,12 +121,13 @@ void add_camera_rules(Arguments& rules, Options& options) {
                     take_number(options.zoom, 0.01f, 1000.0f, "a factor from 0.01 to 1000"));
     rules.add_value(
         "--up", 'u', "AXIS",
-        "direction of the model that points up: x, y, z, -x, -y or -z; that of a 3DS "
-        "file is turned to y as it is read (y)",
-        take_word(options.up, "one of x, y, z, -x, -y and -z",
-                  std::array{std::pair{"x", UpAxis::x}, std::pair{"y", UpAxis::y},
-                             std::pair{"z", UpAxis::z}, std::pair{"-x", UpAxis::minus_x},
-                             std::pair{"-y", UpAxis::minus_y}, std::pair{"-z", UpAxis::minus_z}}));
+        "direction of the model that points up: x, y, z, -x, -y or -z; auto is y, but for a "
+        "3DS file the one on which the model stands (auto)",
+        take_word(options.up, "one of auto, x, y, z, -x, -y and -z",
+                  std::array{std::pair{"auto", UpAxis::automatic}, std::pair{"x", UpAxis::x},
+                             std::pair{"y", UpAxis::y}, std::pair{"z", UpAxis::z},
+                             std::pair{"-x", UpAxis::minus_x}, std::pair{"-y", UpAxis::minus_y},
+                             std::pair{"-z", UpAxis::minus_z}}));
     rules.add_value("--turntable", 't', "N",
                     "N pictures of one turn around the model: FILE-001.jpg and so on",
                     take_whole_number(options.turntable, 1, 100000));
@@ -248,5 +250,9 @@ std::vector<std::string> outputs_of(Options const& options) {
 Normals normals_of(Options const& options) {
     if (options.normals != Normals::by_file)
         return options.normals;
-    return has_suffix(options.model, ".3ds") ? Normals::smooth : Normals::file;
+    return is_3ds(options) ? Normals::smooth : Normals::file;
+}
+
+bool is_3ds(Options const& options) {
+    return has_suffix(options.model, ".3ds");
 }

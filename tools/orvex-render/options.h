@@ -9,7 +9,8 @@
 
 /// Where the model's normals come from.
 enum class Normals {
-    by_file, ///< smooth for 3DS files, which hold none, from the file for others
+    by_file, ///< smooth for 3DS files, which hold none, or flat if angular; from the file for
+             ///< others
     file,
     smooth, ///< the mean of the faces around a vertex
     flat,   ///< that of each face
@@ -24,7 +25,7 @@ struct Options {
     float elevation = 20.0f; ///< degrees above the horizon
     float distance = 1.0f;   ///< of the eye, in parts of the distance at which all is seen
     float zoom = 1.0f;       ///< magnification from there
-    UpAxis up = UpAxis::y;
+    UpAxis up = UpAxis::automatic;
     int turntable = 0; ///< pictures of a turn; 0: one picture and no turn
     bool wireframe = false;
     Normals normals = Normals::by_file;
@@ -61,3 +62,5 @@ std::string output_of(Options const& options);
 std::vector<std::string> outputs_of(Options const& options);
 /// Where the normals come from, never `by_file`.
 Normals normals_of(Options const& options);
+/// Whether the model is a 3DS file, by its name.
+bool is_3ds(Options const& options);

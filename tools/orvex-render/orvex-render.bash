@@ -22,7 +22,7 @@ _orvex_render() {
     -b | --background | --text-color) words=$colors ;;
     --path) words='gl2 gl3' ;;
     -n | --normals) words='file smooth flat' ;;
-    -u | --up) words='x y z -x -y -z' ;;
+    -u | --up) words='auto x y z -x -y -z' ;;
     -m | --samples) words='0 2 4 8' ;;
     -s | --size) words='640x480 1280x960 1920x1080' ;;
     --text-place) words=$places ;;

@@ -92,6 +92,7 @@ private:
     Camera* camera;
     std::unique_ptr<ModelScene> scene;
     std::unique_ptr<TextOverlay> overlay;
+    UpAxis up = UpAxis::y; ///< of the model
 
     std::string prepare_scene();
     std::string prepare_text();
@@ -126,10 +127,15 @@ std::string Painter::prepare_scene() {
     for (TextureFile const& file : scene->texture_files())
         if (!file.texture)
             tell_warning("texture " + file.path + " is missing or can't be read");
+    const bool is_known = options.up != UpAxis::automatic;
+    up = is_known ? options.up : is_3ds(options) ? standing_axis(scene->extent()) : UpAxis::y;
     scene->use_program(program, options.gl3);
     if (normals_of(options) == Normals::smooth)
         scene->smooth_normals();
-    program->set_uniform_1f(nullptr, "faceted", normals_of(options) == Normals::flat ? 1.0f : 0.0f);
+    const bool is_faceted = options.normals == Normals::by_file
+                                ? is_3ds(options) && scene->is_angular()
+                                : options.normals == Normals::flat;
+    program->set_uniform_1f(nullptr, "faceted", is_faceted ? 1.0f : 0.0f);
     return "";
 }
 
@@ -149,7 +155,7 @@ Angle Painter::angle_of(int picture) const {
     const float turn = options.turntable > 0 ? 360.0f * static_cast<float>(picture) /
                                                    static_cast<float>(options.turntable)
                                              : 0.0f;
-    return {options.azimuth + turn, options.elevation, options.up};
+    return {options.azimuth + turn, options.elevation, up};
 }
 
 Lens Painter::lens() const {

@@ -1,4 +1,12 @@
 #pragma once
 
 /// The direction of a model's space that points up.
-enum class UpAxis { x, y, z, minus_x, minus_y, minus_z };
+enum class UpAxis {
+    automatic, ///< y, or in a 3DS file the axis along which the model stands
+    x,
+    y,
+    z,
+    minus_x,
+    minus_y,
+    minus_z
+};
