@@ -148,6 +148,37 @@ TEST_F(KernelModelsTest, obj_goes_to_the_built_in_loader_past_all_others) {
     EXPECT_EQ(kernel->load_model_from_file_obj("missing.obj", directory.c_str(), ""), nullptr);
 }
 
+#ifdef ORVEX_WITH_LIB3DS
+
+/// A triangle, in 3DS chunks: file, objects, object "t", mesh, points, faces.
+std::string triangle_3ds() {
+    std::string bytes = "MM\x66";
+    bytes += std::string("\0\0\0=\x3D\x60\0\0\0", 9);
+    bytes += std::string("\0\x40\x5A\0\0\0t\0", 8);
+    bytes += std::string("\0\x41\x52\0\0\0", 6);
+    bytes += std::string("\x10\x41\x2C\0\0\0\x03\0", 8) + std::string(36, '\0');
+    bytes += std::string("\x20\x41\x20\0\0\0\x03\0", 8) + std::string(24, '\0');
+    return bytes;
+}
+
+TEST_F(KernelModelsTest, gives_3ds_files_to_their_loader_and_obj_files_to_the_next) {
+    const test::TempDir dir;
+    dir.write("triangle.3ds", triangle_3ds());
+    dir.write("triangle.obj", "v 0 0 0\nv 1 0 0\nv 0 1 0\nf 1 2 3\n");
+    kernel->load_core_loader3d_plugins();
+    const std::string folder = dir.path() + "/";
+    Model* const model = kernel->load_model_from_file_lib3ds("triangle.3ds", folder.c_str(), "");
+    ASSERT_NE(model, nullptr);
+    EXPECT_EQ(model->get_num_faces(model), 3u);
+    EXPECT_TRUE(end(model));
+    EXPECT_TRUE(end(kernel->load_model_from_file("triangle.3ds", folder.c_str(), "")));
+    EXPECT_TRUE(end(kernel->load_model_from_file("triangle.obj", folder.c_str(), "")));
+    EXPECT_EQ(kernel->load_model_from_file_lib3ds("triangle.obj", folder.c_str(), ""), nullptr);
+    EXPECT_EQ(kernel->load_model_from_file_obj("triangle.3ds", folder.c_str(), ""), nullptr);
+}
+
+#endif
+
 TEST_F(KernelModelsTest, aux_functions_are_those_of_the_kernel) {
     add_loader("orvex_plugin_fbx", true);
     EXPECT_TRUE(end(aux::load_model_from_file("x", "m/", "r/")));

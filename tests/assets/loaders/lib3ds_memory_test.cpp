@@ -1,0 +1,90 @@
+// The whole program's arrays can be refused here, so that this test has a program of its own.
+
+#include <cstdlib>
+#include <new>
+
+#include <gtest/gtest.h>
+
+#include "assets/loaders/chunks_3ds.h"
+#include "assets/loaders/loader_3d_lib3ds.h"
+#include "assets/material_mgr.h"
+#include "scene/model.h"
+#include "support/log_capture.h"
+#include "support/temp_dir.h"
+
+namespace {
+
+bool arrays_are_counted = false;
+unsigned long arrays_left = 0;
+
+/// While one lives, there is memory for so many arrays.
+struct AllowArrays {
+    explicit AllowArrays(unsigned long count) {
+        arrays_left = count;
+        arrays_are_counted = true;
+    }
+    ~AllowArrays() { arrays_are_counted = false; }
+};
+
+} // namespace
+
+void* operator new[](std::size_t size) {
+    if (arrays_are_counted && arrays_left-- == 0) {
+        arrays_left = 0;
+        throw std::bad_alloc();
+    }
+    if (void* const block = std::malloc(size == 0 ? 1 : size))
+        return block;
+    throw std::bad_alloc();
+}
+
+void operator delete[](void* block) noexcept {
+    std::free(block);
+}
+
+void operator delete[](void* block, std::size_t) noexcept {
+    std::free(block);
+}
+
+namespace orvex {
+namespace {
+
+using namespace test;
+
+/// A load with memory for so many arrays; from then on there is none.
+bool load(Loader3D_Lib3ds& loader, Model* model, unsigned long count) {
+    const AllowArrays allowed(count);
+    return loader.load_from_file(model, "model.3ds");
+}
+
+TEST(Lib3dsMemory, that_runs_out_anywhere_costs_the_meshes_or_the_load_and_nothing_else) {
+    const LogCapture log;
+    const TempDir dir;
+    dir.write("model.3ds", full_file());
+    Loader3D_Lib3ds loader;
+    loader.set_model_dir((dir.path() + "/").c_str());
+    bool is_whole = false;
+    bool was_refused = false;
+    bool was_partial = false;
+    for (unsigned long count = 0; !is_whole; ++count) {
+        ASSERT_LT(count, 1000u);
+        auto* const model = new Model;
+        model->add_ref();
+        const bool loaded = load(loader, model, count);
+        const unsigned long meshes = model->get_num_children();
+        if (!loaded) {
+            EXPECT_EQ(meshes, 0u) << count;
+            EXPECT_EQ(model->get_num_materials(), 0u) << count;
+        }
+        is_whole = loaded && meshes == 2;
+        was_refused |= !loaded;
+        was_partial |= loaded && meshes < 2;
+        model->kill(nullptr, nullptr);
+        MaterialMgr::get()->release_all_resources(nullptr, nullptr);
+    }
+    EXPECT_TRUE(was_refused);
+    EXPECT_TRUE(was_partial) << "a mesh that can't be made is left out";
+}
+
+} // namespace
+} // namespace orvex
