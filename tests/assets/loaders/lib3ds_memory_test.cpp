@@ -38,6 +38,15 @@ void* operator new[](std::size_t size) {
     throw std::bad_alloc();
 }
 
+// A sanitizer has a form of its own for this one, whose blocks the plain delete may not take.
+void* operator new[](std::size_t size, const std::nothrow_t&) noexcept {
+    try {
+        return operator new[](size);
+    } catch (const std::bad_alloc&) {
+        return nullptr;
+    }
+}
+
 void operator delete[](void* block) noexcept {
     std::free(block);
 }
