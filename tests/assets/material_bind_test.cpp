@@ -1,11 +1,11 @@
 #include <gtest/gtest.h>
 
-#include "assets/counted_allocations.h"
 #include "assets/material.h"
 #include "assets/texture.h"
 #include "assets/texture_data.h"
 #include "gpu/gpu_program.h"
 #include "support/fake_renderer.h"
+#include "support/heap.h"
 
 namespace orvex {
 namespace {
@@ -25,6 +25,7 @@ public:
 };
 
 TEST(MaterialBinding, AllocatesNothing) {
+    const orvex_test::CountAllocations allocations;
     QuietRenderer renderer;
     auto* const material = new Material;
     material->set_gpu_program(new GpuProgram);
@@ -39,13 +40,13 @@ TEST(MaterialBinding, AllocatesNothing) {
     const int calls_of_one_draw = renderer.calls_made;
     EXPECT_GE(calls_of_one_draw, 10);
 
-    const long before = orvex_test::allocations_so_far();
-    EXPECT_GT(before, 0);
+    const unsigned long before = allocations.count();
+    EXPECT_GT(before, 0u);
     for (int i = 0; i < 100; ++i) {
         material->bind(&renderer);
         material->unbind(&renderer);
     }
-    EXPECT_EQ(orvex_test::allocations_so_far() - before, 0);
+    EXPECT_EQ(allocations.count(), before);
     EXPECT_EQ(renderer.calls_made, 101 * calls_of_one_draw);
     material->release(nullptr, nullptr);
 }

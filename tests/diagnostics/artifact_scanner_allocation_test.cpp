@@ -1,26 +1,24 @@
 // How often a scanner allocates the pixels of a frame.
 
-#include <cstdint>
-
 #include <gtest/gtest.h>
 
-#include "counted_arrays.h"
 #include "diagnostics/artifact_scanner.h"
 #include "frames.h"
+#include "support/heap.h"
 
 namespace orvex {
 namespace {
 
 /// How many pixel buffers `frames` further runs allocate.
-int allocations_of(int width, int height, int frames) {
+unsigned long allocations_of(int width, int height, int frames) {
     orvex_test::FrameRenderer renderer;
     renderer.frame = orvex_test::Frame(width, height);
     auto* const scanner = new ArtifactScanner;
     EXPECT_TRUE(scanner->run(&renderer, false));
-    orvex_test::arrays_since_last_call(renderer.frame.bytes.size());
+    const orvex_test::CountAllocations allocations(renderer.frame.bytes.size());
     for (int i = 0; i < frames; ++i)
         EXPECT_TRUE(scanner->run(&renderer, false));
-    const int result = orvex_test::arrays_since_last_call(SIZE_MAX);
+    const unsigned long result = allocations.count();
     EXPECT_EQ(scanner->get_total_number_of_artifacts(), 0);
     scanner->kill(nullptr, nullptr);
     return result;
@@ -28,12 +26,12 @@ int allocations_of(int width, int height, int frames) {
 
 // The width of the texture is compared with both sizes of the frame.
 TEST(ArtifactScannerAllocation, is_one_a_frame_when_the_frame_buffer_is_not_square) {
-    EXPECT_EQ(allocations_of(64, 48, 5), 5);
-    EXPECT_EQ(allocations_of(48, 64, 5), 5);
+    EXPECT_EQ(allocations_of(64, 48, 5), 5u);
+    EXPECT_EQ(allocations_of(48, 64, 5), 5u);
 }
 
 TEST(ArtifactScannerAllocation, is_none_when_the_frame_buffer_is_square) {
-    EXPECT_EQ(allocations_of(56, 56, 5), 0);
+    EXPECT_EQ(allocations_of(56, 56, 5), 0u);
 }
 
 } // namespace

@@ -1,6 +1,3 @@
-#include <cstdlib>
-#include <new>
-#include <stdexcept>
 #include <string>
 
 #include <gtest/gtest.h>
@@ -10,62 +7,17 @@
 #include "geometry/mesh_data_packed.h"
 #include "geometry/mesh_plane.h"
 #include "geometry/owned_mesh.h"
+#include "support/heap.h"
 #include "support/log_capture.h"
 
 using namespace orvex;
-
-namespace {
-
-/// What array `new` throws instead of allocating.
-enum class Refusal { none, standard_exception, unknown };
-
-Refusal refusal_of_arrays = Refusal::none;
-bool arrays_are_counted = false;
-unsigned long arrays_left = 0;
-
-/// While one lives, array `new` throws: if not told otherwise, something that is no
-/// `std::exception`.
-struct RefuseArrays {
-    explicit RefuseArrays(Refusal refusal = Refusal::unknown) { refusal_of_arrays = refusal; }
-    ~RefuseArrays() { refusal_of_arrays = Refusal::none; }
-};
-
-/// While one lives, there is memory for so many arrays, and then `std::bad_alloc`.
-struct AllowArrays {
-    explicit AllowArrays(unsigned long count) {
-        arrays_are_counted = true;
-        arrays_left = count;
-    }
-    ~AllowArrays() { arrays_are_counted = false; }
-};
-
-} // namespace
-
-void* operator new[](std::size_t size) {
-    if (refusal_of_arrays == Refusal::unknown)
-        throw 42;
-    if (refusal_of_arrays == Refusal::standard_exception)
-        throw std::runtime_error("refused");
-    if (arrays_are_counted && arrays_left-- == 0)
-        throw std::bad_alloc();
-    if (void* block = std::malloc(size == 0 ? 1 : size))
-        return block;
-    throw std::bad_alloc();
-}
-
-void operator delete[](void* block) noexcept {
-    std::free(block);
-}
-
-void operator delete[](void* block, std::size_t) noexcept {
-    std::free(block);
-}
+using namespace orvex_test;
 
 namespace {
 
 template<class Store>
 bool allocate_without_memory(Store& store) {
-    const RefuseArrays refusal;
+    const RefuseArrays refused({.thrown = Thrown::number});
     return store.alloc_vertex_data(7);
 }
 
@@ -87,10 +39,10 @@ TEST(AllocationFailure, of_no_standard_type_is_reported_by_a_packed_format) {
 
 /// The messages of a curve, and of a curve of a graph, whose values can't be made.
 template<class Alloc>
-std::string message_of(Refusal refusal, Alloc alloc) {
+std::string message_of(Thrown thrown, Alloc alloc) {
     const test::LogCapture log;
     {
-        const RefuseArrays refused(refusal);
+        const RefuseArrays refused({.thrown = thrown});
         EXPECT_FALSE(alloc());
     }
     EXPECT_EQ(log.messages().size(), 1u);
@@ -100,25 +52,25 @@ std::string message_of(Refusal refusal, Alloc alloc) {
 TEST(AllocationFailure, of_a_curve_is_told_by_its_type) {
     Curve* const curve = new Curve;
     const auto alloc = [curve] { return curve->alloc(3); };
-    EXPECT_EQ(message_of(Refusal::standard_exception, alloc),
+    EXPECT_EQ(message_of(Thrown::runtime_error, alloc),
               "<*> std::exception exception caught - what: refused");
-    EXPECT_EQ(message_of(Refusal::unknown, alloc), "<*> unknown exception caught");
+    EXPECT_EQ(message_of(Thrown::number, alloc), "<*> unknown exception caught");
     EXPECT_TRUE(curve->alloc(3));
     curve->release(nullptr, nullptr);
 }
 
 TEST(AllocationFailure, of_a_graphs_curve_leaves_a_record_that_can_be_ended) {
     _Curve2D record;
-    EXPECT_EQ(message_of(Refusal::unknown, [&record] { return record.init(3); }),
+    EXPECT_EQ(message_of(Thrown::number, [&record] { return record.init(3); }),
               "<*> unknown exception caught");
     EXPECT_TRUE(record.cleanup(nullptr));
     EXPECT_EQ(record.curve, nullptr);
 }
 
-/// Builds a shape with memory for that many arrays.
+/// Builds a shape with memory for that many arrays, none for the next one, and some again.
 template<class Shape>
 bool build_with(Shape& shape, unsigned long num_arrays) {
-    const AllowArrays allowance(num_arrays);
+    const RefuseArrays refused({.granted = num_arrays, .refused = 1});
     return shape.build(nullptr);
 }
 
@@ -126,7 +78,7 @@ bool build_with(Shape& shape, unsigned long num_arrays) {
 TEST(AllocationFailure, of_any_array_fails_the_build_of_a_shape) {
     constexpr unsigned long num_arrays = 11;
     for (unsigned long i = 0; i < num_arrays; ++i) {
-        const orvex_test::Owned<MeshPlane> plane(new MeshPlane);
+        const Owned<MeshPlane> plane(new MeshPlane);
         EXPECT_FALSE(build_with(*plane, i)) << i;
         EXPECT_FALSE(plane->get_build_state());
         EXPECT_TRUE(plane->build(nullptr)) << "the build state is spent: nothing is left to do";
@@ -134,15 +86,15 @@ TEST(AllocationFailure, of_any_array_fails_the_build_of_a_shape) {
         EXPECT_TRUE(plane->build(nullptr));
         EXPECT_EQ(plane->get_num_faces(nullptr), 32u);
     }
-    const orvex_test::Owned<MeshPlane> plane(new MeshPlane);
+    const Owned<MeshPlane> plane(new MeshPlane);
     EXPECT_TRUE(build_with(*plane, num_arrays));
 }
 
 TEST(AllocationFailure, of_any_array_fails_the_build_of_a_shape_without_quad_edges) {
     constexpr unsigned long num_arrays = 10;
     for (unsigned long i = 0; i < num_arrays; ++i)
-        EXPECT_FALSE(build_with(*orvex_test::Owned<MeshBox>(new MeshBox), i)) << i;
-    EXPECT_TRUE(build_with(*orvex_test::Owned<MeshBox>(new MeshBox), num_arrays));
+        EXPECT_FALSE(build_with(*Owned<MeshBox>(new MeshBox), i)) << i;
+    EXPECT_TRUE(build_with(*Owned<MeshBox>(new MeshBox), num_arrays));
 }
 
 } // namespace

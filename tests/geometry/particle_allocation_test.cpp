@@ -1,62 +1,10 @@
-// Counts what particle systems allocate. Stays alone, as it replaces the allocator.
-
-#include <cstdlib>
-#include <new>
+// Counts what particle systems allocate.
 
 #include <gtest/gtest.h>
 
 #include "geometry/owned_particles.h"
+#include "support/heap.h"
 #include "support/log_capture.h"
-
-namespace {
-
-unsigned long num_allocations = 0;
-bool arrays_are_counted = false;
-unsigned long arrays_left = 0;
-
-/// While one lives, there is memory for so many arrays, and then `std::bad_alloc`.
-struct AllowArrays {
-    explicit AllowArrays(unsigned long count) {
-        arrays_are_counted = true;
-        arrays_left = count;
-    }
-    ~AllowArrays() { arrays_are_counted = false; }
-};
-
-void* allocate(std::size_t size) {
-    ++num_allocations;
-    if (void* block = std::malloc(size == 0 ? 1 : size))
-        return block;
-    throw std::bad_alloc();
-}
-
-} // namespace
-
-void* operator new(std::size_t size) {
-    return allocate(size);
-}
-
-void* operator new[](std::size_t size) {
-    if (arrays_are_counted && arrays_left-- == 0)
-        throw std::bad_alloc();
-    return allocate(size);
-}
-
-void operator delete(void* block) noexcept {
-    std::free(block);
-}
-
-void operator delete(void* block, std::size_t) noexcept {
-    std::free(block);
-}
-
-void operator delete[](void* block) noexcept {
-    std::free(block);
-}
-
-void operator delete[](void* block, std::size_t) noexcept {
-    std::free(block);
-}
 
 namespace {
 
@@ -64,17 +12,18 @@ using namespace orvex;
 using namespace orvex_test;
 
 TEST(ParticleAllocation, is_none_in_a_step_and_none_in_its_points) {
+    const CountAllocations allocations;
     const OwnedSystem system = make_system(1000);
     system->create_emitter()->set_particle_rate(5000.0f);
     system->create_emitter()->set_particle_rate(3000.0f);
     system->create_action();
     system->create_action();
-    const unsigned long before = num_allocations;
+    const unsigned long before = allocations.count();
     for (int step = 0; step < 100; ++step) {
         system->update(1.0f / 60.0f, nullptr);
         system->vertex_pool_prepare_render();
     }
-    EXPECT_EQ(num_allocations, before);
+    EXPECT_EQ(allocations.count(), before);
     EXPECT_GT(system->get_num_alive_particles(), 0u);
     EXPECT_GT(before, 0u);
 }
@@ -86,7 +35,7 @@ TEST(ParticleAllocation, that_fails_at_any_array_is_told_and_leaves_nothing) {
         const OwnedSystem system(new ParticleSystem);
         bool made = false;
         {
-            const AllowArrays some(num_arrays);
+            const RefuseArrays refused({.granted = num_arrays, .refused = 1});
             made = system->initialize(40);
         }
         EXPECT_EQ(system->get_particle_pool() != nullptr, made);

@@ -4,10 +4,10 @@
 
 #include <gtest/gtest.h>
 
-#include "assets/counted_allocations.h"
 #include "assets/texture.h"
 #include "overlays/font_state.h"
 #include "support/fake_renderer.h"
+#include "support/heap.h"
 
 namespace orvex {
 namespace {
@@ -15,6 +15,7 @@ namespace {
 using namespace orvex_test;
 
 TEST(FontFrame, allocates_nothing_once_its_strings_have_been_long_enough) {
+    const CountAllocations allocations;
     FakeRenderer renderer;
     auto* const font = new Font;
     auto* const sheet = new Texture;
@@ -31,12 +32,12 @@ TEST(FontFrame, allocates_nothing_once_its_strings_have_been_long_enough) {
     };
     ASSERT_TRUE(one_frame(2000));
 
-    long const before = allocations_so_far();
-    EXPECT_GT(before, 0);
+    unsigned long const before = allocations.count();
+    EXPECT_GT(before, 0u);
     for (unsigned long i = 0; i < 10; ++i) {
         EXPECT_TRUE(one_frame(2000 - 100 * i));
     }
-    EXPECT_EQ(allocations_so_far() - before, 0);
+    EXPECT_EQ(allocations.count(), before);
     font->kill(&renderer, nullptr);
 }
 

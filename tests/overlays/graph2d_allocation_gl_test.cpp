@@ -5,10 +5,7 @@
 #include <unistd.h>
 
 #include <cstdint>
-#include <cstdlib>
 #include <cstring>
-#include <new>
-#include <stdexcept>
 #include <string>
 
 #include <gtest/gtest.h>
@@ -20,87 +17,8 @@
 #include "math/vec4.h"
 #include "overlays/graph2d.h"
 #include "renderer/opengl/vertex_buffers_fixture.h"
+#include "support/heap.h"
 #include "support/log_capture.h"
-
-namespace {
-
-/// What array `new` throws instead of allocating.
-enum class Refusal { none, bad_alloc, standard_exception, unknown };
-
-thread_local Refusal refusal_of_arrays = Refusal::none;
-thread_local unsigned long arrays_before_refusal = 0;
-thread_local bool counting = false;
-thread_local int allocations = 0;
-
-/// The block of a history of samples: the last one of that size.
-constexpr std::size_t size_of_histories = 64ul << 20;
-char* history = nullptr;
-
-void refuse() {
-    if (refusal_of_arrays == Refusal::none || arrays_before_refusal-- > 0)
-        return;
-    switch (refusal_of_arrays) {
-    case Refusal::none:
-        return;
-    case Refusal::bad_alloc:
-        throw std::bad_alloc();
-    case Refusal::standard_exception:
-        throw std::runtime_error("refused");
-    case Refusal::unknown:
-        throw 42;
-    }
-}
-
-void* count_and_allocate_or_null(std::size_t size) noexcept {
-    if (counting)
-        ++allocations;
-    void* const block = std::malloc(size == 0 ? 1 : size);
-    if (size >= size_of_histories)
-        history = static_cast<char*>(block);
-    return block;
-}
-
-void* count_and_allocate(std::size_t size) {
-    if (void* const block = count_and_allocate_or_null(size))
-        return block;
-    throw std::bad_alloc();
-}
-
-} // namespace
-
-void* operator new(std::size_t size) {
-    return count_and_allocate(size);
-}
-
-void* operator new[](std::size_t size) {
-    refuse();
-    return count_and_allocate(size);
-}
-
-// The driver's compiler uses these, and gives back through the plain form.
-void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
-    return count_and_allocate_or_null(size);
-}
-
-void* operator new[](std::size_t size, const std::nothrow_t&) noexcept {
-    return count_and_allocate_or_null(size);
-}
-
-void operator delete(void* block) noexcept {
-    std::free(block);
-}
-
-void operator delete[](void* block) noexcept {
-    std::free(block);
-}
-
-void operator delete(void* block, std::size_t) noexcept {
-    std::free(block);
-}
-
-void operator delete[](void* block, std::size_t) noexcept {
-    std::free(block);
-}
 
 using namespace orvex;
 using namespace orvex_test;
@@ -163,12 +81,10 @@ protected:
         GlTest::TearDown();
     }
 
-    int allocations_of_a_frame() {
-        allocations = 0;
-        counting = true;
+    unsigned long allocations_of_a_frame() {
+        const CountAllocations allocations;
         frame();
-        counting = false;
-        return allocations;
+        return allocations.count();
     }
 
     RendererOpenGL renderer;
@@ -181,20 +97,20 @@ TEST_P(GraphAllocations, are_none_beyond_the_growth_of_the_history) {
     for (int i = 0; i < 3; ++i)
         frame();
     for (int i = 0; i < 100; ++i)
-        ASSERT_EQ(allocations_of_a_frame(), 0) << i;
+        ASSERT_EQ(allocations_of_a_frame(), 0u) << i;
 }
 
 TEST_P(GraphAllocations, are_one_when_the_history_grows) {
     feed(num_points);
     for (int i = 0; i < 3; ++i)
         frame();
-    int growths = 0;
+    unsigned long growths = 0;
     for (int i = 0; i < 2000; ++i) {
-        const int count = allocations_of_a_frame();
-        ASSERT_LE(count, 1);
+        const unsigned long count = allocations_of_a_frame();
+        ASSERT_LE(count, 1u);
         growths += count;
     }
-    EXPECT_EQ(growths, 2) << "at 1,024 and 2,048 samples";
+    EXPECT_EQ(growths, 2u) << "at 1,024 and 2,048 samples";
 }
 
 /// Forbids any touch of the pages that lie whole in a range, until it ends.
@@ -240,12 +156,14 @@ ORVEX_BOTH_PROFILES(GraphFrames);
 // A frame that looks at an older sample ends this program with a segmentation fault.
 TEST_P(GraphFrames, cost_the_same_after_ten_million_samples) {
     constexpr unsigned long num_samples = 10'000'000;
+    const CountAllocations histories(64ul << 20);
     feed(num_points);
     frame();
     const GlCalls early = calls_of_a_frame();
     feed(num_samples - graph->curve_get_diff_points(0) - num_points);
     frame();
     ASSERT_EQ(graph->curve_get_diff_points(0), num_samples + 1 - num_points);
+    char* const history = static_cast<char*>(histories.last_block());
     ASSERT_NE(history, nullptr);
     const Forbidden old_samples(history, history + (num_samples - num_points) * sizeof(vec4));
     for (int i = 0; i < 10; ++i)
@@ -256,14 +174,13 @@ TEST_P(GraphFrames, cost_the_same_after_ten_million_samples) {
 }
 
 /// The messages of a graph whose curve finds memory for so many arrays.
-std::vector<std::string> messages_of_a_curve(Refusal refusal, unsigned long arrays) {
+std::vector<std::string> messages_of_a_curve(Thrown thrown, unsigned long arrays) {
     const test::LogCapture log;
     const Owned<Graph2d> graph(new Graph2d);
-    arrays_before_refusal = arrays;
-    refusal_of_arrays = refusal;
-    Curve* const curve = graph->create_curve(num_points);
-    refusal_of_arrays = Refusal::none;
-    EXPECT_EQ(curve, nullptr);
+    {
+        const RefuseArrays refused({.granted = arrays, .refused = 1, .thrown = thrown});
+        EXPECT_EQ(graph->create_curve(num_points), nullptr);
+    }
     EXPECT_EQ(graph->get_num_curves(), 0u);
     EXPECT_NE(graph->create_curve(num_points), nullptr);
     return log.messages();
@@ -273,11 +190,11 @@ std::vector<std::string> messages_of_a_curve(Refusal refusal, unsigned long arra
 TEST(GraphAllocationFailure, is_told_by_its_type_and_leaves_no_curve) {
     for (unsigned long arrays = 0; arrays < 3; ++arrays) {
         EXPECT_EQ(
-            messages_of_a_curve(Refusal::bad_alloc, arrays),
+            messages_of_a_curve(Thrown::bad_alloc, arrays),
             std::vector<std::string>{"<*> std::bad_alloc exception caught - what: std::bad_alloc"});
-        EXPECT_EQ(messages_of_a_curve(Refusal::standard_exception, arrays),
+        EXPECT_EQ(messages_of_a_curve(Thrown::runtime_error, arrays),
                   std::vector<std::string>{"<*> std::exception exception caught - what: refused"});
-        EXPECT_EQ(messages_of_a_curve(Refusal::unknown, arrays),
+        EXPECT_EQ(messages_of_a_curve(Thrown::number, arrays),
                   std::vector<std::string>{"<*> unknown exception caught"});
     }
 }

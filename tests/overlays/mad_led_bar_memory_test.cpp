@@ -1,9 +1,8 @@
-// A bar with more lights than there is memory for. The whole program refuses such arrays itself, as
+// A bar with more lights than there is memory for. The test refuses such arrays itself, as
 // sanitizers end a program that asks for them.
 
 #include "overlays/mad_led_bar.h"
 
-#include <cstdlib>
 #include <new>
 
 #include <gtest/gtest.h>
@@ -12,34 +11,15 @@
 #include "geometry/mesh_plane.h"
 #include "geometry/owned_mesh.h"
 #include "math/vec3.h"
+#include "support/heap.h"
 #include "support/log_capture.h"
-
-namespace {
-
-constexpr std::size_t largest_array = std::size_t{1} << 30;
-
-} // namespace
-
-void* operator new[](std::size_t size) {
-    void* const block = size <= largest_array ? std::malloc(size == 0 ? 1 : size) : nullptr;
-    if (block)
-        return block;
-    throw std::bad_alloc();
-}
-
-void operator delete[](void* block) noexcept {
-    std::free(block);
-}
-
-void operator delete[](void* block, std::size_t) noexcept {
-    std::free(block);
-}
 
 namespace {
 
 using namespace orvex;
 
 TEST(MadLedBarWithoutMemory, has_lights_and_no_vertices) {
+    const orvex_test::RefuseArrays refused({.min_size = (std::size_t{1} << 30) + 1});
     const test::LogCapture log;
     const orvex_test::Owned<MadLedBar> bar(new MadLedBar);
     const vec3 start(0.0f, 0.0f, 0.0f);

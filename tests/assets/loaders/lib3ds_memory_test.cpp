@@ -1,59 +1,12 @@
-// The whole program's arrays can be refused here, so that this test has a program of its own.
-
-#include <cstdlib>
-#include <new>
-
 #include <gtest/gtest.h>
 
 #include "assets/loaders/chunks_3ds.h"
 #include "assets/loaders/loader_3d_lib3ds.h"
 #include "assets/material_mgr.h"
 #include "scene/model.h"
+#include "support/heap.h"
 #include "support/log_capture.h"
 #include "support/temp_dir.h"
-
-namespace {
-
-bool arrays_are_counted = false;
-unsigned long arrays_left = 0;
-
-/// While one lives, there is memory for so many arrays.
-struct AllowArrays {
-    explicit AllowArrays(unsigned long count) {
-        arrays_left = count;
-        arrays_are_counted = true;
-    }
-    ~AllowArrays() { arrays_are_counted = false; }
-};
-
-} // namespace
-
-void* operator new[](std::size_t size) {
-    if (arrays_are_counted && arrays_left-- == 0) {
-        arrays_left = 0;
-        throw std::bad_alloc();
-    }
-    if (void* const block = std::malloc(size == 0 ? 1 : size))
-        return block;
-    throw std::bad_alloc();
-}
-
-// A sanitizer has a form of its own for this one, whose blocks the plain delete may not take.
-void* operator new[](std::size_t size, const std::nothrow_t&) noexcept {
-    try {
-        return operator new[](size);
-    } catch (const std::bad_alloc&) {
-        return nullptr;
-    }
-}
-
-void operator delete[](void* block) noexcept {
-    std::free(block);
-}
-
-void operator delete[](void* block, std::size_t) noexcept {
-    std::free(block);
-}
 
 namespace orvex {
 namespace {
@@ -62,7 +15,7 @@ using namespace test;
 
 /// A load with memory for so many arrays; from then on there is none.
 bool load(Loader3D_Lib3ds& loader, Model* model, unsigned long count) {
-    const AllowArrays allowed(count);
+    const orvex_test::RefuseArrays refused({.granted = count});
     return loader.load_from_file(model, "model.3ds");
 }
 

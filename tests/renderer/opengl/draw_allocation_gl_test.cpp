@@ -1,6 +1,3 @@
-#include <cstdlib>
-#include <new>
-
 #include <gtest/gtest.h>
 
 #include "assets/material.h"
@@ -9,58 +6,7 @@
 #include "gpu/gpu_program.h"
 #include "renderer/opengl/renderer_opengl.h"
 #include "support/gl_context.h"
-
-namespace {
-
-thread_local bool counting = false;
-thread_local int allocations = 0;
-
-void* count_and_allocate_or_null(std::size_t size) noexcept {
-    if (counting)
-        ++allocations;
-    return std::malloc(size == 0 ? 1 : size);
-}
-
-void* count_and_allocate(std::size_t size) {
-    if (void* block = count_and_allocate_or_null(size))
-        return block;
-    throw std::bad_alloc();
-}
-
-} // namespace
-
-void* operator new(std::size_t size) {
-    return count_and_allocate(size);
-}
-
-void* operator new[](std::size_t size) {
-    return count_and_allocate(size);
-}
-
-// The driver's compiler uses these, and gives back through the plain form.
-void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
-    return count_and_allocate_or_null(size);
-}
-
-void* operator new[](std::size_t size, const std::nothrow_t&) noexcept {
-    return count_and_allocate_or_null(size);
-}
-
-void operator delete(void* block) noexcept {
-    std::free(block);
-}
-
-void operator delete[](void* block) noexcept {
-    std::free(block);
-}
-
-void operator delete(void* block, std::size_t) noexcept {
-    std::free(block);
-}
-
-void operator delete[](void* block, std::size_t) noexcept {
-    std::free(block);
-}
+#include "support/heap.h"
 
 using namespace orvex;
 
@@ -107,18 +53,16 @@ protected:
     }
 
     /// Allocations of a frame, after frames that made what is kept.
-    int allocations_of_a_frame(Mesh& mesh) {
+    unsigned long allocations_of_a_frame(Mesh& mesh) {
         for (int i = 0; i < 3; ++i) {
             mesh.set_vertex_position(0, vec4());
             mesh.render(&renderer, nullptr);
         }
-        allocations = 0;
-        counting = true;
+        const orvex_test::CountAllocations allocations;
         mesh.set_position(1.0f, 2.0f, 3.0f);
         mesh.set_vertex_position(0, vec4());
         mesh.render(&renderer, nullptr);
-        counting = false;
-        return allocations;
+        return allocations.count();
     }
 
     RendererOpenGL renderer;
@@ -131,11 +75,13 @@ TEST_P(DrawingAllocations, are_none_with_a_program_and_a_material) {
     ASSERT_TRUE(program->load_from_memory(&renderer, shader_text,
                                           std::char_traits<char>::length(shader_text)));
     for (const bool separate : {true, false}) {
+        const orvex_test::CountAllocations of_the_mesh;
         Mesh* const mesh = make_mesh(separate);
+        EXPECT_GT(of_the_mesh.count(), 0u);
         Material* const material = new Material;
         material->set_gpu_program(program);
         mesh->add_material(material, nullptr);
-        EXPECT_EQ(allocations_of_a_frame(*mesh), 0);
+        EXPECT_EQ(allocations_of_a_frame(*mesh), 0u);
         EXPECT_NE(mesh->get_mesh_data()->vertex_array_id, 0u) << "it went by generic attributes";
         mesh->kill(&renderer, nullptr);
     }
@@ -151,18 +97,21 @@ TEST(ClientArrayAllocations, are_none) {
     for (const bool separate : {true, false}) {
         MeshData store;
         store.separate_vertex_arrays = separate;
+        const orvex_test::CountAllocations of_the_vertices;
         ASSERT_TRUE(store.alloc_vertex_data(3));
+        EXPECT_GT(of_the_vertices.count(), 0u);
         store.set_use_generic_vertex_attribs_state(false);
-        for (int i = 0; i < 4; ++i) {
-            allocations = 0;
-            counting = i == 3;
+        const auto draw = [&] {
             store.positions_need_update = true;
             EXPECT_TRUE(renderer.vertex_buffer_prepare(&store));
             renderer.vertex_buffer_draw(&store);
             renderer.vertex_buffer_finish(&store);
-            counting = false;
-        }
-        EXPECT_EQ(allocations, 0);
+        };
+        for (int i = 0; i < 3; ++i)
+            draw();
+        const orvex_test::CountAllocations allocations;
+        draw();
+        EXPECT_EQ(allocations.count(), 0u);
         renderer.vertex_buffer_kill(&store);
     }
 }
