@@ -89,6 +89,12 @@ void check_array_size(unsigned long bytes) {
 
 } // namespace
 
+std::unique_ptr<unsigned char[]> ImageAccess::zeroed_bytes(unsigned long bytes) {
+    if (bytes > PTRDIFF_MAX)
+        return nullptr;
+    return std::unique_ptr<unsigned char[]>(new (std::nothrow) unsigned char[bytes]());
+}
+
 void ImageAccess::allocate_u8(Image& image, unsigned long bytes) {
     image._delete_u8_ptr();
     check_array_size(bytes);

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <memory>
+
 #include "assets/image.h"
 
 namespace orvex {
@@ -36,6 +38,9 @@ struct ImageAccess {
     static unsigned long readable_u8_bytes(const Image& image);
     /// Bytes that may be read behind what holds pixels of `format`.
     static unsigned long readable_bytes(const Image& image, PIXEL_FORMAT format);
+
+    /// Memory that isn't an image's, for what is read back and then cut; null if there is none.
+    static std::unique_ptr<unsigned char[]> zeroed_bytes(unsigned long bytes);
 
     /// Replaces `pixmap_u8` by `bytes` fresh ones. The field is null while the allocation runs.
     static void allocate_u8(Image& image, unsigned long bytes);

@@ -1,7 +1,7 @@
 #include "assets/texture.h"
 
 #include <algorithm>
-#include <vector>
+#include <memory>
 
 #include "assets/image_access.h"
 #include "assets/pixel_math.h"
@@ -88,18 +88,21 @@ bool can_take(const TextureData& data, unsigned long width, unsigned long height
            ImageAccess::readable_u8_bytes(data) >= bytes;
 }
 
-/// What was read, in the order of its bytes, cut or followed by zeros to the size of the pixels.
-void copy_what_fits(unsigned char* pixels, unsigned long bytes,
-                    const std::vector<unsigned char>& read) {
-    const unsigned long copied = std::min<unsigned long>(bytes, read.size());
-    std::copy_n(read.data(), copied, pixels);
-    std::fill_n(pixels + copied, bytes - copied, static_cast<unsigned char>(0));
-}
+/// What a render target writes; null without memory for it.
+struct ReadPixels {
+    unsigned long bytes;
+    std::unique_ptr<unsigned char[]> data;
 
-/// Room for rows as the API packs them: to a multiple of four bytes, unless the host set another
-/// alignment, of which eight is the largest.
-unsigned long packed_size(unsigned long width, unsigned long height, unsigned long channels) {
-    return (width * channels + 7) / 8 * 8 * height;
+    explicit ReadPixels(unsigned long size)
+        : bytes(size)
+        , data(ImageAccess::zeroed_bytes(size)) {}
+};
+
+/// What was read, in the order of its bytes, cut or followed by zeros to the size of the pixels.
+void copy_what_fits(unsigned char* pixels, unsigned long bytes, const ReadPixels& read) {
+    const unsigned long copied = std::min(bytes, read.bytes);
+    std::copy_n(read.data.get(), copied, pixels);
+    std::fill_n(pixels + copied, bytes - copied, static_cast<unsigned char>(0));
 }
 
 } // namespace
@@ -111,8 +114,8 @@ bool Texture::update_pixmap_rgb_u8_from_render_target(RenderTarget* target, unsi
     const unsigned long bytes = edge * edge * 3;
     if (data_->get_height() != edge || !can_take(*data_, edge, edge, bytes))
         data_->create(edge, edge, 1, PF_RGB_U8, true);
-    std::vector<unsigned char> read(packed_size(edge, as_size(target->get_height()), 3));
-    if (!target->read_color_pixmap_rgb_u8(read.data()))
+    const ReadPixels read(target->_get_read_back_size(3));
+    if (!read.data || !target->read_color_pixmap_rgb_u8(read.data.get()))
         return false;
     copy_what_fits(data_->get_pixmap_u8_ptr(), bytes, read);
     return true;
@@ -127,8 +130,8 @@ bool Texture::update_pixmap_rgba_u8_from_render_target(RenderTarget* target, uns
         data_->create(edge, edge, 1, PF_RGBA_U8, false);
         data_->type = TEXTURE_TYPE_2D;
     }
-    std::vector<unsigned char> read(packed_size(edge, as_size(target->get_height()), 4));
-    if (!target->read_color_pixmap_rgba_u8(read.data()))
+    const ReadPixels read(target->_get_read_back_size(4));
+    if (!read.data || !target->read_color_pixmap_rgba_u8(read.data.get()))
         return false;
     copy_what_fits(data_->get_pixmap_u8_ptr(), bytes, read);
     return true;

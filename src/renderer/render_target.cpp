@@ -1,5 +1,7 @@
 #include "renderer/render_target.h"
 
+#include <algorithm>
+
 #include "kernel/global_id.h"
 
 namespace orvex {
@@ -8,5 +10,11 @@ RenderTarget::RenderTarget()
     : id(GenId()) {}
 
 RenderTarget::~RenderTarget() = default;
+
+unsigned long RenderTarget::_get_read_back_size(unsigned long channels) {
+    const auto columns = static_cast<unsigned long>(std::max(width, 0));
+    const auto rows = static_cast<unsigned long>(std::max(height, 0));
+    return (columns * channels + 7) / 8 * 8 * rows;
+}
 
 } // namespace orvex

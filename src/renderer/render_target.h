@@ -5,6 +5,8 @@
 
 namespace orvex {
 
+class Texture;
+
 /// An off-screen drawing surface: a framebuffer with its colour and depth storage.
 ///
 /// `Renderer::create_render_target` makes one, empty; the renderer lists and owns it, and
@@ -47,7 +49,8 @@ public:
     /// The API that the target belongs to; 1 for OpenGL.
     ORVEX_API3D get_api3d() const { return api3d; }
 
-    /// Makes a target of render buffers, which can be drawn to, read and copied, not sampled.
+    /// Makes a target of render buffers, which can be drawn to and copied, but neither sampled nor
+    /// read back: copy it into a target with textures first.
     /// @param format       pixel format of the colour buffers; `PF_BGR_U8` and `PF_BGRA_U8` are no
     ///                     storage of render buffers, and the framebuffer stays incomplete
     /// @param num_buffers  colour buffers, lowered to 8
@@ -94,9 +97,10 @@ public:
     /// @return false without the API's entry point
     virtual bool clear_depth_buffer(float depth) = 0;
 
-    /// Reads the first colour texture, bottom row first, three bytes a pixel, each row padded as
-    /// the API's pack alignment says (to a multiple of four bytes, unless the host changed it).
-    /// @param pixels  the caller's, with room for all rows
+    /// Reads the first colour texture, bottom row first, three bytes a pixel, packed as the API is
+    /// set to: each row padded to a multiple of four bytes, unless the host changed that. A row
+    /// length and skips that a host left set hold here too.
+    /// @param pixels  the caller's, with room for all rows as they are packed
     /// @return false for null, with samples (resolve it into a plain target first), without a
     ///         colour texture, and if the API refused the last size of it
     virtual bool read_color_pixmap_rgb_u8(unsigned char* pixels) = 0;
@@ -144,6 +148,13 @@ public:
     virtual unsigned long get_error_str_size() = 0;
 
 protected:
+    friend Texture; ///< reads into memory of its own
+
+    /// How many bytes a read-back may write now. As it stands, rows padded to eight bytes, the
+    /// widest alignment there is; a back end that packs in other ways overrides it.
+    /// @param channels  bytes a pixel
+    virtual unsigned long _get_read_back_size(unsigned long channels);
+
     int id;                ///< what `get_id` gives
     int width = 0;         ///< pixels, written by a create and by `resize`
     int height = 0;        ///< pixels, as `width`

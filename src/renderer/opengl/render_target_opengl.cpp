@@ -5,6 +5,7 @@
 
 #include "renderer/debug_name.h"
 #include "renderer/opengl/gl_debug.h"
+#include "renderer/opengl/pixel_packing.h"
 #include "renderer/opengl/renderer_opengl_ctx.h"
 
 namespace orvex {
@@ -182,6 +183,15 @@ bool RenderTargetOpenGL::read_color_pixmap(GLenum channels, unsigned char* pixel
     }
     glGetTexImage(target, 0, channels, GL_UNSIGNED_BYTE, pixels);
     return true;
+}
+
+unsigned long RenderTargetOpenGL::_get_read_back_size(unsigned long channels) {
+    if (gl == nullptr) {
+        return 0; // nothing will be read
+    }
+    return PixelPacking::current().size_of(static_cast<unsigned long>(std::max(width, 0)),
+                                           static_cast<unsigned long>(std::max(height, 0)),
+                                           channels);
 }
 
 bool RenderTargetOpenGL::read_color_pixmap_rgb_u8(unsigned char* pixels) {

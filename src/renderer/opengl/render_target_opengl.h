@@ -48,6 +48,8 @@ public:
     char const* get_error_str() override { return error_str.c_str(); }
     unsigned long get_error_str_size() override { return error_str.size(); }
 
+    unsigned long _get_read_back_size(unsigned long channels) override;
+
     /// The entry points of the renderer; null makes the target inert.
     void _set_opengl_func(ORVEX_Renderer_OpenGL_Func* functions) { gl = functions; }
     /// The renderer's record of the API's state, in which texture unit 0 is kept.

@@ -2,11 +2,12 @@
 
 #include <algorithm>
 #include <cstring>
-#include <vector>
+#include <memory>
 
 #include "assets/image_access.h"
 #include "assets/texture_data.h"
 #include "renderer/opengl/gl_enums.h"
+#include "renderer/opengl/pixel_packing.h"
 
 namespace orvex {
 
@@ -237,28 +238,16 @@ bool RendererOpenGL::bindless_texture_make_non_resident(TextureData* texture) {
 
 namespace {
 
-unsigned long read_size(GLenum name) {
-    GLint value = 0;
-    glGetIntegerv(name, &value);
-    return static_cast<unsigned long>(std::max(value, 0));
-}
-
 unsigned long read_level_size(GLenum name) {
     GLint value = 0;
     glGetTexLevelParameteriv(GL_TEXTURE_2D, 0, name, &value);
     return static_cast<unsigned long>(std::max(value, 0));
 }
 
-// How many bytes the API may write for the bound texture, with the packing that a host left set.
+// How many bytes the API may write for the bound texture.
 unsigned long packed_texture_size(unsigned long channels) {
-    unsigned long const width = read_level_size(GL_TEXTURE_WIDTH);
-    unsigned long const height = read_level_size(GL_TEXTURE_HEIGHT);
-    unsigned long const alignment = std::max(read_size(GL_PACK_ALIGNMENT), 1UL);
-    unsigned long const row_length = std::max(read_size(GL_PACK_ROW_LENGTH), width);
-    unsigned long const row =
-        ((row_length + read_size(GL_PACK_SKIP_PIXELS)) * channels + alignment - 1) / alignment *
-        alignment;
-    return row * (height + read_size(GL_PACK_SKIP_ROWS));
+    return PixelPacking::current().size_of(read_level_size(GL_TEXTURE_WIDTH),
+                                           read_level_size(GL_TEXTURE_HEIGHT), channels);
 }
 
 } // namespace
@@ -278,9 +267,12 @@ bool RendererOpenGL::read_texture_2d(TextureData* texture, unsigned int format,
         return true;
     }
     // The GPU's texture is larger than the CPU's pixels, which take what fits.
-    std::vector<unsigned char> scratch(size);
-    glGetTexImage(GL_TEXTURE_2D, 0, format, GL_UNSIGNED_BYTE, scratch.data());
-    std::memcpy(texture->get_pixmap_u8_ptr(), scratch.data(), room);
+    std::unique_ptr<unsigned char[]> const scratch = ImageAccess::zeroed_bytes(size);
+    if (scratch == nullptr) {
+        return false;
+    }
+    glGetTexImage(GL_TEXTURE_2D, 0, format, GL_UNSIGNED_BYTE, scratch.get());
+    std::memcpy(texture->get_pixmap_u8_ptr(), scratch.get(), room);
     return true;
 }
 

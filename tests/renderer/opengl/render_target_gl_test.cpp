@@ -690,4 +690,51 @@ TEST_P(RenderTargetTest, is_read_into_a_texture_with_the_widest_packing_too) {
               Bytes(red.begin(), red.begin() + 3));
 }
 
+// A row length and skips of the host's own reads hold for every read-back.
+TEST_P(RenderTargetTest, is_read_into_a_texture_with_the_rows_that_the_host_set) {
+    create(4, 2);
+    target->activate();
+    clear(1, 0, 0, 1);
+    target->deactivate();
+    glPixelStorei(GL_PACK_ROW_LENGTH, 5);
+    glPixelStorei(GL_PACK_SKIP_PIXELS, 1);
+    Texture texture;
+    EXPECT_TRUE(texture.update_pixmap_rgba_u8_from_render_target(target, 0));
+    for (unsigned long i = 0; i < 16; ++i) {
+        const unsigned char* const pixel = texture.get_pixmap_u8_ptr() + i * 4;
+        const bool written = (i >= 1 && i < 5) || (i >= 6 && i < 10);
+        EXPECT_EQ(Bytes(pixel, pixel + 4), written ? red : Bytes(4)) << i;
+    }
+}
+
+TEST_P(RenderTargetTest, is_read_into_a_texture_where_the_host_left_much_room_before_it) {
+    create(3, 3);
+    target->activate();
+    clear(1, 0, 0, 1);
+    target->deactivate();
+    glPixelStorei(GL_PACK_ROW_LENGTH, 1 << 16);
+    glPixelStorei(GL_PACK_SKIP_ROWS, 100);
+    Texture texture;
+    EXPECT_TRUE(texture.update_pixmap_rgba_u8_from_render_target(target, 0));
+    EXPECT_EQ(Bytes(texture.get_pixmap_u8_ptr(), texture.get_pixmap_u8_ptr() + 36), Bytes(36));
+    EXPECT_TRUE(texture.update_pixmap_rgb_u8_from_render_target(target, 0));
+    EXPECT_EQ(Bytes(texture.get_pixmap_u8_ptr(), texture.get_pixmap_u8_ptr() + 27), Bytes(27));
+}
+
+TEST_P(RenderTargetTest, is_not_read_into_a_texture_with_packing_that_no_memory_holds) {
+    create(3, 3);
+    for (const GLenum name : {GL_PACK_ROW_LENGTH, GL_PACK_SKIP_PIXELS, GL_PACK_SKIP_ROWS})
+        glPixelStorei(name, INT_MAX);
+    Texture texture;
+    EXPECT_FALSE(texture.update_pixmap_rgb_u8_from_render_target(target, 0));
+    EXPECT_FALSE(texture.update_pixmap_rgba_u8_from_render_target(target, 0));
+    EXPECT_NO_GL_ERROR();
+}
+
+TEST_P(RenderTargetTest, whose_renderer_ended_is_not_read_into_a_texture) {
+    RenderTargetOpenGL alone;
+    Texture texture;
+    EXPECT_FALSE(texture.update_pixmap_rgba_u8_from_render_target(&alone, 0));
+}
+
 } // namespace

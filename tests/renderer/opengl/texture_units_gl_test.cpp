@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <limits>
 #include <string>
 #include <vector>
 
@@ -382,6 +383,33 @@ TEST_P(TextureUnits, a_texture_larger_than_the_image_is_cut) {
     EXPECT_TRUE(renderer->texture_2d_read_pixmap_rgba_u8(&data));
     EXPECT_EQ(Bytes(data.pixmap_u8, data.pixmap_u8 + 4), (Bytes{1, 2, 3, 4}));
     EXPECT_EQ(data.pixmap_u8[15], 16);
+}
+
+// A row length and skips of the host's own reads hold for every read-back.
+TEST_P(TextureUnits, pixels_beyond_the_image_by_the_hosts_packing_are_cut) {
+    create_2d(4, 2, PF_RGBA_U8);
+    ASSERT_TRUE(load());
+    glPixelStorei(GL_PACK_ROW_LENGTH, 5);
+    glPixelStorei(GL_PACK_SKIP_PIXELS, 1);
+    EXPECT_TRUE(renderer->texture_2d_read_pixmap_rgba_u8(&data));
+    EXPECT_EQ(Bytes(data.pixmap_u8, data.pixmap_u8 + 8), (Bytes{0, 0, 0, 0, 1, 2, 3, 4}));
+    EXPECT_EQ(Bytes(data.pixmap_u8 + 24, data.pixmap_u8 + 32),
+              (Bytes{17, 18, 19, 20, 21, 22, 23, 24}));
+    glPixelStorei(GL_PACK_ROW_LENGTH, 1 << 16);
+    glPixelStorei(GL_PACK_SKIP_ROWS, 100);
+    EXPECT_TRUE(renderer->texture_2d_read_pixmap_rgba_u8(&data));
+    EXPECT_EQ(Bytes(data.pixmap_u8, data.pixmap_u8 + 32), Bytes(32));
+}
+
+TEST_P(TextureUnits, reading_back_fails_with_packing_that_no_memory_holds) {
+    create_2d(4, 2, PF_RGBA_U8);
+    ASSERT_TRUE(load());
+    const Bytes before(data.pixmap_u8, data.pixmap_u8 + 32);
+    for (const GLenum name : {GL_PACK_ROW_LENGTH, GL_PACK_SKIP_PIXELS, GL_PACK_SKIP_ROWS})
+        glPixelStorei(name, std::numeric_limits<int>::max());
+    EXPECT_FALSE(renderer->texture_2d_read_pixmap_rgb_u8(&data));
+    EXPECT_FALSE(renderer->texture_2d_read_pixmap_rgba_u8(&data));
+    EXPECT_EQ(Bytes(data.pixmap_u8, data.pixmap_u8 + 32), before);
 }
 
 TEST_P(TextureUnits, reading_back_needs_8_bit_pixels_of_a_2d_texture) {
