@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <cstdlib>
 
-#include "../common/off_screen.h"
+#include "off_screen.h"
 
 using namespace orvex;
 

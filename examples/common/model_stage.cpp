@@ -2,11 +2,10 @@
 
 #include <cstdio>
 #include <cstring>
-#include <filesystem>
 
 #include <orvex/orvex.h>
 
-#include "model_view.h"
+#include "model_scene.h"
 #include "shader.h"
 
 using namespace orvex;
@@ -30,7 +29,7 @@ ModelStage::ModelStage()
 }
 
 ModelStage::~ModelStage() {
-    view.reset();
+    scene.reset();
     camera->release(nullptr, nullptr);
     GpuProgramMgr::get()->release_all_resources(renderer, nullptr);
     renderer->stop();
@@ -38,42 +37,42 @@ ModelStage::~ModelStage() {
     core::stop("done");
 }
 
-bool ModelStage::start() {
+std::string ModelStage::start() {
     if (!renderer->start())
-        return false;
-    const std::string text = shader_text(true);
-    program = GpuProgramMgr::get()->create_gpu_program_from_memory(renderer, text.c_str(),
-                                                                   text.size(), "model");
-    return program->is_valid();
+        return "the renderer doesn't start on this context";
+    const std::string text = model_shader(true);
+    GpuProgram* const compiled = GpuProgramMgr::get()->create_gpu_program_from_memory(
+        renderer, text.c_str(), text.size(), "model");
+    if (!compiled->is_valid())
+        return "this context can't draw a model";
+    program = compiled;
+    return {};
 }
 
 std::string ModelStage::load(std::string const& path) {
-    if (!start())
-        return "this context can't draw a model";
-    // The loaders put the folder right before each name, with nothing between them.
-    const std::filesystem::path file(path);
-    const std::string folder = file.has_parent_path() ? file.parent_path().string() + "/" : "";
-    Model* const model =
-        aux::load_model_from_file(file.filename().c_str(), folder.c_str(), folder.c_str());
-    if (!model)
+    if (!program)
+        if (std::string mistake = start(); !mistake.empty())
+            return mistake;
+    scene.reset();
+    scene = ModelScene::load(path, renderer);
+    if (!scene)
         return path + ": no loader can read it as a model";
-    view = std::make_unique<ModelView>(renderer, model);
-    view->load_textures(folder, nullptr);
-    if (file.extension() == ".3ds")
-        view->smooth_normals();
-    view->use_program(program, true);
+    scene->use_program(program, true);
     return {};
 }
 
 void ModelStage::draw(int width, int height) {
-    if (width < 1 || height < 1)
+    if (!scene || width < 1 || height < 1)
         return;
-    view->frame(*camera, width, height);
-    draw(*camera);
+    Angle angle;
+    angle.up = scene->up_axis();
+    see_all(*camera, scene->extent(), angle, {width, height});
+    draw(*camera, angle);
 }
 
-void ModelStage::draw(Camera& eye) {
+void ModelStage::draw(Camera& eye, Angle const& lit_from) {
     eye.bind(renderer, true, true, true, true, false);
     renderer->clear_color_depth_buffers(0.17f, 0.19f, 0.22f, 1.0f, 1.0f);
-    view->draw();
+    if (scene)
+        scene->draw(lit_from);
 }

@@ -1,10 +1,12 @@
 #pragma once
 
-// What an example needs around one model, whatever window it is shown in: the engine from its start
-// to its stop, the program that lights the model, and a camera that sees all of it.
+// What an example needs around one model, whatever it is shown in: the engine from its start to its
+// stop, the program that lights the model, and a camera that sees all of it.
 
 #include <memory>
 #include <string>
+
+#include "framing.h"
 
 namespace orvex {
 class Camera;
@@ -13,7 +15,7 @@ class Renderer;
 class RenderWindow;
 } // namespace orvex
 
-class ModelView;
+class ModelScene;
 
 /// The engine with at most one model in it. All of it on the render thread.
 class ModelStage {
@@ -29,20 +31,21 @@ public:
     /// is drawn here needs a core context of 3.2 or later.
     orvex::RenderWindow* window = nullptr;
     orvex::Renderer* renderer = nullptr;
-    /// Null before `load`.
-    std::unique_ptr<ModelView> view;
+    /// Null before a model was loaded, and after one could not be.
+    std::unique_ptr<ModelScene> scene;
 
-    /// Starts the renderer on the context that is current, and loads the model.
+    /// Starts the renderer on the context that is current.
+    /// @return what is wrong; empty if nothing is
+    std::string start();
+    /// Shows a model instead of what there was, and starts the renderer before if nobody has.
     /// @return what is wrong; empty if nothing is
     std::string load(std::string const& path);
-    /// Draws the model, seen as a whole. An empty window gets nothing.
+    /// Draws the model, seen as a whole. An empty window gets nothing, as does one without a model.
     void draw(int width, int height);
-    /// Draws the model as a camera sees it.
-    void draw(orvex::Camera& camera);
+    /// Draws the model as a camera sees it, with its lights for an angle; or the bare background.
+    void draw(orvex::Camera& camera, Angle const& lit_from = {});
 
 private:
     orvex::Camera* camera;
     orvex::GpuProgram* program = nullptr;
-
-    bool start();
 };

@@ -9,6 +9,8 @@
 
 #include <orvex/orvex.h>
 
+#include "shader.h"
+
 /// The engine, started with an off-screen window; stopped at the end.
 class OffScreen {
 public:
@@ -40,33 +42,9 @@ public:
     OffScreen(OffScreen const&) = delete;
     OffScreen& operator=(OffScreen const&) = delete;
 
-    /// A program of two stages that are written for both paths: POSITION, NORMAL and TEXCOORD are
-    /// the vertex, OUT and IN what the stages share, SAMPLE reads a texture, COLOR is the pixel.
+    /// A program of two stages that are written for both paths, as `program_text` takes them.
     orvex::GpuProgram* make_program(char const* name, char const* vertex, char const* pixel) {
-        char const* const vertex_head = gl3 ? "\n#version 150\n"
-                                              "#define OUT out\n"
-                                              "in vec4 orvex_Position;\n"
-                                              "in vec4 orvex_Normal;\n"
-                                              "in vec4 orvex_TexCoord0;\n"
-                                              "#define POSITION vec4(orvex_Position.xyz, 1.0)\n"
-                                              "#define NORMAL orvex_Normal.xyz\n"
-                                              "#define TEXCOORD orvex_TexCoord0.xy\n"
-                                            : "\n#version 120\n"
-                                              "#define OUT varying\n"
-                                              "#define POSITION vec4(gl_Vertex.xyz, 1.0)\n"
-                                              "#define NORMAL gl_Normal\n"
-                                              "#define TEXCOORD gl_MultiTexCoord0.xy\n";
-        char const* const pixel_head = gl3 ? "\n#version 150\n"
-                                             "#define IN in\n"
-                                             "#define SAMPLE texture\n"
-                                             "#define COLOR color\n"
-                                             "out vec4 color;\n"
-                                           : "\n#version 120\n"
-                                             "#define IN varying\n"
-                                             "#define SAMPLE texture2D\n"
-                                             "#define COLOR gl_FragColor\n";
-        const std::string text = std::string("[Vertex_Shader]") + vertex_head + vertex +
-                                 "[Pixel_Shader]" + pixel_head + pixel;
+        const std::string text = program_text(gl3, vertex, pixel);
         orvex::GpuProgram* const program =
             orvex::GpuProgramMgr::get()->create_gpu_program_from_memory(renderer, text.c_str(),
                                                                         text.size(), name);

@@ -1,7 +1,7 @@
 // A pool of points that a compute program moves, drawn before it (left) and after it (right). The
 // program writes the very buffer that is drawn: compute_points [gl2|gl3] [picture.jpg]
 
-#include "../common/off_screen.h"
+#include "off_screen.h"
 
 using namespace orvex;
 
@@ -11,12 +11,6 @@ constexpr int size = 320;
 constexpr unsigned int side = 48; ///< of the square of points
 
 char const* const vertex = R"(
-#if __VERSION__ >= 150
-in vec4 orvex_Color;
-#define VERTEX_COLOR orvex_Color
-#else
-#define VERTEX_COLOR gl_Color
-#endif
 uniform mat4 orvex_ModelViewProjectionMatrix;
 OUT vec4 point_color;
 void main() {

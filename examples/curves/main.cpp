@@ -8,7 +8,7 @@
 #include <cmath>
 #include <vector>
 
-#include "../common/off_screen.h"
+#include "off_screen.h"
 
 using namespace orvex;
 
@@ -23,12 +23,6 @@ constexpr float upper_row = 2.55f;
 constexpr float middle_row = 0.1f;
 
 char const* const vertex = R"(
-#if __VERSION__ >= 150
-in vec4 orvex_Color;
-#define VERTEX_COLOR orvex_Color
-#else
-#define VERTEX_COLOR gl_Color
-#endif
 uniform mat4 orvex_ModelViewProjectionMatrix;
 OUT vec4 line_color;
 void main() {

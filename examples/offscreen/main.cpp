@@ -1,7 +1,7 @@
 // Draws a ring into a target of four samples a pixel, resolves it into a plain one, and shows that
 // one on a quad: offscreen [gl2|gl3] [picture.jpg]
 
-#include "../common/off_screen.h"
+#include "off_screen.h"
 
 using namespace orvex;
 

@@ -5,9 +5,9 @@
 
 #include <cmath>
 
-#include "../render_model/model_view.h"
-#include "../render_model/shader.h"
+#include "model_scene.h"
 #include "panel.h"
+#include "shader.h"
 
 using namespace orvex;
 
@@ -50,13 +50,13 @@ Camera* make_camera() {
 }
 
 /// The sky first, behind everything and without a mark in the depth buffer.
-void draw_scene(OffScreen& stage, Camera& camera, Skybox& sky, ModelView& view) {
+void draw_scene(OffScreen& stage, Camera& camera, Skybox& sky, ModelScene& scene) {
     camera.bind(stage.renderer, true, true, true, true, !stage.gl3);
     stage.renderer->set_depth_buffer_writing_state(false);
     sky.render(stage.renderer, nullptr);
     stage.renderer->set_depth_buffer_writing_state(true);
     sky.get_cubemap_gpu_program()->unbind(stage.renderer);
-    view.draw();
+    scene.draw();
 }
 
 /// Frames of about 16 milliseconds, with a hitch now and then.
@@ -66,13 +66,11 @@ float frame_time(int frame) {
            (frame % 37 == 20 ? 12.0f : 0.0f);
 }
 
-bool draw(OffScreen& stage, Skybox& sky, Model* model) {
-    const std::string shader = shader_text(stage.gl3);
+bool draw(OffScreen& stage, Skybox& sky, ModelScene& scene) {
+    const std::string shader = model_shader(stage.gl3);
     GpuProgram* const lit = GpuProgramMgr::get()->create_gpu_program_from_memory(
         stage.renderer, shader.c_str(), shader.size(), "lit");
-    ModelView view(stage.renderer, model);
-    view.load_textures(data_folder, nullptr);
-    view.use_program(lit, stage.gl3);
+    scene.use_program(lit, stage.gl3);
     Panel panel(stage, data_folder);
     if (!panel.ok()) {
         std::fprintf(stderr, "no glyphs at %s\n", data_folder.c_str());
@@ -84,7 +82,7 @@ bool draw(OffScreen& stage, Skybox& sky, Model* model) {
 
     Camera* const camera = make_camera();
     stage.renderer->clear_color_depth_buffers(0.0f, 0.0f, 0.0f, 1.0f, 1.0f);
-    draw_scene(stage, *camera, sky, view);
+    draw_scene(stage, *camera, sky, scene);
     panel.draw(camera);
     camera->kill(stage.renderer, nullptr);
     return true;
@@ -97,13 +95,15 @@ int main(int argc, char** argv) {
     if (!stage.started)
         return 1;
     Skybox* const sky = make_sky(stage.renderer);
-    Model* const model =
-        sky ? aux::load_model_from_file("lighthouse.obj", data_folder.c_str(), "") : nullptr;
-    if (!model) {
+    std::unique_ptr<ModelScene> scene;
+    if (sky)
+        scene = ModelScene::load(data_folder + "lighthouse.obj", stage.renderer);
+    if (!scene) {
         std::fprintf(stderr, "the data of the examples is not at %s\n", data_folder.c_str());
         return 1;
     }
-    const bool ok = draw(stage, *sky, model) && stage.write(argc > 2 ? argv[2] : "overlays.jpg");
+    const bool ok = draw(stage, *sky, *scene) && stage.write(argc > 2 ? argv[2] : "overlays.jpg");
+    scene.reset();
     sky->kill(stage.renderer, nullptr);
     return ok ? 0 : 1;
 }

@@ -15,12 +15,6 @@ constexpr int graph_height = 100;
 constexpr float pixels_per_millisecond = 3.0f;
 
 char const* const colored_vertex = R"(
-#if __VERSION__ >= 150
-in vec4 orvex_Color;
-#define VERTEX_COLOR orvex_Color
-#else
-#define VERTEX_COLOR gl_Color
-#endif
 uniform mat4 orvex_ModelViewProjectionMatrix;
 OUT vec4 vertex_color;
 void main() {
@@ -36,12 +30,6 @@ void main() { COLOR = vertex_color; }
 
 // Decoders drop alpha: the sheet is white on black, and its brightness is the opacity.
 char const* const glyphs_vertex = R"(
-#if __VERSION__ >= 150
-in vec4 orvex_Color;
-#define VERTEX_COLOR orvex_Color
-#else
-#define VERTEX_COLOR gl_Color
-#endif
 uniform mat4 orvex_ModelViewProjectionMatrix;
 OUT vec4 tint;
 OUT vec2 uv;

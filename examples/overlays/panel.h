@@ -1,6 +1,6 @@
 #pragma once
 
-#include "../common/off_screen.h"
+#include "off_screen.h"
 
 /// What lies over the scene, in pixels of the window: a graph of the last frame times, two level
 /// meters, a logo, text, and a camera's axes. Objects are made once and drawn every frame.

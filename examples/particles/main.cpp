@@ -3,7 +3,7 @@
 
 #include <cmath>
 
-#include "../common/off_screen.h"
+#include "off_screen.h"
 
 using namespace orvex;
 
@@ -20,12 +20,6 @@ constexpr float basin_radius = 2.6f;
 constexpr int num_jets = 6;
 
 char const* const vertex = R"(
-#if __VERSION__ >= 150
-in vec4 orvex_Color;
-#define VERTEX_COLOR orvex_Color
-#else
-#define VERTEX_COLOR gl_Color
-#endif
 uniform mat4 orvex_ModelViewProjectionMatrix;
 OUT vec4 color_of_vertex;
 void main() {

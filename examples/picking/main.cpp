@@ -7,7 +7,7 @@
 #include <limits>
 #include <vector>
 
-#include "../common/off_screen.h"
+#include "off_screen.h"
 
 using namespace orvex;
 
@@ -32,12 +32,6 @@ void main() { COLOR = vec4(vec3(0.25, 0.3, 0.35) + 0.4 * abs(normalize(eye_norma
 
 // Drawn a little nearer than they are, or the surface would cover half of them.
 char const* const point_vertex = R"(
-#if __VERSION__ >= 150
-in vec4 orvex_Color;
-#define VERTEX_COLOR orvex_Color
-#else
-#define VERTEX_COLOR gl_Color
-#endif
 uniform mat4 orvex_ModelViewProjectionMatrix;
 OUT vec4 point_color;
 void main() {

@@ -121,8 +121,8 @@ int fail(std::string const& mistake) {
 
 int run(int port) {
     Stage stage;
-    if (!stage.open(640, 480))
-        return fail(stage.mistake);
+    if (const std::string mistake = stage.open(640, 480); !mistake.empty())
+        return fail(mistake);
     Remote remote;
     remote.server.set_client_proc(hand_over, &remote);
     bool listened = true;

@@ -1,17 +1,8 @@
 #pragma once
 
-#include <memory>
 #include <string>
 
-namespace orvex {
-class Camera;
-class GpuProgram;
-class Model;
-class Renderer;
-class RenderWindow;
-} // namespace orvex
-
-class ModelView;
+#include "model_stage.h"
 
 /// What the host renders: at most one model, off screen. Everything on the render thread.
 class Stage {
@@ -21,15 +12,15 @@ public:
     Stage(Stage const&) = delete;
     Stage& operator=(Stage const&) = delete;
 
-    /// Starts the engine.
-    /// @return false, with the reason in `mistake`
-    bool open(int width, int height);
-    std::string mistake;
+    /// Makes the drawable.
+    /// @return what is wrong; empty if nothing is
+    std::string open(int width, int height);
 
-    /// Shows a model file instead of what there was, seen as a whole.
+    /// Shows a model file instead of what there was, from so far that no turn brings it out of
+    /// sight.
     /// @return what is wrong; empty if nothing is
     std::string load(std::string const& path);
-    /// Turns the model around its upright axis.
+    /// Turns the model around the upright axis through its middle.
     void turn(float degrees);
     void draw();
     /// Draws, and writes the frame as JPEG.
@@ -38,16 +29,9 @@ public:
     void show();
 
 private:
-    int width = 0;
-    int height = 0;
-    float angle_degrees = 0.0f;
-    orvex::Renderer* renderer = nullptr;
-    orvex::RenderWindow* window = nullptr;
-    orvex::GpuProgram* program = nullptr;
-    orvex::Camera* camera = nullptr;
-    orvex::Model* model = nullptr; ///< the view's
-    std::unique_ptr<ModelView> view;
-
-    bool open_window();
-    bool load_program();
+    ModelStage stage;
+    orvex::Camera* camera;
+    Lens lens{1, 1};
+    Aim aim;
+    Angle angle; ///< from where the model is seen
 };

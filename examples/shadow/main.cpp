@@ -1,7 +1,7 @@
 // A ring throws its shadow on a floor: the depth of the scene seen from the lamp goes into a depth
 // target, and the light pass compares with it. shadow [gl2|gl3] [picture.jpg]
 
-#include "../common/off_screen.h"
+#include "off_screen.h"
 
 using namespace orvex;
 

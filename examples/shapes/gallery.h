@@ -4,7 +4,7 @@
 
 #include <orvex/orvex.h>
 
-#include "../common/off_screen.h"
+#include "off_screen.h"
 
 /// The ten parametric meshes in two rows of five, with one light and a camera.
 class Gallery {

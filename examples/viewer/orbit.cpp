@@ -6,7 +6,7 @@
 #include <orvex/math/quat.h>
 #include <orvex/scene/camera.h>
 
-#include "model_view.h"
+#include "model_scene.h"
 
 using namespace orvex;
 
@@ -65,12 +65,8 @@ Camera& Orbit::camera(int width, int height) {
 }
 
 /// Framed in a square, so that a window of any shape shows at least as much.
-std::unique_ptr<Orbit> orbit_around(ModelView const& view) {
-    auto* const framing = new Camera;
-    view.frame(*framing, 1, 1);
-    const vec4 eye = framing->get_position();
-    framing->release(nullptr, nullptr);
-    const vec4 center = view.center();
-    return std::make_unique<Orbit>(
-        center, std::hypot(eye.x - center.x, eye.y - center.y, eye.z - center.z));
+std::unique_ptr<Orbit> orbit_around(ModelScene const& scene) {
+    constexpr int views_of_a_turn = 36;
+    const Aim aim = turning_aim(scene.extent(), {first_yaw, -first_pitch}, {1, 1}, views_of_a_turn);
+    return std::make_unique<Orbit>(scene.extent().middle, aim.distance);
 }

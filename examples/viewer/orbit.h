@@ -8,7 +8,7 @@ namespace orvex {
 class Camera;
 }
 
-class ModelView;
+class ModelScene;
 
 /// A camera that goes around a point at a distance, and always looks at it.
 class Orbit {
@@ -38,5 +38,5 @@ private:
     float down = 0.0f;
 };
 
-/// An orbit around the middle of a model, from where all of it is seen.
-std::unique_ptr<Orbit> orbit_around(ModelView const& view);
+/// An orbit around the middle of a model, where all of it is seen on the way around.
+std::unique_ptr<Orbit> orbit_around(ModelScene const& scene);

@@ -7,7 +7,7 @@
 
 #include <orvex/orvex.h>
 
-#include "model_view.h"
+#include "model_scene.h"
 
 using namespace orvex;
 
@@ -32,8 +32,8 @@ std::string Viewer::open(void* context, std::string const& model) {
         return "no axes in this context";
     keyboard.init();
     title = std::filesystem::path(model).filename().string() + ", " +
-            std::to_string(stage.view->num_faces()) + " triangles";
-    orbit = orbit_around(*stage.view);
+            std::to_string(stage.scene->num_faces()) + " triangles";
+    orbit = orbit_around(*stage.scene);
     // The model's axes lie where its own origin is.
     frame = new Object;
     const float length = orbit->get_distance() / 5;

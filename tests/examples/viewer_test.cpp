@@ -105,7 +105,7 @@ Picture upper_line(Picture const& picture) {
     return part(picture, 0, 0, 150, 45);
 }
 Picture lower_lines(Picture const& picture) {
-    return part(picture, 0, height - 75, 150, 75);
+    return part(picture, 0, height - 75, 100, 75);
 }
 Picture corner(Picture const& picture) {
     return part(picture, width - 100, height - 100, 100, 100);
@@ -301,7 +301,7 @@ Picture plain_frame(std::string const& model, std::function<void(Orbit&)> const&
     ModelStage stage;
     EXPECT_TRUE(stage.window->osx_init_with_cocoa_nsgl_ctx(eglGetCurrentContext()));
     EXPECT_EQ(stage.load(model), "");
-    const std::unique_ptr<Orbit> orbit = orbit_around(*stage.view);
+    const std::unique_ptr<Orbit> orbit = orbit_around(*stage.scene);
     turn(*orbit);
     stage.draw(orbit->camera(width, height));
     Picture frame = read_frame(width, height);

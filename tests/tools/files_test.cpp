@@ -20,6 +20,15 @@ TEST(Files, lie_in_their_folders) {
     EXPECT_EQ(folder_of(""), "");
 }
 
+TEST(Files, have_suffixes_in_any_case) {
+    EXPECT_EQ(suffix_of("a.b/c.obj"), 5u);
+    EXPECT_EQ(suffix_of("a.b/c"), 5u);
+    EXPECT_EQ(suffix_of("a/.c"), 4u);
+    EXPECT_TRUE(has_suffix("a/m.3DS", ".3ds"));
+    EXPECT_FALSE(has_suffix("a/m.obj", ".3ds"));
+    EXPECT_FALSE(has_suffix("a.3ds/m", ".3ds"));
+}
+
 TEST(Files, tell_why_they_cant_be_read) {
     const TempDir folder;
     const std::string pipe = folder.file("pipe");

@@ -141,6 +141,30 @@ TEST_F(Framing, keeps_the_middle_in_the_middle_of_a_turn) {
     EXPECT_NEAR(std::max({seen.right, -seen.left, seen.high, -seen.low}), 0.95f, 0.01f);
 }
 
+TEST_F(Framing, sees_all_throughout_a_turn) {
+    const Extent extent = box_of(9, 2, 1);
+    const Angle first{30.0f, 20.0f, UpAxis::y};
+    const Aim aim = turning_aim(extent, first, wide, 12);
+    float fullest = 0.0f;
+    for (int view = 0; view < 12; ++view) {
+        const Angle angle{30.0f + 30.0f * static_cast<float>(view), 20.0f, UpAxis::y};
+        const Seen seen = look(extent, angle, wide, aim);
+        fullest = std::max({fullest, seen.right, -seen.left, seen.high, -seen.low});
+    }
+    EXPECT_NEAR(fullest, 0.95f, 0.001f);
+}
+
+TEST_F(Framing, sees_all_by_itself) {
+    const Extent extent = box_of(9, 2, 1);
+    const Angle angle;
+    see_all(*camera, extent, angle, wide);
+    const Seen itself = seen_by(*camera, extent);
+    const Seen wanted = look(extent, angle, wide, tight_aim(extent, axes_of(angle), wide));
+    EXPECT_EQ(itself.left, wanted.left);
+    EXPECT_EQ(itself.high, wanted.high);
+    EXPECT_EQ(itself.nearest, wanted.nearest);
+}
+
 TEST_F(Framing, magnifies_by_the_zoom) {
     const Extent extent = box_of(2, 2, 0);
     const Angle front{0.0f, 0.0f, UpAxis::y};

@@ -177,13 +177,6 @@ TEST(Options, number_the_pictures_of_a_turn) {
     EXPECT_EQ(many.back(), "m-1000.jpg");
 }
 
-TEST(Options, smooth_the_normals_of_3ds_files_unless_told_otherwise) {
-    EXPECT_EQ(normals_of(read_well({"m.3DS"})), Normals::smooth);
-    EXPECT_EQ(normals_of(read_well({"m.obj"})), Normals::file);
-    EXPECT_EQ(normals_of(read_well({"m.3ds", "-nfile"})), Normals::file);
-    EXPECT_EQ(normals_of(read_well({"m.obj", "-nflat"})), Normals::flat);
-}
-
 TEST(Options, explain_themselves_in_lines_of_eighty_characters) {
     const std::string help = help_text();
     EXPECT_EQ(help.rfind("usage: orvex-render [options] MODEL\n", 0), 0u);

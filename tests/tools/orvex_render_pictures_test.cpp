@@ -144,6 +144,15 @@ TEST(OrvexRenderTransparency, shows_what_is_behind) {
     EXPECT_GT(middle[2], 40);
 }
 
+#ifdef ORVEX_WITH_LIB3DS
+TEST(OrvexRenderNormals, of_3ds_files_are_left_alone_when_asked_to) {
+    const std::string horse = "/usr/share/glmark2/models/horse.3ds";
+    const Picture from_file = picture_of({horse, "-s160x120", "--normals=file"});
+    for (char const* other : {"--normals=smooth", "--normals=flat"})
+        EXPECT_FALSE(is_near(from_file, picture_of({horse, "-s160x120", other}), {})) << other;
+}
+#endif
+
 TEST(OrvexRenderNormals, are_made_up_where_the_file_has_bad_ones) {
     const TempDir folder;
     const std::string model =

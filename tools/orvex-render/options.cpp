@@ -2,9 +2,9 @@
 
 #include <algorithm>
 #include <array>
-#include <cctype>
 #include <cstddef>
 
+#include "files.h"
 #include "text_place.h"
 
 namespace {
@@ -53,23 +53,6 @@ Arguments::Taker take_word(Value& target, std::string wanted,
                             return value;
                     return std::nullopt;
                 });
-}
-
-std::string in_lower_case(std::string text) {
-    std::transform(text.begin(), text.end(), text.begin(),
-                   [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
-    return text;
-}
-
-/// Where the suffix of a file name begins, its dot included; its end if it has none.
-std::size_t suffix_of(std::string const& path) {
-    const std::size_t name = path.rfind('/') == path.npos ? 0 : path.rfind('/') + 1;
-    const std::size_t dot = path.rfind('.');
-    return dot == path.npos || dot <= name ? path.size() : dot;
-}
-
-bool has_suffix(std::string const& path, char const* suffix) {
-    return in_lower_case(path.substr(suffix_of(path))) == suffix;
 }
 
 std::string take_output(std::string const& word, std::string& output) {
@@ -245,14 +228,4 @@ std::vector<std::string> outputs_of(Options const& options) {
         result.push_back(output.substr(0, suffix) + "-" + number + output.substr(suffix));
     }
     return result;
-}
-
-Normals normals_of(Options const& options) {
-    if (options.normals != Normals::by_file)
-        return options.normals;
-    return is_3ds(options) ? Normals::smooth : Normals::file;
-}
-
-bool is_3ds(Options const& options) {
-    return has_suffix(options.model, ".3ds");
 }

@@ -4,27 +4,19 @@
 #include <vector>
 
 #include "arguments.h"
-#include "up_axis.h"
+#include "framing.h"
+#include "normals.h"
 #include "values.h"
-
-/// Where the model's normals come from.
-enum class Normals {
-    by_file, ///< smooth for 3DS files, which hold none, or flat if angular; from the file for
-             ///< others
-    file,
-    smooth, ///< the mean of the faces around a vertex
-    flat,   ///< that of each face
-};
 
 /// What the command line asks for.
 struct Options {
     std::string model;
     std::string output; ///< empty: the model's name in the current folder, as JPEG
     Size size{1280, 960};
-    float azimuth = 25.0f;   ///< degrees around the up axis, from the front to the right
-    float elevation = 20.0f; ///< degrees above the horizon
-    float distance = 1.0f;   ///< of the eye, in parts of the distance at which all is seen
-    float zoom = 1.0f;       ///< magnification from there
+    float azimuth = Angle().azimuth;
+    float elevation = Angle().elevation;
+    float distance = 1.0f; ///< of the eye, in parts of the distance at which all is seen
+    float zoom = 1.0f;     ///< magnification from there
     UpAxis up = UpAxis::automatic;
     int turntable = 0; ///< pictures of a turn; 0: one picture and no turn
     bool wireframe = false;
@@ -60,7 +52,3 @@ std::string output_of(Options const& options);
 /// The files of all pictures: of a turntable each with its number, counted from 1, before its
 /// suffix, with as many digits as the last one needs and at least three.
 std::vector<std::string> outputs_of(Options const& options);
-/// Where the normals come from, never `by_file`.
-Normals normals_of(Options const& options);
-/// Whether the model is a 3DS file, by its name.
-bool is_3ds(Options const& options);

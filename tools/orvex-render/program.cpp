@@ -38,28 +38,17 @@ ExitCode print(std::string const& text) {
     return EXIT_FINE;
 }
 
-/// The model with its textures.
-/// @return null, with the reason in `mistake`, if it can't be read
-std::unique_ptr<ModelScene> load_scene(Options const& options, Renderer* renderer,
-                                       std::string& mistake) {
-    Model* const model = ModelScene::load(options.model);
-    if (!model) {
-        mistake = options.model + ": no loader can read it as a model";
-        return nullptr;
-    }
-    auto scene = std::make_unique<ModelScene>(renderer, model);
-    scene->load_textures(folder_of(options.model));
-    return scene;
+std::string unreadable(std::string const& path) {
+    return path + ": no loader can read it as a model";
 }
 
 ExitCode tell_of_model(Options const& options) {
-    const std::string unreadable = mistake_in_reading(options.model);
-    if (!unreadable.empty())
-        return fail(unreadable);
+    const std::string mistake = mistake_in_reading(options.model);
+    if (!mistake.empty())
+        return fail(mistake);
     const Engine engine;
-    std::string mistake;
-    const std::unique_ptr<ModelScene> scene = load_scene(options, nullptr, mistake);
-    return scene ? print(report_of_model(options.model, *scene)) : fail(mistake);
+    const std::unique_ptr<ModelScene> scene = ModelScene::load(options.model, nullptr);
+    return scene ? print(report_of_model(options.model, *scene)) : fail(unreadable(options.model));
 }
 
 ExitCode tell_of_context(Options const& options) {
@@ -120,22 +109,16 @@ std::string Painter::prepare_scene() {
     std::string mistake;
     GpuProgram* const program =
         stage.compile(model_shader(options.gl3), "orvex-render model", mistake);
-    if (program)
-        scene = load_scene(options, stage.renderer, mistake);
-    if (!scene)
+    if (!program)
         return mistake;
+    scene = ModelScene::load(options.model, stage.renderer);
+    if (!scene)
+        return unreadable(options.model);
     for (TextureFile const& file : scene->texture_files())
         if (!file.texture)
             tell_warning("texture " + file.path + " is missing or can't be read");
-    const bool is_known = options.up != UpAxis::automatic;
-    up = is_known ? options.up : is_3ds(options) ? standing_axis(scene->extent()) : UpAxis::y;
-    scene->use_program(program, options.gl3);
-    if (normals_of(options) == Normals::smooth)
-        scene->smooth_normals();
-    const bool is_faceted = options.normals == Normals::by_file
-                                ? is_3ds(options) && scene->is_angular()
-                                : options.normals == Normals::flat;
-    program->set_uniform_1f(nullptr, "faceted", is_faceted ? 1.0f : 0.0f);
+    up = options.up == UpAxis::automatic ? scene->up_axis() : options.up;
+    scene->use_program(program, options.gl3, options.normals);
     return "";
 }
 
@@ -164,25 +147,16 @@ Lens Painter::lens() const {
 
 /// A turn keeps to one aim, or the model would seem to breathe.
 Aim Painter::aim() const {
-    if (options.turntable == 0) {
-        Aim one = tight_aim(scene->extent(), axes_of(angle_of(0)), lens());
-        one.distance *= options.distance;
-        return one;
-    }
-    Aim all{0.0f, 0.0f, 0.0f};
-    const int views = std::min(options.turntable, 36);
-    for (int view = 0; view < views; ++view) {
-        Angle angle = angle_of(0);
-        angle.azimuth += 360.0f * static_cast<float>(view) / static_cast<float>(views);
-        const Aim one = middle_aim(scene->extent(), axes_of(angle), lens());
-        all.distance = std::max(all.distance, one.distance * options.distance);
-    }
-    return all;
+    const Angle first = angle_of(0);
+    Aim one = options.turntable == 0
+                  ? tight_aim(scene->extent(), axes_of(first), lens())
+                  : turning_aim(scene->extent(), first, lens(), std::min(options.turntable, 36));
+    one.distance *= options.distance;
+    return one;
 }
 
 void Painter::draw(Angle const& angle, Aim const& aim) {
-    const Axes axes = axes_of(angle);
-    place(*camera, scene->extent(), axes, lens(), aim);
+    place(*camera, scene->extent(), axes_of(angle), lens(), aim);
     stage.renderer->rasterizer_set_polygon_mode(
         POLYGON_FACE_FRONT_AND_BACK, options.wireframe ? POLYGON_MODE_LINE : POLYGON_MODE_FILL);
     stage.begin_picture();
@@ -190,7 +164,7 @@ void Painter::draw(Angle const& angle, Aim const& aim) {
     camera->bind(stage.renderer, true, true, true, true, !options.gl3);
     Color const& behind = options.background;
     stage.renderer->clear_color_depth_buffers(behind.r, behind.g, behind.b, 1.0f, 1.0f);
-    scene->draw(axes, axes_of({angle.azimuth, 0.0f, angle.up}));
+    scene->draw(angle);
     stage.resolve();
 }
 

@@ -24,18 +24,18 @@ struct Extent {
 /// vertices: y, unless more than twice as many lie lowest the other way.
 UpAxis standing_axis(Extent const& extent);
 
-/// From where.
+/// From where: a little from the right and from above, if nobody wants another.
 struct Angle {
-    float azimuth;   ///< degrees around the up axis, from the front to the right
-    float elevation; ///< degrees above the horizon
-    UpAxis up;       ///< of the model
+    float azimuth = 25.0f;   ///< degrees around the up axis, from the front to the right
+    float elevation = 20.0f; ///< degrees above the horizon
+    UpAxis up = UpAxis::y;   ///< of the model
 };
 
 /// How much of it.
 struct Lens {
-    int width;  ///< of the picture, in pixels
-    int height; ///< likewise
-    float zoom; ///< magnification; 1 for an opening of 35 degrees
+    int width;         ///< of the picture, in pixels
+    int height;        ///< likewise
+    float zoom = 1.0f; ///< magnification; 1 for an opening of 35 degrees
 };
 
 /// The axes of the camera in the world, each of length 1.
@@ -45,9 +45,6 @@ struct Axes {
     orvex::vec4 toward; ///< from the model to the eye
 };
 Axes axes_of(Angle const& angle);
-
-/// A direction of the world as the camera sees it.
-orvex::vec4 seen_from(Axes const& axes, orvex::vec4 const& direction);
 
 /// Where the camera looks, and from how far.
 struct Aim {
@@ -62,6 +59,11 @@ Aim tight_aim(Extent const& extent, Axes const& axes, Lens const& lens);
 /// The nearest aim at the middle itself by which all is seen.
 Aim middle_aim(Extent const& extent, Axes const& axes, Lens const& lens);
 
+/// The nearest aim at the middle by which all is seen throughout a turn, of as many views.
+Aim turning_aim(Extent const& extent, Angle const& first, Lens const& lens, int views);
+
 /// Places the camera.
 void place(orvex::Camera& camera, Extent const& extent, Axes const& axes, Lens const& lens,
            Aim const& aim);
+/// Places the camera as near as all can be seen from.
+void see_all(orvex::Camera& camera, Extent const& extent, Angle const& angle, Lens const& lens);

@@ -1,5 +1,7 @@
 #include "files.h"
 
+#include <algorithm>
+#include <cctype>
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
@@ -8,6 +10,26 @@
 std::string folder_of(std::string const& path) {
     const std::size_t slash = path.rfind('/');
     return slash == path.npos ? std::string() : path.substr(0, slash + 1);
+}
+
+std::size_t suffix_of(std::string const& path) {
+    const std::size_t name = folder_of(path).size();
+    const std::size_t dot = path.rfind('.');
+    return dot == path.npos || dot <= name ? path.size() : dot;
+}
+
+namespace {
+
+std::string in_lower_case(std::string text) {
+    std::transform(text.begin(), text.end(), text.begin(),
+                   [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+    return text;
+}
+
+} // namespace
+
+bool has_suffix(std::string const& path, char const* suffix) {
+    return in_lower_case(path.substr(suffix_of(path))) == suffix;
 }
 
 std::string mistake_in_reading(std::string const& path) {

@@ -71,12 +71,13 @@ Axes axes_of(Angle const& angle) {
     return {turned_up(right, angle.up), turned_up(up, angle.up), turned_up(toward, angle.up)};
 }
 
+namespace {
+
+/// A direction of the world as the camera sees it.
 vec4 seen_from(Axes const& axes, vec4 const& direction) {
     return vec4(dot(direction, axes.right), dot(direction, axes.up), dot(direction, axes.toward),
                 0.0f);
 }
-
-namespace {
 
 float aspect_of(Lens const& lens) {
     return static_cast<float>(lens.width) / static_cast<float>(lens.height);
@@ -144,6 +145,16 @@ Aim middle_aim(Extent const& extent, Axes const& axes, Lens const& lens) {
     return {0.0f, 0.0f, at_least_a_bit(std::max(across.distance(), upward.distance()))};
 }
 
+Aim turning_aim(Extent const& extent, Angle const& first, Lens const& lens, int views) {
+    Aim all{0.0f, 0.0f, 0.0f};
+    for (int view = 0; view < views; ++view) {
+        Angle angle = first;
+        angle.azimuth += 360.0f * static_cast<float>(view) / static_cast<float>(views);
+        all.distance = std::max(all.distance, middle_aim(extent, axes_of(angle), lens).distance);
+    }
+    return all;
+}
+
 namespace {
 
 vec4 moved(vec4 const& point, vec4 const& axis, float way) {
@@ -171,4 +182,9 @@ void place(Camera& camera, Extent const& extent, Axes const& axes, Lens const& l
     // The up vector of the view counts from the next turn on.
     camera.set_up(axes.up);
     camera.set_view_params(moved(target, axes.toward, aim.distance), target, axes.up, true);
+}
+
+void see_all(Camera& camera, Extent const& extent, Angle const& angle, Lens const& lens) {
+    const Axes axes = axes_of(angle);
+    place(camera, extent, axes, lens, tight_aim(extent, axes, lens));
 }

@@ -57,7 +57,8 @@ void main()
 )";
 
 char const* const model_pixel = R"(
-uniform vec4 to_sun;          // directions as the camera sees them
+uniform mat4 orvex_ViewMatrix;
+uniform vec4 to_sun;          // directions of the world
 uniform vec4 to_fill;
 uniform vec4 to_sky;
 uniform vec4 diffuse_color;   // w: opacity
@@ -71,6 +72,8 @@ IN vec2 uv;
 
 vec3 to_linear(vec3 srgb) { return pow(srgb, vec3(2.2)); }
 vec3 to_srgb(vec3 linear) { return pow(linear, vec3(1.0 / 2.2)); }
+
+vec3 seen(vec4 direction) { return normalize(mat3(orvex_ViewMatrix) * direction.xyz); }
 
 vec3 light(vec3 to_light, vec3 strength, vec3 albedo, vec3 normal, vec3 to_eye)
 {
@@ -92,10 +95,10 @@ void main()
     // Files disagree about which side is the front: both are lit.
     normal = dot(normal, to_eye) < 0.0 ? -normal : normal;
 
-    float up = dot(normal, normalize(to_sky.xyz)) * 0.5 + 0.5;
+    float up = dot(normal, seen(to_sky)) * 0.5 + 0.5;
     vec3 sum = albedo * mix(vec3(0.05, 0.045, 0.04), vec3(0.17, 0.19, 0.23), up);
-    sum += light(normalize(to_sun.xyz), vec3(1.05, 1.0, 0.92), albedo, normal, to_eye);
-    sum += light(normalize(to_fill.xyz), vec3(0.12, 0.15, 0.2), albedo, normal, to_eye);
+    sum += light(seen(to_sun), vec3(1.05, 1.0, 0.92), albedo, normal, to_eye);
+    sum += light(seen(to_fill), vec3(0.12, 0.15, 0.2), albedo, normal, to_eye);
     COLOR = vec4(to_srgb(sum), diffuse_color.a);
 }
 )";
@@ -124,18 +127,18 @@ void main()
 }
 )";
 
-/// A stage begins right after its marker, and the version must be its first line but for blanks.
-std::string both_stages(bool gl3, char const* vertex, char const* pixel) {
+} // namespace
+
+// A stage begins right after its marker, and the version must be its first line but for blanks.
+std::string program_text(bool gl3, char const* vertex, char const* pixel) {
     return std::string("[Vertex_Shader]") + (gl3 ? gl3_vertex_head : gl2_vertex_head) + vertex +
            "[Pixel_Shader]" + (gl3 ? gl3_pixel_head : gl2_pixel_head) + pixel;
 }
 
-} // namespace
-
 std::string model_shader(bool gl3) {
-    return both_stages(gl3, model_vertex, model_pixel);
+    return program_text(gl3, model_vertex, model_pixel);
 }
 
 std::string text_shader(bool gl3) {
-    return both_stages(gl3, text_vertex, text_pixel);
+    return program_text(gl3, text_vertex, text_pixel);
 }

@@ -1,12 +1,14 @@
 #pragma once
 
 #include <map>
+#include <memory>
 #include <string>
 #include <vector>
 
 #include <orvex/math/vec4.h>
 
 #include "framing.h"
+#include "normals.h"
 
 namespace orvex {
 class GpuProgram;
@@ -24,43 +26,38 @@ struct TextureFile {
     orvex::Texture* texture; ///< null: missing, or no picture
 };
 
-/// A loaded model with its textures, ready to be told of and to be drawn.
+/// A loaded model with its textures, ready to be told of and to be drawn. All of it on the render
+/// thread.
 ///
 /// It draws the meshes itself, face run by face run: a model in the engine draws its children
 /// twice, a scene renderer passes over meshes right under its start node, and a mesh drawn as a
 /// whole binds its first material only.
 class ModelScene {
 public:
-    /// Loads a model.
-    /// @param path  the file; its materials and textures are looked for beside it
+    /// Loads a model, with the textures that its materials name, each file once.
+    /// @param path      the file; its materials and textures are looked for beside it
+    /// @param renderer  outlives the scene; null serves for telling of it
     /// @return null if no loader reads it
-    static orvex::Model* load(std::string const& path);
-
-    /// Takes over a loaded model. A null renderer serves for telling of it.
-    ModelScene(orvex::Renderer* renderer, orvex::Model* model);
-    /// Releases the model with everything on the GPU, and what it left with the managers.
+    static std::unique_ptr<ModelScene> load(std::string const& path, orvex::Renderer* renderer);
+    /// Releases the model with everything on the GPU, and what it left with the managers: there is
+    /// one scene at a time.
     ~ModelScene();
     ModelScene(ModelScene const&) = delete;
     ModelScene& operator=(ModelScene const&) = delete;
 
-    /// Loads the textures that the loader noted, each file once.
-    /// @param folder  what stands before the names, with its slash
-    void load_textures(std::string const& folder);
+    /// Puts the meshes and materials on a drawing path, and gives them the program that
+    /// `model_shader` tells for it.
+    void use_program(orvex::GpuProgram* program, bool gl3, Normals normals = Normals::by_file);
+    /// Draws through the camera that is bound: what is opaque first, the rest blended. The lights
+    /// turn with the azimuth and the up axis of an angle: that of the camera has every side lit
+    /// alike.
+    void draw(Angle const& lit_from = {});
+
+    /// The way up of the model as its file leaves it.
+    UpAxis up_axis() const { return up; }
+    Extent const& extent() const { return bounds; }
     /// Every texture file that was looked for, in the order of the materials, each once.
     std::vector<TextureFile> const& texture_files() const { return textures; }
-
-    /// Makes each vertex's normal the mean of its faces'.
-    void smooth_normals();
-    /// Whether smooth normals don't fit: they look away from their faces by 25 degrees and more in
-    /// the mean, as those of a box do.
-    bool is_angular() const;
-    /// Puts the meshes and materials on a drawing path, and gives them their program.
-    void use_program(orvex::GpuProgram* program, bool gl3);
-    /// Draws, seen along the axes of the camera: what is opaque first, the rest blended. The lights
-    /// turn with the camera's azimuth, so that every side is lit alike.
-    void draw(Axes const& axes, Axes const& light_axes);
-
-    Extent const& extent() const { return bounds; }
     std::vector<orvex::Mesh*> const& all_meshes() const { return meshes; }
     std::vector<orvex::Material*> all_materials() const;
     unsigned long num_vertices() const;
@@ -77,6 +74,8 @@ private:
 
     orvex::Renderer* renderer;
     orvex::Model* model;
+    bool is_3ds;
+    UpAxis up = UpAxis::y;
     orvex::GpuProgram* program = nullptr;
     std::vector<orvex::Mesh*> meshes;
     std::vector<Run> opaque;
@@ -85,11 +84,16 @@ private:
     std::map<std::string, std::size_t> texture_by_path;
     Extent bounds;
 
+    ModelScene(orvex::Renderer* renderer, orvex::Model* model, bool is_3ds);
     void gather(orvex::Node* node);
     void add_runs(orvex::Mesh* mesh);
     void measure();
+    void load_textures(std::string const& folder);
     orvex::Texture* texture_from(std::string const& path);
+    void smooth_normals();
+    bool is_angular() const;
+    bool is_faceted(Normals normals) const;
     void draw_run(Run const& run);
-    void set_lights(Axes const& axes, Axes const& light_axes);
+    void set_lights(Axes const& axes);
     void set_colors(orvex::Material* material);
 };

@@ -20,19 +20,28 @@
 
 using namespace orvex;
 
-Model* ModelScene::load(std::string const& path) {
+std::unique_ptr<ModelScene> ModelScene::load(std::string const& path, Renderer* renderer) {
+    // The loaders put the folder right before each name, with nothing between them.
     const std::string folder = folder_of(path);
-    return aux::load_model_from_file(path.substr(folder.size()).c_str(), folder.c_str(),
-                                     folder.c_str());
+    Model* const model =
+        aux::load_model_from_file(path.c_str() + folder.size(), folder.c_str(), folder.c_str());
+    if (!model)
+        return nullptr;
+    std::unique_ptr<ModelScene> scene(new ModelScene(renderer, model, has_suffix(path, ".3ds")));
+    scene->load_textures(folder);
+    return scene;
 }
 
-ModelScene::ModelScene(Renderer* renderer, Model* model)
+ModelScene::ModelScene(Renderer* renderer, Model* model, bool is_3ds)
     : renderer(renderer)
-    , model(model) {
+    , model(model)
+    , is_3ds(is_3ds) {
     gather(model);
     for (Mesh* mesh : meshes)
         add_runs(mesh);
     measure();
+    if (is_3ds)
+        up = standing_axis(bounds);
 }
 
 ModelScene::~ModelScene() {
@@ -160,6 +169,8 @@ void ModelScene::smooth_normals() {
     }
 }
 
+/// Whether smooth normals don't fit: they look away from their faces by 25 degrees and more in the
+/// mean, as those of a box do.
 bool ModelScene::is_angular() const {
     double likeness = 0.0;
     double corners = 0.0;
@@ -178,7 +189,11 @@ bool ModelScene::is_angular() const {
     return corners > 0.0 && likeness < corners * cosine_of_25_degrees;
 }
 
-void ModelScene::use_program(GpuProgram* new_program, bool gl3) {
+bool ModelScene::is_faceted(Normals normals) const {
+    return normals == Normals::flat || (normals == Normals::by_file && is_3ds && is_angular());
+}
+
+void ModelScene::use_program(GpuProgram* new_program, bool gl3, Normals normals) {
     program = new_program;
     for (Mesh* mesh : meshes)
         mesh->set_opengl_2_3_rendering_states(!gl3, nullptr);
@@ -189,10 +204,13 @@ void ModelScene::use_program(GpuProgram* new_program, bool gl3) {
         for (Run const& run : *runs)
             if (run.material)
                 run.material->set_gpu_program(program);
+    if (normals == Normals::smooth || (normals == Normals::by_file && is_3ds))
+        smooth_normals();
+    program->set_uniform_1f(nullptr, "faceted", is_faceted(normals) ? 1.0f : 0.0f);
 }
 
-void ModelScene::draw(Axes const& axes, Axes const& light_axes) {
-    set_lights(axes, light_axes);
+void ModelScene::draw(Angle const& lit_from) {
+    set_lights(axes_of({lit_from.azimuth, 0.0f, lit_from.up}));
     renderer->set_blend_state(false);
     renderer->set_depth_buffer_writing_state(true);
     for (Run const& run : opaque)
@@ -229,8 +247,7 @@ void ModelScene::draw_run(Run const& run) {
         program->unbind(renderer);
 }
 
-void ModelScene::set_lights(Axes const& axes, Axes const& light_axes) {
-    // Of the camera that turns with the lights: to its right, up, and toward it.
+void ModelScene::set_lights(Axes const& axes) {
     struct Light {
         char const* name;
         float right, up, toward;
@@ -238,10 +255,8 @@ void ModelScene::set_lights(Axes const& axes, Axes const& light_axes) {
     constexpr Light lights[] = {
         {"to_sun", -0.79f, 0.62f, 0.75f}, {"to_fill", 0.81f, 0.08f, 0.59f}, {"to_sky", 0, 1, 0}};
     for (Light const& light : lights) {
-        const vec4 direction = light_axes.right * light.right + light_axes.up * light.up +
-                               light_axes.toward * light.toward;
-        const vec4 seen = seen_from(axes, direction);
-        program->set_uniform_4f(nullptr, light.name, seen.x, seen.y, seen.z, 0.0f);
+        const vec4 to = axes.right * light.right + axes.up * light.up + axes.toward * light.toward;
+        program->set_uniform_4f(nullptr, light.name, to.x, to.y, to.z, 0.0f);
     }
 }
 
