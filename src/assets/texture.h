@@ -148,8 +148,9 @@ public:
 
     /// Reads a render target's first colour texture into the 8-bit pixels, as a square of the
     /// target's width: a lower target leaves zeros at the end, a higher one is cut. Rows come with
-    /// the padding the API gives them, to multiples of 4 bytes. `index` is not read.
-    /// @return the target's result; false for null
+    /// the packing the API is set to, padded to multiples of 4 bytes unless the host changed that.
+    /// `index` is not read.
+    /// @return the target's result; false for null, and without memory for what is read
     bool update_pixmap_rgb_u8_from_render_target(RenderTarget* target, unsigned long index);
     /// The same with four channels; where the image has to be resized the texture becomes 2D.
     bool update_pixmap_rgba_u8_from_render_target(RenderTarget* target, unsigned long index);

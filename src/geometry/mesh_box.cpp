@@ -32,12 +32,7 @@ bool MeshBox::set_build_params(float new_width, float new_height, float new_dept
 }
 
 bool MeshBox::build(Node*) {
-    if (get_build_state()) {
-        update_build_state(false);
-        if (!_build_box())
-            return false;
-    }
-    return Mesh::_build();
+    return build_if_asked(*this, [this] { return _build_box(); }) && Mesh::_build();
 }
 
 namespace {

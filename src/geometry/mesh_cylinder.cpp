@@ -29,12 +29,7 @@ bool MeshCylinder::set_build_params(float new_radius, float new_height, int new_
 }
 
 bool MeshCylinder::build(Node*) {
-    if (get_build_state()) {
-        update_build_state(false);
-        if (!_build_cylinder())
-            return false;
-    }
-    return Mesh::_build();
+    return build_if_asked(*this, [this] { return _build_cylinder(); }) && Mesh::_build();
 }
 
 namespace {

@@ -32,12 +32,7 @@ bool MeshEllipse::set_build_params(float new_radius_x, float new_radius_z, int n
 }
 
 bool MeshEllipse::build(Node*) {
-    if (get_build_state()) {
-        update_build_state(false);
-        if (!_build_ellipse())
-            return false;
-    }
-    return Mesh::_build();
+    return build_if_asked(*this, [this] { return _build_ellipse(); }) && Mesh::_build();
 }
 
 namespace {

@@ -44,12 +44,7 @@ int MeshPlane::get_hsegs() const {
 }
 
 bool MeshPlane::build(Node*) {
-    if (get_build_state()) {
-        update_build_state(false);
-        if (!_build_plane())
-            return false;
-    }
-    return Mesh::_build();
+    return build_if_asked(*this, [this] { return _build_plane(); }) && Mesh::_build();
 }
 
 namespace {

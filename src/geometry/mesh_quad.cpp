@@ -21,12 +21,7 @@ bool MeshQuad::set_build_params(float new_width, float new_height) {
 }
 
 bool MeshQuad::build(Node*) {
-    if (get_build_state()) {
-        update_build_state(false);
-        if (!_build_quad())
-            return false;
-    }
-    return Mesh::_build();
+    return mesh_shape::build_if_asked(*this, [this] { return _build_quad(); }) && Mesh::_build();
 }
 
 namespace {

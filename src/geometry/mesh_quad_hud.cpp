@@ -19,12 +19,8 @@ bool MeshQuadHud::set_build_params() {
 }
 
 bool MeshQuadHud::build(Node*) {
-    if (get_build_state()) {
-        update_build_state(false);
-        if (!_build_quad_hud())
-            return false;
-    }
-    return Mesh::_build();
+    return mesh_shape::build_if_asked(*this, [this] { return _build_quad_hud(); }) &&
+           Mesh::_build();
 }
 
 bool MeshQuadHud::_build_quad_hud() {

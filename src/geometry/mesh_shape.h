@@ -6,12 +6,23 @@
 
 #include <vector>
 
+#include "geometry/logging_failures.h"
 #include "geometry/mesh.h"
 #include "geometry/mesh_data.h"
 
 namespace orvex::mesh_shape {
 
 inline constexpr vec4 white(1.0f, 1.0f, 1.0f, 1.0f);
+
+/// What each shape does first in its build: makes the geometry if the build state asks for it, and
+/// takes the state back. False, with a log line, without memory for what the making needs.
+template<class Generator>
+bool build_if_asked(Mesh& mesh, Generator generator) {
+    if (!mesh.get_build_state())
+        return true;
+    mesh.update_build_state(false);
+    return logging_failures(generator);
+}
 
 /// Room for a shape, vertices first: they decide the width of the faces.
 inline bool allocate(Mesh& mesh, unsigned long num_vertices, unsigned long num_faces) {

@@ -41,12 +41,7 @@ int MeshSphere::get_stacks() const {
 }
 
 bool MeshSphere::_build() {
-    if (get_build_state()) {
-        update_build_state(false);
-        if (!_build_sphere())
-            return false;
-    }
-    return Mesh::_build();
+    return build_if_asked(*this, [this] { return _build_sphere(); }) && Mesh::_build();
 }
 
 namespace {

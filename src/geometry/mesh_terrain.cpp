@@ -40,12 +40,7 @@ bool MeshTerrain::set_build_params(Texture* new_height_map, int new_resolution,
 }
 
 bool MeshTerrain::build(Node*) {
-    if (get_build_state()) {
-        update_build_state(false);
-        if (!_build_terrain())
-            return false;
-    }
-    return Mesh::_build();
+    return build_if_asked(*this, [this] { return _build_terrain(); }) && Mesh::_build();
 }
 
 bool MeshTerrain::_cleanup(Renderer* renderer) {

@@ -41,12 +41,7 @@ int MeshTorus::get_slices() const {
 }
 
 bool MeshTorus::_build() {
-    if (get_build_state()) {
-        update_build_state(false);
-        if (!_build_torus())
-            return false;
-    }
-    return Mesh::_build();
+    return build_if_asked(*this, [this] { return _build_torus(); }) && Mesh::_build();
 }
 
 namespace {

@@ -23,12 +23,8 @@ bool MeshTriangle::set_build_params(const vec4& new_p0, const vec4& new_p1, cons
 }
 
 bool MeshTriangle::build(Node*) {
-    if (get_build_state()) {
-        update_build_state(false);
-        if (!_build_triangle())
-            return false;
-    }
-    return Mesh::_build();
+    return mesh_shape::build_if_asked(*this, [this] { return _build_triangle(); }) &&
+           Mesh::_build();
 }
 
 bool MeshTriangle::_build_triangle() {

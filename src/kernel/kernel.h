@@ -244,11 +244,13 @@ public:
     /// @name Textures of render targets
     /// @{
 
-    /// A new texture of the texture manager that wraps a colour buffer of a render target.
+    /// A new texture of the texture manager that stands for the first colour texture of a render
+    /// target, to which it goes on belonging: the target has to outlive what samples it.
+    /// @param color_index  not read
     /// @return null for a null target
     Texture* create_color_texture_from_render_target(RenderTarget* target,
                                                      unsigned long color_index);
-    /// The same for the depth buffer.
+    /// The same for the depth texture.
     Texture* create_depth_texture_from_render_target(RenderTarget* target);
 
     /// @}

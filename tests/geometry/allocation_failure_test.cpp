@@ -1,11 +1,17 @@
+#include <algorithm>
 #include <string>
 
 #include <gtest/gtest.h>
 
+#include "assets/texture.h"
 #include "geometry/curve.h"
 #include "geometry/mesh_box.h"
+#include "geometry/mesh_cylinder.h"
 #include "geometry/mesh_data_packed.h"
 #include "geometry/mesh_plane.h"
+#include "geometry/mesh_sphere.h"
+#include "geometry/mesh_terrain.h"
+#include "geometry/mesh_torus.h"
 #include "geometry/owned_mesh.h"
 #include "support/heap.h"
 #include "support/log_capture.h"
@@ -95,6 +101,65 @@ TEST(AllocationFailure, of_any_array_fails_the_build_of_a_shape_without_quad_edg
     for (unsigned long i = 0; i < num_arrays; ++i)
         EXPECT_FALSE(build_with(*Owned<MeshBox>(new MeshBox), i)) << i;
     EXPECT_TRUE(build_with(*Owned<MeshBox>(new MeshBox), num_arrays));
+}
+
+bool build(MeshCylinder& tube) {
+    return tube.build(nullptr);
+}
+bool build(MeshSphere& sphere) {
+    return sphere._build();
+}
+bool build(MeshTorus& torus) {
+    return torus._build();
+}
+
+/// Shapes of 600 slices, whose tables of sines or of section vertices take more than 4,000 bytes.
+void set_slices(MeshCylinder& tube) {
+    tube.set_build_params(1.0f, 1.0f, 3, 600);
+}
+void set_slices(MeshSphere& sphere) {
+    sphere.set_build_params(1.0f, 600, 2);
+}
+void set_slices(MeshTorus& torus) {
+    torus.set_build_params(2.0f, 0.5f, 600);
+}
+
+template<class Shape>
+void expect_failure_without_tables() {
+    const Owned<Shape> shape(new Shape);
+    set_slices(*shape);
+    const test::LogCapture log;
+    {
+        const RefuseArrays refused({.min_size = 4000, .single = true});
+        EXPECT_FALSE(build(*shape));
+    }
+    EXPECT_TRUE(log.has("<*> std::bad_alloc exception caught - what: std::bad_alloc"));
+    EXPECT_EQ(log.messages().size(), 1u);
+    EXPECT_FALSE(shape->get_build_state());
+    shape->update_build_state(true);
+    EXPECT_TRUE(build(*shape)) << "and goes on";
+}
+
+TEST(AllocationFailure, of_a_shapes_tables_fails_its_build) {
+    expect_failure_without_tables<MeshCylinder>();
+    expect_failure_without_tables<MeshSphere>();
+    expect_failure_without_tables<MeshTorus>();
+}
+
+TEST(AllocationFailure, of_the_heights_leaves_a_terrain_with_those_it_had) {
+    const Owned<Texture> map(new Texture);
+    map->create_2d(1, 1, PF_RGB_U8);
+    std::fill_n(map->get_pixmap_u8_ptr(), 3, static_cast<unsigned char>(255));
+    const Owned<MeshTerrain> terrain(new MeshTerrain);
+    {
+        const RefuseArrays refused({});
+        EXPECT_FALSE(terrain->init_terrain_buffer(map.get()));
+        EXPECT_EQ(terrain->elevation(0, 0, 1, 1.0f), 0.0f);
+    }
+    EXPECT_TRUE(terrain->init_terrain_buffer(map.get()));
+    const RefuseArrays refused({});
+    EXPECT_FALSE(terrain->init_terrain_buffer(map.get()));
+    EXPECT_EQ(terrain->elevation(0, 0, 1, 1.0f), 1.0f);
 }
 
 } // namespace

@@ -13,6 +13,7 @@ TEST(MeshQuadHud, is_the_unit_square_of_the_first_quadrant) {
     for (const StoreKind& kind : all_store_kinds()) {
         SCOPED_TRACE(name_of(kind));
         const auto quad = make_shape<MeshQuadHud>(kind);
+        EXPECT_TRUE(quad->set_build_params());
         ASSERT_TRUE(quad->build(nullptr));
         expect_quad(
             *quad,

@@ -151,6 +151,12 @@ TEST(MeshTerrain, is_flat_without_a_usable_map) {
     }
 }
 
+TEST(MeshTerrain, has_no_resolution_at_first) {
+    const auto terrain = make_shape<MeshTerrain>();
+    EXPECT_TRUE(terrain->build(nullptr));
+    EXPECT_EQ(terrain->get_num_vertices(nullptr), 1u);
+}
+
 TEST(MeshTerrain, is_a_single_vertex_without_resolution) {
     for (const int resolution : {0, -5}) {
         const auto terrain = make_shape<MeshTerrain>();

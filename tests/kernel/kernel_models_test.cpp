@@ -233,12 +233,12 @@ public:
 TEST_F(KernelModelsTest, wraps_the_buffers_of_a_target_in_managed_textures) {
     FakeTarget target;
     const unsigned long before = TextureMgr::get()->get_num_resources();
-    Texture* const color = kernel->create_color_texture_from_render_target(&target, 0);
+    Texture* const color = kernel->create_color_texture_from_render_target(&target, 3);
     Texture* const depth = kernel->create_depth_texture_from_render_target(&target);
     ASSERT_NE(color, nullptr);
     ASSERT_NE(depth, nullptr);
     EXPECT_EQ(TextureMgr::get()->get_num_resources(), before + 2);
-    EXPECT_EQ(color->get_data_ptr()->opengl_texture_id, 70u);
+    EXPECT_EQ(color->get_data_ptr()->opengl_texture_id, 70u) << "always the first";
     EXPECT_EQ(depth->get_data_ptr()->opengl_texture_id, 90u);
     TextureMgr::get()->release_texture(nullptr, color, nullptr);
     TextureMgr::get()->release_texture(nullptr, depth, nullptr);

@@ -89,15 +89,21 @@ void* allocate(std::size_t size, std::align_val_t alignment = least_alignment) {
     throw std::bad_alloc();
 }
 
+void* allocate_single(std::size_t size, std::align_val_t alignment = least_alignment) {
+    if (refusal.single && is_refused(size))
+        refuse();
+    return allocate(size, alignment);
+}
+
 void* allocate_array(std::size_t size, std::align_val_t alignment = least_alignment) {
-    if (is_refused(size))
+    if (!refusal.single && is_refused(size))
         refuse();
     return allocate(size, alignment);
 }
 
 void* allocate_array_or_null(std::size_t size,
                              std::align_val_t alignment = least_alignment) noexcept {
-    return is_refused(size) ? nullptr : allocate_or_null(size, alignment);
+    return !refusal.single && is_refused(size) ? nullptr : allocate_or_null(size, alignment);
 }
 
 } // namespace
@@ -108,11 +114,11 @@ using namespace orvex_test;
 // All forms or none: a sanitizer has each of them too, and takes no block that another form made.
 
 void* operator new(std::size_t size) {
-    return allocate(size);
+    return allocate_single(size);
 }
 
 void* operator new(std::size_t size, std::align_val_t alignment) {
-    return allocate(size, alignment);
+    return allocate_single(size, alignment);
 }
 
 void* operator new(std::size_t size, const std::nothrow_t&) noexcept {

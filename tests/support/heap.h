@@ -45,6 +45,7 @@ struct Refusal {
     unsigned long refused = static_cast<unsigned long>(-1); ///< so many follow; the rest is granted
     std::size_t min_size = 0;                               ///< bytes; smaller ones do not count
     Thrown thrown = Thrown::bad_alloc;
+    bool single = false; ///< refuses single blocks, such as a standard container's, not arrays
 };
 
 /// While one lives, its thread is refused such arrays: `new` throws, its form without exceptions
