@@ -461,19 +461,6 @@ bool MeshData::free_user_vertex_attribs() {
     return true;
 }
 
-namespace {
-
-template<class Array, class Element>
-void free_array(Array& array, void (*aligned_delete)(Element**, unsigned long, unsigned char**)) {
-    if (array.raw_ptr)
-        aligned_delete(&array.data, array.num_elements, &array.raw_ptr);
-    else
-        delete[] array.data;
-    array.reset();
-}
-
-} // namespace
-
 void MeshData::free_vertex_attrib_array(VertexAttribArray& array) {
     free_array(array, AlignedDelete_vec4);
 }

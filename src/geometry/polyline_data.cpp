@@ -2,6 +2,7 @@
 
 #include <initializer_list>
 
+#include "geometry/vertex_access.h"
 #include "math/aligned_new.h"
 
 namespace orvex {
@@ -15,13 +16,8 @@ PolylineData::PolylineData() {
 namespace {
 
 void free_attributes(VertexAttribArray* attributes, unsigned long count) {
-    for (unsigned long i = 0; attributes && i < count; ++i) {
-        if (attributes[i].raw_ptr)
-            AlignedDelete_vec4(&attributes[i].data, attributes[i].num_elements,
-                               &attributes[i].raw_ptr);
-        else
-            delete[] attributes[i].data;
-    }
+    for (unsigned long i = 0; attributes && i < count; ++i)
+        vertex_access::free_array(attributes[i], AlignedDelete_vec4);
     delete[] attributes;
 }
 
@@ -33,11 +29,7 @@ PolylineData::~PolylineData() {
 }
 
 void PolylineData::free_vertices() {
-    if (raw_vertices)
-        AlignedDelete_Vertex(&vertices, num_vertices, &raw_vertices);
-    else
-        delete[] vertices;
-    vertices = nullptr;
+    vertex_access::free_records(*this, AlignedDelete_Vertex);
 }
 
 void PolylineData::inc_ref() {

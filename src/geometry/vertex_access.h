@@ -131,4 +131,14 @@ void free_records(Store& store, void (*aligned_delete)(Record**, unsigned long, 
     store.vertices = nullptr;
 }
 
+/// Frees an array by the road it came, and forgets it.
+template<class Array, class Element>
+void free_array(Array& array, void (*aligned_delete)(Element**, unsigned long, unsigned char**)) {
+    if (array.raw_ptr)
+        aligned_delete(&array.data, array.num_elements, &array.raw_ptr);
+    else
+        delete[] array.data;
+    array.reset();
+}
+
 } // namespace orvex::vertex_access

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "geometry/vertex_access.h"
 #include "kernel/large_pages.h"
 #include "math/aligned_new.h"
 
@@ -64,26 +65,13 @@ bool VertexPoolData::init_v2(unsigned long count, bool separate) {
     return true;
 }
 
-namespace {
-
-/// Frees an array by the road it came. A host may have put an aligned one in its place.
-template<class Array, class Element>
-void free_array(Array& array, void (*aligned_delete)(Element**, unsigned long, unsigned char**)) {
-    if (array.raw_ptr)
-        aligned_delete(&array.data, array.num_elements, &array.raw_ptr);
-    else
-        delete[] array.data;
-    array.reset();
-}
-
-} // namespace
-
 bool VertexPoolData::cleanup() {
     delete[] vertices;
     vertices = nullptr;
-    free_array(position, AlignedDelete_vec3);
-    free_array(normal, AlignedDelete_vec3);
-    free_array(color, AlignedDelete_vec4);
+    // A host may have put aligned arrays in their place.
+    vertex_access::free_array(position, AlignedDelete_vec3);
+    vertex_access::free_array(normal, AlignedDelete_vec3);
+    vertex_access::free_array(color, AlignedDelete_vec4);
     return true;
 }
 
