@@ -81,7 +81,8 @@ public:
     /// @param separate  true: one array per attribute, 40 bytes a point, which can't be a shader
     ///                  storage buffer. False: records of 96 bytes in whatever layout the pool had
     ///                  before, so that a pool made separate once reads as empty from then on.
-    /// @return false, changing nothing, for a count of 0
+    /// @return false, changing nothing, for a count of 0. Running out of memory throws
+    ///         `std::bad_alloc`, and the pool reads as empty then.
     bool init_pool(unsigned long count, bool separate);
 
     VertexPoolData* get_vertex_pool_data() const; ///< the store, owned by the pool
@@ -123,7 +124,8 @@ public:
     /// For interleaved pools; needs OpenGL 4.3 or its extension for storage buffers.
     /// @{
 
-    /// Makes the GPU buffer as a shader storage buffer that holds the points.
+    /// Makes the GPU buffer as a shader storage buffer that holds the points, in place of the one
+    /// before. What was written to the points so far needs no other upload.
     /// @param usage  noted in the store
     /// @return false for a null renderer, for a separate or empty pool, and without storage buffers
     bool shader_storage_init(Renderer* renderer, BUFFER_OBJECT_USAGE usage);

@@ -43,12 +43,29 @@ VertexPoolData::~VertexPoolData() {
     cleanup();
 }
 
+namespace {
+
+/// A store that was drawn before has a GPU buffer with the points before these.
+void mark_for_upload(VertexPoolData& store) {
+    if (store.vertex_buffer_id == 0)
+        return;
+    if (!store.separate_vertex_arrays) {
+        store.vertices_need_update = true;
+        return;
+    }
+    store.positions_need_update = true;
+    store.colors_need_update = true;
+}
+
+} // namespace
+
 bool VertexPoolData::init(unsigned long count) {
     if (count == 0)
         return false;
     cleanup();
     num_vertices = count;
     make_records(*this, count);
+    mark_for_upload(*this);
     return true;
 }
 
@@ -62,6 +79,7 @@ bool VertexPoolData::init_v2(unsigned long count, bool separate) {
         make_separate_arrays(*this, count);
     else
         make_records(*this, count);
+    mark_for_upload(*this);
     return true;
 }
 

@@ -69,13 +69,13 @@ struct ORVEX_API VertexPoolData {
 
     /// Makes `count` interleaved points, default but for their colour, white, in place of those
     /// before. The layout flag keeps its value: a store that was made separate is not readable
-    /// afterwards, see `init_v2`.
+    /// afterwards, see `init_v2`. Running out of memory throws `std::bad_alloc`.
     /// @return false, changing nothing, for 0
     bool init(unsigned long count);
 
     /// Makes `count` white points at the origin, in place of those before.
     /// @param separate  one array per attribute, or interleaved
-    /// @return false, changing nothing, for 0
+    /// @return false, changing nothing, for 0. Running out of memory throws `std::bad_alloc`.
     bool init_v2(unsigned long count, bool separate);
 
     /// Frees the points of both layouts. The number of points and all else keep their values.

@@ -1,5 +1,6 @@
 #include "geometry/vertex_pool.h"
 
+#include <new>
 #include <string>
 #include <vector>
 
@@ -114,6 +115,35 @@ TEST(VertexPool, replaces_its_points) {
     EXPECT_EQ(pool->get_vertex_color(4), white);
 }
 
+TEST(VertexPool, marks_new_points_for_upload_over_those_drawn_before) {
+    for (const bool separate : {false, true}) {
+        const OwnedPool pool = make_pool(2, separate);
+        VertexPoolData& data = *pool->get_vertex_pool_data();
+        EXPECT_FALSE(data.vertices_need_update || data.positions_need_update ||
+                     data.colors_need_update);
+        data.vertex_buffer_id = 3;
+        EXPECT_TRUE(pool->init_pool(2, separate));
+        EXPECT_EQ(data.vertices_need_update, !separate);
+        EXPECT_EQ(data.positions_need_update, separate);
+        EXPECT_EQ(data.colors_need_update, separate);
+    }
+}
+
+TEST(VertexPool, throws_when_memory_runs_out_and_reads_as_empty) {
+    for (const bool separate : {false, true}) {
+        const OwnedPool pool = make_pool(2, separate);
+        EXPECT_THROW(pool->init_pool(1ul << 60, separate), std::bad_alloc);
+        EXPECT_EQ(pool->get_vertex(0), nullptr);
+        EXPECT_EQ(pool->get_vertex_position(0), vec4());
+        EXPECT_EQ(pool->get_vertex_v2(0).color, vec4());
+        pool->set_vertex_position(0, red);
+        pool->set_vertex_color(0, red);
+        EXPECT_FALSE(pool->get_vertex_pool_data()->has_points());
+        EXPECT_TRUE(pool->init_pool(2, separate));
+        EXPECT_EQ(pool->get_vertex_color(1), white);
+    }
+}
+
 TEST(VertexPool, once_separate_reads_as_empty_after_an_interleaved_start) {
     const OwnedPool pool = make_pool(2, true);
     EXPECT_TRUE(pool->init_pool(2, false));
@@ -162,6 +192,8 @@ TEST(VertexPool, stores_separate_positions_without_w) {
     EXPECT_EQ(pool->get_vertex_position(0), vec4(1.0f, 2.0f, 3.0f, 1.0f));
     EXPECT_EQ(pool->get_vertex_position(1), vec4(4.0f, 5.0f, 6.0f, 1.0f));
     EXPECT_EQ(pool->get_vertex_v2(2).position, vec4(7.0f, 8.0f, 9.0f, 1.0f));
+    data->normal.data[2] = vec3(0.0f, 1.0f, 0.0f);
+    EXPECT_EQ(pool->get_vertex_v2(2).normal, vec4(0.0f, 1.0f, 0.0f, 1.0f));
     EXPECT_FALSE(data->vertices_need_update || data->colors_need_update);
 }
 
@@ -330,16 +362,20 @@ TEST_F(VertexPoolRendering, maps_its_buffer) {
 
 TEST_F(VertexPoolRendering, becomes_a_shader_storage_buffer) {
     renderer.numbers["shader_storage_buffer_create"] = 9;
+    pool->set_vertex_position(1, red);
     EXPECT_TRUE(pool->shader_storage_init(&renderer, BUFFER_USAGE_DYNAMIC_DRAW));
     EXPECT_EQ(renderer.take_calls().front(), "shader_storage_buffer_create(288, 3, points)");
+    EXPECT_FALSE(store().vertices_need_update) << "the points went with it";
     EXPECT_EQ(store().vertex_buffer_id, 9u);
     EXPECT_EQ(store().buffer_usage, BUFFER_USAGE_DYNAMIC_DRAW);
     EXPECT_EQ(pool->get_renderer_id(), renderer.getid());
 }
 
 TEST_F(VertexPoolRendering, tells_a_storage_buffer_that_could_not_be_made) {
+    pool->set_vertex_position(1, red);
     EXPECT_FALSE(pool->shader_storage_init(&renderer, BUFFER_USAGE_DYNAMIC_DRAW));
     EXPECT_EQ(store().vertex_buffer_id, 0u);
+    EXPECT_TRUE(store().vertices_need_update);
 }
 
 TEST_F(VertexPoolRendering, ends_the_storage_buffer_before_when_it_makes_another) {

@@ -84,8 +84,9 @@ unsigned int RendererOpenGL::shader_storage_buffer_create(unsigned long size,
     return id;
 }
 
+/// The vertices of a point pool may lie in it, and arrays point there.
 bool RendererOpenGL::shader_storage_buffer_kill(unsigned int id) {
-    return kill_buffer(gl, id);
+    return RendererOpenGL::vertex_buffer_kill(id);
 }
 
 void* RendererOpenGL::shader_storage_buffer_map(unsigned int id) {

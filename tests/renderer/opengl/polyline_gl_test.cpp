@@ -250,6 +250,43 @@ TEST_P(Polylines, do_nothing_without_the_entry_points) {
     }
 }
 
+TEST_P(Polylines, keep_a_vertex_array_that_can_not_be_deleted_nor_unbound) {
+    make();
+    draw_quietly();
+    const unsigned int buffer = polyline.vertex_buffer_id;
+    const unsigned int array = polyline.vertex_array_id;
+    recorder->hide("glDeleteVertexArrays");
+    recorder->hide("glBindVertexArray");
+    renderer->stop();
+    renderer->start();
+    recorder->clear();
+    EXPECT_FALSE(renderer->polyline_vb_finish(&polyline));
+    EXPECT_FALSE(renderer->polyline_vb_kill(&polyline));
+    EXPECT_TRUE(recorder->take().empty());
+    EXPECT_EQ(polyline.vertex_buffer_id, buffer);
+    EXPECT_EQ(polyline.vertex_array_id, array);
+}
+
+/// Takes over the path of client arrays.
+class ClientArraysTaker : public RendererOpenGL {
+public:
+    bool polyline_vb_prepare_gl2(PolylineData* polyline) override {
+        taken = polyline;
+        return false;
+    }
+
+    PolylineData* taken = nullptr;
+};
+
+TEST_P(Polylines, hand_the_path_of_client_arrays_to_a_renderer_that_takes_it_over) {
+    ClientArraysTaker taker;
+    EXPECT_FALSE(taker.polyline_vb_prepare(&polyline));
+    EXPECT_EQ(taker.taken, nullptr) << "generic attributes go another way";
+    polyline.use_generic_vertex_attribs = false;
+    EXPECT_FALSE(taker.polyline_vb_prepare(&polyline));
+    EXPECT_EQ(taker.taken, &polyline);
+}
+
 TEST_P(Polylines, can_have_their_buffer_mapped) {
     Polyline* const object = new Polyline;
     object->initialize(2, LINE_RENDER_MODE_LINES);

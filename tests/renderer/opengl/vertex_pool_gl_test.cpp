@@ -179,6 +179,9 @@ TEST_P(VertexPools, of_another_size_get_new_storage_and_pointers_that_fit) {
     EXPECT_EQ(prepare(), joined({bind_array_buffer(pool.vertex_buffer_id),
                                  {"glBufferData(GL_ARRAY_BUFFER, 480, ptr, GL_STATIC_DRAW)"},
                                  bind_array_buffer(0),
+                                 bind_array_buffer(pool.vertex_buffer_id),
+                                 upload(0, 480),
+                                 bind_array_buffer(0),
                                  bind_vertex_array(pool.vertex_array_id),
                                  size_from_program}));
     finish();
@@ -198,6 +201,24 @@ TEST_P(VertexPools, of_another_size_get_new_storage_and_pointers_that_fit) {
                              generic_pointer(0, 3, 0, 0),
                              generic_pointer(1, 4, 0, 60),
                              size_from_program}));
+    finish();
+}
+
+TEST_P(VertexPools, made_anew_in_the_same_size_are_uploaded) {
+    make(interleaved);
+    draw_quietly();
+    make(interleaved);
+    EXPECT_EQ(prepare(), joined({bind_array_buffer(pool.vertex_buffer_id), upload(0, 288),
+                                 bind_array_buffer(0), bind_vertex_array(pool.vertex_array_id),
+                                 size_from_program}));
+    finish();
+    kill();
+    make(separate);
+    draw_quietly();
+    make(separate);
+    EXPECT_EQ(prepare(),
+              joined({bind_array_buffer(pool.vertex_buffer_id), upload(0, 36), upload(36, 48),
+                      bind_vertex_array(pool.vertex_array_id), size_from_program}));
     finish();
 }
 
@@ -292,6 +313,30 @@ TEST_P(VertexPools, do_nothing_without_the_entry_points) {
     }
 }
 
+TEST_P(VertexPools, keep_a_vertex_array_that_can_not_be_deleted) {
+    make(interleaved);
+    draw_quietly();
+    const unsigned int buffer = pool.vertex_buffer_id;
+    const unsigned int array = pool.vertex_array_id;
+    recorder->hide("glDeleteVertexArrays");
+    renderer->stop();
+    renderer->start();
+    recorder->clear();
+    EXPECT_FALSE(renderer->vertex_pool_kill(&pool));
+    EXPECT_TRUE(recorder->take().empty());
+    EXPECT_EQ(pool.vertex_buffer_id, buffer);
+    EXPECT_EQ(pool.vertex_array_id, array);
+}
+
+TEST_P(VertexPools, finish_nothing_without_vertex_arrays) {
+    recorder->hide("glBindVertexArray");
+    renderer->stop();
+    renderer->start();
+    recorder->clear();
+    EXPECT_FALSE(renderer->vertex_pool_render_finish(&pool));
+    EXPECT_TRUE(recorder->take().empty());
+}
+
 /// On a compatibility context, drawn by client arrays.
 class VertexPoolsOfClientArrays : public GlCompatibilityTest, public PoolCalls {
 protected:
@@ -376,6 +421,22 @@ TEST_F(VertexPoolsOfClientArrays, run_all_three_steps) {
     EXPECT_EQ(recorder->count("glDrawArrays"), 1);
     EXPECT_EQ(recorder->count("glEnableClientState"), 2);
     EXPECT_EQ(recorder->count("glDisableClientState"), 2);
+}
+
+TEST_F(VertexPoolsOfClientArrays, leave_no_array_enabled_over_a_storage_buffer_that_is_gone) {
+    VertexPool* const object = new VertexPool;
+    object->init_pool(3, interleaved);
+    VertexPoolData& data = *object->get_vertex_pool_data();
+    data.use_generic_vertex_attribs = false;
+    ASSERT_TRUE(object->shader_storage_init(renderer.get(), BUFFER_USAGE_DYNAMIC_DRAW));
+    EXPECT_TRUE(renderer->vertex_pool_render_prepare(&data));
+    // Its colours are switched off before the finish, which so leaves their array alone.
+    data.has_color = false;
+    EXPECT_TRUE(renderer->vertex_pool_render_finish(&data));
+    EXPECT_TRUE(glIsEnabled(GL_COLOR_ARRAY));
+    EXPECT_TRUE(object->shader_storage_cleanup(renderer.get()));
+    EXPECT_FALSE(glIsEnabled(GL_COLOR_ARRAY));
+    EXPECT_EQ(object->release(renderer.get(), nullptr), 0);
 }
 
 TEST_F(VertexPoolsOfClientArrays, without_points_make_nothing) {
