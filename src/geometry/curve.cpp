@@ -84,6 +84,7 @@ vec3 Curve::get_value_vec3(unsigned long i) const {
 }
 
 bool _Curve2D::init(unsigned long count) {
+    cleanup(nullptr);
     return logging_failures([this, count] {
         curve = new Curve;
         if (!curve->alloc(count))

@@ -78,7 +78,7 @@ struct ORVEX_API _Curve2D {
     vec4* values = nullptr;               ///< one per point, owned: positions as given, unshifted
     std::vector<vec4> samples;            ///< incoming values, in order of arrival
 
-    /// Makes the curve and its values, `count` points.
+    /// Makes the curve and its values, `count` points. Those before are ended without a renderer.
     /// @return false, with a log line, if memory ran out; `cleanup` ends what was made
     bool init(unsigned long count);
 

@@ -16,15 +16,16 @@ enum VERTEX_FORMAT : int {
     VERTEX_FORMAT_PHYSX_CLOTH = 3, ///< `Vertex_PhysXCloth`: position with the inverse mass in w
 };
 
-/// How the vertices of a polyline are joined. With the tessellation state set, all of them draw as
-/// patches; a value outside the table draws nothing.
+/// How the vertices of a polyline are joined. With the tessellation state set, every value draws as
+/// patches; without it, a value outside the table draws nothing.
 enum LINE_RENDER_MODE : int {
     LINE_RENDER_MODE_LINES = 0,      ///< each pair of vertices is a line
     LINE_RENDER_MODE_LINE_STRIP = 1, ///< one line through all vertices
     LINE_RENDER_MODE_LINE_LOOP = 2,  ///< the same, closed
 };
 
-/// How an emitter brings particles to life. A value outside the table brings none.
+/// Where an emitter lets particles start. Those of a value outside the table come to life where
+/// they lie.
 enum PARTICLE_EMITTER_TYPE : int {
     PARTICLE_EMITTER_POINT = 0, ///< in a box around the emitter's position
 };

@@ -116,7 +116,7 @@ void MiniSpline::eval_spline(const float* keys, int num_keys, int dims, float t,
         return;
     for (int d = 0; d < dims; ++d)
         out[d] = 0.0f;
-    if (!keys || num_keys < 1)
+    if (!keys || num_keys < 1 || dims < 1)
         return;
     const auto [key, u] = find_place(keys, num_keys, dims, t);
     for (int row = 0; row < 4; ++row) {

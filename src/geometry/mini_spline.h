@@ -10,11 +10,11 @@ namespace orvex {
 
 /// A smooth curve through keyframes (a Catmull-Rom spline), to be evaluated by time and drawn.
 ///
-/// The host makes it with `new` and ends it through `Node::release` or `Node::kill`, or in
-/// `_cleanup`. Keys are positions in object space, each at a time in the host's own unit. They are
-/// to be added in order of rising time: nothing sorts them. Drawing runs through the times from 0
-/// to just below 1, by a polyline that the spline makes and owns. Used on the thread that owns the
-/// renderer's context.
+/// The host makes it with `new` and ends it through `Node::release` or `Node::kill`. Keys are
+/// positions in object space, each at a time in the host's own unit. They are to be added in order
+/// of rising time: nothing sorts them. Drawing runs through the times from 0 to just below 1, by a
+/// polyline that the spline makes and owns; the spline's own transform doesn't move it. Used on the
+/// thread that owns the renderer's context.
 ///
 /// @code
 /// MiniSpline* path = new MiniSpline;
@@ -52,9 +52,9 @@ public:
     /// the first or last key standing in for a neighbour that isn't there.
     /// @param keys      num_keys records of dims + 1 floats each, the time first, in order of time
     /// @param num_keys  0 and below give zeros
-    /// @param dims      floats of a value
+    /// @param dims      floats of a value; 0 and below write nothing
     /// @param t         up to the first key's time that key, above the last key's time the last one
-    /// @param out       takes dims floats
+    /// @param out       takes dims floats; null does nothing
     static void eval_spline(const float* keys, int num_keys, int dims, float t, float* out);
 
 private:

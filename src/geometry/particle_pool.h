@@ -53,7 +53,8 @@ struct ORVEX_API ParticlePool {
 
     /// Makes `count` dead particles at rest, in place of those before, and the points to draw them.
     /// Their positions are random, between -10 and 10 on each axis: three numbers of `Math::rnd`
-    /// for each particle, in the order x, y, z.
+    /// for each particle, in the order x, y, z. GPU objects of the points before stay: `free` ends
+    /// them.
     /// @param count  0 gives a pool in which nothing ever comes to life
     /// @return false, logging an error and leaving an empty pool, when there is no memory
     bool alloc(unsigned long count);

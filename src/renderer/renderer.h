@@ -744,12 +744,13 @@ public:
     /// Prepares, draws and finishes; true in any case.
     virtual bool vertex_pool_render(VertexPoolData* pool) = 0;
     /// Makes the buffer on first use, uploads what is dirty, sets up the arrays.
+    /// @return false for null and for a pool without points
     virtual bool vertex_pool_render_prepare(VertexPoolData* pool) = 0;
-    /// Draws the points.
+    /// Draws the points. @return false for null
     virtual bool vertex_pool_render_draw(VertexPoolData* pool) = 0;
-    /// Undoes the set-up of the arrays.
+    /// Undoes the set-up of the arrays. @return false for null
     virtual bool vertex_pool_render_finish(VertexPoolData* pool) = 0;
-    /// Deletes the record's buffers.
+    /// Deletes the record's buffers, on whatever thread. @return false for null
     virtual bool vertex_pool_kill(VertexPoolData* pool) = 0;
     /// Orders vertex fetches after storage writes of shaders, for pools that a shader fills.
     virtual void vertex_pool_memory_barriers() = 0;
@@ -798,15 +799,18 @@ public:
 
     /// Makes the buffer on first use, uploads what is dirty, sets up the arrays by the record's
     /// path.
+    /// @return false for null and for a polyline without vertices
     virtual bool polyline_vb_prepare(PolylineData* polyline) = 0;
     /// `polyline_vb_prepare` on the path of client arrays.
     virtual bool polyline_vb_prepare_gl2(PolylineData* polyline) = 0;
     /// Draws `count` vertices from `start` on; below 1 means the number of vertices, which `start`
     /// doesn't reduce.
+    /// @return false for null
     virtual bool polyline_vb_draw(PolylineData* polyline, int start, int count) = 0;
-    /// Undoes the set-up of the arrays.
+    /// Undoes the set-up of the arrays. @return false for null
     virtual bool polyline_vb_finish(PolylineData* polyline) = 0;
     /// Deletes the record's buffers, on the thread recorded in it only.
+    /// @return false for null and on another thread
     virtual bool polyline_vb_kill(PolylineData* polyline) = 0;
     /// @}
 

@@ -133,6 +133,19 @@ TEST(Curve2D, ends_its_curve_with_the_renderer) {
     EXPECT_EQ(renderer.take_calls(), std::vector<std::string>{"polyline_vb_kill(store)"});
 }
 
+TEST(Curve2D, ends_what_it_held_when_it_is_made_anew) {
+    _Curve2D graph_curve;
+    ASSERT_TRUE(graph_curve.init(3));
+    PolylineData* const before = graph_curve.curve->get_polyline_data();
+    before->inc_ref();
+    ASSERT_TRUE(graph_curve.init(5));
+    EXPECT_EQ(before->get_ref(), 1);
+    delete before;
+    EXPECT_EQ(graph_curve.num_visible_points, 5u);
+    EXPECT_EQ(graph_curve.curve->get_num_points(), 5u);
+    EXPECT_TRUE(graph_curve.cleanup(nullptr));
+}
+
 TEST(Curve2D, fails_with_its_curve) {
     const test::LogCapture log;
     _Curve2D graph_curve;

@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include "geometry/owned_mesh.h"
+#include "geometry/polyline.h"
 #include "geometry/printers.h"
 #include "support/fake_renderer.h"
 
@@ -69,9 +70,11 @@ TEST(EvalSpline, evaluates_any_number_of_dimensions) {
     float out = -1.0f;
     MiniSpline::eval_spline(keys, 2, 1, 1.0f, &out);
     EXPECT_EQ(out, 4.0f);
-    float untouched = -1.0f;
-    MiniSpline::eval_spline(keys, 2, 0, 1.0f, &untouched);
-    EXPECT_EQ(untouched, -1.0f);
+    for (const int none : {0, -1, -3, std::numeric_limits<int>::min()}) {
+        float untouched = -1.0f;
+        MiniSpline::eval_spline(keys, 2, none, 10.0f, &untouched);
+        EXPECT_EQ(untouched, -1.0f);
+    }
 }
 
 class MiniSplineTest : public testing::Test {
@@ -129,6 +132,25 @@ TEST_F(MiniSplineTest, draws_itself_through_the_buffer_of_a_polyline) {
     spline->set_keyframe(0, 0.0f, 9.0f, 9.0f, 9.0f);
     spline->render(&renderer, nullptr);
     EXPECT_EQ(buffer[0].position, vec4(9.0f, 9.0f, 9.0f, 1.0f));
+}
+
+TEST_F(MiniSplineTest, has_a_buffer_made_before_it_maps_it_and_draws_its_children_last) {
+    add_keys();
+    Polyline* const child = new Polyline;
+    spline->add_child(child);
+    renderer.name_pointer(child->get_polyline_data(), "child");
+    std::vector<Vertex> buffer(1000);
+    renderer.pointers["vertex_buffer_map"] = buffer.data();
+    renderer.ignored = {"get_projection_matrix", "get_view_matrix", "get_viewport_ptr",
+                        "gl2_matrix_load", "gpu_program_get_active_program"};
+    spline->render(&renderer, nullptr);
+    EXPECT_EQ(renderer.take_calls(),
+              (std::vector<std::string>{
+                  "polyline_vb_prepare(pointer)", "polyline_vb_finish(pointer)",
+                  "vertex_buffer_map(0)", "vertex_buffer_unmap(0)", "polyline_vb_prepare(pointer)",
+                  "polyline_vb_draw(pointer, 0, -1)", "polyline_vb_finish(pointer)",
+                  "polyline_vb_prepare(child)", "polyline_vb_draw(child, 0, -1)",
+                  "polyline_vb_finish(child)"}));
 }
 
 TEST_F(MiniSplineTest, draws_on_where_its_buffer_can_not_be_mapped) {

@@ -255,6 +255,19 @@ TEST(ParticleSystemSpawning, takes_no_particle_twice_even_if_it_is_born_dead) {
     EXPECT_EQ(system->get_num_alive_particles(), 0u);
 }
 
+TEST(ParticleSystemSpawning, by_an_emitter_of_another_type_brings_to_life_what_it_leaves_in_place) {
+    const OwnedSystem system = make_system(3);
+    ParticlePool& pool = *system->get_particle_pool();
+    ParticleEmitter* const emitter = system->create_emitter();
+    emitter->set_emitter_type(static_cast<PARTICLE_EMITTER_TYPE>(1));
+    emitter->set_particle_rate(2.0f);
+    const Bits before = bits_of(pool.positions, 3);
+    EXPECT_EQ(system->process_particle_emitters(1.0f), 2);
+    EXPECT_EQ(bits_of(pool.positions, 3), before);
+    EXPECT_EQ(pool.lifetimes[1], 1.0f);
+    EXPECT_EQ(system->get_num_alive_particles(), 2u);
+}
+
 TEST(ParticleSystemSpawning, starts_anew_in_each_step) {
     const OwnedSystem system = make_system(12);
     ParticlePool& pool = *system->get_particle_pool();
