@@ -9,8 +9,6 @@
 
 #include <EGL/egl.h>
 #include <GL/gl.h>
-#include <X11/Xlib.h>
-#include <X11/Xutil.h>
 
 #include <orvex/gpu/gpu_program.h>
 #include <orvex/gpu/gpu_program_mgr.h>
@@ -24,7 +22,7 @@
 #include "shader.h"
 #include "support/gl_context.h"
 #include "support/picture.h"
-#include "support/x_server.h"
+#include "support/x_window.h"
 
 namespace {
 
@@ -133,54 +131,18 @@ TEST_P(ModelRoad, gives_the_driver_nothing_to_complain_about) {
     EXPECT_EQ(context.take_errors(), std::vector<std::string>());
 }
 
-/// The window's own pixels, as a screenshot of it sees them.
-Picture pixels_of(Display* display, Window window) {
-    XImage* const image = XGetImage(display, window, 0, 0, width, height, AllPlanes, ZPixmap);
-    Picture picture(width, height);
-    for (int y = 0; image && y < height; ++y)
-        for (int x = 0; x < width; ++x) {
-            const unsigned long color = XGetPixel(image, x, y);
-            unsigned char* const pixel = picture.at(x, y);
-            pixel[0] = static_cast<unsigned char>(color >> 16);
-            pixel[1] = static_cast<unsigned char>(color >> 8);
-            pixel[2] = static_cast<unsigned char>(color);
-            pixel[3] = 255;
-        }
-    if (image)
-        XDestroyImage(image);
-    return picture;
-}
-
-/// The connection of the process, which EGL remembers.
-Display* connection() {
-    static Display* const display = XOpenDisplay(XServer::get().display().c_str());
-    return display;
-}
-
 TEST_P(ModelRoad, ends_in_the_pixels_of_an_x11_window) {
-    Display* const display = connection();
-    ASSERT_NE(display, nullptr) << "no X server";
-    const Window window =
-        XCreateSimpleWindow(display, DefaultRootWindow(display), 0, 0, width, height, 0, 0, 0);
-    XSelectInput(display, window, StructureNotifyMask);
-    XMapWindow(display, window);
-    XEvent event;
-    do
-        XWindowEvent(display, window, StructureNotifyMask, &event);
-    while (event.type != MapNotify);
-    {
-        Engine engine;
-        ASSERT_TRUE(engine.open(gl3(), display, reinterpret_cast<void*>(window)));
-        engine.draw_sample(gl3());
-        Picture drawn = read_frame();
-        for (std::size_t i = 3; i < drawn.pixels.size(); i += 4)
-            drawn.pixels[i] = 255;
-        engine.window->display_framebuffer();
-        XSync(display, False);
-        EXPECT_TRUE(pixels_of(display, window) == drawn);
-    }
-    XDestroyWindow(display, window);
-    XSync(display, False);
+    ASSERT_NE(x_connection(), nullptr) << "no X server";
+    const XWindow view(width, height);
+    Engine engine;
+    ASSERT_TRUE(engine.open(gl3(), x_connection(), view.view()));
+    engine.draw_sample(gl3());
+    Picture drawn = read_frame();
+    for (std::size_t i = 3; i < drawn.pixels.size(); i += 4)
+        drawn.pixels[i] = 255;
+    // What the server is asked next waits for the frame: the engine has the same connection.
+    engine.window->display_framebuffer();
+    EXPECT_TRUE(view.pixels(width, height) == drawn);
 }
 
 } // namespace

@@ -5,7 +5,6 @@
 #include <cstdlib>
 
 #include <X11/Xlib.h>
-#include <X11/Xutil.h>
 #include <X11/extensions/XTest.h>
 #include <fcntl.h>
 #include <poll.h>
@@ -13,7 +12,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include "support/x_server.h"
+#include "support/x_window.h"
 
 namespace orvex_test {
 
@@ -29,7 +28,7 @@ int ignore_error(Display*, XErrorEvent*) {
 }
 
 Display* connect() {
-    Display* const display = XOpenDisplay(XServer::get().display().c_str());
+    Display* const display = x_connection();
     if (!display)
         return nullptr;
     XSetErrorHandler(ignore_error);
@@ -144,22 +143,7 @@ Picture WindowProgram::pixels() const {
     const int height = get_height();
     if (width < 1 || height < 1)
         return {};
-    XImage* const image = XGetImage(connection(), window, 0, 0, static_cast<unsigned>(width),
-                                    static_cast<unsigned>(height), AllPlanes, ZPixmap);
-    if (!image)
-        return {};
-    Picture picture(width, height);
-    for (int y = 0; y < height; ++y)
-        for (int x = 0; x < width; ++x) {
-            const unsigned long color = XGetPixel(image, x, y);
-            unsigned char* const pixel = picture.at(x, y);
-            pixel[0] = static_cast<unsigned char>(color >> 16);
-            pixel[1] = static_cast<unsigned char>(color >> 8);
-            pixel[2] = static_cast<unsigned char>(color);
-            pixel[3] = 255;
-        }
-    XDestroyImage(image);
-    return picture;
+    return x_pixels(window, width, height);
 }
 
 bool WindowProgram::wait_until(std::function<bool(Picture const&)> const& is_wanted) {

@@ -1,9 +1,5 @@
 #include <array>
-#include <cstdlib>
-#include <memory>
 #include <ostream>
-#include <string>
-#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -11,75 +7,18 @@
 #include <GL/glext.h>
 #include <GL/glx.h>
 #include <X11/Xlib.h>
-#include <X11/Xutil.h>
 
 #include "renderer/opengl/render_window_opengl.h"
 #include "support/gl_context.h"
-#include "support/x_server.h"
+#include "support/x_window.h"
 
 namespace {
 
 using namespace orvex;
+using orvex_test::Picture;
 using orvex_test::Profile;
-
-/// The test's own connection, kept for the life of the process: EGL remembers it.
-Display* connection() {
-    static Display* const display = XOpenDisplay(orvex_test::XServer::get().display().c_str());
-    return display;
-}
-
-/// A mapped window with the screen's own visual.
-class XWindow {
-public:
-    explicit XWindow(int width = 120, int height = 80) {
-        XSetWindowAttributes attributes = {};
-        attributes.override_redirect = True;
-        attributes.event_mask = StructureNotifyMask;
-        id = XCreateWindow(connection(), DefaultRootWindow(connection()), 10, 20,
-                           static_cast<unsigned>(width), static_cast<unsigned>(height), 0,
-                           CopyFromParent, InputOutput, CopyFromParent,
-                           CWOverrideRedirect | CWEventMask, &attributes);
-        XMapWindow(connection(), id);
-        wait_for(MapNotify);
-    }
-    ~XWindow() {
-        XDestroyWindow(connection(), id);
-        XSync(connection(), False);
-    }
-    XWindow(const XWindow&) = delete;
-    XWindow& operator=(const XWindow&) = delete;
-
-    void resize(int width, int height) {
-        XResizeWindow(connection(), id, static_cast<unsigned>(width),
-                      static_cast<unsigned>(height));
-        wait_for(ConfigureNotify);
-    }
-
-    void* view() const { return reinterpret_cast<void*>(id); }
-
-    /// The window's own pixels as rows of 0xRRGGBB from the top left.
-    std::vector<unsigned> pixels(int width, int height) const {
-        XImage* const image = XGetImage(connection(), id, 0, 0, static_cast<unsigned>(width),
-                                        static_cast<unsigned>(height), AllPlanes, ZPixmap);
-        std::vector<unsigned> rows;
-        for (int y = 0; image && y < height; ++y)
-            for (int x = 0; x < width; ++x)
-                rows.push_back(static_cast<unsigned>(XGetPixel(image, x, y) & 0xffffff));
-        if (image)
-            XDestroyImage(image);
-        return rows;
-    }
-
-private:
-    ::Window id;
-
-    void wait_for(int type) const {
-        XEvent event;
-        do
-            XWindowEvent(connection(), id, StructureNotifyMask, &event);
-        while (event.type != type);
-    }
-};
+using orvex_test::x_connection;
+using orvex_test::XWindow;
 
 /// Clears a rectangle, with its origin at the lower left.
 void fill(int x, int y, int width, int height, unsigned color) {
@@ -103,15 +42,19 @@ void draw_quarters(int width, int height) {
     fill(x, 0, width - x, y, 0xffffff);
 }
 
-std::vector<unsigned> quarters(int width, int height) {
-    std::vector<unsigned> rows;
+Picture quarters(int width, int height) {
+    Picture picture(width, height);
     for (int y = 0; y < height; ++y)
         for (int x = 0; x < width; ++x) {
             const bool upper = y < height - height / 2;
             const bool left = x < width / 2;
-            rows.push_back(upper ? (left ? 0xff0000 : 0x00ff00) : (left ? 0x0000ff : 0xffffff));
+            unsigned char* const pixel = picture.at(x, y);
+            pixel[0] = upper == left ? 255 : 0;
+            pixel[1] = left ? 0 : 255;
+            pixel[2] = upper ? 0 : 255;
+            pixel[3] = 255;
         }
-    return rows;
+    return picture;
 }
 
 /// How the window is handed to the engine: with the test's connection, or by its number alone.
@@ -127,14 +70,14 @@ struct Way {
 
 class X11Window : public testing::TestWithParam<Way> {
 protected:
-    void SetUp() override { ASSERT_NE(connection(), nullptr) << "no X server"; }
+    void SetUp() override { ASSERT_NE(x_connection(), nullptr) << "no X server"; }
 
     bool begin(RenderWindow& window, const XWindow& view, int width, int height,
                bool software = false) {
         RenderWindow_ExtraData extra;
         extra.gl_major = GetParam().profile == Profile::core ? 3 : 2;
         extra.software_renderer = software;
-        return window.initialize(GetParam().with_connection ? connection() : nullptr, view.view(),
+        return window.initialize(GetParam().with_connection ? x_connection() : nullptr, view.view(),
                                  width, height, GetParam().msaa, nullptr, &extra);
     }
 };
@@ -149,12 +92,11 @@ INSTANTIATE_TEST_SUITE_P(on, X11Window,
 
 /// The engine's connection may be another one, so that its requests may arrive after ours. Each
 /// look is a round trip through the server; a frame that never arrives fails in the end.
-std::vector<unsigned> pixels_once_shown(const XWindow& view, int width, int height,
-                                        const std::vector<unsigned>& expected) {
-    std::vector<unsigned> seen = view.pixels(width, height);
-    for (int look = 0; look < 2000 && seen != expected; ++look)
-        seen = view.pixels(width, height);
-    return seen;
+bool comes_to_show(const XWindow& view, const Picture& expected) {
+    for (int look = 0; look < 2000; ++look)
+        if (view.pixels(expected.width, expected.height) == expected)
+            return true;
+    return false;
 }
 
 TEST_P(X11Window, shows_what_was_drawn_in_its_own_pixels) {
@@ -163,7 +105,7 @@ TEST_P(X11Window, shows_what_was_drawn_in_its_own_pixels) {
     ASSERT_TRUE(begin(window, view, 120, 80));
     draw_quarters(120, 80);
     EXPECT_FALSE(window.display_framebuffer());
-    EXPECT_EQ(pixels_once_shown(view, 120, 80, quarters(120, 80)), quarters(120, 80));
+    EXPECT_TRUE(comes_to_show(view, quarters(120, 80)));
     EXPECT_NO_GL_ERROR();
 }
 
@@ -173,7 +115,7 @@ TEST_P(X11Window, shows_what_a_software_renderer_drew) {
     ASSERT_TRUE(begin(window, view, 120, 80, true));
     draw_quarters(120, 80);
     EXPECT_FALSE(window.display_framebuffer());
-    EXPECT_EQ(pixels_once_shown(view, 120, 80, quarters(120, 80)), quarters(120, 80));
+    EXPECT_TRUE(comes_to_show(view, quarters(120, 80)));
 }
 
 TEST_P(X11Window, follows_the_size_of_the_drawable) {
@@ -187,7 +129,7 @@ TEST_P(X11Window, follows_the_size_of_the_drawable) {
     window.display_framebuffer();
     draw_quarters(200, 150);
     window.display_framebuffer();
-    EXPECT_EQ(pixels_once_shown(view, 200, 150, quarters(200, 150)), quarters(200, 150));
+    EXPECT_TRUE(comes_to_show(view, quarters(200, 150)));
 }
 
 TEST_P(X11Window, shows_a_frame_while_another_window_is_current) {
@@ -198,7 +140,7 @@ TEST_P(X11Window, shows_a_frame_while_another_window_is_current) {
     RenderWindowOpenGL other;
     ASSERT_TRUE(other.initialize(nullptr, nullptr, 8, 8, nullptr, nullptr, nullptr));
     EXPECT_TRUE(window.osx_display_framebuffer());
-    EXPECT_EQ(pixels_once_shown(view, 120, 80, quarters(120, 80)), quarters(120, 80));
+    EXPECT_TRUE(comes_to_show(view, quarters(120, 80)));
 }
 
 TEST_P(X11Window, takes_the_swap_interval) {
@@ -209,7 +151,7 @@ TEST_P(X11Window, takes_the_swap_interval) {
     EXPECT_TRUE(window.osx_vsync(false));
     draw_quarters(120, 80);
     window.display_framebuffer();
-    EXPECT_EQ(pixels_once_shown(view, 120, 80, quarters(120, 80)), quarters(120, 80));
+    EXPECT_TRUE(comes_to_show(view, quarters(120, 80)));
 }
 
 TEST_P(X11Window, can_be_begun_again_on_the_same_drawable) {
@@ -219,7 +161,7 @@ TEST_P(X11Window, can_be_begun_again_on_the_same_drawable) {
         ASSERT_TRUE(begin(window, view, 120, 80));
         draw_quarters(120, 80);
         window.display_framebuffer();
-        EXPECT_EQ(pixels_once_shown(view, 120, 80, quarters(120, 80)), quarters(120, 80));
+        EXPECT_TRUE(comes_to_show(view, quarters(120, 80)));
         EXPECT_TRUE(window.terminate());
     }
 }
@@ -227,7 +169,7 @@ TEST_P(X11Window, can_be_begun_again_on_the_same_drawable) {
 TEST_P(X11Window, draws_off_screen_on_the_hosts_display_too) {
     RenderWindowOpenGL window;
     RenderWindow_ExtraData extra;
-    ASSERT_TRUE(window.initialize(connection(), nullptr, 16, 16, nullptr, nullptr, &extra));
+    ASSERT_TRUE(window.initialize(x_connection(), nullptr, 16, 16, nullptr, nullptr, &extra));
     fill(0, 0, 16, 16, 0x00ff00);
     std::array<unsigned char, 4> pixel = {};
     glReadPixels(8, 8, 1, 1, GL_RGBA, GL_UNSIGNED_BYTE, pixel.data());
@@ -237,7 +179,7 @@ TEST_P(X11Window, draws_off_screen_on_the_hosts_display_too) {
 TEST_P(X11Window, fails_for_a_number_that_is_no_window) {
     RenderWindow_ExtraData extra;
     RenderWindowOpenGL window;
-    EXPECT_FALSE(window.initialize(GetParam().with_connection ? connection() : nullptr,
+    EXPECT_FALSE(window.initialize(GetParam().with_connection ? x_connection() : nullptr,
                                    reinterpret_cast<void*>(0x1ffffff), 8, 8, nullptr, nullptr,
                                    &extra));
     EXPECT_FALSE(window.apply_context(true));
@@ -251,30 +193,30 @@ protected:
     GLXWindow drawable = 0;
 
     void SetUp() override {
-        ASSERT_NE(connection(), nullptr) << "no X server";
+        ASSERT_NE(x_connection(), nullptr) << "no X server";
         int count = 0;
         const int wanted[] = {GLX_DOUBLEBUFFER, True, GLX_X_RENDERABLE, True, None};
         GLXFBConfig* const configs =
-            glXChooseFBConfig(connection(), DefaultScreen(connection()), wanted, &count);
+            glXChooseFBConfig(x_connection(), DefaultScreen(x_connection()), wanted, &count);
         for (int i = 0; i < count && !context; ++i) {
             int visual = 0;
-            glXGetFBConfigAttrib(connection(), configs[i], GLX_VISUAL_ID, &visual);
+            glXGetFBConfigAttrib(x_connection(), configs[i], GLX_VISUAL_ID, &visual);
             if (static_cast<VisualID>(visual) !=
-                XVisualIDFromVisual(DefaultVisual(connection(), DefaultScreen(connection()))))
+                XVisualIDFromVisual(DefaultVisual(x_connection(), DefaultScreen(x_connection()))))
                 continue;
-            context = glXCreateNewContext(connection(), configs[i], GLX_RGBA_TYPE, nullptr, True);
-            drawable = glXCreateWindow(connection(), configs[i],
+            context = glXCreateNewContext(x_connection(), configs[i], GLX_RGBA_TYPE, nullptr, True);
+            drawable = glXCreateWindow(x_connection(), configs[i],
                                        reinterpret_cast<::Window>(view.view()), nullptr);
         }
         XFree(configs);
         ASSERT_NE(context, nullptr);
-        ASSERT_TRUE(glXMakeContextCurrent(connection(), drawable, drawable, context));
+        ASSERT_TRUE(glXMakeContextCurrent(x_connection(), drawable, drawable, context));
     }
 
     void TearDown() override {
-        glXMakeContextCurrent(connection(), None, None, nullptr);
-        glXDestroyWindow(connection(), drawable);
-        glXDestroyContext(connection(), context);
+        glXMakeContextCurrent(x_connection(), None, None, nullptr);
+        glXDestroyWindow(x_connection(), drawable);
+        glXDestroyContext(x_connection(), context);
     }
 };
 
@@ -298,8 +240,8 @@ TEST_F(GlxContextTest, is_presented_by_the_host) {
     ASSERT_TRUE(window.osx_init_with_cocoa_nsgl_ctx(context));
     draw_quarters(120, 80);
     EXPECT_TRUE(window.osx_display_framebuffer());
-    glXSwapBuffers(connection(), drawable);
-    EXPECT_EQ(pixels_once_shown(view, 120, 80, quarters(120, 80)), quarters(120, 80));
+    glXSwapBuffers(x_connection(), drawable);
+    EXPECT_TRUE(comes_to_show(view, quarters(120, 80)));
 }
 
 TEST_F(GlxContextTest, cant_be_shared_with) {
