@@ -1,24 +1,12 @@
 #include "model_stage.h"
 
-#include <cstdio>
-#include <cstring>
-
 #include <orvex/orvex.h>
 
+#include "log_lines.h"
 #include "model_scene.h"
 #include "shader.h"
 
 using namespace orvex;
-
-namespace {
-
-void show_log_line(char const* line, void*) {
-    for (char const* const marker : {" <*> ", " <!> "})
-        if (std::strstr(line, marker))
-            std::fprintf(stderr, "%s\n", line);
-}
-
-} // namespace
 
 ModelStage::ModelStage()
     : camera(new Camera) {
@@ -57,6 +45,7 @@ std::string ModelStage::load(std::string const& path) {
     scene = ModelScene::load(path, renderer);
     if (!scene)
         return path + ": no loader can read it as a model";
+    scene->stand_up();
     scene->use_program(program, true);
     return {};
 }
@@ -64,10 +53,8 @@ std::string ModelStage::load(std::string const& path) {
 void ModelStage::draw(int width, int height) {
     if (!scene || width < 1 || height < 1)
         return;
-    Angle angle;
-    angle.up = scene->up_axis();
-    see_all(*camera, scene->extent(), angle, {width, height});
-    draw(*camera, angle);
+    see_all(*camera, scene->extent(), {}, {width, height});
+    draw(*camera);
 }
 
 void ModelStage::draw(Camera& eye, Angle const& lit_from) {

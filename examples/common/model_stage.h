@@ -37,7 +37,8 @@ public:
     /// Starts the renderer on the context that is current.
     /// @return what is wrong; empty if nothing is
     std::string start();
-    /// Shows a model instead of what there was, and starts the renderer before if nobody has.
+    /// Shows a model, upright, instead of what there was, and starts the renderer before if nobody
+    /// has.
     /// @return what is wrong; empty if nothing is
     std::string load(std::string const& path);
     /// Draws the model, seen as a whole. An empty window gets nothing, as does one without a model.

@@ -9,6 +9,7 @@
 
 #include <orvex/orvex.h>
 
+#include "log_lines.h"
 #include "shader.h"
 
 /// The engine, started with an off-screen window; stopped at the end.
@@ -53,6 +54,22 @@ public:
         return program;
     }
 
+    /// A program that draws in the colours of the vertices, points as squares of some pixels.
+    orvex::GpuProgram* make_colored_program(char const* name, float point_size) {
+        const std::string vertex = "uniform mat4 orvex_ModelViewProjectionMatrix;\n"
+                                   "OUT vec4 vertex_color;\n"
+                                   "void main() {\n"
+                                   "    gl_Position = orvex_ModelViewProjectionMatrix * POSITION;\n"
+                                   "    gl_PointSize = " +
+                                   std::to_string(point_size) +
+                                   ";\n"
+                                   "    vertex_color = VERTEX_COLOR;\n"
+                                   "}\n";
+        return make_program(name, vertex.c_str(),
+                            "IN vec4 vertex_color;\n"
+                            "void main() { COLOR = vertex_color; }\n");
+    }
+
     /// Builds a mesh for the path in use.
     template<class Shape>
     Shape* build(Shape* mesh) const {
@@ -76,13 +93,6 @@ public:
     const bool gl3;
     const int width;
     const int height;
-
-private:
-    static void show_log_line(char const* line, void*) {
-        for (char const* const marker : {" <*> ", " <!> "})
-            if (std::strstr(line, marker))
-                std::fprintf(stderr, "%s\n", line);
-    }
 };
 
 /// Whether the command line asks for the path of generic attributes, which is the default.

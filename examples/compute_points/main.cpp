@@ -10,20 +10,6 @@ namespace {
 constexpr int size = 320;
 constexpr unsigned int side = 48; ///< of the square of points
 
-char const* const vertex = R"(
-uniform mat4 orvex_ModelViewProjectionMatrix;
-OUT vec4 point_color;
-void main() {
-    gl_Position = orvex_ModelViewProjectionMatrix * POSITION;
-    gl_PointSize = 3.0;
-    point_color = VERTEX_COLOR;
-}
-)";
-char const* const pixel = R"(
-IN vec4 point_color;
-void main() { COLOR = point_color; }
-)";
-
 // The structure is that of a record of the pool, 96 bytes.
 char const* const wave = R"([Compute_Shader]
 #version 430
@@ -87,7 +73,7 @@ int main(int argc, char** argv) {
     OffScreen stage(wants_gl3(argc, argv), 2 * size, size);
     if (!stage.started)
         return 1;
-    GpuProgram* const program = stage.make_program("points", vertex, pixel);
+    GpuProgram* const program = stage.make_colored_program("points", 3.0f);
     VertexPool* const pool = make_square();
     stage.renderer->clear_color_depth_buffers(0.1f, 0.12f, 0.15f, 1.0f, 1.0f);
     bool ok = pool->shader_storage_init(stage.renderer, BUFFER_USAGE_DYNAMIC_DRAW);

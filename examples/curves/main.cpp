@@ -22,20 +22,6 @@ constexpr unsigned long num_samples = 200;
 constexpr float upper_row = 2.55f;
 constexpr float middle_row = 0.1f;
 
-char const* const vertex = R"(
-uniform mat4 orvex_ModelViewProjectionMatrix;
-OUT vec4 line_color;
-void main() {
-    gl_Position = orvex_ModelViewProjectionMatrix * POSITION;
-    gl_PointSize = 5.0;
-    line_color = VERTEX_COLOR;
-}
-)";
-char const* const pixel = R"(
-IN vec4 line_color;
-void main() { COLOR = line_color; }
-)";
-
 // A spline gives its points no colour.
 char const* const spline_vertex = R"(
 uniform mat4 orvex_ModelViewProjectionMatrix;
@@ -222,7 +208,7 @@ int main(int argc, char** argv) {
         return 1;
     bind_camera(stage);
     stage.renderer->clear_color_depth_buffers(0.1f, 0.12f, 0.15f, 1.0f, 1.0f);
-    GpuProgram* const lines = stage.make_program("lines", vertex, pixel);
+    GpuProgram* const lines = stage.make_colored_program("lines", 5.0f);
     GpuProgram* const tinted = stage.make_program("splines", spline_vertex, spline_pixel);
     draw_splines(stage, *lines, *tinted);
     lines->bind(stage.renderer);

@@ -14,20 +14,6 @@ constexpr int graph_width = 300;
 constexpr int graph_height = 100;
 constexpr float pixels_per_millisecond = 3.0f;
 
-char const* const colored_vertex = R"(
-uniform mat4 orvex_ModelViewProjectionMatrix;
-OUT vec4 vertex_color;
-void main() {
-    gl_Position = orvex_ModelViewProjectionMatrix * POSITION;
-    gl_PointSize = 7.0;
-    vertex_color = VERTEX_COLOR;
-}
-)";
-char const* const colored_pixel = R"(
-IN vec4 vertex_color;
-void main() { COLOR = vertex_color; }
-)";
-
 // Decoders drop alpha: the sheet is white on black, and its brightness is the opacity.
 char const* const glyphs_vertex = R"(
 uniform mat4 orvex_ModelViewProjectionMatrix;
@@ -87,7 +73,7 @@ vec4 light_color(unsigned long light, float level) {
 
 Panel::Panel(OffScreen& the_stage, std::string const& data_folder)
     : stage(the_stage)
-    , colored(stage.make_program("colored", colored_vertex, colored_pixel))
+    , colored(stage.make_colored_program("colored", 7.0f))
     , glyphs(stage.make_program("glyphs", glyphs_vertex, glyphs_pixel))
     , pixels(new Camera)
     , letters(new Camera)

@@ -35,7 +35,6 @@ std::string Stage::load(std::string const& path) {
         return mistake;
     constexpr int views_of_a_turn = 36;
     angle = {};
-    angle.up = stage.scene->up_axis();
     aim = turning_aim(stage.scene->extent(), angle, lens, views_of_a_turn);
     return {};
 }

@@ -178,7 +178,7 @@ TEST_F(ViewerTest, shows_the_model_with_axes_and_text_over_it) {
 }
 
 #ifdef ORVEX_WITH_LIB3DS
-TEST_F(ViewerTest, shows_a_3ds_model_with_smooth_normals) {
+TEST_F(ViewerTest, shows_a_3ds_model_upright_and_with_smooth_normals) {
     open("/usr/share/glmark2/models/horse.3ds");
     EXPECT_TRUE(compare_with_golden(ORVEX_TEST_DATA_DIR "/golden", ORVEX_TEST_OUTPUT_DIR,
                                     "viewer_3ds", first, false));

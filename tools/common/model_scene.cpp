@@ -116,6 +116,15 @@ void ModelScene::measure() {
     bounds.middle = bounds.points.empty() ? vec4(0.0f, 0.0f, 0.0f, 1.0f) : box.middle();
 }
 
+void ModelScene::stand_up() {
+    if (up != UpAxis::minus_z)
+        return;
+    model->set_orientation_euler_xyz(90.0f, 0.0f, 0.0f);
+    up = UpAxis::y;
+    bounds = {};
+    measure();
+}
+
 std::vector<Material*> ModelScene::all_materials() const {
     std::vector<Material*> result;
     for (unsigned long i = 0; i < model->get_num_materials(); ++i)

@@ -55,6 +55,8 @@ public:
 
     /// The way up of the model as its file leaves it.
     UpAxis up_axis() const { return up; }
+    /// Turns the model so that y is its way up.
+    void stand_up();
     Extent const& extent() const { return bounds; }
     /// Every texture file that was looked for, in the order of the materials, each once.
     std::vector<TextureFile> const& texture_files() const { return textures; }

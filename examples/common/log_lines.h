@@ -1,0 +1,11 @@
+#pragma once
+
+#include <cstdio>
+#include <cstring>
+
+/// Receives the engine's log: shows its errors and warnings.
+inline void show_log_line(char const* line, void*) {
+    for (char const* const marker : {" <*> ", " <!> "})
+        if (std::strstr(line, marker))
+            std::fprintf(stderr, "%s\n", line);
+}
