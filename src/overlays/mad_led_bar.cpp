@@ -99,11 +99,12 @@ void MadLedBar::_render(Renderer* renderer) {
         plane->render(renderer, nullptr);
 }
 
+// The walk is left to the bar: with a node handed on, bars within bars would triple it each time.
 void MadLedBar::set_opengl_2_3_rendering_states(bool gl2, Node* node) {
     if (VertexPool* const pool = data->vertex_pool.get())
-        pool->set_opengl_2_3_rendering_states(gl2, node);
+        pool->set_opengl_2_3_rendering_states(gl2, nullptr);
     if (MeshPlane* const plane = data->plane.get())
-        plane->set_opengl_2_3_rendering_states(gl2, node);
+        plane->set_opengl_2_3_rendering_states(gl2, nullptr);
     Object::set_opengl_2_3_rendering_states(gl2, node);
 }
 

@@ -58,7 +58,7 @@ public:
     /// and makes its points anew.
     /// @param start,end  of the row, in the bar's space
     /// @param num_leds  number of lights of the whole bar; with 0 it draws nothing
-    /// @return true
+    /// @return true. Running out of memory for the points throws `std::bad_alloc`
     bool initialize(const vec3& start, const vec3& end, unsigned long num_leds);
 
     /// Gives the bar the form of a strip, white, with normals along +Y. A second call keeps the
@@ -66,7 +66,7 @@ public:
     /// @param start,end  their distance is the length of the strip
     /// @param num_leds  number of lights of the whole bar; with 0 it draws nothing
     /// @param height  of the strip, along Z
-    /// @return true
+    /// @return true, also where no memory was found for the strip, which the log tells then
     bool initialize(const vec3& start, const vec3& end, unsigned long num_leds, float height);
 
     unsigned long get_num_leds() const; ///< number of lights

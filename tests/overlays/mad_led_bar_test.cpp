@@ -328,6 +328,34 @@ TEST_F(MadLedBarTest, sets_the_drawing_style_of_both_forms_and_its_own) {
     EXPECT_FALSE(plane()->get_use_gl2_vertex_array_state());
 }
 
+/// Counts how often it is told how to draw.
+class Told : public Object {
+public:
+    void set_opengl_2_3_rendering_states(bool gl2, Node* node) override {
+        ++times;
+        Object::set_opengl_2_3_rendering_states(gl2, node);
+    }
+    int times = 0;
+};
+
+TEST_F(MadLedBarTest, tells_each_child_once_how_to_draw_however_deep_bars_lie_in_bars) {
+    make_points();
+    make_strip();
+    MadLedBar* innermost = bar;
+    for (int depth = 0; depth < 3; ++depth) {
+        MadLedBar* const inner = new MadLedBar;
+        inner->initialize(origin, four, 4);
+        inner->initialize(origin, four, 4, 0.5f);
+        innermost->add_child(inner);
+        innermost = inner;
+    }
+    Told* const told = new Told;
+    innermost->add_child(told);
+    bar->set_opengl_2_3_rendering_states(false, bar);
+    EXPECT_EQ(told->times, 1);
+    EXPECT_FALSE(told->get_use_gl2_vertex_array_state());
+}
+
 // -------------------------------------------------------------------------------- end
 
 TEST_F(MadLedBarTest, ends_both_forms_with_the_renderer_in_hand) {
