@@ -70,6 +70,11 @@ struct Skybox::SkyboxData {
     /// A program of its own that didn't compile is kept, so that it isn't tried at each frame, but
     /// never bound: its pixel stage would link alone in a compatibility context.
     bool program_usable = true;
+
+    void on_quad(void (MeshQuad::*step)(Renderer*), Renderer* renderer) const {
+        if (MeshQuad* const held = quad.get())
+            (held->*step)(renderer);
+    }
 };
 
 Skybox::Skybox()
@@ -165,23 +170,19 @@ void Skybox::_render(Renderer* renderer) {
 }
 
 void Skybox::render_geometry(Renderer* renderer) {
-    if (MeshQuad* const quad = data->quad.get())
-        quad->render_geometry(renderer);
+    data->on_quad(&MeshQuad::render_geometry, renderer);
 }
 
 void Skybox::render_geometry_prepare(Renderer* renderer) {
-    if (MeshQuad* const quad = data->quad.get())
-        quad->render_geometry_prepare(renderer);
+    data->on_quad(&MeshQuad::render_geometry_prepare, renderer);
 }
 
 void Skybox::render_geometry_draw(Renderer* renderer) {
-    if (MeshQuad* const quad = data->quad.get())
-        quad->render_geometry_draw(renderer);
+    data->on_quad(&MeshQuad::render_geometry_draw, renderer);
 }
 
 void Skybox::render_geometry_finish(Renderer* renderer) {
-    if (MeshQuad* const quad = data->quad.get())
-        quad->render_geometry_finish(renderer);
+    data->on_quad(&MeshQuad::render_geometry_finish, renderer);
 }
 
 void Skybox::set_cubemap_gpu_program(GpuProgram* program) {

@@ -91,6 +91,9 @@ public:
 
     /// Holds a program of the host's and gives the one before back. The host sets its "cubemap"
     /// uniform.
+    ///
+    /// The clean-up takes a second reference from a program that others hold too, as it belongs to
+    /// `GpuProgramMgr`. For one made with `new` that is somebody else's: add one for it.
     /// @param program  null lets the next draw make one
     void set_cubemap_gpu_program(GpuProgram* program);
     GpuProgram* get_cubemap_gpu_program() const; ///< the program in use, null before the first draw

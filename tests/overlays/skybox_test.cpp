@@ -7,6 +7,7 @@
 #include "assets/texture.h"
 #include "assets/texture_data.h"
 #include "gpu/gpu_program.h"
+#include "overlays/other_text.h"
 #include "overlays/overlay_fixture.h"
 
 using namespace orvex;
@@ -357,6 +358,22 @@ TEST_F(SkyboxTest, holds_one_program_at_a_time) {
     sky->set_cubemap_gpu_program(second);
     EXPECT_EQ(sky->get_cubemap_gpu_program(), nullptr) << "it ended between release and hold";
     EXPECT_EQ(first->release(nullptr, nullptr), 0);
+}
+
+TEST_F(SkyboxTest, gives_back_the_managers_reference_to_the_hosts_program_and_its_own) {
+    for (bool const listed : {true, false}) {
+        auto* const program = listed ? programs.create_gpu_program("host's") : new GpuProgram;
+        program->add_ref();
+        if (!listed)
+            program->add_ref();
+        sky->set_cubemap_gpu_program(program);
+        EXPECT_EQ(program->get_ref(), 3);
+        sky->_cleanup(&renderer);
+        EXPECT_EQ(sky->get_cubemap_gpu_program(), nullptr);
+        EXPECT_EQ(programs.get_num_resources(), 0u);
+        EXPECT_EQ(program->get_ref(), 1);
+        EXPECT_EQ(program->release(&renderer, nullptr), 0);
+    }
 }
 
 TEST_F(SkyboxTest, tries_anew_after_the_host_takes_a_failed_program_away) {
