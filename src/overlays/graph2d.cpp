@@ -20,6 +20,11 @@ struct GraphCurve : _Curve2D {
     WeakNode<Curve> living;
     unsigned long num_values = 0;
 
+    GraphCurve() = default;
+    GraphCurve(GraphCurve const&) = delete;
+    GraphCurve& operator=(GraphCurve const&) = delete;
+    ~GraphCurve() { end(nullptr); }
+
     /// @return false if memory ran out
     bool make(unsigned long num_points) {
         if (!init(num_points)) {
@@ -90,7 +95,6 @@ Graph2d::Graph2d()
 }
 
 Graph2d::~Graph2d() {
-    kill_all_curves(nullptr);
     graph_data->axis_line->release(nullptr, nullptr);
     delete graph_data;
 }
