@@ -156,8 +156,7 @@ public:
     /// @param text    drawn to its terminating zero
     /// @param length  of the text; only tested against 0
     /// @return false for a null renderer, window or text, for length 0, and where there is no
-    /// raster
-    ///         text
+    ///         raster text
     bool bitmap_font_linux_render(Renderer* renderer, RenderWindow* window, int x, int y, float r,
                                   float g, float b, float a, char const* text,
                                   unsigned long length);

@@ -16,7 +16,9 @@
 #include "gpu/gpu_program_mgr.h"
 #include "math/vec4.h"
 #include "overlays/font_state.h"
+#include "overlays/overlay_frame.h"
 #include "renderer/opengl/renderer_opengl.h"
+#include "renderer/opengl/vertex_buffers_fixture.h"
 #include "scene/camera.h"
 #include "support/gl_context.h"
 #include "support/gl_recorder.h"
@@ -300,6 +302,26 @@ TEST_P(FontDrawing, draws_2000_glyphs_by_one_call) {
         EXPECT_GT(difference_of(frame(), black()).share, 0.05);
     }
     EXPECT_NO_GL_ERROR();
+}
+
+TEST_P(FontDrawing, draws_by_these_calls_and_leaves_the_state_alone) {
+    begin_frame();
+    EXPECT_TRUE(queue(*font, 30, 50, "one"));
+    draw(true);
+    recorder.clear();
+    font->bm_render_vb(&renderer);
+    const GlCalls matrices = {
+        "glMatrixMode(GL_PROJECTION)",
+        "glLoadMatrixf([0.0015625, 0, 0, 0, 0, 0.00277778, 0, 0, 0, 0, -1, 0, -1, 1, -1, 1])",
+        "glMatrixMode(GL_MODELVIEW)",
+        "glLoadMatrixf([1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, -1, 1])"};
+    const GlCalls uniform = {"glUniformMatrix4fv(0, 1, false, [0.0015625, 0, 0, 0, 0, 0.00277778, "
+                             "0, 0, 0, 0, -1, 0, -1, 1, 0, 1])"};
+    const GlCalls draw_call = {"glDrawArrays(GL_TRIANGLES, 0, 18)"};
+    EXPECT_EQ(take_commands_but_for_arrays(recorder),
+              is_core_context()
+                  ? joined({uniform, {"glBindVertexArray(1)"}, draw_call, {"glBindVertexArray(0)"}})
+                  : joined({matrices, uniform, draw_call}));
 }
 
 TEST_P(FontDrawing, sends_whole_records_once_when_they_are_not_mapped) {

@@ -2,7 +2,7 @@
 
 #include "assets/texture.h"
 #include "hud_picture.h"
-#include "overlays/overlay_fixture.h"
+#include "overlays/other_text.h"
 
 using namespace orvex;
 using namespace orvex_test;

@@ -7,6 +7,7 @@
 #include "assets/texture.h"
 #include "assets/texture_data.h"
 #include "gpu/gpu_program.h"
+#include "overlays/other_text.h"
 #include "overlays/overlay_fixture.h"
 
 using namespace orvex;

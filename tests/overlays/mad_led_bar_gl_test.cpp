@@ -132,6 +132,34 @@ TEST_P(MadLedBarPictures, of_both_forms_take_one_draw_call_each) {
     EXPECT_EQ(stage->recorder->count("glBufferSubData"), 0) << "nothing changed";
 }
 
+TEST_P(MadLedBarPictures, of_both_forms_are_drawn_by_these_calls) {
+    bar->initialize(vec3(-1.5f, 0.0f, 1.0f), vec3(1.5f, 0.0f, 1.0f), 3);
+    bar->initialize(vec3(-1.5f, 0.0f, 1.0f), vec3(1.5f, 0.0f, 1.0f), 3, 0.5f);
+    bar->set_opengl_2_3_rendering_states(false, nullptr);
+    render();
+    stage->recorder->clear();
+    stage->renderer->get_projection_matrix() = mat4();
+    stage->renderer->get_view_matrix() = mat4();
+    bar->set_position(1.0f, 2.0f, 3.0f);
+    bar->render(stage->renderer.get(), nullptr);
+    const std::string matrix =
+        "glUniformMatrix4fv(0, 1, false, [1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 1, 2, 3, 1])";
+    const GlCalls expected = {
+        matrix,
+        "glBindVertexArray(1)",
+        "glEnable(GL_PROGRAM_POINT_SIZE)",
+        "glDrawArrays(GL_POINTS, 0, 3)",
+        "glDisable(GL_PROGRAM_POINT_SIZE)",
+        "glDisable(GL_POINT_SPRITE)",
+        "glBindVertexArray(0)",
+        matrix,
+        "glBindVertexArray(2)",
+        "glDrawElements(GL_TRIANGLES, 18, GL_UNSIGNED_SHORT, 0)",
+        "glBindVertexArray(0)",
+    };
+    EXPECT_EQ(stage->commands(), expected);
+}
+
 TEST_P(MadLedBarPictures, end_with_everything_they_made) {
     bar->initialize(vec3(-1.5f, 0.0f, 1.0f), vec3(1.5f, 0.0f, 1.0f), 3);
     bar->initialize(vec3(-1.5f, 0.0f, 1.0f), vec3(1.5f, 0.0f, 1.0f), 3, 0.5f);

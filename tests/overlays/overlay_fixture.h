@@ -4,7 +4,6 @@
 /// What the tests of overlays share that draw through a renderer without a graphics API.
 
 #include <string>
-#include <utility>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -42,21 +41,6 @@ public:
             names.push_back(call.substr(0, call.find('(')));
         return names;
     }
-};
-
-/// Puts a text of the host's own in place of a shader's for the rest of a block.
-class OtherText {
-public:
-    OtherText(char const*& text, char const* other)
-        : text(text)
-        , before(std::exchange(text, other)) {}
-    ~OtherText() { text = before; }
-    OtherText(OtherText const&) = delete;
-    OtherText& operator=(OtherText const&) = delete;
-
-private:
-    char const*& text;
-    char const* before;
 };
 
 /// The managers, with a codec for files of the word "flat", and the log. Whatever a test leaves in

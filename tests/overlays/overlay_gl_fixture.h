@@ -3,7 +3,6 @@
 /// @file
 /// What the tests of overlays share that look at frames of 256 by 256 pixels.
 
-#include <array>
 #include <string>
 
 #include <gtest/gtest.h>
@@ -11,23 +10,13 @@
 #include "assets/image_codec_stb.h"
 #include "assets/texture_mgr.h"
 #include "gpu/gpu_program_mgr.h"
+#include "overlays/overlay_frame.h"
 #include "renderer/opengl/vertex_buffers_fixture.h"
 #include "support/log_capture.h"
 #include "support/picture.h"
 #include "support/temp_dir.h"
 
 namespace orvex_test {
-
-using Color = std::array<int, 3>;
-
-inline const Color black = {0, 0, 0};
-inline const Color white = {255, 255, 255};
-inline const Color red = {255, 0, 0};
-inline const Color green = {0, 255, 0};
-inline const Color blue = {0, 0, 255};
-inline const Color yellow = {255, 255, 0};
-inline const Color magenta = {255, 0, 255};
-inline const Color cyan = {0, 255, 255};
 
 /// A recorded renderer on a context, the managers with the codec for pictures, and the log.
 class OverlayStage : public RecordedRenderer {
@@ -76,9 +65,7 @@ public:
 
     Color pixel(int x, int y) const {
         GlRecorderPause const pause(*recorder);
-        unsigned char bytes[4] = {};
-        glReadPixels(x, y, 1, 1, GL_RGBA, GL_UNSIGNED_BYTE, bytes);
-        return {bytes[0], bytes[1], bytes[2]};
+        return pixel_at(x, y);
     }
 
     Picture frame() const {
@@ -86,12 +73,7 @@ public:
         return read_frame(256, 256);
     }
 
-    /// Calls since the last time, but for questions.
-    GlCalls commands() const {
-        GlCalls calls = recorder->take();
-        std::erase_if(calls, [](std::string const& one) { return one.rfind("glGet", 0) == 0; });
-        return calls;
-    }
+    GlCalls commands() const { return take_commands(*recorder); }
 
     int asked(GLenum name) const {
         GlRecorderPause const pause(*recorder);
@@ -105,13 +87,7 @@ public:
         return glIsEnabled(name);
     }
 
-    /// A core context has no fixed matrices, which objects that stay at their defaults load.
-    void drain_errors() const {
-        GlRecorderPause const pause(*recorder);
-        if (is_core_context())
-            while (glGetError() != GL_NO_ERROR) {
-            }
-    }
+    void drain_errors() const { drain_errors_of_fixed_matrices(*recorder); }
 
     orvex::test::LogCapture log;
     orvex::test::TempDir dir;

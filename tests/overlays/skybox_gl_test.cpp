@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "gpu/gpu_program.h"
-#include "overlays/overlay_fixture.h"
+#include "overlays/other_text.h"
 #include "skybox_picture.h"
 
 using namespace orvex;

@@ -34,9 +34,19 @@ TEST_F(SkyboxPicturesInGlsl120, are_drawn_by_client_arrays) {
     draw_sky(stage, *sky, vec4(0.0f, 0.0f, -1.0f, 0.0f));
     stage.recorder->clear();
     sky->render(stage.renderer.get(), nullptr);
-    EXPECT_EQ(stage.recorder->count("glVertexPointer"), 1);
-    EXPECT_EQ(stage.recorder->count("glBindVertexArray"), 0);
-    EXPECT_EQ(stage.recorder->count("glLoadMatrixf"), 4) << "by the skybox, then by its quad";
+    const std::string projection = "[1, 0, 0, 0, 0, 1, 0, 0, 0, 0, -1.002, -1, 0, 0, -0.2002, 0]";
+    const std::string view = "[1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, -30, 20, -10, 1]";
+    const GlCalls matrices = {"glMatrixMode(GL_PROJECTION)", "glLoadMatrixf(" + projection + ")",
+                              "glMatrixMode(GL_MODELVIEW)", "glLoadMatrixf(" + view + ")"};
+    EXPECT_EQ(take_commands_but_for_arrays(*stage.recorder),
+              joined({{"glUseProgram(1)"},
+                      matrices,
+                      {"glActiveTexture(GL_TEXTURE0)", "glBindTexture(GL_TEXTURE_CUBE_MAP, 1)"},
+                      matrices,
+                      {"glUniformMatrix4fv(1, 1, false, " + projection + ")",
+                       "glUniformMatrix4fv(0, 1, false, " + view + ")",
+                       "glDrawElements(GL_TRIANGLES, 6, GL_UNSIGNED_SHORT, 0)"}}))
+        << "matrices are loaded by the skybox, then by its quad";
 }
 
 } // namespace

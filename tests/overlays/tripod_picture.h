@@ -3,32 +3,18 @@
 /// @file
 /// What both tests of the visualizers' pictures look at: frames of 256 by 256 pixels.
 
-#include <array>
-
 #include <gtest/gtest.h>
 
+#include "overlays/overlay_frame.h"
 #include "overlays/tripod_visualizer.h"
 #include "renderer/opengl/renderer_opengl.h"
 #include "scene/camera.h"
 
 namespace orvex_test {
 
-using Pixel = std::array<int, 3>;
-
-inline const Pixel black = {0, 0, 0};
-inline const Pixel red = {255, 0, 0};
-inline const Pixel green = {0, 255, 0};
-inline const Pixel blue = {0, 0, 255};
-
-inline Pixel pixel_at(int x, int y) {
-    unsigned char bytes[4] = {};
-    glReadPixels(x, y, 1, 1, GL_RGBA, GL_UNSIGNED_BYTE, bytes);
-    return {bytes[0], bytes[1], bytes[2]};
-}
-
 /// Whether a pixel or its neighbour below or to the left has the colour: a line along the border
 /// between two pixels may fall on either.
-inline bool shows(Pixel const& color, int x, int y) {
+inline bool shows(Color const& color, int x, int y) {
     return pixel_at(x, y) == color || pixel_at(x - 1, y) == color || pixel_at(x, y - 1) == color;
 }
 

@@ -1,11 +1,10 @@
 #include "overlays/tripod_visualizer.h"
 
-#include <algorithm>
-
 #include <gtest/gtest.h>
 
 #include "geometry/owned_mesh.h"
 #include "gpu/gpu_program_mgr.h"
+#include "overlays/other_text.h"
 #include "renderer/opengl/vertex_buffers_fixture.h"
 #include "support/log_capture.h"
 #include "tripod_picture.h"
@@ -21,26 +20,8 @@ protected:
     void TearDown() override {
         of_camera.cleanup(renderer.get());
         of_object.cleanup(renderer.get());
-        drain_errors();
+        drain_errors_of_fixed_matrices(*recorder);
         VertexBuffersTest::TearDown();
-    }
-
-    // A core context has no fixed matrices to load.
-    void drain_errors() {
-        const GlRecorderPause pause(*recorder);
-        if (is_core_context())
-            while (glGetError() != GL_NO_ERROR) {
-            }
-    }
-
-    /// What was called since the last time, but for questions.
-    GlCalls commands() {
-        GlCalls calls = recorder->take();
-        calls.erase(
-            std::remove_if(calls.begin(), calls.end(),
-                           [](const std::string& one) { return one.rfind("glGet", 0) == 0; }),
-            calls.end());
-        return calls;
     }
 
     int current_program() {
@@ -81,7 +62,7 @@ TEST_P(TripodPictures, of_a_camera_are_drawn_by_these_calls_and_leave_this_state
     const int program = current_program();
     ASSERT_NE(program, 0) << "it stays active";
     EXPECT_EQ(
-        commands(),
+        take_commands(*recorder),
         joined({{"glViewport(10, 20, 90, 80)", call("glUseProgram(%d)", program)},
                 fixed_matrices_of_the_corner,
                 {"glUniformMatrix4fv(0, 1, false, [2.41421, 0, 0, 0, 0, 2.41421, 0, 0, 0, 0, "
@@ -105,7 +86,7 @@ TEST_P(TripodPictures, of_an_object_are_drawn_by_these_calls) {
     const std::string identity = "[1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1]";
     const std::string moved = "[1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 1, 2, 3, 1]";
     EXPECT_EQ(
-        commands(),
+        take_commands(*recorder),
         (GlCalls{call("glUseProgram(%d)", current_program()), "glMatrixMode(GL_PROJECTION)",
                  "glLoadMatrixf(" + identity + ")", "glMatrixMode(GL_MODELVIEW)",
                  "glLoadMatrixf(" + moved + ")", "glUniformMatrix4fv(0, 1, false, " + moved + ")",
@@ -130,27 +111,10 @@ TEST_P(TripodPictures, end_with_everything_they_made) {
     EXPECT_EQ(GpuProgramMgr::get()->get_num_resources(), 0u);
 }
 
-/// A text in place of one of the engine's, for as long as this lives.
-class Replaced {
-public:
-    Replaced(char const*& text, char const* replacement)
-        : text(text)
-        , own(text) {
-        text = replacement;
-    }
-    ~Replaced() { text = own; }
-    Replaced(Replaced const&) = delete;
-    Replaced& operator=(Replaced const&) = delete;
-
-private:
-    char const*& text;
-    char const* own;
-};
-
 TEST_P(TripodPictures, take_texts_of_the_host) {
-    const Replaced replaced(aux::orvex_tripod_viz_ps_gl3,
-                            "#version 150\nout vec4 pixel;\nvoid main() { pixel = vec4(0, 0, 1, "
-                            "1); }");
+    const OtherText other(aux::orvex_tripod_viz_ps_gl3,
+                          "#version 150\nout vec4 pixel;\nvoid main() { pixel = vec4(0, 0, 1, "
+                          "1); }");
     ASSERT_TRUE(of_camera.init(renderer.get()));
     clear_frame();
     of_camera.render(renderer.get(), camera.get(), 100, 20, 100, 100);
@@ -158,7 +122,7 @@ TEST_P(TripodPictures, take_texts_of_the_host) {
 }
 
 TEST_P(TripodPictures, report_a_text_that_does_not_compile) {
-    const Replaced replaced(aux::orvex_tripod_viz_ps_gl3, "#version 150\nnonsense");
+    const OtherText other(aux::orvex_tripod_viz_ps_gl3, "#version 150\nnonsense");
     const test::LogCapture log;
     EXPECT_FALSE(of_camera.init(renderer.get()));
     ASSERT_FALSE(log.messages().empty());
@@ -173,9 +137,9 @@ TEST_P(TripodPictures, report_a_text_that_does_not_compile) {
 }
 
 TEST_P(TripodPictures, report_texts_that_do_not_fit_each_other) {
-    const Replaced replaced(aux::orvex_tripod_viz_ps_gl3,
-                            "#version 150\nin vec2 Vertex_Color;\nout vec4 pixel;\nvoid main() { "
-                            "pixel = Vertex_Color.xyxy; }");
+    const OtherText other(aux::orvex_tripod_viz_ps_gl3,
+                          "#version 150\nin vec2 Vertex_Color;\nout vec4 pixel;\nvoid main() { "
+                          "pixel = Vertex_Color.xyxy; }");
     const test::LogCapture log;
     EXPECT_FALSE(of_object.init(renderer.get()));
     ASSERT_FALSE(log.messages().empty());

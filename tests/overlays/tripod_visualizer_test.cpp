@@ -12,6 +12,7 @@
 #include "gpu/gpu_program_data.h"
 #include "gpu/gpu_program_mgr.h"
 #include "line_renderer.h"
+#include "overlays/other_text.h"
 #include "scene/camera.h"
 #include "support/log_capture.h"
 
@@ -151,10 +152,8 @@ TEST_F(TripodVisualizers, take_the_texts_and_states_of_the_version) {
 }
 
 TEST_F(TripodVisualizers, take_texts_of_the_host) {
-    char const* const own = aux::orvex_tripod_viz_ps_gl3;
-    aux::orvex_tripod_viz_ps_gl3 = "void main() {}";
+    const OtherText other(aux::orvex_tripod_viz_ps_gl3, "void main() {}");
     EXPECT_TRUE(base.init(&renderer));
-    aux::orvex_tripod_viz_ps_gl3 = own;
     EXPECT_EQ(renderer.shaders.back(), "1: void main() {}");
 }
 
