@@ -190,6 +190,24 @@ TEST_F(Graph, only_stores_a_viewport_while_the_feature_is_off) {
     EXPECT_EQ(drawn_axes()[0].at(0), point(-80.0f, -20.0f)) << "the numbers were kept";
 }
 
+TEST_F(Graph, leaves_first_axes_shifts_and_samples_alone_while_the_feature_is_off) {
+    graph->enable_viewport(false);
+    graph->set_viewport(0, 0, 200, 100);
+    EXPECT_EQ(drawn_axes()[0].at(1), point(100.0f, 0.0f)) << "not the corner, as with the feature";
+    EXPECT_EQ(drawn_axes()[1].at(1), point(0.0f, 100.0f));
+
+    graph->enable_viewport(true);
+    set_axes(point(20.0f, 30.0f), 100.0f);
+    graph->create_curve(2);
+    feed(0, 7, 1);
+    EXPECT_TRUE(graph->sync_curve_scalars(0));
+    graph->enable_viewport(false);
+    graph->set_viewport(0, 0, 2, 2);
+    EXPECT_EQ(drawn_axes()[0].at(0), point(-80.0f, -20.0f));
+    EXPECT_EQ(drawn_axes()[1].at(1), point(-80.0f, 80.0f));
+    EXPECT_EQ(drawn_curve(0).at(0), point(-80.0f, -13.0f));
+}
+
 TEST_F(Graph, keeps_shifts_when_the_feature_is_switched_off) {
     graph->create_curve(1);
     graph->set_viewport(0, 0, 200, 100);
