@@ -1,13 +1,13 @@
 // What the program, its man page and its completion say of the same options.
 
 #include <algorithm>
-#include <cstdio>
 #include <set>
 
 #include <gtest/gtest.h>
 
 #include "options.h"
 #include "program_run.h"
+#include "support/command.h"
 #include "support/temp_dir.h"
 
 namespace {
@@ -31,14 +31,6 @@ std::set<std::string> names_in(std::string const& text) {
             names.insert(name);
     }
     return names;
-}
-
-std::string output_of(std::string const& command) {
-    std::string text;
-    std::FILE* const pipe = popen((command + " 2>&1").c_str(), "r");
-    for (int c; pipe && (c = std::fgetc(pipe)) != EOF;)
-        text += static_cast<char>(c);
-    return pipe && pclose(pipe) == 0 ? text : text + "(failed)";
 }
 
 constexpr char man_page[] = ORVEX_RENDER_SOURCES "/orvex-render.1";
