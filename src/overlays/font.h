@@ -184,7 +184,8 @@ public:
     int get_renderer_id() override;
     /// Reaches the mesh of quads as well.
     void set_opengl_2_3_rendering_states(bool gl2, Node* node) override;
-    /// Scales the quads there are now, until the next `bm_update_vb`.
+    /// Scales the quads there are now, until the next `bm_update_vb`. Mapped ones are lost by it:
+    /// the next draw uploads the vertices on the CPU in their place.
     void scale_vertices_position(vec4 const& scale, Node* node) override;
     /// @}
 

@@ -258,6 +258,28 @@ TEST_P(FontDrawing, shows_a_sheet_that_was_stored_upright_once_it_is_turned) {
     EXPECT_LE(color_difference(frame(), expected), 1);
 }
 
+TEST_P(FontDrawing, shows_a_sheet_that_is_turned_before_its_upload) {
+    std::string const file = data + font->bm_get_charset_image_filename();
+    EXPECT_TRUE(font->bm_load_charset_texture(nullptr, file.c_str()));
+    Texture* const sheet = font->bm_get_charset_texture();
+    EXPECT_TRUE(sheet->flip_vertical());
+    EXPECT_TRUE(TextureMgr::get()->upload_to_renderer(&renderer, sheet, 0));
+    begin_frame();
+    EXPECT_TRUE(queue(*font, 30, 50, "text"));
+    draw(false);
+    Picture expected = black();
+    blit(expected, 30, 50, "text");
+    EXPECT_GT(color_difference(frame(), expected), 100) << "this one was stored turned";
+
+    EXPECT_TRUE(font->bm_load_charset_texture(nullptr, file.c_str()));
+    EXPECT_TRUE(
+        TextureMgr::get()->upload_to_renderer(&renderer, font->bm_get_charset_texture(), 0));
+    begin_frame();
+    EXPECT_TRUE(queue(*font, 30, 50, "text"));
+    draw(false);
+    EXPECT_LE(color_difference(frame(), expected), 1);
+}
+
 TEST_P(FontDrawing, shows_colors_and_the_scale) {
     begin_frame();
     font->bm_set_scale(3.0f);

@@ -1,6 +1,8 @@
 // The hud on a context that reports 2.1. The driver settles the version once for the process, so
 // these tests have a program of their own.
 
+#include <algorithm>
+
 #include "hud_picture.h"
 
 using namespace orvex;
@@ -55,6 +57,9 @@ TEST_F(HudPicturesBelow3, are_drawn_by_client_arrays_with_fixed_matrices) {
         "glEnable(GL_DEPTH_TEST)",
         "glViewport(5, 6, 70, 80)",
     };
+    const GlCalls calls = stage.recorder->calls();
+    EXPECT_EQ(std::count(calls.begin(), calls.end(), "glVertexPointer(4, GL_FLOAT, 96, 0)"), 1)
+        << "interleaved";
     EXPECT_EQ(take_commands_but_for_arrays(*stage.recorder), expected)
         << "the matrices come from the quad, not from the camera";
 }
