@@ -1,11 +1,13 @@
 #include "overlays/skybox.h"
 
 #include <algorithm>
+#include <cmath>
 #include <string>
 #include <utility>
 
 #include "assets/texture.h"
 #include "assets/texture_data.h"
+#include "geometry/mesh_data.h"
 #include "gpu/gpu_program.h"
 #include "overlays/other_text.h"
 #include "overlays/overlay_fixture.h"
@@ -91,6 +93,28 @@ TEST_F(SkyboxTest, is_an_object_with_a_quad_and_nothing_else) {
     EXPECT_EQ(sky->get_num_children(), 0u) << "the quad is no child";
     sky->render_geometry(&renderer);
     EXPECT_EQ(renderer.count("vertex_buffer_draw"), 1);
+}
+
+/// Keeps the first corner of the last mesh that was drawn.
+class CornerRenderer : public OverlayRenderer {
+public:
+    bool vertex_buffer_draw(MeshData* mesh) override {
+        corner = mesh->get_position(0);
+        return OverlayRenderer::vertex_buffer_draw(mesh);
+    }
+    vec4 corner;
+};
+
+TEST_F(SkyboxTest, has_a_quad_of_800_by_600_until_it_is_resized) {
+    CornerRenderer corners;
+    sky->render_geometry(&corners);
+    EXPECT_EQ(std::abs(corners.corner.x), 400.0f);
+    EXPECT_EQ(std::abs(corners.corner.y), 300.0f);
+    EXPECT_EQ(corners.corner.z, 0.0f);
+    sky->resize(2.0f, 3.0f);
+    sky->render_geometry(&corners);
+    EXPECT_EQ(std::abs(corners.corner.x), 1.0f);
+    EXPECT_EQ(std::abs(corners.corner.y), 1.5f);
 }
 
 TEST_F(SkyboxTest, forwards_the_steps_of_drawing_to_its_quad) {
@@ -383,6 +407,19 @@ TEST_F(SkyboxTest, tries_anew_after_the_host_takes_a_failed_program_away) {
         sky->render(&renderer, nullptr);
     }
     sky->set_cubemap_gpu_program(nullptr);
+    sky->render(&renderer, nullptr);
+    EXPECT_EQ(renderer.count("vertex_buffer_draw"), 1);
+    programs.release_all_resources(&renderer, nullptr);
+}
+
+TEST_F(SkyboxTest, draws_with_the_hosts_program_after_its_own_failed) {
+    ASSERT_TRUE(load());
+    {
+        OtherText const vertex(orvex_skybox_vs_gl3, "bad");
+        sky->render(&renderer, nullptr);
+    }
+    EXPECT_EQ(renderer.count("vertex_buffer_draw"), 0);
+    sky->set_cubemap_gpu_program(new GpuProgram);
     sky->render(&renderer, nullptr);
     EXPECT_EQ(renderer.count("vertex_buffer_draw"), 1);
     programs.release_all_resources(&renderer, nullptr);
