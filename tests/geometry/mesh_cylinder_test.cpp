@@ -89,6 +89,13 @@ TEST(MeshCylinder, raises_what_is_too_small) {
     EXPECT_EQ(tube->get_vertex_position(15).z, 0.0f);
 }
 
+TEST(MeshCylinder, may_have_no_radius_and_no_height) {
+    const auto tube = make_shape<MeshCylinder>();
+    tube->set_build_params(0.0f, 0.0f, 3, 3);
+    ASSERT_TRUE(tube->build(nullptr));
+    expect_extent(*tube, {0.0f, 0.0f, 0.0f}, {0.0f, 0.0f, 0.0f});
+}
+
 TEST(MeshCylinder, keeps_instances_when_it_is_rebuilt) {
     const auto tube = make_shape<MeshCylinder>();
     tube->build(nullptr);

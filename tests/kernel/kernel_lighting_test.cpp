@@ -176,6 +176,47 @@ TEST_F(VertexLighting, takes_a_transform_and_a_light_position_of_the_callers) {
     EXPECT_EQ(color, vec4(1.0f, 1.0f, 1.0f, 1.0f));
 }
 
+// Values whose products and sums round: another order would give other last bits.
+TEST_F(VertexLighting, takes_its_steps_in_their_order) {
+    const vec4 vertex_color(0.1f, 0.3f, 0.7f, 0.9f);
+    const vec4 normal(0.2f, 0.5f, 0.7f, 0.0f);
+    const vec4 position(0.3f, -0.2f, 0.9f, 1.0f);
+    const vec4 light_at(1.1f, 2.3f, 3.7f, 1.0f);
+    mesh->set_vertex_color(0, vertex_color);
+    mesh->set_vertex_normal(0, normal);
+    mesh->set_vertex_position(0, position);
+    material->set_ambient(vec4(0.3f, 0.7f, 0.1f, 0.6f));
+    material->set_diffuse(vec4(0.9f, 0.1f, 0.3f, 0.2f));
+    light->set_ambient(0.7f, 0.9f, 0.3f, 0.1f);
+    light->set_diffuse(0.6f, 0.3f, 0.7f, 0.3f);
+    for (int step = 0; step < 50; ++step) {
+        const float radius = 5.3f + static_cast<float>(step) * 0.7f;
+        light->set_radius(radius);
+        vec4 color;
+        ASSERT_TRUE(Kernel::get()->compute_object_vertex_color_v2(
+            mesh.get(), mat4().identity(), 0, color, material.get(), light, light_at, false));
+        vec4 to_vertex(position.x - light_at.x, position.y - light_at.y, position.z - light_at.z,
+                       0.0f);
+        const float inverse_radius = 1.0f / radius;
+        const float attenuation = 1.0f - inverse_radius * std::sqrt(to_vertex.dot(to_vertex));
+        vec4 unit_normal = normal;
+        unit_normal.normalize();
+        const float n_dot_l = unit_normal.dot(-to_vertex.normalize());
+        const auto channel = [&](float vec4::*c, float diffuse) {
+            const float ambient =
+                vertex_color.*c * (material->get_ambient().*c) * (light->get_ambient().*c);
+            return (ambient + diffuse) * attenuation;
+        };
+        const auto diffuse = [&](float vec4::*c) {
+            return material->get_diffuse().*c * (light->get_diffuse().*c) * n_dot_l;
+        };
+        EXPECT_EQ(color.x, channel(&vec4::x, diffuse(&vec4::x)));
+        EXPECT_EQ(color.y, channel(&vec4::y, diffuse(&vec4::y)));
+        EXPECT_EQ(color.z, channel(&vec4::z, diffuse(&vec4::z)));
+        EXPECT_EQ(color.w, channel(&vec4::w, 1.0f)) << "alpha gets one";
+    }
+}
+
 TEST_F(VertexLighting, may_write_into_the_vertex_it_reads) {
     put_light(0.0f, 0.0f, 2.0f);
     vec4& color = mesh->get_vertex(0)->color;
