@@ -169,8 +169,11 @@ TEST(FontTexts, are_reached_by_the_room_there_is) {
     data.reset_string_counter();
     EXPECT_EQ(data.get_string_counter(), 0u);
     EXPECT_EQ(data.get_string(0)->text, "one") << "nothing is freed";
+    EXPECT_TRUE(data.add_string(1, 2, 3, 4, 5, 6, 7, "again"));
     data.free_strings();
     EXPECT_EQ(data.capacity, 0u);
+    EXPECT_EQ(data.get_string_counter(), 0u);
+    EXPECT_EQ(data.get_num_chars(), 0u);
     EXPECT_EQ(data.get_string(0), nullptr);
 }
 
