@@ -4,6 +4,7 @@
 // the platform's raster font: overlays [gl2|gl3] [picture.jpg]
 
 #include <cmath>
+#include <memory>
 
 #include "model_scene.h"
 #include "panel.h"

@@ -5,7 +5,6 @@
 #include <memory>
 
 #include <orvex/assets/texture_mgr.h>
-#include <orvex/gpu/gpu_program.h>
 #include <orvex/kernel/core.h>
 #include <orvex/renderer/render_window.h>
 #include <orvex/renderer/renderer.h>

@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "common/off_screen.h"
+#include "off_screen.h"
 
 using namespace orvex;
 

@@ -1,6 +1,6 @@
 // One program of our own on three spheres: own_shader picture.jpg
 
-#include "common/off_screen.h"
+#include "off_screen.h"
 
 using namespace orvex;
 

@@ -1,6 +1,6 @@
 // A fountain, two seconds after it was switched on: particles picture.jpg
 
-#include "common/off_screen.h"
+#include "off_screen.h"
 
 using namespace orvex;
 

@@ -1,6 +1,6 @@
 // A ring drawn into a multisample target, and shown on a quad: render_targets picture.jpg
 
-#include "common/off_screen.h"
+#include "off_screen.h"
 
 using namespace orvex;
 

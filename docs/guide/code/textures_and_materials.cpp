@@ -1,6 +1,6 @@
 // A box with a picture on its sides: textures_and_materials stone.png picture.jpg
 
-#include "common/off_screen.h"
+#include "off_screen.h"
 
 using namespace orvex;
 

@@ -4,7 +4,7 @@
 #include <cstdio>
 #include <thread>
 
-#include "common/off_screen.h"
+#include "off_screen.h"
 
 using namespace orvex;
 
