@@ -180,7 +180,7 @@ void allocate_face_lists(MeshData& store, unsigned long count, bool wide) {
     if (wide)
         store.faces_u32 = new_large_array<FaceU32>(count);
     else
-        store.faces_u16 = new FaceU16[count];
+        store.faces_u16 = new_large_array<FaceU16>(count);
     store.face_normals = new_large_array<vec4>(count);
     store.face_materials = new_large_array<int>(count);
     std::fill_n(store.face_materials, count, 0);

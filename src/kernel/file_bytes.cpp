@@ -66,7 +66,7 @@ bool FileBytes::read(const char* path, std::size_t limit) {
     std::unique_ptr<char[]> bytes(new (std::nothrow) char[size + 1]);
     if (bytes == nullptr)
         return false;
-    advise_large_pages(bytes.get(), size);
+    advise_filling(bytes.get(), size);
     if (!read_fully(file.get(), bytes.get(), size))
         return false;
     bytes[size] = '\0';

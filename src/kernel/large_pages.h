@@ -14,6 +14,12 @@ namespace orvex {
 /// A wish only: small blocks and systems without large pages go on as they are.
 void advise_large_pages(void* block, std::size_t bytes);
 
+/// Says that a block is about to be filled from end to end: asks for large pages, or, for a block
+/// too small for those, for all its pages at once, which costs about half of one fault for each.
+///
+/// A wish only, too. Memory that the program has had before goes on as it is.
+void advise_filling(void* block, std::size_t bytes);
+
 /// `new T[count]`, every element default-initialised, on large pages where there are many. Ends by
 /// `delete[]`.
 template<class T>
@@ -22,11 +28,23 @@ T* new_large_array(std::size_t count) {
     if (count > static_cast<std::size_t>(-1) / 2 / sizeof(T))
         throw std::bad_array_new_length();
     void* block = ::operator new[](count * sizeof(T));
-    advise_large_pages(block, count * sizeof(T));
+    advise_filling(block, count * sizeof(T));
     T* elements = static_cast<T*>(block);
     std::uninitialized_default_construct_n(elements, count);
     return elements;
 }
+
+struct LargeBlockDeleter {
+    bool is_aligned = false;
+    void operator()(std::byte* block) const;
+};
+using LargeBlock = std::unique_ptr<std::byte[], LargeBlockDeleter>;
+
+/// Memory that is needed for a while only: a block of half a large page or more is made to fit
+/// large pages, which are a fraction of the work, at the price of some memory that stays unused.
+///
+/// Throws `std::bad_alloc`. The bytes are not set.
+LargeBlock new_large_block(std::size_t bytes);
 
 /// Room for `count` elements, on large pages.
 template<class T>
