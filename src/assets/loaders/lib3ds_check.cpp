@@ -37,6 +37,7 @@ constexpr std::int64_t MAX_FRAME = 1 << 24;
 // --- The format ------------------------------------------------------------------------------
 
 constexpr std::uint32_t HEADER_SIZE = 6;
+constexpr std::uint32_t FACE_SIZE = 8;
 constexpr std::uint32_t NAME_SIZE = 64; ///< with the terminator, as lib3ds stores names
 constexpr std::uint16_t NO_NODE = 65535;
 
@@ -202,10 +203,11 @@ struct MeshInProgress {
     bool has_flags = false;
     bool has_texcoords = false;
     bool has_faces = false;
-    bool has_smooth_groups = false;
     std::uint32_t num_vertices = 0; ///< as lib3ds counts: flags and coordinates add vertices
     std::uint32_t num_faces = 0;
+    std::uint32_t faces_at = 0;       ///< where they begin in the file
     std::uint32_t end_of_indices = 0; ///< the greatest vertex index, plus one
+    std::uint64_t normal_steps = 0;   ///< see MAX_NORMAL_STEPS
 
     /// A mesh without vertices is left out of the model, whatever its faces name.
     bool faces_fit() const { return num_vertices == 0 || end_of_indices <= num_vertices; }
@@ -226,9 +228,10 @@ class NodeTree {
 public:
     explicit NodeTree(const std::vector<NodeSummary>& nodes)
         : nodes_(nodes)
-        , index_of_(NO_NODE + 1, NOT_THERE)
         , depth_(nodes.size(), 0) {
         for (std::size_t i = 0; i < nodes.size(); ++i) {
+            if (nodes[i].id >= index_of_.size())
+                index_of_.resize(nodes[i].id + std::size_t{1}, NOT_THERE);
             int& index = index_of_[nodes[i].id];
             index = index == NOT_THERE ? static_cast<int>(i) : AMBIGUOUS;
         }
@@ -252,7 +255,7 @@ private:
     bool measure_depth(std::size_t index) {
         int steps = 1;
         for (std::size_t i = index; nodes_[i].parent != NO_NODE; ++steps) {
-            const int parent = index_of_[nodes_[i].parent];
+            const int parent = index_of(nodes_[i].parent);
             if (parent < 0 || steps > MAX_NODE_DEPTH)
                 return false;
             i = static_cast<std::size_t>(parent);
@@ -265,8 +268,12 @@ private:
         return steps <= MAX_NODE_DEPTH;
     }
 
+    int index_of(std::uint16_t id) const {
+        return id < index_of_.size() ? index_of_[id] : NOT_THERE;
+    }
+
     const std::vector<NodeSummary>& nodes_;
-    std::vector<int> index_of_; ///< by id
+    std::vector<int> index_of_; ///< by id, up to the greatest
     std::vector<int> depth_;    ///< 0: not yet known
 };
 
@@ -275,8 +282,7 @@ private:
 class Checker {
 public:
     explicit Checker(ByteWindow& bytes)
-        : bytes_(bytes)
-        , corners_at_(NO_NODE + 1, 0) {}
+        : bytes_(bytes) {}
 
     bool check() { return check_root() && NodeTree(nodes_).is_sound() && is_affordable(); }
 
@@ -414,23 +420,12 @@ private:
             return false;
         MeshSummary summary;
         summary.elements = mesh_.num_vertices + mesh_.num_faces;
-        summary.normal_steps = take_normal_steps();
+        summary.normal_steps = mesh_.normal_steps;
         // Of meshes of one name nodes get the first.
         meshes_.try_emplace(object_name_, summary);
         num_elements_ += summary.elements;
         num_normal_steps_ += summary.normal_steps;
         return true;
-    }
-
-    /// Counts the steps, and the corners back to zero. Without smoothing groups nobody looks
-    /// around.
-    std::uint64_t take_normal_steps() {
-        std::uint64_t steps = 0;
-        for (std::uint32_t i = 0; i < mesh_.end_of_indices; ++i) {
-            const std::uint64_t corners = std::exchange(corners_at_[i], 0);
-            steps += corners * corners;
-        }
-        return mesh_.has_smooth_groups ? steps : 0;
     }
 
     bool check_mesh_array(std::uint16_t id, Span content) {
@@ -460,29 +455,56 @@ private:
 
     /// Faces are three indices and a word of flags each. Without any, lib3ds reads no further.
     bool check_faces(Span content) {
-        constexpr std::uint32_t face_size = 8;
-        constexpr std::uint32_t faces_at_once = ByteWindow::LARGEST_VIEW / face_size;
-        if (!skip_count(content, face_size, mesh_.num_faces))
+        if (!skip_count(content, FACE_SIZE, mesh_.num_faces))
             return false;
-        for (std::uint32_t done = 0; done < mesh_.num_faces;) {
-            const std::uint32_t count = std::min(mesh_.num_faces - done, faces_at_once);
-            const unsigned char* const faces = bytes_.at(content.begin, count * face_size);
-            if (faces == nullptr)
-                return false;
-            for (std::uint32_t i = 0; i < count; ++i)
-                add_face(faces + i * face_size);
-            content = content.behind(count * face_size);
-            done += count;
-        }
-        return mesh_.num_faces == 0 || check_list(content, PLACE_FACES);
+        if (mesh_.num_faces == 0)
+            return true;
+        mesh_.faces_at = content.begin;
+        std::uint32_t greatest = 0;
+        const bool are_there = for_each_index(
+            [&greatest](std::uint32_t index) { greatest = std::max(greatest, index); });
+        mesh_.end_of_indices = greatest + 1;
+        return are_there && check_list(content.behind(mesh_.num_faces * FACE_SIZE), PLACE_FACES);
     }
 
-    void add_face(const unsigned char* face) {
-        for (int corner = 0; corner < 3; ++corner) {
-            const std::uint32_t index = word_at(face + 2 * corner);
-            mesh_.end_of_indices = std::max(mesh_.end_of_indices, index + 1);
-            ++corners_at_[index];
+    /// Calls back for each corner of each face of the mesh that goes by.
+    /// @return false if the bytes can't be read
+    template<class Visitor>
+    bool for_each_index(Visitor visit) {
+        constexpr std::uint32_t faces_at_once = ByteWindow::LARGEST_VIEW / FACE_SIZE;
+        for (std::uint32_t done = 0; done < mesh_.num_faces;) {
+            const std::uint32_t count = std::min(mesh_.num_faces - done, faces_at_once);
+            const unsigned char* face =
+                bytes_.at(mesh_.faces_at + done * FACE_SIZE, count * FACE_SIZE);
+            if (face == nullptr)
+                return false;
+            for (const unsigned char* const end = face + count * FACE_SIZE; face != end;
+                 face += FACE_SIZE) {
+                visit(word_at(face));
+                visit(word_at(face + 2));
+                visit(word_at(face + 4));
+            }
+            done += count;
         }
+        return true;
+    }
+
+    /// Without smoothing groups nobody looks around at a vertex, so that few meshes are looked
+    /// through once more for this.
+    bool count_normal_steps() {
+        if (mesh_.normal_steps > 0)
+            return true;
+        corners_at_.assign(mesh_.end_of_indices, 0);
+        // A file may have other faces by now.
+        const bool are_there = for_each_index([this](std::uint32_t index) {
+            if (index < corners_at_.size())
+                ++corners_at_[index];
+        });
+        if (!are_there)
+            return false;
+        for (const std::uint64_t corners : corners_at_)
+            mesh_.normal_steps += corners * corners;
+        return true;
     }
 
     bool check_face_list(std::uint16_t id, Span content) {
@@ -492,8 +514,7 @@ private:
             ++num_material_groups_;
             return skip_text(content, NAME_SIZE) && skip_count(content, 2, count);
         case CHUNK_SMOOTH_GROUP:
-            mesh_.has_smooth_groups = true;
-            return content.holds(std::uint64_t{mesh_.num_faces} * 4);
+            return content.holds(std::uint64_t{mesh_.num_faces} * 4) && count_normal_steps();
         case CHUNK_BOX_MAP:
             return skip_six_texts(content);
         default:

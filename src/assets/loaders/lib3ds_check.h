@@ -13,7 +13,7 @@ class ByteWindow;
 /// vertices that are there, nodes hang together as a tree, and what all of it would cost in memory
 /// and time has a bound.
 ///
-/// Reads each byte once at most, keeps some megabytes at most, and stops at the first fault.
+/// Reads each byte twice at most, keeps some megabytes at most, and stops at the first fault.
 bool lib3ds_can_read(ByteWindow& bytes);
 
 } // namespace orvex
