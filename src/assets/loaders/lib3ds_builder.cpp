@@ -71,7 +71,7 @@ public:
         , mesh_(mesh)
         , store_(*mesh.get_mesh_data())
         , materials_(materials)
-        , is_added_(num_materials, false)
+        , material_ids_(num_materials, UNUSED)
         , default_material_(MaterialMgr::get()->create_material(nullptr)) {}
 
     void build() {
@@ -106,30 +106,29 @@ private:
 
     int material_of(std::uint32_t i) {
         const std::uint32_t index = record_.face_materials ? record_.face_materials[i].material : 0;
-        if (index >= is_added_.size() || materials_[index].material == nullptr)
-            return default_material_id();
-        if (!is_added_[index]) {
-            is_added_[index] = true;
-            mesh_.add_material(materials_[index].material, nullptr);
-        }
-        return materials_[index].material->getid();
+        if (index >= material_ids_.size() || materials_[index].material == nullptr)
+            return use(default_material_, default_material_id_);
+        return use(materials_[index].material, material_ids_[index]);
     }
 
-    int default_material_id() {
-        if (!is_default_added_) {
-            is_default_added_ = true;
-            mesh_.add_material(default_material_, nullptr);
+    /// Gives the mesh the material at its first face, and remembers its id for all the others.
+    int use(Material* material, int& id) {
+        if (id == UNUSED) {
+            id = material->getid();
+            mesh_.add_material(material, nullptr);
         }
-        return default_material_->getid();
+        return id;
     }
+
+    static constexpr int UNUSED = -1;
 
     const sLib3dsMesh& record_;
     Mesh& mesh_;
     MeshData& store_;
     const orvexLib3dsMaterial* materials_;
-    std::vector<bool> is_added_; ///< whether the mesh has a material already
+    std::vector<int> material_ids_; ///< of those that the mesh has already
     Material* default_material_;
-    bool is_default_added_ = false;
+    int default_material_id_ = UNUSED;
 };
 
 void build_vertices(const sLib3dsMesh& record, MeshData& store) {

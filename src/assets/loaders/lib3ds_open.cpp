@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstring>
+#include <limits>
 #include <utility>
 
 #include <lib3ds.h>
@@ -26,12 +27,15 @@ struct MemoryStream {
     std::size_t position = 0;
 };
 
+constexpr std::size_t FARTHEST = std::numeric_limits<std::size_t>::max() / 2;
+
 long seek(void* self, long offset, Lib3dsIoSeek origin) {
     auto& stream = *static_cast<MemoryStream*>(self);
     const std::size_t from = origin == LIB3DS_SEEK_SET   ? 0
                              : origin == LIB3DS_SEEK_CUR ? stream.position
                                                          : stream.size;
-    stream.position = from + static_cast<std::size_t>(offset);
+    // Below the greatest number there is, so that a count can be added to it.
+    stream.position = std::min(from + static_cast<std::size_t>(offset), FARTHEST);
     return 0;
 }
 
@@ -48,30 +52,20 @@ std::size_t read_to_the_end(MemoryStream& stream, void* buffer, std::size_t coun
     return got;
 }
 
-template<std::size_t COUNT>
-std::size_t copy(MemoryStream& stream, void* buffer) {
-    std::memcpy(buffer, stream.bytes + stream.position, COUNT);
-    stream.position += COUNT;
-    return COUNT;
-}
-
 /// Called for every single number.
 std::size_t read(void* self, void* buffer, std::size_t count) {
     auto& stream = *static_cast<MemoryStream*>(self);
-    if (stream.position > stream.size || count > stream.size - stream.position)
+    const unsigned char* const from = stream.bytes + stream.position;
+    const std::size_t end = stream.position + count;
+    if (end > stream.size) [[unlikely]]
         return read_to_the_end(stream, buffer, count);
-    switch (count) {
-    case 1:
-        return copy<1>(stream, buffer);
-    case 2:
-        return copy<2>(stream, buffer);
-    case 4:
-        return copy<4>(stream, buffer);
-    default:
-        break;
-    }
-    std::memcpy(buffer, stream.bytes + stream.position, count);
-    stream.position += count;
+    stream.position = end;
+    if (count == 2)
+        std::memcpy(buffer, from, 2);
+    else if (count == 4)
+        std::memcpy(buffer, from, 4);
+    else
+        std::memcpy(buffer, from, count);
     return count;
 }
 

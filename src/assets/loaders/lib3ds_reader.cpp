@@ -11,6 +11,7 @@
 
 #include "assets/loaders/lib3ds_records.h"
 #include "assets/loaders/loader_3d_lib3ds.h"
+#include "kernel/large_pages.h"
 
 namespace orvex {
 
@@ -107,58 +108,87 @@ void place_vertices(Lib3dsMesh& mesh, Lib3dsMeshInstanceNode& node) {
     }
 }
 
-void copy_vertices(const Lib3dsMesh& from, sLib3dsMesh& to) {
-    to.num_vertices = from.nvertices;
-    to.vertices = std::make_unique_for_overwrite<Lib3dsFloat3[]>(to.num_vertices);
-    std::memcpy(to.vertices.get(), from.vertices, to.num_vertices * sizeof(Lib3dsFloat3));
-    if (from.texcos == nullptr)
-        return;
-    to.num_texcoords = to.num_vertices;
-    to.texcoords = std::make_unique_for_overwrite<Lib3dsFloat2[]>(to.num_texcoords);
-    std::memcpy(to.texcoords.get(), from.texcos, to.num_texcoords * sizeof(Lib3dsFloat2));
-}
-
-void calculate_normals(Lib3dsMesh& mesh, Lib3dsFloat3* normals) {
-    lib3ds_mesh_calculate_vertex_normals(&mesh, reinterpret_cast<float(*)[3]>(normals));
-}
-
 bool is_smoothed(const Lib3dsMesh& mesh) {
     return std::any_of(mesh.faces, mesh.faces + mesh.nfaces,
                        [](const Lib3dsFace& face) { return face.smoothing_group != 0; });
 }
 
 /// Normals are asked for by the number of a vertex or of a face, so that those of the first corners
-/// are enough where each depends on its own face alone. They are made a few faces at a time, since
-/// lib3ds takes 72 bytes of memory for each.
-void compute_flat_normals(Lib3dsMesh& mesh, sLib3dsMesh& to) {
-    constexpr std::uint32_t faces_at_once = 4096;
+/// are enough where each depends on its own face alone.
+std::uint32_t num_faces_with_normals(const Lib3dsMesh& mesh, bool smoothed) {
+    if (smoothed)
+        return mesh.nfaces;
+    const std::uint32_t num_corners = std::max(mesh.nvertices, mesh.nfaces);
+    return std::min<std::uint32_t>(mesh.nfaces, (num_corners + 2) / 3);
+}
+
+/// Hands out the parts of a block one after another, those with the strictest alignment first.
+class Parts {
+public:
+    explicit Parts(std::byte* block)
+        : next_(block) {}
+
+    template<class T>
+    T* take(std::uint32_t count) {
+        T* const part = reinterpret_cast<T*>(next_);
+        std::uninitialized_default_construct_n(part, count);
+        next_ += count * sizeof(T);
+        return part;
+    }
+
+private:
+    std::byte* next_;
+};
+
+/// Sets the counts, and makes the arrays. Plain numbers in them are not set.
+void make_arrays(const Lib3dsMesh& from, bool smoothed, bool has_materials, sLib3dsMesh& to) {
+    to.num_vertices = from.nvertices;
+    to.num_texcoords = from.texcos != nullptr ? to.num_vertices : 0;
+    to.num_faces = from.faces != nullptr ? from.nfaces : 0;
+    to.num_normals = to.num_faces > 0 ? 3 * num_faces_with_normals(from, smoothed) : 0;
+    const std::uint32_t num_face_materials = has_materials ? to.num_faces : 0;
+    to.memory = new_large_block(
+        to.num_vertices * sizeof(Lib3dsFloat3) + to.num_texcoords * sizeof(Lib3dsFloat2) +
+        to.num_normals * sizeof(Lib3dsFloat3) + num_face_materials * sizeof(sLib3dsFaceMaterial) +
+        to.num_faces * sizeof(Lib3dsIndices));
+    Parts parts(to.memory.get());
+    to.vertices = parts.take<Lib3dsFloat3>(to.num_vertices);
+    if (from.texcos != nullptr)
+        to.texcoords = parts.take<Lib3dsFloat2>(to.num_texcoords);
+    to.normals = parts.take<Lib3dsFloat3>(to.num_normals);
+    if (has_materials)
+        to.face_materials = parts.take<sLib3dsFaceMaterial>(num_face_materials);
+    to.faces = parts.take<Lib3dsIndices>(to.num_faces);
+}
+
+void copy_vertices(const Lib3dsMesh& from, sLib3dsMesh& to) {
+    std::memcpy(to.vertices, from.vertices, to.num_vertices * sizeof(Lib3dsFloat3));
+    if (to.texcoords != nullptr)
+        std::memcpy(to.texcoords, from.texcos, to.num_texcoords * sizeof(Lib3dsFloat2));
+}
+
+/// Where lib3ds finds no memory to work with, it leaves the normals as they are.
+void calculate_normals(Lib3dsMesh& mesh, Lib3dsFloat3* normals) {
+    std::fill_n(normals, 3 * std::size_t{mesh.nfaces}, Lib3dsFloat3{});
+    lib3ds_mesh_calculate_vertex_normals(&mesh, reinterpret_cast<float(*)[3]>(normals));
+}
+
+/// Without smoothing a few faces at a time, since lib3ds takes 72 bytes of memory for each.
+void compute_normals(Lib3dsMesh& mesh, bool smoothed, sLib3dsMesh& to) {
+    constexpr std::uint32_t unsmoothed_at_once = 4096;
     const Lib3dsMesh whole = mesh;
-    const std::uint32_t num_corners = std::max(whole.nvertices, whole.nfaces);
-    const std::uint32_t num_faces = std::min<std::uint32_t>(whole.nfaces, (num_corners + 2) / 3);
-    to.num_normals = 3 * num_faces;
-    to.normals = std::make_unique<Lib3dsFloat3[]>(to.num_normals);
+    const std::uint32_t num_faces = to.num_normals / 3;
+    const std::uint32_t step = smoothed ? num_faces : unsmoothed_at_once;
     for (std::uint32_t done = 0; done < num_faces; done += mesh.nfaces) {
         mesh.faces = whole.faces + done;
-        mesh.nfaces = static_cast<unsigned short>(std::min(num_faces - done, faces_at_once));
-        calculate_normals(mesh, &to.normals[3 * std::size_t{done}]);
+        mesh.nfaces = static_cast<unsigned short>(std::min(num_faces - done, step));
+        calculate_normals(mesh, to.normals + 3 * std::size_t{done});
     }
     mesh.faces = whole.faces;
     mesh.nfaces = whole.nfaces;
 }
 
-void compute_normals(Lib3dsMesh& mesh, sLib3dsMesh& to) {
-    if (!is_smoothed(mesh)) {
-        compute_flat_normals(mesh, to);
-        return;
-    }
-    to.num_normals = 3 * std::uint32_t{mesh.nfaces};
-    to.normals = std::make_unique<Lib3dsFloat3[]>(to.num_normals);
-    calculate_normals(mesh, to.normals.get());
-}
-
 void copy_faces(const Lib3dsMesh& from, sLib3dsMesh& to) {
-    to.num_faces = from.nfaces;
-    to.faces = std::make_unique_for_overwrite<std::array<std::uint16_t, 3>[]>(to.num_faces);
     for (std::uint32_t i = 0; i < to.num_faces; ++i) {
         const Lib3dsFace& face = from.faces[i];
         to.faces[i] = {face.index[0], face.index[1], face.index[2]};
@@ -167,7 +197,8 @@ void copy_faces(const Lib3dsMesh& from, sLib3dsMesh& to) {
 
 /// A face without material keeps its zeros, that is, gets the first material.
 void copy_face_materials(const Lib3dsMesh& from, sLib3dsMesh& to) {
-    to.face_materials = std::make_unique<sLib3dsFaceMaterial[]>(to.num_faces);
+    if (to.face_materials == nullptr)
+        return;
     for (std::uint32_t i = 0; i < to.num_faces; ++i) {
         const int material = from.faces[i].material;
         if (material != -1)
@@ -185,13 +216,12 @@ void Loader3D_Lib3ds::write_mesh(Lib3dsFile* file, Lib3dsMeshInstanceNode* node)
     sLib3dsMesh& record = *lib3ds_data->meshes.emplace_back(std::make_unique<sLib3dsMesh>());
     copy_text(record.name, node->instance_name[0] != '\0' ? node->instance_name : node->base.name);
     place_vertices(*mesh, *node);
+    const bool smoothed = is_smoothed(*mesh);
+    make_arrays(*mesh, smoothed, file->nmaterials > 0, record);
     copy_vertices(*mesh, record);
-    if (mesh->faces == nullptr)
-        return;
-    compute_normals(*mesh, record);
+    compute_normals(*mesh, smoothed, record);
     copy_faces(*mesh, record);
-    if (file->nmaterials > 0)
-        copy_face_materials(*mesh, record);
+    copy_face_materials(*mesh, record);
 }
 
 } // namespace orvex

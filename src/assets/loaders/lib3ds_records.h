@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "assets/loaders/loader_3d_lib3ds.h"
+#include "kernel/large_pages.h"
 
 namespace orvex {
 
@@ -19,6 +20,7 @@ class Mesh;
 using Lib3dsFloat2 = std::array<float, 2>;
 using Lib3dsFloat3 = std::array<float, 3>;
 using Lib3dsFloat4 = std::array<float, 4>;
+using Lib3dsIndices = std::array<std::uint16_t, 3>;
 
 /// A material of the file.
 struct orvexLib3dsMaterial {
@@ -43,14 +45,15 @@ struct sLib3dsMesh {
     Mesh* mesh = nullptr; ///< set when it is built
     char name[128] = {};
     std::uint32_t num_vertices = 0;
-    std::unique_ptr<Lib3dsFloat3[]> vertices; ///< in place, axes as in the file
-    std::uint32_t num_normals = 0; ///< three per face, as far as vertices and faces ask for them
-    std::unique_ptr<Lib3dsFloat3[]> normals;
+    Lib3dsFloat3* vertices = nullptr; ///< in place, axes as in the file
+    std::uint32_t num_normals = 0;    ///< three per face, as far as vertices and faces ask for them
+    Lib3dsFloat3* normals = nullptr;
     std::uint32_t num_texcoords = 0; ///< none, or one per vertex
-    std::unique_ptr<Lib3dsFloat2[]> texcoords;
+    Lib3dsFloat2* texcoords = nullptr;
     std::uint32_t num_faces = 0;
-    std::unique_ptr<std::array<std::uint16_t, 3>[]> faces;
-    std::unique_ptr<sLib3dsFaceMaterial[]> face_materials; ///< null if the file has no materials
+    Lib3dsIndices* faces = nullptr;
+    sLib3dsFaceMaterial* face_materials = nullptr; ///< null if the file has no materials
+    LargeBlock memory;                             ///< where the five arrays lie
 };
 
 /// The work of one load.
