@@ -452,8 +452,10 @@ public:
     BUFFER_OBJECT_USAGE forced_storage_usage = BUFFER_USAGE_DEFAULT;
     BUFFER_OBJECT_USAGE forced_atomic_usage = BUFFER_USAGE_DEFAULT;
     BUFFER_OBJECT_USAGE forced_uniform_usage = BUFFER_USAGE_DEFAULT;
-    ClientArrays client_arrays;              ///< arrays of the fixed pipeline left enabled
-    MeshData const* prepared_mesh = nullptr; ///< between its prepare and its finish
+    ClientArrays client_arrays; ///< arrays of the fixed pipeline left enabled
+    /// Between its prepare and its finish, unless something else was prepared or finished since: an
+    /// indexed draw without its buffers bound would read address zero.
+    MeshData const* prepared_mesh = nullptr;
     GlutText raster_text;
     /// @}
 

@@ -106,6 +106,7 @@ bool RendererOpenGL::vertex_pool_render(VertexPoolData* pool) {
 bool RendererOpenGL::vertex_pool_render_prepare(VertexPoolData* pool) {
     if (!pool)
         return false;
+    prepared_mesh = nullptr;
     return pool->use_generic_vertex_attribs ? _vertex_pool_render_prepare_gl3(pool)
                                             : _vertex_pool_render_prepare_gl2(pool);
 }
@@ -123,6 +124,7 @@ bool RendererOpenGL::vertex_pool_render_draw(VertexPoolData* pool) {
 bool RendererOpenGL::vertex_pool_render_finish(VertexPoolData* pool) {
     if (!pool)
         return false;
+    prepared_mesh = nullptr;
     return pool->use_generic_vertex_attribs ? _vertex_pool_render_finish_gl3(pool)
                                             : _vertex_pool_render_finish_gl2(pool);
 }

@@ -1,6 +1,7 @@
 #include "renderer/opengl/renderer_opengl.h"
 
 #include <array>
+#include <optional>
 
 #include "geometry/polyline_data.h"
 #include "renderer/opengl/client_pointers.h"
@@ -92,6 +93,7 @@ bool RendererOpenGL::polyline_vb_prepare(PolylineData* polyline) {
         return polyline_vb_prepare_gl2(polyline);
     if (!has_vertices(*polyline) || !has_gl3_entries(gl))
         return false;
+    prepared_mesh = nullptr;
     const Context context{gl, forced_vertex_usage, forced_index_usage};
     if (make_buffer(context, *polyline, getid()))
         gl.glBindBuffer(GL_ARRAY_BUFFER, 0);
@@ -111,6 +113,7 @@ bool RendererOpenGL::polyline_vb_prepare(PolylineData* polyline) {
 bool RendererOpenGL::polyline_vb_prepare_gl2(PolylineData* polyline) {
     if (!polyline || !has_vertices(*polyline) || !has_gl2_entries(gl))
         return false;
+    prepared_mesh = nullptr;
     const Context context{gl, forced_vertex_usage, forced_index_usage};
     if (!make_buffer(context, *polyline, getid()))
         gl.glBindBuffer(GL_ARRAY_BUFFER, polyline->vertex_buffer_id);
@@ -133,25 +136,19 @@ bool RendererOpenGL::polyline_vb_prepare_gl2(PolylineData* polyline) {
 
 namespace {
 
-/// The primitive of a polyline; false if it draws nothing.
-bool choose_primitive(const PolylineData& polyline, GLenum& primitive) {
+/// The primitive of a polyline, or none, which draws nothing.
+std::optional<GLenum> primitive_of(const PolylineData& polyline) {
+    if (polyline.tessellation_state)
+        return GL_PATCHES;
     switch (polyline.render_mode) {
     case LINE_RENDER_MODE_LINES:
-        primitive = GL_LINES;
-        break;
+        return GL_LINES;
     case LINE_RENDER_MODE_LINE_STRIP:
-        primitive = GL_LINE_STRIP;
-        break;
+        return GL_LINE_STRIP;
     case LINE_RENDER_MODE_LINE_LOOP:
-        primitive = GL_LINE_LOOP;
-        break;
-    default: // a value that a host converted
-        if (!polyline.tessellation_state)
-            return false;
+        return GL_LINE_LOOP;
     }
-    if (polyline.tessellation_state)
-        primitive = GL_PATCHES;
-    return true;
+    return std::nullopt; // a value that a host converted
 }
 
 } // namespace
@@ -159,9 +156,8 @@ bool choose_primitive(const PolylineData& polyline, GLenum& primitive) {
 bool RendererOpenGL::polyline_vb_draw(PolylineData* polyline, int start, int count) {
     if (!polyline)
         return false;
-    GLenum primitive = GL_LINES;
-    if (choose_primitive(*polyline, primitive))
-        glDrawArrays(primitive, start,
+    if (const std::optional<GLenum> primitive = primitive_of(*polyline))
+        glDrawArrays(*primitive, start,
                      count < 1 ? static_cast<GLsizei>(polyline->num_vertices) : count);
     return true;
 }
@@ -169,6 +165,7 @@ bool RendererOpenGL::polyline_vb_draw(PolylineData* polyline, int start, int cou
 bool RendererOpenGL::polyline_vb_finish(PolylineData* polyline) {
     if (!polyline)
         return false;
+    prepared_mesh = nullptr;
     if (polyline->vertex_array_id != 0) {
         // Whichever path ran: after the one of client arrays those stay enabled until the next
         // prepare points them elsewhere.

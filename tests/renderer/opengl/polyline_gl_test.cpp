@@ -267,6 +267,23 @@ TEST_P(Polylines, keep_a_vertex_array_that_can_not_be_deleted_nor_unbound) {
     EXPECT_EQ(polyline.vertex_array_id, array);
 }
 
+TEST_P(Polylines, leave_a_mesh_prepared_before_them_undrawn) {
+    MeshData mesh;
+    make_triangle(mesh, true);
+    make();
+    for (const bool by_finish : {false, true}) {
+        if (by_finish)
+            prepare();
+        EXPECT_TRUE(renderer->vertex_buffer_prepare(&mesh));
+        if (!by_finish)
+            prepare();
+        finish();
+        EXPECT_TRUE(renderer->vertex_buffer_draw(&mesh)) << "the vertex array is not bound";
+        EXPECT_EQ(recorder->take(), GlCalls());
+    }
+    EXPECT_TRUE(renderer->vertex_buffer_kill(&mesh));
+}
+
 /// Takes over the path of client arrays.
 class ClientArraysTaker : public RendererOpenGL {
 public:

@@ -313,6 +313,23 @@ TEST_P(VertexPools, do_nothing_without_the_entry_points) {
     }
 }
 
+TEST_P(VertexPools, leave_a_mesh_prepared_before_them_undrawn) {
+    MeshData mesh;
+    make_triangle(mesh, true);
+    make(interleaved);
+    for (const bool by_finish : {false, true}) {
+        if (by_finish)
+            prepare();
+        EXPECT_TRUE(renderer->vertex_buffer_prepare(&mesh));
+        if (!by_finish)
+            prepare();
+        finish();
+        EXPECT_TRUE(renderer->vertex_buffer_draw(&mesh)) << "the vertex array is not bound";
+        EXPECT_EQ(recorder->take(), GlCalls());
+    }
+    EXPECT_TRUE(renderer->vertex_buffer_kill(&mesh));
+}
+
 TEST_P(VertexPools, keep_a_vertex_array_that_can_not_be_deleted) {
     make(interleaved);
     draw_quietly();
