@@ -3,6 +3,8 @@
 #include "assets/material.h"
 #include "geometry/mesh.h"
 #include "geometry/mesh_data.h"
+#include "geometry/polyline.h"
+#include "geometry/vertex_pool.h"
 #include "gpu/gpu_program.h"
 #include "renderer/opengl/renderer_opengl.h"
 #include "support/gl_context.h"
@@ -53,16 +55,31 @@ protected:
     }
 
     /// Allocations of a frame, after frames that made what is kept.
-    unsigned long allocations_of_a_frame(Mesh& mesh) {
+    template<class Shape>
+    unsigned long allocations_of_a_frame(Shape& shape) {
         for (int i = 0; i < 3; ++i) {
-            mesh.set_vertex_position(0, vec4());
-            mesh.render(&renderer, nullptr);
+            shape.set_vertex_position(0, vec4());
+            shape.render(&renderer, nullptr);
         }
         const orvex_test::CountAllocations allocations;
-        mesh.set_position(1.0f, 2.0f, 3.0f);
-        mesh.set_vertex_position(0, vec4());
-        mesh.render(&renderer, nullptr);
+        shape.Object::set_position(1.0f, 2.0f, 3.0f);
+        shape.set_vertex_position(0, vec4());
+        shape.render(&renderer, nullptr);
         return allocations.count();
+    }
+
+    /// What draws without a material, with a program and, where there is one, by the fixed
+    /// pipeline.
+    template<class Shape>
+    void expect_frames_without_allocations(Shape& shape, GpuProgram& program) {
+        shape.set_use_fixed_mvp_matrices_state(false, nullptr);
+        ASSERT_TRUE(program.bind(&renderer));
+        EXPECT_EQ(allocations_of_a_frame(shape), 0u);
+        EXPECT_TRUE(program.unbind(&renderer));
+        if (!orvex_test::is_core_context()) {
+            EXPECT_EQ(allocations_of_a_frame(shape), 0u);
+        }
+        shape.kill(&renderer, nullptr);
     }
 
     RendererOpenGL renderer;
@@ -86,6 +103,25 @@ TEST_P(DrawingAllocations, are_none_with_a_program_and_a_material) {
         mesh->kill(&renderer, nullptr);
     }
     program->kill(&renderer, nullptr);
+}
+
+TEST_P(DrawingAllocations, are_none_for_points_and_lines) {
+    GpuProgram* const program = new GpuProgram;
+    ASSERT_TRUE(program->load_from_memory(&renderer, shader_text,
+                                          std::char_traits<char>::length(shader_text)));
+    for (const bool separate : {true, false}) {
+        const orvex_test::CountAllocations of_the_pool;
+        VertexPool* const pool = new VertexPool;
+        ASSERT_TRUE(pool->init_pool(3, separate));
+        EXPECT_GT(of_the_pool.count(), 0u);
+        expect_frames_without_allocations(*pool, *program);
+    }
+    Polyline* const polyline = new Polyline;
+    ASSERT_TRUE(polyline->initialize(3, LINE_RENDER_MODE_LINE_STRIP));
+    expect_frames_without_allocations(*polyline, *program);
+    program->kill(&renderer, nullptr);
+    while (glGetError() != GL_NO_ERROR) { // a core context has no point sprites to switch
+    }
 }
 
 TEST(ClientArrayAllocations, are_none) {
