@@ -9,6 +9,7 @@
 #include "geometry/mesh_data_packed.h"
 #include "math/mat4.h"
 #include "overlays/font_fixture.h"
+#include "renderer/debug_name.h"
 
 namespace orvex {
 namespace {
@@ -60,6 +61,26 @@ TEST_F(FontTest, takes_1000_characters_at_once_and_grows_for_1001) {
     EXPECT_TRUE(font->bm_update_vb(&renderer, false));
     EXPECT_EQ(state().bm_vb_capacity, 2001u);
     EXPECT_EQ(store()->draw_end_vertex, 6006u);
+}
+
+/// Keeps the name under which a debugger would show the last buffer.
+class NamedRenderer : public FontRenderer {
+public:
+    bool vertex_buffer_prepare(MeshData* mesh) override {
+        char const* const current = DebugName::current();
+        name = current != nullptr ? current : "";
+        return FontRenderer::vertex_buffer_prepare(mesh);
+    }
+    std::string name;
+};
+
+TEST_F(FontTest, gives_its_buffer_its_own_name_for_debuggers) {
+    load();
+    DebugName::want();
+    font->set_name("score");
+    NamedRenderer named;
+    EXPECT_TRUE(font->bm_alloc_vb(&named, 1));
+    EXPECT_EQ(named.name, "score");
 }
 
 TEST_F(FontTest, makes_its_buffer_for_the_attributes_it_is_set_to) {
