@@ -412,6 +412,16 @@ TEST_P(RenderTargetCalls, of_read_back) {
     }
 }
 
+TEST_P(RenderTargetCalls, of_a_refused_read_back_are_none) {
+    Bytes pixels(64);
+    create(4, 4);
+    EXPECT_FALSE(target->read_color_pixmap_rgb_u8(nullptr));
+    create(4, 4, 4);
+    EXPECT_FALSE(target->read_color_pixmap_rgb_u8(pixels.data()));
+    EXPECT_FALSE(target->read_color_pixmap_rgba_u8(pixels.data()));
+    EXPECT_EQ(recorder->take(), GlCalls());
+}
+
 TEST_P(RenderTargetCalls, of_a_colour_copy) {
     create(8, 4);
     const unsigned int fbo = target->get_fbo();
@@ -554,21 +564,18 @@ TEST_P(RenderTargetCalls, of_raw_framebuffers) {
 TEST_P(RenderTargetCalls, are_none_where_an_entry_is_missing) {
     using Operation = bool (*)(Renderer*, RenderTarget*);
     const Operation textures = [](Renderer*, RenderTarget* t) {
-        return t->create_target(4, 4, PF_RGBA_U8, false, false, true, 0);
+        return t->create_target(4, 4, PF_RGBA_U8, false, false, true, 0) ||
+               t->create_target_rect(4, 4, PF_RGBA_U8, false, false, true, 0) ||
+               t->create_target_depth(4, 4, false, false) ||
+               t->create_target_depth_rect(4, 4, false, false);
     };
     const Operation multisample = [](Renderer*, RenderTarget* t) {
         return t->create_target(4, 4, PF_RGBA_U8, false, false, true, 4);
     };
-    const Operation rectangle = [](Renderer*, RenderTarget* t) {
-        return t->create_target_rect(4, 4, PF_RGBA_U8, false, false, true, 0);
-    };
-    const Operation depth_only = [](Renderer*, RenderTarget* t) {
-        return t->create_target_depth(4, 4, false, false) ||
-               t->create_target_depth_rect(4, 4, false, false);
-    };
     const Operation buffers = [](Renderer*, RenderTarget* t) {
         return t->create_render_buffer_target(4, 4, PF_RGBA_U8, false, 1, false, 0);
     };
+    const Operation activate = [](Renderer*, RenderTarget* t) { return t->activate(); };
     const Operation bind = [](Renderer* r, RenderTarget* t) {
         r->fbo_bind(0);
         return t->activate() || t->deactivate();
@@ -585,11 +592,28 @@ TEST_P(RenderTargetCalls, are_none_where_an_entry_is_missing) {
         const char* hidden;
         Operation operation;
     };
-    for (const Row& row :
-         {Row{"glGenFramebuffers", textures}, Row{"glDrawBuffers", rectangle},
-          Row{"glCheckFramebufferStatus", depth_only}, Row{"glTexImage2DMultisample", multisample},
-          Row{"glRenderbufferStorageMultisample", buffers}, Row{"glBindFramebuffer", bind},
-          Row{"glClearBufferfv", clears}, Row{"glBlitFramebuffer", blits}}) {
+    for (const Row& row : {
+             Row{"glActiveTexture", textures},
+             Row{"glGenFramebuffers", textures},
+             Row{"glBindFramebuffer", textures},
+             Row{"glFramebufferTexture2D", textures},
+             Row{"glDrawBuffers", textures},
+             Row{"glCheckFramebufferStatus", textures},
+             Row{"glTexImage2DMultisample", multisample},
+             Row{"glGenRenderbuffers", buffers},
+             Row{"glBindRenderbuffer", buffers},
+             Row{"glRenderbufferStorage", buffers},
+             Row{"glRenderbufferStorageMultisample", buffers},
+             Row{"glGenFramebuffers", buffers},
+             Row{"glBindFramebuffer", buffers},
+             Row{"glFramebufferRenderbuffer", buffers},
+             Row{"glCheckFramebufferStatus", buffers},
+             Row{"glGenFramebuffers", activate},
+             Row{"glBindFramebuffer", bind},
+             Row{"glClearBufferfv", clears},
+             Row{"glBindFramebuffer", blits},
+             Row{"glBlitFramebuffer", blits},
+         }) {
         hide(row.hidden);
         EXPECT_FALSE(row.operation(renderer.get(), target)) << row.hidden;
         EXPECT_EQ(recorder->take(), GlCalls()) << row.hidden;
@@ -606,6 +630,29 @@ TEST_P(RenderTargetCalls, of_resize_are_none_without_multisample_storage) {
     EXPECT_FALSE(target->resize(8, 8));
     EXPECT_EQ(recorder->take(), GlCalls());
     EXPECT_EQ(target->get_width(), 4);
+}
+
+TEST_P(RenderTargetCalls, of_resize_are_none_without_storage_for_render_buffers) {
+    EXPECT_TRUE(target->create_render_buffer_target(4, 4, PF_RGBA_U8, false, 1, false, 0));
+    recorder->hide("glBindRenderbuffer");
+    renderer->stop();
+    renderer->start();
+    forgive();
+    EXPECT_FALSE(target->resize(8, 8));
+    EXPECT_EQ(recorder->take(), GlCalls());
+    EXPECT_EQ(target->get_width(), 4);
+}
+
+TEST_P(RenderTargetCalls, of_kill_are_none_without_an_entry_that_deletes) {
+    EXPECT_TRUE(target->create_render_buffer_target(4, 4, PF_RGBA_U8, false, 1, false, 0));
+    const GLuint buffer = object(GL_COLOR_ATTACHMENT0);
+    recorder->hide("glDeleteRenderbuffers");
+    renderer->stop();
+    renderer->start();
+    forgive();
+    EXPECT_FALSE(target->kill());
+    EXPECT_EQ(recorder->take(), GlCalls());
+    EXPECT_EQ(object(GL_COLOR_ATTACHMENT0), buffer);
 }
 
 } // namespace

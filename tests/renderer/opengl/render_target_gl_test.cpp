@@ -413,6 +413,14 @@ TEST_P(RenderTargetTest, gathers_error_lines_until_they_are_cleared) {
     EXPECT_EQ(target->get_error_str_size(), 0u);
 }
 
+TEST_P(RenderTargetTest, writes_the_status_with_four_digits) {
+    renderer->gl.glCheckFramebufferStatus = [](GLenum) -> GLenum { return 0xA; };
+    EXPECT_FALSE(target->create_target(4, 4, PF_RGBA_U8, false, false, true, 0));
+    EXPECT_FALSE(target->create_target_depth(4, 4, false, false));
+    EXPECT_EQ(errors(), "RenderTargetOpenGL - FBO creation error: 000A\r\n"
+                        "RenderTargetOpenGL::create_target_depth() - FBO creation error: 000A\r\n");
+}
+
 TEST_P(RenderTargetTest, keeps_the_objects_of_a_failed_create_until_kill) {
     EXPECT_FALSE(target->create_target(-4, 4, PF_RGBA_U8, false, false, true, 0));
     const GLuint ids[] = {color(), depth(), target->get_fbo()};
