@@ -25,7 +25,9 @@ TEST(MadLedBarWithoutMemory, has_lights_and_no_vertices) {
     const vec3 start(0.0f, 0.0f, 0.0f);
     const vec3 end(4.0f, 0.0f, 0.0f);
     EXPECT_TRUE(bar->initialize(start, end, ~0ul, 0.5f));
-    EXPECT_FALSE(log.messages().empty()) << "the mesh tells of it";
+    ASSERT_FALSE(log.messages().empty()) << "the mesh tells of it";
+    EXPECT_EQ(log.messages().front(), "<*> Mesh data allocation failed - 4294967296 vertices "
+                                      "required - error: std::bad_alloc");
     EXPECT_EQ(bar->get_num_leds(), ~0ul);
     EXPECT_EQ(bar->get_vertex(0), nullptr);
     bar->set_led_color(~0ul - 1, 1.0f, 0.0f, 0.0f, 1.0f);
