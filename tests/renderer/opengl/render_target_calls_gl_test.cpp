@@ -44,30 +44,47 @@ protected:
     static GlCalls unbind(const char* texture_target) {
         return {call("glBindTexture(%s, 0)", texture_target)};
     }
+    GlCalls attach_colors(const char* texture_target, int count) {
+        if (count == 1)
+            return joined({attach("GL_COLOR_ATTACHMENT0", texture_target, color()),
+                           {"glDrawBuffers(1, [36064])"}});
+        return joined({attach("GL_COLOR_ATTACHMENT0", texture_target, color(0)),
+                       attach("GL_COLOR_ATTACHMENT1", texture_target, color(1)),
+                       {"glDrawBuffers(2, [36064, 36065])"}});
+    }
+    /// The end of a create: from the new framebuffer to nothing bound.
+    GlCalls framebuffer_of_textures(const char* texture_target, int num_colors) {
+        return joined({new_framebuffer(),
+                       bind_again(),
+                       attach_colors(texture_target, num_colors),
+                       attach("GL_DEPTH_ATTACHMENT", texture_target, depth()),
+                       check(),
+                       {"glBindFramebuffer(GL_DRAW_FRAMEBUFFER, 0)"},
+                       leave(),
+                       unbind(texture_target)});
+    }
 };
 ORVEX_BOTH_PROFILES(RenderTargetCalls);
 
-TEST_P(RenderTargetCalls, of_a_create_with_one_texture) {
-    EXPECT_TRUE(target->create_target(64, 32, PF_RGBA_U8, false, true, true, 0));
-    const char* const t = "GL_TEXTURE_2D";
-    EXPECT_EQ(recorder->take(),
-              joined({{"glActiveTexture(GL_TEXTURE0)"},
-                      new_texture(t, color()),
-                      storage(t, "GL_RGBA8, 64, 32, 0, GL_RGBA, GL_UNSIGNED_BYTE"),
-                      sampling(t, "GL_LINEAR", "GL_CLAMP"),
-                      new_texture(t, depth()),
-                      base_level(t),
-                      sampling(t, "GL_LINEAR", "GL_CLAMP"),
-                      storage(t, "GL_DEPTH_COMPONENT32, 64, 32, 0, GL_DEPTH_COMPONENT, GL_FLOAT"),
-                      new_framebuffer(),
-                      bind_again(),
-                      attach("GL_COLOR_ATTACHMENT0", t, color()),
-                      {"glDrawBuffers(1, [36064])"},
-                      attach("GL_DEPTH_ATTACHMENT", t, depth()),
-                      check(),
-                      {"glBindFramebuffer(GL_DRAW_FRAMEBUFFER, 0)"},
-                      leave(),
-                      unbind(t)}));
+TEST_P(RenderTargetCalls, of_a_create_with_one_texture_name_its_kind) {
+    for (const bool rectangle : {false, true}) {
+        EXPECT_TRUE(rectangle ? target->create_target_rect(64, 32, PF_RGBA_U8, false, true, true, 0)
+                              : target->create_target(64, 32, PF_RGBA_U8, false, true, true, 0));
+        const char* const t = rectangle ? "GL_TEXTURE_RECTANGLE" : "GL_TEXTURE_2D";
+        EXPECT_EQ(
+            recorder->take(),
+            joined({{"glActiveTexture(GL_TEXTURE0)"},
+                    new_texture(t, color()),
+                    storage(t, "GL_RGBA8, 64, 32, 0, GL_RGBA, GL_UNSIGNED_BYTE"),
+                    sampling(t, "GL_LINEAR", "GL_CLAMP"),
+                    new_texture(t, depth()),
+                    base_level(t),
+                    sampling(t, "GL_LINEAR", "GL_CLAMP"),
+                    storage(t, "GL_DEPTH_COMPONENT32, 64, 32, 0, GL_DEPTH_COMPONENT, GL_FLOAT"),
+                    framebuffer_of_textures(t, 1)}));
+        target->kill();
+        recorder->clear();
+    }
 }
 
 TEST_P(RenderTargetCalls, of_a_create_with_several_textures) {
@@ -87,16 +104,7 @@ TEST_P(RenderTargetCalls, of_a_create_with_several_textures) {
                       base_level(t),
                       sampling(t, "GL_NEAREST", "GL_CLAMP"),
                       storage(t, "GL_DEPTH_COMPONENT32, 8, 8, 0, GL_DEPTH_COMPONENT, GL_FLOAT"),
-                      new_framebuffer(),
-                      bind_again(),
-                      attach("GL_COLOR_ATTACHMENT0", t, color(0)),
-                      attach("GL_COLOR_ATTACHMENT1", t, color(1)),
-                      {"glDrawBuffers(2, [36064, 36065])"},
-                      attach("GL_DEPTH_ATTACHMENT", t, depth()),
-                      check(),
-                      {"glBindFramebuffer(GL_DRAW_FRAMEBUFFER, 0)"},
-                      leave(),
-                      unbind(t)}));
+                      framebuffer_of_textures(t, 2)}));
 }
 
 TEST_P(RenderTargetCalls, of_a_multisample_create_take_the_nearest_filter) {
@@ -113,39 +121,8 @@ TEST_P(RenderTargetCalls, of_a_multisample_create_take_the_nearest_filter) {
                 base_level(t),
                 sampling(t, "GL_NEAREST", "GL_CLAMP"),
                 {call("glTexImage2DMultisample(%s, 4, GL_DEPTH_COMPONENT32, 16, 8, false)", t)},
-                new_framebuffer(),
-                bind_again(),
-                attach("GL_COLOR_ATTACHMENT0", t, color()),
-                {"glDrawBuffers(1, [36064])"},
-                attach("GL_DEPTH_ATTACHMENT", t, depth()),
-                check(),
-                {"glBindFramebuffer(GL_DRAW_FRAMEBUFFER, 0)"},
-                leave(),
-                unbind(t)}));
+                framebuffer_of_textures(t, 1)}));
     EXPECT_EQ(target->get_samples(), 4);
-}
-
-TEST_P(RenderTargetCalls, of_a_rectangle_create_name_the_rectangle) {
-    EXPECT_TRUE(target->create_target_rect(16, 8, PF_RGBA_U8, false, true, true, 0));
-    const char* const t = "GL_TEXTURE_RECTANGLE";
-    EXPECT_EQ(recorder->take(),
-              joined({{"glActiveTexture(GL_TEXTURE0)"},
-                      new_texture(t, color()),
-                      storage(t, "GL_RGBA8, 16, 8, 0, GL_RGBA, GL_UNSIGNED_BYTE"),
-                      sampling(t, "GL_LINEAR", "GL_CLAMP"),
-                      new_texture(t, depth()),
-                      base_level(t),
-                      sampling(t, "GL_LINEAR", "GL_CLAMP"),
-                      storage(t, "GL_DEPTH_COMPONENT32, 16, 8, 0, GL_DEPTH_COMPONENT, GL_FLOAT"),
-                      new_framebuffer(),
-                      bind_again(),
-                      attach("GL_COLOR_ATTACHMENT0", t, color()),
-                      {"glDrawBuffers(1, [36064])"},
-                      attach("GL_DEPTH_ATTACHMENT", t, depth()),
-                      check(),
-                      {"glBindFramebuffer(GL_DRAW_FRAMEBUFFER, 0)"},
-                      leave(),
-                      unbind(t)}));
 }
 
 TEST_P(RenderTargetCalls, of_a_depth_create) {
