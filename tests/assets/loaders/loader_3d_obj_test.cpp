@@ -2,63 +2,29 @@
 
 #include <gtest/gtest.h>
 
+#include "assets/loaders/loader_fixture.h"
 #include "assets/material.h"
-#include "assets/material_mgr.h"
-#include "geometry/mesh.h"
 #include "geometry/mesh_data.h"
-#include "scene/model.h"
-#include "support/temp_dir.h"
+#include "math/exact.h"
 
 namespace orvex {
 namespace {
 
-class Loader3D_OBJTest : public testing::Test {
+using namespace test;
+
+class Loader3D_OBJTest : public LoaderTest<Loader3D_OBJ> {
 protected:
-    Loader3D_OBJTest() { loader_.set_model_dir((dir_.path() + "/").c_str()); }
-    ~Loader3D_OBJTest() override {
-        drop_model();
-        MaterialMgr::get()->release_all_resources(nullptr, nullptr);
-    }
-
-    void drop_model() {
-        if (model_ != nullptr)
-            model_->kill(nullptr, nullptr);
-        model_ = nullptr;
-    }
-
     /// Loads `text` into a fresh model.
     bool load(const std::string& text) {
-        drop_model();
-        model_ = new Model;
-        model_->add_ref();
-        dir_.write("model.obj", text);
-        return loader_.load_from_file(model_, "model.obj");
+        new_model();
+        return load_file("model.obj", text);
     }
-
-    unsigned long num_meshes() const { return model_->get_num_children(); }
-    Mesh* mesh(unsigned long index) const { return static_cast<Mesh*>(model_->get_child(index)); }
-
-    Loader3D_OBJ loader_;
-    test::TempDir dir_;
-    Model* model_ = nullptr;
 };
 
 constexpr const char* TRIANGLE = "v 0 0 0\nv 2 0 0\nv 0 3 0\n";
 
-void expect_vec4(const vec4& v, float x, float y, float z, float w) {
-    EXPECT_EQ(v.x, x);
-    EXPECT_EQ(v.y, y);
-    EXPECT_EQ(v.z, z);
-    EXPECT_EQ(v.w, w);
-}
-
 TEST_F(Loader3D_OBJTest, IsACorePlugin) {
-    EXPECT_EQ(loader_.get_type(), PLUGIN_TYPE_LOADER_3D);
-    EXPECT_STREQ(loader_.get_name(), "orvex_plugin_core_obj");
-    EXPECT_STREQ(loader_.get_description(), "OBJ 3D loader (core plugin).");
-    EXPECT_STREQ(loader_.get_author(), "orvex");
-    EXPECT_EQ(std::string(loader_.get_build_info()).find("BUILD_DATE: ["), 0u);
-    EXPECT_NE(std::string(loader_.get_build_info()).find("] - BUILD_TIME: ["), std::string::npos);
+    expect_core_plugin("orvex_plugin_core_obj", "OBJ 3D loader (core plugin).");
 }
 
 TEST_F(Loader3D_OBJTest, RefusesWhatItCannotRead) {
@@ -79,17 +45,17 @@ TEST_F(Loader3D_OBJTest, MakesAMeshPerGroupWithFaces) {
     ASSERT_TRUE(load(std::string(TRIANGLE) +
                      "g empty\ng one\nf 1 2 3\ng two\nf 1 2 3 1\ng one\nf 3 2 1\n"));
     ASSERT_EQ(num_meshes(), 2u) << "the default group and the empty one have no faces";
-    EXPECT_STREQ(mesh(0)->get_name(), "one");
-    EXPECT_EQ(mesh(0)->get_num_faces(nullptr), 2u);
-    EXPECT_EQ(mesh(0)->get_num_vertices(nullptr), 6u);
-    EXPECT_STREQ(mesh(1)->get_name(), "two");
-    EXPECT_EQ(mesh(1)->get_num_vertices(nullptr), 6u);
-    EXPECT_EQ(mesh(0)->get_parent(), model_);
+    EXPECT_STREQ(mesh_at(0)->get_name(), "one");
+    EXPECT_EQ(mesh_at(0)->get_num_faces(nullptr), 2u);
+    EXPECT_EQ(mesh_at(0)->get_num_vertices(nullptr), 6u);
+    EXPECT_STREQ(mesh_at(1)->get_name(), "two");
+    EXPECT_EQ(mesh_at(1)->get_num_vertices(nullptr), 6u);
+    EXPECT_EQ(mesh_at(0)->get_parent(), model_);
 }
 
 TEST_F(Loader3D_OBJTest, FacesBeforeAnyGroupLandInTheDefaultGroup) {
     ASSERT_TRUE(load(std::string(TRIANGLE) + "f 1 2 3\n"));
-    EXPECT_STREQ(mesh(0)->get_name(), "orvex_obj_default_group");
+    EXPECT_STREQ(mesh_at(0)->get_name(), "orvex_obj_default_group");
     ASSERT_EQ(model_->get_num_materials(), 1u);
     Material* material = model_->get_material_by_index(0);
     EXPECT_STREQ(material->get_name(), "orvex_obj_default_material");
@@ -98,14 +64,14 @@ TEST_F(Loader3D_OBJTest, FacesBeforeAnyGroupLandInTheDefaultGroup) {
     expect_vec4(material->get_specular(), 0.6f, 0.6f, 0.6f, 1.0f);
     EXPECT_EQ(material->get_shininess(), 24.0f / 1000.0f * 128.0f);
     EXPECT_EQ(material->get_opacity(), 1.0f);
-    EXPECT_EQ(mesh(0)->get_material_by_index(0), material);
-    EXPECT_EQ(mesh(0)->get_mesh_data()->face_materials[0], material->getid());
+    EXPECT_EQ(mesh_at(0)->get_material_by_index(0), material);
+    EXPECT_EQ(mesh_at(0)->get_mesh_data()->face_materials[0], material->getid());
 }
 
 TEST_F(Loader3D_OBJTest, CornersGetVerticesOfTheirOwn) {
     ASSERT_TRUE(load(std::string(TRIANGLE) + "vt 0.25 0.5\nvt 1 0\nvn 0 0 1\nvn 0 1 0\n"
                                              "f 1/1/1 2/2/1 3/1/2\n"));
-    Mesh* m = mesh(0);
+    Mesh* m = mesh_at(0);
     expect_vec4(m->get_vertex_position(1), 2, 0, 0, 1);
     expect_vec4(m->get_vertex_position(2), 0, 3, 0, 1);
     expect_vec4(m->get_vertex_uv(0, 0), 0.25f, 0.5f, 0, 1);
@@ -127,7 +93,7 @@ TEST_F(Loader3D_OBJTest, CornersGetVerticesOfTheirOwn) {
 
 TEST_F(Loader3D_OBJTest, WithoutNormalsCornersGetTheNormalOfTheFace) {
     ASSERT_TRUE(load(std::string(TRIANGLE) + "f 1 2 3\nf 3 2 1\nf 1 1 1\n"));
-    Mesh* m = mesh(0);
+    Mesh* m = mesh_at(0);
     for (unsigned long i = 0; i < 3; ++i) {
         expect_vec4(m->get_vertex_normal(i), 0, 0, 1, 0);
         expect_vec4(m->get_vertex_normal(3 + i), 0, 0, -1, 0);
@@ -140,15 +106,15 @@ TEST_F(Loader3D_OBJTest, IndicesThatNameNothingReadZeros) {
     ASSERT_TRUE(load("v 1 2 3\nvt 4 5\nvn 0 0 1\n"
                      "f 1/1/1 7/7/7 -1/-1/-1\nf 0/0/0 2147483647/1/1 -2147483648/1/1\n"));
     for (const unsigned long i : {1, 2, 3, 4, 5})
-        expect_vec4(mesh(0)->get_vertex_position(i), 0, 0, 0, 1);
-    expect_vec4(mesh(0)->get_vertex_uv(1, 0), 0, 0, 0, 1);
-    expect_vec4(mesh(0)->get_vertex_normal(2), 0, 0, 0, 0);
+        expect_vec4(mesh_at(0)->get_vertex_position(i), 0, 0, 0, 1);
+    expect_vec4(mesh_at(0)->get_vertex_uv(1, 0), 0, 0, 0, 1);
+    expect_vec4(mesh_at(0)->get_vertex_normal(2), 0, 0, 0, 0);
 }
 
 TEST_F(Loader3D_OBJTest, AFaceWithoutNormalsInAModelWithNormalsReadsTheZeroVector) {
     ASSERT_TRUE(load(std::string(TRIANGLE) + "vn 0 0 1\nf 1//1 2//1 3//1\nf 1 2 3\n"));
-    expect_vec4(mesh(0)->get_vertex_normal(0), 0, 0, 1, 0);
-    expect_vec4(mesh(0)->get_vertex_normal(3), 0, 0, 0, 0);
+    expect_vec4(mesh_at(0)->get_vertex_normal(0), 0, 0, 1, 0);
+    expect_vec4(mesh_at(0)->get_vertex_normal(3), 0, 0, 0, 0);
 }
 
 TEST_F(Loader3D_OBJTest, OnlyUsedMaterialsAreBuilt) {
@@ -176,10 +142,10 @@ TEST_F(Loader3D_OBJTest, MaterialsCarryColoursShininessOpacityAndTextureNames) {
     EXPECT_STREQ(a->async_loading_get_texture_filename(0), "1.png");
     EXPECT_STREQ(a->async_loading_get_texture_filename(3), "4.png");
     EXPECT_EQ(model_->get_material_by_name("b")->get_shininess(), 1.0f);
-    const MeshData& store = *mesh(0)->get_mesh_data();
+    const MeshData& store = *mesh_at(0)->get_mesh_data();
     EXPECT_EQ(store.face_materials[0], a->getid());
     EXPECT_EQ(store.face_materials[1], model_->get_material_by_name("b")->getid());
-    EXPECT_EQ(mesh(0)->get_num_materials(), 2u);
+    EXPECT_EQ(mesh_at(0)->get_num_materials(), 2u);
 }
 
 TEST_F(Loader3D_OBJTest, TheFirstModelToLoadANameFixesItsValues) {
@@ -197,18 +163,15 @@ TEST_F(Loader3D_OBJTest, TheModelsAllocationSettingsReachEveryMesh) {
     const std::string text = std::string(TRIANGLE) + "vt 0.5 1\nf 1/1 2/1 3/1\n";
     for (const bool separate : {true, false}) {
         for (const int alignment : {0, 16}) {
-            drop_model();
-            model_ = new Model;
-            model_->add_ref();
+            new_model();
             model_->set_mesh_vertex_alloc_params(separate, alignment);
-            dir_.write("model.obj", text);
-            ASSERT_TRUE(loader_.load_from_file(model_, "model.obj"));
-            EXPECT_EQ(mesh(0)->get_mesh_data()->has_separate_vertex_arrays(), separate);
-            EXPECT_EQ(mesh(0)->get_mesh_data()->alignment, alignment);
-            expect_vec4(mesh(0)->get_vertex_position(2), 0, 3, 0, 1);
-            expect_vec4(mesh(0)->get_vertex_normal(2), 0, 0, 1, 0);
-            expect_vec4(mesh(0)->get_vertex_uv(2, 0), 0.5f, 1, 0, 1);
-            expect_vec4(mesh(0)->get_vertex_color(2), 1, 1, 1, 1);
+            ASSERT_TRUE(load_file("model.obj", text));
+            EXPECT_EQ(mesh_at(0)->get_mesh_data()->has_separate_vertex_arrays(), separate);
+            EXPECT_EQ(mesh_at(0)->get_mesh_data()->alignment, alignment);
+            expect_vec4(mesh_at(0)->get_vertex_position(2), 0, 3, 0, 1);
+            expect_vec4(mesh_at(0)->get_vertex_normal(2), 0, 0, 1, 0);
+            expect_vec4(mesh_at(0)->get_vertex_uv(2, 0), 0.5f, 1, 0, 1);
+            expect_vec4(mesh_at(0)->get_vertex_color(2), 1, 1, 1, 1);
         }
     }
 }
@@ -218,13 +181,13 @@ TEST_F(Loader3D_OBJTest, IndicesAreWideFrom65536VerticesOn) {
     for (int i = 0; i < 21845; ++i)
         text += "f 1 2 3\n";
     ASSERT_TRUE(load(text));
-    EXPECT_EQ(mesh(0)->get_mesh_data()->index_bits, 16) << "65,535 vertices";
+    EXPECT_EQ(mesh_at(0)->get_mesh_data()->index_bits, 16) << "65,535 vertices";
     unsigned a = 0, b = 0, c = 0;
-    mesh(0)->get_face_indexes(21844, &a, &b, &c);
+    mesh_at(0)->get_face_indexes(21844, &a, &b, &c);
     EXPECT_EQ(c, 65534u);
     ASSERT_TRUE(load(text + "f 1 2 3\n"));
-    EXPECT_EQ(mesh(0)->get_mesh_data()->index_bits, 32);
-    mesh(0)->get_face_indexes(21845, &a, &b, &c);
+    EXPECT_EQ(mesh_at(0)->get_mesh_data()->index_bits, 32);
+    mesh_at(0)->get_face_indexes(21845, &a, &b, &c);
     EXPECT_EQ(c, 65537u);
 }
 
