@@ -8,8 +8,8 @@
 #include "kernel/aux.h"
 #include "kernel/kernel_fixture.h"
 #include "kernel/loader_3d.h"
-#include "renderer/render_target.h"
 #include "scene/model.h"
+#include "support/stub_render_target.h"
 #include "support/temp_dir.h"
 
 namespace orvex {
@@ -194,44 +194,10 @@ TEST_F(KernelModelsTest, wraps_no_buffer_of_a_null_target) {
     EXPECT_EQ(kernel->create_depth_texture_from_render_target(nullptr), nullptr);
 }
 
-/// A target of which only the ids of its buffers matter.
-class FakeTarget : public RenderTarget {
-public:
-    bool create_render_buffer_target(int, int, PIXEL_FORMAT, bool, unsigned long, bool,
-                                     int) override {
-        return false;
-    }
-    bool create_target(int, int, PIXEL_FORMAT, bool, bool, bool, int) override { return false; }
-    bool create_target_v2(int, int, PIXEL_FORMAT, unsigned long, bool, bool, bool, int) override {
-        return false;
-    }
-    bool create_target_rect(int, int, PIXEL_FORMAT, bool, bool, bool, int) override {
-        return false;
-    }
-    bool create_target_rect_v2(int, int, PIXEL_FORMAT, unsigned long, bool, bool, bool,
-                               int) override {
-        return false;
-    }
-    bool create_target_depth(int, int, bool, bool) override { return false; }
-    bool create_target_depth_rect(int, int, bool, bool) override { return false; }
-    bool clear_color_buffer(int, float, float, float, float) override { return false; }
-    bool clear_depth_buffer(float) override { return false; }
-    bool read_color_pixmap_rgb_u8(unsigned char*) override { return false; }
-    bool read_color_pixmap_rgba_u8(unsigned char*) override { return false; }
-    bool kill() override { return false; }
-    bool activate() override { return false; }
-    bool deactivate() override { return false; }
-    bool resize(int, int) override { return false; }
-    unsigned int get_fbo() override { return 0; }
-    unsigned int get_color_tex_id_opengl(int index) override { return 70u + unsigned(index); }
-    unsigned int get_depth_tex_id_opengl() override { return 90; }
-    void clear_error_str() override {}
-    char const* get_error_str() override { return ""; }
-    unsigned long get_error_str_size() override { return 0; }
-};
-
 TEST_F(KernelModelsTest, wraps_the_buffers_of_a_target_in_managed_textures) {
-    FakeTarget target;
+    orvex_test::StubRenderTarget target;
+    target.first_color_texture = 70;
+    target.depth_texture = 90;
     const unsigned long before = TextureMgr::get()->get_num_resources();
     Texture* const color = kernel->create_color_texture_from_render_target(&target, 3);
     Texture* const depth = kernel->create_depth_texture_from_render_target(&target);

@@ -4,7 +4,7 @@
 
 namespace orvex_test {
 
-/// A render target that can do nothing but name its depth texture.
+/// A render target that can do nothing but name its textures.
 class StubRenderTarget : public orvex::RenderTarget {
 public:
     bool create_render_buffer_target(int, int, orvex::PIXEL_FORMAT, bool, unsigned long, bool,
@@ -36,12 +36,15 @@ public:
     bool deactivate() override { return false; }
     bool resize(int, int) override { return false; }
     unsigned int get_fbo() override { return 0; }
-    unsigned int get_color_tex_id_opengl(int) override { return 0; }
+    unsigned int get_color_tex_id_opengl(int index) override {
+        return first_color_texture + static_cast<unsigned int>(index);
+    }
     unsigned int get_depth_tex_id_opengl() override { return depth_texture; }
     void clear_error_str() override {}
     char const* get_error_str() override { return ""; }
     unsigned long get_error_str_size() override { return 0; }
 
+    unsigned int first_color_texture = 0;
     unsigned int depth_texture = 0;
 };
 
