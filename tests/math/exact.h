@@ -44,6 +44,14 @@ inline void expect_mat4(const mat4& a, const mat4& expected) {
             << "m[" << i << "]: " << a.m[i] << " for " << expected.m[i];
 }
 
+/// Each element is its own index.
+inline const mat4 counted(0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15);
+
+inline quat turn(float degrees, const vec4& axis) {
+    quat q;
+    return q.from_axis_angle(degrees, axis, false);
+}
+
 /// Numbers between -10 and 10, the same ones in each run.
 class Numbers {
 public:

@@ -8,7 +8,6 @@ using namespace orvex::test;
 namespace {
 
 constexpr float half_factor = 0.008726646f;
-const mat4 counted(0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15);
 const mat4 zeros(0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0);
 
 TEST(Mat4Projection, AnglesAreHalvedByASingleFactor) {

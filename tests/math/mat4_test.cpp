@@ -11,7 +11,6 @@ namespace {
 
 constexpr float factor = 0.017453292f;
 
-const mat4 counted(0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15);
 const mat4 unit;
 
 TEST(Mat4, DefaultsToTheIdentity) {

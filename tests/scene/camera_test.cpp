@@ -15,13 +15,6 @@ using namespace orvex::test;
 
 namespace {
 
-const mat4 counted(0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15);
-
-quat turn(float degrees, const vec4& axis) {
-    quat q;
-    return q.from_axis_angle(degrees, axis, false);
-}
-
 mat4 perspective(float fov, float aspect, float znear, float zfar) {
     mat4 p;
     return p.buildRHPerspectiveProjectionMatrix(fov, aspect, znear, zfar, 0.00001f);

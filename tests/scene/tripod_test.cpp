@@ -9,13 +9,6 @@ using namespace orvex::test;
 
 namespace {
 
-const mat4 counted(0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15);
-
-quat turn(float degrees, const vec4& axis) {
-    quat q;
-    return q.from_axis_angle(degrees, axis, false);
-}
-
 /// translation · rotation · scale.
 mat4 composed(const vec4& position, const quat& orientation, const vec4& scale) {
     mat4 t, r, s;
