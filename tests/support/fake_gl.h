@@ -20,6 +20,13 @@ public:
     /// What a fetched glGetStringi calls.
     void* get_string_i() const;
 
+    /// Makes the context of a version; `text` is null for none.
+    void serve(char const* text, int major_number, int minor_number) {
+        version = text;
+        major = major_number;
+        minor = minor_number;
+    }
+
     char const* version = nullptr; ///< null: no context
     int major = 0;                 ///< 0: the context doesn't know the question
     int minor = 0;

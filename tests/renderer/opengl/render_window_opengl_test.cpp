@@ -24,9 +24,7 @@ protected:
     RenderWindowOpenGL window;
 
     void serve_version(char const* text, int major, int minor) {
-        gl.version = text;
-        gl.major = major;
-        gl.minor = minor;
+        gl.serve(text, major, minor);
         platform.get_string_i = gl.get_string_i();
     }
 

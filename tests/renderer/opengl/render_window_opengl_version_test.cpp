@@ -18,12 +18,6 @@ protected:
     orvex_test::FakeWindowPlatform platform;
     orvex_test::FakeGl gl;
     RenderWindowOpenGL window;
-
-    void serve(char const* text, int major, int minor) {
-        gl.version = text;
-        gl.major = major;
-        gl.minor = minor;
-    }
 };
 
 TEST_F(RenderWindowOpenGLVersionTest, tells_the_major_version_2_to_4_as_its_api) {
@@ -35,14 +29,14 @@ TEST_F(RenderWindowOpenGLVersionTest, tells_the_major_version_2_to_4_as_its_api)
     for (const Row& row :
          {Row{"2.1 old", 0, 2}, Row{"3.2 new", 3, 3}, Row{"4.5 newer", 4, 4},
           Row{"1.4 oldest", 0, 2}, Row{"5.0 unheard of", 5, 2}, Row{nullptr, 0, 2}}) {
-        serve(row.text, row.major, 0);
+        gl.serve(row.text, row.major, 0);
         EXPECT_TRUE(window.initialize(nullptr, nullptr, 1, 1, nullptr, nullptr, nullptr));
         EXPECT_EQ(window.get_api_3d(), row.api) << (row.text ? row.text : "null");
     }
 }
 
 TEST_F(RenderWindowOpenGLVersionTest, reads_the_version_numbers_from_3_on) {
-    serve("text that nobody reads", 4, 6);
+    gl.serve("text that nobody reads", 4, 6);
     int major = 0, minor = 0;
     EXPECT_TRUE(window.get_opengl_version(&major, &minor));
     EXPECT_EQ(major, 4);
@@ -57,7 +51,7 @@ TEST_F(RenderWindowOpenGLVersionTest, reads_the_first_and_third_character_below_
     };
     for (const Row& row : {Row{"2.1 Driver 10.3", 2, 1}, Row{"1.4", 1, 4}, Row{"2.12", 2, 1}}) {
         RenderWindowOpenGL fresh;
-        serve(row.text, 0, 0);
+        gl.serve(row.text, 0, 0);
         int major = 0, minor = 0;
         EXPECT_TRUE(fresh.get_opengl_version(&major, &minor)) << row.text;
         EXPECT_EQ(major, row.major) << row.text;
@@ -67,7 +61,7 @@ TEST_F(RenderWindowOpenGLVersionTest, reads_the_first_and_third_character_below_
 
 TEST_F(RenderWindowOpenGLVersionTest, reads_no_version_without_a_text_or_from_a_cut_one) {
     for (char const* text : {static_cast<char const*>(nullptr), "", "2", "2."}) {
-        serve(text, 0, 0);
+        gl.serve(text, 0, 0);
         int major = 77, minor = 78;
         EXPECT_FALSE(window.get_opengl_version(&major, &minor));
         EXPECT_EQ(major, 77);
@@ -76,7 +70,7 @@ TEST_F(RenderWindowOpenGLVersionTest, reads_no_version_without_a_text_or_from_a_
 }
 
 TEST_F(RenderWindowOpenGLVersionTest, writes_only_the_outputs_that_are_there) {
-    serve("3.3", 3, 3);
+    gl.serve("3.3", 3, 3);
     int major = 0, minor = 0;
     EXPECT_TRUE(window.get_opengl_version(nullptr, nullptr));
     EXPECT_TRUE(window.get_opengl_version(&major, nullptr));
@@ -86,9 +80,9 @@ TEST_F(RenderWindowOpenGLVersionTest, writes_only_the_outputs_that_are_there) {
 }
 
 TEST_F(RenderWindowOpenGLVersionTest, reads_the_version_once_until_it_is_initialized_again) {
-    serve("3.3", 3, 3);
+    gl.serve("3.3", 3, 3);
     EXPECT_TRUE(window.get_opengl_version(nullptr, nullptr));
-    serve("4.1", 4, 1);
+    gl.serve("4.1", 4, 1);
     int major = 0;
     EXPECT_TRUE(window.get_opengl_version(&major, nullptr));
     EXPECT_EQ(major, 3);
@@ -117,7 +111,7 @@ TEST_F(RenderWindowOpenGLVersionTest, supports_what_is_not_above_the_contexts_ve
              Row{nullptr, 0, 0, 1, 0, false},
          }) {
         RenderWindowOpenGL fresh;
-        serve(row.text, row.major, row.minor);
+        gl.serve(row.text, row.major, row.minor);
         EXPECT_EQ(fresh.is_opengl_version_supported(row.wanted_major, row.wanted_minor),
                   row.supported)
             << (row.text ? row.text : "null");
@@ -137,13 +131,13 @@ using Names = std::vector<std::string>;
 class RenderWindowOpenGLExtensionTest : public RenderWindowOpenGLVersionTest {
 protected:
     void serve_indexed(std::vector<char const*> names) {
-        serve("3.0", 3, 0);
+        gl.serve("3.0", 3, 0);
         gl.indexed = std::move(names);
         platform.get_string_i = gl.get_string_i();
     }
 
     void serve_text(char const* names) {
-        serve("2.1", 0, 0);
+        gl.serve("2.1", 0, 0);
         gl.extensions = names;
     }
 };
