@@ -45,8 +45,7 @@ protected:
         scanner->kill(renderer.get(), nullptr);
         renderer->kill_all_render_targets();
         renderer.reset();
-        while (glGetError() != GL_NO_ERROR) {
-        }
+        orvex_test::forget_gl_errors();
     }
 
     /// Scans a render target instead of the frame buffer.

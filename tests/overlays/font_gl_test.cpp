@@ -115,8 +115,7 @@ protected:
 
     void forget_calls() {
         recorder.set_recording(false);
-        while (glGetError() != GL_NO_ERROR) {
-        }
+        forget_gl_errors();
         recorder.set_recording(true);
         recorder.clear();
     }

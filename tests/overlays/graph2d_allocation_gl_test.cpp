@@ -46,8 +46,7 @@ protected:
         program->unbind(renderer_used);
         program->kill(renderer_used, nullptr);
         if (is_core_context()) // has no fixed matrices, which the axes load
-            while (glGetError() != GL_NO_ERROR) {
-            }
+            forget_gl_errors();
     }
 
     void feed(unsigned long count) {

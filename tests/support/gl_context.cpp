@@ -217,12 +217,21 @@ std::string gl_error_name(unsigned int error) {
     }
 }
 
-testing::AssertionResult gl_error_is(unsigned int expected) {
+namespace {
+
+std::vector<unsigned int> take_gl_errors() {
     std::vector<unsigned int> errors;
     // Bounded: without a context some drivers report an error for ever.
     for (unsigned int error = glGetError(); error != GL_NO_ERROR && errors.size() < 16;
          error = glGetError())
         errors.push_back(error);
+    return errors;
+}
+
+} // namespace
+
+testing::AssertionResult gl_error_is(unsigned int expected) {
+    const std::vector<unsigned int> errors = take_gl_errors();
     if (errors.empty() && expected == GL_NO_ERROR)
         return testing::AssertionSuccess();
     if (errors.size() == 1 && errors[0] == expected)
@@ -234,6 +243,10 @@ testing::AssertionResult gl_error_is(unsigned int expected) {
     for (unsigned int error : errors)
         failure << " " << gl_error_name(error);
     return failure;
+}
+
+void forget_gl_errors() {
+    take_gl_errors();
 }
 
 bool is_core_context() {

@@ -68,6 +68,9 @@ private:
 /// Whether glGetError gives exactly this, and nothing after it. Leaves no error behind.
 testing::AssertionResult gl_error_is(unsigned int expected);
 
+/// Takes the errors that the current context kept.
+void forget_gl_errors();
+
 /// The name of an error code, such as "GL_INVALID_VALUE".
 std::string gl_error_name(unsigned int error);
 

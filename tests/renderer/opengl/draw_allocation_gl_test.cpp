@@ -36,9 +36,8 @@ protected:
         GlTest::SetUp();
         renderer.initialize();
         renderer.start();
-        while (glGetError() != GL_NO_ERROR) { // of the start, in a core context
-        }
-        glDisable(GL_DEBUG_OUTPUT); // the context's messages are kept on this thread
+        orvex_test::forget_gl_errors(); // of the start, in a core context
+        glDisable(GL_DEBUG_OUTPUT);     // the context's messages are kept on this thread
     }
 
     /// A triangle in either layout.

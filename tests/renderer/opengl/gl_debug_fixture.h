@@ -12,6 +12,7 @@
 
 #include "renderer/opengl/renderer_opengl.h"
 #include "renderer/render_window.h"
+#include "support/gl_context.h"
 #include "support/gl_recorder.h"
 
 namespace orvex_test {
@@ -37,11 +38,6 @@ inline bool make_window(orvex::RendererOpenGL& renderer, bool core) {
     request.gl_minor = core ? 2 : 1;
     return renderer.create_render_window()->initialize(nullptr, nullptr, 64, 64, nullptr, nullptr,
                                                        &request);
-}
-
-inline void forget_gl_errors() {
-    while (glGetError() != GL_NO_ERROR) {
-    }
 }
 
 /// An entry point of the driver's, past the recorder.

@@ -13,6 +13,7 @@
 #include "gpu/gpu_program.h"
 #include "renderer/opengl/renderer_opengl.h"
 #include "support/gl_context.h"
+#include "support/pixel.h"
 
 using namespace orvex;
 using namespace orvex_test;
@@ -48,22 +49,12 @@ void main() {
 }
 )";
 
-using Pixel = std::array<int, 3>;
-
-const Pixel black = {0, 0, 0};
-const Pixel red = {255, 0, 0};
-const Pixel green = {0, 255, 0};
-const Pixel blue = {0, 0, 255};
-const Pixel white = {255, 255, 255};
-
 constexpr int size = 256;
 
 /// The pixel under a position of clip space, with w 1.
 Pixel pixel_at(float x, float y) {
-    unsigned char bytes[4] = {};
-    glReadPixels(static_cast<int>((x + 1.0f) * size / 2), static_cast<int>((y + 1.0f) * size / 2),
-                 1, 1, GL_RGBA, GL_UNSIGNED_BYTE, bytes);
-    return {bytes[0], bytes[1], bytes[2]};
+    return orvex_test::pixel_at(static_cast<int>((x + 1.0f) * size / 2),
+                                static_cast<int>((y + 1.0f) * size / 2));
 }
 
 void clear() {
@@ -116,8 +107,7 @@ protected:
     void SetUp() override {
         GlTest::SetUp();
         renderer.start();
-        while (glGetError() != GL_NO_ERROR) {
-        }
+        forget_gl_errors();
         program = new GpuProgram;
         ASSERT_TRUE(program->load_from_memory(&renderer, program_text, std::strlen(program_text)));
         ASSERT_TRUE(program->bind(&renderer));
@@ -129,8 +119,7 @@ protected:
         EXPECT_EQ(program->release(&renderer, nullptr), 0);
         // A core context has no point sprites and no fixed matrices to switch.
         if (is_core_context())
-            while (glGetError() != GL_NO_ERROR) {
-            }
+            forget_gl_errors();
         GlTest::TearDown();
     }
 
@@ -290,8 +279,7 @@ class PointsOfTheFixedPipeline : public GlCompatibilityTest {
 protected:
     void SetUp() override {
         renderer.start();
-        while (glGetError() != GL_NO_ERROR) {
-        }
+        forget_gl_errors();
         glPointSize(8.0f);
         clear();
     }

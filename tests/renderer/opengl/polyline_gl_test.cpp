@@ -246,8 +246,7 @@ TEST_P(Polylines, do_nothing_without_the_entry_points) {
     EXPECT_FALSE(renderer->polyline_vb_kill(&polyline));
     EXPECT_TRUE(recorder->take().empty());
     const GlRecorderPause pause(*recorder);
-    while (glGetError() != GL_NO_ERROR) {
-    }
+    forget_gl_errors();
 }
 
 TEST_P(Polylines, keep_a_vertex_array_that_can_not_be_deleted_nor_unbound) {

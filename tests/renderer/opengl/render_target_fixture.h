@@ -41,8 +41,7 @@ protected:
     /// Forgets calls and errors.
     void forgive() {
         const GlRecorderPause pause(*recorder);
-        while (glGetError() != GL_NO_ERROR) {
-        }
+        forget_gl_errors();
         recorder->clear();
         context().take_messages();
     }

@@ -22,8 +22,7 @@ protected:
         mgr.start(nullptr);
         mgr.register_image_codec_plugin(new ImageCodecStb);
         renderer.start();
-        while (glGetError() != GL_NO_ERROR) {
-        }
+        orvex_test::forget_gl_errors();
     }
     void TearDown() override {
         mgr.stop(nullptr);

@@ -161,8 +161,7 @@ TEST_P(TextureUnits, reset_empties_a_unit_and_goes_back_to_the_first) {
     EXPECT_EQ(renderer->ctx.active_texture_unit, 0u);
     EXPECT_FALSE(renderer->reset_texture_unit(renderer->ctx.num_texture_units));
     EXPECT_EQ(recorder->take(), GlCalls());
-    while (glGetError() != GL_NO_ERROR) {
-    }
+    orvex_test::forget_gl_errors();
 }
 
 TEST_P(TextureUnits, reset_leaves_the_image_unit_out_where_there_is_none) {
@@ -171,8 +170,7 @@ TEST_P(TextureUnits, reset_leaves_the_image_unit_out_where_there_is_none) {
     EXPECT_TRUE(renderer->reset_texture_unit(0));
     EXPECT_EQ(recorder->count("glBindImageTexture"), 0);
     EXPECT_EQ(recorder->count("glBindTexture"), 5);
-    while (glGetError() != GL_NO_ERROR) {
-    }
+    orvex_test::forget_gl_errors();
 }
 
 TEST_P(TextureUnits, reset_all_goes_through_every_unit) {
@@ -186,8 +184,7 @@ TEST_P(TextureUnits, reset_all_goes_through_every_unit) {
     expected.push_back("glActiveTexture(GL_TEXTURE0)");
     EXPECT_EQ(recorder->take(), expected);
     EXPECT_EQ(renderer->ctx.active_texture_unit, 0u);
-    while (glGetError() != GL_NO_ERROR) {
-    }
+    orvex_test::forget_gl_errors();
 }
 
 class CountingRenderer : public RendererOpenGL {
@@ -217,8 +214,7 @@ TEST_P(TextureUnits, activate_and_reset_all_go_through_the_virtual_operations) {
     EXPECT_TRUE(counting.reset_all_texture_units());
     EXPECT_EQ(counting.binds, (std::vector<unsigned long>{4, 105}));
     EXPECT_EQ(counting.resets, (std::vector<unsigned long>{0, 1}));
-    while (glGetError() != GL_NO_ERROR) {
-    }
+    orvex_test::forget_gl_errors();
 }
 
 TEST_P(TextureUnits, the_switches_of_the_fixed_pipeline_are_sent_as_they_stand) {
@@ -237,8 +233,7 @@ TEST_P(TextureUnits, the_switches_of_the_fixed_pipeline_are_sent_as_they_stand) 
                  "glEnable(GL_TEXTURE_CUBE_MAP)", "glEnable(GL_TEXTURE_RECTANGLE)",
                  "glDisable(GL_TEXTURE_2D)", "glEnable(GL_TEXTURE_1D)", "glDisable(GL_TEXTURE_2D)",
                  "glEnable(GL_TEXTURE_3D)", "glDisable(GL_TEXTURE_CUBE_MAP)"}));
-    while (glGetError() != GL_NO_ERROR) {
-    }
+    orvex_test::forget_gl_errors();
 }
 
 // -------------------------------------------------------------------------------- image units
@@ -261,8 +256,7 @@ TEST_P(TextureUnits, image_units_take_access_and_format) {
         if (row.format == 6 || row.format == 7) {
             EXPECT_NO_GL_ERROR();
         }
-        while (glGetError() != GL_NO_ERROR) {
-        }
+        orvex_test::forget_gl_errors();
     }
     const struct {
         int access;

@@ -41,8 +41,7 @@ protected:
     void start() {
         renderer = std::make_unique<RendererOpenGL>();
         renderer->start();
-        while (glGetError() != GL_NO_ERROR) {
-        }
+        orvex_test::forget_gl_errors();
         log.clear();
         recorder->clear();
     }

@@ -76,8 +76,7 @@ public:
         renderer->initialize();
         renderer->start();
         const GlRecorderPause pause(*recorder);
-        while (glGetError() != GL_NO_ERROR) {
-        }
+        forget_gl_errors();
         recorder->clear();
     }
 

@@ -1,6 +1,5 @@
 #include "renderer/opengl/vertex_buffers_fixture.h"
-
-#include <array>
+#include "support/pixel.h"
 
 using namespace orvex;
 using namespace orvex_test;
@@ -109,14 +108,6 @@ private:
     GLuint id;
 };
 
-using Pixel = std::array<int, 3>;
-
-Pixel pixel_at(int x, int y) {
-    unsigned char bytes[4] = {};
-    glReadPixels(x, y, 1, 1, GL_RGBA, GL_UNSIGNED_BYTE, bytes);
-    return {bytes[0], bytes[1], bytes[2]};
-}
-
 /// Colours are multiples of 1/5, which bytes hold exactly; interpolation may miss by one.
 testing::AssertionResult shows(const Pixel& pixel, const Pixel& expected) {
     for (unsigned long i = 0; i < 3; ++i)
@@ -126,7 +117,6 @@ testing::AssertionResult shows(const Pixel& pixel, const Pixel& expected) {
     return testing::AssertionSuccess();
 }
 
-constexpr Pixel black{0, 0, 0};
 constexpr Pixel color_pixel{51, 102, 153};
 constexpr Pixel normal_pixel{204, 153, 0};
 constexpr Pixel uv0_pixel{102, 204, 0};

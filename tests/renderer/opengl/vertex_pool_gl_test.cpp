@@ -309,8 +309,7 @@ TEST_P(VertexPools, do_nothing_without_the_entry_points) {
     EXPECT_TRUE(recorder->take().empty());
     EXPECT_EQ(pool.vertex_buffer_id, 0u);
     const GlRecorderPause pause(*recorder);
-    while (glGetError() != GL_NO_ERROR) {
-    }
+    forget_gl_errors();
 }
 
 TEST_P(VertexPools, leave_a_mesh_prepared_before_them_undrawn) {
