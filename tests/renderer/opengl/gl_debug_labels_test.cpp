@@ -1,5 +1,4 @@
 #include <cstring>
-#include <memory>
 #include <string>
 
 #include "assets/texture.h"
@@ -18,8 +17,8 @@
 #include "gpu/uniform_buffer_data.h"
 #include "renderer/debug_name.h"
 #include "renderer/opengl/gl_debug.h"
+#include "renderer/opengl/vertex_buffers_fixture.h"
 #include "renderer/render_target.h"
-#include "support/gl_context.h"
 
 using namespace orvex;
 using namespace orvex_test;
@@ -54,15 +53,11 @@ TEST(DebugNames, are_the_innermost_and_come_back) {
 }
 
 /// A renderer that labels, on a context of each profile.
-class GlLabels : public GlTest {
+class GlLabels : public GlTest, protected RecordedRenderer {
 protected:
     void SetUp() override {
         GlTest::SetUp();
-        recorder = std::make_unique<GlRecorder>();
-        renderer = std::make_unique<RendererOpenGL>();
-        renderer->initialize();
-        renderer->start();
-        forget_gl_errors();
+        start();
         program->set_name("plain");
         ASSERT_TRUE(
             program->load_from_memory(renderer.get(), program_text, std::strlen(program_text)));
@@ -83,8 +78,6 @@ protected:
     }
 
     DebugEnvironment environment{"1"};
-    std::unique_ptr<GlRecorder> recorder;
-    std::unique_ptr<RendererOpenGL> renderer;
     GpuProgram* program = new GpuProgram;
 };
 ORVEX_BOTH_PROFILES(GlLabels);

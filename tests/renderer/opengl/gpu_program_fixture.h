@@ -5,7 +5,6 @@
 /// and sources that compile in both profiles.
 
 #include <cstring>
-#include <memory>
 #include <string>
 
 #define GL_GLEXT_PROTOTYPES // tests ask the driver straight
@@ -14,9 +13,7 @@
 #include <gtest/gtest.h>
 
 #include "gpu/gpu_program_data.h"
-#include "renderer/opengl/renderer_opengl.h"
-#include "support/gl_context.h"
-#include "support/gl_recorder.h"
+#include "renderer/opengl/started_renderer.h"
 
 namespace orvex_test {
 
@@ -33,21 +30,11 @@ inline constexpr char const* PLAIN_VERTEX_SOURCE =
 /// A source that doesn't compile.
 inline constexpr char const* BAD_SOURCE = "#version 150\nvoid main() { nonsense(); }\n";
 
-class GpuProgramGlTest : public GlTest {
+class GpuProgramGlTest : public StartedRendererTest {
 protected:
-    void SetUp() override {
-        GlTest::SetUp();
-        recorder = std::make_unique<GlRecorder>();
-        renderer = std::make_unique<orvex::RendererOpenGL>();
-        renderer->start();
-        recorder->clear();
-    }
-
     void TearDown() override {
         renderer->gpu_program_kill(&data);
-        renderer.reset();
-        recorder.reset();
-        GlTest::TearDown();
+        StartedRendererTest::TearDown();
     }
 
     bool load(orvex::GPU_SHADER_TYPE type, char const* source) {
@@ -72,8 +59,6 @@ protected:
         recorder->clear();
     }
 
-    std::unique_ptr<GlRecorder> recorder;
-    std::unique_ptr<orvex::RendererOpenGL> renderer;
     orvex::GpuProgramData data;
 };
 

@@ -1,39 +1,19 @@
 #include "renderer/opengl/renderer_opengl.h"
 
 #include <functional>
-#include <memory>
 #include <vector>
 
 #include <gtest/gtest.h>
 
 #include "math/vec4.h"
-#include "support/gl_context.h"
-#include "support/gl_recorder.h"
+#include "renderer/opengl/started_renderer.h"
 
 namespace orvex {
 namespace {
 
 using namespace orvex_test;
 
-class RendererOpenGLState : public GlTest {
-protected:
-    void SetUp() override {
-        GlTest::SetUp();
-        recorder = std::make_unique<GlRecorder>();
-        renderer = std::make_unique<RendererOpenGL>();
-        renderer->start();
-        recorder->clear();
-    }
-
-    void TearDown() override {
-        renderer.reset();
-        recorder.reset();
-        GlTest::TearDown();
-    }
-
-    std::unique_ptr<GlRecorder> recorder;
-    std::unique_ptr<RendererOpenGL> renderer;
-};
+class RendererOpenGLState : public StartedRendererTest {};
 ORVEX_BOTH_PROFILES(RendererOpenGLState);
 
 struct Row {
