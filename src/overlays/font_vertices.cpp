@@ -20,7 +20,7 @@ constexpr unsigned long headroom = 1000;
 constexpr unsigned long most_glyphs =
     std::numeric_limits<unsigned long>::max() / (vertices_per_glyph * sizeof(Vertex)) - headroom;
 
-/// The vertices of a mesh as they should be before anything is written into them.
+/// Gives an empty mesh vertices for so many glyphs. @return false, with none, if memory runs out
 bool allocate_quads(Mesh& mesh, unsigned long num_glyphs) {
     mesh.set_vertex_alloc_params(false, 0);
     if (mesh.alloc_vertex_data(num_glyphs * vertices_per_glyph)) {

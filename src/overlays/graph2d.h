@@ -58,11 +58,11 @@ public:
     /// Makes a curve, with every point at (0, 0, 0, 1).
     /// @return the line object, owned by this graph; null, with a log line, if memory ran out
     Curve* create_curve(unsigned long num_points);
-    /// Ends a curve. Those behind it move up.
+    /// Ends a curve, whoever else holds it. Those behind it move up.
     /// @param renderer  frees the GPU objects; may be null
     /// @return false for null and for a curve that isn't one of this graph's
     bool kill_curve(Renderer* renderer, Curve* curve);
-    /// Ends all curves. @return true
+    /// Ends all curves, whoever else holds them. @return true
     bool kill_all_curves(Renderer* renderer);
     /// Number of curves; one that something else ended counts still.
     unsigned long get_num_curves() const;
