@@ -110,12 +110,14 @@ void copy_what_fits(unsigned char* pixels, unsigned long bytes, const ReadPixels
 bool Texture::update_pixmap_rgb_u8_from_render_target(RenderTarget* target, unsigned long) {
     if (!target || !data_)
         return false;
+    const ReadPixels read(target->_get_read_back_size(3));
+    if (!read.data)
+        return false;
     const unsigned long edge = as_size(target->get_width());
     const unsigned long bytes = edge * edge * 3;
     if (data_->get_height() != edge || !can_take(*data_, edge, edge, bytes))
         data_->create(edge, edge, 1, PF_RGB_U8, true);
-    const ReadPixels read(target->_get_read_back_size(3));
-    if (!read.data || !target->read_color_pixmap_rgb_u8(read.data.get()))
+    if (!target->read_color_pixmap_rgb_u8(read.data.get()))
         return false;
     copy_what_fits(data_->get_pixmap_u8_ptr(), bytes, read);
     return true;
@@ -124,14 +126,16 @@ bool Texture::update_pixmap_rgb_u8_from_render_target(RenderTarget* target, unsi
 bool Texture::update_pixmap_rgba_u8_from_render_target(RenderTarget* target, unsigned long) {
     if (!target || !data_)
         return false;
+    const ReadPixels read(target->_get_read_back_size(4));
+    if (!read.data)
+        return false;
     const unsigned long edge = as_size(target->get_width());
     const unsigned long bytes = edge * edge * 4;
     if (data_->get_height() != edge || !can_take(*data_, edge, edge, bytes)) {
         data_->create(edge, edge, 1, PF_RGBA_U8, false);
         data_->type = TEXTURE_TYPE_2D;
     }
-    const ReadPixels read(target->_get_read_back_size(4));
-    if (!read.data || !target->read_color_pixmap_rgba_u8(read.data.get()))
+    if (!target->read_color_pixmap_rgba_u8(read.data.get()))
         return false;
     copy_what_fits(data_->get_pixmap_u8_ptr(), bytes, read);
     return true;

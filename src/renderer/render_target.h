@@ -73,7 +73,8 @@ public:
                                   unsigned long num_textures, bool, bool linear, bool clamp,
                                   int samples) = 0;
 
-    /// `create_target` with rectangle textures, whose coordinates are in pixels.
+    /// `create_target` with rectangle textures, whose coordinates are in pixels. The API has none
+    /// with samples: they aren't kept, and the framebuffer stays incomplete.
     virtual bool create_target_rect(int width, int height, PIXEL_FORMAT format, bool, bool linear,
                                     bool clamp, int samples) = 0;
 
@@ -150,8 +151,9 @@ public:
 protected:
     friend Texture; ///< reads into memory of its own
 
-    /// How many bytes a read-back may write now. As it stands, rows padded to eight bytes, the
-    /// widest alignment there is; a back end that packs in other ways overrides it.
+    /// How many bytes a read-back may write now; the largest number if there is nothing of such a
+    /// size. As it stands, rows padded to eight bytes, the widest alignment there is; a back end
+    /// that packs in other ways overrides it.
     /// @param channels  bytes a pixel
     virtual unsigned long _get_read_back_size(unsigned long channels);
 

@@ -1,6 +1,7 @@
 #include "renderer/opengl/render_target_opengl.h"
 
 #include <algorithm>
+#include <climits>
 #include <cstdio>
 
 #include "renderer/debug_name.h"
@@ -189,9 +190,10 @@ unsigned long RenderTargetOpenGL::_get_read_back_size(unsigned long channels) {
     if (gl == nullptr) {
         return 0; // nothing will be read
     }
-    return PixelPacking::current().size_of(static_cast<unsigned long>(std::max(width, 0)),
-                                           static_cast<unsigned long>(std::max(height, 0)),
-                                           channels);
+    auto const columns = static_cast<unsigned long>(std::max(width, 0));
+    auto const rows = static_cast<unsigned long>(std::max(height, 0));
+    bool const was_refused = ctx != nullptr && std::max(columns, rows) > ctx->max_texture_size;
+    return was_refused ? ULONG_MAX : PixelPacking::current().size_of(columns, rows, channels);
 }
 
 bool RenderTargetOpenGL::read_color_pixmap_rgb_u8(unsigned char* pixels) {

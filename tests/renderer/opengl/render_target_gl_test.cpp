@@ -739,6 +739,18 @@ TEST_P(RenderTargetTest, is_not_read_into_a_texture_with_packing_that_no_memory_
     EXPECT_NO_GL_ERROR();
 }
 
+// The square that would take it has a gigabyte.
+TEST_P(RenderTargetTest, that_was_refused_for_its_size_is_not_read_into_a_texture) {
+    const int too_large = static_cast<int>(renderer->ctx.max_texture_size) + 1;
+    Texture texture;
+    for (const auto& [width, height] : {std::pair{too_large, 1}, {1, too_large}}) {
+        EXPECT_FALSE(create(width, height));
+        EXPECT_FALSE(texture.update_pixmap_rgb_u8_from_render_target(target, 0));
+        EXPECT_FALSE(texture.update_pixmap_rgba_u8_from_render_target(target, 0));
+        EXPECT_EQ(texture.get_width(), 0u) << "no room is made for it";
+    }
+}
+
 TEST_P(RenderTargetTest, whose_renderer_ended_is_not_read_into_a_texture) {
     RenderTargetOpenGL alone;
     Texture texture;
