@@ -1,5 +1,7 @@
 #include "assets/loaders/lib3ds_check.h"
 
+#include <cfloat>
+#include <cmath>
 #include <filesystem>
 
 #include <gtest/gtest.h>
@@ -194,6 +196,9 @@ INSTANTIATE_TEST_SUITE_P(
         Row{"half_an_id", with_nodes(mesh_node("m", chunk(0xB030, "1")))},
         Row{"first_has_a_parent", with_nodes(mesh_node("m", node_id(0), 1) + mesh_node("m"))},
         Row{"unknown_parent", with_nodes(mesh_node("m") + mesh_node("m", "", 7))},
+        Row{"unknown_parent_between_those_there_are",
+            with_nodes(mesh_node("m", node_id(0)) + mesh_node("m", node_id(9)) +
+                       mesh_node("m", node_id(1), 7))},
         Row{"parent_that_is_two_nodes",
             with_nodes(mesh_node("m", node_id(5)) + mesh_node("m", node_id(5)) +
                        mesh_node("m", "", 5))},
@@ -239,6 +244,13 @@ INSTANTIATE_TEST_SUITE_P(
             chunk(0x4D4D, chunk(0x1234, "x") + chunk(0x3D3D, chunk(0x4321, "y")))},
         Row{"with_a_list_that_a_chunk_of_kind_0_ends",
             file_3ds(mesh("m", triangle()) + word(0) + "anything")},
+        Row{"with_a_matrix_that_has_no_inverse",
+            with_mesh(mesh_matrix({{{0, 0, 0}, {0, 0, 0}, {0, 0, 0}, {0, 0, 0}}}) + triangle())},
+        Row{"with_a_matrix_that_mirrors",
+            with_mesh(mesh_matrix({{{-1, 0, 0}, {0, 1, 0}, {0, 0, 1}, {0, 0, 0}}}) + triangle())},
+        Row{"with_points_that_are_no_numbers",
+            with_mesh(points({{NAN, 0, 0}, {INFINITY, 0, 0}, {0, -INFINITY, FLT_MAX}}) +
+                      faces({{0, 1, 2}}, smooth_groups({1})))},
         Row{"with_faces_before_their_points", with_mesh(faces({{0, 1, 2}}) + three_points)},
         Row{"with_faces_and_no_points", with_mesh(faces({{7, 8, 9}}))},
         Row{"with_points_that_their_flags_make",
@@ -342,6 +354,12 @@ TEST(Lib3dsCheck, bounds_the_faces_that_meet_at_a_vertex) {
     };
     EXPECT_TRUE(can_read(file_3ds(fan(9000, smooth(9000)))));
     EXPECT_FALSE(can_read(file_3ds(fan(10000, smooth(10000)))));
+    const TempDir dir;
+    EXPECT_TRUE(can_read_file(dir.write("good.3ds", file_3ds(fan(9000, smooth(9000))))));
+    EXPECT_FALSE(can_read_file(dir.write("bad.3ds", file_3ds(fan(10000, smooth(10000))))));
+    EXPECT_TRUE(can_read(file_3ds(fan(9000, smooth(9000) + smooth(9000))))) << "groups given twice";
+    EXPECT_FALSE(can_read(file_3ds(fan(7000, smooth(7000)) + fan(7000, smooth(7000)))))
+        << "two meshes";
     EXPECT_TRUE(can_read(file_3ds(fan(65535, "")))) << "nobody looks around";
     EXPECT_FALSE(can_read(file_3ds(fan(7000, smooth(7000)), repeat(mesh_node("m"), 2)))) << "twice";
 }

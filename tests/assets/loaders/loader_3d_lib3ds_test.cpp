@@ -3,15 +3,18 @@
 #include <cmath>
 
 #include <gtest/gtest.h>
+#include <lib3ds.h>
 
 #include <sys/stat.h>
 
 #include "assets/loaders/chunks_3ds.h"
+#include "assets/loaders/lib3ds_open.h"
 #include "assets/loaders/lib3ds_records.h"
 #include "assets/loaders/loader_fixture.h"
 #include "assets/material.h"
 #include "geometry/mesh_data.h"
 #include "math/exact.h"
+#include "support/log_capture.h"
 
 namespace orvex {
 namespace {
@@ -112,6 +115,99 @@ TEST_F(Loader3D_Lib3dsTest, records_begin_with_their_defaults) {
     const sLib3dsFaceMaterial face;
     EXPECT_EQ(face.face, 0u);
     EXPECT_EQ(face.material, 0u);
+    const sLib3dsMesh mesh;
+    EXPECT_EQ(mesh.mesh, nullptr);
+    EXPECT_STREQ(mesh.name, "");
+    EXPECT_EQ(mesh.num_vertices, 0u);
+    EXPECT_EQ(mesh.vertices, nullptr);
+    EXPECT_EQ(mesh.num_normals, 0u);
+    EXPECT_EQ(mesh.normals, nullptr);
+    EXPECT_EQ(mesh.num_texcoords, 0u);
+    EXPECT_EQ(mesh.texcoords, nullptr);
+    EXPECT_EQ(mesh.num_faces, 0u);
+    EXPECT_EQ(mesh.faces, nullptr);
+    EXPECT_EQ(mesh.face_materials, nullptr);
+}
+
+TEST_F(Loader3D_Lib3dsTest, logs_nothing_whatever_comes_of_a_load) {
+    const LogCapture log;
+    EXPECT_TRUE(load(full_file()));
+    EXPECT_FALSE(load("no model"));
+    EXPECT_FALSE(loader_.load_from_file(model_, "missing.3ds"));
+    EXPECT_FALSE(loader_.load_from_file(nullptr, "model.3ds"));
+    EXPECT_TRUE(load(file_3ds(mesh("two vertices", points({{0, 0, 0}, {1, 0, 0}})))));
+    EXPECT_EQ(log.messages(), Names());
+}
+
+// --- The steps -------------------------------------------------------------------------------
+
+Lib3dsFilePtr read_3ds(const std::string& bytes) {
+    return read_3ds_bytes(reinterpret_cast<const unsigned char*>(bytes.data()), bytes.size());
+}
+
+TEST_F(Loader3D_Lib3dsTest, finds_no_materials_where_there_are_none) {
+    EXPECT_FALSE(loader_.read_materials(read_3ds(file_3ds(mesh("m", triangle()))).get()));
+    EXPECT_TRUE(loader_.read_materials(read_3ds(file_3ds(material("m"))).get()));
+}
+
+TEST_F(Loader3D_Lib3dsTest, writes_new_names_into_the_files_records) {
+    const Lib3dsFilePtr shared = read_3ds(file_3ds(material("a") + material("b") + material("a")));
+    loader_.read_materials(shared.get());
+    EXPECT_STREQ(shared->materials[0]->name, "orvex_mat_0");
+    EXPECT_STREQ(shared->materials[1]->name, "orvex_mat_1");
+    EXPECT_STREQ(shared->materials[2]->name, "orvex_mat_2");
+    const Lib3dsFilePtr unlike = read_3ds(file_3ds(material("a") + material("A")));
+    loader_.read_materials(unlike.get());
+    EXPECT_STREQ(unlike->materials[0]->name, "a");
+    EXPECT_STREQ(unlike->materials[1]->name, "A");
+}
+
+TEST_F(Loader3D_Lib3dsTest, writes_placed_vertices_into_the_files_records_and_leaves_the_faces) {
+    const Lib3dsFilePtr file =
+        read_3ds(file_3ds(mesh("m", triangle()), mesh_node("m", position(10, 20, 30))));
+    lib3ds_file_eval(file.get(), 0.0f);
+    const Lib3dsMesh& mesh = *file->meshes[0];
+    const Lib3dsFace* const faces = mesh.faces;
+    EXPECT_TRUE(loader_.read_meshes(file.get()));
+    EXPECT_FLOAT_EQ(mesh.vertices[1][0], 12.0f);
+    EXPECT_FLOAT_EQ(mesh.vertices[1][1], 20.0f);
+    EXPECT_FLOAT_EQ(mesh.vertices[1][2], 30.0f);
+    EXPECT_EQ(mesh.faces, faces);
+    EXPECT_EQ(mesh.nfaces, 1);
+}
+
+TEST_F(Loader3D_Lib3dsTest, builds_what_it_read_as_often_as_it_is_asked) {
+    const Lib3dsFilePtr file = read_3ds(file_3ds(mesh("m", triangle()), mesh_node("m")));
+    lib3ds_file_eval(file.get(), 0.0f);
+    loader_.read_meshes(file.get());
+    new_model();
+    EXPECT_TRUE(loader_.build_model(model_));
+    EXPECT_TRUE(loader_.build_model(model_));
+    ASSERT_EQ(num_meshes(), 2u);
+    for (unsigned long i = 0; i < 2; ++i)
+        expect_vec4(mesh_at(i)->get_vertex_position(2), 0, 0, -3, 1);
+    loader_.free_memory();
+    EXPECT_TRUE(loader_.build_model(model_));
+    EXPECT_EQ(num_meshes(), 2u);
+}
+
+TEST_F(Loader3D_Lib3dsTest, gives_faces_a_default_material_for_a_number_that_no_material_has) {
+    const Lib3dsFilePtr file =
+        read_3ds(file_3ds(material("paint") + mesh("m", triangle()), mesh_node("m")));
+    lib3ds_file_eval(file.get(), 0.0f);
+    loader_.read_materials(file.get());
+    for (const int number : {1, 70000, -2}) {
+        file->meshes[0]->faces[0].material = number;
+        loader_.read_meshes(file.get());
+    }
+    new_model();
+    loader_.build_model(model_);
+    ASSERT_EQ(num_meshes(), 3u);
+    for (unsigned long i = 0; i < 3; ++i) {
+        ASSERT_EQ(mesh_at(i)->get_num_materials(), 1u);
+        EXPECT_NE(mesh_at(i)->get_material_by_index(0), only_material());
+        EXPECT_EQ(store(i).face_materials[0], mesh_at(i)->get_material_by_index(0)->getid());
+    }
 }
 
 // --- Materials -------------------------------------------------------------------------------
@@ -371,6 +467,26 @@ TEST_F(Loader3D_Lib3dsTest, gives_every_face_the_normal_of_the_corner_of_its_num
     ASSERT_TRUE(load(file_3ds(mesh("m", points({{0, 0, 0}, {1, 0, 0}, {0, 1, 0}}) + faces(same)))));
     for (unsigned i = 0; i < count; ++i)
         EXPECT_FLOAT_EQ(store().face_normals[i].z, (i / 3) % 2 == 0 ? -1.0f : 1.0f) << i;
+}
+
+/// Normals without smoothing are made some thousand faces at a time.
+TEST_F(Loader3D_Lib3dsTest, gives_large_meshes_the_normals_of_their_numbers) {
+    constexpr unsigned count = 65535;
+    const auto is_turned = [](unsigned face) { return (face * 2654435761u >> 16 & 1) != 0; };
+    std::vector<Index3> same(count, {0, 1, 2});
+    for (unsigned i = 0; i < count; ++i) {
+        if (is_turned(i))
+            same[i] = {0, 2, 1};
+    }
+    std::vector<Float3> corners(count, {0, 0, 0});
+    corners[1] = {1, 0, 0};
+    corners[2] = {0, 1, 0};
+    ASSERT_TRUE(load(file_3ds(mesh("m", points(corners) + faces(same)))));
+    for (unsigned i = 0; i < count; ++i) {
+        const float up = is_turned(i / 3) ? -1.0f : 1.0f;
+        ASSERT_FLOAT_EQ(store().face_normals[i].z, up) << i;
+        ASSERT_FLOAT_EQ(mesh_at(0)->get_vertex_normal(i).y, up) << i;
+    }
 }
 
 TEST_F(Loader3D_Lib3dsTest, smooths_normals_within_a_group) {

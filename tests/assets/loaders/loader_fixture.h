@@ -58,6 +58,7 @@ protected:
         const std::string build_info = loader_.get_build_info();
         EXPECT_EQ(build_info.find("BUILD_DATE: ["), 0u);
         EXPECT_NE(build_info.find("] - BUILD_TIME: ["), std::string::npos);
+        EXPECT_EQ(build_info.back(), ']');
     }
 
     Loader loader_;
