@@ -44,20 +44,6 @@ GLenum index_usage(const Context& context, MeshData& mesh) {
     return usage(context.forced_index_usage, mesh.index_buffer_usage);
 }
 
-bool any_vertex_flag(const MeshData& mesh) {
-    return mesh.positions_need_update || mesh.normals_need_update || mesh.tangents_need_update ||
-           mesh.colors_need_update || mesh.uv0_need_update || mesh.uv1_need_update;
-}
-
-void set_vertex_flags(MeshData& mesh, bool state) {
-    mesh.positions_need_update = state;
-    mesh.normals_need_update = state;
-    mesh.tangents_need_update = state;
-    mesh.colors_need_update = state;
-    mesh.uv0_need_update = state;
-    mesh.uv1_need_update = state;
-}
-
 void raise_user_flags(MeshData& mesh) {
     for (unsigned long i = 0; i < mesh.num_user_attribs; ++i)
         mesh.user_attribs[i].need_update = true;

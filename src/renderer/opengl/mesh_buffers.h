@@ -43,10 +43,24 @@ GLenum vertex_usage(const Context& context, unsigned int& record_usage);
 /// The same for buffers of indices.
 GLenum index_usage(const Context& context, MeshData& mesh);
 
-/// Whether any of the six attribute flags is raised.
-bool any_vertex_flag(const MeshData& mesh);
+/// Whether any of the six attribute flags of a mesh or a polyline is raised.
+template<class Store>
+bool any_vertex_flag(const Store& store) {
+    return store.positions_need_update || store.normals_need_update || store.tangents_need_update ||
+           store.colors_need_update || store.uv0_need_update || store.uv1_need_update;
+}
+
 /// Raises or lowers all six.
-void set_vertex_flags(MeshData& mesh, bool state);
+template<class Store>
+void set_vertex_flags(Store& store, bool state) {
+    store.positions_need_update = state;
+    store.normals_need_update = state;
+    store.tangents_need_update = state;
+    store.colors_need_update = state;
+    store.uv0_need_update = state;
+    store.uv1_need_update = state;
+}
+
 /// Raises `need_update` of every user attribute.
 void raise_user_flags(MeshData& mesh);
 bool any_user_flag(const MeshData& mesh);

@@ -19,6 +19,23 @@ struct Objects {
     int& renderer_id;
 };
 
+/// Of a point pool or a polyline.
+template<class Record>
+Objects objects_of(Record& record) {
+    return {record.vertex_buffer_id,
+            record.vertex_array_id,
+            record.gpu_state.vertex_buffer_bytes,
+            record.gpu_state.vertex_array_vertex_buffer,
+            record.gpu_state.vertex_array_stale,
+            record.renderer_id};
+}
+
+/// Bytes of its vertices as interleaved records.
+template<class Record>
+unsigned long record_bytes(const Record& record) {
+    return record.num_vertices * sizeof(Vertex);
+}
+
 bool has_buffer_entries(const ORVEX_Renderer_OpenGL_Func& gl);
 bool has_gl2_entries(const ORVEX_Renderer_OpenGL_Func& gl);
 bool has_gl3_entries(const ORVEX_Renderer_OpenGL_Func& gl);

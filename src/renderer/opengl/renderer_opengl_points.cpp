@@ -20,22 +20,9 @@ namespace {
 constexpr unsigned long SEPARATE_POINT_BYTES = sizeof(vec3) + sizeof(vec4);
 constexpr int TANGENT_LOCATION = 5;
 
-Objects objects_of(VertexPoolData& pool) {
-    return {pool.vertex_buffer_id,
-            pool.vertex_array_id,
-            pool.gpu_state.vertex_buffer_bytes,
-            pool.gpu_state.vertex_array_vertex_buffer,
-            pool.gpu_state.vertex_array_stale,
-            pool.renderer_id};
-}
-
 GLenum pool_usage(const Context& context, const VertexPoolData& pool) {
     const BUFFER_OBJECT_USAGE forced = context.forced_vertex_usage;
     return gl_buffer_usage(forced != BUFFER_USAGE_DEFAULT ? forced : pool.buffer_usage);
-}
-
-unsigned long record_bytes(const VertexPoolData& pool) {
-    return pool.num_vertices * sizeof(Vertex);
 }
 
 unsigned long positions_bytes(const VertexPoolData& pool) {

@@ -12,41 +12,15 @@
 namespace orvex {
 
 using namespace point_buffers;
+using mesh_buffers::any_vertex_flag;
 using mesh_buffers::buffer_offset;
+using mesh_buffers::set_vertex_flags;
 using mesh_buffers::upload;
 
 namespace {
 
-Objects objects_of(PolylineData& polyline) {
-    return {polyline.vertex_buffer_id,
-            polyline.vertex_array_id,
-            polyline.gpu_state.vertex_buffer_bytes,
-            polyline.gpu_state.vertex_array_vertex_buffer,
-            polyline.gpu_state.vertex_array_stale,
-            polyline.renderer_id};
-}
-
-unsigned long record_bytes(const PolylineData& polyline) {
-    return polyline.num_vertices * sizeof(Vertex);
-}
-
 bool has_vertices(const PolylineData& polyline) {
     return polyline.num_vertices > 0 && polyline.vertices;
-}
-
-bool any_flag(const PolylineData& polyline) {
-    return polyline.positions_need_update || polyline.normals_need_update ||
-           polyline.tangents_need_update || polyline.colors_need_update ||
-           polyline.uv0_need_update || polyline.uv1_need_update;
-}
-
-void set_flags(PolylineData& polyline, bool state) {
-    polyline.positions_need_update = state;
-    polyline.normals_need_update = state;
-    polyline.tangents_need_update = state;
-    polyline.colors_need_update = state;
-    polyline.uv0_need_update = state;
-    polyline.uv1_need_update = state;
 }
 
 /// One attribute of a record.
@@ -74,14 +48,14 @@ bool make_buffer(const Context& context, PolylineData& polyline, int renderer_id
         return false;
     allocate(context, objects_of(polyline), bytes, nullptr,
              mesh_buffers::vertex_usage(context, polyline.vertex_buffer_usage), renderer_id);
-    set_flags(polyline, true);
+    set_vertex_flags(polyline, true);
     return true;
 }
 
 /// Uploads all records into the bound buffer.
 void upload_records(const Context& context, PolylineData& polyline) {
     upload(context, 0, record_bytes(polyline), polyline.vertices);
-    set_flags(polyline, false);
+    set_vertex_flags(polyline, false);
 }
 
 } // namespace
@@ -97,7 +71,7 @@ bool RendererOpenGL::polyline_vb_prepare(PolylineData* polyline) {
     const Context context{gl, forced_vertex_usage, forced_index_usage};
     if (make_buffer(context, *polyline, getid()))
         gl.glBindBuffer(GL_ARRAY_BUFFER, 0);
-    if (any_flag(*polyline)) {
+    if (any_vertex_flag(*polyline)) {
         gl.glBindBuffer(GL_ARRAY_BUFFER, polyline->vertex_buffer_id);
         upload_records(context, *polyline);
         gl.glBindBuffer(GL_ARRAY_BUFFER, 0);
@@ -117,7 +91,7 @@ bool RendererOpenGL::polyline_vb_prepare_gl2(PolylineData* polyline) {
     const Context context{gl, forced_vertex_usage, forced_index_usage};
     if (!make_buffer(context, *polyline, getid()))
         gl.glBindBuffer(GL_ARRAY_BUFFER, polyline->vertex_buffer_id);
-    if (any_flag(*polyline))
+    if (any_vertex_flag(*polyline))
         upload_records(context, *polyline);
 
     client_arrays.begin_prepare();

@@ -233,20 +233,13 @@ TEST_P(Polylines, are_killed_on_their_own_thread_only) {
 
 TEST_P(Polylines, do_nothing_without_the_entry_points) {
     make();
-    recorder->hide("glGenVertexArrays");
-    recorder->hide("glBindBuffer");
-    recorder->hide("glDeleteBuffers");
-    renderer->stop();
-    renderer->start();
-    recorder->clear();
+    start_without({"glGenVertexArrays", "glBindBuffer", "glDeleteBuffers"});
     EXPECT_FALSE(renderer->polyline_vb_prepare(&polyline));
     polyline.use_generic_vertex_attribs = false;
     EXPECT_FALSE(renderer->polyline_vb_prepare(&polyline));
     EXPECT_FALSE(renderer->polyline_vb_finish(&polyline));
     EXPECT_FALSE(renderer->polyline_vb_kill(&polyline));
     EXPECT_TRUE(recorder->take().empty());
-    const GlRecorderPause pause(*recorder);
-    forget_gl_errors();
 }
 
 TEST_P(Polylines, keep_a_vertex_array_that_can_not_be_deleted_nor_unbound) {
@@ -254,11 +247,7 @@ TEST_P(Polylines, keep_a_vertex_array_that_can_not_be_deleted_nor_unbound) {
     draw_quietly();
     const unsigned int buffer = polyline.vertex_buffer_id;
     const unsigned int array = polyline.vertex_array_id;
-    recorder->hide("glDeleteVertexArrays");
-    recorder->hide("glBindVertexArray");
-    renderer->stop();
-    renderer->start();
-    recorder->clear();
+    start_without({"glDeleteVertexArrays", "glBindVertexArray"});
     EXPECT_FALSE(renderer->polyline_vb_finish(&polyline));
     EXPECT_FALSE(renderer->polyline_vb_kill(&polyline));
     EXPECT_TRUE(recorder->take().empty());
@@ -267,20 +256,8 @@ TEST_P(Polylines, keep_a_vertex_array_that_can_not_be_deleted_nor_unbound) {
 }
 
 TEST_P(Polylines, leave_a_mesh_prepared_before_them_undrawn) {
-    MeshData mesh;
-    make_triangle(mesh, true);
     make();
-    for (const bool by_finish : {false, true}) {
-        if (by_finish)
-            prepare();
-        EXPECT_TRUE(renderer->vertex_buffer_prepare(&mesh));
-        if (!by_finish)
-            prepare();
-        finish();
-        EXPECT_TRUE(renderer->vertex_buffer_draw(&mesh)) << "the vertex array is not bound";
-        EXPECT_EQ(recorder->take(), GlCalls());
-    }
-    EXPECT_TRUE(renderer->vertex_buffer_kill(&mesh));
+    expect_mesh_undrawn_across([this] { prepare(); }, [this] { finish(); });
 }
 
 /// Takes over the path of client arrays.

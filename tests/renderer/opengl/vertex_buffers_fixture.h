@@ -80,6 +80,36 @@ public:
         recorder->clear();
     }
 
+    /// Starts anew where the API lacks entry points.
+    void start_without(std::initializer_list<const char*> entries) {
+        for (const char* const entry : entries)
+            recorder->hide(entry);
+        renderer->stop();
+        renderer->start();
+        const GlRecorderPause pause(*recorder);
+        forget_gl_errors();
+        recorder->clear();
+    }
+
+    /// Prepares a mesh around each of the two, which unbind its vertex array before it is drawn.
+    template<class Prepare, class Finish>
+    void expect_mesh_undrawn_across(Prepare prepare_other, Finish finish_other) {
+        orvex::MeshData mesh;
+        make_triangle(mesh, true);
+        for (const bool prepared_first : {false, true}) {
+            if (prepared_first)
+                prepare_other();
+            EXPECT_TRUE(renderer->vertex_buffer_prepare(&mesh));
+            if (!prepared_first)
+                prepare_other();
+            finish_other();
+            recorder->clear();
+            EXPECT_TRUE(renderer->vertex_buffer_draw(&mesh));
+            EXPECT_EQ(recorder->take(), GlCalls());
+        }
+        EXPECT_TRUE(renderer->vertex_buffer_kill(&mesh));
+    }
+
     /// Prepares, and forgets the calls.
     bool prepare_quietly(orvex::MeshData& store) {
         const bool ready = renderer->vertex_buffer_prepare(&store);

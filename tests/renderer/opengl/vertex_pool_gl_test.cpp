@@ -299,34 +299,16 @@ TEST_P(VertexPools, point_into_the_buffer_that_a_host_put_in) {
 
 TEST_P(VertexPools, do_nothing_without_the_entry_points) {
     make(interleaved);
-    recorder->hide("glGenVertexArrays");
-    recorder->hide("glDeleteBuffers");
-    renderer->stop();
-    renderer->start();
-    recorder->clear();
+    start_without({"glGenVertexArrays", "glDeleteBuffers"});
     EXPECT_FALSE(renderer->vertex_pool_render_prepare(&pool));
     EXPECT_FALSE(renderer->vertex_pool_kill(&pool));
     EXPECT_TRUE(recorder->take().empty());
     EXPECT_EQ(pool.vertex_buffer_id, 0u);
-    const GlRecorderPause pause(*recorder);
-    forget_gl_errors();
 }
 
 TEST_P(VertexPools, leave_a_mesh_prepared_before_them_undrawn) {
-    MeshData mesh;
-    make_triangle(mesh, true);
     make(interleaved);
-    for (const bool by_finish : {false, true}) {
-        if (by_finish)
-            prepare();
-        EXPECT_TRUE(renderer->vertex_buffer_prepare(&mesh));
-        if (!by_finish)
-            prepare();
-        finish();
-        EXPECT_TRUE(renderer->vertex_buffer_draw(&mesh)) << "the vertex array is not bound";
-        EXPECT_EQ(recorder->take(), GlCalls());
-    }
-    EXPECT_TRUE(renderer->vertex_buffer_kill(&mesh));
+    expect_mesh_undrawn_across([this] { prepare(); }, [this] { finish(); });
 }
 
 TEST_P(VertexPools, keep_a_vertex_array_that_can_not_be_deleted) {
@@ -334,10 +316,7 @@ TEST_P(VertexPools, keep_a_vertex_array_that_can_not_be_deleted) {
     draw_quietly();
     const unsigned int buffer = pool.vertex_buffer_id;
     const unsigned int array = pool.vertex_array_id;
-    recorder->hide("glDeleteVertexArrays");
-    renderer->stop();
-    renderer->start();
-    recorder->clear();
+    start_without({"glDeleteVertexArrays"});
     EXPECT_FALSE(renderer->vertex_pool_kill(&pool));
     EXPECT_TRUE(recorder->take().empty());
     EXPECT_EQ(pool.vertex_buffer_id, buffer);
@@ -345,10 +324,7 @@ TEST_P(VertexPools, keep_a_vertex_array_that_can_not_be_deleted) {
 }
 
 TEST_P(VertexPools, finish_nothing_without_vertex_arrays) {
-    recorder->hide("glBindVertexArray");
-    renderer->stop();
-    renderer->start();
-    recorder->clear();
+    start_without({"glBindVertexArray"});
     EXPECT_FALSE(renderer->vertex_pool_render_finish(&pool));
     EXPECT_TRUE(recorder->take().empty());
 }
@@ -464,11 +440,7 @@ TEST_F(VertexPoolsOfClientArrays, without_points_make_nothing) {
 
 TEST_F(VertexPoolsOfClientArrays, do_nothing_without_the_entry_points) {
     make(interleaved);
-    recorder->hide("glBufferSubData");
-    recorder->hide("glDisableVertexAttribArray");
-    renderer->stop();
-    renderer->start();
-    recorder->clear();
+    start_without({"glBufferSubData", "glDisableVertexAttribArray"});
     EXPECT_FALSE(renderer->vertex_pool_render_prepare(&pool));
     EXPECT_FALSE(renderer->vertex_pool_render_finish(&pool));
     EXPECT_TRUE(recorder->take().empty());
