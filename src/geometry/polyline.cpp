@@ -117,8 +117,9 @@ bool Polyline::alloc_vertex_data(unsigned long count) {
     if (!polyline_data)
         return false;
     polyline_data->free_vertices();
-    polyline_data->num_vertices = count;
+    polyline_data->num_vertices = 0; // where memory runs out there are no vertices to draw
     vertex_access::allocate_records(*polyline_data, count, AlignedNew_Vertex);
+    polyline_data->num_vertices = count;
     polyline_data->num_lines = count / 2;
     // A store that was drawn before has a GPU buffer with the vertices before these. Any flag sends
     // them all.
@@ -136,7 +137,7 @@ bool Polyline::initialize(unsigned long count, LINE_RENDER_MODE mode) {
 
 namespace {
 
-/// Number of vertices that can be written: none after a failed allocation.
+/// Number of vertices that can be written.
 unsigned long writable_vertices(const PolylineData* store) {
     return store && store->vertices ? store->num_vertices : 0;
 }

@@ -63,8 +63,9 @@ bool VertexPoolData::init(unsigned long count) {
     if (count == 0)
         return false;
     cleanup();
-    num_vertices = count;
+    num_vertices = 0; // where memory runs out there are no points to draw
     make_records(*this, count);
+    num_vertices = count;
     mark_for_upload(*this);
     return true;
 }
@@ -73,12 +74,13 @@ bool VertexPoolData::init_v2(unsigned long count, bool separate) {
     if (count == 0)
         return false;
     cleanup();
-    num_vertices = count;
+    num_vertices = 0;
     separate_vertex_arrays = separate;
     if (separate)
         make_separate_arrays(*this, count);
     else
         make_records(*this, count);
+    num_vertices = count;
     mark_for_upload(*this);
     return true;
 }

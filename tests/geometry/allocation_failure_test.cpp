@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <new>
 #include <string>
 
 #include <gtest/gtest.h>
@@ -13,6 +14,9 @@
 #include "geometry/mesh_terrain.h"
 #include "geometry/mesh_torus.h"
 #include "geometry/owned_mesh.h"
+#include "geometry/polyline.h"
+#include "geometry/vertex_pool.h"
+#include "math/vec3.h"
 #include "support/heap.h"
 #include "support/log_capture.h"
 
@@ -160,6 +164,36 @@ TEST(AllocationFailure, of_the_heights_leaves_a_terrain_with_those_it_had) {
     const RefuseArrays refused({});
     EXPECT_FALSE(terrain->init_terrain_buffer(map.get()));
     EXPECT_EQ(terrain->elevation(0, 0, 1, 1.0f), 1.0f);
+}
+
+TEST(AllocationFailure, of_points_leaves_a_pool_without_any) {
+    for (const bool separate : {false, true}) {
+        const Owned<VertexPool> pool(new VertexPool);
+        ASSERT_TRUE(pool->init_pool(4, separate));
+        for (unsigned long granted = 0; granted < (separate ? 3u : 1u); ++granted) {
+            const RefuseArrays refused({.granted = granted});
+            EXPECT_THROW(pool->init_pool(100, separate), std::bad_alloc);
+            EXPECT_EQ(pool->get_pool_size(), 0u) << "drawing goes by it";
+            pool->set_vertex_color(0, 1.0f, 0.0f, 0.0f, 1.0f);
+            pool->set_vertex_position(0, vec3(1.0f, 2.0f, 3.0f));
+            EXPECT_EQ(pool->get_vertex(0), nullptr);
+        }
+        EXPECT_TRUE(pool->init_pool(5, separate)) << "and goes on";
+        EXPECT_EQ(pool->get_pool_size(), 5u);
+    }
+}
+
+TEST(AllocationFailure, of_vertices_leaves_a_polyline_without_any) {
+    const Owned<Polyline> line(new Polyline);
+    ASSERT_TRUE(line->initialize(4, LINE_RENDER_MODE_LINE_STRIP));
+    {
+        const RefuseArrays refused({});
+        EXPECT_THROW(line->alloc_vertex_data(100), std::bad_alloc);
+    }
+    EXPECT_EQ(line->get_num_vertices(nullptr), 0u) << "drawing goes by it";
+    EXPECT_FALSE(line->set_vertex_color(0, vec4(1.0f, 0.0f, 0.0f, 1.0f)));
+    EXPECT_TRUE(line->alloc_vertex_data(5)) << "and goes on";
+    EXPECT_EQ(line->get_num_vertices(nullptr), 5u);
 }
 
 } // namespace
