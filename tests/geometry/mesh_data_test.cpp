@@ -177,14 +177,19 @@ TEST_P(MeshDataLayouts, ignores_and_defaults_out_of_range) {
     EXPECT_EQ(store->get_position(0), vec3());
 }
 
+/// Gives a vertex a value of its own in each attribute.
+void fill_vertex(MeshData& store, unsigned long index) {
+    store.set_position(index, vec4(1.0f, 2.0f, 3.0f, 4.0f));
+    store.set_color(index, vec4(0.1f, 0.2f, 0.3f, 0.4f));
+    store.set_normal(index, vec3(0.0f, 0.0f, 1.0f));
+    store.set_uv0(index, vec4(0.25f, 0.5f, 0.0f, 1.0f));
+    store.set_uv1(index, vec4(7.0f, 8.0f, 9.0f, 1.0f));
+    store.set_tangent(index, vec4(1.0f, 0.0f, 0.0f, 1.0f));
+}
+
 TEST_P(MeshDataLayouts, copies_a_vertex_out_in_the_full_format) {
     ASSERT_TRUE(store->alloc_vertex_data(2));
-    store->set_position(1, vec4(1.0f, 2.0f, 3.0f, 4.0f));
-    store->set_color(1, vec4(0.1f, 0.2f, 0.3f, 0.4f));
-    store->set_normal(1, vec3(0.0f, 0.0f, 1.0f));
-    store->set_uv0(1, vec4(0.25f, 0.5f, 0.0f, 1.0f));
-    store->set_uv1(1, vec4(7.0f, 8.0f, 9.0f, 1.0f));
-    store->set_tangent(1, vec4(1.0f, 0.0f, 0.0f, 1.0f));
+    fill_vertex(*store, 1);
     const Vertex vertex = store->get_vertex_v2(1);
     EXPECT_EQ(vertex.position, store->get_position_4f(1));
     EXPECT_EQ(vertex.color, store->get_color(1));
@@ -240,12 +245,7 @@ TEST_P(MeshDataLayouts, copies_vertices_of_its_own_kind) {
     std::unique_ptr<MeshData> source = make_store(GetParam().format);
     source->separate_vertex_arrays = GetParam().separate;
     ASSERT_TRUE(source->alloc_vertex_data(3));
-    source->set_position(2, vec4(1.0f, 2.0f, 3.0f, 4.0f));
-    source->set_color(2, vec4(0.1f, 0.2f, 0.3f, 0.4f));
-    source->set_normal(2, vec3(0.0f, 0.0f, 1.0f));
-    source->set_uv0(2, vec4(0.25f, 0.5f, 0.0f, 1.0f));
-    source->set_uv1(2, vec4(7.0f, 8.0f, 9.0f, 1.0f));
-    source->set_tangent(2, vec4(1.0f, 0.0f, 0.0f, 1.0f));
+    fill_vertex(*source, 2);
     ASSERT_TRUE(store->copy_vertex_data(source.get()));
     EXPECT_EQ(store->get_num_vertices(), 3u);
     EXPECT_EQ(store->get_position_4f(2), source->get_position_4f(2));
