@@ -37,43 +37,46 @@ void answer(SocketCore* core, Socket* client, unsigned char* message, int size, 
 
 class TcpLoadTest : public testing::Test {
 protected:
+    /// Serves one message a connection while `load` runs, stops by the stop text, and looks at what
+    /// is left then.
+    template<class Load>
+    void serve_and_stop(bool on_threads, Load load, long descriptors_left) {
+        server.set_client_proc(answer, &calls);
+        server.threaded_client_callback(on_threads);
+        const long threads = count_threads();
+        const long descriptors = count_descriptors();
+        RunningServer running(server, &TcpServer::run, log);
+        load(running);
+        const std::string farewell = running.ask("STOP_ORVEX_TCP_SERVER");
+        if (!on_threads) {
+            EXPECT_EQ(farewell, "");
+        }
+        EXPECT_TRUE(running.wait());
+        EXPECT_TRUE(threads_become(threads));
+        EXPECT_EQ(count_descriptors(), descriptors + descriptors_left);
+    }
+
     const DescriptorLimit many{8192};
     LogLines log;
     std::atomic<int> calls = 0;
     TcpServer server;
 };
 
-TEST_F(TcpLoadTest, serves_10000_connections_one_after_the_other) {
-    server.set_client_proc(answer, &calls);
-    const long threads = count_threads();
-    const long descriptors = count_descriptors();
-    RunningServer running(server, &TcpServer::run, log);
+void ask_10000_times(const RunningServer& running) {
     for (int i = 0; i < 10000; ++i) {
         const std::string message = std::to_string(i);
         ASSERT_EQ(running.ask(message), message);
     }
-    EXPECT_EQ(running.ask("STOP_ORVEX_TCP_SERVER"), "");
-    EXPECT_TRUE(running.wait());
+}
+
+TEST_F(TcpLoadTest, serves_10000_connections_one_after_the_other) {
+    serve_and_stop(false, ask_10000_times, 0);
     EXPECT_EQ(calls, 10000);
-    EXPECT_EQ(count_descriptors(), descriptors);
-    EXPECT_TRUE(threads_become(threads));
 }
 
 TEST_F(TcpLoadTest, serves_10000_connections_on_threads_of_their_own) {
-    server.set_client_proc(answer, &calls);
-    server.threaded_client_callback(true);
-    const long threads = count_threads();
-    const long descriptors = count_descriptors();
-    RunningServer running(server, &TcpServer::run, log);
-    for (int i = 0; i < 10000; ++i) {
-        const std::string message = std::to_string(i);
-        ASSERT_EQ(running.ask(message), message);
-    }
-    running.ask("STOP_ORVEX_TCP_SERVER");
-    EXPECT_TRUE(running.wait());
+    serve_and_stop(true, ask_10000_times, 0);
     EXPECT_EQ(calls, 10000);
-    EXPECT_TRUE(threads_become(threads));
-    EXPECT_EQ(count_descriptors(), descriptors);
 }
 
 /// Echoes one message, with all other conversations still open.
@@ -152,31 +155,14 @@ void break_off_all(const RunningServer& running) {
 
 constexpr int good_clients = broken_clients / 4;
 
+// What is left open are those that never sent anything.
 TEST_F(TcpLoadTest, goes_on_after_1000_broken_clients) {
-    server.set_client_proc(answer, &calls);
-    const long threads = count_threads();
-    const long descriptors = count_descriptors();
-    RunningServer running(server, &TcpServer::run, log);
-    break_off_all(running);
-    EXPECT_EQ(running.ask("STOP_ORVEX_TCP_SERVER"), "");
-    EXPECT_TRUE(running.wait());
-    EXPECT_EQ(count_descriptors(), descriptors + broken_clients / 2)
-        << "those that never sent anything";
+    serve_and_stop(false, break_off_all, broken_clients / 2);
     EXPECT_EQ(calls, broken_clients / 2 + good_clients);
-    EXPECT_TRUE(threads_become(threads));
 }
 
 TEST_F(TcpLoadTest, goes_on_after_1000_broken_clients_on_threads) {
-    server.set_client_proc(answer, &calls);
-    server.threaded_client_callback(true);
-    const long threads = count_threads();
-    const long descriptors = count_descriptors();
-    RunningServer running(server, &TcpServer::run, log);
-    break_off_all(running);
-    running.ask("STOP_ORVEX_TCP_SERVER");
-    EXPECT_TRUE(running.wait());
-    EXPECT_TRUE(threads_become(threads));
-    EXPECT_EQ(count_descriptors(), descriptors + broken_clients / 2);
+    serve_and_stop(true, break_off_all, broken_clients / 2);
     EXPECT_EQ(calls, broken_clients / 2 + good_clients);
 }
 
