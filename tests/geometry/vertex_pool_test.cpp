@@ -399,6 +399,20 @@ TEST_F(VertexPoolRendering, ends_its_storage_buffer_once) {
     EXPECT_FALSE(pool->shader_storage_cleanup(nullptr));
 }
 
+TEST_F(VertexPoolRendering, remembers_nothing_of_a_storage_buffer_that_is_gone) {
+    store().vertex_buffer_id = 9;
+    store().gpu_state.vertex_buffer_bytes = 288;
+    store().gpu_state.separate = true;
+    EXPECT_TRUE(pool->shader_storage_cleanup(&renderer));
+    EXPECT_EQ(store().gpu_state.vertex_buffer_bytes, 0u);
+    EXPECT_FALSE(store().gpu_state.separate);
+    EXPECT_FALSE(store().gpu_state.vertex_array_stale) << "there is no vertex array";
+    store().vertex_buffer_id = 9;
+    store().vertex_array_id = 4;
+    EXPECT_TRUE(pool->shader_storage_cleanup(&renderer));
+    EXPECT_TRUE(store().gpu_state.vertex_array_stale);
+}
+
 TEST_F(VertexPoolRendering, forwards_storage_operations_with_its_buffer) {
     int memory = 0;
     store().vertex_buffer_id = 9;

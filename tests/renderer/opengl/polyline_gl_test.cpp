@@ -222,6 +222,18 @@ TEST_P(Polylines, are_killed_array_first) {
     EXPECT_TRUE(recorder->take().empty());
 }
 
+TEST_P(Polylines, forget_the_size_of_a_buffer_that_was_killed) {
+    make();
+    draw_quietly();
+    EXPECT_TRUE(renderer->polyline_vb_kill(&polyline));
+    make(5);
+    polyline.vertex_buffer_id = renderer->vertex_buffer_create(480, BUFFER_USAGE_STATIC_DRAW);
+    recorder->clear();
+    EXPECT_TRUE(renderer->polyline_vb_prepare(&polyline));
+    EXPECT_EQ(recorder->count("glBufferData"), 0) << "the host's own stays as it is";
+    finish();
+}
+
 TEST_P(Polylines, are_killed_on_their_own_thread_only) {
     make();
     draw_quietly();
@@ -389,6 +401,15 @@ TEST_F(PolylinesOfClientArrays, with_a_vertex_array_from_before_leave_their_arra
     EXPECT_FALSE(glIsEnabled(GL_VERTEX_ARRAY));
     EXPECT_FALSE(glIsEnabled(GL_COLOR_ARRAY));
     EXPECT_FALSE(glIsEnabled(GL_NORMAL_ARRAY));
+}
+
+TEST_F(PolylinesOfClientArrays, switch_off_arrays_left_by_others_that_are_too_short_for_them) {
+    polyline.has_color = polyline.has_normal = false;
+    expect_short_arrays_switched_off([this](unsigned long count) {
+        make(count);
+        prepare();
+    });
+    finish();
 }
 
 TEST_F(PolylinesOfClientArrays, are_prepared_by_the_form_with_a_name_of_its_own) {

@@ -110,6 +110,21 @@ public:
         EXPECT_TRUE(renderer->vertex_buffer_kill(&mesh));
     }
 
+    /// Lets a mesh of client arrays leave its colours enabled, three of them, and calls
+    /// `prepare_other(n)` for records of n vertices without colours.
+    template<class PrepareOther>
+    void expect_short_arrays_switched_off(PrepareOther prepare_other) {
+        orvex::MeshData mesh;
+        make_triangle(mesh, false);
+        mesh.set_use_generic_vertex_attribs_state(false);
+        draw_quietly(mesh);
+        prepare_other(3ul);
+        EXPECT_TRUE(glIsEnabled(GL_COLOR_ARRAY));
+        prepare_other(4ul);
+        EXPECT_FALSE(glIsEnabled(GL_COLOR_ARRAY));
+        EXPECT_TRUE(renderer->vertex_buffer_kill(&mesh));
+    }
+
     /// Prepares, and forgets the calls.
     bool prepare_quietly(orvex::MeshData& store) {
         const bool ready = renderer->vertex_buffer_prepare(&store);

@@ -271,6 +271,44 @@ TEST_P(VertexPools, are_killed_array_first) {
     EXPECT_EQ(kill(), GlCalls());
 }
 
+TEST_P(VertexPools, forget_the_size_of_a_buffer_that_was_killed) {
+    make(interleaved);
+    draw_quietly();
+    kill();
+    make(interleaved, 5);
+    pool.vertex_buffer_id = renderer->vertex_buffer_create(480, BUFFER_USAGE_STATIC_DRAW);
+    recorder->clear();
+    EXPECT_TRUE(renderer->vertex_pool_render_prepare(&pool));
+    EXPECT_EQ(recorder->count("glBufferData"), 0) << "the host's own stays as it is";
+    finish();
+}
+
+TEST_P(VertexPools, point_into_another_buffer_that_a_host_put_in_the_record) {
+    make(interleaved);
+    draw_quietly();
+    const unsigned int first = pool.vertex_buffer_id;
+    pool.vertex_buffer_id = renderer->vertex_buffer_create(288, BUFFER_USAGE_STATIC_DRAW);
+    recorder->clear();
+    EXPECT_TRUE(renderer->vertex_pool_render_prepare(&pool));
+    EXPECT_EQ(recorder->count("glVertexAttribPointer"), 3);
+    EXPECT_EQ(recorder->count("glBufferData"), 0);
+    finish();
+    EXPECT_TRUE(renderer->vertex_buffer_kill(first));
+}
+
+TEST_P(VertexPools, point_anew_when_their_buffer_had_to_be_made_anew) {
+    make(interleaved);
+    draw_quietly();
+    EXPECT_TRUE(renderer->vertex_buffer_kill(pool.vertex_buffer_id));
+    pool.vertex_buffer_id = 0;
+    pool.gpu_state.vertex_array_vertex_buffer = 0; // as if the driver gave the same name again
+    recorder->clear();
+    EXPECT_TRUE(renderer->vertex_pool_render_prepare(&pool));
+    EXPECT_EQ(recorder->count("glGenBuffers"), 1);
+    EXPECT_EQ(recorder->count("glVertexAttribPointer"), 3);
+    finish();
+}
+
 TEST_P(VertexPools, wait_for_both_kinds_of_reads_after_a_compute_program) {
     renderer->vertex_pool_memory_barriers();
     EXPECT_EQ(recorder->take(), GlCalls({"glMemoryBarrier(0x2001)"}));
@@ -413,6 +451,14 @@ TEST_F(VertexPoolsOfClientArrays, run_all_three_steps) {
     EXPECT_EQ(recorder->count("glDrawArrays"), 1);
     EXPECT_EQ(recorder->count("glEnableClientState"), 2);
     EXPECT_EQ(recorder->count("glDisableClientState"), 2);
+}
+
+TEST_F(VertexPoolsOfClientArrays, switch_off_arrays_left_by_others_that_are_too_short_for_them) {
+    expect_short_arrays_switched_off([this](unsigned long count) {
+        make(interleaved, count);
+        pool.has_color = pool.has_normal = false;
+        draw_quietly();
+    });
 }
 
 TEST_F(VertexPoolsOfClientArrays, leave_no_array_enabled_over_a_storage_buffer_that_is_gone) {
