@@ -193,10 +193,8 @@ bool ParticleSystem::kill_action(Renderer* renderer, int id) {
 
 namespace {
 
-/// How many points can be written. A host can have made the points anew.
+/// How many points can be written: none in records. A host can have made the points anew.
 unsigned long room_in(const VertexPoolData& points) {
-    if (!points.separate_vertex_arrays || !points.has_points())
-        return 0;
     return std::min({points.num_vertices, points.position.num_elements, points.color.num_elements});
 }
 

@@ -175,8 +175,12 @@ TEST_F(MiniSplineTest, starts_anew_after_cleanup) {
     EXPECT_TRUE(spline->_cleanup(&renderer));
     EXPECT_EQ(renderer.count("polyline_vb_kill"), 1);
     EXPECT_EQ(value(1.0f), vec3());
+    renderer.take_calls();
+    spline->render(&renderer, nullptr);
+    EXPECT_EQ(renderer.count("vertex_buffer_map"), 1);
     add_keys();
     EXPECT_EQ(value(1.5f), value_at(1.5f));
+    renderer.take_calls();
     spline->render(&renderer, nullptr);
     EXPECT_EQ(renderer.count("polyline_vb_draw"), 1);
 }

@@ -1,6 +1,7 @@
 #include "geometry/polyline.h"
 
 #include <cstdint>
+#include <limits>
 #include <string>
 #include <thread>
 #include <vector>
@@ -243,6 +244,8 @@ TEST(Polyline, turns_line_offsets_into_vertex_offsets) {
     polyline->set_line_end_offset(-1);
     EXPECT_EQ(polyline->get_line_end_offset(), -1);
     EXPECT_EQ(polyline->get_vertex_end_offset(), -2);
+    polyline->set_line_start_offset(std::numeric_limits<int>::min());
+    EXPECT_EQ(polyline->get_vertex_start_offset(), 0) << "twice that wraps";
 }
 
 TEST(Polyline, writes_whole_lines) {
