@@ -44,7 +44,9 @@ public:
     int get_width() const { return width; }
     /// Height in pixels; 0 before the first create.
     int get_height() const { return height; }
-    /// Samples per pixel; below 1 for a target without multisampling.
+    /// Samples per pixel; below 1 for a target without multisampling. The rectangle and the depth
+    /// forms leave the number of the create before, which `resize`, binding and read-backs go by:
+    /// make them of targets that had no samples.
     int get_samples() const { return samples; }
     /// The API that the target belongs to; 1 for OpenGL.
     ORVEX_API3D get_api3d() const { return api3d; }
@@ -160,7 +162,7 @@ protected:
     int id;                ///< what `get_id` gives
     int width = 0;         ///< pixels, written by a create and by `resize`
     int height = 0;        ///< pixels, as `width`
-    int samples = 0;       ///< samples per pixel, as created
+    int samples = 0;       ///< samples per pixel, of the last create that takes them
     ORVEX_API3D api3d = 0; ///< set by the back end
 };
 

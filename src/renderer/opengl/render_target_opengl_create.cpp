@@ -31,7 +31,6 @@ bool RenderTargetOpenGL::start_over(bool rectangle_textures) {
         return false;
     }
     rectangle = rectangle_textures;
-    samples = 0;
     return true;
 }
 

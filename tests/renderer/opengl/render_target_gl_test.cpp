@@ -138,9 +138,7 @@ TEST_P(RenderTargetTest, can_be_made_again_as_any_kind) {
         return target->create_target_rect(4, 4, PF_RGBA_U8, false, false, true, 0);
     };
     const auto depth_only = [this] { return target->create_target_depth(4, 4, false, false); };
-    EXPECT_TRUE(create(4, 4, 4));
     EXPECT_TRUE(rectangle());
-    EXPECT_EQ(target->get_samples(), 0) << "a rectangle has none";
     Bytes pixels(64);
     target->activate();
     clear(1, 0, 0, 1);
@@ -155,6 +153,20 @@ TEST_P(RenderTargetTest, can_be_made_again_as_any_kind) {
     EXPECT_TRUE(create(4, 4));
     target->kill();
     EXPECT_TRUE(create(4, 4));
+    EXPECT_EQ(errors(), "");
+}
+
+TEST_P(RenderTargetTest, keeps_its_samples_when_made_again_as_a_rectangle_or_of_depth_alone) {
+    Bytes pixels(64);
+    EXPECT_TRUE(create(4, 4, 4));
+    EXPECT_TRUE(target->create_target_rect(4, 4, PF_RGBA_U8, false, false, true, 0));
+    EXPECT_EQ(target->get_samples(), 4);
+    EXPECT_FALSE(target->read_color_pixmap_rgba_u8(pixels.data()));
+    EXPECT_TRUE(target->create_target_depth(4, 4, false, false));
+    EXPECT_EQ(target->get_samples(), 4);
+    EXPECT_TRUE(create(4, 4));
+    EXPECT_EQ(target->get_samples(), 0);
+    EXPECT_TRUE(target->read_color_pixmap_rgba_u8(pixels.data()));
     EXPECT_EQ(errors(), "");
 }
 
@@ -301,14 +313,14 @@ TEST_P(RenderTargetTest, keeps_its_kind_of_texture_through_a_resize) {
     EXPECT_TRUE(target->resize(20, 10));
     EXPECT_EQ(level(GL_TEXTURE_RECTANGLE, color(), GL_TEXTURE_WIDTH), 20);
     EXPECT_EQ(level(GL_TEXTURE_RECTANGLE, color(), GL_TEXTURE_INTERNAL_FORMAT), GL_RGBA32F);
+    EXPECT_TRUE(target->create_target_depth(4, 4, false, false));
+    EXPECT_TRUE(target->resize(20, 10));
+    EXPECT_EQ(level(GL_TEXTURE_2D, depth(), GL_TEXTURE_WIDTH), 20);
     create(4, 4, 4);
     EXPECT_TRUE(target->resize(20, 10));
     EXPECT_EQ(level(GL_TEXTURE_2D_MULTISAMPLE, color(), GL_TEXTURE_WIDTH), 20);
     EXPECT_EQ(level(GL_TEXTURE_2D_MULTISAMPLE, color(), GL_TEXTURE_SAMPLES), 4);
     EXPECT_EQ(level(GL_TEXTURE_2D_MULTISAMPLE, depth(), GL_TEXTURE_HEIGHT), 10);
-    EXPECT_TRUE(target->create_target_depth(4, 4, false, false));
-    EXPECT_TRUE(target->resize(20, 10));
-    EXPECT_EQ(level(GL_TEXTURE_2D, depth(), GL_TEXTURE_WIDTH), 20);
 }
 
 // Limits
