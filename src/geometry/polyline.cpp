@@ -121,10 +121,6 @@ bool Polyline::alloc_vertex_data(unsigned long count) {
     vertex_access::allocate_records(*polyline_data, count, AlignedNew_Vertex);
     polyline_data->num_vertices = count;
     polyline_data->num_lines = count / 2;
-    // A store that was drawn before has a GPU buffer with the vertices before these. Any flag sends
-    // them all.
-    if (polyline_data->vertex_buffer_id != 0)
-        polyline_data->positions_need_update = true;
     return true;
 }
 

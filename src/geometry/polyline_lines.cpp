@@ -63,6 +63,16 @@ void fill_vertices(PolylineData& store, const std::vector<Vertex>& vertices) {
     }
 }
 
+/// A store that was drawn before has a GPU buffer with the lines before these.
+void mark_for_upload(PolylineData& store) {
+    if (store.vertex_buffer_id == 0)
+        return;
+    store.positions_need_update = true;
+    store.normals_need_update = true;
+    store.colors_need_update = true;
+    store.uv0_need_update = true;
+}
+
 } // namespace
 
 bool Polyline::_user_geometry_build() {
@@ -72,6 +82,7 @@ bool Polyline::_user_geometry_build() {
     if (!alloc_vertex_data(user_geometry->vertices.size()))
         return false;
     fill_vertices(*polyline_data, user_geometry->vertices);
+    mark_for_upload(*polyline_data);
     _user_geometry_cleanup();
     return true;
 }

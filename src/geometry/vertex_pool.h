@@ -35,7 +35,8 @@ struct VertexPoolData;
 /// Letting a compute program move the points, with an interleaved pool:
 ///
 /// @code
-/// pool->shader_storage_init(renderer, BUFFER_USAGE_DYNAMIC_DRAW); // uploads the points
+/// pool->shader_storage_init(renderer, BUFFER_USAGE_DYNAMIC_DRAW);
+/// pool->render(renderer, nullptr); // sends the points as the host set them
 /// pool->shader_storage_buffer_bind_base(renderer, 0);
 /// program->run_compute(renderer, groups, 1, 1); // 96 bytes a point, laid out as `Vertex`
 /// pool->apply_memory_barriers(renderer);
@@ -125,7 +126,8 @@ public:
     /// @{
 
     /// Makes the GPU buffer as a shader storage buffer that holds the points, in place of the one
-    /// before. What was written to the points so far needs no other upload.
+    /// before. Points that were set by the pool's operations are sent again by the next draw: draw
+    /// once, or lower `vertices_need_update` of the store, before a program moves them.
     /// @param usage  noted in the store
     /// @return false for a null renderer, for a separate or empty pool, and without storage buffers
     bool shader_storage_init(Renderer* renderer, BUFFER_OBJECT_USAGE usage);

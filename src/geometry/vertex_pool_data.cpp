@@ -43,22 +43,6 @@ VertexPoolData::~VertexPoolData() {
     cleanup();
 }
 
-namespace {
-
-/// A store that was drawn before has a GPU buffer with the points before these.
-void mark_for_upload(VertexPoolData& store) {
-    if (store.vertex_buffer_id == 0)
-        return;
-    if (!store.separate_vertex_arrays) {
-        store.vertices_need_update = true;
-        return;
-    }
-    store.positions_need_update = true;
-    store.colors_need_update = true;
-}
-
-} // namespace
-
 bool VertexPoolData::init(unsigned long count) {
     if (count == 0)
         return false;
@@ -66,7 +50,6 @@ bool VertexPoolData::init(unsigned long count) {
     num_vertices = 0; // where memory runs out there are no points to draw
     make_records(*this, count);
     num_vertices = count;
-    mark_for_upload(*this);
     return true;
 }
 
@@ -81,7 +64,6 @@ bool VertexPoolData::init_v2(unsigned long count, bool separate) {
     else
         make_records(*this, count);
     num_vertices = count;
-    mark_for_upload(*this);
     return true;
 }
 

@@ -54,9 +54,6 @@ bool VertexPool::shader_storage_init(Renderer* renderer, BUFFER_OBJECT_USAGE usa
         return false;
     data->renderer_id = renderer->getid();
     data->gpu_state.vertex_buffer_bytes = record_bytes(*data);
-    // All points went with it. The next draw would send them again, over what a compute program
-    // made of them by then.
-    data->vertices_need_update = false;
     return true;
 }
 

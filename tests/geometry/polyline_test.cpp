@@ -320,17 +320,10 @@ TEST(Polyline, starts_a_new_list_after_a_build) {
     EXPECT_EQ(polyline->add_line(red, red), 0u);
     polyline->get_polyline_data()->vertex_buffer_id = 3;
     EXPECT_TRUE(polyline->_build());
-    EXPECT_EQ(polyline->get_num_vertices(nullptr), 2u);
-    EXPECT_TRUE(polyline->get_polyline_data()->positions_need_update);
-}
-
-TEST(Polyline, marks_new_vertices_for_upload_over_those_drawn_before) {
-    const OwnedPolyline polyline = make_polyline(2);
-    PolylineData& data = *polyline->get_polyline_data();
-    EXPECT_FALSE(data.positions_need_update);
-    data.vertex_buffer_id = 3;
-    EXPECT_TRUE(polyline->alloc_vertex_data(2));
-    EXPECT_TRUE(data.positions_need_update);
+    const PolylineData& data = *polyline->get_polyline_data();
+    EXPECT_EQ(data.num_vertices, 2u);
+    EXPECT_TRUE(data.positions_need_update && data.normals_need_update && data.colors_need_update &&
+                data.uv0_need_update);
 }
 
 TEST(Polyline, drops_a_list_that_was_never_built) {

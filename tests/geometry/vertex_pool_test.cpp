@@ -115,20 +115,6 @@ TEST(VertexPool, replaces_its_points) {
     EXPECT_EQ(pool->get_vertex_color(4), white);
 }
 
-TEST(VertexPool, marks_new_points_for_upload_over_those_drawn_before) {
-    for (const bool separate : {false, true}) {
-        const OwnedPool pool = make_pool(2, separate);
-        VertexPoolData& data = *pool->get_vertex_pool_data();
-        EXPECT_FALSE(data.vertices_need_update || data.positions_need_update ||
-                     data.colors_need_update);
-        data.vertex_buffer_id = 3;
-        EXPECT_TRUE(pool->init_pool(2, separate));
-        EXPECT_EQ(data.vertices_need_update, !separate);
-        EXPECT_EQ(data.positions_need_update, separate);
-        EXPECT_EQ(data.colors_need_update, separate);
-    }
-}
-
 TEST(VertexPool, throws_when_memory_runs_out_and_reads_as_empty) {
     for (const bool separate : {false, true}) {
         const OwnedPool pool = make_pool(2, separate);
@@ -365,7 +351,7 @@ TEST_F(VertexPoolRendering, becomes_a_shader_storage_buffer) {
     pool->set_vertex_position(1, red);
     EXPECT_TRUE(pool->shader_storage_init(&renderer, BUFFER_USAGE_DYNAMIC_DRAW));
     EXPECT_EQ(renderer.take_calls().front(), "shader_storage_buffer_create(288, 3, points)");
-    EXPECT_FALSE(store().vertices_need_update) << "the points went with it";
+    EXPECT_TRUE(store().vertices_need_update) << "the next draw sends them again";
     EXPECT_EQ(store().vertex_buffer_id, 9u);
     EXPECT_EQ(store().buffer_usage, BUFFER_USAGE_DYNAMIC_DRAW);
     EXPECT_EQ(pool->get_renderer_id(), renderer.getid());

@@ -197,6 +197,7 @@ TEST_P(PointsInPrograms, show_what_a_compute_program_moved) {
     pool->init_pool(2, false);
     set_ends(*pool);
     ASSERT_TRUE(pool->shader_storage_init(&renderer, BUFFER_USAGE_DYNAMIC_DRAW));
+    pool->get_vertex_pool_data()->vertices_need_update = false;
     GpuProgram* const mover = new GpuProgram;
     ASSERT_TRUE(mover->load_from_memory(&renderer, mover_text, std::strlen(mover_text)));
     ASSERT_TRUE(mover->bind(&renderer));
