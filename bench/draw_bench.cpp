@@ -14,10 +14,7 @@
 #include <chrono>
 #include <cmath>
 #include <cstddef>
-#include <cstdio>
-#include <cstdlib>
 #include <ctime>
-#include <memory>
 #include <string>
 #include <vector>
 
@@ -25,13 +22,14 @@
 #include <malloc.h>
 
 #include "assets/material.h"
+#include "core_context.h"
 #include "geometry/mesh.h"
 #include "geometry/mesh_data.h"
 #include "gpu/gpu_program.h"
 #include "gpu/gpu_program_data.h"
 #include "math/mat4.h"
+#include "owned.h"
 #include "renderer/opengl/renderer_opengl.h"
-#include "renderer/render_window.h"
 
 namespace {
 
@@ -60,13 +58,6 @@ void main() {
 }
 )";
 
-struct ReleaseNode {
-    void operator()(Node* node) const { node->release(nullptr, nullptr); }
-};
-
-template<class T>
-using Owned = std::unique_ptr<T, ReleaseNode>;
-
 /// A core context off screen, with the renderer on it and a program in use by nobody yet.
 class Stage {
 public:
@@ -75,17 +66,7 @@ public:
         // depends on what lies at the top of the heap, so none of the rows does.
         mallopt(M_TRIM_THRESHOLD, 1 << 30);
         mallopt(M_MMAP_THRESHOLD, 1 << 30);
-        renderer.initialize();
-        RenderWindow* const window = renderer.create_render_window();
-        RenderWindow_ExtraData request;
-        request.gl_major = 3;
-        request.gl_minor = 2;
-        request.core_profile = true;
-        if (!window->initialize(nullptr, nullptr, width, height, nullptr, nullptr, &request)) {
-            std::fprintf(stderr, "there is no OpenGL 3.2 core context to be had\n");
-            std::exit(1);
-        }
-        renderer.start();
+        start_on_core_context(renderer, width, height);
         program->add_ref();
         program->load_from_memory(&renderer, shader_text,
                                   std::char_traits<char>::length(shader_text));

@@ -7,20 +7,19 @@
 ///
 /// LP_NO_RAST=1 graph_bench --benchmark_min_time=2
 
-#include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <memory>
 #include <new>
 
 #include <benchmark/benchmark.h>
 
+#include "core_context.h"
 #include "geometry/curve.h"
 #include "gpu/gpu_program.h"
 #include "math/vec4.h"
 #include "overlays/graph2d.h"
+#include "owned.h"
 #include "renderer/opengl/renderer_opengl.h"
-#include "renderer/render_window.h"
 
 namespace {
 
@@ -61,10 +60,6 @@ out vec4 pixel;
 void main() { pixel = vec4(1.0); }
 )";
 
-struct ReleaseNode {
-    void operator()(Node* node) const { node->release(nullptr, nullptr); }
-};
-
 /// A graph with one curve and a history.
 class Chart {
 public:
@@ -85,24 +80,14 @@ public:
         graph->sync_curve_scalars(0);
     }
 
-    std::unique_ptr<Graph2d, ReleaseNode> graph{new Graph2d};
+    Owned<Graph2d> graph{new Graph2d};
 };
 
 /// A core context off screen with a program for lines.
 class Stage {
 public:
     Stage() {
-        renderer.initialize();
-        RenderWindow* const window = renderer.create_render_window();
-        RenderWindow_ExtraData request;
-        request.gl_major = 3;
-        request.gl_minor = 2;
-        request.core_profile = true;
-        if (!window->initialize(nullptr, nullptr, 256, 256, nullptr, nullptr, &request)) {
-            std::fprintf(stderr, "there is no OpenGL 3.2 core context to be had\n");
-            std::exit(1);
-        }
-        renderer.start();
+        start_on_core_context(renderer, 256, 256);
         program->load_from_memory(&renderer, program_text, std::strlen(program_text));
         program->bind(&renderer);
     }
@@ -113,7 +98,7 @@ public:
     Stage& operator=(const Stage&) = delete;
 
     RendererOpenGL renderer;
-    std::unique_ptr<GpuProgram, ReleaseNode> program{new GpuProgram};
+    Owned<GpuProgram> program{new GpuProgram};
 };
 
 template<class Frame>

@@ -20,7 +20,6 @@
 #include <algorithm>
 #include <chrono>
 #include <limits>
-#include <memory>
 #include <vector>
 
 #include <benchmark/benchmark.h>
@@ -29,6 +28,7 @@
 #include "geometry/particle_emitter.h"
 #include "geometry/particle_pool.h"
 #include "geometry/particle_system.h"
+#include "owned.h"
 
 namespace {
 
@@ -37,11 +37,7 @@ using namespace orvex;
 constexpr float dt = 1e-6f; ///< so short that nothing dies
 constexpr float lifetime = 1e3f;
 
-struct ReleaseNode {
-    void operator()(Node* node) const { node->release(nullptr, nullptr); }
-};
-
-using System = std::unique_ptr<ParticleSystem, ReleaseNode>;
+using System = Owned<ParticleSystem>;
 
 System make_system(unsigned long count) {
     System system(new ParticleSystem);

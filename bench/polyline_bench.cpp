@@ -9,16 +9,14 @@
 /// LP_NO_RAST=1 polyline_bench --benchmark_min_time=5
 
 #include <chrono>
-#include <cstdio>
-#include <cstdlib>
-#include <memory>
 
 #include <benchmark/benchmark.h>
 
+#include "core_context.h"
 #include "geometry/polyline.h"
 #include "geometry/polyline_data.h"
+#include "owned.h"
 #include "renderer/opengl/renderer_opengl.h"
-#include "renderer/render_window.h"
 
 namespace {
 
@@ -27,25 +25,11 @@ using namespace orvex;
 constexpr unsigned long num_vertices = 1'000'000;
 constexpr unsigned long num_bytes = num_vertices * sizeof(Vertex);
 
-struct ReleaseNode {
-    void operator()(Node* node) const { node->release(nullptr, nullptr); }
-};
-
 /// A core context off screen with a polyline that was sent once, and a buffer of the same size.
 class Stage {
 public:
     Stage() {
-        renderer.initialize();
-        RenderWindow* const window = renderer.create_render_window();
-        RenderWindow_ExtraData request;
-        request.gl_major = 3;
-        request.gl_minor = 2;
-        request.core_profile = true;
-        if (!window->initialize(nullptr, nullptr, 64, 64, nullptr, nullptr, &request)) {
-            std::fprintf(stderr, "there is no OpenGL 3.2 core context to be had\n");
-            std::exit(1);
-        }
-        renderer.start();
+        start_on_core_context(renderer, 64, 64);
         polyline->initialize(num_vertices, LINE_RENDER_MODE_LINE_STRIP);
         for (unsigned long i = 0; i < num_vertices; ++i)
             polyline->set_vertex_position(i, static_cast<float>(i), 0.0f, 0.0f);
@@ -67,7 +51,7 @@ public:
     PolylineData& data() { return *polyline->get_polyline_data(); }
 
     RendererOpenGL renderer;
-    std::unique_ptr<Polyline, ReleaseNode> polyline{new Polyline};
+    Owned<Polyline> polyline{new Polyline};
     GLuint bare = 0;
 };
 

@@ -9,7 +9,6 @@
 
 #include <array>
 #include <chrono>
-#include <memory>
 
 #include <benchmark/benchmark.h>
 
@@ -17,6 +16,7 @@
 #include "geometry/mesh_sphere.h"
 #include "geometry/plain_ray_cast.h"
 #include "geometry/ray_caster.h"
+#include "owned.h"
 
 namespace {
 
@@ -24,12 +24,8 @@ using namespace orvex;
 
 constexpr int num_rays = 64;
 
-struct ReleaseNode {
-    void operator()(Node* node) const { node->release(nullptr, nullptr); }
-};
-
 /// A ball of 100,000 triangles, turned, stretched and moved.
-std::unique_ptr<Mesh, ReleaseNode> make_ball(VERTEX_FORMAT format, bool separate) {
+Owned<Mesh> make_ball(VERTEX_FORMAT format, bool separate) {
     auto* const ball = new MeshSphere(format);
     ball->set_vertex_alloc_params(separate, 0);
     ball->set_build_params(4.0f, 250, 200);
@@ -37,7 +33,7 @@ std::unique_ptr<Mesh, ReleaseNode> make_ball(VERTEX_FORMAT format, bool separate
     ball->set_position(1.0f, 2.0f, -3.0f);
     ball->set_orientation_euler_xyz(20.0f, 40.0f, 60.0f);
     ball->set_scale(1.2f, 0.8f, 1.0f);
-    return std::unique_ptr<Mesh, ReleaseNode>(ball);
+    return Owned<Mesh>(ball);
 }
 
 /// Rays from one eye over the ball and past its edges.
