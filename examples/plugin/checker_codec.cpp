@@ -9,8 +9,8 @@
 #include <sstream>
 #include <string>
 
-#include <orvex/assets/image.h>
-#include <orvex/kernel/image_codec.h>
+#include <orvex/base/image_codec.h>
+#include <orvex/renderer/records/image.h>
 
 namespace {
 

@@ -7,15 +7,15 @@
 #include <cstdio>
 #include <string>
 
-#include <orvex/assets/material.h>
-#include <orvex/assets/material_mgr.h>
-#include <orvex/assets/texture.h>
-#include <orvex/assets/texture_mgr.h>
+#include <orvex/assets/materials/material.h>
+#include <orvex/assets/materials/material_mgr.h>
+#include <orvex/assets/textures/texture.h>
+#include <orvex/assets/textures/texture_mgr.h>
+#include <orvex/base/image_codec.h>
+#include <orvex/geometry/mesh/model.h>
 #include <orvex/kernel/aux.h>
 #include <orvex/kernel/core.h>
-#include <orvex/kernel/image_codec.h>
 #include <orvex/kernel/kernel.h>
-#include <orvex/scene/model.h>
 
 namespace {
 

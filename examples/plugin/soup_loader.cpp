@@ -7,13 +7,13 @@
 #include <string>
 #include <vector>
 
-#include <orvex/assets/material.h>
-#include <orvex/assets/material_mgr.h>
-#include <orvex/assets/texture_mgr.h>
-#include <orvex/geometry/mesh.h>
-#include <orvex/kernel/loader_3d.h>
+#include <orvex/assets/materials/material.h>
+#include <orvex/assets/materials/material_mgr.h>
+#include <orvex/assets/textures/texture_mgr.h>
+#include <orvex/base/loader_3d.h>
+#include <orvex/geometry/mesh/mesh.h>
+#include <orvex/geometry/mesh/model.h>
 #include <orvex/math/vec4.h>
-#include <orvex/scene/model.h>
 
 namespace {
 

@@ -20,11 +20,11 @@ def foreign_includes(text, headers):
 
 
 def check(header, compiler, folder, headers):
-    with open(f"{folder}/orvex/{header}", encoding="utf-8") as file:
+    with open(f"{folder}/{header}", encoding="utf-8") as file:
         mistakes = [f"{header}: foreign include {line}"
                     for line in foreign_includes(file.read(), headers)]
-    result = subprocess.run([compiler, *FLAGS, f"-I{folder}", f"-I{folder}/orvex", "-"], text=True,
-                            input=f"#include <orvex/{header}>\n", capture_output=True, check=False)
+    result = subprocess.run([compiler, *FLAGS, f"-I{folder}", "-"], text=True,
+                            input=f"#include <{header}>\n", capture_output=True, check=False)
     if result.returncode != 0 or result.stderr:
         mistakes.append(f"{header} doesn't compile alone:\n{result.stderr}")
     return mistakes

@@ -1,9 +1,9 @@
 # The umbrella header names every public header, and nothing else.
 
-file(STRINGS "${SOURCE_DIR}/orvex.h" lines REGEX "^#include \"")
+file(STRINGS "${SOURCE_DIR}/orvex/orvex.h" lines REGEX "^#include \"")
 list(TRANSFORM lines REPLACE "^#include \"(.*)\"$" "\\1")
 string(REPLACE "," ";" wanted "${HEADERS}")
-list(REMOVE_ITEM wanted orvex.h)
+list(REMOVE_ITEM wanted orvex/orvex.h)
 list(SORT lines)
 list(SORT wanted)
 set(missing ${wanted})

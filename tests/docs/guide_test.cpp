@@ -4,7 +4,7 @@
 
 #include <gtest/gtest.h>
 
-#include "examples/example_picture.h"
+#include "tests/examples/example_picture.h"
 
 namespace {
 

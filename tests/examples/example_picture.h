@@ -8,9 +8,9 @@
 
 #include <gtest/gtest.h>
 
-#include "support/command.h"
-#include "support/picture.h"
-#include "support/temp_dir.h"
+#include "tests/support/command.h"
+#include "tests/support/picture.h"
+#include "tests/support/temp_dir.h"
 
 namespace orvex_test {
 

@@ -20,9 +20,9 @@
 
 #include "model_scene.h"
 #include "shader.h"
-#include "support/gl_context.h"
-#include "support/picture.h"
-#include "support/x_window.h"
+#include "tests/support/gl_context.h"
+#include "tests/support/picture.h"
+#include "tests/support/x_window.h"
 
 namespace {
 

@@ -1,7 +1,7 @@
 // Runs the example of overlays on both paths and looks at what it writes. Raster text shows on one
 // of them only, so that they have a picture each.
 
-#include "examples/example_picture.h"
+#include "example_picture.h"
 
 namespace {
 

@@ -7,9 +7,9 @@
 #include <gtest/gtest.h>
 
 #include "gallery.h"
-#include "support/gl_context.h"
-#include "support/picture.h"
-#include "support/temp_dir.h"
+#include "tests/support/gl_context.h"
+#include "tests/support/picture.h"
+#include "tests/support/temp_dir.h"
 
 namespace {
 

@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "examples/example_picture.h"
+#include "example_picture.h"
 
 namespace {
 

@@ -17,10 +17,10 @@
 
 #include "model_stage.h"
 #include "orbit.h"
-#include "support/gl_context.h"
-#include "support/picture.h"
-#include "support/temp_dir.h"
-#include "support/x_server.h"
+#include "tests/support/gl_context.h"
+#include "tests/support/picture.h"
+#include "tests/support/temp_dir.h"
+#include "tests/support/x_server.h"
 #include "window_program.h"
 
 namespace {

@@ -12,7 +12,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include "support/x_window.h"
+#include "tests/support/x_window.h"
 
 namespace orvex_test {
 

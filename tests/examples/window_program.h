@@ -10,7 +10,7 @@
 
 #include <sys/types.h>
 
-#include "support/picture.h"
+#include "tests/support/picture.h"
 
 namespace orvex_test {
 

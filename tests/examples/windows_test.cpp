@@ -13,9 +13,9 @@
 #include <orvex/renderer/render_window.h>
 
 #include "model_stage.h"
-#include "support/gl_context.h"
-#include "support/picture.h"
-#include "support/x_server.h"
+#include "tests/support/gl_context.h"
+#include "tests/support/picture.h"
+#include "tests/support/x_server.h"
 #include "window_program.h"
 
 namespace {

@@ -1,4 +1,4 @@
-#include "support/fake_gl.h"
+#include "fake_gl.h"
 
 #include <GL/gl.h>
 #include <GL/glext.h>

@@ -1,4 +1,4 @@
-#include "support/fake_renderer.h"
+#include "fake_renderer.h"
 
 #include <algorithm>
 

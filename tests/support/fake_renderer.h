@@ -8,9 +8,9 @@
 #include <string>
 #include <vector>
 
-#include "math/mat4.h"
-#include "math/vec4.h"
-#include "renderer/renderer.h"
+#include "orvex/math/mat4.h"
+#include "orvex/math/vec4.h"
+#include "orvex/renderer/renderer.h"
 
 namespace orvex_test {
 

@@ -1,4 +1,4 @@
-#include "support/fake_window_platform.h"
+#include "fake_window_platform.h"
 
 #include <cstdint>
 #include <cstring>

@@ -1,4 +1,4 @@
-#include "support/gl_call_text.h"
+#include "gl_call_text.h"
 
 #include <cctype>
 #include <cstdint>

@@ -1,4 +1,4 @@
-#include "support/gl_context.h"
+#include "gl_context.h"
 
 #include <string>
 

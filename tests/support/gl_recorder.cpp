@@ -1,4 +1,4 @@
-#include "support/gl_recorder.h"
+#include "gl_recorder.h"
 
 #include <algorithm>
 #include <mutex>
@@ -7,10 +7,10 @@
 
 #include <dlfcn.h>
 
-#include "renderer/opengl/gl_debug.h"
-#include "renderer/opengl/gl_functions.h"
-#include "support/gl_call_text.h"
-#include "support/gl_static_functions.h"
+#include "gl_call_text.h"
+#include "gl_static_functions.h"
+#include "orvex/renderer/opengl/gl/private/gl_debug.h"
+#include "orvex/renderer/opengl/gl/private/gl_functions.h"
 
 namespace orvex_test {
 

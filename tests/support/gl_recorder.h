@@ -30,7 +30,7 @@
 #include <string>
 #include <vector>
 
-#include "renderer/opengl/window_platform.h"
+#include "orvex/renderer/opengl/window/private/window_platform.h"
 
 namespace orvex_test {
 

@@ -1,11 +1,11 @@
-#include "support/gl_recorder.h"
+#include "gl_recorder.h"
 
 #include <GL/gl.h>
 #include <gtest/gtest.h>
 
-#include "renderer/opengl/gl_functions.h"
-#include "support/gl_call_text.h"
-#include "support/gl_context.h"
+#include "gl_call_text.h"
+#include "gl_context.h"
+#include "orvex/renderer/opengl/gl/private/gl_functions.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "support/heap.h"
+#include "heap.h"
 
 #include <array>
 #include <cstdint>

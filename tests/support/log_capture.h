@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-#include "kernel/log_mgr.h"
+#include "orvex/base/log_mgr.h"
 
 namespace orvex::test {
 

@@ -1,4 +1,4 @@
-#include "support/picture.h"
+#include "picture.h"
 
 #include <algorithm>
 #include <array>

@@ -7,7 +7,7 @@
 
 #include <zlib.h>
 
-#include "support/picture.h"
+#include "picture.h"
 
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Wunused-function"

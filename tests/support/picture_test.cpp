@@ -1,12 +1,12 @@
-#include "support/picture.h"
+#include "picture.h"
 
 #include <cstdlib>
 #include <filesystem>
 
 #include <GL/gl.h>
 
-#include "support/gl_context.h"
-#include "support/temp_dir.h"
+#include "gl_context.h"
+#include "temp_dir.h"
 
 namespace {
 

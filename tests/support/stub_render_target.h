@@ -1,6 +1,6 @@
 #pragma once
 
-#include "renderer/render_target.h"
+#include "orvex/renderer/render_target.h"
 
 namespace orvex_test {
 

@@ -1,4 +1,4 @@
-#include "support/wayland_server.h"
+#include "wayland_server.h"
 
 #include <array>
 #include <csignal>

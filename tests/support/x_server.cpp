@@ -1,4 +1,4 @@
-#include "support/x_server.h"
+#include "x_server.h"
 
 #include <csignal>
 #include <cstdlib>

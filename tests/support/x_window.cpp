@@ -1,9 +1,9 @@
-#include "support/x_window.h"
+#include "x_window.h"
 
 #include <X11/Xlib.h>
 #include <X11/Xutil.h>
 
-#include "support/x_server.h"
+#include "x_server.h"
 
 namespace orvex_test {
 

@@ -3,7 +3,7 @@
 /// @file
 /// Windows on the test's own X server, and what they show.
 
-#include "support/picture.h"
+#include "picture.h"
 
 struct _XDisplay;
 

@@ -6,7 +6,7 @@
 
 #include <sys/stat.h>
 
-#include "support/temp_dir.h"
+#include "tests/support/temp_dir.h"
 
 namespace {
 

@@ -7,8 +7,8 @@
 
 #include "options.h"
 #include "program_run.h"
-#include "support/command.h"
-#include "support/temp_dir.h"
+#include "tests/support/command.h"
+#include "tests/support/temp_dir.h"
 
 namespace {
 

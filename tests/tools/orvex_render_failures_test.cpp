@@ -5,7 +5,7 @@
 #include <gtest/gtest.h>
 
 #include "program_run.h"
-#include "support/temp_dir.h"
+#include "tests/support/temp_dir.h"
 
 namespace {
 

@@ -5,8 +5,8 @@
 #include <gtest/gtest.h>
 
 #include "program_run.h"
-#include "support/picture.h"
-#include "support/temp_dir.h"
+#include "tests/support/picture.h"
+#include "tests/support/temp_dir.h"
 
 namespace {
 

@@ -4,17 +4,17 @@
 #include <cmath>
 #include <limits>
 
-#include <orvex/assets/material.h>
-#include <orvex/assets/material_mgr.h>
-#include <orvex/assets/texture.h>
-#include <orvex/assets/texture_mgr.h>
-#include <orvex/geometry/mesh.h>
-#include <orvex/geometry/mesh_data.h>
+#include <orvex/assets/materials/material.h>
+#include <orvex/assets/materials/material_mgr.h>
+#include <orvex/assets/textures/texture.h>
+#include <orvex/assets/textures/texture_mgr.h>
+#include <orvex/geometry/mesh/mesh.h>
+#include <orvex/geometry/mesh/model.h>
 #include <orvex/gpu/gpu_program.h>
 #include <orvex/kernel/aux.h>
 #include <orvex/math/mat4.h>
+#include <orvex/renderer/records/mesh_data.h>
 #include <orvex/renderer/renderer.h>
-#include <orvex/scene/model.h>
 
 #include "files.h"
 

@@ -4,7 +4,7 @@
 #include <cstdio>
 #include <memory>
 
-#include <orvex/assets/texture_mgr.h>
+#include <orvex/assets/textures/texture_mgr.h>
 #include <orvex/kernel/core.h>
 #include <orvex/renderer/render_window.h>
 #include <orvex/renderer/renderer.h>

@@ -3,9 +3,9 @@
 #include <cstdarg>
 #include <cstdio>
 
-#include <orvex/assets/material.h>
-#include <orvex/assets/texture.h>
-#include <orvex/geometry/mesh.h>
+#include <orvex/assets/materials/material.h>
+#include <orvex/assets/textures/texture.h>
+#include <orvex/geometry/mesh/mesh.h>
 #include <orvex/renderer/render_window.h>
 #include <orvex/renderer/renderer.h>
 

@@ -2,11 +2,11 @@
 
 #include <algorithm>
 
+#include <orvex/base/log.h>
 #include <orvex/gpu/gpu_program.h>
 #include <orvex/gpu/gpu_program_mgr.h>
 #include <orvex/kernel/core.h>
 #include <orvex/kernel/kernel.h>
-#include <orvex/kernel/log.h>
 #include <orvex/renderer/render_target.h>
 #include <orvex/renderer/render_window.h>
 #include <orvex/renderer/renderer.h>

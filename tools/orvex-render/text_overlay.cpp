@@ -4,7 +4,7 @@
 #include <fstream>
 #include <iterator>
 
-#include <orvex/assets/texture.h>
+#include <orvex/assets/textures/texture.h>
 #include <orvex/gpu/gpu_program.h>
 #include <orvex/math/vec4.h>
 #include <orvex/overlays/font.h>

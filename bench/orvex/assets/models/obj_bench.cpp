@@ -1,0 +1,173 @@
+// Loading OBJ text. The peer reads the same file into its own arrays and, like the engine, shares
+// no vertices between corners. Both read from a file that the page cache holds.
+
+#include <cmath>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <string>
+
+#include <benchmark/benchmark.h>
+
+#include "orvex/assets/materials/material_mgr.h"
+#include "orvex/assets/models/obj/loader_3d_obj.h"
+#include "orvex/assets/models/obj/private/obj_reader.h"
+#include "orvex/geometry/mesh/model.h"
+
+#ifdef ORVEX_BENCH_TINYOBJLOADER
+#include <tiny_obj_loader.h>
+#endif
+
+namespace {
+
+using namespace orvex;
+
+/// A folder of models, written when the first benchmark asks and removed at the end.
+class Models {
+public:
+    Models() {
+        char name[] = "/tmp/orvex_bench_XXXXXX";
+        folder_ = std::string(mkdtemp(name)) + "/";
+        write_quads(folder_ + "quads.obj");
+        write_triangles(folder_ + "triangles.obj");
+    }
+    ~Models() { std::filesystem::remove_all(folder_); }
+
+    std::string folder() const { return folder_; }
+
+private:
+    static constexpr int GRID = 317; ///< 316 by 316 quads are just short of 200,000 triangles
+
+    static void write_point(std::FILE* file, int x, int y) {
+        const double height = std::sin(x * 0.05) * std::cos(y * 0.07);
+        std::fprintf(file, "v %.6f %.6f %.6f\n", x * 0.01, height, y * 0.01);
+    }
+
+    void write_library() const {
+        std::ofstream library(folder_ + "quads.mtl");
+        for (int i = 0; i < 8; ++i)
+            library << "newmtl paint" << i << "\nKd 0." << i << " 0.5 0.5\n";
+    }
+
+    /// 200,000 triangles as quads of "a/b/c", in 8 groups and 8 materials.
+    void write_quads(const std::string& path) const {
+        write_library();
+        std::FILE* file = std::fopen(path.c_str(), "w");
+        std::fprintf(file, "mtllib quads.mtl\n");
+        for (int y = 0; y < GRID; ++y) {
+            for (int x = 0; x < GRID; ++x)
+                write_point(file, x, y);
+        }
+        for (int y = 0; y < GRID; ++y) {
+            for (int x = 0; x < GRID; ++x)
+                std::fprintf(file, "vt %.5f %.5f\n", x / 316.0, y / 316.0);
+        }
+        for (int i = 0; i < 1000; ++i)
+            std::fprintf(file, "vn %.5f %.5f %.5f\n", std::sin(i * 0.01), std::cos(i * 0.01), 0.25);
+        int quad = 0;
+        for (int y = 0; y + 1 < GRID; ++y) {
+            for (int x = 0; x + 1 < GRID; ++x, ++quad) {
+                if (quad % 12500 == 0)
+                    std::fprintf(file, "g part%d\nusemtl paint%d\n", quad / 12500, quad / 12500);
+                const int a = y * GRID + x + 1;
+                const int corners[4] = {a, a + 1, a + GRID + 1, a + GRID};
+                std::fprintf(file, "f");
+                for (const int corner : corners)
+                    std::fprintf(file, " %d/%d/%d", corner, corner, corner % 1000 + 1);
+                std::fprintf(file, "\n");
+            }
+        }
+        std::fclose(file);
+    }
+
+    /// 1,000,000 triangles as "a//c".
+    static void write_triangles(const std::string& path) {
+        constexpr int WIDTH = 708;
+        std::FILE* file = std::fopen(path.c_str(), "w");
+        for (int y = 0; y < WIDTH; ++y) {
+            for (int x = 0; x < WIDTH; ++x)
+                write_point(file, x, y);
+        }
+        for (int i = 0; i < WIDTH * WIDTH; ++i)
+            std::fprintf(file, "vn %.4f %.4f %.4f\n", std::sin(i * 0.01), std::cos(i * 0.01), 0.25);
+        for (int y = 0; y + 1 < WIDTH; ++y) {
+            for (int x = 0; x + 1 < WIDTH; ++x) {
+                const int a = y * WIDTH + x + 1;
+                const int b = a + WIDTH;
+                std::fprintf(file, "f %d//%d %d//%d %d//%d\n", a, a, a + 1, a + 1, b, b);
+                std::fprintf(file, "f %d//%d %d//%d %d//%d\n", a + 1, a + 1, b + 1, b + 1, b, b);
+            }
+        }
+        std::fclose(file);
+    }
+
+    std::string folder_;
+};
+
+const Models& models() {
+    static const Models files;
+    return files;
+}
+
+void count_bytes(benchmark::State& state, const std::string& path) {
+    state.SetBytesProcessed(state.iterations() *
+                            static_cast<std::int64_t>(std::filesystem::file_size(path)));
+}
+
+void load_with_engine(benchmark::State& state, const char* name) {
+    const std::string folder = models().folder();
+    Loader3D_OBJ loader;
+    loader.set_model_dir(folder.c_str());
+    for (auto _ : state) {
+        Model* model = new Model;
+        if (!loader.load_from_file(model, name))
+            state.SkipWithError("not loaded");
+        state.PauseTiming();
+        model->kill(nullptr, nullptr);
+        MaterialMgr::get()->release_all_resources(nullptr, nullptr);
+        state.ResumeTiming();
+    }
+    count_bytes(state, folder + name);
+}
+BENCHMARK_CAPTURE(load_with_engine, quads, "quads.obj")->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(load_with_engine, triangles, "triangles.obj")->Unit(benchmark::kMillisecond);
+
+/// The reading alone, without the meshes.
+void read_with_engine(benchmark::State& state, const char* name) {
+    const std::string folder = models().folder();
+    for (auto _ : state)
+        benchmark::DoNotOptimize(read_obj_file((folder + name).c_str(), folder));
+    count_bytes(state, folder + name);
+}
+BENCHMARK_CAPTURE(read_with_engine, quads, "quads.obj")->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(read_with_engine, triangles, "triangles.obj")->Unit(benchmark::kMillisecond);
+
+#ifdef ORVEX_BENCH_TINYOBJLOADER
+void load_with_tinyobjloader(benchmark::State& state, const char* name) {
+    const std::string folder = models().folder();
+    for (auto _ : state) {
+        tinyobj::attrib_t attributes;
+        std::vector<tinyobj::shape_t> shapes;
+        std::vector<tinyobj::material_t> materials;
+        std::string warning;
+        std::string error;
+        if (!tinyobj::LoadObj(&attributes, &shapes, &materials, &warning, &error,
+                              (folder + name).c_str(), folder.c_str()))
+            state.SkipWithError("not loaded");
+        benchmark::DoNotOptimize(attributes.vertices.data());
+        state.PauseTiming();
+        shapes.clear();
+        attributes = {};
+        state.ResumeTiming();
+    }
+    count_bytes(state, folder + name);
+}
+BENCHMARK_CAPTURE(load_with_tinyobjloader, quads, "quads.obj")->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(load_with_tinyobjloader, triangles, "triangles.obj")
+    ->Unit(benchmark::kMillisecond);
+#endif
+
+} // namespace
+
+BENCHMARK_MAIN();

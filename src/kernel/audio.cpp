@@ -1,8 +1,0 @@
-#include "kernel/audio.h"
-
-namespace orvex {
-
-Audio::Audio() = default;
-Audio::~Audio() = default;
-
-} // namespace orvex

@@ -1,8 +1,0 @@
-#include "kernel/gpu_monitor.h"
-
-namespace orvex {
-
-GpuMonitor::GpuMonitor() = default;
-GpuMonitor::~GpuMonitor() = default;
-
-} // namespace orvex

@@ -1,8 +1,0 @@
-#include "kernel/image_codec.h"
-
-namespace orvex {
-
-ImageCodec::ImageCodec() = default;
-ImageCodec::~ImageCodec() = default;
-
-} // namespace orvex

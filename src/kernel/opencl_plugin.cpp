@@ -1,8 +1,0 @@
-#include "kernel/opencl_plugin.h"
-
-namespace orvex {
-
-OpenCLPlugin::OpenCLPlugin() = default;
-OpenCLPlugin::~OpenCLPlugin() = default;
-
-} // namespace orvex

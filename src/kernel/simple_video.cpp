@@ -1,8 +1,0 @@
-#include "kernel/simple_video.h"
-
-namespace orvex {
-
-SimpleVideo::SimpleVideo() = default;
-SimpleVideo::~SimpleVideo() = default;
-
-} // namespace orvex

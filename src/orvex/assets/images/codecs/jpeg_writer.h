@@ -1,0 +1,27 @@
+#pragma once
+
+#include "orvex/api.h"
+
+namespace orvex {
+
+/// Writes 8-bit pixels as a baseline JPEG file with a JFIF header, Huffman coding and no chroma
+/// subsampling. The same pixels and quality give the same bytes on every machine.
+///
+/// May run on several threads at once, on different files.
+///
+/// @param filename  a path, taken as given; an existing file is replaced
+/// @param data      rows from the top down without padding, `width * height * comp` bytes, of which
+///                  the first three per pixel are red, green and blue
+/// @param width,height  pixels; the format has room for sizes up to 65,535
+/// @param comp      bytes per pixel: 1 for grey, 3, or 4 with a byte that is skipped
+/// @param quality   1 to 100, clamped; 0 means 90
+/// @return false for null, a size of 0, another `comp`, or a file that can't be opened. A failure
+///         on the way through the file is not noticed.
+///
+/// @code
+/// orvex::jo_write_jpg("frame.jpg", pixels, 1920, 1080, 4, 90);
+/// @endcode
+ORVEX_API bool jo_write_jpg(char const* filename, void const* data, int width, int height, int comp,
+                            int quality);
+
+} // namespace orvex

@@ -1,0 +1,267 @@
+#include "orvex/assets/materials/material.h"
+
+#include <algorithm>
+#include <string>
+#include <vector>
+
+#include "orvex/assets/textures/texture.h"
+#include "orvex/assets/textures/texture_mgr.h"
+#include "orvex/base/log_mgr.h"
+#include "orvex/gpu/gpu_program.h"
+#include "orvex/math/vec4.h"
+#include "orvex/renderer/renderer.h"
+#include "orvex/scene/private/node_handle.h"
+
+namespace orvex {
+
+/// What every frame reads stands first.
+struct Material::MaterialData {
+    /// Holds one reference.
+    GpuProgram* gpu_program = nullptr;
+    /// In the order of their units; each holds one reference.
+    std::vector<Texture*> textures;
+    unsigned long texture_unit_offset = 0;
+    bool use_fixed_material_colors = false;
+    /// Files that wait to be loaded.
+    std::vector<std::string> texture_filenames;
+    vec4 ambient = vec4(0.5f, 0.5f, 0.6f, 1.0f);
+    vec4 diffuse = vec4(0.8f, 0.8f, 0.9f, 1.0f);
+    vec4 specular = vec4(0.9f, 0.9f, 0.9f, 1.0f);
+    float shininess = 16.0f;
+    float opacity = 1.0f;
+};
+
+Material::Material()
+    : data_(new MaterialData) {
+    set_type(NODE_TYPE_MATERIAL);
+}
+
+Material::~Material() {
+    delete data_;
+}
+
+bool Material::_cleanup(Renderer* renderer) {
+    set_gpu_program(nullptr);
+    remove_all_textures();
+    async_loading_clear_texture_filenames_list();
+    return Resource::_cleanup(renderer);
+}
+
+void Material::set_gpu_program(GpuProgram* program) {
+    const NodeHandle alive(program);
+    if (data_->gpu_program)
+        data_->gpu_program->release(nullptr, nullptr);
+    // The program that was just released may be the new one, and may have ended.
+    data_->gpu_program = alive.get() ? program : nullptr;
+    if (data_->gpu_program)
+        data_->gpu_program->add_ref();
+}
+
+GpuProgram* Material::get_gpu_program() const {
+    return data_->gpu_program;
+}
+
+// -------------------------------------------------------------------------------- textures
+
+void Material::add_texture(Texture* texture) {
+    if (!texture)
+        return;
+    data_->textures.push_back(texture);
+    texture->add_ref();
+}
+
+bool Material::remove_texture(int id) {
+    std::vector<Texture*>& textures = data_->textures;
+    const auto found = std::find_if(textures.begin(), textures.end(),
+                                    [id](Texture* texture) { return texture->get_id() == id; });
+    if (found == textures.end())
+        return false;
+    Texture* const texture = *found;
+    textures.erase(found);
+    texture->release(nullptr, nullptr);
+    return true;
+}
+
+bool Material::remove_all_textures() {
+    std::vector<Texture*> textures;
+    textures.swap(data_->textures);
+    for (Texture* texture : textures)
+        texture->release(nullptr, nullptr);
+    return true;
+}
+
+unsigned long Material::get_num_textures() const {
+    return data_->textures.size();
+}
+
+Texture* Material::get_texture_by_index(unsigned long index) const {
+    return index < data_->textures.size() ? data_->textures[index] : nullptr;
+}
+
+Texture* Material::get_texture(int id) const {
+    for (Texture* texture : data_->textures)
+        if (texture->get_id() == id)
+            return texture;
+    return nullptr;
+}
+
+void Material::set_texture_unit_offset(unsigned long offset) {
+    data_->texture_unit_offset = offset;
+}
+
+// -------------------------------------------------------------------------------- colours
+
+void Material::set_ambient(float r, float g, float b, float a) {
+    data_->ambient = vec4(r, g, b, a);
+}
+
+void Material::set_ambient(const vec4& color) {
+    data_->ambient = color;
+}
+
+const vec4& Material::get_ambient() const {
+    return data_->ambient;
+}
+
+void Material::set_diffuse(float r, float g, float b, float a) {
+    data_->diffuse = vec4(r, g, b, a);
+}
+
+void Material::set_diffuse(const vec4& color) {
+    data_->diffuse = color;
+}
+
+const vec4& Material::get_diffuse() const {
+    return data_->diffuse;
+}
+
+void Material::set_specular(float r, float g, float b, float a) {
+    data_->specular = vec4(r, g, b, a);
+}
+
+void Material::set_specular(const vec4& color) {
+    data_->specular = color;
+}
+
+const vec4& Material::get_specular() const {
+    return data_->specular;
+}
+
+void Material::set_shininess(float shininess) {
+    data_->shininess = shininess;
+}
+
+float Material::get_shininess() const {
+    return data_->shininess;
+}
+
+void Material::set_opacity(float opacity) {
+    data_->opacity = opacity;
+}
+
+float Material::get_opacity() const {
+    return data_->opacity;
+}
+
+void Material::set_use_fixed_material_colors_state(bool enabled) {
+    data_->use_fixed_material_colors = enabled;
+}
+
+bool Material::get_use_fixed_material_colors_state() const {
+    return data_->use_fixed_material_colors;
+}
+
+// -------------------------------------------------------------------------------- binding
+
+void Material::bind(Renderer* renderer) {
+    bind_gpu_program(renderer);
+    bind_textures(renderer);
+    if (data_->use_fixed_material_colors)
+        fixed_pipeline_bind_colors(renderer);
+}
+
+void Material::bind_gpu_program(Renderer* renderer) {
+    if (data_->gpu_program)
+        data_->gpu_program->bind(renderer);
+}
+
+void Material::bind_textures(Renderer* renderer) {
+    for (unsigned long i = 0; i < data_->textures.size(); ++i)
+        data_->textures[i]->bind(renderer, data_->texture_unit_offset + i);
+}
+
+void Material::fixed_pipeline_bind_colors(Renderer* renderer) {
+    if (renderer)
+        renderer->material_set_colors(data_->ambient, data_->diffuse, data_->specular,
+                                      data_->shininess);
+}
+
+void Material::unbind(Renderer* renderer) {
+    unbind_gpu_program(renderer);
+    unbind_textures(renderer);
+}
+
+void Material::unbind_gpu_program(Renderer* renderer) {
+    if (data_->gpu_program)
+        data_->gpu_program->unbind(renderer);
+}
+
+void Material::unbind_textures(Renderer* renderer) {
+    for (unsigned long i = 0; i < data_->textures.size(); ++i)
+        data_->textures[i]->unbind(renderer, data_->texture_unit_offset + i);
+}
+
+// -------------------------------------------------------------------------------- loading
+
+Texture* Material::load_texture(Renderer* renderer, const char* filename, PIXEL_FORMAT format,
+                                bool) {
+    TextureMgr* const textures = TextureMgr::get();
+    Texture* const texture = textures->create_texture_2d_from_file(filename, false);
+    if (!texture)
+        return nullptr;
+    add_texture(texture);
+    if (format != PF_NONE)
+        texture->update_pixel_format(format);
+    if (renderer)
+        textures->upload_to_renderer(renderer, texture, 0);
+    return texture;
+}
+
+bool Material::async_loading_add_texture_filename(const char* filename) {
+    if (!filename)
+        return false;
+    data_->texture_filenames.emplace_back(filename);
+    return true;
+}
+
+unsigned long Material::async_loading_get_num_texture_filenames() const {
+    return data_->texture_filenames.size();
+}
+
+const char* Material::async_loading_get_texture_filename(unsigned long index) const {
+    const std::vector<std::string>& names = data_->texture_filenames;
+    return index < names.size() ? names[index].c_str() : nullptr;
+}
+
+bool Material::async_loading_clear_texture_filenames_list() {
+    data_->texture_filenames.clear();
+    return true;
+}
+
+bool Material::async_loading_process_all_texture_filenames(Renderer* renderer, const char* prefix,
+                                                           PIXEL_FORMAT format, bool flag) {
+    constexpr const char* operation =
+        "orvex::Material::async_loading_process_all_texture_filenames()";
+    LogMgr* const log = LogMgr::get();
+    for (std::size_t i = 0; i < data_->texture_filenames.size(); ++i) {
+        const std::string path = (prefix ? prefix : "") + data_->texture_filenames[i];
+        log->tracef_debug("%s - loading texture %zu with filename: %s", operation, i, path.c_str());
+        if (load_texture(renderer, path.c_str(), format, flag))
+            log->tracef_debug("%s - texture %zu (%s) loaded ok.", operation, i, path.c_str());
+        else
+            log->tracef_error("%s - texture %zu (%s) NOT loaded.", operation, i, path.c_str());
+    }
+    return async_loading_clear_texture_filenames_list();
+}
+
+} // namespace orvex

@@ -1,0 +1,169 @@
+#include <vector>
+
+#include "orvex/assets/materials/material.h"
+#include "orvex/assets/materials/material_mgr.h"
+#include "orvex/assets/models/3ds/loader_3d_lib3ds.h"
+#include "orvex/assets/models/3ds/private/lib3ds_records.h"
+#include "orvex/geometry/mesh/mesh.h"
+#include "orvex/geometry/mesh/model.h"
+#include "orvex/renderer/records/mesh_data.h"
+
+namespace orvex {
+
+bool Loader3D_Lib3ds::build_model(Model* model) {
+    if (model == nullptr)
+        return false;
+    for (std::uint64_t i = 0; i < lib3ds_data->num_materials; ++i)
+        build_material(&lib3ds_data->materials[i], model);
+    for (const auto& record : lib3ds_data->meshes) {
+        if (build_mesh(record.get(), model))
+            model->add_child(record->mesh);
+    }
+    return true;
+}
+
+// --- Materials -------------------------------------------------------------------------------
+
+namespace {
+
+vec4 opaque(const Lib3dsFloat4& color) {
+    return vec4(color[0], color[1], color[2], 1.0f);
+}
+
+Material* create_material(const orvexLib3dsMaterial& record) {
+    Material* const material = MaterialMgr::get()->create_material(record.name);
+    material->set_ambient(opaque(record.ambient));
+    material->set_diffuse(opaque(record.diffuse));
+    material->set_specular(opaque(record.specular));
+    // Exactly 0 would light everything.
+    material->set_shininess(record.shininess == 0.0f ? 1.0f : record.shininess);
+    material->set_opacity(record.opacity);
+    if (record.texture_filename[0] != '\0')
+        material->async_loading_add_texture_filename(record.texture_filename);
+    return material;
+}
+
+} // namespace
+
+bool Loader3D_Lib3ds::build_material(orvexLib3dsMaterial* record, Model* model) {
+    if (record == nullptr || model == nullptr)
+        return false;
+    if (Resource* const known = MaterialMgr::get()->get_resource(record->name)) {
+        if (model->get_material_by_name(record->name) == nullptr)
+            model->add_material(static_cast<Material*>(known), nullptr);
+        return true;
+    }
+    record->material = create_material(*record);
+    model->add_material(record->material, nullptr);
+    return true;
+}
+
+// --- Meshes ----------------------------------------------------------------------------------
+
+namespace {
+
+/// Fills the faces of one mesh, and gives the mesh the materials that they use.
+class FaceBuilder {
+public:
+    FaceBuilder(const sLib3dsMesh& record, Mesh& mesh, orvexLib3dsMaterial* materials,
+                std::uint64_t num_materials)
+        : record_(record)
+        , mesh_(mesh)
+        , store_(*mesh.get_mesh_data())
+        , materials_(materials)
+        , material_ids_(num_materials, UNUSED)
+        , default_material_(MaterialMgr::get()->create_material(nullptr)) {}
+
+    void build() {
+        if (store_.index_bits == 16)
+            fill_indices(store_.faces_u16);
+        else
+            fill_indices(store_.faces_u32);
+        for (std::uint32_t i = 0; i < record_.num_faces; ++i) {
+            set_normal(i);
+            store_.face_materials[i] = material_of(i);
+        }
+    }
+
+private:
+    template<class Face>
+    void fill_indices(Face* to) {
+        for (std::uint32_t i = 0; i < record_.num_faces; ++i) {
+            to[i].a = record_.faces[i][0];
+            to[i].b = record_.faces[i][1];
+            to[i].c = record_.faces[i][2];
+        }
+    }
+
+    /// The normals are those of corners, and these are not turned as those of vertices are.
+    void set_normal(std::uint32_t i) {
+        const Lib3dsFloat3& from = record_.normals[i];
+        vec4& to = store_.face_normals[i];
+        to.x = from[0];
+        to.y = from[1];
+        to.z = from[2];
+    }
+
+    int material_of(std::uint32_t i) {
+        const std::uint32_t index = record_.face_materials ? record_.face_materials[i].material : 0;
+        if (index >= material_ids_.size() || materials_[index].material == nullptr)
+            return use(default_material_, default_material_id_);
+        return use(materials_[index].material, material_ids_[index]);
+    }
+
+    /// Gives the mesh the material at its first face, and remembers its id for all the others.
+    int use(Material* material, int& id) {
+        if (id == UNUSED) {
+            id = material->getid();
+            mesh_.add_material(material, nullptr);
+        }
+        return id;
+    }
+
+    static constexpr int UNUSED = -1;
+
+    const sLib3dsMesh& record_;
+    Mesh& mesh_;
+    MeshData& store_;
+    const orvexLib3dsMaterial* materials_;
+    std::vector<int> material_ids_; ///< of those that the mesh has already
+    Material* default_material_;
+    int default_material_id_ = UNUSED;
+};
+
+void build_vertices(const sLib3dsMesh& record, MeshData& store) {
+    for (std::uint32_t i = 0; i < record.num_vertices; ++i) {
+        const Lib3dsFloat3& position = record.vertices[i];
+        store.set_position(i, vec3(position[0], position[2], -position[1]));
+        if (i < record.num_texcoords)
+            store.set_uv0(i, vec4(record.texcoords[i][0], record.texcoords[i][1], 0.0f, 1.0f));
+        // By number of vertex though they are per corner, and without the minus of positions.
+        if (i < record.num_normals) {
+            const Lib3dsFloat3& normal = record.normals[i];
+            store.set_normal(i, vec3(normal[0], normal[2], normal[1]));
+        }
+    }
+}
+
+} // namespace
+
+bool Loader3D_Lib3ds::build_mesh(sLib3dsMesh* record, Model* model) {
+    constexpr std::uint32_t vertices_of_a_face = 3;
+    if (record == nullptr || model == nullptr || record->num_vertices < vertices_of_a_face ||
+        record->num_faces == 0)
+        return false;
+    Mesh* const mesh = model->create_mesh();
+    mesh->set_name(record->name);
+    if (!mesh->alloc_vertex_data(record->num_vertices) ||
+        !mesh->alloc_face_data(record->num_faces, false)) {
+        mesh->kill(nullptr, nullptr);
+        return false;
+    }
+    record->mesh = mesh;
+    build_vertices(*record, *mesh->get_mesh_data());
+    mesh->set_vertices_color(1.0f, 1.0f, 1.0f, 1.0f, nullptr);
+    FaceBuilder(*record, *mesh, lib3ds_data->materials.get(), lib3ds_data->num_materials).build();
+    return true;
+}
+
+} // namespace orvex

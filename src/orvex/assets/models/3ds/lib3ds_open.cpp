@@ -1,0 +1,106 @@
+#include "orvex/assets/models/3ds/private/lib3ds_open.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <cstring>
+#include <limits>
+#include <utility>
+
+#include <lib3ds.h>
+
+#include "orvex/assets/models/3ds/private/lib3ds_check.h"
+#include "orvex/platform/private/byte_window.h"
+#include "orvex/platform/private/file_bytes.h"
+
+namespace orvex {
+
+void Lib3dsFileDeleter::operator()(Lib3dsFile* file) const {
+    lib3ds_file_free(file);
+}
+
+namespace {
+
+/// Bytes in memory as lib3ds reads a stream.
+struct MemoryStream {
+    const unsigned char* bytes;
+    std::size_t size;
+    std::size_t position = 0;
+};
+
+constexpr std::size_t FARTHEST = std::numeric_limits<std::size_t>::max() / 2;
+
+long seek(void* self, long offset, Lib3dsIoSeek origin) {
+    auto& stream = *static_cast<MemoryStream*>(self);
+    const std::size_t from = origin == LIB3DS_SEEK_SET   ? 0
+                             : origin == LIB3DS_SEEK_CUR ? stream.position
+                                                         : stream.size;
+    // Below the greatest number there is, so that a count can be added to it.
+    stream.position = std::min(from + static_cast<std::size_t>(offset), FARTHEST);
+    return 0;
+}
+
+long tell(void* self) {
+    return static_cast<long>(static_cast<MemoryStream*>(self)->position);
+}
+
+/// lib3ds takes what it asked for as read: behind the end there are zeros.
+std::size_t read_to_the_end(MemoryStream& stream, void* buffer, std::size_t count) {
+    const std::size_t got = stream.size - std::min(stream.position, stream.size);
+    std::memset(buffer, 0, count);
+    std::memcpy(buffer, stream.bytes + (stream.size - got), got);
+    stream.position += count;
+    return got;
+}
+
+/// Called for every single number.
+std::size_t read(void* self, void* buffer, std::size_t count) {
+    auto& stream = *static_cast<MemoryStream*>(self);
+    const unsigned char* const from = stream.bytes + stream.position;
+    const std::size_t end = stream.position + count;
+    if (end > stream.size) [[unlikely]]
+        return read_to_the_end(stream, buffer, count);
+    stream.position = end;
+    if (count == 2)
+        std::memcpy(buffer, from, 2);
+    else if (count == 4)
+        std::memcpy(buffer, from, 4);
+    else
+        std::memcpy(buffer, from, count);
+    return count;
+}
+
+} // namespace
+
+Lib3dsFilePtr read_3ds_bytes(const unsigned char* bytes, std::size_t size) {
+    ByteWindow window(bytes, size);
+    if (!lib3ds_can_read(window))
+        return nullptr;
+    Lib3dsFilePtr file(lib3ds_file_new());
+    MemoryStream stream{bytes, size};
+    Lib3dsIo io{};
+    io.self = &stream;
+    io.seek_func = seek;
+    io.tell_func = tell;
+    io.read_func = read;
+    return file != nullptr && lib3ds_file_read(file.get(), &io) ? std::move(file) : nullptr;
+}
+
+namespace {
+
+/// From this size on a file is looked through before it is read into memory, which costs a second
+/// look, so that refusing it takes little memory.
+constexpr std::size_t LARGE_FILE = 16u << 20;
+
+} // namespace
+
+Lib3dsFilePtr open_3ds_file(const char* path) {
+    if (path == nullptr)
+        return nullptr;
+    ByteWindow window;
+    if (!window.open(path) || (window.size() >= LARGE_FILE && !lib3ds_can_read(window)))
+        return nullptr;
+    FileBytes file;
+    return file.read(path) ? read_3ds_bytes(file.data(), file.size()) : nullptr;
+}
+
+} // namespace orvex

@@ -1,0 +1,203 @@
+#include "orvex/assets/models/obj/private/obj_builder.h"
+
+#include <cstddef>
+
+#include "orvex/assets/materials/material.h"
+#include "orvex/assets/materials/material_mgr.h"
+#include "orvex/geometry/mesh/mesh.h"
+#include "orvex/geometry/mesh/model.h"
+#include "orvex/renderer/records/mesh_data.h"
+
+namespace orvex {
+
+namespace {
+
+// --- Materials -------------------------------------------------------------------------------
+
+vec4 to_vec4(const std::array<float, 4>& color) {
+    return vec4(color[0], color[1], color[2], color[3]);
+}
+
+/// From the file's 0 to 1000 to the fixed pipeline's 0 to 128. Exactly 0 would light everything.
+float shininess_of(const OBJ_Material& source) {
+    const float shininess = source.specular_exp / 1000.0f * 128.0f;
+    return shininess == 0.0f ? 1.0f : shininess;
+}
+
+Material* build_material(const OBJ_Material& source) {
+    MaterialMgr* manager = MaterialMgr::get();
+    const char* name = source.name.c_str();
+    if (Resource* known = manager->get_resource(name))
+        return static_cast<Material*>(known);
+    Material* material = manager->create_material(name);
+    material->set_ambient(to_vec4(source.ambient));
+    material->set_diffuse(to_vec4(source.diffuse));
+    material->set_specular(to_vec4(source.specular));
+    material->set_shininess(shininess_of(source));
+    material->set_opacity(source.opacity);
+    for (const auto& filename : source.texture_filenames) {
+        if (filename[0] != '\0')
+            material->async_loading_add_texture_filename(filename.data());
+    }
+    return material;
+}
+
+void build_materials(OBJ_Model& source, Model& target) {
+    for (const auto& material : source.materials) {
+        if (material->face_count <= 0)
+            continue;
+        material->material = build_material(*material);
+        if (target.get_material_by_name(material->name.c_str()) == nullptr)
+            target.add_material(material->material, nullptr);
+    }
+}
+
+// --- Meshes ----------------------------------------------------------------------------------
+
+/// An attribute of a store's vertices in either layout: separate array or field of a record.
+class AttributeWriter {
+public:
+    AttributeWriter(const MeshData& store, vec4* separate, vec4 Vertex::*field)
+        : at_(store.vertices != nullptr ? &(store.vertices->*field) : separate)
+        , stride_(store.vertices != nullptr ? sizeof(Vertex) / sizeof(vec4) : 1) {}
+
+    void write(float x, float y, float z, float w) {
+        at_->set(x, y, z, w);
+        at_ += stride_;
+    }
+
+private:
+    vec4* at_;
+    std::size_t stride_;
+};
+
+/// The entry that an index of the file names; the zero entry for an index that names none.
+template<class Entry>
+const Entry& entry_at(const std::vector<Entry>& entries, std::int32_t index) {
+    return entries[index >= 0 && static_cast<std::size_t>(index) < entries.size()
+                       ? static_cast<std::size_t>(index)
+                       : 0];
+}
+
+vec3 to_vec3(const OBJ_Float3& entry) {
+    return vec3(entry[0], entry[1], entry[2]);
+}
+
+class MeshBuilder {
+public:
+    MeshBuilder(const OBJ_Model& source, Mesh& mesh)
+        : source_(source)
+        , mesh_(mesh)
+        , store_(*mesh.get_mesh_data())
+        , positions_(store_, store_.position.data, &Vertex::position)
+        , normals_(store_, store_.normal.data, &Vertex::normal)
+        , uvs_(store_, store_.uv0.data, &Vertex::uv0) {}
+
+    void add_run(const OBJ_TriangleRun& run) {
+        Material* material = source_.materials[run.material].material;
+        if (material != nullptr)
+            mesh_.add_material(material, nullptr);
+        const int material_id = material != nullptr ? material->getid() : 0;
+
+        const OBJ_Triangle* triangle = &source_.triangles[run.first];
+        for (std::size_t i = 0; i < run.count; ++i, ++triangle, ++num_faces_) {
+            store_.face_materials[num_faces_] = material_id;
+            add_triangle(*triangle);
+        }
+    }
+
+private:
+    void add_triangle(const OBJ_Triangle& triangle) {
+        vec3 p[3];
+        for (std::size_t i = 0; i < 3; ++i) {
+            p[i] = to_vec3(entry_at(source_.vertices, triangle[i].vertex));
+            positions_.write(p[i].x, p[i].y, p[i].z, 1.0f);
+        }
+        if (!source_.texcoords.empty())
+            add_texcoords(triangle);
+        if (!source_.normals.empty())
+            add_normals(triangle);
+        else
+            add_flat_normals(p);
+        add_face();
+    }
+
+    void add_texcoords(const OBJ_Triangle& triangle) {
+        for (const OBJ_Corner& corner : triangle) {
+            const OBJ_Float2& uv = entry_at(source_.texcoords, corner.texcoord);
+            uvs_.write(uv[0], uv[1], 0.0f, 1.0f);
+        }
+    }
+
+    void add_normals(const OBJ_Triangle& triangle) {
+        vec3 n[3];
+        for (std::size_t i = 0; i < 3; ++i) {
+            n[i] = to_vec3(entry_at(source_.normals, triangle[i].normal));
+            normals_.write(n[i].x, n[i].y, n[i].z, 0.0f);
+        }
+        // The mean, not made a unit vector again.
+        vec4& face_normal = store_.face_normals[num_faces_];
+        face_normal.x = (n[0].x + n[1].x + n[2].x) / 3.0f;
+        face_normal.y = (n[0].y + n[1].y + n[2].y) / 3.0f;
+        face_normal.z = (n[0].z + n[1].z + n[2].z) / 3.0f;
+    }
+
+    void add_flat_normals(const vec3 (&p)[3]) {
+        const vec4 a(p[0] - p[1]);
+        const vec4 b(p[2] - p[1]);
+        const vec4 n = b.cross(a).normalize();
+        store_.face_normals[num_faces_] = n;
+        for (int i = 0; i < 3; ++i)
+            normals_.write(n.x, n.y, n.z, 0.0f);
+    }
+
+    void add_face() {
+        const auto first = static_cast<unsigned int>(3 * num_faces_);
+        if (store_.index_bits == 16) {
+            FaceU16& face = store_.faces_u16[num_faces_];
+            face.a = static_cast<unsigned short>(first);
+            face.b = static_cast<unsigned short>(first + 1);
+            face.c = static_cast<unsigned short>(first + 2);
+            return;
+        }
+        FaceU32& face = store_.faces_u32[num_faces_];
+        face.a = first;
+        face.b = first + 1;
+        face.c = first + 2;
+    }
+
+    const OBJ_Model& source_;
+    Mesh& mesh_;
+    MeshData& store_;
+    AttributeWriter positions_;
+    AttributeWriter normals_;
+    AttributeWriter uvs_;
+    std::size_t num_faces_ = 0;
+};
+
+/// One mesh of a group. Corners are not shared between triangles: each has three vertices of its
+/// own.
+void build_mesh(const OBJ_Model& source, const OBJ_Group& group, Model& target) {
+    Mesh* mesh = target.create_mesh();
+    mesh->set_name(group.name.c_str());
+    if (mesh->alloc_vertex_data(3 * group.num_filled) &&
+        mesh->alloc_face_data(group.num_filled, false)) {
+        MeshBuilder builder(source, *mesh);
+        for (const OBJ_TriangleRun& run : group.triangles)
+            builder.add_run(run);
+        mesh->set_vertices_color(1.0f, 1.0f, 1.0f, 1.0f, nullptr);
+    }
+    target.add_child(mesh);
+}
+
+} // namespace
+
+void build_model(OBJ_Model& source, Model& target) {
+    build_materials(source, target);
+    for (const auto& group : source.groups) {
+        if (group->num_filled > 0)
+            build_mesh(source, *group, target);
+    }
+}
+
+} // namespace orvex

@@ -1,0 +1,468 @@
+#include "orvex/assets/models/obj/private/obj_reader.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <cstring>
+#include <string_view>
+
+#include "orvex/assets/models/obj/private/text_stream.h"
+#include "orvex/platform/private/file_bytes.h"
+#include "orvex/platform/private/large_pages.h"
+
+// An OBJ file is read twice. The first pass counts what there is, makes the groups and materials
+// and reads the material libraries; the second fills arrays of exactly the counted sizes. The
+// passes agree on every ordinary file. Where numbers of a "v" line run into other words they don't,
+// since only the second pass reads them: it then keeps within what the first one counted.
+//
+// Faces are most of a file and cost most to read, and both passes read the same face the same way.
+// So the first pass keeps the triangles of each run of faces, and the second takes the run over
+// when it arrives at the same place in the same state.
+
+namespace orvex {
+
+namespace {
+
+constexpr std::size_t LINE_LIMIT = 511;
+
+// Without a group or material of its own a triangle belongs to these.
+constexpr std::string_view DEFAULT_GROUP = "orvex_obj_default_group";
+constexpr std::string_view DEFAULT_MATERIAL = "orvex_obj_default_material";
+
+// --- Lines that name something ---------------------------------------------------------------
+
+/// The rest of a line without leading blanks and without its end; blanks inside stay.
+OBJ_Name read_name(std::string_view line) {
+    line.remove_prefix(std::min(line.find_first_not_of(' '), line.size()));
+    constexpr std::string_view ENDS("\n\r\0", 3);
+    return OBJ_Name(line.substr(0, line.find_first_of(ENDS)));
+}
+
+/// The word that begins `text` behind white space; `text` is moved behind it.
+std::string_view next_word(std::string_view& text) {
+    std::size_t first = 0;
+    while (first < text.size() && is_white_space(text[first]))
+        ++first;
+    std::size_t last = first;
+    while (last < text.size() && !is_white_space(text[last]))
+        ++last;
+    const std::string_view word = text.substr(first, last - first);
+    text.remove_prefix(last);
+    return word;
+}
+
+/// The second word of a line, the first if there is only one, the line itself if there is none.
+std::string_view pick_word(std::string_view line) {
+    std::string_view rest = line.substr(0, line.find('\0'));
+    const std::string_view first = next_word(rest);
+    const std::string_view second = next_word(rest);
+    if (!second.empty())
+        return second;
+    return first.empty() ? line : first;
+}
+
+OBJ_Name read_word_name(TextStream& stream) {
+    return read_name(pick_word(stream.read_line(LINE_LIMIT)));
+}
+
+bool is_empty(const OBJ_Name& name) {
+    return name.view().empty();
+}
+
+// --- Faces -----------------------------------------------------------------------------------
+
+enum class FaceForm { VERTEX, VERTEX_TEXCOORD, VERTEX_TEXCOORD_NORMAL, VERTEX_NORMAL };
+
+/// `fscanf` of one corner in the given form, from anything with `read_int` and `match`. Numbers
+/// that are not delivered stay 0.
+/// @return how many numbers were read
+template<class Source>
+int scan_corner(Source& source, FaceForm form, OBJ_Corner& corner) {
+    corner = OBJ_Corner();
+    if (!source.read_int(corner.vertex))
+        return 0;
+    if (form == FaceForm::VERTEX || !source.match('/'))
+        return 1;
+    if (form == FaceForm::VERTEX_NORMAL)
+        return source.match('/') && source.read_int(corner.normal) ? 2 : 1;
+    if (!source.read_int(corner.texcoord))
+        return 1;
+    if (form == FaceForm::VERTEX_TEXCOORD || !source.match('/'))
+        return 2;
+    return source.read_int(corner.normal) ? 3 : 2;
+}
+
+/// A single word as the source of numbers: what `sscanf` sees of it.
+class WordSource {
+public:
+    explicit WordSource(std::string_view word)
+        : at_(word.data())
+        , end_(word.data() + word.size()) {}
+
+    bool match(char wanted) {
+        if (at_ == end_ || *at_ != wanted)
+            return false;
+        ++at_;
+        return true;
+    }
+
+    bool read_int(int& value) {
+        const char* p = at_;
+        const bool negative = p < end_ && *p == '-';
+        if (p < end_ && is_sign(*p))
+            ++p;
+        std::uint64_t number = 0;
+        const int num_digits = take_digits(p, end_, number);
+        if (num_digits == 0)
+            return false;
+        if (num_digits > 18)
+            return read_long_int(value);
+        const auto magnitude = static_cast<std::int64_t>(number);
+        value = static_cast<int>(negative ? -magnitude : magnitude);
+        at_ = p;
+        return true;
+    }
+
+private:
+    // More digits than fit: what becomes of the number is the C library's affair.
+    bool read_long_int(int& value) {
+        const std::string word(at_, end_);
+        int length = 0;
+        const bool read = std::sscanf(word.c_str(), "%d%n", &value, &length) == 1;
+        at_ += length;
+        return read;
+    }
+
+    const char* at_;
+    const char* end_;
+};
+
+FaceForm face_form(std::string_view word) {
+    const std::size_t slash = word.find('/');
+    if (slash == std::string_view::npos)
+        return FaceForm::VERTEX;
+    if (word.find("//", slash) != std::string_view::npos)
+        return FaceForm::VERTEX_NORMAL;
+    OBJ_Corner corner;
+    WordSource source(word);
+    switch (scan_corner(source, FaceForm::VERTEX_TEXCOORD_NORMAL, corner)) {
+    case 3:
+        return FaceForm::VERTEX_TEXCOORD_NORMAL;
+    case 2:
+        return FaceForm::VERTEX_TEXCOORD;
+    default:
+        return FaceForm::VERTEX;
+    }
+}
+
+/// Reads a face behind its "f" and hands each triangle of the fan to `take`. The face goes on as
+/// long as numbers follow, on the next lines too.
+template<class Take>
+void read_face(TextStream& stream, Take take) {
+    std::string_view word = stream.read_word();
+    word = word.substr(0, word.find('\0'));
+    const FaceForm form = face_form(word);
+    WordSource source(word);
+
+    OBJ_Triangle triangle;
+    scan_corner(source, form, triangle[0]);
+    scan_corner(stream, form, triangle[1]);
+    scan_corner(stream, form, triangle[2]);
+    take(triangle);
+    OBJ_Corner further;
+    while (scan_corner(stream, form, further) >= 1) {
+        triangle[1] = triangle[2];
+        triangle[2] = further;
+        take(triangle);
+    }
+}
+
+// --- Tokens ----------------------------------------------------------------------------------
+
+/// Walks over the tokens of a file and calls the pass for those that mean something. Only the first
+/// character of most tokens is looked at.
+template<class Pass>
+void read_tokens(TextStream& stream, Pass& pass) {
+    for (std::string_view token = stream.read_word(); !token.empty(); token = stream.read_word()) {
+        const char second = token.size() > 1 ? token[1] : '\0';
+        switch (token[0]) {
+        case 'f':
+            pass.face();
+            continue;
+        case 'g':
+            pass.group();
+            break;
+        case 'm':
+            pass.material_library();
+            break;
+        case 'u':
+            if (token.substr(1, 5) == "semtl")
+                pass.use_material();
+            break;
+        case 'v':
+            if (second == '\0')
+                pass.position();
+            else if (second == 't')
+                pass.texcoord();
+            else if (second == 'n')
+                pass.normal();
+            break;
+        default:
+            stream.read_line(LINE_LIMIT);
+        }
+        pass.end_of_faces();
+    }
+}
+
+/// Faces that stand one behind the other with nothing between, as the first pass read them.
+struct FaceRun {
+    std::size_t begin = 0; ///< place in the file, behind the first "f"
+    std::size_t end = 0;   ///< place behind the last face
+    std::size_t first_triangle = 0;
+    std::size_t num_triangles = 0;
+    OBJ_Group* group = nullptr;
+    OBJ_Material* material = nullptr;
+};
+
+class FirstPass {
+public:
+    FirstPass(OBJ_Model& model, TextStream& stream, const std::string& model_dir)
+        : model_(model)
+        , stream_(stream)
+        , model_dir_(model_dir)
+        , group_(&model.groups.add(OBJ_Name(DEFAULT_GROUP)))
+        , material_(&model.materials.add(OBJ_Name(DEFAULT_MATERIAL))) {}
+
+    void position() {
+        stream_.read_line(LINE_LIMIT);
+        ++model_.num_vertices;
+    }
+
+    void texcoord() {
+        stream_.read_line(LINE_LIMIT);
+        ++model_.num_texcoords;
+    }
+
+    void normal() {
+        stream_.read_line(LINE_LIMIT);
+        ++model_.num_normals;
+    }
+
+    void group() {
+        const OBJ_Name name = read_name(stream_.read_line(LINE_LIMIT));
+        if (!is_empty(name))
+            group_ = &model_.groups.find_or_add(name);
+    }
+
+    void use_material() {
+        const OBJ_Name name = read_word_name(stream_);
+        if (!is_empty(name))
+            material_ = &model_.materials.find_or_add(name);
+    }
+
+    void material_library() {
+        const std::string_view line = stream_.read_line(LINE_LIMIT);
+        const std::string_view name = pick_word(line);
+        if (!name.empty())
+            read_material_file(model_, model_dir_ + std::string(name));
+    }
+
+    void face() {
+        FaceRun& run = open_run();
+        ++material_->face_count;
+        read_face(stream_, [this](const OBJ_Triangle& triangle) {
+            if (model_.triangles.size() == model_.triangles.capacity())
+                reserve_triangles();
+            model_.triangles.push_back(triangle);
+        });
+        run.end = stream_.tell();
+        const std::size_t num_triangles = model_.triangles.size() - run.first_triangle;
+        group_->num_triangles += num_triangles - run.num_triangles;
+        run.num_triangles = num_triangles;
+        ++model_.num_faces;
+    }
+
+    void end_of_faces() { in_run_ = false; }
+
+    std::vector<FaceRun> take_runs() { return std::move(runs_); }
+
+private:
+    FaceRun& open_run() {
+        if (!in_run_) {
+            FaceRun run;
+            run.begin = run.end = stream_.tell();
+            run.first_triangle = model_.triangles.size();
+            run.group = group_;
+            run.material = material_;
+            runs_.push_back(run);
+            in_run_ = true;
+        }
+        return runs_.back();
+    }
+
+    /// Makes room for as many triangles as the rest of the file would hold if it went on as it went
+    /// since the first face; a shorter file leaves pages untouched.
+    void reserve_triangles() {
+        const std::size_t count = model_.triangles.size();
+        if (count < 64) {
+            model_.triangles.reserve(64);
+            return;
+        }
+        const std::size_t read = stream_.tell() - runs_.front().begin;
+        const std::size_t left = stream_.size() - stream_.tell();
+        const std::size_t expected =
+            static_cast<std::size_t>(1.05 * static_cast<double>(count) * static_cast<double>(left) /
+                                     static_cast<double>(read));
+        reserve_large(model_.triangles, count + std::max(expected, count / 2) + 64);
+    }
+
+    OBJ_Model& model_;
+    TextStream& stream_;
+    const std::string& model_dir_;
+    OBJ_Group* group_;
+    OBJ_Material* material_;
+    std::vector<FaceRun> runs_;
+    bool in_run_ = false;
+};
+
+class SecondPass {
+public:
+    SecondPass(OBJ_Model& model, TextStream& stream, const std::vector<FaceRun>& runs)
+        : model_(model)
+        , stream_(stream)
+        , runs_(runs)
+        , group_(&model.groups[0])
+        , material_(&model.materials[0]) {}
+
+    void position() { read_floats(model_.vertices, num_positions_); }
+    void texcoord() { read_floats(model_.texcoords, num_texcoords_); }
+    void normal() { read_floats(model_.normals, num_normals_); }
+
+    void group() {
+        const OBJ_Name name = read_name(stream_.read_line(LINE_LIMIT));
+        OBJ_Group* group = is_empty(name) ? nullptr : model_.groups.find(name);
+        if (group != nullptr)
+            group_ = group;
+    }
+
+    void use_material() {
+        const OBJ_Name name = read_word_name(stream_);
+        OBJ_Material* material = is_empty(name) ? nullptr : model_.materials.find(name);
+        if (material != nullptr)
+            material_ = material;
+    }
+
+    void material_library() { stream_.read_line(LINE_LIMIT); }
+
+    void face() {
+        if (const FaceRun* run = find_run()) {
+            file_triangles(run->first_triangle, run->num_triangles);
+            num_triangles_ += run->num_triangles;
+            stream_.seek(run->end);
+            return;
+        }
+        read_face(stream_, [this](const OBJ_Triangle& triangle) { store(triangle); });
+    }
+
+    void end_of_faces() {}
+
+private:
+    /// Reads the numbers of an entry, as long as they are numbers. Entry 0 stays zero.
+    template<class Entry>
+    void read_floats(std::vector<Entry>& entries, std::size_t& count) {
+        Entry overflow{};
+        Entry& entry = count + 1 < entries.size() ? entries[++count] : overflow;
+        for (float& number : entry) {
+            if (!stream_.read_float(number))
+                return;
+        }
+    }
+
+    /// The run that the first pass read from this very place, if taking it over changes nothing.
+    const FaceRun* find_run() {
+        while (next_run_ < runs_.size() && runs_[next_run_].begin < stream_.tell())
+            ++next_run_;
+        if (next_run_ == runs_.size())
+            return nullptr;
+        const FaceRun& run = runs_[next_run_];
+        const bool same = run.begin == stream_.tell() && run.group == group_ &&
+                          run.material == material_ && run.first_triangle == num_triangles_ &&
+                          run.num_triangles <= group_->num_triangles - group_->num_filled;
+        return same ? &run : nullptr;
+    }
+
+    void store(const OBJ_Triangle& triangle) {
+        if (num_triangles_ == model_.triangles.size())
+            return;
+        model_.triangles[num_triangles_] = triangle;
+        if (group_->num_filled < group_->num_triangles)
+            file_triangles(num_triangles_, 1);
+        ++num_triangles_;
+    }
+
+    void file_triangles(std::size_t first, std::size_t count) {
+        group_->num_filled += count;
+        if (!group_->triangles.empty()) {
+            OBJ_TriangleRun& last = group_->triangles.back();
+            if (last.first + last.count == first && last.material == material_->index) {
+                last.count += count;
+                return;
+            }
+        }
+        group_->triangles.push_back({first, count, material_->index});
+    }
+
+    OBJ_Model& model_;
+    TextStream& stream_;
+    const std::vector<FaceRun>& runs_;
+    std::size_t next_run_ = 0;
+    OBJ_Group* group_;
+    OBJ_Material* material_;
+    std::size_t num_positions_ = 0;
+    std::size_t num_texcoords_ = 0;
+    std::size_t num_normals_ = 0;
+    std::size_t num_triangles_ = 0;
+};
+
+template<class Entry>
+void resize_zeroed(std::vector<Entry>& entries, std::size_t count) {
+    reserve_large(entries, count);
+    entries.resize(count);
+}
+
+void allocate_model_memory(OBJ_Model& model) {
+    model.num_triangles = model.triangles.size();
+    resize_zeroed(model.vertices, model.num_vertices + 1);
+    if (model.num_texcoords > 0)
+        resize_zeroed(model.texcoords, model.num_texcoords + 1);
+    if (model.num_normals > 0)
+        resize_zeroed(model.normals, model.num_normals + 1);
+}
+
+} // namespace
+
+std::unique_ptr<OBJ_Model> read_obj_text(const char* text, std::size_t size,
+                                         const std::string& model_dir) {
+    const NumericCLocale locale;
+    auto model = std::make_unique<OBJ_Model>();
+    TextStream stream(text, size);
+    FirstPass first(*model, stream, model_dir);
+    read_tokens(stream, first);
+    if (model->num_vertices == 0 || model->triangles.empty())
+        return nullptr;
+
+    allocate_model_memory(*model);
+    stream.seek(0);
+    const std::vector<FaceRun> runs = first.take_runs();
+    SecondPass second(*model, stream, runs);
+    read_tokens(stream, second);
+    return model;
+}
+
+std::unique_ptr<OBJ_Model> read_obj_file(const char* path, const std::string& model_dir) {
+    FileBytes file;
+    if (!file.read(path))
+        return nullptr;
+    return read_obj_text(file.text(), file.size(), model_dir);
+}
+
+} // namespace orvex

@@ -1,0 +1,12 @@
+#pragma once
+
+#include "orvex/assets/models/obj/private/obj_model.h"
+
+namespace orvex {
+
+class Model;
+
+/// Turns what was read into meshes and materials of `target`.
+void build_model(OBJ_Model& source, Model& target);
+
+} // namespace orvex

@@ -1,0 +1,189 @@
+#include "orvex/assets/models/obj/private/text_stream.h"
+
+#include <array>
+#include <bit>
+#include <cfloat>
+#include <cstdint>
+#include <cstdlib>
+#include <cstring>
+
+#include <locale.h>
+
+namespace orvex {
+
+/// The same bytes as a stream of the C library, for the numbers that are read there.
+struct TextStream::CStream {
+    const char* begin = nullptr;
+    std::size_t size = 0;
+    std::size_t at = 0;
+    std::FILE* file = nullptr;
+
+    ~CStream() {
+        if (file != nullptr)
+            std::fclose(file);
+    }
+
+    static ssize_t read(void* cookie, char* buffer, std::size_t size) {
+        auto* self = static_cast<CStream*>(cookie);
+        const std::size_t count = std::min(size, self->size - self->at);
+        std::memcpy(buffer, self->begin + self->at, count);
+        self->at += count;
+        return static_cast<ssize_t>(count);
+    }
+
+    static int seek(void* cookie, off64_t* offset, int whence) {
+        auto* self = static_cast<CStream*>(cookie);
+        const std::size_t origin = whence == SEEK_SET   ? 0
+                                   : whence == SEEK_CUR ? self->at
+                                                        : self->size;
+        const off64_t target = static_cast<off64_t>(origin) + *offset;
+        if (target < 0 || static_cast<std::size_t>(target) > self->size)
+            return -1;
+        self->at = static_cast<std::size_t>(target);
+        *offset = target;
+        return 0;
+    }
+};
+
+TextStream::TextStream(const char* text, std::size_t size)
+    : begin_(text)
+    , at_(text)
+    , end_(text + size) {}
+
+TextStream::~TextStream() = default;
+
+namespace {
+
+constexpr std::array<double, 23> POWERS_OF_TEN = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
+                                                  1e8,  1e9,  1e10, 1e11, 1e12, 1e13, 1e14, 1e15,
+                                                  1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
+constexpr int LARGEST_EXACT_POWER = 22;
+constexpr std::uint64_t LARGEST_EXACT_INTEGER = std::uint64_t{1} << 53;
+
+/// Decimal digits with an exponent of ten, as they were written.
+struct Decimal {
+    std::uint64_t digits = 0;
+    int exponent = 0;
+    bool negative = false;
+};
+
+/// The float nearest to `decimal`, or false where that takes more than one rounding.
+///
+/// Digits below 2^53 and powers of ten up to 10^22 are exact doubles, so one operation gives the
+/// nearest double (Clinger, "How to read floating point numbers accurately", 1990). Rounding that
+/// to a float is right unless the double lies exactly half-way between two floats, since then the
+/// decimal may have been on either side.
+bool nearest_float(const Decimal& decimal, float& value) {
+    if (decimal.digits > LARGEST_EXACT_INTEGER || decimal.exponent > LARGEST_EXACT_POWER ||
+        decimal.exponent < -LARGEST_EXACT_POWER)
+        return false;
+    double number = static_cast<double>(decimal.digits);
+    if (decimal.exponent < 0)
+        number /= POWERS_OF_TEN[static_cast<std::size_t>(-decimal.exponent)];
+    else
+        number *= POWERS_OF_TEN[static_cast<std::size_t>(decimal.exponent)];
+
+    constexpr std::uint64_t BELOW_FLOAT = (std::uint64_t{1} << 29) - 1;
+    constexpr std::uint64_t HALF_WAY = std::uint64_t{1} << 28;
+    const bool half_way = (std::bit_cast<std::uint64_t>(number) & BELOW_FLOAT) == HALF_WAY;
+    const bool plain = number == 0.0 || (number >= static_cast<double>(FLT_MIN) && number < 3e38);
+    if (half_way || !plain)
+        return false;
+    value = static_cast<float>(decimal.negative ? -number : number);
+    return true;
+}
+
+/// Reads "[sign]digits[.digits][e[sign]digits]". Null if the text isn't plainly of that form or has
+/// more digits than fit, else the place behind it. The text ends in a byte that is no digit.
+const char* scan_decimal(const char* p, const char* end, Decimal& decimal) {
+    decimal.negative = *p == '-';
+    if (is_sign(*p))
+        ++p;
+    int num_digits = take_digits(p, end, decimal.digits);
+    if (num_digits > MOST_DIGITS)
+        return nullptr;
+    if (*p == '.') {
+        ++p;
+        const int num_decimals = take_digits(p, end, decimal.digits);
+        num_digits += num_decimals;
+        decimal.exponent = -num_decimals;
+    }
+    if (num_digits == 0 || num_digits > MOST_DIGITS || *p == 'x' || *p == 'X')
+        return nullptr;
+    if (*p != 'e' && *p != 'E')
+        return p;
+
+    ++p;
+    const bool negative = *p == '-';
+    if (is_sign(*p))
+        ++p;
+    std::uint64_t exponent = 0;
+    const int num_exponent_digits = take_digits(p, end, exponent);
+    if (num_exponent_digits == 0 || num_exponent_digits > 5)
+        return nullptr;
+    decimal.exponent += negative ? -static_cast<int>(exponent) : static_cast<int>(exponent);
+    return p;
+}
+
+} // namespace
+
+bool TextStream::read_float(float& value) {
+    skip_white_space();
+    if (at_ == end_)
+        return false;
+    Decimal decimal;
+    const char* behind = scan_decimal(at_, end_, decimal);
+    if (behind == nullptr || !nearest_float(decimal, value))
+        return read_float_by_library(value);
+    at_ = behind;
+    return true;
+}
+
+std::FILE* TextStream::library_stream() {
+    if (library_ == nullptr) {
+        library_ = std::make_unique<CStream>();
+        library_->begin = begin_;
+        library_->size = size();
+        cookie_io_functions_t functions{};
+        functions.read = CStream::read;
+        functions.seek = CStream::seek;
+        library_->file = fopencookie(library_.get(), "r", functions);
+        // Each use begins at another place; a large buffer would be filled for a few bytes.
+        if (library_->file != nullptr)
+            std::setvbuf(library_->file, nullptr, _IOFBF, 64);
+    }
+    if (library_->file != nullptr)
+        std::fseek(library_->file, static_cast<long>(tell()), SEEK_SET);
+    return library_->file;
+}
+
+bool TextStream::read_int_by_library(int& value) {
+    std::FILE* file = library_stream();
+    if (file == nullptr)
+        return false;
+    const int count = std::fscanf(file, "%d", &value);
+    seek(static_cast<std::size_t>(std::ftell(file)));
+    return count == 1;
+}
+
+bool TextStream::read_float_by_library(float& value) {
+    std::FILE* file = library_stream();
+    if (file == nullptr)
+        return false;
+    const int count = std::fscanf(file, "%f", &value);
+    seek(static_cast<std::size_t>(std::ftell(file)));
+    return count == 1;
+}
+
+NumericCLocale::NumericCLocale()
+    : c_(newlocale(LC_NUMERIC_MASK, "C", static_cast<locale_t>(nullptr)))
+    , former_(c_ != nullptr ? uselocale(static_cast<locale_t>(c_)) : nullptr) {}
+
+NumericCLocale::~NumericCLocale() {
+    if (c_ == nullptr)
+        return;
+    uselocale(static_cast<locale_t>(former_));
+    freelocale(static_cast<locale_t>(c_));
+}
+
+} // namespace orvex

@@ -1,0 +1,194 @@
+#include "orvex/assets/textures/texture_mgr.h"
+
+#include <algorithm>
+#include <cstring>
+#include <utility>
+
+#include "orvex/assets/images/codecs/image_codec_stb.h"
+#include "orvex/assets/textures/private/texture_mgr_data.h"
+#include "orvex/assets/textures/texture.h"
+#include "orvex/base/image_codec.h"
+#include "orvex/base/plugin_mgr.h"
+#include "orvex/base/private/plugin_end.h"
+#include "orvex/renderer/records/private/decoder_memory.h"
+#include "orvex/renderer/records/texture_data.h"
+#include "orvex/renderer/renderer.h"
+
+namespace orvex {
+
+TextureMgr* TextureMgr::m_ptr_instance = nullptr;
+
+TextureMgr* TextureMgr::get() {
+    static TextureMgr* const instance = m_ptr_instance = new TextureMgr;
+    return instance;
+}
+
+TextureMgr::TextureMgr()
+    : data_(new TextureMgrData) {
+    listen_to_plugin_ends(&TextureMgrAccess::forget);
+}
+
+TextureMgr::~TextureMgr() {
+    delete data_;
+}
+
+bool TextureMgr::start(Renderer* renderer) {
+    ResourceMgr::start(renderer);
+    return true;
+}
+
+bool TextureMgr::stop(Renderer* renderer) {
+    data_->last_image_codec = nullptr;
+    release_all_textures(renderer, nullptr);
+    unregister_all_image_codec_plugins();
+    ResourceMgr::stop(renderer);
+    return true;
+}
+
+// -------------------------------------------------------------------------------- codecs
+
+bool TextureMgr::register_image_codec_plugin(ImageCodec* codec) {
+    if (!codec)
+        return false;
+    codec->add_ref();
+    data_->image_codecs.push_back(codec);
+    if (!data_->default_image_codec && std::strstr(codec->get_name(), "stb")) {
+        codec->add_ref();
+        data_->default_image_codec = codec;
+    }
+    return true;
+}
+
+unsigned long TextureMgr::register_all_image_codec_plugins() {
+    unsigned long registered = 0;
+    const PluginMgr* const plugins = PluginMgr::get();
+    for (unsigned long i = 0; i < plugins->get_num_plugins(); ++i) {
+        Plugin* const plugin = plugins->get_plugin_by_index(i);
+        if (plugin->get_type() == PLUGIN_TYPE_IMAGE_CODEC &&
+            register_image_codec_plugin(dynamic_cast<ImageCodec*>(plugin)))
+            ++registered;
+    }
+    return registered;
+}
+
+bool TextureMgr::unregister_all_image_codec_plugins() {
+    data_->last_image_codec = nullptr;
+    if (ImageCodec* const codec = std::exchange(data_->default_image_codec, nullptr))
+        codec->release();
+    while (!data_->image_codecs.empty()) {
+        ImageCodec* const codec = data_->image_codecs.front();
+        data_->image_codecs.erase(data_->image_codecs.begin());
+        codec->release();
+    }
+    return true;
+}
+
+void TextureMgrAccess::forget(Plugin* plugin) {
+    TextureMgr::TextureMgrData& data = *TextureMgr::get()->data_;
+    const auto is_ending = [plugin](ImageCodec* codec) {
+        return static_cast<Plugin*>(codec) == plugin;
+    };
+    std::vector<ImageCodec*>& codecs = data.image_codecs;
+    codecs.erase(std::remove_if(codecs.begin(), codecs.end(), is_ending), codecs.end());
+    if (is_ending(data.last_image_codec))
+        data.last_image_codec = nullptr;
+    if (is_ending(data.default_image_codec))
+        data.default_image_codec = nullptr;
+}
+
+bool TextureMgrAccess::free_image_resources(Image& image) {
+    for (ImageCodec* codec : TextureMgr::get()->data_->image_codecs)
+        if (codec->free_image_resources(&image))
+            return true;
+    // A texture may outlive the manager's codecs.
+    return ImageCodecStb::free_decoded_pixels(&image);
+}
+
+// -------------------------------------------------------------------------------- textures
+
+Texture* TextureMgr::create_texture() {
+    auto* const texture = new Texture;
+    add_resource(texture);
+    return texture;
+}
+
+Texture* TextureMgr::create_texture_1d(unsigned long size, PIXEL_FORMAT format) {
+    auto* const texture = new Texture;
+    texture->create_1d(size, format);
+    add_resource(texture);
+    return texture;
+}
+
+Texture* TextureMgr::create_texture_2d(unsigned long width, unsigned long height,
+                                       PIXEL_FORMAT format) {
+    auto* const texture = new Texture;
+    texture->create_2d(width, height, format);
+    add_resource(texture);
+    return texture;
+}
+
+Texture* TextureMgr::create_texture_cube(unsigned long size, PIXEL_FORMAT format) {
+    auto* const texture = new Texture;
+    texture->create_cubemap(size, format);
+    add_resource(texture);
+    return texture;
+}
+
+Texture* TextureMgr::create_color_texture_from_render_target(RenderTarget* target,
+                                                             unsigned long index) {
+    auto* const texture = new Texture;
+    texture->init_color_texture_from_render_target(target, index);
+    add_resource(texture);
+    return texture;
+}
+
+Texture* TextureMgr::create_depth_texture_from_render_target(RenderTarget* target) {
+    auto* const texture = new Texture;
+    texture->init_depth_texture_from_render_target(target);
+    add_resource(texture);
+    return texture;
+}
+
+bool TextureMgr::add_texture(Texture* texture) {
+    return add_resource(texture);
+}
+
+namespace {
+
+/// Whether a release for this renderer is about to end the texture together with its pixels. A
+/// texture of another renderer stays, and so do pixels that another texture shares.
+bool ends_pixels(Renderer* renderer, Texture& texture) {
+    const int owner = texture.get_renderer_id();
+    const bool released = owner < 1 || !renderer || owner == renderer->getid();
+    const TextureData* const data = texture.get_data_ptr();
+    return released && texture.get_ref() < 2 && data && data->get_ref() < 2;
+}
+
+/// The codecs are asked about the base image whether or not it holds decoded pixels.
+void give_back_pixels(Texture& texture) {
+    give_back_decoded_pixels(*texture.get_image_ptr());
+    give_back_decoded_pixels(*texture.get_data_ptr());
+}
+
+} // namespace
+
+bool TextureMgr::release_texture(Renderer* renderer, Texture* texture, Thread* thread) {
+    if (!texture)
+        return false;
+    if (ends_pixels(renderer, *texture))
+        give_back_pixels(*texture);
+    release_resource(renderer, texture, thread);
+    return true;
+}
+
+bool TextureMgr::release_all_textures(Renderer* renderer, Thread* thread) {
+    for (unsigned long i = 0; i < get_num_resources(); ++i) {
+        auto* const texture = dynamic_cast<Texture*>(get_resource_by_index(i));
+        if (texture && ends_pixels(renderer, *texture))
+            give_back_pixels(*texture);
+    }
+    release_all_resources(renderer, thread);
+    return true;
+}
+
+} // namespace orvex

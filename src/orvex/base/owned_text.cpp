@@ -1,0 +1,33 @@
+#include "orvex/base/owned_text.h"
+
+#include <string.h> // strnlen
+
+#include <cstring>
+
+namespace orvex {
+
+OwnedText::~OwnedText() {
+    delete[] text_;
+}
+
+void OwnedText::assign(char const* text) {
+    assign(text, text ? std::strlen(text) : 0);
+}
+
+void OwnedText::assign(char const* text, unsigned long size) {
+    char* copy = nullptr;
+    if (text) {
+        unsigned long const length = strnlen(text, size);
+        copy = new char[length + 1]();
+        std::memcpy(copy, text, length);
+    }
+    delete[] text_;
+    text_ = copy;
+}
+
+void OwnedText::reset() {
+    delete[] text_;
+    text_ = nullptr;
+}
+
+} // namespace orvex

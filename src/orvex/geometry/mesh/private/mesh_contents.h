@@ -1,0 +1,45 @@
+#pragma once
+
+/// @file
+/// What a store really holds: after a failed allocation it isn't what its counts say, and after a
+/// build it isn't what the GPU has.
+
+#include "orvex/renderer/records/mesh_data.h"
+
+namespace orvex::mesh_contents {
+
+inline bool has_vertices(MeshData* store) {
+    if (!store || store->num_vertices == 0)
+        return false;
+    return (store->separate_vertex_arrays ? store->get_position_ptr() : store->get_vertex_ptr()) !=
+           nullptr;
+}
+
+inline bool has_faces(const MeshData* store) {
+    if (!store || store->num_faces == 0)
+        return false;
+    return store->index_bits == 16 ? store->faces_u16 != nullptr : store->faces_u32 != nullptr;
+}
+
+/// Face i in either width; expects that there is one.
+inline FaceU32 face_at(const MeshData& store, unsigned long i) {
+    if (store.index_bits != 16)
+        return store.faces_u32[i];
+    const FaceU16& face = store.faces_u16[i];
+    return {face.a, face.b, face.c};
+}
+
+/// After a build: a store that was drawn before has GPU buffers with the geometry before this one.
+inline void mark_for_upload(MeshData& store) {
+    const bool drawn_before = store.vertex_buffer_id != 0;
+    store.positions_need_update |= drawn_before;
+    store.normals_need_update |= drawn_before;
+    store.tangents_need_update |= drawn_before;
+    store.colors_need_update |= drawn_before;
+    store.uv0_need_update |= drawn_before;
+    store.uv1_need_update |= drawn_before;
+    store.faces_need_update |= store.index_buffer_id != 0;
+    store.quad_edges_need_update |= store.quad_edge_buffer_id != 0;
+}
+
+} // namespace orvex::mesh_contents

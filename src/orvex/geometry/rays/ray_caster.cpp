@@ -1,0 +1,302 @@
+#include "orvex/geometry/rays/ray_caster.h"
+
+#include <array>
+#include <bit>
+#include <cstddef>
+#include <cstdint>
+
+#include "orvex/geometry/mesh/mesh.h"
+#include "orvex/geometry/mesh/private/mesh_contents.h"
+#include "orvex/math/mat4.h"
+#include "orvex/math/math.h"
+#include "orvex/renderer/records/mesh_data.h"
+#include "orvex/scene/camera.h"
+#include "orvex/scene/viewport.h"
+
+namespace orvex {
+
+RayCaster::RayCaster() = default;
+RayCaster::~RayCaster() = default;
+
+bool RayCaster::project_object_position_into_viewport(Camera* camera, Object* object,
+                                                      vec4& out) const {
+    if (!camera || !object)
+        return false;
+    return project_object_position_into_viewport_v2(
+        camera->get_projection_matrix(), camera->get_view_matrix(), camera->get_viewport(),
+        object->get_absolute_transform(), object->get_position(), out);
+}
+
+bool RayCaster::project_object_position_into_viewport_v2(const mat4& projection, const mat4& view,
+                                                         const Viewport& viewport,
+                                                         const mat4& model, const vec4& position,
+                                                         vec4& out) const {
+    const vec4 p = projection * view * model * position;
+    out.x =
+        static_cast<float>(viewport.x) + static_cast<float>(viewport.width) * (p.x + 1.0f) * 0.5f;
+    out.y =
+        static_cast<float>(viewport.y) + static_cast<float>(viewport.height) * (p.y + 1.0f) * 0.5f;
+    out.z = (p.z + 1.0f) * 0.5f;
+    return true;
+}
+
+namespace {
+
+/// The way from an edge of the viewport to a pixel, of any two numbers.
+float pixels_between(int edge, int pixel) {
+    return static_cast<float>(static_cast<std::int64_t>(pixel) - edge);
+}
+
+} // namespace
+
+bool RayCaster::get_ray(Camera* camera, int x, int y, Ray& ray) const {
+    if (!camera)
+        return false;
+    const Viewport& viewport = camera->get_viewport();
+    const auto half_width = static_cast<float>(viewport.width / 2);
+    const auto half_height = static_cast<float>(viewport.height / 2);
+    const float t = camera->get_tanfovdiv2();
+    const float nx = (1.0f - pixels_between(viewport.x, x) / half_width) * camera->get_aspect() * t;
+    const float ny = (pixels_between(viewport.y, y) / half_height - 1.0f) * t;
+
+    const auto at_depth = [&](float depth) {
+        return camera->get_inv_view_matrix() * vec4(-depth * nx, -depth * ny, -depth, 1.0f);
+    };
+    const vec4 near_point = at_depth(camera->get_znear());
+    const vec4 far_point = at_depth(camera->get_zfar());
+    ray.direction = far_point - near_point;
+    ray.direction.normalize();
+    ray.origin = near_point;
+    return true;
+}
+
+bool RayCaster::get_ray_ortho_cam(Camera* camera, int x, int y, Ray& ray) const {
+    if (!camera)
+        return false;
+    const Viewport& viewport = camera->get_viewport();
+    const float nx =
+        2.0f * pixels_between(viewport.x, x) / static_cast<float>(viewport.width) - 1.0f;
+    const float ny =
+        1.0f - 2.0f * pixels_between(viewport.y, y) / static_cast<float>(viewport.height);
+    vec4 eye = camera->get_inv_projection_matrix() * vec4(nx, ny, -1.0f, 1.0f);
+    eye.z = -1.0f;
+    ray.origin = camera->get_inv_view_matrix() * eye;
+    ray.direction = vec4(0.0f, 0.0f, -1.0f, 0.0f);
+    return true;
+}
+
+bool RayCaster::cast_ray_object(const Ray& ray, Object* object,
+                                RayObjectIntersection& result) const {
+    if (!object || !object->is_type_of(NODE_TYPE_MESH))
+        return false;
+    return _cast_ray_mesh(ray, dynamic_cast<Mesh*>(object), result);
+}
+
+// Meeting a mesh. Nearly all faces are missed, so four at a time are first tested for being missed:
+// their corners are gathered from the store and transformed, one face in each lane of a register,
+// and the lanes compute what `Math::ray_triangle_intersection` computes, by the same operations in
+// the same order. Every lane is rounded as a single float is, so a face that the lanes rule out is
+// missed by `Math` too. The few that are left go to `Math`, whose answer is the one that counts.
+
+namespace {
+
+/// A number for each of four faces.
+typedef float Lanes __attribute__((vector_size(16)));
+/// A truth for each of four faces, all bits set for true.
+typedef std::int32_t LaneMask __attribute__((vector_size(16)));
+
+/// A vector for each of four faces.
+struct Lanes3 {
+    Lanes x;
+    Lanes y;
+    Lanes z;
+};
+
+Lanes splat(float value) {
+    return Lanes{value, value, value, value};
+}
+
+Lanes3 splat(const vec4& v) {
+    return {splat(v.x), splat(v.y), splat(v.z)};
+}
+
+Lanes3 operator-(const Lanes3& a, const Lanes3& b) {
+    return {a.x - b.x, a.y - b.y, a.z - b.z};
+}
+
+Lanes dot(const Lanes3& a, const Lanes3& b) {
+    return a.x * b.x + a.y * b.y + a.z * b.z;
+}
+
+Lanes3 cross(const Lanes3& a, const Lanes3& b) {
+    return {a.y * b.z - a.z * b.y, a.z * b.x - a.x * b.z, a.x * b.y - a.y * b.x};
+}
+
+/// The first three rows of M * v for a point: its w of 1 leaves the last column as it is.
+Lanes3 transform(const mat4& m, const Lanes3& v) {
+    const auto row = [&m, &v](int r) {
+        return splat(m.m[r]) * v.x + splat(m.m[4 + r]) * v.y + splat(m.m[8 + r]) * v.z +
+               splat(m.m[12 + r]);
+    };
+    return {row(0), row(1), row(2)};
+}
+
+bool any(LaneMask mask) {
+    const auto halves = std::bit_cast<std::array<std::uint64_t, 2>>(mask);
+    return (halves[0] | halves[1]) != 0;
+}
+
+LaneMask in_unit_range(Lanes value) {
+    return (value >= splat(0.0f)) & (value <= splat(1.0f));
+}
+
+/// Whether one of four triangles may be met.
+bool may_be_met(const Lanes3& origin, const Lanes3& direction, const Lanes3& p0, const Lanes3& p1,
+                const Lanes3& p2) {
+    const Lanes3 e1 = p0 - p1;
+    const Lanes3 s = p0 - origin;
+    const Lanes3 a = cross(p0 - p2, direction);
+    const Lanes det = dot(e1, a);
+    const LaneMask gamma_fits = in_unit_range(dot(s, a) / det);
+    if (!any(gamma_fits))
+        return false;
+    return any(gamma_fits & in_unit_range(dot(direction, cross(e1, s)) / det));
+}
+
+/// The positions of a store, wherever its layout has them.
+class Positions {
+public:
+    explicit Positions(MeshData& store)
+        : first(static_cast<const std::byte*>(
+              store.separate_vertex_arrays ? store.get_position_ptr() : store.get_vertex_ptr()))
+        , stride(store.separate_vertex_arrays ? store.get_position_elt_size()
+                                              : store.get_vertex_elt_size())
+        , count(store.num_vertices) {}
+
+    /// Three floats, zeros out of range.
+    const float* at(unsigned int i) const {
+        static constexpr float none[3] = {};
+        return i < count ? reinterpret_cast<const float*>(first + i * stride) : none;
+    }
+
+private:
+    const std::byte* first;
+    std::size_t stride;
+    unsigned long count;
+};
+
+Lanes3 gather(const float* a, const float* b, const float* c, const float* d) {
+    return {Lanes{a[0], b[0], c[0], d[0]}, Lanes{a[1], b[1], c[1], d[1]},
+            Lanes{a[2], b[2], c[2], d[2]}};
+}
+
+/// A ray on its way through the faces of a mesh.
+class FaceWalk {
+public:
+    FaceWalk(const Ray& ray_, MeshData& store, const mat4& transform_, RayObjectIntersection& out)
+        : ray(ray_)
+        , origin(splat(ray_.origin))
+        , direction(splat(ray_.direction))
+        , positions(store)
+        , to_world(transform_)
+        , result(out) {}
+
+    /// Goes through the faces in order, up to where the result is certain.
+    template<class Face>
+    void run(const Face* faces, unsigned long count) {
+        const unsigned long in_fours = count - count % 4;
+        unsigned long i = 0;
+        for (; i < in_fours; i += 4)
+            if (may_meet_four(faces + i) && meet(faces, i, i + 4))
+                return;
+        meet(faces, in_fours, count);
+    }
+
+private:
+    template<class Face>
+    bool may_meet_four(const Face* f) const {
+        const auto corner = [this, f](auto Face::*index) {
+            return transform(to_world,
+                             gather(positions.at(f[0].*index), positions.at(f[1].*index),
+                                    positions.at(f[2].*index), positions.at(f[3].*index)));
+        };
+        return may_be_met(origin, direction, corner(&Face::a), corner(&Face::b), corner(&Face::c));
+    }
+
+    /// @return whether the result is certain
+    template<class Face>
+    bool meet(const Face* faces, unsigned long begin, unsigned long end) {
+        for (unsigned long i = begin; i < end; ++i) {
+            float t = 0.0f;
+            if (!Math::ray_triangle_intersection(ray.origin, ray.direction, corner(faces[i].a),
+                                                 corner(faces[i].b), corner(faces[i].c), &t))
+                continue;
+            if (take(i, t) && result.stop_at_first_hit)
+                return true;
+        }
+        return false;
+    }
+
+    vec4 corner(unsigned int i) const {
+        const float* const p = positions.at(i);
+        return to_world * vec4(p[0], p[1], p[2], 1.0f);
+    }
+
+    /// @return whether the face counts
+    bool take(unsigned long face, float t) {
+        if (!(t > 0.0f))
+            return false;
+        if (t < result.distance) {
+            result.distance = t;
+            result.face_index = face;
+            result.hit = true;
+        }
+        return true;
+    }
+
+    const Ray& ray;
+    const Lanes3 origin;
+    const Lanes3 direction;
+    const Positions positions;
+    const mat4& to_world;
+    RayObjectIntersection& result;
+};
+
+constexpr float farthest = 1e13f;
+static_assert(std::bit_cast<std::uint32_t>(farthest) == 0x551184E7);
+
+bool line_meets_bounding_sphere(const Ray& ray, const Mesh& mesh, const mat4& transform) {
+    return Math::check_ray_sphere_intersection(ray.origin, ray.direction,
+                                               transform * mesh.get_bounding_sphere_center(),
+                                               mesh.get_bounding_sphere_radius());
+}
+
+vec3 point_along(const Ray& ray, float distance) {
+    return vec3(ray.origin.x + distance * ray.direction.x,
+                ray.origin.y + distance * ray.direction.y,
+                ray.origin.z + distance * ray.direction.z);
+}
+
+} // namespace
+
+bool RayCaster::_cast_ray_mesh(const Ray& ray, Mesh* mesh, RayObjectIntersection& result) const {
+    MeshData* const store = mesh ? mesh->get_mesh_data() : nullptr;
+    if (!mesh_contents::has_vertices(store) || !mesh_contents::has_faces(store))
+        return false;
+    result.hit = false;
+    const mat4 to_world = mesh->get_absolute_transform();
+    if (!line_meets_bounding_sphere(ray, *mesh, to_world))
+        return false;
+    result.distance = farthest;
+    result.face_index = 0;
+    FaceWalk walk(ray, *store, to_world, result);
+    if (store->index_bits == 16)
+        walk.run(store->faces_u16, store->num_faces);
+    else
+        walk.run(store->faces_u32, store->num_faces);
+    if (result.hit)
+        result.position = point_along(ray, result.distance);
+    return result.hit;
+}
+
+} // namespace orvex

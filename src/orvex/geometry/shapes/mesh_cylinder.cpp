@@ -1,0 +1,80 @@
+#include "orvex/geometry/shapes/mesh_cylinder.h"
+
+#include <algorithm>
+
+#include "orvex/geometry/mesh/private/mesh_contents.h"
+#include "orvex/geometry/shapes/private/mesh_shape.h"
+
+namespace orvex {
+
+using namespace mesh_shape;
+
+MeshCylinder::MeshCylinder()
+    : MeshCylinder(VERTEX_FORMAT_96) {}
+
+MeshCylinder::MeshCylinder(VERTEX_FORMAT format)
+    : Mesh(format) {
+    set_type(NODE_TYPE_MESH_CYLINDER);
+    update_build_state(true);
+}
+
+bool MeshCylinder::set_build_params(float new_radius, float new_height, int new_stacks,
+                                    int new_slices) {
+    radius = new_radius;
+    height = new_height;
+    stacks = new_stacks;
+    slices = new_slices;
+    update_build_state(true);
+    return true;
+}
+
+bool MeshCylinder::build(Node*) {
+    return build_if_asked(*this, [this] { return _build_cylinder(); }) && Mesh::_build();
+}
+
+namespace {
+
+/// The clamped parameters.
+struct Tube {
+    float radius;
+    float height;
+    Grid grid;
+};
+
+void write_vertices(MeshData& store, const Tube& tube) {
+    const Grid& grid = tube.grid;
+    const std::vector<SinCos> turn = full_turn(grid.columns);
+    const float step = tube.height / static_cast<float>(grid.rows);
+    grid.for_each_vertex([&](unsigned long i, unsigned long row, unsigned long column) {
+        const SinCos& angle = turn[column];
+        const float z = -tube.height / 2.0f + static_cast<float>(row) * step;
+        set_vertex(store, i, vec3(tube.radius * angle.sin, tube.radius * angle.cos, z),
+                   vec3(angle.sin, angle.cos, 0.0f),
+                   texture_point(share(column, grid.columns), share(row, grid.rows)));
+    });
+}
+
+} // namespace
+
+bool MeshCylinder::_build_cylinder() {
+    const Tube tube{
+        radius < 0.0f ? 1.0f : radius,
+        height < 0.0f ? 0.0f : height,
+        {static_cast<unsigned long>(std::max(stacks, 3)),
+         static_cast<unsigned long>(std::max(slices, 3))},
+    };
+    if (!allocate(*this, tube.grid.num_vertices(), tube.grid.num_faces()))
+        return false;
+    MeshData& store = *get_mesh_data();
+    if (!allocate_quad_edges(store))
+        return false;
+    write_vertices(store, tube);
+    write_faces(store, tube.grid, [](const Cell& cell) {
+        return CellFaces{{cell.b, cell.a + 1, cell.a}, {cell.b + 1, cell.a + 1, cell.b}};
+    });
+    write_outlines(store, tube.grid);
+    mesh_contents::mark_for_upload(store);
+    return true;
+}
+
+} // namespace orvex

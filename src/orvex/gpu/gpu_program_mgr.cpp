@@ -1,0 +1,144 @@
+#include "orvex/gpu/gpu_program_mgr.h"
+
+#include <cstring>
+
+#include "orvex/base/log_mgr.h"
+#include "orvex/gpu/gpu_program.h"
+#include "orvex/renderer/records/gpu_program_data.h"
+
+namespace orvex {
+
+GpuProgramMgr* GpuProgramMgr::m_ptr_instance = nullptr;
+
+GpuProgramMgr::GpuProgramMgr() = default;
+
+GpuProgramMgr::~GpuProgramMgr() = default;
+
+GpuProgramMgr* GpuProgramMgr::get() {
+    static GpuProgramMgr* const instance = m_ptr_instance = new GpuProgramMgr;
+    return instance;
+}
+
+bool GpuProgramMgr::start(Renderer* renderer) {
+    return ResourceMgr::start(renderer);
+}
+
+bool GpuProgramMgr::stop(Renderer* renderer) {
+    return ResourceMgr::stop(renderer);
+}
+
+GpuProgram* GpuProgramMgr::create_gpu_program(char const* name) {
+    auto* const program = new GpuProgram;
+    program->set_name(name);
+    add_gpu_program(program);
+    return program;
+}
+
+bool GpuProgramMgr::add_gpu_program(GpuProgram* program) {
+    return add_resource(program);
+}
+
+GpuProgram* GpuProgramMgr::create_gpu_program_from_file(Renderer* renderer, char const* path,
+                                                        char const* name) {
+    GpuProgram* const program = create_gpu_program(name);
+    init_gpu_program_from_file(renderer, program, path, name);
+    return program;
+}
+
+GpuProgram* GpuProgramMgr::create_gpu_program_from_memory(Renderer* renderer, char const* text,
+                                                          unsigned long size, char const* name) {
+    GpuProgram* const program = create_gpu_program(name);
+    init_gpu_program_from_memory(renderer, program, text, size, name);
+    return program;
+}
+
+GpuProgram* GpuProgramMgr::create_gpu_program_from_shaders(Renderer* renderer, char const* vertex,
+                                                           char const* pixel, char const* geometry,
+                                                           char const* tess_control,
+                                                           char const* tess_eval,
+                                                           char const* compute, char const* name) {
+    GpuProgram* const program = create_gpu_program(name);
+    init_gpu_program_from_shaders(renderer, program, vertex, pixel, geometry, tess_control,
+                                  tess_eval, compute, name);
+    return program;
+}
+
+GpuProgram* GpuProgramMgr::create_gpu_program_from_effect(Renderer* renderer,
+                                                          char const* effect_text,
+                                                          char const* name) {
+    GpuProgram* const program = create_gpu_program(name);
+    init_gpu_program_from_effect(renderer, program, effect_text, name);
+    return program;
+}
+
+bool GpuProgramMgr::finish_init(GpuProgram* program, bool loaded) {
+    program->set_valid_state(loaded);
+    add_gpu_program(program);
+    return loaded;
+}
+
+bool GpuProgramMgr::init_gpu_program_from_file(Renderer* renderer, GpuProgram* program,
+                                               char const* path, char const* name) {
+    if (!program)
+        return false;
+    program->set_name(name);
+    return finish_init(program, program->load_from_file(renderer, path));
+}
+
+bool GpuProgramMgr::init_gpu_program_from_memory(Renderer* renderer, GpuProgram* program,
+                                                 char const* text, unsigned long size,
+                                                 char const* name) {
+    if (!program)
+        return false;
+    program->set_name(name);
+    return finish_init(program, program->load_from_memory(renderer, text, size));
+}
+
+// Loads one stage of several; an absent text counts as loaded. `error` names the stage in the log.
+bool GpuProgramMgr::load_stage(Renderer* renderer, GpuProgram* program, GPU_SHADER_TYPE type,
+                               char const* text, char const* error) {
+    if (!text || program->shader_load_from_memory(renderer, type, text, std::strlen(text)))
+        return true;
+    if (char const* const log = program->data_->get_shader_info_log(type))
+        LogMgr::get()->tracef_error("GPU program %s - %s error: %s", program->get_name(), error,
+                                    log);
+    return false;
+}
+
+bool GpuProgramMgr::init_gpu_program_from_shaders(Renderer* renderer, GpuProgram* program,
+                                                  char const* vertex, char const* pixel,
+                                                  char const* geometry, char const* tess_control,
+                                                  char const* tess_eval, char const* compute,
+                                                  char const* name) {
+    if (!program)
+        return false;
+    struct Stage {
+        GPU_SHADER_TYPE type;
+        char const* text;
+        char const* error;
+    };
+    Stage const stages[] = {
+        {GPU_SHADER_VERTEX, vertex, "Vertex shader"},
+        {GPU_SHADER_TESS_CONTROL, tess_control, "Tessellation control shader"},
+        {GPU_SHADER_TESS_EVAL, tess_eval, "Tessellation eval shader"},
+        {GPU_SHADER_GEOMETRY, geometry, "Geometry shader"},
+        {GPU_SHADER_PIXEL, pixel, "Pixel shader"},
+        {GPU_SHADER_COMPUTE, compute, "Compute shader"},
+    };
+    program->set_name(name);
+    bool loaded = true;
+    for (Stage const& stage : stages)
+        loaded = load_stage(renderer, program, stage.type, stage.text, stage.error) && loaded;
+    return finish_init(program, loaded);
+}
+
+bool GpuProgramMgr::init_gpu_program_from_effect(Renderer* renderer, GpuProgram* program,
+                                                 char const* effect_text, char const* name) {
+    if (!program || !effect_text)
+        return false;
+    program->set_name(name);
+    return finish_init(program,
+                       load_stage(renderer, program, GPU_SHADER_EFFECT, effect_text, "D3D effect"));
+}
+
+} // namespace orvex

@@ -1,0 +1,96 @@
+#pragma once
+
+#include "orvex/api.h"
+#include "orvex/renderer/records/gpu_fwd.h"
+#include "orvex/renderer/renderer_types.h"
+#include "orvex/scene/resource_mgr.h"
+
+namespace orvex {
+
+class Renderer;
+
+/// Makes and holds the GPU programs of the process.
+///
+/// One object, made on first use and never destroyed. It holds one reference on each program; see
+/// `ResourceMgr` for finding and releasing them. Not locked: for the thread whose graphics context
+/// is current.
+///
+///     GpuProgramMgr* programs = GpuProgramMgr::get();
+///     GpuProgram* program = programs->create_gpu_program_from_shaders(
+///         renderer, vertex_text, pixel_text, nullptr, nullptr, nullptr, nullptr, "phong");
+///     if (!program->is_valid())
+///         programs->release_resource(renderer, program, nullptr);
+class ORVEX_API GpuProgramMgr : public ResourceMgr {
+public:
+    /// Returns the one manager.
+    static GpuProgramMgr* get();
+
+    GpuProgramMgr(GpuProgramMgr const&) = delete;
+    GpuProgramMgr& operator=(GpuProgramMgr const&) = delete;
+
+    /// Returns true; nothing is needed before the first program.
+    bool start(Renderer* renderer) override;
+    /// Releases every program that the renderer may release, with null every one. Returns true.
+    bool stop(Renderer* renderer) override;
+
+    /// Makes a program with a name (null keeps the node's own) and no stages, and adds it.
+    GpuProgram* create_gpu_program(char const* name);
+    /// Adds a program made by the host and takes a reference. Returns false for null.
+    bool add_gpu_program(GpuProgram* program);
+
+    /// @name Making a program from texts
+    /// Each makes a program and loads it with the `init` operation of the same name. The program is
+    /// returned even when it doesn't load: ask `GpuProgram::is_valid`. With a null renderer none
+    /// loads.
+    /// @{
+
+    /// From a file in the format of `GpuProgram::load_from_memory`.
+    GpuProgram* create_gpu_program_from_file(Renderer* renderer, char const* path,
+                                             char const* name);
+    /// From a text with section markers.
+    GpuProgram* create_gpu_program_from_memory(Renderer* renderer, char const* text,
+                                               unsigned long size, char const* name);
+    /// From one terminated text per stage; null for a stage that isn't wanted.
+    GpuProgram* create_gpu_program_from_shaders(Renderer* renderer, char const* vertex,
+                                                char const* pixel, char const* geometry,
+                                                char const* tess_control, char const* tess_eval,
+                                                char const* compute, char const* name);
+    /// From a Direct3D effect. OpenGL has no such stage: the program is never valid there.
+    GpuProgram* create_gpu_program_from_effect(Renderer* renderer, char const* effect_text,
+                                               char const* name);
+    /// @}
+
+    /// @name Loading a program that exists
+    /// Each names the program (null keeps its name), loads it, stores the result as its valid
+    /// state, adds it to the manager and returns the result. A null program returns false.
+    /// @{
+
+    /// From a file in the format of `GpuProgram::load_from_memory`.
+    bool init_gpu_program_from_file(Renderer* renderer, GpuProgram* program, char const* path,
+                                    char const* name);
+    /// From a text with section markers.
+    bool init_gpu_program_from_memory(Renderer* renderer, GpuProgram* program, char const* text,
+                                      unsigned long size, char const* name);
+    /// Loads every text that isn't null, and doesn't stop at a failure; true if all loaded, with no
+    /// text at all too. The message of a stage that doesn't compile is logged as an error.
+    bool init_gpu_program_from_shaders(Renderer* renderer, GpuProgram* program, char const* vertex,
+                                       char const* pixel, char const* geometry,
+                                       char const* tess_control, char const* tess_eval,
+                                       char const* compute, char const* name);
+    /// From a Direct3D effect; false for a null text.
+    bool init_gpu_program_from_effect(Renderer* renderer, GpuProgram* program,
+                                      char const* effect_text, char const* name);
+    /// @}
+
+private:
+    GpuProgramMgr();
+    ~GpuProgramMgr() override;
+
+    bool finish_init(GpuProgram* program, bool loaded);
+    bool load_stage(Renderer* renderer, GpuProgram* program, GPU_SHADER_TYPE type, char const* text,
+                    char const* error);
+
+    static GpuProgramMgr* m_ptr_instance;
+};
+
+} // namespace orvex

@@ -1,0 +1,56 @@
+#pragma once
+
+/// @file
+/// The host's door to model loading and vertex lighting.
+
+#include "orvex/api.h"
+
+namespace orvex {
+
+class Light;
+class Material;
+class Model;
+class Object;
+class mat4;
+class vec4;
+
+/// The host's short ways. Each function is the operation of `Kernel` of the same name; the classes
+/// draw small things over a scene.
+///
+/// @code
+/// orvex::Model* model = orvex::aux::load_model_from_file("house.obj", "data/", "data/");
+/// …
+/// model->kill(renderer, nullptr);
+/// @endcode
+namespace aux {
+
+/// Offers the file to every 3D loader in order.
+/// @param filename      the model file; the built-in loaders put `model_dir` before it
+/// @param model_dir     prefix of the model's files, ending in a separator; null keeps that of the
+///                      load before, "" means none
+/// @param resource_dir  prefix of its textures, likewise, for loaders that use one
+/// @return a new model that the caller owns; null for a null name and if no loader accepts the file
+ORVEX_API Model* load_model_from_file(char const* filename, char const* model_dir,
+                                      char const* resource_dir);
+/// Only the built-in 3DS loader; null in a build without it.
+ORVEX_API Model* load_model_from_file_lib3ds(char const* filename, char const* model_dir,
+                                             char const* resource_dir);
+/// Only the built-in OBJ loader.
+ORVEX_API Model* load_model_from_file_obj(char const* filename, char const* model_dir,
+                                          char const* resource_dir);
+/// Only the plugin "orvex_plugin_fbx", if one is loaded.
+ORVEX_API Model* load_model_from_file_fbx(char const* filename, char const* model_dir,
+                                          char const* resource_dir);
+
+/// The lit colour of one vertex; see `Kernel::compute_object_vertex_color`.
+ORVEX_API bool compute_object_vertex_color(Object* object, unsigned long vertex_index,
+                                           vec4& out_color, Material* material, Light* light,
+                                           bool clamp);
+/// The same with a transform and a light position of the caller's.
+ORVEX_API bool compute_object_vertex_color_v2(Object* object, mat4 const& transform,
+                                              unsigned long vertex_index, vec4& out_color,
+                                              Material* material, Light* light,
+                                              vec4 const& light_position, bool clamp);
+
+} // namespace aux
+} // namespace orvex

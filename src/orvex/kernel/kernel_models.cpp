@@ -1,0 +1,146 @@
+#include "orvex/kernel/kernel.h"
+
+#include <cstring>
+#include <memory>
+
+#include "orvex/assets/textures/texture.h"
+#include "orvex/assets/textures/texture_mgr.h"
+#include "orvex/base/loader_3d.h"
+#include "orvex/base/plugin_mgr.h"
+#include "orvex/geometry/mesh/model.h"
+
+namespace orvex {
+
+namespace {
+
+/// What the host asks for, the same for every loader that is tried.
+struct ModelRequest {
+    char const* filename;
+    char const* model_dir;
+    char const* resource_dir;
+    bool separate_vertex_arrays;
+    int vertex_alignment;
+};
+
+std::unique_ptr<Model> new_model(const ModelRequest& request) {
+    auto model = std::make_unique<Model>();
+    model->set_mesh_vertex_alloc_params(request.separate_vertex_arrays, request.vertex_alignment);
+    return model;
+}
+
+bool load_with(Loader3D& loader, Model& model, const ModelRequest& request) {
+    loader.set_model_dir(request.model_dir);
+    loader.set_resource_dir(request.resource_dir);
+    return loader.load_from_file(&model, request.filename);
+}
+
+/// The 3D loader at an index of its type. A host can give the type to a plugin that is none.
+Loader3D* loader_at(unsigned long index) {
+    return dynamic_cast<Loader3D*>(
+        PluginMgr::get()->get_plugin_by_type(PLUGIN_TYPE_LOADER_3D, index));
+}
+
+unsigned long number_of_loaders() {
+    return PluginMgr::get()->get_num_plugins_by_type(PLUGIN_TYPE_LOADER_3D);
+}
+
+Model* load_with_any_loader(const ModelRequest& request) {
+    if (!request.filename)
+        return nullptr;
+    auto model = new_model(request);
+    for (unsigned long i = 0; i < number_of_loaders(); ++i) {
+        Loader3D* const loader = loader_at(i);
+        if (loader && load_with(*loader, *model, request))
+            return model.release();
+    }
+    return nullptr;
+}
+
+Model* load_with_one_loader(Loader3D* loader, const ModelRequest& request) {
+    if (!request.filename || !loader)
+        return nullptr;
+    auto model = new_model(request);
+    return load_with(*loader, *model, request) ? model.release() : nullptr;
+}
+
+Model* load_with_named_loader(char const* name, const ModelRequest& request) {
+    if (!request.filename)
+        return nullptr;
+    constexpr std::size_t compared_length = 127;
+    auto model = new_model(request);
+    for (unsigned long i = 0; i < number_of_loaders(); ++i) {
+        Loader3D* const loader = loader_at(i);
+        if (loader && std::strncmp(loader->get_name(), name, compared_length) == 0)
+            return load_with(*loader, *model, request) ? model.release() : nullptr;
+    }
+    return nullptr;
+}
+
+} // namespace
+
+Model* Kernel::load_model_from_file(char const* filename, char const* model_dir,
+                                    char const* resource_dir) {
+    return load_model_from_file_v2(filename, model_dir, resource_dir, true, 0);
+}
+
+Model* Kernel::load_model_from_file_v2(char const* filename, char const* model_dir,
+                                       char const* resource_dir, bool separate_vertex_arrays,
+                                       int vertex_alignment) {
+    return load_with_any_loader(
+        {filename, model_dir, resource_dir, separate_vertex_arrays, vertex_alignment});
+}
+
+Model* Kernel::load_model_from_file_lib3ds(char const* filename, char const* model_dir,
+                                           char const* resource_dir) {
+    return load_model_from_file_lib3ds_v2(filename, model_dir, resource_dir, true, 0);
+}
+
+Model* Kernel::load_model_from_file_lib3ds_v2(char const* filename, char const* model_dir,
+                                              char const* resource_dir, bool separate_vertex_arrays,
+                                              int vertex_alignment) {
+    return load_with_one_loader(loader_lib3ds, {filename, model_dir, resource_dir,
+                                                separate_vertex_arrays, vertex_alignment});
+}
+
+Model* Kernel::load_model_from_file_obj(char const* filename, char const* model_dir,
+                                        char const* resource_dir) {
+    return load_model_from_file_obj_v2(filename, model_dir, resource_dir, true, 0);
+}
+
+Model* Kernel::load_model_from_file_obj_v2(char const* filename, char const* model_dir,
+                                           char const* resource_dir, bool separate_vertex_arrays,
+                                           int vertex_alignment) {
+    return load_with_one_loader(
+        loader_obj, {filename, model_dir, resource_dir, separate_vertex_arrays, vertex_alignment});
+}
+
+Model* Kernel::load_model_from_file_fbx(char const* filename, char const* model_dir,
+                                        char const* resource_dir) {
+    return load_model_from_file_fbx_v2(filename, model_dir, resource_dir, true, 0);
+}
+
+Model* Kernel::load_model_from_file_fbx_v2(char const* filename, char const* model_dir,
+                                           char const* resource_dir, bool separate_vertex_arrays,
+                                           int vertex_alignment) {
+    return load_with_named_loader("orvex_plugin_fbx", {filename, model_dir, resource_dir,
+                                                       separate_vertex_arrays, vertex_alignment});
+}
+
+Texture* Kernel::create_color_texture_from_render_target(RenderTarget* target,
+                                                         unsigned long color_index) {
+    if (!target)
+        return nullptr;
+    Texture* const texture = TextureMgr::get()->create_texture();
+    texture->init_color_texture_from_render_target(target, color_index);
+    return texture;
+}
+
+Texture* Kernel::create_depth_texture_from_render_target(RenderTarget* target) {
+    if (!target)
+        return nullptr;
+    Texture* const texture = TextureMgr::get()->create_texture();
+    texture->init_depth_texture_from_render_target(target);
+    return texture;
+}
+
+} // namespace orvex

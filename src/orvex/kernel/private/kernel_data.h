@@ -1,0 +1,19 @@
+#pragma once
+
+/// @file
+/// The private record of the kernel.
+
+#include <string>
+#include <vector>
+
+#include "orvex/kernel/kernel.h"
+#include "orvex/platform/private/kernel_platform.h"
+
+namespace orvex {
+
+struct Kernel::cKernelData {
+    std::vector<std::string> plugin_search_path; ///< in order of insertion
+    PlatformInformation platform;
+};
+
+} // namespace orvex

@@ -1,0 +1,17 @@
+#include "orvex/math/mat4d.h"
+
+#include <algorithm>
+
+namespace orvex {
+
+mat4d& mat4d::operator=(const double* values) {
+    if (values)
+        std::copy_n(values, 16, m);
+    return *this;
+}
+
+mat4d& mat4d::identity() {
+    return *this = mat4d();
+}
+
+} // namespace orvex

@@ -1,0 +1,76 @@
+#include "orvex/math/quat.h"
+
+#include <cmath>
+
+#include "orvex/math/private/angle.h"
+#include "orvex/math/vec4.h"
+
+namespace orvex {
+
+namespace {
+
+constexpr float smallest_length = 1e-7f;
+
+void store(float* where, float value) {
+    if (where)
+        *where = value;
+}
+
+} // namespace
+
+quat& quat::normalize() {
+    const float length = std::sqrt(x * x + y * y + z * z + w * w);
+    if (length == 1.0f || length < smallest_length)
+        return *this;
+    const float scale = 1.0f / length;
+    return set(x * scale, y * scale, z * scale, w * scale);
+}
+
+// The flag asks for a unit axis, but what is normalised is the whole quaternion: an axis of another
+// length gives another angle, flag or no flag, and callers have come to rely on it.
+quat& quat::from_axis_angle(float angle, float x_, float y_, float z_, bool /*normalize_axis*/) {
+    const float half = angle * degrees_to_radians * 0.5f;
+    const float s = std::sin(half);
+    return set(x_ * s, y_ * s, z_ * s, std::cos(half)).normalize();
+}
+
+quat& quat::from_axis_angle(float angle, const vec4& axis, bool normalize_axis) {
+    return from_axis_angle(angle, axis.x, axis.y, axis.z, normalize_axis);
+}
+
+quat& quat::from_euler(float x_, float y_, float z_) {
+    quat about_x, about_y, about_z;
+    about_x.from_axis_angle(x_, vec4::UNIT_X_AXIS, false);
+    about_y.from_axis_angle(y_, vec4::UNIT_Y_AXIS, false);
+    about_z.from_axis_angle(z_, vec4::UNIT_Z_AXIS, false);
+    *this = (about_y * about_x) * about_z;
+    return normalize();
+}
+
+void quat::to_euler(float* first, float* second, float* third) const {
+    store(first, std::atan2(2.0f * (y * z + x * w), -x * x - y * y + z * z + w * w));
+    store(second, std::asin(-2.0f * (x * z - y * w)));
+    store(third, std::atan2(2.0f * (x * y + z * w), x * x - y * y - z * z + w * w));
+}
+
+quat& quat::from_vector_rotation(const vec4& from, const vec4& to) {
+    const float d = from.dot(to);
+    if (d == 1.0f)
+        return identity();
+    const float s = std::sqrt((1.0f + d) * 2.0f);
+    const vec4 c = from.cross(to);
+    const float scale = 1.0f / s;
+    return set(c.x * scale, c.y * scale, c.z * scale, 0.5f * s).normalize();
+}
+
+vec4 quat::operator*(const vec4& v) const {
+    const vec4 axis(x, y, z, 1.0f);
+    vec4 uv = axis.cross(v);
+    vec4 uuv = axis.cross(uv);
+    uv *= 2.0f * w;
+    uuv *= 2.0f;
+    // v is const, so the first sum is the free one (w 1); its temporary result takes the member.
+    return v + uv + uuv;
+}
+
+} // namespace orvex

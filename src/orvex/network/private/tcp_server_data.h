@@ -1,0 +1,56 @@
+#pragma once
+
+/// @file
+/// The private records of TcpServer.
+
+#include <array>
+#include <atomic>
+#include <memory>
+#include <mutex>
+#include <string_view>
+#include <vector>
+
+#include "orvex/network/private/server_socket_core.h"
+#include "orvex/network/tcp_server.h"
+
+namespace orvex {
+
+/// What the server keeps with a client thread.
+struct TcpServerClientThreadData {
+    std::shared_ptr<ServerSocketCore> core; ///< a thread may outlive the server
+    HeldClient client;
+    pthread_t thread{};       ///< under `run_v2`: who is joined
+    bool ends_itself = false; ///< under `run_v2`: the slot was given back by the thread itself
+};
+
+struct TcpServer::TcpServerData {
+    using Slots = std::array<TcpServerClientThreadParams*, 128>;
+
+    /// Covers what follows, up to the flags. Held during no callback and no join.
+    mutable std::mutex mutex;
+    Slots client_threads{};
+    std::shared_ptr<ServerSocketCore> socket_core;
+    Socket* server_socket = nullptr;
+    char stop_message[128] = "STOP_ORVEX_TCP_SERVER";
+    std::size_t stop_message_length = 21;
+    TcpServerClientProc client_proc = nullptr;
+    TcpServerClientProc_v2 client_proc_v2 = nullptr;
+    void* user_data = nullptr;
+
+    std::atomic<bool> is_running{false};
+    std::atomic<bool> stop_requested{false};
+    std::atomic<bool> threaded_client_callback{false};
+    int id = 0;
+
+    std::vector<Socket*> left_open;     ///< connections that are not served, of the serving thread
+    std::vector<Socket*> old_listeners; ///< records; the descriptors stay open
+
+    std::shared_ptr<ServerSocketCore> core() const;
+    std::shared_ptr<ServerSocketCore> start_core();
+    bool is_stop_message(std::string_view message) const;
+    void shut_down_clients();
+
+    class Service;
+};
+
+} // namespace orvex

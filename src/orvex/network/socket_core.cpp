@@ -1,0 +1,406 @@
+#include "orvex/network/socket_core.h"
+
+#include <cerrno>
+#include <cstring>
+#include <utility>
+#include <vector>
+
+#include <arpa/inet.h>
+#include <fcntl.h>
+#include <netdb.h>
+#include <netinet/in.h>
+#include <netinet/tcp.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include "orvex/base/log_mgr.h"
+
+namespace orvex {
+
+SocketCore::~SocketCore() {
+    SocketCore::stop();
+}
+
+bool SocketCore::start() {
+    started = true;
+    return true;
+}
+
+bool SocketCore::stop() {
+    return std::exchange(started, false);
+}
+
+namespace {
+
+LogMgr& log() {
+    return *LogMgr::get();
+}
+
+/// The descriptor of a record for a system call, which fails if the record is closed.
+int descriptor_of(const Socket* socket) {
+    return socket->fd > 0 ? socket->fd : -1;
+}
+
+/// A process without a standard input is given descriptor 0, which would count as closed.
+int moved_above_zero(int fd) {
+    if (fd != 0)
+        return fd;
+    const int moved = fcntl(fd, F_DUPFD, 1);
+    ::close(fd);
+    return moved;
+}
+
+Socket* new_socket(int fd, SOCKET_TYPE type, SOCKET_PROTOCOL protocol) {
+    auto* const socket = new Socket;
+    socket->fd = fd;
+    socket->type = type;
+    socket->protocol = protocol;
+    return socket;
+}
+
+int system_type(SOCKET_TYPE type) {
+    switch (type) {
+    case SOCKET_TYPE_STREAM:
+        return SOCK_STREAM;
+    case SOCKET_TYPE_RAW:
+        return SOCK_RAW;
+    case SOCKET_TYPE_DGRAM:
+        return SOCK_DGRAM;
+    }
+    return SOCK_STREAM;
+}
+
+int system_protocol(SOCKET_PROTOCOL protocol) {
+    switch (protocol) {
+    case SOCKET_PROTOCOL_TCP:
+        return IPPROTO_TCP;
+    case SOCKET_PROTOCOL_RAW:
+        return IPPROTO_RAW;
+    case SOCKET_PROTOCOL_UDP:
+        return IPPROTO_UDP;
+    }
+    return IPPROTO_TCP;
+}
+
+} // namespace
+
+Socket* SocketCore::create_socket(SOCKET_TYPE type, SOCKET_PROTOCOL protocol) {
+    const int fd =
+        moved_above_zero(::socket(AF_INET, system_type(type), system_protocol(protocol)));
+    if (fd < 0) {
+        log().trace_error("orvex::SocketCore::create_socket() - socket creation failed.");
+        return nullptr;
+    }
+    log().tracef_debug("orvex::SocketCore::create_socket() - socket %d: creation ok.", fd);
+    return new_socket(fd, type, protocol);
+}
+
+bool SocketCore::close_socket(Socket* socket) {
+    if (!socket)
+        return false;
+    if (socket->fd > 0)
+        ::close(socket->fd);
+    socket->fd = 0;
+    return true;
+}
+
+bool SocketCore::shutdown_socket(Socket* socket) {
+    if (!socket || socket->fd < 1)
+        return false;
+    ::shutdown(socket->fd, SHUT_RDWR);
+    return true;
+}
+
+bool SocketCore::kill_socket(Socket* socket) {
+    if (!socket)
+        return false;
+    shutdown_socket(socket);
+    close_socket(socket);
+    delete socket;
+    return true;
+}
+
+namespace {
+
+sockaddr_in any_address(unsigned short port) {
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    address.sin_port = htons(port);
+    address.sin_addr.s_addr = htonl(INADDR_ANY);
+    return address;
+}
+
+/// The sockets interface takes every kind of address through this one type.
+sockaddr* generic(sockaddr_in* address) {
+    return reinterpret_cast<sockaddr*>(address);
+}
+
+std::uint16_t bound_port(int fd) {
+    sockaddr_in address{};
+    socklen_t size = sizeof address;
+    if (::getsockname(fd, generic(&address), &size) != 0)
+        return 0;
+    return ntohs(address.sin_port);
+}
+
+} // namespace
+
+bool SocketCore::bind_socket(Socket* socket, SockAddr* addr) {
+    if (!socket || !addr)
+        return false;
+    sockaddr_in address = any_address(addr->port);
+    if (::bind(descriptor_of(socket), generic(&address), sizeof address) != 0) {
+        log().tracef_error("orvex::SocketCore::bind_socket() - bind socket %d to port %d failed.",
+                           socket->fd, addr->port);
+        return false;
+    }
+    socket->local.port = addr->port != 0 ? addr->port : bound_port(socket->fd);
+    log().tracef_debug("orvex::SocketCore::bind_socket() - bind socket %d to port %d ok.",
+                       socket->fd, addr->port);
+    return true;
+}
+
+bool SocketCore::listen_socket(Socket* socket, int backlog) {
+    if (!socket)
+        return false;
+    const int port = socket->local.port;
+    if (::listen(descriptor_of(socket), backlog) != 0) {
+        log().tracef_error("orvex::SocketCore::listen_socket() - listen on port %d failed.", port);
+        return false;
+    }
+    log().tracef_debug("orvex::SocketCore::listen_socket() - listen on port %d ok.", port);
+    return true;
+}
+
+Socket* SocketCore::create_tcp_server_socket(unsigned short port) {
+    constexpr int backlog = 10;
+    Socket* const socket = create_socket(SOCKET_TYPE_STREAM, SOCKET_PROTOCOL_TCP);
+    if (socket) {
+        set_socket_option(socket, SOCKET_OPTION_REUSEADDR);
+        SockAddr addr;
+        addr.port = port;
+        if (bind_socket(socket, &addr) && listen_socket(socket, backlog)) {
+            log().tracef_debug(
+                "orvex::SocketCore::create_tcp_server_socket() - listening on port %d ok.", port);
+            return socket;
+        }
+        kill_socket(socket);
+    }
+    log().tracef_error("orvex::SocketCore::create_tcp_server_socket() - create server socket on "
+                       "port [%d] failed.",
+                       port);
+    return nullptr;
+}
+
+Socket* SocketCore::create_udp_server_socket(unsigned short port) {
+    Socket* const socket = create_socket(SOCKET_TYPE_DGRAM, SOCKET_PROTOCOL_UDP);
+    if (socket) {
+        SockAddr addr;
+        addr.port = port;
+        if (bind_socket(socket, &addr)) {
+            log().tracef_debug("orvex::SocketCore::create_udp_server_socket() - bind server socket "
+                               "[%d] to port [%d] ok.",
+                               socket->fd, port);
+            return socket;
+        }
+        kill_socket(socket);
+    }
+    log().tracef_error("orvex::SocketCore::create_udp_server_socket() - create server socket on "
+                       "port [%d] failed.",
+                       port);
+    return nullptr;
+}
+
+Socket* SocketCore::accept_connection(Socket* socket) {
+    if (!socket)
+        return nullptr;
+    const int port = socket->local.port;
+    const int fd = moved_above_zero(::accept(descriptor_of(socket), nullptr, nullptr));
+    if (fd < 0) {
+        log().tracef_error(
+            "orvex::SocketCore::accept_connection() - accept client on port [%d] failed.", port);
+        return nullptr;
+    }
+    log().tracef_debug(
+        "orvex::SocketCore::accept_connection() - accept client socket %d on port %d ok.", fd,
+        port);
+    return new_socket(fd, socket->type, socket->protocol);
+}
+
+namespace {
+
+/// The first address of a host. Unlike the plain look-up, this one keeps its result in memory of
+/// the caller's, so that threads may look up at once.
+bool resolve(char const* host, in_addr* address) {
+    std::vector<char> memory(1024);
+    hostent entry{};
+    hostent* found = nullptr;
+    int reason = 0;
+    while (::gethostbyname_r(host, &entry, memory.data(), memory.size(), &found, &reason) == ERANGE)
+        memory.resize(memory.size() * 2);
+    if (!found || found->h_addrtype != AF_INET || !found->h_addr_list[0])
+        return false;
+    std::memcpy(address, found->h_addr_list[0], sizeof *address);
+    return true;
+}
+
+bool address_of(char const* host, unsigned short port, sockaddr_in* address) {
+    *address = any_address(port);
+    return resolve(host, &address->sin_addr);
+}
+
+} // namespace
+
+bool SocketCore::connect_socket(Socket* socket, char const* host, unsigned short port) {
+    if (!socket || !host)
+        return false;
+    sockaddr_in address;
+    if (!address_of(host, port, &address) ||
+        ::connect(descriptor_of(socket), generic(&address), sizeof address) != 0) {
+        log().tracef_error("orvex::SocketCore::connect_socket() - socket connection to server %s "
+                           "on port %d failed.",
+                           host, port);
+        return false;
+    }
+    log().tracef_debug(
+        "orvex::SocketCore::connect_socket() - socket connection to server %s on port %d ok.", host,
+        port);
+    return true;
+}
+
+bool SocketCore::connect_socket(Socket* socket, SockAddr* addr) {
+    return addr && connect_socket(socket, addr->host, addr->port);
+}
+
+bool SocketCore::close_connection(Socket* socket) {
+    if (!socket)
+        return false;
+    log().tracef_debug("orvex::SocketCore::close_connection() - socket %d closed ok.", socket->fd);
+    if (socket->fd > 0)
+        ::close(socket->fd);
+    socket->fd = 0;
+    return true;
+}
+
+namespace {
+
+bool is_nothing(const Socket* socket, const void* buffer, int length) {
+    return !socket || !buffer || length < 1;
+}
+
+} // namespace
+
+int SocketCore::send_socket(Socket* socket, void const* buffer, int length) {
+    if (is_nothing(socket, buffer, length))
+        return 0;
+    return static_cast<int>(
+        ::send(descriptor_of(socket), buffer, static_cast<std::size_t>(length), MSG_NOSIGNAL));
+}
+
+int SocketCore::receive_socket_get_data_len(Socket* socket) {
+    if (!socket)
+        return 0;
+    char buffer[1024] = {};
+    return static_cast<int>(::recv(descriptor_of(socket), buffer, sizeof buffer - 1, MSG_PEEK));
+}
+
+int SocketCore::receive_socket(Socket* socket, void* buffer, int length) {
+    if (is_nothing(socket, buffer, length))
+        return 0;
+    const int received = static_cast<int>(
+        ::recv(descriptor_of(socket), buffer, static_cast<std::size_t>(length), 0));
+    if (received > 0)
+        log().tracef_debug("orvex::SocketCore::receive_socket() - received %d bytes on socket %d - "
+                           "buffer: %.*s",
+                           received, socket->fd, length, static_cast<char const*>(buffer));
+    return received;
+}
+
+int SocketCore::send_udp(Socket* socket, char const* host, unsigned short port, void const* buffer,
+                         int length) {
+    if (!host || is_nothing(socket, buffer, length))
+        return 0;
+    sockaddr_in address;
+    if (!address_of(host, port, &address))
+        return -1;
+    const int sent =
+        static_cast<int>(::sendto(descriptor_of(socket), buffer, static_cast<std::size_t>(length),
+                                  MSG_NOSIGNAL, generic(&address), sizeof address));
+    log().tracef_debug("orvex::SocketCore::send_udp() - sent %d bytes on socket %d.", sent,
+                       socket->fd);
+    return sent;
+}
+
+namespace {
+
+/// @param sender  null: nobody
+void store_sender(SockAddr* addr, const sockaddr_in* sender) {
+    std::memset(addr->host, 0, sizeof addr->host);
+    addr->port = 0;
+    if (!sender)
+        return;
+    ::inet_ntop(AF_INET, &sender->sin_addr, addr->host, sizeof addr->host);
+    addr->port = ntohs(sender->sin_port);
+}
+
+} // namespace
+
+int SocketCore::receive_udp(Socket* socket, SockAddr* addr, void* buffer, int length) {
+    if (is_nothing(socket, buffer, length))
+        return 0;
+    sockaddr_in sender{};
+    socklen_t size = sizeof sender;
+    const int received =
+        static_cast<int>(::recvfrom(descriptor_of(socket), buffer, static_cast<std::size_t>(length),
+                                    0, generic(&sender), &size));
+    if (!addr) {
+        log().tracef_debug("orvex::SocketCore::receive_udp() - socket %d - received %d bytes.",
+                           socket->fd, received);
+        return received;
+    }
+    store_sender(addr, received >= 0 ? &sender : nullptr);
+    log().tracef_debug("orvex::SocketCore::receive_udp() - socket %d - received %d bytes from %s.",
+                       socket->fd, received, addr->host);
+    return received;
+}
+
+namespace {
+
+bool switch_on(const Socket* socket, int level, int option) {
+    const int on = 1;
+    return ::setsockopt(descriptor_of(socket), level, option, &on, sizeof on) == 0;
+}
+
+} // namespace
+
+void SocketCore::set_socket_option(Socket* socket, SOCKET_OPTION option) {
+    if (!socket)
+        return;
+    switch (option) {
+    case SOCKET_OPTION_REUSEADDR:
+        if (!switch_on(socket, SOL_SOCKET, SO_REUSEADDR))
+            log().tracef_debug("orvex::SocketCore::set_socket_option() - socket %d - unable to set "
+                               "socket option SOCKET_OPTION_REUSEADDR.",
+                               socket->fd);
+        return;
+    case SOCKET_OPTION_TCPNODELAY:
+        if (!switch_on(socket, IPPROTO_TCP, TCP_NODELAY))
+            log().tracef_debug("orvex::SocketCore::set_socket_option() - socket %d - unable to set "
+                               "socket option SOCKET_OPTION_TCPNODELAY.",
+                               socket->fd);
+        return;
+    case SOCKET_OPTION_NONBLOCKING:
+        ::fcntl(descriptor_of(socket), F_SETFL, O_NONBLOCK);
+        return;
+    case SOCKET_OPTION_BROADCAST:
+        if (!switch_on(socket, SOL_SOCKET, SO_BROADCAST))
+            log().tracef_error("orvex::SocketCore::set_socket_option() - socket %d - unable to set "
+                               "socket option SOCKET_OPTION_BROADCAST.",
+                               socket->fd);
+        return;
+    }
+    log().tracef_error("orvex::SocketCore::set_socket_option() - socket %d - unknown option (%d).",
+                       socket->fd, static_cast<int>(option));
+}
+
+} // namespace orvex

@@ -1,0 +1,179 @@
+#include "orvex/network/tcp_server.h"
+
+#include <cstring>
+#include <utility>
+
+#include <pthread.h>
+
+#include "orvex/base/global_id.h"
+#include "orvex/base/log_mgr.h"
+#include "orvex/network/private/tcp_server_data.h"
+
+namespace orvex {
+
+TcpServerClientThreadParams::~TcpServerClientThreadParams() {
+    delete data;
+}
+
+TcpServer::TcpServer()
+    : data(new TcpServerData) {
+    data->id = GenId();
+}
+
+TcpServer::~TcpServer() {
+    SocketCore core;
+    for (Socket* client : data->left_open)
+        core.kill_socket(client);
+    stop();
+    for (Socket* listener : data->old_listeners)
+        delete listener;
+    delete data->server_socket;
+    delete data;
+}
+
+int TcpServer::getid() const {
+    return data->id;
+}
+
+bool TcpServer::is_running() const {
+    return data->is_running;
+}
+
+bool TcpServer::init() {
+    return data->start_core() != nullptr;
+}
+
+std::shared_ptr<ServerSocketCore> TcpServer::TcpServerData::core() const {
+    const std::lock_guard guard(mutex);
+    return socket_core;
+}
+
+/// Makes the core if there is none, and starts it.
+/// @return null if it doesn't start
+std::shared_ptr<ServerSocketCore> TcpServer::TcpServerData::start_core() {
+    {
+        const std::lock_guard guard(mutex);
+        auto core = socket_core ? socket_core : std::make_shared<ServerSocketCore>();
+        if (core->start())
+            return socket_core = std::move(core);
+    }
+    LogMgr::get()->trace_error("orvex::TcpServer::run() - unable to start the socket core.");
+    return nullptr;
+}
+
+bool TcpServer::stop() {
+    cleanup_client_threads();
+    std::shared_ptr<ServerSocketCore> core;
+    {
+        const std::lock_guard guard(data->mutex);
+        core = std::move(data->socket_core);
+    }
+    if (core)
+        core->stop();
+    return true;
+}
+
+namespace {
+
+/// Ends a client thread of `run_v2` whose slot was given back. A thread can't wait for itself: one
+/// that cleans up ends its record when its callback has returned.
+void finish(TcpServerClientThreadParams* params) {
+    TcpServerClientThreadData& own = *params->data;
+    own.core->shut_down(own.client);
+    if (pthread_equal(own.thread, pthread_self())) {
+        pthread_detach(own.thread);
+        own.ends_itself = true;
+        return;
+    }
+    pthread_join(own.thread, nullptr);
+    own.core->end(own.client);
+    delete params;
+}
+
+} // namespace
+
+bool TcpServer::cleanup_client_threads() {
+    TcpServerData::Slots slots{};
+    bool has_core = false;
+    {
+        const std::lock_guard guard(data->mutex);
+        has_core = data->socket_core != nullptr;
+        slots.swap(data->client_threads);
+    }
+    // Without a core there are clients only if the server still took some in after a `stop`.
+    for (TcpServerClientThreadParams* params : slots)
+        if (params)
+            finish(params);
+    return has_core;
+}
+
+void TcpServer::set_client_proc(TcpServerClientProc proc, void* user_data) {
+    const std::lock_guard guard(data->mutex);
+    data->client_proc = proc;
+    data->user_data = user_data;
+}
+
+void TcpServer::set_client_proc_v2(TcpServerClientProc_v2 proc, void* user_data) {
+    const std::lock_guard guard(data->mutex);
+    data->client_proc_v2 = proc;
+    data->user_data = user_data;
+}
+
+void TcpServer::threaded_client_callback(bool state) {
+    data->threaded_client_callback = state;
+}
+
+void TcpServer::set_stop_message(char const* text) {
+    if (!text)
+        return;
+    char message[sizeof data->stop_message] = {};
+    std::strncpy(message, text, sizeof message - 1);
+    const std::size_t length = std::strlen(message);
+    {
+        const std::lock_guard guard(data->mutex);
+        std::memcpy(data->stop_message, message, sizeof message);
+        data->stop_message_length = length;
+    }
+    LogMgr::get()->tracef_debug(
+        "orvex::TcpServer::set_stop_message() - new stop message: %s - length=%d.", message,
+        static_cast<int>(length));
+}
+
+char const* TcpServer::get_stop_message() const {
+    return data->stop_message;
+}
+
+bool TcpServer::TcpServerData::is_stop_message(std::string_view message) const {
+    const std::lock_guard guard(mutex);
+    return message.starts_with(std::string_view(stop_message, stop_message_length));
+}
+
+void TcpServer::TcpServerData::shut_down_clients() {
+    const std::lock_guard guard(mutex);
+    for (TcpServerClientThreadParams* params : client_threads)
+        if (params)
+            params->data->core->shut_down(params->data->client);
+}
+
+bool TcpServer::send_stop_message() {
+    const auto core = data->core();
+    if (!core)
+        return false;
+    data->shut_down_clients();
+    unsigned short port = 0;
+    {
+        const std::lock_guard guard(data->mutex);
+        if (!data->server_socket)
+            return false;
+        port = data->server_socket->local.port;
+    }
+    Socket* const socket = core->create_socket(SOCKET_TYPE_STREAM, SOCKET_PROTOCOL_TCP);
+    if (!socket)
+        return false;
+    data->stop_requested = true;
+    core->connect_socket(socket, "localhost", port);
+    core->kill_socket(socket);
+    return true;
+}
+
+} // namespace orvex

@@ -1,0 +1,299 @@
+#include "orvex/overlays/graph2d.h"
+
+#include <algorithm>
+#include <memory>
+#include <vector>
+
+#include "orvex/geometry/lines/curve.h"
+#include "orvex/geometry/lines/line.h"
+#include "orvex/math/vec4.h"
+#include "orvex/scene/private/weak_node.h"
+#include "orvex/scene/viewport.h"
+
+namespace orvex {
+
+namespace {
+
+/// A curve, with what keeps the graph right when its host ends the line object or gives it another
+/// number of points.
+struct GraphCurve : _Curve2D {
+    WeakNode<Curve> living;
+    unsigned long num_values = 0;
+
+    GraphCurve() = default;
+    GraphCurve(GraphCurve const&) = delete;
+    GraphCurve& operator=(GraphCurve const&) = delete;
+    ~GraphCurve() { end(nullptr); }
+
+    /// @return false if memory ran out
+    bool make(unsigned long num_points) {
+        if (!init(num_points)) {
+            cleanup(nullptr);
+            return false;
+        }
+        num_values = num_points;
+        living.set(curve);
+        return true;
+    }
+
+    void end(Renderer* renderer) {
+        curve = living.take();
+        cleanup(renderer);
+    }
+};
+
+struct Axis {
+    vec4 start;
+    vec4 end;
+    vec4 start_color = vec4(1.0f, 1.0f, 1.0f, 1.0f);
+    vec4 end_color = vec4(1.0f, 1.0f, 1.0f, 1.0f);
+    vec4 raw_start = vec4(); ///< as given, without the shift; not what is drawn at first
+    vec4 raw_end = vec4();
+};
+
+} // namespace
+
+struct Graph2d::Graph2dData {
+    std::vector<std::unique_ptr<GraphCurve>> curves;
+    Line* axis_line = new Line; ///< draws both axes, so that they cost one vertex buffer
+    Viewport viewport;
+    bool viewport_enabled = true;
+    Axis x_axis{vec4(0.0f, 0.0f, 0.0f, 1.0f), vec4(100.0f, 0.0f, 0.0f, 1.0f)};
+    Axis y_axis{vec4(0.0f, 0.0f, 0.0f, 1.0f), vec4(0.0f, 100.0f, 0.0f, 1.0f)};
+
+    /// Null past the end.
+    GraphCurve* find(unsigned long index) const {
+        return index < curves.size() ? curves[index].get() : nullptr;
+    }
+
+    vec4 shifted(vec4 position) const;
+    void set_positions(Axis& axis, vec4 const& start, vec4 const& end) const;
+    void draw(Axis const& axis, Renderer* renderer) const;
+    void place_values(GraphCurve& curve) const;
+};
+
+namespace {
+
+/// Minus half a size, rounded towards zero.
+float shift_of(int size) {
+    return static_cast<float>(-static_cast<long>(size) / 2);
+}
+
+} // namespace
+
+vec4 Graph2d::Graph2dData::shifted(vec4 position) const {
+    if (viewport_enabled) {
+        position.x += shift_of(viewport.width);
+        position.y += shift_of(viewport.height);
+    }
+    return position;
+}
+
+Graph2d::Graph2d()
+    : graph_data(new Graph2dData) {
+    set_type(NODE_TYPE_GRAPH2D);
+}
+
+Graph2d::~Graph2d() {
+    graph_data->axis_line->release(nullptr, nullptr);
+    delete graph_data;
+}
+
+bool Graph2d::_cleanup(Renderer* renderer) {
+    kill_all_curves(renderer);
+    graph_data->axis_line->_cleanup(renderer);
+    return Object::_cleanup(renderer);
+}
+
+void Graph2d::_render(Renderer* renderer) {
+    draw_axis(renderer);
+    draw_all_curves(renderer);
+}
+
+Curve* Graph2d::create_curve(unsigned long num_points) {
+    auto curve = std::make_unique<GraphCurve>();
+    if (!curve->make(num_points))
+        return nullptr;
+    graph_data->curves.push_back(std::move(curve));
+    return graph_data->curves.back()->curve;
+}
+
+bool Graph2d::kill_curve(Renderer* renderer, Curve* curve) {
+    auto& curves = graph_data->curves;
+    auto const found = std::find_if(curves.begin(), curves.end(), [curve](auto const& held) {
+        return held->living.get() == curve;
+    });
+    if (!curve || found == curves.end())
+        return false;
+    (*found)->end(renderer);
+    curves.erase(found);
+    return true;
+}
+
+bool Graph2d::kill_all_curves(Renderer* renderer) {
+    for (auto const& curve : graph_data->curves)
+        curve->end(renderer);
+    graph_data->curves.clear();
+    return true;
+}
+
+unsigned long Graph2d::get_num_curves() const {
+    return graph_data->curves.size();
+}
+
+Curve* Graph2d::get_curve(unsigned long index) const {
+    GraphCurve const* const held = graph_data->find(index);
+    return held ? held->living.get() : nullptr;
+}
+
+bool Graph2d::set_curve_color(unsigned long index, float r, float g, float b, float a) {
+    Curve* const curve = get_curve(index);
+    return curve && curve->set_vertices_color(r, g, b, a);
+}
+
+bool Graph2d::add_curve_position(unsigned long index, vec4 const& position) {
+    GraphCurve* const held = graph_data->find(index);
+    if (!held)
+        return false;
+    held->samples.push_back(position);
+    return true;
+}
+
+bool Graph2d::add_curve_scalar(unsigned long index, float value) {
+    return add_curve_position(index, vec4(0.0f, value, 0.0f, 1.0f));
+}
+
+bool Graph2d::sync_curve_scalars(unsigned long index) {
+    GraphCurve* const held = graph_data->find(index);
+    Curve* const curve = get_curve(index);
+    if (!curve || held->samples.empty())
+        return false;
+    unsigned long const num_points = curve->get_num_points();
+    unsigned long const num_samples = held->samples.size();
+    unsigned long const count = std::min(num_points, num_samples);
+    unsigned long const first = num_samples - count;
+    held->diff_points = first;
+
+    vec4 const& start = graph_data->x_axis.raw_start;
+    float const length = graph_data->x_axis.raw_end.x - start.x;
+    float const step = num_points > 0 ? length / static_cast<float>(num_points) : 0.0f;
+    float x = start.x;
+    for (unsigned long i = 0; i < count; ++i) {
+        vec4 position = held->samples[first + i];
+        position.x = x;
+        position.y += start.y;
+        x += step;
+        curve->set_value(i, graph_data->shifted(position));
+    }
+    held->num_visible_points = count;
+    return true;
+}
+
+unsigned long Graph2d::curve_get_diff_points(unsigned long index) const {
+    GraphCurve const* const held = graph_data->find(index);
+    return held ? held->diff_points : 0;
+}
+
+bool Graph2d::set_curve_value(unsigned long index, unsigned long point, vec4 const& value) {
+    Curve* const curve = get_curve(index);
+    if (!curve)
+        return false;
+    GraphCurve& held = *graph_data->find(index);
+    if (point < std::min(held.num_values, curve->get_num_points()))
+        held.values[point] = value;
+    curve->set_value(point, graph_data->shifted(value));
+    return true;
+}
+
+bool Graph2d::set_curve_value(unsigned long index, unsigned long point, float x, float y, float z,
+                              float w) {
+    return set_curve_value(index, point, vec4(x, y, z, w));
+}
+
+bool Graph2d::draw_curve(Renderer* renderer, unsigned long index) {
+    Curve* const curve = get_curve(index);
+    if (!curve)
+        return false;
+    int const limit = curve->get_vertex_end_offset();
+    curve->set_vertex_end_offset(-1);
+    curve->render(renderer, nullptr);
+    curve->set_vertex_end_offset(limit);
+    return true;
+}
+
+bool Graph2d::draw_all_curves(Renderer* renderer) {
+    for (auto const& held : graph_data->curves) {
+        if (Curve* const curve = held->living.get()) {
+            curve->set_vertex_end_offset(static_cast<int>(held->num_visible_points));
+            curve->render(renderer, nullptr);
+        }
+    }
+    return true;
+}
+
+void Graph2d::Graph2dData::draw(Axis const& axis, Renderer* renderer) const {
+    axis_line->set_start_position(axis.start.get_vec3());
+    axis_line->set_end_position(axis.end.get_vec3());
+    axis_line->set_start_color(axis.start_color);
+    axis_line->set_end_color(axis.end_color);
+    axis_line->render(renderer, nullptr);
+}
+
+void Graph2d::draw_axis(Renderer* renderer) {
+    graph_data->draw(graph_data->x_axis, renderer);
+    graph_data->draw(graph_data->y_axis, renderer);
+}
+
+void Graph2d::Graph2dData::set_positions(Axis& axis, vec4 const& start, vec4 const& end) const {
+    axis.raw_start = start;
+    axis.start = shifted(start);
+    axis.raw_end = end;
+    axis.end = shifted(end);
+}
+
+void Graph2d::set_x_axis_positions(vec4 const& start, vec4 const& end) {
+    graph_data->set_positions(graph_data->x_axis, start, end);
+}
+
+void Graph2d::set_y_axis_positions(vec4 const& start, vec4 const& end) {
+    graph_data->set_positions(graph_data->y_axis, start, end);
+}
+
+void Graph2d::set_x_axis_color(vec4 const& start, vec4 const& end) {
+    graph_data->x_axis.start_color = start;
+    graph_data->x_axis.end_color = end;
+}
+
+void Graph2d::set_y_axis_color(vec4 const& start, vec4 const& end) {
+    graph_data->y_axis.start_color = start;
+    graph_data->y_axis.end_color = end;
+}
+
+void Graph2d::enable_viewport(bool state) {
+    graph_data->viewport_enabled = state;
+}
+
+bool Graph2d::is_viewport_enabled() const {
+    return graph_data->viewport_enabled;
+}
+
+void Graph2d::Graph2dData::place_values(GraphCurve& held) const {
+    Curve* const curve = held.living.get();
+    unsigned long const count = curve ? std::min(held.num_values, curve->get_num_points()) : 0;
+    for (unsigned long i = 0; i < count; ++i)
+        curve->set_value(i, shifted(held.values[i]));
+}
+
+void Graph2d::set_viewport(int x, int y, int width, int height) {
+    graph_data->viewport.set(x, y, width, height);
+    if (!graph_data->viewport_enabled)
+        return;
+    for (auto const& held : graph_data->curves)
+        graph_data->place_values(*held);
+    Axis& x_axis = graph_data->x_axis;
+    Axis& y_axis = graph_data->y_axis;
+    graph_data->set_positions(x_axis, x_axis.raw_start, x_axis.raw_end);
+    graph_data->set_positions(y_axis, y_axis.raw_start, y_axis.raw_end);
+}
+
+} // namespace orvex

@@ -1,0 +1,117 @@
+#include "orvex/overlays/private/bm_charset_reader.h"
+
+#include <cstdio>
+#include <cstring>
+
+#include <tinyxml2.h>
+
+namespace orvex {
+
+namespace {
+
+using tinyxml2::XMLElement;
+
+bool is_named(XMLElement const& element, char const* name) {
+    constexpr std::size_t longest_name = 64;
+    return std::strncmp(element.Name(), name, longest_name) == 0;
+}
+
+/// Leaves the field alone where the attribute is missing or no number. What doesn't fit in 16 bits
+/// is cut: a negative offset becomes a very large one.
+template<class Field>
+void read_number(XMLElement const& element, char const* name, Field& field) {
+    int value = 0;
+    if (element.QueryIntAttribute(name, &value) == tinyxml2::XML_SUCCESS) {
+        field = static_cast<Field>(value);
+    }
+}
+
+void read_info(XMLElement const& info, BMCharset& charset) {
+    if (char const* const padding = info.Attribute("padding")) {
+        std::sscanf(padding, "%d,%d,%d,%d", &charset.padding[0], &charset.padding[1],
+                    &charset.padding[2], &charset.padding[3]);
+    }
+    if (char const* const spacing = info.Attribute("spacing")) {
+        std::sscanf(spacing, "%d,%d", &charset.spacing[0], &charset.spacing[1]);
+    }
+}
+
+void read_common(XMLElement const& common, BMCharset& charset) {
+    read_number(common, "scaleW", charset.scale_w);
+    read_number(common, "scaleH", charset.scale_h);
+    read_number(common, "base", charset.base);
+    read_number(common, "lineHeight", charset.line_height);
+}
+
+void read_pages(XMLElement const& pages, BMCharset& charset) {
+    XMLElement const* const page = pages.FirstChildElement();
+    if (page == nullptr || !is_named(*page, "page") || charset.image_filename[0] != '\0') {
+        return;
+    }
+    if (char const* const file = page->Attribute("file")) {
+        std::strncpy(charset.image_filename, file, sizeof(charset.image_filename) - 1);
+    }
+}
+
+void read_char(XMLElement const& element, BMCharset& charset) {
+    int id = 0;
+    read_number(element, "id", id);
+    if (id < 0 || id > 255) {
+        return;
+    }
+    BMCharDescriptor& glyph = charset.chars[id];
+    read_number(element, "x", glyph.x);
+    read_number(element, "y", glyph.y);
+    read_number(element, "width", glyph.width);
+    read_number(element, "height", glyph.height);
+    read_number(element, "page", glyph.page);
+    read_number(element, "xadvance", glyph.xadvance);
+    read_number(element, "xoffset", glyph.xoffset);
+    read_number(element, "yoffset", glyph.yoffset);
+}
+
+void read_chars(XMLElement const& chars, BMCharset& charset) {
+    for (XMLElement const* element = chars.FirstChildElement(); element != nullptr;
+         element = element->NextSiblingElement()) {
+        if (is_named(*element, "char")) {
+            read_char(*element, charset);
+        }
+    }
+}
+
+struct Section {
+    char const* name;
+    void (*read)(XMLElement const& element, BMCharset& charset);
+};
+
+constexpr Section sections[] = {
+    {"info", read_info}, {"common", read_common}, {"pages", read_pages}, {"chars", read_chars}};
+
+void read_section(XMLElement const& element, BMCharset& charset) {
+    for (Section const& section : sections) {
+        if (is_named(element, section.name)) {
+            section.read(element, charset);
+        }
+    }
+}
+
+} // namespace
+
+std::unique_ptr<BMCharset> read_bm_charset(char const* text) {
+    tinyxml2::XMLDocument document(true, tinyxml2::PRESERVE_WHITESPACE);
+    if (text == nullptr || document.Parse(text) != tinyxml2::XML_SUCCESS) {
+        return nullptr;
+    }
+    XMLElement const* const root = document.RootElement();
+    if (root == nullptr) {
+        return nullptr;
+    }
+    auto charset = std::make_unique<BMCharset>();
+    for (XMLElement const* element = root->FirstChildElement(); element != nullptr;
+         element = element->NextSiblingElement()) {
+        read_section(*element, *charset);
+    }
+    return charset;
+}
+
+} // namespace orvex

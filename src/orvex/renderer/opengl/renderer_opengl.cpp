@@ -1,0 +1,175 @@
+#include "orvex/renderer/opengl/private/renderer_opengl.h"
+
+#include <algorithm>
+#include <cstdarg>
+#include <cstdio>
+#include <cstring>
+
+#include "orvex/base/log_mgr.h"
+#include "orvex/renderer/opengl/gl/private/gl_debug.h"
+#include "orvex/renderer/opengl/window/private/render_window_opengl.h"
+#include "orvex/renderer/records/gpu_program_data.h"
+
+namespace orvex {
+
+struct RendererOpenGL::RendererOpenGLData {
+    std::vector<unsigned int> texture_ids;
+};
+
+RendererOpenGL::RendererOpenGL()
+    : data(new RendererOpenGLData)
+    , log_buffer(16384) {
+    set_name("plugin_core_opengl");
+    set_description("OpenGL renderer (OpenGL 2, 3.x and 4.x supported).");
+    set_author("orvex");
+    set_version(0, 1, 0);
+    set_type(PLUGIN_TYPE_RENDERER);
+    set_api_name("OpenGL");
+    set_api_type(1);
+    char build_info[128] = {};
+    std::snprintf(build_info, sizeof(build_info), "BUILD_DATE: [%s] - BUILD_TIME: [%s]", __DATE__,
+                  __TIME__);
+    set_build_info(build_info);
+}
+
+RendererOpenGL::~RendererOpenGL() {
+    if (ctx.active_program != nullptr) {
+        ctx.active_program->remove_active_slot(&ctx.active_program);
+    }
+    leave_render_targets();
+    delete data;
+    RendererOpenGL::kill_all_render_windows();
+}
+
+void RendererOpenGL::log_life_cycle(char const* operation) {
+    LogMgr::get()->tracef_debug("plugin %s (id=%d) - %s()", get_name(), getid(), operation);
+}
+
+bool RendererOpenGL::initialize() {
+    if (!initialized) {
+        log_life_cycle("initialize");
+        initialized = true;
+    }
+    return true;
+}
+
+bool RendererOpenGL::terminate() {
+    if (initialized) {
+        log_life_cycle("terminate");
+        initialized = false;
+    }
+    return true;
+}
+
+namespace {
+
+// The word for a compatibility context starts with a capital letter in some drivers' texts.
+bool is_core_version_text(char const* version) {
+    return version != nullptr && std::strstr(version, "ompatibility") == nullptr;
+}
+
+} // namespace
+
+bool RendererOpenGL::start() {
+    if (started) {
+        return true;
+    }
+    log_life_cycle("start");
+    update_thread();
+    // This may be another context than the last one: what was bound there says nothing here.
+    prepared_mesh = nullptr;
+    bound_uniform_buffer = 0;
+    gl_major = 0;
+    gl_minor = 0;
+    get_opengl_version(&gl_major, &gl_minor);
+    gl2_context = gl_major == 2;
+    started = gl.init(display_gl_func_ptr);
+    start_gl_messages();
+    start_gl_labels(gl);
+    gl.core_profile = gl_major >= 3 && is_core_version_text(get_api_version());
+    reset_render_states();
+    return started;
+}
+
+bool RendererOpenGL::start_v2(bool display_function_pointers) {
+    display_gl_func_ptr = display_function_pointers;
+    return start();
+}
+
+bool RendererOpenGL::stop() {
+    if (!started) {
+        return true;
+    }
+    log_life_cycle("stop");
+    stop_gl_messages();
+    gl.clear();
+    started = false;
+    return true;
+}
+
+RenderWindow* RendererOpenGL::create_render_window() {
+    render_windows.push_back(new RenderWindowOpenGL);
+    return render_windows.back();
+}
+
+bool RendererOpenGL::kill_render_window(RenderWindow* window) {
+    auto const found = std::find(render_windows.begin(), render_windows.end(), window);
+    if (found == render_windows.end()) {
+        return false;
+    }
+    window->terminate();
+    delete window;
+    render_windows.erase(found);
+    return true;
+}
+
+bool RendererOpenGL::kill_all_render_windows() {
+    for (RenderWindow* window : render_windows) {
+        window->terminate();
+        delete window;
+    }
+    render_windows.clear();
+    return false;
+}
+
+bool RendererOpenGL::_add_texture_id(unsigned int id) {
+    data->texture_ids.push_back(id);
+    return true;
+}
+
+bool RendererOpenGL::_remove_texture_id(unsigned int id) {
+    auto const found = std::find(data->texture_ids.begin(), data->texture_ids.end(), id);
+    if (found == data->texture_ids.end()) {
+        return false;
+    }
+    data->texture_ids.erase(found);
+    return true;
+}
+
+// The four lines differ only in where the text goes.
+#define ORVEX_K_LOG(target)                                                                        \
+    va_list arguments;                                                                             \
+    va_start(arguments, format);                                                                   \
+    std::vsnprintf(log_buffer.data(), log_buffer.size(), format, arguments);                       \
+    va_end(arguments);                                                                             \
+    LogMgr::get()->target("%s renderer - %s", get_api_name(), log_buffer.data())
+
+void RendererOpenGL::k_log(char const* format, ...) {
+    ORVEX_K_LOG(tracef);
+}
+
+void RendererOpenGL::k_log_debug(char const* format, ...) {
+    ORVEX_K_LOG(tracef_debug);
+}
+
+void RendererOpenGL::k_log_warning(char const* format, ...) {
+    ORVEX_K_LOG(tracef_warning);
+}
+
+void RendererOpenGL::k_log_error(char const* format, ...) {
+    ORVEX_K_LOG(tracef_error);
+}
+
+#undef ORVEX_K_LOG
+
+} // namespace orvex

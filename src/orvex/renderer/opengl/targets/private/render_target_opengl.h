@@ -1,0 +1,114 @@
+#pragma once
+
+#include <cstddef>
+#include <string>
+
+#include "orvex/renderer/opengl/gl/private/gl_functions.h"
+#include "orvex/renderer/render_target.h"
+
+namespace orvex {
+
+struct RendererOpenGLCtx;
+
+/// A render target as an OpenGL framebuffer object. What each operation does is told in
+/// `RenderTarget`.
+///
+/// `RendererOpenGL` makes it, lists it and deletes it; its destructor cuts the targets that are
+/// left from the function table, after which they refuse to work. The GL objects belong to the
+/// context that was current when they were made, and only `kill` deletes them.
+class RenderTargetOpenGL : public RenderTarget {
+public:
+    RenderTargetOpenGL();
+
+    bool create_render_buffer_target(int width, int height, PIXEL_FORMAT format, bool,
+                                     unsigned long num_buffers, bool, int samples) override;
+    bool create_target(int width, int height, PIXEL_FORMAT format, bool, bool linear, bool clamp,
+                       int samples) override;
+    bool create_target_v2(int width, int height, PIXEL_FORMAT format, unsigned long num_textures,
+                          bool, bool linear, bool clamp, int samples) override;
+    bool create_target_rect(int width, int height, PIXEL_FORMAT format, bool, bool linear,
+                            bool clamp, int samples) override;
+    bool create_target_rect_v2(int width, int height, PIXEL_FORMAT format,
+                               unsigned long num_textures, bool, bool linear, bool clamp,
+                               int samples) override;
+    bool create_target_depth(int width, int height, bool linear, bool) override;
+    bool create_target_depth_rect(int width, int height, bool linear, bool) override;
+    bool clear_color_buffer(int index, float r, float g, float b, float a) override;
+    bool clear_depth_buffer(float depth) override;
+    bool read_color_pixmap_rgb_u8(unsigned char* pixels) override;
+    bool read_color_pixmap_rgba_u8(unsigned char* pixels) override;
+    bool kill() override;
+    bool activate() override;
+    bool deactivate() override;
+    bool resize(int width, int height) override;
+    unsigned int get_fbo() override { return fbo; }
+    unsigned int get_color_tex_id_opengl(int index) override;
+    unsigned int get_depth_tex_id_opengl() override { return depth_texture; }
+    void clear_error_str() override { error_str.clear(); }
+    char const* get_error_str() override { return error_str.c_str(); }
+    unsigned long get_error_str_size() override { return error_str.size(); }
+
+    unsigned long _get_read_back_size(unsigned long channels) override;
+
+    /// The entry points of the renderer; null makes the target inert.
+    void _set_opengl_func(ORVEX_Renderer_OpenGL_Func* functions) { gl = functions; }
+    /// The renderer's record of the API's state, in which texture unit 0 is kept.
+    void _set_opengl_ctx(RendererOpenGLCtx* state) { ctx = state; }
+
+private:
+    static constexpr std::size_t max_colors = 8;
+
+    /// Names one of the target's objects, which exists by now, after the target.
+    void label(GLenum kind, unsigned int object, char const* use) const;
+    void label(GLenum kind, unsigned int object, char const* use, std::size_t index) const;
+
+    bool _create_target(GLenum target, int new_width, int new_height, PIXEL_FORMAT pixel_format,
+                        unsigned long num_textures, bool linear, bool clamp, int texture_samples);
+    bool _create_target_depth(GLenum target, int new_width, int new_height, bool linear);
+    bool _create_fbo();
+
+    bool can_make_textures(int texture_samples) const;
+    bool can_make_render_buffers() const;
+    bool can_resize() const;
+    bool can_delete() const;
+    bool has_objects() const;
+    bool start_over(bool rectangle_textures);
+
+    void store_texture(GLenum target, int texture_samples, GLint internal, GLint pixels,
+                       GLint type) const;
+    void store_depth_texture(GLenum target, int texture_samples) const;
+    void store_render_buffer(unsigned int id, GLenum internal) const;
+    void make_color_texture(GLenum target, std::size_t index, int texture_samples);
+    void make_depth_texture(GLenum target, int texture_samples);
+    void attach_textures(GLenum target) const;
+    void make_render_buffers();
+    void attach_render_buffers() const;
+    bool check_status(char const* message);
+    void leave(GLenum target);
+    void delete_render_buffers();
+    void resize_render_buffers() const;
+    void resize_textures() const;
+    bool read_color_pixmap(GLenum channels, unsigned char* pixels) const;
+
+    unsigned int fbo = 0;
+    bool rectangle = false;
+    unsigned int render_buffers[max_colors] = {};
+    unsigned long num_render_buffers = 0;
+    unsigned int depth_render_buffer = 0;
+    unsigned int color_textures[max_colors] = {};
+    unsigned long num_color_textures = 0;
+    unsigned int color_texture = 0; // the first of them
+    int color_filter = GL_NEAREST;
+    int color_wrap = GL_CLAMP;
+    int internal_format = GL_RGBA;
+    int format = GL_RGBA;
+    int pixel_type = GL_UNSIGNED_BYTE;
+    unsigned int depth_texture = 0;
+    int depth_filter = GL_NEAREST;
+    int depth_wrap = GL_CLAMP;
+    ORVEX_Renderer_OpenGL_Func* gl = nullptr;
+    RendererOpenGLCtx* ctx = nullptr;
+    std::string error_str;
+};
+
+} // namespace orvex

@@ -1,0 +1,34 @@
+#pragma once
+
+/// @file
+/// Where the pixels of a texture call come from, and whether there are enough of them.
+
+#include "orvex/renderer/opengl/gl/private/gl_enums.h"
+#include "orvex/renderer/records/image.h"
+
+namespace orvex {
+
+/// The source of an upload. OpenGL reads as much as the size asks for, so whoever uploads asks
+/// `has` first.
+struct TexturePixels {
+    GlPixelFormat gl;
+    void const* data;    ///< null uploads no pixels
+    unsigned long bytes; ///< that may be read behind `data`
+
+    /// Whether `width * height` pixels may be read; null pixels are never read.
+    bool has(unsigned long width, unsigned long height) const;
+};
+
+/// The pixels of an image for a load, which knows every format of the table.
+TexturePixels texture_pixels_to_load(Image const& image, PIXEL_FORMAT format);
+
+/// The same for an update, which takes the half-float formats like unknown ones: no pixels.
+TexturePixels texture_pixels_to_update(Image const& image, PIXEL_FORMAT format);
+
+/// How an update takes pixels of a format.
+GlPixelFormat gl_pixel_format_to_update(PIXEL_FORMAT format);
+
+/// Bytes that rows of this many pixels are a multiple of.
+int unpack_alignment(unsigned long width);
+
+} // namespace orvex

@@ -1,0 +1,61 @@
+#include "orvex/renderer/opengl/textures/private/texture_pixels.h"
+
+#include <GL/glext.h>
+
+#include "orvex/math/private/pixel_math.h"
+#include "orvex/renderer/records/private/image_access.h"
+
+namespace orvex {
+
+namespace {
+
+unsigned long pixel_size(GlPixelFormat const& gl) {
+    unsigned long const channel_size = gl.type == GL_UNSIGNED_BYTE ? 1 : sizeof(GLfloat);
+    switch (gl.format) {
+    case GL_RED:
+        return channel_size;
+    case GL_RGB:
+    case GL_BGR:
+        return channel_size * 3;
+    default:
+        return channel_size * 4;
+    }
+}
+
+TexturePixels source_of(Image const& image, GlPixelFormat const& gl) {
+    if (!gl.known) {
+        return {gl, nullptr, 0};
+    }
+    if (gl.type == GL_UNSIGNED_BYTE) {
+        return {gl, image.get_u8_ptr(), ImageAccess::readable_u8_bytes(image)};
+    }
+    return {gl, image.get_f32_ptr(), ImageAccess::f32_capacity(image)};
+}
+
+} // namespace
+
+bool TexturePixels::has(unsigned long width, unsigned long height) const {
+    return data == nullptr || saturating_product(width, height, pixel_size(gl)) <= bytes;
+}
+
+TexturePixels texture_pixels_to_load(Image const& image, PIXEL_FORMAT format) {
+    return source_of(image, gl_pixel_format(format));
+}
+
+TexturePixels texture_pixels_to_update(Image const& image, PIXEL_FORMAT format) {
+    return source_of(image, gl_pixel_format_to_update(format));
+}
+
+GlPixelFormat gl_pixel_format_to_update(PIXEL_FORMAT format) {
+    bool const half_float = format == PF_RGB_F16 || format == PF_RGBA_F16 || format == PF_R_F16;
+    return gl_pixel_format(half_float ? PF_NONE : format);
+}
+
+int unpack_alignment(unsigned long width) {
+    if (width % 4 == 0) {
+        return 4;
+    }
+    return width % 2 == 0 ? 2 : 1;
+}
+
+} // namespace orvex

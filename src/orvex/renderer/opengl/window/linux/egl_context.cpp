@@ -1,0 +1,214 @@
+#include "orvex/renderer/opengl/window/linux/private/egl_context.h"
+
+#include <algorithm>
+#include <utility>
+#include <vector>
+
+#include "orvex/renderer/opengl/window/linux/private/egl_config.h"
+
+namespace orvex {
+
+EglAnyContext::EglAnyContext(EGLDisplay display, EGLContext context, EGLSurface draw,
+                             EGLSurface read)
+    : display(display)
+    , context(context)
+    , draw(draw)
+    , read(read) {}
+
+bool EglAnyContext::is_current() const {
+    const EglOpenGLScope api;
+    return eglGetCurrentContext() == context;
+}
+
+void EglAnyContext::set_surface(EGLSurface surface) {
+    draw = surface;
+    read = surface;
+    swap_interval_pending = swap_interval.has_value();
+}
+
+bool EglAnyContext::make_current() {
+    const EglOpenGLScope api;
+    if (!eglMakeCurrent(display, draw, read, context))
+        return false;
+    if (swap_interval_pending)
+        apply_swap_interval();
+    return true;
+}
+
+bool EglAnyContext::release_current() {
+    const EglOpenGLScope api;
+    return eglMakeCurrent(display, EGL_NO_SURFACE, EGL_NO_SURFACE, EGL_NO_CONTEXT) == EGL_TRUE;
+}
+
+void EglAnyContext::apply_swap_interval() {
+    eglSwapInterval(display, *swap_interval);
+    swap_interval_pending = false;
+}
+
+void EglAnyContext::set_swap_interval(int interval) {
+    swap_interval = interval;
+    swap_interval_pending = true;
+    const EglOpenGLScope api;
+    if (eglGetCurrentContext() == context)
+        apply_swap_interval();
+}
+
+void EglAnyContext::present() {
+    const EglOpenGLScope api;
+    const EglCurrent former;
+    if (former.context == context) {
+        eglSwapBuffers(display, draw);
+        return;
+    }
+    // EGL presents nothing but the current surface.
+    if (!make_current())
+        return;
+    eglSwapBuffers(display, draw);
+    if (former.context == EGL_NO_CONTEXT)
+        release_current();
+    else
+        eglMakeCurrent(former.display, former.draw, former.read, former.context);
+}
+
+namespace {
+
+using ContextAttributes = std::vector<EGLint>;
+
+/// With debugging if it is wished for and the driver has it.
+EGLContext create_with(EGLDisplay display, EGLConfig config, EGLContext share,
+                       ContextAttributes attributes, bool debug) {
+    const std::size_t plain = attributes.size();
+    if (debug)
+        attributes.insert(attributes.end(), {EGL_CONTEXT_OPENGL_DEBUG, EGL_TRUE});
+    attributes.push_back(EGL_NONE);
+    const EGLContext context = eglCreateContext(display, config, share, attributes.data());
+    if (context != EGL_NO_CONTEXT || !debug)
+        return context;
+    attributes.resize(plain);
+    return create_with(display, config, share, std::move(attributes), false);
+}
+
+EGLContext create_core_context(EGLDisplay display, EGLConfig config, EGLContext share, int major,
+                               int minor, bool debug) {
+    return create_with(display, config, share,
+                       {EGL_CONTEXT_MAJOR_VERSION, major, EGL_CONTEXT_MINOR_VERSION, minor,
+                        EGL_CONTEXT_OPENGL_PROFILE_MASK, EGL_CONTEXT_OPENGL_CORE_PROFILE_BIT},
+                       debug);
+}
+
+EGLContext create_legacy_context(EGLDisplay display, EGLConfig config, EGLContext share,
+                                 bool debug) {
+    return create_with(display, config, share,
+                       {EGL_CONTEXT_MAJOR_VERSION, 2, EGL_CONTEXT_MINOR_VERSION, 1}, debug);
+}
+
+/// A driver that can't give the asked core version may give 3.2, and with it often more.
+EGLContext create_native_context(EGLDisplay display, EGLConfig config, EGLContext share,
+                                 ContextRequest const& request) {
+    if (request.profile == CONTEXT_PROFILE_LEGACY)
+        return create_legacy_context(display, config, share, request.debug);
+    const std::pair lowest(3, 2);
+    const auto [major, minor] = std::max(lowest, std::pair(request.gl_major, request.gl_minor));
+    const EGLContext context =
+        create_core_context(display, config, share, major, minor, request.debug);
+    if (context != EGL_NO_CONTEXT)
+        return context;
+    return create_core_context(display, config, share, lowest.first, lowest.second, request.debug);
+}
+
+/// Drivers take any size and then draw nowhere. What OpenGL 4 promises of viewports and textures
+/// can be drawn into; the limit that EGL tells is often far lower than what works.
+bool is_too_large(EGLDisplay display, EGLConfig config, int size, EGLint limit_name) {
+    constexpr EGLint promised = 16384;
+    EGLint limit = 0;
+    eglGetConfigAttrib(display, config, limit_name, &limit);
+    return size > std::max(limit, promised);
+}
+
+EGLSurface create_off_screen_surface(EGLDisplay display, EGLConfig config, int width, int height) {
+    if (is_too_large(display, config, width, EGL_MAX_PBUFFER_WIDTH) ||
+        is_too_large(display, config, height, EGL_MAX_PBUFFER_HEIGHT))
+        return EGL_NO_SURFACE;
+    const EGLint size[] = {EGL_WIDTH, std::max(width, 1), EGL_HEIGHT, std::max(height, 1),
+                           EGL_NONE};
+    return eglCreatePbufferSurface(display, config, size);
+}
+
+EGLSurface create_surface(EGLDisplay display, EGLConfig config, ContextRequest const& request) {
+    if (!request.view)
+        return create_off_screen_surface(display, config, request.width, request.height);
+    return eglCreateWindowSurface(display, config,
+                                  reinterpret_cast<EGLNativeWindowType>(request.view), nullptr);
+}
+
+} // namespace
+
+EglOwnContext::EglOwnContext(EGLDisplay display, EGLConfig config, EGLContext context,
+                             EGLSurface surface, ContextRequest const& request)
+    : EglAnyContext(display, context, surface, surface)
+    , config(config)
+    , off_screen(!request.view)
+    , width(std::max(request.width, 1))
+    , height(std::max(request.height, 1)) {}
+
+std::unique_ptr<EglOwnContext> EglOwnContext::create(EGLDisplay display, EGLConfig config,
+                                                     ContextRequest const& request) {
+    const auto* share = dynamic_cast<EglAnyContext*>(request.share);
+    const EGLSurface surface = create_surface(display, config, request);
+    if (surface == EGL_NO_SURFACE)
+        return nullptr;
+    const EGLContext context = create_native_context(
+        display, config, share ? share->get_context() : EGL_NO_CONTEXT, request);
+    if (context == EGL_NO_CONTEXT) {
+        eglDestroySurface(display, surface);
+        return nullptr;
+    }
+    return std::unique_ptr<EglOwnContext>(
+        new EglOwnContext(display, config, context, surface, request));
+}
+
+std::unique_ptr<EglOwnContext> EglOwnContext::create(EGLDisplay display,
+                                                     ContextRequest const& request) {
+    ContextRequest attempt = request;
+    for (int depth_bits : depths_to_try(request.depth_bits)) {
+        attempt.depth_bits = depth_bits;
+        for (EGLConfig config : choose_configs(display, attempt))
+            if (auto context = create(display, config, attempt))
+                return context;
+    }
+    return nullptr;
+}
+
+EglOwnContext::~EglOwnContext() {
+    const EglOpenGLScope api;
+    if (eglGetCurrentContext() == get_context())
+        eglMakeCurrent(get_display(), EGL_NO_SURFACE, EGL_NO_SURFACE, EGL_NO_CONTEXT);
+    eglDestroySurface(get_display(), get_surface());
+    eglDestroyContext(get_display(), get_context());
+}
+
+bool EglOwnContext::resize(int new_width, int new_height) {
+    new_width = std::max(new_width, 1);
+    new_height = std::max(new_height, 1);
+    if (!off_screen || (new_width == width && new_height == height))
+        return true;
+    const EglOpenGLScope api;
+    const EGLSurface surface =
+        create_off_screen_surface(get_display(), config, new_width, new_height);
+    if (surface == EGL_NO_SURFACE)
+        return false;
+    const EGLSurface former = get_surface();
+    set_surface(surface);
+    if (eglGetCurrentContext() == get_context())
+        make_current();
+    eglDestroySurface(get_display(), former);
+    width = new_width;
+    height = new_height;
+    return true;
+}
+
+EglHostContext::EglHostContext(EglCurrent const& current, void* host_handle)
+    : EglAnyContext(current.display, current.context, current.draw, current.read)
+    , host_handle(host_handle) {}
+
+} // namespace orvex

@@ -1,0 +1,66 @@
+#include "orvex/renderer/opengl/window/linux/private/egl_platform.h"
+
+#include <cstdio>
+#include <vector>
+
+#include "orvex/renderer/opengl/window/linux/private/egl_context.h"
+#include "orvex/renderer/opengl/window/linux/private/egl_display.h"
+#include "orvex/renderer/opengl/window/linux/private/glx_context.h"
+#include "orvex/renderer/opengl/window/linux/private/x11_window.h"
+
+namespace orvex {
+
+namespace {
+
+/// Objects are shared within one display only. A parent of another kind can't be shared with.
+std::vector<EGLDisplay> candidate_displays(ContextRequest const& request) {
+    if (!request.share)
+        return displays_for(request);
+    if (const auto* share = dynamic_cast<EglAnyContext*>(request.share))
+        return {share->get_display()};
+    return {};
+}
+
+/// A driver may crash on the number of a window that is gone.
+bool is_drawable(ContextRequest const& request) {
+    return !is_x11_id(request.view) || x11_window_may_exist(request.display, request.view);
+}
+
+} // namespace
+
+std::unique_ptr<PlatformContext> EglPlatform::create_context(ContextRequest const& request) {
+    const EglOpenGLScope api;
+    for (EGLDisplay display : candidate_displays(request)) {
+        if (!eglInitialize(display, nullptr, nullptr) || !is_drawable(request))
+            continue;
+        if (auto context = EglOwnContext::create(display, request))
+            return context;
+    }
+    return nullptr;
+}
+
+std::unique_ptr<PlatformContext> EglPlatform::adopt_current_context(void* handle) {
+    const EglOpenGLScope api;
+    const EglCurrent current;
+    if (current.context != EGL_NO_CONTEXT)
+        return std::make_unique<EglHostContext>(current, handle);
+    return adopt_current_glx_context(handle);
+}
+
+void EglPlatform::get_version(int& major, int& minor) {
+    major = 0;
+    minor = 0;
+    if (char const* version = eglQueryString(EGL_NO_DISPLAY, EGL_VERSION))
+        std::sscanf(version, "%d.%d", &major, &minor);
+}
+
+void* EglPlatform::get_proc_address(char const* name) {
+    return reinterpret_cast<void*>(eglGetProcAddress(name));
+}
+
+WindowPlatform& native_window_platform() {
+    static EglPlatform* const platform = new EglPlatform;
+    return *platform;
+}
+
+} // namespace orvex

@@ -1,0 +1,313 @@
+#pragma once
+
+#include "orvex/api.h"
+#include "orvex/base/owned_text.h"
+#include "orvex/base/thread.h"
+#include "orvex/math/math_fwd.h"
+#include "orvex/renderer/records/gpu_fwd.h"
+#include "orvex/renderer/renderer_types.h"
+
+#include <vector>
+
+namespace orvex {
+
+/// What a GPU program is to a back end: API names, link state, sources, logs, the names that the
+/// engine fills in by itself, and the table of uniforms that wait for the next bind.
+///
+/// A `GpuProgram` makes, owns and destroys it; back ends get it as an argument and write their
+/// object names into it. Matrices are column-major, as everywhere. The uniform setters touch no
+/// graphics API and may run on any thread while no bind of this program runs; everything else
+/// belongs to the thread whose graphics context is current.
+///
+///     GpuProgramData* program = renderer->gpu_program_get_active_program();
+///     program->set_uniform_4f("tint", 1.0f, 0.5f, 0.0f, 1.0f);
+///     renderer->gpu_program_bind_uniforms(program);
+struct ORVEX_API GpuProgramData {
+    /// Number of names in the table of vertex attributes. A name's index is its attribute location.
+    static constexpr unsigned int NUM_VERTEX_ATTRIB_NAMES = 16;
+
+    /// Slots that the uniform table starts with, and by which it grows.
+    static constexpr unsigned long UNIFORM_SLOTS = 4;
+
+    /// Makes a record without API objects, with the standard names and an empty table of four
+    /// slots. The calling thread is the record's thread until a back end makes the program.
+    GpuProgramData();
+
+    /// Frees all that the record owns. API objects outlive it: a back end's `gpu_program_kill`
+    /// comes first. A renderer that still names this record as its active program forgets it.
+    ~GpuProgramData();
+
+    GpuProgramData(GpuProgramData const&) = delete;
+    GpuProgramData& operator=(GpuProgramData const&) = delete;
+
+    /// Frees sources, logs, names and the uniform buffer's record. The uniform table stays. Safe to
+    /// call again.
+    void free_data();
+
+    /// @name Thread
+    /// @{
+
+    /// The calling thread becomes the record's thread.
+    void update_thread();
+    /// Returns whether the calling thread is the record's thread.
+    bool check_thread();
+    /// Returns the record's thread, owned by the record.
+    Thread* get_thread_ptr() { return &thread; }
+    /// The same as `get_thread_ptr`.
+    Thread* get_thread() { return &thread; }
+    /// @}
+
+    /// @name Draw path
+    /// @{
+
+    /// Chooses the path of objects drawn with this program: true for generic attributes with vertex
+    /// array objects, false for client arrays. The first standard attribute that a bind finds still
+    /// overturns false.
+    void set_use_generic_vertex_attribs_state(bool state) { use_generic_vertex_attribs = state; }
+    /// Returns the path chosen.
+    bool get_use_generic_vertex_attribs_state() const { return use_generic_vertex_attribs; }
+    /// @}
+
+    /// @name Logs and sources
+    /// @{
+
+    /// Keeps a copy of a stage's compile message.
+    /// @param type    stage, 0 to 7; anything else returns false
+    /// @param text    message; null returns false
+    /// @param length  its characters; 0 returns false
+    /// @return false, with nothing changed, also when the slot's recorded size is already at least
+    ///         `length`: the longer text stays. The recorded size is the kept length + 1.
+    bool set_shader_info_log(GPU_SHADER_TYPE type, char const* text, unsigned long length);
+    /// Returns a stage's compile message, null for none or for a type outside 0 to 7. A later
+    /// success doesn't clear it.
+    char const* get_shader_info_log(GPU_SHADER_TYPE type) const;
+    /// Keeps a copy of the link message, by the rule of `set_shader_info_log`.
+    bool set_info_log(char const* text, unsigned long length);
+    /// Returns the link message, null for none.
+    char const* get_info_log() const { return info_log.get(); }
+    /// Returns the last source of a stage that compiled, null for none or for a type outside 0 to
+    /// 7.
+    char const* get_shader_source_code(GPU_SHADER_TYPE type) const;
+    /// @}
+
+    /// @name Direct3D
+    /// For back ends that speak Direct3D; OpenGL reads none of it.
+    /// @{
+
+    /// Stores at most 127 characters of the entry point's name. Null unsets it; a type outside 0
+    /// to 7 is ignored.
+    void d3d11_set_entry_point_name(GPU_SHADER_TYPE type, char const* name);
+    /// Returns the stored name, or the stage's default: "VS", "PS", "GS", "HS", "DS", and "main"
+    /// for all other types.
+    char const* d3d11_get_entry_point_name(GPU_SHADER_TYPE type) const;
+    /// Returns the shader object of a stage from 0 to 4, null for none and for other types.
+    void* d3d11_get_shader_ptr(GPU_SHADER_TYPE type) const;
+    /// @}
+
+    /// @name Names of the automatic uniforms
+    /// Null means that the engine doesn't send the value. Getters give null then.
+    /// @{
+
+    /// Of the transform from object to world space.
+    void set_model_matrix_uniform_name(char const* name);
+    char const* get_model_matrix_uniform_name() const; ///< "orvex_ModelMatrix" at first
+    /// Of the view.
+    void set_view_matrix_uniform_name(char const* name);
+    char const* get_view_matrix_uniform_name() const; ///< "orvex_ViewMatrix" at first
+    /// Of the projection.
+    void set_projection_matrix_uniform_name(char const* name);
+    char const* get_projection_matrix_uniform_name() const; ///< "orvex_ProjectionMatrix" at first
+    /// Of view · model.
+    void set_model_view_matrix_uniform_name(char const* name);
+    char const* get_model_view_matrix_uniform_name() const; ///< "orvex_ModelViewMatrix" at first
+    /// Of projection · view · model.
+    void set_model_view_projection_matrix_uniform_name(char const* name);
+    /// "orvex_ModelViewProjectionMatrix" at first.
+    char const* get_model_view_projection_matrix_uniform_name() const;
+    /// Of projection · view.
+    void set_view_projection_matrix_uniform_name(char const* name);
+    /// "orvex_ViewProjectionMatrix" at first.
+    char const* get_view_projection_matrix_uniform_name() const;
+    /// Of the viewport, as x, y, width and height in a `vec4`.
+    void set_viewport_uniform_name(char const* name);
+    char const* get_viewport_uniform_name() const; ///< "orvex_Viewport" at first
+    /// @}
+
+    /// Names the vertex attribute that is bound to location `index`; null for none. Clears
+    /// `linked`, so that the next bind links again. Returns false for an index of 16 or more.
+    bool set_vertex_attrib_name(unsigned int index, char const* name);
+    /// Returns the name at `index`, null for none and for an index of 16 or more.
+    char const* get_vertex_attrib_name(unsigned int index) const;
+
+    /// @name Uniform table
+    /// @{
+
+    /// Returns the slots, `get_num_uniforms` of them; used ones come first, the rest are null.
+    /// Valid until the table grows. Null after `kill_uniforms`.
+    GpuProgramUniform** get_uniforms_list() { return uniforms; }
+    /// Returns the number of slots, used or not.
+    unsigned long get_num_uniforms() const { return num_uniforms; }
+    /// Returns the record whose name has the same first 63 characters, null for none or for a null
+    /// name. Owned by the table.
+    GpuProgramUniform* find_uniform(char const* name);
+    /// Returns a new record without a name in the first empty slot. A full table grows by four
+    /// slots first.
+    GpuProgramUniform* get_new_uniform();
+    /// Deletes all records and the table.
+    void kill_uniforms();
+    /// Marks every used record dirty and clears `uniforms_optimized`, so that the next bind sends
+    /// the whole table. Returns false when there is no table.
+    bool need_bind_uniforms();
+    /// @}
+
+    /// @name Uniform setters
+    /// Each finds the record of `name`, or makes one of the setter's type, stores the value and
+    /// marks it dirty. The type of a record that exists isn't changed. They return false for a null
+    /// name, a null pointer or a negative count, otherwise true. Counts are in elements: vectors
+    /// for the forms of 2 to 4 components.
+    /// @{
+
+    /// An `int`.
+    bool set_uniform_1i(char const* name, int x);
+    /// An `ivec2`.
+    bool set_uniform_2i(char const* name, int x, int y);
+    /// An `ivec3`.
+    bool set_uniform_3i(char const* name, int x, int y, int z);
+    /// An `ivec4`.
+    bool set_uniform_4i(char const* name, int x, int y, int z, int w);
+    /// A `float`.
+    bool set_uniform_1f(char const* name, float x);
+    /// A `vec2`.
+    bool set_uniform_2f(char const* name, float x, float y);
+    /// A `vec3`.
+    bool set_uniform_3f(char const* name, float x, float y, float z);
+    /// A `vec4`.
+    bool set_uniform_4f(char const* name, float x, float y, float z, float w);
+    /// A `double`.
+    bool set_uniform_1d(char const* name, double x);
+    /// A `dvec2`.
+    bool set_uniform_2d(char const* name, double x, double y);
+    /// A `dvec3`.
+    bool set_uniform_3d(char const* name, double x, double y, double z);
+    /// A `dvec4`.
+    bool set_uniform_4d(char const* name, double x, double y, double z, double w);
+    /// A `uint`.
+    bool set_uniform_1ui(char const* name, unsigned int x);
+    /// A `uvec2`.
+    bool set_uniform_2ui(char const* name, unsigned int x, unsigned int y);
+    /// A `uvec3`.
+    bool set_uniform_3ui(char const* name, unsigned int x, unsigned int y, unsigned int z);
+    /// A `uvec4`.
+    bool set_uniform_4ui(char const* name, unsigned int x, unsigned int y, unsigned int z,
+                         unsigned int w);
+    /// One texture handle.
+    bool set_uniform_1ui64(char const* name, unsigned long long value);
+    /// `count` elements of type `int`.
+    bool set_uniform_1iv(char const* name, int const* values, int count);
+    /// `count` elements of type `ivec2`: `values` holds twice as many ints.
+    bool set_uniform_2iv(char const* name, int const* values, int count);
+    /// `count` elements of type `ivec3`: `values` holds three times as many ints.
+    bool set_uniform_3iv(char const* name, int const* values, int count);
+    /// `count` elements of type `ivec4`: `values` holds four times as many ints.
+    bool set_uniform_4iv(char const* name, int const* values, int count);
+    /// `count` elements of type `float`.
+    bool set_uniform_1fv(char const* name, float const* values, int count);
+    /// `count` elements of type `vec2`.
+    bool set_uniform_2fv(char const* name, vec2 const* values, int count);
+    /// `count` elements of type `vec3`.
+    bool set_uniform_3fv(char const* name, vec3 const* values, int count);
+    /// `count` elements of type `vec4`.
+    bool set_uniform_4fv(char const* name, vec4 const* values, int count);
+    /// `count` elements of type `double`.
+    bool set_uniform_1dv(char const* name, double const* values, int count);
+    /// `count` elements of type `dvec2`: `values` holds twice as many doubles.
+    bool set_uniform_2dv(char const* name, double const* values, int count);
+    /// `count` elements of type `dvec3`: `values` holds three times as many doubles.
+    bool set_uniform_3dv(char const* name, double const* values, int count);
+    /// `count` elements of type `dvec4`: `values` holds four times as many doubles.
+    bool set_uniform_4dv(char const* name, double const* values, int count);
+    /// `count` texture handles.
+    bool set_uniform_1ui64v(char const* name, unsigned long long const* values, int count);
+    /// Nine floats, column by column.
+    bool set_uniform_3x3f(char const* name, float const* values);
+    /// Sixteen floats, column by column.
+    bool set_uniform_4x4f(char const* name, float const* values);
+    /// The same from a matrix.
+    bool set_uniform_4x4f(char const* name, mat4 const& value);
+    /// Recorded, but sent by no back end.
+    bool set_uniform_3x3d(char const* name, double const* values);
+    /// Recorded, but sent by no back end.
+    bool set_uniform_4x4d(char const* name, double const* values);
+    /// @}
+
+    /// @name Common part of the array setters
+    /// `components` is 1 to 4, anything else returns false. It sets the type when the record is
+    /// made; later it only tells how many values there are. The array is made anew for another
+    /// count, or when it is too short, and used again otherwise.
+    /// @{
+
+    /// `values` holds `count * components` ints.
+    bool _set_uniform_iv(char const* name, int const* values, int count, int components);
+    /// `values` holds `count * components` floats.
+    bool _set_uniform_fv(char const* name, float const* values, int count, int components);
+    /// `values` holds `count * components` doubles.
+    bool _set_uniform_dv(char const* name, double const* values, int count, int components);
+    /// `values` holds `count * components` texture handles.
+    bool _set_uniform_ui64v(char const* name, unsigned long long const* values, int count,
+                            int components);
+    /// `values` holds as many as there are components.
+    bool _set_uniform_ui(char const* name, unsigned int const* values, int components);
+    /// @}
+
+    /// @name For back ends
+    /// @{
+
+    /// Remembers that the pointer at `slot` names this record as the active program; the destructor
+    /// makes it null. Null and a slot already known are ignored.
+    void add_active_slot(GpuProgramData** slot);
+    /// Forgets a slot. Ignored when it isn't known.
+    void remove_active_slot(GpuProgramData** slot);
+    /// @}
+
+    int id = -1;                             ///< reserved
+    Thread thread;                           ///< thread that made the API program
+    unsigned int gl_program = 0;             ///< API program name, 0 for none
+    bool use_generic_vertex_attribs = false; ///< the draw path of objects with this program
+    bool auto_generic_pending = true;        ///< the first standard attribute sets the flag above
+    bool linked = false;                     ///< the API program is linked as the record stands
+    bool core_attribs_pending = true;        ///< attributes 0 to 5 still to be bound
+    bool instancing_attribs_pending = true;  ///< attributes 6 to 10 still to be bound
+    bool valid = false;                      ///< set by the manager after loading
+    /// Whether the last source of the stage compiled.
+    bool shader_loaded[GPU_SHADER_TYPE_COUNT] = {};
+    unsigned int shader_ids[GPU_SHADER_TYPE_COUNT] = {};            ///< API shader names
+    OwnedText shader_source[GPU_SHADER_TYPE_COUNT];                 ///< last source that compiled
+    OwnedText shader_info_log[GPU_SHADER_TYPE_COUNT];               ///< last compile message
+    unsigned long shader_info_log_size[GPU_SHADER_TYPE_COUNT] = {}; ///< recorded sizes
+    OwnedText info_log;                                             ///< last link message
+    unsigned long info_log_size = 0; ///< recorded size: the kept length + 1, 0 for none
+    OwnedText d3d11_entry_point_name[GPU_SHADER_TYPE_COUNT]; ///< unset: the stage's default
+    void* d3d11_shader[5] = {}; ///< shader objects of stages 0 to 4, for a back end
+    int renderer_id = 0;        ///< plugin id of the renderer that made the API program, 0 for none
+    UniformBufferData* uniform_buffer = nullptr; ///< owned; made by `GpuProgram::ub_init`
+    OwnedText model_matrix_uniform_name;         ///< "orvex_ModelMatrix" at first
+    OwnedText view_matrix_uniform_name;          ///< "orvex_ViewMatrix" at first
+    OwnedText projection_matrix_uniform_name;    ///< "orvex_ProjectionMatrix" at first
+    OwnedText model_view_matrix_uniform_name;    ///< "orvex_ModelViewMatrix" at first
+    /// "orvex_ModelViewProjectionMatrix" at first.
+    OwnedText model_view_projection_matrix_uniform_name;
+    OwnedText view_projection_matrix_uniform_name; ///< "orvex_ViewProjectionMatrix" at first
+    OwnedText viewport_uniform_name;               ///< "orvex_Viewport" at first
+    OwnedText vertex_attrib_names[NUM_VERTEX_ATTRIB_NAMES]; ///< names by location
+    bool uniforms_optimized = false;        ///< every record's location has been asked for
+    GpuProgramUniform** uniforms = nullptr; ///< owned slots, used ones first
+    unsigned long num_uniforms = 0;         ///< number of slots
+
+private:
+    GpuProgramUniform* touch_uniform(char const* name, int type);
+
+    unsigned long last_found_ = 0; // slot to try first: setters come in the same order each frame
+    std::vector<GpuProgramData**> active_slots_;
+};
+
+} // namespace orvex

@@ -1,0 +1,534 @@
+#include "orvex/renderer/records/mesh_data.h"
+
+#include <algorithm>
+#include <cstring>
+#include <exception>
+
+#include "orvex/base/log_mgr.h"
+#include "orvex/math/aligned_new.h"
+#include "orvex/platform/private/large_pages.h"
+#include "orvex/renderer/records/private/vertex_access.h"
+
+namespace orvex {
+
+using namespace vertex_access;
+
+MeshData::MeshData(VERTEX_FORMAT format)
+    : vertex_format(format) {
+    instance_positions.attrib_location = 6;
+    instance_rotations.attrib_location = 7;
+    instance_scales.attrib_location = 8;
+    instance_colors.attrib_location = 9;
+    instance_miscs.attrib_location = 10;
+    MeshData::_update_attrib_locations();
+}
+
+MeshData::~MeshData() {
+    MeshData::_free_vertex_arrays();
+    _free_vertex_particles();
+    free_user_vertex_attribs();
+    MeshData::free_quad_edge_data();
+    delete[] faces_u16;
+    delete[] faces_u32;
+    delete[] face_normals;
+    delete[] face_materials;
+    delete[] subsets;
+    free_vertex_attrib_array(instance_positions);
+    free_vertex_attrib_array(instance_rotations);
+    free_vertex_attrib_array(instance_scales);
+    free_vertex_attrib_array(instance_colors);
+    free_vertex_attrib_array(instance_miscs);
+}
+
+Vertex* MeshData::get_vertex(unsigned long i) {
+    return vertices && i < num_vertices ? &vertices[i] : nullptr;
+}
+
+Vertex MeshData::get_vertex_v2(unsigned long i) {
+    if (i >= num_vertices)
+        return Vertex();
+    if (vertices)
+        return vertices[i];
+    return Vertex{element(position, i), element(color, i), element(normal, i),
+                  element(uv0, i),      element(uv1, i),   element(tangent, i)};
+}
+
+unsigned int MeshData::get_vertex_elt_size() {
+    return sizeof(Vertex);
+}
+
+void* MeshData::get_vertex_ptr() {
+    return vertices;
+}
+
+unsigned int MeshData::get_position_elt_size() {
+    return position.get_element_size();
+}
+
+unsigned int MeshData::get_color_elt_size() {
+    return color.get_element_size();
+}
+
+unsigned int MeshData::get_normal_elt_size() {
+    return normal.get_element_size();
+}
+
+unsigned int MeshData::get_uv0_elt_size() {
+    return uv0.get_element_size();
+}
+
+unsigned int MeshData::get_uv1_elt_size() {
+    return uv1.get_element_size();
+}
+
+unsigned int MeshData::get_tangent_elt_size() {
+    return tangent.get_element_size();
+}
+
+unsigned int MeshData::get_position_vector_dim() {
+    return position.get_vector_dim();
+}
+
+unsigned int MeshData::get_color_vector_dim() {
+    return color.get_vector_dim();
+}
+
+unsigned int MeshData::get_normal_vector_dim() {
+    return normal.get_vector_dim();
+}
+
+unsigned int MeshData::get_uv0_vector_dim() {
+    return uv0.get_vector_dim();
+}
+
+unsigned int MeshData::get_uv1_vector_dim() {
+    return uv1.get_vector_dim();
+}
+
+unsigned int MeshData::get_tangent_vector_dim() {
+    return tangent.get_vector_dim();
+}
+
+namespace {
+
+unsigned int size_in_bytes(unsigned int element_size, unsigned long count) {
+    return static_cast<unsigned int>(element_size * count);
+}
+
+} // namespace
+
+unsigned int MeshData::get_position_size() {
+    return size_in_bytes(get_position_elt_size(), num_vertices);
+}
+
+unsigned int MeshData::get_color_size() {
+    return size_in_bytes(get_color_elt_size(), num_vertices);
+}
+
+unsigned int MeshData::get_normal_size() {
+    return size_in_bytes(get_normal_elt_size(), num_vertices);
+}
+
+unsigned int MeshData::get_uv0_size() {
+    return size_in_bytes(get_uv0_elt_size(), num_vertices);
+}
+
+unsigned int MeshData::get_uv1_size() {
+    return size_in_bytes(get_uv1_elt_size(), num_vertices);
+}
+
+unsigned int MeshData::get_tangent_size() {
+    return size_in_bytes(get_tangent_elt_size(), num_vertices);
+}
+
+void* MeshData::get_position_ptr() {
+    return position.data;
+}
+
+void* MeshData::get_color_ptr() {
+    return color.data;
+}
+
+void* MeshData::get_normal_ptr() {
+    return normal.data;
+}
+
+void* MeshData::get_uv0_ptr() {
+    return uv0.data;
+}
+
+void* MeshData::get_uv1_ptr() {
+    return uv1.data;
+}
+
+void* MeshData::get_tangent_ptr() {
+    return tangent.data;
+}
+
+vec3 MeshData::get_position(unsigned long i) const {
+    return read_vec3(stored(*this, position, &Vertex::position, i));
+}
+
+vec4 MeshData::get_position_4f(unsigned long i) const {
+    return read_vec4(stored(*this, position, &Vertex::position, i));
+}
+
+vec4 MeshData::get_color(unsigned long i) const {
+    return read_vec4(stored(*this, color, &Vertex::color, i));
+}
+
+vec3 MeshData::get_normal(unsigned long i) const {
+    return read_vec3(stored(*this, normal, &Vertex::normal, i));
+}
+
+vec4 MeshData::get_uv0(unsigned long i) const {
+    return read_vec4(stored(*this, uv0, &Vertex::uv0, i));
+}
+
+vec4 MeshData::get_uv1(unsigned long i) const {
+    return read_vec4(stored(*this, uv1, &Vertex::uv1, i));
+}
+
+vec4 MeshData::get_tangent(unsigned long i) const {
+    return read_vec4(stored(*this, tangent, &Vertex::tangent, i));
+}
+
+vec4 MeshData::get_user_attrib(unsigned long attrib, unsigned long i) const {
+    if (attrib >= num_user_attribs || i >= num_vertices || i >= user_attribs[attrib].num_elements)
+        return vec4();
+    return user_attribs[attrib].data[i];
+}
+
+void MeshData::set_position(unsigned long i, const vec3& value) {
+    write(stored(*this, position, &Vertex::position, i), value);
+}
+
+void MeshData::set_position(unsigned long i, const vec4& value) {
+    write(stored(*this, position, &Vertex::position, i), value);
+}
+
+void MeshData::set_normal(unsigned long i, const vec3& value) {
+    write(stored(*this, normal, &Vertex::normal, i), vec4(value.x, value.y, value.z, 0.0f));
+}
+
+void MeshData::set_color(unsigned long i, const vec4& value) {
+    write(stored(*this, color, &Vertex::color, i), value);
+}
+
+void MeshData::set_uv0(unsigned long i, const vec4& value) {
+    write(stored(*this, uv0, &Vertex::uv0, i), value);
+}
+
+void MeshData::set_uv1(unsigned long i, const vec4& value) {
+    write(stored(*this, uv1, &Vertex::uv1, i), value);
+}
+
+void MeshData::set_tangent(unsigned long i, const vec4& value) {
+    write(stored(*this, tangent, &Vertex::tangent, i), value);
+}
+
+void MeshData::set_user_attrib(unsigned long attrib, unsigned long i, const vec4& value) {
+    if (attrib >= num_user_attribs || i >= user_attribs[attrib].num_elements)
+        return;
+    user_attribs[attrib].data[i] = value;
+    user_attribs[attrib].need_update = true;
+}
+
+bool MeshData::alloc_vertex_data(unsigned long count) {
+    return alloc_vertex_data_v2(count, 0);
+}
+
+namespace {
+
+void allocate_separate_arrays(MeshData& store, unsigned long count) {
+    VertexAttribArray* plain[] = {&store.position, &store.normal, &store.tangent,
+                                  &store.color,    &store.uv0,    &store.uv1};
+    VertexAttribArray* aligned[] = {&store.position, &store.color, &store.normal,
+                                    &store.uv0,      &store.uv1,   &store.tangent};
+    for (VertexAttribArray* array : store.alignment < 1 ? plain : aligned)
+        allocate_array(*array, count, store.alignment, AlignedNew_vec4);
+}
+
+} // namespace
+
+bool MeshData::alloc_vertex_data_v2(unsigned long count, unsigned long num_attribs) {
+    _free_vertex_arrays();
+    _free_vertex_particles();
+    num_vertices = count;
+    draw_start_vertex = 0;
+    draw_end_vertex = count;
+    try {
+        if (separate_vertex_arrays)
+            allocate_separate_arrays(*this, count);
+        else
+            allocate_records(*this, count, AlignedNew_Vertex);
+        if (num_attribs > 0)
+            _make_user_vertex_attribs(num_attribs);
+        vertex_particles = new_large_array<vec4>(count);
+        return true;
+    } catch (const std::exception& error) {
+        LogMgr::get()->tracef_error(
+            "Mesh data allocation failed - %zu vertices required - error: %s", count, error.what());
+    } catch (...) {
+        LogMgr::get()->tracef_error(
+            "Mesh data allocation failed - %zu vertices required - unknown error.", count);
+    }
+    return false;
+}
+
+void MeshData::free_vertex_data() {
+    if (num_vertices == 0)
+        return;
+    _free_vertex_arrays();
+    free_user_vertex_attribs();
+    _free_vertex_particles();
+    num_vertices = 0;
+}
+
+namespace {
+
+struct VertexBlock {
+    void* data;
+    unsigned int element_size;
+};
+
+/// The blocks of a store's vertices in upload order, the interleaved one last.
+struct VertexBlocks {
+    VertexBlock blocks[7];
+
+    explicit VertexBlocks(MeshData& store)
+        : blocks{{store.get_position_ptr(), store.get_position_elt_size()},
+                 {store.get_color_ptr(), store.get_color_elt_size()},
+                 {store.get_normal_ptr(), store.get_normal_elt_size()},
+                 {store.get_uv0_ptr(), store.get_uv0_elt_size()},
+                 {store.get_uv1_ptr(), store.get_uv1_elt_size()},
+                 {store.get_tangent_ptr(), store.get_tangent_elt_size()},
+                 {store.get_vertex_ptr(), store.get_vertex_elt_size()}} {}
+};
+
+void copy_block(const VertexBlock& to, const VertexBlock& from, unsigned long count) {
+    if (to.data && from.data && to.element_size == from.element_size)
+        std::memcpy(to.data, from.data, count * from.element_size);
+}
+
+} // namespace
+
+bool MeshData::copy_vertex_data(MeshData* source) {
+    if (!source || source->num_vertices == 0)
+        return false;
+    if (source == this)
+        return true;
+    const unsigned long count = source->num_vertices;
+    free_vertex_data();
+    if (!alloc_vertex_data(count))
+        return false;
+    separate_vertex_arrays = source->separate_vertex_arrays;
+
+    const VertexBlocks to(*this);
+    const VertexBlocks from(*source);
+    for (int i = 0; i < 7; ++i)
+        copy_block(to.blocks[i], from.blocks[i], count);
+    return true;
+}
+
+bool MeshData::alloc_quad_edge_data(unsigned long count) {
+    delete[] quad_edges;
+    quad_edges = nullptr;
+    num_quad_edges = 0;
+    try {
+        quad_edges = new_large_array<unsigned int>(count);
+        std::fill_n(quad_edges, count, 0u);
+    } catch (const std::bad_alloc&) {
+        return false;
+    }
+    num_quad_edges = count;
+    return true;
+}
+
+void MeshData::free_quad_edge_data() {
+    delete[] quad_edges;
+    quad_edges = nullptr;
+    render_wireframe_quad = false;
+    num_quad_edges = 0;
+    quad_edges_need_update = false;
+}
+
+void MeshData::set_vertex_format(VERTEX_FORMAT format) {
+    vertex_format = format;
+}
+
+VERTEX_FORMAT MeshData::get_vertex_format() const {
+    return vertex_format;
+}
+
+void MeshData::set_position_attrib_location(int location) {
+    position_attrib_location = location;
+    _update_attrib_locations();
+}
+
+int MeshData::get_position_attrib_location() const {
+    return position_attrib_location;
+}
+
+void MeshData::set_color_attrib_location(int location) {
+    color_attrib_location = location;
+    _update_attrib_locations();
+}
+
+int MeshData::get_color_attrib_location() const {
+    return color_attrib_location;
+}
+
+void MeshData::set_normal_attrib_location(int location) {
+    normal_attrib_location = location;
+    _update_attrib_locations();
+}
+
+int MeshData::get_normal_attrib_location() const {
+    return normal_attrib_location;
+}
+
+void MeshData::set_uv0_attrib_location(int location) {
+    uv0_attrib_location = location;
+    _update_attrib_locations();
+}
+
+int MeshData::get_uv0_attrib_location() const {
+    return uv0_attrib_location;
+}
+
+void MeshData::set_uv1_attrib_location(int location) {
+    uv1_attrib_location = location;
+    _update_attrib_locations();
+}
+
+int MeshData::get_uv1_attrib_location() const {
+    return uv1_attrib_location;
+}
+
+void MeshData::set_tangent_attrib_location(int location) {
+    tangent_attrib_location = location;
+    _update_attrib_locations();
+}
+
+int MeshData::get_tangent_attrib_location() const {
+    return tangent_attrib_location;
+}
+
+void MeshData::set_user_attrib_location(unsigned long attrib, int location) {
+    if (attrib < num_user_attribs)
+        user_attribs[attrib].attrib_location = location;
+}
+
+int MeshData::get_user_attrib_location(unsigned long attrib) const {
+    return attrib < num_user_attribs ? user_attribs[attrib].attrib_location : -1;
+}
+
+void MeshData::set_use_generic_vertex_attribs_state(bool state) {
+    use_generic_vertex_attribs = state;
+}
+
+bool MeshData::get_use_generic_vertex_attribs_state() const {
+    return use_generic_vertex_attribs;
+}
+
+bool MeshData::has_separate_vertex_arrays() const {
+    return separate_vertex_arrays;
+}
+
+unsigned long MeshData::get_num_vertices() const {
+    return num_vertices;
+}
+
+bool MeshData::alloc_user_vertex_attribs(unsigned long count) {
+    if (count == 0)
+        return false;
+    try {
+        _make_user_vertex_attribs(count);
+        return true;
+    } catch (const std::bad_alloc&) {
+        return false;
+    }
+}
+
+bool MeshData::free_user_vertex_attribs() {
+    for (unsigned long i = 0; i < num_user_attribs; ++i)
+        free_vertex_attrib_array(user_attribs[i]);
+    delete[] user_attribs;
+    user_attribs = nullptr;
+    num_user_attribs = 0;
+    user_attribs_allocated = false;
+    return true;
+}
+
+void MeshData::free_vertex_attrib_array(VertexAttribArray& array) {
+    free_array(array, AlignedDelete_vec4);
+}
+
+void MeshData::free_vertex_attrib_array(VertexAttribArray_3f& array) {
+    free_array(array, AlignedDelete_vec3);
+}
+
+void MeshData::free_vertex_attrib_array(VertexAttribArray_2f& array) {
+    free_array(array, AlignedDelete_vec2);
+}
+
+void MeshData::inc_ref() {
+    ++ref_count;
+}
+
+void MeshData::dec_ref() {
+    if (ref_count > 0)
+        --ref_count;
+}
+
+int MeshData::get_ref() const {
+    return ref_count;
+}
+
+Thread* MeshData::get_thread_ptr() {
+    return &thread;
+}
+
+Thread* MeshData::get_thread() {
+    return &thread;
+}
+
+void MeshData::update_thread() {
+    thread.update();
+}
+
+bool MeshData::check_thread() const {
+    return Thread() == thread;
+}
+
+void MeshData::_update_attrib_locations() {
+    position.attrib_location = position_attrib_location;
+    color.attrib_location = color_attrib_location;
+    normal.attrib_location = normal_attrib_location;
+    uv0.attrib_location = uv0_attrib_location;
+    uv1.attrib_location = uv1_attrib_location;
+    tangent.attrib_location = tangent_attrib_location;
+}
+
+void MeshData::_free_vertex_arrays() {
+    free_records(*this, AlignedDelete_Vertex);
+    for (VertexAttribArray* array : {&position, &color, &normal, &uv0, &uv1, &tangent})
+        free_vertex_attrib_array(*array);
+}
+
+void MeshData::_free_vertex_particles() {
+    delete[] vertex_particles;
+    vertex_particles = nullptr;
+}
+
+void MeshData::_make_user_vertex_attribs(unsigned long count) {
+    free_user_vertex_attribs();
+    user_attribs = new VertexAttribArray[count];
+    num_user_attribs = count;
+    for (unsigned long i = 0; i < count; ++i)
+        allocate_array(user_attribs[i], num_vertices, alignment, AlignedNew_vec4);
+    user_attribs_allocated = true;
+}
+
+} // namespace orvex

@@ -1,0 +1,169 @@
+#pragma once
+
+#include "orvex/api.h"
+#include "orvex/renderer/renderer_types.h"
+
+namespace orvex {
+
+class Texture;
+
+/// An off-screen drawing surface: a framebuffer with its colour and depth storage.
+///
+/// `Renderer::create_render_target` makes one, empty; the renderer lists and owns it, and
+/// `Renderer::kill_render_target` ends it. The GL objects belong to the target and are deleted by
+/// `kill` alone: the destructor deletes none.
+///
+/// Sizes are in pixels, the origin is the lower left. Everything runs on the thread that holds the
+/// graphics context, and the GL objects belong to the context that was current at their creation:
+/// framebuffers aren't shared. Parameters without a name are taken and not used.
+///
+/// A create on a target that has objects kills them first. One that returns false leaves what it
+/// made until `kill`. Nothing goes to the log.
+///
+/// @code
+/// RenderTarget* target = renderer->create_render_target();
+/// if (target->create_target(256, 256, PF_RGBA_U8, false, true, true, 0)) {
+///     target->activate();
+///     // draw
+///     target->deactivate();
+/// }
+/// @endcode
+class ORVEX_API RenderTarget {
+public:
+    /// Takes the next id; makes no objects of the API.
+    RenderTarget();
+    virtual ~RenderTarget();
+    RenderTarget(RenderTarget const&) = delete;
+    RenderTarget& operator=(RenderTarget const&) = delete;
+
+    /// The id, unique in the process, by which the renderer finds the target.
+    int get_id() const { return id; }
+    /// Same as `get_id`.
+    int getid() const { return id; }
+    /// Width in pixels; 0 before the first create.
+    int get_width() const { return width; }
+    /// Height in pixels; 0 before the first create.
+    int get_height() const { return height; }
+    /// Samples per pixel; below 1 for a target without multisampling. The rectangle and the depth
+    /// forms leave the number of the create before, which `resize`, binding and read-backs go by:
+    /// make them of targets that had no samples.
+    int get_samples() const { return samples; }
+    /// The API that the target belongs to; 1 for OpenGL.
+    ORVEX_API3D get_api3d() const { return api3d; }
+
+    /// Makes a target of render buffers, which can be drawn to and copied, but neither sampled nor
+    /// read back: copy it into a target with textures first.
+    /// @param format       pixel format of the colour buffers; `PF_BGR_U8` and `PF_BGRA_U8` are no
+    ///                     storage of render buffers, and the framebuffer stays incomplete
+    /// @param num_buffers  colour buffers, lowered to 8
+    /// @param samples      samples per pixel, lowered to what the API offers; below 1 for none
+    /// @return whether the framebuffer is complete; if not, `get_error_str` tells why
+    virtual bool create_render_buffer_target(int width, int height, PIXEL_FORMAT format, bool,
+                                             unsigned long num_buffers, bool, int samples) = 0;
+
+    /// Makes a target with one colour texture and a depth texture.
+    /// @param linear   linear filtering of the textures; nearest otherwise and with samples
+    /// @param clamp    clamp outside the texture; repeat otherwise, and always in a core profile,
+    ///                 which doesn't know the mode that is asked for
+    /// @param samples  samples per pixel; below 1 for plain textures
+    /// @return whether the framebuffer is complete; if not, `get_error_str` tells why
+    virtual bool create_target(int width, int height, PIXEL_FORMAT format, bool, bool linear,
+                               bool clamp, int samples) = 0;
+
+    /// `create_target` with several colour textures, at most 8.
+    virtual bool create_target_v2(int width, int height, PIXEL_FORMAT format,
+                                  unsigned long num_textures, bool, bool linear, bool clamp,
+                                  int samples) = 0;
+
+    /// `create_target` with rectangle textures, whose coordinates are in pixels. The API has none
+    /// with samples: they aren't kept, and the framebuffer stays incomplete.
+    virtual bool create_target_rect(int width, int height, PIXEL_FORMAT format, bool, bool linear,
+                                    bool clamp, int samples) = 0;
+
+    /// `create_target_v2` with rectangle textures.
+    virtual bool create_target_rect_v2(int width, int height, PIXEL_FORMAT format,
+                                       unsigned long num_textures, bool, bool linear, bool clamp,
+                                       int samples) = 0;
+
+    /// Makes a target with a depth texture alone.
+    virtual bool create_target_depth(int width, int height, bool linear, bool) = 0;
+
+    /// `create_target_depth` with a rectangle texture.
+    virtual bool create_target_depth_rect(int width, int height, bool linear, bool) = 0;
+
+    /// Fills one colour buffer of whatever framebuffer is bound now: activate the target first.
+    /// @param index  draw buffer; one that isn't there is an error of the API's, and true
+    /// @return false without the API's entry point
+    virtual bool clear_color_buffer(int index, float r, float g, float b, float a) = 0;
+
+    /// Fills the depth buffer of whatever framebuffer is bound now.
+    /// @return false without the API's entry point
+    virtual bool clear_depth_buffer(float depth) = 0;
+
+    /// Reads the first colour texture, bottom row first, three bytes a pixel, packed as the API is
+    /// set to: each row padded to a multiple of four bytes, unless the host changed that. A row
+    /// length and skips that a host left set hold here too.
+    /// @param pixels  the caller's, with room for all rows as they are packed
+    /// @return false for null, with samples (resolve it into a plain target first), without a
+    ///         colour texture, and if the API refused the last size of it
+    virtual bool read_color_pixmap_rgb_u8(unsigned char* pixels) = 0;
+
+    /// Reads the first colour texture, bottom row first, four bytes a pixel.
+    /// @param pixels  the caller's, with room for all rows
+    /// @return as for RGB
+    virtual bool read_color_pixmap_rgba_u8(unsigned char* pixels) = 0;
+
+    /// Deletes every GL object of the target; the object itself stays and can be made again.
+    /// @return true, a second time too; false while objects are left, because the renderer was
+    ///         stopped: they stay until it has started again
+    virtual bool kill() = 0;
+
+    /// Directs drawing to the target; viewport and draw buffers stay. One without objects gets a
+    /// framebuffer without attachments.
+    /// @return false without the API
+    virtual bool activate() = 0;
+
+    /// Directs drawing to the window again. @return false without the API
+    virtual bool deactivate() = 0;
+
+    /// Gives every colour and depth buffer a new size; the content is lost. Whether the API takes
+    /// the size isn't asked.
+    /// @return false without the API
+    virtual bool resize(int width, int height) = 0;
+
+    /// Framebuffer name, 0 for none.
+    virtual unsigned int get_fbo() = 0;
+
+    /// Name of a colour texture, of the first one for an index below 0 or beyond the count; 0 if
+    /// there is none.
+    virtual unsigned int get_color_tex_id_opengl(int index) = 0;
+
+    /// Name of the depth texture, 0 for none.
+    virtual unsigned int get_depth_tex_id_opengl() = 0;
+
+    /// Empties the text of `get_error_str`.
+    virtual void clear_error_str() = 0;
+
+    /// The error lines gathered so far, each ended by a carriage return and a line feed.
+    virtual char const* get_error_str() = 0;
+
+    /// Length of `get_error_str` in bytes.
+    virtual unsigned long get_error_str_size() = 0;
+
+protected:
+    friend Texture; ///< reads into memory of its own
+
+    /// How many bytes a read-back may write now; the largest number if there is nothing of such a
+    /// size. As it stands, rows padded to eight bytes, the widest alignment there is; a back end
+    /// that packs in other ways overrides it.
+    /// @param channels  bytes a pixel
+    virtual unsigned long _get_read_back_size(unsigned long channels);
+
+    int id;                ///< what `get_id` gives
+    int width = 0;         ///< pixels, written by a create and by `resize`
+    int height = 0;        ///< pixels, as `width`
+    int samples = 0;       ///< samples per pixel, of the last create that takes them
+    ORVEX_API3D api3d = 0; ///< set by the back end
+};
+
+} // namespace orvex

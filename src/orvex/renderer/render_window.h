@@ -1,0 +1,230 @@
+#pragma once
+
+/// @file
+/// The engine's handle on one drawable surface with a graphics context.
+
+#include "orvex/api.h"
+
+namespace orvex {
+
+struct RenderWindowData;
+
+/// What a host asks of a context, before it is made.
+///
+/// A plain record that the host fills and hands to `RenderWindow::initialize`. Nothing keeps a
+/// pointer to it after the call.
+struct RenderWindow_ExtraData {
+    /// Wanted major version. Below 3 asks for a compatibility context, from 3 on for a core context
+    /// of at least 3.2.
+    int gl_major = 2;
+    /// Wanted minor version.
+    int gl_minor = 1;
+    /// Written by the two operations that create a context: true when `gl_major` is at least 3.
+    bool core_profile = false;
+    /// Leave out renderers that drive no screen. Has no effect on Linux.
+    bool no_offline_renderers = false;
+    /// Ask for the software renderer. Without one a normal context is made.
+    bool software_renderer = false;
+    /// Wanted depth bits. A wish: 32 falls back to 24, then to 16.
+    int depth_bits = 32;
+    /// Wanted stencil bits, honoured by `RenderWindow::osx_create_cocoa_nsgl_context` only.
+    int stencil_bits = 0;
+    /// Wanted colour bits: 16 gives 5/6/5, 24 gives 8/8/8, anything else 8/8/8/8.
+    int color_bits = 32;
+};
+
+/// One drawable surface of the host, or an off-screen one, with a graphics context attached.
+///
+/// Made by `Renderer::create_render_window`, which keeps and owns it, and ended by
+/// `Renderer::kill_render_window` or with the renderer. The engine makes no system window: the host
+/// passes a native drawable, and keeps it alive until the render window is terminated. On Linux the
+/// drawable is an X11 window id or a `wl_egl_window*` cast to a pointer; null gives an off-screen
+/// surface. Sizes are in pixels.
+///
+/// A context is current on one thread at a time. Operations that touch the context belong to the
+/// thread on which it is current; `apply_context(false)` there and `apply_context(true)` elsewhere
+/// moves it. Records of vertex arrays and framebuffers live in the context in which they were made
+/// and are not shared between windows; textures, buffers and programs are shared with `parent`.
+///
+/// @code
+/// orvex::RenderWindow* window = renderer->create_render_window();
+/// if (window->initialize(nullptr, nullptr, 800, 600, "Off", nullptr, nullptr))
+///     renderer->start(); // the window's context is current
+/// @endcode
+///
+/// With `ORVEX_GL_DEBUG=1` in the environment (anything but nothing and "0") contexts are made for
+/// debugging: the driver checks each call, and what it says goes to the log, high severity as an
+/// error, medium as a warning, low as an information, notifications as debug lines, each before the
+/// call that caused it returns; and GL objects bear the name of the node or resource they are made
+/// for, such as "teapot (vertices)", for frame debuggers to show. A context of the host's keeps the
+/// host's own listener. The log's callback must not draw then. Without KHR_debug, and by default,
+/// nothing of this happens and no call is made for it.
+///
+/// The operations whose names begin with `osx_` are the layer under `initialize`, `apply_context`,
+/// `display_framebuffer` and `vsync`, for hosts that need more than these.
+class ORVEX_API RenderWindow {
+public:
+    RenderWindow(RenderWindow const&) = delete;
+    RenderWindow& operator=(RenderWindow const&) = delete;
+    /// Frees the record. A back end ends its context too.
+    virtual ~RenderWindow();
+
+    /// @return the process-wide unique id that the window got when it was made
+    int get_id() const;
+    /// @return the field `gl_ati_meminfo`, which only a back end or a host's subclass sets
+    bool check_GL_ATI_meminfo() const;
+    /// @return the width last given to `initialize` or `update_size`; 0 at first
+    int get_width() const;
+    /// @return the height last given to `initialize` or `update_size`; 0 at first
+    int get_height() const;
+
+    /// Makes the context and its surface, and makes the context current on the calling thread.
+    ///
+    /// @param window  native display connection (X11 `Display*`, `wl_display*`); null takes the
+    ///                default one, which serves X11 windows only. EGL remembers the connection for
+    ///                the life of the process: a host that closes it earlier first terminates
+    ///                EGL's display of it.
+    /// @param view    native drawable; null makes an off-screen surface
+    /// @param width   pixels; an off-screen surface takes below 1 as 1, and refuses sizes beyond
+    ///                16384 unless the driver promises more
+    /// @param height  as `width`
+    /// @param msaa    "Off", "2X MSAA", "4X MSAA" or "8X MSAA", matched exactly. Null and any other
+    ///                text mean no multisampling.
+    /// @param parent  window to share textures, buffers and programs with, or null. Sharing works
+    ///                within one native connection; on Wayland both need a drawable, as it has
+    ///                no off-screen surfaces.
+    /// @param extra   the request; null asks for a record of defaults
+    /// @return false, with nothing logged, when no configuration or no context could be had. A
+    ///         version that the driver can't give is no failure: see `get_api_3d`.
+    virtual bool initialize(void* window, void* view, int width, int height, char const* msaa,
+                            RenderWindow* parent, RenderWindow_ExtraData* extra) = 0;
+    /// Forgets the extension list and ends the context.
+    /// @return the result of `osx_kill_context`
+    virtual bool terminate() = 0;
+    /// Makes the context current on the calling thread, or releases the thread's current context.
+    /// @return false before a successful `initialize`, otherwise true
+    virtual bool apply_context(bool state) = 0;
+    /// Shows the frame.
+    /// @return false always, though the frame was shown
+    virtual bool display_framebuffer() = 0;
+    /// Waits for the screen's refresh in `display_framebuffer`, or doesn't.
+    /// @return true
+    virtual bool vsync(bool state) = 0;
+    /// Does nothing: contexts share from their creation on, through `parent` of `initialize`.
+    /// @return false
+    virtual bool share_ctx(RenderWindow* window) = 0;
+    /// @return 2, 3 or 4: the major version that the driver gave; 2 before `initialize`
+    virtual int get_api_3d() = 0;
+    /// Compares with the current context's version.
+    /// @return true when that is equal or higher, by major and then minor number
+    virtual bool is_opengl_version_supported(int major, int minor) = 0;
+    /// Reads the current context's version, once: later calls give the same answer.
+    /// @param major,minor  where to write; either may be null
+    /// @return false when no version can be read
+    virtual bool get_opengl_version(int* major, int* minor) = 0;
+    /// Looks a name up in the list of `build_opengl_extensions_list`, exactly and in its case.
+    /// @return false for null, an unknown name, and before the list is built
+    virtual bool check_opengl_extension(char const* name) = 0;
+    /// Appends the names of the current context's extensions to the list. The engine never calls
+    /// it.
+    /// @return from OpenGL 3.0 on false, with a complete list; on older contexts whether the list
+    ///         has entries. Read the list, not the result.
+    virtual bool build_opengl_extensions_list() = 0;
+    /// Empties the list. The counters keep their values.
+    /// @return true
+    virtual bool destroy_opengl_extensions_list() = 0;
+    /// @return the size of the list
+    virtual unsigned long get_num_opengl_extensions() = 0;
+    /// @return the number of OpenGL's own extensions, counted when the list was built
+    virtual int get_num_GL_extensions() = 0;
+    /// @return 0
+    virtual int get_num_WGL_extensions() = 0;
+    /// @return 0
+    virtual int get_num_GLX_extensions() = 0;
+    /// @return the name at `index` of the list, which lives as long as the list; null beyond the
+    /// end
+    virtual char const* get_opengl_extension(unsigned long index) = 0;
+    /// @return the native context, as `osx_get_cgl_ctx`
+    virtual void* opengl_get_ctx() = 0;
+    /// @return null
+    virtual void* d3d_get_device() = 0;
+    /// @return null
+    virtual void* d3d11_get_device_ctx() = 0;
+    /// Notes the size of the drawable. No context is touched: call `osx_update_context_cocoa` to
+    /// let an off-screen surface follow. A window's surface follows the window by itself.
+    virtual void update_size(int width, int height) = 0;
+
+    /// Ends the context and its surface. A context that is current is released first if it is this
+    /// window's own; a context of the host is left as it is. A second call finds nothing to do.
+    /// @return true
+    virtual bool osx_kill_context() = 0;
+    /// Adopts the context that the host made and holds current on the calling thread, whatever made
+    /// it. It is never destroyed here, and presenting it is the host's affair unless EGL knows it.
+    /// @param context  the host's native context
+    /// @return false for null, and when no context is current
+    virtual bool osx_init_with_cocoa_nsgl_ctx(void* context) = 0;
+    /// Makes the context current on the calling thread, or releases what is current there.
+    /// @return false without a context, and when the system refuses
+    virtual bool osx_apply_context(bool state) = 0;
+    /// Shows the frame. A software renderer's commands are flushed first. A context that is not
+    /// current is made current for the call, and what was current is put back.
+    /// @return false without a context
+    virtual bool osx_display_framebuffer() = 0;
+    /// Sets the swap interval to 1 or 0: now when the context is current, else when it next is.
+    /// @return false without a context
+    virtual bool osx_vsync(bool state) = 0;
+    /// Takes up the size last noted by `update_size`. An off-screen surface is made anew and its
+    /// pixels are lost.
+    /// @return false without a context, and when no surface of that size can be had: the former
+    ///         one stays
+    virtual bool osx_update_current_virtual_screen_ctx() = 0;
+    /// @return 0, or -1 without a context
+    virtual int osx_get_current_virtual_screen() = 0;
+    /// @return true for screen 0 with a context, false otherwise
+    virtual bool osx_set_current_virtual_screen(int screen) = 0;
+    /// @return 1, or -1 without a context
+    virtual int osx_get_num_of_virtual_screens() = 0;
+    /// @return the native context (on Linux an `EGLContext`, or what the host handed to
+    ///         `osx_init_with_cocoa_nsgl_ctx`); null without one
+    virtual void* osx_get_cgl_ctx() = 0;
+    /// @return false: Linux has no multi-threaded OpenGL engine to turn on
+    virtual bool osx_enable_multi_threaded_gl_engine(bool state) = 0;
+    /// Takes or gives back the context's lock, for hosts that draw from two threads. The lock
+    /// counts: the thread that holds it may take it again.
+    /// @return false without a context, and for giving back what the thread doesn't hold
+    virtual bool osx_lock_context(bool state) = 0;
+    /// Makes a context and surface for `view`, without making it current. Parameters as in
+    /// `initialize`; writes `core_profile` into `extra`. A context that the window had is ended
+    /// once the new one exists.
+    /// @return false when no configuration or no context could be had: the former one stays
+    virtual bool osx_create_cgl_context(void* view, int width, int height, char const* msaa,
+                                        RenderWindow* parent, RenderWindow_ExtraData* extra) = 0;
+    /// As `osx_create_cgl_context`, and asks for `stencil_bits` too.
+    virtual bool osx_create_cocoa_nsgl_context(void* view, int width, int height, char const* msaa,
+                                               RenderWindow* parent,
+                                               RenderWindow_ExtraData* extra) = 0;
+    /// As `osx_apply_context`.
+    virtual bool osx_apply_context_cocoa(bool state) = 0;
+    /// As `osx_update_current_virtual_screen_ctx`. Call it after the drawable changed its size.
+    virtual bool osx_update_context_cocoa() = 0;
+    /// As `osx_display_framebuffer`.
+    virtual bool osx_display_framebuffer_cocoa() = 0;
+    /// As `osx_vsync`.
+    virtual bool osx_vsync_cocoa(bool state) = 0;
+    /// @return null: Linux has no second kind of context
+    virtual void* osx_get_nsgl_ctx() = 0;
+
+protected:
+    /// Takes no window and no context yet: `initialize` does.
+    RenderWindow();
+    /// Stores what `get_width` and `get_height` return.
+    void set_size(int width, int height);
+
+    /// Whether the context tells its free memory by GL_ATI_meminfo. Nothing in the engine sets it.
+    bool gl_ati_meminfo = false;
+
+private:
+    RenderWindowData* data;
+};
+
+} // namespace orvex

@@ -1,0 +1,172 @@
+#include "orvex/scene/light.h"
+
+#include <cstdio>
+
+#include "orvex/renderer/renderer.h"
+
+namespace orvex {
+
+Light::Light()
+    : light_data(new LightData) {
+    set_type(NODE_TYPE_LIGHT);
+    light_data->position_uniform_name.assign("orvex_light_position");
+    light_data->radius_uniform_name.assign("orvex_light_radius");
+    light_data->ambient_uniform_name.assign("orvex_light_ambient");
+    light_data->diffuse_uniform_name.assign("orvex_light_diffuse");
+    light_data->specular_uniform_name.assign("orvex_light_specular");
+}
+
+Light::~Light() {
+    delete light_data;
+}
+
+LightData* Light::get_light_data() {
+    return light_data;
+}
+
+void Light::set_index(unsigned int index) {
+    light_data->index = index;
+}
+
+unsigned int Light::get_index() const {
+    return light_data->index;
+}
+
+void Light::set_radius(float radius) {
+    light_data->radius = radius;
+}
+
+float Light::get_radius() const {
+    return light_data->radius;
+}
+
+void Light::set_ambient(const vec4& color) {
+    light_data->ambient = color;
+}
+
+void Light::set_ambient(float r, float g, float b, float a) {
+    light_data->ambient.set(r, g, b, a);
+}
+
+const vec4& Light::get_ambient() const {
+    return light_data->ambient;
+}
+
+void Light::set_diffuse(const vec4& color) {
+    light_data->diffuse = color;
+}
+
+void Light::set_diffuse(float r, float g, float b, float a) {
+    light_data->diffuse.set(r, g, b, a);
+}
+
+const vec4& Light::get_diffuse() const {
+    return light_data->diffuse;
+}
+
+void Light::set_specular(const vec4& color) {
+    light_data->specular = color;
+}
+
+void Light::set_specular(float r, float g, float b, float a) {
+    light_data->specular.set(r, g, b, a);
+}
+
+const vec4& Light::get_specular() const {
+    return light_data->specular;
+}
+
+void Light::set_position_uniform_name(char const* name) {
+    light_data->position_uniform_name.assign(name);
+}
+
+char const* Light::get_position_uniform_name() const {
+    return light_data->position_uniform_name.get();
+}
+
+void Light::set_radius_uniform_name(char const* name) {
+    light_data->radius_uniform_name.assign(name);
+}
+
+char const* Light::get_radius_uniform_name() const {
+    return light_data->radius_uniform_name.get();
+}
+
+void Light::set_ambient_uniform_name(char const* name) {
+    light_data->ambient_uniform_name.assign(name);
+}
+
+char const* Light::get_ambient_uniform_name() const {
+    return light_data->ambient_uniform_name.get();
+}
+
+void Light::set_diffuse_uniform_name(char const* name) {
+    light_data->diffuse_uniform_name.assign(name);
+}
+
+char const* Light::get_diffuse_uniform_name() const {
+    return light_data->diffuse_uniform_name.get();
+}
+
+void Light::set_specular_uniform_name(char const* name) {
+    light_data->specular_uniform_name.assign(name);
+}
+
+char const* Light::get_specular_uniform_name() const {
+    return light_data->specular_uniform_name.get();
+}
+
+namespace {
+
+/// The uniforms of one light in one program.
+class LightUniforms {
+public:
+    LightUniforms(Renderer& renderer, GpuProgramData& program, unsigned int index)
+        : renderer(renderer)
+        , program(program)
+        , index(static_cast<int>(index)) {}
+
+    void send(char const* name, const vec4& value) {
+        if (name)
+            renderer.gpu_program_set_uniform_4f(&program, numbered(name), value.x, value.y, value.z,
+                                                value.w);
+    }
+
+    void send(char const* name, float value) {
+        if (name)
+            renderer.gpu_program_set_uniform_1f(&program, numbered(name), value);
+    }
+
+private:
+    Renderer& renderer;
+    GpuProgramData& program;
+    int index;
+    char text[128];
+
+    char const* numbered(char const* name) {
+        std::snprintf(text, sizeof text, "%s_%d", name, index);
+        return text;
+    }
+};
+
+} // namespace
+
+void Light::bind(Renderer* renderer) {
+    if (!renderer)
+        return;
+    const LightData& data = *light_data;
+    if (get_use_fixed_mvp_matrices_state())
+        renderer->light_set_colors(data.index, data.ambient, data.diffuse, data.specular);
+    GpuProgramData* const program = renderer->gpu_program_get_active_program();
+    if (!program)
+        return;
+    LightUniforms uniforms(*renderer, *program, data.index);
+    uniforms.send(data.position_uniform_name.get(), get_position());
+    uniforms.send(data.radius_uniform_name.get(), data.radius);
+    uniforms.send(data.ambient_uniform_name.get(), data.ambient);
+    uniforms.send(data.diffuse_uniform_name.get(), data.diffuse);
+    // Under the ambient name on purpose: shaders read the specular colour there.
+    uniforms.send(data.ambient_uniform_name.get(), data.specular);
+}
+
+} // namespace orvex

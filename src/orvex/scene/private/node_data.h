@@ -1,0 +1,97 @@
+#pragma once
+
+/// @file
+/// The private record of a node, and the walks that the scene's classes share.
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+#include "orvex/base/thread.h"
+#include "orvex/scene/node.h"
+#include "orvex/scene/private/node_handle.h"
+
+namespace orvex {
+
+/// The fields that a frame reads stand first, together with the token.
+struct Node::NodeData : NodeToken {
+    explicit NodeData(Node* owner);
+    NodeData(const NodeData&) = delete;
+    NodeData& operator=(const NodeData&) = delete;
+
+    /// Lets go of everything when the node ends. The memory goes with the last handle.
+    void end();
+
+    std::vector<NodeHandle> children;
+    /// The parent, for walks towards the root: empty where following it would never end.
+    NodeHandle living_parent;
+    /// This node as an object, set by `Object`'s constructor. Tags can be added by anyone, so a tag
+    /// alone must not decide a cast.
+    Object* object = nullptr;
+    bool render_state = true;
+    /// Set while `_kill` runs: a hook that releases its own node again must not end it twice.
+    bool dying = false;
+    int ref = 0;
+    int id;
+    int layer = 0;
+    int renderer_id = 0;
+    /// How many entries in lists of children name this node; 0 says that no cycle can lead here.
+    unsigned long listed = 0;
+    Node* parent = nullptr;
+    void* user_data = nullptr;
+    Thread thread;
+    std::vector<NODE_TYPE> types;
+    std::string name;
+};
+
+/// Opens the record to the engine.
+struct NodeAccess {
+    static Node::NodeData& data(const Node& node) { return *node.node_data; }
+    static void free(NodeToken* token) { delete static_cast<Node::NodeData*>(token); }
+    static NodeHandle handle(const Node& node) { return NodeHandle(node.node_data); }
+};
+
+/// The node as an object, null if it is none.
+inline Object* node_as_object(const Node& node) {
+    return NodeAccess::data(node).object;
+}
+
+/// The parent if it lives, else null.
+inline Node* node_living_parent(const Node& node) {
+    return NodeAccess::data(node).living_parent.get();
+}
+
+struct NothingAhead {
+    void operator()(const std::vector<NodeHandle>&, std::size_t) const {}
+};
+
+/// Calls `step(child)` on each child of the node behind `walked`, first to last. The count is read
+/// once; children that have ended are passed over, and so are the rest if the node itself ends.
+/// `ahead(children, index)` runs before each step.
+template<class Step, class Ahead = NothingAhead>
+void for_each_child(const NodeHandle& walked, Step step, Ahead ahead = Ahead()) {
+    const Node* node = walked.get();
+    const std::size_t count = node ? NodeAccess::data(*node).children.size() : 0;
+    for (std::size_t i = 0; i < count; ++i) {
+        node = walked.get();
+        if (!node)
+            return;
+        const std::vector<NodeHandle>& children = NodeAccess::data(*node).children;
+        ahead(children, i);
+        if (Node* child = i < children.size() ? children[i].get() : nullptr)
+            step(*child);
+    }
+}
+
+/// The same on the children that are objects; a null node has none.
+template<class Step>
+void for_each_child_object(Node* node, Step step) {
+    if (!node)
+        return;
+    for_each_child(NodeAccess::handle(*node), [&step](Node& child) {
+        if (Object* object = node_as_object(child))
+            step(*object);
+    });
+}
+
+} // namespace orvex

@@ -1,0 +1,20 @@
+#pragma once
+
+/// @file
+/// The private record of a scene, opened to its manager.
+
+#include <string>
+
+#include "orvex/base/global_id.h"
+#include "orvex/scene/object.h"
+#include "orvex/scene/scene.h"
+
+namespace orvex {
+
+struct Scene::SceneData {
+    int id = GenId();
+    std::string name = "scene_" + std::to_string(id);
+    Object* root = new Object; ///< released by `SceneMgr::cleanup_scene`, never by the scene
+};
+
+} // namespace orvex

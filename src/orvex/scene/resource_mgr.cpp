@@ -1,0 +1,150 @@
+#include "orvex/scene/resource_mgr.h"
+
+#include <algorithm>
+#include <cstring>
+
+#include "orvex/renderer/renderer.h"
+#include "orvex/scene/private/node_handle.h"
+#include "orvex/scene/private/resource_data.h"
+
+namespace orvex {
+
+void ResourceAccess::forget_manager(Resource& resource, const ResourceMgr& manager) {
+    std::vector<ResourceMgr*>& managers = resource.resource_data->managers;
+    managers.erase(std::remove(managers.begin(), managers.end(), &manager), managers.end());
+}
+
+void ResourceAccess::unlist(ResourceMgr& manager, Resource& resource) {
+    forget_manager(resource, manager);
+    ResourceMgr::ResourceMgrData& data = *manager.mgr_data;
+    auto entry = data.resources.begin() + static_cast<std::ptrdiff_t>(data.walk_position);
+    if (data.walks == 0 || *entry != &resource)
+        entry = std::find(data.resources.begin(), data.resources.end(), &resource);
+    if (entry == data.resources.end())
+        return;
+    if (data.walks > 0)
+        *entry = nullptr;
+    else
+        data.resources.erase(entry);
+}
+
+ResourceMgr::ResourceMgr()
+    : mgr_data(new ResourceMgrData) {}
+
+ResourceMgr::~ResourceMgr() {
+    for (Resource* resource : mgr_data->resources)
+        if (resource)
+            ResourceAccess::forget_manager(*resource, *this);
+    delete mgr_data;
+}
+
+bool ResourceMgr::start(Renderer*) {
+    return true;
+}
+
+bool ResourceMgr::stop(Renderer* renderer) {
+    release_all_resources(renderer, nullptr);
+    return true;
+}
+
+namespace {
+
+/// A resource that belongs to another renderer stays; a null renderer releases anything.
+bool may_release(Renderer* renderer, Resource& resource) {
+    const int owner = resource.get_renderer_id();
+    return owner < 1 || !renderer || owner == renderer->getid();
+}
+
+} // namespace
+
+int ResourceMgr::release_resource(Renderer* renderer, Resource* resource, Thread*) {
+    if (!resource || !may_release(renderer, *resource))
+        return 0;
+    const NodeHandle alive(resource);
+    const int remaining = resource->release(renderer, nullptr);
+    if (alive.get())
+        ResourceAccess::unlist(*this, *resource);
+    return remaining;
+}
+
+bool ResourceMgr::release_all_resources(Renderer* renderer, Thread*) {
+    std::vector<Resource*>& resources = mgr_data->resources;
+    const std::size_t outer_position = mgr_data->walk_position;
+    ++mgr_data->walks;
+    for (std::size_t i = 0; i < resources.size(); ++i) {
+        mgr_data->walk_position = i;
+        if (resources[i] && may_release(renderer, *resources[i]))
+            ResourceMgr::release_resource(renderer, resources[i], nullptr);
+    }
+    mgr_data->walk_position = outer_position;
+    if (--mgr_data->walks == 0)
+        resources.erase(std::remove(resources.begin(), resources.end(), nullptr), resources.end());
+    return true;
+}
+
+bool ResourceMgr::add_resource(Resource* resource) {
+    if (!resource)
+        return false;
+    std::vector<ResourceMgr*>& managers = ResourceAccess::managers(*resource);
+    if (std::find(managers.begin(), managers.end(), this) != managers.end())
+        return true;
+    resource->add_ref();
+    mgr_data->resources.push_back(resource);
+    managers.push_back(this);
+    return true;
+}
+
+bool ResourceMgr::has_resource(Resource* resource) const {
+    if (!resource)
+        return false;
+    const std::vector<Resource*>& resources = mgr_data->resources;
+    return std::find(resources.begin(), resources.end(), resource) != resources.end();
+}
+
+bool ResourceMgr::has_resource(int id) const {
+    return get_resource(id) != nullptr;
+}
+
+unsigned long ResourceMgr::get_num_resources() const {
+    return mgr_data->resources.size();
+}
+
+Resource* ResourceMgr::get_resource_by_index(unsigned long index) const {
+    return index < mgr_data->resources.size() ? mgr_data->resources[index] : nullptr;
+}
+
+namespace {
+
+template<class Matches>
+Resource* first_match(const std::vector<Resource*>& resources, Matches matches) {
+    const auto found = std::find_if(resources.begin(), resources.end(), [&](const Resource* entry) {
+        return entry && matches(*entry);
+    });
+    return found == resources.end() ? nullptr : *found;
+}
+
+} // namespace
+
+Resource* ResourceMgr::get_resource(int id) const {
+    return first_match(mgr_data->resources,
+                       [id](const Resource& resource) { return resource.getid() == id; });
+}
+
+Resource* ResourceMgr::get_resource(const char* name) const {
+    if (!name)
+        return nullptr;
+    return first_match(mgr_data->resources, [name](const Resource& resource) {
+        return std::strcmp(resource.get_name(), name) == 0;
+    });
+}
+
+bool ResourceMgr::remove_resource(Renderer* renderer, Resource* resource) {
+    if (!resource)
+        return false;
+    ResourceAccess::unlist(*this, *resource);
+    if (may_release(renderer, *resource))
+        resource->release(renderer, nullptr);
+    return true;
+}
+
+} // namespace orvex

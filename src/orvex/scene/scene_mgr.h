@@ -1,0 +1,64 @@
+#pragma once
+
+#include "orvex/api.h"
+#include "orvex/scene/scene_fwd.h"
+
+namespace orvex {
+
+class Renderer;
+
+/// Owns all scenes and takes them down, each kind of node in the right way.
+///
+/// One for the process, made on first use and never destroyed. The engine never calls it: the host
+/// runs `cleanup` while its renderer is alive.
+///
+/// Creating and killing scenes is safe from any thread; the look-ups take no lock. Hooks that run
+/// while a scene is killed must not create or kill scenes: the lock is not recursive.
+class ORVEX_API SceneMgr {
+public:
+    /// The one instance, made by the first call; never null.
+    static SceneMgr* get();
+
+    SceneMgr(const SceneMgr&) = delete;
+    SceneMgr& operator=(const SceneMgr&) = delete;
+    virtual ~SceneMgr();
+
+    /// Does nothing. @return true
+    virtual bool init(Renderer* renderer);
+    /// Runs `kill_all_scenes`. @return true
+    virtual bool cleanup(Renderer* renderer);
+
+    /// Makes an empty scene, owned by this manager.
+    Scene* create_scene();
+
+    /// Cleans the scene up, deletes it and drops it from the list.
+    /// @return false if it isn't one of this manager's
+    bool kill_scene(Renderer* renderer, Scene* scene);
+    /// Cleans up and deletes every scene, first to last. @return true
+    bool kill_all_scenes(Renderer* renderer);
+
+    /// Releases the scene's nodes, its root last; the scene is then without a root.
+    /// @return true, also if there was no root; false for null
+    bool cleanup_scene(Renderer* renderer, Scene* scene);
+
+    /// Releases a subtree depth first: programs, textures and materials through their managers,
+    /// every other node by one `Node::release`.
+    /// @return false for null
+    bool release_scene_node(Renderer* renderer, Node* node);
+
+    /// Scenes created and not killed yet.
+    unsigned long get_num_scenes() const;
+    /// Scene by order of creation, null past the end.
+    Scene* get_scene_by_index(unsigned long index) const;
+    /// Scene by id, null if there is none.
+    Scene* get_scene(int id) const;
+
+private:
+    struct SceneMgrData;
+
+    SceneMgr();
+
+    SceneMgrData* mgr_data;
+};
+
+} // namespace orvex

@@ -1,5 +1,0 @@
-#include "kernel/modules/module_plugin.h"
-
-void orvex_destroy_plugin(orvex::Plugin* plugin) {
-    delete plugin;
-}

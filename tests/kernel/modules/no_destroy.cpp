@@ -1,5 +1,0 @@
-#include "kernel/modules/module_plugin.h"
-
-orvex::Plugin* orvex_create_plugin() {
-    return new orvex::test::ModulePlugin;
-}

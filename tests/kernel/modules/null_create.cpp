@@ -1,9 +1,0 @@
-#include "kernel/modules/module_plugin.h"
-
-orvex::Plugin* orvex_create_plugin() {
-    return nullptr;
-}
-
-void orvex_destroy_plugin(orvex::Plugin* plugin) {
-    delete plugin;
-}

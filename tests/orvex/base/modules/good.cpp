@@ -1,0 +1,9 @@
+#include "module_plugin.h"
+
+orvex::Plugin* orvex_create_plugin() {
+    return new orvex::test::ModulePlugin;
+}
+
+void orvex_destroy_plugin(orvex::Plugin* plugin) {
+    delete plugin;
+}

@@ -1,0 +1,5 @@
+#include "module_plugin.h"
+
+orvex::Plugin* orvex_create_plugin() {
+    return new orvex::test::ModulePlugin;
+}

@@ -1,0 +1,151 @@
+#include "orvex/scene/tripod.h"
+
+#include <type_traits>
+
+#include "tests/orvex/math/exact.h"
+
+using namespace orvex;
+using namespace orvex::test;
+
+namespace {
+
+/// translation · rotation · scale.
+mat4 composed(const vec4& position, const quat& orientation, const vec4& scale) {
+    mat4 t, r, s;
+    return t.init_translate(position) * r.from_quat(orientation) * s.init_scale(scale);
+}
+
+TEST(Tripod, StartsWithNoTransform) {
+    Tripod tripod;
+    expect_vec4(tripod.get_position(), 0.0f, 0.0f, 0.0f, 1.0f);
+    expect_vec4(tripod.get_scale(), 1.0f, 1.0f, 1.0f, 1.0f);
+    expect_vec4(tripod.get_orientation_euler_angles(), 0.0f, 0.0f, 0.0f, 1.0f);
+    expect_quat(tripod.get_orientation(), quat());
+    expect_mat4(tripod.get_transform(), mat4());
+}
+
+TEST(Tripod, IsNotCopied) {
+    EXPECT_FALSE(std::is_copy_constructible_v<Tripod>);
+    EXPECT_FALSE(std::is_copy_assignable_v<Tripod>);
+    EXPECT_TRUE(std::has_virtual_destructor_v<Tripod>);
+}
+
+TEST(Tripod, StoresPositions) {
+    Tripod tripod;
+    tripod.set_position(1.0f, 2.0f, 3.0f);
+    expect_vec4(tripod.get_position(), 1.0f, 2.0f, 3.0f, 1.0f);
+    tripod.set_position(1.0f, 2.0f, 3.0f, 4.0f);
+    expect_vec4(tripod.get_position(), 1.0f, 2.0f, 3.0f, 4.0f);
+    tripod.set_position(vec4(5.0f, 6.0f, 7.0f, 8.0f));
+    expect_vec4(tripod.get_position(), 5.0f, 6.0f, 7.0f, 8.0f);
+    EXPECT_EQ(tripod.get_position_ptr()[3], 8.0f);
+    EXPECT_EQ(tripod.get_position_vec4_ptr(), &tripod.get_position());
+    expect_mat4(tripod.get_transform(), mat4().init_translate(5.0f, 6.0f, 7.0f));
+}
+
+TEST(Tripod, StoresScales) {
+    Tripod tripod;
+    tripod.set_scale(vec4(5.0f, 6.0f, 7.0f, 8.0f));
+    expect_vec4(tripod.get_scale(), 5.0f, 6.0f, 7.0f, 8.0f);
+    EXPECT_EQ(tripod.get_scale_ptr()[3], 8.0f);
+    EXPECT_EQ(tripod.get_scale_vec4_ptr(), &tripod.get_scale());
+    tripod.set_scale(2.0f, 3.0f, 4.0f);
+    expect_vec4(tripod.get_scale(), 2.0f, 3.0f, 4.0f, 1.0f);
+    expect_mat4(tripod.get_transform(), mat4().init_scale(2.0f, 3.0f, 4.0f));
+}
+
+TEST(Tripod, EulerAnglesMultiplyInTheOrderXYZ) {
+    Tripod tripod;
+    tripod.set_orientation_euler_angles(20.0f, -35.0f, 70.0f);
+    expect_vec4(tripod.get_orientation_euler_angles(), 20.0f, -35.0f, 70.0f, 1.0f);
+    quat x, y, z;
+    x.from_euler(20.0f, 0.0f, 0.0f);
+    y.from_euler(0.0f, -35.0f, 0.0f);
+    z.from_euler(0.0f, 0.0f, 70.0f);
+    expect_quat(tripod.get_orientation(), x * y * z);
+    expect_mat4(tripod.get_transform(), composed(vec4::ZERO, x * y * z, vec4::ONE));
+}
+
+TEST(Tripod, AnOrientationStandsAgainstAnglesStoredBefore) {
+    Tripod tripod;
+    tripod.set_orientation_euler_angles(20.0f, -35.0f, 70.0f);
+    const quat q = turn(40.0f, vec4::UNIT_X_AXIS);
+    tripod.set_orientation(q);
+    tripod.update_orientation();
+    expect_quat(tripod.get_orientation(), q);
+    expect_vec4(tripod.get_orientation_euler_angles(), 20.0f, -35.0f, 70.0f, 1.0f);
+    expect_mat4(tripod.get_transform(), composed(vec4::ZERO, q, vec4::ONE));
+}
+
+TEST(Tripod, AnglesStandAgainstAnOrientationStoredBefore) {
+    Tripod tripod;
+    tripod.set_orientation(turn(40.0f, vec4::UNIT_X_AXIS));
+    tripod.set_orientation_euler_angles(0.0f, 90.0f, 0.0f);
+    expect_quat(tripod.get_orientation(), quat() * quat().from_euler(0.0f, 90.0f, 0.0f) * quat());
+}
+
+TEST(Tripod, ScaleComesBeforeTranslation) {
+    Tripod tripod;
+    tripod.set_scale(2.0f, 2.0f, 2.0f);
+    tripod.set_position(1.0f, 0.0f, 0.0f);
+    expect_mat4(tripod.get_transform(), mat4(2, 0, 0, 0, 0, 2, 0, 0, 0, 0, 2, 0, 1, 0, 0, 1));
+}
+
+TEST(Tripod, MatrixIsTranslationTimesRotationTimesScale) {
+    Tripod tripod;
+    const quat q = turn(33.0f, vec4::UNIT_Y_AXIS);
+    const vec4 position(1.0f, -2.0f, 3.0f, 1.0f), scale(2.0f, 0.5f, 3.0f, 1.0f);
+    tripod.set_position(position);
+    tripod.set_orientation(q);
+    tripod.set_scale(scale);
+    const mat4 expected = composed(position, q, scale);
+    expect_mat4(tripod.get_transform(), expected);
+    EXPECT_EQ(tripod.get_transform_ptr(), tripod.get_transform().m);
+    EXPECT_EQ(tripod.get_transform_mat4_ptr(), &tripod.get_transform());
+}
+
+TEST(Tripod, EachGetterOfTheMatrixBringsItUpToDate) {
+    Tripod tripod;
+    tripod.set_position(1.0f, 0.0f, 0.0f);
+    EXPECT_EQ(tripod.get_transform_ptr()[12], 1.0f);
+    tripod.set_position(2.0f, 0.0f, 0.0f);
+    EXPECT_EQ(tripod.get_transform_mat4_ptr()->m[12], 2.0f);
+    tripod.set_position(3.0f, 0.0f, 0.0f);
+    EXPECT_EQ(tripod.get_transform().m[12], 3.0f);
+}
+
+TEST(Tripod, AStoredMatrixStandsUntilTheNextSetter) {
+    Tripod tripod;
+    tripod.set_position(1.0f, 2.0f, 3.0f);
+    tripod.set_transform(counted);
+    expect_mat4(tripod.get_transform(), counted);
+    tripod.update_transform();
+    expect_mat4(tripod.get_transform(), counted);
+    expect_vec4(tripod.get_position(), 1.0f, 2.0f, 3.0f, 1.0f);
+    tripod.set_scale(4.0f, 5.0f, 6.0f);
+    expect_mat4(tripod.get_transform(), mat4(4, 0, 0, 0, 0, 5, 0, 0, 0, 0, 6, 0, 1, 2, 3, 1));
+}
+
+TEST(Tripod, AStoredMatrixMayComeAsFloats) {
+    Tripod tripod;
+    tripod.set_transform(counted.m);
+    expect_mat4(tripod.get_transform(), counted);
+}
+
+TEST(Tripod, NoFloatsMarkNothing) {
+    Tripod tripod;
+    tripod.set_position(1.0f, 2.0f, 3.0f);
+    tripod.set_transform(nullptr);
+    expect_mat4(tripod.get_transform(), mat4().init_translate(1.0f, 2.0f, 3.0f));
+}
+
+TEST(Tripod, WritingThroughAPointerCountsFromTheNextSetterOn) {
+    Tripod tripod;
+    tripod.update_transform();
+    tripod.get_position_ptr()[0] = 9.0f;
+    expect_mat4(tripod.get_transform(), mat4());
+    tripod.set_scale(1.0f, 1.0f, 1.0f);
+    EXPECT_EQ(tripod.get_transform().m[12], 9.0f);
+}
+
+} // namespace
