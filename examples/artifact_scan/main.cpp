@@ -13,7 +13,7 @@ namespace {
 
 constexpr int size = 512;
 
-char const* const vertex = R"(
+const char* const vertex = R"(
 uniform mat4 orvex_ModelViewProjectionMatrix;
 OUT vec3 normal;
 OUT vec2 uv;
@@ -23,7 +23,7 @@ void main() {
     gl_Position = orvex_ModelViewProjectionMatrix * POSITION;
 }
 )";
-char const* const pixel = R"(
+const char* const pixel = R"(
 IN vec3 normal;
 IN vec2 uv;
 void main() {
@@ -53,8 +53,8 @@ public:
         ring->kill(stage.renderer, nullptr);
         camera->release(nullptr, nullptr);
     }
-    Frame(Frame const&) = delete;
-    Frame& operator=(Frame const&) = delete;
+    Frame(const Frame&) = delete;
+    Frame& operator=(const Frame&) = delete;
 
     void draw() {
         target->activate();

@@ -4,8 +4,8 @@
 #include <cstring>
 
 /// Receives the engine's log: shows its errors and warnings.
-inline void show_log_line(char const* line, void*) {
-    for (char const* const marker : {" <*> ", " <!> "})
+inline void show_log_line(const char* line, void*) {
+    for (const char* const marker : {" <*> ", " <!> "})
         if (std::strstr(line, marker))
             std::fprintf(stderr, "%s\n", line);
 }

@@ -37,7 +37,7 @@ std::string ModelStage::start() {
     return {};
 }
 
-std::string ModelStage::load(std::string const& path) {
+std::string ModelStage::load(const std::string& path) {
     if (!program)
         if (std::string mistake = start(); !mistake.empty())
             return mistake;
@@ -57,7 +57,7 @@ void ModelStage::draw(int width, int height) {
     draw(*camera);
 }
 
-void ModelStage::draw(Camera& eye, Angle const& lit_from) {
+void ModelStage::draw(Camera& eye, const Angle& lit_from) {
     eye.bind(renderer, true, true, true, true, false);
     renderer->clear_color_depth_buffers(0.17f, 0.19f, 0.22f, 1.0f, 1.0f);
     if (scene)

@@ -24,8 +24,8 @@ public:
     ModelStage();
     /// Needs the context that was current when the model was loaded.
     ~ModelStage();
-    ModelStage(ModelStage const&) = delete;
-    ModelStage& operator=(ModelStage const&) = delete;
+    ModelStage(const ModelStage&) = delete;
+    ModelStage& operator=(const ModelStage&) = delete;
 
     /// Without a context at first: the example makes one in it, or gives it the toolkit's own. What
     /// is drawn here needs a core context of 3.2 or later.
@@ -40,11 +40,11 @@ public:
     /// Shows a model, upright, instead of what there was, and starts the renderer before if nobody
     /// has.
     /// @return what is wrong; empty if nothing is
-    std::string load(std::string const& path);
+    std::string load(const std::string& path);
     /// Draws the model, seen as a whole. An empty window gets nothing, as does one without a model.
     void draw(int width, int height);
     /// Draws the model as a camera sees it, with its lights for an angle; or the bare background.
-    void draw(orvex::Camera& camera, Angle const& lit_from = {});
+    void draw(orvex::Camera& camera, const Angle& lit_from = {});
 
 private:
     orvex::Camera* camera;

@@ -40,11 +40,11 @@ public:
         renderer->kill_all_render_windows();
         orvex::core::stop("done");
     }
-    OffScreen(OffScreen const&) = delete;
-    OffScreen& operator=(OffScreen const&) = delete;
+    OffScreen(const OffScreen&) = delete;
+    OffScreen& operator=(const OffScreen&) = delete;
 
     /// A program of two stages that are written for both paths, as `program_text` takes them.
-    orvex::GpuProgram* make_program(char const* name, char const* vertex, char const* pixel) {
+    orvex::GpuProgram* make_program(const char* name, const char* vertex, const char* pixel) {
         const std::string text = program_text(gl3, vertex, pixel);
         orvex::GpuProgram* const program =
             orvex::GpuProgramMgr::get()->create_gpu_program_from_memory(renderer, text.c_str(),
@@ -55,7 +55,7 @@ public:
     }
 
     /// A program that draws in the colours of the vertices, points as squares of some pixels.
-    orvex::GpuProgram* make_colored_program(char const* name, float point_size) {
+    orvex::GpuProgram* make_colored_program(const char* name, float point_size) {
         const std::string vertex = "uniform mat4 orvex_ModelViewProjectionMatrix;\n"
                                    "OUT vec4 vertex_color;\n"
                                    "void main() {\n"
@@ -79,7 +79,7 @@ public:
     }
 
     /// Writes what the window shows.
-    bool write(char const* path) const {
+    bool write(const char* path) const {
         renderer->set_viewport(0, 0, width, height);
         if (orvex::TextureMgr::get()->do_screenshot(renderer, path))
             return true;

@@ -11,7 +11,7 @@ constexpr int size = 320;
 constexpr unsigned int side = 48; ///< of the square of points
 
 // The structure is that of a record of the pool, 96 bytes.
-char const* const wave = R"([Compute_Shader]
+const char* const wave = R"([Compute_Shader]
 #version 430
 layout(local_size_x = 8, local_size_y = 8) in;
 struct Vertex { vec4 position, color, normal, uv0, uv1, tangent; };

@@ -23,11 +23,11 @@ constexpr float upper_row = 2.55f;
 constexpr float middle_row = 0.1f;
 
 // A spline gives its points no colour.
-char const* const spline_vertex = R"(
+const char* const spline_vertex = R"(
 uniform mat4 orvex_ModelViewProjectionMatrix;
 void main() { gl_Position = orvex_ModelViewProjectionMatrix * POSITION; }
 )";
-char const* const spline_pixel = R"(
+const char* const spline_pixel = R"(
 uniform vec4 tint;
 void main() { COLOR = tint; }
 )";
@@ -60,8 +60,8 @@ Curve* make_curve(float x) {
     return curve;
 }
 
-vec4 const marks_color(1.0f, 0.9f, 0.5f, 1.0f);
-vec4 const joint_color(0.4f, 0.42f, 0.48f, 1.0f);
+const vec4 marks_color(1.0f, 0.9f, 0.5f, 1.0f);
+const vec4 joint_color(0.4f, 0.42f, 0.48f, 1.0f);
 
 /// Keys of a path from left to right, their times in place of w.
 std::vector<vec4> path_keys(float x, float time_power) {
@@ -69,7 +69,7 @@ std::vector<vec4> path_keys(float x, float time_power) {
                            vec3(-0.2f, -0.2f, 0.0f), vec3(0.2f, 0.8f, 0.0f),
                            vec3(0.6f, -0.7f, 0.0f),  vec3(1.0f, 0.3f, 0.0f)};
     std::vector<vec4> keys;
-    for (vec3 const& place : places) {
+    for (const vec3& place : places) {
         const float step = static_cast<float>(keys.size()) / 5.0f;
         keys.emplace_back(x + place.x, middle_row + place.y, place.z, std::pow(step, time_power));
     }
@@ -89,14 +89,14 @@ std::vector<vec4> closed_keys(float x) {
 }
 
 /// Draws from time 0 to time 1. Its keys are where it shows: no transform moves a spline.
-MiniSpline* make_spline(std::vector<vec4> const& keys) {
+MiniSpline* make_spline(const std::vector<vec4>& keys) {
     MiniSpline* const spline = new MiniSpline;
-    for (vec4 const& key : keys)
+    for (const vec4& key : keys)
         spline->add_keyframe(key.w, key.x, key.y, key.z);
     return spline;
 }
 
-Polyline* make_joints(std::vector<vec4> const& keys) {
+Polyline* make_joints(const std::vector<vec4>& keys) {
     Polyline* const joints = new Polyline;
     joints->initialize(keys.size(), LINE_RENDER_MODE_LINE_STRIP);
     for (unsigned long i = 0; i < keys.size(); ++i)
@@ -105,7 +105,7 @@ Polyline* make_joints(std::vector<vec4> const& keys) {
     return joints;
 }
 
-VertexPool* make_marks(std::vector<vec4> const& places) {
+VertexPool* make_marks(const std::vector<vec4>& places) {
     VertexPool* const marks = new VertexPool;
     marks->init_pool(places.size(), false);
     for (unsigned long i = 0; i < places.size(); ++i) {
@@ -127,7 +127,7 @@ std::vector<vec4> places_in_time(MiniSpline& spline, int steps) {
 }
 
 /// Shows a spline with the tinting program.
-void draw_spline(OffScreen& stage, GpuProgram& program, MiniSpline& spline, vec4 const& color) {
+void draw_spline(OffScreen& stage, GpuProgram& program, MiniSpline& spline, const vec4& color) {
     program.set_uniform_4f(stage.renderer, "tint", color.x, color.y, color.z, color.w);
     spline.render(stage.renderer, nullptr);
 }

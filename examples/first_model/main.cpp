@@ -3,7 +3,7 @@
 
 using namespace orvex;
 
-static char const shader[] =
+static const char shader[] =
     "[Vertex_Shader]\nvarying vec3 n; void main() { n = gl_Normal; gl_Position = ftransform(); }\n"
     "[Pixel_Shader]\nvarying vec3 n; void main() { gl_FragColor.rgb = 0.5 + 0.5 * normalize(n); }";
 

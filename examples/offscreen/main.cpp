@@ -7,7 +7,7 @@ using namespace orvex;
 
 namespace {
 
-char const* const lit_vertex = R"(
+const char* const lit_vertex = R"(
 uniform mat4 orvex_ModelViewProjectionMatrix;
 OUT vec3 normal;
 void main() {
@@ -15,7 +15,7 @@ void main() {
     gl_Position = orvex_ModelViewProjectionMatrix * POSITION;
 }
 )";
-char const* const lit_pixel = R"(
+const char* const lit_pixel = R"(
 IN vec3 normal;
 void main() {
     float light = max(dot(normalize(normal), normalize(vec3(1.0, 2.0, 1.5))), 0.0);
@@ -23,7 +23,7 @@ void main() {
 }
 )";
 
-char const* const show_vertex = R"(
+const char* const show_vertex = R"(
 uniform mat4 orvex_ModelViewProjectionMatrix;
 OUT vec2 uv;
 void main() {
@@ -31,7 +31,7 @@ void main() {
     gl_Position = orvex_ModelViewProjectionMatrix * POSITION;
 }
 )";
-char const* const show_pixel = R"(
+const char* const show_pixel = R"(
 uniform sampler2D picture;
 IN vec2 uv;
 void main() { COLOR = SAMPLE(picture, uv); }
@@ -59,7 +59,7 @@ bool make(Renderer* renderer, Targets& targets) {
 }
 
 /// The ring, seen from above, on the target of four samples; then without its samples.
-void draw_ring(OffScreen& stage, Targets const& targets) {
+void draw_ring(OffScreen& stage, const Targets& targets) {
     MeshTorus* const ring = new MeshTorus;
     ring->set_build_params(2.2f, 0.6f, 48);
     stage.build(ring);
@@ -86,7 +86,7 @@ void draw_ring(OffScreen& stage, Targets const& targets) {
 }
 
 /// The resolved target as a texture on a quad that is turned aside, in the window.
-void show(OffScreen& stage, Targets const& targets) {
+void show(OffScreen& stage, const Targets& targets) {
     Texture* const picture =
         Kernel::get()->create_color_texture_from_render_target(targets.resolved, 0);
     MeshQuad* const quad = new MeshQuad;

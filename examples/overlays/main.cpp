@@ -27,8 +27,8 @@ Skybox* make_sky(Renderer* renderer) {
     Skybox* const sky = new Skybox;
     sky->set_opengl_2_3_rendering_states(major < 3, nullptr);
     std::string paths[6];
-    char const* files[6];
-    char const* const names[] = {"px", "nx", "py", "ny", "pz", "nz"};
+    const char* files[6];
+    const char* const names[] = {"px", "nx", "py", "ny", "pz", "nz"};
     for (int face = 0; face < 6; ++face) {
         paths[face] = data_folder + "sky_" + names[face] + ".png";
         files[face] = paths[face].c_str();

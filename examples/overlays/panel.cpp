@@ -15,7 +15,7 @@ constexpr int graph_height = 100;
 constexpr float pixels_per_millisecond = 3.0f;
 
 // Decoders drop alpha: the sheet is white on black, and its brightness is the opacity.
-char const* const glyphs_vertex = R"(
+const char* const glyphs_vertex = R"(
 uniform mat4 orvex_ModelViewProjectionMatrix;
 OUT vec4 tint;
 OUT vec2 uv;
@@ -25,7 +25,7 @@ void main() {
     uv = TEXCOORD;
 }
 )";
-char const* const glyphs_pixel = R"(
+const char* const glyphs_pixel = R"(
 uniform sampler2D sheet;
 IN vec4 tint;
 IN vec2 uv;
@@ -71,7 +71,7 @@ vec4 light_color(unsigned long light, float level) {
 
 } // namespace
 
-Panel::Panel(OffScreen& the_stage, std::string const& data_folder)
+Panel::Panel(OffScreen& the_stage, const std::string& data_folder)
     : stage(the_stage)
     , colored(stage.make_colored_program("colored", 7.0f))
     , glyphs(stage.make_program("glyphs", glyphs_vertex, glyphs_pixel))

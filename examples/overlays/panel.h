@@ -6,10 +6,10 @@
 /// meters, a logo, text, and a camera's axes. Objects are made once and drawn every frame.
 class Panel {
 public:
-    Panel(OffScreen& stage, std::string const& data_folder);
+    Panel(OffScreen& stage, const std::string& data_folder);
     ~Panel();
-    Panel(Panel const&) = delete;
-    Panel& operator=(Panel const&) = delete;
+    Panel(const Panel&) = delete;
+    Panel& operator=(const Panel&) = delete;
 
     /// False if the sheet of glyphs could not be loaded.
     bool ok() const { return loaded; }

@@ -19,7 +19,7 @@ constexpr float dt = 1.0f / 60.0f;
 constexpr float basin_radius = 2.6f;
 constexpr int num_jets = 6;
 
-char const* const vertex = R"(
+const char* const vertex = R"(
 uniform mat4 orvex_ModelViewProjectionMatrix;
 OUT vec4 color_of_vertex;
 void main() {
@@ -28,7 +28,7 @@ void main() {
     color_of_vertex = VERTEX_COLOR;
 }
 )";
-char const* const drop_pixel = R"(
+const char* const drop_pixel = R"(
 IN vec4 color_of_vertex;
 void main() {
     float distance = length(gl_PointCoord - vec2(0.5));
@@ -38,7 +38,7 @@ void main() {
     COLOR = vec4(tint, (0.1 + 0.4 * life) * (1.0 - smoothstep(0.1, 0.5, distance)));
 }
 )";
-char const* const rim_pixel = R"(
+const char* const rim_pixel = R"(
 IN vec4 color_of_vertex;
 void main() { COLOR = color_of_vertex; }
 )";

@@ -16,7 +16,7 @@ namespace {
 constexpr int size = 320; ///< of one of the four views, pixels
 constexpr int step = 10;  ///< between two rays, pixels
 
-char const* const surface_vertex = R"(
+const char* const surface_vertex = R"(
 uniform mat4 orvex_ModelViewMatrix;
 uniform mat4 orvex_ModelViewProjectionMatrix;
 OUT vec3 eye_normal;
@@ -25,13 +25,13 @@ void main() {
     gl_Position = orvex_ModelViewProjectionMatrix * POSITION;
 }
 )";
-char const* const surface_pixel = R"(
+const char* const surface_pixel = R"(
 IN vec3 eye_normal;
 void main() { COLOR = vec4(vec3(0.25, 0.3, 0.35) + 0.4 * abs(normalize(eye_normal).z), 1.0); }
 )";
 
 // Drawn a little nearer than they are, or the surface would cover half of them.
-char const* const point_vertex = R"(
+const char* const point_vertex = R"(
 uniform mat4 orvex_ModelViewProjectionMatrix;
 OUT vec4 point_color;
 void main() {
@@ -41,12 +41,12 @@ void main() {
     point_color = VERTEX_COLOR;
 }
 )";
-char const* const point_pixel = R"(
+const char* const point_pixel = R"(
 IN vec4 point_color;
 void main() { COLOR = point_color; }
 )";
 
-Camera* make_camera(int column, int row, vec4 const& eye) {
+Camera* make_camera(int column, int row, const vec4& eye) {
     Camera* const camera = new Camera;
     camera->set_viewport(column * size, row * size, size, size);
     camera->build_projection_persp(34.0f, 1.0f, 8.0f, 60.0f, true);
@@ -64,7 +64,7 @@ Camera* make_ortho_camera(int column, int row) {
 using Hits = std::vector<RayObjectIntersection>;
 
 /// The nearest hit over all meshes of the model.
-RayObjectIntersection nearest_hit(Ray const& ray, Model const& model) {
+RayObjectIntersection nearest_hit(const Ray& ray, const Model& model) {
     RayObjectIntersection nearest;
     nearest.distance = std::numeric_limits<float>::max();
     for (unsigned long i = 0; i < model.get_num_children(); ++i) {
@@ -77,7 +77,7 @@ RayObjectIntersection nearest_hit(Ray const& ray, Model const& model) {
 }
 
 /// Casts a ray through every `step`th pixel of the camera's viewport.
-Hits pick(Camera& camera, Model const& model) {
+Hits pick(Camera& camera, const Model& model) {
     const RayCaster caster;
     const Viewport& viewport = camera.get_viewport();
     Hits hits;
@@ -96,8 +96,8 @@ Hits pick(Camera& camera, Model const& model) {
     return hits;
 }
 
-VertexPool* make_points(Hits const& hits) {
-    const auto nearer = [](RayObjectIntersection const& a, RayObjectIntersection const& b) {
+VertexPool* make_points(const Hits& hits) {
+    const auto nearer = [](const RayObjectIntersection& a, const RayObjectIntersection& b) {
         return a.distance < b.distance;
     };
     VertexPool* const points = new VertexPool;
@@ -131,7 +131,7 @@ void pick_and_draw(OffScreen& stage, Model& model, GpuProgram& program, Camera* 
     points->kill(stage.renderer, nullptr);
 }
 
-Model* load_model(OffScreen& stage, char const* path) {
+Model* load_model(OffScreen& stage, const char* path) {
     Model* const model = aux::load_model_from_file(path, "", "");
     if (!model) {
         std::fprintf(stderr, "can't load %s\n", path);

@@ -56,7 +56,7 @@ public:
             delete[] pixels;
     }
 
-    bool load_image_from_file(orvex::Image* image, char const* filename, bool mirror) override {
+    bool load_image_from_file(orvex::Image* image, const char* filename, bool mirror) override {
         if (!filename)
             return false;
         std::ifstream file(filename, std::ios::binary);
@@ -79,7 +79,7 @@ public:
         return true;
     }
 
-    bool save_image_to_file(orvex::Image*, char const*) override { return false; }
+    bool save_image_to_file(orvex::Image*, const char*) override { return false; }
 
     // Every codec is asked about every image: one that was decoded elsewhere is not this one's.
     bool free_image_resources(orvex::Image* image) override {

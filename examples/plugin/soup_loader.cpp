@@ -94,7 +94,7 @@ public:
 
     // Everything that can fail comes before the model is touched: a loader that returns false
     // leaves nothing behind.
-    bool load_from_file(orvex::Model* model, char const* filename) override {
+    bool load_from_file(orvex::Model* model, const char* filename) override {
         Soup soup;
         if (!model || !filename || !read_soup(std::string(get_model_dir()) + filename, soup))
             return false;

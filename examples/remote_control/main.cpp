@@ -55,12 +55,12 @@ void hand_over(SocketCore* core, Socket* client, unsigned char* message, int siz
         remote.server.send_stop_message();
 }
 
-std::string load(Stage& stage, std::string const& path) {
+std::string load(Stage& stage, const std::string& path) {
     const std::string mistake = stage.load(path);
     return mistake.empty() ? "ok" : "error: " + mistake;
 }
 
-std::string turn(Stage& stage, std::string const& text) {
+std::string turn(Stage& stage, const std::string& text) {
     char* end = nullptr;
     const float degrees = std::strtof(text.c_str(), &end);
     if (text.empty() || *end != '\0' || !std::isfinite(degrees))
@@ -69,13 +69,13 @@ std::string turn(Stage& stage, std::string const& text) {
     return "ok";
 }
 
-std::string take_screenshot(Stage& stage, std::string const& path) {
+std::string take_screenshot(Stage& stage, const std::string& path) {
     return stage.screenshot(path) ? "ok" : "error: can't write " + path;
 }
 
 struct Verb {
-    char const* name;
-    std::string (*obey)(Stage& stage, std::string const& argument);
+    const char* name;
+    std::string (*obey)(Stage& stage, const std::string& argument);
 };
 
 constexpr Verb verbs[] = {
@@ -84,10 +84,10 @@ constexpr Verb verbs[] = {
     {"turn", turn},
 };
 
-std::string obey(Stage& stage, std::string const& text) {
+std::string obey(Stage& stage, const std::string& text) {
     const std::size_t blank = std::min(text.find_first_of(" \t"), text.size());
     const std::string name = text.substr(0, blank);
-    for (Verb const& verb : verbs)
+    for (const Verb& verb : verbs)
         if (name == verb.name)
             return verb.obey(stage, trimmed(text.substr(blank)));
     return "error: load FILE, turn DEGREES, screenshot FILE or quit";
@@ -114,7 +114,7 @@ void render(Stage& stage, Remote& remote, int port) {
     }
 }
 
-int fail(std::string const& mistake) {
+int fail(const std::string& mistake) {
     std::fprintf(stderr, "remote_control: %s\n", mistake.c_str());
     return FAILURE;
 }

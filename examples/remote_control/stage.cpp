@@ -27,7 +27,7 @@ std::string Stage::open(int width, int height) {
     return stage.start();
 }
 
-std::string Stage::load(std::string const& path) {
+std::string Stage::load(const std::string& path) {
     std::error_code ignored;
     if (!std::filesystem::is_regular_file(path, ignored))
         return path + ": no such file";
@@ -50,7 +50,7 @@ void Stage::draw() {
     stage.draw(*camera, angle);
 }
 
-bool Stage::screenshot(std::string const& path) {
+bool Stage::screenshot(const std::string& path) {
     draw();
     return TextureMgr::get()->do_screenshot(stage.renderer, path.c_str());
 }

@@ -9,8 +9,8 @@ class Stage {
 public:
     Stage();
     ~Stage();
-    Stage(Stage const&) = delete;
-    Stage& operator=(Stage const&) = delete;
+    Stage(const Stage&) = delete;
+    Stage& operator=(const Stage&) = delete;
 
     /// Makes the drawable.
     /// @return what is wrong; empty if nothing is
@@ -19,12 +19,12 @@ public:
     /// Shows a model file instead of what there was, from so far that no turn brings it out of
     /// sight.
     /// @return what is wrong; empty if nothing is
-    std::string load(std::string const& path);
+    std::string load(const std::string& path);
     /// Turns the model around the upright axis through its middle.
     void turn(float degrees);
     void draw();
     /// Draws, and writes the frame as JPEG.
-    bool screenshot(std::string const& path);
+    bool screenshot(const std::string& path);
     /// Lets the frame be seen, where there is a screen.
     void show();
 

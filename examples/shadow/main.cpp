@@ -7,7 +7,7 @@ using namespace orvex;
 
 namespace {
 
-char const* const vertex = R"(
+const char* const vertex = R"(
 uniform mat4 orvex_ModelViewMatrix;
 uniform mat4 orvex_ModelViewProjectionMatrix;
 uniform mat4 orvex_ViewMatrix;
@@ -25,13 +25,13 @@ void main() {
     gl_Position = orvex_ModelViewProjectionMatrix * POSITION;
 }
 )";
-char const* const pixel_gl2 = R"(
+const char* const pixel_gl2 = R"(
 #define SHADOW(map, place) shadow2DProj(map, place).r
 )";
-char const* const pixel_gl3 = R"(
+const char* const pixel_gl3 = R"(
 #define SHADOW(map, place) textureProj(map, place)
 )";
-char const* const pixel = R"(
+const char* const pixel = R"(
 uniform sampler2DShadow shadow_map;
 uniform vec3 diffuse;
 IN vec4 shadow_place;
@@ -74,8 +74,8 @@ public:
                                      static_cast<Object*>(lamp), static_cast<Object*>(eye)})
             object->kill(renderer, nullptr);
     }
-    ShadowScene(ShadowScene const&) = delete;
-    ShadowScene& operator=(ShadowScene const&) = delete;
+    ShadowScene(const ShadowScene&) = delete;
+    ShadowScene& operator=(const ShadowScene&) = delete;
 
     bool complete = false;
 

@@ -6,7 +6,7 @@ namespace {
 
 // The light's uniforms are those of `Light::bind`, which leaves the specular colour under the
 // ambient name; the ambient colour itself comes as a uniform of this example.
-char const* const vertex_stage = R"(
+const char* const vertex_stage = R"(
 uniform mat4 orvex_ModelViewMatrix;
 uniform mat4 orvex_ModelViewProjectionMatrix;
 OUT vec3 eye_position;
@@ -22,7 +22,7 @@ void main()
 }
 )";
 
-char const* const pixel_stage = R"(
+const char* const pixel_stage = R"(
 uniform mat4 orvex_ViewMatrix;
 uniform vec4 orvex_light_position_0;
 uniform float orvex_light_radius_0;
@@ -66,7 +66,7 @@ Shape* shape(Values... values) {
 
 } // namespace
 
-Gallery::Gallery(OffScreen& stage_, char const* height_map)
+Gallery::Gallery(OffScreen& stage_, const char* height_map)
     : stage(stage_)
     , heights(TextureMgr::get()->create_texture_2d_from_file(height_map, false))
     , program(stage.make_program("gallery", vertex_stage, pixel_stage))
@@ -85,7 +85,7 @@ Gallery::Gallery(OffScreen& stage_, char const* height_map)
 }
 
 Gallery::~Gallery() {
-    for (Exhibit const& exhibit : exhibits)
+    for (const Exhibit& exhibit : exhibits)
         exhibit.mesh->kill(stage.renderer, nullptr);
     light->release(nullptr, nullptr);
     camera->release(nullptr, nullptr);
@@ -96,7 +96,7 @@ bool Gallery::is_complete() const {
 }
 
 /// Puts a mesh on the next free place, the upper row first.
-void Gallery::add(Mesh* mesh, vec4 const& color, float tilt, float turn) {
+void Gallery::add(Mesh* mesh, const vec4& color, float tilt, float turn) {
     const auto place = static_cast<int>(exhibits.size());
     mesh->set_position(static_cast<float>(place % 5 - 2) * spacing, 0.0f, place < 5 ? -2.4f : 2.4f);
     mesh->set_orientation_euler_xyz(tilt, turn, 0.0f);
@@ -139,9 +139,9 @@ void Gallery::draw(bool quads) {
     renderer->clear_color_depth_buffers(0.16f, 0.18f, 0.21f, 1.0f, 1.0f);
     program->bind(renderer);
     light->bind(renderer);
-    vec4 const& ambient = light->get_ambient();
+    const vec4& ambient = light->get_ambient();
     program->set_uniform_4f(renderer, "ambient", ambient.x, ambient.y, ambient.z, ambient.w);
-    for (Exhibit const& exhibit : exhibits) {
+    for (const Exhibit& exhibit : exhibits) {
         const bool lines = quads && exhibit.mesh->get_mesh_data()->num_quad_edges > 0;
         exhibit.mesh->set_render_wireframe_quad_state(lines);
         program->set_uniform_4f(renderer, "tint", exhibit.color.x, exhibit.color.y, exhibit.color.z,

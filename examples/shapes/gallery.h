@@ -10,10 +10,10 @@
 class Gallery {
 public:
     /// @param height_map  file of a square RGB picture that raises the terrain
-    Gallery(OffScreen& stage, char const* height_map);
+    Gallery(OffScreen& stage, const char* height_map);
     ~Gallery();
-    Gallery(Gallery const&) = delete;
-    Gallery& operator=(Gallery const&) = delete;
+    Gallery(const Gallery&) = delete;
+    Gallery& operator=(const Gallery&) = delete;
 
     /// Whether the height map was read and the program compiled.
     bool is_complete() const;
@@ -34,7 +34,7 @@ private:
     orvex::Camera* camera;
     std::vector<Exhibit> exhibits;
 
-    void add(orvex::Mesh* mesh, orvex::vec4 const& color, float tilt, float turn);
+    void add(orvex::Mesh* mesh, const orvex::vec4& color, float tilt, float turn);
     void add_upper_row();
     void add_lower_row();
     orvex::Mesh* make_terrain() const;

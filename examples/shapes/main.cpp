@@ -10,7 +10,7 @@ int main(int argc, char** argv) {
     OffScreen stage(wants_gl3(argc, argv), 800, 340);
     if (!stage.started)
         return 1;
-    char const* const height_map = argc > 4 ? argv[4] : SHAPES_HEIGHT_MAP;
+    const char* const height_map = argc > 4 ? argv[4] : SHAPES_HEIGHT_MAP;
     Gallery gallery(stage, height_map);
     if (!gallery.is_complete())
         return 1;

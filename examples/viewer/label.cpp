@@ -11,7 +11,7 @@ namespace {
 constexpr int margin = 10;
 constexpr int line_height = 29;
 
-char const vertex_text[] = R"(#version 150
+const char vertex_text[] = R"(#version 150
 in vec4 orvex_Position, orvex_Color, orvex_TexCoord0;
 uniform mat4 orvex_ModelViewProjectionMatrix;
 out vec4 color;
@@ -25,7 +25,7 @@ void main()
 )";
 
 // The sheet is white on black: how white it is tells how much of a pixel a glyph covers.
-char const pixel_text[] = R"(#version 150
+const char pixel_text[] = R"(#version 150
 uniform sampler2D sheet;
 in vec4 color;
 in vec2 uv;
@@ -35,7 +35,7 @@ void main() { pixel = vec4(color.rgb, color.a * texture(sheet, uv).r); }
 
 } // namespace
 
-Label::Label(Renderer* renderer, std::string const& font_file)
+Label::Label(Renderer* renderer, const std::string& font_file)
     : renderer(renderer)
     , camera(new Camera)
     , font(new Font)
@@ -55,15 +55,15 @@ Label::~Label() {
     font->kill(renderer, nullptr);
 }
 
-void Label::queue(int x, int y, std::vector<std::string> const& lines) {
-    for (std::string const& line : lines) {
+void Label::queue(int x, int y, const std::vector<std::string>& lines) {
+    for (const std::string& line : lines) {
         font->bm_draw_text_2d(x, y, 0.9f, 0.9f, 0.85f, 1.0f, line.c_str());
         y += line_height;
     }
 }
 
-void Label::draw(int width, int height, std::vector<std::string> const& upper,
-                 std::vector<std::string> const& lower) {
+void Label::draw(int width, int height, const std::vector<std::string>& upper,
+                 const std::vector<std::string>& lower) {
     font->bm_draw_reset();
     queue(margin, margin, upper);
     queue(margin, height - margin - line_height * static_cast<int>(lower.size()), lower);

@@ -14,16 +14,16 @@ class Renderer;
 class Label {
 public:
     /// @param font  a BMFont description; its sheet lies beside it
-    Label(orvex::Renderer* renderer, std::string const& font);
+    Label(orvex::Renderer* renderer, const std::string& font);
     ~Label();
-    Label(Label const&) = delete;
-    Label& operator=(Label const&) = delete;
+    Label(const Label&) = delete;
+    Label& operator=(const Label&) = delete;
 
     /// Whether the font could be loaded.
     bool is_ready() const { return ready; }
     /// Draws lines down from the upper left corner, and others up to the lower one.
-    void draw(int width, int height, std::vector<std::string> const& upper,
-              std::vector<std::string> const& lower);
+    void draw(int width, int height, const std::vector<std::string>& upper,
+              const std::vector<std::string>& lower);
 
 private:
     orvex::Renderer* renderer;
@@ -32,5 +32,5 @@ private:
     orvex::GpuProgram* program;
     bool ready = false;
 
-    void queue(int x, int y, std::vector<std::string> const& lines);
+    void queue(int x, int y, const std::vector<std::string>& lines);
 };

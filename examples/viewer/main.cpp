@@ -93,12 +93,12 @@ void run(GLFWwindow* window, Viewer& viewer) {
     }
 }
 
-int fail(std::string const& reason) {
+int fail(const std::string& reason) {
     std::fprintf(stderr, "viewer: %s\n", reason.c_str());
     return 1;
 }
 
-int show(GLFWwindow* window, char const* model) {
+int show(GLFWwindow* window, const char* model) {
     Host host;
     if (const std::string mistake = host.viewer.open(window, model); !mistake.empty())
         return fail(mistake);

@@ -20,7 +20,7 @@ constexpr float steepest = 79.0f;
 
 } // namespace
 
-Orbit::Orbit(vec4 const& center, float distance)
+Orbit::Orbit(const vec4& center, float distance)
     : eye(new Camera)
     , center(center)
     , first_distance(distance) {
@@ -65,7 +65,7 @@ Camera& Orbit::camera(int width, int height) {
 }
 
 /// Framed in a square, so that a window of any shape shows at least as much.
-std::unique_ptr<Orbit> orbit_around(ModelScene const& scene) {
+std::unique_ptr<Orbit> orbit_around(const ModelScene& scene) {
     constexpr int views_of_a_turn = 36;
     const Aim aim = turning_aim(scene.extent(), {first_yaw, -first_pitch}, {1, 1}, views_of_a_turn);
     return std::make_unique<Orbit>(scene.extent().middle, aim.distance);

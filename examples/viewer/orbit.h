@@ -13,10 +13,10 @@ class ModelScene;
 /// A camera that goes around a point at a distance, and always looks at it.
 class Orbit {
 public:
-    Orbit(orvex::vec4 const& center, float distance);
+    Orbit(const orvex::vec4& center, float distance);
     ~Orbit();
-    Orbit(Orbit const&) = delete;
-    Orbit& operator=(Orbit const&) = delete;
+    Orbit(const Orbit&) = delete;
+    Orbit& operator=(const Orbit&) = delete;
 
     /// Back to where it began: a little to the right, and a little above.
     void reset();
@@ -39,4 +39,4 @@ private:
 };
 
 /// An orbit around the middle of a model, where all of it is seen on the way around.
-std::unique_ptr<Orbit> orbit_around(ModelScene const& scene);
+std::unique_ptr<Orbit> orbit_around(const ModelScene& scene);

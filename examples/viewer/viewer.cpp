@@ -19,7 +19,7 @@ Viewer::~Viewer() {
         frame->release(nullptr, nullptr);
 }
 
-std::string Viewer::open(void* context, std::string const& model) {
+std::string Viewer::open(void* context, const std::string& model) {
     // The engine uses what is current; it only keeps the handle.
     if (!stage.window->osx_init_with_cocoa_nsgl_ctx(context))
         return "no context to adopt";

@@ -21,7 +21,7 @@ public:
     /// Adopts the context that is current, and loads the model.
     /// @param context  its handle
     /// @return what is wrong; empty if nothing is
-    std::string open(void* context, std::string const& model);
+    std::string open(void* context, const std::string& model);
 
     /// A key went down or up.
     /// @param code  the window system's own number of the key

@@ -11,7 +11,7 @@
 
 #include "model_stage.h"
 
-static int fail(std::string const& reason) {
+static int fail(const std::string& reason) {
     std::fprintf(stderr, "window_glfw: %s\n", reason.c_str());
     return 1;
 }
@@ -34,7 +34,7 @@ static void on_key(GLFWwindow* window, int key, int, int action, int) {
         glfwSetWindowShouldClose(window, GLFW_TRUE);
 }
 
-static int show(GLFWwindow* window, char const* model) {
+static int show(GLFWwindow* window, const char* model) {
     ModelStage stage;
     // The engine uses what is current; it only keeps the handle.
     if (!stage.window->osx_init_with_cocoa_nsgl_ctx(window))

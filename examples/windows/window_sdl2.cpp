@@ -12,7 +12,7 @@
 
 #include "model_stage.h"
 
-static int fail(std::string const& reason) {
+static int fail(const std::string& reason) {
     std::fprintf(stderr, "window_sdl2: %s\n", reason.c_str());
     return 1;
 }
@@ -43,7 +43,7 @@ static bool wait_for_events() {
     return open;
 }
 
-static int show(SDL_Window* window, SDL_GLContext context, char const* model) {
+static int show(SDL_Window* window, SDL_GLContext context, const char* model) {
     ModelStage stage;
     if (!stage.window->osx_init_with_cocoa_nsgl_ctx(context))
         return fail("no context to adopt");
@@ -66,7 +66,7 @@ int main(int argc, char** argv) {
         return 2;
     }
     SDL_Window* const window = open_window();
-    SDL_GLContext const context = window ? SDL_GL_CreateContext(window) : nullptr;
+    const SDL_GLContext context = window ? SDL_GL_CreateContext(window) : nullptr;
     if (!context)
         return fail(SDL_GetError());
     const int result = show(window, context, argv[1]);

@@ -13,7 +13,7 @@
 
 #include "model_stage.h"
 
-static int fail(std::string const& reason) {
+static int fail(const std::string& reason) {
     std::fprintf(stderr, "window_x11: %s\n", reason.c_str());
     return 1;
 }
@@ -61,7 +61,7 @@ static bool wait_for_events(XWindow& window) {
     return open;
 }
 
-static int show(XWindow& window, char const* model) {
+static int show(XWindow& window, const char* model) {
     ModelStage stage;
     orvex::RenderWindow_ExtraData request;
     request.gl_major = 3;

@@ -12,23 +12,23 @@ using namespace orvex_test;
 
 const std::string data = GUIDE_DATA;
 
-std::string program(std::string const& page) {
+std::string program(const std::string& page) {
     return GUIDE_PROGRAMS "guide_" + page;
 }
 
 struct Page {
-    char const* name;
+    const char* name;
     std::string file; ///< of the data, before the picture's name; may be empty
 };
 
-void PrintTo(Page const& page, std::ostream* out) {
+void PrintTo(const Page& page, std::ostream* out) {
     *out << page.name;
 }
 
 class GuidePage : public testing::TestWithParam<Page> {};
 
 TEST_P(GuidePage, draws_its_picture) {
-    Page const& page = GetParam();
+    const Page& page = GetParam();
     expect_example_picture(program(page.name), page.file, std::string("guide_") + page.name);
 }
 
@@ -37,7 +37,7 @@ INSTANTIATE_TEST_SUITE_P(
     testing::Values(Page{"first_triangle", ""}, Page{"first_model", data}, Page{"own_shader", ""},
                     Page{"textures_and_materials", data + "lighthouse_stone.png"},
                     Page{"render_targets", ""}, Page{"particles", ""}, Page{"text", data}),
-    [](auto const& page) { return std::string(page.param.name); });
+    [](const auto& page) { return std::string(page.param.name); });
 
 TEST(GuidePages, on_threads_and_ownership_counts_references) {
     EXPECT_EQ(output_of(program("threads_and_ownership") + " '" + data + "'"),

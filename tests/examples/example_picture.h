@@ -16,8 +16,8 @@ namespace orvex_test {
 
 /// Runs "program path picture.jpg", and compares the picture with the golden one of that name.
 /// Pictures are stored with losses, so that the last bit says nothing.
-inline void expect_example_picture(std::string const& program, std::string const& path,
-                                   std::string const& name) {
+inline void expect_example_picture(const std::string& program, const std::string& path,
+                                   const std::string& name) {
     const orvex::test::TempDir folder;
     const std::string file = folder.file(name + ".jpg");
     EXPECT_EQ(output_of("'" + program + "' " + path + " '" + file + "'"), "");

@@ -78,7 +78,7 @@ private:
         const std::unique_ptr<ModelScene> scene =
             ModelScene::load(EXAMPLE_DATA "/lighthouse.obj", renderer);
         ASSERT_NE(scene, nullptr);
-        for (TextureFile const& file : scene->texture_files())
+        for (const TextureFile& file : scene->texture_files())
             EXPECT_NE(file.texture, nullptr) << file.path;
         scene->use_program(&program, gl3);
 
@@ -90,7 +90,7 @@ private:
         camera->release(nullptr, nullptr);
     }
 
-    static void note(char const* line, void* user_data) {
+    static void note(const char* line, void* user_data) {
         const std::string text = line;
         if (text.find(" <*> ") != text.npos || text.find(" <!> ") != text.npos)
             static_cast<Engine*>(user_data)->complaints.push_back(text);

@@ -8,7 +8,7 @@ namespace {
 
 using namespace orvex_test;
 
-class PointExample : public testing::TestWithParam<char const*> {};
+class PointExample : public testing::TestWithParam<const char*> {};
 INSTANTIATE_TEST_SUITE_P(on, PointExample, testing::Values("gl2", "gl3"),
                          [](const auto& row) { return std::string(row.param); });
 

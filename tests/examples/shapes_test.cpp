@@ -21,7 +21,7 @@ protected:
     bool gl3() const { return GetParam() == Profile::core; }
 
     /// The whole picture of a drawing.
-    static void expect_picture(char const* name, bool quads, bool gl3) {
+    static void expect_picture(const char* name, bool quads, bool gl3) {
         OffScreen stage(gl3, 800, 340);
         ASSERT_TRUE(stage.started);
         Gallery gallery(stage, SHAPES_HEIGHT_MAP);
@@ -31,7 +31,7 @@ protected:
         EXPECT_NO_GL_ERROR();
     }
 
-    int run(std::string const& arguments) const {
+    int run(const std::string& arguments) const {
         const std::string command = std::string("'" SHAPES "' ") + (gl3() ? "gl3 " : "gl2 ");
         return std::system((command + arguments + " 2>/dev/null").c_str());
     }

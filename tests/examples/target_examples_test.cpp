@@ -8,13 +8,13 @@ namespace {
 
 using namespace orvex_test;
 
-class TargetExample : public testing::TestWithParam<char const*> {
+class TargetExample : public testing::TestWithParam<const char*> {
 protected:
-    void expect_picture(std::string const& program, std::string const& name) {
+    void expect_picture(const std::string& program, const std::string& name) {
         expect_example_picture(program, GetParam(), name);
     }
 
-    std::string scan(std::string const& arguments) {
+    std::string scan(const std::string& arguments) {
         return output_of(std::string("'" ARTIFACT_SCAN "' ") + GetParam() + " " + arguments);
     }
 };
@@ -41,7 +41,7 @@ TEST_P(TargetExample, finds_as_many_artifacts_as_were_planted) {
 TEST_P(TargetExample, tells_that_a_picture_cannot_be_written) {
     const orvex::test::TempDir folder;
     const std::string path = folder.path() + "/none/out.jpg";
-    for (std::string const program : {OFFSCREEN, SHADOW}) {
+    for (const std::string program : {OFFSCREEN, SHADOW}) {
         const std::string text = output_of("'" + program + "' " + GetParam() + " '" + path + "'");
         EXPECT_EQ(text.substr(0, text.find('\n')), "can't write " + path);
         EXPECT_NE(text.find("exit "), text.npos);

@@ -33,7 +33,7 @@ constexpr int height = 540;
 
 /// A cube with a colour for each direction: red to the right, blue to the left, green above, yellow
 /// below, white to the front and back.
-std::string write_cube(TempDir const& folder) {
+std::string write_cube(const TempDir& folder) {
     folder.write("cube.mtl", "newmtl red\nKd 1 0 0\nnewmtl blue\nKd 0 0 1\nnewmtl green\nKd 0 1 0\n"
                              "newmtl yellow\nKd 1 1 0\nnewmtl white\nKd 1 1 1\n");
     return folder.write("cube.obj", "mtllib cube.mtl\n"
@@ -46,9 +46,9 @@ std::string write_cube(TempDir const& folder) {
                                     "usemtl white\nf 5 6 7\nf 5 7 8\nf 1 4 3\nf 1 3 2\n");
 }
 
-using Wanted = std::function<bool(unsigned char const*)>;
+using Wanted = std::function<bool(const unsigned char*)>;
 
-int count(Picture const& picture, Wanted const& is_wanted) {
+int count(const Picture& picture, const Wanted& is_wanted) {
     int number = 0;
     for (int y = 0; y < picture.height; ++y)
         for (int x = 0; x < picture.width; ++x)
@@ -56,12 +56,12 @@ int count(Picture const& picture, Wanted const& is_wanted) {
     return number;
 }
 
-bool is_background(unsigned char const* pixel) {
+bool is_background(const unsigned char* pixel) {
     return pixel[0] == 43 && pixel[1] == 48 && pixel[2] == 56;
 }
 
 /// Whether these channels, of three, are far above the others.
-bool stand_out(unsigned char const* pixel, bool red, bool green, bool blue) {
+bool stand_out(const unsigned char* pixel, bool red, bool green, bool blue) {
     int lowest_in = 255;
     int highest_out = 0;
     const bool wanted[] = {red, green, blue};
@@ -73,26 +73,26 @@ bool stand_out(unsigned char const* pixel, bool red, bool green, bool blue) {
     return lowest_in > 2 * highest_out + 10;
 }
 
-bool is_red(unsigned char const* pixel) {
+bool is_red(const unsigned char* pixel) {
     return stand_out(pixel, true, false, false);
 }
-bool is_green(unsigned char const* pixel) {
+bool is_green(const unsigned char* pixel) {
     return stand_out(pixel, false, true, false);
 }
-bool is_blue(unsigned char const* pixel) {
+bool is_blue(const unsigned char* pixel) {
     return stand_out(pixel, false, false, true);
 }
-bool is_yellow(unsigned char const* pixel) {
+bool is_yellow(const unsigned char* pixel) {
     return stand_out(pixel, true, true, false);
 }
 
 /// Whether a face of the cube is seen: more than an edge or an axis of it.
-bool is_seen(Picture const& picture, Wanted const& face) {
+bool is_seen(const Picture& picture, const Wanted& face) {
     return count(picture, face) > 2000;
 }
 
 /// Part of a picture.
-Picture part(Picture const& whole, int left, int top, int w, int h) {
+Picture part(const Picture& whole, int left, int top, int w, int h) {
     Picture result(w, h);
     for (int y = 0; y < h; ++y)
         for (int x = 0; x < w; ++x)
@@ -101,17 +101,17 @@ Picture part(Picture const& whole, int left, int top, int w, int h) {
 }
 
 // Parts where nothing but text lies, or axes.
-Picture upper_line(Picture const& picture) {
+Picture upper_line(const Picture& picture) {
     return part(picture, 0, 0, 150, 45);
 }
-Picture lower_lines(Picture const& picture) {
+Picture lower_lines(const Picture& picture) {
     return part(picture, 0, height - 75, 100, 75);
 }
-Picture corner(Picture const& picture) {
+Picture corner(const Picture& picture) {
     return part(picture, width - 100, height - 100, 100, 100);
 }
 
-bool is_empty(Picture const& picture) {
+bool is_empty(const Picture& picture) {
     return count(picture, is_background) == picture.width * picture.height;
 }
 
@@ -124,18 +124,18 @@ protected:
 
     void SetUp() override { ASSERT_FALSE(XServer::get().display().empty()) << "no X server"; }
 
-    void open(std::string const& model) {
+    void open(const std::string& model) {
         viewer = std::make_unique<WindowProgram>(std::vector<std::string>{VIEWER, model},
                                                  Leaks::passed_over);
         ASSERT_TRUE(viewer->has_window()) << viewer->get_output();
-        ASSERT_TRUE(viewer->wait_until([&](Picture const& seen) {
+        ASSERT_TRUE(viewer->wait_until([&](const Picture& seen) {
             first = seen;
             return seen.width == width && is_background(seen.at(0, 0)) &&
                    is_background(seen.at(0, height - 1));
         })) << viewer->get_output();
     }
 
-    testing::AssertionResult comes(std::function<bool(Picture const&)> const& is_wanted) {
+    testing::AssertionResult comes(const std::function<bool(const Picture&)>& is_wanted) {
         if (viewer->wait_until(is_wanted))
             return testing::AssertionSuccess();
         write_png(ORVEX_TEST_OUTPUT_DIR "/viewer-last.png", viewer->pixels());
@@ -143,8 +143,8 @@ protected:
                << "it never came; see viewer-last.png. " << viewer->get_output();
     }
 
-    testing::AssertionResult comes(Picture const& wanted) {
-        return comes([&](Picture const& seen) { return seen == wanted; });
+    testing::AssertionResult comes(const Picture& wanted) {
+        return comes([&](const Picture& seen) { return seen == wanted; });
     }
 
     void tap(unsigned long key) {
@@ -154,7 +154,7 @@ protected:
 
     /// Holds a key until the picture is as wanted.
     testing::AssertionResult hold(unsigned long key,
-                                  std::function<bool(Picture const&)> const& is_wanted) {
+                                  const std::function<bool(const Picture&)>& is_wanted) {
         viewer->press_key(key);
         const testing::AssertionResult result = comes(is_wanted);
         viewer->release_key(key);
@@ -168,7 +168,7 @@ protected:
     }
 };
 
-std::string const lighthouse = EXAMPLE_DATA "/lighthouse.obj";
+const std::string lighthouse = EXAMPLE_DATA "/lighthouse.obj";
 
 TEST_F(ViewerTest, shows_the_model_with_axes_and_text_over_it) {
     open(lighthouse);
@@ -191,7 +191,7 @@ TEST_F(ViewerTest, takes_the_text_away_with_t_and_puts_it_back) {
     EXPECT_FALSE(is_empty(upper_line(first)));
     EXPECT_FALSE(is_empty(lower_lines(first)));
     tap(XK_t);
-    EXPECT_TRUE(comes([&](Picture const& seen) {
+    EXPECT_TRUE(comes([&](const Picture& seen) {
         return is_empty(upper_line(seen)) && is_empty(lower_lines(seen)) &&
                corner(seen) == corner(first);
     }));
@@ -204,7 +204,7 @@ TEST_F(ViewerTest, takes_the_axes_away_with_a_and_puts_them_back) {
     open(lighthouse);
     EXPECT_FALSE(is_empty(corner(first)));
     tap(XK_a);
-    EXPECT_TRUE(comes([&](Picture const& seen) {
+    EXPECT_TRUE(comes([&](const Picture& seen) {
         return is_empty(corner(seen)) && upper_line(seen) == upper_line(first);
     }));
     tap(XK_a);
@@ -216,7 +216,7 @@ TEST_F(ViewerTest, draws_the_model_as_lines_with_w_and_keeps_the_text_filled) {
     open(write_cube(folder));
     const int before = count(first, is_background);
     tap(XK_w);
-    EXPECT_TRUE(comes([&](Picture const& seen) {
+    EXPECT_TRUE(comes([&](const Picture& seen) {
         return count(seen, is_background) > before + width * height / 10 &&
                upper_line(seen) == upper_line(first);
     }));
@@ -228,14 +228,14 @@ TEST_F(ViewerTest, draws_the_model_as_lines_with_w_and_keeps_the_text_filled) {
 TEST_F(ViewerTest, switches_once_however_long_a_key_is_held) {
     open(write_cube(folder));
     viewer->press_key(XK_t);
-    EXPECT_TRUE(comes([&](Picture const& seen) { return is_empty(lower_lines(seen)); }));
+    EXPECT_TRUE(comes([&](const Picture& seen) { return is_empty(lower_lines(seen)); }));
     tap(XK_a);
-    EXPECT_TRUE(comes([&](Picture const& seen) {
+    EXPECT_TRUE(comes([&](const Picture& seen) {
         return is_empty(corner(seen)) && is_empty(lower_lines(seen));
     }));
     viewer->release_key(XK_t);
     tap(XK_t);
-    EXPECT_TRUE(comes([&](Picture const& seen) { return !is_empty(lower_lines(seen)); }));
+    EXPECT_TRUE(comes([&](const Picture& seen) { return !is_empty(lower_lines(seen)); }));
     expect_end();
 }
 
@@ -245,16 +245,16 @@ TEST_F(ViewerTest, goes_around_the_model_with_the_arrows_and_home_again) {
     EXPECT_TRUE(is_seen(first, is_green));
     EXPECT_FALSE(is_seen(first, is_blue));
     EXPECT_FALSE(is_seen(first, is_yellow));
-    EXPECT_TRUE(hold(XK_Left, [](Picture const& seen) {
+    EXPECT_TRUE(hold(XK_Left, [](const Picture& seen) {
         return is_seen(seen, is_blue) && !is_seen(seen, is_red);
     }));
-    EXPECT_TRUE(hold(XK_Right, [](Picture const& seen) {
+    EXPECT_TRUE(hold(XK_Right, [](const Picture& seen) {
         return is_seen(seen, is_red) && !is_seen(seen, is_blue);
     }));
-    EXPECT_TRUE(hold(XK_Down, [](Picture const& seen) {
+    EXPECT_TRUE(hold(XK_Down, [](const Picture& seen) {
         return is_seen(seen, is_yellow) && !is_seen(seen, is_green);
     }));
-    EXPECT_TRUE(hold(XK_Up, [](Picture const& seen) {
+    EXPECT_TRUE(hold(XK_Up, [](const Picture& seen) {
         return is_seen(seen, is_green) && !is_seen(seen, is_yellow);
     }));
     tap(XK_Home);
@@ -267,15 +267,15 @@ TEST_F(ViewerTest, goes_nearer_and_further_with_the_page_keys_and_the_wheel) {
     tap(XK_a);
     tap(XK_t);
     Picture plain;
-    EXPECT_TRUE(comes([&](Picture const& seen) {
+    EXPECT_TRUE(comes([&](const Picture& seen) {
         plain = seen;
         return is_empty(corner(seen)) && is_empty(lower_lines(seen));
     }));
     const int before = count(plain, is_background);
-    const auto is_nearer = [&](Picture const& seen) {
+    const auto is_nearer = [&](const Picture& seen) {
         return count(seen, is_background) < before / 2;
     };
-    const auto is_further = [&](Picture const& seen) {
+    const auto is_further = [&](const Picture& seen) {
         return count(seen, is_background) > width * height * 9 / 10;
     };
     EXPECT_TRUE(hold(XK_Prior, is_nearer));
@@ -296,7 +296,7 @@ TEST_F(ViewerTest, goes_nearer_and_further_with_the_page_keys_and_the_wheel) {
 }
 
 /// What the viewer draws without axes and text, by its own camera.
-Picture plain_frame(std::string const& model, std::function<void(Orbit&)> const& turn) {
+Picture plain_frame(const std::string& model, const std::function<void(Orbit&)>& turn) {
     GlContext context(Profile::core, width, height);
     ModelStage stage;
     EXPECT_TRUE(stage.window->osx_init_with_cocoa_nsgl_ctx(eglGetCurrentContext()));
@@ -345,7 +345,7 @@ TEST_F(ViewerTest, stops_short_of_the_poles) {
 TEST_F(ViewerTest, follows_the_size_of_the_window_and_ends_when_it_is_closed) {
     open(lighthouse);
     viewer->resize(500, 300);
-    EXPECT_TRUE(comes([&](Picture const& seen) {
+    EXPECT_TRUE(comes([&](const Picture& seen) {
         return seen.width == 500 && seen.height == 300 && is_background(seen.at(499, 0)) &&
                !is_empty(part(seen, 400, 200, 100, 100));
     }));

@@ -43,7 +43,7 @@ Display* connection() {
 }
 
 void pass_over_leaks() {
-    char const* const options = std::getenv("ASAN_OPTIONS");
+    const char* const options = std::getenv("ASAN_OPTIONS");
     const std::string more = std::string(options ? options : "") + ":detect_leaks=0";
     setenv("ASAN_OPTIONS", more.c_str(), 1);
 }
@@ -64,7 +64,7 @@ void pass_over_leaks() {
 
 } // namespace
 
-WindowProgram::WindowProgram(std::vector<std::string> const& command, Leaks leaks) {
+WindowProgram::WindowProgram(const std::vector<std::string>& command, Leaks leaks) {
     if (connection() && start(command, leaks))
         find_window();
 }
@@ -81,7 +81,7 @@ WindowProgram::~WindowProgram() {
         XSync(connection(), True);
 }
 
-bool WindowProgram::start(std::vector<std::string> const& command, Leaks leaks) {
+bool WindowProgram::start(const std::vector<std::string>& command, Leaks leaks) {
     int ends[2] = {-1, -1};
     if (pipe2(ends, O_CLOEXEC) != 0)
         return false;
@@ -146,7 +146,7 @@ Picture WindowProgram::pixels() const {
     return x_pixels(window, width, height);
 }
 
-bool WindowProgram::wait_until(std::function<bool(Picture const&)> const& is_wanted) {
+bool WindowProgram::wait_until(const std::function<bool(const Picture&)>& is_wanted) {
     for (int look = 0; look < most_looks && runs_on(moment_ms); ++look)
         if (is_wanted(pixels()))
             return true;

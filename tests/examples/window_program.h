@@ -22,11 +22,11 @@ enum class Leaks { looked_for, passed_over };
 class WindowProgram {
 public:
     /// @param command  the program's path, and its arguments
-    explicit WindowProgram(std::vector<std::string> const& command,
+    explicit WindowProgram(const std::vector<std::string>& command,
                            Leaks leaks = Leaks::looked_for);
     ~WindowProgram();
-    WindowProgram(WindowProgram const&) = delete;
-    WindowProgram& operator=(WindowProgram const&) = delete;
+    WindowProgram(const WindowProgram&) = delete;
+    WindowProgram& operator=(const WindowProgram&) = delete;
 
     /// Whether a window came up.
     bool has_window() const { return window != 0; }
@@ -37,7 +37,7 @@ public:
     Picture pixels() const;
     /// Looks again and again until the picture is as wanted. A picture that never comes, or a
     /// program that ends, makes it false.
-    bool wait_until(std::function<bool(Picture const&)> const& is_wanted);
+    bool wait_until(const std::function<bool(const Picture&)>& is_wanted);
 
     /// A key by its symbol, such as XK_Escape; it goes to the window.
     void press_key(unsigned long symbol);
@@ -53,7 +53,7 @@ public:
     /// Waits for the end. @return the exit code; -1 when it was ended by a signal, or never ends
     int exit_code();
     /// What it wrote to its standard streams; complete after `exit_code`.
-    std::string const& get_output() const { return output; }
+    const std::string& get_output() const { return output; }
 
 private:
     unsigned long window = 0;
@@ -61,7 +61,7 @@ private:
     int output_pipe = -1;
     std::string output;
 
-    bool start(std::vector<std::string> const& command, Leaks leaks);
+    bool start(const std::vector<std::string>& command, Leaks leaks);
     void find_window();
     bool note_mapped();
     bool runs_on(int milliseconds);

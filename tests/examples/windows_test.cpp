@@ -22,14 +22,14 @@ namespace {
 
 using namespace orvex_test;
 
-std::string const model = EXAMPLE_DATA "/lighthouse.obj";
+const std::string model = EXAMPLE_DATA "/lighthouse.obj";
 
 /// An example, by the name of its toolkit.
 struct Example {
-    char const* name;
-    char const* program;
+    const char* name;
+    const char* program;
     Leaks leaks;
-    friend std::ostream& operator<<(std::ostream& out, Example const& example) {
+    friend std::ostream& operator<<(std::ostream& out, const Example& example) {
         return out << example.name;
     }
 };
@@ -68,7 +68,7 @@ TEST_P(WindowExample, shows_the_model_and_ends_with_escape) {
     const Picture expected = frame_of(640, 480);
     WindowProgram program(command(), GetParam().leaks);
     ASSERT_TRUE(program.has_window()) << program.get_output();
-    EXPECT_TRUE(program.wait_until([&](Picture const& seen) { return seen == expected; }))
+    EXPECT_TRUE(program.wait_until([&](const Picture& seen) { return seen == expected; }))
         << program.get_output();
     program.press_key(XK_Escape);
     program.release_key(XK_Escape);
@@ -82,7 +82,7 @@ TEST_P(WindowExample, follows_the_size_of_the_window_and_ends_when_it_is_closed)
     WindowProgram program(command(), GetParam().leaks);
     ASSERT_TRUE(program.has_window()) << program.get_output();
     program.resize(400, 300);
-    EXPECT_TRUE(program.wait_until([&](Picture const& seen) { return seen == expected; }))
+    EXPECT_TRUE(program.wait_until([&](const Picture& seen) { return seen == expected; }))
         << program.get_output();
     program.close();
     EXPECT_EQ(program.exit_code(), 0);

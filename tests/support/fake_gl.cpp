@@ -9,7 +9,7 @@ namespace {
 
 FakeGl* current = nullptr;
 
-char const* string_of(GLenum name) {
+const char* string_of(GLenum name) {
     if (!current)
         return nullptr;
     if (name == GL_VERSION)

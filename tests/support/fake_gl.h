@@ -21,17 +21,17 @@ public:
     void* get_string_i() const;
 
     /// Makes the context of a version; `text` is null for none.
-    void serve(char const* text, int major_number, int minor_number) {
+    void serve(const char* text, int major_number, int minor_number) {
         version = text;
         major = major_number;
         minor = minor_number;
     }
 
-    char const* version = nullptr; ///< null: no context
+    const char* version = nullptr; ///< null: no context
     int major = 0;                 ///< 0: the context doesn't know the question
     int minor = 0;
-    char const* extensions = nullptr; ///< the one text of old contexts
-    std::vector<char const*> indexed; ///< the list of newer ones; an entry may be null
+    const char* extensions = nullptr; ///< the one text of old contexts
+    std::vector<const char*> indexed; ///< the list of newer ones; an entry may be null
     void (*on_flush)(void* user_data) = nullptr;
     void* user_data = nullptr;
 };

@@ -14,13 +14,13 @@ std::vector<std::string> FakeRenderer::take_calls() {
     return taken;
 }
 
-int FakeRenderer::count(std::string const& operation) const {
-    return int(std::count_if(calls.begin(), calls.end(), [&](std::string const& call) {
+int FakeRenderer::count(const std::string& operation) const {
+    return int(std::count_if(calls.begin(), calls.end(), [&](const std::string& call) {
         return call.compare(0, operation.size() + 1, operation + "(") == 0;
     }));
 }
 
-void FakeRenderer::name_pointer(void const* pointer, std::string const& name) {
+void FakeRenderer::name_pointer(const void* pointer, const std::string& name) {
     names_[pointer] = name;
 }
 
@@ -28,20 +28,20 @@ std::string FakeRenderer::text(bool value) const {
     return value ? "true" : "false";
 }
 
-std::string FakeRenderer::text(char const* value) const {
+std::string FakeRenderer::text(const char* value) const {
     return value ? '"' + std::string(value) + '"' : "null";
 }
 
-std::string FakeRenderer::text(void const* value) const {
+std::string FakeRenderer::text(const void* value) const {
     if (!value)
         return "null";
-    auto const name = names_.find(value);
+    const auto name = names_.find(value);
     return name == names_.end() ? "pointer" : name->second;
 }
 
 namespace {
 
-std::string list(float const* values, int count) {
+std::string list(const float* values, int count) {
     std::ostringstream out;
     for (int i = 0; i < count; ++i)
         out << (i ? ", " : "(") << values[i];
@@ -50,16 +50,16 @@ std::string list(float const* values, int count) {
 
 } // namespace
 
-std::string FakeRenderer::text(orvex::vec4 const& value) const {
-    float const values[] = {value.x, value.y, value.z, value.w};
+std::string FakeRenderer::text(const orvex::vec4& value) const {
+    const float values[] = {value.x, value.y, value.z, value.w};
     return list(values, 4);
 }
 
-std::string FakeRenderer::text(orvex::mat4 const& value) const {
+std::string FakeRenderer::text(const orvex::mat4& value) const {
     return list(value.m, 16);
 }
 
-void FakeRenderer::record(std::string const& operation, std::vector<std::string> const& arguments) {
+void FakeRenderer::record(const std::string& operation, const std::vector<std::string>& arguments) {
     if (std::find(ignored.begin(), ignored.end(), operation) != ignored.end())
         return;
     std::string call = operation + "(";
@@ -68,18 +68,18 @@ void FakeRenderer::record(std::string const& operation, std::vector<std::string>
     calls.push_back(call + ")");
 }
 
-bool FakeRenderer::result(std::string const& operation) const {
-    auto const found = results.find(operation);
+bool FakeRenderer::result(const std::string& operation) const {
+    const auto found = results.find(operation);
     return found == results.end() || found->second;
 }
 
-double FakeRenderer::number(std::string const& operation) const {
-    auto const found = numbers.find(operation);
+double FakeRenderer::number(const std::string& operation) const {
+    const auto found = numbers.find(operation);
     return found == numbers.end() ? 0.0 : found->second;
 }
 
-void* FakeRenderer::pointer(std::string const& operation) const {
-    auto const found = pointers.find(operation);
+void* FakeRenderer::pointer(const std::string& operation) const {
+    const auto found = pointers.find(operation);
     return found == pointers.end() ? nullptr : found->second;
 }
 

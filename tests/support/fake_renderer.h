@@ -55,9 +55,9 @@ public:
     /// Returns `calls` and empties it.
     std::vector<std::string> take_calls();
     /// How often an operation stands in `calls`, whatever its arguments.
-    int count(std::string const& operation) const;
+    int count(const std::string& operation) const;
     /// Lets `pointer` stand as `name` in calls.
-    void name_pointer(void const* pointer, std::string const& name);
+    void name_pointer(const void* pointer, const std::string& name);
 
     using Renderer::vertex_buffer_kill;
 
@@ -89,11 +89,11 @@ public:
     bool fbo_resolve_multisampling(unsigned int src, int width, int height, unsigned int dst,
                                    int dst_width, int dst_height) override;
     unsigned int get_opengl_error() override;
-    char const* get_renderer_model() override;
-    char const* get_renderer_vendor() override;
-    char const* get_shading_language_version() override;
-    char const* get_renderer_gl_extensions_raw_string() override;
-    char const* get_api_version() override;
+    const char* get_renderer_model() override;
+    const char* get_renderer_vendor() override;
+    const char* get_shading_language_version() override;
+    const char* get_renderer_gl_extensions_raw_string() override;
+    const char* get_api_version() override;
     bool get_opengl_version(int* major, int* minor) override;
     int get_api_version_major() override;
     int get_api_version_minor() override;
@@ -130,10 +130,10 @@ public:
     bool get_GL_MAX_COMPUTE_WORK_GROUP_COUNT(int* x, int* y, int* z) override;
     bool get_GL_MAX_COMPUTE_WORK_GROUP_SIZE(int* x, int* y, int* z) override;
     void clear_color_buffer(float r, float g, float b, float a) override;
-    void clear_color_buffer(orvex::vec4 const& color) override;
+    void clear_color_buffer(const orvex::vec4& color) override;
     void clear_depth_buffer(float depth) override;
     void clear_color_depth_buffers(float r, float g, float b, float a, float depth) override;
-    void clear_color_depth_buffers(orvex::vec4 const& color, float depth) override;
+    void clear_color_depth_buffers(const orvex::vec4& color, float depth) override;
     void get_color_buffer_size(int* size, int* width, int* height) override;
     void get_color_buffer(unsigned char* pixels) override;
     void set_projection_matrix(orvex::mat4& matrix, bool apply) override;
@@ -189,7 +189,7 @@ public:
     void memory_barrier(unsigned int bits) override;
     bool gpu_program_kill(orvex::GpuProgramData* program) override;
     bool gpu_program_load_shader_from_memory(orvex::GpuProgramData* program,
-                                             orvex::GPU_SHADER_TYPE type, char const* source,
+                                             orvex::GPU_SHADER_TYPE type, const char* source,
                                              unsigned long size) override;
     bool gpu_program_activate(orvex::GpuProgramData* program) override;
     bool gpu_program_deactivate(orvex::GpuProgramData* program) override;
@@ -207,59 +207,59 @@ public:
     bool gpu_program_get_validate_status(orvex::GpuProgramData* program) override;
     bool gpu_program_run_compute(orvex::GpuProgramData* program, unsigned int x, unsigned int y,
                                  unsigned int z) override;
-    bool gpu_program_get_shader_compile_status(orvex::GPU_SHADER_TYPE type, char const* source,
+    bool gpu_program_get_shader_compile_status(orvex::GPU_SHADER_TYPE type, const char* source,
                                                char* message, unsigned long message_size) override;
     bool gpu_program_recreate_program(orvex::GpuProgramData* program) override;
     bool gpu_program_update_shader(orvex::GpuProgramData* program, orvex::GPU_SHADER_TYPE type,
-                                   char const* source, unsigned long size) override;
+                                   const char* source, unsigned long size) override;
     int gpu_program_get_vertex_attrib_location(orvex::GpuProgramData* program,
-                                               char const* name) override;
-    bool gpu_program_bind_vertex_attrib_location(orvex::GpuProgramData* program, char const* name,
+                                               const char* name) override;
+    bool gpu_program_bind_vertex_attrib_location(orvex::GpuProgramData* program, const char* name,
                                                  int location) override;
-    int gpu_program_get_uniform_location(orvex::GpuProgramData* program, char const* name) override;
-    void gpu_program_set_uniform_1i(orvex::GpuProgramData* program, char const* name,
+    int gpu_program_get_uniform_location(orvex::GpuProgramData* program, const char* name) override;
+    void gpu_program_set_uniform_1i(orvex::GpuProgramData* program, const char* name,
                                     int value) override;
-    void gpu_program_set_uniform_1f(orvex::GpuProgramData* program, char const* name,
+    void gpu_program_set_uniform_1f(orvex::GpuProgramData* program, const char* name,
                                     float value) override;
-    void gpu_program_set_uniform_2i(orvex::GpuProgramData* program, char const* name, int x,
+    void gpu_program_set_uniform_2i(orvex::GpuProgramData* program, const char* name, int x,
                                     int y) override;
-    void gpu_program_set_uniform_2f(orvex::GpuProgramData* program, char const* name, float x,
+    void gpu_program_set_uniform_2f(orvex::GpuProgramData* program, const char* name, float x,
                                     float y) override;
-    void gpu_program_set_uniform_3i(orvex::GpuProgramData* program, char const* name, int x, int y,
+    void gpu_program_set_uniform_3i(orvex::GpuProgramData* program, const char* name, int x, int y,
                                     int z) override;
-    void gpu_program_set_uniform_3f(orvex::GpuProgramData* program, char const* name, float x,
+    void gpu_program_set_uniform_3f(orvex::GpuProgramData* program, const char* name, float x,
                                     float y, float z) override;
-    void gpu_program_set_uniform_4i(orvex::GpuProgramData* program, char const* name, int x, int y,
+    void gpu_program_set_uniform_4i(orvex::GpuProgramData* program, const char* name, int x, int y,
                                     int z, int w) override;
-    void gpu_program_set_uniform_1iv(orvex::GpuProgramData* program, char const* name, int* values,
+    void gpu_program_set_uniform_1iv(orvex::GpuProgramData* program, const char* name, int* values,
                                      int count) override;
-    void gpu_program_set_uniform_2iv(orvex::GpuProgramData* program, char const* name, int* values,
+    void gpu_program_set_uniform_2iv(orvex::GpuProgramData* program, const char* name, int* values,
                                      int count) override;
-    void gpu_program_set_uniform_3iv(orvex::GpuProgramData* program, char const* name, int* values,
+    void gpu_program_set_uniform_3iv(orvex::GpuProgramData* program, const char* name, int* values,
                                      int count) override;
-    void gpu_program_set_uniform_4iv(orvex::GpuProgramData* program, char const* name, int* values,
+    void gpu_program_set_uniform_4iv(orvex::GpuProgramData* program, const char* name, int* values,
                                      int count) override;
-    void gpu_program_set_uniform_4f(orvex::GpuProgramData* program, char const* name, float x,
+    void gpu_program_set_uniform_4f(orvex::GpuProgramData* program, const char* name, float x,
                                     float y, float z, float w) override;
-    void gpu_program_set_uniform_1fv(orvex::GpuProgramData* program, char const* name,
+    void gpu_program_set_uniform_1fv(orvex::GpuProgramData* program, const char* name,
                                      float* values, int count) override;
-    void gpu_program_set_uniform_2fv(orvex::GpuProgramData* program, char const* name,
+    void gpu_program_set_uniform_2fv(orvex::GpuProgramData* program, const char* name,
                                      orvex::vec2* values, int count) override;
-    void gpu_program_set_uniform_3fv(orvex::GpuProgramData* program, char const* name,
+    void gpu_program_set_uniform_3fv(orvex::GpuProgramData* program, const char* name,
                                      orvex::vec3* values, int count) override;
-    void gpu_program_set_uniform_4fv(orvex::GpuProgramData* program, char const* name,
+    void gpu_program_set_uniform_4fv(orvex::GpuProgramData* program, const char* name,
                                      orvex::vec4* values, int count) override;
-    void gpu_program_set_uniform_1dv(orvex::GpuProgramData* program, char const* name,
+    void gpu_program_set_uniform_1dv(orvex::GpuProgramData* program, const char* name,
                                      double* values, int count) override;
-    void gpu_program_set_uniform_2dv(orvex::GpuProgramData* program, char const* name,
+    void gpu_program_set_uniform_2dv(orvex::GpuProgramData* program, const char* name,
                                      double* values, int count) override;
-    void gpu_program_set_uniform_3dv(orvex::GpuProgramData* program, char const* name,
+    void gpu_program_set_uniform_3dv(orvex::GpuProgramData* program, const char* name,
                                      double* values, int count) override;
-    void gpu_program_set_uniform_4dv(orvex::GpuProgramData* program, char const* name,
+    void gpu_program_set_uniform_4dv(orvex::GpuProgramData* program, const char* name,
                                      double* values, int count) override;
-    void gpu_program_set_uniform_3x3fv(orvex::GpuProgramData* program, char const* name,
+    void gpu_program_set_uniform_3x3fv(orvex::GpuProgramData* program, const char* name,
                                        float* values, int count) override;
-    void gpu_program_set_uniform_4x4fv(orvex::GpuProgramData* program, char const* name,
+    void gpu_program_set_uniform_4x4fv(orvex::GpuProgramData* program, const char* name,
                                        float* values, int count) override;
     void gpu_program_set_uniform_1i_loc(int location, int value) override;
     void gpu_program_set_uniform_1f_loc(int location, float value) override;
@@ -272,29 +272,29 @@ public:
     void gpu_program_set_uniform_4fv_loc(int location, orvex::vec4* values, int count) override;
     void gpu_program_set_uniform_3x3fv_loc(int location, float* values, int count) override;
     void gpu_program_set_uniform_4x4fv_loc(int location, float* values, int count) override;
-    void gpu_program_set_uniform_1ui64(orvex::GpuProgramData* program, char const* name,
+    void gpu_program_set_uniform_1ui64(orvex::GpuProgramData* program, const char* name,
                                        unsigned long long value) override;
-    void gpu_program_set_uniform_1ui64v(orvex::GpuProgramData* program, char const* name,
+    void gpu_program_set_uniform_1ui64v(orvex::GpuProgramData* program, const char* name,
                                         unsigned long long* values, int count) override;
     void gpu_program_set_uniform_ui64_loc(int location, unsigned long long value) override;
     void gpu_program_set_uniform_ui64v_loc(int location, unsigned long count,
                                            unsigned long long* values) override;
-    void gpu_program_set_uniform_1ui(orvex::GpuProgramData* program, char const* name,
+    void gpu_program_set_uniform_1ui(orvex::GpuProgramData* program, const char* name,
                                      unsigned int value) override;
-    void gpu_program_set_uniform_2ui(orvex::GpuProgramData* program, char const* name,
+    void gpu_program_set_uniform_2ui(orvex::GpuProgramData* program, const char* name,
                                      unsigned int x, unsigned int y) override;
-    void gpu_program_set_uniform_3ui(orvex::GpuProgramData* program, char const* name,
+    void gpu_program_set_uniform_3ui(orvex::GpuProgramData* program, const char* name,
                                      unsigned int x, unsigned int y, unsigned int z) override;
-    void gpu_program_set_uniform_4ui(orvex::GpuProgramData* program, char const* name,
+    void gpu_program_set_uniform_4ui(orvex::GpuProgramData* program, const char* name,
                                      unsigned int x, unsigned int y, unsigned int z,
                                      unsigned int w) override;
-    void gpu_program_set_uniform_1d(orvex::GpuProgramData* program, char const* name,
+    void gpu_program_set_uniform_1d(orvex::GpuProgramData* program, const char* name,
                                     double value) override;
-    void gpu_program_set_uniform_2d(orvex::GpuProgramData* program, char const* name, double x,
+    void gpu_program_set_uniform_2d(orvex::GpuProgramData* program, const char* name, double x,
                                     double y) override;
-    void gpu_program_set_uniform_3d(orvex::GpuProgramData* program, char const* name, double x,
+    void gpu_program_set_uniform_3d(orvex::GpuProgramData* program, const char* name, double x,
                                     double y, double z) override;
-    void gpu_program_set_uniform_4d(orvex::GpuProgramData* program, char const* name, double x,
+    void gpu_program_set_uniform_4d(orvex::GpuProgramData* program, const char* name, double x,
                                     double y, double z, double w) override;
     bool gpu_program_bind_uniforms(orvex::GpuProgramData* program) override;
     bool gpu_program_optimize(orvex::GpuProgramData* program) override;
@@ -336,23 +336,23 @@ public:
     bool font_bitmap_windows_create(orvex::FontData* font) override;
     bool font_bitmap_windows_kill(orvex::FontData* font) override;
     bool font_bitmap_windows_render(orvex::FontData* font, int x, int y, float r, float g, float b,
-                                    float a, char const* message, unsigned long length) override;
+                                    float a, const char* message, unsigned long length) override;
     bool font_bitmap_windows_render_3d(orvex::FontData* font, float x, float y, float z, float r,
-                                       float g, float b, float a, char const* message,
+                                       float g, float b, float a, const char* message,
                                        unsigned long length) override;
     bool font_bitmap_windows_render_prepare(orvex::FontData* font, int x, int y, float r, float g,
-                                            float b, float a, char const* message,
+                                            float b, float a, const char* message,
                                             unsigned long length) override;
     bool font_bitmap_windows_render_draw(orvex::FontData* font, int x, int y, float r, float g,
-                                         float b, float a, char const* message,
+                                         float b, float a, const char* message,
                                          unsigned long length) override;
     bool font_bitmap_windows_render_finish(orvex::FontData* font, int x, int y, float r, float g,
-                                           float b, float a, char const* message,
+                                           float b, float a, const char* message,
                                            unsigned long length) override;
     bool font_bitmap_linux_render(orvex::FontData* font, int x, int y, float r, float g, float b,
-                                  float a, char const* message, unsigned long length) override;
+                                  float a, const char* message, unsigned long length) override;
     bool font_bitmap_linux_render_3d(orvex::FontData* font, float x, float y, float z, float r,
-                                     float g, float b, float a, char const* message,
+                                     float g, float b, float a, const char* message,
                                      unsigned long length) override;
     void finish_pipeline() override;
     void flush_pipeline() override;
@@ -366,18 +366,18 @@ public:
     void vertex_pool_memory_barriers() override;
     void set_line_width(float width) override;
     void set_line_stipple(int factor, unsigned short pattern) override;
-    void render_line(orvex::vec4 const& a, orvex::vec4 const& a_color, orvex::vec4 const& b,
-                     orvex::vec4 const& b_color) override;
-    void light_set_colors(unsigned int light, orvex::vec4 const& ambient,
-                          orvex::vec4 const& diffuse, orvex::vec4 const& specular) override;
-    void light_set_ambient(unsigned int light, orvex::vec4 const& color) override;
-    void light_set_diffuse(unsigned int light, orvex::vec4 const& color) override;
-    void light_set_specular(unsigned int light, orvex::vec4 const& color) override;
-    void material_set_colors(orvex::vec4 const& ambient, orvex::vec4 const& diffuse,
-                             orvex::vec4 const& specular, float shininess) override;
-    void material_set_ambient(orvex::vec4 const& color) override;
-    void material_set_diffuse(orvex::vec4 const& color) override;
-    void material_set_specular(orvex::vec4 const& color) override;
+    void render_line(const orvex::vec4& a, const orvex::vec4& a_color, const orvex::vec4& b,
+                     const orvex::vec4& b_color) override;
+    void light_set_colors(unsigned int light, const orvex::vec4& ambient,
+                          const orvex::vec4& diffuse, const orvex::vec4& specular) override;
+    void light_set_ambient(unsigned int light, const orvex::vec4& color) override;
+    void light_set_diffuse(unsigned int light, const orvex::vec4& color) override;
+    void light_set_specular(unsigned int light, const orvex::vec4& color) override;
+    void material_set_colors(const orvex::vec4& ambient, const orvex::vec4& diffuse,
+                             const orvex::vec4& specular, float shininess) override;
+    void material_set_ambient(const orvex::vec4& color) override;
+    void material_set_diffuse(const orvex::vec4& color) override;
+    void material_set_specular(const orvex::vec4& color) override;
     void material_set_shininess(float shininess) override;
     bool polyline_vb_prepare(orvex::PolylineData* polyline) override;
     bool polyline_vb_prepare_gl2(orvex::PolylineData* polyline) override;
@@ -419,10 +419,10 @@ public:
 
 private:
     std::string text(bool value) const;
-    std::string text(char const* value) const;
-    std::string text(void const* value) const;
-    std::string text(orvex::vec4 const& value) const;
-    std::string text(orvex::mat4 const& value) const;
+    std::string text(const char* value) const;
+    std::string text(const void* value) const;
+    std::string text(const orvex::vec4& value) const;
+    std::string text(const orvex::mat4& value) const;
     template<typename Number>
     std::string text(Number value) const {
         std::ostringstream out;
@@ -431,16 +431,16 @@ private:
     }
     template<typename Value>
     std::string text(Value* value) const {
-        return text(static_cast<void const*>(value));
+        return text(static_cast<const void*>(value));
     }
-    std::string text(char* value) const { return text(static_cast<void const*>(value)); }
+    std::string text(char* value) const { return text(static_cast<const void*>(value)); }
 
-    void record(std::string const& operation, std::vector<std::string> const& arguments);
-    bool result(std::string const& operation) const;
-    double number(std::string const& operation) const;
-    void* pointer(std::string const& operation) const;
+    void record(const std::string& operation, const std::vector<std::string>& arguments);
+    bool result(const std::string& operation) const;
+    double number(const std::string& operation) const;
+    void* pointer(const std::string& operation) const;
 
-    std::map<void const*, std::string> names_;
+    std::map<const void*, std::string> names_;
 };
 
 } // namespace orvex_test

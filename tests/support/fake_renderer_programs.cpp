@@ -9,7 +9,7 @@ bool FakeRenderer::gpu_program_kill(orvex::GpuProgramData* program) {
 
 bool FakeRenderer::gpu_program_load_shader_from_memory(orvex::GpuProgramData* program,
                                                        orvex::GPU_SHADER_TYPE type,
-                                                       char const* source, unsigned long size) {
+                                                       const char* source, unsigned long size) {
     record("gpu_program_load_shader_from_memory",
            {text(program), text(type), text(source), text(size)});
     return result("gpu_program_load_shader_from_memory");
@@ -82,7 +82,7 @@ bool FakeRenderer::gpu_program_run_compute(orvex::GpuProgramData* program, unsig
 }
 
 bool FakeRenderer::gpu_program_get_shader_compile_status(orvex::GPU_SHADER_TYPE type,
-                                                         char const* source, char* message,
+                                                         const char* source, char* message,
                                                          unsigned long message_size) {
     record("gpu_program_get_shader_compile_status",
            {text(type), text(source), text(message), text(message_size)});
@@ -95,14 +95,14 @@ bool FakeRenderer::gpu_program_recreate_program(orvex::GpuProgramData* program) 
 }
 
 bool FakeRenderer::gpu_program_update_shader(orvex::GpuProgramData* program,
-                                             orvex::GPU_SHADER_TYPE type, char const* source,
+                                             orvex::GPU_SHADER_TYPE type, const char* source,
                                              unsigned long size) {
     record("gpu_program_update_shader", {text(program), text(type), text(source), text(size)});
     return result("gpu_program_update_shader");
 }
 
 int FakeRenderer::gpu_program_get_vertex_attrib_location(orvex::GpuProgramData* program,
-                                                         char const* name) {
+                                                         const char* name) {
     record("gpu_program_get_vertex_attrib_location", {text(program), text(name)});
     return numbers.count("gpu_program_get_vertex_attrib_location")
                ? int(number("gpu_program_get_vertex_attrib_location"))
@@ -110,127 +110,127 @@ int FakeRenderer::gpu_program_get_vertex_attrib_location(orvex::GpuProgramData* 
 }
 
 bool FakeRenderer::gpu_program_bind_vertex_attrib_location(orvex::GpuProgramData* program,
-                                                           char const* name, int location) {
+                                                           const char* name, int location) {
     record("gpu_program_bind_vertex_attrib_location", {text(program), text(name), text(location)});
     return result("gpu_program_bind_vertex_attrib_location");
 }
 
 int FakeRenderer::gpu_program_get_uniform_location(orvex::GpuProgramData* program,
-                                                   char const* name) {
+                                                   const char* name) {
     record("gpu_program_get_uniform_location", {text(program), text(name)});
     return numbers.count("gpu_program_get_uniform_location")
                ? int(number("gpu_program_get_uniform_location"))
                : -1;
 }
 
-void FakeRenderer::gpu_program_set_uniform_1i(orvex::GpuProgramData* program, char const* name,
+void FakeRenderer::gpu_program_set_uniform_1i(orvex::GpuProgramData* program, const char* name,
                                               int value) {
     record("gpu_program_set_uniform_1i", {text(program), text(name), text(value)});
 }
 
-void FakeRenderer::gpu_program_set_uniform_1f(orvex::GpuProgramData* program, char const* name,
+void FakeRenderer::gpu_program_set_uniform_1f(orvex::GpuProgramData* program, const char* name,
                                               float value) {
     record("gpu_program_set_uniform_1f", {text(program), text(name), text(value)});
 }
 
-void FakeRenderer::gpu_program_set_uniform_2i(orvex::GpuProgramData* program, char const* name,
+void FakeRenderer::gpu_program_set_uniform_2i(orvex::GpuProgramData* program, const char* name,
                                               int x, int y) {
     record("gpu_program_set_uniform_2i", {text(program), text(name), text(x), text(y)});
 }
 
-void FakeRenderer::gpu_program_set_uniform_2f(orvex::GpuProgramData* program, char const* name,
+void FakeRenderer::gpu_program_set_uniform_2f(orvex::GpuProgramData* program, const char* name,
                                               float x, float y) {
     record("gpu_program_set_uniform_2f", {text(program), text(name), text(x), text(y)});
 }
 
-void FakeRenderer::gpu_program_set_uniform_3i(orvex::GpuProgramData* program, char const* name,
+void FakeRenderer::gpu_program_set_uniform_3i(orvex::GpuProgramData* program, const char* name,
                                               int x, int y, int z) {
     record("gpu_program_set_uniform_3i", {text(program), text(name), text(x), text(y), text(z)});
 }
 
-void FakeRenderer::gpu_program_set_uniform_3f(orvex::GpuProgramData* program, char const* name,
+void FakeRenderer::gpu_program_set_uniform_3f(orvex::GpuProgramData* program, const char* name,
                                               float x, float y, float z) {
     record("gpu_program_set_uniform_3f", {text(program), text(name), text(x), text(y), text(z)});
 }
 
-void FakeRenderer::gpu_program_set_uniform_4i(orvex::GpuProgramData* program, char const* name,
+void FakeRenderer::gpu_program_set_uniform_4i(orvex::GpuProgramData* program, const char* name,
                                               int x, int y, int z, int w) {
     record("gpu_program_set_uniform_4i",
            {text(program), text(name), text(x), text(y), text(z), text(w)});
 }
 
-void FakeRenderer::gpu_program_set_uniform_1iv(orvex::GpuProgramData* program, char const* name,
+void FakeRenderer::gpu_program_set_uniform_1iv(orvex::GpuProgramData* program, const char* name,
                                                int* values, int count) {
     record("gpu_program_set_uniform_1iv", {text(program), text(name), text(values), text(count)});
 }
 
-void FakeRenderer::gpu_program_set_uniform_2iv(orvex::GpuProgramData* program, char const* name,
+void FakeRenderer::gpu_program_set_uniform_2iv(orvex::GpuProgramData* program, const char* name,
                                                int* values, int count) {
     record("gpu_program_set_uniform_2iv", {text(program), text(name), text(values), text(count)});
 }
 
-void FakeRenderer::gpu_program_set_uniform_3iv(orvex::GpuProgramData* program, char const* name,
+void FakeRenderer::gpu_program_set_uniform_3iv(orvex::GpuProgramData* program, const char* name,
                                                int* values, int count) {
     record("gpu_program_set_uniform_3iv", {text(program), text(name), text(values), text(count)});
 }
 
-void FakeRenderer::gpu_program_set_uniform_4iv(orvex::GpuProgramData* program, char const* name,
+void FakeRenderer::gpu_program_set_uniform_4iv(orvex::GpuProgramData* program, const char* name,
                                                int* values, int count) {
     record("gpu_program_set_uniform_4iv", {text(program), text(name), text(values), text(count)});
 }
 
-void FakeRenderer::gpu_program_set_uniform_4f(orvex::GpuProgramData* program, char const* name,
+void FakeRenderer::gpu_program_set_uniform_4f(orvex::GpuProgramData* program, const char* name,
                                               float x, float y, float z, float w) {
     record("gpu_program_set_uniform_4f",
            {text(program), text(name), text(x), text(y), text(z), text(w)});
 }
 
-void FakeRenderer::gpu_program_set_uniform_1fv(orvex::GpuProgramData* program, char const* name,
+void FakeRenderer::gpu_program_set_uniform_1fv(orvex::GpuProgramData* program, const char* name,
                                                float* values, int count) {
     record("gpu_program_set_uniform_1fv", {text(program), text(name), text(values), text(count)});
 }
 
-void FakeRenderer::gpu_program_set_uniform_2fv(orvex::GpuProgramData* program, char const* name,
+void FakeRenderer::gpu_program_set_uniform_2fv(orvex::GpuProgramData* program, const char* name,
                                                orvex::vec2* values, int count) {
     record("gpu_program_set_uniform_2fv", {text(program), text(name), text(values), text(count)});
 }
 
-void FakeRenderer::gpu_program_set_uniform_3fv(orvex::GpuProgramData* program, char const* name,
+void FakeRenderer::gpu_program_set_uniform_3fv(orvex::GpuProgramData* program, const char* name,
                                                orvex::vec3* values, int count) {
     record("gpu_program_set_uniform_3fv", {text(program), text(name), text(values), text(count)});
 }
 
-void FakeRenderer::gpu_program_set_uniform_4fv(orvex::GpuProgramData* program, char const* name,
+void FakeRenderer::gpu_program_set_uniform_4fv(orvex::GpuProgramData* program, const char* name,
                                                orvex::vec4* values, int count) {
     record("gpu_program_set_uniform_4fv", {text(program), text(name), text(values), text(count)});
 }
 
-void FakeRenderer::gpu_program_set_uniform_1dv(orvex::GpuProgramData* program, char const* name,
+void FakeRenderer::gpu_program_set_uniform_1dv(orvex::GpuProgramData* program, const char* name,
                                                double* values, int count) {
     record("gpu_program_set_uniform_1dv", {text(program), text(name), text(values), text(count)});
 }
 
-void FakeRenderer::gpu_program_set_uniform_2dv(orvex::GpuProgramData* program, char const* name,
+void FakeRenderer::gpu_program_set_uniform_2dv(orvex::GpuProgramData* program, const char* name,
                                                double* values, int count) {
     record("gpu_program_set_uniform_2dv", {text(program), text(name), text(values), text(count)});
 }
 
-void FakeRenderer::gpu_program_set_uniform_3dv(orvex::GpuProgramData* program, char const* name,
+void FakeRenderer::gpu_program_set_uniform_3dv(orvex::GpuProgramData* program, const char* name,
                                                double* values, int count) {
     record("gpu_program_set_uniform_3dv", {text(program), text(name), text(values), text(count)});
 }
 
-void FakeRenderer::gpu_program_set_uniform_4dv(orvex::GpuProgramData* program, char const* name,
+void FakeRenderer::gpu_program_set_uniform_4dv(orvex::GpuProgramData* program, const char* name,
                                                double* values, int count) {
     record("gpu_program_set_uniform_4dv", {text(program), text(name), text(values), text(count)});
 }
 
-void FakeRenderer::gpu_program_set_uniform_3x3fv(orvex::GpuProgramData* program, char const* name,
+void FakeRenderer::gpu_program_set_uniform_3x3fv(orvex::GpuProgramData* program, const char* name,
                                                  float* values, int count) {
     record("gpu_program_set_uniform_3x3fv", {text(program), text(name), text(values), text(count)});
 }
 
-void FakeRenderer::gpu_program_set_uniform_4x4fv(orvex::GpuProgramData* program, char const* name,
+void FakeRenderer::gpu_program_set_uniform_4x4fv(orvex::GpuProgramData* program, const char* name,
                                                  float* values, int count) {
     record("gpu_program_set_uniform_4x4fv", {text(program), text(name), text(values), text(count)});
 }
@@ -280,12 +280,12 @@ void FakeRenderer::gpu_program_set_uniform_4x4fv_loc(int location, float* values
     record("gpu_program_set_uniform_4x4fv_loc", {text(location), text(values), text(count)});
 }
 
-void FakeRenderer::gpu_program_set_uniform_1ui64(orvex::GpuProgramData* program, char const* name,
+void FakeRenderer::gpu_program_set_uniform_1ui64(orvex::GpuProgramData* program, const char* name,
                                                  unsigned long long value) {
     record("gpu_program_set_uniform_1ui64", {text(program), text(name), text(value)});
 }
 
-void FakeRenderer::gpu_program_set_uniform_1ui64v(orvex::GpuProgramData* program, char const* name,
+void FakeRenderer::gpu_program_set_uniform_1ui64v(orvex::GpuProgramData* program, const char* name,
                                                   unsigned long long* values, int count) {
     record("gpu_program_set_uniform_1ui64v",
            {text(program), text(name), text(values), text(count)});
@@ -300,44 +300,44 @@ void FakeRenderer::gpu_program_set_uniform_ui64v_loc(int location, unsigned long
     record("gpu_program_set_uniform_ui64v_loc", {text(location), text(count), text(values)});
 }
 
-void FakeRenderer::gpu_program_set_uniform_1ui(orvex::GpuProgramData* program, char const* name,
+void FakeRenderer::gpu_program_set_uniform_1ui(orvex::GpuProgramData* program, const char* name,
                                                unsigned int value) {
     record("gpu_program_set_uniform_1ui", {text(program), text(name), text(value)});
 }
 
-void FakeRenderer::gpu_program_set_uniform_2ui(orvex::GpuProgramData* program, char const* name,
+void FakeRenderer::gpu_program_set_uniform_2ui(orvex::GpuProgramData* program, const char* name,
                                                unsigned int x, unsigned int y) {
     record("gpu_program_set_uniform_2ui", {text(program), text(name), text(x), text(y)});
 }
 
-void FakeRenderer::gpu_program_set_uniform_3ui(orvex::GpuProgramData* program, char const* name,
+void FakeRenderer::gpu_program_set_uniform_3ui(orvex::GpuProgramData* program, const char* name,
                                                unsigned int x, unsigned int y, unsigned int z) {
     record("gpu_program_set_uniform_3ui", {text(program), text(name), text(x), text(y), text(z)});
 }
 
-void FakeRenderer::gpu_program_set_uniform_4ui(orvex::GpuProgramData* program, char const* name,
+void FakeRenderer::gpu_program_set_uniform_4ui(orvex::GpuProgramData* program, const char* name,
                                                unsigned int x, unsigned int y, unsigned int z,
                                                unsigned int w) {
     record("gpu_program_set_uniform_4ui",
            {text(program), text(name), text(x), text(y), text(z), text(w)});
 }
 
-void FakeRenderer::gpu_program_set_uniform_1d(orvex::GpuProgramData* program, char const* name,
+void FakeRenderer::gpu_program_set_uniform_1d(orvex::GpuProgramData* program, const char* name,
                                               double value) {
     record("gpu_program_set_uniform_1d", {text(program), text(name), text(value)});
 }
 
-void FakeRenderer::gpu_program_set_uniform_2d(orvex::GpuProgramData* program, char const* name,
+void FakeRenderer::gpu_program_set_uniform_2d(orvex::GpuProgramData* program, const char* name,
                                               double x, double y) {
     record("gpu_program_set_uniform_2d", {text(program), text(name), text(x), text(y)});
 }
 
-void FakeRenderer::gpu_program_set_uniform_3d(orvex::GpuProgramData* program, char const* name,
+void FakeRenderer::gpu_program_set_uniform_3d(orvex::GpuProgramData* program, const char* name,
                                               double x, double y, double z) {
     record("gpu_program_set_uniform_3d", {text(program), text(name), text(x), text(y), text(z)});
 }
 
-void FakeRenderer::gpu_program_set_uniform_4d(orvex::GpuProgramData* program, char const* name,
+void FakeRenderer::gpu_program_set_uniform_4d(orvex::GpuProgramData* program, const char* name,
                                               double x, double y, double z, double w) {
     record("gpu_program_set_uniform_4d",
            {text(program), text(name), text(x), text(y), text(z), text(w)});

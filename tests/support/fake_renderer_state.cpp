@@ -126,29 +126,29 @@ unsigned int FakeRenderer::get_opengl_error() {
     return static_cast<unsigned int>(number("get_opengl_error"));
 }
 
-char const* FakeRenderer::get_renderer_model() {
+const char* FakeRenderer::get_renderer_model() {
     record("get_renderer_model", {});
-    return static_cast<char const*>(pointer("get_renderer_model"));
+    return static_cast<const char*>(pointer("get_renderer_model"));
 }
 
-char const* FakeRenderer::get_renderer_vendor() {
+const char* FakeRenderer::get_renderer_vendor() {
     record("get_renderer_vendor", {});
-    return static_cast<char const*>(pointer("get_renderer_vendor"));
+    return static_cast<const char*>(pointer("get_renderer_vendor"));
 }
 
-char const* FakeRenderer::get_shading_language_version() {
+const char* FakeRenderer::get_shading_language_version() {
     record("get_shading_language_version", {});
-    return static_cast<char const*>(pointer("get_shading_language_version"));
+    return static_cast<const char*>(pointer("get_shading_language_version"));
 }
 
-char const* FakeRenderer::get_renderer_gl_extensions_raw_string() {
+const char* FakeRenderer::get_renderer_gl_extensions_raw_string() {
     record("get_renderer_gl_extensions_raw_string", {});
-    return static_cast<char const*>(pointer("get_renderer_gl_extensions_raw_string"));
+    return static_cast<const char*>(pointer("get_renderer_gl_extensions_raw_string"));
 }
 
-char const* FakeRenderer::get_api_version() {
+const char* FakeRenderer::get_api_version() {
     record("get_api_version", {});
-    return static_cast<char const*>(pointer("get_api_version"));
+    return static_cast<const char*>(pointer("get_api_version"));
 }
 
 bool FakeRenderer::get_opengl_version(int* major, int* minor) {
@@ -334,7 +334,7 @@ void FakeRenderer::clear_color_buffer(float r, float g, float b, float a) {
     record("clear_color_buffer", {text(r), text(g), text(b), text(a)});
 }
 
-void FakeRenderer::clear_color_buffer(orvex::vec4 const& color) {
+void FakeRenderer::clear_color_buffer(const orvex::vec4& color) {
     record("clear_color_buffer", {text(color)});
 }
 
@@ -346,7 +346,7 @@ void FakeRenderer::clear_color_depth_buffers(float r, float g, float b, float a,
     record("clear_color_depth_buffers", {text(r), text(g), text(b), text(a), text(depth)});
 }
 
-void FakeRenderer::clear_color_depth_buffers(orvex::vec4 const& color, float depth) {
+void FakeRenderer::clear_color_depth_buffers(const orvex::vec4& color, float depth) {
     record("clear_color_depth_buffers", {text(color), text(depth)});
 }
 
@@ -380,17 +380,16 @@ orvex::mat4& FakeRenderer::get_view_matrix() {
 
 void FakeRenderer::set_viewport(int x, int y, int width, int height) {
     record("set_viewport", {text(x), text(y), text(width), text(height)});
-    int const values[] = {x, y, width, height};
+    const int values[] = {x, y, width, height};
     std::copy_n(values, 4, viewport);
 }
 
 void FakeRenderer::get_viewport(int* x, int* y, int* width, int* height) {
     record("get_viewport", {text(x), text(y), text(width), text(height)});
     int* const out[] = {x, y, width, height};
-    for (int i = 0; i < 4; ++i) {
+    for (int i = 0; i < 4; ++i)
         if (out[i])
             *out[i] = viewport[i];
-    }
 }
 
 int* FakeRenderer::get_viewport_ptr() {

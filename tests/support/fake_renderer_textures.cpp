@@ -157,7 +157,7 @@ bool FakeRenderer::font_bitmap_windows_kill(orvex::FontData* font) {
 }
 
 bool FakeRenderer::font_bitmap_windows_render(orvex::FontData* font, int x, int y, float r, float g,
-                                              float b, float a, char const* message,
+                                              float b, float a, const char* message,
                                               unsigned long length) {
     record("font_bitmap_windows_render", {text(font), text(x), text(y), text(r), text(g), text(b),
                                           text(a), text(message), text(length)});
@@ -166,7 +166,7 @@ bool FakeRenderer::font_bitmap_windows_render(orvex::FontData* font, int x, int 
 
 bool FakeRenderer::font_bitmap_windows_render_3d(orvex::FontData* font, float x, float y, float z,
                                                  float r, float g, float b, float a,
-                                                 char const* message, unsigned long length) {
+                                                 const char* message, unsigned long length) {
     record("font_bitmap_windows_render_3d",
            {text(font), text(x), text(y), text(z), text(r), text(g), text(b), text(a),
             text(message), text(length)});
@@ -175,14 +175,14 @@ bool FakeRenderer::font_bitmap_windows_render_3d(orvex::FontData* font, float x,
 
 bool FakeRenderer::font_bitmap_windows_render_prepare(orvex::FontData* font, int x, int y, float r,
                                                       float g, float b, float a,
-                                                      char const* message, unsigned long length) {
+                                                      const char* message, unsigned long length) {
     record("font_bitmap_windows_render_prepare", {text(font), text(x), text(y), text(r), text(g),
                                                   text(b), text(a), text(message), text(length)});
     return result("font_bitmap_windows_render_prepare");
 }
 
 bool FakeRenderer::font_bitmap_windows_render_draw(orvex::FontData* font, int x, int y, float r,
-                                                   float g, float b, float a, char const* message,
+                                                   float g, float b, float a, const char* message,
                                                    unsigned long length) {
     record("font_bitmap_windows_render_draw", {text(font), text(x), text(y), text(r), text(g),
                                                text(b), text(a), text(message), text(length)});
@@ -190,7 +190,7 @@ bool FakeRenderer::font_bitmap_windows_render_draw(orvex::FontData* font, int x,
 }
 
 bool FakeRenderer::font_bitmap_windows_render_finish(orvex::FontData* font, int x, int y, float r,
-                                                     float g, float b, float a, char const* message,
+                                                     float g, float b, float a, const char* message,
                                                      unsigned long length) {
     record("font_bitmap_windows_render_finish", {text(font), text(x), text(y), text(r), text(g),
                                                  text(b), text(a), text(message), text(length)});
@@ -198,7 +198,7 @@ bool FakeRenderer::font_bitmap_windows_render_finish(orvex::FontData* font, int 
 }
 
 bool FakeRenderer::font_bitmap_linux_render(orvex::FontData* font, int x, int y, float r, float g,
-                                            float b, float a, char const* message,
+                                            float b, float a, const char* message,
                                             unsigned long length) {
     record("font_bitmap_linux_render", {text(font), text(x), text(y), text(r), text(g), text(b),
                                         text(a), text(message), text(length)});
@@ -207,7 +207,7 @@ bool FakeRenderer::font_bitmap_linux_render(orvex::FontData* font, int x, int y,
 
 bool FakeRenderer::font_bitmap_linux_render_3d(orvex::FontData* font, float x, float y, float z,
                                                float r, float g, float b, float a,
-                                               char const* message, unsigned long length) {
+                                               const char* message, unsigned long length) {
     record("font_bitmap_linux_render_3d", {text(font), text(x), text(y), text(z), text(r), text(g),
                                            text(b), text(a), text(message), text(length)});
     return result("font_bitmap_linux_render_3d");
@@ -266,42 +266,42 @@ void FakeRenderer::set_line_stipple(int factor, unsigned short pattern) {
     record("set_line_stipple", {text(factor), text(pattern)});
 }
 
-void FakeRenderer::render_line(orvex::vec4 const& a, orvex::vec4 const& a_color,
-                               orvex::vec4 const& b, orvex::vec4 const& b_color) {
+void FakeRenderer::render_line(const orvex::vec4& a, const orvex::vec4& a_color,
+                               const orvex::vec4& b, const orvex::vec4& b_color) {
     record("render_line", {text(a), text(a_color), text(b), text(b_color)});
 }
 
-void FakeRenderer::light_set_colors(unsigned int light, orvex::vec4 const& ambient,
-                                    orvex::vec4 const& diffuse, orvex::vec4 const& specular) {
+void FakeRenderer::light_set_colors(unsigned int light, const orvex::vec4& ambient,
+                                    const orvex::vec4& diffuse, const orvex::vec4& specular) {
     record("light_set_colors", {text(light), text(ambient), text(diffuse), text(specular)});
 }
 
-void FakeRenderer::light_set_ambient(unsigned int light, orvex::vec4 const& color) {
+void FakeRenderer::light_set_ambient(unsigned int light, const orvex::vec4& color) {
     record("light_set_ambient", {text(light), text(color)});
 }
 
-void FakeRenderer::light_set_diffuse(unsigned int light, orvex::vec4 const& color) {
+void FakeRenderer::light_set_diffuse(unsigned int light, const orvex::vec4& color) {
     record("light_set_diffuse", {text(light), text(color)});
 }
 
-void FakeRenderer::light_set_specular(unsigned int light, orvex::vec4 const& color) {
+void FakeRenderer::light_set_specular(unsigned int light, const orvex::vec4& color) {
     record("light_set_specular", {text(light), text(color)});
 }
 
-void FakeRenderer::material_set_colors(orvex::vec4 const& ambient, orvex::vec4 const& diffuse,
-                                       orvex::vec4 const& specular, float shininess) {
+void FakeRenderer::material_set_colors(const orvex::vec4& ambient, const orvex::vec4& diffuse,
+                                       const orvex::vec4& specular, float shininess) {
     record("material_set_colors", {text(ambient), text(diffuse), text(specular), text(shininess)});
 }
 
-void FakeRenderer::material_set_ambient(orvex::vec4 const& color) {
+void FakeRenderer::material_set_ambient(const orvex::vec4& color) {
     record("material_set_ambient", {text(color)});
 }
 
-void FakeRenderer::material_set_diffuse(orvex::vec4 const& color) {
+void FakeRenderer::material_set_diffuse(const orvex::vec4& color) {
     record("material_set_diffuse", {text(color)});
 }
 
-void FakeRenderer::material_set_specular(orvex::vec4 const& color) {
+void FakeRenderer::material_set_specular(const orvex::vec4& color) {
     record("material_set_specular", {text(color)});
 }
 

@@ -43,7 +43,7 @@ private:
 
 } // namespace
 
-std::unique_ptr<orvex::PlatformContext> FakeWindowPlatform::make(std::string const& verb,
+std::unique_ptr<orvex::PlatformContext> FakeWindowPlatform::make(const std::string& verb,
                                                                  void* handle) {
     ++num_contexts;
     note(verb + " " + std::to_string(num_contexts));
@@ -53,7 +53,7 @@ std::unique_ptr<orvex::PlatformContext> FakeWindowPlatform::make(std::string con
 }
 
 std::unique_ptr<orvex::PlatformContext>
-FakeWindowPlatform::create_context(orvex::ContextRequest const& request) {
+FakeWindowPlatform::create_context(const orvex::ContextRequest& request) {
     requests.push_back(request);
     return refuses_contexts ? nullptr : make("create", nullptr);
 }
@@ -67,7 +67,7 @@ void FakeWindowPlatform::get_version(int& major, int& minor) {
     minor = 7;
 }
 
-void* FakeWindowPlatform::get_proc_address(char const* name) {
+void* FakeWindowPlatform::get_proc_address(const char* name) {
     return std::strcmp(name, "glGetStringi") == 0 ? get_string_i : nullptr;
 }
 

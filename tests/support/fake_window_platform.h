@@ -19,10 +19,10 @@ public:
     ~FakeWindowPlatform() override { orvex::set_window_platform(nullptr); }
 
     std::unique_ptr<orvex::PlatformContext>
-    create_context(orvex::ContextRequest const& request) override;
+    create_context(const orvex::ContextRequest& request) override;
     std::unique_ptr<orvex::PlatformContext> adopt_current_context(void* handle) override;
     void get_version(int& major, int& minor) override;
-    void* get_proc_address(char const* name) override;
+    void* get_proc_address(const char* name) override;
 
     /// Events since the last call.
     std::vector<std::string> take_events();
@@ -39,7 +39,7 @@ private:
     std::vector<std::string> events;
     int num_contexts = 0;
 
-    std::unique_ptr<orvex::PlatformContext> make(std::string const& verb, void* handle);
+    std::unique_ptr<orvex::PlatformContext> make(const std::string& verb, void* handle);
 };
 
 } // namespace orvex_test

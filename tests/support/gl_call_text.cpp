@@ -15,7 +15,7 @@ namespace {
 
 struct Name {
     long long value;
-    char const* text;
+    const char* text;
 };
 
 #define ORVEX_GL_NAME(name)                                                                        \
@@ -248,12 +248,10 @@ constexpr Name attribute_bits[] = {ORVEX_GL_NAME(GL_COLOR_BUFFER_BIT),
 #undef ORVEX_GL_NAME
 
 template<std::size_t count>
-char const* find_name(Name const (&table)[count], long long value) {
-    for (Name const& name : table) {
-        if (name.value == value) {
+const char* find_name(const Name (&table)[count], long long value) {
+    for (const Name& name : table)
+        if (name.value == value)
             return name.text;
-        }
-    }
     return nullptr;
 }
 
@@ -269,194 +267,165 @@ std::string real_text(double value) {
     return text;
 }
 
-bool is_one_of(std::string const& name, std::initializer_list<char const*> list) {
-    for (char const* entry : list) {
-        if (name == entry) {
+bool is_one_of(const std::string& name, std::initializer_list<const char*> list) {
+    for (const char* entry : list)
+        if (name == entry)
             return true;
-        }
-    }
     return false;
 }
 
-std::string bits(std::string const& function, long long value) {
-    if (!is_one_of(function, {"glClear", "glBlitFramebuffer", "glPushAttrib"})) {
+std::string bits(const std::string& function, long long value) {
+    if (!is_one_of(function, {"glClear", "glBlitFramebuffer", "glPushAttrib"}))
         return hexadecimal(value);
-    }
     std::string text;
-    for (Name const& bit : attribute_bits) {
+    for (const Name& bit : attribute_bits) {
         if ((value & bit.value) != 0) {
             text += (text.empty() ? "" : " | ") + std::string(bit.text);
             value &= ~bit.value;
         }
     }
-    if (value != 0 || text.empty()) {
+    if (value != 0 || text.empty())
         text += (text.empty() ? "" : " | ") + hexadecimal(value);
-    }
     return text;
 }
 
 // What a query writes into is no argument worth telling.
-bool is_output_array(std::string const& function) {
+bool is_output_array(const std::string& function) {
     return function.rfind("glGet", 0) == 0;
 }
 
 // Digits right behind a stem: "glUniform4fv" has 4 behind "glUniform".
-int digit_behind(std::string const& function, char const* stem) {
-    std::size_t const length = std::strlen(stem);
-    if (function.rfind(stem, 0) != 0 || function.size() <= length) {
+int digit_behind(const std::string& function, const char* stem) {
+    const std::size_t length = std::strlen(stem);
+    if (function.rfind(stem, 0) != 0 || function.size() <= length)
         return 0;
-    }
-    char const c = function[length];
+    const char c = function[length];
     return std::isdigit(static_cast<unsigned char>(c)) != 0 ? c - '0' : 0;
 }
 
 template<typename T>
-std::string array_text(void const* address, long long length) {
-    T const* const values = static_cast<T const*>(address);
+std::string array_text(const void* address, long long length) {
+    const T* const values = static_cast<const T*>(address);
     std::string text = "[";
     for (long long i = 0; i < length; ++i) {
         text += i == 0 ? "" : ", ";
-        if constexpr (std::is_floating_point_v<T>) {
+        if constexpr (std::is_floating_point_v<T>)
             text += real_text(static_cast<double>(values[i]));
-        } else {
+        else
             text += std::to_string(values[i]);
-        }
     }
     return text + "]";
 }
 
-std::string array_text(std::string const& type, void const* address, long long length) {
-    if (type.find("GLfloat") != std::string::npos) {
+std::string array_text(const std::string& type, const void* address, long long length) {
+    if (type.find("GLfloat") != std::string::npos)
         return array_text<GLfloat>(address, length);
-    }
-    if (type.find("GLdouble") != std::string::npos) {
+    if (type.find("GLdouble") != std::string::npos)
         return array_text<GLdouble>(address, length);
-    }
-    if (type.find("GLuint64") != std::string::npos) {
+    if (type.find("GLuint64") != std::string::npos)
         return array_text<GLuint64>(address, length);
-    }
-    if (type.find("GLint") != std::string::npos) {
+    if (type.find("GLint") != std::string::npos)
         return array_text<GLint>(address, length);
-    }
     return array_text<GLuint>(address, length);
 }
 
 // Offsets into a buffer and null travel as pointers too; no real object lives down there.
-bool is_offset(void const* address) {
+bool is_offset(const void* address) {
     return reinterpret_cast<std::uintptr_t>(address) < 0x1000000;
 }
 
-bool is_character_text(std::string const& type) {
-    return type == "GLchar const*";
+bool is_character_text(const std::string& type) {
+    return type == "const GLchar*";
 }
 
 } // namespace
 
-GlSignature::GlSignature(char const* name, char const* declared)
+GlSignature::GlSignature(const char* name, const char* declared)
     : function(name) {
     std::string text(declared);
     text = text.substr(1, text.size() - 2);
-    if (text == "void") {
+    if (text == "void")
         return;
-    }
     std::size_t begin = 0;
     while (begin < text.size()) {
         std::size_t end = text.find(',', begin);
         end = end == std::string::npos ? text.size() : end;
         std::string part = text.substr(begin, end - begin);
         part.erase(0, part.find_first_not_of(' '));
-        std::size_t const split = part.find_last_of(' ');
+        const std::size_t split = part.find_last_of(' ');
         parameters.push_back({part.substr(0, split), part.substr(split + 1)});
         begin = end + 1;
     }
 }
 
-std::string GlSignature::enumerant(Parameter const& parameter, long long value) const {
+std::string GlSignature::enumerant(const Parameter& parameter, long long value) const {
     if (parameter.name == "mode" &&
         !is_one_of(function, {"glCullFace", "glDrawBuffer", "glReadBuffer"})) {
-        if (char const* name = find_name(primitives, value)) {
+        if (const char* name = find_name(primitives, value))
             return name;
-        }
     }
     if (parameter.name == "sfactor" || parameter.name == "dfactor") {
-        if (char const* name = find_name(factors, value)) {
+        if (const char* name = find_name(factors, value))
             return name;
-        }
     }
-    if (char const* name = find_name(names, value)) {
+    if (const char* name = find_name(names, value))
         return name;
-    }
     return value < 0x100 ? std::to_string(value) : hexadecimal(value);
 }
 
-std::string GlSignature::argument(Parameter const& parameter, GlValue const& value) const {
-    if (value.kind == GlValue::real) {
+std::string GlSignature::argument(const Parameter& parameter, const GlValue& value) const {
+    if (value.kind == GlValue::real)
         return real_text(value.number);
-    }
     if (value.kind == GlValue::pointer) {
-        if (is_offset(value.address)) {
+        if (is_offset(value.address))
             return std::to_string(reinterpret_cast<std::uintptr_t>(value.address));
-        }
-        if (is_character_text(parameter.type)) {
-            return '"' + std::string(static_cast<char const*>(value.address)) + '"';
-        }
+        if (is_character_text(parameter.type))
+            return '"' + std::string(static_cast<const char*>(value.address)) + '"';
         return "ptr";
     }
-    if (parameter.type == "GLenum") {
+    if (parameter.type == "GLenum")
         return enumerant(parameter, value.whole);
-    }
-    if (parameter.type == "GLbitfield") {
+    if (parameter.type == "GLbitfield")
         return bits(function, value.whole);
-    }
-    if (parameter.type == "GLboolean") {
+    if (parameter.type == "GLboolean")
         return value.whole != 0 ? "true" : "false";
-    }
     // Texture parameters and internal formats are enumerants in the dress of integers.
     if (is_one_of(parameter.name, {"param", "internalFormat", "internalformat"}) &&
-        value.whole >= 0x100) {
+        value.whole >= 0x100)
         return enumerant(parameter, value.whole);
-    }
     return std::to_string(value.whole);
 }
 
 // How many elements the last argument has that is an array; 0 if it isn't known.
-long long GlSignature::array_length(std::vector<GlValue> const& values) const {
-    if (is_output_array(function)) {
+long long GlSignature::array_length(const std::vector<GlValue>& values) const {
+    if (is_output_array(function))
         return 0;
-    }
-    if (!parameters.empty() && parameters[0].name == "n") {
+    if (!parameters.empty() && parameters[0].name == "n")
         return values[0].whole;
-    }
-    if (is_one_of(function, {"glLightfv", "glMaterialfv", "glColor4fv", "glVertex4fv"})) {
+    if (is_one_of(function, {"glLightfv", "glMaterialfv", "glColor4fv", "glVertex4fv"}))
         return 4;
-    }
-    if (is_one_of(function, {"glLoadMatrixf", "glMultMatrixf"})) {
+    if (is_one_of(function, {"glLoadMatrixf", "glMultMatrixf"}))
         return 16;
-    }
-    if (function.rfind("glClearBuffer", 0) == 0) {
+    if (function.rfind("glClearBuffer", 0) == 0)
         return values[0].whole == GL_COLOR ? 4 : 1;
-    }
-    if (int const size = digit_behind(function, "glUniformMatrix")) {
+    if (const int size = digit_behind(function, "glUniformMatrix"))
         return size * size * values[1].whole;
-    }
-    if (int const size = digit_behind(function, "glUniform")) {
+    if (const int size = digit_behind(function, "glUniform"))
         return size * values[1].whole;
-    }
-    if (function.rfind("glUniformHandleui64v", 0) == 0) {
+    if (function.rfind("glUniformHandleui64v", 0) == 0)
         return values[1].whole;
-    }
     return digit_behind(function, "glVertexAttrib");
 }
 
-std::string GlSignature::text(std::vector<GlValue> const& values) const {
+std::string GlSignature::text(const std::vector<GlValue>& values) const {
     std::string line = function + "(";
     for (std::size_t i = 0; i < values.size() && i < parameters.size(); ++i) {
         line += i == 0 ? "" : ", ";
-        bool const is_array = values[i].kind == GlValue::pointer && i + 1 == values.size() &&
+        const bool is_array = values[i].kind == GlValue::pointer && i + 1 == values.size() &&
                               i + 1 == parameters.size() && !is_offset(values[i].address) &&
                               parameters[i].type.find("void") == std::string::npos &&
                               parameters[i].type.find("GLchar") == std::string::npos;
-        long long const length = is_array ? array_length(values) : 0;
+        const long long length = is_array ? array_length(values) : 0;
         line += length > 0 ? array_text(parameters[i].type, values[i].address, length)
                            : argument(parameters[i], values[i]);
     }

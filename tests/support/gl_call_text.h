@@ -18,7 +18,7 @@ struct GlValue {
         GlValue result;
         if constexpr (std::is_pointer_v<T>) {
             result.kind = pointer;
-            result.address = reinterpret_cast<void const*>(value);
+            result.address = reinterpret_cast<const void*>(value);
         } else if constexpr (std::is_floating_point_v<T>) {
             result.kind = real;
             result.number = static_cast<double>(value);
@@ -31,7 +31,7 @@ struct GlValue {
     Kind kind = integer;
     long long whole = 0;
     double number = 0.0;
-    void const* address = nullptr;
+    const void* address = nullptr;
 };
 
 /// What the declaration of a function says about its parameters.
@@ -39,12 +39,12 @@ class GlSignature {
 public:
     /// @param name        of the function
     /// @param parameters  as declared: "(GLenum target, GLuint buffer)"
-    GlSignature(char const* name, char const* parameters);
+    GlSignature(const char* name, const char* parameters);
 
-    std::string const& name() const { return function; }
+    const std::string& name() const { return function; }
 
     /// The call with its arguments, one value per parameter.
-    std::string text(std::vector<GlValue> const& values) const;
+    std::string text(const std::vector<GlValue>& values) const;
 
 private:
     struct Parameter {
@@ -52,9 +52,9 @@ private:
         std::string name;
     };
 
-    std::string argument(Parameter const& parameter, GlValue const& value) const;
-    std::string enumerant(Parameter const& parameter, long long value) const;
-    long long array_length(std::vector<GlValue> const& values) const;
+    std::string argument(const Parameter& parameter, const GlValue& value) const;
+    std::string enumerant(const Parameter& parameter, long long value) const;
+    long long array_length(const std::vector<GlValue>& values) const;
 
     std::string function;
     std::vector<Parameter> parameters;

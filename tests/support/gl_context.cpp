@@ -142,9 +142,8 @@ GlContext::GlContext(Profile profile, int width, int height, const GlContext* sh
         return;
     }
     const std::string version = reinterpret_cast<const char*>(glGetString(GL_VERSION));
-    if (profile == Profile::gl_2_1) {
+    if (profile == Profile::gl_2_1)
         EXPECT_EQ(version.substr(0, 3), "2.1") << "another context was made first in this process";
-    }
     glEnable(GL_DEBUG_OUTPUT);
     glEnable(GL_DEBUG_OUTPUT_SYNCHRONOUS);
     if (const auto callback = entry<PFNGLDEBUGMESSAGECALLBACKPROC>("glDebugMessageCallback"))

@@ -33,30 +33,28 @@ Log& log() {
     return *instance;
 }
 
-void write_down(GlSignature const& signature, std::vector<GlValue> const& values) {
-    std::lock_guard<std::mutex> const guard(log().mutex);
-    if (log().recording) {
+void write_down(const GlSignature& signature, const std::vector<GlValue>& values) {
+    const std::lock_guard<std::mutex> guard(log().mutex);
+    if (log().recording)
         log().calls.push_back({signature.name(), signature.text(values)});
-    }
 }
 
 // The call is written down once it is done, so that ids that it makes can be told.
 template<typename Result, typename... Arguments>
-Result forward(GlSignature const& signature, Result (*real)(Arguments...), Arguments... arguments) {
-    if (!log().active) {
+Result forward(const GlSignature& signature, Result (*real)(Arguments...), Arguments... arguments) {
+    if (!log().active)
         return real(arguments...);
-    }
     if constexpr (std::is_void_v<Result>) {
         real(arguments...);
         write_down(signature, {GlValue::of(arguments)...});
     } else {
-        Result const result = real(arguments...);
+        const Result result = real(arguments...);
         write_down(signature, {GlValue::of(arguments)...});
         return result;
     }
 }
 
-void* real_address(char const* name) {
+void* real_address(const char* name) {
     static void* const library = dlopen("libOpenGL.so.0", RTLD_LAZY);
     return dlsym(library, name);
 }
@@ -80,14 +78,14 @@ struct Wrapped<Entry, Result (*)(Arguments...)> {
 };
 
 struct TableEntry {
-    char const* name;
+    const char* name;
     void* (*wrap)(void* address);
 };
 
 #define ORVEX_GL_ENTRY(result, name, parameters, support)                                          \
     struct Entry_##name {                                                                          \
-        static GlSignature const& signature() {                                                    \
-            static GlSignature const* const instance = new GlSignature(#name, #parameters);        \
+        static const GlSignature& signature() {                                                    \
+            static const GlSignature* const instance = new GlSignature(#name, #parameters);        \
             return *instance;                                                                      \
         }                                                                                          \
     };
@@ -114,7 +112,7 @@ std::string_view stem(std::string_view name) {
 } // namespace
 
 GlRecorder::GlRecorder() {
-    std::lock_guard<std::mutex> const guard(log().mutex);
+    const std::lock_guard<std::mutex> guard(log().mutex);
     log().calls.clear();
     log().active = true;
     log().recording = true;
@@ -123,31 +121,29 @@ GlRecorder::GlRecorder() {
 
 GlRecorder::~GlRecorder() {
     orvex::set_window_platform(nullptr);
-    std::lock_guard<std::mutex> const guard(log().mutex);
+    const std::lock_guard<std::mutex> guard(log().mutex);
     log().active = false;
     log().recording = false;
     log().calls.clear();
 }
 
-void GlRecorder::hide(char const* name) {
+void GlRecorder::hide(const char* name) {
     hidden.emplace_back(stem(name));
 }
 
 GlCalls GlRecorder::calls() const {
-    std::lock_guard<std::mutex> const guard(log().mutex);
+    const std::lock_guard<std::mutex> guard(log().mutex);
     GlCalls texts;
-    for (Call const& call : log().calls) {
+    for (const Call& call : log().calls)
         texts.push_back(call.text);
-    }
     return texts;
 }
 
 GlCalls GlRecorder::names() const {
-    std::lock_guard<std::mutex> const guard(log().mutex);
+    const std::lock_guard<std::mutex> guard(log().mutex);
     GlCalls texts;
-    for (Call const& call : log().calls) {
+    for (const Call& call : log().calls)
         texts.push_back(call.name);
-    }
     return texts;
 }
 
@@ -163,23 +159,23 @@ GlCalls GlRecorder::take_names() {
     return texts;
 }
 
-int GlRecorder::count(char const* name) const {
-    GlCalls const texts = names();
+int GlRecorder::count(const char* name) const {
+    const GlCalls texts = names();
     return static_cast<int>(std::count(texts.begin(), texts.end(), name));
 }
 
 void GlRecorder::clear() {
-    std::lock_guard<std::mutex> const guard(log().mutex);
+    const std::lock_guard<std::mutex> guard(log().mutex);
     log().calls.clear();
 }
 
 void GlRecorder::set_recording(bool state) {
-    std::lock_guard<std::mutex> const guard(log().mutex);
+    const std::lock_guard<std::mutex> guard(log().mutex);
     log().recording = state;
 }
 
 std::unique_ptr<orvex::PlatformContext>
-GlRecorder::create_context(orvex::ContextRequest const& request) {
+GlRecorder::create_context(const orvex::ContextRequest& request) {
     return orvex::native_window_platform().create_context(request);
 }
 
@@ -191,16 +187,13 @@ void GlRecorder::get_version(int& major, int& minor) {
     orvex::native_window_platform().get_version(major, minor);
 }
 
-void* GlRecorder::get_proc_address(char const* name) {
-    if (std::find(hidden.begin(), hidden.end(), stem(name)) != hidden.end()) {
+void* GlRecorder::get_proc_address(const char* name) {
+    if (std::find(hidden.begin(), hidden.end(), stem(name)) != hidden.end())
         return nullptr;
-    }
     void* const address = orvex::native_window_platform().get_proc_address(name);
-    for (TableEntry const& entry : table) {
-        if (address != nullptr && stem(entry.name) == stem(name)) {
+    for (const TableEntry& entry : table)
+        if (address != nullptr && stem(entry.name) == stem(name))
             return entry.wrap(address);
-        }
-    }
     return address;
 }
 
@@ -210,9 +203,9 @@ void* GlRecorder::get_proc_address(char const* name) {
 #define ORVEX_GL_LIST(...) __VA_OPT__(, ) __VA_ARGS__
 #define ORVEX_GL_DEFINITION(result, name, parameters, arguments)                                   \
     extern "C" result APIENTRY name parameters {                                                   \
-        static orvex_test::GlSignature const* const signature =                                    \
+        static const orvex_test::GlSignature* const signature =                                    \
             new orvex_test::GlSignature(#name, #parameters);                                       \
-        static auto const real =                                                                   \
+        static const auto real =                                                                   \
             reinterpret_cast<decltype(&::name)>(orvex_test::real_address(#name));                  \
         return orvex_test::forward(*signature, real ORVEX_GL_LIST arguments);                      \
     }

@@ -45,7 +45,7 @@ public:
 
     /// Hides an entry point from whoever fetches it from now on, as if the context lacked it. The
     /// name is the one in the function table.
-    void hide(char const* name);
+    void hide(const char* name);
 
     /// Everything since the last `clear`.
     GlCalls calls() const;
@@ -56,7 +56,7 @@ public:
     /// `names`, then `clear`.
     GlCalls take_names();
     /// How often a function was called since the last `clear`.
-    int count(char const* name) const;
+    int count(const char* name) const;
     /// Forgets everything.
     void clear();
 
@@ -64,10 +64,10 @@ public:
     void set_recording(bool state);
 
     std::unique_ptr<orvex::PlatformContext>
-    create_context(orvex::ContextRequest const& request) override;
+    create_context(const orvex::ContextRequest& request) override;
     std::unique_ptr<orvex::PlatformContext> adopt_current_context(void* handle) override;
     void get_version(int& major, int& minor) override;
-    void* get_proc_address(char const* name) override;
+    void* get_proc_address(const char* name) override;
 
 private:
     std::vector<std::string> hidden;
@@ -81,8 +81,8 @@ public:
         recorder.set_recording(false);
     }
     ~GlRecorderPause() { recorder.set_recording(true); }
-    GlRecorderPause(GlRecorderPause const&) = delete;
-    GlRecorderPause& operator=(GlRecorderPause const&) = delete;
+    GlRecorderPause(const GlRecorderPause&) = delete;
+    GlRecorderPause& operator=(const GlRecorderPause&) = delete;
 
 private:
     GlRecorder& recorder;

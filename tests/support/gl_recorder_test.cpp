@@ -44,10 +44,10 @@ TEST_P(GlRecorderTest, writes_down_fetched_calls_and_forwards_them) {
     gl.glGenBuffers(1, &buffer);
     gl.glBindBuffer(GL_ARRAY_BUFFER, buffer);
     gl.glBufferData(GL_ARRAY_BUFFER, 96, nullptr, GL_STATIC_DRAW);
-    float const values[4] = {1.0f, 2.0f, 3.0f, 4.0f};
+    const float values[4] = {1.0f, 2.0f, 3.0f, 4.0f};
     gl.glBufferSubData(GL_ARRAY_BUFFER, 16, sizeof(values), values);
     gl.glDeleteBuffers(1, &buffer);
-    std::string const id = std::to_string(buffer);
+    const std::string id = std::to_string(buffer);
     EXPECT_NE(buffer, 0U);
     EXPECT_EQ(recorder->take(),
               GlCalls({"glGenBuffers(1, [" + id + "])", "glBindBuffer(GL_ARRAY_BUFFER, " + id + ")",
@@ -58,7 +58,7 @@ TEST_P(GlRecorderTest, writes_down_fetched_calls_and_forwards_them) {
 
 TEST_P(GlRecorderTest, hands_results_through) {
     EXPECT_NE(glGetString(GL_VERSION), nullptr);
-    GLuint const shader = gl.glCreateShader(GL_VERTEX_SHADER);
+    const GLuint shader = gl.glCreateShader(GL_VERTEX_SHADER);
     EXPECT_NE(shader, 0U);
     gl.glDeleteShader(shader);
     EXPECT_EQ(recorder->take(),
@@ -79,7 +79,7 @@ TEST_P(GlRecorderTest, counts_and_names_and_forgets) {
 
 TEST_P(GlRecorderTest, writes_nothing_down_while_paused) {
     {
-        GlRecorderPause const pause(*recorder);
+        const GlRecorderPause pause(*recorder);
         glEnable(GL_CULL_FACE);
     }
     glDisable(GL_CULL_FACE);
@@ -104,10 +104,10 @@ TEST_P(GlRecorderTest, forwards_without_a_trace_once_it_is_gone) {
 }
 
 struct Row {
-    char const* what;
+    const char* what;
     GlSignature signature;
     std::vector<GlValue> values;
-    char const* text;
+    const char* text;
 };
 
 template<typename... T>
@@ -116,12 +116,12 @@ std::vector<GlValue> values(T... arguments) {
 }
 
 TEST(GlCallText, writes_every_kind_of_argument) {
-    static float const floats[16] = {0.5f, 1.0f, 2.0f, 3.0f};
-    static int const ints[2] = {-1, 7};
-    static double const doubles[3] = {0.25, 1.0, 2.0};
-    static unsigned int const ids[2] = {4, 5};
-    static char const name[] = "orvex_Position";
-    Row const rows[] = {
+    static const float floats[16] = {0.5f, 1.0f, 2.0f, 3.0f};
+    static const int ints[2] = {-1, 7};
+    static const double doubles[3] = {0.25, 1.0, 2.0};
+    static const unsigned int ids[2] = {4, 5};
+    static const char name[] = "orvex_Position";
+    const Row rows[] = {
         {"none", {"glFinish", "(void)"}, {}, "glFinish()"},
         {"primitive",
          {"glDrawArrays", "(GLenum mode, GLint first, GLsizei count)"},
@@ -132,40 +132,40 @@ TEST(GlCallText, writes_every_kind_of_argument) {
          values(GL_BACK),
          "glCullFace(GL_BACK)"},
         {"offset as pointer",
-         {"glDrawElements", "(GLenum mode, GLsizei count, GLenum type, void const* indices)"},
-         values(GL_TRIANGLES, 36, GL_UNSIGNED_SHORT, reinterpret_cast<void const*>(24)),
+         {"glDrawElements", "(GLenum mode, GLsizei count, GLenum type, const void* indices)"},
+         values(GL_TRIANGLES, 36, GL_UNSIGNED_SHORT, reinterpret_cast<const void*>(24)),
          "glDrawElements(GL_TRIANGLES, 36, GL_UNSIGNED_SHORT, 24)"},
         {"ids",
-         {"glDeleteTextures", "(GLsizei n, GLuint const* textures)"},
+         {"glDeleteTextures", "(GLsizei n, const GLuint* textures)"},
          values(2, &ids[0]),
          "glDeleteTextures(2, [4, 5])"},
         {"name",
-         {"glGetAttribLocation", "(GLuint program, GLchar const* name)"},
+         {"glGetAttribLocation", "(GLuint program, const GLchar* name)"},
          values(3, &name[0]),
          "glGetAttribLocation(3, \"orvex_Position\")"},
         {"float array",
-         {"glUniform2fv", "(GLint location, GLsizei count, GLfloat const* value)"},
+         {"glUniform2fv", "(GLint location, GLsizei count, const GLfloat* value)"},
          values(3, 2, &floats[0]),
          "glUniform2fv(3, 2, [0.5, 1, 2, 3])"},
         {"int array",
-         {"glUniform1iv", "(GLint location, GLsizei count, GLint const* value)"},
+         {"glUniform1iv", "(GLint location, GLsizei count, const GLint* value)"},
          values(3, 2, &ints[0]),
          "glUniform1iv(3, 2, [-1, 7])"},
         {"double array",
-         {"glUniform3dv", "(GLint location, GLsizei count, GLdouble const* value)"},
+         {"glUniform3dv", "(GLint location, GLsizei count, const GLdouble* value)"},
          values(3, 1, &doubles[0]),
          "glUniform3dv(3, 1, [0.25, 1, 2])"},
         {"matrix",
          {"glUniformMatrix4fv",
-          "(GLint location, GLsizei count, GLboolean transpose, GLfloat const* value)"},
+          "(GLint location, GLsizei count, GLboolean transpose, const GLfloat* value)"},
          values(0, 1, false, &floats[0]),
          "glUniformMatrix4fv(0, 1, false, [0.5, 1, 2, 3, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0])"},
         {"light",
-         {"glLightfv", "(GLenum light, GLenum pname, GLfloat const* params)"},
+         {"glLightfv", "(GLenum light, GLenum pname, const GLfloat* params)"},
          values(GL_LIGHT1, GL_AMBIENT, &floats[0]),
          "glLightfv(GL_LIGHT1, GL_AMBIENT, [0.5, 1, 2, 3])"},
         {"clear of depth",
-         {"glClearBufferfv", "(GLenum buffer, GLint drawbuffer, GLfloat const* value)"},
+         {"glClearBufferfv", "(GLenum buffer, GLint drawbuffer, const GLfloat* value)"},
          values(GL_DEPTH, 0, &floats[0]),
          "glClearBufferfv(GL_DEPTH, 0, [0.5])"},
         {"parameter that is an enumerant",
@@ -191,13 +191,12 @@ TEST(GlCallText, writes_every_kind_of_argument) {
          "glPushAttrib(GL_TRANSFORM_BIT | GL_VIEWPORT_BIT)"},
         {"unknown enumerant", {"glEnable", "(GLenum cap)"}, values(0xFFFF), "glEnable(0xFFFF)"},
         {"generic attribute",
-         {"glVertexAttrib2fv", "(GLuint index, GLfloat const* v)"},
+         {"glVertexAttrib2fv", "(GLuint index, const GLfloat* v)"},
          values(1, &floats[0]),
          "glVertexAttrib2fv(1, [0.5, 1])"},
     };
-    for (Row const& row : rows) {
+    for (const Row& row : rows)
         EXPECT_EQ(row.signature.text(row.values), row.text) << row.what;
-    }
 }
 
 } // namespace

@@ -35,7 +35,7 @@ public:
     void clear() { texts.clear(); }
 
 private:
-    static void take(char const* line, void* user_data) {
+    static void take(const char* line, void* user_data) {
         const std::string text = line;
         const std::size_t stamp_end = text.find(") ");
         static_cast<LogCapture*>(user_data)->texts.push_back(

@@ -22,7 +22,7 @@ unsigned char* Picture::at(int x, int y) {
     return const_cast<unsigned char*>(std::as_const(*this).at(x, y));
 }
 
-unsigned char const* Picture::at(int x, int y) const {
+const unsigned char* Picture::at(int x, int y) const {
     return &pixels[(static_cast<std::size_t>(y) * static_cast<std::size_t>(width) +
                     static_cast<std::size_t>(x)) *
                    4];
@@ -43,8 +43,8 @@ public:
         for (std::size_t i = 0; i < names.size(); ++i)
             glPixelStorei(names[i], former[i]);
     }
-    PackState(PackState const&) = delete;
-    PackState& operator=(PackState const&) = delete;
+    PackState(const PackState&) = delete;
+    PackState& operator=(const PackState&) = delete;
 
 private:
     static constexpr std::array<GLenum, 4> names = {GL_PACK_ALIGNMENT, GL_PACK_ROW_LENGTH,
@@ -75,13 +75,13 @@ Picture read_frame() {
 
 namespace {
 
-int channel_difference(unsigned char const* a, unsigned char const* b, int channel) {
+int channel_difference(const unsigned char* a, const unsigned char* b, int channel) {
     return std::abs(a[channel] - b[channel]);
 }
 
 } // namespace
 
-PictureDifference difference_of(Picture const& a, Picture const& b) {
+PictureDifference difference_of(const Picture& a, const Picture& b) {
     PictureDifference difference;
     double sum = 0.0;
     std::size_t differing = 0;
@@ -102,7 +102,7 @@ PictureDifference difference_of(Picture const& a, Picture const& b) {
     return difference;
 }
 
-Picture picture_of_difference(Picture const& a, Picture const& b) {
+Picture picture_of_difference(const Picture& a, const Picture& b) {
     Picture picture(a.width, a.height);
     for (int y = 0; y < a.height; ++y)
         for (int x = 0; x < a.width; ++x) {
@@ -122,7 +122,7 @@ Picture picture_of_difference(Picture const& a, Picture const& b) {
 
 namespace {
 
-testing::AssertionResult same_size(Picture const& actual, Picture const& expected) {
+testing::AssertionResult same_size(const Picture& actual, const Picture& expected) {
     if (actual.width == expected.width && actual.height == expected.height)
         return testing::AssertionSuccess();
     return testing::AssertionFailure()
@@ -131,7 +131,7 @@ testing::AssertionResult same_size(Picture const& actual, Picture const& expecte
 }
 
 /// The share of pixels with a channel that is further apart than the limit.
-double share_beyond(Picture const& a, Picture const& b, int limit) {
+double share_beyond(const Picture& a, const Picture& b, int limit) {
     std::size_t beyond = 0;
     for (std::size_t pixel = 0; pixel < a.pixels.size(); pixel += 4)
         for (int channel = 0; channel < 4; ++channel)
@@ -145,8 +145,8 @@ double share_beyond(Picture const& a, Picture const& b, int limit) {
 
 } // namespace
 
-testing::AssertionResult is_near(Picture const& actual, Picture const& expected,
-                                 PictureTolerance const& tolerance) {
+testing::AssertionResult is_near(const Picture& actual, const Picture& expected,
+                                 const PictureTolerance& tolerance) {
     if (const auto size = same_size(actual, expected); !size)
         return size;
     const double beyond = share_beyond(actual, expected, tolerance.largest);
@@ -161,7 +161,7 @@ testing::AssertionResult is_near(Picture const& actual, Picture const& expected,
 
 namespace {
 
-testing::AssertionResult is_equal(Picture const& actual, Picture const& expected) {
+testing::AssertionResult is_equal(const Picture& actual, const Picture& expected) {
     if (const auto size = same_size(actual, expected); !size)
         return size;
     if (actual == expected)
@@ -173,12 +173,12 @@ testing::AssertionResult is_equal(Picture const& actual, Picture const& expected
 }
 
 bool updates_golden() {
-    char const* const wish = std::getenv("ORVEX_UPDATE_GOLDEN");
+    const char* const wish = std::getenv("ORVEX_UPDATE_GOLDEN");
     return wish && std::strcmp(wish, "1") == 0;
 }
 
 /// An unchanged picture keeps its file, so that only what changed shows up as changed.
-testing::AssertionResult update(std::string const& path, Picture const& picture) {
+testing::AssertionResult update(const std::string& path, const Picture& picture) {
     const std::optional<Picture> former = read_picture(path);
     if (former && *former == picture)
         return testing::AssertionSuccess();
@@ -190,9 +190,9 @@ testing::AssertionResult update(std::string const& path, Picture const& picture)
 
 } // namespace
 
-testing::AssertionResult compare_with_golden(std::string const& folder, std::string const& output,
-                                             std::string const& name, Picture const& picture,
-                                             bool exact, PictureTolerance const& tolerance) {
+testing::AssertionResult compare_with_golden(const std::string& folder, const std::string& output,
+                                             const std::string& name, const Picture& picture,
+                                             bool exact, const PictureTolerance& tolerance) {
     const std::string golden_path = folder + "/" + name + ".png";
     if (updates_golden())
         return update(golden_path, picture);
@@ -225,15 +225,15 @@ namespace {
 /// The software renderer draws the same bits at every run and with any number of threads. On
 /// processors without AVX, where it uses vectors of 128 bits, one pixel in ten thousand differs
 /// by 1.
-bool draws_exactly(char const* renderer) {
+bool draws_exactly(const char* renderer) {
     return renderer && std::strstr(renderer, "llvmpipe") && std::strstr(renderer, "256 bits");
 }
 
 } // namespace
 
-testing::AssertionResult matches_golden(std::string const& name, Picture const& picture,
-                                        PictureTolerance const& tolerance) {
-    auto const* const renderer = reinterpret_cast<char const*>(glGetString(GL_RENDERER));
+testing::AssertionResult matches_golden(const std::string& name, const Picture& picture,
+                                        const PictureTolerance& tolerance) {
+    const auto* const renderer = reinterpret_cast<const char*>(glGetString(GL_RENDERER));
     return compare_with_golden(ORVEX_TEST_DATA_DIR "/golden", ORVEX_TEST_OUTPUT_DIR, name, picture,
                                draws_exactly(renderer), tolerance);
 }

@@ -34,8 +34,8 @@ struct Picture {
     Picture(int width, int height);
 
     unsigned char* at(int x, int y);
-    unsigned char const* at(int x, int y) const;
-    bool operator==(Picture const&) const = default;
+    const unsigned char* at(int x, int y) const;
+    bool operator==(const Picture&) const = default;
 };
 
 /// Reads the current frame buffer's pixels from the lower left corner on. Leaves the pack state of
@@ -45,9 +45,9 @@ Picture read_frame(int width, int height);
 Picture read_frame();
 
 /// Writes a PNG file. Folders on the way are made.
-bool write_png(std::string const& path, Picture const& picture);
+bool write_png(const std::string& path, const Picture& picture);
 /// Reads a PNG or JPEG file.
-std::optional<Picture> read_picture(std::string const& path);
+std::optional<Picture> read_picture(const std::string& path);
 
 /// How far two pictures of one size are apart.
 struct PictureDifference {
@@ -55,11 +55,11 @@ struct PictureDifference {
     double share = 0.0; ///< of the pixels that differ at all, 0..1
     double mean = 0.0;  ///< over all channels of all pixels
 };
-PictureDifference difference_of(Picture const& a, Picture const& b);
+PictureDifference difference_of(const Picture& a, const Picture& b);
 
 /// An image of where two pictures of one size differ: black where they don't, and bright from the
 /// smallest difference on.
-Picture picture_of_difference(Picture const& a, Picture const& b);
+Picture picture_of_difference(const Picture& a, const Picture& b);
 
 /// What may differ between two renderers that both do what OpenGL asks: the rounding of a channel,
 /// and which of two triangles an edge's pixel falls to.
@@ -69,20 +69,20 @@ struct PictureTolerance {
 };
 
 /// Whether a picture is near enough to another.
-testing::AssertionResult is_near(Picture const& actual, Picture const& expected,
-                                 PictureTolerance const& tolerance);
+testing::AssertionResult is_near(const Picture& actual, const Picture& expected,
+                                 const PictureTolerance& tolerance);
 
 /// Compares with `folder`/`name`.png: to the last bit if `exact`. Leaves `name`.png and
 /// `name`-difference.png in `output` when they differ, and removes them when they don't.
-testing::AssertionResult compare_with_golden(std::string const& folder, std::string const& output,
-                                             std::string const& name, Picture const& picture,
-                                             bool exact, PictureTolerance const& tolerance = {});
+testing::AssertionResult compare_with_golden(const std::string& folder, const std::string& output,
+                                             const std::string& name, const Picture& picture,
+                                             bool exact, const PictureTolerance& tolerance = {});
 
 /// Compares with tests/golden: to the last bit when the current context is llvmpipe's, which was
 /// measured to draw the same bits at every run with vectors of 256 bits, and within the tolerance
 /// on any other.
-testing::AssertionResult matches_golden(std::string const& name, Picture const& picture,
-                                        PictureTolerance const& tolerance = {});
+testing::AssertionResult matches_golden(const std::string& name, const Picture& picture,
+                                        const PictureTolerance& tolerance = {});
 
 } // namespace orvex_test
 

@@ -29,7 +29,7 @@ void append_number(Bytes& bytes, std::uint32_t number) {
         bytes.push_back(static_cast<unsigned char>(number >> shift));
 }
 
-void append_chunk(Bytes& file, char const* type, Bytes const& data) {
+void append_chunk(Bytes& file, const char* type, const Bytes& data) {
     append_number(file, static_cast<std::uint32_t>(data.size()));
     const std::size_t begin = file.size();
     file.insert(file.end(), type, type + 4);
@@ -38,7 +38,7 @@ void append_chunk(Bytes& file, char const* type, Bytes const& data) {
                             crc32(0, &file[begin], static_cast<uInt>(file.size() - begin))));
 }
 
-Bytes header(Picture const& picture) {
+Bytes header(const Picture& picture) {
     Bytes data;
     append_number(data, static_cast<std::uint32_t>(picture.width));
     append_number(data, static_cast<std::uint32_t>(picture.height));
@@ -48,13 +48,13 @@ Bytes header(Picture const& picture) {
 }
 
 /// Each row as its differences from the row above, which compresses rendered pictures well.
-Bytes filtered_rows(Picture const& picture) {
+Bytes filtered_rows(const Picture& picture) {
     constexpr unsigned char difference_from_above = 2;
     const std::size_t stride = static_cast<std::size_t>(picture.width) * 4;
     Bytes rows;
     for (int y = 0; y < picture.height; ++y) {
         rows.push_back(difference_from_above);
-        unsigned char const* row = picture.at(0, y);
+        const unsigned char* row = picture.at(0, y);
         for (std::size_t i = 0; i < stride; ++i) {
             const int above =
                 y > 0 ? row[static_cast<std::ptrdiff_t>(i) - static_cast<std::ptrdiff_t>(stride)]
@@ -65,7 +65,7 @@ Bytes filtered_rows(Picture const& picture) {
     return rows;
 }
 
-Bytes compressed(Bytes const& data) {
+Bytes compressed(const Bytes& data) {
     uLongf size = compressBound(data.size());
     Bytes result(size);
     compress2(result.data(), &size, data.data(), data.size(), Z_BEST_COMPRESSION);
@@ -73,7 +73,7 @@ Bytes compressed(Bytes const& data) {
     return result;
 }
 
-bool write_file(std::string const& path, Bytes const& bytes) {
+bool write_file(const std::string& path, const Bytes& bytes) {
     std::error_code ignored;
     std::filesystem::create_directories(std::filesystem::path(path).parent_path(), ignored);
     std::FILE* const file = std::fopen(path.c_str(), "wb");
@@ -85,7 +85,7 @@ bool write_file(std::string const& path, Bytes const& bytes) {
 
 } // namespace
 
-bool write_png(std::string const& path, Picture const& picture) {
+bool write_png(const std::string& path, const Picture& picture) {
     Bytes file = {0x89, 'P', 'N', 'G', '\r', '\n', 0x1a, '\n'};
     append_chunk(file, "IHDR", header(picture));
     append_chunk(file, "IDAT", compressed(filtered_rows(picture)));
@@ -93,7 +93,7 @@ bool write_png(std::string const& path, Picture const& picture) {
     return write_file(path, file);
 }
 
-std::optional<Picture> read_picture(std::string const& path) {
+std::optional<Picture> read_picture(const std::string& path) {
     int width = 0, height = 0, channels = 0;
     const std::unique_ptr<stbi_uc, decltype(&stbi_image_free)> pixels(
         stbi_load(path.c_str(), &width, &height, &channels, 4), &stbi_image_free);

@@ -80,7 +80,7 @@ protected:
     void SetUp() override { unsetenv("ORVEX_UPDATE_GOLDEN"); }
     void TearDown() override { unsetenv("ORVEX_UPDATE_GOLDEN"); }
 
-    bool left(char const* name) const { return std::filesystem::exists(output + "/" + name); }
+    bool left(const char* name) const { return std::filesystem::exists(output + "/" + name); }
 };
 
 TEST_F(GoldenPicture, is_equal_to_the_last_bit) {

@@ -41,7 +41,7 @@ public:
     }
     unsigned int get_depth_tex_id_opengl() override { return depth_texture; }
     void clear_error_str() override {}
-    char const* get_error_str() override { return ""; }
+    const char* get_error_str() override { return ""; }
     unsigned long get_error_str_size() override { return 0; }
 
     unsigned int first_color_texture = 0;

@@ -38,7 +38,7 @@ bool runs_on(int log) {
     return read(log, part.data(), part.size()) > 0;
 }
 
-void note_global(void* compositor, wl_registry* registry, std::uint32_t name, char const* interface,
+void note_global(void* compositor, wl_registry* registry, std::uint32_t name, const char* interface,
                  std::uint32_t) {
     if (std::strcmp(interface, "wl_compositor") == 0)
         *static_cast<wl_compositor**>(compositor) = static_cast<wl_compositor*>(

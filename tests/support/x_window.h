@@ -21,8 +21,8 @@ class XWindow {
 public:
     explicit XWindow(int width = 120, int height = 80);
     ~XWindow();
-    XWindow(XWindow const&) = delete;
-    XWindow& operator=(XWindow const&) = delete;
+    XWindow(const XWindow&) = delete;
+    XWindow& operator=(const XWindow&) = delete;
 
     void resize(int width, int height);
     Picture pixels(int width, int height) const { return x_pixels(id, width, height); }

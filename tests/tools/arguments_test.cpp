@@ -17,20 +17,20 @@ public:
         arguments.add_flag("--wide", 'w', "is wide", wide);
         arguments.add_flag("--bare", 0, "has no letter", bare);
         arguments.begin_group("Others");
-        arguments.add_value("--count", 'c', "N", "counts", [this](std::string const& word) {
+        arguments.add_value("--count", 'c', "N", "counts", [this](const std::string& word) {
             const std::optional<int> number = whole_number_in(word, -9, 9);
             count = number.value_or(count);
             return number ? "" : "a digit";
         });
-        arguments.add_value("--name", 'n', "TEXT", "a name", [this](std::string const& word) {
+        arguments.add_value("--name", 'n', "TEXT", "a name", [this](const std::string& word) {
             name = word;
             return "";
         });
     }
 
-    std::string read(std::vector<std::string> const& words) const { return arguments.read(words); }
+    std::string read(const std::vector<std::string>& words) const { return arguments.read(words); }
     void take_operands(std::size_t most) {
-        arguments.set_operand([this, most](std::string const& word) {
+        arguments.set_operand([this, most](const std::string& word) {
             if (operands.size() == most)
                 return "no more";
             operands.push_back(word);
@@ -60,7 +60,7 @@ TEST(Arguments, read_flags_by_name_and_by_letter) {
 }
 
 TEST(Arguments, read_a_value_in_every_form) {
-    for (std::vector<std::string> const& words :
+    for (const std::vector<std::string>& words :
          std::vector<std::vector<std::string>>{{"--count", "7"},
                                                {"--count=7"},
                                                {"-c", "7"},
@@ -108,9 +108,9 @@ TEST(Arguments, hand_over_operands_in_their_order) {
 TEST(Arguments, tell_their_first_mistake) {
     struct Row {
         std::vector<std::string> words;
-        char const* mistake;
+        const char* mistake;
     };
-    for (Row const& row : {
+    for (const Row& row : {
              Row{{"--none"}, "unknown option '--none'; did you mean '--name'?"},
              Row{{"--nothing"}, "unknown option '--nothing'"},
              Row{{"--nothing=1"}, "unknown option '--nothing'"},

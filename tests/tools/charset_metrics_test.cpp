@@ -21,7 +21,7 @@ TEST(CharsetMetrics, are_read_from_the_charset) {
 }
 
 TEST(CharsetMetrics, take_rubbish_as_nothing) {
-    for (char const* text : {"", "<", "<char ", "<char id=\"65\"", "<char id=\"65\">",
+    for (const char* text : {"", "<", "<char ", "<char id=\"65\"", "<char id=\"65\">",
                              "<char id=\"-1\" xadvance=\"4\">", "<char id=\"256\" xadvance=\"4\">",
                              "<char id=\"99999999999999\" xadvance=\"4\">x",
                              "<common lineHeight=\"x\">", "<common lineHeight=>"}) {

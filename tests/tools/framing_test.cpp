@@ -14,7 +14,7 @@ using orvex::vec4;
 
 constexpr Lens wide{400, 300, 1.0f};
 
-void expect_near(vec4 const& actual, vec4 const& expected, char const* what) {
+void expect_near(const vec4& actual, const vec4& expected, const char* what) {
     EXPECT_NEAR(actual.x, expected.x, 1e-5f) << what;
     EXPECT_NEAR(actual.y, expected.y, 1e-5f) << what;
     EXPECT_NEAR(actual.z, expected.z, 1e-5f) << what;
@@ -36,7 +36,7 @@ TEST(Axes, follow_the_axis_that_points_up) {
         UpAxis axis;
         vec4 up;
     };
-    for (Row const& row :
+    for (const Row& row :
          {Row{UpAxis::x, vec4(1, 0, 0, 0)}, Row{UpAxis::y, vec4(0, 1, 0, 0)},
           Row{UpAxis::automatic, vec4(0, 1, 0, 0)}, Row{UpAxis::z, vec4(0, 0, 1, 0)},
           Row{UpAxis::minus_x, vec4(-1, 0, 0, 0)}, Row{UpAxis::minus_y, vec4(0, -1, 0, 0)},
@@ -73,9 +73,9 @@ struct Seen {
     float left = 9, right = -9, low = 9, high = -9, nearest = 9, farthest = -9;
 };
 
-Seen seen_by(orvex::Camera& camera, Extent const& extent) {
+Seen seen_by(orvex::Camera& camera, const Extent& extent) {
     Seen seen;
-    for (vec4 const& point : extent.points) {
+    for (const vec4& point : extent.points) {
         vec4 p = camera.get_projection_matrix() * (camera.get_view_matrix() * point);
         const float x = p.x / p.w, y = p.y / p.w, z = p.z / p.w;
         seen.left = std::min(seen.left, x);
@@ -105,7 +105,7 @@ protected:
         : camera(new orvex::Camera) {}
     ~Framing() override { camera->release(nullptr, nullptr); }
 
-    Seen look(Extent const& extent, Angle const& angle, Lens const& lens, Aim const& aim) {
+    Seen look(const Extent& extent, const Angle& angle, const Lens& lens, const Aim& aim) {
         place(*camera, extent, axes_of(angle), lens, aim);
         return seen_by(*camera, extent);
     }
@@ -114,10 +114,10 @@ protected:
 };
 
 TEST_F(Framing, fills_the_picture_up_to_a_margin_from_every_side) {
-    for (Extent const& extent : {box_of(1, 1, 1), box_of(9, 1, 2), box_of(0.1f, 8, 0.1f)})
+    for (const Extent& extent : {box_of(1, 1, 1), box_of(9, 1, 2), box_of(0.1f, 8, 0.1f)})
         for (float azimuth : {0.0f, 40.0f, 135.0f, 270.0f})
             for (float elevation : {-90.0f, -30.0f, 0.0f, 60.0f, 90.0f})
-                for (Lens const& lens : {wide, Lens{100, 300, 1.0f}}) {
+                for (const Lens& lens : {wide, Lens{100, 300, 1.0f}}) {
                     const Angle angle{azimuth, elevation, UpAxis::y};
                     const Aim aim = tight_aim(extent, axes_of(angle), lens);
                     const Seen seen = look(extent, angle, lens, aim);

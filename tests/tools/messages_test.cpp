@@ -6,7 +6,7 @@ namespace {
 
 constexpr char stamp[] = "2026:11:21@15:08:18(0000000015)";
 
-std::string line_with(char const* marker) {
+std::string line_with(const char* marker) {
     return std::string(stamp) + marker + "text <*> more";
 }
 
@@ -20,7 +20,7 @@ TEST(Messages, show_errors_and_warnings_of_the_log_without_their_stamps) {
 }
 
 TEST(Messages, show_the_whole_log_or_none_of_it) {
-    for (char const* marker : {" <*> ", " <!> ", " < > ", " <o> "}) {
+    for (const char* marker : {" <*> ", " <!> ", " < > ", " <o> "}) {
         EXPECT_EQ(shown_log_line(line_with(marker), Wordiness::verbose), line_with(marker));
         EXPECT_EQ(shown_log_line(line_with(marker), Wordiness::quiet), "");
     }

@@ -6,7 +6,7 @@ namespace {
 
 using Words = std::vector<std::string>;
 
-Options read_well(Words const& words) {
+Options read_well(const Words& words) {
     Options options;
     EXPECT_EQ(read_options(words, options), "");
     return options;
@@ -88,9 +88,9 @@ TEST(Options, of_help_and_version_need_no_model) {
 TEST(Options, tell_what_is_wrong) {
     struct Row {
         Words words;
-        char const* mistake;
+        const char* mistake;
     };
-    for (Row const& row : {
+    for (const Row& row : {
              Row{{}, "no model given"},
              Row{{"--quiet"}, "no model given"},
              Row{{""}, "unexpected argument '': a file is wanted"},
@@ -140,17 +140,17 @@ TEST(Options, tell_what_is_wrong) {
 }
 
 TEST(Options, accept_every_place_of_a_text) {
-    for (char const* place : {"top-left", "top", "top-right", "left", "center-left", "center",
+    for (const char* place : {"top-left", "top", "top-right", "left", "center-left", "center",
                               "center-right", "right", "bottom-left", "bottom", "bottom-right"})
         EXPECT_EQ(read_well({"m", "--text-place", place}).text_place, place);
 }
 
 TEST(Options, accept_every_axis) {
     struct Row {
-        char const* word;
+        const char* word;
         UpAxis up;
     };
-    for (Row const& row : {Row{"auto", UpAxis::automatic}, Row{"x", UpAxis::x}, Row{"y", UpAxis::y},
+    for (const Row& row : {Row{"auto", UpAxis::automatic}, Row{"x", UpAxis::x}, Row{"y", UpAxis::y},
                            Row{"z", UpAxis::z}, Row{"-x", UpAxis::minus_x},
                            Row{"-y", UpAxis::minus_y}, Row{"-z", UpAxis::minus_z}})
         EXPECT_EQ(read_well({"m", "--up", row.word}).up, row.up) << row.word;
@@ -159,9 +159,9 @@ TEST(Options, accept_every_axis) {
 TEST(Options, name_the_picture_after_the_model) {
     struct Row {
         Words words;
-        char const* output;
+        const char* output;
     };
-    for (Row const& row :
+    for (const Row& row :
          {Row{{"m.obj"}, "m.jpg"}, Row{{"a.b/m"}, "m.jpg"}, Row{{"a/m.x.3ds"}, "m.x.jpg"},
           Row{{"/.hidden"}, ".hidden.jpg"}, Row{{"m.obj", "-oa/b.JPEG"}, "a/b.JPEG"}})
         EXPECT_EQ(output_of(read_well(row.words)), row.output);

@@ -22,7 +22,7 @@ std::vector<std::string> option_names() {
 }
 
 /// All long options in a text.
-std::set<std::string> names_in(std::string const& text) {
+std::set<std::string> names_in(const std::string& text) {
     std::set<std::string> names;
     for (std::size_t at = text.find("--"); at != text.npos; at = text.find("--", at + 2)) {
         const std::size_t end = text.find_first_not_of("abcdefghijklmnopqrstuvwxyz-", at);
@@ -37,7 +37,7 @@ constexpr char man_page[] = ORVEX_RENDER_SOURCES "/orvex-render.1";
 constexpr char completion[] = ORVEX_RENDER_SOURCES "/orvex-render.bash";
 
 TEST(OrvexRenderHelp, goes_to_standard_output) {
-    for (char const* option : {"--help", "-h"}) {
+    for (const char* option : {"--help", "-h"}) {
         const Outcome help = run_render("/", {option});
         EXPECT_EQ(help.code, 0);
         EXPECT_EQ(help.out, help_text());
@@ -46,7 +46,7 @@ TEST(OrvexRenderHelp, goes_to_standard_output) {
 }
 
 TEST(OrvexRenderVersion, is_that_of_the_engine) {
-    for (char const* option : {"--version", "-V"}) {
+    for (const char* option : {"--version", "-V"}) {
         const Outcome version = run_render("/", {option});
         EXPECT_EQ(version.code, 0);
         EXPECT_EQ(version.out, "orvex-render " ORVEX_RENDER_VERSION " (Brell)\n");
@@ -68,14 +68,14 @@ TEST(OrvexRenderManPage, tells_of_every_exit_code) {
     const std::string page = content_of(man_page);
     const std::size_t status = page.find(".SH EXIT STATUS");
     ASSERT_NE(status, page.npos);
-    for (char const* code : {".B 0\n", ".B 1\n", ".B 2\n"})
+    for (const char* code : {".B 0\n", ".B 1\n", ".B 2\n"})
         EXPECT_NE(page.find(code, status), page.npos) << code;
 }
 
 /// What bash offers behind some words, in a folder.
-std::string offered(std::string const& folder, std::vector<std::string> const& words) {
+std::string offered(const std::string& folder, const std::vector<std::string>& words) {
     std::string script = std::string("cd '") + folder + "'; . '" + completion + "'; COMP_WORDS=(";
-    for (std::string const& word : words)
+    for (const std::string& word : words)
         script += "'" + word + "' ";
     script += "); COMP_CWORD=" + std::to_string(words.size() - 1) +
               "; _orvex_render; printf \"%s \" \"${COMPREPLY[@]}\"";
@@ -98,9 +98,9 @@ TEST(OrvexRenderCompletion, offers_what_fits) {
     folder.write("e.txt", "");
     struct Row {
         std::vector<std::string> words;
-        char const* offer;
+        const char* offer;
     };
-    for (Row const& row : {
+    for (const Row& row : {
              Row{{"orvex-render", "--ver"}, "--version --verbose "},
              Row{{"orvex-render", "a"}, "a model.obj "},
              Row{{"orvex-render", "b"}, "b.3ds "},
@@ -121,10 +121,10 @@ TEST(OrvexRenderCompletion, offers_what_fits) {
 
 TEST(OrvexRenderCompletion, offers_words_that_the_program_takes) {
     struct Row {
-        char const* option;
-        char const* value;
+        const char* option;
+        const char* value;
     };
-    for (Row const& row :
+    for (const Row& row :
          {Row{"--text-place", ""}, Row{"--background", ""}, Row{"--up", ""}, Row{"--normals", ""},
           Row{"--path", ""}, Row{"--samples", ""}, Row{"--size", ""}}) {
         std::string word;

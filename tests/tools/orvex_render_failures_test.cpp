@@ -17,13 +17,13 @@ using orvex::test::TempDir;
 const std::vector<std::string> without_driver = {"__EGL_VENDOR_LIBRARY_FILENAMES=/none",
                                                  "__EGL_VENDOR_LIBRARY_DIRS=/none"};
 
-bool is_empty(TempDir const& folder) {
+bool is_empty(const TempDir& folder) {
     return std::filesystem::is_empty(folder.path());
 }
 
 TEST(OrvexRender, ends_with_2_when_its_command_line_is_wrong) {
     const TempDir folder;
-    for (std::vector<std::string> const& words :
+    for (const std::vector<std::string>& words :
          std::vector<std::vector<std::string>>{{},
                                                {"--sise", "4x4", sample()},
                                                {"a", "b"},
@@ -46,9 +46,9 @@ TEST(OrvexRender, tells_why_a_model_cant_be_read) {
     const TempDir folder;
     struct Row {
         std::string model;
-        char const* reason;
+        const char* reason;
     };
-    for (Row const& row : {
+    for (const Row& row : {
              Row{models.file("none.obj"), ": No such file or directory"},
              Row{models.path(), ": is a folder"},
              Row{models.write("empty.obj", ""), ": the file is empty"},
@@ -56,7 +56,7 @@ TEST(OrvexRender, tells_why_a_model_cant_be_read) {
              Row{models.write("junk.3ds", std::string("\0\xff\xfe junk", 8)),
                  ": no loader can read it as a model"},
          })
-        for (char const* option : {"--wireframe", "--info"}) {
+        for (const char* option : {"--wireframe", "--info"}) {
             const Outcome outcome = run_render(folder.path(), {"-q", option, row.model});
             EXPECT_EQ(outcome.code, 1) << row.model;
             EXPECT_EQ(outcome.errors, "orvex-render: " + row.model + row.reason + "\n");
@@ -84,7 +84,7 @@ TEST(OrvexRender, tells_that_a_picture_of_a_turn_cant_be_written) {
 
 TEST(OrvexRender, tells_that_there_is_no_context) {
     const TempDir folder;
-    for (std::vector<std::string> const& words :
+    for (const std::vector<std::string>& words :
          std::vector<std::vector<std::string>>{{sample()}, {"--gl"}}) {
         const Outcome outcome = run_render(folder.path(), words, without_driver);
         EXPECT_EQ(outcome.code, 1);
@@ -111,10 +111,10 @@ TEST(OrvexRender, tells_what_is_wrong_with_a_font) {
                  "<font><common lineHeight=\"9\" scaleW=\"8\" scaleH=\"8\"/><pages><page "
                  "id=\"0\" file=\"none.png\"/></pages></font>");
     struct Row {
-        char const* font;
-        char const* reason;
+        const char* font;
+        const char* reason;
     };
-    for (Row const& row :
+    for (const Row& row :
          {Row{"none.xml", "none.xml: No such file or directory"},
           Row{"empty.xml", "empty.xml: the file is empty"},
           Row{"junk.xml", "junk.xml: no BMFont XML with a line height"},
@@ -139,7 +139,7 @@ TEST(OrvexRender, tells_that_a_text_has_too_many_lines) {
 
 TEST(OrvexRender, tells_that_it_cant_print) {
     const TempDir folder;
-    for (char const* words : {"--help", "--version", "--gl"}) {
+    for (const char* words : {"--help", "--version", "--gl"}) {
         const std::string command = std::string("exec '") + ORVEX_RENDER + "' " + words +
                                     " >/dev/full 2>'" + folder.file("errors") + "'";
         EXPECT_NE(std::system(command.c_str()), 0) << words;

@@ -14,7 +14,7 @@ using namespace orvex_test;
 using orvex::test::TempDir;
 
 /// The picture of a run.
-Picture picture_of(std::vector<std::string> words, std::string const& output = "a.jpg") {
+Picture picture_of(std::vector<std::string> words, const std::string& output = "a.jpg") {
     const TempDir folder;
     words.insert(words.end(), {"-o", "a.jpg", "-q"});
     const Outcome outcome = run_render(folder.path(), words);
@@ -26,13 +26,13 @@ Picture picture_of(std::vector<std::string> words, std::string const& output = "
 }
 
 /// Pictures are stored with losses, so that the last bit says nothing.
-void expect_golden(std::string const& name, Picture const& picture) {
+void expect_golden(const std::string& name, const Picture& picture) {
     EXPECT_TRUE(compare_with_golden(ORVEX_TEST_DATA_DIR "/golden", ORVEX_TEST_OUTPUT_DIR, name,
                                     picture, false));
 }
 
 struct Row {
-    char const* golden;
+    const char* golden;
     std::vector<std::string> words;
 };
 
@@ -71,7 +71,7 @@ std::vector<Row> rows() {
 }
 
 INSTANTIATE_TEST_SUITE_P(Of, OrvexRenderPicture, testing::ValuesIn(rows()),
-                         [](testing::TestParamInfo<Row> const& row) {
+                         [](const testing::TestParamInfo<Row>& row) {
                              return std::string(row.param.golden);
                          });
 
@@ -101,7 +101,7 @@ TEST(OrvexRenderBackground, has_its_color) {
 }
 
 /// How many shades lie between a black model and white behind it.
-int shades_at_edges(char const* samples) {
+int shades_at_edges(const char* samples) {
     const TempDir folder;
     folder.write("m.mtl", "newmtl black\nKd 0 0 0\n");
     const std::string model =
@@ -139,7 +139,7 @@ TEST(OrvexRenderTransparency, shows_what_is_behind) {
                               "v -1 -1 1\nv 1 -1 1\nv 1 1 1\nv -1 1 1\n"
                               "usemtl front\nf 5 6 7 8\nusemtl back\nf 1 2 3 4\n");
     const Picture picture = picture_of({model, "-s64x64", "-a0", "-e0", "-b", "black"});
-    unsigned char const* const middle = picture.at(32, 32);
+    const unsigned char* const middle = picture.at(32, 32);
     EXPECT_GT(middle[0], 40);
     EXPECT_GT(middle[2], 40);
 }
@@ -148,7 +148,7 @@ TEST(OrvexRenderTransparency, shows_what_is_behind) {
 TEST(OrvexRenderNormals, of_3ds_files_are_left_alone_when_asked_to) {
     const std::string horse = "/usr/share/glmark2/models/horse.3ds";
     const Picture from_file = picture_of({horse, "-s160x120", "--normals=file"});
-    for (char const* other : {"--normals=smooth", "--normals=flat"})
+    for (const char* other : {"--normals=smooth", "--normals=flat"})
         EXPECT_FALSE(is_near(from_file, picture_of({horse, "-s160x120", other}), {})) << other;
 }
 #endif

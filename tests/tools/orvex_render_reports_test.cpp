@@ -21,7 +21,7 @@ TEST(OrvexRenderInfo, tells_what_a_model_holds) {
     const Outcome outcome = run_render(folder.path(), {"--info", "m.obj"});
     EXPECT_EQ(outcome.code, 0);
     EXPECT_EQ(outcome.errors, "");
-    for (char const* line :
+    for (const char* line :
          {"model: m.obj\n", "\nmeshes: 2\n", "  left: vertices 3, faces 1\n",
           "  right: vertices 6, faces 2\n", "\nvertices: 9\n", "\nfaces: 3\n", "\nmaterials: 2\n",
           "  red: diffuse 1 0 0, ", "opacity 0.5, textures 0\n",
@@ -49,7 +49,7 @@ TEST(OrvexRenderInfo, tells_of_3ds_files) {
 #endif
 
 TEST(OrvexRenderGl, tells_what_the_context_offers) {
-    for (char const* path : {"--path=gl2", "--path=gl3"}) {
+    for (const char* path : {"--path=gl2", "--path=gl3"}) {
         const Outcome outcome = run_render("/", {"--gl", path});
         EXPECT_EQ(outcome.code, 0);
         EXPECT_EQ(outcome.errors, "");
@@ -73,7 +73,7 @@ TEST(OrvexRenderGl, lists_the_extensions_when_verbose) {
 TEST(OrvexRenderMessages, are_as_many_as_asked_for) {
     const TempDir folder;
     const std::vector<std::string> words = {sample(), "-s16x16", "-oa.jpg"};
-    const auto errors_with = [&](char const* option) {
+    const auto errors_with = [&](const char* option) {
         std::vector<std::string> all = words;
         all.push_back(option);
         const Outcome outcome = run_render(folder.path(), all);
@@ -92,7 +92,7 @@ TEST(OrvexRenderMessages, leave_no_log_file) {
     const TempDir folder;
     run_render(folder.path(), {sample(), "-s16x16", "-oa.jpg"});
     int files = 0;
-    for (auto const& entry : std::filesystem::directory_iterator(folder.path())) {
+    for (const auto& entry : std::filesystem::directory_iterator(folder.path())) {
         EXPECT_EQ(entry.path().filename(), "a.jpg");
         ++files;
     }

@@ -28,13 +28,13 @@ std::string read_all(int file) {
 }
 
 /// In the child: becomes the program.
-[[noreturn]] void become(std::string const& folder, std::vector<std::string> const& arguments,
-                         std::vector<std::string> const& environment) {
+[[noreturn]] void become(const std::string& folder, const std::vector<std::string>& arguments,
+                         const std::vector<std::string>& environment) {
     std::vector<char*> words{const_cast<char*>(ORVEX_RENDER)};
-    for (std::string const& argument : arguments)
+    for (const std::string& argument : arguments)
         words.push_back(const_cast<char*>(argument.c_str()));
     words.push_back(nullptr);
-    for (std::string const& setting : environment)
+    for (const std::string& setting : environment)
         putenv(const_cast<char*>(setting.c_str()));
     if (chdir(folder.c_str()) == 0)
         execv(ORVEX_RENDER, words.data());
@@ -63,8 +63,8 @@ Stream open_terminal() {
     return stream;
 }
 
-Outcome run(std::string const& folder, std::vector<std::string> const& arguments,
-            std::vector<std::string> const& environment, Stream const& errors) {
+Outcome run(const std::string& folder, const std::vector<std::string>& arguments,
+            const std::vector<std::string>& environment, const Stream& errors) {
     const Stream out = open_pipe();
     const pid_t child = fork();
     if (child == 0) {
@@ -86,21 +86,21 @@ Outcome run(std::string const& folder, std::vector<std::string> const& arguments
 
 } // namespace
 
-Outcome run_render(std::string const& folder, std::vector<std::string> const& arguments,
-                   std::vector<std::string> const& environment) {
+Outcome run_render(const std::string& folder, const std::vector<std::string>& arguments,
+                   const std::vector<std::string>& environment) {
     return run(folder, arguments, environment, open_pipe());
 }
 
-Outcome run_render_on_terminal(std::string const& folder,
-                               std::vector<std::string> const& arguments) {
+Outcome run_render_on_terminal(const std::string& folder,
+                               const std::vector<std::string>& arguments) {
     return run(folder, arguments, {}, open_terminal());
 }
 
-bool has(std::string const& text, std::string const& part) {
+bool has(const std::string& text, const std::string& part) {
     return text.find(part) != std::string::npos;
 }
 
-bool has_match(std::string const& text, std::string const& expression) {
+bool has_match(const std::string& text, const std::string& expression) {
     regex_t compiled;
     if (regcomp(&compiled, expression.c_str(), REG_EXTENDED | REG_NOSUB) != 0) {
         ADD_FAILURE() << "no expression: " << expression;

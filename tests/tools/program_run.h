@@ -17,16 +17,16 @@ struct Outcome {
 
 /// Runs the program in a folder.
 /// @param environment  settings as "NAME=value" that are added
-Outcome run_render(std::string const& folder, std::vector<std::string> const& arguments,
-                   std::vector<std::string> const& environment = {});
+Outcome run_render(const std::string& folder, const std::vector<std::string>& arguments,
+                   const std::vector<std::string>& environment = {});
 
 /// The same with a terminal of 60 columns as its standard error.
-Outcome run_render_on_terminal(std::string const& folder,
-                               std::vector<std::string> const& arguments);
+Outcome run_render_on_terminal(const std::string& folder,
+                               const std::vector<std::string>& arguments);
 
-bool has(std::string const& text, std::string const& part);
+bool has(const std::string& text, const std::string& part);
 /// Whether a text has a part that an extended POSIX expression tells.
-bool has_match(std::string const& text, std::string const& expression);
+bool has_match(const std::string& text, const std::string& expression);
 
 /// The sample model.
 std::string sample();

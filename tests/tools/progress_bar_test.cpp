@@ -11,9 +11,9 @@ TEST(ProgressLine, tells_what_is_done_and_what_is_left) {
         int done, total;
         double seconds;
         int columns;
-        char const* line;
+        const char* line;
     };
-    for (Row const& row : {
+    for (const Row& row : {
              Row{0, 36, 0.0, 40, "[..............................]   0/36"},
              Row{12, 36, 20.5, 40, "[######.............]  12/36  0:41 left"},
              Row{36, 36, 61.2, 40, "[########################]  36/36  1:01"},

@@ -8,7 +8,7 @@ TEST(Values, read_whole_numbers_whole) {
     EXPECT_EQ(whole_number_in("0", 0, 9), 0);
     EXPECT_EQ(whole_number_in("-7", -9, 9), -7);
     EXPECT_EQ(whole_number_in("9", 0, 9), 9);
-    for (char const* word :
+    for (const char* word :
          {"", " 1", "1 ", "+1", "1.0", "0x1", "one", "10", "-1", "99999999999999999999"})
         EXPECT_FALSE(whole_number_in(word, 0, 9)) << word;
 }
@@ -17,7 +17,7 @@ TEST(Values, read_numbers_whole) {
     EXPECT_EQ(number_in("1.5", 0.0f, 9.0f), 1.5f);
     EXPECT_EQ(number_in("-2", -9.0f, 9.0f), -2.0f);
     EXPECT_EQ(number_in("5e-1", 0.0f, 9.0f), 0.5f);
-    for (char const* word : {"", "nan", "inf", "1e99", "1.5x", "1,5", "-0.1", "9.1"})
+    for (const char* word : {"", "nan", "inf", "1e99", "1.5x", "1,5", "-0.1", "9.1"})
         EXPECT_FALSE(number_in(word, 0.0f, 9.0f)) << word;
 }
 
@@ -26,17 +26,17 @@ TEST(Values, read_sizes) {
     ASSERT_TRUE(size.has_value());
     EXPECT_EQ(size->width, 16384);
     EXPECT_EQ(size->height, 1);
-    for (char const* word : {"", "4", "x", "4x", "x4", "0x4", "4x0", "-4x5", "4x5x6", "16385x5",
+    for (const char* word : {"", "4", "x", "4x", "x4", "0x4", "4x0", "-4x5", "4x5x6", "16385x5",
                              "5x16385", "4X5", "4 x 5"})
         EXPECT_FALSE(size_in(word)) << word;
 }
 
 TEST(Values, read_colors) {
     struct Row {
-        char const* word;
+        const char* word;
         int r, g, b;
     };
-    for (Row const& row :
+    for (const Row& row :
          {Row{"#123456", 0x12, 0x34, 0x56}, Row{"#aBC", 0xaa, 0xbb, 0xcc}, Row{"black", 0, 0, 0},
           Row{"white", 255, 255, 255}, Row{"gray", 128, 128, 128}, Row{"red", 255, 0, 0},
           Row{"green", 0, 128, 0}, Row{"blue", 0, 0, 255}, Row{"yellow", 255, 255, 0},
@@ -47,7 +47,7 @@ TEST(Values, read_colors) {
         EXPECT_EQ(color->g, static_cast<float>(row.g) / 255.0f) << row.word;
         EXPECT_EQ(color->b, static_cast<float>(row.b) / 255.0f) << row.word;
     }
-    for (char const* word : {"", "#", "#12", "#1234", "#12345", "#1234567", "#12345g", "#-12345",
+    for (const char* word : {"", "#", "#12", "#1234", "#12345", "#1234567", "#12345g", "#-12345",
                              "#+12", "123456", "Black", "blackish"})
         EXPECT_FALSE(color_in(word)) << word;
 }

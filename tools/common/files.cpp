@@ -7,12 +7,12 @@
 #include <cstring>
 #include <filesystem>
 
-std::string folder_of(std::string const& path) {
+std::string folder_of(const std::string& path) {
     const std::size_t slash = path.rfind('/');
     return slash == path.npos ? std::string() : path.substr(0, slash + 1);
 }
 
-std::size_t suffix_of(std::string const& path) {
+std::size_t suffix_of(const std::string& path) {
     const std::size_t name = folder_of(path).size();
     const std::size_t dot = path.rfind('.');
     return dot == path.npos || dot <= name ? path.size() : dot;
@@ -28,11 +28,11 @@ std::string in_lower_case(std::string text) {
 
 } // namespace
 
-bool has_suffix(std::string const& path, char const* suffix) {
+bool has_suffix(const std::string& path, const char* suffix) {
     return in_lower_case(path.substr(suffix_of(path))) == suffix;
 }
 
-std::string mistake_in_reading(std::string const& path) {
+std::string mistake_in_reading(const std::string& path) {
     std::error_code error;
     const std::filesystem::file_status status = std::filesystem::status(path, error);
     if (std::filesystem::is_directory(status))
@@ -47,7 +47,7 @@ std::string mistake_in_reading(std::string const& path) {
     return empty ? path + ": the file is empty" : std::string();
 }
 
-std::string mistake_in_writing(std::string const& path) {
+std::string mistake_in_writing(const std::string& path) {
     std::error_code error;
     const bool was_there = std::filesystem::exists(path, error);
     std::FILE* const file = std::fopen(path.c_str(), "ab");

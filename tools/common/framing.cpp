@@ -13,16 +13,16 @@ namespace {
 constexpr float opening_degrees = 35.0f;
 constexpr float degree = 0.017453292f;
 
-float dot(vec4 const& a, vec4 const& b) {
+float dot(const vec4& a, const vec4& b) {
     return a.x * b.x + a.y * b.y + a.z * b.z;
 }
 
-vec4 difference(vec4 const& a, vec4 const& b) {
+vec4 difference(const vec4& a, const vec4& b) {
     return vec4(a.x - b.x, a.y - b.y, a.z - b.z, 0.0f);
 }
 
 /// A direction of a model whose Y axis points up, in one that is turned another way.
-vec4 turned_up(vec4 const& v, UpAxis up) {
+vec4 turned_up(const vec4& v, UpAxis up) {
     switch (up) {
     case UpAxis::x:
         return vec4(v.y, -v.x, v.z, 0.0f);
@@ -43,24 +43,24 @@ vec4 turned_up(vec4 const& v, UpAxis up) {
 
 } // namespace
 
-UpAxis standing_axis(Extent const& extent) {
+UpAxis standing_axis(const Extent& extent) {
     const auto on_lowest_hundredth = [&extent](float vec4::*axis, float sign) {
         float low = std::numeric_limits<float>::max();
         float high = std::numeric_limits<float>::lowest();
-        for (vec4 const& point : extent.points) {
+        for (const vec4& point : extent.points) {
             low = std::min(low, sign * (point.*axis));
             high = std::max(high, sign * (point.*axis));
         }
         const float ground = low + (high - low) * 0.01f;
         return std::count_if(extent.points.begin(), extent.points.end(),
-                             [=](vec4 const& point) { return sign * (point.*axis) <= ground; });
+                             [=](const vec4& point) { return sign * (point.*axis) <= ground; });
     };
     const bool is_clear =
         on_lowest_hundredth(&vec4::z, -1.0f) > 2 * on_lowest_hundredth(&vec4::y, 1.0f);
     return is_clear ? UpAxis::minus_z : UpAxis::y;
 }
 
-Axes axes_of(Angle const& angle) {
+Axes axes_of(const Angle& angle) {
     const float around = angle.azimuth * degree;
     const float above = angle.elevation * degree;
     const vec4 right(std::cos(around), 0.0f, -std::sin(around), 0.0f);
@@ -74,12 +74,12 @@ Axes axes_of(Angle const& angle) {
 namespace {
 
 /// A direction of the world as the camera sees it.
-vec4 seen_from(Axes const& axes, vec4 const& direction) {
+vec4 seen_from(const Axes& axes, const vec4& direction) {
     return vec4(dot(direction, axes.right), dot(direction, axes.up), dot(direction, axes.toward),
                 0.0f);
 }
 
-float aspect_of(Lens const& lens) {
+float aspect_of(const Lens& lens) {
     return static_cast<float>(lens.width) / static_cast<float>(lens.height);
 }
 
@@ -111,11 +111,11 @@ struct Reaches {
     Reach upward;
 };
 
-Reaches reaches_of(Extent const& extent, Axes const& axes, Lens const& lens) {
+Reaches reaches_of(const Extent& extent, const Axes& axes, const Lens& lens) {
     constexpr float used = 0.95f; // of the picture
     const float tangent = std::tan(half_opening(1.0f)) * used;
     Reaches reaches{{tangent * aspect_of(lens)}, {tangent}};
-    for (vec4 const& point : extent.points) {
+    for (const vec4& point : extent.points) {
         const vec4 seen = seen_from(axes, difference(point, extent.middle));
         reaches.across.add(seen.x, seen.z);
         reaches.upward.add(seen.y, seen.z);
@@ -130,7 +130,7 @@ float at_least_a_bit(float distance) {
 
 } // namespace
 
-Aim tight_aim(Extent const& extent, Axes const& axes, Lens const& lens) {
+Aim tight_aim(const Extent& extent, const Axes& axes, const Lens& lens) {
     if (extent.points.empty())
         return {};
     const auto [across, upward] = reaches_of(extent, axes, lens);
@@ -138,14 +138,14 @@ Aim tight_aim(Extent const& extent, Axes const& axes, Lens const& lens) {
             at_least_a_bit(std::max(across.tight_distance(), upward.tight_distance()))};
 }
 
-Aim middle_aim(Extent const& extent, Axes const& axes, Lens const& lens) {
+Aim middle_aim(const Extent& extent, const Axes& axes, const Lens& lens) {
     if (extent.points.empty())
         return {};
     const auto [across, upward] = reaches_of(extent, axes, lens);
     return {0.0f, 0.0f, at_least_a_bit(std::max(across.distance(), upward.distance()))};
 }
 
-Aim turning_aim(Extent const& extent, Angle const& first, Lens const& lens, int views) {
+Aim turning_aim(const Extent& extent, const Angle& first, const Lens& lens, int views) {
     Aim all{0.0f, 0.0f, 0.0f};
     for (int view = 0; view < views; ++view) {
         Angle angle = first;
@@ -157,17 +157,17 @@ Aim turning_aim(Extent const& extent, Angle const& first, Lens const& lens, int 
 
 namespace {
 
-vec4 moved(vec4 const& point, vec4 const& axis, float way) {
+vec4 moved(const vec4& point, const vec4& axis, float way) {
     return vec4(point.x + axis.x * way, point.y + axis.y * way, point.z + axis.z * way, 1.0f);
 }
 
 } // namespace
 
-void place(Camera& camera, Extent const& extent, Axes const& axes, Lens const& lens,
-           Aim const& aim) {
+void place(Camera& camera, const Extent& extent, const Axes& axes, const Lens& lens,
+           const Aim& aim) {
     float nearest = std::numeric_limits<float>::lowest();
     float farthest = std::numeric_limits<float>::max();
-    for (vec4 const& point : extent.points) {
+    for (const vec4& point : extent.points) {
         const float depth = seen_from(axes, difference(point, extent.middle)).z;
         nearest = std::max(nearest, depth);
         farthest = std::min(farthest, depth);
@@ -184,7 +184,7 @@ void place(Camera& camera, Extent const& extent, Axes const& axes, Lens const& l
     camera.set_view_params(moved(target, axes.toward, aim.distance), target, axes.up, true);
 }
 
-void see_all(Camera& camera, Extent const& extent, Angle const& angle, Lens const& lens) {
+void see_all(Camera& camera, const Extent& extent, const Angle& angle, const Lens& lens) {
     const Axes axes = axes_of(angle);
     place(camera, extent, axes, lens, tight_aim(extent, axes, lens));
 }

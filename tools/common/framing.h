@@ -22,7 +22,7 @@ struct Extent {
 /// The way up of a model from a 3DS file: y, to which the file's z axis is turned, or -z, where
 /// many exporters leave the y axis of what they write. Models stand on their ground with many
 /// vertices: y, unless more than twice as many lie lowest the other way.
-UpAxis standing_axis(Extent const& extent);
+UpAxis standing_axis(const Extent& extent);
 
 /// From where: a little from the right and from above, if nobody wants another.
 struct Angle {
@@ -44,7 +44,7 @@ struct Axes {
     orvex::vec4 up;
     orvex::vec4 toward; ///< from the model to the eye
 };
-Axes axes_of(Angle const& angle);
+Axes axes_of(const Angle& angle);
 
 /// Where the camera looks, and from how far.
 struct Aim {
@@ -54,16 +54,16 @@ struct Aim {
 };
 
 /// The nearest aim by which all is seen through a lens of zoom 1, with a little room around.
-Aim tight_aim(Extent const& extent, Axes const& axes, Lens const& lens);
+Aim tight_aim(const Extent& extent, const Axes& axes, const Lens& lens);
 
 /// The nearest aim at the middle itself by which all is seen.
-Aim middle_aim(Extent const& extent, Axes const& axes, Lens const& lens);
+Aim middle_aim(const Extent& extent, const Axes& axes, const Lens& lens);
 
 /// The nearest aim at the middle by which all is seen throughout a turn, of as many views.
-Aim turning_aim(Extent const& extent, Angle const& first, Lens const& lens, int views);
+Aim turning_aim(const Extent& extent, const Angle& first, const Lens& lens, int views);
 
 /// Places the camera.
-void place(orvex::Camera& camera, Extent const& extent, Axes const& axes, Lens const& lens,
-           Aim const& aim);
+void place(orvex::Camera& camera, const Extent& extent, const Axes& axes, const Lens& lens,
+           const Aim& aim);
 /// Places the camera as near as all can be seen from.
-void see_all(orvex::Camera& camera, Extent const& extent, Angle const& angle, Lens const& lens);
+void see_all(orvex::Camera& camera, const Extent& extent, const Angle& angle, const Lens& lens);

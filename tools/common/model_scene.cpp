@@ -20,7 +20,7 @@
 
 using namespace orvex;
 
-std::unique_ptr<ModelScene> ModelScene::load(std::string const& path, Renderer* renderer) {
+std::unique_ptr<ModelScene> ModelScene::load(const std::string& path, Renderer* renderer) {
     // The loaders put the folder right before each name, with nothing between them.
     const std::string folder = folder_of(path);
     Model* const model =
@@ -80,7 +80,7 @@ namespace {
 /// A box that grows around points.
 class Box {
 public:
-    void add(vec4 const& point) {
+    void add(const vec4& point) {
         low.set(std::min(low.x, point.x), std::min(low.y, point.y), std::min(low.z, point.z), 1);
         high.set(std::max(high.x, point.x), std::max(high.y, point.y), std::max(high.z, point.z),
                  1);
@@ -95,7 +95,7 @@ private:
     vec4 high{-largest, -largest, -largest, 1.0f};
 };
 
-bool is_finite(vec4 const& v) {
+bool is_finite(const vec4& v) {
     return std::isfinite(v.x) && std::isfinite(v.y) && std::isfinite(v.z);
 }
 
@@ -146,7 +146,7 @@ unsigned long ModelScene::num_faces() const {
     return sum;
 }
 
-Texture* ModelScene::texture_from(std::string const& path) {
+Texture* ModelScene::texture_from(const std::string& path) {
     const auto [known, is_new] = texture_by_path.emplace(path, textures.size());
     if (!is_new)
         return textures[known->second].texture;
@@ -160,10 +160,10 @@ Texture* ModelScene::texture_from(std::string const& path) {
     return texture;
 }
 
-void ModelScene::load_textures(std::string const& folder) {
+void ModelScene::load_textures(const std::string& folder) {
     for (Material* material : all_materials()) {
         for (unsigned long i = 0; i < material->async_loading_get_num_texture_filenames(); ++i) {
-            char const* const name = material->async_loading_get_texture_filename(i);
+            const char* const name = material->async_loading_get_texture_filename(i);
             if (Texture* const texture = texture_from(folder + name))
                 material->add_texture(texture);
         }
@@ -209,8 +209,8 @@ void ModelScene::use_program(GpuProgram* new_program, bool gl3, Normals normals)
     for (Material* material : all_materials())
         material->set_gpu_program(program);
     // A default material of a 3DS file is known to its mesh alone.
-    for (std::vector<Run> const* runs : {&opaque, &blended})
-        for (Run const& run : *runs)
+    for (const std::vector<Run>* runs : {&opaque, &blended})
+        for (const Run& run : *runs)
             if (run.material)
                 run.material->set_gpu_program(program);
     if (normals == Normals::smooth || (normals == Normals::by_file && is_3ds))
@@ -218,24 +218,24 @@ void ModelScene::use_program(GpuProgram* new_program, bool gl3, Normals normals)
     program->set_uniform_1f(nullptr, "faceted", is_faceted(normals) ? 1.0f : 0.0f);
 }
 
-void ModelScene::draw(Angle const& lit_from) {
+void ModelScene::draw(const Angle& lit_from) {
     set_lights(axes_of({lit_from.azimuth, 0.0f, lit_from.up}));
     renderer->set_blend_state(false);
     renderer->set_depth_buffer_writing_state(true);
-    for (Run const& run : opaque)
+    for (const Run& run : opaque)
         draw_run(run);
     if (blended.empty())
         return;
     renderer->set_blend_factors(BLEND_FACTOR_SRC_ALPHA, BLEND_FACTOR_ONE_MINUS_SRC_ALPHA);
     renderer->set_blend_state(true);
     renderer->set_depth_buffer_writing_state(false);
-    for (Run const& run : blended)
+    for (const Run& run : blended)
         draw_run(run);
     renderer->set_blend_state(false);
     renderer->set_depth_buffer_writing_state(true);
 }
 
-void ModelScene::draw_run(Run const& run) {
+void ModelScene::draw_run(const Run& run) {
     set_colors(run.material);
     if (run.material)
         run.material->bind(renderer);
@@ -256,14 +256,14 @@ void ModelScene::draw_run(Run const& run) {
         program->unbind(renderer);
 }
 
-void ModelScene::set_lights(Axes const& axes) {
+void ModelScene::set_lights(const Axes& axes) {
     struct Light {
-        char const* name;
+        const char* name;
         float right, up, toward;
     };
     constexpr Light lights[] = {
         {"to_sun", -0.79f, 0.62f, 0.75f}, {"to_fill", 0.81f, 0.08f, 0.59f}, {"to_sky", 0, 1, 0}};
-    for (Light const& light : lights) {
+    for (const Light& light : lights) {
         const vec4 to = axes.right * light.right + axes.up * light.up + axes.toward * light.toward;
         program->set_uniform_4f(nullptr, light.name, to.x, to.y, to.z, 0.0f);
     }

@@ -38,12 +38,12 @@ public:
     /// @param path      the file; its materials and textures are looked for beside it
     /// @param renderer  outlives the scene; null serves for telling of it
     /// @return null if no loader reads it
-    static std::unique_ptr<ModelScene> load(std::string const& path, orvex::Renderer* renderer);
+    static std::unique_ptr<ModelScene> load(const std::string& path, orvex::Renderer* renderer);
     /// Releases the model with everything on the GPU, and what it left with the managers: there is
     /// one scene at a time.
     ~ModelScene();
-    ModelScene(ModelScene const&) = delete;
-    ModelScene& operator=(ModelScene const&) = delete;
+    ModelScene(const ModelScene&) = delete;
+    ModelScene& operator=(const ModelScene&) = delete;
 
     /// Puts the meshes and materials on a drawing path, and gives them the program that
     /// `model_shader` tells for it.
@@ -51,16 +51,16 @@ public:
     /// Draws through the camera that is bound: what is opaque first, the rest blended. The lights
     /// turn with the azimuth and the up axis of an angle: that of the camera has every side lit
     /// alike.
-    void draw(Angle const& lit_from = {});
+    void draw(const Angle& lit_from = {});
 
     /// The way up of the model as its file leaves it.
     UpAxis up_axis() const { return up; }
     /// Turns the model so that y is its way up.
     void stand_up();
-    Extent const& extent() const { return bounds; }
+    const Extent& extent() const { return bounds; }
     /// Every texture file that was looked for, in the order of the materials, each once.
-    std::vector<TextureFile> const& texture_files() const { return textures; }
-    std::vector<orvex::Mesh*> const& all_meshes() const { return meshes; }
+    const std::vector<TextureFile>& texture_files() const { return textures; }
+    const std::vector<orvex::Mesh*>& all_meshes() const { return meshes; }
     std::vector<orvex::Material*> all_materials() const;
     unsigned long num_vertices() const;
     unsigned long num_faces() const;
@@ -90,12 +90,12 @@ private:
     void gather(orvex::Node* node);
     void add_runs(orvex::Mesh* mesh);
     void measure();
-    void load_textures(std::string const& folder);
-    orvex::Texture* texture_from(std::string const& path);
+    void load_textures(const std::string& folder);
+    orvex::Texture* texture_from(const std::string& path);
     void smooth_normals();
     bool is_angular() const;
     bool is_faceted(Normals normals) const;
-    void draw_run(Run const& run);
-    void set_lights(Axes const& axes);
+    void draw_run(const Run& run);
+    void set_lights(const Axes& axes);
     void set_colors(orvex::Material* material);
 };

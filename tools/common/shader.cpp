@@ -2,7 +2,7 @@
 
 namespace {
 
-char const* const gl3_vertex_head = R"(
+const char* const gl3_vertex_head = R"(
 #version 150
 #define OUT out
 in vec4 orvex_Position;
@@ -15,7 +15,7 @@ in vec4 orvex_TexCoord0;
 #define TEXCOORD orvex_TexCoord0.xy
 )";
 
-char const* const gl2_vertex_head = R"(
+const char* const gl2_vertex_head = R"(
 #version 120
 #define OUT varying
 #define POSITION vec4(gl_Vertex.xyz, 1.0)
@@ -24,7 +24,7 @@ char const* const gl2_vertex_head = R"(
 #define TEXCOORD gl_MultiTexCoord0.xy
 )";
 
-char const* const gl3_pixel_head = R"(
+const char* const gl3_pixel_head = R"(
 #version 150
 #define IN in
 #define SAMPLE texture
@@ -32,14 +32,14 @@ char const* const gl3_pixel_head = R"(
 out vec4 color;
 )";
 
-char const* const gl2_pixel_head = R"(
+const char* const gl2_pixel_head = R"(
 #version 120
 #define IN varying
 #define SAMPLE texture2D
 #define COLOR gl_FragColor
 )";
 
-char const* const model_vertex = R"(
+const char* const model_vertex = R"(
 uniform mat4 orvex_ModelViewMatrix;
 uniform mat4 orvex_ModelViewProjectionMatrix;
 OUT vec3 eye_position;
@@ -56,7 +56,7 @@ void main()
 }
 )";
 
-char const* const model_pixel = R"(
+const char* const model_pixel = R"(
 uniform mat4 orvex_ViewMatrix;
 uniform vec4 to_sun;          // directions of the world
 uniform vec4 to_fill;
@@ -103,7 +103,7 @@ void main()
 }
 )";
 
-char const* const text_vertex = R"(
+const char* const text_vertex = R"(
 uniform mat4 orvex_ModelViewProjectionMatrix;
 OUT vec4 ink;
 OUT vec2 uv;
@@ -116,7 +116,7 @@ void main()
 }
 )";
 
-char const* const text_pixel = R"(
+const char* const text_pixel = R"(
 uniform sampler2D sheet;
 IN vec4 ink;
 IN vec2 uv;
@@ -130,7 +130,7 @@ void main()
 } // namespace
 
 // A stage begins right after its marker, and the version must be its first line but for blanks.
-std::string program_text(bool gl3, char const* vertex, char const* pixel) {
+std::string program_text(bool gl3, const char* vertex, const char* pixel) {
     return std::string("[Vertex_Shader]") + (gl3 ? gl3_vertex_head : gl2_vertex_head) + vertex +
            "[Pixel_Shader]" + (gl3 ? gl3_pixel_head : gl2_pixel_head) + pixel;
 }

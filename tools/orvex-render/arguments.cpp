@@ -15,7 +15,7 @@ void Arguments::add(Rule rule) {
 }
 
 void Arguments::add_flag(std::string name, char letter, std::string help, bool& target) {
-    Taker take = [&target](std::string const&) {
+    Taker take = [&target](const std::string&) {
         target = true;
         return std::string();
     };
@@ -31,17 +31,17 @@ void Arguments::set_operand(Taker take) {
     operand = std::move(take);
 }
 
-Arguments::Rule const* Arguments::find(std::string const& name) const {
-    for (Group const& group : groups)
-        for (Rule const& rule : group.rules)
+const Arguments::Rule* Arguments::find(const std::string& name) const {
+    for (const Group& group : groups)
+        for (const Rule& rule : group.rules)
             if (rule.name == name)
                 return &rule;
     return nullptr;
 }
 
-Arguments::Rule const* Arguments::find(char letter) const {
-    for (Group const& group : groups)
-        for (Rule const& rule : group.rules)
+const Arguments::Rule* Arguments::find(char letter) const {
+    for (const Group& group : groups)
+        for (const Rule& rule : group.rules)
             if (rule.letter != 0 && rule.letter == letter)
                 return &rule;
     return nullptr;
@@ -50,7 +50,7 @@ Arguments::Rule const* Arguments::find(char letter) const {
 namespace {
 
 /// How many letters have to be put in, taken out or changed to make one word of the other.
-std::size_t edits_between(std::string const& a, std::string const& b) {
+std::size_t edits_between(const std::string& a, const std::string& b) {
     std::vector<std::size_t> row(b.size() + 1);
     std::iota(row.begin(), row.end(), std::size_t{0});
     for (std::size_t i = 1; i <= a.size(); ++i) {
@@ -67,10 +67,10 @@ std::size_t edits_between(std::string const& a, std::string const& b) {
 } // namespace
 
 /// The known name that differs in at most two letters; empty if there is none.
-std::string Arguments::nearest_name(std::string const& name) const {
+std::string Arguments::nearest_name(const std::string& name) const {
     std::string nearest;
     std::size_t fewest = 3;
-    for (std::string const& known : names()) {
+    for (const std::string& known : names()) {
         const std::size_t edits = edits_between(name, known);
         if (edits < fewest) {
             fewest = edits;
@@ -83,14 +83,14 @@ std::string Arguments::nearest_name(std::string const& name) const {
 /// One walk over the words.
 class Arguments::Reader {
 public:
-    Reader(Arguments const& arguments, std::vector<std::string> const& words)
+    Reader(const Arguments& arguments, const std::vector<std::string>& words)
         : arguments(arguments)
         , words(words) {}
 
     std::string read() {
         bool only_operands = false;
         for (; at < words.size() && mistake.empty(); ++at) {
-            std::string const& word = words[at];
+            const std::string& word = words[at];
             if (only_operands || word.size() < 2 || word[0] != '-')
                 take_operand(word);
             else if (word == "--")
@@ -104,21 +104,21 @@ public:
     }
 
 private:
-    Arguments const& arguments;
-    std::vector<std::string> const& words;
+    const Arguments& arguments;
+    const std::vector<std::string>& words;
     std::size_t at = 0;
     std::string mistake;
 
-    void take_operand(std::string const& word) {
+    void take_operand(const std::string& word) {
         const std::string wanted = arguments.operand ? arguments.operand(word) : "no operand";
         if (!wanted.empty())
             mistake = "unexpected argument '" + word + "': " + wanted + " is wanted";
     }
 
-    void take_long(std::string const& word) {
+    void take_long(const std::string& word) {
         const std::size_t sign = word.find('=');
         const std::string name = word.substr(0, sign);
-        Rule const* const rule = arguments.find(name);
+        const Rule* const rule = arguments.find(name);
         if (!rule)
             refuse(name, arguments.nearest_name(name));
         else if (rule->value.empty() && sign != word.npos)
@@ -130,10 +130,10 @@ private:
     }
 
     /// Letters without a value, and at the end one with a value, which may follow in the word.
-    void take_letters(std::string const& word) {
+    void take_letters(const std::string& word) {
         for (std::size_t i = 1; i < word.size() && mistake.empty(); ++i) {
             const std::string name = {'-', word[i]};
-            Rule const* const rule = arguments.find(word[i]);
+            const Rule* const rule = arguments.find(word[i]);
             if (!rule) {
                 refuse(name, "");
             } else if (!rule->value.empty() && i + 1 < word.size()) {
@@ -145,13 +145,13 @@ private:
         }
     }
 
-    void refuse(std::string const& name, std::string const& nearest) {
+    void refuse(const std::string& name, const std::string& nearest) {
         mistake = "unknown option '" + name + "'";
         if (!nearest.empty())
             mistake += "; did you mean '" + nearest + "'?";
     }
 
-    void take_with_next(Rule const& rule, std::string const& name) {
+    void take_with_next(const Rule& rule, const std::string& name) {
         if (rule.value.empty())
             take(rule, name, "");
         else if (at + 1 < words.size())
@@ -160,14 +160,14 @@ private:
             mistake = name + " needs a value, " + rule.value;
     }
 
-    void take(Rule const& rule, std::string const& name, std::string const& value) {
+    void take(const Rule& rule, const std::string& name, const std::string& value) {
         const std::string wanted = rule.take(value);
         if (!wanted.empty())
             mistake = name + " can't be '" + value + "': " + wanted + " is wanted";
     }
 };
 
-std::string Arguments::read(std::vector<std::string> const& words) const {
+std::string Arguments::read(const std::vector<std::string>& words) const {
     return Reader(*this, words).read();
 }
 
@@ -177,7 +177,7 @@ constexpr std::size_t help_column = 26;
 constexpr std::size_t help_width = 80;
 
 /// Breaks a text into lines that begin at the help's column.
-std::string broken(std::string const& text) {
+std::string broken(const std::string& text) {
     std::string result;
     std::size_t column = help_column;
     std::size_t at = 0;
@@ -201,9 +201,9 @@ std::string broken(std::string const& text) {
 
 std::string Arguments::help() const {
     std::string text;
-    for (Group const& group : groups) {
+    for (const Group& group : groups) {
         text += (text.empty() ? "" : "\n") + group.title + ":\n";
-        for (Rule const& rule : group.rules) {
+        for (const Rule& rule : group.rules) {
             std::string head = rule.letter ? std::string("  -") + rule.letter + ", " : "      ";
             head += rule.name + (rule.value.empty() ? "" : " " + rule.value);
             if (head.size() + 2 > help_column)
@@ -218,8 +218,8 @@ std::string Arguments::help() const {
 
 std::vector<std::string> Arguments::names() const {
     std::vector<std::string> result;
-    for (Group const& group : groups)
-        for (Rule const& rule : group.rules)
+    for (const Group& group : groups)
+        for (const Rule& rule : group.rules)
             result.push_back(rule.name);
     return result;
 }

@@ -20,7 +20,7 @@
 class Arguments {
 public:
     /// Takes a value. @return what is wanted instead, as "a whole number"; empty if it is good
-    using Taker = std::function<std::string(std::string const& value)>;
+    using Taker = std::function<std::string(const std::string& value)>;
 
     /// Begins a group of the help, which a line of text heads.
     void begin_group(std::string title);
@@ -35,7 +35,7 @@ public:
 
     /// Reads the words up to the first mistake.
     /// @return that mistake as a sentence without a stop; empty if there is none
-    std::string read(std::vector<std::string> const& words) const;
+    std::string read(const std::vector<std::string>& words) const;
     /// The options with their explanations, group by group, at most 80 characters wide.
     std::string help() const;
     /// The long names, in their order.
@@ -59,7 +59,7 @@ private:
     Taker operand;
 
     void add(Rule rule);
-    Rule const* find(std::string const& name) const;
-    Rule const* find(char letter) const;
-    std::string nearest_name(std::string const& name) const;
+    const Rule* find(const std::string& name) const;
+    const Rule* find(char letter) const;
+    std::string nearest_name(const std::string& name) const;
 };

@@ -4,7 +4,7 @@
 /// The font in `font/`, as part of the program.
 
 /// Its charset, in BMFont XML.
-extern char const builtin_charset[];
+extern const char builtin_charset[];
 /// Its sheet, a PNG file.
-extern unsigned char const builtin_sheet[];
-extern unsigned long const builtin_sheet_size;
+extern const unsigned char builtin_sheet[];
+extern const unsigned long builtin_sheet_size;

@@ -2,7 +2,7 @@
 
 #include <charconv>
 
-int CharsetMetrics::width_of(std::string const& line) const {
+int CharsetMetrics::width_of(const std::string& line) const {
     int width = 0;
     for (unsigned char c : line)
         width += advances[c];
@@ -12,7 +12,7 @@ int CharsetMetrics::width_of(std::string const& line) const {
 namespace {
 
 /// The number of an attribute, 0 without one.
-int number_of(std::string const& element, char const* name) {
+int number_of(const std::string& element, const char* name) {
     const std::string head = std::string(" ") + name + "=\"";
     const std::size_t at = element.find(head);
     int value = 0;
@@ -22,7 +22,7 @@ int number_of(std::string const& element, char const* name) {
 }
 
 /// The next element of a name from a place on, without its end; the place moves behind it.
-std::string next_element(std::string const& text, char const* name, std::size_t& at) {
+std::string next_element(const std::string& text, const char* name, std::size_t& at) {
     const std::size_t begin = text.find(std::string("<") + name + " ", at);
     const std::size_t end = begin == text.npos ? text.npos : text.find('>', begin);
     at = end;
@@ -31,7 +31,7 @@ std::string next_element(std::string const& text, char const* name, std::size_t&
 
 } // namespace
 
-CharsetMetrics metrics_of(std::string const& charset) {
+CharsetMetrics metrics_of(const std::string& charset) {
     CharsetMetrics metrics;
     std::size_t at = 0;
     metrics.line_height = number_of(next_element(charset, "common", at), "lineHeight");

@@ -10,8 +10,8 @@ struct CharsetMetrics {
     std::array<int, 256> advances{};
 
     /// The length of a line of text.
-    int width_of(std::string const& line) const;
+    int width_of(const std::string& line) const;
 };
 
 /// Reads BMFont XML. What isn't there counts as 0.
-CharsetMetrics metrics_of(std::string const& charset);
+CharsetMetrics metrics_of(const std::string& charset);

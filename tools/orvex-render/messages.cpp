@@ -6,7 +6,7 @@ namespace {
 
 Wordiness wanted = Wordiness::normal;
 
-void write_line(std::string const& line) {
+void write_line(const std::string& line) {
     std::fprintf(stderr, "%s\n", line.c_str());
 }
 
@@ -20,30 +20,30 @@ Wordiness get_wordiness() {
     return wanted;
 }
 
-void tell_error(std::string const& message) {
+void tell_error(const std::string& message) {
     write_line("orvex-render: " + message);
 }
 
-void tell_warning(std::string const& message) {
+void tell_warning(const std::string& message) {
     if (wanted != Wordiness::quiet)
         write_line("orvex-render: warning: " + message);
 }
 
-void tell(std::string const& message) {
+void tell(const std::string& message) {
     if (wanted != Wordiness::quiet)
         write_line(message);
 }
 
-std::string shown_log_line(std::string const& line, Wordiness wordiness) {
+std::string shown_log_line(const std::string& line, Wordiness wordiness) {
     if (wordiness == Wordiness::quiet)
         return "";
     if (wordiness == Wordiness::verbose)
         return line;
     struct Level {
-        char const* marker;
-        char const* word;
+        const char* marker;
+        const char* word;
     };
-    for (Level const& level : {Level{" <*> ", "error: "}, Level{" <!> ", "warning: "}}) {
+    for (const Level& level : {Level{" <*> ", "error: "}, Level{" <!> ", "warning: "}}) {
         const std::size_t found = line.find(level.marker);
         if (found != line.npos)
             return std::string("orvex-render: ") + level.word + line.substr(found + 5);
@@ -51,7 +51,7 @@ std::string shown_log_line(std::string const& line, Wordiness wordiness) {
     return "";
 }
 
-void take_log_line(char const* line, void*) {
+void take_log_line(const char* line, void*) {
     const std::string shown = shown_log_line(line, wanted);
     if (!shown.empty())
         write_line(shown);

@@ -14,13 +14,13 @@ void set_wordiness(Wordiness wordiness);
 Wordiness get_wordiness();
 
 /// "orvex-render: message", always.
-void tell_error(std::string const& message);
+void tell_error(const std::string& message);
 /// "orvex-render: warning: message", unless quiet.
-void tell_warning(std::string const& message);
+void tell_warning(const std::string& message);
 /// The message alone, unless quiet.
-void tell(std::string const& message);
+void tell(const std::string& message);
 
 /// The engine's log line as it is shown, without its stamp unless everything is; empty if it isn't.
-std::string shown_log_line(std::string const& line, Wordiness wordiness);
+std::string shown_log_line(const std::string& line, Wordiness wordiness);
 /// Receives the engine's log.
-void take_log_line(char const* line, void* unused);
+void take_log_line(const char* line, void* unused);

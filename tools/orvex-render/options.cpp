@@ -12,7 +12,7 @@ namespace {
 /// Stores what a reader of values gives, or says what is wanted.
 template<class Value, class Read>
 Arguments::Taker take(Value& target, std::string wanted, Read read) {
-    return [&target, wanted, read](std::string const& word) {
+    return [&target, wanted, read](const std::string& word) {
         const auto value = read(word);
         if (!value)
             return wanted;
@@ -24,12 +24,12 @@ Arguments::Taker take(Value& target, std::string wanted, Read read) {
 Arguments::Taker take_whole_number(int& target, int least, int most) {
     return take(target,
                 "a whole number from " + std::to_string(least) + " to " + std::to_string(most),
-                [=](std::string const& word) { return whole_number_in(word, least, most); });
+                [=](const std::string& word) { return whole_number_in(word, least, most); });
 }
 
 Arguments::Taker take_number(float& target, float least, float most, std::string wanted) {
     return take(target, std::move(wanted),
-                [=](std::string const& word) { return number_in(word, least, most); });
+                [=](const std::string& word) { return number_in(word, least, most); });
 }
 
 Arguments::Taker take_color(Color& target) {
@@ -37,7 +37,7 @@ Arguments::Taker take_color(Color& target) {
 }
 
 Arguments::Taker take_text(std::string& target, std::string wanted) {
-    return take(target, std::move(wanted), [](std::string const& word) {
+    return take(target, std::move(wanted), [](const std::string& word) {
         return word.empty() ? std::nullopt : std::optional(word);
     });
 }
@@ -45,17 +45,17 @@ Arguments::Taker take_text(std::string& target, std::string wanted) {
 /// One word of a few, each with the value that it stands for.
 template<class Value, std::size_t count>
 Arguments::Taker take_word(Value& target, std::string wanted,
-                           std::array<std::pair<char const*, Value>, count> words) {
+                           std::array<std::pair<const char*, Value>, count> words) {
     return take(target, std::move(wanted),
-                [words](std::string const& word) -> std::optional<Value> {
-                    for (auto const& [name, value] : words)
+                [words](const std::string& word) -> std::optional<Value> {
+                    for (const auto& [name, value] : words)
                         if (word == name)
                             return value;
                     return std::nullopt;
                 });
 }
 
-std::string take_output(std::string const& word, std::string& output) {
+std::string take_output(const std::string& word, std::string& output) {
     if (!has_suffix(word, ".jpg") && !has_suffix(word, ".jpeg"))
         return "a name that ends in .jpg or .jpeg, as JPEG is what is written,";
     output = word;
@@ -66,7 +66,7 @@ void add_picture_rules(Arguments& rules, Options& options) {
     rules.begin_group("The picture");
     rules.add_value("--output", 'o', "FILE",
                     "where the picture goes, as JPEG (MODEL's name with .jpg, in this folder)",
-                    [&](std::string const& word) { return take_output(word, options.output); });
+                    [&](const std::string& word) { return take_output(word, options.output); });
     rules.add_value("--size", 's', "WxH", "its size in pixels (1280x960)",
                     take(options.size, "WxH in pixels, each from 1 to 16384,", size_in));
     rules.add_value("--background", 'b', "COLOR",
@@ -122,7 +122,7 @@ void add_text_rules(Arguments& rules, Options& options) {
                     take_text(options.text, "a text"));
     rules.add_value("--text-place", 0, "PLACE",
                     "top, center or bottom, and with -left or -right; left, right (bottom-left)",
-                    [&](std::string const& word) {
+                    [&](const std::string& word) {
                         if (!text_place_of(word))
                             return std::string("a place such as top or bottom-left");
                         options.text_place = word;
@@ -157,7 +157,7 @@ Arguments rules_for(Options& options) {
     add_camera_rules(rules, options);
     add_text_rules(rules, options);
     add_other_rules(rules, options);
-    rules.set_operand([&](std::string const& word) -> std::string {
+    rules.set_operand([&](const std::string& word) -> std::string {
         if (word.empty())
             return "a file";
         if (!options.model.empty())
@@ -171,7 +171,7 @@ Arguments rules_for(Options& options) {
 namespace {
 
 /// What doesn't go together.
-std::string mistake_of(Options const& options) {
+std::string mistake_of(const Options& options) {
     if (options.quiet && options.verbose)
         return "--quiet and --verbose exclude each other";
     if (options.info && options.gl)
@@ -187,7 +187,7 @@ std::string mistake_of(Options const& options) {
 
 } // namespace
 
-std::string read_options(std::vector<std::string> const& words, Options& options) {
+std::string read_options(const std::vector<std::string>& words, Options& options) {
     const std::string mistake = rules_for(options).read(words);
     if (!mistake.empty() || options.help || options.version)
         return mistake;
@@ -206,7 +206,7 @@ std::string help_text() {
            "the command line is wrong.\n";
 }
 
-std::string output_of(Options const& options) {
+std::string output_of(const Options& options) {
     if (!options.output.empty())
         return options.output;
     const std::size_t slash = options.model.rfind('/');
@@ -215,7 +215,7 @@ std::string output_of(Options const& options) {
     return name.substr(0, suffix_of(name)) + ".jpg";
 }
 
-std::vector<std::string> outputs_of(Options const& options) {
+std::vector<std::string> outputs_of(const Options& options) {
     const std::string output = output_of(options);
     if (options.turntable == 0)
         return {output};

@@ -42,13 +42,13 @@ Arguments rules_for(Options& options);
 
 /// Reads the command line. Looks at no file.
 /// @return what is wrong with it; empty if nothing is
-std::string read_options(std::vector<std::string> const& words, Options& options);
+std::string read_options(const std::vector<std::string>& words, Options& options);
 
 /// What `--help` prints.
 std::string help_text();
 
 /// The picture's file: as asked for, or the model's name.
-std::string output_of(Options const& options);
+std::string output_of(const Options& options);
 /// The files of all pictures: of a turntable each with its number, counted from 1, before its
 /// suffix, with as many digits as the last one needs and at least three.
-std::vector<std::string> outputs_of(Options const& options);
+std::vector<std::string> outputs_of(const Options& options);

@@ -25,23 +25,23 @@ using namespace orvex;
 
 namespace {
 
-ExitCode fail(std::string const& message) {
+ExitCode fail(const std::string& message) {
     tell_error(message);
     return EXIT_FAILED;
 }
 
 /// Prints to standard output, all of it or a mistake.
-ExitCode print(std::string const& text) {
+ExitCode print(const std::string& text) {
     if (std::fputs(text.c_str(), stdout) < 0 || std::fflush(stdout) != 0)
         return fail("can't write to standard output");
     return EXIT_FINE;
 }
 
-std::string unreadable(std::string const& path) {
+std::string unreadable(const std::string& path) {
     return path + ": no loader can read it as a model";
 }
 
-ExitCode tell_of_model(Options const& options) {
+ExitCode tell_of_model(const Options& options) {
     const std::string mistake = mistake_in_reading(options.model);
     if (!mistake.empty())
         return fail(mistake);
@@ -50,7 +50,7 @@ ExitCode tell_of_model(Options const& options) {
     return scene ? print(report_of_model(options.model, *scene)) : fail(unreadable(options.model));
 }
 
-ExitCode tell_of_context(Options const& options) {
+ExitCode tell_of_context(const Options& options) {
     const Engine engine;
     Stage stage;
     const std::string mistake = stage.open(16, 16, options.gl3);
@@ -62,12 +62,12 @@ ExitCode tell_of_context(Options const& options) {
 /// Draws the pictures of one model.
 class Painter {
 public:
-    explicit Painter(Options const& options)
+    explicit Painter(const Options& options)
         : options(options)
         , camera(new Camera) {}
     ~Painter() { camera->release(nullptr, nullptr); }
-    Painter(Painter const&) = delete;
-    Painter& operator=(Painter const&) = delete;
+    Painter(const Painter&) = delete;
+    Painter& operator=(const Painter&) = delete;
 
     /// Everything up to the first picture. @return what went wrong; empty if nothing did
     std::string prepare();
@@ -75,7 +75,7 @@ public:
     std::string paint();
 
 private:
-    Options const& options;
+    const Options& options;
     Stage stage;
     Camera* camera;
     std::unique_ptr<ModelScene> scene;
@@ -87,7 +87,7 @@ private:
     Angle angle_of(int picture) const;
     Lens lens() const;
     Aim aim() const;
-    void draw(Angle const& angle, Aim const& aim);
+    void draw(const Angle& angle, const Aim& aim);
     std::string draw_text();
 };
 
@@ -113,7 +113,7 @@ std::string Painter::prepare_scene() {
     scene = ModelScene::load(options.model, stage.renderer);
     if (!scene)
         return unreadable(options.model);
-    for (TextureFile const& file : scene->texture_files())
+    for (const TextureFile& file : scene->texture_files())
         if (!file.texture)
             tell_warning("texture " + file.path + " is missing or can't be read");
     up = options.up == UpAxis::automatic ? scene->up_axis() : options.up;
@@ -154,14 +154,14 @@ Aim Painter::aim() const {
     return one;
 }
 
-void Painter::draw(Angle const& angle, Aim const& aim) {
+void Painter::draw(const Angle& angle, const Aim& aim) {
     place(*camera, scene->extent(), axes_of(angle), lens(), aim);
     stage.renderer->rasterizer_set_polygon_mode(
         POLYGON_FACE_FRONT_AND_BACK, options.wireframe ? POLYGON_MODE_LINE : POLYGON_MODE_FILL);
     stage.begin_picture();
     // A core context has no fixed matrices to load.
     camera->bind(stage.renderer, true, true, true, true, !options.gl3);
-    Color const& behind = options.background;
+    const Color& behind = options.background;
     stage.renderer->clear_color_depth_buffers(behind.r, behind.g, behind.b, 1.0f, 1.0f);
     scene->draw(angle);
     stage.resolve();
@@ -193,21 +193,21 @@ std::string Painter::paint() {
     return "";
 }
 
-std::string written(std::vector<std::string> const& outputs) {
+std::string written(const std::vector<std::string>& outputs) {
     return outputs.size() == 1 ? "wrote " + outputs.front()
                                : "wrote " + std::to_string(outputs.size()) + " pictures, " +
                                      outputs.front() + " to " + outputs.back();
 }
 
-ExitCode draw_model(Options const& options) {
+ExitCode draw_model(const Options& options) {
     const std::vector<std::string> outputs = outputs_of(options);
-    for (std::string const& mistake :
+    for (const std::string& mistake :
          {mistake_in_reading(options.model), mistake_in_writing(outputs.front())})
         if (!mistake.empty())
             return fail(mistake);
     const Engine engine;
     Painter painter(options);
-    for (auto const step : {&Painter::prepare, &Painter::paint})
+    for (const auto step : {&Painter::prepare, &Painter::paint})
         if (const std::string mistake = (painter.*step)(); !mistake.empty())
             return fail(mistake);
     tell(written(outputs));
@@ -221,7 +221,7 @@ std::string version_text() {
 
 } // namespace
 
-ExitCode run_program(std::vector<std::string> const& words) {
+ExitCode run_program(const std::vector<std::string>& words) {
     Options options;
     const std::string mistake = read_options(words, options);
     if (!mistake.empty()) {

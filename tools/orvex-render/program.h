@@ -11,4 +11,4 @@ enum ExitCode : int {
 };
 
 /// The whole program, for the words behind its name.
-ExitCode run_program(std::vector<std::string> const& words);
+ExitCode run_program(const std::vector<std::string>& words);

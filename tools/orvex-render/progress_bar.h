@@ -16,8 +16,8 @@ public:
     /// @param wanted  false draws nothing there either
     ProgressBar(std::FILE* stream, int total, bool wanted);
     ~ProgressBar();
-    ProgressBar(ProgressBar const&) = delete;
-    ProgressBar& operator=(ProgressBar const&) = delete;
+    ProgressBar(const ProgressBar&) = delete;
+    ProgressBar& operator=(const ProgressBar&) = delete;
 
     /// Shows how many steps are done.
     void show(int done) const;

@@ -16,7 +16,7 @@ using namespace orvex;
 namespace {
 
 /// The text that printf would print.
-__attribute__((format(printf, 1, 2))) std::string text_of(char const* format, ...) {
+__attribute__((format(printf, 1, 2))) std::string text_of(const char* format, ...) {
     va_list arguments;
     va_start(arguments, format);
     va_list again;
@@ -30,13 +30,13 @@ __attribute__((format(printf, 1, 2))) std::string text_of(char const* format, ..
     return text;
 }
 
-char const* text_or_nothing(char const* text) {
+const char* text_or_nothing(const char* text) {
     return text ? text : "";
 }
 
-unsigned long num_missing(std::vector<TextureFile> const& files) {
+unsigned long num_missing(const std::vector<TextureFile>& files) {
     unsigned long count = 0;
-    for (TextureFile const& file : files)
+    for (const TextureFile& file : files)
         count += file.texture ? 0 : 1;
     return count;
 }
@@ -52,15 +52,15 @@ std::string report_of_material(Material& material) {
                    material.get_num_textures());
 }
 
-std::string report_of_textures(std::vector<TextureFile> const& files) {
+std::string report_of_textures(const std::vector<TextureFile>& files) {
     const unsigned long missing = num_missing(files);
     std::string text = text_of("textures found: %lu\n", files.size() - missing);
-    for (TextureFile const& file : files)
+    for (const TextureFile& file : files)
         if (file.texture)
             text += text_of("  %s: %lux%lu\n", file.path.c_str(), file.texture->get_width(),
                             file.texture->get_height());
     text += text_of("textures missing: %lu\n", missing);
-    for (TextureFile const& file : files)
+    for (const TextureFile& file : files)
         if (!file.texture)
             text += "  " + file.path + "\n";
     return text;
@@ -68,7 +68,7 @@ std::string report_of_textures(std::vector<TextureFile> const& files) {
 
 } // namespace
 
-std::string report_of_model(std::string const& path, ModelScene const& scene) {
+std::string report_of_model(const std::string& path, const ModelScene& scene) {
     std::string text = "model: " + path + "\n";
     text += text_of("meshes: %zu\n", scene.all_meshes().size());
     for (Mesh* mesh : scene.all_meshes())
@@ -96,10 +96,10 @@ std::string report_of_extensions(RenderWindow* window, bool with_names) {
 
 std::string report_of_context(Renderer* renderer, RenderWindow* window, bool with_extensions) {
     std::string text;
-    const auto add_text = [&text](char const* name, char const* value) {
+    const auto add_text = [&text](const char* name, const char* value) {
         text += text_of("%s: %s\n", name, text_or_nothing(value));
     };
-    const auto add_number = [&text](char const* name, int value) {
+    const auto add_number = [&text](const char* name, int value) {
         text += text_of("%s: %d\n", name, value);
     };
     add_text("device", renderer->get_renderer_model());

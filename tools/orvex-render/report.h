@@ -9,7 +9,7 @@ class RenderWindow;
 class ModelScene;
 
 /// What a model holds, line by line: its meshes, materials and textures.
-std::string report_of_model(std::string const& path, ModelScene const& scene);
+std::string report_of_model(const std::string& path, const ModelScene& scene);
 
 /// What the running context offers, line by line.
 /// @param with_extensions  lists their names, instead of counting them

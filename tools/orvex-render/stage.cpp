@@ -51,7 +51,7 @@ Stage::~Stage() {
     renderer->kill_all_render_windows();
 }
 
-GpuProgram* Stage::compile(std::string const& text, char const* name, std::string& mistake) {
+GpuProgram* Stage::compile(const std::string& text, const char* name, std::string& mistake) {
     GpuProgram* const program = GpuProgramMgr::get()->create_gpu_program_from_memory(
         renderer, text.c_str(), text.size(), name);
     if (program->is_valid() && program->bind(renderer)) {

@@ -14,8 +14,8 @@ class Engine {
 public:
     Engine();
     ~Engine();
-    Engine(Engine const&) = delete;
-    Engine& operator=(Engine const&) = delete;
+    Engine(const Engine&) = delete;
+    Engine& operator=(const Engine&) = delete;
 };
 
 /// A drawable off screen with its renderer, on one of the drawing paths. The engine has to be
@@ -24,14 +24,14 @@ class Stage {
 public:
     Stage() = default;
     ~Stage();
-    Stage(Stage const&) = delete;
-    Stage& operator=(Stage const&) = delete;
+    Stage(const Stage&) = delete;
+    Stage& operator=(const Stage&) = delete;
 
     /// Makes the context and starts the renderer. @return what went wrong; empty if nothing did
     std::string open(int width, int height, bool gl3);
     /// Compiles a program, which belongs to the stage.
     /// @return null, with the reason in `mistake`, if it doesn't compile
-    orvex::GpuProgram* compile(std::string const& text, char const* name, std::string& mistake);
+    orvex::GpuProgram* compile(const std::string& text, const char* name, std::string& mistake);
 
     /// Directs drawing to a target of so many samples a pixel, as far as there are that many; with
     /// less than 2 to the drawable itself.

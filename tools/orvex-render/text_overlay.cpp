@@ -30,7 +30,7 @@ TextOverlay::~TextOverlay() {
     font->kill(renderer, nullptr);
 }
 
-std::string TextOverlay::load(std::string const& path) {
+std::string TextOverlay::load(const std::string& path) {
     return path.empty() ? load_builtin() : load_file(path);
 }
 
@@ -42,7 +42,7 @@ std::string TextOverlay::load_builtin() {
     return loaded ? "" : "the built-in font doesn't load";
 }
 
-std::string TextOverlay::load_file(std::string const& path) {
+std::string TextOverlay::load_file(const std::string& path) {
     const std::string mistake = mistake_in_reading(path);
     if (!mistake.empty())
         return mistake;
@@ -57,7 +57,7 @@ std::string TextOverlay::load_file(std::string const& path) {
     return "";
 }
 
-std::vector<std::string> lines_of(std::string const& text) {
+std::vector<std::string> lines_of(const std::string& text) {
     std::vector<std::string> lines(1);
     for (std::size_t i = 0; i < text.size(); ++i) {
         const bool is_escape = text[i] == '\\' && i + 1 < text.size() && text[i + 1] == 'n';
@@ -70,7 +70,7 @@ std::vector<std::string> lines_of(std::string const& text) {
     return lines;
 }
 
-bool TextOverlay::draw(std::string const& text, Setting const& setting) {
+bool TextOverlay::draw(const std::string& text, const Setting& setting) {
     font->bm_draw_reset();
     const float shift = std::max(1.0f, static_cast<float>(setting.line_height) / 16.0f);
     const bool fits = queue(text, setting, shift, {0.0f, 0.0f, 0.0f}, 0.6f) &&
@@ -79,8 +79,8 @@ bool TextOverlay::draw(std::string const& text, Setting const& setting) {
     return fits;
 }
 
-bool TextOverlay::queue(std::string const& text, Setting const& setting, float shift,
-                        Color const& color, float opacity) {
+bool TextOverlay::queue(const std::string& text, const Setting& setting, float shift,
+                        const Color& color, float opacity) {
     const float line_height = static_cast<float>(setting.line_height);
     const float scale = line_height / static_cast<float>(metrics.line_height);
     const float margin = line_height / 2;
@@ -89,7 +89,7 @@ bool TextOverlay::queue(std::string const& text, Setting const& setting, float s
         static_cast<float>(setting.height) - 2 * margin - line_height * float(lines.size());
     float top = margin + room * setting.place.down + shift;
     font->bm_set_scale(scale);
-    for (std::string const& line : lines) {
+    for (const std::string& line : lines) {
         const float length = static_cast<float>(metrics.width_of(line)) * scale;
         const float free = static_cast<float>(setting.width) - 2 * margin - length;
         const float left = margin + free * setting.place.across + shift;
@@ -101,7 +101,7 @@ bool TextOverlay::queue(std::string const& text, Setting const& setting, float s
     return true;
 }
 
-void TextOverlay::draw_queue(Setting const& setting) {
+void TextOverlay::draw_queue(const Setting& setting) {
     const float width = static_cast<float>(setting.width);
     const float height = static_cast<float>(setting.height);
     camera->set_viewport(0, 0, setting.width, setting.height);

@@ -20,12 +20,12 @@ public:
     /// @param program  draws glyphs; see `text_shader`
     TextOverlay(orvex::Renderer* renderer, orvex::GpuProgram* program, bool gl3);
     ~TextOverlay();
-    TextOverlay(TextOverlay const&) = delete;
-    TextOverlay& operator=(TextOverlay const&) = delete;
+    TextOverlay(const TextOverlay&) = delete;
+    TextOverlay& operator=(const TextOverlay&) = delete;
 
     /// Loads a font: a charset's file, or the built-in one for an empty name.
     /// @return what went wrong; empty if nothing did
-    std::string load(std::string const& path);
+    std::string load(const std::string& path);
 
     /// How a text is set on the picture.
     struct Setting {
@@ -36,7 +36,7 @@ public:
         int height;
     };
     /// Draws lines of text, each set off by a shadow. @return false when there are too many
-    bool draw(std::string const& text, Setting const& setting);
+    bool draw(const std::string& text, const Setting& setting);
 
 private:
     orvex::Renderer* renderer;
@@ -47,11 +47,11 @@ private:
     bool gl3;
 
     std::string load_builtin();
-    std::string load_file(std::string const& path);
-    bool queue(std::string const& text, Setting const& setting, float shift, Color const& color,
+    std::string load_file(const std::string& path);
+    bool queue(const std::string& text, const Setting& setting, float shift, const Color& color,
                float opacity);
-    void draw_queue(Setting const& setting);
+    void draw_queue(const Setting& setting);
 };
 
 /// The lines of a text: "\n" as it is written on a command line, and line feeds, end one.
-std::vector<std::string> lines_of(std::string const& text);
+std::vector<std::string> lines_of(const std::string& text);

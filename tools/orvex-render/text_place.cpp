@@ -3,7 +3,7 @@
 namespace {
 
 struct NamedPlace {
-    char const* name;
+    const char* name;
     TextPlace place;
 };
 
@@ -16,8 +16,8 @@ constexpr NamedPlace places[] = {
 
 } // namespace
 
-std::optional<TextPlace> text_place_of(std::string const& name) {
-    for (NamedPlace const& known : places)
+std::optional<TextPlace> text_place_of(const std::string& name) {
+    for (const NamedPlace& known : places)
         if (name == known.name)
             return known.place;
     return std::nullopt;

@@ -12,4 +12,4 @@ struct TextPlace {
 
 /// The place with a name: "top", "center" and "bottom", each alone or with "-left" or "-right"
 /// behind it, "left" and "right". Nothing for other names.
-std::optional<TextPlace> text_place_of(std::string const& name);
+std::optional<TextPlace> text_place_of(const std::string& name);

@@ -6,9 +6,9 @@
 namespace {
 
 template<class Number>
-std::optional<Number> read_whole(std::string const& word, Number least, Number most) {
+std::optional<Number> read_whole(const std::string& word, Number least, Number most) {
     Number value{};
-    char const* const end = word.data() + word.size();
+    const char* const end = word.data() + word.size();
     const auto [stop, error] = std::from_chars(word.data(), end, value);
     if (error != std::errc() || stop != end || !(value >= least && value <= most))
         return std::nullopt;
@@ -17,15 +17,15 @@ std::optional<Number> read_whole(std::string const& word, Number least, Number m
 
 } // namespace
 
-std::optional<int> whole_number_in(std::string const& word, int least, int most) {
+std::optional<int> whole_number_in(const std::string& word, int least, int most) {
     return read_whole(word, least, most);
 }
 
-std::optional<float> number_in(std::string const& word, float least, float most) {
+std::optional<float> number_in(const std::string& word, float least, float most) {
     return read_whole(word, least, most);
 }
 
-std::optional<Size> size_in(std::string const& word) {
+std::optional<Size> size_in(const std::string& word) {
     constexpr int largest = 16384;
     const std::size_t sign = word.find('x');
     if (sign == word.npos)
@@ -40,7 +40,7 @@ std::optional<Size> size_in(std::string const& word) {
 namespace {
 
 struct NamedColor {
-    char const* name;
+    const char* name;
     unsigned rgb;
 };
 
@@ -57,9 +57,9 @@ Color color_of(unsigned rgb) {
     return {part(16), part(8), part(0)};
 }
 
-std::optional<unsigned> hexadecimal_in(std::string const& digits) {
+std::optional<unsigned> hexadecimal_in(const std::string& digits) {
     unsigned value = 0;
-    char const* const end = digits.data() + digits.size();
+    const char* const end = digits.data() + digits.size();
     const auto [stop, error] = std::from_chars(digits.data(), end, value, 16);
     if (error != std::errc() || stop != end)
         return std::nullopt;
@@ -68,8 +68,8 @@ std::optional<unsigned> hexadecimal_in(std::string const& digits) {
 
 } // namespace
 
-std::optional<Color> color_in(std::string const& word) {
-    for (NamedColor const& known : named_colors)
+std::optional<Color> color_in(const std::string& word) {
+    for (const NamedColor& known : named_colors)
         if (word == known.name)
             return color_of(known.rgb);
     if (word.empty() || word[0] != '#')

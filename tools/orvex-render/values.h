@@ -20,11 +20,11 @@ struct Color {
 };
 
 /// A decimal number from `least` to `most`.
-std::optional<int> whole_number_in(std::string const& word, int least, int most);
+std::optional<int> whole_number_in(const std::string& word, int least, int most);
 /// A decimal number from `least` to `most`, with a fraction and an exponent or without.
-std::optional<float> number_in(std::string const& word, float least, float most);
+std::optional<float> number_in(const std::string& word, float least, float most);
 /// "800x600": pixels, each from 1 to 16384.
-std::optional<Size> size_in(std::string const& word);
+std::optional<Size> size_in(const std::string& word);
 /// "#rgb" and "#rrggbb" in hexadecimal digits, or a name: black, white, gray, red, green, blue,
 /// yellow, cyan, magenta, orange.
-std::optional<Color> color_in(std::string const& word);
+std::optional<Color> color_in(const std::string& word);

@@ -31,7 +31,7 @@ sockaddr_in loopback(int port) {
 }
 
 /// One message over a connection of its own, until the server ends it.
-void send_message(int port, char const* text, std::size_t size) {
+void send_message(int port, const char* text, std::size_t size) {
     const int fd = ::socket(AF_INET, SOCK_STREAM, 0);
     sockaddr_in address = loopback(port);
     if (::connect(fd, reinterpret_cast<sockaddr*>(&address), sizeof address) != 0 ||
@@ -61,7 +61,7 @@ unsigned short free_port() {
 }
 
 /// What the callback does with a message, in both servers.
-void obey(unsigned char const* text, std::atomic<long>& sum) {
+void obey(const unsigned char* text, std::atomic<long>& sum) {
     sum.fetch_add(text[0], std::memory_order_relaxed);
 }
 

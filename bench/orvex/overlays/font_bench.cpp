@@ -49,9 +49,8 @@ std::string charset() {
 class Stage {
 public:
     Stage() {
-        for (int i = 0; i < glyphs_per_line; ++i) {
+        for (int i = 0; i < glyphs_per_line; ++i)
             line += static_cast<char>(32 + i * 7 % 95);
-        }
         sheet->add_ref();
         FontAccess::state(*font).bm_texture.set(sheet);
         if (!font->bm_load_charset_from_memory(charset().c_str())) {
@@ -65,9 +64,8 @@ public:
 
     void queue() {
         font->bm_draw_reset();
-        for (int i = 0; i < num_lines; ++i) {
+        for (int i = 0; i < num_lines; ++i)
             font->bm_draw_text_2d(0, 29 * i, 1.0f, 0.5f, 0.0f, 1.0f, line.c_str());
-        }
     }
 
     void update() {
@@ -84,7 +82,7 @@ private:
     std::string line;
 };
 
-void fill_plainly(Vertex* vertices, vec4 const& color) {
+void fill_plainly(Vertex* vertices, const vec4& color) {
     float x = 0.0f;
     for (unsigned long i = 0; i < num_vertices; ++i) {
         vertices[i].position.set(x, 2.0f, 0.0f, 1.0f);
@@ -94,8 +92,8 @@ void fill_plainly(Vertex* vertices, vec4 const& color) {
     }
 }
 
-double seconds(auto const& work) {
-    auto const start = std::chrono::steady_clock::now();
+double seconds(const auto& work) {
+    const auto start = std::chrono::steady_clock::now();
     work();
     benchmark::ClobberMemory();
     return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
@@ -103,12 +101,12 @@ double seconds(auto const& work) {
 
 void fill(benchmark::State& state) {
     Stage stage;
-    auto const plain = std::make_unique<Vertex[]>(num_vertices);
-    vec4 const color(1.0f, 0.5f, 0.0f, 1.0f);
+    const auto plain = std::make_unique<Vertex[]>(num_vertices);
+    const vec4 color(1.0f, 0.5f, 0.0f, 1.0f);
     double engine_time = 0.0;
     double plain_time = 0.0;
     for (auto step : state) {
-        double const engine = seconds([&] { stage.update(); });
+        const double engine = seconds([&] { stage.update(); });
         plain_time += seconds([&] { fill_plainly(plain.get(), color); });
         engine_time += engine;
         state.SetIterationTime(engine);

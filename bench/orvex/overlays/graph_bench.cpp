@@ -49,7 +49,7 @@ using namespace orvex;
 
 constexpr unsigned long num_points = 1000;
 
-constexpr char const* program_text = R"([Vertex_Shader]
+constexpr const char* program_text = R"([Vertex_Shader]
 #version 150
 in vec4 orvex_Position;
 uniform mat4 orvex_ModelViewProjectionMatrix;
@@ -103,7 +103,7 @@ public:
 
 template<class Frame>
 void count_frames(benchmark::State& state, Frame frame) {
-    long const before = allocations;
+    const long before = allocations;
     for (auto _ : state)
         frame();
     state.counters["allocations"] = benchmark::Counter(static_cast<double>(allocations - before),

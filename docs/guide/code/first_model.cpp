@@ -8,7 +8,7 @@ using namespace orvex;
 
 namespace {
 
-char const* const vertex = R"([Vertex_Shader]
+const char* const vertex = R"([Vertex_Shader]
 #version 150
 in vec4 orvex_Position;
 in vec4 orvex_Normal;
@@ -23,7 +23,7 @@ void main() {
     gl_Position = orvex_ModelViewProjectionMatrix * vec4(orvex_Position.xyz, 1.0);
 }
 )";
-char const* const pixel = R"([Pixel_Shader]
+const char* const pixel = R"([Pixel_Shader]
 #version 150
 uniform vec4 diffuse;
 uniform float textured;
@@ -39,7 +39,7 @@ void main() {
 )";
 
 /// Each material gets its pictures, and a program that knows its colour.
-void dress(Renderer* renderer, Material* material, char const* folder) {
+void dress(Renderer* renderer, Material* material, const char* folder) {
     material->async_loading_process_all_texture_filenames(renderer, folder, PF_NONE, false);
     const std::string text = std::string(vertex) + pixel;
     GpuProgram* program = GpuProgramMgr::get()->create_gpu_program_from_memory(

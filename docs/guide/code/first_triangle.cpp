@@ -5,7 +5,7 @@
 
 #include <orvex/orvex.h>
 
-char const* const shader = R"([Vertex_Shader]
+const char* const shader = R"([Vertex_Shader]
 #version 150
 in vec4 orvex_Position;
 in vec4 orvex_Color;

@@ -6,7 +6,7 @@ using namespace orvex;
 
 namespace {
 
-char const* const bands = R"([Vertex_Shader]
+const char* const bands = R"([Vertex_Shader]
 #version 150
 in vec4 orvex_Position;
 in vec4 orvex_Normal;
@@ -31,7 +31,7 @@ void main() {
 )";
 
 /// A program that says why, if it can't be used.
-GpuProgram* make_program(Renderer* renderer, char const* text, char const* name) {
+GpuProgram* make_program(Renderer* renderer, const char* text, const char* name) {
     GpuProgram* program = GpuProgramMgr::get()->create_gpu_program_from_memory(
         renderer, text, std::strlen(text), name);
     if (!program->is_valid())

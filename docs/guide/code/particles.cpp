@@ -6,7 +6,7 @@ using namespace orvex;
 
 namespace {
 
-char const* const drops = R"([Vertex_Shader]
+const char* const drops = R"([Vertex_Shader]
 #version 150
 in vec4 orvex_Position;
 in vec4 orvex_Color;

@@ -8,7 +8,7 @@ namespace {
 
 constexpr int target_size = 256;
 
-char const* const lit = R"([Vertex_Shader]
+const char* const lit = R"([Vertex_Shader]
 #version 150
 in vec4 orvex_Position;
 in vec4 orvex_Normal;
@@ -27,7 +27,7 @@ void main() {
     color = vec4(vec3(0.2, 0.65, 0.9) * (0.25 + 0.75 * light), 1.0);
 }
 )";
-char const* const show = R"([Vertex_Shader]
+const char* const show = R"([Vertex_Shader]
 #version 150
 in vec4 orvex_Position;
 in vec4 orvex_TexCoord0;
@@ -45,7 +45,7 @@ out vec4 color;
 void main() { color = texture(picture, uv); }
 )";
 
-GpuProgram* make_program(Renderer* renderer, char const* text, char const* name) {
+GpuProgram* make_program(Renderer* renderer, const char* text, const char* name) {
     return GpuProgramMgr::get()->create_gpu_program_from_memory(renderer, text, std::strlen(text),
                                                                 name);
 }
@@ -60,7 +60,7 @@ RenderTarget* make_target(Renderer* renderer, int samples) {
     return nullptr;
 }
 
-void look(Renderer* renderer, int width, int height, vec4 const& eye) {
+void look(Renderer* renderer, int width, int height, const vec4& eye) {
     Camera* camera = new Camera;
     camera->set_viewport(0, 0, width, height);
     camera->build_projection_persp(45.0f, static_cast<float>(width) / static_cast<float>(height),

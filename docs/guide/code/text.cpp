@@ -8,7 +8,7 @@ using namespace orvex;
 
 namespace {
 
-char const* const glyphs = R"([Vertex_Shader]
+const char* const glyphs = R"([Vertex_Shader]
 #version 150
 in vec4 orvex_Position;
 in vec4 orvex_Color;
@@ -31,7 +31,7 @@ void main() { color = vec4(tint.rgb, tint.a * texture(sheet, uv).r); }
 )";
 
 /// Where each glyph lies on the sheet, and the sheet.
-Font* load_font(Renderer* renderer, std::string const& folder) {
+Font* load_font(Renderer* renderer, const std::string& folder) {
     Font* font = new Font;
     if (font->bm_load_charset((folder + "dejavu_sans_24.xml").c_str()) &&
         font->bm_load_charset_texture(renderer,

@@ -6,7 +6,7 @@ using namespace orvex;
 
 namespace {
 
-char const* const lit_picture = R"([Vertex_Shader]
+const char* const lit_picture = R"([Vertex_Shader]
 #version 150
 in vec4 orvex_Position;
 in vec4 orvex_Normal;
@@ -35,7 +35,7 @@ void main() {
 )";
 
 /// From a file. Trilinear filtering is set on the uploaded texture, while it is bound.
-Texture* load(Renderer* renderer, char const* filename) {
+Texture* load(Renderer* renderer, const char* filename) {
     Texture* texture = TextureMgr::get()->create_texture_2d_from_file(filename, false);
     if (!texture)
         return nullptr;

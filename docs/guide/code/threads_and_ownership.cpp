@@ -11,7 +11,7 @@ using namespace orvex;
 namespace {
 
 /// Reading needs no context: meshes and materials are made, and pictures are decoded.
-Model* read_model(char const* folder) {
+Model* read_model(const char* folder) {
     Model* model = aux::load_model_from_file("lighthouse.obj", folder, folder);
     for (unsigned long i = 0; model && i < model->get_num_materials(); ++i)
         model->get_material_by_index(i)->async_loading_process_all_texture_filenames(

@@ -24,7 +24,7 @@ void require(bool condition) {
 }
 
 struct Marker {
-    char const* text;
+    const char* text;
     int stage;
 };
 
@@ -36,26 +36,24 @@ constexpr Marker MARKERS[] = {{"[Vertex_Shader]", 0},   {"[Pixel_Shader]", 1},
 // Finds all markers, ends the text at each, and takes what follows.
 Sources cut(std::string text) {
     char* found[6] = {};
-    for (Marker const& marker : MARKERS)
+    for (const Marker& marker : MARKERS)
         found[marker.stage] = std::strstr(text.data(), marker.text);
     if (!found[5] && (!found[0] || !found[1]))
         return {};
-    for (char* const marker : found) {
+    for (char* const marker : found)
         if (marker)
             *marker = '\0';
-    }
     Sources sources;
-    for (Marker const& marker : MARKERS) {
+    for (const Marker& marker : MARKERS)
         if (found[marker.stage])
             sources.emplace_back(marker.stage, found[marker.stage] + std::strlen(marker.text));
-    }
     return sources;
 }
 
-void load(std::string const& text) {
+void load(const std::string& text) {
     orvex_test::FakeCompiler renderer;
     auto* const program = new GpuProgram;
-    bool const loaded = program->load_from_memory(&renderer, text.data(), text.size());
+    const bool loaded = program->load_from_memory(&renderer, text.data(), text.size());
     Sources expected = cut(text.c_str());
     bool expect_loaded = !expected.empty();
     for (std::size_t i = 0; i < expected.size(); ++i) {
@@ -67,8 +65,8 @@ void load(std::string const& text) {
     }
     require(loaded == expect_loaded);
     require(renderer.sources == expected);
-    for (auto const& source : expected) {
-        char const* const kept = program->get_shader_source_code(GPU_SHADER_TYPE(source.first));
+    for (const auto& source : expected) {
+        const char* const kept = program->get_shader_source_code(GPU_SHADER_TYPE(source.first));
         require(!kept || kept == source.second);
     }
     require(program->get_shader_error_messages() != nullptr);
@@ -76,17 +74,17 @@ void load(std::string const& text) {
 }
 
 // Walks through the bytes as operations on a record.
-void feed(std::uint8_t const* data, std::size_t size) {
+void feed(const std::uint8_t* data, std::size_t size) {
     GpuProgramData record;
     std::size_t at = 0;
     while (at + 2 <= size) {
-        int const operation = data[at] % 8;
-        std::size_t const length = std::min<std::size_t>(data[at + 1], size - at - 2);
-        std::string const text(reinterpret_cast<char const*>(data + at + 2), length);
+        const int operation = data[at] % 8;
+        const std::size_t length = std::min<std::size_t>(data[at + 1], size - at - 2);
+        const std::string text(reinterpret_cast<const char*>(data + at + 2), length);
         at += 2 + length;
-        int const count = int(length / 16);
-        std::vector<float> const floats(length + 16, 1.0f);
-        std::vector<double> const doubles(length + 16, 1.0);
+        const int count = int(length / 16);
+        const std::vector<float> floats(length + 16, 1.0f);
+        const std::vector<double> doubles(length + 16, 1.0);
         switch (operation) {
         case 0:
             record.set_uniform_1f(text.c_str(), 1.0f);
@@ -118,7 +116,7 @@ void feed(std::uint8_t const* data, std::size_t size) {
     require(record.get_num_uniforms() % 4 == 0);
     bool ended = false;
     for (unsigned long i = 0; i < record.get_num_uniforms(); ++i) {
-        GpuProgramUniform const* const uniform = record.get_uniforms_list()[i];
+        const GpuProgramUniform* const uniform = record.get_uniforms_list()[i];
         ended = ended || !uniform;
         require(ended == !uniform);
         if (uniform) {
@@ -130,8 +128,8 @@ void feed(std::uint8_t const* data, std::size_t size) {
 
 } // namespace
 
-extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size) {
-    load(std::string(reinterpret_cast<char const*>(data), size));
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    load(std::string(reinterpret_cast<const char*>(data), size));
     feed(data, size);
     return 0;
 }

@@ -13,38 +13,34 @@
 namespace {
 
 void check(bool state) {
-    if (!state) {
+    if (!state)
         std::abort();
-    }
 }
 
 std::string every_character_code() {
     std::string text;
-    for (int c = 1; c < 256; ++c) {
+    for (int c = 1; c < 256; ++c)
         text += static_cast<char>(c);
-    }
     return text;
 }
 
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    std::string const text(reinterpret_cast<char const*>(data), size);
-    auto const charset = orvex::read_bm_charset(text.c_str());
-    if (charset == nullptr) {
+    const std::string text(reinterpret_cast<const char*>(data), size);
+    const auto charset = orvex::read_bm_charset(text.c_str());
+    if (charset == nullptr)
         return 0;
-    }
     check(std::memchr(charset->image_filename, '\0', sizeof(charset->image_filename)) != nullptr);
     check(charset->pages == 0);
 
-    static std::string const codes = every_character_code();
+    static const std::string codes = every_character_code();
     static std::vector<orvex::Vertex> vertices(codes.size() * orvex::vertices_per_glyph);
     orvex::bm_string string;
     string.text = codes;
-    orvex::Vertex const* const end = orvex::write_bm_quads(vertices.data(), string, *charset, 1.0f);
+    const orvex::Vertex* const end = orvex::write_bm_quads(vertices.data(), string, *charset, 1.0f);
     check(end == vertices.data() + vertices.size());
-    for (orvex::Vertex const& vertex : vertices) {
+    for (const orvex::Vertex& vertex : vertices)
         check(std::isfinite(vertex.position.x) && std::isfinite(vertex.position.y));
-    }
     return 0;
 }

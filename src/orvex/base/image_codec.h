@@ -26,7 +26,7 @@ public:
     /// @param filename  a path, taken as given
     /// @param mirror    mirrors the picture left to right
     /// @return false for null, a file that can't be read and content that can't be decoded
-    virtual bool load_image_from_file(Image* image, char const* filename, bool mirror) = 0;
+    virtual bool load_image_from_file(Image* image, const char* filename, bool mirror) = 0;
 
     /// Decodes `size` bytes of memory, which stay the caller's.
     /// @return false for null, no bytes and content that can't be decoded
@@ -35,7 +35,7 @@ public:
 
     /// Writes an image to a file.
     /// @return false for null, a format that can't be written and a file that can't be opened
-    virtual bool save_image_to_file(Image* image, char const* filename) = 0;
+    virtual bool save_image_to_file(Image* image, const char* filename) = 0;
 
     /// Gives back pixels that this codec decoded into memory of its own.
     /// @return false, changing nothing, for null and for pixels that are not this codec's

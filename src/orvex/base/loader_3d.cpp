@@ -20,42 +20,42 @@ Loader3D::~Loader3D() {
 
 namespace {
 
-void store(std::string& field, char const* text) {
+void store(std::string& field, const char* text) {
     if (text)
         field = text;
 }
 
 } // namespace
 
-void Loader3D::set_resource_dir(char const* directory) {
+void Loader3D::set_resource_dir(const char* directory) {
     store(loader_data->resource_dir, directory);
 }
 
-char const* Loader3D::get_resource_dir() const {
+const char* Loader3D::get_resource_dir() const {
     return loader_data->resource_dir.c_str();
 }
 
-void Loader3D::set_model_dir(char const* directory) {
+void Loader3D::set_model_dir(const char* directory) {
     store(loader_data->model_dir, directory);
 }
 
-char const* Loader3D::get_model_dir() const {
+const char* Loader3D::get_model_dir() const {
     return loader_data->model_dir.c_str();
 }
 
-void Loader3D::set_loader_name(char const* name) {
+void Loader3D::set_loader_name(const char* name) {
     store(loader_data->loader_name, name);
 }
 
-char const* Loader3D::get_loader_name() const {
+const char* Loader3D::get_loader_name() const {
     return loader_data->loader_name.c_str();
 }
 
-void Loader3D::set_loader_description(char const* description) {
+void Loader3D::set_loader_description(const char* description) {
     store(loader_data->loader_description, description);
 }
 
-char const* Loader3D::get_loader_description() const {
+const char* Loader3D::get_loader_description() const {
     return loader_data->loader_description.c_str();
 }
 

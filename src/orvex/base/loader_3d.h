@@ -24,21 +24,21 @@ public:
     /// Reads `filename` into `model`, which the caller owns.
     /// @return whether the model was read. On false the loader has given back whatever it added to
     ///         the model.
-    virtual bool load_from_file(Model* model, char const* filename) = 0;
+    virtual bool load_from_file(Model* model, const char* filename) = 0;
 
     /// Texts are copied and null is ignored; the pointer of a getter is valid until its setter
     /// runs. Where textures and other resources of a model lie.
-    void set_resource_dir(char const* directory);
-    char const* get_resource_dir() const; ///< never null; empty unless set
+    void set_resource_dir(const char* directory);
+    const char* get_resource_dir() const; ///< never null; empty unless set
     /// Where the model file and its companions lie.
-    void set_model_dir(char const* directory);
-    char const* get_model_dir() const; ///< never null; empty unless set
+    void set_model_dir(const char* directory);
+    const char* get_model_dir() const; ///< never null; empty unless set
     /// A name beside that of the plugin; the engine never reads it.
-    void set_loader_name(char const* name);
-    char const* get_loader_name() const; ///< never null; empty unless set
+    void set_loader_name(const char* name);
+    const char* get_loader_name() const; ///< never null; empty unless set
     /// A text for people; the engine never reads it.
-    void set_loader_description(char const* description);
-    char const* get_loader_description() const; ///< never null; empty unless set
+    void set_loader_description(const char* description);
+    const char* get_loader_description() const; ///< never null; empty unless set
 
 private:
     struct Loader3DData;

@@ -28,14 +28,14 @@ struct Log::LogData {
     char format_buffer[65536] = {};
     ThreadLock lock;
     bool use_thread_lock = true;
-    void (*trace_callback)(char const* line, void* user_data) = nullptr;
+    void (*trace_callback)(const char* line, void* user_data) = nullptr;
     void* trace_callback_user_data = nullptr;
 
     std::mutex opening; ///< the lazy open happens before `lock` is taken, which may be off
     LogStamp stamp;
     std::string line_memory; ///< lent to the line being written
 
-    std::string_view format(char const* text, va_list arguments) ORVEX_PRINTF(2, 0);
+    std::string_view format(const char* text, va_list arguments) ORVEX_PRINTF(2, 0);
     void write_stamped(LOG_LEVEL level, std::string_view message);
     void write_simple(std::string_view message);
     void call_back(const std::string& line);
@@ -49,7 +49,7 @@ Log::~Log() {
     delete data;
 }
 
-void Log::set_trace_callback(void (*callback)(char const*, void*), void* user_data) {
+void Log::set_trace_callback(void (*callback)(const char*, void*), void* user_data) {
     data->trace_callback = callback;
     data->trace_callback_user_data = user_data;
 }
@@ -82,16 +82,16 @@ void Log::set_trace_level_threshold(LOG_LEVEL level) {
     data->trace_level_threshold = level;
 }
 
-void Log::set_filename(char const* filename) {
+void Log::set_filename(const char* filename) {
     if (filename)
         data->filename = filename;
 }
 
-char const* Log::get_filename() const {
+const char* Log::get_filename() const {
     return data->filename.c_str();
 }
 
-bool Log::open(char const* filename, bool append) {
+bool Log::open(const char* filename, bool append) {
     set_filename(filename);
     set_append_mode(append);
     return _open();
@@ -147,7 +147,7 @@ private:
 
 } // namespace
 
-void Log::trace(LOG_LEVEL level, char const* message) {
+void Log::trace(LOG_LEVEL level, const char* message) {
     if (!lets_through(level) || !message)
         return;
     _open();
@@ -155,14 +155,14 @@ void Log::trace(LOG_LEVEL level, char const* message) {
     data->write_stamped(level, message);
 }
 
-void Log::tracef(LOG_LEVEL level, char const* format, ...) {
+void Log::tracef(LOG_LEVEL level, const char* format, ...) {
     va_list arguments;
     va_start(arguments, format);
     vtracef(level, format, arguments);
     va_end(arguments);
 }
 
-void Log::vtracef(LOG_LEVEL level, char const* format, va_list arguments) {
+void Log::vtracef(LOG_LEVEL level, const char* format, va_list arguments) {
     if (!lets_through(level) || !format)
         return;
     _open();
@@ -170,7 +170,7 @@ void Log::vtracef(LOG_LEVEL level, char const* format, va_list arguments) {
     data->write_stamped(level, data->format(format, arguments));
 }
 
-void Log::simple_trace(LOG_LEVEL level, char const* message) {
+void Log::simple_trace(LOG_LEVEL level, const char* message) {
     if (!lets_through(level) || !message)
         return;
     _open();
@@ -178,14 +178,14 @@ void Log::simple_trace(LOG_LEVEL level, char const* message) {
     data->write_simple(message);
 }
 
-void Log::simple_tracef(LOG_LEVEL level, char const* format, ...) {
+void Log::simple_tracef(LOG_LEVEL level, const char* format, ...) {
     va_list arguments;
     va_start(arguments, format);
     vsimple_tracef(level, format, arguments);
     va_end(arguments);
 }
 
-void Log::vsimple_tracef(LOG_LEVEL level, char const* format, va_list arguments) {
+void Log::vsimple_tracef(LOG_LEVEL level, const char* format, va_list arguments) {
     if (!lets_through(level) || !format)
         return;
     _open();
@@ -193,7 +193,7 @@ void Log::vsimple_tracef(LOG_LEVEL level, char const* format, va_list arguments)
     data->write_simple(data->format(format, arguments));
 }
 
-std::string_view Log::LogData::format(char const* text, va_list arguments) {
+std::string_view Log::LogData::format(const char* text, va_list arguments) {
     format_buffer[0] = '\0';
     std::vsnprintf(format_buffer, sizeof format_buffer, text, arguments);
     return format_buffer;

@@ -51,7 +51,7 @@ public:
     /// Sets the host's sink. Stamped lines arrive without a line end, simple ones with it.
     /// @param callback   null switches the sink off; the line is valid during the call only
     /// @param user_data  handed back to the callback, never read here
-    void set_trace_callback(void (*callback)(char const* line, void* user_data), void* user_data);
+    void set_trace_callback(void (*callback)(const char* line, void* user_data), void* user_data);
 
     /// Serialises lines with a lock (the default). Without it only one thread may trace.
     void use_thread_lock(bool state);
@@ -76,15 +76,15 @@ public:
 
     /// Names the file, taken as given. Counts from the next opening; null is ignored, and an empty
     /// name means a log without a file.
-    void set_filename(char const* filename);
+    void set_filename(const char* filename);
 
     /// The name of the file; valid until the next `set_filename`.
-    char const* get_filename() const;
+    const char* get_filename() const;
 
     /// `set_filename`, `set_append_mode`, `_open`. On a log that is open already the new name and
     /// mode only count after `close`.
     /// @return true, whether or not the file could be opened
-    bool open(char const* filename, bool append);
+    bool open(const char* filename, bool append);
 
     /// Opens the file now unless that is done. A file that can't be opened takes no text, and the
     /// other sinks go on.
@@ -96,23 +96,23 @@ public:
     bool close();
 
     /// One stamped line. A null message does nothing.
-    void trace(LOG_LEVEL level, char const* message);
+    void trace(LOG_LEVEL level, const char* message);
 
     /// One stamped line, printf-style, cut at 65,535 characters. A null format does nothing.
-    void tracef(LOG_LEVEL level, char const* format, ...) ORVEX_PRINTF(3, 4);
+    void tracef(LOG_LEVEL level, const char* format, ...) ORVEX_PRINTF(3, 4);
 
     /// One line without stamp, number and marker. A null message does nothing.
-    void simple_trace(LOG_LEVEL level, char const* message);
+    void simple_trace(LOG_LEVEL level, const char* message);
 
     /// `simple_trace`, printf-style, cut at 65,535 characters. A null format does nothing.
-    void simple_tracef(LOG_LEVEL level, char const* format, ...) ORVEX_PRINTF(3, 4);
+    void simple_tracef(LOG_LEVEL level, const char* format, ...) ORVEX_PRINTF(3, 4);
 
 private:
     friend class LogMgr;
 
     bool lets_through(LOG_LEVEL level) const;
-    void vtracef(LOG_LEVEL level, char const* format, va_list arguments) ORVEX_PRINTF(3, 0);
-    void vsimple_tracef(LOG_LEVEL level, char const* format, va_list arguments) ORVEX_PRINTF(3, 0);
+    void vtracef(LOG_LEVEL level, const char* format, va_list arguments) ORVEX_PRINTF(3, 0);
+    void vsimple_tracef(LOG_LEVEL level, const char* format, va_list arguments) ORVEX_PRINTF(3, 0);
 
     struct LogData;
     LogData* data;

@@ -34,7 +34,7 @@ LogMgr::~LogMgr() {
     delete data;
 }
 
-bool LogMgr::start(char const* filename, bool enabled) {
+bool LogMgr::start(const char* filename, bool enabled) {
     if (data->started)
         return true;
     data->default_filename = filename ? filename : "_orvex_log.txt";
@@ -58,7 +58,7 @@ bool LogMgr::stop() {
     return true;
 }
 
-Log* LogMgr::create_log(char const* filename, bool enabled) {
+Log* LogMgr::create_log(const char* filename, bool enabled) {
     if (!filename)
         return data->default_log;
     Log* log = new Log;
@@ -103,65 +103,65 @@ bool LogMgr::lets_through(LOG_LEVEL level) const {
     return data->default_log && data->default_log->lets_through(level);
 }
 
-void LogMgr::trace(char const* message) {
+void LogMgr::trace(const char* message) {
     if (data->default_log)
         data->default_log->trace(LOG_LEVEL_INFO, message);
 }
 
-void LogMgr::trace_warning(char const* message) {
+void LogMgr::trace_warning(const char* message) {
     if (data->default_log)
         data->default_log->trace(LOG_LEVEL_WARNING, message);
 }
 
-void LogMgr::trace_error(char const* message) {
+void LogMgr::trace_error(const char* message) {
     if (data->default_log)
         data->default_log->trace(LOG_LEVEL_ERROR, message);
 }
 
-void LogMgr::trace_debug(char const* message) {
+void LogMgr::trace_debug(const char* message) {
     if (data->default_log)
         data->default_log->trace(LOG_LEVEL_DEBUG, message);
 }
 
-void LogMgr::simple_trace(char const* message) {
+void LogMgr::simple_trace(const char* message) {
     if (data->default_log)
         data->default_log->simple_trace(LOG_LEVEL_INFO, message);
 }
 
-void LogMgr::vtracef(LOG_LEVEL level, char const* format, va_list arguments) {
+void LogMgr::vtracef(LOG_LEVEL level, const char* format, va_list arguments) {
     if (data->default_log)
         data->default_log->vtracef(level, format, arguments);
 }
 
-void LogMgr::tracef(char const* format, ...) {
+void LogMgr::tracef(const char* format, ...) {
     va_list arguments;
     va_start(arguments, format);
     vtracef(LOG_LEVEL_INFO, format, arguments);
     va_end(arguments);
 }
 
-void LogMgr::tracef_warning(char const* format, ...) {
+void LogMgr::tracef_warning(const char* format, ...) {
     va_list arguments;
     va_start(arguments, format);
     vtracef(LOG_LEVEL_WARNING, format, arguments);
     va_end(arguments);
 }
 
-void LogMgr::tracef_error(char const* format, ...) {
+void LogMgr::tracef_error(const char* format, ...) {
     va_list arguments;
     va_start(arguments, format);
     vtracef(LOG_LEVEL_ERROR, format, arguments);
     va_end(arguments);
 }
 
-void LogMgr::tracef_debug(char const* format, ...) {
+void LogMgr::tracef_debug(const char* format, ...) {
     va_list arguments;
     va_start(arguments, format);
     vtracef(LOG_LEVEL_DEBUG, format, arguments);
     va_end(arguments);
 }
 
-void LogMgr::simple_tracef(char const* format, ...) {
+void LogMgr::simple_tracef(const char* format, ...) {
     va_list arguments;
     va_start(arguments, format);
     if (data->default_log)

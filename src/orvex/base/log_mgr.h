@@ -36,7 +36,7 @@ public:
     /// @param filename  null means "_orvex_log.txt" in the working directory
     /// @param enabled   whether the log lets lines through at once
     /// @return whether there is a default log
-    bool start(char const* filename, bool enabled);
+    bool start(const char* filename, bool enabled);
 
     /// Closes and destroys every log that `create_log` made, the default log among them. Does
     /// nothing unless started.
@@ -47,7 +47,7 @@ public:
     /// unique by the caller: a second log of a name takes the place of the first, which lives on
     /// until `stop`.
     /// @return the new log; with a null name the default log
-    Log* create_log(char const* filename, bool enabled);
+    Log* create_log(const char* filename, bool enabled);
 
     /// Closes and destroys a log that was made here, found by its present file name.
     /// @return false for null, for a log of another origin, and when no log is registered under
@@ -58,27 +58,27 @@ public:
     Log* get_default_log() const;
 
     /// One stamped line at `LOG_LEVEL_INFO`. A null message does nothing, here and below.
-    void trace(char const* message);
+    void trace(const char* message);
     /// One stamped line at `LOG_LEVEL_WARNING`.
-    void trace_warning(char const* message);
+    void trace_warning(const char* message);
     /// One stamped line at `LOG_LEVEL_ERROR`.
-    void trace_error(char const* message);
+    void trace_error(const char* message);
     /// One stamped line at `LOG_LEVEL_DEBUG`.
-    void trace_debug(char const* message);
+    void trace_debug(const char* message);
     /// One line without a stamp at `LOG_LEVEL_INFO`.
-    void simple_trace(char const* message);
+    void simple_trace(const char* message);
 
     /// `trace`, printf-style, cut at 65,535 characters. A null format does nothing, here and below.
     /// Nothing is formatted for a line that the default log drops.
-    void tracef(char const* format, ...) ORVEX_PRINTF(2, 3);
+    void tracef(const char* format, ...) ORVEX_PRINTF(2, 3);
     /// `trace_warning`, printf-style.
-    void tracef_warning(char const* format, ...) ORVEX_PRINTF(2, 3);
+    void tracef_warning(const char* format, ...) ORVEX_PRINTF(2, 3);
     /// `trace_error`, printf-style.
-    void tracef_error(char const* format, ...) ORVEX_PRINTF(2, 3);
+    void tracef_error(const char* format, ...) ORVEX_PRINTF(2, 3);
     /// `trace_debug`, printf-style.
-    void tracef_debug(char const* format, ...) ORVEX_PRINTF(2, 3);
+    void tracef_debug(const char* format, ...) ORVEX_PRINTF(2, 3);
     /// `simple_trace`, printf-style.
-    void simple_tracef(char const* format, ...) ORVEX_PRINTF(2, 3);
+    void simple_tracef(const char* format, ...) ORVEX_PRINTF(2, 3);
 
 private:
     friend class Plugin;
@@ -87,7 +87,7 @@ private:
     ~LogMgr();
 
     bool lets_through(LOG_LEVEL level) const;
-    void vtracef(LOG_LEVEL level, char const* format, va_list arguments) ORVEX_PRINTF(3, 0);
+    void vtracef(LOG_LEVEL level, const char* format, va_list arguments) ORVEX_PRINTF(3, 0);
 
     struct LogMgrData;
     LogMgrData* data;

@@ -10,14 +10,14 @@ OwnedText::~OwnedText() {
     delete[] text_;
 }
 
-void OwnedText::assign(char const* text) {
+void OwnedText::assign(const char* text) {
     assign(text, text ? std::strlen(text) : 0);
 }
 
-void OwnedText::assign(char const* text, unsigned long size) {
+void OwnedText::assign(const char* text, unsigned long size) {
     char* copy = nullptr;
     if (text) {
-        unsigned long const length = strnlen(text, size);
+        const unsigned long length = strnlen(text, size);
         copy = new char[length + 1]();
         std::memcpy(copy, text, length);
     }

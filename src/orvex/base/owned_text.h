@@ -17,19 +17,19 @@ public:
     /// Starts absent.
     OwnedText() = default;
     ~OwnedText();
-    OwnedText(OwnedText const&) = delete;
-    OwnedText& operator=(OwnedText const&) = delete;
+    OwnedText(const OwnedText&) = delete;
+    OwnedText& operator=(const OwnedText&) = delete;
 
     /// Returns the text, or null when it is absent. Valid until the next change.
-    char const* get() const { return text_; }
+    const char* get() const { return text_; }
 
     /// Replaces the text by a copy of `text`, which may be part of the old one. Null makes it
     /// absent.
-    void assign(char const* text);
+    void assign(const char* text);
 
     /// Replaces the text by at most `size` characters of `text`, up to its terminator, which need
     /// not come. Null makes it absent.
-    void assign(char const* text, unsigned long size);
+    void assign(const char* text, unsigned long size);
 
     /// Makes the text absent and frees the copy.
     void reset();

@@ -32,7 +32,7 @@ struct Plugin::PluginData {
     Thread thread;
     void* dynlib_handle = nullptr;
 
-    void trace(LOG_LEVEL level, char const* format, va_list arguments) const ORVEX_PRINTF(3, 0);
+    void trace(LOG_LEVEL level, const char* format, va_list arguments) const ORVEX_PRINTF(3, 0);
 };
 
 Plugin::Plugin()
@@ -43,7 +43,7 @@ Plugin::~Plugin() {
     delete data;
 }
 
-void Plugin::PluginData::trace(LOG_LEVEL level, char const* format, va_list arguments) const {
+void Plugin::PluginData::trace(LOG_LEVEL level, const char* format, va_list arguments) const {
     if (!format || !LogMgr::get()->lets_through(level))
         return;
     char text[1024];
@@ -52,28 +52,28 @@ void Plugin::PluginData::trace(LOG_LEVEL level, char const* format, va_list argu
     LogMgr::get()->get_default_log()->tracef(level, "Plugin(%s - id:%d) - %s", name, id, text);
 }
 
-void Plugin::tracef(char const* format, ...) {
+void Plugin::tracef(const char* format, ...) {
     va_list arguments;
     va_start(arguments, format);
     data->trace(LOG_LEVEL_INFO, format, arguments);
     va_end(arguments);
 }
 
-void Plugin::tracef_warning(char const* format, ...) {
+void Plugin::tracef_warning(const char* format, ...) {
     va_list arguments;
     va_start(arguments, format);
     data->trace(LOG_LEVEL_WARNING, format, arguments);
     va_end(arguments);
 }
 
-void Plugin::tracef_error(char const* format, ...) {
+void Plugin::tracef_error(const char* format, ...) {
     va_list arguments;
     va_start(arguments, format);
     data->trace(LOG_LEVEL_ERROR, format, arguments);
     va_end(arguments);
 }
 
-void Plugin::tracef_debug(char const* format, ...) {
+void Plugin::tracef_debug(const char* format, ...) {
     va_list arguments;
     va_start(arguments, format);
     data->trace(LOG_LEVEL_DEBUG, format, arguments);
@@ -124,7 +124,7 @@ namespace {
 
 /// Fills a whole field with a text, which may lie in the field itself; the last byte stays zero.
 template<std::size_t size>
-void store(char (&field)[size], char const* text) {
+void store(char (&field)[size], const char* text) {
     if (!text)
         return;
     const std::size_t length = strnlen(text, size - 1);
@@ -134,43 +134,43 @@ void store(char (&field)[size], char const* text) {
 
 } // namespace
 
-void Plugin::set_name(char const* name) {
+void Plugin::set_name(const char* name) {
     store(data->name, name);
 }
 
-char const* Plugin::get_name() const {
+const char* Plugin::get_name() const {
     return data->name;
 }
 
-void Plugin::set_full_filename(char const* filename) {
+void Plugin::set_full_filename(const char* filename) {
     store(data->full_filename, filename);
 }
 
-char const* Plugin::get_full_filename() const {
+const char* Plugin::get_full_filename() const {
     return data->full_filename;
 }
 
-void Plugin::set_description(char const* description) {
+void Plugin::set_description(const char* description) {
     store(data->description, description);
 }
 
-char const* Plugin::get_description() const {
+const char* Plugin::get_description() const {
     return data->description;
 }
 
-void Plugin::set_author(char const* author) {
+void Plugin::set_author(const char* author) {
     store(data->author, author);
 }
 
-char const* Plugin::get_author() const {
+const char* Plugin::get_author() const {
     return data->author;
 }
 
-void Plugin::set_build_info(char const* build_info) {
+void Plugin::set_build_info(const char* build_info) {
     store(data->build_info, build_info);
 }
 
-char const* Plugin::get_build_info() const {
+const char* Plugin::get_build_info() const {
     return data->build_info;
 }
 

@@ -44,13 +44,13 @@ public:
 
     /// Logs "Plugin(name - id:id) - text" at information level, printf-style, the text cut at 1,023
     /// characters. A null format does nothing, here and below.
-    virtual void tracef(char const* format, ...) ORVEX_PRINTF(2, 3);
+    virtual void tracef(const char* format, ...) ORVEX_PRINTF(2, 3);
     /// `tracef` at warning level.
-    virtual void tracef_warning(char const* format, ...) ORVEX_PRINTF(2, 3);
+    virtual void tracef_warning(const char* format, ...) ORVEX_PRINTF(2, 3);
     /// `tracef` at error level.
-    virtual void tracef_error(char const* format, ...) ORVEX_PRINTF(2, 3);
+    virtual void tracef_error(const char* format, ...) ORVEX_PRINTF(2, 3);
     /// `tracef` at debug level.
-    virtual void tracef_debug(char const* format, ...) ORVEX_PRINTF(2, 3);
+    virtual void tracef_debug(const char* format, ...) ORVEX_PRINTF(2, 3);
 
     /// Notes that the plugin is initialized; further calls do nothing.
     /// @return true; a concrete plugin may fail
@@ -72,17 +72,17 @@ public:
 
     /// Texts are copied, null is ignored, and what exceeds the field is cut. The pointers of the
     /// getters stay valid for the life of the plugin.
-    void set_name(char const* name); ///< at most 127 characters
-    char const* get_name() const;    ///< empty at first
+    void set_name(const char* name); ///< at most 127 characters
+    const char* get_name() const;    ///< empty at first
     /// The path that the plugin was loaded from, empty for one that was built in.
-    void set_full_filename(char const* filename);  ///< at most 1,023 characters
-    char const* get_full_filename() const;         ///< empty at first
-    void set_description(char const* description); ///< at most 255 characters
-    char const* get_description() const;           ///< empty at first
-    void set_author(char const* author);           ///< at most 127 characters
-    char const* get_author() const;                ///< empty at first
-    void set_build_info(char const* build_info);   ///< at most 127 characters
-    char const* get_build_info() const;            ///< empty at first
+    void set_full_filename(const char* filename);  ///< at most 1,023 characters
+    const char* get_full_filename() const;         ///< empty at first
+    void set_description(const char* description); ///< at most 255 characters
+    const char* get_description() const;           ///< empty at first
+    void set_author(const char* author);           ///< at most 127 characters
+    const char* get_author() const;                ///< empty at first
+    void set_build_info(const char* build_info);   ///< at most 127 characters
+    const char* get_build_info() const;            ///< empty at first
 
     /// The plugin's own version; 0.0.0 at first.
     void set_version(int major, int minor, int patch);

@@ -57,30 +57,30 @@ int PluginMgr::remove_plugin(Plugin* plugin) {
     return 1;
 }
 
-void PluginMgr::set_current_plugin_dir(char const* directory) {
+void PluginMgr::set_current_plugin_dir(const char* directory) {
     data->current_plugin_dir = directory ? directory : "";
 }
 
-char const* PluginMgr::get_current_plugin_dir() const {
+const char* PluginMgr::get_current_plugin_dir() const {
     return data->current_plugin_dir.c_str();
 }
 
 namespace {
 
-void log_failed_open(char const* filename) {
+void log_failed_open(const char* filename) {
     LogMgr* const log = LogMgr::get();
     log->tracef_warning("orvex PluginMgr - unable to load plugin: %s", filename);
-    char const* const reason = dlerror();
+    const char* const reason = dlerror();
     if (!reason)
         return;
     log->tracef_warning("orvex PluginMgr - unable to load plugin: %s", filename);
     log->tracef_debug("orvex::Kernel::load_plugin() - dlerror: %s", reason);
 }
 
-void log_missing_symbol(char const* filename) {
+void log_missing_symbol(const char* filename) {
     LogMgr* const log = LogMgr::get();
     log->tracef_error("orvex PluginMgr - plugin creation failed for plugin: %s", filename);
-    if (char const* const reason = dlerror())
+    if (const char* const reason = dlerror())
         log->tracef_debug("orvex::Kernel::load_plugin() - dlsym error: %s", reason);
     else
         log->trace_debug(
@@ -88,7 +88,7 @@ void log_missing_symbol(char const* filename) {
 }
 
 /// Opens a module and has it build its plugin; closes it again on failure.
-Plugin* create_from_module(char const* filename) {
+Plugin* create_from_module(const char* filename) {
     LogMgr* const log = LogMgr::get();
     log->tracef_debug("orvex::Kernel::load_plugin() - dlopen(%s)", filename);
     void* const module = dlopen(filename, RTLD_LAZY);
@@ -116,7 +116,7 @@ constexpr std::size_t compared_filename_length = 1023;
 
 } // namespace
 
-int PluginMgr::load_plugin(char const* filename, bool force) {
+int PluginMgr::load_plugin(const char* filename, bool force) {
     if (!filename)
         return -1;
     if (!force) {

@@ -30,9 +30,9 @@ public:
     int remove_plugin(Plugin* plugin);
 
     /// Notes the directory that plugins are being loaded from; null stores an empty text.
-    void set_current_plugin_dir(char const* directory);
+    void set_current_plugin_dir(const char* directory);
     /// Valid until the next `set_current_plugin_dir`.
-    char const* get_current_plugin_dir() const;
+    const char* get_current_plugin_dir() const;
 
     /// Loads a plugin from a shared library. It is neither initialized nor started.
     /// @param filename  a path as `dlopen` takes it
@@ -40,7 +40,7 @@ public:
     ///                  without it such a plugin is found again, with no new reference
     /// @return the id of the plugin; -1, with a log line, if it can't be loaded; -1 for null and
     ///         when the library builds no plugin
-    int load_plugin(char const* filename, bool force);
+    int load_plugin(const char* filename, bool force);
 
     /// Removes a plugin from the registry, stops and terminates it, and takes off two references:
     /// the registry's and one more, so a plugin that its host holds once ends all the same.

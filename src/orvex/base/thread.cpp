@@ -11,11 +11,11 @@ void Thread::update() {
     id = pthread_self();
 }
 
-bool Thread::operator==(Thread const& other) const {
+bool Thread::operator==(const Thread& other) const {
     return pthread_equal(id, other.id) != 0;
 }
 
-bool Thread::operator!=(Thread const& other) const {
+bool Thread::operator!=(const Thread& other) const {
     return !(*this == other);
 }
 

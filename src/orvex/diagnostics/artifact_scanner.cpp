@@ -22,9 +22,8 @@ public:
     Texture* get() const { return static_cast<Texture*>(handle.get()); }
     /// Gives it back to the manager, if it is still there.
     void release(Renderer* renderer) {
-        if (Texture* const texture = get()) {
+        if (Texture* const texture = get())
             TextureMgr::get()->release_texture(renderer, texture, nullptr);
-        }
         set(nullptr);
     }
 
@@ -34,16 +33,15 @@ private:
 
 /// Pixels of four bytes that may be read.
 struct Pixels {
-    unsigned char const* bytes = nullptr;
+    const unsigned char* bytes = nullptr;
     unsigned long count = 0;
 };
 
 Pixels pixels_of(Texture* texture) {
-    TextureData const* const data = texture != nullptr ? texture->get_data_ptr() : nullptr;
-    if (data == nullptr || data->get_u8_ptr() == nullptr) {
+    const TextureData* const data = texture != nullptr ? texture->get_data_ptr() : nullptr;
+    if (data == nullptr || data->get_u8_ptr() == nullptr)
         return {};
-    }
-    unsigned long const claimed = data->get_width() * data->get_height();
+    const unsigned long claimed = data->get_width() * data->get_height();
     return {data->get_u8_ptr(), std::min(claimed, ImageAccess::readable_u8_bytes(*data) / 4)};
 }
 
@@ -87,11 +85,10 @@ void ArtifactScanner::set_render_target(RenderTarget* target) {
 }
 
 bool ArtifactScanner::read_frame(Renderer* renderer) {
-    if (data->current_texture.get() == nullptr) {
+    if (data->current_texture.get() == nullptr)
         data->current_texture.set(TextureMgr::get()->create_texture());
-    }
     Texture* const current = data->current_texture.get();
-    bool const read =
+    const bool read =
         data->render_target != nullptr
             ? current->update_pixmap_rgba_u8_from_render_target(data->render_target, 0)
             : current->update_pixmap_rgba_u8_from_framebuffer(renderer);
@@ -103,45 +100,40 @@ bool ArtifactScanner::take_reference(Renderer* renderer) {
     data->ref_texture.release(renderer);
     data->ref_texture.set(TextureMgr::get()->create_texture_2d(current->get_width(),
                                                                current->get_height(), PF_RGBA_U8));
-    Pixels const reference = pixels_of(data->ref_texture.get());
-    Pixels const frame = pixels_of(current);
-    if (reference.count < frame.count) {
+    const Pixels reference = pixels_of(data->ref_texture.get());
+    const Pixels frame = pixels_of(current);
+    if (reference.count < frame.count)
         return false;
-    }
     std::memcpy(data->ref_texture.get()->get_pixmap_u8_ptr(), frame.bytes, frame.count * 4);
     data->ref_texture_valid = true;
     return true;
 }
 
 bool ArtifactScanner::run(Renderer* renderer, bool flag) {
-    if (!read_frame(renderer) ||
-        (data->reference().bytes == nullptr && !take_reference(renderer))) {
+    if (!read_frame(renderer) || (data->reference().bytes == nullptr && !take_reference(renderer)))
         return false;
-    }
     data->num_artifacts = find_artifacts(data->current_texture.get(), flag);
-    if (data->num_artifacts < 0) {
+    if (data->num_artifacts < 0)
         return false;
-    }
     data->total_artifacts = wrapping_sum(data->total_artifacts, data->num_artifacts);
     data->max_artifacts = std::max(data->max_artifacts, data->num_artifacts);
     return true;
 }
 
 int ArtifactScanner::find_artifacts(Texture* texture, bool flag) {
-    Pixels const reference = data->reference();
-    Pixels const frame = pixels_of(texture);
-    if (reference.bytes == nullptr || frame.bytes == nullptr) {
+    const Pixels reference = data->reference();
+    const Pixels frame = pixels_of(texture);
+    if (reference.bytes == nullptr || frame.bytes == nullptr)
         return -1;
-    }
-    unsigned long const count = std::min(reference.count, frame.count);
-    unsigned long const different =
+    const unsigned long count = std::min(reference.count, frame.count);
+    const unsigned long different =
         count_different_pixels(reference.bytes, frame.bytes, count, step_of(flag));
     return static_cast<int>(std::min<unsigned long>(different, INT_MAX));
 }
 
 bool ArtifactScanner::is_there_artifact(Texture* texture, bool flag) {
-    Pixels const reference = data->reference();
-    Pixels const frame = pixels_of(texture);
+    const Pixels reference = data->reference();
+    const Pixels frame = pixels_of(texture);
     return reference.bytes != nullptr && frame.bytes != nullptr &&
            has_different_pixel(reference.bytes, frame.bytes, std::min(reference.count, frame.count),
                                step_of(flag));

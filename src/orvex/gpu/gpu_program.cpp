@@ -42,42 +42,42 @@ int GpuProgram::get_renderer_id() {
     return data_->renderer_id;
 }
 
-bool GpuProgram::load_from_file(Renderer* renderer, char const* path) {
+bool GpuProgram::load_from_file(Renderer* renderer, const char* path) {
     FileBytes file;
     return file.read(path) && load_from_memory(renderer, file.text(), file.size() + 1);
 }
 
-bool GpuProgram::load_from_memory(Renderer* renderer, char const* text, unsigned long size) {
+bool GpuProgram::load_from_memory(Renderer* renderer, const char* text, unsigned long size) {
     if (!text || size == 0)
         return false;
-    ShaderText const sections(text, size);
+    const ShaderText sections(text, size);
     if (!sections.is_complete())
         return false;
-    for (GPU_SHADER_TYPE const type : ShaderText::LOAD_ORDER) {
-        char const* const body = sections.get_body(type);
+    for (const GPU_SHADER_TYPE type : ShaderText::LOAD_ORDER) {
+        const char* const body = sections.get_body(type);
         if (body && !shader_load_from_memory(renderer, type, body, std::strlen(body) + 1))
             return false;
     }
     return true;
 }
 
-bool GpuProgram::shader_load_from_file(Renderer* renderer, GPU_SHADER_TYPE type, char const* path) {
+bool GpuProgram::shader_load_from_file(Renderer* renderer, GPU_SHADER_TYPE type, const char* path) {
     FileBytes file;
     return file.read(path) && shader_load_from_memory(renderer, type, file.text(), file.size() + 1);
 }
 
 bool GpuProgram::shader_load_from_memory(Renderer* renderer, GPU_SHADER_TYPE type,
-                                         char const* source, unsigned long size) {
+                                         const char* source, unsigned long size) {
     if (!renderer || type < 0 || type >= GPU_SHADER_TYPE_COUNT)
         return false;
-    DebugName const name(*this);
+    const DebugName name(*this);
     data_->shader_loaded[type] =
         renderer->gpu_program_load_shader_from_memory(data_, type, source, size);
     if (data_->shader_loaded[type]) {
         data_->shader_source[type].assign(source, size);
         return true;
     }
-    if (char const* const log = data_->get_shader_info_log(type)) {
+    if (const char* const log = data_->get_shader_info_log(type)) {
         LogMgr::get()->tracef_warning("GPU program %s - %s shader: %s", get_name(),
                                       GetGpuShaderTypeLabel(type), log);
     }
@@ -128,12 +128,12 @@ bool GpuProgram::is_valid() const {
     return data_->valid;
 }
 
-char const* GpuProgram::get_shader_error_messages() {
+const char* GpuProgram::get_shader_error_messages() {
     std::string& messages = internals_->error_messages;
     messages.clear();
     for (int i = 0; i < GPU_SHADER_TYPE_COUNT; ++i) {
-        auto const type = GPU_SHADER_TYPE(i);
-        if (char const* const log = data_->get_shader_info_log(type))
+        const auto type = GPU_SHADER_TYPE(i);
+        if (const char* const log = data_->get_shader_info_log(type))
             messages.append("\n")
                 .append(GetGpuShaderTypeLabel(type))
                 .append(" shader error: ")
@@ -142,63 +142,63 @@ char const* GpuProgram::get_shader_error_messages() {
     return messages.c_str();
 }
 
-char const* GpuProgram::get_shader_source_code(GPU_SHADER_TYPE type) const {
+const char* GpuProgram::get_shader_source_code(GPU_SHADER_TYPE type) const {
     return data_->get_shader_source_code(type);
 }
 
-int GpuProgram::get_vertex_attrib_location(Renderer* renderer, char const* name) {
+int GpuProgram::get_vertex_attrib_location(Renderer* renderer, const char* name) {
     return renderer ? renderer->gpu_program_get_vertex_attrib_location(data_, name) : -1;
 }
 
-int GpuProgram::get_uniform_location(Renderer* renderer, char const* name) {
+int GpuProgram::get_uniform_location(Renderer* renderer, const char* name) {
     return renderer ? renderer->gpu_program_get_uniform_location(data_, name) : -1;
 }
 
-void GpuProgram::set_model_matrix_uniform_name(char const* name) {
+void GpuProgram::set_model_matrix_uniform_name(const char* name) {
     data_->set_model_matrix_uniform_name(name);
 }
 
-char const* GpuProgram::get_model_matrix_uniform_name() const {
+const char* GpuProgram::get_model_matrix_uniform_name() const {
     return data_->get_model_matrix_uniform_name();
 }
 
-void GpuProgram::set_view_matrix_uniform_name(char const* name) {
+void GpuProgram::set_view_matrix_uniform_name(const char* name) {
     data_->set_view_matrix_uniform_name(name);
 }
 
-char const* GpuProgram::get_view_matrix_uniform_name() const {
+const char* GpuProgram::get_view_matrix_uniform_name() const {
     return data_->get_view_matrix_uniform_name();
 }
 
-void GpuProgram::set_projection_matrix_uniform_name(char const* name) {
+void GpuProgram::set_projection_matrix_uniform_name(const char* name) {
     data_->set_projection_matrix_uniform_name(name);
 }
 
-char const* GpuProgram::get_projection_matrix_uniform_name() const {
+const char* GpuProgram::get_projection_matrix_uniform_name() const {
     return data_->get_projection_matrix_uniform_name();
 }
 
-void GpuProgram::set_model_view_matrix_uniform_name(char const* name) {
+void GpuProgram::set_model_view_matrix_uniform_name(const char* name) {
     data_->set_model_view_matrix_uniform_name(name);
 }
 
-char const* GpuProgram::get_model_view_matrix_uniform_name() const {
+const char* GpuProgram::get_model_view_matrix_uniform_name() const {
     return data_->get_model_view_matrix_uniform_name();
 }
 
-void GpuProgram::set_model_view_projection_matrix_uniform_name(char const* name) {
+void GpuProgram::set_model_view_projection_matrix_uniform_name(const char* name) {
     data_->set_model_view_projection_matrix_uniform_name(name);
 }
 
-char const* GpuProgram::get_model_view_projection_matrix_uniform_name() const {
+const char* GpuProgram::get_model_view_projection_matrix_uniform_name() const {
     return data_->get_model_view_projection_matrix_uniform_name();
 }
 
-bool GpuProgram::set_vertex_attrib_name(unsigned int index, char const* name) {
+bool GpuProgram::set_vertex_attrib_name(unsigned int index, const char* name) {
     return data_->set_vertex_attrib_name(index, name);
 }
 
-char const* GpuProgram::get_vertex_attrib_name(unsigned int index) const {
+const char* GpuProgram::get_vertex_attrib_name(unsigned int index) const {
     return data_->get_vertex_attrib_name(index);
 }
 
@@ -210,7 +210,7 @@ bool GpuProgram::get_use_generic_vertex_attribs_state() const {
     return data_->get_use_generic_vertex_attribs_state();
 }
 
-bool GpuProgram::ub_init(Renderer* renderer, char const* block_name) {
+bool GpuProgram::ub_init(Renderer* renderer, const char* block_name) {
     if (!block_name)
         return false;
     if (!data_->uniform_buffer)
@@ -218,7 +218,7 @@ bool GpuProgram::ub_init(Renderer* renderer, char const* block_name) {
     UniformBufferData& block = *data_->uniform_buffer;
     std::memset(block.name, 0, UniformBufferData::NAME_SIZE);
     std::strncpy(block.name, block_name, UniformBufferData::NAME_SIZE - 1);
-    DebugName const name(*this);
+    const DebugName name(*this);
     return renderer && renderer->uniform_buffer_initialize(&block, data_->gl_program);
 }
 
@@ -261,10 +261,10 @@ bool GpuProgram::ub_cleanup(Renderer* renderer) {
 }
 
 bool GpuProgram::ub_set_value_ui64(Renderer*, unsigned long index, unsigned long long value) {
-    UniformBufferData const* const block = data_->uniform_buffer;
+    const UniformBufferData* const block = data_->uniform_buffer;
     if (!block || !block->mapped)
         return false;
-    unsigned long const size = block->mapped_size ? block->mapped_size : block->size;
+    const unsigned long size = block->mapped_size ? block->mapped_size : block->size;
     if (index >= size / sizeof value)
         return false;
     std::memcpy(static_cast<char*>(block->mapped) + index * sizeof value, &value, sizeof value);

@@ -35,8 +35,8 @@ public:
     GpuProgram();
     /// Frees the record. API objects outlive it unless `_cleanup` ran with a renderer.
     ~GpuProgram() override;
-    GpuProgram(GpuProgram const&) = delete;
-    GpuProgram& operator=(GpuProgram const&) = delete;
+    GpuProgram(const GpuProgram&) = delete;
+    GpuProgram& operator=(const GpuProgram&) = delete;
 
     /// Hook, run by `Node`: frees the API objects if there is a renderer, and the record's texts in
     /// any case. May run twice.
@@ -49,7 +49,7 @@ public:
 
     /// Reads a file and loads it with `load_from_memory`. Returns false for a null path and for a
     /// file that can't be read.
-    bool load_from_file(Renderer* renderer, char const* path);
+    bool load_from_file(Renderer* renderer, const char* path);
 
     /// Compiles the stages found in a text with section markers. A marker counts wherever its first
     /// occurrence stands; a stage's text runs up to the next marker or the end.
@@ -58,16 +58,16 @@ public:
     ///         vertex and a pixel marker (nothing is compiled then), and when a stage fails: the
     ///         stages before it, in the order vertex, pixel, geometry, tessellation control,
     ///         tessellation evaluation, compute, stay loaded
-    bool load_from_memory(Renderer* renderer, char const* text, unsigned long size);
+    bool load_from_memory(Renderer* renderer, const char* text, unsigned long size);
 
     /// Reads a file and loads it with `shader_load_from_memory`.
-    bool shader_load_from_file(Renderer* renderer, GPU_SHADER_TYPE type, char const* path);
+    bool shader_load_from_file(Renderer* renderer, GPU_SHADER_TYPE type, const char* path);
 
     /// Compiles one stage and attaches it to the program.
     /// @param source  terminated text; null returns false
     /// @param size    characters kept for `get_shader_source_code`; 0 returns false
     /// @return false when the stage doesn't compile: its message is kept, and logged as a warning
-    bool shader_load_from_memory(Renderer* renderer, GPU_SHADER_TYPE type, char const* source,
+    bool shader_load_from_memory(Renderer* renderer, GPU_SHADER_TYPE type, const char* source,
                                  unsigned long size);
     /// @}
 
@@ -105,15 +105,15 @@ public:
     bool is_valid() const;
     /// Returns a line for each stage that has a compile message: a line break, the stage, " shader
     /// error: " and the message. Valid until the next call; empty, not null, without messages.
-    char const* get_shader_error_messages();
+    const char* get_shader_error_messages();
     /// Returns the stage's last source that compiled, null for none.
-    char const* get_shader_source_code(GPU_SHADER_TYPE type) const;
+    const char* get_shader_source_code(GPU_SHADER_TYPE type) const;
     /// Returns the location of a vertex attribute in the linked program, -1 if it has none or for
     /// a null argument.
-    int get_vertex_attrib_location(Renderer* renderer, char const* name);
+    int get_vertex_attrib_location(Renderer* renderer, const char* name);
     /// Returns the location of a uniform in the linked program, -1 if it has none or for a null
     /// argument.
-    int get_uniform_location(Renderer* renderer, char const* name);
+    int get_uniform_location(Renderer* renderer, const char* name);
     /// @}
 
     /// @name Names of what the engine fills in
@@ -122,28 +122,28 @@ public:
     /// @{
 
     /// Of the transform from object to world space.
-    void set_model_matrix_uniform_name(char const* name);
-    char const* get_model_matrix_uniform_name() const; ///< "orvex_ModelMatrix" at first
+    void set_model_matrix_uniform_name(const char* name);
+    const char* get_model_matrix_uniform_name() const; ///< "orvex_ModelMatrix" at first
     /// Of the view.
-    void set_view_matrix_uniform_name(char const* name);
-    char const* get_view_matrix_uniform_name() const; ///< "orvex_ViewMatrix" at first
+    void set_view_matrix_uniform_name(const char* name);
+    const char* get_view_matrix_uniform_name() const; ///< "orvex_ViewMatrix" at first
     /// Of the projection.
-    void set_projection_matrix_uniform_name(char const* name);
-    char const* get_projection_matrix_uniform_name() const; ///< "orvex_ProjectionMatrix" at first
+    void set_projection_matrix_uniform_name(const char* name);
+    const char* get_projection_matrix_uniform_name() const; ///< "orvex_ProjectionMatrix" at first
     /// Of view · model.
-    void set_model_view_matrix_uniform_name(char const* name);
-    char const* get_model_view_matrix_uniform_name() const; ///< "orvex_ModelViewMatrix" at first
+    void set_model_view_matrix_uniform_name(const char* name);
+    const char* get_model_view_matrix_uniform_name() const; ///< "orvex_ModelViewMatrix" at first
     /// Of projection · view · model.
-    void set_model_view_projection_matrix_uniform_name(char const* name);
+    void set_model_view_projection_matrix_uniform_name(const char* name);
     /// "orvex_ModelViewProjectionMatrix" at first.
-    char const* get_model_view_projection_matrix_uniform_name() const;
+    const char* get_model_view_projection_matrix_uniform_name() const;
 
     /// Names the vertex attribute at location `index`, null for none; the next bind links again.
     /// Only the first bind moves attributes to their locations. Returns false for an index of 16 or
     /// more.
-    bool set_vertex_attrib_name(unsigned int index, char const* name);
+    bool set_vertex_attrib_name(unsigned int index, const char* name);
     /// Returns the name at `index`, null for none and for an index of 16 or more.
-    char const* get_vertex_attrib_name(unsigned int index) const;
+    const char* get_vertex_attrib_name(unsigned int index) const;
     /// @}
 
     /// Chooses the draw path of objects with this program: true for generic attributes with vertex
@@ -159,7 +159,7 @@ public:
 
     /// Makes the buffer of the named block. The name is kept up to 63 characters, also with a null
     /// renderer. Returns false for a null name and for a block that the program doesn't have.
-    bool ub_init(Renderer* renderer, char const* block_name);
+    bool ub_init(Renderer* renderer, const char* block_name);
     /// Binds the buffer, unless it is bound already.
     bool ub_bind(Renderer* renderer);
     /// Sets the binding point, then binds the buffer to it unless it is bound already.
@@ -188,73 +188,73 @@ public:
     /// @{
 
     /// An `int`.
-    bool set_uniform_1i(Renderer* renderer, char const* name, int x);
+    bool set_uniform_1i(Renderer* renderer, const char* name, int x);
     /// An `ivec2`.
-    bool set_uniform_2i(Renderer* renderer, char const* name, int x, int y);
+    bool set_uniform_2i(Renderer* renderer, const char* name, int x, int y);
     /// An `ivec3`.
-    bool set_uniform_3i(Renderer* renderer, char const* name, int x, int y, int z);
+    bool set_uniform_3i(Renderer* renderer, const char* name, int x, int y, int z);
     /// An `ivec4`.
-    bool set_uniform_4i(Renderer* renderer, char const* name, int x, int y, int z, int w);
+    bool set_uniform_4i(Renderer* renderer, const char* name, int x, int y, int z, int w);
     /// A `float`.
-    bool set_uniform_1f(Renderer* renderer, char const* name, float x);
+    bool set_uniform_1f(Renderer* renderer, const char* name, float x);
     /// A `vec2`.
-    bool set_uniform_2f(Renderer* renderer, char const* name, float x, float y);
+    bool set_uniform_2f(Renderer* renderer, const char* name, float x, float y);
     /// A `vec3`.
-    bool set_uniform_3f(Renderer* renderer, char const* name, float x, float y, float z);
+    bool set_uniform_3f(Renderer* renderer, const char* name, float x, float y, float z);
     /// A `vec4`.
-    bool set_uniform_4f(Renderer* renderer, char const* name, float x, float y, float z, float w);
+    bool set_uniform_4f(Renderer* renderer, const char* name, float x, float y, float z, float w);
     /// A `double`.
-    bool set_uniform_1d(Renderer* renderer, char const* name, double x);
+    bool set_uniform_1d(Renderer* renderer, const char* name, double x);
     /// A `dvec2`.
-    bool set_uniform_2d(Renderer* renderer, char const* name, double x, double y);
+    bool set_uniform_2d(Renderer* renderer, const char* name, double x, double y);
     /// A `dvec3`.
-    bool set_uniform_3d(Renderer* renderer, char const* name, double x, double y, double z);
+    bool set_uniform_3d(Renderer* renderer, const char* name, double x, double y, double z);
     /// A `dvec4`.
-    bool set_uniform_4d(Renderer* renderer, char const* name, double x, double y, double z,
+    bool set_uniform_4d(Renderer* renderer, const char* name, double x, double y, double z,
                         double w);
     /// A `uint`.
-    bool set_uniform_1ui(Renderer* renderer, char const* name, unsigned int x);
+    bool set_uniform_1ui(Renderer* renderer, const char* name, unsigned int x);
     /// A `uvec2`.
-    bool set_uniform_2ui(Renderer* renderer, char const* name, unsigned int x, unsigned int y);
+    bool set_uniform_2ui(Renderer* renderer, const char* name, unsigned int x, unsigned int y);
     /// A `uvec3`.
-    bool set_uniform_3ui(Renderer* renderer, char const* name, unsigned int x, unsigned int y,
+    bool set_uniform_3ui(Renderer* renderer, const char* name, unsigned int x, unsigned int y,
                          unsigned int z);
     /// A `uvec4`.
-    bool set_uniform_4ui(Renderer* renderer, char const* name, unsigned int x, unsigned int y,
+    bool set_uniform_4ui(Renderer* renderer, const char* name, unsigned int x, unsigned int y,
                          unsigned int z, unsigned int w);
     /// One texture handle.
-    bool set_uniform_1ui64(Renderer* renderer, char const* name, unsigned long long value);
+    bool set_uniform_1ui64(Renderer* renderer, const char* name, unsigned long long value);
     /// `count` elements of type `int`.
-    bool set_uniform_1iv(Renderer* renderer, char const* name, int const* values, int count);
+    bool set_uniform_1iv(Renderer* renderer, const char* name, const int* values, int count);
     /// `count` elements of type `ivec2`: `values` holds twice as many ints.
-    bool set_uniform_2iv(Renderer* renderer, char const* name, int const* values, int count);
+    bool set_uniform_2iv(Renderer* renderer, const char* name, const int* values, int count);
     /// `count` elements of type `ivec3`: `values` holds three times as many ints.
-    bool set_uniform_3iv(Renderer* renderer, char const* name, int const* values, int count);
+    bool set_uniform_3iv(Renderer* renderer, const char* name, const int* values, int count);
     /// `count` elements of type `ivec4`: `values` holds four times as many ints.
-    bool set_uniform_4iv(Renderer* renderer, char const* name, int const* values, int count);
+    bool set_uniform_4iv(Renderer* renderer, const char* name, const int* values, int count);
     /// `count` elements of type `float`.
-    bool set_uniform_1fv(Renderer* renderer, char const* name, float const* values, int count);
+    bool set_uniform_1fv(Renderer* renderer, const char* name, const float* values, int count);
     /// `count` elements of type `vec2`.
-    bool set_uniform_2fv(Renderer* renderer, char const* name, vec2 const* values, int count);
+    bool set_uniform_2fv(Renderer* renderer, const char* name, const vec2* values, int count);
     /// `count` elements of type `vec3`.
-    bool set_uniform_3fv(Renderer* renderer, char const* name, vec3 const* values, int count);
+    bool set_uniform_3fv(Renderer* renderer, const char* name, const vec3* values, int count);
     /// `count` elements of type `vec4`.
-    bool set_uniform_4fv(Renderer* renderer, char const* name, vec4 const* values, int count);
+    bool set_uniform_4fv(Renderer* renderer, const char* name, const vec4* values, int count);
     /// `count` elements of type `double`.
-    bool set_uniform_1dv(Renderer* renderer, char const* name, double const* values, int count);
+    bool set_uniform_1dv(Renderer* renderer, const char* name, const double* values, int count);
     /// `count` elements of type `dvec2`: `values` holds twice as many doubles.
-    bool set_uniform_2dv(Renderer* renderer, char const* name, double const* values, int count);
+    bool set_uniform_2dv(Renderer* renderer, const char* name, const double* values, int count);
     /// `count` elements of type `dvec3`: `values` holds three times as many doubles.
-    bool set_uniform_3dv(Renderer* renderer, char const* name, double const* values, int count);
+    bool set_uniform_3dv(Renderer* renderer, const char* name, const double* values, int count);
     /// `count` elements of type `dvec4`: `values` holds four times as many doubles.
-    bool set_uniform_4dv(Renderer* renderer, char const* name, double const* values, int count);
+    bool set_uniform_4dv(Renderer* renderer, const char* name, const double* values, int count);
     /// `count` texture handles.
-    bool set_uniform_1ui64v(Renderer* renderer, char const* name, unsigned long long const* values,
+    bool set_uniform_1ui64v(Renderer* renderer, const char* name, const unsigned long long* values,
                             int count);
     /// `count` elements of type `mat3`, nine floats each.
-    bool set_uniform_3x3fv(Renderer* renderer, char const* name, float const* values, int count);
+    bool set_uniform_3x3fv(Renderer* renderer, const char* name, const float* values, int count);
     /// `count` elements of type `mat4`, sixteen floats each.
-    bool set_uniform_4x4fv(Renderer* renderer, char const* name, float const* values, int count);
+    bool set_uniform_4x4fv(Renderer* renderer, const char* name, const float* values, int count);
     /// @}
 
 private:

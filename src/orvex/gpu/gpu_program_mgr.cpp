@@ -27,7 +27,7 @@ bool GpuProgramMgr::stop(Renderer* renderer) {
     return ResourceMgr::stop(renderer);
 }
 
-GpuProgram* GpuProgramMgr::create_gpu_program(char const* name) {
+GpuProgram* GpuProgramMgr::create_gpu_program(const char* name) {
     auto* const program = new GpuProgram;
     program->set_name(name);
     add_gpu_program(program);
@@ -38,25 +38,25 @@ bool GpuProgramMgr::add_gpu_program(GpuProgram* program) {
     return add_resource(program);
 }
 
-GpuProgram* GpuProgramMgr::create_gpu_program_from_file(Renderer* renderer, char const* path,
-                                                        char const* name) {
+GpuProgram* GpuProgramMgr::create_gpu_program_from_file(Renderer* renderer, const char* path,
+                                                        const char* name) {
     GpuProgram* const program = create_gpu_program(name);
     init_gpu_program_from_file(renderer, program, path, name);
     return program;
 }
 
-GpuProgram* GpuProgramMgr::create_gpu_program_from_memory(Renderer* renderer, char const* text,
-                                                          unsigned long size, char const* name) {
+GpuProgram* GpuProgramMgr::create_gpu_program_from_memory(Renderer* renderer, const char* text,
+                                                          unsigned long size, const char* name) {
     GpuProgram* const program = create_gpu_program(name);
     init_gpu_program_from_memory(renderer, program, text, size, name);
     return program;
 }
 
-GpuProgram* GpuProgramMgr::create_gpu_program_from_shaders(Renderer* renderer, char const* vertex,
-                                                           char const* pixel, char const* geometry,
-                                                           char const* tess_control,
-                                                           char const* tess_eval,
-                                                           char const* compute, char const* name) {
+GpuProgram* GpuProgramMgr::create_gpu_program_from_shaders(Renderer* renderer, const char* vertex,
+                                                           const char* pixel, const char* geometry,
+                                                           const char* tess_control,
+                                                           const char* tess_eval,
+                                                           const char* compute, const char* name) {
     GpuProgram* const program = create_gpu_program(name);
     init_gpu_program_from_shaders(renderer, program, vertex, pixel, geometry, tess_control,
                                   tess_eval, compute, name);
@@ -64,8 +64,8 @@ GpuProgram* GpuProgramMgr::create_gpu_program_from_shaders(Renderer* renderer, c
 }
 
 GpuProgram* GpuProgramMgr::create_gpu_program_from_effect(Renderer* renderer,
-                                                          char const* effect_text,
-                                                          char const* name) {
+                                                          const char* effect_text,
+                                                          const char* name) {
     GpuProgram* const program = create_gpu_program(name);
     init_gpu_program_from_effect(renderer, program, effect_text, name);
     return program;
@@ -78,7 +78,7 @@ bool GpuProgramMgr::finish_init(GpuProgram* program, bool loaded) {
 }
 
 bool GpuProgramMgr::init_gpu_program_from_file(Renderer* renderer, GpuProgram* program,
-                                               char const* path, char const* name) {
+                                               const char* path, const char* name) {
     if (!program)
         return false;
     program->set_name(name);
@@ -86,8 +86,8 @@ bool GpuProgramMgr::init_gpu_program_from_file(Renderer* renderer, GpuProgram* p
 }
 
 bool GpuProgramMgr::init_gpu_program_from_memory(Renderer* renderer, GpuProgram* program,
-                                                 char const* text, unsigned long size,
-                                                 char const* name) {
+                                                 const char* text, unsigned long size,
+                                                 const char* name) {
     if (!program)
         return false;
     program->set_name(name);
@@ -96,28 +96,28 @@ bool GpuProgramMgr::init_gpu_program_from_memory(Renderer* renderer, GpuProgram*
 
 // Loads one stage of several; an absent text counts as loaded. `error` names the stage in the log.
 bool GpuProgramMgr::load_stage(Renderer* renderer, GpuProgram* program, GPU_SHADER_TYPE type,
-                               char const* text, char const* error) {
+                               const char* text, const char* error) {
     if (!text || program->shader_load_from_memory(renderer, type, text, std::strlen(text)))
         return true;
-    if (char const* const log = program->data_->get_shader_info_log(type))
+    if (const char* const log = program->data_->get_shader_info_log(type))
         LogMgr::get()->tracef_error("GPU program %s - %s error: %s", program->get_name(), error,
                                     log);
     return false;
 }
 
 bool GpuProgramMgr::init_gpu_program_from_shaders(Renderer* renderer, GpuProgram* program,
-                                                  char const* vertex, char const* pixel,
-                                                  char const* geometry, char const* tess_control,
-                                                  char const* tess_eval, char const* compute,
-                                                  char const* name) {
+                                                  const char* vertex, const char* pixel,
+                                                  const char* geometry, const char* tess_control,
+                                                  const char* tess_eval, const char* compute,
+                                                  const char* name) {
     if (!program)
         return false;
     struct Stage {
         GPU_SHADER_TYPE type;
-        char const* text;
-        char const* error;
+        const char* text;
+        const char* error;
     };
-    Stage const stages[] = {
+    const Stage stages[] = {
         {GPU_SHADER_VERTEX, vertex, "Vertex shader"},
         {GPU_SHADER_TESS_CONTROL, tess_control, "Tessellation control shader"},
         {GPU_SHADER_TESS_EVAL, tess_eval, "Tessellation eval shader"},
@@ -127,13 +127,13 @@ bool GpuProgramMgr::init_gpu_program_from_shaders(Renderer* renderer, GpuProgram
     };
     program->set_name(name);
     bool loaded = true;
-    for (Stage const& stage : stages)
+    for (const Stage& stage : stages)
         loaded = load_stage(renderer, program, stage.type, stage.text, stage.error) && loaded;
     return finish_init(program, loaded);
 }
 
 bool GpuProgramMgr::init_gpu_program_from_effect(Renderer* renderer, GpuProgram* program,
-                                                 char const* effect_text, char const* name) {
+                                                 const char* effect_text, const char* name) {
     if (!program || !effect_text)
         return false;
     program->set_name(name);

@@ -25,8 +25,8 @@ public:
     /// Returns the one manager.
     static GpuProgramMgr* get();
 
-    GpuProgramMgr(GpuProgramMgr const&) = delete;
-    GpuProgramMgr& operator=(GpuProgramMgr const&) = delete;
+    GpuProgramMgr(const GpuProgramMgr&) = delete;
+    GpuProgramMgr& operator=(const GpuProgramMgr&) = delete;
 
     /// Returns true; nothing is needed before the first program.
     bool start(Renderer* renderer) override;
@@ -34,7 +34,7 @@ public:
     bool stop(Renderer* renderer) override;
 
     /// Makes a program with a name (null keeps the node's own) and no stages, and adds it.
-    GpuProgram* create_gpu_program(char const* name);
+    GpuProgram* create_gpu_program(const char* name);
     /// Adds a program made by the host and takes a reference. Returns false for null.
     bool add_gpu_program(GpuProgram* program);
 
@@ -45,19 +45,19 @@ public:
     /// @{
 
     /// From a file in the format of `GpuProgram::load_from_memory`.
-    GpuProgram* create_gpu_program_from_file(Renderer* renderer, char const* path,
-                                             char const* name);
+    GpuProgram* create_gpu_program_from_file(Renderer* renderer, const char* path,
+                                             const char* name);
     /// From a text with section markers.
-    GpuProgram* create_gpu_program_from_memory(Renderer* renderer, char const* text,
-                                               unsigned long size, char const* name);
+    GpuProgram* create_gpu_program_from_memory(Renderer* renderer, const char* text,
+                                               unsigned long size, const char* name);
     /// From one terminated text per stage; null for a stage that isn't wanted.
-    GpuProgram* create_gpu_program_from_shaders(Renderer* renderer, char const* vertex,
-                                                char const* pixel, char const* geometry,
-                                                char const* tess_control, char const* tess_eval,
-                                                char const* compute, char const* name);
+    GpuProgram* create_gpu_program_from_shaders(Renderer* renderer, const char* vertex,
+                                                const char* pixel, const char* geometry,
+                                                const char* tess_control, const char* tess_eval,
+                                                const char* compute, const char* name);
     /// From a Direct3D effect. OpenGL has no such stage: the program is never valid there.
-    GpuProgram* create_gpu_program_from_effect(Renderer* renderer, char const* effect_text,
-                                               char const* name);
+    GpuProgram* create_gpu_program_from_effect(Renderer* renderer, const char* effect_text,
+                                               const char* name);
     /// @}
 
     /// @name Loading a program that exists
@@ -66,20 +66,20 @@ public:
     /// @{
 
     /// From a file in the format of `GpuProgram::load_from_memory`.
-    bool init_gpu_program_from_file(Renderer* renderer, GpuProgram* program, char const* path,
-                                    char const* name);
+    bool init_gpu_program_from_file(Renderer* renderer, GpuProgram* program, const char* path,
+                                    const char* name);
     /// From a text with section markers.
-    bool init_gpu_program_from_memory(Renderer* renderer, GpuProgram* program, char const* text,
-                                      unsigned long size, char const* name);
+    bool init_gpu_program_from_memory(Renderer* renderer, GpuProgram* program, const char* text,
+                                      unsigned long size, const char* name);
     /// Loads every text that isn't null, and doesn't stop at a failure; true if all loaded, with no
     /// text at all too. The message of a stage that doesn't compile is logged as an error.
-    bool init_gpu_program_from_shaders(Renderer* renderer, GpuProgram* program, char const* vertex,
-                                       char const* pixel, char const* geometry,
-                                       char const* tess_control, char const* tess_eval,
-                                       char const* compute, char const* name);
+    bool init_gpu_program_from_shaders(Renderer* renderer, GpuProgram* program, const char* vertex,
+                                       const char* pixel, const char* geometry,
+                                       const char* tess_control, const char* tess_eval,
+                                       const char* compute, const char* name);
     /// From a Direct3D effect; false for a null text.
     bool init_gpu_program_from_effect(Renderer* renderer, GpuProgram* program,
-                                      char const* effect_text, char const* name);
+                                      const char* effect_text, const char* name);
     /// @}
 
 private:
@@ -87,8 +87,8 @@ private:
     ~GpuProgramMgr() override;
 
     bool finish_init(GpuProgram* program, bool loaded);
-    bool load_stage(Renderer* renderer, GpuProgram* program, GPU_SHADER_TYPE type, char const* text,
-                    char const* error);
+    bool load_stage(Renderer* renderer, GpuProgram* program, GPU_SHADER_TYPE type, const char* text,
+                    const char* error);
 
     static GpuProgramMgr* m_ptr_instance;
 };

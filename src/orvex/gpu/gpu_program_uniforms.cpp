@@ -11,56 +11,56 @@
 
 namespace orvex {
 
-bool GpuProgram::set_uniform_1i(Renderer* renderer, char const* name, int x) {
+bool GpuProgram::set_uniform_1i(Renderer* renderer, const char* name, int x) {
     if (!renderer)
         return data_->set_uniform_1i(name, x);
     renderer->gpu_program_set_uniform_1i(data_, name, x);
     return true;
 }
 
-bool GpuProgram::set_uniform_2i(Renderer* renderer, char const* name, int x, int y) {
+bool GpuProgram::set_uniform_2i(Renderer* renderer, const char* name, int x, int y) {
     if (!renderer)
         return data_->set_uniform_2i(name, x, y);
     renderer->gpu_program_set_uniform_2i(data_, name, x, y);
     return true;
 }
 
-bool GpuProgram::set_uniform_3i(Renderer* renderer, char const* name, int x, int y, int z) {
+bool GpuProgram::set_uniform_3i(Renderer* renderer, const char* name, int x, int y, int z) {
     if (!renderer)
         return data_->set_uniform_3i(name, x, y, z);
     renderer->gpu_program_set_uniform_3i(data_, name, x, y, z);
     return true;
 }
 
-bool GpuProgram::set_uniform_4i(Renderer* renderer, char const* name, int x, int y, int z, int w) {
+bool GpuProgram::set_uniform_4i(Renderer* renderer, const char* name, int x, int y, int z, int w) {
     if (!renderer)
         return data_->set_uniform_4i(name, x, y, z, w);
     renderer->gpu_program_set_uniform_4i(data_, name, x, y, z, w);
     return true;
 }
 
-bool GpuProgram::set_uniform_1f(Renderer* renderer, char const* name, float x) {
+bool GpuProgram::set_uniform_1f(Renderer* renderer, const char* name, float x) {
     if (!renderer)
         return data_->set_uniform_1f(name, x);
     renderer->gpu_program_set_uniform_1f(data_, name, x);
     return true;
 }
 
-bool GpuProgram::set_uniform_2f(Renderer* renderer, char const* name, float x, float y) {
+bool GpuProgram::set_uniform_2f(Renderer* renderer, const char* name, float x, float y) {
     if (!renderer)
         return data_->set_uniform_2f(name, x, y);
     renderer->gpu_program_set_uniform_2f(data_, name, x, y);
     return true;
 }
 
-bool GpuProgram::set_uniform_3f(Renderer* renderer, char const* name, float x, float y, float z) {
+bool GpuProgram::set_uniform_3f(Renderer* renderer, const char* name, float x, float y, float z) {
     if (!renderer)
         return data_->set_uniform_3f(name, x, y, z);
     renderer->gpu_program_set_uniform_3f(data_, name, x, y, z);
     return true;
 }
 
-bool GpuProgram::set_uniform_4f(Renderer* renderer, char const* name, float x, float y, float z,
+bool GpuProgram::set_uniform_4f(Renderer* renderer, const char* name, float x, float y, float z,
                                 float w) {
     if (!renderer)
         return data_->set_uniform_4f(name, x, y, z, w);
@@ -68,21 +68,21 @@ bool GpuProgram::set_uniform_4f(Renderer* renderer, char const* name, float x, f
     return true;
 }
 
-bool GpuProgram::set_uniform_1d(Renderer* renderer, char const* name, double x) {
+bool GpuProgram::set_uniform_1d(Renderer* renderer, const char* name, double x) {
     if (!renderer)
         return data_->set_uniform_1d(name, x);
     renderer->gpu_program_set_uniform_1d(data_, name, x);
     return true;
 }
 
-bool GpuProgram::set_uniform_2d(Renderer* renderer, char const* name, double x, double y) {
+bool GpuProgram::set_uniform_2d(Renderer* renderer, const char* name, double x, double y) {
     if (!renderer)
         return data_->set_uniform_2d(name, x, y);
     renderer->gpu_program_set_uniform_2d(data_, name, x, y);
     return true;
 }
 
-bool GpuProgram::set_uniform_3d(Renderer* renderer, char const* name, double x, double y,
+bool GpuProgram::set_uniform_3d(Renderer* renderer, const char* name, double x, double y,
                                 double z) {
     if (!renderer)
         return data_->set_uniform_3d(name, x, y, z);
@@ -90,7 +90,7 @@ bool GpuProgram::set_uniform_3d(Renderer* renderer, char const* name, double x, 
     return true;
 }
 
-bool GpuProgram::set_uniform_4d(Renderer* renderer, char const* name, double x, double y, double z,
+bool GpuProgram::set_uniform_4d(Renderer* renderer, const char* name, double x, double y, double z,
                                 double w) {
     if (!renderer)
         return data_->set_uniform_4d(name, x, y, z, w);
@@ -98,14 +98,14 @@ bool GpuProgram::set_uniform_4d(Renderer* renderer, char const* name, double x, 
     return true;
 }
 
-bool GpuProgram::set_uniform_1ui(Renderer* renderer, char const* name, unsigned int x) {
+bool GpuProgram::set_uniform_1ui(Renderer* renderer, const char* name, unsigned int x) {
     if (!renderer)
         return data_->set_uniform_1ui(name, x);
     renderer->gpu_program_set_uniform_1ui(data_, name, x);
     return true;
 }
 
-bool GpuProgram::set_uniform_2ui(Renderer* renderer, char const* name, unsigned int x,
+bool GpuProgram::set_uniform_2ui(Renderer* renderer, const char* name, unsigned int x,
                                  unsigned int y) {
     if (!renderer)
         return data_->set_uniform_2ui(name, x, y);
@@ -113,7 +113,7 @@ bool GpuProgram::set_uniform_2ui(Renderer* renderer, char const* name, unsigned 
     return true;
 }
 
-bool GpuProgram::set_uniform_3ui(Renderer* renderer, char const* name, unsigned int x,
+bool GpuProgram::set_uniform_3ui(Renderer* renderer, const char* name, unsigned int x,
                                  unsigned int y, unsigned int z) {
     if (!renderer)
         return data_->set_uniform_3ui(name, x, y, z);
@@ -121,7 +121,7 @@ bool GpuProgram::set_uniform_3ui(Renderer* renderer, char const* name, unsigned 
     return true;
 }
 
-bool GpuProgram::set_uniform_4ui(Renderer* renderer, char const* name, unsigned int x,
+bool GpuProgram::set_uniform_4ui(Renderer* renderer, const char* name, unsigned int x,
                                  unsigned int y, unsigned int z, unsigned int w) {
     if (!renderer)
         return data_->set_uniform_4ui(name, x, y, z, w);
@@ -129,14 +129,14 @@ bool GpuProgram::set_uniform_4ui(Renderer* renderer, char const* name, unsigned 
     return true;
 }
 
-bool GpuProgram::set_uniform_1ui64(Renderer* renderer, char const* name, unsigned long long value) {
+bool GpuProgram::set_uniform_1ui64(Renderer* renderer, const char* name, unsigned long long value) {
     if (!renderer)
         return data_->set_uniform_1ui64(name, value);
     renderer->gpu_program_set_uniform_1ui64(data_, name, value);
     return true;
 }
 
-bool GpuProgram::set_uniform_1iv(Renderer* renderer, char const* name, int const* values,
+bool GpuProgram::set_uniform_1iv(Renderer* renderer, const char* name, const int* values,
                                  int count) {
     if (!renderer)
         return data_->set_uniform_1iv(name, values, count);
@@ -144,7 +144,7 @@ bool GpuProgram::set_uniform_1iv(Renderer* renderer, char const* name, int const
     return true;
 }
 
-bool GpuProgram::set_uniform_2iv(Renderer* renderer, char const* name, int const* values,
+bool GpuProgram::set_uniform_2iv(Renderer* renderer, const char* name, const int* values,
                                  int count) {
     if (!renderer)
         return data_->set_uniform_2iv(name, values, count);
@@ -152,7 +152,7 @@ bool GpuProgram::set_uniform_2iv(Renderer* renderer, char const* name, int const
     return true;
 }
 
-bool GpuProgram::set_uniform_3iv(Renderer* renderer, char const* name, int const* values,
+bool GpuProgram::set_uniform_3iv(Renderer* renderer, const char* name, const int* values,
                                  int count) {
     if (!renderer)
         return data_->set_uniform_3iv(name, values, count);
@@ -160,7 +160,7 @@ bool GpuProgram::set_uniform_3iv(Renderer* renderer, char const* name, int const
     return true;
 }
 
-bool GpuProgram::set_uniform_4iv(Renderer* renderer, char const* name, int const* values,
+bool GpuProgram::set_uniform_4iv(Renderer* renderer, const char* name, const int* values,
                                  int count) {
     if (!renderer)
         return data_->set_uniform_4iv(name, values, count);
@@ -168,7 +168,7 @@ bool GpuProgram::set_uniform_4iv(Renderer* renderer, char const* name, int const
     return true;
 }
 
-bool GpuProgram::set_uniform_1fv(Renderer* renderer, char const* name, float const* values,
+bool GpuProgram::set_uniform_1fv(Renderer* renderer, const char* name, const float* values,
                                  int count) {
     if (!renderer)
         return data_->set_uniform_1fv(name, values, count);
@@ -176,7 +176,7 @@ bool GpuProgram::set_uniform_1fv(Renderer* renderer, char const* name, float con
     return true;
 }
 
-bool GpuProgram::set_uniform_2fv(Renderer* renderer, char const* name, vec2 const* values,
+bool GpuProgram::set_uniform_2fv(Renderer* renderer, const char* name, const vec2* values,
                                  int count) {
     if (!renderer)
         return data_->set_uniform_2fv(name, values, count);
@@ -184,7 +184,7 @@ bool GpuProgram::set_uniform_2fv(Renderer* renderer, char const* name, vec2 cons
     return true;
 }
 
-bool GpuProgram::set_uniform_3fv(Renderer* renderer, char const* name, vec3 const* values,
+bool GpuProgram::set_uniform_3fv(Renderer* renderer, const char* name, const vec3* values,
                                  int count) {
     if (!renderer)
         return data_->set_uniform_3fv(name, values, count);
@@ -192,7 +192,7 @@ bool GpuProgram::set_uniform_3fv(Renderer* renderer, char const* name, vec3 cons
     return true;
 }
 
-bool GpuProgram::set_uniform_4fv(Renderer* renderer, char const* name, vec4 const* values,
+bool GpuProgram::set_uniform_4fv(Renderer* renderer, const char* name, const vec4* values,
                                  int count) {
     if (!renderer)
         return data_->set_uniform_4fv(name, values, count);
@@ -200,7 +200,7 @@ bool GpuProgram::set_uniform_4fv(Renderer* renderer, char const* name, vec4 cons
     return true;
 }
 
-bool GpuProgram::set_uniform_1dv(Renderer* renderer, char const* name, double const* values,
+bool GpuProgram::set_uniform_1dv(Renderer* renderer, const char* name, const double* values,
                                  int count) {
     if (!renderer)
         return data_->set_uniform_1dv(name, values, count);
@@ -208,7 +208,7 @@ bool GpuProgram::set_uniform_1dv(Renderer* renderer, char const* name, double co
     return true;
 }
 
-bool GpuProgram::set_uniform_2dv(Renderer* renderer, char const* name, double const* values,
+bool GpuProgram::set_uniform_2dv(Renderer* renderer, const char* name, const double* values,
                                  int count) {
     if (!renderer)
         return data_->set_uniform_2dv(name, values, count);
@@ -216,7 +216,7 @@ bool GpuProgram::set_uniform_2dv(Renderer* renderer, char const* name, double co
     return true;
 }
 
-bool GpuProgram::set_uniform_3dv(Renderer* renderer, char const* name, double const* values,
+bool GpuProgram::set_uniform_3dv(Renderer* renderer, const char* name, const double* values,
                                  int count) {
     if (!renderer)
         return data_->set_uniform_3dv(name, values, count);
@@ -224,7 +224,7 @@ bool GpuProgram::set_uniform_3dv(Renderer* renderer, char const* name, double co
     return true;
 }
 
-bool GpuProgram::set_uniform_4dv(Renderer* renderer, char const* name, double const* values,
+bool GpuProgram::set_uniform_4dv(Renderer* renderer, const char* name, const double* values,
                                  int count) {
     if (!renderer)
         return data_->set_uniform_4dv(name, values, count);
@@ -232,8 +232,8 @@ bool GpuProgram::set_uniform_4dv(Renderer* renderer, char const* name, double co
     return true;
 }
 
-bool GpuProgram::set_uniform_1ui64v(Renderer* renderer, char const* name,
-                                    unsigned long long const* values, int count) {
+bool GpuProgram::set_uniform_1ui64v(Renderer* renderer, const char* name,
+                                    const unsigned long long* values, int count) {
     if (!renderer)
         return data_->set_uniform_1ui64v(name, values, count);
     renderer->gpu_program_set_uniform_1ui64v(data_, name, const_cast<unsigned long long*>(values),
@@ -241,7 +241,7 @@ bool GpuProgram::set_uniform_1ui64v(Renderer* renderer, char const* name,
     return true;
 }
 
-bool GpuProgram::set_uniform_3x3fv(Renderer* renderer, char const* name, float const* values,
+bool GpuProgram::set_uniform_3x3fv(Renderer* renderer, const char* name, const float* values,
                                    int count) {
     if (!renderer)
         return data_->set_uniform_3x3f(name, values);
@@ -249,7 +249,7 @@ bool GpuProgram::set_uniform_3x3fv(Renderer* renderer, char const* name, float c
     return true;
 }
 
-bool GpuProgram::set_uniform_4x4fv(Renderer* renderer, char const* name, float const* values,
+bool GpuProgram::set_uniform_4x4fv(Renderer* renderer, const char* name, const float* values,
                                    int count) {
     if (!renderer)
         return data_->set_uniform_4x4f(name, values);

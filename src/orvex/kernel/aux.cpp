@@ -4,22 +4,22 @@
 
 namespace orvex::aux {
 
-Model* load_model_from_file(char const* filename, char const* model_dir, char const* resource_dir) {
+Model* load_model_from_file(const char* filename, const char* model_dir, const char* resource_dir) {
     return Kernel::get()->load_model_from_file(filename, model_dir, resource_dir);
 }
 
-Model* load_model_from_file_lib3ds(char const* filename, char const* model_dir,
-                                   char const* resource_dir) {
+Model* load_model_from_file_lib3ds(const char* filename, const char* model_dir,
+                                   const char* resource_dir) {
     return Kernel::get()->load_model_from_file_lib3ds(filename, model_dir, resource_dir);
 }
 
-Model* load_model_from_file_obj(char const* filename, char const* model_dir,
-                                char const* resource_dir) {
+Model* load_model_from_file_obj(const char* filename, const char* model_dir,
+                                const char* resource_dir) {
     return Kernel::get()->load_model_from_file_obj(filename, model_dir, resource_dir);
 }
 
-Model* load_model_from_file_fbx(char const* filename, char const* model_dir,
-                                char const* resource_dir) {
+Model* load_model_from_file_fbx(const char* filename, const char* model_dir,
+                                const char* resource_dir) {
     return Kernel::get()->load_model_from_file_fbx(filename, model_dir, resource_dir);
 }
 
@@ -29,9 +29,9 @@ bool compute_object_vertex_color(Object* object, unsigned long vertex_index, vec
                                                       light, clamp);
 }
 
-bool compute_object_vertex_color_v2(Object* object, mat4 const& transform,
+bool compute_object_vertex_color_v2(Object* object, const mat4& transform,
                                     unsigned long vertex_index, vec4& out_color, Material* material,
-                                    Light* light, vec4 const& light_position, bool clamp) {
+                                    Light* light, const vec4& light_position, bool clamp) {
     return Kernel::get()->compute_object_vertex_color_v2(object, transform, vertex_index, out_color,
                                                          material, light, light_position, clamp);
 }

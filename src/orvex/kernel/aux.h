@@ -30,27 +30,27 @@ namespace aux {
 ///                      load before, "" means none
 /// @param resource_dir  prefix of its textures, likewise, for loaders that use one
 /// @return a new model that the caller owns; null for a null name and if no loader accepts the file
-ORVEX_API Model* load_model_from_file(char const* filename, char const* model_dir,
-                                      char const* resource_dir);
+ORVEX_API Model* load_model_from_file(const char* filename, const char* model_dir,
+                                      const char* resource_dir);
 /// Only the built-in 3DS loader; null in a build without it.
-ORVEX_API Model* load_model_from_file_lib3ds(char const* filename, char const* model_dir,
-                                             char const* resource_dir);
+ORVEX_API Model* load_model_from_file_lib3ds(const char* filename, const char* model_dir,
+                                             const char* resource_dir);
 /// Only the built-in OBJ loader.
-ORVEX_API Model* load_model_from_file_obj(char const* filename, char const* model_dir,
-                                          char const* resource_dir);
+ORVEX_API Model* load_model_from_file_obj(const char* filename, const char* model_dir,
+                                          const char* resource_dir);
 /// Only the plugin "orvex_plugin_fbx", if one is loaded.
-ORVEX_API Model* load_model_from_file_fbx(char const* filename, char const* model_dir,
-                                          char const* resource_dir);
+ORVEX_API Model* load_model_from_file_fbx(const char* filename, const char* model_dir,
+                                          const char* resource_dir);
 
 /// The lit colour of one vertex; see `Kernel::compute_object_vertex_color`.
 ORVEX_API bool compute_object_vertex_color(Object* object, unsigned long vertex_index,
                                            vec4& out_color, Material* material, Light* light,
                                            bool clamp);
 /// The same with a transform and a light position of the caller's.
-ORVEX_API bool compute_object_vertex_color_v2(Object* object, mat4 const& transform,
+ORVEX_API bool compute_object_vertex_color_v2(Object* object, const mat4& transform,
                                               unsigned long vertex_index, vec4& out_color,
                                               Material* material, Light* light,
-                                              vec4 const& light_position, bool clamp);
+                                              const vec4& light_position, bool clamp);
 
 } // namespace aux
 } // namespace orvex

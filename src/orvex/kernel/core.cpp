@@ -5,7 +5,7 @@
 
 namespace orvex::core {
 
-bool start(char const* log_filename, bool log_enabled, void (*callback)(char const*, void*),
+bool start(const char* log_filename, bool log_enabled, void (*callback)(const char*, void*),
            void* user_data) {
     log_start(log_filename);
     log_set_callback(callback, user_data);
@@ -13,13 +13,13 @@ bool start(char const* log_filename, bool log_enabled, void (*callback)(char con
     return Kernel::get()->start();
 }
 
-bool stop(char const* message) {
+bool stop(const char* message) {
     Kernel::get()->stop();
     log_trace(message);
     return log_stop();
 }
 
-bool log_start(char const* filename) {
+bool log_start(const char* filename) {
     return LogMgr::get()->start(filename, false);
 }
 
@@ -27,7 +27,7 @@ bool log_stop() {
     return LogMgr::get()->stop();
 }
 
-void log_set_callback(void (*callback)(char const*, void*), void* user_data) {
+void log_set_callback(void (*callback)(const char*, void*), void* user_data) {
     if (Log* const log = log_get_default())
         log->set_trace_callback(callback, user_data);
 }
@@ -46,27 +46,27 @@ Log* log_get_default() {
     return LogMgr::get()->get_default_log();
 }
 
-void log_trace(char const* message) {
+void log_trace(const char* message) {
     LogMgr::get()->trace(message);
 }
 
-void log_trace_warning(char const* message) {
+void log_trace_warning(const char* message) {
     LogMgr::get()->trace_warning(message);
 }
 
-void log_trace_error(char const* message) {
+void log_trace_error(const char* message) {
     LogMgr::get()->trace_error(message);
 }
 
-void log_trace_debug(char const* message) {
+void log_trace_debug(const char* message) {
     LogMgr::get()->trace_debug(message);
 }
 
-char const* get_engine_codename() {
+const char* get_engine_codename() {
     return Kernel::get()->get_codename();
 }
 
-char const* get_platform_name() {
+const char* get_platform_name() {
     return Kernel::get()->get_platform_name();
 }
 

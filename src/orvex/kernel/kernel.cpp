@@ -82,7 +82,7 @@ int Kernel::get_version_build() const {
     return version_build;
 }
 
-char const* Kernel::get_codename() const {
+const char* Kernel::get_codename() const {
     return codename;
 }
 
@@ -94,7 +94,7 @@ int Kernel::get_platform_bitness() const {
     return Is64BitApp() ? 64 : 32;
 }
 
-char const* Kernel::get_platform_name() const {
+const char* Kernel::get_platform_name() const {
     return data->platform.platform_name.c_str();
 }
 
@@ -113,27 +113,27 @@ void Kernel::get_osx_version(int* major, int* minor, int* patch) const {
     give(patch, data->platform.osx.patch);
 }
 
-char const* Kernel::get_osx_codename() const {
+const char* Kernel::get_osx_codename() const {
     return data->platform.osx.codename.c_str();
 }
 
-char const* Kernel::get_osx_kern_osrelease() const {
+const char* Kernel::get_osx_kern_osrelease() const {
     return data->platform.osx_kernel_release.c_str();
 }
 
-char const* Kernel::get_linux_sysname() const {
+const char* Kernel::get_linux_sysname() const {
     return data->platform.linux_sysname.c_str();
 }
 
-char const* Kernel::get_linux_release() const {
+const char* Kernel::get_linux_release() const {
     return data->platform.linux_release.c_str();
 }
 
-char const* Kernel::get_linux_version() const {
+const char* Kernel::get_linux_version() const {
     return data->platform.linux_version.c_str();
 }
 
-char const* Kernel::get_linux_machine() const {
+const char* Kernel::get_linux_machine() const {
     return data->platform.linux_machine.c_str();
 }
 

@@ -62,7 +62,7 @@ public:
     int get_version_patch() const; ///< the last number of 0.9.0
     int get_version_build() const; ///< of the same version; 0
     /// The codename of this version.
-    char const* get_codename() const;
+    const char* get_codename() const;
 
     /// @}
     /// @name Platform
@@ -73,16 +73,16 @@ public:
     /// 64 or 32, a fact of the build and known at any time.
     int get_platform_bitness() const;
     /// Name of the system, "Linux".
-    char const* get_platform_name() const;
+    const char* get_platform_name() const;
     /// Any of the three may be null.
     void get_osx_version(int* major, int* minor, int* patch) const;
-    char const* get_osx_codename() const;       ///< empty here
-    char const* get_osx_kern_osrelease() const; ///< empty here
+    const char* get_osx_codename() const;       ///< empty here
+    const char* get_osx_kern_osrelease() const; ///< empty here
     /// The `get_linux_*` texts are those of `uname`.
-    char const* get_linux_sysname() const;
-    char const* get_linux_release() const; ///< as `uname -r`
-    char const* get_linux_version() const; ///< as `uname -v`
-    char const* get_linux_machine() const; ///< as `uname -m`
+    const char* get_linux_sysname() const;
+    const char* get_linux_release() const; ///< as `uname -r`
+    const char* get_linux_version() const; ///< as `uname -v`
+    const char* get_linux_machine() const; ///< as `uname -m`
 
     /// @}
     /// @name Core plugins
@@ -124,7 +124,7 @@ public:
     /// @param use_search_path  tries each search directory in order, put before `filename` as it
     ///                         is, and notes it as the registry's current directory
     /// @return the plugin, owned by the registry; null, with a log line, if it can't be loaded
-    Plugin* load_plugin(char const* filename, bool force, bool use_search_path);
+    Plugin* load_plugin(const char* filename, bool force, bool use_search_path);
 
     /// Unloads a plugin as `PluginMgr::unload_plugin` does.
     /// @return the references left; -1 if there is no plugin of this id
@@ -154,10 +154,10 @@ public:
     /// @{
 
     /// Appends a directory; the same one may stand there twice. @return false for null
-    bool plugin_search_path_add_dir(char const* directory);
+    bool plugin_search_path_add_dir(const char* directory);
 
     /// Removes the first entry of exactly this text. @return false for null and if there is none
-    bool plugin_search_path_remove_dir(char const* directory);
+    bool plugin_search_path_remove_dir(const char* directory);
 
     /// Copies all entries, each followed by ";", into `buffer`: at most `size` - 1 bytes, the rest
     /// of them zeroed. The last byte is never written: a caller who may see a cut text zeroes it.
@@ -176,39 +176,39 @@ public:
     /// @{
 
     /// Offers the file to every registered 3D loader in order.
-    Model* load_model_from_file(char const* filename, char const* model_dir,
-                                char const* resource_dir);
+    Model* load_model_from_file(const char* filename, const char* model_dir,
+                                const char* resource_dir);
     /// As `load_model_from_file`, with the storage chosen.
     /// @param vertex_alignment  of the meshes' arrays in bytes; below 1 for ordinary memory
-    Model* load_model_from_file_v2(char const* filename, char const* model_dir,
-                                   char const* resource_dir, bool separate_vertex_arrays,
+    Model* load_model_from_file_v2(const char* filename, const char* model_dir,
+                                   const char* resource_dir, bool separate_vertex_arrays,
                                    int vertex_alignment);
 
     /// Only the built-in 3DS loader.
-    Model* load_model_from_file_lib3ds(char const* filename, char const* model_dir,
-                                       char const* resource_dir);
+    Model* load_model_from_file_lib3ds(const char* filename, const char* model_dir,
+                                       const char* resource_dir);
     /// As `load_model_from_file_lib3ds`, with the storage chosen.
     /// @param vertex_alignment  of the meshes' arrays in bytes; below 1 for ordinary memory
-    Model* load_model_from_file_lib3ds_v2(char const* filename, char const* model_dir,
-                                          char const* resource_dir, bool separate_vertex_arrays,
+    Model* load_model_from_file_lib3ds_v2(const char* filename, const char* model_dir,
+                                          const char* resource_dir, bool separate_vertex_arrays,
                                           int vertex_alignment);
 
     /// Only the built-in OBJ loader.
-    Model* load_model_from_file_obj(char const* filename, char const* model_dir,
-                                    char const* resource_dir);
+    Model* load_model_from_file_obj(const char* filename, const char* model_dir,
+                                    const char* resource_dir);
     /// As `load_model_from_file_obj`, with the storage chosen.
     /// @param vertex_alignment  of the meshes' arrays in bytes; below 1 for ordinary memory
-    Model* load_model_from_file_obj_v2(char const* filename, char const* model_dir,
-                                       char const* resource_dir, bool separate_vertex_arrays,
+    Model* load_model_from_file_obj_v2(const char* filename, const char* model_dir,
+                                       const char* resource_dir, bool separate_vertex_arrays,
                                        int vertex_alignment);
 
     /// Only the first registered 3D loader named "orvex_plugin_fbx", which comes from outside.
-    Model* load_model_from_file_fbx(char const* filename, char const* model_dir,
-                                    char const* resource_dir);
+    Model* load_model_from_file_fbx(const char* filename, const char* model_dir,
+                                    const char* resource_dir);
     /// As `load_model_from_file_fbx`, with the storage chosen.
     /// @param vertex_alignment  of the meshes' arrays in bytes; below 1 for ordinary memory
-    Model* load_model_from_file_fbx_v2(char const* filename, char const* model_dir,
-                                       char const* resource_dir, bool separate_vertex_arrays,
+    Model* load_model_from_file_fbx_v2(const char* filename, const char* model_dir,
+                                       const char* resource_dir, bool separate_vertex_arrays,
                                        int vertex_alignment);
 
     /// @}
@@ -235,10 +235,10 @@ public:
                                      Material* material, Light* light, bool clamp);
     /// The same with a matrix in place of the object's absolute transform, and a position in place
     /// of the light's own.
-    bool compute_object_vertex_color_v2(Object* object, mat4 const& transform,
+    bool compute_object_vertex_color_v2(Object* object, const mat4& transform,
                                         unsigned long vertex_index, vec4& out_color,
                                         Material* material, Light* light,
-                                        vec4 const& light_position, bool clamp);
+                                        const vec4& light_position, bool clamp);
 
     /// @}
     /// @name Textures of render targets

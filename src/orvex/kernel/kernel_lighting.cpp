@@ -64,10 +64,10 @@ bool Kernel::compute_object_vertex_color(Object* object, unsigned long vertex_in
                                           light ? *light->get_absolute_position() : vec4(), clamp);
 }
 
-bool Kernel::compute_object_vertex_color_v2(Object* object, mat4 const& transform,
+bool Kernel::compute_object_vertex_color_v2(Object* object, const mat4& transform,
                                             unsigned long vertex_index, vec4& out_color,
                                             Material* material, Light* light,
-                                            vec4 const& light_position, bool clamp) {
+                                            const vec4& light_position, bool clamp) {
     const Vertex* const vertex = object ? object->get_vertex(vertex_index) : nullptr;
     if (!vertex)
         return false;

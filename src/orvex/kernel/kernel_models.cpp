@@ -15,9 +15,9 @@ namespace {
 
 /// What the host asks for, the same for every loader that is tried.
 struct ModelRequest {
-    char const* filename;
-    char const* model_dir;
-    char const* resource_dir;
+    const char* filename;
+    const char* model_dir;
+    const char* resource_dir;
     bool separate_vertex_arrays;
     int vertex_alignment;
 };
@@ -63,7 +63,7 @@ Model* load_with_one_loader(Loader3D* loader, const ModelRequest& request) {
     return load_with(*loader, *model, request) ? model.release() : nullptr;
 }
 
-Model* load_with_named_loader(char const* name, const ModelRequest& request) {
+Model* load_with_named_loader(const char* name, const ModelRequest& request) {
     if (!request.filename)
         return nullptr;
     constexpr std::size_t compared_length = 127;
@@ -78,49 +78,49 @@ Model* load_with_named_loader(char const* name, const ModelRequest& request) {
 
 } // namespace
 
-Model* Kernel::load_model_from_file(char const* filename, char const* model_dir,
-                                    char const* resource_dir) {
+Model* Kernel::load_model_from_file(const char* filename, const char* model_dir,
+                                    const char* resource_dir) {
     return load_model_from_file_v2(filename, model_dir, resource_dir, true, 0);
 }
 
-Model* Kernel::load_model_from_file_v2(char const* filename, char const* model_dir,
-                                       char const* resource_dir, bool separate_vertex_arrays,
+Model* Kernel::load_model_from_file_v2(const char* filename, const char* model_dir,
+                                       const char* resource_dir, bool separate_vertex_arrays,
                                        int vertex_alignment) {
     return load_with_any_loader(
         {filename, model_dir, resource_dir, separate_vertex_arrays, vertex_alignment});
 }
 
-Model* Kernel::load_model_from_file_lib3ds(char const* filename, char const* model_dir,
-                                           char const* resource_dir) {
+Model* Kernel::load_model_from_file_lib3ds(const char* filename, const char* model_dir,
+                                           const char* resource_dir) {
     return load_model_from_file_lib3ds_v2(filename, model_dir, resource_dir, true, 0);
 }
 
-Model* Kernel::load_model_from_file_lib3ds_v2(char const* filename, char const* model_dir,
-                                              char const* resource_dir, bool separate_vertex_arrays,
+Model* Kernel::load_model_from_file_lib3ds_v2(const char* filename, const char* model_dir,
+                                              const char* resource_dir, bool separate_vertex_arrays,
                                               int vertex_alignment) {
     return load_with_one_loader(loader_lib3ds, {filename, model_dir, resource_dir,
                                                 separate_vertex_arrays, vertex_alignment});
 }
 
-Model* Kernel::load_model_from_file_obj(char const* filename, char const* model_dir,
-                                        char const* resource_dir) {
+Model* Kernel::load_model_from_file_obj(const char* filename, const char* model_dir,
+                                        const char* resource_dir) {
     return load_model_from_file_obj_v2(filename, model_dir, resource_dir, true, 0);
 }
 
-Model* Kernel::load_model_from_file_obj_v2(char const* filename, char const* model_dir,
-                                           char const* resource_dir, bool separate_vertex_arrays,
+Model* Kernel::load_model_from_file_obj_v2(const char* filename, const char* model_dir,
+                                           const char* resource_dir, bool separate_vertex_arrays,
                                            int vertex_alignment) {
     return load_with_one_loader(
         loader_obj, {filename, model_dir, resource_dir, separate_vertex_arrays, vertex_alignment});
 }
 
-Model* Kernel::load_model_from_file_fbx(char const* filename, char const* model_dir,
-                                        char const* resource_dir) {
+Model* Kernel::load_model_from_file_fbx(const char* filename, const char* model_dir,
+                                        const char* resource_dir) {
     return load_model_from_file_fbx_v2(filename, model_dir, resource_dir, true, 0);
 }
 
-Model* Kernel::load_model_from_file_fbx_v2(char const* filename, char const* model_dir,
-                                           char const* resource_dir, bool separate_vertex_arrays,
+Model* Kernel::load_model_from_file_fbx_v2(const char* filename, const char* model_dir,
+                                           const char* resource_dir, bool separate_vertex_arrays,
                                            int vertex_alignment) {
     return load_with_named_loader("orvex_plugin_fbx", {filename, model_dir, resource_dir,
                                                        separate_vertex_arrays, vertex_alignment});

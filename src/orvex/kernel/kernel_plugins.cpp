@@ -98,7 +98,7 @@ Renderer* Kernel::get_null_renderer() {
 
 namespace {
 
-int load_from_search_path(const std::vector<std::string>& directories, char const* filename,
+int load_from_search_path(const std::vector<std::string>& directories, const char* filename,
                           bool force) {
     PluginMgr* const registry = PluginMgr::get();
     for (const std::string& directory : directories) {
@@ -112,7 +112,7 @@ int load_from_search_path(const std::vector<std::string>& directories, char cons
 
 } // namespace
 
-Plugin* Kernel::load_plugin(char const* filename, bool force, bool use_search_path) {
+Plugin* Kernel::load_plugin(const char* filename, bool force, bool use_search_path) {
     if (!filename)
         return nullptr;
     int id = -1;
@@ -191,14 +191,14 @@ bool Kernel::terminate_all_plugins() {
     return call_all(&Plugin::terminate);
 }
 
-bool Kernel::plugin_search_path_add_dir(char const* directory) {
+bool Kernel::plugin_search_path_add_dir(const char* directory) {
     if (!directory)
         return false;
     data->plugin_search_path.emplace_back(directory);
     return true;
 }
 
-bool Kernel::plugin_search_path_remove_dir(char const* directory) {
+bool Kernel::plugin_search_path_remove_dir(const char* directory) {
     if (!directory)
         return false;
     auto& path = data->plugin_search_path;

@@ -231,7 +231,7 @@ namespace {
 
 /// The first address of a host. Unlike the plain look-up, this one keeps its result in memory of
 /// the caller's, so that threads may look up at once.
-bool resolve(char const* host, in_addr* address) {
+bool resolve(const char* host, in_addr* address) {
     std::vector<char> memory(1024);
     hostent entry{};
     hostent* found = nullptr;
@@ -244,14 +244,14 @@ bool resolve(char const* host, in_addr* address) {
     return true;
 }
 
-bool address_of(char const* host, unsigned short port, sockaddr_in* address) {
+bool address_of(const char* host, unsigned short port, sockaddr_in* address) {
     *address = any_address(port);
     return resolve(host, &address->sin_addr);
 }
 
 } // namespace
 
-bool SocketCore::connect_socket(Socket* socket, char const* host, unsigned short port) {
+bool SocketCore::connect_socket(Socket* socket, const char* host, unsigned short port) {
     if (!socket || !host)
         return false;
     sockaddr_in address;
@@ -290,7 +290,7 @@ bool is_nothing(const Socket* socket, const void* buffer, int length) {
 
 } // namespace
 
-int SocketCore::send_socket(Socket* socket, void const* buffer, int length) {
+int SocketCore::send_socket(Socket* socket, const void* buffer, int length) {
     if (is_nothing(socket, buffer, length))
         return 0;
     return static_cast<int>(
@@ -312,11 +312,11 @@ int SocketCore::receive_socket(Socket* socket, void* buffer, int length) {
     if (received > 0)
         log().tracef_debug("orvex::SocketCore::receive_socket() - received %d bytes on socket %d - "
                            "buffer: %.*s",
-                           received, socket->fd, length, static_cast<char const*>(buffer));
+                           received, socket->fd, length, static_cast<const char*>(buffer));
     return received;
 }
 
-int SocketCore::send_udp(Socket* socket, char const* host, unsigned short port, void const* buffer,
+int SocketCore::send_udp(Socket* socket, const char* host, unsigned short port, const void* buffer,
                          int length) {
     if (!host || is_nothing(socket, buffer, length))
         return 0;

@@ -94,7 +94,7 @@ public:
     /// Connects to the first address of a host.
     /// @param host  a name or a dotted address
     /// @return false for null, and with an error line if the host is unknown or refuses
-    virtual bool connect_socket(Socket* socket, char const* host, unsigned short port);
+    virtual bool connect_socket(Socket* socket, const char* host, unsigned short port);
 
     /// Connects to `addr->host` at `addr->port`.
     virtual bool connect_socket(Socket* socket, SockAddr* addr);
@@ -107,7 +107,7 @@ public:
     /// Sends once.
     /// @param length  bytes; below 1 nothing is sent
     /// @return bytes sent, which may be fewer; 0 for a null or empty argument; -1 on failure
-    virtual int send_socket(Socket* socket, void const* buffer, int length);
+    virtual int send_socket(Socket* socket, const void* buffer, int length);
 
     /// Waits until there is data, or the peer has closed, and leaves the data where it is.
     /// @return bytes that are there, at most 1023; 0 for null and if the peer has closed; -1 on
@@ -124,7 +124,7 @@ public:
     /// @param length  bytes; below 1 nothing is sent
     /// @return bytes sent; 0 for a null or empty argument; -1 on failure, without a log line if the
     ///         host is unknown
-    virtual int send_udp(Socket* socket, char const* host, unsigned short port, void const* buffer,
+    virtual int send_udp(Socket* socket, const char* host, unsigned short port, const void* buffer,
                          int length);
 
     /// Waits for a message; what doesn't fit in the buffer is lost.

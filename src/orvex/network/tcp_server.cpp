@@ -123,7 +123,7 @@ void TcpServer::threaded_client_callback(bool state) {
     data->threaded_client_callback = state;
 }
 
-void TcpServer::set_stop_message(char const* text) {
+void TcpServer::set_stop_message(const char* text) {
     if (!text)
         return;
     char message[sizeof data->stop_message] = {};
@@ -139,7 +139,7 @@ void TcpServer::set_stop_message(char const* text) {
         static_cast<int>(length));
 }
 
-char const* TcpServer::get_stop_message() const {
+const char* TcpServer::get_stop_message() const {
     return data->stop_message;
 }
 

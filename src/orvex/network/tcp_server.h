@@ -156,10 +156,10 @@ public:
     /// Sets the text that ends `run`: any message that begins with it. An empty text lets any
     /// message end it.
     /// @param text  cut at 127 bytes; null is ignored
-    void set_stop_message(char const* text);
+    void set_stop_message(const char* text);
 
     /// The stop text, "STOP_ORVEX_TCP_SERVER" at first. Valid until the next `set_stop_message`.
-    char const* get_stop_message() const;
+    const char* get_stop_message() const;
 
     /// Ends the connections of `run_v2`'s client threads and lets `run` or `run_v2` return false: a
     /// connection of its own wakes them. No bytes are sent.

@@ -98,7 +98,7 @@ bool TcpServer::TcpServerData::Service::is_end(Socket* client, int length) {
     Message message(new unsigned char[static_cast<std::size_t>(size)]());
     core->receive_socket(client, message.get(), length);
     if (data.is_stop_message(
-            {reinterpret_cast<char const*>(message.get()), static_cast<std::size_t>(length)})) {
+            {reinterpret_cast<const char*>(message.get()), static_cast<std::size_t>(length)})) {
         LogMgr::get()->trace_debug(
             "orvex::TcpServer::run() - received stop message. Exit from tcp svr loop.");
         data.stop_requested = true;

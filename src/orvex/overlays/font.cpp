@@ -53,16 +53,14 @@ int Font::get_renderer_id() {
 
 // The mesh is no child: who walks the tree reaches the children once, by way of the font.
 void Font::set_opengl_2_3_rendering_states(bool gl2, Node* node) {
-    if (state->bm_mesh != nullptr) {
+    if (state->bm_mesh != nullptr)
         state->bm_mesh->set_opengl_2_3_rendering_states(gl2, nullptr);
-    }
     Object::set_opengl_2_3_rendering_states(gl2, node);
 }
 
-void Font::scale_vertices_position(vec4 const& scale, Node* node) {
-    if (state->bm_mesh != nullptr) {
+void Font::scale_vertices_position(const vec4& scale, Node* node) {
+    if (state->bm_mesh != nullptr)
         state->bm_mesh->scale_vertices_position(scale, nullptr);
-    }
     Object::scale_vertices_position(scale, node);
 }
 
@@ -71,9 +69,8 @@ void Font::scale_vertices_position(vec4 const& scale, Node* node) {
 bool Font::BmData::alloc_strings(unsigned long count) {
     free_strings();
     strings.reset(new (std::nothrow) bm_string[count]);
-    if (strings == nullptr) {
+    if (strings == nullptr)
         return false;
-    }
     capacity = count;
     return true;
 }
@@ -85,10 +82,9 @@ void Font::BmData::free_strings() {
 }
 
 bool Font::BmData::add_string(float x, float y, float z, float r, float g, float b, float a,
-                              char const* text) {
-    if (text == nullptr || string_counter >= capacity) {
+                              const char* text) {
+    if (text == nullptr || string_counter >= capacity)
         return false;
-    }
     bm_string& string = strings[string_counter];
     string.x = x;
     string.y = y;
@@ -101,9 +97,8 @@ bool Font::BmData::add_string(float x, float y, float z, float r, float g, float
 
 unsigned long Font::BmData::get_num_chars() const {
     unsigned long count = 0;
-    for (unsigned long i = 0; i < string_counter; ++i) {
+    for (unsigned long i = 0; i < string_counter; ++i)
         count += strings[i].text.size();
-    }
     return count;
 }
 
@@ -115,20 +110,20 @@ void Font::bm_draw_reset() {
     state->bm_data.reset_string_counter();
 }
 
-bool Font::bm_draw_text_2d(int x, int y, float r, float g, float b, float a, char const* text) {
-    long long const up = -static_cast<long long>(y);
+bool Font::bm_draw_text_2d(int x, int y, float r, float g, float b, float a, const char* text) {
+    const long long up = -static_cast<long long>(y);
     return bm_draw_text_3d(static_cast<float>(x), static_cast<float>(up), 0.0f, r, g, b, a, text);
 }
 
 bool Font::bm_draw_text_3d(float x, float y, float z, float r, float g, float b, float a,
-                           char const* text) {
+                           const char* text) {
     return state->bm_data.add_string(x, y, z, r, g, b, a, text);
 }
 
 // -------------------------------------------------------------------------------- raster text
 
 bool Font::bitmap_font_linux_render(Renderer* renderer, RenderWindow* window, int x, int y, float r,
-                                    float g, float b, float a, char const* text,
+                                    float g, float b, float a, const char* text,
                                     unsigned long length) {
     return renderer != nullptr && window != nullptr &&
            renderer->font_bitmap_linux_render(state->font_data.get(), x, y, r, g, b, a, text,
@@ -136,19 +131,17 @@ bool Font::bitmap_font_linux_render(Renderer* renderer, RenderWindow* window, in
 }
 
 bool Font::bitmap_font_linux_renderf(Renderer* renderer, RenderWindow* window, int x, int y,
-                                     float r, float g, float b, float a, char const* format, ...) {
-    if (format == nullptr) {
+                                     float r, float g, float b, float a, const char* format, ...) {
+    if (format == nullptr)
         return false;
-    }
     char text[4096] = {};
     va_list arguments;
     va_start(arguments, format);
-    int const wanted = std::vsnprintf(text, sizeof(text), format, arguments);
+    const int wanted = std::vsnprintf(text, sizeof(text), format, arguments);
     va_end(arguments);
-    if (wanted < 0) {
+    if (wanted < 0)
         return false;
-    }
-    unsigned long const length = std::min(static_cast<unsigned long>(wanted), sizeof(text) - 1);
+    const unsigned long length = std::min(static_cast<unsigned long>(wanted), sizeof(text) - 1);
     return bitmap_font_linux_render(renderer, window, x, y, r, g, b, a, text, length);
 }
 

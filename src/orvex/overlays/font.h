@@ -67,7 +67,7 @@ public:
     /// Reads a charset from a file, as `bm_load_charset_from_memory` does.
     /// @param filename  taken as it is; anything but a regular file is refused
     /// @return false for null, and if it can't be read or parsed; the charset before stays then
-    bool bm_load_charset(char const* filename);
+    bool bm_load_charset(const char* filename);
     /// Reads a charset from BMFont XML.
     ///
     /// Taken are, below a root element of any name: of `info` "padding" and "spacing", of `common`
@@ -78,11 +78,11 @@ public:
     /// @param text  ends with a zero byte
     /// @return false for null, for XML that can't be parsed or that has no root; the charset before
     ///         stays then
-    bool bm_load_charset_from_memory(char const* text);
+    bool bm_load_charset_from_memory(const char* text);
     /// Name of the sheet's file, as it stands in the charset: relative to wherever the charset
     /// lies, at most 1023 characters. Empty if the charset names none, null without a charset.
     /// Valid until the next charset.
-    char const* bm_get_charset_image_filename();
+    const char* bm_get_charset_image_filename();
     /// @}
 
     /// @name Sheet
@@ -95,11 +95,11 @@ public:
     /// @param renderer  null loads without uploading
     /// @param filename  taken as it is
     /// @return false for null, and if no codec decodes it; whether the upload worked isn't told
-    bool bm_load_charset_texture(Renderer* renderer, char const* filename);
+    bool bm_load_charset_texture(Renderer* renderer, const char* filename);
     /// The same from an encoded image in memory, without mipmaps, and clamped at the edges.
     /// @param bytes,size  read during the call only
     /// @return false for null or size 0, and if no codec decodes it
-    bool bm_load_charset_texture_from_memory(Renderer* renderer, unsigned char const* bytes,
+    bool bm_load_charset_texture_from_memory(Renderer* renderer, const unsigned char* bytes,
                                              unsigned long size);
     /// Gives the sheet back. @return true
     bool bm_release_charset_texture(Renderer* renderer);
@@ -116,10 +116,10 @@ public:
     /// @param r,g,b,a  colour of its vertices
     /// @param text  copied
     /// @return false for null, and when 512 texts are queued: this one is lost for the frame
-    bool bm_draw_text_2d(int x, int y, float r, float g, float b, float a, char const* text);
+    bool bm_draw_text_2d(int x, int y, float r, float g, float b, float a, const char* text);
     /// Queues a text at (x, y, z) in the object's space; as `bm_draw_text_2d` otherwise.
     bool bm_draw_text_3d(float x, float y, float z, float r, float g, float b, float a,
-                         char const* text);
+                         const char* text);
     /// @}
 
     /// @name Vertex buffer
@@ -158,12 +158,12 @@ public:
     /// @return false for a null renderer, window or text, for length 0, and where there is no
     ///         raster text
     bool bitmap_font_linux_render(Renderer* renderer, RenderWindow* window, int x, int y, float r,
-                                  float g, float b, float a, char const* text,
+                                  float g, float b, float a, const char* text,
                                   unsigned long length);
     /// The same with a text formatted as `printf` does, cut at 4095 characters.
     /// @return false also for a null format and one that can't be formatted
     bool bitmap_font_linux_renderf(Renderer* renderer, RenderWindow* window, int x, int y, float r,
-                                   float g, float b, float a, char const* format, ...)
+                                   float g, float b, float a, const char* format, ...)
         ORVEX_PRINTF(10, 11);
     /// Stores the area that raster text is placed in. @return true
     bool set_viewport_info(int x, int y, int width, int height);
@@ -186,7 +186,7 @@ public:
     void set_opengl_2_3_rendering_states(bool gl2, Node* node) override;
     /// Scales the quads there are now, until the next `bm_update_vb`. Mapped ones are lost by it:
     /// the next draw uploads the vertices on the CPU in their place.
-    void scale_vertices_position(vec4 const& scale, Node* node) override;
+    void scale_vertices_position(const vec4& scale, Node* node) override;
     /// @}
 
 private:

@@ -11,21 +11,20 @@
 
 namespace orvex {
 
-bool Font::bm_load_charset(char const* filename) {
+bool Font::bm_load_charset(const char* filename) {
     FileBytes file;
     return file.read(filename, INT_MAX - 1) && bm_load_charset_from_memory(file.text());
 }
 
-bool Font::bm_load_charset_from_memory(char const* text) {
+bool Font::bm_load_charset_from_memory(const char* text) {
     std::unique_ptr<BMCharset> charset = read_bm_charset(text);
-    if (charset == nullptr) {
+    if (charset == nullptr)
         return false;
-    }
     state->bm_charset = std::move(charset);
     return true;
 }
 
-char const* Font::bm_get_charset_image_filename() {
+const char* Font::bm_get_charset_image_filename() {
     return state->bm_charset != nullptr ? state->bm_charset->image_filename : nullptr;
 }
 
@@ -33,40 +32,35 @@ Texture* Font::bm_get_charset_texture() {
     return state->bm_texture.get();
 }
 
-bool Font::bm_load_charset_texture(Renderer* renderer, char const* filename) {
-    if (filename == nullptr) {
+bool Font::bm_load_charset_texture(Renderer* renderer, const char* filename) {
+    if (filename == nullptr)
         return false;
-    }
     bm_release_charset_texture(renderer);
     TextureMgr* const textures = TextureMgr::get();
     Texture* const sheet = textures->create_texture_2d_from_file(filename, false);
-    if (!take_sheet(sheet, true)) {
+    if (!take_sheet(sheet, true))
         return false;
-    }
     textures->upload_to_renderer(renderer, sheet, 0);
     return true;
 }
 
-bool Font::bm_load_charset_texture_from_memory(Renderer* renderer, unsigned char const* bytes,
+bool Font::bm_load_charset_texture_from_memory(Renderer* renderer, const unsigned char* bytes,
                                                unsigned long size) {
-    if (bytes == nullptr) {
+    if (bytes == nullptr)
         return false;
-    }
     bm_release_charset_texture(renderer);
     TextureMgr* const textures = TextureMgr::get();
     Texture* const sheet = textures->create_texture_2d_from_memory(bytes, size, false);
-    if (!take_sheet(sheet, false)) {
+    if (!take_sheet(sheet, false))
         return false;
-    }
     sheet->set_addressing_mode(renderer, ADDRESSING_CLAMP);
     textures->upload_to_renderer(renderer, sheet, 0);
     return true;
 }
 
 bool Font::take_sheet(Texture* decoded, bool mipmaps) {
-    if (decoded == nullptr) {
+    if (decoded == nullptr)
         return false;
-    }
     state->bm_texture.set(decoded);
     decoded->add_ref();
     decoded->gen_mipmaps(mipmaps);
@@ -77,13 +71,11 @@ bool Font::take_sheet(Texture* decoded, bool mipmaps) {
 // The manager may have let go of the sheet already: a reference it doesn't hold isn't its to give
 // back.
 bool Font::bm_release_charset_texture(Renderer* renderer) {
-    WeakNode<Texture> const held = std::exchange(state->bm_texture, {});
-    if (held.get() != nullptr) {
+    const WeakNode<Texture> held = std::exchange(state->bm_texture, {});
+    if (held.get() != nullptr)
         held.get()->release(renderer, nullptr);
-    }
-    if (TextureMgr::get()->has_resource(held.get())) {
+    if (TextureMgr::get()->has_resource(held.get()))
         TextureMgr::get()->release_texture(renderer, held.get(), nullptr);
-    }
     return true;
 }
 

@@ -23,9 +23,8 @@ constexpr unsigned long most_glyphs =
 /// Gives an empty mesh vertices for so many glyphs. @return false, with none, if memory runs out
 bool allocate_quads(Mesh& mesh, unsigned long num_glyphs) {
     mesh.set_vertex_alloc_params(false, 0);
-    if (mesh.alloc_vertex_data(num_glyphs * vertices_per_glyph)) {
+    if (mesh.alloc_vertex_data(num_glyphs * vertices_per_glyph))
         return true;
-    }
     mesh.free_mesh_data();
     return false;
 }
@@ -33,22 +32,19 @@ bool allocate_quads(Mesh& mesh, unsigned long num_glyphs) {
 } // namespace
 
 bool Font::bm_alloc_vb(Renderer* renderer, unsigned long num_chars) {
-    if (num_chars <= state->bm_vb_capacity) {
+    if (num_chars <= state->bm_vb_capacity)
         return true;
-    }
     if (renderer == nullptr || bm_get_charset_texture() == nullptr ||
-        state->bm_charset == nullptr || num_chars > most_glyphs) {
+        state->bm_charset == nullptr || num_chars > most_glyphs)
         return false;
-    }
-    unsigned long const capacity = num_chars > headroom ? num_chars + headroom : headroom;
+    const unsigned long capacity = num_chars > headroom ? num_chars + headroom : headroom;
     Mesh& mesh = empty_mesh(*renderer);
     MeshData* const data = mesh.get_mesh_data();
-    if (data == nullptr || !allocate_quads(mesh, capacity)) {
+    if (data == nullptr || !allocate_quads(mesh, capacity))
         return false;
-    }
     data->num_faces = 0;
     data->set_use_generic_vertex_attribs_state(get_use_generic_vertex_attribs_state());
-    DebugName const name(*this);
+    const DebugName name(*this);
     renderer->vertex_buffer_prepare(data);
     renderer->vertex_buffer_finish(data);
     state->bm_vb_capacity = capacity;
@@ -70,36 +66,31 @@ Mesh& Font::empty_mesh(Renderer& renderer) {
 }
 
 bool Font::bm_update_vb(Renderer* renderer, bool use_map) {
-    BmData const& texts = state->bm_data;
-    if (renderer == nullptr) {
+    const BmData& texts = state->bm_data;
+    if (renderer == nullptr)
         return false;
-    }
-    if (texts.get_string_counter() == 0) {
+    if (texts.get_string_counter() == 0)
         return true;
-    }
-    unsigned long const num_chars = texts.get_num_chars();
+    const unsigned long num_chars = texts.get_num_chars();
     bm_alloc_vb(renderer, num_chars);
     MeshData* const data = state->bm_mesh != nullptr ? state->bm_mesh->get_mesh_data() : nullptr;
     if (data == nullptr || state->bm_charset == nullptr || num_chars > state->bm_vb_capacity ||
-        data->get_vertex_elt_size() != sizeof(Vertex)) {
+        data->get_vertex_elt_size() != sizeof(Vertex))
         return false;
-    }
     return use_map ? write_mapped(*renderer, *data) : write_vertices(*data);
 }
 
 bool Font::write_mapped(Renderer& renderer, MeshData& data) {
     void* const mapped = renderer.vertex_buffer_map(data.vertex_buffer_id);
-    if (!write_quads(data, mapped)) {
+    if (!write_quads(data, mapped))
         return false;
-    }
     renderer.vertex_buffer_unmap(data.vertex_buffer_id);
     return true;
 }
 
 bool Font::write_vertices(MeshData& data) {
-    if (!write_quads(data, data.get_vertex_ptr())) {
+    if (!write_quads(data, data.get_vertex_ptr()))
         return false;
-    }
     // Either flag uploads whole records, colours included.
     data.positions_need_update = true;
     data.uv0_need_update = true;
@@ -108,11 +99,10 @@ bool Font::write_vertices(MeshData& data) {
 
 // Texts without a single character need no memory, and make a draw range of no length.
 bool Font::write_quads(MeshData& data, void* destination) {
-    BmData const& texts = state->bm_data;
-    unsigned long const num_chars = texts.get_num_chars();
-    if (num_chars > 0 && destination == nullptr) {
+    const BmData& texts = state->bm_data;
+    const unsigned long num_chars = texts.get_num_chars();
+    if (num_chars > 0 && destination == nullptr)
         return false;
-    }
     data.draw_start_vertex = 0;
     data.draw_end_vertex = num_chars * vertices_per_glyph;
     auto* vertices = static_cast<Vertex*>(destination);
@@ -126,19 +116,16 @@ bool Font::write_quads(MeshData& data, void* destination) {
 // A mesh that never had vertices has no arrays either, and a core context refuses to draw then.
 void Font::bm_render_vb(Renderer* renderer) {
     if (renderer == nullptr || state->bm_mesh == nullptr ||
-        state->bm_data.get_string_counter() == 0 ||
-        state->bm_mesh->get_num_vertices(nullptr) == 0) {
+        state->bm_data.get_string_counter() == 0 || state->bm_mesh->get_num_vertices(nullptr) == 0)
         return;
-    }
     state->bm_mesh->set_transform(get_transform());
     state->bm_mesh->render(renderer, nullptr);
 }
 
 bool Font::bm_free_vb(Renderer* renderer) {
     state->bm_vb_capacity = 0;
-    if (renderer != nullptr && state->bm_mesh != nullptr) {
+    if (renderer != nullptr && state->bm_mesh != nullptr)
         renderer->vertex_buffer_kill(state->bm_mesh->get_mesh_data());
-    }
     return true;
 }
 

@@ -21,8 +21,8 @@ struct GraphCurve : _Curve2D {
     unsigned long num_values = 0;
 
     GraphCurve() = default;
-    GraphCurve(GraphCurve const&) = delete;
-    GraphCurve& operator=(GraphCurve const&) = delete;
+    GraphCurve(const GraphCurve&) = delete;
+    GraphCurve& operator=(const GraphCurve&) = delete;
     ~GraphCurve() { end(nullptr); }
 
     /// @return false if memory ran out
@@ -67,8 +67,8 @@ struct Graph2d::Graph2dData {
     }
 
     vec4 shifted(vec4 position) const;
-    void set_positions(Axis& axis, vec4 const& start, vec4 const& end) const;
-    void draw(Axis const& axis, Renderer* renderer) const;
+    void set_positions(Axis& axis, const vec4& start, const vec4& end) const;
+    void draw(const Axis& axis, Renderer* renderer) const;
     void place_values(GraphCurve& curve) const;
 };
 
@@ -120,7 +120,7 @@ Curve* Graph2d::create_curve(unsigned long num_points) {
 
 bool Graph2d::kill_curve(Renderer* renderer, Curve* curve) {
     auto& curves = graph_data->curves;
-    auto const found = std::find_if(curves.begin(), curves.end(), [curve](auto const& held) {
+    const auto found = std::find_if(curves.begin(), curves.end(), [curve](const auto& held) {
         return held->living.get() == curve;
     });
     if (!curve || found == curves.end())
@@ -131,7 +131,7 @@ bool Graph2d::kill_curve(Renderer* renderer, Curve* curve) {
 }
 
 bool Graph2d::kill_all_curves(Renderer* renderer) {
-    for (auto const& curve : graph_data->curves)
+    for (const auto& curve : graph_data->curves)
         curve->end(renderer);
     graph_data->curves.clear();
     return true;
@@ -142,7 +142,7 @@ unsigned long Graph2d::get_num_curves() const {
 }
 
 Curve* Graph2d::get_curve(unsigned long index) const {
-    GraphCurve const* const held = graph_data->find(index);
+    const GraphCurve* const held = graph_data->find(index);
     return held ? held->living.get() : nullptr;
 }
 
@@ -151,7 +151,7 @@ bool Graph2d::set_curve_color(unsigned long index, float r, float g, float b, fl
     return curve && curve->set_vertices_color(r, g, b, a);
 }
 
-bool Graph2d::add_curve_position(unsigned long index, vec4 const& position) {
+bool Graph2d::add_curve_position(unsigned long index, const vec4& position) {
     GraphCurve* const held = graph_data->find(index);
     if (!held)
         return false;
@@ -168,15 +168,15 @@ bool Graph2d::sync_curve_scalars(unsigned long index) {
     Curve* const curve = get_curve(index);
     if (!curve || held->samples.empty())
         return false;
-    unsigned long const num_points = curve->get_num_points();
-    unsigned long const num_samples = held->samples.size();
-    unsigned long const count = std::min(num_points, num_samples);
-    unsigned long const first = num_samples - count;
+    const unsigned long num_points = curve->get_num_points();
+    const unsigned long num_samples = held->samples.size();
+    const unsigned long count = std::min(num_points, num_samples);
+    const unsigned long first = num_samples - count;
     held->diff_points = first;
 
-    vec4 const& start = graph_data->x_axis.raw_start;
-    float const length = graph_data->x_axis.raw_end.x - start.x;
-    float const step = num_points > 0 ? length / static_cast<float>(num_points) : 0.0f;
+    const vec4& start = graph_data->x_axis.raw_start;
+    const float length = graph_data->x_axis.raw_end.x - start.x;
+    const float step = num_points > 0 ? length / static_cast<float>(num_points) : 0.0f;
     float x = start.x;
     for (unsigned long i = 0; i < count; ++i) {
         vec4 position = held->samples[first + i];
@@ -190,11 +190,11 @@ bool Graph2d::sync_curve_scalars(unsigned long index) {
 }
 
 unsigned long Graph2d::curve_get_diff_points(unsigned long index) const {
-    GraphCurve const* const held = graph_data->find(index);
+    const GraphCurve* const held = graph_data->find(index);
     return held ? held->diff_points : 0;
 }
 
-bool Graph2d::set_curve_value(unsigned long index, unsigned long point, vec4 const& value) {
+bool Graph2d::set_curve_value(unsigned long index, unsigned long point, const vec4& value) {
     Curve* const curve = get_curve(index);
     if (!curve)
         return false;
@@ -214,7 +214,7 @@ bool Graph2d::draw_curve(Renderer* renderer, unsigned long index) {
     Curve* const curve = get_curve(index);
     if (!curve)
         return false;
-    int const limit = curve->get_vertex_end_offset();
+    const int limit = curve->get_vertex_end_offset();
     curve->set_vertex_end_offset(-1);
     curve->render(renderer, nullptr);
     curve->set_vertex_end_offset(limit);
@@ -222,7 +222,7 @@ bool Graph2d::draw_curve(Renderer* renderer, unsigned long index) {
 }
 
 bool Graph2d::draw_all_curves(Renderer* renderer) {
-    for (auto const& held : graph_data->curves) {
+    for (const auto& held : graph_data->curves) {
         if (Curve* const curve = held->living.get()) {
             curve->set_vertex_end_offset(static_cast<int>(held->num_visible_points));
             curve->render(renderer, nullptr);
@@ -231,7 +231,7 @@ bool Graph2d::draw_all_curves(Renderer* renderer) {
     return true;
 }
 
-void Graph2d::Graph2dData::draw(Axis const& axis, Renderer* renderer) const {
+void Graph2d::Graph2dData::draw(const Axis& axis, Renderer* renderer) const {
     axis_line->set_start_position(axis.start.get_vec3());
     axis_line->set_end_position(axis.end.get_vec3());
     axis_line->set_start_color(axis.start_color);
@@ -244,27 +244,27 @@ void Graph2d::draw_axis(Renderer* renderer) {
     graph_data->draw(graph_data->y_axis, renderer);
 }
 
-void Graph2d::Graph2dData::set_positions(Axis& axis, vec4 const& start, vec4 const& end) const {
+void Graph2d::Graph2dData::set_positions(Axis& axis, const vec4& start, const vec4& end) const {
     axis.raw_start = start;
     axis.start = shifted(start);
     axis.raw_end = end;
     axis.end = shifted(end);
 }
 
-void Graph2d::set_x_axis_positions(vec4 const& start, vec4 const& end) {
+void Graph2d::set_x_axis_positions(const vec4& start, const vec4& end) {
     graph_data->set_positions(graph_data->x_axis, start, end);
 }
 
-void Graph2d::set_y_axis_positions(vec4 const& start, vec4 const& end) {
+void Graph2d::set_y_axis_positions(const vec4& start, const vec4& end) {
     graph_data->set_positions(graph_data->y_axis, start, end);
 }
 
-void Graph2d::set_x_axis_color(vec4 const& start, vec4 const& end) {
+void Graph2d::set_x_axis_color(const vec4& start, const vec4& end) {
     graph_data->x_axis.start_color = start;
     graph_data->x_axis.end_color = end;
 }
 
-void Graph2d::set_y_axis_color(vec4 const& start, vec4 const& end) {
+void Graph2d::set_y_axis_color(const vec4& start, const vec4& end) {
     graph_data->y_axis.start_color = start;
     graph_data->y_axis.end_color = end;
 }
@@ -279,7 +279,7 @@ bool Graph2d::is_viewport_enabled() const {
 
 void Graph2d::Graph2dData::place_values(GraphCurve& held) const {
     Curve* const curve = held.living.get();
-    unsigned long const count = curve ? std::min(held.num_values, curve->get_num_points()) : 0;
+    const unsigned long count = curve ? std::min(held.num_values, curve->get_num_points()) : 0;
     for (unsigned long i = 0; i < count; ++i)
         curve->set_value(i, shifted(held.values[i]));
 }
@@ -288,7 +288,7 @@ void Graph2d::set_viewport(int x, int y, int width, int height) {
     graph_data->viewport.set(x, y, width, height);
     if (!graph_data->viewport_enabled)
         return;
-    for (auto const& held : graph_data->curves)
+    for (const auto& held : graph_data->curves)
         graph_data->place_values(*held);
     Axis& x_axis = graph_data->x_axis;
     Axis& y_axis = graph_data->y_axis;

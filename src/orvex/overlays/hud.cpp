@@ -14,7 +14,7 @@
 
 namespace orvex::aux {
 
-char const* orvex_hud_tex_ortho_proj_vs_gl2 =
+const char* orvex_hud_tex_ortho_proj_vs_gl2 =
     "#version 120\n"
     "uniform mat4 orvex_ModelViewProjectionMatrix;\n"
     "void main()\n"
@@ -23,7 +23,7 @@ char const* orvex_hud_tex_ortho_proj_vs_gl2 =
     "  gl_TexCoord[0] = gl_MultiTexCoord0; \n"
     "}";
 
-char const* orvex_hud_tex_ortho_proj_ps_gl2 = "#version 120\n"
+const char* orvex_hud_tex_ortho_proj_ps_gl2 = "#version 120\n"
                                               "uniform sampler2D tex0;\n"
                                               "void main()\n"
                                               "{\n"
@@ -32,7 +32,7 @@ char const* orvex_hud_tex_ortho_proj_ps_gl2 = "#version 120\n"
                                               "  gl_FragColor = texture2D(tex0, uv); \n"
                                               "}";
 
-char const* orvex_hud_tex_ortho_proj_vs_gl3 =
+const char* orvex_hud_tex_ortho_proj_vs_gl3 =
     "#version 150\n"
     "in vec4 orvex_Position;\n"
     "in vec4 orvex_TexCoord0;\n"
@@ -44,7 +44,7 @@ char const* orvex_hud_tex_ortho_proj_vs_gl3 =
     "  Vertex_UV = orvex_TexCoord0;\n"
     "}";
 
-char const* orvex_hud_tex_ortho_proj_ps_gl3 = "#version 150\n"
+const char* orvex_hud_tex_ortho_proj_ps_gl3 = "#version 150\n"
                                               "uniform sampler2D tex0;\n"
                                               "in vec4 Vertex_UV;\n"
                                               "out vec4 Out_Color;\n"
@@ -71,7 +71,7 @@ Hud::~Hud() {
     delete data;
 }
 
-bool Hud::init_texture(Renderer* renderer, char const* filename) {
+bool Hud::init_texture(Renderer* renderer, const char* filename) {
     if (!renderer || !filename)
         return false;
     TextureMgr* const textures = TextureMgr::get();

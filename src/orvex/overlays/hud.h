@@ -15,10 +15,10 @@ namespace aux {
 /// matrix "orvex_ModelViewProjectionMatrix", the sampler "tex0" on unit 0 and, from OpenGL 3 on,
 /// the attributes "orvex_Position" and "orvex_TexCoord0".
 /// @{
-ORVEX_API extern char const* orvex_hud_tex_ortho_proj_vs_gl2; ///< vertex stage below OpenGL 3
-ORVEX_API extern char const* orvex_hud_tex_ortho_proj_ps_gl2; ///< pixel stage below OpenGL 3
-ORVEX_API extern char const* orvex_hud_tex_ortho_proj_vs_gl3; ///< vertex stage from OpenGL 3 on
-ORVEX_API extern char const* orvex_hud_tex_ortho_proj_ps_gl3; ///< pixel stage from OpenGL 3 on
+ORVEX_API extern const char* orvex_hud_tex_ortho_proj_vs_gl2; ///< vertex stage below OpenGL 3
+ORVEX_API extern const char* orvex_hud_tex_ortho_proj_ps_gl2; ///< pixel stage below OpenGL 3
+ORVEX_API extern const char* orvex_hud_tex_ortho_proj_vs_gl3; ///< vertex stage from OpenGL 3 on
+ORVEX_API extern const char* orvex_hud_tex_ortho_proj_ps_gl3; ///< pixel stage from OpenGL 3 on
 /// @}
 
 /// Draws a textured rectangle at a place on the screen, on top of what was drawn before: a logo, or
@@ -60,7 +60,7 @@ public:
     /// Loads the hud's own texture from an image file and uploads it, in place of the one before.
     /// @return false, with an error in the log, if the file can't be loaded or uploaded: there is
     ///         no texture then. False without a change for null
-    bool init_texture(Renderer* renderer, char const* filename);
+    bool init_texture(Renderer* renderer, const char* filename);
 
     /// Draws the own texture. Does nothing without one, and for a null renderer.
     /// @param x,y           lower left corner, pixels

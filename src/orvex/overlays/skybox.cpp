@@ -10,7 +10,7 @@
 
 namespace orvex {
 
-char const* orvex_skybox_vs_gl2 =
+const char* orvex_skybox_vs_gl2 =
     "#version 120\n"
     "uniform mat4 orvex_ModelViewMatrix;\n"
     "uniform mat4 orvex_ProjectionMatrix;\n"
@@ -25,7 +25,7 @@ char const* orvex_skybox_vs_gl2 =
     "  gl_Position = gl_Vertex;\n"
     "}";
 
-char const* orvex_skybox_ps_gl2 = "#version 120\n"
+const char* orvex_skybox_ps_gl2 = "#version 120\n"
                                   "uniform samplerCube cubemap;\n"
                                   "void main() \n"
                                   "{\n"
@@ -34,7 +34,7 @@ char const* orvex_skybox_ps_gl2 = "#version 120\n"
                                   "  gl_FragColor = textureCube(cubemap, normalize(uv.xyz)); \n"
                                   "}";
 
-char const* orvex_skybox_vs_gl3 =
+const char* orvex_skybox_vs_gl3 =
     "#version 150\n"
     "in vec4 orvex_Position;\n"
     "out vec4 Vertex_UV;\n"
@@ -51,7 +51,7 @@ char const* orvex_skybox_vs_gl3 =
     "  gl_Position = orvex_Position;\n"
     "}";
 
-char const* orvex_skybox_ps_gl3 = "#version 150\n"
+const char* orvex_skybox_ps_gl3 = "#version 150\n"
                                   "in vec4 Vertex_UV;\n"
                                   "out vec4 Out_Color;\n"
                                   "uniform samplerCube cubemap;\n"
@@ -112,7 +112,7 @@ void Skybox::drop_cubemap(Renderer* renderer) {
         TextureMgr::get()->release_texture(renderer, cubemap, nullptr);
 }
 
-bool Skybox::load_all_faces_from_files(Renderer* renderer, char const* const* filenames,
+bool Skybox::load_all_faces_from_files(Renderer* renderer, const char* const* filenames,
                                        PIXEL_FORMAT format) {
     drop_cubemap(renderer);
     TextureMgr* const textures = TextureMgr::get();
@@ -128,11 +128,11 @@ bool Skybox::load_all_faces_from_files(Renderer* renderer, char const* const* fi
     return data->holds_cubemap;
 }
 
-bool Skybox::load_all_faces_from_files(Renderer* renderer, char const* positive_x,
-                                       char const* negative_x, char const* positive_y,
-                                       char const* negative_y, char const* positive_z,
-                                       char const* negative_z, PIXEL_FORMAT format) {
-    char const* const filenames[] = {positive_x, negative_x, positive_y,
+bool Skybox::load_all_faces_from_files(Renderer* renderer, const char* positive_x,
+                                       const char* negative_x, const char* positive_y,
+                                       const char* negative_y, const char* positive_z,
+                                       const char* negative_z, PIXEL_FORMAT format) {
+    const char* const filenames[] = {positive_x, negative_x, positive_y,
                                      negative_y, positive_z, negative_z};
     return load_all_faces_from_files(renderer, filenames, format);
 }

@@ -15,10 +15,10 @@ class Texture;
 ///
 /// The gl2 pair needs a driver that accepts `inverse` in GLSL 1.20.
 /// @{
-ORVEX_API extern char const* orvex_skybox_vs_gl2; ///< vertex stage with built-in vertex arrays
-ORVEX_API extern char const* orvex_skybox_ps_gl2; ///< pixel stage with built-in vertex arrays
-ORVEX_API extern char const* orvex_skybox_vs_gl3; ///< vertex stage with generic attributes
-ORVEX_API extern char const* orvex_skybox_ps_gl3; ///< pixel stage with generic attributes
+ORVEX_API extern const char* orvex_skybox_vs_gl2; ///< vertex stage with built-in vertex arrays
+ORVEX_API extern const char* orvex_skybox_ps_gl2; ///< pixel stage with built-in vertex arrays
+ORVEX_API extern const char* orvex_skybox_vs_gl3; ///< vertex stage with generic attributes
+ORVEX_API extern const char* orvex_skybox_ps_gl3; ///< pixel stage with generic attributes
 /// @}
 
 /// Fills the screen with the surroundings of a scene, which a cube map shows.
@@ -81,13 +81,13 @@ public:
     /// @param format     pixel format to convert to; where that can't be done the file's stays
     /// @return false if a file can't be decoded: there is no cube map then. False also if the
     ///         upload fails: the cube map stays without a GPU texture
-    bool load_all_faces_from_files(Renderer* renderer, char const* const* filenames,
+    bool load_all_faces_from_files(Renderer* renderer, const char* const* filenames,
                                    PIXEL_FORMAT format);
     /// The same with the six paths one by one.
-    bool load_all_faces_from_files(Renderer* renderer, char const* positive_x,
-                                   char const* negative_x, char const* positive_y,
-                                   char const* negative_y, char const* positive_z,
-                                   char const* negative_z, PIXEL_FORMAT format);
+    bool load_all_faces_from_files(Renderer* renderer, const char* positive_x,
+                                   const char* negative_x, const char* positive_y,
+                                   const char* negative_y, const char* positive_z,
+                                   const char* negative_z, PIXEL_FORMAT format);
 
     /// Holds a program of the host's and gives the one before back. The host sets its "cubemap"
     /// uniform.

@@ -13,7 +13,7 @@
 
 namespace orvex::aux {
 
-char const* orvex_tripod_viz_vs_gl2 =
+const char* orvex_tripod_viz_vs_gl2 =
     "#version 120\n"
     "uniform mat4 orvex_ModelViewProjectionMatrix;\n"
     "void main()\n"
@@ -22,13 +22,13 @@ char const* orvex_tripod_viz_vs_gl2 =
     "  gl_FrontColor = gl_Color;\n"
     "}";
 
-char const* orvex_tripod_viz_ps_gl2 = "#version 120\n"
+const char* orvex_tripod_viz_ps_gl2 = "#version 120\n"
                                       "void main()\n"
                                       "{\n"
                                       "  gl_FragColor = gl_Color; \n"
                                       "}";
 
-char const* orvex_tripod_viz_vs_gl3 =
+const char* orvex_tripod_viz_vs_gl3 =
     "#version 150\n"
     "in vec4 orvex_Position;\n"
     "in vec4 orvex_Color;\n"
@@ -40,7 +40,7 @@ char const* orvex_tripod_viz_vs_gl3 =
     "  Vertex_Color = orvex_Color;\n"
     "}";
 
-char const* orvex_tripod_viz_ps_gl3 = "#version 150\n"
+const char* orvex_tripod_viz_ps_gl3 = "#version 150\n"
                                       "in vec4 Vertex_Color;\n"
                                       "out vec4 Out_Color;\n"
                                       "void main()\n"
@@ -58,7 +58,7 @@ struct TripodVisualizerData {
     void make_polyline();
     bool is_ready() const { return gpu_program.get() && polyline; }
     /// Draws the axes by a matrix that takes them to the world.
-    void draw(Renderer* renderer, mat4 const& transform);
+    void draw(Renderer* renderer, const mat4& transform);
 };
 
 TripodVisualizer::TripodVisualizer()
@@ -90,7 +90,7 @@ bool TripodVisualizerData::make_program(Renderer& renderer) {
 namespace {
 
 /// A line from the origin, of one colour.
-void set_axis(Polyline& polyline, unsigned long line, vec4 const& end, vec4 const& color) {
+void set_axis(Polyline& polyline, unsigned long line, const vec4& end, const vec4& color) {
     polyline.set_line_position(line, vec4(0.0f, 0.0f, 0.0f, 1.0f), end);
     polyline.set_line_color(line, color, color);
 }
@@ -104,7 +104,7 @@ void TripodVisualizerData::make_polyline() {
     polyline->set_opengl_2_3_rendering_states(!is_gl3, nullptr);
     polyline->initialize(6, LINE_RENDER_MODE_LINES);
     for (unsigned long line = 0; line < 3; ++line) {
-        vec4 const direction(line == 0 ? 1.0f : 0.0f, line == 1 ? 1.0f : 0.0f,
+        const vec4 direction(line == 0 ? 1.0f : 0.0f, line == 1 ? 1.0f : 0.0f,
                              line == 2 ? 1.0f : 0.0f, 1.0f);
         set_axis(*polyline, line, direction, direction);
     }
@@ -126,7 +126,7 @@ void TripodVisualizer::cleanup(Renderer* renderer) {
 
 // The lines feed the program once more when they are rendered. With a gl3 program this is where the
 // fixed pipeline gets the matrices, with a gl2 one the rendering hands them over.
-void TripodVisualizerData::draw(Renderer* renderer, mat4 const& transform) {
+void TripodVisualizerData::draw(Renderer* renderer, const mat4& transform) {
     polyline->get_tripod()->set_transform(transform);
     if (!gpu_program.get()->bind(renderer))
         return;

@@ -18,10 +18,10 @@ struct TripodVisualizerData;
 /// Read by `TripodVisualizer::init` when it makes its program. A host may put texts of its own here
 /// before that; they stay the host's. The program passes the matrices by the standard names.
 /// @{
-ORVEX_API extern char const* orvex_tripod_viz_vs_gl2; ///< vertices, OpenGL below 3
-ORVEX_API extern char const* orvex_tripod_viz_ps_gl2; ///< pixels, OpenGL below 3
-ORVEX_API extern char const* orvex_tripod_viz_vs_gl3; ///< vertices, OpenGL 3 and above
-ORVEX_API extern char const* orvex_tripod_viz_ps_gl3; ///< pixels, OpenGL 3 and above
+ORVEX_API extern const char* orvex_tripod_viz_vs_gl2; ///< vertices, OpenGL below 3
+ORVEX_API extern const char* orvex_tripod_viz_ps_gl2; ///< pixels, OpenGL below 3
+ORVEX_API extern const char* orvex_tripod_viz_vs_gl3; ///< vertices, OpenGL 3 and above
+ORVEX_API extern const char* orvex_tripod_viz_ps_gl3; ///< pixels, OpenGL 3 and above
 /// @}
 
 /// What the visualizers have in common: a GPU program and three lines of unit length from the
@@ -48,8 +48,8 @@ class ORVEX_API TripodVisualizer {
 public:
     /// Without program and lines: `init` makes them.
     TripodVisualizer();
-    TripodVisualizer(TripodVisualizer const&) = delete;
-    TripodVisualizer& operator=(TripodVisualizer const&) = delete;
+    TripodVisualizer(const TripodVisualizer&) = delete;
+    TripodVisualizer& operator=(const TripodVisualizer&) = delete;
     /// Frees neither program nor lines: call `cleanup` first.
     virtual ~TripodVisualizer();
 

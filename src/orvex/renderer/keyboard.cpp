@@ -122,7 +122,7 @@ constexpr KEYBOARD_LAYOUT native_layout = KEYBOARD_LAYOUT_X11;
 #endif
 
 void enter_missing(KeyboardData& data, KEYBOARD_LAYOUT layout) {
-    for (KeyRow const& row : key_rows)
+    for (const KeyRow& row : key_rows)
         data.key_map.emplace(row.key, layout == KEYBOARD_LAYOUT_X11 ? row.x11 : row.macintosh);
 }
 

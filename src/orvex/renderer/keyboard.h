@@ -137,8 +137,8 @@ public:
     /// All keys up, and no key code known: all of them lead to the platform code 0 until `init`.
     Keyboard();
     ~Keyboard();
-    Keyboard(Keyboard const&) = delete;
-    Keyboard& operator=(Keyboard const&) = delete;
+    Keyboard(const Keyboard&) = delete;
+    Keyboard& operator=(const Keyboard&) = delete;
 
     /// Enters the keys with the codes of the platform that the library was built for: the X11
     /// layout on Linux. A key code that is known already keeps its platform code, so that a second

@@ -33,8 +33,8 @@ public:
     /// Takes the next id; makes no objects of the API.
     RenderTarget();
     virtual ~RenderTarget();
-    RenderTarget(RenderTarget const&) = delete;
-    RenderTarget& operator=(RenderTarget const&) = delete;
+    RenderTarget(const RenderTarget&) = delete;
+    RenderTarget& operator=(const RenderTarget&) = delete;
 
     /// The id, unique in the process, by which the renderer finds the target.
     int get_id() const { return id; }
@@ -145,7 +145,7 @@ public:
     virtual void clear_error_str() = 0;
 
     /// The error lines gathered so far, each ended by a carriage return and a line feed.
-    virtual char const* get_error_str() = 0;
+    virtual const char* get_error_str() = 0;
 
     /// Length of `get_error_str` in bytes.
     virtual unsigned long get_error_str_size() = 0;

@@ -64,8 +64,8 @@ struct RenderWindow_ExtraData {
 /// `display_framebuffer` and `vsync`, for hosts that need more than these.
 class ORVEX_API RenderWindow {
 public:
-    RenderWindow(RenderWindow const&) = delete;
-    RenderWindow& operator=(RenderWindow const&) = delete;
+    RenderWindow(const RenderWindow&) = delete;
+    RenderWindow& operator=(const RenderWindow&) = delete;
     /// Frees the record. A back end ends its context too.
     virtual ~RenderWindow();
 
@@ -96,7 +96,7 @@ public:
     /// @param extra   the request; null asks for a record of defaults
     /// @return false, with nothing logged, when no configuration or no context could be had. A
     ///         version that the driver can't give is no failure: see `get_api_3d`.
-    virtual bool initialize(void* window, void* view, int width, int height, char const* msaa,
+    virtual bool initialize(void* window, void* view, int width, int height, const char* msaa,
                             RenderWindow* parent, RenderWindow_ExtraData* extra) = 0;
     /// Forgets the extension list and ends the context.
     /// @return the result of `osx_kill_context`
@@ -124,7 +124,7 @@ public:
     virtual bool get_opengl_version(int* major, int* minor) = 0;
     /// Looks a name up in the list of `build_opengl_extensions_list`, exactly and in its case.
     /// @return false for null, an unknown name, and before the list is built
-    virtual bool check_opengl_extension(char const* name) = 0;
+    virtual bool check_opengl_extension(const char* name) = 0;
     /// Appends the names of the current context's extensions to the list. The engine never calls
     /// it.
     /// @return from OpenGL 3.0 on false, with a complete list; on older contexts whether the list
@@ -143,7 +143,7 @@ public:
     virtual int get_num_GLX_extensions() = 0;
     /// @return the name at `index` of the list, which lives as long as the list; null beyond the
     /// end
-    virtual char const* get_opengl_extension(unsigned long index) = 0;
+    virtual const char* get_opengl_extension(unsigned long index) = 0;
     /// @return the native context, as `osx_get_cgl_ctx`
     virtual void* opengl_get_ctx() = 0;
     /// @return null
@@ -197,10 +197,10 @@ public:
     /// `initialize`; writes `core_profile` into `extra`. A context that the window had is ended
     /// once the new one exists.
     /// @return false when no configuration or no context could be had: the former one stays
-    virtual bool osx_create_cgl_context(void* view, int width, int height, char const* msaa,
+    virtual bool osx_create_cgl_context(void* view, int width, int height, const char* msaa,
                                         RenderWindow* parent, RenderWindow_ExtraData* extra) = 0;
     /// As `osx_create_cgl_context`, and asks for `stencil_bits` too.
-    virtual bool osx_create_cocoa_nsgl_context(void* view, int width, int height, char const* msaa,
+    virtual bool osx_create_cocoa_nsgl_context(void* view, int width, int height, const char* msaa,
                                                RenderWindow* parent,
                                                RenderWindow_ExtraData* extra) = 0;
     /// As `osx_apply_context`.

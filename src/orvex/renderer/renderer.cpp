@@ -24,15 +24,14 @@ void* Renderer::get_ctx() const {
     return renderer_data->ctx;
 }
 
-char const* Renderer::get_api_name() const {
+const char* Renderer::get_api_name() const {
     return renderer_data->api_name;
 }
 
-void Renderer::set_api_name(char const* name) {
+void Renderer::set_api_name(const char* name) {
     char copy[sizeof(renderer_data->api_name)] = {};
-    if (name != nullptr) {
+    if (name != nullptr)
         std::strncpy(copy, name, sizeof(copy) - 1);
-    }
     std::memcpy(renderer_data->api_name, copy, sizeof(copy));
 }
 

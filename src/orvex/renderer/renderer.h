@@ -37,15 +37,15 @@ public:
     /// No API name and type; touches no graphics API.
     Renderer();
     ~Renderer() override;
-    Renderer(Renderer const&) = delete;
-    Renderer& operator=(Renderer const&) = delete;
+    Renderer(const Renderer&) = delete;
+    Renderer& operator=(const Renderer&) = delete;
 
     /// Context word of the back end; null unless it sets one.
     void* get_ctx() const;
     /// Name of the API, at most 127 characters; never null, empty at first.
-    char const* get_api_name() const;
+    const char* get_api_name() const;
     /// Sets the API name, cut to 127 characters; null makes it empty.
-    void set_api_name(char const* name);
+    void set_api_name(const char* name);
     /// Identifier of the API; 0 at first, 1 for OpenGL.
     ORVEX_API3D get_api_type() const;
     /// Sets the identifier of the API.
@@ -130,15 +130,15 @@ public:
     /// Takes the oldest error that the API holds; 0 for none.
     virtual unsigned int get_opengl_error() = 0;
     /// Name of the graphics device.
-    virtual char const* get_renderer_model() = 0;
+    virtual const char* get_renderer_model() = 0;
     /// Maker of the driver.
-    virtual char const* get_renderer_vendor() = 0;
+    virtual const char* get_renderer_vendor() = 0;
     /// Version of the shading language.
-    virtual char const* get_shading_language_version() = 0;
+    virtual const char* get_shading_language_version() = 0;
     /// All extension names in one text; null in a core context, which has no such text.
-    virtual char const* get_renderer_gl_extensions_raw_string() = 0;
+    virtual const char* get_renderer_gl_extensions_raw_string() = 0;
     /// Version of the API, as text.
-    virtual char const* get_api_version() = 0;
+    virtual const char* get_api_version() = 0;
     /// Reads the version of the current context. Null outputs are skipped.
     /// @return false, with nothing written, if the version can't be read
     virtual bool get_opengl_version(int* major, int* minor) = 0;
@@ -244,13 +244,13 @@ public:
     /// Fills the colour buffer.
     virtual void clear_color_buffer(float r, float g, float b, float a) = 0;
     /// Fills the colour buffer; x, y, z, w are red, green, blue, alpha.
-    virtual void clear_color_buffer(vec4 const& color) = 0;
+    virtual void clear_color_buffer(const vec4& color) = 0;
     /// Fills the depth buffer, 0 to 1.
     virtual void clear_depth_buffer(float depth) = 0;
     /// Fills both buffers by one clear.
     virtual void clear_color_depth_buffers(float r, float g, float b, float a, float depth) = 0;
     /// Fills both buffers by one clear.
-    virtual void clear_color_depth_buffers(vec4 const& color, float depth) = 0;
+    virtual void clear_color_depth_buffers(const vec4& color, float depth) = 0;
     /// Tells the size of what `get_color_buffer` reads, which is the viewport's.
     /// @param size    receives the bytes, width * height * 4; null is refused, nothing is written
     /// @param width   receives the width; may be null
@@ -406,7 +406,7 @@ public:
     /// @param size    only tested against 0
     /// @return false if it doesn't compile; the record's shader log then holds the message
     virtual bool gpu_program_load_shader_from_memory(GpuProgramData* program, GPU_SHADER_TYPE type,
-                                                     char const* source, unsigned long size) = 0;
+                                                     const char* source, unsigned long size) = 0;
     /// Links the program if needed, binds the standard attributes, makes it active and sends its
     /// dirty uniforms. Null deactivates.
     virtual bool gpu_program_activate(GpuProgramData* program) = 0;
@@ -440,7 +440,7 @@ public:
     /// Compiles a source on trial, without any program.
     /// @param message       receives the log of a failure, cut and terminated; may be null
     /// @param message_size  room in `message`
-    virtual bool gpu_program_get_shader_compile_status(GPU_SHADER_TYPE type, char const* source,
+    virtual bool gpu_program_get_shader_compile_status(GPU_SHADER_TYPE type, const char* source,
                                                        char* message,
                                                        unsigned long message_size) = 0;
     /// Replaces the program object and attaches the compiled stages to the new one.
@@ -448,15 +448,15 @@ public:
     /// Replaces one stage while the program is in use; a source that doesn't compile changes
     /// nothing.
     virtual bool gpu_program_update_shader(GpuProgramData* program, GPU_SHADER_TYPE type,
-                                           char const* source, unsigned long size) = 0;
+                                           const char* source, unsigned long size) = 0;
     /// Location of an attribute, -1 if the program has none of this name.
     virtual int gpu_program_get_vertex_attrib_location(GpuProgramData* program,
-                                                       char const* name) = 0;
+                                                       const char* name) = 0;
     /// Fixes the location of an attribute from the next link on.
-    virtual bool gpu_program_bind_vertex_attrib_location(GpuProgramData* program, char const* name,
+    virtual bool gpu_program_bind_vertex_attrib_location(GpuProgramData* program, const char* name,
                                                          int location) = 0;
     /// Location of a uniform, -1 if the program has none of this name.
-    virtual int gpu_program_get_uniform_location(GpuProgramData* program, char const* name) = 0;
+    virtual int gpu_program_get_uniform_location(GpuProgramData* program, const char* name) = 0;
     /// @}
 
     /// @name Uniform setters by name and by location
@@ -469,70 +469,70 @@ public:
     /// @{
 
     /// An `int`.
-    virtual void gpu_program_set_uniform_1i(GpuProgramData* program, char const* name,
+    virtual void gpu_program_set_uniform_1i(GpuProgramData* program, const char* name,
                                             int value) = 0;
     /// A `float`.
-    virtual void gpu_program_set_uniform_1f(GpuProgramData* program, char const* name,
+    virtual void gpu_program_set_uniform_1f(GpuProgramData* program, const char* name,
                                             float value) = 0;
     /// An `ivec2`.
-    virtual void gpu_program_set_uniform_2i(GpuProgramData* program, char const* name, int x,
+    virtual void gpu_program_set_uniform_2i(GpuProgramData* program, const char* name, int x,
                                             int y) = 0;
     /// A `vec2`.
-    virtual void gpu_program_set_uniform_2f(GpuProgramData* program, char const* name, float x,
+    virtual void gpu_program_set_uniform_2f(GpuProgramData* program, const char* name, float x,
                                             float y) = 0;
     /// An `ivec3`.
-    virtual void gpu_program_set_uniform_3i(GpuProgramData* program, char const* name, int x, int y,
+    virtual void gpu_program_set_uniform_3i(GpuProgramData* program, const char* name, int x, int y,
                                             int z) = 0;
     /// A `vec3`.
-    virtual void gpu_program_set_uniform_3f(GpuProgramData* program, char const* name, float x,
+    virtual void gpu_program_set_uniform_3f(GpuProgramData* program, const char* name, float x,
                                             float y, float z) = 0;
     /// An `ivec4`.
-    virtual void gpu_program_set_uniform_4i(GpuProgramData* program, char const* name, int x, int y,
+    virtual void gpu_program_set_uniform_4i(GpuProgramData* program, const char* name, int x, int y,
                                             int z, int w) = 0;
     /// `count` elements of type `int`.
-    virtual void gpu_program_set_uniform_1iv(GpuProgramData* program, char const* name, int* values,
+    virtual void gpu_program_set_uniform_1iv(GpuProgramData* program, const char* name, int* values,
                                              int count) = 0;
     /// `count` elements of type `ivec2`: `values` holds twice as many ints.
-    virtual void gpu_program_set_uniform_2iv(GpuProgramData* program, char const* name, int* values,
+    virtual void gpu_program_set_uniform_2iv(GpuProgramData* program, const char* name, int* values,
                                              int count) = 0;
     /// `count` elements of type `ivec3`: `values` holds three times as many ints.
-    virtual void gpu_program_set_uniform_3iv(GpuProgramData* program, char const* name, int* values,
+    virtual void gpu_program_set_uniform_3iv(GpuProgramData* program, const char* name, int* values,
                                              int count) = 0;
     /// `count` elements of type `ivec4`: `values` holds four times as many ints.
-    virtual void gpu_program_set_uniform_4iv(GpuProgramData* program, char const* name, int* values,
+    virtual void gpu_program_set_uniform_4iv(GpuProgramData* program, const char* name, int* values,
                                              int count) = 0;
     /// A `vec4`.
-    virtual void gpu_program_set_uniform_4f(GpuProgramData* program, char const* name, float x,
+    virtual void gpu_program_set_uniform_4f(GpuProgramData* program, const char* name, float x,
                                             float y, float z, float w) = 0;
     /// `count` elements of type `float`.
-    virtual void gpu_program_set_uniform_1fv(GpuProgramData* program, char const* name,
+    virtual void gpu_program_set_uniform_1fv(GpuProgramData* program, const char* name,
                                              float* values, int count) = 0;
     /// `count` elements of type `vec2`.
-    virtual void gpu_program_set_uniform_2fv(GpuProgramData* program, char const* name,
+    virtual void gpu_program_set_uniform_2fv(GpuProgramData* program, const char* name,
                                              vec2* values, int count) = 0;
     /// `count` elements of type `vec3`.
-    virtual void gpu_program_set_uniform_3fv(GpuProgramData* program, char const* name,
+    virtual void gpu_program_set_uniform_3fv(GpuProgramData* program, const char* name,
                                              vec3* values, int count) = 0;
     /// `count` elements of type `vec4`.
-    virtual void gpu_program_set_uniform_4fv(GpuProgramData* program, char const* name,
+    virtual void gpu_program_set_uniform_4fv(GpuProgramData* program, const char* name,
                                              vec4* values, int count) = 0;
     /// `count` elements of type `double`.
-    virtual void gpu_program_set_uniform_1dv(GpuProgramData* program, char const* name,
+    virtual void gpu_program_set_uniform_1dv(GpuProgramData* program, const char* name,
                                              double* values, int count) = 0;
     /// `count` elements of type `dvec2`: `values` holds twice as many doubles.
-    virtual void gpu_program_set_uniform_2dv(GpuProgramData* program, char const* name,
+    virtual void gpu_program_set_uniform_2dv(GpuProgramData* program, const char* name,
                                              double* values, int count) = 0;
     /// `count` elements of type `dvec3`: `values` holds three times as many doubles.
-    virtual void gpu_program_set_uniform_3dv(GpuProgramData* program, char const* name,
+    virtual void gpu_program_set_uniform_3dv(GpuProgramData* program, const char* name,
                                              double* values, int count) = 0;
     /// `count` elements of type `dvec4`: `values` holds four times as many doubles.
-    virtual void gpu_program_set_uniform_4dv(GpuProgramData* program, char const* name,
+    virtual void gpu_program_set_uniform_4dv(GpuProgramData* program, const char* name,
                                              double* values, int count) = 0;
     /// `count` elements of type `mat3`, nine floats each.
-    virtual void gpu_program_set_uniform_3x3fv(GpuProgramData* program, char const* name,
+    virtual void gpu_program_set_uniform_3x3fv(GpuProgramData* program, const char* name,
                                                float* values, int count) = 0;
     /// `count` elements of type `mat4`, sixteen floats each.
-    virtual void gpu_program_set_uniform_4x4fv(GpuProgramData* program, char const* name,
+    virtual void gpu_program_set_uniform_4x4fv(GpuProgramData* program, const char* name,
                                                float* values, int count) = 0;
     /// An `int`, by location.
     virtual void gpu_program_set_uniform_1i_loc(int location, int value) = 0;
@@ -558,10 +558,10 @@ public:
     /// `count` elements of type `mat4`, sixteen floats each; by location.
     virtual void gpu_program_set_uniform_4x4fv_loc(int location, float* values, int count) = 0;
     /// One texture handle.
-    virtual void gpu_program_set_uniform_1ui64(GpuProgramData* program, char const* name,
+    virtual void gpu_program_set_uniform_1ui64(GpuProgramData* program, const char* name,
                                                unsigned long long value) = 0;
     /// `count` texture handles.
-    virtual void gpu_program_set_uniform_1ui64v(GpuProgramData* program, char const* name,
+    virtual void gpu_program_set_uniform_1ui64v(GpuProgramData* program, const char* name,
                                                 unsigned long long* values, int count) = 0;
     /// One texture handle, by location.
     virtual void gpu_program_set_uniform_ui64_loc(int location, unsigned long long value) = 0;
@@ -569,29 +569,29 @@ public:
     virtual void gpu_program_set_uniform_ui64v_loc(int location, unsigned long count,
                                                    unsigned long long* values) = 0;
     /// A `uint`.
-    virtual void gpu_program_set_uniform_1ui(GpuProgramData* program, char const* name,
+    virtual void gpu_program_set_uniform_1ui(GpuProgramData* program, const char* name,
                                              unsigned int value) = 0;
     /// A `uvec2`.
-    virtual void gpu_program_set_uniform_2ui(GpuProgramData* program, char const* name,
+    virtual void gpu_program_set_uniform_2ui(GpuProgramData* program, const char* name,
                                              unsigned int x, unsigned int y) = 0;
     /// A `uvec3`.
-    virtual void gpu_program_set_uniform_3ui(GpuProgramData* program, char const* name,
+    virtual void gpu_program_set_uniform_3ui(GpuProgramData* program, const char* name,
                                              unsigned int x, unsigned int y, unsigned int z) = 0;
     /// A `uvec4`.
-    virtual void gpu_program_set_uniform_4ui(GpuProgramData* program, char const* name,
+    virtual void gpu_program_set_uniform_4ui(GpuProgramData* program, const char* name,
                                              unsigned int x, unsigned int y, unsigned int z,
                                              unsigned int w) = 0;
     /// A `double`.
-    virtual void gpu_program_set_uniform_1d(GpuProgramData* program, char const* name,
+    virtual void gpu_program_set_uniform_1d(GpuProgramData* program, const char* name,
                                             double value) = 0;
     /// A `dvec2`.
-    virtual void gpu_program_set_uniform_2d(GpuProgramData* program, char const* name, double x,
+    virtual void gpu_program_set_uniform_2d(GpuProgramData* program, const char* name, double x,
                                             double y) = 0;
     /// A `dvec3`.
-    virtual void gpu_program_set_uniform_3d(GpuProgramData* program, char const* name, double x,
+    virtual void gpu_program_set_uniform_3d(GpuProgramData* program, const char* name, double x,
                                             double y, double z) = 0;
     /// A `dvec4`.
-    virtual void gpu_program_set_uniform_4d(GpuProgramData* program, char const* name, double x,
+    virtual void gpu_program_set_uniform_4d(GpuProgramData* program, const char* name, double x,
                                             double y, double z, double w) = 0;
     /// @}
 
@@ -688,33 +688,33 @@ public:
     virtual bool font_bitmap_windows_kill(FontData* font) = 0;
     /// Always false.
     virtual bool font_bitmap_windows_render(FontData* font, int x, int y, float r, float g, float b,
-                                            float a, char const* text, unsigned long length) = 0;
+                                            float a, const char* text, unsigned long length) = 0;
     /// Always false.
     virtual bool font_bitmap_windows_render_3d(FontData* font, float x, float y, float z, float r,
-                                               float g, float b, float a, char const* text,
+                                               float g, float b, float a, const char* text,
                                                unsigned long length) = 0;
     /// Always false.
     virtual bool font_bitmap_windows_render_prepare(FontData* font, int x, int y, float r, float g,
-                                                    float b, float a, char const* text,
+                                                    float b, float a, const char* text,
                                                     unsigned long length) = 0;
     /// Always false.
     virtual bool font_bitmap_windows_render_draw(FontData* font, int x, int y, float r, float g,
-                                                 float b, float a, char const* text,
+                                                 float b, float a, const char* text,
                                                  unsigned long length) = 0;
     /// Always false.
     virtual bool font_bitmap_windows_render_finish(FontData* font, int x, int y, float r, float g,
-                                                   float b, float a, char const* text,
+                                                   float b, float a, const char* text,
                                                    unsigned long length) = 0;
     /// Draws a text in pixels of the viewport told by the record; y counts down from its top.
     /// @param text    drawn to its terminating zero
     /// @param length  only tested against 0
     virtual bool font_bitmap_linux_render(FontData* font, int x, int y, float r, float g, float b,
-                                          float a, char const* text, unsigned long length) = 0;
+                                          float a, const char* text, unsigned long length) = 0;
     /// Draws a text at a point of the scene, by the matrices of the fixed pipeline.
     /// @param text    drawn to its terminating zero
     /// @param length  only tested against 0
     virtual bool font_bitmap_linux_render_3d(FontData* font, float x, float y, float z, float r,
-                                             float g, float b, float a, char const* text,
+                                             float g, float b, float a, const char* text,
                                              unsigned long length) = 0;
     /// @}
 
@@ -764,8 +764,8 @@ public:
     /// Sets the stipple of lines of the fixed pipeline.
     virtual void set_line_stipple(int factor, unsigned short pattern) = 0;
     /// Draws one line in the immediate mode of the fixed pipeline.
-    virtual void render_line(vec4 const& a, vec4 const& a_color, vec4 const& b,
-                             vec4 const& b_color) = 0;
+    virtual void render_line(const vec4& a, const vec4& a_color, const vec4& b,
+                             const vec4& b_color) = 0;
     /// @}
 
     /// @name Lights and materials of the fixed pipeline
@@ -773,23 +773,23 @@ public:
     /// @{
 
     /// Sets all three colours of a light.
-    virtual void light_set_colors(unsigned int light, vec4 const& ambient, vec4 const& diffuse,
-                                  vec4 const& specular) = 0;
+    virtual void light_set_colors(unsigned int light, const vec4& ambient, const vec4& diffuse,
+                                  const vec4& specular) = 0;
     /// Sets the ambient colour of a light.
-    virtual void light_set_ambient(unsigned int light, vec4 const& color) = 0;
+    virtual void light_set_ambient(unsigned int light, const vec4& color) = 0;
     /// Sets the diffuse colour of a light.
-    virtual void light_set_diffuse(unsigned int light, vec4 const& color) = 0;
+    virtual void light_set_diffuse(unsigned int light, const vec4& color) = 0;
     /// Sets the specular colour of a light.
-    virtual void light_set_specular(unsigned int light, vec4 const& color) = 0;
+    virtual void light_set_specular(unsigned int light, const vec4& color) = 0;
     /// Sets all colours and the shininess (0 to 128) of the material.
-    virtual void material_set_colors(vec4 const& ambient, vec4 const& diffuse, vec4 const& specular,
+    virtual void material_set_colors(const vec4& ambient, const vec4& diffuse, const vec4& specular,
                                      float shininess) = 0;
     /// Sets the ambient colour of the material.
-    virtual void material_set_ambient(vec4 const& color) = 0;
+    virtual void material_set_ambient(const vec4& color) = 0;
     /// Sets the diffuse colour of the material.
-    virtual void material_set_diffuse(vec4 const& color) = 0;
+    virtual void material_set_diffuse(const vec4& color) = 0;
     /// Sets the specular colour of the material.
-    virtual void material_set_specular(vec4 const& color) = 0;
+    virtual void material_set_specular(const vec4& color) = 0;
     /// Sets the shininess of the material, 0 to 128.
     virtual void material_set_shininess(float shininess) = 0;
     /// @}

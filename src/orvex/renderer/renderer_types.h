@@ -118,7 +118,7 @@ inline constexpr int GPU_SHADER_TYPE_COUNT = 8;
 
 /// Returns the word that stands for a stage in messages ("Vertex", "Tessellation control", ...).
 /// Never null; the text is empty for `GPU_SHADER_NONE` and for any value outside the list.
-ORVEX_API char const* GetGpuShaderTypeLabel(GPU_SHADER_TYPE type);
+ORVEX_API const char* GetGpuShaderTypeLabel(GPU_SHADER_TYPE type);
 
 /// What a shader may do with an image bound for it.
 enum DATA_ACCESS_TYPE : int {

@@ -76,43 +76,43 @@ const vec4& Light::get_specular() const {
     return light_data->specular;
 }
 
-void Light::set_position_uniform_name(char const* name) {
+void Light::set_position_uniform_name(const char* name) {
     light_data->position_uniform_name.assign(name);
 }
 
-char const* Light::get_position_uniform_name() const {
+const char* Light::get_position_uniform_name() const {
     return light_data->position_uniform_name.get();
 }
 
-void Light::set_radius_uniform_name(char const* name) {
+void Light::set_radius_uniform_name(const char* name) {
     light_data->radius_uniform_name.assign(name);
 }
 
-char const* Light::get_radius_uniform_name() const {
+const char* Light::get_radius_uniform_name() const {
     return light_data->radius_uniform_name.get();
 }
 
-void Light::set_ambient_uniform_name(char const* name) {
+void Light::set_ambient_uniform_name(const char* name) {
     light_data->ambient_uniform_name.assign(name);
 }
 
-char const* Light::get_ambient_uniform_name() const {
+const char* Light::get_ambient_uniform_name() const {
     return light_data->ambient_uniform_name.get();
 }
 
-void Light::set_diffuse_uniform_name(char const* name) {
+void Light::set_diffuse_uniform_name(const char* name) {
     light_data->diffuse_uniform_name.assign(name);
 }
 
-char const* Light::get_diffuse_uniform_name() const {
+const char* Light::get_diffuse_uniform_name() const {
     return light_data->diffuse_uniform_name.get();
 }
 
-void Light::set_specular_uniform_name(char const* name) {
+void Light::set_specular_uniform_name(const char* name) {
     light_data->specular_uniform_name.assign(name);
 }
 
-char const* Light::get_specular_uniform_name() const {
+const char* Light::get_specular_uniform_name() const {
     return light_data->specular_uniform_name.get();
 }
 
@@ -126,13 +126,13 @@ public:
         , program(program)
         , index(static_cast<int>(index)) {}
 
-    void send(char const* name, const vec4& value) {
+    void send(const char* name, const vec4& value) {
         if (name)
             renderer.gpu_program_set_uniform_4f(&program, numbered(name), value.x, value.y, value.z,
                                                 value.w);
     }
 
-    void send(char const* name, float value) {
+    void send(const char* name, float value) {
         if (name)
             renderer.gpu_program_set_uniform_1f(&program, numbered(name), value);
     }
@@ -143,7 +143,7 @@ private:
     int index;
     char text[128];
 
-    char const* numbered(char const* name) {
+    const char* numbered(const char* name) {
         std::snprintf(text, sizeof text, "%s_%d", name, index);
         return text;
     }

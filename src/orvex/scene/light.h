@@ -82,20 +82,20 @@ public:
     /// @{
 
     /// Of the local position.
-    void set_position_uniform_name(char const* name);
-    char const* get_position_uniform_name() const; ///< "orvex_light_position" at first
+    void set_position_uniform_name(const char* name);
+    const char* get_position_uniform_name() const; ///< "orvex_light_position" at first
     /// Of the radius.
-    void set_radius_uniform_name(char const* name);
-    char const* get_radius_uniform_name() const; ///< "orvex_light_radius" at first
+    void set_radius_uniform_name(const char* name);
+    const char* get_radius_uniform_name() const; ///< "orvex_light_radius" at first
     /// Of the ambient colour, then of the specular one.
-    void set_ambient_uniform_name(char const* name);
-    char const* get_ambient_uniform_name() const; ///< "orvex_light_ambient" at first
+    void set_ambient_uniform_name(const char* name);
+    const char* get_ambient_uniform_name() const; ///< "orvex_light_ambient" at first
     /// Of the diffuse colour.
-    void set_diffuse_uniform_name(char const* name);
-    char const* get_diffuse_uniform_name() const; ///< "orvex_light_diffuse" at first
+    void set_diffuse_uniform_name(const char* name);
+    const char* get_diffuse_uniform_name() const; ///< "orvex_light_diffuse" at first
     /// Kept, but `bind` never reads it.
-    void set_specular_uniform_name(char const* name);
-    char const* get_specular_uniform_name() const; ///< "orvex_light_specular" at first
+    void set_specular_uniform_name(const char* name);
+    const char* get_specular_uniform_name() const; ///< "orvex_light_specular" at first
     /// @}
 
     /// Hands the light to what draws next.

@@ -35,8 +35,8 @@ public:
     /// Everything unset: `render` draws nothing.
     Window();
     ~Window();
-    Window(Window const&) = delete;
-    Window& operator=(Window const&) = delete;
+    Window(const Window&) = delete;
+    Window& operator=(const Window&) = delete;
 
     /// Notes the layer, a number for the host's own ordering; nothing in the engine reads it.
     void set_layer(int layer);

@@ -35,7 +35,7 @@ bool expect(bool condition, const char* what) {
     return condition;
 }
 
-void show(char const* line, void*) {
+void show(const char* line, void*) {
     std::fprintf(stderr, "%s\n", line);
 }
 

@@ -91,7 +91,7 @@ TEST_F(LogMgrTest, holds_formatted_and_plain_lines_to_the_same_threshold) {
 
 TEST_F(LogMgrTest, ignores_null_messages_and_formats) {
     LogCapture log;
-    char const* const nothing = nullptr;
+    const char* const nothing = nullptr;
     mgr->trace(nothing);
     mgr->trace_warning(nothing);
     mgr->trace_error(nothing);

@@ -41,7 +41,7 @@ protected:
         log.set_trace_callback(&LogTest::take, &lines);
     }
 
-    static void take(char const* line, void* user_data) {
+    static void take(const char* line, void* user_data) {
         static_cast<std::vector<std::string>*>(user_data)->emplace_back(line);
     }
 
@@ -289,7 +289,7 @@ TEST_F(LogTest, goes_on_without_a_file_that_cannot_be_opened) {
 }
 
 TEST_F(LogTest, null_messages_formats_and_callbacks_do_nothing) {
-    char const* const nothing = nullptr;
+    const char* const nothing = nullptr;
     log.trace(LOG_LEVEL_INFO, nothing);
     log.tracef(LOG_LEVEL_INFO, nothing);
     log.simple_trace(LOG_LEVEL_INFO, nothing);
@@ -337,7 +337,7 @@ TEST_F(LogTest, a_callback_may_trace_where_the_log_goes_without_its_lock) {
     nested.log.enable();
     nested.log.use_thread_lock(false);
     nested.log.set_trace_callback(
-        [](char const* line, void* user_data) {
+        [](const char* line, void* user_data) {
             auto* const self = static_cast<Nested*>(user_data);
             self->lines.emplace_back(line);
             if (self->lines.size() == 1)

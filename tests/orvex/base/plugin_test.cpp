@@ -65,8 +65,8 @@ TEST(Plugin, keeps_version_type_state_and_handle) {
 
 struct TextField {
     const char* name;
-    void (Plugin::*set)(char const*);
-    char const* (Plugin::*get)() const;
+    void (Plugin::*set)(const char*);
+    const char* (Plugin::*get)() const;
     std::size_t limit;
 };
 
@@ -163,7 +163,7 @@ TEST(Plugin, cuts_a_message_at_1023_characters) {
 TEST(Plugin, ignores_a_null_format) {
     LogCapture log;
     Plugin plugin;
-    char const* const nothing = nullptr;
+    const char* const nothing = nullptr;
     plugin.tracef(nothing);
     plugin.tracef_warning(nothing);
     plugin.tracef_error(nothing);
@@ -238,16 +238,16 @@ TEST(Plugin, bases_without_a_concrete_class_have_no_type) {
 
 class EmptyLoader : public Loader3D {
 public:
-    bool load_from_file(Model*, char const*) override { return false; }
+    bool load_from_file(Model*, const char*) override { return false; }
 };
 
 class EmptyCodec : public ImageCodec {
 public:
-    bool load_image_from_file(Image*, char const*, bool) override { return false; }
+    bool load_image_from_file(Image*, const char*, bool) override { return false; }
     bool load_image_from_memory(Image*, unsigned char*, unsigned long, bool) override {
         return false;
     }
-    bool save_image_to_file(Image*, char const*) override { return false; }
+    bool save_image_to_file(Image*, const char*) override { return false; }
     bool free_image_resources(Image*) override { return false; }
 };
 
@@ -260,8 +260,8 @@ TEST(Plugin, interfaces_leave_the_type_to_their_concrete_classes) {
 
 TEST(Loader3D, keeps_four_texts_and_ignores_null) {
     struct Row {
-        void (Loader3D::*set)(char const*);
-        char const* (Loader3D::*get)() const;
+        void (Loader3D::*set)(const char*);
+        const char* (Loader3D::*get)() const;
         std::string text;
     };
     const std::vector<Row> rows = {

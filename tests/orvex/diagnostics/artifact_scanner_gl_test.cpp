@@ -26,7 +26,7 @@ constexpr unsigned long num_pixels = 1280ul * 720;
 /// How many faults each kind of frame is spoiled with, one after the other, with a clean frame
 /// behind each. ORVEX_SCANNER_FAULTS in the environment asks for more.
 int num_faults() {
-    char const* const wanted = std::getenv("ORVEX_SCANNER_FAULTS");
+    const char* const wanted = std::getenv("ORVEX_SCANNER_FAULTS");
     return wanted ? std::atoi(wanted) : 200;
 }
 

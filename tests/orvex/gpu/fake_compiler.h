@@ -23,7 +23,7 @@ public:
     unsigned long long store[4] = {};                 ///< behind every mapped uniform buffer
 
     bool gpu_program_load_shader_from_memory(orvex::GpuProgramData* program,
-                                             orvex::GPU_SHADER_TYPE type, char const* source,
+                                             orvex::GPU_SHADER_TYPE type, const char* source,
                                              unsigned long size) override {
         record = program;
         last_size = size;
@@ -34,7 +34,7 @@ public:
         sources.emplace_back(type, source);
         if (!std::strstr(source, "bad"))
             return true;
-        std::string const log = "bad " + std::to_string(type);
+        const std::string log = "bad " + std::to_string(type);
         if (leaves_log)
             program->set_shader_info_log(type, log.c_str(), log.size());
         return false;

@@ -52,7 +52,7 @@ TEST_F(GpuProgramMgrTest, adds_a_program_of_the_host_once) {
 }
 
 TEST_F(GpuProgramMgrTest, loads_from_memory) {
-    char const text[] = "[Vertex_Shader]v[Pixel_Shader]p";
+    const char text[] = "[Vertex_Shader]v[Pixel_Shader]p";
     GpuProgram* const program =
         mgr->create_gpu_program_from_memory(&renderer, text, sizeof text, "prog");
     EXPECT_TRUE(program->is_valid());
@@ -62,7 +62,7 @@ TEST_F(GpuProgramMgrTest, loads_from_memory) {
 }
 
 TEST_F(GpuProgramMgrTest, loads_from_a_file) {
-    TempDir const dir;
+    const TempDir dir;
     GpuProgram* const program = mgr->create_gpu_program_from_file(
         &renderer, dir.write("a.glsl", "[Compute_Shader]c").c_str(), "prog");
     EXPECT_TRUE(program->is_valid());
@@ -92,7 +92,7 @@ TEST_F(GpuProgramMgrTest, a_program_without_any_text_counts_as_loaded) {
 }
 
 TEST_F(GpuProgramMgrTest, returns_a_program_that_does_not_load) {
-    char const* const null = nullptr;
+    const char* const null = nullptr;
     GpuProgram* const programs[] = {
         mgr->create_gpu_program_from_file(&renderer, null, "prog"),
         mgr->create_gpu_program_from_file(&renderer, "/nowhere/a.glsl", "prog"),
@@ -116,8 +116,8 @@ TEST_F(GpuProgramMgrTest, returns_a_program_that_does_not_load) {
 }
 
 TEST_F(GpuProgramMgrTest, loads_a_program_of_the_host) {
-    TempDir const dir;
-    std::string const path = dir.write("a.glsl", "[Compute_Shader]c");
+    const TempDir dir;
+    const std::string path = dir.write("a.glsl", "[Compute_Shader]c");
     auto* const program = new GpuProgram;
     EXPECT_TRUE(mgr->init_gpu_program_from_file(&renderer, program, path.c_str(), "file"));
     EXPECT_TRUE(program->is_valid());

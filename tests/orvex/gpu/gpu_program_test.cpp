@@ -37,7 +37,7 @@ protected:
         return *renderer.record;
     }
 
-    bool load(std::string const& text) {
+    bool load(const std::string& text) {
         return program->load_from_memory(&renderer, text.c_str(), text.size());
     }
 
@@ -140,7 +140,7 @@ TEST_F(GpuProgramTest, can_compile_its_own_source_again) {
 }
 
 TEST_F(GpuProgramTest, warns_about_a_stage_that_does_not_compile) {
-    char const* const labels[] = {
+    const char* const labels[] = {
         "Vertex",  "Pixel", "Geometry",       "Tessellation control", "Tessellation evaluation",
         "Compute", "",      "Direct3D effect"};
     for (int stage = 0; stage < GPU_SHADER_TYPE_COUNT; ++stage) {
@@ -191,7 +191,7 @@ TEST_F(GpuProgramTest, keeps_a_log_after_a_later_success) {
 }
 
 TEST_F(GpuProgramTest, loads_from_a_file) {
-    TempDir const dir;
+    const TempDir dir;
     EXPECT_TRUE(program->load_from_file(
         &renderer, dir.write("a.glsl", "[Vertex_Shader]v[Pixel_Shader]p").c_str()));
     EXPECT_EQ(renderer.sources, (Sources{{0, "v"}, {1, "p"}}));
@@ -204,12 +204,11 @@ TEST_F(GpuProgramTest, loads_from_a_file) {
 }
 
 TEST_F(GpuProgramTest, does_not_load_from_what_is_no_shader_file) {
-    TempDir const dir;
-    std::string const binary("\0\xff[Compute_Shader]c", 19);
-    for (std::string const& path :
-         {dir.file("missing"), dir.path(), dir.write("empty", ""), dir.write("binary", binary)}) {
+    const TempDir dir;
+    const std::string binary("\0\xff[Compute_Shader]c", 19);
+    for (const std::string& path :
+         {dir.file("missing"), dir.path(), dir.write("empty", ""), dir.write("binary", binary)})
         EXPECT_FALSE(program->load_from_file(&renderer, path.c_str())) << path;
-    }
     EXPECT_FALSE(program->load_from_file(&renderer, nullptr));
     EXPECT_FALSE(program->shader_load_from_file(&renderer, GPU_SHADER_VERTEX, nullptr));
     EXPECT_FALSE(
@@ -218,7 +217,7 @@ TEST_F(GpuProgramTest, does_not_load_from_what_is_no_shader_file) {
 }
 
 TEST_F(GpuProgramTest, an_empty_shader_file_is_an_empty_source) {
-    TempDir const dir;
+    const TempDir dir;
     EXPECT_TRUE(program->shader_load_from_file(&renderer, GPU_SHADER_VERTEX,
                                                dir.write("empty", "").c_str()));
     EXPECT_EQ(renderer.sources, (Sources{{0, ""}}));
@@ -241,7 +240,7 @@ TEST_F(GpuProgramTest, is_used_through_the_renderer) {
 }
 
 TEST_F(GpuProgramTest, hands_on_what_the_renderer_refuses) {
-    for (char const* const name :
+    for (const char* const name :
          {"gpu_program_activate", "gpu_program_run_compute", "gpu_program_bind_uniforms"})
         renderer.results[name] = false;
     EXPECT_FALSE(program->bind(&renderer));
@@ -365,7 +364,7 @@ TEST_F(GpuProgramTest, makes_its_uniform_buffer_with_the_program) {
     record();
     ASSERT_NE(renderer.record->uniform_buffer, nullptr);
     EXPECT_STREQ(renderer.record->uniform_buffer->name, "block");
-    UniformBufferData const* const block = renderer.record->uniform_buffer;
+    const UniformBufferData* const block = renderer.record->uniform_buffer;
     renderer.take_calls();
     EXPECT_TRUE(program->ub_init(&renderer, std::string(70, 'b').c_str()));
     EXPECT_EQ(renderer.record->uniform_buffer, block);

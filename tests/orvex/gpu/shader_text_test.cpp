@@ -9,18 +9,18 @@ using namespace orvex;
 namespace {
 
 struct Row {
-    char const* description;
+    const char* description;
     std::string text;
     bool complete;
     // Bodies by stage; null where the marker is missing.
-    char const* bodies[6];
+    const char* bodies[6];
 };
 
-std::ostream& operator<<(std::ostream& out, Row const& row) {
+std::ostream& operator<<(std::ostream& out, const Row& row) {
     return out << row.description;
 }
 
-Row const ROWS[] = {
+const Row ROWS[] = {
     {"empty", "", false, {}},
     {"no_marker", "void main() {}", false, {}},
     {"vertex_only", "[Vertex_Shader]v", false, {"v"}},
@@ -54,14 +54,14 @@ Row const ROWS[] = {
 
 class ShaderTextRow : public testing::TestWithParam<Row> {};
 INSTANTIATE_TEST_SUITE_P(of, ShaderTextRow, testing::ValuesIn(ROWS),
-                         [](auto const& row) { return std::string(row.param.description); });
+                         [](const auto& row) { return std::string(row.param.description); });
 
 TEST_P(ShaderTextRow, is_cut_at_its_markers) {
-    Row const& row = GetParam();
-    ShaderText const sections(row.text.c_str(), row.text.size());
+    const Row& row = GetParam();
+    const ShaderText sections(row.text.c_str(), row.text.size());
     EXPECT_EQ(sections.is_complete(), row.complete);
     for (int stage = 0; stage < 6; ++stage) {
-        char const* const body = sections.get_body(GPU_SHADER_TYPE(stage));
+        const char* const body = sections.get_body(GPU_SHADER_TYPE(stage));
         if (row.bodies[stage])
             EXPECT_STREQ(body, row.bodies[stage]) << stage;
         else
@@ -70,15 +70,15 @@ TEST_P(ShaderTextRow, is_cut_at_its_markers) {
 }
 
 TEST(ShaderTextSize, limits_what_is_read) {
-    char const text[] = "[Vertex_Shader]v[Pixel_Shader]pixel";
-    ShaderText const cut(text, sizeof text - 5);
+    const char text[] = "[Vertex_Shader]v[Pixel_Shader]pixel";
+    const ShaderText cut(text, sizeof text - 5);
     EXPECT_STREQ(cut.get_body(GPU_SHADER_PIXEL), "p");
-    ShaderText const short_of_a_marker(text, 20);
+    const ShaderText short_of_a_marker(text, 20);
     EXPECT_FALSE(short_of_a_marker.is_complete());
 }
 
 TEST(ShaderTextSize, may_exceed_the_text) {
-    ShaderText const sections("[Compute_Shader]c", ~0ul);
+    const ShaderText sections("[Compute_Shader]c", ~0ul);
     EXPECT_STREQ(sections.get_body(GPU_SHADER_COMPUTE), "c");
 }
 

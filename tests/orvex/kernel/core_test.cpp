@@ -20,7 +20,7 @@ class CoreTest : public testing::Test {
 protected:
     ~CoreTest() override { core::stop(nullptr); }
 
-    static void take(char const* line, void* user_data) {
+    static void take(const char* line, void* user_data) {
         const std::string text = line;
         static_cast<CoreTest*>(user_data)->lines.push_back(text.substr(text.find(") ") + 2));
     }

@@ -28,7 +28,7 @@ public:
         set_type(PLUGIN_TYPE_LOADER_3D);
     }
 
-    bool load_from_file(Model* model, char const* filename) override {
+    bool load_from_file(Model* model, const char* filename) override {
         calls.push_back(std::string(get_name()) + " " + filename + " " + get_model_dir() + " " +
                         get_resource_dir() + " " +
                         (model->get_separate_vertex_arrays_state() ? "separate" : "whole") + " " +

@@ -56,7 +56,7 @@ public:
     }
 
 private:
-    static void take(char const* line, void* user_data) {
+    static void take(const char* line, void* user_data) {
         const std::string text = line;
         static_cast<LogLines*>(user_data)->add(text.substr(text.find(") ") + 2));
     }

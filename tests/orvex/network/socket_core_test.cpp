@@ -676,7 +676,7 @@ TEST_F(SocketCoreTest, switches_options_on) {
 TEST_F(SocketCoreTest, tells_which_option_it_could_not_set) {
     struct Row {
         int option;
-        char const* line; ///< null: silent
+        const char* line; ///< null: silent
     };
     const Row rows[] = {
         {1, "<o> orvex::SocketCore::set_socket_option() - socket 0 - unable to set socket option "

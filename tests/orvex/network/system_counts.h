@@ -9,7 +9,7 @@
 
 namespace orvex::test {
 
-inline long entries_of(char const* folder) {
+inline long entries_of(const char* folder) {
     return std::distance(std::filesystem::directory_iterator(folder),
                          std::filesystem::directory_iterator());
 }

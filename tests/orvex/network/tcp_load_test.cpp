@@ -48,9 +48,8 @@ protected:
         RunningServer running(server, &TcpServer::run, log);
         load(running);
         const std::string farewell = running.ask("STOP_ORVEX_TCP_SERVER");
-        if (!on_threads) {
+        if (!on_threads)
             EXPECT_EQ(farewell, "");
-        }
         EXPECT_TRUE(running.wait());
         EXPECT_TRUE(threads_become(threads));
         EXPECT_EQ(count_descriptors(), descriptors + descriptors_left);
@@ -147,9 +146,8 @@ constexpr int broken_clients = 1000;
 void break_off_all(const RunningServer& running) {
     for (int i = 0; i < broken_clients; ++i) {
         break_off(i % 4, running.port());
-        if (i % 4 == 3) {
+        if (i % 4 == 3)
             ASSERT_EQ(running.ask("and a good one"), "and a good one");
-        }
     }
 }
 
@@ -174,12 +172,10 @@ TEST_F(TcpLoadTest, goes_on_after_1000_broken_conversations) {
     RunningServer running(server, &TcpServer::run_v2, log);
     for (int i = 0; i < broken_clients; ++i) {
         break_off(i % 4, running.port());
-        if (i % 8 == 7) {
+        if (i % 8 == 7)
             ASSERT_TRUE(eventually([&] { return calls == i + 1; }));
-        }
-        if (i % 80 == 79) {
+        if (i % 80 == 79)
             EXPECT_TRUE(server.cleanup_client_threads());
-        }
     }
     RawClient client(running.port());
     ASSERT_TRUE(client.send("still here?"));

@@ -209,8 +209,8 @@ TEST_F(TcpServerTest, the_stop_text_ends_it) {
 
 TEST_F(TcpServerTest, compares_the_beginning_of_a_message_with_the_stop_text) {
     struct Row {
-        char const* name;
-        char const* stop; ///< null: as it is at first
+        const char* name;
+        const char* stop; ///< null: as it is at first
         std::string message;
         bool ends;
     };
@@ -354,7 +354,7 @@ TEST_F(TcpServerTest, a_callback_may_stop_it) {
 
 TEST_F(TcpServerTest, a_callback_may_end_its_own_connection) {
     struct Row {
-        char const* name;
+        const char* name;
         TcpServerClientProc proc;
     };
     const Row rows[] = {

@@ -172,7 +172,7 @@ TEST_F(TcpServerV2Test, a_clean_up_wakes_a_thread_that_waits_for_data) {
 
 TEST_F(TcpServerV2Test, a_callback_may_end_its_own_connection) {
     struct Row {
-        char const* name;
+        const char* name;
         TcpServerClientProc_v2 proc;
     };
     const Row rows[] = {

@@ -23,17 +23,17 @@ TEST_F(FontTest, loads_a_charset_from_memory) {
 }
 
 TEST_F(FontTest, loads_a_charset_from_a_file) {
-    std::string const file = dir.write("font.xml", charset_text);
+    const std::string file = dir.write("font.xml", charset_text);
     EXPECT_TRUE(font->bm_load_charset(file.c_str()));
     EXPECT_STREQ(font->bm_get_charset_image_filename(), "sheet.png");
     EXPECT_EQ(state().bm_charset->chars['A'].width, 32);
 }
 
 TEST_F(FontTest, refuses_charset_files_that_cant_be_read) {
-    std::string const directory = dir.path();
-    std::string const empty = dir.write("empty.xml", "");
-    std::string const rubbish = dir.write("rubbish.xml", "rubbish");
-    std::string const huge = dir.write("huge.xml", charset_text);
+    const std::string directory = dir.path();
+    const std::string empty = dir.write("empty.xml", "");
+    const std::string rubbish = dir.write("rubbish.xml", "rubbish");
+    const std::string huge = dir.write("huge.xml", charset_text);
     std::filesystem::resize_file(huge, static_cast<std::uintmax_t>(INT_MAX));
     EXPECT_FALSE(font->bm_load_charset(nullptr));
     EXPECT_FALSE(font->bm_load_charset(dir.file("missing.xml").c_str()));
@@ -76,9 +76,9 @@ TEST_F(FontTest, loads_a_sheet_from_a_file) {
 }
 
 TEST_F(FontTest, loads_a_sheet_from_memory_clamped_and_without_mipmaps) {
-    std::string const bytes = "flat 8 4 50";
+    const std::string bytes = "flat 8 4 50";
     EXPECT_TRUE(font->bm_load_charset_texture_from_memory(
-        &renderer, reinterpret_cast<unsigned char const*>(bytes.data()), bytes.size()));
+        &renderer, reinterpret_cast<const unsigned char*>(bytes.data()), bytes.size()));
     Texture* const sheet = font->bm_get_charset_texture();
     ASSERT_NE(sheet, nullptr);
     EXPECT_EQ(sheet->get_ref(), 2);
@@ -98,8 +98,8 @@ TEST_F(FontTest, loads_a_sheet_whether_or_not_it_can_be_uploaded) {
 }
 
 TEST_F(FontTest, refuses_sheets_that_cant_be_decoded) {
-    std::string const rubbish = dir.write("rubbish.png", "rubbish");
-    auto const* const bytes = reinterpret_cast<unsigned char const*>("rubbish");
+    const std::string rubbish = dir.write("rubbish.png", "rubbish");
+    const auto* const bytes = reinterpret_cast<const unsigned char*>("rubbish");
     EXPECT_FALSE(font->bm_load_charset_texture(&renderer, rubbish.c_str()));
     EXPECT_FALSE(font->bm_load_charset_texture(&renderer, dir.file("missing.png").c_str()));
     EXPECT_FALSE(font->bm_load_charset_texture(&renderer, nullptr));
@@ -124,7 +124,7 @@ TEST_F(FontTest, gives_the_sheet_back_before_it_loads_the_next) {
     EXPECT_EQ(textures.get_num_resources(), 1u);
     EXPECT_EQ(font->bm_get_charset_texture()->get_ref(), 2);
 
-    auto const* const bytes = reinterpret_cast<unsigned char const*>("flat 2 2 1");
+    const auto* const bytes = reinterpret_cast<const unsigned char*>("flat 2 2 1");
     EXPECT_TRUE(font->bm_load_charset_texture_from_memory(&renderer, bytes, 10));
     EXPECT_EQ(textures.get_num_resources(), 1u);
 

@@ -16,7 +16,7 @@
 namespace orvex_test {
 
 /// A sheet of 128 by 64 with three glyphs: A, a blank, and j with offsets.
-inline char const* const charset_text = R"(<font>
+inline const char* const charset_text = R"(<font>
   <info padding="0,0,0,0" spacing="3,9"/>
   <common lineHeight="20" base="15" scaleW="128" scaleH="64"/>
   <pages><page id="0" file="sheet.png"/></pages>
@@ -38,9 +38,8 @@ public:
     }
     bool vertex_buffer_kill(orvex::MeshData* mesh) override {
         name_pointer(mesh, "store");
-        if (mesh != nullptr) {
+        if (mesh != nullptr)
             mesh->vertex_buffer_id = 0;
-        }
         return OverlayRenderer::vertex_buffer_kill(mesh);
     }
     using OverlayRenderer::vertex_buffer_kill;
@@ -68,7 +67,7 @@ protected:
         textures.register_image_codec_plugin(codec);
     }
 
-    bool queue(char const* text) {
+    bool queue(const char* text) {
         return font->bm_draw_text_3d(100.0f, 200.0f, -5.0f, 0.1f, 0.2f, 0.3f, 0.4f, text);
     }
 

@@ -29,12 +29,12 @@ namespace {
 
 using namespace orvex_test;
 
-std::string const data = ORVEX_TEST_DATA_DIR "/../examples/data/";
+const std::string data = ORVEX_TEST_DATA_DIR "/../examples/data/";
 
 constexpr int width = 1280;
 constexpr int height = 720;
 
-char const* const fixed_vertex_shader = R"(#version 120
+const char* const fixed_vertex_shader = R"(#version 120
 uniform mat4 orvex_ModelViewProjectionMatrix;
 varying vec4 color;
 varying vec2 uv;
@@ -45,7 +45,7 @@ void main() {
 }
 )";
 
-char const* const fixed_pixel_shader = R"(#version 120
+const char* const fixed_pixel_shader = R"(#version 120
 uniform sampler2D sheet;
 varying vec4 color;
 varying vec2 uv;
@@ -54,7 +54,7 @@ void main() {
 }
 )";
 
-char const* const generic_vertex_shader = R"(#version 150
+const char* const generic_vertex_shader = R"(#version 150
 in vec4 orvex_Position;
 in vec4 orvex_Color;
 in vec4 orvex_TexCoord0;
@@ -68,7 +68,7 @@ void main() {
 }
 )";
 
-char const* const generic_pixel_shader = R"(#version 150
+const char* const generic_pixel_shader = R"(#version 150
 uniform sampler2D sheet;
 in vec4 color;
 in vec2 uv;
@@ -87,7 +87,7 @@ protected:
         renderer.start();
         codec->add_ref();
         TextureMgr::get()->register_image_codec_plugin(codec);
-        bool const core = is_core_context();
+        const bool core = is_core_context();
         program = GpuProgramMgr::get()->create_gpu_program_from_shaders(
             &renderer, core ? generic_vertex_shader : fixed_vertex_shader,
             core ? generic_pixel_shader : fixed_pixel_shader, nullptr, nullptr, nullptr, nullptr,
@@ -143,30 +143,28 @@ protected:
     /// Every call that draws anything.
     GlCalls draw_calls() {
         GlCalls found;
-        for (std::string const& call : recorder.calls()) {
+        for (const std::string& call : recorder.calls())
             if (call.rfind("glDraw", 0) == 0 || call.rfind("glMultiDraw", 0) == 0 ||
-                call.rfind("glBegin(", 0) == 0) {
+                call.rfind("glBegin(", 0) == 0)
                 found.push_back(call);
-            }
-        }
         return found;
     }
 
     Picture frame() {
-        GlRecorderPause const pause(recorder);
+        const GlRecorderPause pause(recorder);
         return read_frame(width, height);
     }
 
     /// What a white text in pixels should look like, with the pixels of the sheet as they are.
-    void blit(Picture& picture, int x, int y, std::string const& text) {
-        Picture const upside_down = *read_picture(data + "dejavu_sans_24.png");
-        for (char const c : text) {
-            BMCharDescriptor const& glyph =
+    void blit(Picture& picture, int x, int y, const std::string& text) {
+        const Picture upside_down = *read_picture(data + "dejavu_sans_24.png");
+        for (const char c : text) {
+            const BMCharDescriptor& glyph =
                 FontAccess::state(*font).bm_charset->glyph(static_cast<signed char>(c));
             for (int row = 0; row < glyph.height; ++row) {
                 for (int column = 0; column < glyph.width; ++column) {
-                    int const sheet_row = upside_down.height - 1 - (glyph.y + row);
-                    unsigned char const value = *upside_down.at(glyph.x + column, sheet_row);
+                    const int sheet_row = upside_down.height - 1 - (glyph.y + row);
+                    const unsigned char value = *upside_down.at(glyph.x + column, sheet_row);
                     unsigned char* const pixel =
                         picture.at(x + glyph.xoffset + column, y + glyph.yoffset + row);
                     std::fill_n(pixel, 3, std::max(pixel[0], value));
@@ -178,9 +176,8 @@ protected:
 
     static Picture black() {
         Picture picture(width, height);
-        for (std::size_t i = 3; i < picture.pixels.size(); i += 4) {
+        for (std::size_t i = 3; i < picture.pixels.size(); i += 4)
             picture.pixels[i] = 255;
-        }
         return picture;
     }
 
@@ -197,19 +194,18 @@ ORVEX_BOTH_PROFILES(FontDrawing);
 
 /// Largest difference of red, green or blue.
 int color_difference(Picture a, Picture b) {
-    for (std::size_t i = 3; i < a.pixels.size(); i += 4) {
+    for (std::size_t i = 3; i < a.pixels.size(); i += 4)
         a.pixels[i] = b.pixels[i] = 255;
-    }
     return difference_of(a, b).largest;
 }
 
-bool queue(Font& font, int x, int y, std::string const& text) {
+bool queue(Font& font, int x, int y, const std::string& text) {
     return font.bm_draw_text_2d(x, y, 1.0f, 1.0f, 1.0f, 1.0f, text.c_str());
 }
 
 TEST_P(FontDrawing, shows_the_sheets_pixels_as_they_are) {
-    std::string const text = "The quick brown fox jumps over 13 lazy dogs.";
-    for (bool const use_map : {false, true}) {
+    const std::string text = "The quick brown fox jumps over 13 lazy dogs.";
+    for (const bool use_map : {false, true}) {
         begin_frame();
         EXPECT_TRUE(queue(*font, 30, 50, text));
         EXPECT_TRUE(queue(*font, 700, 600, "~{Agj|}"));
@@ -225,8 +221,8 @@ TEST_P(FontDrawing, shows_the_sheets_pixels_as_they_are) {
 }
 
 TEST_P(FontDrawing, shows_the_text_of_this_frame_alone) {
-    for (bool const use_map : {true, false}) {
-        for (char const* text : {"first and longer", "next"}) {
+    for (const bool use_map : {true, false}) {
+        for (const char* text : {"first and longer", "next"}) {
             begin_frame();
             EXPECT_TRUE(queue(*font, 30, 50, text));
             draw(use_map);
@@ -239,7 +235,7 @@ TEST_P(FontDrawing, shows_the_text_of_this_frame_alone) {
 
 TEST_P(FontDrawing, shows_a_sheet_that_was_stored_upright_once_it_is_turned) {
     Texture* const sheet = font->bm_get_charset_texture();
-    auto const turn = [&] {
+    const auto turn = [&] {
         return sheet->flip_vertical() && sheet->unload(&renderer) && sheet->upload(&renderer);
     };
     EXPECT_TRUE(turn());
@@ -258,7 +254,7 @@ TEST_P(FontDrawing, shows_a_sheet_that_was_stored_upright_once_it_is_turned) {
 }
 
 TEST_P(FontDrawing, shows_a_sheet_that_is_turned_before_its_upload) {
-    std::string const file = data + font->bm_get_charset_image_filename();
+    const std::string file = data + font->bm_get_charset_image_filename();
     EXPECT_TRUE(font->bm_load_charset_texture(nullptr, file.c_str()));
     Texture* const sheet = font->bm_get_charset_texture();
     EXPECT_TRUE(sheet->flip_vertical());
@@ -285,15 +281,15 @@ TEST_P(FontDrawing, shows_colors_and_the_scale) {
     EXPECT_TRUE(font->bm_draw_text_2d(100, 100, 1.0f, 0.0f, 0.0f, 1.0f, "|"));
     EXPECT_TRUE(font->bm_draw_text_3d(300.0f, -100.0f, 0.5f, 0.0f, 1.0f, 0.0f, 0.5f, "|"));
     draw(false);
-    BMCharDescriptor const& bar = FontAccess::state(*font).bm_charset->glyph('|');
-    Picture const picture = frame();
-    int const y = 100 + 3 * (bar.yoffset + bar.height / 2);
-    int const x = 3 * bar.xoffset + 3 * bar.width / 2;
+    const BMCharDescriptor& bar = FontAccess::state(*font).bm_charset->glyph('|');
+    const Picture picture = frame();
+    const int y = 100 + 3 * (bar.yoffset + bar.height / 2);
+    const int x = 3 * bar.xoffset + 3 * bar.width / 2;
     EXPECT_EQ(picture.at(100 + x, y)[0], 255);
     EXPECT_EQ(picture.at(100 + x, y)[1], 0);
     EXPECT_EQ(picture.at(300 + x, y)[0], 0);
     EXPECT_NEAR(picture.at(300 + x, y)[1], 128, 1);
-    int const end = 100 + 3 * (bar.yoffset + bar.height);
+    const int end = 100 + 3 * (bar.yoffset + bar.height);
     EXPECT_EQ(picture.at(100 + x, end - 2)[0], 255);
     EXPECT_EQ(picture.at(100 + x, end + 1)[0], 0);
 }
@@ -308,12 +304,12 @@ TEST_P(FontDrawing, shows_nothing_of_bytes_from_128_up) {
 }
 
 TEST_P(FontDrawing, draws_2000_glyphs_by_one_call) {
-    std::string const line = "The quick brown fox jumps over 13 lazy dogs";
-    for (bool const use_map : {false, true}) {
+    const std::string line = "The quick brown fox jumps over 13 lazy dogs";
+    for (const bool use_map : {false, true}) {
         begin_frame();
         int glyphs = 0;
         for (int i = 0; glyphs < 2000; ++i) {
-            std::string const part = line.substr(0, static_cast<std::size_t>(2000 - glyphs));
+            const std::string part = line.substr(0, static_cast<std::size_t>(2000 - glyphs));
             EXPECT_TRUE(queue(*font, 5 + 640 * (i % 2), 5 + 29 * (i / 2), part));
             glyphs += static_cast<int>(part.size());
         }
@@ -368,7 +364,7 @@ TEST_P(FontDrawing, maps_its_buffer_once_and_sends_nothing_else) {
     begin_frame();
     EXPECT_TRUE(queue(*font, 30, 50, "two"));
     EXPECT_TRUE(font->bm_update_vb(&renderer, true));
-    std::string const bind =
+    const std::string bind =
         "glBindBuffer(GL_ARRAY_BUFFER, " +
         std::to_string(FontAccess::state(*font).bm_mesh->get_mesh_data()->vertex_buffer_id) + ")";
     EXPECT_EQ(recorder.take(),
@@ -402,7 +398,7 @@ TEST_P(FontDrawing, makes_one_buffer_and_another_when_it_grows) {
 }
 
 TEST_P(FontDrawing, draws_texts_without_a_character_as_nothing) {
-    for (bool const use_map : {false, true}) {
+    for (const bool use_map : {false, true}) {
         begin_frame();
         EXPECT_TRUE(queue(*font, 30, 50, ""));
         draw(use_map);
@@ -442,13 +438,12 @@ TEST_F(FontRasterDrawing, is_readable_without_a_display) {
     RenderWindow* const window = renderer.create_render_window();
     EXPECT_TRUE(font->bitmap_font_linux_renderf(&renderer, window, 40, 60, 0.0f, 1.0f, 0.0f, 1.0f,
                                                 "%s %d", "Hill", 13));
-    Picture const picture = read_frame(256, 256);
+    const Picture picture = read_frame(256, 256);
     int drawn = 0;
     for (int y = 0; y < 256; ++y) {
         for (int x = 0; x < 256; ++x) {
-            if (picture.at(x, y)[1] == 0) {
+            if (picture.at(x, y)[1] == 0)
                 continue;
-            }
             ++drawn;
             // The base line lies 14, the size of the record, below y.
             EXPECT_GE(x, 39);

@@ -77,7 +77,7 @@ TEST_F(FontTest, scales_its_quads_and_its_children_once) {
     load();
     queue("A");
     ASSERT_TRUE(font->bm_update_vb(&renderer, false));
-    OwnedMesh const child = make_unit_triangle();
+    const OwnedMesh child = make_unit_triangle();
     child->add_ref();
     font->add_child(child.get());
     font->scale_vertices_position(vec4(2.0f, 3.0f, 4.0f, 1.0f), font);
@@ -95,7 +95,7 @@ TEST_F(FontTest, scales_its_quads_and_its_children_once) {
 
 TEST_F(FontTest, queues_text_of_a_screen_with_y_turned_around) {
     EXPECT_TRUE(font->bm_draw_text_2d(10, 20, 0.1f, 0.2f, 0.3f, 0.4f, "text"));
-    bm_string const& string = *texts().get_string(0);
+    const bm_string& string = *texts().get_string(0);
     EXPECT_EQ(string.x, 10.0f);
     EXPECT_EQ(string.y, -20.0f);
     EXPECT_EQ(string.z, 0.0f);
@@ -114,7 +114,7 @@ TEST_F(FontTest, queues_the_furthest_positions_of_a_screen) {
 
 TEST_F(FontTest, queues_text_in_space) {
     EXPECT_TRUE(font->bm_draw_text_3d(1.5f, 2.5f, 3.5f, 0.0f, 0.0f, 0.0f, 1.0f, "text"));
-    bm_string const& string = *texts().get_string(0);
+    const bm_string& string = *texts().get_string(0);
     EXPECT_EQ(string.x, 1.5f);
     EXPECT_EQ(string.y, 2.5f);
     EXPECT_EQ(string.z, 3.5f);
@@ -127,9 +127,8 @@ TEST_F(FontTest, queues_no_null_text) {
 }
 
 TEST_F(FontTest, loses_the_513th_text_of_a_frame) {
-    for (int i = 0; i < 512; ++i) {
+    for (int i = 0; i < 512; ++i)
         EXPECT_TRUE(queue("a")) << i;
-    }
     EXPECT_FALSE(queue("a"));
     EXPECT_FALSE(font->bm_draw_text_2d(0, 0, 1.0f, 1.0f, 1.0f, 1.0f, "a"));
     EXPECT_EQ(texts().get_num_chars(), 512u);
@@ -147,7 +146,7 @@ TEST_F(FontTest, counts_every_byte_of_its_texts) {
 }
 
 TEST(FontTexts, have_defaults) {
-    bm_string const string;
+    const bm_string string;
     EXPECT_EQ(string.x, 0.0f);
     EXPECT_EQ(string.y, 0.0f);
     EXPECT_EQ(string.z, 0.0f);
@@ -291,7 +290,7 @@ TEST_F(FontRaster, is_formatted) {
 }
 
 TEST_F(FontRaster, is_cut_at_4095_characters) {
-    std::string const longer(5000, 'x');
+    const std::string longer(5000, 'x');
     EXPECT_TRUE(font->bitmap_font_linux_renderf(&renderer, window, 1, 2, 1.0f, 1.0f, 1.0f, 1.0f,
                                                 "%s", longer.c_str()));
     EXPECT_EQ(renderer.take_calls(), Calls{"font_bitmap_linux_render(font, 1, 2, 1, 1, 1, 1, \"" +
@@ -299,7 +298,7 @@ TEST_F(FontRaster, is_cut_at_4095_characters) {
 }
 
 TEST_F(FontRaster, is_refused_without_a_format_that_can_be_used) {
-    char const* const none = nullptr;
+    const char* const none = nullptr;
     EXPECT_FALSE(
         font->bitmap_font_linux_renderf(&renderer, window, 1, 2, 1.0f, 1.0f, 1.0f, 1.0f, none));
     // No locale but Unicode's has this character, and the "C" locale of a test isn't that.

@@ -67,7 +67,7 @@ TEST_F(FontTest, takes_1000_characters_at_once_and_grows_for_1001) {
 class NamedRenderer : public FontRenderer {
 public:
     bool vertex_buffer_prepare(MeshData* mesh) override {
-        char const* const current = DebugName::current();
+        const char* const current = DebugName::current();
         name = current != nullptr ? current : "";
         return FontRenderer::vertex_buffer_prepare(mesh);
     }
@@ -153,9 +153,9 @@ std::vector<Corner> corners(float left, float right, float top, float bottom, fl
             {right, bottom, u1, v1}, {left, bottom, u0, v1}, {left, top, u0, v0}};
 }
 
-void expect_glyph(Vertex const* vertices, std::vector<Corner> const& expected) {
+void expect_glyph(const Vertex* vertices, const std::vector<Corner>& expected) {
     for (std::size_t i = 0; i < expected.size(); ++i) {
-        Vertex const& vertex = vertices[i];
+        const Vertex& vertex = vertices[i];
         EXPECT_EQ(vertex.position.x, expected[i].x) << i;
         EXPECT_EQ(vertex.position.y, expected[i].y) << i;
         EXPECT_EQ(vertex.position.z, -5.0f) << i;
@@ -179,7 +179,7 @@ protected:
     FontQuads() { load(); }
 
     /// The vertices of texts at (100, 200, -5).
-    Vertex const* update(char const* text) {
+    const Vertex* update(const char* text) {
         EXPECT_TRUE(queue(text));
         EXPECT_TRUE(font->bm_update_vb(&renderer, false));
         return store()->vertices;
@@ -191,7 +191,7 @@ TEST_F(FontQuads, begin_with_their_upper_left_corner_at_the_position) {
 }
 
 TEST_F(FontQuads, are_moved_by_offsets_and_advances) {
-    Vertex const* const vertices = update("jAj");
+    const Vertex* const vertices = update("jAj");
     expect_glyph(vertices, corners(102, 110, 195, 171, 0.5f, 0.5625f, 0.5f, 0.125f));
     expect_glyph(vertices + 6, corners(111, 143, 200, 184, 0.125f, 0.375f, 0.875f, 0.625f));
     expect_glyph(vertices + 12, corners(147, 155, 195, 171, 0.5f, 0.5625f, 0.5f, 0.125f));
@@ -203,17 +203,16 @@ TEST_F(FontQuads, of_a_blank_take_the_first_spacing_on_top) {
 
 TEST_F(FontQuads, double_with_the_scale_and_keep_their_texture_coordinates) {
     font->bm_set_scale(2.0f);
-    Vertex const* const vertices = update("j A");
+    const Vertex* const vertices = update("j A");
     expect_glyph(vertices, corners(104, 120, 190, 142, 0.5f, 0.5625f, 0.5f, 0.125f));
     expect_glyph(vertices + 12, corners(148, 212, 200, 168, 0.125f, 0.375f, 0.875f, 0.625f));
 }
 
 TEST_F(FontQuads, of_unknown_glyphs_line_feeds_and_bytes_from_128_up_have_no_size) {
-    Vertex const* const vertices = update("x\n\xc8\xff\x80"
+    const Vertex* const vertices = update("x\n\xc8\xff\x80"
                                           "A");
-    for (int i = 0; i < 5; ++i) {
+    for (int i = 0; i < 5; ++i)
         expect_glyph(vertices + 6 * i, corners(100, 100, 200, 200, 0, 0, 1, 1));
-    }
     expect_glyph(vertices + 30, corners(100, 132, 200, 184, 0.125f, 0.375f, 0.875f, 0.625f));
     EXPECT_EQ(store()->draw_end_vertex, 36u) << "they count";
 }
@@ -222,7 +221,7 @@ TEST_F(FontQuads, with_a_negative_offset_lie_far_away) {
     font->bm_load_charset_from_memory("<font><common scaleW='128' scaleH='64'/><chars>"
                                       "<char id='65' width='1' height='1' xoffset='-1'"
                                       " yoffset='-2' xadvance='1'/></chars></font>");
-    Vertex const* const vertices = update("A");
+    const Vertex* const vertices = update("A");
     EXPECT_EQ(vertices[0].position.x, 100.0f + 65535.0f);
     EXPECT_EQ(vertices[0].position.y, 200.0f - 65534.0f);
 }
@@ -230,7 +229,7 @@ TEST_F(FontQuads, with_a_negative_offset_lie_far_away) {
 TEST_F(FontQuads, of_a_sheet_without_size_are_drawn_somewhere) {
     font->bm_load_charset_from_memory("<font><chars><char id='65' x='1' width='2' height='3'"
                                       " xadvance='4'/></chars></font>");
-    Vertex const* const vertices = update("A");
+    const Vertex* const vertices = update("A");
     EXPECT_EQ(vertices[1].position.x, 102.0f);
     EXPECT_EQ(vertices[0].uv0.x, std::numeric_limits<float>::infinity());
 }
@@ -239,7 +238,7 @@ TEST_F(FontQuads, of_all_texts_follow_each_other) {
     font->bm_draw_text_2d(1, 2, 1.0f, 0.0f, 0.0f, 1.0f, "A");
     font->bm_draw_text_3d(3.0f, 4.0f, 5.0f, 0.0f, 1.0f, 0.0f, 1.0f, "AA");
     EXPECT_TRUE(font->bm_update_vb(&renderer, false));
-    Vertex const* const vertices = store()->vertices;
+    const Vertex* const vertices = store()->vertices;
     EXPECT_EQ(vertices[0].position.y, -2.0f);
     EXPECT_EQ(vertices[0].color.x, 1.0f);
     EXPECT_EQ(vertices[6].position.x, 3.0f);
@@ -338,7 +337,7 @@ TEST_F(FontQuads, are_drawn_with_the_fonts_own_transform) {
     font->bm_render_vb(&renderer);
     EXPECT_EQ(renderer.take_names(), (Calls{"gl2_matrix_load", "vertex_buffer_prepare",
                                             "vertex_buffer_draw", "vertex_buffer_finish"}));
-    mat4 const transform = state().bm_mesh->get_transform();
+    const mat4 transform = state().bm_mesh->get_transform();
     EXPECT_EQ(transform.m[12], 1.0f);
     EXPECT_EQ(transform.m[13], 2.0f);
     EXPECT_EQ(transform.m[14], 3.0f);

@@ -16,7 +16,7 @@ protected:
         OverlayPictureTest::TearDown();
     }
 
-    void init(Color const& color = red) {
+    void init(const Color& color = red) {
         ASSERT_TRUE(
             hud.init_texture(stage->renderer.get(), stage->write_plain("logo.png", color).c_str()));
         stage->clear();
@@ -128,7 +128,7 @@ TEST_P(HudPictures, end_with_everything_they_made) {
     draw(0, 0, 8, 8);
     stage->recorder->clear();
     hud.cleanup(stage->renderer.get());
-    for (char const* const call : {"glDeleteProgram", "glDeleteTextures", "glDeleteVertexArrays"})
+    for (const char* const call : {"glDeleteProgram", "glDeleteTextures", "glDeleteVertexArrays"})
         EXPECT_EQ(stage->recorder->count(call), 1) << call;
     EXPECT_EQ(stage->recorder->count("glDeleteShader"), 2);
     EXPECT_GE(stage->recorder->count("glDeleteBuffers"), 1);

@@ -18,7 +18,7 @@ inline void draw_hud(OverlayStage& stage, orvex::aux::Hud& hud, int x, int y, in
 /// places.
 inline void expect_first_row_at_the_bottom_of_two_places(OverlayStage& stage,
                                                          orvex::aux::Hud& hud) {
-    std::string const file = stage.write_quarters("logo.png", blue, yellow, red, green);
+    const std::string file = stage.write_quarters("logo.png", blue, yellow, red, green);
     ASSERT_TRUE(hud.init_texture(stage.renderer.get(), file.c_str()));
     stage.clear();
     draw_hud(stage, hud, 20, 40, 64, 32);
@@ -29,7 +29,7 @@ inline void expect_first_row_at_the_bottom_of_two_places(OverlayStage& stage,
     EXPECT_EQ(stage.pixel(74, 48), yellow);
     EXPECT_EQ(stage.pixel(145, 200), red);
     EXPECT_EQ(stage.pixel(210, 120), yellow);
-    for (auto const& [x, y] : {std::pair{19, 50},
+    for (const auto& [x, y] : {std::pair{19, 50},
                                {84, 50},
                                {30, 39},
                                {30, 72},

@@ -55,7 +55,7 @@ const Calls drawing_calls = {
 
 Calls without_signs_of_zeros(Calls calls) {
     for (std::string& call : calls)
-        for (char const* const zero : {"-0,", "-0)"})
+        for (const char* const zero : {"-0,", "-0)"})
             for (std::size_t at; (at = call.find(zero)) != std::string::npos;)
                 call.erase(at, 1);
     return calls;
@@ -114,7 +114,7 @@ TEST_F(HudTest, makes_its_program_and_quad_at_the_first_draw) {
                       "gpu_program_set_uniform_1i(program, \"tex0\", 0)",
                       "gpu_program_activate(null)"};
     expected.insert(expected.end(), drawing_calls.begin(), drawing_calls.end());
-    for (char const* const call :
+    for (const char* const call :
          {"gpu_program_update_user_vertex_attrib_locations_mesh(program, pointer)",
           "gpu_program_bind_uniforms(program)", "vertex_buffer_prepare(pointer)",
           "vertex_buffer_draw(pointer)", "vertex_buffer_finish(pointer)",

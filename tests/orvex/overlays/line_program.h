@@ -3,7 +3,7 @@
 namespace orvex_test {
 
 /// Draws lines in the colours of their vertices, by generic attributes.
-inline constexpr char const* line_program_text = R"([Vertex_Shader]
+inline constexpr const char* line_program_text = R"([Vertex_Shader]
 #version 150
 in vec4 orvex_Position;
 in vec4 orvex_Color;

@@ -13,13 +13,13 @@ namespace orvex_test {
 
 /// One polyline as it was drawn.
 struct DrawnLine {
-    orvex::PolylineData const* store;
+    const orvex::PolylineData* store;
     std::vector<orvex::Vertex> vertices; ///< all it has
     int start;                           ///< first vertex asked for
     int count;                           ///< number asked for, below 1 for all
 
-    orvex::vec4 const& at(unsigned long i) const { return vertices.at(i).position; }
-    orvex::vec4 const& color_at(unsigned long i) const { return vertices.at(i).color; }
+    const orvex::vec4& at(unsigned long i) const { return vertices.at(i).position; }
+    const orvex::vec4& color_at(unsigned long i) const { return vertices.at(i).color; }
 };
 
 class LineRenderer : public FakeRenderer {

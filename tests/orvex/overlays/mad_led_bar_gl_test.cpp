@@ -13,7 +13,7 @@ using namespace orvex_test;
 
 namespace {
 
-constexpr char const* program_text = R"([Vertex_Shader]
+constexpr const char* program_text = R"([Vertex_Shader]
 #version 150
 in vec4 orvex_Position;
 in vec4 orvex_Color;

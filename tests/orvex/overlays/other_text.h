@@ -7,16 +7,16 @@ namespace orvex_test {
 /// Puts a text of the host's own in place of a shader's for the rest of a block.
 class OtherText {
 public:
-    OtherText(char const*& text, char const* other)
+    OtherText(const char*& text, const char* other)
         : text(text)
         , before(std::exchange(text, other)) {}
     ~OtherText() { text = before; }
-    OtherText(OtherText const&) = delete;
-    OtherText& operator=(OtherText const&) = delete;
+    OtherText(const OtherText&) = delete;
+    OtherText& operator=(const OtherText&) = delete;
 
 private:
-    char const*& text;
-    char const* before;
+    const char*& text;
+    const char* before;
 };
 
 } // namespace orvex_test

@@ -28,7 +28,7 @@ public:
     }
 
     bool gpu_program_load_shader_from_memory(orvex::GpuProgramData* program,
-                                             orvex::GPU_SHADER_TYPE type, char const* source,
+                                             orvex::GPU_SHADER_TYPE type, const char* source,
                                              unsigned long size) override {
         name_pointer(program, "program");
         return FakeCompiler::gpu_program_load_shader_from_memory(program, type, source, size);
@@ -37,7 +37,7 @@ public:
     /// The operations called since the last time, without their arguments.
     Calls take_names() {
         Calls names;
-        for (std::string const& call : take_calls())
+        for (const std::string& call : take_calls())
             names.push_back(call.substr(0, call.find('(')));
         return names;
     }

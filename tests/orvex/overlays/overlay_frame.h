@@ -16,7 +16,7 @@ using Color = Pixel;
 /// Calls since the last time, but for questions.
 inline GlCalls take_commands(GlRecorder& recorder) {
     GlCalls calls = recorder.take();
-    std::erase_if(calls, [](std::string const& one) { return one.rfind("glGet", 0) == 0; });
+    std::erase_if(calls, [](const std::string& one) { return one.rfind("glGet", 0) == 0; });
     return calls;
 }
 
@@ -24,8 +24,8 @@ inline GlCalls take_commands(GlRecorder& recorder) {
 /// to the letter.
 inline GlCalls take_commands_but_for_arrays(GlRecorder& recorder) {
     GlCalls calls = take_commands(recorder);
-    std::erase_if(calls, [](std::string const& one) {
-        for (char const* const part : {"glBindBuffer(", "Pointer(", "ClientState(",
+    std::erase_if(calls, [](const std::string& one) {
+        for (const char* const part : {"glBindBuffer(", "Pointer(", "ClientState(",
                                        "glClientActiveTexture(", "VertexAttribArray("})
             if (one.find(part) != std::string::npos)
                 return true;
@@ -36,7 +36,7 @@ inline GlCalls take_commands_but_for_arrays(GlRecorder& recorder) {
 
 /// A core context has no fixed matrices, which objects that stay at their defaults load.
 inline void drain_errors_of_fixed_matrices(GlRecorder& recorder) {
-    GlRecorderPause const pause(recorder);
+    const GlRecorderPause pause(recorder);
     if (is_core_context())
         forget_gl_errors();
 }

@@ -34,28 +34,28 @@ public:
     }
 
     /// Writes a PNG file of 16 by 16 pixels, in quarters. @return its path
-    std::string write_quarters(std::string const& name, Color const& upper_left,
-                               Color const& upper_right, Color const& lower_left,
-                               Color const& lower_right) const {
+    std::string write_quarters(const std::string& name, const Color& upper_left,
+                               const Color& upper_right, const Color& lower_left,
+                               const Color& lower_right) const {
         Picture picture(16, 16);
-        Color const* const quarters[] = {&upper_left, &upper_right, &lower_left, &lower_right};
+        const Color* const quarters[] = {&upper_left, &upper_right, &lower_left, &lower_right};
         for (int i = 0; i < 256; ++i) {
-            Color const& color = *quarters[i / 128 * 2 + i % 16 / 8];
+            const Color& color = *quarters[i / 128 * 2 + i % 16 / 8];
             unsigned char* const pixel = picture.at(i % 16, i / 16);
             for (std::size_t channel = 0; channel < 3; ++channel)
                 pixel[channel] = static_cast<unsigned char>(color[channel]);
             pixel[3] = 255;
         }
-        std::string const path = dir.file(name);
+        const std::string path = dir.file(name);
         EXPECT_TRUE(write_png(path, picture));
         return path;
     }
 
-    std::string write_plain(std::string const& name, Color const& color) const {
+    std::string write_plain(const std::string& name, const Color& color) const {
         return write_quarters(name, color, color, color, color);
     }
 
-    void clear(Color const& color = black) {
+    void clear(const Color& color = black) {
         renderer->set_viewport(0, 0, 256, 256);
         renderer->clear_color_depth_buffers(static_cast<float>(color[0]) / 255.0f,
                                             static_cast<float>(color[1]) / 255.0f,
@@ -64,26 +64,26 @@ public:
     }
 
     Color pixel(int x, int y) const {
-        GlRecorderPause const pause(*recorder);
+        const GlRecorderPause pause(*recorder);
         return pixel_at(x, y);
     }
 
     Picture frame() const {
-        GlRecorderPause const pause(*recorder);
+        const GlRecorderPause pause(*recorder);
         return read_frame(256, 256);
     }
 
     GlCalls commands() const { return take_commands(*recorder); }
 
     int asked(GLenum name) const {
-        GlRecorderPause const pause(*recorder);
+        const GlRecorderPause pause(*recorder);
         int value = 0;
         glGetIntegerv(name, &value);
         return value;
     }
 
     bool enabled(GLenum name) const {
-        GlRecorderPause const pause(*recorder);
+        const GlRecorderPause pause(*recorder);
         return glIsEnabled(name);
     }
 

@@ -132,7 +132,7 @@ TEST_P(SkyboxPictures, end_with_everything_they_made) {
     draw_sky(*stage, *sky, ahead);
     stage->recorder->clear();
     sky->_cleanup(stage->renderer.get());
-    for (char const* const call : {"glDeleteProgram", "glDeleteTextures", "glDeleteVertexArrays"})
+    for (const char* const call : {"glDeleteProgram", "glDeleteTextures", "glDeleteVertexArrays"})
         EXPECT_EQ(stage->recorder->count(call), 1) << call;
     EXPECT_GE(stage->recorder->count("glDeleteBuffers"), 1);
 }
@@ -150,7 +150,7 @@ TEST_P(SkyboxPictures, stay_away_where_the_driver_refuses_the_program) {
         EXPECT_EQ(stage->frame(), before) << "the frame is intact";
     }
     const GlCalls& lines = stage->log.messages();
-    EXPECT_TRUE(std::any_of(lines.begin(), lines.end(), [](std::string const& line) {
+    EXPECT_TRUE(std::any_of(lines.begin(), lines.end(), [](const std::string& line) {
         return line.rfind("<*> GPU program orvex_skybox_gl2_prog - Vertex shader error: ", 0) == 0;
     }));
 

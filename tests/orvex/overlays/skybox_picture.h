@@ -12,41 +12,41 @@ namespace orvex_test {
 
 /// Loads faces of six plain colours.
 inline bool load_colors(OverlayStage& stage, orvex::Skybox& sky) {
-    Color const colors[] = {red, green, blue, yellow, magenta, cyan};
+    const Color colors[] = {red, green, blue, yellow, magenta, cyan};
     std::string paths[6];
-    char const* files[6];
+    const char* files[6];
     for (int i = 0; i < 6; ++i) {
         paths[i] = stage.write_plain("face" + std::to_string(i) + ".png", colors[i]);
         files[i] = paths[i].c_str();
     }
-    bool const loaded =
+    const bool loaded =
         sky.load_all_faces_from_files(stage.renderer.get(), files, orvex::PF_RGB_U8);
     stage.log.clear();
     return loaded;
 }
 
 /// Draws the sky as a camera sees it that stands somewhere and looks along a direction.
-inline void draw_sky(OverlayStage& stage, orvex::Skybox& sky, orvex::vec4 const& direction,
+inline void draw_sky(OverlayStage& stage, orvex::Skybox& sky, const orvex::vec4& direction,
                      float fov = 90.0f) {
-    Owned<orvex::Camera> const camera(new orvex::Camera);
+    const Owned<orvex::Camera> camera(new orvex::Camera);
     camera->set_viewport(0, 0, 256, 256);
     camera->build_projection_persp(fov, 1.0f, 0.1f, 100.0f, true);
     camera->set_position(orvex::vec4(30.0f, -20.0f, 10.0f, 1.0f));
     camera->set_rotate_around_fixed_yaw_axis(false);
     camera->update_direction(direction);
-    bool const fixed = sky.get_use_gl2_vertex_array_state();
+    const bool fixed = sky.get_use_gl2_vertex_array_state();
     camera->bind(stage.renderer.get(), true, true, true, true, fixed);
     sky.render(stage.renderer.get(), nullptr);
 }
 
 struct SkyRow {
-    char const* direction;
+    const char* direction;
     orvex::vec4 looking;
     Color middle;
 };
 
 /// Seen from inside, x runs the other way than in the scene.
-inline SkyRow const sky_rows[] = {
+inline const SkyRow sky_rows[] = {
     {"+X", orvex::vec4(1.0f, 0.0f, 0.0f, 0.0f), green},
     {"-X", orvex::vec4(-1.0f, 0.0f, 0.0f, 0.0f), red},
     {"+Y", orvex::vec4(0.0f, 1.0f, 0.0f, 0.0f), blue},
@@ -56,10 +56,10 @@ inline SkyRow const sky_rows[] = {
 };
 
 inline void expect_each_face_in_its_direction(OverlayStage& stage, orvex::Skybox& sky) {
-    for (SkyRow const& row : sky_rows) {
+    for (const SkyRow& row : sky_rows) {
         stage.clear();
         draw_sky(stage, sky, row.looking, 60.0f);
-        for (auto const& [x, y] : {std::pair{128, 128}, {2, 2}, {253, 2}, {2, 253}, {253, 253}})
+        for (const auto& [x, y] : {std::pair{128, 128}, {2, 2}, {253, 2}, {2, 253}, {253, 253}})
             EXPECT_EQ(stage.pixel(x, y), row.middle) << row.direction << " at " << x << ", " << y;
     }
 }

@@ -50,7 +50,7 @@ const Calls drawing_calls = {"gpu_program_activate",
                              "vertex_buffer_finish"};
 
 /// What `Object` draws for a skybox with its axes on.
-int axes_drawn(OverlayRenderer const& renderer) {
+int axes_drawn(const OverlayRenderer& renderer) {
     return renderer.count("render_line");
 }
 
@@ -64,15 +64,15 @@ protected:
 
     void end() { EXPECT_EQ(std::exchange(sky, nullptr)->release(&renderer, nullptr), 0); }
 
-    std::string face(std::string const& name, int size = 2, int value = 7) const {
-        std::string const width = std::to_string(size);
+    std::string face(const std::string& name, int size = 2, int value = 7) const {
+        const std::string width = std::to_string(size);
         return dir.write(name, "flat " + width + " " + width + " " + std::to_string(value));
     }
 
     bool load(int size = 2) {
-        std::string const path = face("face.png", size);
-        char const* const file = path.c_str();
-        bool const loaded = sky->load_all_faces_from_files(&renderer, file, file, file, file, file,
+        const std::string path = face("face.png", size);
+        const char* const file = path.c_str();
+        const bool loaded = sky->load_all_faces_from_files(&renderer, file, file, file, file, file,
                                                            file, PF_RGB_U8);
         if (Texture* const cubemap = sky->get_cubemap()) {
             renderer.name_pointer(cubemap->get_data_ptr(), "cubemap");
@@ -141,13 +141,13 @@ TEST_F(SkyboxTest, forwards_the_steps_of_drawing_to_its_quad) {
 
 TEST_F(SkyboxTest, loads_six_faces_in_their_order) {
     std::string paths[6];
-    char const* files[6];
+    const char* files[6];
     for (int i = 0; i < 6; ++i) {
         paths[i] = face("face" + std::to_string(i) + ".png", 4, 10 * i);
         files[i] = paths[i].c_str();
     }
-    for (bool const one_by_one : {false, true}) {
-        bool const loaded =
+    for (const bool one_by_one : {false, true}) {
+        const bool loaded =
             one_by_one ? sky->load_all_faces_from_files(&renderer, files[0], files[1], files[2],
                                                         files[3], files[4], files[5], PF_RGBA_U8)
                        : sky->load_all_faces_from_files(&renderer, files, PF_RGBA_U8);
@@ -165,8 +165,8 @@ TEST_F(SkyboxTest, loads_six_faces_in_their_order) {
 }
 
 TEST_F(SkyboxTest, keeps_the_files_format_where_it_cannot_convert) {
-    std::string const path = face("face.png");
-    char const* const files[] = {path.c_str(), path.c_str(), path.c_str(),
+    const std::string path = face("face.png");
+    const char* const files[] = {path.c_str(), path.c_str(), path.c_str(),
                                  path.c_str(), path.c_str(), path.c_str()};
     EXPECT_TRUE(sky->load_all_faces_from_files(&renderer, files, PF_NONE));
     EXPECT_EQ(sky->get_cubemap()->get_pixel_format(), PF_RGB_U8);
@@ -182,8 +182,8 @@ TEST_F(SkyboxTest, replaces_its_cube_map) {
 
 TEST_F(SkyboxTest, has_no_cube_map_when_a_face_does_not_load) {
     ASSERT_TRUE(load());
-    std::string const path = face("face.png");
-    char const* const good = path.c_str();
+    const std::string path = face("face.png");
+    const char* const good = path.c_str();
     EXPECT_FALSE(sky->load_all_faces_from_files(&renderer, good, good, good, good, good,
                                                 "no/such.png", PF_RGB_U8));
     EXPECT_EQ(sky->get_cubemap(), nullptr);
@@ -210,7 +210,7 @@ TEST_F(SkyboxTest, keeps_a_cube_map_that_did_not_upload_without_a_reference) {
 
 TEST_F(SkyboxTest, gives_a_cube_map_that_did_not_upload_back_through_the_manager) {
     renderer.results["texture_cube_load"] = false;
-    for (bool const host_holds_it : {false, true}) {
+    for (const bool host_holds_it : {false, true}) {
         EXPECT_FALSE(load());
         Texture* const cubemap = sky->get_cubemap();
         if (host_holds_it)
@@ -225,8 +225,8 @@ TEST_F(SkyboxTest, gives_a_cube_map_that_did_not_upload_back_through_the_manager
 }
 
 TEST_F(SkyboxTest, uploads_nothing_without_a_renderer) {
-    std::string const path = face("face.png");
-    char const* const file = path.c_str();
+    const std::string path = face("face.png");
+    const char* const file = path.c_str();
     EXPECT_FALSE(
         sky->load_all_faces_from_files(nullptr, file, file, file, file, file, file, PF_RGB_U8));
     EXPECT_NE(sky->get_cubemap(), nullptr);
@@ -243,7 +243,7 @@ TEST_F(SkyboxTest, draws_only_what_an_object_draws_without_a_cube_map) {
 }
 
 TEST_F(SkyboxTest, makes_its_program_at_the_first_draw) {
-    for (bool const gl2 : {true, false}) {
+    for (const bool gl2 : {true, false}) {
         sky->set_opengl_2_3_rendering_states(gl2, nullptr);
         ASSERT_TRUE(load());
         renderer.sources.clear();
@@ -261,8 +261,8 @@ TEST_F(SkyboxTest, makes_its_program_at_the_first_draw) {
 }
 
 TEST_F(SkyboxTest, draws_the_texts_that_a_host_put_in_place) {
-    OtherText const vertex(orvex_skybox_vs_gl3, "my vertex");
-    OtherText const pixel(orvex_skybox_ps_gl3, "my pixel");
+    const OtherText vertex(orvex_skybox_vs_gl3, "my vertex");
+    const OtherText pixel(orvex_skybox_ps_gl3, "my pixel");
     ASSERT_TRUE(load());
     sky->render(&renderer, nullptr);
     EXPECT_EQ(renderer.sources, Sources({{0, "my vertex"}, {1, "my pixel"}}));
@@ -285,7 +285,7 @@ TEST_F(SkyboxTest, feeds_its_program_the_sampler_once) {
     for (int frame = 0; frame < 2; ++frame) {
         renderer.take_calls();
         sky->render(&renderer, nullptr);
-        Calls const calls = renderer.take_calls();
+        const Calls calls = renderer.take_calls();
         EXPECT_EQ(std::count(calls.begin(), calls.end(),
                              "gpu_program_set_uniform_1i(program, \"cubemap\", 0)"),
                   frame == 0 ? 1 : 0);
@@ -296,7 +296,7 @@ TEST_F(SkyboxTest, feeds_its_program_the_sampler_once) {
 TEST_F(SkyboxTest, sets_no_render_state) {
     ASSERT_TRUE(load());
     sky->render(&renderer, nullptr);
-    for (std::string const& call : renderer.take_calls()) {
+    for (const std::string& call : renderer.take_calls()) {
         EXPECT_EQ(call.find("set_depth"), std::string::npos) << call;
         EXPECT_EQ(call.find("rasterizer"), std::string::npos) << call;
         EXPECT_EQ(call.find("set_blend"), std::string::npos) << call;
@@ -309,7 +309,7 @@ TEST_F(SkyboxTest, draws_what_an_object_draws_last) {
     ASSERT_TRUE(load());
     sky->set_display_tripod_state(true, nullptr);
     sky->render(&renderer, nullptr);
-    Calls const names = renderer.take_names();
+    const Calls names = renderer.take_names();
     EXPECT_GT(std::find(names.begin(), names.end(), "render_line"),
               std::find(names.begin(), names.end(), "vertex_buffer_finish"));
     EXPECT_EQ(std::count(names.begin(), names.end(), "render_line"), 3);
@@ -322,7 +322,7 @@ TEST_F(SkyboxTest, draws_nothing_without_a_renderer) {
 }
 
 TEST_F(SkyboxTest, draws_nothing_with_a_program_that_did_not_compile) {
-    OtherText const vertex(orvex_skybox_vs_gl3, "bad");
+    const OtherText vertex(orvex_skybox_vs_gl3, "bad");
     ASSERT_TRUE(load());
     sky->set_display_tripod_state(true, nullptr);
     for (int frame = 0; frame < 3; ++frame) {
@@ -385,7 +385,7 @@ TEST_F(SkyboxTest, holds_one_program_at_a_time) {
 }
 
 TEST_F(SkyboxTest, gives_back_the_managers_reference_to_the_hosts_program_and_its_own) {
-    for (bool const listed : {true, false}) {
+    for (const bool listed : {true, false}) {
         auto* const program = listed ? programs.create_gpu_program("host's") : new GpuProgram;
         program->add_ref();
         if (!listed)
@@ -403,7 +403,7 @@ TEST_F(SkyboxTest, gives_back_the_managers_reference_to_the_hosts_program_and_it
 TEST_F(SkyboxTest, tries_anew_after_the_host_takes_a_failed_program_away) {
     ASSERT_TRUE(load());
     {
-        OtherText const vertex(orvex_skybox_vs_gl3, "bad");
+        const OtherText vertex(orvex_skybox_vs_gl3, "bad");
         sky->render(&renderer, nullptr);
     }
     sky->set_cubemap_gpu_program(nullptr);
@@ -415,7 +415,7 @@ TEST_F(SkyboxTest, tries_anew_after_the_host_takes_a_failed_program_away) {
 TEST_F(SkyboxTest, draws_with_the_hosts_program_after_its_own_failed) {
     ASSERT_TRUE(load());
     {
-        OtherText const vertex(orvex_skybox_vs_gl3, "bad");
+        const OtherText vertex(orvex_skybox_vs_gl3, "bad");
         sky->render(&renderer, nullptr);
     }
     EXPECT_EQ(renderer.count("vertex_buffer_draw"), 0);

@@ -14,7 +14,7 @@ namespace orvex_test {
 
 /// Whether a pixel or its neighbour below or to the left has the colour: a line along the border
 /// between two pixels may fall on either.
-inline bool shows(Color const& color, int x, int y) {
+inline bool shows(const Color& color, int x, int y) {
     return pixel_at(x, y) == color || pixel_at(x - 1, y) == color || pixel_at(x, y - 1) == color;
 }
 

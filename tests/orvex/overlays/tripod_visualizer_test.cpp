@@ -34,7 +34,7 @@ public:
     std::string compile_error; ///< what stages fail with
 
     bool gpu_program_load_shader_from_memory(GpuProgramData* program, GPU_SHADER_TYPE type,
-                                             char const* source, unsigned long size) override {
+                                             const char* source, unsigned long size) override {
         shaders.push_back(std::to_string(type) + ": " + source);
         if (!compile_error.empty())
             program->set_shader_info_log(type, compile_error.c_str(), compile_error.size());
@@ -60,7 +60,7 @@ public:
     }
 };
 
-bool same(mat4 const& a, mat4 const& b) {
+bool same(const mat4& a, const mat4& b) {
     return std::equal(a.m, a.m + 16, b.m);
 }
 

@@ -48,9 +48,8 @@ TEST(LargeBlock, has_all_its_bytes_to_itself) {
 TEST(LargeBlock, of_half_a_large_page_or_more_begins_with_one) {
     for (const std::size_t size : SIZES) {
         const LargeBlock block = new_large_block(size);
-        if (size >= LARGE_PAGE / 2) {
+        if (size >= LARGE_PAGE / 2)
             EXPECT_EQ(reinterpret_cast<std::uintptr_t>(block.get()) % LARGE_PAGE, 0u) << size;
-        }
     }
 }
 

@@ -8,12 +8,12 @@
 namespace orvex_test {
 
 struct KeyRow {
-    char const* name;
+    const char* name;
     orvex::KeyCode key;
     unsigned int code;
     unsigned int macintosh;
     unsigned int x11;
-    char const* xkb_name; ///< of the place on the keyboard, as X servers call it
+    const char* xkb_name; ///< of the place on the keyboard, as X servers call it
 };
 
 // clang-format off

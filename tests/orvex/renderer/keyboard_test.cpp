@@ -39,7 +39,7 @@ TEST(KeyboardRows, name_each_of_the_89_keys_once) {
     std::set<unsigned> keys;
     std::set<unsigned> macintosh;
     std::set<unsigned> x11;
-    for (KeyRow const& row : key_rows) {
+    for (const KeyRow& row : key_rows) {
         keys.insert(row.code);
         macintosh.insert(row.macintosh);
         x11.insert(row.x11);
@@ -51,7 +51,7 @@ TEST(KeyboardRows, name_each_of_the_89_keys_once) {
 }
 
 TEST(Keyboard, gives_each_key_its_number) {
-    for (KeyRow const& row : key_rows)
+    for (const KeyRow& row : key_rows)
         EXPECT_EQ(row.key, row.code) << row.name;
 }
 
@@ -62,24 +62,24 @@ TEST(Keyboard, has_all_keys_up_at_first) {
 
 TEST(Keyboard, leads_every_key_to_code_0_before_it_is_filled) {
     Keyboard keyboard;
-    for (KeyRow const& row : key_rows)
+    for (const KeyRow& row : key_rows)
         EXPECT_EQ(codes_of(keyboard, row.key), Codes({0})) << row.name;
 }
 
 TEST(Keyboard, enters_the_x11_codes_on_linux) {
     Keyboard keyboard;
     EXPECT_TRUE(keyboard.init());
-    for (KeyRow const& row : key_rows)
+    for (const KeyRow& row : key_rows)
         EXPECT_EQ(codes_of(keyboard, row.key), Codes({row.x11})) << row.name;
 }
 
 TEST(Keyboard, enters_a_layout_by_its_name) {
     Keyboard keyboard;
     EXPECT_TRUE(keyboard.init(KEYBOARD_LAYOUT_MACINTOSH));
-    for (KeyRow const& row : key_rows)
+    for (const KeyRow& row : key_rows)
         EXPECT_EQ(codes_of(keyboard, row.key), Codes({row.macintosh})) << row.name;
     EXPECT_TRUE(keyboard.init(KEYBOARD_LAYOUT_X11));
-    for (KeyRow const& row : key_rows)
+    for (const KeyRow& row : key_rows)
         EXPECT_EQ(codes_of(keyboard, row.key), Codes({row.x11})) << row.name;
 }
 
@@ -95,7 +95,7 @@ TEST(Keyboard, keeps_its_codes_when_it_is_filled_again) {
     Keyboard keyboard;
     keyboard.init(KEYBOARD_LAYOUT_MACINTOSH);
     EXPECT_TRUE(keyboard.init());
-    for (KeyRow const& row : key_rows)
+    for (const KeyRow& row : key_rows)
         EXPECT_EQ(codes_of(keyboard, row.key), Codes({row.macintosh})) << row.name;
 }
 
@@ -135,9 +135,9 @@ TEST(Keyboard, tells_a_key_by_the_platforms_code) {
 TEST(Keyboard, tells_each_key_by_the_code_of_an_x11_event) {
     Keyboard keyboard;
     keyboard.init();
-    for (KeyRow const& row : key_rows) {
+    for (const KeyRow& row : key_rows) {
         keyboard.set_virtual_key_state(static_cast<int>(row.x11), 1);
-        for (KeyRow const& other : key_rows)
+        for (const KeyRow& other : key_rows)
             EXPECT_EQ(keyboard.is_key_down(other.key), other.key == row.key)
                 << row.name << " " << other.name;
         keyboard.set_virtual_key_state(static_cast<int>(row.x11), 0);
@@ -164,7 +164,7 @@ TEST(Keyboard, takes_all_keys_up_and_keeps_the_codes) {
     EXPECT_EQ(codes_down(keyboard).size(), 256u);
     EXPECT_TRUE(keyboard.clear_key_buffer());
     EXPECT_EQ(codes_down(keyboard), Codes());
-    for (KeyRow const& row : key_rows)
+    for (const KeyRow& row : key_rows)
         EXPECT_FALSE(keyboard.is_key_down(row.key)) << row.name;
     EXPECT_EQ(codes_of(keyboard, KEY_UP), Codes({126}));
 }
@@ -193,7 +193,7 @@ TEST(Keyboard, has_no_key_at_code_0_on_linux) {
     Keyboard keyboard;
     keyboard.init();
     keyboard.set_key_state(90, 1);
-    for (KeyRow const& row : key_rows)
+    for (const KeyRow& row : key_rows)
         EXPECT_FALSE(keyboard.is_key_down(row.key)) << row.name;
     EXPECT_TRUE(keyboard.is_key_down(90));
 }

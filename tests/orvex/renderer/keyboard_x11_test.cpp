@@ -36,7 +36,7 @@ TEST(KeyboardX11, has_the_codes_of_a_running_server) {
     Display* const display = XOpenDisplay(orvex_test::XServer::get().display().c_str());
     ASSERT_NE(display, nullptr) << "no X server";
     std::map<unsigned, std::string> names = names_of_places(display);
-    for (KeyRow const& row : key_rows) {
+    for (const KeyRow& row : key_rows) {
         EXPECT_EQ(names[row.x11], row.xkb_name) << row.name;
         orvex::Keyboard keyboard;
         keyboard.init();

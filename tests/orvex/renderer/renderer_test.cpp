@@ -26,7 +26,7 @@ TEST(Renderer, starts_without_context_word_and_with_settable_api) {
 
 TEST(Renderer, keeps_127_characters_of_an_api_name) {
     FakeRenderer renderer;
-    std::string const name(200, 'x');
+    const std::string name(200, 'x');
     renderer.set_api_name(name.c_str());
     EXPECT_EQ(renderer.get_api_name(), name.substr(0, 127));
 }
@@ -64,7 +64,7 @@ TEST(Renderer, kills_a_buffer_by_a_plain_number) {
 
 TEST(RasterizerState, has_its_defaults_and_gets_them_back) {
     Renderer_Rasterizer_State state;
-    auto const expect_defaults = [&state] {
+    const auto expect_defaults = [&state] {
         EXPECT_EQ(state.polygon_mode, POLYGON_MODE_FILL);
         EXPECT_EQ(state.polygon_face, POLYGON_FACE_FRONT_AND_BACK);
         EXPECT_EQ(state.cull_face, POLYGON_FACE_BACK);

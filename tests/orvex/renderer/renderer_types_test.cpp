@@ -9,16 +9,14 @@ namespace orvex {
 namespace {
 
 TEST(ConvertInt2Pf, keeps_1_to_6_and_gives_none_for_all_else) {
-    for (int i = 1; i <= 6; ++i) {
+    for (int i = 1; i <= 6; ++i)
         EXPECT_EQ(ConvertInt2Pf(i), static_cast<PIXEL_FORMAT>(i));
-    }
-    for (int const other : {0, -1, 7, 8, 10, 11, 1000000, -1000000}) {
+    for (const int other : {0, -1, 7, 8, 10, 11, 1000000, -1000000})
         EXPECT_EQ(ConvertInt2Pf(other), PF_NONE) << other;
-    }
 }
 
 TEST(GpuShaderType, has_a_label_for_each_stage) {
-    std::vector<std::string> const labels = {
+    const std::vector<std::string> labels = {
         "Vertex",  "Pixel", "Geometry",       "Tessellation control", "Tessellation evaluation",
         "Compute", "",      "Direct3D effect"};
     ASSERT_EQ(labels.size(), static_cast<std::size_t>(GPU_SHADER_TYPE_COUNT));
@@ -26,9 +24,8 @@ TEST(GpuShaderType, has_a_label_for_each_stage) {
         EXPECT_EQ(GetGpuShaderTypeLabel(static_cast<GPU_SHADER_TYPE>(i)),
                   labels[static_cast<std::size_t>(i)]);
     }
-    for (int const outside : {-1, 8, 300}) {
+    for (const int outside : {-1, 8, 300})
         EXPECT_STREQ(GetGpuShaderTypeLabel(static_cast<GPU_SHADER_TYPE>(outside)), "");
-    }
 }
 
 // Records store these numbers and hosts cast to them.

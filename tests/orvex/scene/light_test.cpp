@@ -86,20 +86,20 @@ TEST_F(LightTest, shows_all_of_it_in_its_record) {
 TEST_F(LightTest, copies_names_and_forgets_them_for_null) {
     // Plain functions: GCC 12 miscompiles calls through member pointers under the sanitizers.
     struct Row {
-        char const* name;
-        void (*set)(Light&, char const*);
-        char const* (*get)(Light&);
+        const char* name;
+        void (*set)(Light&, const char*);
+        const char* (*get)(Light&);
     };
     static constexpr Row rows[] = {
-        {"position", [](Light& on, char const* name) { on.set_position_uniform_name(name); },
+        {"position", [](Light& on, const char* name) { on.set_position_uniform_name(name); },
          [](Light& on) { return on.get_position_uniform_name(); }},
-        {"radius", [](Light& on, char const* name) { on.set_radius_uniform_name(name); },
+        {"radius", [](Light& on, const char* name) { on.set_radius_uniform_name(name); },
          [](Light& on) { return on.get_radius_uniform_name(); }},
-        {"ambient", [](Light& on, char const* name) { on.set_ambient_uniform_name(name); },
+        {"ambient", [](Light& on, const char* name) { on.set_ambient_uniform_name(name); },
          [](Light& on) { return on.get_ambient_uniform_name(); }},
-        {"diffuse", [](Light& on, char const* name) { on.set_diffuse_uniform_name(name); },
+        {"diffuse", [](Light& on, const char* name) { on.set_diffuse_uniform_name(name); },
          [](Light& on) { return on.get_diffuse_uniform_name(); }},
-        {"specular", [](Light& on, char const* name) { on.set_specular_uniform_name(name); },
+        {"specular", [](Light& on, const char* name) { on.set_specular_uniform_name(name); },
          [](Light& on) { return on.get_specular_uniform_name(); }},
     };
     for (const Row& row : rows) {

@@ -174,10 +174,9 @@ void refuse(benchmark::State& state, std::string (*content)()) {
     const double before = peak_megabytes();
     Loader3D_Lib3ds loader;
     Model model;
-    for (auto _ : state) {
+    for (auto _ : state)
         if (loader.load_from_file(&model, file.path().c_str()))
             state.SkipWithError("loaded");
-    }
     state.counters["peak_MB"] = peak_megabytes() - before;
 }
 BENCHMARK_CAPTURE(refuse, face_at_the_end_of_100_MB, broken_at_its_end)

@@ -55,14 +55,12 @@ private:
         write_library();
         std::FILE* file = std::fopen(path.c_str(), "w");
         std::fprintf(file, "mtllib quads.mtl\n");
-        for (int y = 0; y < GRID; ++y) {
+        for (int y = 0; y < GRID; ++y)
             for (int x = 0; x < GRID; ++x)
                 write_point(file, x, y);
-        }
-        for (int y = 0; y < GRID; ++y) {
+        for (int y = 0; y < GRID; ++y)
             for (int x = 0; x < GRID; ++x)
                 std::fprintf(file, "vt %.5f %.5f\n", x / 316.0, y / 316.0);
-        }
         for (int i = 0; i < 1000; ++i)
             std::fprintf(file, "vn %.5f %.5f %.5f\n", std::sin(i * 0.01), std::cos(i * 0.01), 0.25);
         int quad = 0;
@@ -85,10 +83,9 @@ private:
     static void write_triangles(const std::string& path) {
         constexpr int WIDTH = 708;
         std::FILE* file = std::fopen(path.c_str(), "w");
-        for (int y = 0; y < WIDTH; ++y) {
+        for (int y = 0; y < WIDTH; ++y)
             for (int x = 0; x < WIDTH; ++x)
                 write_point(file, x, y);
-        }
         for (int i = 0; i < WIDTH * WIDTH; ++i)
             std::fprintf(file, "vn %.4f %.4f %.4f\n", std::sin(i * 0.01), std::cos(i * 0.01), 0.25);
         for (int y = 0; y + 1 < WIDTH; ++y) {

@@ -11,10 +11,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     orvex::OBJ_Model model;
     orvex::read_material_text(model, text.c_str(), text.size());
     for (const auto& material : model.materials) {
-        for (const auto& filename : material->texture_filenames) {
+        for (const auto& filename : material->texture_filenames)
             if (std::string(filename.data()).size() > 255)
                 std::abort();
-        }
     }
     return 0;
 }

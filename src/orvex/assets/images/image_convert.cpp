@@ -60,12 +60,11 @@ template<int TargetChannels, int SourceChannels, class Target, class Source>
 void convert_pixels(Target* target, const Source* source, unsigned long count) {
     constexpr Target full = static_cast<Target>(sizeof(Target) == 1 ? 255 : 1);
     for (unsigned long i = 0; i < count; ++i, target += TargetChannels, source += SourceChannels) {
-        for (int c = 0; c < TargetChannels && c < 3; ++c) {
+        for (int c = 0; c < TargetChannels && c < 3; ++c)
             if (c < SourceChannels)
                 store(target[c], source[c]);
             else
                 target[c] = Target(0);
-        }
         if (TargetChannels == 4)
             target[3] = full;
     }

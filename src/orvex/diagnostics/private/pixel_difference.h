@@ -14,11 +14,11 @@ enum class PixelStep {
 
 /// Counts the pixels of four bytes that differ in any of them.
 /// @param a, b    buffers of `pixels` times four bytes; null only for none
-unsigned long count_different_pixels(unsigned char const* a, unsigned char const* b,
+unsigned long count_different_pixels(const unsigned char* a, const unsigned char* b,
                                      unsigned long pixels, PixelStep step);
 
 /// Whether any pixel differs; ends at the first stretch that has one.
-bool has_different_pixel(unsigned char const* a, unsigned char const* b, unsigned long pixels,
+bool has_different_pixel(const unsigned char* a, const unsigned char* b, unsigned long pixels,
                          PixelStep step);
 
 } // namespace orvex

@@ -20,7 +20,7 @@ public:
 
     /// Cuts at most `size` characters of `text`, up to its terminator. A marker is found wherever
     /// it stands first, also in a comment; a second one of its kind is ordinary text.
-    ShaderText(char const* text, unsigned long size);
+    ShaderText(const char* text, unsigned long size);
 
     /// Returns whether the text makes a program: it has a compute stage, or both a vertex and a
     /// pixel stage.
@@ -28,7 +28,7 @@ public:
 
     /// Returns what stands between the stage's marker and the next marker or the end, terminated;
     /// null when the marker is missing. Valid as long as this object.
-    char const* get_body(GPU_SHADER_TYPE type) const;
+    const char* get_body(GPU_SHADER_TYPE type) const;
 
 private:
     std::string text_;

@@ -32,7 +32,7 @@ struct BMCharset {
 
     /// The glyph of one byte of a text. Bytes are signed: those from 128 up lie in front of the
     /// table, where every glyph is empty.
-    BMCharDescriptor const& glyph(signed char c) const {
+    const BMCharDescriptor& glyph(signed char c) const {
         static constexpr BMCharDescriptor empty = {};
         return c < 0 ? empty : chars[c];
     }

@@ -11,7 +11,7 @@ namespace {
 
 using tinyxml2::XMLElement;
 
-bool is_named(XMLElement const& element, char const* name) {
+bool is_named(const XMLElement& element, const char* name) {
     constexpr std::size_t longest_name = 64;
     return std::strncmp(element.Name(), name, longest_name) == 0;
 }
@@ -19,46 +19,41 @@ bool is_named(XMLElement const& element, char const* name) {
 /// Leaves the field alone where the attribute is missing or no number. What doesn't fit in 16 bits
 /// is cut: a negative offset becomes a very large one.
 template<class Field>
-void read_number(XMLElement const& element, char const* name, Field& field) {
+void read_number(const XMLElement& element, const char* name, Field& field) {
     int value = 0;
-    if (element.QueryIntAttribute(name, &value) == tinyxml2::XML_SUCCESS) {
+    if (element.QueryIntAttribute(name, &value) == tinyxml2::XML_SUCCESS)
         field = static_cast<Field>(value);
-    }
 }
 
-void read_info(XMLElement const& info, BMCharset& charset) {
-    if (char const* const padding = info.Attribute("padding")) {
+void read_info(const XMLElement& info, BMCharset& charset) {
+    if (const char* const padding = info.Attribute("padding")) {
         std::sscanf(padding, "%d,%d,%d,%d", &charset.padding[0], &charset.padding[1],
                     &charset.padding[2], &charset.padding[3]);
     }
-    if (char const* const spacing = info.Attribute("spacing")) {
+    if (const char* const spacing = info.Attribute("spacing"))
         std::sscanf(spacing, "%d,%d", &charset.spacing[0], &charset.spacing[1]);
-    }
 }
 
-void read_common(XMLElement const& common, BMCharset& charset) {
+void read_common(const XMLElement& common, BMCharset& charset) {
     read_number(common, "scaleW", charset.scale_w);
     read_number(common, "scaleH", charset.scale_h);
     read_number(common, "base", charset.base);
     read_number(common, "lineHeight", charset.line_height);
 }
 
-void read_pages(XMLElement const& pages, BMCharset& charset) {
-    XMLElement const* const page = pages.FirstChildElement();
-    if (page == nullptr || !is_named(*page, "page") || charset.image_filename[0] != '\0') {
+void read_pages(const XMLElement& pages, BMCharset& charset) {
+    const XMLElement* const page = pages.FirstChildElement();
+    if (page == nullptr || !is_named(*page, "page") || charset.image_filename[0] != '\0')
         return;
-    }
-    if (char const* const file = page->Attribute("file")) {
+    if (const char* const file = page->Attribute("file"))
         std::strncpy(charset.image_filename, file, sizeof(charset.image_filename) - 1);
-    }
 }
 
-void read_char(XMLElement const& element, BMCharset& charset) {
+void read_char(const XMLElement& element, BMCharset& charset) {
     int id = 0;
     read_number(element, "id", id);
-    if (id < 0 || id > 255) {
+    if (id < 0 || id > 255)
         return;
-    }
     BMCharDescriptor& glyph = charset.chars[id];
     read_number(element, "x", glyph.x);
     read_number(element, "y", glyph.y);
@@ -70,47 +65,40 @@ void read_char(XMLElement const& element, BMCharset& charset) {
     read_number(element, "yoffset", glyph.yoffset);
 }
 
-void read_chars(XMLElement const& chars, BMCharset& charset) {
-    for (XMLElement const* element = chars.FirstChildElement(); element != nullptr;
-         element = element->NextSiblingElement()) {
-        if (is_named(*element, "char")) {
+void read_chars(const XMLElement& chars, BMCharset& charset) {
+    for (const XMLElement* element = chars.FirstChildElement(); element != nullptr;
+         element = element->NextSiblingElement())
+        if (is_named(*element, "char"))
             read_char(*element, charset);
-        }
-    }
 }
 
 struct Section {
-    char const* name;
-    void (*read)(XMLElement const& element, BMCharset& charset);
+    const char* name;
+    void (*read)(const XMLElement& element, BMCharset& charset);
 };
 
 constexpr Section sections[] = {
     {"info", read_info}, {"common", read_common}, {"pages", read_pages}, {"chars", read_chars}};
 
-void read_section(XMLElement const& element, BMCharset& charset) {
-    for (Section const& section : sections) {
-        if (is_named(element, section.name)) {
+void read_section(const XMLElement& element, BMCharset& charset) {
+    for (const Section& section : sections)
+        if (is_named(element, section.name))
             section.read(element, charset);
-        }
-    }
 }
 
 } // namespace
 
-std::unique_ptr<BMCharset> read_bm_charset(char const* text) {
+std::unique_ptr<BMCharset> read_bm_charset(const char* text) {
     tinyxml2::XMLDocument document(true, tinyxml2::PRESERVE_WHITESPACE);
-    if (text == nullptr || document.Parse(text) != tinyxml2::XML_SUCCESS) {
+    if (text == nullptr || document.Parse(text) != tinyxml2::XML_SUCCESS)
         return nullptr;
-    }
-    XMLElement const* const root = document.RootElement();
-    if (root == nullptr) {
+    const XMLElement* const root = document.RootElement();
+    if (root == nullptr)
         return nullptr;
-    }
     auto charset = std::make_unique<BMCharset>();
-    for (XMLElement const* element = root->FirstChildElement(); element != nullptr;
-         element = element->NextSiblingElement()) {
+    for (const XMLElement* element = root->FirstChildElement(); element != nullptr;
+         element = element->NextSiblingElement())
         read_section(*element, *charset);
-    }
     return charset;
 }
 

@@ -9,6 +9,6 @@ namespace orvex {
 /// Reads a charset from BMFont XML; see `Font::bm_load_charset_from_memory`.
 /// @param text  ends with a zero byte; null is refused
 /// @return null if the text can't be parsed or has no root element
-std::unique_ptr<BMCharset> read_bm_charset(char const* text);
+std::unique_ptr<BMCharset> read_bm_charset(const char* text);
 
 } // namespace orvex

@@ -16,7 +16,7 @@ constexpr unsigned long vertices_per_glyph = 6;
 /// @param vertices  room for six per byte of the text
 /// @param scale     units of the object per pixel of the sheet
 /// @return where the next text's vertices begin
-Vertex* write_bm_quads(Vertex* vertices, bm_string const& string, BMCharset const& charset,
+Vertex* write_bm_quads(Vertex* vertices, const bm_string& string, const BMCharset& charset,
                        float scale);
 
 } // namespace orvex

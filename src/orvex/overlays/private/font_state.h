@@ -36,7 +36,7 @@ struct Font::BmData {
 
     /// @return false for null, or when there is no room
     bool add_string(float x, float y, float z, float r, float g, float b, float a,
-                    char const* text);
+                    const char* text);
     /// Nothing is freed.
     void reset_string_counter() { string_counter = 0; }
     unsigned long get_string_counter() const { return string_counter; }

@@ -8,15 +8,15 @@ namespace orvex {
 
 namespace {
 
-void report_invalid(GpuProgram& program, char const* what) {
-    char const* const messages = program.get_shader_error_messages();
+void report_invalid(GpuProgram& program, const char* what) {
+    const char* const messages = program.get_shader_error_messages();
     if (messages[0] != '\0')
         LogMgr::get()->tracef_error("%s error: %s", what, messages);
     else
         LogMgr::get()->tracef_error("%s has erros", what);
 }
 
-bool is_usable(Renderer& renderer, GpuProgram& program, OverlayProgramTexts const& texts) {
+bool is_usable(Renderer& renderer, GpuProgram& program, const OverlayProgramTexts& texts) {
     if (!program.is_valid()) {
         report_invalid(program, texts.invalid);
         return false;
@@ -29,8 +29,8 @@ bool is_usable(Renderer& renderer, GpuProgram& program, OverlayProgramTexts cons
 
 } // namespace
 
-GpuProgram* make_overlay_program(Renderer& renderer, char const* vertex, char const* pixel,
-                                 OverlayProgramTexts const& texts) {
+GpuProgram* make_overlay_program(Renderer& renderer, const char* vertex, const char* pixel,
+                                 const OverlayProgramTexts& texts) {
     GpuProgramMgr* const programs = GpuProgramMgr::get();
     GpuProgram* const program = programs->create_gpu_program_from_shaders(
         &renderer, vertex, pixel, nullptr, nullptr, nullptr, nullptr, texts.name);

@@ -10,14 +10,14 @@ class Renderer;
 
 /// How an overlay speaks of its program.
 struct OverlayProgramTexts {
-    char const* name;       ///< of the program; null keeps the node's own
-    char const* invalid;    ///< begins both messages about a program that doesn't compile
-    char const* not_active; ///< the message about one that doesn't link
+    const char* name;       ///< of the program; null keeps the node's own
+    const char* invalid;    ///< begins both messages about a program that doesn't compile
+    const char* not_active; ///< the message about one that doesn't link
 };
 
 /// Makes a program of two shaders and makes it the active one. It is held by `GpuProgramMgr` alone.
 /// @return null, after an error in the log, if it doesn't compile or link: nothing is left of it
-GpuProgram* make_overlay_program(Renderer& renderer, char const* vertex, char const* pixel,
-                                 OverlayProgramTexts const& texts);
+GpuProgram* make_overlay_program(Renderer& renderer, const char* vertex, const char* pixel,
+                                 const OverlayProgramTexts& texts);
 
 } // namespace orvex

@@ -6,8 +6,8 @@
 
 namespace orvex {
 
-LoadedLibrary::LoadedLibrary(char const* name, char const* other_name) {
-    for (char const* candidate : {name, other_name})
+LoadedLibrary::LoadedLibrary(const char* name, const char* other_name) {
+    for (const char* candidate : {name, other_name})
         if (candidate && !library)
             library = dlopen(candidate, RTLD_LAZY | RTLD_NOLOAD | RTLD_NODELETE);
     // The entry is kept by RTLD_NODELETE; the count it took is given back.
@@ -15,7 +15,7 @@ LoadedLibrary::LoadedLibrary(char const* name, char const* other_name) {
         dlclose(library);
 }
 
-void* LoadedLibrary::address(char const* name) const {
+void* LoadedLibrary::address(const char* name) const {
     return library ? dlsym(library, name) : nullptr;
 }
 

@@ -10,18 +10,18 @@ namespace orvex {
 class LoadedLibrary {
 public:
     /// Takes the first of the names that is loaded; null names are passed over.
-    explicit LoadedLibrary(char const* name, char const* other_name = nullptr);
+    explicit LoadedLibrary(const char* name, const char* other_name = nullptr);
 
     /// Looks a function up, and gives null without the library or the function.
     template<typename Function>
-    void look_up(char const* name, Function& function) const {
+    void look_up(const char* name, Function& function) const {
         function = reinterpret_cast<Function>(address(name));
     }
 
 private:
     void* library = nullptr;
 
-    void* address(char const* name) const;
+    void* address(const char* name) const;
 };
 
 } // namespace orvex

@@ -33,15 +33,14 @@ RendererOpenGL::RendererOpenGL()
 }
 
 RendererOpenGL::~RendererOpenGL() {
-    if (ctx.active_program != nullptr) {
+    if (ctx.active_program != nullptr)
         ctx.active_program->remove_active_slot(&ctx.active_program);
-    }
     leave_render_targets();
     delete data;
     RendererOpenGL::kill_all_render_windows();
 }
 
-void RendererOpenGL::log_life_cycle(char const* operation) {
+void RendererOpenGL::log_life_cycle(const char* operation) {
     LogMgr::get()->tracef_debug("plugin %s (id=%d) - %s()", get_name(), getid(), operation);
 }
 
@@ -64,16 +63,15 @@ bool RendererOpenGL::terminate() {
 namespace {
 
 // The word for a compatibility context starts with a capital letter in some drivers' texts.
-bool is_core_version_text(char const* version) {
+bool is_core_version_text(const char* version) {
     return version != nullptr && std::strstr(version, "ompatibility") == nullptr;
 }
 
 } // namespace
 
 bool RendererOpenGL::start() {
-    if (started) {
+    if (started)
         return true;
-    }
     log_life_cycle("start");
     update_thread();
     // This may be another context than the last one: what was bound there says nothing here.
@@ -97,9 +95,8 @@ bool RendererOpenGL::start_v2(bool display_function_pointers) {
 }
 
 bool RendererOpenGL::stop() {
-    if (!started) {
+    if (!started)
         return true;
-    }
     log_life_cycle("stop");
     stop_gl_messages();
     gl.clear();
@@ -113,10 +110,9 @@ RenderWindow* RendererOpenGL::create_render_window() {
 }
 
 bool RendererOpenGL::kill_render_window(RenderWindow* window) {
-    auto const found = std::find(render_windows.begin(), render_windows.end(), window);
-    if (found == render_windows.end()) {
+    const auto found = std::find(render_windows.begin(), render_windows.end(), window);
+    if (found == render_windows.end())
         return false;
-    }
     window->terminate();
     delete window;
     render_windows.erase(found);
@@ -138,10 +134,9 @@ bool RendererOpenGL::_add_texture_id(unsigned int id) {
 }
 
 bool RendererOpenGL::_remove_texture_id(unsigned int id) {
-    auto const found = std::find(data->texture_ids.begin(), data->texture_ids.end(), id);
-    if (found == data->texture_ids.end()) {
+    const auto found = std::find(data->texture_ids.begin(), data->texture_ids.end(), id);
+    if (found == data->texture_ids.end())
         return false;
-    }
     data->texture_ids.erase(found);
     return true;
 }
@@ -154,19 +149,19 @@ bool RendererOpenGL::_remove_texture_id(unsigned int id) {
     va_end(arguments);                                                                             \
     LogMgr::get()->target("%s renderer - %s", get_api_name(), log_buffer.data())
 
-void RendererOpenGL::k_log(char const* format, ...) {
+void RendererOpenGL::k_log(const char* format, ...) {
     ORVEX_K_LOG(tracef);
 }
 
-void RendererOpenGL::k_log_debug(char const* format, ...) {
+void RendererOpenGL::k_log_debug(const char* format, ...) {
     ORVEX_K_LOG(tracef_debug);
 }
 
-void RendererOpenGL::k_log_warning(char const* format, ...) {
+void RendererOpenGL::k_log_warning(const char* format, ...) {
     ORVEX_K_LOG(tracef_warning);
 }
 
-void RendererOpenGL::k_log_error(char const* format, ...) {
+void RendererOpenGL::k_log_error(const char* format, ...) {
     ORVEX_K_LOG(tracef_error);
 }
 

@@ -6,17 +6,17 @@ namespace orvex {
 
 namespace {
 
-thread_local char const* current_name = nullptr;
+thread_local const char* current_name = nullptr;
 
 } // namespace
 
 std::atomic<bool> DebugName::wanted{false};
 
-char const* DebugName::current() {
+const char* DebugName::current() {
     return current_name;
 }
 
-char const* DebugName::exchange(char const* name) {
+const char* DebugName::exchange(const char* name) {
     return std::exchange(current_name, name);
 }
 

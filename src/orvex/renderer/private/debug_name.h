@@ -20,14 +20,14 @@ namespace orvex {
 class DebugName {
 public:
     /// @param name  has to live as long as this
-    explicit DebugName(char const* name)
+    explicit DebugName(const char* name)
         : set(wanted.load(std::memory_order_relaxed)) {
         if (set)
             previous = exchange(name);
     }
     /// @param node  asked for its name only where somebody looks at names
     template<class Node>
-    explicit DebugName(Node const& node)
+    explicit DebugName(const Node& node)
         : set(wanted.load(std::memory_order_relaxed)) {
         if (set)
             previous = exchange(node.get_name());
@@ -36,11 +36,11 @@ public:
         if (set)
             exchange(previous);
     }
-    DebugName(DebugName const&) = delete;
-    DebugName& operator=(DebugName const&) = delete;
+    DebugName(const DebugName&) = delete;
+    DebugName& operator=(const DebugName&) = delete;
 
     /// The innermost name on this thread, null for none.
-    static char const* current();
+    static const char* current();
 
     /// Lets names be kept from here on, in the whole process: a renderer that shows them calls it.
     static void want() { wanted.store(true, std::memory_order_relaxed); }
@@ -48,10 +48,10 @@ public:
 private:
     static std::atomic<bool> wanted;
     /// @return the name before
-    static char const* exchange(char const* name);
+    static const char* exchange(const char* name);
 
     bool set;
-    char const* previous = nullptr;
+    const char* previous = nullptr;
 };
 
 } // namespace orvex

@@ -12,7 +12,7 @@ namespace {
 
 constexpr unsigned long MAX_ENTRY_POINT_NAME = 127;
 
-constexpr char const* STANDARD_ATTRIB_NAMES[] = {
+constexpr const char* STANDARD_ATTRIB_NAMES[] = {
     "orvex_Position",
     "orvex_Color",
     "orvex_Normal",
@@ -47,10 +47,9 @@ GpuProgramData::GpuProgramData()
 }
 
 GpuProgramData::~GpuProgramData() {
-    for (GpuProgramData** slot : active_slots_) {
+    for (GpuProgramData** slot : active_slots_)
         if (*slot == this)
             *slot = nullptr;
-    }
     free_data();
     kill_uniforms();
 }
@@ -89,7 +88,7 @@ namespace {
 
 // A text that isn't longer than what the slot recorded is refused: the first full report of a
 // failing shader stays readable while an editor tries variants of it.
-bool keep_log(OwnedText& log, unsigned long& recorded_size, char const* text,
+bool keep_log(OwnedText& log, unsigned long& recorded_size, const char* text,
               unsigned long length) {
     if (!text || length == 0 || recorded_size >= length)
         return false;
@@ -100,30 +99,30 @@ bool keep_log(OwnedText& log, unsigned long& recorded_size, char const* text,
 
 } // namespace
 
-bool GpuProgramData::set_shader_info_log(GPU_SHADER_TYPE type, char const* text,
+bool GpuProgramData::set_shader_info_log(GPU_SHADER_TYPE type, const char* text,
                                          unsigned long length) {
     return is_stage_index(type) &&
            keep_log(shader_info_log[type], shader_info_log_size[type], text, length);
 }
 
-char const* GpuProgramData::get_shader_info_log(GPU_SHADER_TYPE type) const {
+const char* GpuProgramData::get_shader_info_log(GPU_SHADER_TYPE type) const {
     return is_stage_index(type) ? shader_info_log[type].get() : nullptr;
 }
 
-bool GpuProgramData::set_info_log(char const* text, unsigned long length) {
+bool GpuProgramData::set_info_log(const char* text, unsigned long length) {
     return keep_log(info_log, info_log_size, text, length);
 }
 
-char const* GpuProgramData::get_shader_source_code(GPU_SHADER_TYPE type) const {
+const char* GpuProgramData::get_shader_source_code(GPU_SHADER_TYPE type) const {
     return is_stage_index(type) ? shader_source[type].get() : nullptr;
 }
 
-void GpuProgramData::d3d11_set_entry_point_name(GPU_SHADER_TYPE type, char const* name) {
+void GpuProgramData::d3d11_set_entry_point_name(GPU_SHADER_TYPE type, const char* name) {
     if (is_stage_index(type))
         d3d11_entry_point_name[type].assign(name, MAX_ENTRY_POINT_NAME);
 }
 
-char const* GpuProgramData::d3d11_get_entry_point_name(GPU_SHADER_TYPE type) const {
+const char* GpuProgramData::d3d11_get_entry_point_name(GPU_SHADER_TYPE type) const {
     if (is_stage_index(type) && d3d11_entry_point_name[type].get())
         return d3d11_entry_point_name[type].get();
     switch (type) {
@@ -149,63 +148,63 @@ void* GpuProgramData::d3d11_get_shader_ptr(GPU_SHADER_TYPE type) const {
     return type >= 0 && type < int(std::size(d3d11_shader)) ? d3d11_shader[type] : nullptr;
 }
 
-void GpuProgramData::set_model_matrix_uniform_name(char const* name) {
+void GpuProgramData::set_model_matrix_uniform_name(const char* name) {
     model_matrix_uniform_name.assign(name);
 }
 
-char const* GpuProgramData::get_model_matrix_uniform_name() const {
+const char* GpuProgramData::get_model_matrix_uniform_name() const {
     return model_matrix_uniform_name.get();
 }
 
-void GpuProgramData::set_view_matrix_uniform_name(char const* name) {
+void GpuProgramData::set_view_matrix_uniform_name(const char* name) {
     view_matrix_uniform_name.assign(name);
 }
 
-char const* GpuProgramData::get_view_matrix_uniform_name() const {
+const char* GpuProgramData::get_view_matrix_uniform_name() const {
     return view_matrix_uniform_name.get();
 }
 
-void GpuProgramData::set_projection_matrix_uniform_name(char const* name) {
+void GpuProgramData::set_projection_matrix_uniform_name(const char* name) {
     projection_matrix_uniform_name.assign(name);
 }
 
-char const* GpuProgramData::get_projection_matrix_uniform_name() const {
+const char* GpuProgramData::get_projection_matrix_uniform_name() const {
     return projection_matrix_uniform_name.get();
 }
 
-void GpuProgramData::set_model_view_matrix_uniform_name(char const* name) {
+void GpuProgramData::set_model_view_matrix_uniform_name(const char* name) {
     model_view_matrix_uniform_name.assign(name);
 }
 
-char const* GpuProgramData::get_model_view_matrix_uniform_name() const {
+const char* GpuProgramData::get_model_view_matrix_uniform_name() const {
     return model_view_matrix_uniform_name.get();
 }
 
-void GpuProgramData::set_model_view_projection_matrix_uniform_name(char const* name) {
+void GpuProgramData::set_model_view_projection_matrix_uniform_name(const char* name) {
     model_view_projection_matrix_uniform_name.assign(name);
 }
 
-char const* GpuProgramData::get_model_view_projection_matrix_uniform_name() const {
+const char* GpuProgramData::get_model_view_projection_matrix_uniform_name() const {
     return model_view_projection_matrix_uniform_name.get();
 }
 
-void GpuProgramData::set_view_projection_matrix_uniform_name(char const* name) {
+void GpuProgramData::set_view_projection_matrix_uniform_name(const char* name) {
     view_projection_matrix_uniform_name.assign(name);
 }
 
-char const* GpuProgramData::get_view_projection_matrix_uniform_name() const {
+const char* GpuProgramData::get_view_projection_matrix_uniform_name() const {
     return view_projection_matrix_uniform_name.get();
 }
 
-void GpuProgramData::set_viewport_uniform_name(char const* name) {
+void GpuProgramData::set_viewport_uniform_name(const char* name) {
     viewport_uniform_name.assign(name);
 }
 
-char const* GpuProgramData::get_viewport_uniform_name() const {
+const char* GpuProgramData::get_viewport_uniform_name() const {
     return viewport_uniform_name.get();
 }
 
-bool GpuProgramData::set_vertex_attrib_name(unsigned int index, char const* name) {
+bool GpuProgramData::set_vertex_attrib_name(unsigned int index, const char* name) {
     if (index >= NUM_VERTEX_ATTRIB_NAMES)
         return false;
     vertex_attrib_names[index].assign(name);
@@ -213,7 +212,7 @@ bool GpuProgramData::set_vertex_attrib_name(unsigned int index, char const* name
     return true;
 }
 
-char const* GpuProgramData::get_vertex_attrib_name(unsigned int index) const {
+const char* GpuProgramData::get_vertex_attrib_name(unsigned int index) const {
     return index < NUM_VERTEX_ATTRIB_NAMES ? vertex_attrib_names[index].get() : nullptr;
 }
 

@@ -37,8 +37,8 @@ struct ORVEX_API GpuProgramData {
     /// comes first. A renderer that still names this record as its active program forgets it.
     ~GpuProgramData();
 
-    GpuProgramData(GpuProgramData const&) = delete;
-    GpuProgramData& operator=(GpuProgramData const&) = delete;
+    GpuProgramData(const GpuProgramData&) = delete;
+    GpuProgramData& operator=(const GpuProgramData&) = delete;
 
     /// Frees sources, logs, names and the uniform buffer's record. The uniform table stays. Safe to
     /// call again.
@@ -77,17 +77,17 @@ struct ORVEX_API GpuProgramData {
     /// @param length  its characters; 0 returns false
     /// @return false, with nothing changed, also when the slot's recorded size is already at least
     ///         `length`: the longer text stays. The recorded size is the kept length + 1.
-    bool set_shader_info_log(GPU_SHADER_TYPE type, char const* text, unsigned long length);
+    bool set_shader_info_log(GPU_SHADER_TYPE type, const char* text, unsigned long length);
     /// Returns a stage's compile message, null for none or for a type outside 0 to 7. A later
     /// success doesn't clear it.
-    char const* get_shader_info_log(GPU_SHADER_TYPE type) const;
+    const char* get_shader_info_log(GPU_SHADER_TYPE type) const;
     /// Keeps a copy of the link message, by the rule of `set_shader_info_log`.
-    bool set_info_log(char const* text, unsigned long length);
+    bool set_info_log(const char* text, unsigned long length);
     /// Returns the link message, null for none.
-    char const* get_info_log() const { return info_log.get(); }
+    const char* get_info_log() const { return info_log.get(); }
     /// Returns the last source of a stage that compiled, null for none or for a type outside 0 to
     /// 7.
-    char const* get_shader_source_code(GPU_SHADER_TYPE type) const;
+    const char* get_shader_source_code(GPU_SHADER_TYPE type) const;
     /// @}
 
     /// @name Direct3D
@@ -96,10 +96,10 @@ struct ORVEX_API GpuProgramData {
 
     /// Stores at most 127 characters of the entry point's name. Null unsets it; a type outside 0
     /// to 7 is ignored.
-    void d3d11_set_entry_point_name(GPU_SHADER_TYPE type, char const* name);
+    void d3d11_set_entry_point_name(GPU_SHADER_TYPE type, const char* name);
     /// Returns the stored name, or the stage's default: "VS", "PS", "GS", "HS", "DS", and "main"
     /// for all other types.
-    char const* d3d11_get_entry_point_name(GPU_SHADER_TYPE type) const;
+    const char* d3d11_get_entry_point_name(GPU_SHADER_TYPE type) const;
     /// Returns the shader object of a stage from 0 to 4, null for none and for other types.
     void* d3d11_get_shader_ptr(GPU_SHADER_TYPE type) const;
     /// @}
@@ -109,35 +109,35 @@ struct ORVEX_API GpuProgramData {
     /// @{
 
     /// Of the transform from object to world space.
-    void set_model_matrix_uniform_name(char const* name);
-    char const* get_model_matrix_uniform_name() const; ///< "orvex_ModelMatrix" at first
+    void set_model_matrix_uniform_name(const char* name);
+    const char* get_model_matrix_uniform_name() const; ///< "orvex_ModelMatrix" at first
     /// Of the view.
-    void set_view_matrix_uniform_name(char const* name);
-    char const* get_view_matrix_uniform_name() const; ///< "orvex_ViewMatrix" at first
+    void set_view_matrix_uniform_name(const char* name);
+    const char* get_view_matrix_uniform_name() const; ///< "orvex_ViewMatrix" at first
     /// Of the projection.
-    void set_projection_matrix_uniform_name(char const* name);
-    char const* get_projection_matrix_uniform_name() const; ///< "orvex_ProjectionMatrix" at first
+    void set_projection_matrix_uniform_name(const char* name);
+    const char* get_projection_matrix_uniform_name() const; ///< "orvex_ProjectionMatrix" at first
     /// Of view · model.
-    void set_model_view_matrix_uniform_name(char const* name);
-    char const* get_model_view_matrix_uniform_name() const; ///< "orvex_ModelViewMatrix" at first
+    void set_model_view_matrix_uniform_name(const char* name);
+    const char* get_model_view_matrix_uniform_name() const; ///< "orvex_ModelViewMatrix" at first
     /// Of projection · view · model.
-    void set_model_view_projection_matrix_uniform_name(char const* name);
+    void set_model_view_projection_matrix_uniform_name(const char* name);
     /// "orvex_ModelViewProjectionMatrix" at first.
-    char const* get_model_view_projection_matrix_uniform_name() const;
+    const char* get_model_view_projection_matrix_uniform_name() const;
     /// Of projection · view.
-    void set_view_projection_matrix_uniform_name(char const* name);
+    void set_view_projection_matrix_uniform_name(const char* name);
     /// "orvex_ViewProjectionMatrix" at first.
-    char const* get_view_projection_matrix_uniform_name() const;
+    const char* get_view_projection_matrix_uniform_name() const;
     /// Of the viewport, as x, y, width and height in a `vec4`.
-    void set_viewport_uniform_name(char const* name);
-    char const* get_viewport_uniform_name() const; ///< "orvex_Viewport" at first
+    void set_viewport_uniform_name(const char* name);
+    const char* get_viewport_uniform_name() const; ///< "orvex_Viewport" at first
     /// @}
 
     /// Names the vertex attribute that is bound to location `index`; null for none. Clears
     /// `linked`, so that the next bind links again. Returns false for an index of 16 or more.
-    bool set_vertex_attrib_name(unsigned int index, char const* name);
+    bool set_vertex_attrib_name(unsigned int index, const char* name);
     /// Returns the name at `index`, null for none and for an index of 16 or more.
-    char const* get_vertex_attrib_name(unsigned int index) const;
+    const char* get_vertex_attrib_name(unsigned int index) const;
 
     /// @name Uniform table
     /// @{
@@ -149,7 +149,7 @@ struct ORVEX_API GpuProgramData {
     unsigned long get_num_uniforms() const { return num_uniforms; }
     /// Returns the record whose name has the same first 63 characters, null for none or for a null
     /// name. Owned by the table.
-    GpuProgramUniform* find_uniform(char const* name);
+    GpuProgramUniform* find_uniform(const char* name);
     /// Returns a new record without a name in the first empty slot. A full table grows by four
     /// slots first.
     GpuProgramUniform* get_new_uniform();
@@ -168,76 +168,76 @@ struct ORVEX_API GpuProgramData {
     /// @{
 
     /// An `int`.
-    bool set_uniform_1i(char const* name, int x);
+    bool set_uniform_1i(const char* name, int x);
     /// An `ivec2`.
-    bool set_uniform_2i(char const* name, int x, int y);
+    bool set_uniform_2i(const char* name, int x, int y);
     /// An `ivec3`.
-    bool set_uniform_3i(char const* name, int x, int y, int z);
+    bool set_uniform_3i(const char* name, int x, int y, int z);
     /// An `ivec4`.
-    bool set_uniform_4i(char const* name, int x, int y, int z, int w);
+    bool set_uniform_4i(const char* name, int x, int y, int z, int w);
     /// A `float`.
-    bool set_uniform_1f(char const* name, float x);
+    bool set_uniform_1f(const char* name, float x);
     /// A `vec2`.
-    bool set_uniform_2f(char const* name, float x, float y);
+    bool set_uniform_2f(const char* name, float x, float y);
     /// A `vec3`.
-    bool set_uniform_3f(char const* name, float x, float y, float z);
+    bool set_uniform_3f(const char* name, float x, float y, float z);
     /// A `vec4`.
-    bool set_uniform_4f(char const* name, float x, float y, float z, float w);
+    bool set_uniform_4f(const char* name, float x, float y, float z, float w);
     /// A `double`.
-    bool set_uniform_1d(char const* name, double x);
+    bool set_uniform_1d(const char* name, double x);
     /// A `dvec2`.
-    bool set_uniform_2d(char const* name, double x, double y);
+    bool set_uniform_2d(const char* name, double x, double y);
     /// A `dvec3`.
-    bool set_uniform_3d(char const* name, double x, double y, double z);
+    bool set_uniform_3d(const char* name, double x, double y, double z);
     /// A `dvec4`.
-    bool set_uniform_4d(char const* name, double x, double y, double z, double w);
+    bool set_uniform_4d(const char* name, double x, double y, double z, double w);
     /// A `uint`.
-    bool set_uniform_1ui(char const* name, unsigned int x);
+    bool set_uniform_1ui(const char* name, unsigned int x);
     /// A `uvec2`.
-    bool set_uniform_2ui(char const* name, unsigned int x, unsigned int y);
+    bool set_uniform_2ui(const char* name, unsigned int x, unsigned int y);
     /// A `uvec3`.
-    bool set_uniform_3ui(char const* name, unsigned int x, unsigned int y, unsigned int z);
+    bool set_uniform_3ui(const char* name, unsigned int x, unsigned int y, unsigned int z);
     /// A `uvec4`.
-    bool set_uniform_4ui(char const* name, unsigned int x, unsigned int y, unsigned int z,
+    bool set_uniform_4ui(const char* name, unsigned int x, unsigned int y, unsigned int z,
                          unsigned int w);
     /// One texture handle.
-    bool set_uniform_1ui64(char const* name, unsigned long long value);
+    bool set_uniform_1ui64(const char* name, unsigned long long value);
     /// `count` elements of type `int`.
-    bool set_uniform_1iv(char const* name, int const* values, int count);
+    bool set_uniform_1iv(const char* name, const int* values, int count);
     /// `count` elements of type `ivec2`: `values` holds twice as many ints.
-    bool set_uniform_2iv(char const* name, int const* values, int count);
+    bool set_uniform_2iv(const char* name, const int* values, int count);
     /// `count` elements of type `ivec3`: `values` holds three times as many ints.
-    bool set_uniform_3iv(char const* name, int const* values, int count);
+    bool set_uniform_3iv(const char* name, const int* values, int count);
     /// `count` elements of type `ivec4`: `values` holds four times as many ints.
-    bool set_uniform_4iv(char const* name, int const* values, int count);
+    bool set_uniform_4iv(const char* name, const int* values, int count);
     /// `count` elements of type `float`.
-    bool set_uniform_1fv(char const* name, float const* values, int count);
+    bool set_uniform_1fv(const char* name, const float* values, int count);
     /// `count` elements of type `vec2`.
-    bool set_uniform_2fv(char const* name, vec2 const* values, int count);
+    bool set_uniform_2fv(const char* name, const vec2* values, int count);
     /// `count` elements of type `vec3`.
-    bool set_uniform_3fv(char const* name, vec3 const* values, int count);
+    bool set_uniform_3fv(const char* name, const vec3* values, int count);
     /// `count` elements of type `vec4`.
-    bool set_uniform_4fv(char const* name, vec4 const* values, int count);
+    bool set_uniform_4fv(const char* name, const vec4* values, int count);
     /// `count` elements of type `double`.
-    bool set_uniform_1dv(char const* name, double const* values, int count);
+    bool set_uniform_1dv(const char* name, const double* values, int count);
     /// `count` elements of type `dvec2`: `values` holds twice as many doubles.
-    bool set_uniform_2dv(char const* name, double const* values, int count);
+    bool set_uniform_2dv(const char* name, const double* values, int count);
     /// `count` elements of type `dvec3`: `values` holds three times as many doubles.
-    bool set_uniform_3dv(char const* name, double const* values, int count);
+    bool set_uniform_3dv(const char* name, const double* values, int count);
     /// `count` elements of type `dvec4`: `values` holds four times as many doubles.
-    bool set_uniform_4dv(char const* name, double const* values, int count);
+    bool set_uniform_4dv(const char* name, const double* values, int count);
     /// `count` texture handles.
-    bool set_uniform_1ui64v(char const* name, unsigned long long const* values, int count);
+    bool set_uniform_1ui64v(const char* name, const unsigned long long* values, int count);
     /// Nine floats, column by column.
-    bool set_uniform_3x3f(char const* name, float const* values);
+    bool set_uniform_3x3f(const char* name, const float* values);
     /// Sixteen floats, column by column.
-    bool set_uniform_4x4f(char const* name, float const* values);
+    bool set_uniform_4x4f(const char* name, const float* values);
     /// The same from a matrix.
-    bool set_uniform_4x4f(char const* name, mat4 const& value);
+    bool set_uniform_4x4f(const char* name, const mat4& value);
     /// Recorded, but sent by no back end.
-    bool set_uniform_3x3d(char const* name, double const* values);
+    bool set_uniform_3x3d(const char* name, const double* values);
     /// Recorded, but sent by no back end.
-    bool set_uniform_4x4d(char const* name, double const* values);
+    bool set_uniform_4x4d(const char* name, const double* values);
     /// @}
 
     /// @name Common part of the array setters
@@ -247,16 +247,16 @@ struct ORVEX_API GpuProgramData {
     /// @{
 
     /// `values` holds `count * components` ints.
-    bool _set_uniform_iv(char const* name, int const* values, int count, int components);
+    bool _set_uniform_iv(const char* name, const int* values, int count, int components);
     /// `values` holds `count * components` floats.
-    bool _set_uniform_fv(char const* name, float const* values, int count, int components);
+    bool _set_uniform_fv(const char* name, const float* values, int count, int components);
     /// `values` holds `count * components` doubles.
-    bool _set_uniform_dv(char const* name, double const* values, int count, int components);
+    bool _set_uniform_dv(const char* name, const double* values, int count, int components);
     /// `values` holds `count * components` texture handles.
-    bool _set_uniform_ui64v(char const* name, unsigned long long const* values, int count,
+    bool _set_uniform_ui64v(const char* name, const unsigned long long* values, int count,
                             int components);
     /// `values` holds as many as there are components.
-    bool _set_uniform_ui(char const* name, unsigned int const* values, int components);
+    bool _set_uniform_ui(const char* name, const unsigned int* values, int components);
     /// @}
 
     /// @name For back ends
@@ -304,7 +304,7 @@ struct ORVEX_API GpuProgramData {
     unsigned long num_uniforms = 0;         ///< number of slots
 
 private:
-    GpuProgramUniform* touch_uniform(char const* name, int type);
+    GpuProgramUniform* touch_uniform(const char* name, int type);
 
     unsigned long last_found_ = 0; // slot to try first: setters come in the same order each frame
     std::vector<GpuProgramData**> active_slots_;

@@ -13,17 +13,17 @@ namespace {
 
 constexpr unsigned long NAME_LENGTH = GpuProgramUniform::NAME_SIZE - 1;
 
-bool has_name(GpuProgramUniform const* uniform, char const* name) {
+bool has_name(const GpuProgramUniform* uniform, const char* name) {
     return uniform && std::strncmp(uniform->name, name, NAME_LENGTH) == 0;
 }
 
 } // namespace
 
-GpuProgramUniform* GpuProgramData::find_uniform(char const* name) {
+GpuProgramUniform* GpuProgramData::find_uniform(const char* name) {
     if (!name)
         return nullptr;
     // Setters come in the same order each frame, so the slot behind the last hit is mostly right.
-    unsigned long const next = last_found_ + 1;
+    const unsigned long next = last_found_ + 1;
     if (next < num_uniforms && *name && has_name(uniforms[next], name)) {
         last_found_ = next;
         return uniforms[next];
@@ -63,17 +63,16 @@ void GpuProgramData::kill_uniforms() {
 bool GpuProgramData::need_bind_uniforms() {
     if (!uniforms)
         return false;
-    for (unsigned long i = 0; i < num_uniforms; ++i) {
+    for (unsigned long i = 0; i < num_uniforms; ++i)
         if (uniforms[i])
             uniforms[i]->dirty = true;
-    }
     uniforms_optimized = false;
     return true;
 }
 
 // Returns the record to store into, marked dirty. A new one gets the type; an old one keeps its
 // own.
-GpuProgramUniform* GpuProgramData::touch_uniform(char const* name, int type) {
+GpuProgramUniform* GpuProgramData::touch_uniform(const char* name, int type) {
     if (!name)
         return nullptr;
     GpuProgramUniform* uniform = find_uniform(name);
@@ -107,51 +106,51 @@ bool store(GpuProgramUniform* uniform, Vector GpuProgramUniform::*field, int com
 
 } // namespace
 
-bool GpuProgramData::set_uniform_1i(char const* name, int x) {
+bool GpuProgramData::set_uniform_1i(const char* name, int x) {
     return store(touch_uniform(name, GPU_SHADER_UNIFORM_1I), &GpuProgramUniform::i, 1, x);
 }
 
-bool GpuProgramData::set_uniform_2i(char const* name, int x, int y) {
+bool GpuProgramData::set_uniform_2i(const char* name, int x, int y) {
     return store(touch_uniform(name, GPU_SHADER_UNIFORM_2I), &GpuProgramUniform::i, 2, x, y);
 }
 
-bool GpuProgramData::set_uniform_3i(char const* name, int x, int y, int z) {
+bool GpuProgramData::set_uniform_3i(const char* name, int x, int y, int z) {
     return store(touch_uniform(name, GPU_SHADER_UNIFORM_3I), &GpuProgramUniform::i, 3, x, y, z);
 }
 
-bool GpuProgramData::set_uniform_4i(char const* name, int x, int y, int z, int w) {
+bool GpuProgramData::set_uniform_4i(const char* name, int x, int y, int z, int w) {
     return store(touch_uniform(name, GPU_SHADER_UNIFORM_4I), &GpuProgramUniform::i, 4, x, y, z, w);
 }
 
-bool GpuProgramData::set_uniform_1f(char const* name, float x) {
+bool GpuProgramData::set_uniform_1f(const char* name, float x) {
     return store(touch_uniform(name, GPU_SHADER_UNIFORM_1F), &GpuProgramUniform::f, 1, x);
 }
 
-bool GpuProgramData::set_uniform_2f(char const* name, float x, float y) {
+bool GpuProgramData::set_uniform_2f(const char* name, float x, float y) {
     return store(touch_uniform(name, GPU_SHADER_UNIFORM_2F), &GpuProgramUniform::f, 2, x, y);
 }
 
-bool GpuProgramData::set_uniform_3f(char const* name, float x, float y, float z) {
+bool GpuProgramData::set_uniform_3f(const char* name, float x, float y, float z) {
     return store(touch_uniform(name, GPU_SHADER_UNIFORM_3F), &GpuProgramUniform::f, 3, x, y, z);
 }
 
-bool GpuProgramData::set_uniform_4f(char const* name, float x, float y, float z, float w) {
+bool GpuProgramData::set_uniform_4f(const char* name, float x, float y, float z, float w) {
     return store(touch_uniform(name, GPU_SHADER_UNIFORM_4F), &GpuProgramUniform::f, 4, x, y, z, w);
 }
 
-bool GpuProgramData::set_uniform_1d(char const* name, double x) {
+bool GpuProgramData::set_uniform_1d(const char* name, double x) {
     return store(touch_uniform(name, GPU_SHADER_UNIFORM_1D), &GpuProgramUniform::d, 1, x);
 }
 
-bool GpuProgramData::set_uniform_2d(char const* name, double x, double y) {
+bool GpuProgramData::set_uniform_2d(const char* name, double x, double y) {
     return store(touch_uniform(name, GPU_SHADER_UNIFORM_2D), &GpuProgramUniform::d, 2, x, y);
 }
 
-bool GpuProgramData::set_uniform_3d(char const* name, double x, double y, double z) {
+bool GpuProgramData::set_uniform_3d(const char* name, double x, double y, double z) {
     return store(touch_uniform(name, GPU_SHADER_UNIFORM_3D), &GpuProgramUniform::d, 3, x, y, z);
 }
 
-bool GpuProgramData::set_uniform_4d(char const* name, double x, double y, double z, double w) {
+bool GpuProgramData::set_uniform_4d(const char* name, double x, double y, double z, double w) {
     return store(touch_uniform(name, GPU_SHADER_UNIFORM_4D), &GpuProgramUniform::d, 4, x, y, z, w);
 }
 
@@ -161,16 +160,16 @@ bool is_component_count(int components) {
     return components >= 1 && components <= 4;
 }
 
-bool is_array(void const* values, int count, int components) {
+bool is_array(const void* values, int count, int components) {
     return values && count >= 0 && is_component_count(components);
 }
 
 // The count belongs to the record, not to the array: arrays of several kinds may live under one
 // name, so the array's own length decides as well whether it can be used again.
 template<typename Value>
-void store_array(GpuProgramUniform& uniform, std::vector<Value>& array, Value const* values,
+void store_array(GpuProgramUniform& uniform, std::vector<Value>& array, const Value* values,
                  int count, int components) {
-    auto const size = std::size_t(count) * std::size_t(components);
+    const auto size = std::size_t(count) * std::size_t(components);
     if (uniform.count != count || array.size() < size)
         array = std::vector<Value>(values, values + size);
     else
@@ -180,7 +179,7 @@ void store_array(GpuProgramUniform& uniform, std::vector<Value>& array, Value co
 
 } // namespace
 
-bool GpuProgramData::_set_uniform_ui(char const* name, unsigned int const* values, int components) {
+bool GpuProgramData::_set_uniform_ui(const char* name, const unsigned int* values, int components) {
     if (!values || !is_component_count(components))
         return false;
     GpuProgramUniform* const uniform = touch_uniform(name, GPU_SHADER_UNIFORM_1UI + components - 1);
@@ -191,29 +190,29 @@ bool GpuProgramData::_set_uniform_ui(char const* name, unsigned int const* value
     return true;
 }
 
-bool GpuProgramData::set_uniform_1ui(char const* name, unsigned int x) {
-    unsigned int const values[] = {x};
+bool GpuProgramData::set_uniform_1ui(const char* name, unsigned int x) {
+    const unsigned int values[] = {x};
     return _set_uniform_ui(name, values, 1);
 }
 
-bool GpuProgramData::set_uniform_2ui(char const* name, unsigned int x, unsigned int y) {
-    unsigned int const values[] = {x, y};
+bool GpuProgramData::set_uniform_2ui(const char* name, unsigned int x, unsigned int y) {
+    const unsigned int values[] = {x, y};
     return _set_uniform_ui(name, values, 2);
 }
 
-bool GpuProgramData::set_uniform_3ui(char const* name, unsigned int x, unsigned int y,
+bool GpuProgramData::set_uniform_3ui(const char* name, unsigned int x, unsigned int y,
                                      unsigned int z) {
-    unsigned int const values[] = {x, y, z};
+    const unsigned int values[] = {x, y, z};
     return _set_uniform_ui(name, values, 3);
 }
 
-bool GpuProgramData::set_uniform_4ui(char const* name, unsigned int x, unsigned int y,
+bool GpuProgramData::set_uniform_4ui(const char* name, unsigned int x, unsigned int y,
                                      unsigned int z, unsigned int w) {
-    unsigned int const values[] = {x, y, z, w};
+    const unsigned int values[] = {x, y, z, w};
     return _set_uniform_ui(name, values, 4);
 }
 
-bool GpuProgramData::set_uniform_1ui64(char const* name, unsigned long long value) {
+bool GpuProgramData::set_uniform_1ui64(const char* name, unsigned long long value) {
     GpuProgramUniform* const uniform = touch_uniform(name, GPU_SHADER_UNIFORM_1UI64);
     if (!uniform)
         return false;
@@ -221,7 +220,7 @@ bool GpuProgramData::set_uniform_1ui64(char const* name, unsigned long long valu
     return true;
 }
 
-bool GpuProgramData::_set_uniform_iv(char const* name, int const* values, int count,
+bool GpuProgramData::_set_uniform_iv(const char* name, const int* values, int count,
                                      int components) {
     if (!is_array(values, count, components))
         return false;
@@ -233,7 +232,7 @@ bool GpuProgramData::_set_uniform_iv(char const* name, int const* values, int co
     return true;
 }
 
-bool GpuProgramData::_set_uniform_fv(char const* name, float const* values, int count,
+bool GpuProgramData::_set_uniform_fv(const char* name, const float* values, int count,
                                      int components) {
     if (!is_array(values, count, components))
         return false;
@@ -244,7 +243,7 @@ bool GpuProgramData::_set_uniform_fv(char const* name, float const* values, int 
     return true;
 }
 
-bool GpuProgramData::_set_uniform_dv(char const* name, double const* values, int count,
+bool GpuProgramData::_set_uniform_dv(const char* name, const double* values, int count,
                                      int components) {
     if (!is_array(values, count, components))
         return false;
@@ -258,7 +257,7 @@ bool GpuProgramData::_set_uniform_dv(char const* name, double const* values, int
     return true;
 }
 
-bool GpuProgramData::_set_uniform_ui64v(char const* name, unsigned long long const* values,
+bool GpuProgramData::_set_uniform_ui64v(const char* name, const unsigned long long* values,
                                         int count, int components) {
     if (!is_array(values, count, components))
         return false;
@@ -270,60 +269,60 @@ bool GpuProgramData::_set_uniform_ui64v(char const* name, unsigned long long con
     return true;
 }
 
-bool GpuProgramData::set_uniform_1iv(char const* name, int const* values, int count) {
+bool GpuProgramData::set_uniform_1iv(const char* name, const int* values, int count) {
     return _set_uniform_iv(name, values, count, 1);
 }
 
-bool GpuProgramData::set_uniform_2iv(char const* name, int const* values, int count) {
+bool GpuProgramData::set_uniform_2iv(const char* name, const int* values, int count) {
     return _set_uniform_iv(name, values, count, 2);
 }
 
-bool GpuProgramData::set_uniform_3iv(char const* name, int const* values, int count) {
+bool GpuProgramData::set_uniform_3iv(const char* name, const int* values, int count) {
     return _set_uniform_iv(name, values, count, 3);
 }
 
-bool GpuProgramData::set_uniform_4iv(char const* name, int const* values, int count) {
+bool GpuProgramData::set_uniform_4iv(const char* name, const int* values, int count) {
     return _set_uniform_iv(name, values, count, 4);
 }
 
-bool GpuProgramData::set_uniform_1fv(char const* name, float const* values, int count) {
+bool GpuProgramData::set_uniform_1fv(const char* name, const float* values, int count) {
     return _set_uniform_fv(name, values, count, 1);
 }
 
-bool GpuProgramData::set_uniform_2fv(char const* name, vec2 const* values, int count) {
-    return _set_uniform_fv(name, reinterpret_cast<float const*>(values), count, 2);
+bool GpuProgramData::set_uniform_2fv(const char* name, const vec2* values, int count) {
+    return _set_uniform_fv(name, reinterpret_cast<const float*>(values), count, 2);
 }
 
-bool GpuProgramData::set_uniform_3fv(char const* name, vec3 const* values, int count) {
-    return _set_uniform_fv(name, reinterpret_cast<float const*>(values), count, 3);
+bool GpuProgramData::set_uniform_3fv(const char* name, const vec3* values, int count) {
+    return _set_uniform_fv(name, reinterpret_cast<const float*>(values), count, 3);
 }
 
-bool GpuProgramData::set_uniform_4fv(char const* name, vec4 const* values, int count) {
-    return _set_uniform_fv(name, reinterpret_cast<float const*>(values), count, 4);
+bool GpuProgramData::set_uniform_4fv(const char* name, const vec4* values, int count) {
+    return _set_uniform_fv(name, reinterpret_cast<const float*>(values), count, 4);
 }
 
-bool GpuProgramData::set_uniform_1dv(char const* name, double const* values, int count) {
+bool GpuProgramData::set_uniform_1dv(const char* name, const double* values, int count) {
     return _set_uniform_dv(name, values, count, 1);
 }
 
-bool GpuProgramData::set_uniform_2dv(char const* name, double const* values, int count) {
+bool GpuProgramData::set_uniform_2dv(const char* name, const double* values, int count) {
     return _set_uniform_dv(name, values, count, 2);
 }
 
-bool GpuProgramData::set_uniform_3dv(char const* name, double const* values, int count) {
+bool GpuProgramData::set_uniform_3dv(const char* name, const double* values, int count) {
     return _set_uniform_dv(name, values, count, 3);
 }
 
-bool GpuProgramData::set_uniform_4dv(char const* name, double const* values, int count) {
+bool GpuProgramData::set_uniform_4dv(const char* name, const double* values, int count) {
     return _set_uniform_dv(name, values, count, 4);
 }
 
-bool GpuProgramData::set_uniform_1ui64v(char const* name, unsigned long long const* values,
+bool GpuProgramData::set_uniform_1ui64v(const char* name, const unsigned long long* values,
                                         int count) {
     return _set_uniform_ui64v(name, values, count, 1);
 }
 
-bool GpuProgramData::set_uniform_3x3f(char const* name, float const* values) {
+bool GpuProgramData::set_uniform_3x3f(const char* name, const float* values) {
     GpuProgramUniform* const uniform =
         values ? touch_uniform(name, GPU_SHADER_UNIFORM_3X3F) : nullptr;
     if (!uniform)
@@ -332,7 +331,7 @@ bool GpuProgramData::set_uniform_3x3f(char const* name, float const* values) {
     return true;
 }
 
-bool GpuProgramData::set_uniform_4x4f(char const* name, float const* values) {
+bool GpuProgramData::set_uniform_4x4f(const char* name, const float* values) {
     GpuProgramUniform* const uniform =
         values ? touch_uniform(name, GPU_SHADER_UNIFORM_4X4F) : nullptr;
     if (!uniform)
@@ -341,11 +340,11 @@ bool GpuProgramData::set_uniform_4x4f(char const* name, float const* values) {
     return true;
 }
 
-bool GpuProgramData::set_uniform_4x4f(char const* name, mat4 const& value) {
+bool GpuProgramData::set_uniform_4x4f(const char* name, const mat4& value) {
     return set_uniform_4x4f(name, value.m);
 }
 
-bool GpuProgramData::set_uniform_3x3d(char const* name, double const* values) {
+bool GpuProgramData::set_uniform_3x3d(const char* name, const double* values) {
     GpuProgramUniform* const uniform =
         values ? touch_uniform(name, GPU_SHADER_UNIFORM_3X3D) : nullptr;
     if (!uniform)
@@ -354,7 +353,7 @@ bool GpuProgramData::set_uniform_3x3d(char const* name, double const* values) {
     return true;
 }
 
-bool GpuProgramData::set_uniform_4x4d(char const* name, double const* values) {
+bool GpuProgramData::set_uniform_4x4d(const char* name, const double* values) {
     GpuProgramUniform* const uniform =
         values ? touch_uniform(name, GPU_SHADER_UNIFORM_4X4D) : nullptr;
     if (!uniform)

@@ -21,12 +21,11 @@ void make_image(Image& image, PIXEL_FORMAT format, const Values& channels) {
     const auto pixel_size = static_cast<unsigned long>(image.get_pixel_format_size());
     const unsigned long channel_size = is_u8(format) ? 1 : sizeof(float);
     ASSERT_TRUE(image.create(channels.size() * channel_size / pixel_size, 1, 1, format, false));
-    for (unsigned long i = 0; i < channels.size(); ++i) {
+    for (unsigned long i = 0; i < channels.size(); ++i)
         if (is_u8(format))
             image.pixmap_u8[i] = static_cast<unsigned char>(channels[i]);
         else
             image.pixmap_f32[i] = channels[i];
-    }
 }
 
 Values channels_of(const Image& image) {

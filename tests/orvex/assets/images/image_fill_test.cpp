@@ -33,12 +33,11 @@ unsigned long channels(const Image& image) {
 /// Numbers every channel of an image.
 void number_channels(Image& image) {
     const unsigned long count = image.width * image.height * channels(image);
-    for (unsigned long i = 0; i < count; ++i) {
+    for (unsigned long i = 0; i < count; ++i)
         if (is_u8(image.pixel_format))
             image.pixmap_u8[i] = static_cast<unsigned char>(i);
         else
             image.pixmap_f32[i] = static_cast<float>(i);
-    }
 }
 
 /// The first channel of every pixel, as the number of the pixel that stood there before.

@@ -36,7 +36,7 @@ using AllShapes = testing::Types<MeshBox, MeshCylinder, MeshEllipse, MeshPlane, 
 struct ShapeName {
     template<class Shape>
     static std::string GetName(int) {
-        const std::pair<bool, char const*> names[] = {
+        const std::pair<bool, const char*> names[] = {
             {std::is_same_v<Shape, MeshBox>, "box"},
             {std::is_same_v<Shape, MeshCylinder>, "cylinder"},
             {std::is_same_v<Shape, MeshEllipse>, "ellipse"},

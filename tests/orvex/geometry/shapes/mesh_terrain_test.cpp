@@ -119,9 +119,8 @@ TEST(MeshTerrain, has_no_elevation_outside_its_map) {
                                                                  {1, 1, 0},
                                                                  {most, most, 1},
                                                                  {least, 0, 1},
-                                                                 {5, 0, 1}}) {
+                                                                 {5, 0, 1}})
         EXPECT_EQ(terrain->elevation(x, y, n, 10.0f), 0.0f) << x << ' ' << y << ' ' << n;
-    }
 }
 
 TEST(MeshTerrain, is_flat_without_a_usable_map) {

@@ -43,7 +43,7 @@ TEST_F(OldContext, reads_its_version_from_the_text) {
 }
 
 TEST_F(OldContext, has_what_2_1_and_its_extensions_give) {
-    GlCapabilities const capabilities = read_gl_capabilities();
+    const GlCapabilities capabilities = read_gl_capabilities();
     EXPECT_EQ(capabilities.major, 2);
     EXPECT_EQ(capabilities.minor, 1);
     EXPECT_TRUE(capabilities.compatibility);

@@ -34,7 +34,7 @@ TEST(RendererOpenGL, describes_itself) {
     EXPECT_EQ(renderer.get_type(), 1);
     EXPECT_STREQ(renderer.get_api_name(), "OpenGL");
     EXPECT_EQ(renderer.get_api_type(), 1);
-    std::string const info = renderer.get_build_info();
+    const std::string info = renderer.get_build_info();
     EXPECT_EQ(info.rfind("BUILD_DATE: [", 0), 0U);
     EXPECT_NE(info.find("] - BUILD_TIME: ["), std::string::npos);
     EXPECT_EQ(info.back(), ']');
@@ -57,11 +57,10 @@ TEST(RendererOpenGL, is_made_empty) {
     EXPECT_EQ(renderer.ctx.texture_units, nullptr);
     EXPECT_EQ(renderer.ctx.active_program, nullptr);
     EXPECT_EQ(renderer.gpu_program_get_active_program(), nullptr);
-    for (BUFFER_OBJECT_USAGE const usage :
+    for (const BUFFER_OBJECT_USAGE usage :
          {renderer.forced_vertex_usage, renderer.forced_index_usage, renderer.forced_storage_usage,
-          renderer.forced_atomic_usage, renderer.forced_uniform_usage}) {
+          renderer.forced_atomic_usage, renderer.forced_uniform_usage})
         EXPECT_EQ(usage, BUFFER_USAGE_DEFAULT);
-    }
     EXPECT_EQ(renderer.get_projection_matrix().ptr()[0], 1.0f) << "matrices are made";
 }
 
@@ -77,7 +76,7 @@ TEST(RendererOpenGL, initializes_and_terminates_once_each_and_says_so) {
     EXPECT_TRUE(renderer.terminate());
     EXPECT_TRUE(renderer.terminate());
     EXPECT_FALSE(renderer.initialized);
-    std::string const id = id_text(renderer);
+    const std::string id = id_text(renderer);
     EXPECT_EQ(log.messages(), (std::vector<std::string>{
                                   "<o> plugin plugin_core_opengl (id=" + id + ") - initialize()",
                                   "<o> plugin plugin_core_opengl (id=" + id + ") - terminate()"}));
@@ -105,7 +104,7 @@ TEST(RendererOpenGL, runs_on_without_any_context) {
 class RendererOpenGLStart : public GlTest {};
 ORVEX_BOTH_PROFILES(RendererOpenGLStart);
 
-GlCalls const reset_calls = {"glDisable(GL_MULTISAMPLE)",
+const GlCalls reset_calls = {"glDisable(GL_MULTISAMPLE)",
                              "glDisable(GL_CULL_FACE)",
                              "glCullFace(GL_BACK)",
                              "glPolygonMode(GL_FRONT_AND_BACK, GL_FILL)",
@@ -171,7 +170,7 @@ TEST_P(RendererOpenGLStart, ends_with_a_reset) {
     GlRecorder recorder;
     RendererOpenGL renderer;
     renderer.start();
-    GlCalls const calls = recorder.take();
+    const GlCalls calls = recorder.take();
     ASSERT_GE(calls.size(), reset_calls.size());
     EXPECT_EQ(GlCalls(calls.end() - static_cast<long>(reset_calls.size()), calls.end()),
               reset_calls);
@@ -204,7 +203,7 @@ TEST_P(RendererOpenGLStart, resets_the_shadow_state) {
     renderer.set_projection_matrix(projection, false);
 
     EXPECT_TRUE(renderer.reset_render_states());
-    RendererOpenGLCtx const& ctx = renderer.ctx;
+    const RendererOpenGLCtx& ctx = renderer.ctx;
     EXPECT_TRUE(ctx.depth_test);
     EXPECT_TRUE(ctx.depth_write);
     EXPECT_FALSE(ctx.stencil_test);
@@ -301,7 +300,7 @@ TEST_P(RendererOpenGLStart, tells_of_each_entry_point_when_asked) {
     RendererOpenGL renderer;
     testing::internal::CaptureStdout();
     EXPECT_TRUE(renderer.start_v2(true));
-    std::string const printed = testing::internal::GetCapturedStdout();
+    const std::string printed = testing::internal::GetCapturedStdout();
     EXPECT_TRUE(renderer.display_gl_func_ptr);
     EXPECT_EQ(std::count(printed.begin(), printed.end(), '\n'), 126);
     EXPECT_EQ(log.messages().size(), 127U);
@@ -316,11 +315,11 @@ TEST_P(RendererOpenGLStart, tells_of_each_entry_point_when_asked) {
 // Drivers' own words for the profile, which no single machine shows all of.
 class SaysItsVersion : public RendererOpenGL {
 public:
-    SaysItsVersion(char const* text, int major)
+    SaysItsVersion(const char* text, int major)
         : text(text)
         , major(major) {}
 
-    char const* get_api_version() override { return text; }
+    const char* get_api_version() override { return text; }
     bool get_opengl_version(int* out_major, int* out_minor) override {
         *out_major = major;
         *out_minor = 1;
@@ -328,18 +327,18 @@ public:
     }
 
 private:
-    char const* text;
+    const char* text;
     int major;
 };
 
 TEST_P(RendererOpenGLStart, reads_the_profile_from_the_version_text) {
     struct Row {
-        char const* text;
+        const char* text;
         int major;
         bool core_profile;
         bool gl2_context;
     };
-    Row const rows[] = {{"3.2 (Compatibility Profile) driver", 3, false, false},
+    const Row rows[] = {{"3.2 (Compatibility Profile) driver", 3, false, false},
                         {"3.2 driver compatibility", 3, false, false},
                         {"4.1 (Core Profile) driver", 4, true, false},
                         {"4.1 driver", 4, true, false},
@@ -347,10 +346,10 @@ TEST_P(RendererOpenGLStart, reads_the_profile_from_the_version_text) {
                         {"1.5 driver", 1, false, false},
                         {nullptr, 0, false, false},
                         {nullptr, 4, false, false}};
-    for (Row const& row : rows) {
+    for (const Row& row : rows) {
         SaysItsVersion renderer(row.text, row.major);
         renderer.start();
-        char const* const name = row.text != nullptr ? row.text : "no text";
+        const char* const name = row.text != nullptr ? row.text : "no text";
         EXPECT_EQ(renderer.gl.core_profile, row.core_profile) << name;
         EXPECT_EQ(renderer.gl2_context, row.gl2_context) << name;
         EXPECT_EQ(renderer.get_api_version_major(), row.major) << name;
@@ -380,7 +379,7 @@ TEST(RendererOpenGLLog, sends_lines_at_their_levels_with_the_api_name_first) {
 TEST(RendererOpenGLLog, cuts_lines_at_16383_characters) {
     test::LogCapture log;
     RendererOpenGL renderer;
-    std::string const text(20000, 'x');
+    const std::string text(20000, 'x');
     renderer.k_log("%s", text.c_str());
     ASSERT_EQ(log.messages().size(), 1U);
     EXPECT_EQ(log.messages()[0], "< > OpenGL renderer - " + text.substr(0, 16383));

@@ -27,7 +27,7 @@ TEST(GpuProgramData, starts_without_anything_of_the_api) {
     EXPECT_EQ(data.get_info_log(), nullptr);
     EXPECT_EQ(data.info_log_size, 0u);
     for (int i = 0; i < GPU_SHADER_TYPE_COUNT; ++i) {
-        auto const type = GPU_SHADER_TYPE(i);
+        const auto type = GPU_SHADER_TYPE(i);
         EXPECT_FALSE(data.shader_loaded[i]);
         EXPECT_EQ(data.shader_ids[i], 0u);
         EXPECT_EQ(data.shader_info_log_size[i], 0u);
@@ -38,7 +38,7 @@ TEST(GpuProgramData, starts_without_anything_of_the_api) {
 }
 
 TEST(GpuProgramData, starts_with_the_standard_uniform_names) {
-    GpuProgramData const data;
+    const GpuProgramData data;
     EXPECT_STREQ(data.get_model_matrix_uniform_name(), "orvex_ModelMatrix");
     EXPECT_STREQ(data.get_view_matrix_uniform_name(), "orvex_ViewMatrix");
     EXPECT_STREQ(data.get_projection_matrix_uniform_name(), "orvex_ProjectionMatrix");
@@ -50,8 +50,8 @@ TEST(GpuProgramData, starts_with_the_standard_uniform_names) {
 }
 
 TEST(GpuProgramData, starts_with_the_standard_attribute_names) {
-    GpuProgramData const data;
-    char const* const names[] = {"orvex_Position",
+    const GpuProgramData data;
+    const char* const names[] = {"orvex_Position",
                                  "orvex_Color",
                                  "orvex_Normal",
                                  "orvex_TexCoord0",
@@ -68,9 +68,9 @@ TEST(GpuProgramData, starts_with_the_standard_attribute_names) {
 }
 
 struct UniformName {
-    char const* description;
-    void (GpuProgramData::*set)(char const*);
-    char const* (GpuProgramData::*get)() const;
+    const char* description;
+    void (GpuProgramData::*set)(const char*);
+    const char* (GpuProgramData::*get)() const;
 };
 
 class GpuProgramDataName : public testing::TestWithParam<UniformName> {};
@@ -108,7 +108,7 @@ constexpr UniformName UNIFORM_NAMES[] = {
      &GpuProgramData::get_viewport_uniform_name},
 };
 INSTANTIATE_TEST_SUITE_P(of, GpuProgramDataName, testing::ValuesIn(UNIFORM_NAMES),
-                         [](auto const& row) { return std::string(row.param.description); });
+                         [](const auto& row) { return std::string(row.param.description); });
 
 TEST(GpuProgramData, a_new_attribute_name_asks_for_another_link) {
     GpuProgramData data;
@@ -177,13 +177,13 @@ struct LogStep {
 
 // The recorded size is the length + 1, so the next text must be longer by two to take its place.
 TEST(GpuProgramDataLog, a_text_that_is_not_longer_than_recorded_leaves_the_old_one) {
-    std::string const letters = "abcdefghijkl";
-    LogStep const steps[] = {{5, true}, {4, false}, {5, false}, {6, false},
+    const std::string letters = "abcdefghijkl";
+    const LogStep steps[] = {{5, true}, {4, false}, {5, false}, {6, false},
                              {7, true}, {8, false}, {12, true}};
     GpuProgramData data;
     std::string expected;
-    for (LogStep const& step : steps) {
-        std::string const text = letters.substr(letters.size() - step.length);
+    for (const LogStep& step : steps) {
+        const std::string text = letters.substr(letters.size() - step.length);
         EXPECT_EQ(data.set_shader_info_log(GPU_SHADER_PIXEL, text.c_str(), step.length), step.kept)
             << step.length;
         EXPECT_EQ(data.set_info_log(text.c_str(), step.length), step.kept) << step.length;
@@ -204,8 +204,8 @@ TEST(GpuProgramDataLog, a_length_past_the_terminator_is_safe) {
 
 TEST(GpuProgramData, refuses_stages_outside_the_table) {
     GpuProgramData data;
-    for (int const value : {-1, 8, 300}) {
-        auto const type = GPU_SHADER_TYPE(value);
+    for (const int value : {-1, 8, 300}) {
+        const auto type = GPU_SHADER_TYPE(value);
         EXPECT_FALSE(data.set_shader_info_log(type, "text", 4));
         EXPECT_EQ(data.get_shader_info_log(type), nullptr);
         EXPECT_EQ(data.get_shader_source_code(type), nullptr);
@@ -216,8 +216,8 @@ TEST(GpuProgramData, refuses_stages_outside_the_table) {
 }
 
 TEST(GpuProgramData, gives_default_entry_points_by_stage) {
-    GpuProgramData const data;
-    char const* const names[] = {"VS", "PS", "GS", "HS", "DS", "main", "main", "main"};
+    const GpuProgramData data;
+    const char* const names[] = {"VS", "PS", "GS", "HS", "DS", "main", "main", "main"};
     for (int i = 0; i < GPU_SHADER_TYPE_COUNT; ++i)
         EXPECT_STREQ(data.d3d11_get_entry_point_name(GPU_SHADER_TYPE(i)), names[i]);
 }
@@ -257,7 +257,7 @@ TEST(GpuProgramData, freeing_its_data_leaves_api_names_and_uniforms) {
         EXPECT_EQ(data.get_shader_source_code(GPU_SHADER_VERTEX), nullptr);
         EXPECT_STREQ(data.d3d11_get_entry_point_name(GPU_SHADER_VERTEX), "VS");
         EXPECT_EQ(data.uniform_buffer, nullptr);
-        for (UniformName const& name : UNIFORM_NAMES)
+        for (const UniformName& name : UNIFORM_NAMES)
             EXPECT_EQ((data.*name.get)(), nullptr);
         EXPECT_EQ(data.get_vertex_attrib_name(0), nullptr);
         EXPECT_EQ(data.gl_program, 7u);
@@ -289,7 +289,7 @@ TEST(GpuProgramData, a_dying_record_is_no_longer_anyones_active_program) {
 }
 
 TEST(UniformBufferData, starts_without_a_buffer) {
-    UniformBufferData const block;
+    const UniformBufferData block;
     EXPECT_EQ(block.buffer, 0u);
     EXPECT_EQ(block.binding, 0u);
     EXPECT_EQ(block.size, 0u);

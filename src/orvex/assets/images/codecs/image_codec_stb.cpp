@@ -72,7 +72,7 @@ unsigned long ImageCodecStb::get_memory_limit() {
 }
 
 // The decoder counts bytes as ints, and gets one more than the file has.
-bool ImageCodecStb::load_image_from_file(Image* image, char const* filename, bool mirror) {
+bool ImageCodecStb::load_image_from_file(Image* image, const char* filename, bool mirror) {
     FileBytes file;
     if (!file.read(filename, INT_MAX - 1))
         return false;
@@ -161,7 +161,7 @@ bool write_jpeg(const Image& image, const char* filename, const unsigned char* p
 
 } // namespace
 
-bool ImageCodecStb::save_image_to_file(Image* image, char const* filename) {
+bool ImageCodecStb::save_image_to_file(Image* image, const char* filename) {
     if (!image || !filename || !has_pixels(*image))
         return false;
     switch (image->pixel_format) {

@@ -31,7 +31,7 @@ public:
     /// Reads a whole regular file and decodes it as `load_image_from_memory` does, which is given
     /// one byte more than the file has, a 0.
     /// @return false also for a file of 2 GiB or more
-    bool load_image_from_file(Image* image, char const* filename, bool mirror) override;
+    bool load_image_from_file(Image* image, const char* filename, bool mirror) override;
 
     /// Decodes a picture.
     /// @param image  receives width, height and format 1 (`PF_RGB_U8`)
@@ -48,7 +48,7 @@ public:
     /// Bytes go out in memory order, so formats 2 and 4 come out with red and blue exchanged. Of
     /// the float formats 5 and 6 each channel is `trunc(f * 255.0)`, unclamped.
     /// @return false also for other formats, and without pixels for the image's size
-    bool save_image_to_file(Image* image, char const* filename) override;
+    bool save_image_to_file(Image* image, const char* filename) override;
 
     /// As `free_decoded_pixels`.
     bool free_image_resources(Image* image) override;

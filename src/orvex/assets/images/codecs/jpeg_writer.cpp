@@ -183,7 +183,7 @@ void write_picture(std::FILE* file, const Picture& picture, const Quantisation& 
 
 } // namespace
 
-bool jo_write_jpg(char const* filename, void const* data, int width, int height, int comp,
+bool jo_write_jpg(const char* filename, const void* data, int width, int height, int comp,
                   int quality) {
     if (!data || !filename || !width || !height || (comp != 1 && comp != 3 && comp != 4))
         return false;

@@ -21,7 +21,7 @@ namespace orvex {
 /// @code
 /// orvex::jo_write_jpg("frame.jpg", pixels, 1920, 1080, 4, 90);
 /// @endcode
-ORVEX_API bool jo_write_jpg(char const* filename, void const* data, int width, int height, int comp,
+ORVEX_API bool jo_write_jpg(const char* filename, const void* data, int width, int height, int comp,
                             int quality);
 
 } // namespace orvex

@@ -15,10 +15,9 @@ bool Loader3D_Lib3ds::build_model(Model* model) {
         return false;
     for (std::uint64_t i = 0; i < lib3ds_data->num_materials; ++i)
         build_material(&lib3ds_data->materials[i], model);
-    for (const auto& record : lib3ds_data->meshes) {
+    for (const auto& record : lib3ds_data->meshes)
         if (build_mesh(record.get(), model))
             model->add_child(record->mesh);
-    }
     return true;
 }
 

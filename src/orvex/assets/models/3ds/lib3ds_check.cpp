@@ -240,10 +240,9 @@ public:
     bool is_sound() {
         if (!nodes_.empty() && nodes_.front().parent != NO_NODE)
             return false;
-        for (std::size_t i = 0; i < nodes_.size(); ++i) {
+        for (std::size_t i = 0; i < nodes_.size(); ++i)
             if (!measure_depth(i))
                 return false;
-        }
         return true;
     }
 
@@ -523,10 +522,9 @@ private:
     }
 
     bool skip_six_texts(Span content) {
-        for (int i = 0; i < 6; ++i) {
+        for (int i = 0; i < 6; ++i)
             if (!skip_text(content, NAME_SIZE))
                 return false;
-        }
         return true;
     }
 

@@ -26,10 +26,9 @@ void copy_text(char (&field)[SIZE], const char* text) {
 
 bool names_differ(const Lib3dsFile& file) {
     std::unordered_set<std::string_view> names;
-    for (int i = 0; i < file.nmaterials; ++i) {
+    for (int i = 0; i < file.nmaterials; ++i)
         if (!names.insert(file.materials[i]->name).second)
             return false;
-    }
     return true;
 }
 

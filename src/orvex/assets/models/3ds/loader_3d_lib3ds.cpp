@@ -24,7 +24,7 @@ Loader3D_Lib3ds::~Loader3D_Lib3ds() {
     delete lib3ds_data;
 }
 
-bool Loader3D_Lib3ds::load_from_file(Model* model, char const* filename) {
+bool Loader3D_Lib3ds::load_from_file(Model* model, const char* filename) {
     if (model == nullptr || filename == nullptr)
         return false;
     try {

@@ -56,7 +56,7 @@ public:
     /// @return false, with nothing added to the model and nothing logged, if the file can't be
     /// read.
     ///         A mesh that can't be built is left out, and the load still succeeds.
-    bool load_from_file(Model* model, char const* filename) override;
+    bool load_from_file(Model* model, const char* filename) override;
 
     /// @name The steps of a load
     /// `load_from_file` takes them in this order. They look at lib3ds's records, which the caller

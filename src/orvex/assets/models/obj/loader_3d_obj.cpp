@@ -20,7 +20,7 @@ Loader3D_OBJ::Loader3D_OBJ() {
 
 Loader3D_OBJ::~Loader3D_OBJ() = default;
 
-bool Loader3D_OBJ::load_from_file(Model* model, char const* filename) {
+bool Loader3D_OBJ::load_from_file(Model* model, const char* filename) {
     if (model == nullptr || filename == nullptr)
         return false;
     const std::string model_dir = get_model_dir();

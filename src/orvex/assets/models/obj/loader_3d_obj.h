@@ -34,7 +34,7 @@ public:
     /// @param filename  appended to the model directory as it stands; null is refused
     /// @return false, with nothing added to the model and nothing logged, if the file can't be read
     ///         or holds no vertex or no face. A missing material library only costs the colours.
-    bool load_from_file(Model* model, char const* filename) override;
+    bool load_from_file(Model* model, const char* filename) override;
 };
 
 } // namespace orvex

@@ -35,10 +35,9 @@ Material* build_material(const OBJ_Material& source) {
     material->set_specular(to_vec4(source.specular));
     material->set_shininess(shininess_of(source));
     material->set_opacity(source.opacity);
-    for (const auto& filename : source.texture_filenames) {
+    for (const auto& filename : source.texture_filenames)
         if (filename[0] != '\0')
             material->async_loading_add_texture_filename(filename.data());
-    }
     return material;
 }
 
@@ -194,10 +193,9 @@ void build_mesh(const OBJ_Model& source, const OBJ_Group& group, Model& target) 
 
 void build_model(OBJ_Model& source, Model& target) {
     build_materials(source, target);
-    for (const auto& group : source.groups) {
+    for (const auto& group : source.groups)
         if (group->num_filled > 0)
             build_mesh(source, *group, target);
-    }
 }
 
 } // namespace orvex

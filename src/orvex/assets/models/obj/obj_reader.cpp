@@ -371,10 +371,9 @@ private:
     void read_floats(std::vector<Entry>& entries, std::size_t& count) {
         Entry overflow{};
         Entry& entry = count + 1 < entries.size() ? entries[++count] : overflow;
-        for (float& number : entry) {
+        for (float& number : entry)
             if (!stream_.read_float(number))
                 return;
-        }
     }
 
     /// The run that the first pass read from this very place, if taking it over changes nothing.

@@ -15,38 +15,35 @@ BUFFER_OBJECT_USAGE choose(BUFFER_OBJECT_USAGE forced, BUFFER_OBJECT_USAGE asked
     return forced != BUFFER_USAGE_DEFAULT ? forced : asked;
 }
 
-bool can_make_buffers(ORVEX_Renderer_OpenGL_Func const& gl) {
+bool can_make_buffers(const ORVEX_Renderer_OpenGL_Func& gl) {
     return has_entries(gl.glGenBuffers, gl.glBindBuffer, gl.glBufferData);
 }
 
-bool kill_buffer(ORVEX_Renderer_OpenGL_Func const& gl, GLuint id) {
-    if (id == 0 || gl.glDeleteBuffers == nullptr) {
+bool kill_buffer(const ORVEX_Renderer_OpenGL_Func& gl, GLuint id) {
+    if (id == 0 || gl.glDeleteBuffers == nullptr)
         return false;
-    }
     gl.glDeleteBuffers(1, &id);
     return true;
 }
 
-bool bind_buffer(ORVEX_Renderer_OpenGL_Func const& gl, GLenum target, GLuint id) {
-    if (gl.glBindBuffer == nullptr) {
+bool bind_buffer(const ORVEX_Renderer_OpenGL_Func& gl, GLenum target, GLuint id) {
+    if (gl.glBindBuffer == nullptr)
         return false;
-    }
     gl.glBindBuffer(target, id);
     return true;
 }
 
-bool bind_buffer_base(ORVEX_Renderer_OpenGL_Func const& gl, GLenum target, GLuint binding,
+bool bind_buffer_base(const ORVEX_Renderer_OpenGL_Func& gl, GLenum target, GLuint binding,
                       GLuint id) {
-    if (gl.glBindBufferBase == nullptr) {
+    if (gl.glBindBufferBase == nullptr)
         return false;
-    }
     gl.glBindBufferBase(target, binding, id);
     return true;
 }
 
 // Makes a buffer and leaves it bound.
-GLuint create_buffer(ORVEX_Renderer_OpenGL_Func const& gl, GLenum target, unsigned long size,
-                     BUFFER_OBJECT_USAGE usage, void const* data) {
+GLuint create_buffer(const ORVEX_Renderer_OpenGL_Func& gl, GLenum target, unsigned long size,
+                     BUFFER_OBJECT_USAGE usage, const void* data) {
     GLuint id = 0;
     gl.glGenBuffers(1, &id);
     gl.glBindBuffer(target, id);
@@ -55,7 +52,7 @@ GLuint create_buffer(ORVEX_Renderer_OpenGL_Func const& gl, GLenum target, unsign
     return id;
 }
 
-void* map_range(ORVEX_Renderer_OpenGL_Func const& gl, GLenum target, unsigned long offset,
+void* map_range(const ORVEX_Renderer_OpenGL_Func& gl, GLenum target, unsigned long offset,
                 unsigned long length, GLbitfield access) {
     return gl.glMapBufferRange(target, static_cast<GLintptr>(offset),
                                static_cast<GLsizeiptr>(length), access);
@@ -64,9 +61,8 @@ void* map_range(ORVEX_Renderer_OpenGL_Func const& gl, GLenum target, unsigned lo
 } // namespace
 
 void RendererOpenGL::memory_barrier(unsigned int bits) {
-    if (gl.glMemoryBarrier != nullptr) {
+    if (gl.glMemoryBarrier != nullptr)
         gl.glMemoryBarrier(gl_memory_barriers(bits));
-    }
 }
 
 void RendererOpenGL::force_shader_storage_buffer_object_usage(BUFFER_OBJECT_USAGE usage) {
@@ -75,10 +71,9 @@ void RendererOpenGL::force_shader_storage_buffer_object_usage(BUFFER_OBJECT_USAG
 
 unsigned int RendererOpenGL::shader_storage_buffer_create(unsigned long size,
                                                           BUFFER_OBJECT_USAGE usage, void* data) {
-    if (!can_make_buffers(gl)) {
+    if (!can_make_buffers(gl))
         return 0;
-    }
-    GLuint const id = create_buffer(gl, GL_SHADER_STORAGE_BUFFER, size,
+    const GLuint id = create_buffer(gl, GL_SHADER_STORAGE_BUFFER, size,
                                     choose(forced_storage_usage, usage), data);
     gl.glBindBuffer(GL_SHADER_STORAGE_BUFFER, 0);
     return id;
@@ -90,27 +85,24 @@ bool RendererOpenGL::shader_storage_buffer_kill(unsigned int id) {
 }
 
 void* RendererOpenGL::shader_storage_buffer_map(unsigned int id) {
-    if (id == 0 || !has_entries(gl.glBindBuffer, gl.glMapBuffer)) {
+    if (id == 0 || !has_entries(gl.glBindBuffer, gl.glMapBuffer))
         return nullptr;
-    }
     gl.glBindBuffer(GL_SHADER_STORAGE_BUFFER, id);
     return gl.glMapBuffer(GL_SHADER_STORAGE_BUFFER, GL_READ_WRITE);
 }
 
 void* RendererOpenGL::shader_storage_buffer_map_range(unsigned int id, unsigned long offset,
                                                       unsigned long length) {
-    if (id == 0 || !has_entries(gl.glBindBuffer, gl.glMapBufferRange)) {
+    if (id == 0 || !has_entries(gl.glBindBuffer, gl.glMapBufferRange))
         return nullptr;
-    }
     gl.glBindBuffer(GL_SHADER_STORAGE_BUFFER, id);
     return map_range(gl, GL_SHADER_STORAGE_BUFFER, offset, length,
                      GL_MAP_WRITE_BIT | GL_MAP_INVALIDATE_BUFFER_BIT);
 }
 
 bool RendererOpenGL::shader_storage_buffer_unmap(unsigned int id) {
-    if (id == 0 || !has_entries(gl.glBindBuffer, gl.glUnmapBuffer)) {
+    if (id == 0 || !has_entries(gl.glBindBuffer, gl.glUnmapBuffer))
         return false;
-    }
     // Anything may have been bound since the map; without this, the buffer would stay mapped.
     gl.glBindBuffer(GL_SHADER_STORAGE_BUFFER, id);
     return gl.glUnmapBuffer(GL_SHADER_STORAGE_BUFFER) == GL_TRUE;
@@ -131,12 +123,11 @@ void RendererOpenGL::atomic_counter_force_buffer_object_usage(BUFFER_OBJECT_USAG
 unsigned int RendererOpenGL::atomic_counter_create_buffer(unsigned long num_counters,
                                                           BUFFER_OBJECT_USAGE usage,
                                                           unsigned int binding, void* data) {
-    if (!can_make_buffers(gl) || gl.glBindBufferBase == nullptr) {
+    if (!can_make_buffers(gl) || gl.glBindBufferBase == nullptr)
         return 0;
-    }
     // Forcing takes effect only together with that of shader storage buffers.
-    bool const forced = forced_storage_usage != BUFFER_USAGE_DEFAULT;
-    GLuint const id = create_buffer(gl, GL_ATOMIC_COUNTER_BUFFER, num_counters * COUNTER_SIZE,
+    const bool forced = forced_storage_usage != BUFFER_USAGE_DEFAULT;
+    const GLuint id = create_buffer(gl, GL_ATOMIC_COUNTER_BUFFER, num_counters * COUNTER_SIZE,
                                     forced ? forced_atomic_usage : usage, data);
     gl.glBindBufferBase(GL_ATOMIC_COUNTER_BUFFER, binding, id);
     gl.glBindBuffer(GL_ATOMIC_COUNTER_BUFFER, 0);
@@ -153,9 +144,8 @@ bool RendererOpenGL::atomic_counter_buffer_bind(unsigned int id) {
 
 bool RendererOpenGL::atomic_counter_set_value(unsigned int, unsigned int value,
                                               unsigned long index) {
-    if (gl.glBufferSubData == nullptr) {
+    if (gl.glBufferSubData == nullptr)
         return false;
-    }
     gl.glBufferSubData(GL_ATOMIC_COUNTER_BUFFER, static_cast<GLintptr>(index * COUNTER_SIZE),
                        COUNTER_SIZE, &value);
     return true;
@@ -171,25 +161,22 @@ unsigned int RendererOpenGL::atomic_counter_get_value(unsigned int, unsigned lon
 }
 
 void* RendererOpenGL::atomic_counter_buffer_map(unsigned int id) {
-    if (id == 0 || gl.glMapBuffer == nullptr) {
+    if (id == 0 || gl.glMapBuffer == nullptr)
         return nullptr;
-    }
     return gl.glMapBuffer(GL_ATOMIC_COUNTER_BUFFER, GL_READ_WRITE);
 }
 
 void* RendererOpenGL::atomic_counter_buffer_map_range(unsigned int id, unsigned long offset,
                                                       unsigned long length) {
-    if (id == 0 || gl.glMapBufferRange == nullptr) {
+    if (id == 0 || gl.glMapBufferRange == nullptr)
         return nullptr;
-    }
     return map_range(gl, GL_ATOMIC_COUNTER_BUFFER, offset, length,
                      GL_MAP_WRITE_BIT | GL_MAP_INVALIDATE_BUFFER_BIT | GL_MAP_UNSYNCHRONIZED_BIT);
 }
 
 bool RendererOpenGL::atomic_counter_buffer_unmap(unsigned int id) {
-    if (id == 0 || gl.glUnmapBuffer == nullptr) {
+    if (id == 0 || gl.glUnmapBuffer == nullptr)
         return false;
-    }
     return gl.glUnmapBuffer(GL_ATOMIC_COUNTER_BUFFER) == GL_TRUE;
 }
 

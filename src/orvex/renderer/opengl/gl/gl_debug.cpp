@@ -16,7 +16,7 @@
 namespace orvex {
 
 bool gl_debug_wanted() {
-    char const* const value = std::getenv("ORVEX_GL_DEBUG");
+    const char* const value = std::getenv("ORVEX_GL_DEBUG");
     return value && *value != '\0' && std::strcmp(value, "0") != 0;
 }
 
@@ -26,7 +26,7 @@ namespace {
 bool can_debug() {
     if (!gl_debug_wanted())
         return false;
-    GlCapabilities const capabilities = read_gl_capabilities();
+    const GlCapabilities capabilities = read_gl_capabilities();
     return capabilities.has_version(43) || capabilities.has_extension("GL_KHR_debug");
 }
 
@@ -38,7 +38,7 @@ void* message_callback() {
 }
 
 bool set_message_callback(GLDEBUGPROC callback) {
-    auto const set = reinterpret_cast<PFNGLDEBUGMESSAGECALLBACKPROC>(
+    const auto set = reinterpret_cast<PFNGLDEBUGMESSAGECALLBACKPROC>(
         window_platform().get_proc_address("glDebugMessageCallback"));
     if (!set)
         return false;
@@ -72,16 +72,16 @@ void start_gl_labels(ORVEX_Renderer_OpenGL_Func& gl) {
         DebugName::want();
 }
 
-void label_gl_object(ORVEX_Renderer_OpenGL_Func const& gl, GLenum kind, GLuint id,
-                     char const* use) {
+void label_gl_object(const ORVEX_Renderer_OpenGL_Func& gl, GLenum kind, GLuint id,
+                     const char* use) {
     if (!gl.object_label || id == 0)
         return;
     // What every driver takes, with the terminator. A long name keeps its beginning and its use.
     constexpr int most_characters = 255;
     char text[most_characters + 1];
-    char const* const name = DebugName::current();
-    int const most_of_name = most_characters - static_cast<int>(std::strlen(use)) - 3;
-    int const length = name
+    const char* const name = DebugName::current();
+    const int most_of_name = most_characters - static_cast<int>(std::strlen(use)) - 3;
+    const int length = name
                            ? std::snprintf(text, sizeof(text), "%.*s (%s)", most_of_name, name, use)
                            : std::snprintf(text, sizeof(text), "%s", use);
     gl.object_label(kind, id, std::min(length, most_characters), text);
@@ -91,7 +91,7 @@ namespace {
 
 struct Word {
     GLenum value;
-    char const* text;
+    const char* text;
 };
 
 constexpr Word sources[] = {
@@ -114,8 +114,8 @@ constexpr Word types[] = {
 };
 
 template<std::size_t count>
-char const* word_for(Word const (&words)[count], GLenum value) {
-    for (Word const& word : words)
+const char* word_for(const Word (&words)[count], GLenum value) {
+    for (const Word& word : words)
         if (word.value == value)
             return word.text;
     return "other";
@@ -143,7 +143,7 @@ std::string one_line(std::string_view text) {
     return line;
 }
 
-void trace(LOG_LEVEL level, std::string const& line) {
+void trace(LOG_LEVEL level, const std::string& line) {
     LogMgr* const log = LogMgr::get();
     switch (level) {
     case LOG_LEVEL_ERROR:
@@ -164,13 +164,13 @@ void trace(LOG_LEVEL level, std::string const& line) {
 } // namespace
 
 void APIENTRY log_gl_message(GLenum source, GLenum type, GLuint id, GLenum severity, GLsizei length,
-                             GLchar const* text, void const*) {
+                             const GLchar* text, const void*) {
     // A host's log callback that draws would come here again while the log is still held.
     thread_local bool busy = false;
     if (busy || !text)
         return;
     busy = true;
-    std::string_view const said = length < 0
+    const std::string_view said = length < 0
                                       ? std::string_view(text)
                                       : std::string_view(text, static_cast<std::size_t>(length));
     trace(level_of(severity), std::string("OpenGL renderer - debug message ")

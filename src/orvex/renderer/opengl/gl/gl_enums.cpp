@@ -9,8 +9,8 @@ namespace orvex {
 namespace {
 
 template<std::size_t count>
-GLenum look_up(GLenum const (&table)[count], int value, GLenum other) {
-    auto const index = static_cast<std::size_t>(value);
+GLenum look_up(const GLenum (&table)[count], int value, GLenum other) {
+    const auto index = static_cast<std::size_t>(value);
     return index < count ? table[index] : other;
 }
 
@@ -89,15 +89,12 @@ GLbitfield gl_memory_barriers(unsigned int bits) {
                                            GL_TRANSFORM_FEEDBACK_BARRIER_BIT,
                                            GL_ATOMIC_COUNTER_BARRIER_BIT,
                                            GL_SHADER_STORAGE_BARRIER_BIT};
-    if (bits == MEMORY_BARRIER_ALL) {
+    if (bits == MEMORY_BARRIER_ALL)
         return GL_ALL_BARRIER_BITS;
-    }
     GLbitfield translated = 0;
-    for (unsigned int i = 0; i < sizeof(table) / sizeof(table[0]); ++i) {
-        if ((bits >> i & 1U) != 0) {
+    for (unsigned int i = 0; i < sizeof(table) / sizeof(table[0]); ++i)
+        if ((bits >> i & 1U) != 0)
             translated |= table[i];
-        }
-    }
     return translated;
 }
 

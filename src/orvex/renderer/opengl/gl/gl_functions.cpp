@@ -32,23 +32,22 @@ static_assert(
 
 namespace {
 
-bool is_exported(char const* name) {
+bool is_exported(const char* name) {
     static void* const library = dlopen("libOpenGL.so.0", RTLD_LAZY | RTLD_NOLOAD);
     return library != nullptr && dlsym(library, name) != nullptr;
 }
 
-void* find_entry(char const* name, GlCapabilities const& capabilities) {
-    if (capabilities.major == 0) {
+void* find_entry(const char* name, const GlCapabilities& capabilities) {
+    if (capabilities.major == 0)
         return nullptr;
-    }
     if (is_gl_table_name(name)) {
-        std::string const served = choose_gl_entry(name, capabilities);
+        const std::string served = choose_gl_entry(name, capabilities);
         return served.empty() ? nullptr : window_platform().get_proc_address(served.c_str());
     }
     return is_exported(name) ? window_platform().get_proc_address(name) : nullptr;
 }
 
-void tell(char const* name, bool found) {
+void tell(const char* name, bool found) {
     char line[256];
     std::snprintf(line, sizeof(line), "OpenGL function pointer - %s %s", name,
                   found ? "FETCHED OK." : "NOT AVAILABLE!");
@@ -56,17 +55,16 @@ void tell(char const* name, bool found) {
     std::printf("\n%s", line);
 }
 
-void* fetch(char const* name, GlCapabilities const& capabilities) {
+void* fetch(const char* name, const GlCapabilities& capabilities) {
     void* const address = find_entry(name, capabilities);
-    if (g_orvex_display_gl_func_ptr) {
+    if (g_orvex_display_gl_func_ptr)
         tell(name, address != nullptr);
-    }
     return address;
 }
 
 } // namespace
 
-void* _orvex_get_proc_address(char const* name) {
+void* _orvex_get_proc_address(const char* name) {
     return name != nullptr ? fetch(name, read_gl_capabilities()) : nullptr;
 }
 
@@ -86,7 +84,7 @@ void ORVEX_Renderer_OpenGL_Func::clear() {
 bool ORVEX_Renderer_OpenGL_Func::init(bool display) {
     g_orvex_display_gl_func_ptr = display;
     // Read once: the capabilities of the context don't change between two names.
-    GlCapabilities const capabilities = read_gl_capabilities();
+    const GlCapabilities capabilities = read_gl_capabilities();
     // NOLINTBEGIN(bugprone-macro-parentheses): the argument is a type.
 #define ORVEX_GL_FETCH(result, name, parameters, support)                                          \
     name = reinterpret_cast<result(APIENTRY*) parameters>(fetch(#name, capabilities));

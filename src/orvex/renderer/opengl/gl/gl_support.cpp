@@ -14,8 +14,8 @@ namespace {
 /// follows the entry's name without its own "ARB".
 struct GlSource {
     int since;             ///< 31 for 3.1; 0 for an extension
-    char const* extension; ///< null for a version
-    char const* suffix;
+    const char* extension; ///< null for a version
+    const char* suffix;
 };
 
 /// The sources of a row of the table, best first.
@@ -30,7 +30,7 @@ constexpr GlSource core(int since) {
     return {since, nullptr, ""};
 }
 
-constexpr GlSource extension(char const* name, char const* suffix = "") {
+constexpr GlSource extension(const char* name, const char* suffix = "") {
     return {0, name, suffix};
 }
 
@@ -61,8 +61,8 @@ constexpr GlSupport compute = {{core(43), extension("GL_ARB_compute_shader"), no
 constexpr GlSupport bindless = {{extension("GL_ARB_bindless_texture", "ARB"), none, none}};
 
 struct GlRow {
-    char const* name;
-    GlSupport const& support;
+    const char* name;
+    const GlSupport& support;
 };
 
 constexpr GlRow rows[] = {
@@ -73,12 +73,10 @@ constexpr GlRow rows[] = {
 
 static_assert(sizeof(rows) / sizeof(rows[0]) == 126);
 
-GlRow const* find_row(char const* name) {
-    for (GlRow const& row : rows) {
-        if (std::strcmp(row.name, name) == 0) {
+const GlRow* find_row(const char* name) {
+    for (const GlRow& row : rows)
+        if (std::strcmp(row.name, name) == 0)
             return &row;
-        }
-    }
     return nullptr;
 }
 
@@ -86,17 +84,15 @@ std::string_view without_own_suffix(std::string_view name) {
     return name.ends_with("ARB") ? name.substr(0, name.size() - 3) : name;
 }
 
-bool serves(GlSource const& source, GlCapabilities const& capabilities) {
-    if (source.extension != nullptr) {
+bool serves(const GlSource& source, const GlCapabilities& capabilities) {
+    if (source.extension != nullptr)
         return capabilities.has_extension(source.extension);
-    }
     return source.since != 0 && capabilities.has_version(source.since);
 }
 
-bool reads_version(char const* text, int& major, int& minor) {
-    if (text == nullptr || std::strlen(text) < 3) {
+bool reads_version(const char* text, int& major, int& minor) {
+    if (text == nullptr || std::strlen(text) < 3)
         return false;
-    }
     major = text[0] - '0';
     minor = text[2] - '0';
     if (major >= 3) {
@@ -113,26 +109,24 @@ void read_extension_names(GlCapabilities& capabilities) {
         GLint count = 0;
         glGetIntegerv(GL_NUM_EXTENSIONS, &count);
         for (GLint i = 0; i < count; ++i) {
-            GLubyte const* name = get_string(GL_EXTENSIONS, static_cast<GLuint>(i));
-            if (name != nullptr) {
-                capabilities.extensions.emplace(reinterpret_cast<char const*>(name));
-            }
+            const GLubyte* name = get_string(GL_EXTENSIONS, static_cast<GLuint>(i));
+            if (name != nullptr)
+                capabilities.extensions.emplace(reinterpret_cast<const char*>(name));
         }
         return;
     }
-    char const* text = reinterpret_cast<char const*>(glGetString(GL_EXTENSIONS));
+    const char* text = reinterpret_cast<const char*>(glGetString(GL_EXTENSIONS));
     std::string_view rest = text != nullptr ? text : "";
     while (!rest.empty()) {
-        std::size_t const end = rest.find(' ');
-        if (end != 0) {
+        const std::size_t end = rest.find(' ');
+        if (end != 0)
             capabilities.extensions.emplace(rest.substr(0, end));
-        }
         rest = end == std::string_view::npos ? std::string_view() : rest.substr(end + 1);
     }
 }
 
 // The words of the version text differ between drivers, so that the profile is never read from it.
-bool has_fixed_pipeline(GlCapabilities const& capabilities) {
+bool has_fixed_pipeline(const GlCapabilities& capabilities) {
     if (capabilities.has_version(32)) {
         GLint profile = 0;
         glGetIntegerv(GL_CONTEXT_PROFILE_MASK, &profile);
@@ -145,29 +139,25 @@ bool has_fixed_pipeline(GlCapabilities const& capabilities) {
 
 GlCapabilities read_gl_capabilities() {
     GlCapabilities capabilities;
-    char const* version = reinterpret_cast<char const*>(glGetString(GL_VERSION));
-    if (!reads_version(version, capabilities.major, capabilities.minor)) {
+    const char* version = reinterpret_cast<const char*>(glGetString(GL_VERSION));
+    if (!reads_version(version, capabilities.major, capabilities.minor))
         return capabilities;
-    }
     read_extension_names(capabilities);
     capabilities.compatibility = has_fixed_pipeline(capabilities);
     return capabilities;
 }
 
-bool is_gl_table_name(char const* name) {
+bool is_gl_table_name(const char* name) {
     return find_row(name) != nullptr;
 }
 
-std::string choose_gl_entry(char const* name, GlCapabilities const& capabilities) {
-    GlRow const* row = find_row(name);
-    if (row == nullptr || (row->support.compatibility_only && !capabilities.compatibility)) {
+std::string choose_gl_entry(const char* name, const GlCapabilities& capabilities) {
+    const GlRow* row = find_row(name);
+    if (row == nullptr || (row->support.compatibility_only && !capabilities.compatibility))
         return {};
-    }
-    for (GlSource const& source : row->support.sources) {
-        if (serves(source, capabilities)) {
+    for (const GlSource& source : row->support.sources)
+        if (serves(source, capabilities))
             return std::string(without_own_suffix(row->name)) + source.suffix;
-        }
-    }
     return {};
 }
 

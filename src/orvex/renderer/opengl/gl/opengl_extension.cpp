@@ -2,14 +2,14 @@
 
 namespace orvex {
 
-OpenGLExtension::OpenGLExtension(char const* name)
+OpenGLExtension::OpenGLExtension(const char* name)
     : name(name ? name : "") {}
 
-char const* OpenGLExtension::get_name() const {
+const char* OpenGLExtension::get_name() const {
     return name.c_str();
 }
 
-bool OpenGLExtension::operator==(OpenGLExtension const& other) const {
+bool OpenGLExtension::operator==(const OpenGLExtension& other) const {
     return name == other.name;
 }
 

@@ -63,11 +63,11 @@ public:
 
     // Identification and version.
     unsigned int get_opengl_error() override;
-    char const* get_renderer_model() override;
-    char const* get_renderer_vendor() override;
-    char const* get_shading_language_version() override;
-    char const* get_renderer_gl_extensions_raw_string() override;
-    char const* get_api_version() override;
+    const char* get_renderer_model() override;
+    const char* get_renderer_vendor() override;
+    const char* get_shading_language_version() override;
+    const char* get_renderer_gl_extensions_raw_string() override;
+    const char* get_api_version() override;
     bool get_opengl_version(int* major, int* minor) override;
     int get_api_version_major() override;
     int get_api_version_minor() override;
@@ -114,10 +114,10 @@ public:
 
     // Clearing and reading the framebuffer.
     void clear_color_buffer(float r, float g, float b, float a) override;
-    void clear_color_buffer(vec4 const& color) override;
+    void clear_color_buffer(const vec4& color) override;
     void clear_depth_buffer(float depth) override;
     void clear_color_depth_buffers(float r, float g, float b, float a, float depth) override;
-    void clear_color_depth_buffers(vec4 const& color, float depth) override;
+    void clear_color_depth_buffers(const vec4& color, float depth) override;
     void get_color_buffer_size(int* size, int* width, int* height) override;
     void get_color_buffer(unsigned char* pixels) override;
 
@@ -182,7 +182,7 @@ public:
     // GPU programs.
     bool gpu_program_kill(GpuProgramData* program) override;
     bool gpu_program_load_shader_from_memory(GpuProgramData* program, GPU_SHADER_TYPE type,
-                                             char const* source, unsigned long size) override;
+                                             const char* source, unsigned long size) override;
     bool gpu_program_activate(GpuProgramData* program) override;
     bool gpu_program_deactivate(GpuProgramData* program) override;
     GpuProgramData* gpu_program_get_active_program() override;
@@ -198,59 +198,59 @@ public:
     bool gpu_program_get_validate_status(GpuProgramData* program) override;
     bool gpu_program_run_compute(GpuProgramData* program, unsigned int x, unsigned int y,
                                  unsigned int z) override;
-    bool gpu_program_get_shader_compile_status(GPU_SHADER_TYPE type, char const* source,
+    bool gpu_program_get_shader_compile_status(GPU_SHADER_TYPE type, const char* source,
                                                char* message, unsigned long message_size) override;
     bool gpu_program_recreate_program(GpuProgramData* program) override;
     bool gpu_program_update_shader(GpuProgramData* program, GPU_SHADER_TYPE type,
-                                   char const* source, unsigned long size) override;
-    int gpu_program_get_vertex_attrib_location(GpuProgramData* program, char const* name) override;
-    bool gpu_program_bind_vertex_attrib_location(GpuProgramData* program, char const* name,
+                                   const char* source, unsigned long size) override;
+    int gpu_program_get_vertex_attrib_location(GpuProgramData* program, const char* name) override;
+    bool gpu_program_bind_vertex_attrib_location(GpuProgramData* program, const char* name,
                                                  int location) override;
-    int gpu_program_get_uniform_location(GpuProgramData* program, char const* name) override;
+    int gpu_program_get_uniform_location(GpuProgramData* program, const char* name) override;
 
     // Uniform setters by name and by location.
-    void gpu_program_set_uniform_1i(GpuProgramData* program, char const* name, int value) override;
-    void gpu_program_set_uniform_1f(GpuProgramData* program, char const* name,
+    void gpu_program_set_uniform_1i(GpuProgramData* program, const char* name, int value) override;
+    void gpu_program_set_uniform_1f(GpuProgramData* program, const char* name,
                                     float value) override;
-    void gpu_program_set_uniform_2i(GpuProgramData* program, char const* name, int x,
+    void gpu_program_set_uniform_2i(GpuProgramData* program, const char* name, int x,
                                     int y) override;
-    void gpu_program_set_uniform_2f(GpuProgramData* program, char const* name, float x,
+    void gpu_program_set_uniform_2f(GpuProgramData* program, const char* name, float x,
                                     float y) override;
-    void gpu_program_set_uniform_3i(GpuProgramData* program, char const* name, int x, int y,
+    void gpu_program_set_uniform_3i(GpuProgramData* program, const char* name, int x, int y,
                                     int z) override;
-    void gpu_program_set_uniform_3f(GpuProgramData* program, char const* name, float x, float y,
+    void gpu_program_set_uniform_3f(GpuProgramData* program, const char* name, float x, float y,
                                     float z) override;
-    void gpu_program_set_uniform_4i(GpuProgramData* program, char const* name, int x, int y, int z,
+    void gpu_program_set_uniform_4i(GpuProgramData* program, const char* name, int x, int y, int z,
                                     int w) override;
-    void gpu_program_set_uniform_1iv(GpuProgramData* program, char const* name, int* values,
+    void gpu_program_set_uniform_1iv(GpuProgramData* program, const char* name, int* values,
                                      int count) override;
-    void gpu_program_set_uniform_2iv(GpuProgramData* program, char const* name, int* values,
+    void gpu_program_set_uniform_2iv(GpuProgramData* program, const char* name, int* values,
                                      int count) override;
-    void gpu_program_set_uniform_3iv(GpuProgramData* program, char const* name, int* values,
+    void gpu_program_set_uniform_3iv(GpuProgramData* program, const char* name, int* values,
                                      int count) override;
-    void gpu_program_set_uniform_4iv(GpuProgramData* program, char const* name, int* values,
+    void gpu_program_set_uniform_4iv(GpuProgramData* program, const char* name, int* values,
                                      int count) override;
-    void gpu_program_set_uniform_4f(GpuProgramData* program, char const* name, float x, float y,
+    void gpu_program_set_uniform_4f(GpuProgramData* program, const char* name, float x, float y,
                                     float z, float w) override;
-    void gpu_program_set_uniform_1fv(GpuProgramData* program, char const* name, float* values,
+    void gpu_program_set_uniform_1fv(GpuProgramData* program, const char* name, float* values,
                                      int count) override;
-    void gpu_program_set_uniform_2fv(GpuProgramData* program, char const* name, vec2* values,
+    void gpu_program_set_uniform_2fv(GpuProgramData* program, const char* name, vec2* values,
                                      int count) override;
-    void gpu_program_set_uniform_3fv(GpuProgramData* program, char const* name, vec3* values,
+    void gpu_program_set_uniform_3fv(GpuProgramData* program, const char* name, vec3* values,
                                      int count) override;
-    void gpu_program_set_uniform_4fv(GpuProgramData* program, char const* name, vec4* values,
+    void gpu_program_set_uniform_4fv(GpuProgramData* program, const char* name, vec4* values,
                                      int count) override;
-    void gpu_program_set_uniform_1dv(GpuProgramData* program, char const* name, double* values,
+    void gpu_program_set_uniform_1dv(GpuProgramData* program, const char* name, double* values,
                                      int count) override;
-    void gpu_program_set_uniform_2dv(GpuProgramData* program, char const* name, double* values,
+    void gpu_program_set_uniform_2dv(GpuProgramData* program, const char* name, double* values,
                                      int count) override;
-    void gpu_program_set_uniform_3dv(GpuProgramData* program, char const* name, double* values,
+    void gpu_program_set_uniform_3dv(GpuProgramData* program, const char* name, double* values,
                                      int count) override;
-    void gpu_program_set_uniform_4dv(GpuProgramData* program, char const* name, double* values,
+    void gpu_program_set_uniform_4dv(GpuProgramData* program, const char* name, double* values,
                                      int count) override;
-    void gpu_program_set_uniform_3x3fv(GpuProgramData* program, char const* name, float* values,
+    void gpu_program_set_uniform_3x3fv(GpuProgramData* program, const char* name, float* values,
                                        int count) override;
-    void gpu_program_set_uniform_4x4fv(GpuProgramData* program, char const* name, float* values,
+    void gpu_program_set_uniform_4x4fv(GpuProgramData* program, const char* name, float* values,
                                        int count) override;
     void gpu_program_set_uniform_1i_loc(int location, int value) override;
     void gpu_program_set_uniform_1f_loc(int location, float value) override;
@@ -263,28 +263,28 @@ public:
     void gpu_program_set_uniform_4fv_loc(int location, vec4* values, int count) override;
     void gpu_program_set_uniform_3x3fv_loc(int location, float* values, int count) override;
     void gpu_program_set_uniform_4x4fv_loc(int location, float* values, int count) override;
-    void gpu_program_set_uniform_1ui64(GpuProgramData* program, char const* name,
+    void gpu_program_set_uniform_1ui64(GpuProgramData* program, const char* name,
                                        unsigned long long value) override;
-    void gpu_program_set_uniform_1ui64v(GpuProgramData* program, char const* name,
+    void gpu_program_set_uniform_1ui64v(GpuProgramData* program, const char* name,
                                         unsigned long long* values, int count) override;
     void gpu_program_set_uniform_ui64_loc(int location, unsigned long long value) override;
     void gpu_program_set_uniform_ui64v_loc(int location, unsigned long count,
                                            unsigned long long* values) override;
-    void gpu_program_set_uniform_1ui(GpuProgramData* program, char const* name,
+    void gpu_program_set_uniform_1ui(GpuProgramData* program, const char* name,
                                      unsigned int value) override;
-    void gpu_program_set_uniform_2ui(GpuProgramData* program, char const* name, unsigned int x,
+    void gpu_program_set_uniform_2ui(GpuProgramData* program, const char* name, unsigned int x,
                                      unsigned int y) override;
-    void gpu_program_set_uniform_3ui(GpuProgramData* program, char const* name, unsigned int x,
+    void gpu_program_set_uniform_3ui(GpuProgramData* program, const char* name, unsigned int x,
                                      unsigned int y, unsigned int z) override;
-    void gpu_program_set_uniform_4ui(GpuProgramData* program, char const* name, unsigned int x,
+    void gpu_program_set_uniform_4ui(GpuProgramData* program, const char* name, unsigned int x,
                                      unsigned int y, unsigned int z, unsigned int w) override;
-    void gpu_program_set_uniform_1d(GpuProgramData* program, char const* name,
+    void gpu_program_set_uniform_1d(GpuProgramData* program, const char* name,
                                     double value) override;
-    void gpu_program_set_uniform_2d(GpuProgramData* program, char const* name, double x,
+    void gpu_program_set_uniform_2d(GpuProgramData* program, const char* name, double x,
                                     double y) override;
-    void gpu_program_set_uniform_3d(GpuProgramData* program, char const* name, double x, double y,
+    void gpu_program_set_uniform_3d(GpuProgramData* program, const char* name, double x, double y,
                                     double z) override;
-    void gpu_program_set_uniform_4d(GpuProgramData* program, char const* name, double x, double y,
+    void gpu_program_set_uniform_4d(GpuProgramData* program, const char* name, double x, double y,
                                     double z, double w) override;
 
     // Uniform table.
@@ -329,22 +329,22 @@ public:
     bool font_bitmap_windows_create(FontData* font) override;
     bool font_bitmap_windows_kill(FontData* font) override;
     bool font_bitmap_windows_render(FontData* font, int x, int y, float r, float g, float b,
-                                    float a, char const* text, unsigned long length) override;
+                                    float a, const char* text, unsigned long length) override;
     bool font_bitmap_windows_render_3d(FontData* font, float x, float y, float z, float r, float g,
-                                       float b, float a, char const* text,
+                                       float b, float a, const char* text,
                                        unsigned long length) override;
     bool font_bitmap_windows_render_prepare(FontData* font, int x, int y, float r, float g, float b,
-                                            float a, char const* text,
+                                            float a, const char* text,
                                             unsigned long length) override;
     bool font_bitmap_windows_render_draw(FontData* font, int x, int y, float r, float g, float b,
-                                         float a, char const* text, unsigned long length) override;
+                                         float a, const char* text, unsigned long length) override;
     bool font_bitmap_windows_render_finish(FontData* font, int x, int y, float r, float g, float b,
-                                           float a, char const* text,
+                                           float a, const char* text,
                                            unsigned long length) override;
     bool font_bitmap_linux_render(FontData* font, int x, int y, float r, float g, float b, float a,
-                                  char const* text, unsigned long length) override;
+                                  const char* text, unsigned long length) override;
     bool font_bitmap_linux_render_3d(FontData* font, float x, float y, float z, float r, float g,
-                                     float b, float a, char const* text,
+                                     float b, float a, const char* text,
                                      unsigned long length) override;
 
     // Pipeline.
@@ -366,20 +366,20 @@ public:
     // Lines.
     void set_line_width(float width) override;
     void set_line_stipple(int factor, unsigned short pattern) override;
-    void render_line(vec4 const& a, vec4 const& a_color, vec4 const& b,
-                     vec4 const& b_color) override;
+    void render_line(const vec4& a, const vec4& a_color, const vec4& b,
+                     const vec4& b_color) override;
 
     // Lights and materials of the fixed pipeline.
-    void light_set_colors(unsigned int light, vec4 const& ambient, vec4 const& diffuse,
-                          vec4 const& specular) override;
-    void light_set_ambient(unsigned int light, vec4 const& color) override;
-    void light_set_diffuse(unsigned int light, vec4 const& color) override;
-    void light_set_specular(unsigned int light, vec4 const& color) override;
-    void material_set_colors(vec4 const& ambient, vec4 const& diffuse, vec4 const& specular,
+    void light_set_colors(unsigned int light, const vec4& ambient, const vec4& diffuse,
+                          const vec4& specular) override;
+    void light_set_ambient(unsigned int light, const vec4& color) override;
+    void light_set_diffuse(unsigned int light, const vec4& color) override;
+    void light_set_specular(unsigned int light, const vec4& color) override;
+    void material_set_colors(const vec4& ambient, const vec4& diffuse, const vec4& specular,
                              float shininess) override;
-    void material_set_ambient(vec4 const& color) override;
-    void material_set_diffuse(vec4 const& color) override;
-    void material_set_specular(vec4 const& color) override;
+    void material_set_ambient(const vec4& color) override;
+    void material_set_diffuse(const vec4& color) override;
+    void material_set_specular(const vec4& color) override;
     void material_set_shininess(float shininess) override;
 
     // Polyline buffers.
@@ -455,7 +455,7 @@ public:
     ClientArrays client_arrays; ///< arrays of the fixed pipeline left enabled
     /// Between its prepare and its finish, unless something else was prepared or finished since: an
     /// indexed draw without its buffers bound would read address zero.
-    MeshData const* prepared_mesh = nullptr;
+    const MeshData* prepared_mesh = nullptr;
     GlutText raster_text;
     /// @}
 
@@ -463,10 +463,10 @@ public:
     /// printf-style, cut at 16,383 characters, sent as "OpenGL renderer - " and the text.
     /// @{
 
-    void k_log(char const* format, ...) ORVEX_PRINTF(2, 3);
-    void k_log_debug(char const* format, ...) ORVEX_PRINTF(2, 3);
-    void k_log_warning(char const* format, ...) ORVEX_PRINTF(2, 3);
-    void k_log_error(char const* format, ...) ORVEX_PRINTF(2, 3);
+    void k_log(const char* format, ...) ORVEX_PRINTF(2, 3);
+    void k_log_debug(const char* format, ...) ORVEX_PRINTF(2, 3);
+    void k_log_warning(const char* format, ...) ORVEX_PRINTF(2, 3);
+    void k_log_error(const char* format, ...) ORVEX_PRINTF(2, 3);
     /// @}
 
     /// @name Texture ids
@@ -497,15 +497,15 @@ public:
     /// Makes a shader object of a stage; 0 for a type without one.
     unsigned int _gpu_program_create_gl_shader(GPU_SHADER_TYPE type);
     /// The log of a shader, null for none. Valid until the next log is read.
-    char const* _gpu_program_get_shader_info_log(unsigned int shader);
+    const char* _gpu_program_get_shader_info_log(unsigned int shader);
     /// The log of a program, null for none. Valid until the next log is read.
-    char const* _gpu_program_get_info_log(unsigned int program);
+    const char* _gpu_program_get_info_log(unsigned int program);
     /// Moves the standard attribute `index` to the location of that number, from the next link on,
     /// if the linked program declares it. The first one found chooses the generic attributes path.
     /// @return the location it has now, below 0 if the program doesn't declare it
     int _bind_core_vertex_attrib_location(GpuProgramData* program, unsigned int index);
     /// The same for an attribute of any name; the path stays.
-    int _bind_core_vertex_attrib_location_v2(GpuProgramData* program, char const* name, int index);
+    int _bind_core_vertex_attrib_location_v2(GpuProgramData* program, const char* name, int index);
     /// @}
 
 private:
@@ -541,9 +541,9 @@ private:
     void leave_render_targets();
     bool start_blit(unsigned int src, unsigned int dst);
 
-    void log_life_cycle(char const* operation);
+    void log_life_cycle(const char* operation);
     bool prepare_raster_text();
-    bool compile_shader(unsigned int shader, char const* source);
+    bool compile_shader(unsigned int shader, const char* source);
     void keep_shader_log(GpuProgramData* program, GPU_SHADER_TYPE type, unsigned int shader);
     void attach_shaders(GpuProgramData* program);
     void set_active_program(GpuProgramData* program);

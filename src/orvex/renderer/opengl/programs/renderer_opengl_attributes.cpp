@@ -18,25 +18,23 @@ constexpr unsigned int END_OF_INSTANCING_ATTRIBS = 11;
 } // namespace
 
 int RendererOpenGL::gpu_program_get_vertex_attrib_location(GpuProgramData* program,
-                                                           char const* name) {
-    if (!program || !name || gl.glGetAttribLocation == nullptr) {
+                                                           const char* name) {
+    if (!program || !name || gl.glGetAttribLocation == nullptr)
         return -1;
-    }
     return gl.glGetAttribLocation(program->gl_program, name);
 }
 
 bool RendererOpenGL::gpu_program_bind_vertex_attrib_location(GpuProgramData* program,
-                                                             char const* name, int location) {
-    if (!program || !name || gl.glBindAttribLocation == nullptr) {
+                                                             const char* name, int location) {
+    if (!program || !name || gl.glBindAttribLocation == nullptr)
         return false;
-    }
     gl.glBindAttribLocation(program->gl_program, static_cast<GLuint>(location), name);
     return true;
 }
 
-int RendererOpenGL::_bind_core_vertex_attrib_location_v2(GpuProgramData* program, char const* name,
+int RendererOpenGL::_bind_core_vertex_attrib_location_v2(GpuProgramData* program, const char* name,
                                                          int index) {
-    int const location = gpu_program_get_vertex_attrib_location(program, name);
+    const int location = gpu_program_get_vertex_attrib_location(program, name);
     if (location >= 0) {
         gpu_program_bind_vertex_attrib_location(program, name, index);
         program->linked = false;
@@ -45,10 +43,9 @@ int RendererOpenGL::_bind_core_vertex_attrib_location_v2(GpuProgramData* program
 }
 
 int RendererOpenGL::_bind_core_vertex_attrib_location(GpuProgramData* program, unsigned int index) {
-    if (!program) {
+    if (!program)
         return -1;
-    }
-    int const location = _bind_core_vertex_attrib_location_v2(
+    const int location = _bind_core_vertex_attrib_location_v2(
         program, program->get_vertex_attrib_name(index), static_cast<int>(index));
     if (location >= 0 && program->auto_generic_pending) {
         program->set_use_generic_vertex_attribs_state(true);
@@ -58,13 +55,11 @@ int RendererOpenGL::_bind_core_vertex_attrib_location(GpuProgramData* program, u
 }
 
 bool RendererOpenGL::gpu_program_update_core_vertex_attrib_locations(GpuProgramData* program) {
-    if (!program) {
+    if (!program)
         return false;
-    }
     if (program->core_attribs_pending) {
-        for (unsigned int i = 0; i < FIRST_INSTANCING_ATTRIB; ++i) {
+        for (unsigned int i = 0; i < FIRST_INSTANCING_ATTRIB; ++i)
             _bind_core_vertex_attrib_location(program, i);
-        }
         program->core_attribs_pending = false;
     }
     return true;
@@ -72,13 +67,11 @@ bool RendererOpenGL::gpu_program_update_core_vertex_attrib_locations(GpuProgramD
 
 bool RendererOpenGL::gpu_program_update_instancing_vertex_attrib_locations(
     GpuProgramData* program) {
-    if (!program) {
+    if (!program)
         return false;
-    }
     if (program->instancing_attribs_pending) {
-        for (unsigned int i = FIRST_INSTANCING_ATTRIB; i < END_OF_INSTANCING_ATTRIBS; ++i) {
+        for (unsigned int i = FIRST_INSTANCING_ATTRIB; i < END_OF_INSTANCING_ATTRIBS; ++i)
             _bind_core_vertex_attrib_location(program, i);
-        }
         program->instancing_attribs_pending = false;
     }
     return true;
@@ -86,9 +79,8 @@ bool RendererOpenGL::gpu_program_update_instancing_vertex_attrib_locations(
 
 bool RendererOpenGL::gpu_program_update_instancing_vertex_attrib_locations_mesh(
     GpuProgramData* program, MeshData* mesh) {
-    if (!program || !mesh || mesh->num_instances == 0) {
+    if (!program || !mesh || mesh->num_instances == 0)
         return false;
-    }
     if (mesh->use_generic_vertex_attribs) {
         for (unsigned int i = FIRST_INSTANCING_ATTRIB; i < END_OF_INSTANCING_ATTRIBS; ++i) {
             gpu_program_bind_vertex_attrib_location(program, program->get_vertex_attrib_name(i),
@@ -112,12 +104,10 @@ namespace {
 
 template<class Record>
 bool look_up_user_attribs(RendererOpenGL& renderer, GpuProgramData* program, Record* record) {
-    if (!program || !record || record->num_user_attribs == 0) {
+    if (!program || !record || record->num_user_attribs == 0)
         return false;
-    }
-    if (!record->user_attribs_allocated) {
+    if (!record->user_attribs_allocated)
         return true;
-    }
     for (unsigned long i = 0; i < record->num_user_attribs; ++i) {
         char name[64];
         std::snprintf(name, sizeof name, "orvex_Attrib%d", static_cast<int>(i));

@@ -13,15 +13,12 @@
 namespace orvex {
 
 bool RendererOpenGL::gpu_program_optimize(GpuProgramData* program) {
-    if (!program) {
+    if (!program)
         return false;
-    }
-    if (program->uniforms_optimized) {
+    if (program->uniforms_optimized)
         return true;
-    }
-    if (gl.glGetUniformLocation == nullptr) {
+    if (gl.glGetUniformLocation == nullptr)
         return false;
-    }
     for (unsigned long i = 0; i < program->num_uniforms; ++i) {
         GpuProgramUniform* const uniform = program->uniforms[i];
         if (uniform && uniform->location < 0) {
@@ -37,34 +34,32 @@ namespace {
 
 template<class Entry, class... Values>
 void send(Entry entry, Values... values) {
-    if (entry != nullptr) {
+    if (entry != nullptr)
         entry(values...);
-    }
 }
 
 // Setters of another kind or width may have changed the count since: what isn't there isn't sent.
 template<class Entry, class Value>
-void send_array(Entry entry, GpuProgramUniform const& uniform, std::vector<Value> const& array,
+void send_array(Entry entry, const GpuProgramUniform& uniform, const std::vector<Value>& array,
                 int components) {
-    int const stored = static_cast<int>(std::min<std::size_t>(array.size(), INT_MAX));
-    int const count = std::min(uniform.count, stored / components);
-    if (count > 0) {
+    const int stored = static_cast<int>(std::min<std::size_t>(array.size(), INT_MAX));
+    const int count = std::min(uniform.count, stored / components);
+    if (count > 0)
         send(entry, uniform.location, count, array.data());
-    }
 }
 
-void send_handles(ORVEX_Renderer_OpenGL_Func const& gl, GpuProgramUniform const& uniform) {
-    int const stored = static_cast<int>(std::min<std::size_t>(uniform.ui64v.size(), INT_MAX));
-    int const count = std::min(uniform.count, stored);
+void send_handles(const ORVEX_Renderer_OpenGL_Func& gl, const GpuProgramUniform& uniform) {
+    const int stored = static_cast<int>(std::min<std::size_t>(uniform.ui64v.size(), INT_MAX));
+    const int count = std::min(uniform.count, stored);
     if (count > 0) {
         send(gl.glUniformHandleui64vARB, uniform.location, count,
-             reinterpret_cast<GLuint64 const*>(uniform.ui64v.data()));
+             reinterpret_cast<const GLuint64*>(uniform.ui64v.data()));
     }
 }
 
 // Types that no back end sends fall through.
-void send(ORVEX_Renderer_OpenGL_Func const& gl, GpuProgramUniform const& u) {
-    GLint const at = u.location;
+void send(const ORVEX_Renderer_OpenGL_Func& gl, const GpuProgramUniform& u) {
+    const GLint at = u.location;
     switch (u.type) {
     case GPU_SHADER_UNIFORM_1I:
         send(gl.glUniform1i, at, u.i.x);
@@ -174,17 +169,15 @@ void send(ORVEX_Renderer_OpenGL_Func const& gl, GpuProgramUniform const& u) {
 } // namespace
 
 bool RendererOpenGL::gpu_program_bind_uniforms(GpuProgramData* program) {
-    if (!program) {
+    if (!program)
         return false;
-    }
     // Names that the program doesn't have are asked for at each bind.
     program->uniforms_optimized = false;
     gpu_program_optimize(program);
     for (unsigned long i = 0; i < program->num_uniforms && program->uniforms[i]; ++i) {
         GpuProgramUniform& uniform = *program->uniforms[i];
-        if (uniform.dirty && uniform.location >= 0) {
+        if (uniform.dirty && uniform.location >= 0)
             send(gl, uniform);
-        }
         uniform.dirty = false;
     }
     return true;

@@ -13,12 +13,10 @@ void RendererOpenGL::gl2_matrix_load(float* projection, float* view, float* mode
     }
     if (view != nullptr || model != nullptr) {
         glMatrixMode(GL_MODELVIEW);
-        if (view != nullptr) {
+        if (view != nullptr)
             glLoadMatrixf(view);
-        }
-        if (model != nullptr) {
+        if (model != nullptr)
             glMultMatrixf(model);
-        }
     }
     if (texture != nullptr) {
         glMatrixMode(GL_TEXTURE);
@@ -36,15 +34,12 @@ void load_identity(GLenum matrix) {
 } // namespace
 
 void RendererOpenGL::gl2_matrix_load_identity(bool projection, bool modelview, bool texture) {
-    if (projection) {
+    if (projection)
         load_identity(GL_PROJECTION);
-    }
-    if (modelview) {
+    if (modelview)
         load_identity(GL_MODELVIEW);
-    }
-    if (texture) {
+    if (texture)
         load_identity(GL_TEXTURE);
-    }
 }
 
 void RendererOpenGL::set_line_width(float width) {
@@ -58,8 +53,8 @@ void RendererOpenGL::set_line_stipple(int factor, unsigned short pattern) {
     glLineStipple(factor, pattern);
 }
 
-void RendererOpenGL::render_line(vec4 const& a, vec4 const& a_color, vec4 const& b,
-                                 vec4 const& b_color) {
+void RendererOpenGL::render_line(const vec4& a, const vec4& a_color, const vec4& b,
+                                 const vec4& b_color) {
     glBegin(GL_LINES);
     glColor4fv(&a_color.x);
     glVertex4fv(&a.x);
@@ -68,42 +63,42 @@ void RendererOpenGL::render_line(vec4 const& a, vec4 const& a_color, vec4 const&
     glEnd();
 }
 
-void RendererOpenGL::light_set_colors(unsigned int light, vec4 const& ambient, vec4 const& diffuse,
-                                      vec4 const& specular) {
+void RendererOpenGL::light_set_colors(unsigned int light, const vec4& ambient, const vec4& diffuse,
+                                      const vec4& specular) {
     light_set_ambient(light, ambient);
     light_set_diffuse(light, diffuse);
     light_set_specular(light, specular);
 }
 
-void RendererOpenGL::light_set_ambient(unsigned int light, vec4 const& color) {
+void RendererOpenGL::light_set_ambient(unsigned int light, const vec4& color) {
     glLightfv(GL_LIGHT0 + light, GL_AMBIENT, &color.x);
 }
 
-void RendererOpenGL::light_set_diffuse(unsigned int light, vec4 const& color) {
+void RendererOpenGL::light_set_diffuse(unsigned int light, const vec4& color) {
     glLightfv(GL_LIGHT0 + light, GL_DIFFUSE, &color.x);
 }
 
-void RendererOpenGL::light_set_specular(unsigned int light, vec4 const& color) {
+void RendererOpenGL::light_set_specular(unsigned int light, const vec4& color) {
     glLightfv(GL_LIGHT0 + light, GL_SPECULAR, &color.x);
 }
 
-void RendererOpenGL::material_set_colors(vec4 const& ambient, vec4 const& diffuse,
-                                         vec4 const& specular, float shininess) {
+void RendererOpenGL::material_set_colors(const vec4& ambient, const vec4& diffuse,
+                                         const vec4& specular, float shininess) {
     material_set_ambient(ambient);
     material_set_diffuse(diffuse);
     material_set_specular(specular);
     material_set_shininess(shininess);
 }
 
-void RendererOpenGL::material_set_ambient(vec4 const& color) {
+void RendererOpenGL::material_set_ambient(const vec4& color) {
     glMaterialfv(GL_FRONT_AND_BACK, GL_AMBIENT, &color.x);
 }
 
-void RendererOpenGL::material_set_diffuse(vec4 const& color) {
+void RendererOpenGL::material_set_diffuse(const vec4& color) {
     glMaterialfv(GL_FRONT_AND_BACK, GL_DIFFUSE, &color.x);
 }
 
-void RendererOpenGL::material_set_specular(vec4 const& color) {
+void RendererOpenGL::material_set_specular(const vec4& color) {
     glMaterialfv(GL_FRONT_AND_BACK, GL_SPECULAR, &color.x);
 }
 

@@ -9,7 +9,7 @@ void RendererOpenGL::clear_color_buffer(float r, float g, float b, float a) {
     glClear(GL_COLOR_BUFFER_BIT);
 }
 
-void RendererOpenGL::clear_color_buffer(vec4 const& color) {
+void RendererOpenGL::clear_color_buffer(const vec4& color) {
     clear_color_buffer(color.x, color.y, color.z, color.w);
 }
 
@@ -24,7 +24,7 @@ void RendererOpenGL::clear_color_depth_buffers(float r, float g, float b, float 
     glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
 }
 
-void RendererOpenGL::clear_color_depth_buffers(vec4 const& color, float depth) {
+void RendererOpenGL::clear_color_depth_buffers(const vec4& color, float depth) {
     clear_color_depth_buffers(color.x, color.y, color.z, color.w, depth);
 }
 
@@ -44,18 +44,16 @@ Viewport_Rect read_viewport() {
 }
 
 void store(int* output, int value) {
-    if (output != nullptr) {
+    if (output != nullptr)
         *output = value;
-    }
 }
 
 } // namespace
 
 void RendererOpenGL::get_color_buffer_size(int* size, int* width, int* height) {
-    if (size == nullptr) {
+    if (size == nullptr)
         return;
-    }
-    Viewport_Rect const rect = read_viewport();
+    const Viewport_Rect rect = read_viewport();
     // Unsigned, so that a viewport beyond any real one wraps around instead of overflowing.
     *size = static_cast<int>(static_cast<unsigned int>(rect.width) * 4U *
                              static_cast<unsigned int>(rect.height));
@@ -64,15 +62,14 @@ void RendererOpenGL::get_color_buffer_size(int* size, int* width, int* height) {
 }
 
 void RendererOpenGL::get_color_buffer(unsigned char* pixels) {
-    if (pixels == nullptr) {
+    if (pixels == nullptr)
         return;
-    }
     glPixelStorei(GL_PACK_ALIGNMENT, 1);
     glPixelStorei(GL_PACK_ROW_LENGTH, 0);
     glPixelStorei(GL_PACK_SKIP_ROWS, 0);
     glPixelStorei(GL_PACK_SKIP_PIXELS, 0);
     glPixelStorei(GL_UNPACK_ALIGNMENT, 4);
-    Viewport_Rect const rect = read_viewport();
+    const Viewport_Rect rect = read_viewport();
     glReadBuffer(GL_BACK);
     glReadPixels(0, 0, rect.width, rect.height, GL_RGBA, GL_UNSIGNED_BYTE, pixels);
 }
@@ -106,7 +103,7 @@ void RendererOpenGL::set_viewport(int x, int y, int width, int height) {
 }
 
 void RendererOpenGL::get_viewport(int* x, int* y, int* width, int* height) {
-    Viewport_Rect const rect = read_viewport();
+    const Viewport_Rect rect = read_viewport();
     store(x, rect.x);
     store(y, rect.y);
     store(width, rect.width);

@@ -18,8 +18,8 @@ unsigned int get_first_of_four(GLenum name) {
     return static_cast<unsigned int>(values[0]);
 }
 
-char const* get_text(GLenum name) {
-    return reinterpret_cast<char const*>(glGetString(name));
+const char* get_text(GLenum name) {
+    return reinterpret_cast<const char*>(glGetString(name));
 }
 
 constexpr GLenum gpu_memory_total_nvx = 36936;
@@ -36,31 +36,30 @@ unsigned int RendererOpenGL::get_opengl_error() {
     return glGetError();
 }
 
-char const* RendererOpenGL::get_renderer_model() {
+const char* RendererOpenGL::get_renderer_model() {
     return get_text(GL_RENDERER);
 }
 
-char const* RendererOpenGL::get_renderer_vendor() {
+const char* RendererOpenGL::get_renderer_vendor() {
     return get_text(GL_VENDOR);
 }
 
-char const* RendererOpenGL::get_shading_language_version() {
+const char* RendererOpenGL::get_shading_language_version() {
     return get_text(GL_SHADING_LANGUAGE_VERSION);
 }
 
-char const* RendererOpenGL::get_renderer_gl_extensions_raw_string() {
+const char* RendererOpenGL::get_renderer_gl_extensions_raw_string() {
     return get_text(GL_EXTENSIONS);
 }
 
-char const* RendererOpenGL::get_api_version() {
+const char* RendererOpenGL::get_api_version() {
     return get_text(GL_VERSION);
 }
 
 bool RendererOpenGL::get_opengl_version(int* major, int* minor) {
-    char const* const text = get_text(GL_VERSION);
-    if (text == nullptr || text[0] == '\0') {
+    const char* const text = get_text(GL_VERSION);
+    if (text == nullptr || text[0] == '\0')
         return false;
-    }
     int found_major = text[0] - '0';
     int found_minor = 0;
     if (found_major >= 3) {
@@ -69,12 +68,10 @@ bool RendererOpenGL::get_opengl_version(int* major, int* minor) {
     } else if (text[1] != '\0' && text[2] != '\0') {
         found_minor = text[2] - '0';
     }
-    if (major != nullptr) {
+    if (major != nullptr)
         *major = found_major;
-    }
-    if (minor != nullptr) {
+    if (minor != nullptr)
         *minor = found_minor;
-    }
     return true;
 }
 
@@ -212,10 +209,9 @@ int RendererOpenGL::get_GL_MAX_SAMPLES() {
 
 namespace {
 
-bool get_indexed(ORVEX_Renderer_OpenGL_Func const& gl, GLenum name, int* x, int* y, int* z) {
-    if (gl.glGetIntegeri_v == nullptr) {
+bool get_indexed(const ORVEX_Renderer_OpenGL_Func& gl, GLenum name, int* x, int* y, int* z) {
+    if (gl.glGetIntegeri_v == nullptr)
         return false;
-    }
     int* const outputs[] = {x, y, z};
     for (GLuint i = 0; i < 3; ++i) {
         if (outputs[i] != nullptr) {

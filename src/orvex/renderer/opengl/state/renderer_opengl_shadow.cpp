@@ -36,17 +36,15 @@ constexpr mat4 bias(0.5f, 0.0f, 0.0f, 0.0f, //
 void RendererOpenGL::shadow_mapping_prepare_light_pass(RenderTarget* target, unsigned int unit,
                                                        mat4& projection, mat4& view,
                                                        GpuProgramData* program) {
-    if (target == nullptr || gl.glActiveTexture == nullptr) {
+    if (target == nullptr || gl.glActiveTexture == nullptr)
         return;
-    }
     glEnable(GL_DEPTH_TEST);
     glDepthMask(GL_FALSE);
     glDepthFunc(GL_EQUAL);
     mat4 from_camera = ctx.view_matrix;
     from_camera.inverse();
-    if (program != nullptr) {
+    if (program != nullptr)
         program->set_uniform_4x4f("TextureMatrix", bias * projection * view * from_camera);
-    }
     gl.glActiveTexture(GL_TEXTURE0 + unit);
     glBindTexture(GL_TEXTURE_2D, target->get_depth_tex_id_opengl());
     glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_COMPARE_MODE, GL_COMPARE_R_TO_TEXTURE);
@@ -55,9 +53,8 @@ void RendererOpenGL::shadow_mapping_prepare_light_pass(RenderTarget* target, uns
 }
 
 void RendererOpenGL::shadow_mapping_finish_light_pass(RenderTarget* target, unsigned int unit) {
-    if (target == nullptr || gl.glActiveTexture == nullptr) {
+    if (target == nullptr || gl.glActiveTexture == nullptr)
         return;
-    }
     gl.glActiveTexture(GL_TEXTURE0 + unit);
     glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_COMPARE_MODE, GL_NONE);
     glEnable(GL_DEPTH_TEST);

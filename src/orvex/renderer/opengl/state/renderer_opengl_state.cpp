@@ -12,11 +12,10 @@ GLboolean gl_bool(bool value) {
 }
 
 void set_capability(GLenum capability, bool state) {
-    if (state) {
+    if (state)
         glEnable(capability);
-    } else {
+    else
         glDisable(capability);
-    }
 }
 
 void reset_rasterizer() {
@@ -51,19 +50,17 @@ unsigned long read_limit(GLenum name, GLint start_value) {
 
 bool RendererOpenGL::reset_render_states() {
     rasterizer_state.init();
-    if (ctx.active_program != nullptr) {
+    if (ctx.active_program != nullptr)
         ctx.active_program->remove_active_slot(&ctx.active_program);
-    }
     ctx.init();
     reset_rasterizer();
     reset_tests_and_blending();
-    unsigned long const max_size = read_limit(GL_MAX_TEXTURE_SIZE, 0);
+    const unsigned long max_size = read_limit(GL_MAX_TEXTURE_SIZE, 0);
     ctx.init_texture_units(max_size, read_limit(GL_MAX_TEXTURE_IMAGE_UNITS, 1));
     glEnable(GL_DITHER);
     ctx.active_program_id = 0;
-    if (gl.glUseProgram != nullptr) {
+    if (gl.glUseProgram != nullptr)
         gl.glUseProgram(0);
-    }
     max_vertex_attribs = get_max_vertex_attribs();
     return true;
 }
@@ -78,7 +75,7 @@ void RendererOpenGL::set_scissor_state(bool state) {
 }
 
 void RendererOpenGL::set_color_buffer_writing_state(bool state) {
-    GLboolean const value = gl_bool(state);
+    const GLboolean value = gl_bool(state);
     glColorMask(value, value, value, value);
 }
 
@@ -141,14 +138,14 @@ void RendererOpenGL::rasterizer_set_depth_bias(float factor, float units) {
 }
 
 void RendererOpenGL::rasterizer_apply_state() {
-    Renderer_Rasterizer_State const& pending = pending_rasterizer_state;
+    const Renderer_Rasterizer_State& pending = pending_rasterizer_state;
     set_capability(GL_CULL_FACE, pending.cull_enabled);
     glCullFace(gl_polygon_face(pending.cull_face));
     glPolygonMode(gl_polygon_face(pending.polygon_face), gl_polygon_mode(pending.polygon_mode));
     set_capability(GL_MULTISAMPLE, pending.msaa_enabled);
     glPolygonOffset(pending.depth_bias_factor, pending.depth_bias_units);
     // The winding of front faces is never sent, so the live one stays as the reset left it.
-    bool const front_ccw = rasterizer_state.front_ccw;
+    const bool front_ccw = rasterizer_state.front_ccw;
     rasterizer_state = pending;
     rasterizer_state.front_ccw = front_ccw;
 }

@@ -17,20 +17,18 @@ RenderTargetOpenGL::RenderTargetOpenGL() {
 
 // Life cycle
 
-void RenderTargetOpenGL::label(GLenum kind, unsigned int object, char const* use) const {
-    if (gl->object_label == nullptr) {
+void RenderTargetOpenGL::label(GLenum kind, unsigned int object, const char* use) const {
+    if (gl->object_label == nullptr)
         return;
-    }
-    std::string const target = "render target " + std::to_string(id);
-    DebugName const name(target.c_str());
+    const std::string target = "render target " + std::to_string(id);
+    const DebugName name(target.c_str());
     label_gl_object(*gl, kind, object, use);
 }
 
-void RenderTargetOpenGL::label(GLenum kind, unsigned int object, char const* use,
+void RenderTargetOpenGL::label(GLenum kind, unsigned int object, const char* use,
                                std::size_t index) const {
-    if (gl->object_label != nullptr) {
+    if (gl->object_label != nullptr)
         label(kind, object, (std::string(use) + " " + std::to_string(index)).c_str());
-    }
 }
 
 bool RenderTargetOpenGL::_create_fbo() {
@@ -39,31 +37,27 @@ bool RenderTargetOpenGL::_create_fbo() {
 }
 
 bool RenderTargetOpenGL::activate() {
-    if (gl == nullptr || !has_entries(gl->glGenFramebuffers, gl->glBindFramebuffer)) {
+    if (gl == nullptr || !has_entries(gl->glGenFramebuffers, gl->glBindFramebuffer))
         return false;
-    }
-    bool const is_new = fbo == 0 && _create_fbo();
+    const bool is_new = fbo == 0 && _create_fbo();
     gl->glBindFramebuffer(GL_FRAMEBUFFER, fbo);
-    if (is_new) {
+    if (is_new)
         label(GL_FRAMEBUFFER, fbo, "framebuffer");
-    }
     return true;
 }
 
 bool RenderTargetOpenGL::deactivate() {
-    if (gl == nullptr || gl->glBindFramebuffer == nullptr) {
+    if (gl == nullptr || gl->glBindFramebuffer == nullptr)
         return false;
-    }
-    for (GLenum const target : {GL_FRAMEBUFFER, GL_DRAW_FRAMEBUFFER, GL_READ_FRAMEBUFFER}) {
+    for (const GLenum target : {GL_FRAMEBUFFER, GL_DRAW_FRAMEBUFFER, GL_READ_FRAMEBUFFER})
         gl->glBindFramebuffer(target, 0);
-    }
     return true;
 }
 
 namespace {
 
 template<class Ids>
-bool any_set(Ids const& ids) {
+bool any_set(const Ids& ids) {
     return std::any_of(std::begin(ids), std::end(ids), [](unsigned int id) { return id != 0; });
 }
 
@@ -82,10 +76,9 @@ bool RenderTargetOpenGL::has_objects() const {
 }
 
 bool RenderTargetOpenGL::can_delete() const {
-    if (gl == nullptr) {
+    if (gl == nullptr)
         return false;
-    }
-    bool const has_buffers = depth_render_buffer != 0 || any_set(render_buffers);
+    const bool has_buffers = depth_render_buffer != 0 || any_set(render_buffers);
     return (!has_buffers || gl->glDeleteRenderbuffers != nullptr) &&
            (fbo == 0 || gl->glDeleteFramebuffers != nullptr);
 }
@@ -106,15 +99,13 @@ void RenderTargetOpenGL::delete_render_buffers() {
 bool RenderTargetOpenGL::kill() {
     if (!can_delete()) {
         // The depth texture alone is deleted without the table; an id that can't be is kept.
-        if (gl == nullptr) {
+        if (gl == nullptr)
             delete_texture(depth_texture);
-        }
         return !has_objects();
     }
     delete_render_buffers();
-    for (unsigned int& id : color_textures) {
+    for (unsigned int& id : color_textures)
         delete_texture(id);
-    }
     color_texture = 0;
     delete_texture(depth_texture);
     if (fbo != 0) {
@@ -126,11 +117,10 @@ bool RenderTargetOpenGL::kill() {
 
 // Errors
 
-bool RenderTargetOpenGL::check_status(char const* message) {
-    GLenum const status = gl->glCheckFramebufferStatus(GL_FRAMEBUFFER);
-    if (status == GL_FRAMEBUFFER_COMPLETE) {
+bool RenderTargetOpenGL::check_status(const char* message) {
+    const GLenum status = gl->glCheckFramebufferStatus(GL_FRAMEBUFFER);
+    if (status == GL_FRAMEBUFFER_COMPLETE)
         return true;
-    }
     char line[128];
     std::snprintf(line, sizeof(line), "%s - FBO creation error: %.4X\r\n", message, status);
     error_str += line;
@@ -140,18 +130,16 @@ bool RenderTargetOpenGL::check_status(char const* message) {
 // Clears, on whatever is bound
 
 bool RenderTargetOpenGL::clear_color_buffer(int index, float r, float g, float b, float a) {
-    if (gl == nullptr || gl->glClearBufferfv == nullptr) {
+    if (gl == nullptr || gl->glClearBufferfv == nullptr)
         return false;
-    }
-    float const color[4] = {r, g, b, a};
+    const float color[4] = {r, g, b, a};
     gl->glClearBufferfv(GL_COLOR, index, color);
     return true;
 }
 
 bool RenderTargetOpenGL::clear_depth_buffer(float depth) {
-    if (gl == nullptr || gl->glClearBufferfv == nullptr) {
+    if (gl == nullptr || gl->glClearBufferfv == nullptr)
         return false;
-    }
     gl->glClearBufferfv(GL_DEPTH, 0, &depth);
     return true;
 }
@@ -171,28 +159,25 @@ bool level_has_size(GLenum target, GLint width, GLint height) {
 } // namespace
 
 bool RenderTargetOpenGL::read_color_pixmap(GLenum channels, unsigned char* pixels) const {
-    if (gl == nullptr || pixels == nullptr || samples >= 1 || color_texture == 0) {
+    if (gl == nullptr || pixels == nullptr || samples >= 1 || color_texture == 0)
         return false;
-    }
-    GLenum const target = rectangle ? GL_TEXTURE_RECTANGLE : GL_TEXTURE_2D;
+    const GLenum target = rectangle ? GL_TEXTURE_RECTANGLE : GL_TEXTURE_2D;
     glPixelStorei(GL_UNPACK_ALIGNMENT, 1);
     glBindTexture(target, color_texture);
     // The caller's memory has the size of the target; a texture whose resize the API refused
     // hasn't.
-    if (!level_has_size(target, width, height)) {
+    if (!level_has_size(target, width, height))
         return false;
-    }
     glGetTexImage(target, 0, channels, GL_UNSIGNED_BYTE, pixels);
     return true;
 }
 
 unsigned long RenderTargetOpenGL::_get_read_back_size(unsigned long channels) {
-    if (gl == nullptr) {
+    if (gl == nullptr)
         return 0; // nothing will be read
-    }
-    auto const columns = static_cast<unsigned long>(std::max(width, 0));
-    auto const rows = static_cast<unsigned long>(std::max(height, 0));
-    bool const was_refused = ctx != nullptr && std::max(columns, rows) > ctx->max_texture_size;
+    const auto columns = static_cast<unsigned long>(std::max(width, 0));
+    const auto rows = static_cast<unsigned long>(std::max(height, 0));
+    const bool was_refused = ctx != nullptr && std::max(columns, rows) > ctx->max_texture_size;
     return was_refused ? ULONG_MAX : PixelPacking::current().size_of(columns, rows, channels);
 }
 
@@ -205,7 +190,7 @@ bool RenderTargetOpenGL::read_color_pixmap_rgba_u8(unsigned char* pixels) {
 }
 
 unsigned int RenderTargetOpenGL::get_color_tex_id_opengl(int index) {
-    bool const counted = index >= 0 && static_cast<unsigned long>(index) < num_color_textures;
+    const bool counted = index >= 0 && static_cast<unsigned long>(index) < num_color_textures;
     return counted ? color_textures[index] : color_texture;
 }
 

@@ -27,9 +27,8 @@ bool RenderTargetOpenGL::can_make_render_buffers() const {
 }
 
 bool RenderTargetOpenGL::start_over(bool rectangle_textures) {
-    if (has_objects() && !kill()) {
+    if (has_objects() && !kill())
         return false;
-    }
     rectangle = rectangle_textures;
     return true;
 }
@@ -70,9 +69,8 @@ void RenderTargetOpenGL::make_color_texture(GLenum target, std::size_t index, in
     glGenTextures(1, &color_textures[index]);
     glBindTexture(target, color_textures[index]);
     label(GL_TEXTURE, color_textures[index], "color", index);
-    if (texture_samples >= 1) {
+    if (texture_samples >= 1)
         limit_to_base_level(target);
-    }
     store_texture(target, texture_samples, internal_format, format, pixel_type);
     set_sampling(target, color_filter, color_wrap);
 }
@@ -99,15 +97,14 @@ void RenderTargetOpenGL::attach_textures(GLenum target) const {
 void RenderTargetOpenGL::leave(GLenum target) {
     deactivate();
     glBindTexture(target, 0);
-    if (ctx != nullptr) {
+    if (ctx != nullptr)
         ctx->set_texture_unit(0, 0);
-    }
 }
 
 bool RenderTargetOpenGL::_create_target(GLenum target, int new_width, int new_height,
                                         PIXEL_FORMAT pixel_format, unsigned long num_textures,
                                         bool linear, bool clamp, int texture_samples) {
-    GlPixelFormat const pixels = gl_pixel_format(pixel_format);
+    const GlPixelFormat pixels = gl_pixel_format(pixel_format);
     width = new_width;
     height = new_height;
     num_color_textures = std::min<unsigned long>(num_textures, max_colors);
@@ -119,15 +116,14 @@ bool RenderTargetOpenGL::_create_target(GLenum target, int new_width, int new_he
     format = static_cast<int>(pixels.format);
     pixel_type = static_cast<int>(pixels.type);
 
-    for (std::size_t i = 0; i < num_color_textures; ++i) {
+    for (std::size_t i = 0; i < num_color_textures; ++i)
         make_color_texture(target, i, texture_samples);
-    }
     color_texture = color_textures[0];
     make_depth_texture(target, texture_samples);
     activate();
     gl->glBindFramebuffer(GL_FRAMEBUFFER, fbo);
     attach_textures(target);
-    bool const complete = check_status("RenderTargetOpenGL");
+    const bool complete = check_status("RenderTargetOpenGL");
     gl->glBindFramebuffer(GL_DRAW_FRAMEBUFFER, 0);
     leave(target);
     return complete;
@@ -136,9 +132,8 @@ bool RenderTargetOpenGL::_create_target(GLenum target, int new_width, int new_he
 bool RenderTargetOpenGL::create_target_v2(int new_width, int new_height, PIXEL_FORMAT pixel_format,
                                           unsigned long num_textures, bool, bool linear, bool clamp,
                                           int new_samples) {
-    if (!can_make_textures(new_samples) || !start_over(false)) {
+    if (!can_make_textures(new_samples) || !start_over(false))
         return false;
-    }
     samples = new_samples;
     return _create_target(texture_target(new_samples), new_width, new_height, pixel_format,
                           num_textures, linear, clamp, new_samples);
@@ -155,9 +150,8 @@ bool RenderTargetOpenGL::create_target_rect_v2(int new_width, int new_height,
                                                PIXEL_FORMAT pixel_format,
                                                unsigned long num_textures, bool, bool linear,
                                                bool clamp, int new_samples) {
-    if (!can_make_textures(new_samples) || !start_over(true)) {
+    if (!can_make_textures(new_samples) || !start_over(true))
         return false;
-    }
     return _create_target(GL_TEXTURE_RECTANGLE, new_width, new_height, pixel_format, num_textures,
                           linear, clamp, new_samples);
 }
@@ -191,7 +185,7 @@ bool RenderTargetOpenGL::_create_target_depth(GLenum target, int new_width, int 
     gl->glFramebufferTexture2D(GL_FRAMEBUFFER, GL_DEPTH_ATTACHMENT, target, depth_texture, 0);
     glDrawBuffer(GL_NONE);
     glReadBuffer(GL_NONE);
-    bool const complete = check_status("RenderTargetOpenGL::create_target_depth()");
+    const bool complete = check_status("RenderTargetOpenGL::create_target_depth()");
     leave(target);
     return complete;
 }
@@ -266,9 +260,8 @@ bool RenderTargetOpenGL::create_render_buffer_target(int new_width, int new_heig
                                                      PIXEL_FORMAT pixel_format, bool,
                                                      unsigned long num_buffers, bool,
                                                      int new_samples) {
-    if (!can_make_render_buffers() || !start_over(false)) {
+    if (!can_make_render_buffers() || !start_over(false))
         return false;
-    }
     width = new_width;
     height = new_height;
     internal_format = render_buffer_format(pixel_format);
@@ -280,7 +273,7 @@ bool RenderTargetOpenGL::create_render_buffer_target(int new_width, int new_heig
     gl->glBindFramebuffer(GL_FRAMEBUFFER, fbo);
     label(GL_FRAMEBUFFER, fbo, "framebuffer");
     attach_render_buffers();
-    bool const complete = check_status("RenderTargetOpenGL");
+    const bool complete = check_status("RenderTargetOpenGL");
     gl->glBindFramebuffer(GL_FRAMEBUFFER, 0);
     return complete;
 }
@@ -288,19 +281,16 @@ bool RenderTargetOpenGL::create_render_buffer_target(int new_width, int new_heig
 // Another size
 
 void RenderTargetOpenGL::resize_render_buffers() const {
-    for (unsigned int const id : render_buffers) {
-        if (id != 0) {
+    for (const unsigned int id : render_buffers)
+        if (id != 0)
             store_render_buffer(id, static_cast<GLenum>(internal_format));
-        }
-    }
-    if (depth_render_buffer != 0) {
+    if (depth_render_buffer != 0)
         store_render_buffer(depth_render_buffer, GL_DEPTH_COMPONENT);
-    }
 }
 
 void RenderTargetOpenGL::resize_textures() const {
-    GLenum const target = rectangle ? GL_TEXTURE_RECTANGLE : texture_target(samples);
-    for (unsigned int const id : color_textures) {
+    const GLenum target = rectangle ? GL_TEXTURE_RECTANGLE : texture_target(samples);
+    for (const unsigned int id : color_textures) {
         if (id != 0) {
             glBindTexture(target, id);
             store_texture(target, samples, internal_format, format, pixel_type);
@@ -313,9 +303,8 @@ void RenderTargetOpenGL::resize_textures() const {
 }
 
 bool RenderTargetOpenGL::can_resize() const {
-    if (gl == nullptr) {
+    if (gl == nullptr)
         return false;
-    }
     return (depth_render_buffer == 0 ||
             has_entries(gl->glBindRenderbuffer, gl->glRenderbufferStorage,
                         gl->glRenderbufferStorageMultisample)) &&
@@ -323,9 +312,8 @@ bool RenderTargetOpenGL::can_resize() const {
 }
 
 bool RenderTargetOpenGL::resize(int new_width, int new_height) {
-    if (!can_resize()) {
+    if (!can_resize())
         return false;
-    }
     width = new_width;
     height = new_height;
     resize_render_buffers();

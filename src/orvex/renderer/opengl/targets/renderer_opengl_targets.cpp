@@ -18,10 +18,9 @@ RenderTarget* RendererOpenGL::create_render_target() {
 }
 
 bool RendererOpenGL::kill_render_target(RenderTarget* target) {
-    auto const found = std::find(render_targets.begin(), render_targets.end(), target);
-    if (found == render_targets.end()) {
+    const auto found = std::find(render_targets.begin(), render_targets.end(), target);
+    if (found == render_targets.end())
         return false;
-    }
     target->kill();
     delete target;
     render_targets.erase(found);
@@ -42,9 +41,9 @@ bool RendererOpenGL::kill_all_render_targets() {
 }
 
 RenderTarget* RendererOpenGL::get_render_target(int id) {
-    auto const found =
+    const auto found =
         std::find_if(render_targets.begin(), render_targets.end(),
-                     [id](RenderTarget const* target) { return target->get_id() == id; });
+                     [id](const RenderTarget* target) { return target->get_id() == id; });
     return found != render_targets.end() ? *found : nullptr;
 }
 
@@ -60,19 +59,17 @@ void RendererOpenGL::leave_render_targets() {
 
 bool RendererOpenGL::render_target_bind_color_tex(RenderTarget* target, int index,
                                                   unsigned long unit) {
-    if (target == nullptr) {
+    if (target == nullptr)
         return false;
-    }
-    unsigned int const id = target->get_color_tex_id_opengl(index);
+    const unsigned int id = target->get_color_tex_id_opengl(index);
     return target->get_samples() < 1 ? texture_activate_rt(id, unit)
                                      : texture_activate_rt_ms(id, unit);
 }
 
 bool RendererOpenGL::render_target_bind_depth_tex(RenderTarget* target, unsigned long unit) {
-    if (target == nullptr) {
+    if (target == nullptr)
         return false;
-    }
-    unsigned int const id = target->get_depth_tex_id_opengl();
+    const unsigned int id = target->get_depth_tex_id_opengl();
     return target->get_samples() < 1 ? texture_activate_rt(id, unit)
                                      : texture_activate_rt_ms(id, unit);
 }
@@ -80,9 +77,8 @@ bool RendererOpenGL::render_target_bind_depth_tex(RenderTarget* target, unsigned
 // Framebuffers by id
 
 void RendererOpenGL::fbo_bind(unsigned int id) {
-    if (gl.glBindFramebuffer != nullptr) {
+    if (gl.glBindFramebuffer != nullptr)
         gl.glBindFramebuffer(GL_FRAMEBUFFER, id);
-    }
 }
 
 unsigned int RendererOpenGL::fbo_get_current_bound() {
@@ -92,9 +88,8 @@ unsigned int RendererOpenGL::fbo_get_current_bound() {
 }
 
 bool RendererOpenGL::start_blit(unsigned int src, unsigned int dst) {
-    if (!has_entries(gl.glBlitFramebuffer, gl.glBindFramebuffer) || src == dst) {
+    if (!has_entries(gl.glBlitFramebuffer, gl.glBindFramebuffer) || src == dst)
         return false;
-    }
     gl.glBindFramebuffer(GL_READ_FRAMEBUFFER, src);
     gl.glBindFramebuffer(GL_DRAW_FRAMEBUFFER, dst);
     return true;
@@ -102,9 +97,8 @@ bool RendererOpenGL::start_blit(unsigned int src, unsigned int dst) {
 
 bool RendererOpenGL::fbo_copy_color_buffer(unsigned int src, unsigned int dst, int width,
                                            int height, unsigned long) {
-    if (!start_blit(src, dst)) {
+    if (!start_blit(src, dst))
         return false;
-    }
     gl.glBlitFramebuffer(0, 0, width, height, 0, 0, width, height, GL_COLOR_BUFFER_BIT, GL_LINEAR);
     gl.glBindFramebuffer(GL_FRAMEBUFFER, 0);
     return true;
@@ -121,7 +115,7 @@ struct DepthFormat {
     GLint bits = 0; ///< 0: there is no depth buffer
     GLint type = GL_NONE;
 
-    bool differs_from(DepthFormat const& other) const {
+    bool differs_from(const DepthFormat& other) const {
         return bits != 0 && other.bits != 0 && (bits != other.bits || type != other.type);
     }
 };
@@ -130,7 +124,7 @@ struct DepthFormat {
 DepthFormat depth_format_of(PFNGLGETFRAMEBUFFERATTACHMENTPARAMETERIVPROC ask, GLenum target,
                             unsigned int fbo) {
     // The window's own buffers bear other names.
-    GLenum const attachment = fbo == 0 ? GL_DEPTH : GL_DEPTH_ATTACHMENT;
+    const GLenum attachment = fbo == 0 ? GL_DEPTH : GL_DEPTH_ATTACHMENT;
     GLint object = GL_NONE;
     ask(target, attachment, GL_FRAMEBUFFER_ATTACHMENT_OBJECT_TYPE, &object);
     DepthFormat format;
@@ -143,7 +137,7 @@ DepthFormat depth_format_of(PFNGLGETFRAMEBUFFERATTACHMENTPARAMETERIVPROC ask, GL
 
 // The API has this entry wherever it has the blit, so that the address alone is enough.
 bool depth_formats_differ(unsigned int src, unsigned int dst) {
-    auto const ask = reinterpret_cast<PFNGLGETFRAMEBUFFERATTACHMENTPARAMETERIVPROC>(
+    const auto ask = reinterpret_cast<PFNGLGETFRAMEBUFFERATTACHMENTPARAMETERIVPROC>(
         window_platform().get_proc_address("glGetFramebufferAttachmentParameteriv"));
     return ask != nullptr && depth_format_of(ask, GL_READ_FRAMEBUFFER, src)
                                  .differs_from(depth_format_of(ask, GL_DRAW_FRAMEBUFFER, dst));
@@ -154,18 +148,15 @@ bool depth_formats_differ(unsigned int src, unsigned int dst) {
 bool RendererOpenGL::fbo_blit(unsigned int src, int sx0, int sy0, int sx1, int sy1,
                               unsigned int dst, int dx0, int dy0, int dx1, int dy1, bool color,
                               bool depth) {
-    if (!start_blit(src, dst)) {
+    if (!start_blit(src, dst))
         return false;
-    }
-    bool const nearest = depth || (sx1 == dx1 && sy1 == dy1);
+    const bool nearest = depth || (sx1 == dx1 && sy1 == dy1);
     GLbitfield mask = 0;
-    if (color) {
+    if (color)
         mask |= GL_COLOR_BUFFER_BIT;
-    }
     // Depth buffers of two formats can't be copied, and the API then refuses the colours with them.
-    if (depth && !(color && depth_formats_differ(src, dst))) {
+    if (depth && !(color && depth_formats_differ(src, dst)))
         mask |= GL_DEPTH_BUFFER_BIT;
-    }
     gl.glBlitFramebuffer(sx0, sy0, sx1, sy1, dx0, dy0, dx1, dy1, mask,
                          nearest ? GL_NEAREST : GL_LINEAR);
     gl.glBindFramebuffer(GL_FRAMEBUFFER, 0);

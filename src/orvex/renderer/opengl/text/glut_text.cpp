@@ -9,10 +9,10 @@ namespace orvex {
 
 namespace {
 
-using ErrorFunction = void (*)(char const* format, va_list arguments);
+using ErrorFunction = void (*)(const char* format, va_list arguments);
 
 // Returning is the point: GLUT's own error function ends the process.
-void ignore_error(char const*, va_list) {}
+void ignore_error(const char*, va_list) {}
 
 constexpr unsigned int glut_init_state = 0x007C;
 
@@ -25,43 +25,39 @@ struct Library {
     bool was_there;
 };
 
-Library open_library(char const* name) {
-    if (void* const present = dlopen(name, RTLD_LAZY | RTLD_NOLOAD)) {
+Library open_library(const char* name) {
+    if (void* const present = dlopen(name, RTLD_LAZY | RTLD_NOLOAD))
         return {present, true};
-    }
     return {dlopen(name, RTLD_LAZY | RTLD_LOCAL), false};
 }
 
-Library open_first(char const* wanted) {
-    if (wanted != nullptr) {
+Library open_first(const char* wanted) {
+    if (wanted != nullptr)
         return open_library(wanted);
-    }
-    for (char const* name : {"libglut.so.3.12", "libglut.so.3", "libglut.so"}) {
-        Library const found = open_library(name);
-        if (found.handle != nullptr) {
+    for (const char* name : {"libglut.so.3.12", "libglut.so.3", "libglut.so"}) {
+        const Library found = open_library(name);
+        if (found.handle != nullptr)
             return found;
-        }
     }
     return {nullptr, false};
 }
 
 template<typename Function>
-Function find(void* handle, char const* name) {
+Function find(void* handle, const char* name) {
     return reinterpret_cast<Function>(dlsym(handle, name));
 }
 
 } // namespace
 
-GlutText::GlutText(char const* library)
+GlutText::GlutText(const char* library)
     : library(library) {}
 
 void GlutText::load() {
     tried = true;
-    Library const found = open_first(library);
-    if (found.handle == nullptr) {
+    const Library found = open_first(library);
+    if (found.handle == nullptr)
         return;
-    }
-    auto const set_error_function =
+    const auto set_error_function =
         find<void (*)(ErrorFunction)>(found.handle, "glutInitErrorFunc");
     if (!found.was_there && set_error_function != nullptr) {
         set_error_function(ignore_error);
@@ -73,23 +69,19 @@ void GlutText::load() {
     font = dlsym(found.handle, "glutBitmapHelvetica12");
 }
 
-char const* GlutText::prepare() {
-    if (!tried) {
+const char* GlutText::prepare() {
+    if (!tried)
         load();
-    }
-    if (draw_character == nullptr || font == nullptr || get == nullptr) {
+    if (draw_character == nullptr || font == nullptr || get == nullptr)
         return "there is no GLUT library";
-    }
-    if (!ours && get(glut_init_state) != 1) {
+    if (!ours && get(glut_init_state) != 1)
         return "the host has not called glutInit";
-    }
     return nullptr;
 }
 
-void GlutText::draw(char const* text) const {
-    for (; *text != '\0'; ++text) {
+void GlutText::draw(const char* text) const {
+    for (; *text != '\0'; ++text)
         draw_character(font, static_cast<unsigned char>(*text));
-    }
 }
 
 } // namespace orvex

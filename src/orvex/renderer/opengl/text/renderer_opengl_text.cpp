@@ -13,35 +13,34 @@ bool RendererOpenGL::font_bitmap_windows_kill(FontData*) {
 }
 
 bool RendererOpenGL::font_bitmap_windows_render(FontData*, int, int, float, float, float, float,
-                                                char const*, unsigned long) {
+                                                const char*, unsigned long) {
     return false;
 }
 
 bool RendererOpenGL::font_bitmap_windows_render_3d(FontData*, float, float, float, float, float,
-                                                   float, float, char const*, unsigned long) {
+                                                   float, float, const char*, unsigned long) {
     return false;
 }
 
 bool RendererOpenGL::font_bitmap_windows_render_prepare(FontData*, int, int, float, float, float,
-                                                        float, char const*, unsigned long) {
+                                                        float, const char*, unsigned long) {
     return false;
 }
 
 bool RendererOpenGL::font_bitmap_windows_render_draw(FontData*, int, int, float, float, float,
-                                                     float, char const*, unsigned long) {
+                                                     float, const char*, unsigned long) {
     return false;
 }
 
 bool RendererOpenGL::font_bitmap_windows_render_finish(FontData*, int, int, float, float, float,
-                                                       float, char const*, unsigned long) {
+                                                       float, const char*, unsigned long) {
     return false;
 }
 
 bool RendererOpenGL::prepare_raster_text() {
-    char const* const reason = raster_text.prepare();
-    if (reason == nullptr) {
+    const char* const reason = raster_text.prepare();
+    if (reason == nullptr)
         return true;
-    }
     if (!told_of_raster_text) {
         k_log_warning("raster text can't be drawn: %s", reason);
         told_of_raster_text = true;
@@ -63,14 +62,14 @@ void end_text() {
 
 // A viewport of size 0 puts everything at its corner, so that the raster position is that pixel,
 // and it stays valid where a position outside the view would be clipped away.
-void place_raster(FontData const& font, int x, int y) {
+void place_raster(const FontData& font, int x, int y) {
     glPushAttrib(GL_TRANSFORM_BIT | GL_VIEWPORT_BIT);
     glMatrixMode(GL_PROJECTION);
     glLoadIdentity();
     glMatrixMode(GL_MODELVIEW);
     glLoadIdentity();
-    long long const left = static_cast<long long>(font.viewport_x) + x - 1;
-    long long const bottom = static_cast<long long>(font.viewport_y) + font.viewport_height -
+    const long long left = static_cast<long long>(font.viewport_x) + x - 1;
+    const long long bottom = static_cast<long long>(font.viewport_y) + font.viewport_height -
                              static_cast<int>(font.size) - y - 1;
     glViewport(static_cast<GLint>(left), static_cast<GLint>(bottom), 0, 0);
     glRasterPos4f(0.0f, 0.0f, 0.0f, 1.0f);
@@ -80,11 +79,10 @@ void place_raster(FontData const& font, int x, int y) {
 } // namespace
 
 bool RendererOpenGL::font_bitmap_linux_render(FontData* font, int x, int y, float r, float g,
-                                              float b, float a, char const* text,
+                                              float b, float a, const char* text,
                                               unsigned long length) {
-    if (font == nullptr || text == nullptr || length == 0 || !prepare_raster_text()) {
+    if (font == nullptr || text == nullptr || length == 0 || !prepare_raster_text())
         return false;
-    }
     begin_text(r, g, b, a);
     place_raster(*font, x, y);
     raster_text.draw(text);
@@ -93,11 +91,10 @@ bool RendererOpenGL::font_bitmap_linux_render(FontData* font, int x, int y, floa
 }
 
 bool RendererOpenGL::font_bitmap_linux_render_3d(FontData* font, float x, float y, float z, float r,
-                                                 float g, float b, float a, char const* text,
+                                                 float g, float b, float a, const char* text,
                                                  unsigned long length) {
-    if (font == nullptr || text == nullptr || length == 0 || !prepare_raster_text()) {
+    if (font == nullptr || text == nullptr || length == 0 || !prepare_raster_text())
         return false;
-    }
     begin_text(r, g, b, a);
     glRasterPos4f(x, y, z, 1.0f);
     raster_text.draw(text);

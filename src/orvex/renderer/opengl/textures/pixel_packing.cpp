@@ -25,8 +25,8 @@ PixelPacking PixelPacking::current() {
 
 unsigned long PixelPacking::size_of(unsigned long width, unsigned long height,
                                     unsigned long channels) const {
-    unsigned long const pixels = std::max(row_length, width) + skip_pixels;
-    unsigned long const row = (pixels * channels + alignment - 1) / alignment * alignment;
+    const unsigned long pixels = std::max(row_length, width) + skip_pixels;
+    const unsigned long row = (pixels * channels + alignment - 1) / alignment * alignment;
     return saturating_product(row, height + skip_rows);
 }
 

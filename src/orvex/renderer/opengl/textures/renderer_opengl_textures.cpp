@@ -29,13 +29,11 @@ unsigned int RendererOpenGL::_get_gl_texture_target(TextureData* texture) {
 }
 
 bool RendererOpenGL::texture_unload(TextureData* texture) {
-    if (texture == nullptr || texture->opengl_texture_id == 0) {
+    if (texture == nullptr || texture->opengl_texture_id == 0)
         return false;
-    }
     _remove_texture_id(texture->opengl_texture_id);
-    if (!texture->opengl_texture_id_borrowed) {
+    if (!texture->opengl_texture_id_borrowed)
         glDeleteTextures(1, &texture->opengl_texture_id);
-    }
     texture->opengl_texture_id = 0;
     texture->opengl_texture_id_generated = false;
     texture->opengl_texture_id_borrowed = false;
@@ -51,9 +49,8 @@ void RendererOpenGL::activate_texture_unit(unsigned long unit) {
 }
 
 bool RendererOpenGL::bind_texture_id(unsigned int target, unsigned int id, unsigned long unit) {
-    if (unit >= ctx.num_texture_units || id == 0 || gl.glActiveTexture == nullptr) {
+    if (unit >= ctx.num_texture_units || id == 0 || gl.glActiveTexture == nullptr)
         return false;
-    }
     ctx.set_texture_unit(unit, id);
     activate_texture_unit(unit);
     glBindTexture(target, id);
@@ -61,18 +58,15 @@ bool RendererOpenGL::bind_texture_id(unsigned int target, unsigned int id, unsig
 }
 
 bool RendererOpenGL::texture_bind(TextureData* texture, unsigned long unit) {
-    if (texture != nullptr) {
+    if (texture != nullptr)
         return bind_texture_id(_get_gl_texture_target(texture), texture->opengl_texture_id, unit);
-    }
-    if (gl.glActiveTexture == nullptr) {
+    if (gl.glActiveTexture == nullptr)
         return false;
-    }
     ctx.set_texture_unit(unit, 0);
     activate_texture_unit(unit);
-    for (GLenum const target : {GL_TEXTURE_1D, GL_TEXTURE_2D, GL_TEXTURE_2D_MULTISAMPLE,
-                                GL_TEXTURE_3D, GL_TEXTURE_CUBE_MAP, GL_TEXTURE_RECTANGLE}) {
+    for (const GLenum target : {GL_TEXTURE_1D, GL_TEXTURE_2D, GL_TEXTURE_2D_MULTISAMPLE,
+                                GL_TEXTURE_3D, GL_TEXTURE_CUBE_MAP, GL_TEXTURE_RECTANGLE})
         glBindTexture(target, 0);
-    }
     return true;
 }
 
@@ -93,19 +87,17 @@ bool RendererOpenGL::texture_activate_rect_rt(unsigned int id, unsigned long uni
 }
 
 bool RendererOpenGL::reset_texture_unit(unsigned long unit) {
-    if (unit >= ctx.num_texture_units || gl.glActiveTexture == nullptr) {
+    if (unit >= ctx.num_texture_units || gl.glActiveTexture == nullptr)
         return false;
-    }
     ctx.set_texture_unit(unit, 0);
     activate_texture_unit(unit);
-    for (GLenum const target :
+    for (const GLenum target :
          {GL_TEXTURE_1D, GL_TEXTURE_2D, GL_TEXTURE_3D, GL_TEXTURE_CUBE_MAP, GL_TEXTURE_RECTANGLE}) {
         glBindTexture(target, 0);
         glDisable(target);
     }
-    if (gl.glBindImageTexture != nullptr) {
+    if (gl.glBindImageTexture != nullptr)
         gl.glBindImageTexture(static_cast<GLuint>(unit), 0, 0, GL_FALSE, 0, GL_READ_WRITE, GL_R32F);
-    }
     activate_texture_unit(0);
     if (gl.glClientActiveTexture != nullptr) {
         gl.glClientActiveTexture(GL_TEXTURE0 + static_cast<GLenum>(unit));
@@ -115,12 +107,10 @@ bool RendererOpenGL::reset_texture_unit(unsigned long unit) {
 }
 
 bool RendererOpenGL::reset_all_texture_units() {
-    if (gl.glActiveTexture == nullptr) {
+    if (gl.glActiveTexture == nullptr)
         return false;
-    }
-    for (unsigned long unit = 0; unit < ctx.num_texture_units; ++unit) {
+    for (unsigned long unit = 0; unit < ctx.num_texture_units; ++unit)
         reset_texture_unit(unit);
-    }
     activate_texture_unit(0);
     return true;
 }
@@ -130,11 +120,10 @@ bool RendererOpenGL::reset_all_texture_units() {
 namespace {
 
 void set_state(GLenum target, bool enabled) {
-    if (enabled) {
+    if (enabled)
         glEnable(target);
-    } else {
+    else
         glDisable(target);
-    }
 }
 
 } // namespace
@@ -191,17 +180,15 @@ GLenum image_format(PIXEL_FORMAT format) {
 
 bool RendererOpenGL::image_texture_bind(TextureData* texture, unsigned long unit,
                                         DATA_ACCESS_TYPE access) {
-    if (gl.glBindImageTexture == nullptr) {
+    if (gl.glBindImageTexture == nullptr)
         return false;
-    }
-    auto const image_unit = static_cast<GLuint>(unit);
+    const auto image_unit = static_cast<GLuint>(unit);
     if (texture == nullptr) {
         gl.glBindImageTexture(image_unit, 0, 0, GL_FALSE, 0, GL_WRITE_ONLY, GL_R32F);
         return true;
     }
-    if (unit >= ctx.num_texture_units || texture->opengl_texture_id == 0) {
+    if (unit >= ctx.num_texture_units || texture->opengl_texture_id == 0)
         return false;
-    }
     gl.glBindImageTexture(image_unit, texture->opengl_texture_id, 0, GL_FALSE, 0,
                           gl_data_access(access), image_format(texture->get_pixel_format()));
     return true;
@@ -216,21 +203,18 @@ bool RendererOpenGL::image_texture_activate(TextureData* texture, unsigned long 
 
 bool RendererOpenGL::bindless_texture_make_resident(TextureData* texture) {
     if (!has_entries(gl.glMakeTextureHandleResidentARB, gl.glGetTextureHandleARB) ||
-        texture == nullptr || texture->opengl_texture_id == 0) {
+        texture == nullptr || texture->opengl_texture_id == 0)
         return false;
-    }
     texture->bindless_handle = gl.glGetTextureHandleARB(texture->opengl_texture_id);
     gl.glMakeTextureHandleResidentARB(texture->bindless_handle);
     return true;
 }
 
 bool RendererOpenGL::bindless_texture_make_non_resident(TextureData* texture) {
-    if (gl.glMakeTextureHandleNonResidentARB == nullptr || texture == nullptr) {
+    if (gl.glMakeTextureHandleNonResidentARB == nullptr || texture == nullptr)
         return false;
-    }
-    if (texture->bindless_handle != 0) {
+    if (texture->bindless_handle != 0)
         gl.glMakeTextureHandleNonResidentARB(texture->bindless_handle);
-    }
     return true;
 }
 
@@ -255,22 +239,20 @@ unsigned long packed_texture_size(unsigned long channels) {
 bool RendererOpenGL::read_texture_2d(TextureData* texture, unsigned int format,
                                      unsigned long channels) {
     if (texture == nullptr || texture->type != TEXTURE_TYPE_2D ||
-        texture->get_pixmap_u8_ptr() == nullptr) {
+        texture->get_pixmap_u8_ptr() == nullptr)
         return false;
-    }
     glPixelStorei(GL_UNPACK_ALIGNMENT, 1);
     glBindTexture(GL_TEXTURE_2D, texture->opengl_texture_id);
-    unsigned long const size = packed_texture_size(channels);
-    unsigned long const room = ImageAccess::readable_u8_bytes(*texture);
+    const unsigned long size = packed_texture_size(channels);
+    const unsigned long room = ImageAccess::readable_u8_bytes(*texture);
     if (size <= room) {
         glGetTexImage(GL_TEXTURE_2D, 0, format, GL_UNSIGNED_BYTE, texture->get_pixmap_u8_ptr());
         return true;
     }
     // The GPU's texture is larger than the CPU's pixels, which take what fits.
-    std::unique_ptr<unsigned char[]> const scratch = ImageAccess::zeroed_bytes(size);
-    if (scratch == nullptr) {
+    const std::unique_ptr<unsigned char[]> scratch = ImageAccess::zeroed_bytes(size);
+    if (scratch == nullptr)
         return false;
-    }
     glGetTexImage(GL_TEXTURE_2D, 0, format, GL_UNSIGNED_BYTE, scratch.get());
     std::memcpy(texture->get_pixmap_u8_ptr(), scratch.get(), room);
     return true;

@@ -21,10 +21,9 @@ bool RendererOpenGL::can_load_texture(TextureData* texture) const {
 void RendererOpenGL::start_texture_load(TextureData* texture, unsigned int target,
                                         unsigned long unit) {
     // What a failed load left behind goes; an id that somebody else made isn't ours to delete.
-    if (texture->opengl_texture_id_generated && texture->opengl_texture_id != 0) {
+    if (texture->opengl_texture_id_generated && texture->opengl_texture_id != 0)
         glDeleteTextures(1, &texture->opengl_texture_id);
-    }
-    unsigned long const last = ctx.num_texture_units > 0 ? ctx.num_texture_units - 1 : 0;
+    const unsigned long last = ctx.num_texture_units > 0 ? ctx.num_texture_units - 1 : 0;
     activate_texture_unit(std::min(unit, last));
     glGenTextures(1, &texture->opengl_texture_id);
     texture->opengl_texture_id_generated = true;
@@ -44,12 +43,12 @@ void finish_load(TextureData* texture) {
 }
 
 // Only linear counts here: trilinear filtering acts as nearest until it is set once more.
-bool loads_linear(TextureData const* texture) {
+bool loads_linear(const TextureData* texture) {
     return texture->filtering_mode == FILTERING_LINEAR;
 }
 
-void set_plain_filters(TextureData const* texture, GLenum target) {
-    GLint const filter = loads_linear(texture) ? GL_LINEAR : GL_NEAREST;
+void set_plain_filters(const TextureData* texture, GLenum target) {
+    const GLint filter = loads_linear(texture) ? GL_LINEAR : GL_NEAREST;
     set_texture_filters(target, filter, filter);
 }
 
@@ -57,11 +56,10 @@ void set_plain_filters(TextureData const* texture, GLenum target) {
 
 void RendererOpenGL::make_mipmaps(TextureData* texture, unsigned int target) {
     gl.glGenerateMipmap(target);
-    if (loads_linear(texture)) {
+    if (loads_linear(texture))
         set_texture_filters(target, GL_LINEAR, GL_LINEAR_MIPMAP_LINEAR);
-    } else {
+    else
         set_texture_filters(target, GL_NEAREST, GL_NEAREST_MIPMAP_NEAREST);
-    }
 }
 
 void RendererOpenGL::set_up_texture_2d_levels(TextureData* texture) {
@@ -74,22 +72,19 @@ void RendererOpenGL::set_up_texture_2d_levels(TextureData* texture) {
 }
 
 bool RendererOpenGL::texture_1d_load(TextureData* texture, unsigned long unit) {
-    if (texture == nullptr || texture->type != TEXTURE_TYPE_1D) {
+    if (texture == nullptr || texture->type != TEXTURE_TYPE_1D)
         return false;
-    }
-    if (texture->loaded_in_gpu_memory) {
+    if (texture->loaded_in_gpu_memory)
         return true;
-    }
-    unsigned long const width = texture->get_width();
+    const unsigned long width = texture->get_width();
     if (width > ctx.max_texture_size) {
         k_log_error("texture loading failed (texture size must be <= %d)",
                     static_cast<int>(ctx.max_texture_size));
         return false;
     }
-    TexturePixels const pixels = texture_pixels_to_load(*texture, texture->get_pixel_format());
-    if (!can_load_texture(texture) || !pixels.has(width, 1)) {
+    const TexturePixels pixels = texture_pixels_to_load(*texture, texture->get_pixel_format());
+    if (!can_load_texture(texture) || !pixels.has(width, 1))
         return false;
-    }
     start_texture_load(texture, GL_TEXTURE_1D, unit);
     glPixelStorei(GL_UNPACK_ALIGNMENT, unpack_alignment(width));
     glTexImage1D(GL_TEXTURE_1D, 0, pixels.gl.internal_format, static_cast<GLsizei>(width), 0,
@@ -105,23 +100,20 @@ bool RendererOpenGL::texture_1d_load(TextureData* texture, unsigned long unit) {
 }
 
 bool RendererOpenGL::texture_2d_load(TextureData* texture, unsigned long unit) {
-    if (texture == nullptr || texture->type != TEXTURE_TYPE_2D) {
+    if (texture == nullptr || texture->type != TEXTURE_TYPE_2D)
         return false;
-    }
-    if (texture->loaded_in_gpu_memory) {
+    if (texture->loaded_in_gpu_memory)
         return true;
-    }
-    unsigned long const width = texture->get_width();
-    unsigned long const height = texture->get_height();
+    const unsigned long width = texture->get_width();
+    const unsigned long height = texture->get_height();
     if (width > ctx.max_texture_size || height > ctx.max_texture_size) {
-        auto const limit = static_cast<int>(ctx.max_texture_size);
+        const auto limit = static_cast<int>(ctx.max_texture_size);
         k_log_error("texture loading failed (texture size must be <= %dx%d)", limit, limit);
         return false;
     }
-    TexturePixels const pixels = texture_pixels_to_load(*texture, texture->get_pixel_format());
-    if (!can_load_texture(texture) || !pixels.has(width, height)) {
+    const TexturePixels pixels = texture_pixels_to_load(*texture, texture->get_pixel_format());
+    if (!can_load_texture(texture) || !pixels.has(width, height))
         return false;
-    }
     start_texture_load(texture, GL_TEXTURE_2D, unit);
     glPixelStorei(GL_UNPACK_ALIGNMENT, unpack_alignment(width));
     glTexImage2D(GL_TEXTURE_2D, 0, pixels.gl.internal_format, static_cast<GLsizei>(width),
@@ -142,35 +134,28 @@ constexpr int num_faces = 6;
 } // namespace
 
 bool RendererOpenGL::texture_cube_load(TextureData* texture, unsigned long unit) {
-    if (texture == nullptr || texture->type != TEXTURE_TYPE_CUBE) {
+    if (texture == nullptr || texture->type != TEXTURE_TYPE_CUBE)
         return false;
-    }
-    if (texture->loaded_in_gpu_memory) {
+    if (texture->loaded_in_gpu_memory)
         return true;
-    }
-    unsigned long const size = texture->get_cubemap_size();
+    const unsigned long size = texture->get_cubemap_size();
     if (size > ctx.max_texture_size) {
-        auto const limit = static_cast<int>(ctx.max_texture_size);
+        const auto limit = static_cast<int>(ctx.max_texture_size);
         k_log_error("cube texture loading failed (texture size must be <= %dx%d)", limit, limit);
         return false;
     }
-    if (!can_load_texture(texture)) {
+    if (!can_load_texture(texture))
         return false;
-    }
     start_texture_load(texture, GL_TEXTURE_CUBE_MAP, unit);
-    for (int face = 0; face < num_faces; ++face) {
-        if (!texture_cube_load_face(texture, static_cast<CUBEMAP_FACE>(face), unit)) {
+    for (int face = 0; face < num_faces; ++face)
+        if (!texture_cube_load_face(texture, static_cast<CUBEMAP_FACE>(face), unit))
             return false;
-        }
-    }
-    for (GLenum const wrap : {GL_TEXTURE_WRAP_S, GL_TEXTURE_WRAP_T, GL_TEXTURE_WRAP_R}) {
+    for (const GLenum wrap : {GL_TEXTURE_WRAP_S, GL_TEXTURE_WRAP_T, GL_TEXTURE_WRAP_R})
         glTexParameteri(GL_TEXTURE_CUBE_MAP, wrap, GL_CLAMP_TO_EDGE);
-    }
-    if (texture->gen_mipmaps) {
+    if (texture->gen_mipmaps)
         make_mipmaps(texture, GL_TEXTURE_CUBE_MAP);
-    } else {
+    else
         set_plain_filters(texture, GL_TEXTURE_CUBE_MAP);
-    }
     finish_load(texture);
     k_log_debug("cube texture loaded ok (GL id=%d, size=%dx%d)",
                 static_cast<int>(texture->opengl_texture_id), static_cast<int>(size),
@@ -180,15 +165,13 @@ bool RendererOpenGL::texture_cube_load(TextureData* texture, unsigned long unit)
 
 bool RendererOpenGL::texture_cube_load_face(TextureData* texture, CUBEMAP_FACE face,
                                             unsigned long) {
-    if (texture == nullptr || texture->opengl_texture_id == 0) {
+    if (texture == nullptr || texture->opengl_texture_id == 0)
         return false;
-    }
-    unsigned long const size = texture->get_cubemap_size();
-    TexturePixels const pixels =
+    const unsigned long size = texture->get_cubemap_size();
+    const TexturePixels pixels =
         texture_pixels_to_load(texture->cubemap_faces[face].image, texture->get_pixel_format());
-    if (!pixels.has(size, size)) {
+    if (!pixels.has(size, size))
         return false;
-    }
     glPixelStorei(GL_UNPACK_ALIGNMENT, unpack_alignment(size));
     glTexImage2D(gl_cubemap_face(face), 0, pixels.gl.internal_format, static_cast<GLsizei>(size),
                  static_cast<GLsizei>(size), 0, pixels.gl.format, pixels.gl.type, pixels.data);
@@ -206,13 +189,11 @@ unsigned long as_size(int value) {
 } // namespace
 
 bool RendererOpenGL::texture_1d_update(TextureData* texture, int x, int width) {
-    if (texture == nullptr || texture->type != TEXTURE_TYPE_1D) {
+    if (texture == nullptr || texture->type != TEXTURE_TYPE_1D)
         return false;
-    }
-    TexturePixels const pixels = texture_pixels_to_update(*texture, texture->get_pixel_format());
-    if (!pixels.has(as_size(width), 1)) {
+    const TexturePixels pixels = texture_pixels_to_update(*texture, texture->get_pixel_format());
+    if (!pixels.has(as_size(width), 1))
         return false;
-    }
     if (pixels.data != nullptr) {
         glPixelStorei(GL_UNPACK_ALIGNMENT, unpack_alignment(as_size(width)));
         glTexSubImage1D(GL_TEXTURE_1D, 0, x, width, pixels.gl.format, pixels.gl.type, pixels.data);
@@ -222,13 +203,11 @@ bool RendererOpenGL::texture_1d_update(TextureData* texture, int x, int width) {
 }
 
 bool RendererOpenGL::texture_2d_update(TextureData* texture, int y, int x, int width, int height) {
-    if (texture == nullptr || texture->type != TEXTURE_TYPE_2D) {
+    if (texture == nullptr || texture->type != TEXTURE_TYPE_2D)
         return false;
-    }
-    TexturePixels const pixels = texture_pixels_to_update(*texture, texture->get_pixel_format());
-    if (!pixels.has(as_size(width), as_size(height))) {
+    const TexturePixels pixels = texture_pixels_to_update(*texture, texture->get_pixel_format());
+    if (!pixels.has(as_size(width), as_size(height)))
         return false;
-    }
     if (pixels.data != nullptr) {
         glPixelStorei(GL_UNPACK_ALIGNMENT, unpack_alignment(as_size(width)));
         glTexSubImage2D(GL_TEXTURE_2D, 0, x, y, width, height, pixels.gl.format, pixels.gl.type,
@@ -241,10 +220,9 @@ bool RendererOpenGL::texture_2d_update(TextureData* texture, int y, int x, int w
 bool RendererOpenGL::texture_2d_update_pixmap(TextureData* texture, int y, int x, int width,
                                               int height, PIXEL_FORMAT format, void* pixels) {
     if (texture == nullptr || pixels == nullptr || texture->type != TEXTURE_TYPE_2D ||
-        (texture->gen_mipmaps && gl.glGenerateMipmap == nullptr)) {
+        (texture->gen_mipmaps && gl.glGenerateMipmap == nullptr))
         return false;
-    }
-    GlPixelFormat const source = gl_pixel_format_to_update(format);
+    const GlPixelFormat source = gl_pixel_format_to_update(format);
     if (source.known) {
         glPixelStorei(GL_UNPACK_ALIGNMENT, unpack_alignment(as_size(width)));
         glTexSubImage2D(GL_TEXTURE_2D, 0, x, y, width, height, source.format, source.type, pixels);
@@ -256,24 +234,20 @@ bool RendererOpenGL::texture_2d_update_pixmap(TextureData* texture, int y, int x
 }
 
 bool RendererOpenGL::texture_cube_update(TextureData* texture) {
-    for (int face = 0; face < num_faces; ++face) {
-        if (!texture_cube_update_face(texture, static_cast<CUBEMAP_FACE>(face))) {
+    for (int face = 0; face < num_faces; ++face)
+        if (!texture_cube_update_face(texture, static_cast<CUBEMAP_FACE>(face)))
             return false;
-        }
-    }
     return true;
 }
 
 bool RendererOpenGL::texture_cube_update_face(TextureData* texture, CUBEMAP_FACE face) {
-    if (texture == nullptr || texture->type != TEXTURE_TYPE_CUBE) {
+    if (texture == nullptr || texture->type != TEXTURE_TYPE_CUBE)
         return false;
-    }
-    unsigned long const size = texture->get_cubemap_size();
-    TexturePixels const pixels =
+    const unsigned long size = texture->get_cubemap_size();
+    const TexturePixels pixels =
         texture_pixels_to_update(texture->cubemap_faces[face].image, texture->get_pixel_format());
-    if (!pixels.has(size, size)) {
+    if (!pixels.has(size, size))
         return false;
-    }
     if (pixels.data != nullptr) {
         glPixelStorei(GL_UNPACK_ALIGNMENT, unpack_alignment(size));
         glTexSubImage2D(gl_cubemap_face(face), 0, 0, 0, static_cast<GLsizei>(size),
@@ -287,17 +261,16 @@ bool RendererOpenGL::texture_cube_update_face(TextureData* texture, CUBEMAP_FACE
 
 void RendererOpenGL::set_texture_addressing_mode(TextureData* texture,
                                                  SAMPLER_ADDRESSING_MODE mode) {
-    GLenum const target = _get_gl_texture_target(texture);
-    auto const wrap = static_cast<GLint>(gl_addressing_mode(mode));
+    const GLenum target = _get_gl_texture_target(texture);
+    const auto wrap = static_cast<GLint>(gl_addressing_mode(mode));
     glTexParameteri(target, GL_TEXTURE_WRAP_S, wrap);
     glTexParameteri(target, GL_TEXTURE_WRAP_T, wrap);
 }
 
 void RendererOpenGL::set_texture_filtering_mode(TextureData* texture, SAMPLER_FILTERING_MODE mode) {
-    if (texture == nullptr) {
+    if (texture == nullptr)
         return;
-    }
-    GLenum const target = _get_gl_texture_target(texture);
+    const GLenum target = _get_gl_texture_target(texture);
     switch (mode) {
     case FILTERING_NEAREST:
         return set_texture_filters(target, GL_NEAREST, GL_NEAREST);
@@ -310,7 +283,7 @@ void RendererOpenGL::set_texture_filtering_mode(TextureData* texture, SAMPLER_FI
 }
 
 void RendererOpenGL::set_texture_anisotropy(TextureData* texture, float value) {
-    float const sent = std::max(1.0f, std::min(value, get_max_texture_anisotropy()));
+    const float sent = std::max(1.0f, std::min(value, get_max_texture_anisotropy()));
     glTexParameterf(_get_gl_texture_target(texture), GL_TEXTURE_MAX_ANISOTROPY_EXT, sent);
 }
 

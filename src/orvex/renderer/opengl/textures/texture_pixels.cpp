@@ -9,8 +9,8 @@ namespace orvex {
 
 namespace {
 
-unsigned long pixel_size(GlPixelFormat const& gl) {
-    unsigned long const channel_size = gl.type == GL_UNSIGNED_BYTE ? 1 : sizeof(GLfloat);
+unsigned long pixel_size(const GlPixelFormat& gl) {
+    const unsigned long channel_size = gl.type == GL_UNSIGNED_BYTE ? 1 : sizeof(GLfloat);
     switch (gl.format) {
     case GL_RED:
         return channel_size;
@@ -22,13 +22,11 @@ unsigned long pixel_size(GlPixelFormat const& gl) {
     }
 }
 
-TexturePixels source_of(Image const& image, GlPixelFormat const& gl) {
-    if (!gl.known) {
+TexturePixels source_of(const Image& image, const GlPixelFormat& gl) {
+    if (!gl.known)
         return {gl, nullptr, 0};
-    }
-    if (gl.type == GL_UNSIGNED_BYTE) {
+    if (gl.type == GL_UNSIGNED_BYTE)
         return {gl, image.get_u8_ptr(), ImageAccess::readable_u8_bytes(image)};
-    }
     return {gl, image.get_f32_ptr(), ImageAccess::f32_capacity(image)};
 }
 
@@ -38,23 +36,22 @@ bool TexturePixels::has(unsigned long width, unsigned long height) const {
     return data == nullptr || saturating_product(width, height, pixel_size(gl)) <= bytes;
 }
 
-TexturePixels texture_pixels_to_load(Image const& image, PIXEL_FORMAT format) {
+TexturePixels texture_pixels_to_load(const Image& image, PIXEL_FORMAT format) {
     return source_of(image, gl_pixel_format(format));
 }
 
-TexturePixels texture_pixels_to_update(Image const& image, PIXEL_FORMAT format) {
+TexturePixels texture_pixels_to_update(const Image& image, PIXEL_FORMAT format) {
     return source_of(image, gl_pixel_format_to_update(format));
 }
 
 GlPixelFormat gl_pixel_format_to_update(PIXEL_FORMAT format) {
-    bool const half_float = format == PF_RGB_F16 || format == PF_RGBA_F16 || format == PF_R_F16;
+    const bool half_float = format == PF_RGB_F16 || format == PF_RGBA_F16 || format == PF_R_F16;
     return gl_pixel_format(half_float ? PF_NONE : format);
 }
 
 int unpack_alignment(unsigned long width) {
-    if (width % 4 == 0) {
+    if (width % 4 == 0)
         return 4;
-    }
     return width % 2 == 0 ? 2 : 1;
 }
 

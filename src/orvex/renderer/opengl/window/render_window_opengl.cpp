@@ -25,7 +25,7 @@ RenderWindowOpenGL::~RenderWindowOpenGL() {
 }
 
 bool RenderWindowOpenGL::initialize(void* window, void* view, int width, int height,
-                                    char const* msaa, RenderWindow* parent,
+                                    const char* msaa, RenderWindow* parent,
                                     RenderWindow_ExtraData* extra) {
     data->thread.update();
     update_size(width, height);
@@ -88,8 +88,8 @@ void RenderWindowOpenGL::update_size(int width, int height) {
 
 namespace {
 
-char const* version_text() {
-    return reinterpret_cast<char const*>(glGetString(GL_VERSION));
+const char* version_text() {
+    return reinterpret_cast<const char*>(glGetString(GL_VERSION));
 }
 
 } // namespace
@@ -100,7 +100,7 @@ bool RenderWindowOpenGL::get_opengl_version(int* major, int* minor) {
         glGetIntegerv(GL_MAJOR_VERSION, &version[0]);
         glGetIntegerv(GL_MINOR_VERSION, &version[1]);
         if (version[0] < 3) {
-            char const* text = version_text();
+            const char* text = version_text();
             if (!text || std::strlen(text) < 3)
                 return false;
             version[0] = text[0] - '0';
@@ -123,7 +123,7 @@ bool RenderWindowOpenGL::is_opengl_version_supported(int major, int minor) {
     if (get_opengl_version(&found_major, &found_minor) &&
         std::pair(found_major, found_minor) >= wanted)
         return true;
-    char const* text = version_text();
+    const char* text = version_text();
     return text && std::sscanf(text, "%d.%d", &found_major, &found_minor) == 2 &&
            std::pair(found_major, found_minor) >= wanted;
 }

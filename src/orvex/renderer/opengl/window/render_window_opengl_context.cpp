@@ -13,22 +13,22 @@ namespace orvex {
 
 namespace {
 
-int samples_of(char const* msaa) {
+int samples_of(const char* msaa) {
     struct Row {
-        char const* name;
+        const char* name;
         int samples;
     };
     static constexpr Row rows[] = {{"Off", 0}, {"2X MSAA", 2}, {"4X MSAA", 4}, {"8X MSAA", 8}};
     if (!msaa)
         return 0;
-    for (Row const& row : rows)
+    for (const Row& row : rows)
         if (std::strcmp(row.name, msaa) == 0)
             return row.samples;
     return 0;
 }
 
 /// The part of a request that both ways of creating a context share.
-ContextRequest to_request(void* view, int width, int height, char const* msaa,
+ContextRequest to_request(void* view, int width, int height, const char* msaa,
                           RenderWindow_ExtraData& extra) {
     extra.core_profile = extra.gl_major >= 3;
     ContextRequest request;
@@ -61,7 +61,7 @@ bool RenderWindowOpenGL::create_context(ContextRequest& request, RenderWindow* p
     return true;
 }
 
-bool RenderWindowOpenGL::osx_create_cgl_context(void* view, int width, int height, char const* msaa,
+bool RenderWindowOpenGL::osx_create_cgl_context(void* view, int width, int height, const char* msaa,
                                                 RenderWindow* parent,
                                                 RenderWindow_ExtraData* extra) {
     RenderWindow_ExtraData defaults;
@@ -70,7 +70,7 @@ bool RenderWindowOpenGL::osx_create_cgl_context(void* view, int width, int heigh
 }
 
 bool RenderWindowOpenGL::osx_create_cocoa_nsgl_context(void* view, int width, int height,
-                                                       char const* msaa, RenderWindow* parent,
+                                                       const char* msaa, RenderWindow* parent,
                                                        RenderWindow_ExtraData* extra) {
     RenderWindow_ExtraData defaults;
     RenderWindow_ExtraData& wanted = extra ? *extra : defaults;

@@ -21,8 +21,8 @@ using Extensions = std::vector<std::unique_ptr<OpenGLExtension>>;
 int append_indexed(PFNGLGETSTRINGIPROC get_string, int count, Extensions& extensions) {
     int foreign = 0;
     for (int i = 0; i < count; ++i) {
-        auto const* name =
-            reinterpret_cast<char const*>(get_string(GL_EXTENSIONS, static_cast<GLuint>(i)));
+        const auto* name =
+            reinterpret_cast<const char*>(get_string(GL_EXTENSIONS, static_cast<GLuint>(i)));
         if (!name)
             continue;
         if (std::strncmp(name, "WGL", 3) == 0)
@@ -57,7 +57,7 @@ bool RenderWindowOpenGL::build_opengl_extensions_list() {
     if (count != 0 && !data2->extensions.empty())
         return false;
 
-    auto const* text = reinterpret_cast<char const*>(glGetString(GL_EXTENSIONS));
+    const auto* text = reinterpret_cast<const char*>(glGetString(GL_EXTENSIONS));
     if (!text)
         return false;
     append_names(text, data2->extensions);
@@ -70,12 +70,12 @@ bool RenderWindowOpenGL::destroy_opengl_extensions_list() {
     return true;
 }
 
-bool RenderWindowOpenGL::check_opengl_extension(char const* name) {
+bool RenderWindowOpenGL::check_opengl_extension(const char* name) {
     if (!name)
         return false;
     const OpenGLExtension wanted(name);
     return std::any_of(data2->extensions.begin(), data2->extensions.end(),
-                       [&](auto const& extension) { return *extension == wanted; });
+                       [&](const auto& extension) { return *extension == wanted; });
 }
 
 unsigned long RenderWindowOpenGL::get_num_opengl_extensions() {
@@ -94,7 +94,7 @@ int RenderWindowOpenGL::get_num_GLX_extensions() {
     return data2->num_glx_extensions;
 }
 
-char const* RenderWindowOpenGL::get_opengl_extension(unsigned long index) {
+const char* RenderWindowOpenGL::get_opengl_extension(unsigned long index) {
     return index < data2->extensions.size() ? data2->extensions[index]->get_name() : nullptr;
 }
 

@@ -356,9 +356,8 @@ TEST(JpegTables, ZigZagNumbersEachPlaceOnceAlongTheDiagonals) {
         for (int i = 0; i <= diagonal; ++i) {
             const int row = diagonal % 2 ? i : diagonal - i;
             const int col = diagonal - row;
-            if (row < 8 && col < 8) {
+            if (row < 8 && col < 8)
                 EXPECT_EQ(jpeg::s_jo_ZigZag[row * 8 + col], place++);
-            }
         }
     EXPECT_EQ(place, 64);
 }

@@ -474,10 +474,9 @@ TEST_F(Loader3D_Lib3dsTest, gives_large_meshes_the_normals_of_their_numbers) {
     constexpr unsigned count = 65535;
     const auto is_turned = [](unsigned face) { return (face * 2654435761u >> 16 & 1) != 0; };
     std::vector<Index3> same(count, {0, 1, 2});
-    for (unsigned i = 0; i < count; ++i) {
+    for (unsigned i = 0; i < count; ++i)
         if (is_turned(i))
             same[i] = {0, 2, 1};
-    }
     std::vector<Float3> corners(count, {0, 0, 0});
     corners[1] = {1, 0, 0};
     corners[2] = {0, 1, 0};

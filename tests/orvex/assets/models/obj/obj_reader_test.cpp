@@ -42,10 +42,9 @@ constexpr const char* THREE_VERTICES = "v 1 2 3\nv 4 5 6\nv 7 8 9\n";
 std::vector<int> vertex_indices(const OBJ_Model& model, const OBJ_Group& group) {
     std::vector<int> indices;
     for (const OBJ_TriangleRun& run : group.triangles) {
-        for (std::size_t i = run.first; i < run.first + run.count; ++i) {
+        for (std::size_t i = run.first; i < run.first + run.count; ++i)
             for (const OBJ_Corner& corner : model.triangles[i])
                 indices.push_back(corner.vertex);
-        }
     }
     return indices;
 }
@@ -177,10 +176,9 @@ TEST_F(ObjReaderTest, TheHostsLocaleDoesNotMoveTheDecimalPoint) {
     // Not every machine has a locale with a comma; where none is, the C locale proves nothing
     // wrong.
     const std::string former = std::setlocale(LC_NUMERIC, nullptr);
-    for (const char* name : {"de_DE.UTF-8", "de_DE", "fr_FR.UTF-8"}) {
+    for (const char* name : {"de_DE.UTF-8", "de_DE", "fr_FR.UTF-8"})
         if (std::setlocale(LC_NUMERIC, name) != nullptr)
             break;
-    }
     const auto model = read("v 0.5 1.25e-3 0.123456789012345678901234567890\nf 1 1 1\n");
     std::setlocale(LC_NUMERIC, former.c_str());
     EXPECT_EQ(model->vertices[1], (OBJ_Float3{0.5f, 1.25e-3f, 0.123456789012345678901234567890f}));

@@ -50,10 +50,9 @@ struct PlainModel {
 
 template<class Record>
 std::ptrdiff_t index_of(const std::vector<Record>& records, const std::string& name) {
-    for (std::size_t i = 0; i < records.size(); ++i) {
+    for (std::size_t i = 0; i < records.size(); ++i)
         if (records[i].name == name)
             return static_cast<std::ptrdiff_t>(i);
-    }
     return -1;
 }
 
@@ -178,10 +177,9 @@ void read_library(PlainModel& model, const std::string& path) {
             continue;
         const auto name_behind = [&line](const char* keyword) {
             std::string name;
-            for (const char* c = keyword; c < keyword + 7; ++c) {
+            for (const char* c = keyword; c < keyword + 7; ++c)
                 if (*c == '\0')
                     return name;
-            }
             name = keyword + 7;
             return name.substr(0, name.find_first_of("\n\r"));
         };
@@ -468,10 +466,9 @@ std::string describe_obj_by_engine(const std::string& text, const std::string& m
     description.entries("vn", with_zero_entry(model->normals), 3);
     for (const auto& material : model->materials) {
         description.material(material->name.c_str(), material->face_count);
-        for (const auto* color : {&material->ambient, &material->diffuse, &material->specular}) {
+        for (const auto* color : {&material->ambient, &material->diffuse, &material->specular})
             for (const float component : *color)
                 description.number(component);
-        }
         description.number(material->specular_exp);
         description.number(material->opacity);
         for (const auto& texture : material->texture_filenames)

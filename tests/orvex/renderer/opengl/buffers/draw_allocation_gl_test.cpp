@@ -75,9 +75,8 @@ protected:
         ASSERT_TRUE(program.bind(&renderer));
         EXPECT_EQ(allocations_of_a_frame(shape), 0u);
         EXPECT_TRUE(program.unbind(&renderer));
-        if (!orvex_test::is_core_context()) {
+        if (!orvex_test::is_core_context())
             EXPECT_EQ(allocations_of_a_frame(shape), 0u);
-        }
         shape.kill(&renderer, nullptr);
     }
 

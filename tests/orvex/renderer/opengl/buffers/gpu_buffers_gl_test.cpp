@@ -14,10 +14,10 @@ std::string id(unsigned int number) {
 
 struct Usage {
     int value;
-    char const* name;
+    const char* name;
 };
 
-Usage const USAGES[] = {{0, "GL_STATIC_DRAW"},  {1, "GL_STATIC_DRAW"},  {2, "GL_STATIC_READ"},
+const Usage USAGES[] = {{0, "GL_STATIC_DRAW"},  {1, "GL_STATIC_DRAW"},  {2, "GL_STATIC_READ"},
                         {3, "GL_DYNAMIC_DRAW"}, {4, "GL_DYNAMIC_READ"}, {5, "GL_STREAM_DRAW"},
                         {6, "GL_STREAM_READ"},  {7, "GL_STATIC_DRAW"}};
 
@@ -25,8 +25,8 @@ class ShaderStorageBuffer : public GpuProgramGlTest {};
 ORVEX_BOTH_PROFILES(ShaderStorageBuffer);
 
 TEST_P(ShaderStorageBuffer, is_made_with_a_usage_and_unbound) {
-    for (Usage const& usage : USAGES) {
-        unsigned int const buffer =
+    for (const Usage& usage : USAGES) {
+        const unsigned int buffer =
             renderer->shader_storage_buffer_create(64, BUFFER_OBJECT_USAGE(usage.value), nullptr);
         EXPECT_NE(buffer, 0u);
         EXPECT_EQ(recorder->take(),
@@ -42,7 +42,7 @@ TEST_P(ShaderStorageBuffer, is_made_with_a_usage_and_unbound) {
 
 TEST_P(ShaderStorageBuffer, takes_the_forced_usage_first) {
     renderer->force_shader_storage_buffer_object_usage(BUFFER_USAGE_STREAM_READ);
-    unsigned int const buffer =
+    const unsigned int buffer =
         renderer->shader_storage_buffer_create(64, BUFFER_USAGE_DYNAMIC_DRAW, nullptr);
     EXPECT_NE(recorder->take()[2].find("GL_STREAM_READ"), std::string::npos);
     renderer->shader_storage_buffer_kill(buffer);
@@ -50,7 +50,7 @@ TEST_P(ShaderStorageBuffer, takes_the_forced_usage_first) {
 
 TEST_P(ShaderStorageBuffer, is_mapped_bound_and_unmapped) {
     int values[4] = {1, 2, 3, 4};
-    unsigned int const buffer =
+    const unsigned int buffer =
         renderer->shader_storage_buffer_create(sizeof values, BUFFER_USAGE_DYNAMIC_DRAW, values);
     recorder->clear();
     auto* mapped = static_cast<int*>(renderer->shader_storage_buffer_map(buffer));
@@ -79,7 +79,7 @@ TEST_P(ShaderStorageBuffer, is_mapped_bound_and_unmapped) {
 }
 
 TEST_P(ShaderStorageBuffer, is_unmapped_whatever_was_bound_since) {
-    unsigned int const buffer =
+    const unsigned int buffer =
         renderer->shader_storage_buffer_create(64, BUFFER_USAGE_DYNAMIC_DRAW, nullptr);
     ASSERT_NE(renderer->shader_storage_buffer_map(buffer), nullptr);
     EXPECT_TRUE(renderer->shader_storage_buffer_bind(0));
@@ -90,7 +90,7 @@ TEST_P(ShaderStorageBuffer, is_unmapped_whatever_was_bound_since) {
 }
 
 TEST_P(ShaderStorageBuffer, is_bound_and_unbound_by_id) {
-    unsigned int const buffer =
+    const unsigned int buffer =
         renderer->shader_storage_buffer_create(64, BUFFER_USAGE_DYNAMIC_DRAW, nullptr);
     recorder->clear();
     EXPECT_TRUE(renderer->shader_storage_buffer_bind(buffer));
@@ -118,7 +118,7 @@ ORVEX_BOTH_PROFILES(AtomicCounterBuffer);
 
 TEST_P(AtomicCounterBuffer, is_made_at_a_binding_point) {
     unsigned int values[2] = {5, 6};
-    unsigned int const buffer =
+    const unsigned int buffer =
         renderer->atomic_counter_create_buffer(2, BUFFER_USAGE_DYNAMIC_READ, 1, values);
     EXPECT_EQ(recorder->take(),
               GlCalls({"glGenBuffers(1, [" + id(buffer) + "])",
@@ -131,9 +131,9 @@ TEST_P(AtomicCounterBuffer, is_made_at_a_binding_point) {
 }
 
 TEST_P(AtomicCounterBuffer, is_forced_to_a_usage_only_along_with_storage_buffers) {
-    auto const made_with = [&](char const* usage) {
+    const auto made_with = [&](const char* usage) {
         recorder->clear();
-        unsigned int const buffer =
+        const unsigned int buffer =
             renderer->atomic_counter_create_buffer(1, BUFFER_USAGE_STREAM_DRAW, 0, nullptr);
         EXPECT_EQ(recorder->take()[2],
                   "glBufferData(GL_ATOMIC_COUNTER_BUFFER, 4, 0, " + std::string(usage) + ")");
@@ -150,7 +150,7 @@ TEST_P(AtomicCounterBuffer, is_forced_to_a_usage_only_along_with_storage_buffers
 }
 
 TEST_P(AtomicCounterBuffer, sets_and_gets_values_of_the_one_that_is_bound) {
-    unsigned int const buffer =
+    const unsigned int buffer =
         renderer->atomic_counter_create_buffer(3, BUFFER_USAGE_DYNAMIC_DRAW, 0, nullptr);
     EXPECT_TRUE(renderer->atomic_counter_buffer_bind(buffer));
     recorder->clear();
@@ -168,7 +168,7 @@ TEST_P(AtomicCounterBuffer, sets_and_gets_values_of_the_one_that_is_bound) {
 }
 
 TEST_P(AtomicCounterBuffer, is_mapped_where_it_is_bound) {
-    unsigned int const buffer =
+    const unsigned int buffer =
         renderer->atomic_counter_create_buffer(4, BUFFER_USAGE_DYNAMIC_DRAW, 0, nullptr);
     EXPECT_TRUE(renderer->atomic_counter_buffer_bind(buffer));
     recorder->clear();
@@ -188,7 +188,7 @@ TEST_P(AtomicCounterBuffer, is_mapped_where_it_is_bound) {
 }
 
 TEST_P(AtomicCounterBuffer, is_bound_to_another_binding_point) {
-    unsigned int const buffer =
+    const unsigned int buffer =
         renderer->atomic_counter_create_buffer(1, BUFFER_USAGE_DYNAMIC_DRAW, 0, nullptr);
     recorder->clear();
     EXPECT_TRUE(renderer->atomic_counter_buffer_bind_base(buffer, 0));
@@ -213,7 +213,7 @@ TEST_P(AtomicCounterBuffer, counts_in_a_shader) {
                      "layout(binding = 0, offset = 0) uniform atomic_uint counter;\n"
                      "void main() { atomicCounterIncrement(counter); }\n"));
     unsigned int start = 100;
-    unsigned int const buffer =
+    const unsigned int buffer =
         renderer->atomic_counter_create_buffer(1, BUFFER_USAGE_DYNAMIC_READ, 0, &start);
     ASSERT_TRUE(renderer->gpu_program_activate(&data));
     EXPECT_TRUE(renderer->gpu_program_run_compute(&data, 4, 1, 1));
@@ -229,7 +229,7 @@ ORVEX_BOTH_PROFILES(MemoryBarrier);
 TEST_P(MemoryBarrier, translates_each_bit) {
     struct {
         unsigned int bits;
-        char const* call;
+        const char* call;
     } const rows[] = {
         {1, "glMemoryBarrier(0x1)"},        {2, "glMemoryBarrier(0x2)"},
         {4, "glMemoryBarrier(0x4)"},        {8, "glMemoryBarrier(0x8)"},
@@ -241,7 +241,7 @@ TEST_P(MemoryBarrier, translates_each_bit) {
         {8192 | 1, "glMemoryBarrier(0x1)"}, {1 | 16 | 4096, "glMemoryBarrier(0x2021)"},
         {0, "glMemoryBarrier(0x0)"},
     };
-    for (auto const& row : rows) {
+    for (const auto& row : rows) {
         renderer->memory_barrier(row.bits);
         EXPECT_EQ(recorder->take(), GlCalls({row.call})) << row.bits;
     }
@@ -322,8 +322,8 @@ ORVEX_BOTH_PROFILES(UniformBuffer);
 TEST_P(UniformBuffer, is_made_for_a_block_of_the_program) {
     block.binding = 2;
     EXPECT_TRUE(renderer->uniform_buffer_initialize(&block, data.gl_program));
-    std::string const buffer = id(block.buffer);
-    std::string const index = id(block.block_index);
+    const std::string buffer = id(block.buffer);
+    const std::string index = id(block.block_index);
     EXPECT_EQ(recorder->take(),
               GlCalls({"glGetUniformBlockIndex(" + program_id() + ", \"Block\")",
                        "glGetActiveUniformBlockiv(" + program_id() + ", " + index +
@@ -354,7 +354,7 @@ TEST_P(UniformBuffer, is_not_made_for_a_block_that_the_program_lacks) {
 
 TEST_P(UniformBuffer, made_twice_gives_back_the_first) {
     make();
-    unsigned int const first = block.buffer;
+    const unsigned int first = block.buffer;
     renderer->uniform_buffer_bind(&block);
     recorder->clear();
     EXPECT_TRUE(renderer->uniform_buffer_initialize(&block, data.gl_program));
@@ -436,7 +436,7 @@ TEST_P(UniformBuffer, is_mapped_in_part_where_it_is_bound) {
 TEST_P(UniformBuffer, ends_unbound_and_unmapped_and_can_be_made_again) {
     make();
     ASSERT_NE(renderer->uniform_buffer_map(&block), nullptr);
-    unsigned int const buffer = block.buffer;
+    const unsigned int buffer = block.buffer;
     recorder->clear();
     EXPECT_TRUE(renderer->uniform_buffer_kill(&block));
     EXPECT_EQ(recorder->take(), GlCalls({"glDeleteBuffers(1, [" + id(buffer) + "])"}));
@@ -480,13 +480,13 @@ TEST_P(UniformBuffer, serves_a_program_from_the_front_end) {
     EXPECT_TRUE(program->ub_set_value_ui64(nullptr, 1, 0x300000004ull));
     EXPECT_FALSE(program->ub_set_value_ui64(nullptr, 2, 5));
     EXPECT_TRUE(program->ub_unmap(renderer.get()));
-    unsigned int const out =
+    const unsigned int out =
         renderer->shader_storage_buffer_create(16, BUFFER_USAGE_DYNAMIC_READ, nullptr);
     EXPECT_TRUE(renderer->shader_storage_buffer_bind_base(out, 0));
     EXPECT_TRUE(program->run_compute(renderer.get(), 1, 1, 1));
     renderer->memory_barrier(MEMORY_BARRIER_ALL);
-    auto const* const values =
-        static_cast<unsigned long long const*>(renderer->shader_storage_buffer_map(out));
+    const auto* const values =
+        static_cast<const unsigned long long*>(renderer->shader_storage_buffer_map(out));
     ASSERT_NE(values, nullptr);
     EXPECT_EQ(values[0], 0x100000002ull);
     EXPECT_EQ(values[1], 0x300000004ull);

@@ -20,7 +20,7 @@ using namespace orvex_test;
 
 namespace {
 
-constexpr char const* program_text = R"([Vertex_Shader]
+constexpr const char* program_text = R"([Vertex_Shader]
 #version 150
 in vec4 orvex_Position;
 in vec4 orvex_Color;
@@ -37,7 +37,7 @@ out vec4 pixel;
 void main() { pixel = v_color; }
 )";
 
-constexpr char const* mover_text = R"([Compute_Shader]
+constexpr const char* mover_text = R"([Compute_Shader]
 #version 430
 layout(local_size_x = 1) in;
 struct Vertex { vec4 position, color, normal, uv0, uv1, tangent; };

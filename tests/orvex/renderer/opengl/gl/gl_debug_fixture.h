@@ -20,15 +20,15 @@ namespace orvex_test {
 /// Sets `ORVEX_GL_DEBUG` for as long as it lives; null removes it.
 class DebugEnvironment {
 public:
-    explicit DebugEnvironment(char const* value) {
+    explicit DebugEnvironment(const char* value) {
         if (value)
             setenv("ORVEX_GL_DEBUG", value, 1);
         else
             unsetenv("ORVEX_GL_DEBUG");
     }
     ~DebugEnvironment() { unsetenv("ORVEX_GL_DEBUG"); }
-    DebugEnvironment(DebugEnvironment const&) = delete;
-    DebugEnvironment& operator=(DebugEnvironment const&) = delete;
+    DebugEnvironment(const DebugEnvironment&) = delete;
+    DebugEnvironment& operator=(const DebugEnvironment&) = delete;
 };
 
 /// Makes an off-screen window whose context is current.
@@ -42,7 +42,7 @@ inline bool make_window(orvex::RendererOpenGL& renderer, bool core) {
 
 /// An entry point of the driver's, past the recorder.
 template<class Function>
-Function gl_entry(char const* name) {
+Function gl_entry(const char* name) {
     return reinterpret_cast<Function>(orvex::native_window_platform().get_proc_address(name));
 }
 

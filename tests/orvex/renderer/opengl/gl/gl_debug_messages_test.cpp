@@ -15,7 +15,7 @@ namespace {
 
 TEST(GlDebug, is_wanted_by_any_value_but_nothing_and_0) {
     struct Row {
-        char const* value;
+        const char* value;
         bool wanted;
     };
     const Row rows[] = {{nullptr, false}, {"", false}, {"0", false}, {"1", true}, {"yes", true}};
@@ -80,7 +80,7 @@ TEST(GlDebug, reads_no_further_than_a_message_goes_and_nothing_of_null) {
 
 int lines_heard = 0;
 
-void draw_wrongly_while_logging(char const*, void*) {
+void draw_wrongly_while_logging(const char*, void*) {
     ++lines_heard;
     log_gl_message(GL_DEBUG_SOURCE_API, GL_DEBUG_TYPE_ERROR, 2, GL_DEBUG_SEVERITY_HIGH, -1, "again",
                    nullptr);

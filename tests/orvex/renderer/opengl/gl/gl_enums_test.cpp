@@ -10,13 +10,11 @@ namespace {
 
 // Each value of the engine from 0 on, then what all other values give.
 template<typename Enum>
-void expect_mapping(GLenum (*map)(Enum), std::vector<GLenum> const& values, GLenum other) {
-    for (std::size_t i = 0; i < values.size(); ++i) {
+void expect_mapping(GLenum (*map)(Enum), const std::vector<GLenum>& values, GLenum other) {
+    for (std::size_t i = 0; i < values.size(); ++i)
         EXPECT_EQ(map(static_cast<Enum>(i)), values[i]) << i;
-    }
-    for (int const outside : {-1, static_cast<int>(values.size()), 300, -2000000000}) {
+    for (const int outside : {-1, static_cast<int>(values.size()), 300, -2000000000})
         EXPECT_EQ(map(static_cast<Enum>(outside)), other) << outside;
-    }
 }
 
 TEST(GlEnums, map_blend_factors) {
@@ -67,16 +65,15 @@ TEST(GlEnums, map_image_access) {
 }
 
 TEST(GlEnums, map_cube_faces) {
-    GLenum const faces[] = {GL_TEXTURE_CUBE_MAP_POSITIVE_X, GL_TEXTURE_CUBE_MAP_NEGATIVE_X,
+    const GLenum faces[] = {GL_TEXTURE_CUBE_MAP_POSITIVE_X, GL_TEXTURE_CUBE_MAP_NEGATIVE_X,
                             GL_TEXTURE_CUBE_MAP_POSITIVE_Y, GL_TEXTURE_CUBE_MAP_NEGATIVE_Y,
                             GL_TEXTURE_CUBE_MAP_POSITIVE_Z, GL_TEXTURE_CUBE_MAP_NEGATIVE_Z};
-    for (int i = 0; i < 6; ++i) {
+    for (int i = 0; i < 6; ++i)
         EXPECT_EQ(gl_cubemap_face(static_cast<CUBEMAP_FACE>(i)), faces[i]);
-    }
 }
 
 TEST(GlEnums, map_each_memory_barrier_alone) {
-    GLbitfield const bits[] = {GL_VERTEX_ATTRIB_ARRAY_BARRIER_BIT,
+    const GLbitfield bits[] = {GL_VERTEX_ATTRIB_ARRAY_BARRIER_BIT,
                                GL_ELEMENT_ARRAY_BARRIER_BIT,
                                GL_UNIFORM_BARRIER_BIT,
                                GL_TEXTURE_FETCH_BARRIER_BIT,
@@ -89,9 +86,8 @@ TEST(GlEnums, map_each_memory_barrier_alone) {
                                GL_TRANSFORM_FEEDBACK_BARRIER_BIT,
                                GL_ATOMIC_COUNTER_BARRIER_BIT,
                                GL_SHADER_STORAGE_BARRIER_BIT};
-    for (unsigned int i = 0; i < 13; ++i) {
+    for (unsigned int i = 0; i < 13; ++i)
         EXPECT_EQ(gl_memory_barriers(1U << i), bits[i]) << i;
-    }
 }
 
 TEST(GlEnums, translate_mixed_memory_barriers_bit_by_bit) {
@@ -115,7 +111,7 @@ TEST(GlEnums, map_pixel_formats) {
         GLenum type;
         bool known;
     };
-    Row const rows[] = {
+    const Row rows[] = {
         {1, GL_RGBA8, GL_RGB, GL_UNSIGNED_BYTE, true},
         {2, GL_RGBA8, GL_BGR, GL_UNSIGNED_BYTE, true},
         {3, GL_RGBA8, GL_RGBA, GL_UNSIGNED_BYTE, true},
@@ -131,8 +127,8 @@ TEST(GlEnums, map_pixel_formats) {
         {-1, GL_RGBA8, GL_RGBA, GL_UNSIGNED_BYTE, false},
         {300, GL_RGBA8, GL_RGBA, GL_UNSIGNED_BYTE, false},
     };
-    for (Row const& row : rows) {
-        GlPixelFormat const found = gl_pixel_format(static_cast<PIXEL_FORMAT>(row.format));
+    for (const Row& row : rows) {
+        const GlPixelFormat found = gl_pixel_format(static_cast<PIXEL_FORMAT>(row.format));
         EXPECT_EQ(found.internal_format, row.internal_format) << row.format;
         EXPECT_EQ(found.format, row.pixels) << row.format;
         EXPECT_EQ(found.type, row.type) << row.format;

@@ -17,17 +17,17 @@ namespace {
 using namespace orvex_test;
 
 #define ORVEX_GL_NAME(result, name, parameters, support) #name,
-std::vector<std::string> const all_names = {ORVEX_GL_FUNCTIONS(ORVEX_GL_NAME)};
+const std::vector<std::string> all_names = {ORVEX_GL_FUNCTIONS(ORVEX_GL_NAME)};
 #undef ORVEX_GL_NAME
 
-std::vector<bool> which_are_set(ORVEX_Renderer_OpenGL_Func const& gl) {
+std::vector<bool> which_are_set(const ORVEX_Renderer_OpenGL_Func& gl) {
 #define ORVEX_GL_SET(result, name, parameters, support) gl.name != nullptr,
     return {ORVEX_GL_FUNCTIONS(ORVEX_GL_SET)};
 #undef ORVEX_GL_SET
 }
 
-int count_set(ORVEX_Renderer_OpenGL_Func const& gl) {
-    std::vector<bool> const set = which_are_set(gl);
+int count_set(const ORVEX_Renderer_OpenGL_Func& gl) {
+    const std::vector<bool> set = which_are_set(gl);
     return static_cast<int>(std::count(set.begin(), set.end(), true));
 }
 
@@ -52,8 +52,8 @@ TEST_P(GlFunctions, are_null_at_first_and_after_clear) {
 TEST_P(GlFunctions, are_set_exactly_where_the_context_supports_them) {
     ORVEX_Renderer_OpenGL_Func gl;
     gl.init(false);
-    GlCapabilities const capabilities = read_gl_capabilities();
-    std::vector<bool> const set = which_are_set(gl);
+    const GlCapabilities capabilities = read_gl_capabilities();
+    const std::vector<bool> set = which_are_set(gl);
     for (std::size_t i = 0; i < all_names.size(); ++i) {
         EXPECT_EQ(set[i], !choose_gl_entry(all_names[i].c_str(), capabilities).empty())
             << all_names[i];
@@ -64,7 +64,7 @@ TEST_P(GlFunctions, are_set_exactly_where_the_context_supports_them) {
 }
 
 TEST_P(GlFunctions, read_version_and_profile_of_the_context) {
-    GlCapabilities const capabilities = read_gl_capabilities();
+    const GlCapabilities capabilities = read_gl_capabilities();
     GLint major = 0;
     glGetIntegerv(GL_MAJOR_VERSION, &major);
     EXPECT_EQ(capabilities.major, major);
@@ -115,14 +115,14 @@ TEST_P(GlFunctions, are_told_one_line_each_when_displayed) {
     ORVEX_Renderer_OpenGL_Func gl;
     testing::internal::CaptureStdout();
     gl.init(true);
-    std::string const printed = testing::internal::GetCapturedStdout();
+    const std::string printed = testing::internal::GetCapturedStdout();
     EXPECT_TRUE(g_orvex_display_gl_func_ptr);
 
-    std::vector<bool> const set = which_are_set(gl);
+    const std::vector<bool> set = which_are_set(gl);
     std::string expected;
     std::vector<std::string> lines;
     for (std::size_t i = 0; i < all_names.size(); ++i) {
-        std::string const line = "OpenGL function pointer - " + all_names[i] +
+        const std::string line = "OpenGL function pointer - " + all_names[i] +
                                  (set[i] ? " FETCHED OK." : " NOT AVAILABLE!");
         expected += "\n" + line;
         lines.push_back("< > " + line);
@@ -161,9 +161,8 @@ TEST_P(GlFunctions, are_silent_unless_displayed) {
 
 TEST_P(GlFunctions, carry_on_without_a_hidden_entry) {
     GlRecorder recorder;
-    for (char const* name : {"glUniform1d", "glUniform2dv", "glDispatchCompute"}) {
+    for (const char* name : {"glUniform1d", "glUniform2dv", "glDispatchCompute"})
         recorder.hide(name);
-    }
     ORVEX_Renderer_OpenGL_Func gl;
     EXPECT_TRUE(gl.init(false));
     EXPECT_EQ(gl.glUniform1d, nullptr);

@@ -11,7 +11,7 @@ namespace orvex {
 namespace {
 
 #define ORVEX_GL_NAME(result, name, parameters, support) #name,
-std::vector<std::string> const all_names = {ORVEX_GL_FUNCTIONS(ORVEX_GL_NAME)};
+const std::vector<std::string> all_names = {ORVEX_GL_FUNCTIONS(ORVEX_GL_NAME)};
 #undef ORVEX_GL_NAME
 
 GlCapabilities version(int major, int minor, bool compatibility = true) {
@@ -22,11 +22,10 @@ GlCapabilities version(int major, int minor, bool compatibility = true) {
     return capabilities;
 }
 
-int count_served(GlCapabilities const& capabilities) {
+int count_served(const GlCapabilities& capabilities) {
     int count = 0;
-    for (std::string const& name : all_names) {
+    for (const std::string& name : all_names)
         count += choose_gl_entry(name.c_str(), capabilities).empty() ? 0 : 1;
-    }
     return count;
 }
 
@@ -45,10 +44,10 @@ TEST(GlSupport, grows_with_the_version) {
         int minor;
         int served;
     };
-    Row const rows[] = {{1, 1, 0},   {1, 2, 1},   {1, 3, 4},   {1, 4, 5},  {1, 5, 14}, {2, 0, 60},
+    const Row rows[] = {{1, 1, 0},   {1, 2, 1},   {1, 3, 4},   {1, 4, 5},  {1, 5, 14}, {2, 0, 60},
                         {2, 1, 60},  {3, 0, 91},  {3, 1, 96},  {3, 2, 97}, {3, 3, 98}, {4, 0, 106},
                         {4, 1, 106}, {4, 2, 108}, {4, 3, 110}, {4, 6, 110}};
-    for (Row const& row : rows) {
+    for (const Row& row : rows) {
         EXPECT_EQ(count_served(version(row.major, row.minor)), row.served)
             << row.major << '.' << row.minor;
     }
@@ -62,14 +61,14 @@ TEST(GlSupport, leaves_out_what_only_the_fixed_pipeline_has) {
 }
 
 struct Choice {
-    char const* name;
+    const char* name;
     GlCapabilities context;
-    char const* extension;
-    char const* served;
+    const char* extension;
+    const char* served;
 };
 
 TEST(GlSupport, takes_extensions_where_the_version_is_too_low) {
-    Choice const rows[] = {
+    const Choice rows[] = {
         {"glBlendEquation", version(1, 3), "GL_ARB_imaging", "glBlendEquation"},
         {"glGenBuffers", version(1, 4), "GL_ARB_vertex_buffer_object", "glGenBuffersARB"},
         {"glGetBufferParameteriv", version(1, 4), "GL_ARB_vertex_buffer_object",
@@ -103,7 +102,7 @@ TEST(GlSupport, takes_extensions_where_the_version_is_too_low) {
         {"glMakeTextureHandleResidentARB", version(4, 5), "GL_ARB_bindless_texture",
          "glMakeTextureHandleResidentARB"},
     };
-    for (Choice const& row : rows) {
+    for (const Choice& row : rows) {
         GlCapabilities context = row.context;
         EXPECT_EQ(choose_gl_entry(row.name, context), "") << row.name;
         context.extensions.insert("GL_EXT_something_else");
@@ -117,9 +116,8 @@ TEST(GlSupport, has_no_extension_for_some) {
     GlCapabilities context = version(2, 1);
     context.extensions = {"GL_ARB_shader_objects", "GL_EXT_framebuffer_object",
                           "GL_ARB_vertex_shader"};
-    for (char const* name : {"glClearBufferfv", "glGetStringi", "glBindFramebuffer"}) {
+    for (const char* name : {"glClearBufferfv", "glGetStringi", "glBindFramebuffer"})
         EXPECT_EQ(choose_gl_entry(name, context), "") << name;
-    }
     context.major = 1;
     context.minor = 5;
     EXPECT_EQ(choose_gl_entry("glCreateShader", context), "");

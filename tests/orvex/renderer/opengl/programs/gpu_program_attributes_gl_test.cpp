@@ -10,17 +10,17 @@ using namespace orvex;
 using namespace orvex_test;
 
 /// A vertex stage with vec4 attributes of these names, all of them in use.
-std::string vertex_source(std::vector<std::string> const& attributes) {
+std::string vertex_source(const std::vector<std::string>& attributes) {
     std::string declarations = "#version 150\n";
     std::string sum = "vec4(0.0)";
-    for (std::string const& name : attributes) {
+    for (const std::string& name : attributes) {
         declarations += "in vec4 " + name + ";\n";
         sum += " + " + name;
     }
     return declarations + "void main() { gl_Position = " + sum + "; }\n";
 }
 
-char const* const STANDARD_NAMES[] = {"orvex_Position",
+const char* const STANDARD_NAMES[] = {"orvex_Position",
                                       "orvex_Color",
                                       "orvex_Normal",
                                       "orvex_TexCoord0",
@@ -33,7 +33,7 @@ char const* const STANDARD_NAMES[] = {"orvex_Position",
 
 class GpuProgramActivate : public GpuProgramGlTest {
 protected:
-    void load_with_attributes(std::vector<std::string> const& attributes) {
+    void load_with_attributes(const std::vector<std::string>& attributes) {
         load_program(vertex_source(attributes));
     }
 
@@ -41,7 +41,7 @@ protected:
     std::string link_status() const {
         return "glGetProgramiv(" + program_id() + ", GL_LINK_STATUS, ptr)";
     }
-    std::string lookup(std::string const& name) const {
+    std::string lookup(const std::string& name) const {
         return "glGetAttribLocation(" + program_id() + ", \"" + name + "\")";
     }
     std::string bind(int index) const {
@@ -147,7 +147,7 @@ TEST_P(GpuProgramActivate, passes_over_names_that_are_null) {
 
 TEST_P(GpuProgramActivate, looks_for_names_of_any_length) {
     load_with_attributes({"orvex_Position"});
-    std::string const name(100000, 'n');
+    const std::string name(100000, 'n');
     data.set_vertex_attrib_name(1, name.c_str());
     data.set_uniform_1f(name.c_str(), 1.0f);
     EXPECT_TRUE(renderer->gpu_program_activate(&data));
@@ -160,7 +160,7 @@ TEST_P(GpuProgramActivate, that_fails_leaves_the_program_before) {
     load_with_attributes({"orvex_Position"});
     EXPECT_TRUE(renderer->gpu_program_activate(&data));
     GpuProgramData broken;
-    char const source[] = "#version 150\nvec4 place();\nvoid main() { gl_Position = place(); }\n";
+    const char source[] = "#version 150\nvec4 place();\nvoid main() { gl_Position = place(); }\n";
     ASSERT_TRUE(renderer->gpu_program_load_shader_from_memory(&broken, GPU_SHADER_VERTEX, source,
                                                               sizeof source));
     EXPECT_FALSE(renderer->gpu_program_activate(&broken));
@@ -175,7 +175,7 @@ TEST_P(GpuProgramActivate, that_fails_leaves_the_program_before) {
 
 TEST_P(GpuProgramActivate, of_null_deactivates) {
     load_with_attributes({"orvex_Position"});
-    for (bool const directly : {true, false}) {
+    for (const bool directly : {true, false}) {
         EXPECT_TRUE(renderer->gpu_program_activate(&data));
         recorder->clear();
         EXPECT_TRUE(directly ? renderer->gpu_program_deactivate(&data)
@@ -198,7 +198,7 @@ TEST_P(GpuProgramActivate, needs_the_entry_points) {
 class GpuProgramActive : public GpuProgramGlTest {
 protected:
     void load_into(GpuProgramData& record) {
-        std::string const vertex = vertex_source({"orvex_Position"});
+        const std::string vertex = vertex_source({"orvex_Position"});
         ASSERT_TRUE(renderer->gpu_program_load_shader_from_memory(&record, GPU_SHADER_VERTEX,
                                                                   vertex.c_str(), vertex.size()));
         ASSERT_TRUE(renderer->gpu_program_load_shader_from_memory(
@@ -215,7 +215,7 @@ TEST_P(GpuProgramActive, does_not_outlive_its_record) {
     auto record = std::make_unique<GpuProgramData>();
     load_into(*record);
     EXPECT_TRUE(renderer->gpu_program_activate(record.get()));
-    unsigned int const program = record->gl_program;
+    const unsigned int program = record->gl_program;
     record.reset();
     EXPECT_EQ(renderer->gpu_program_get_active_program(), nullptr);
     glDeleteProgram(program);
@@ -340,7 +340,7 @@ TEST_P(GpuProgramMesh, on_generic_attributes_moves_its_instance_attributes) {
     mesh.use_generic_vertex_attribs = true;
     recorder->clear();
     EXPECT_TRUE(renderer->gpu_program_update_instancing_vertex_attrib_locations_mesh(&data, &mesh));
-    std::string const begin = "glBindAttribLocation(" + program_id();
+    const std::string begin = "glBindAttribLocation(" + program_id();
     EXPECT_EQ(recorder->take(), GlCalls({begin + ", 6, \"orvex_Instance_Position\")",
                                          begin + ", 7, \"orvex_Instance_Rotation\")",
                                          begin + ", 8, \"orvex_Instance_Scale\")",
@@ -361,7 +361,7 @@ TEST_P(GpuProgramMesh, learns_where_its_user_attributes_stand_each_time) {
     recorder->clear();
     for (int pass = 0; pass < 2; ++pass) {
         EXPECT_TRUE(renderer->gpu_program_update_user_vertex_attrib_locations_mesh(&data, &mesh));
-        std::string const begin = "glGetAttribLocation(" + program_id();
+        const std::string begin = "glGetAttribLocation(" + program_id();
         EXPECT_EQ(recorder->take(),
                   GlCalls({begin + ", \"orvex_Attrib0\")", begin + ", \"orvex_Attrib1\")",
                            begin + ", \"orvex_Attrib2\")"}));
@@ -402,14 +402,14 @@ TEST_P(GpuProgramPolyline, learns_where_its_user_attributes_stand_each_time) {
     for (int pass = 0; pass < 2; ++pass) {
         EXPECT_TRUE(
             renderer->gpu_program_update_user_vertex_attrib_locations_polyline(&data, &polyline));
-        std::string const begin = "glGetAttribLocation(" + program_id();
+        const std::string begin = "glGetAttribLocation(" + program_id();
         EXPECT_EQ(recorder->take(),
                   GlCalls({begin + ", \"orvex_Attrib0\")", begin + ", \"orvex_Attrib1\")",
                            begin + ", \"orvex_Attrib2\")"}));
         EXPECT_TRUE(polyline.user_attribs_allocated);
     }
-    int const first = polyline.user_attribs[0].attrib_location;
-    int const third = polyline.user_attribs[2].attrib_location;
+    const int first = polyline.user_attribs[0].attrib_location;
+    const int third = polyline.user_attribs[2].attrib_location;
     EXPECT_EQ(first, glGetAttribLocation(data.gl_program, "orvex_Attrib0"));
     EXPECT_EQ(polyline.user_attribs[1].attrib_location, -1);
     EXPECT_EQ(third, glGetAttribLocation(data.gl_program, "orvex_Attrib2"));

@@ -18,17 +18,17 @@
 namespace orvex_test {
 
 /// A pixel stage that goes with any vertex stage.
-inline constexpr char const* PIXEL_SOURCE = "#version 150\n"
+inline constexpr const char* PIXEL_SOURCE = "#version 150\n"
                                             "out vec4 color;\n"
                                             "void main() { color = vec4(1.0); }\n";
 
 /// A vertex stage without attributes.
-inline constexpr char const* PLAIN_VERTEX_SOURCE =
+inline constexpr const char* PLAIN_VERTEX_SOURCE =
     "#version 150\n"
     "void main() { gl_Position = vec4(0.0, 0.0, 0.0, 1.0); }\n";
 
 /// A source that doesn't compile.
-inline constexpr char const* BAD_SOURCE = "#version 150\nvoid main() { nonsense(); }\n";
+inline constexpr const char* BAD_SOURCE = "#version 150\nvoid main() { nonsense(); }\n";
 
 class GpuProgramGlTest : public StartedRendererTest {
 protected:
@@ -37,13 +37,13 @@ protected:
         StartedRendererTest::TearDown();
     }
 
-    bool load(orvex::GPU_SHADER_TYPE type, char const* source) {
+    bool load(orvex::GPU_SHADER_TYPE type, const char* source) {
         return renderer->gpu_program_load_shader_from_memory(&data, type, source,
                                                              std::strlen(source));
     }
 
     /// Loads both stages of a program that compiles, and forgets the calls.
-    void load_program(std::string const& vertex) {
+    void load_program(const std::string& vertex) {
         ASSERT_TRUE(load(orvex::GPU_SHADER_VERTEX, vertex.c_str()));
         ASSERT_TRUE(load(orvex::GPU_SHADER_PIXEL, PIXEL_SOURCE));
         recorder->clear();
@@ -52,7 +52,7 @@ protected:
     std::string program_id() const { return std::to_string(data.gl_program); }
 
     /// Hides an entry point from the renderer.
-    void hide(char const* name) {
+    void hide(const char* name) {
         recorder->hide(name);
         renderer->stop();
         renderer->start();

@@ -18,8 +18,8 @@ std::string id(unsigned int number) {
 }
 
 /// What the driver says about a source, asked without the renderer.
-std::string driver_log(GLenum type, char const* source) {
-    GLuint const shader = glCreateShader(type);
+std::string driver_log(GLenum type, const char* source) {
+    const GLuint shader = glCreateShader(type);
     glShaderSource(shader, 1, &source, nullptr);
     glCompileShader(shader);
     GLint length = 0;
@@ -36,7 +36,7 @@ ORVEX_BOTH_PROFILES(GpuProgramLoad);
 TEST_P(GpuProgramLoad, makes_the_program_with_the_first_stage) {
     std::thread([&] { data.update_thread(); }).join();
     EXPECT_TRUE(load(GPU_SHADER_VERTEX, PLAIN_VERTEX_SOURCE));
-    unsigned int const shader = data.shader_ids[GPU_SHADER_VERTEX];
+    const unsigned int shader = data.shader_ids[GPU_SHADER_VERTEX];
     EXPECT_NE(data.gl_program, 0u);
     EXPECT_NE(shader, 0u);
     EXPECT_EQ(recorder->take(),
@@ -52,7 +52,7 @@ TEST_P(GpuProgramLoad, makes_the_program_with_the_first_stage) {
 
 TEST_P(GpuProgramLoad, adds_later_stages_to_the_same_program) {
     load(GPU_SHADER_VERTEX, PLAIN_VERTEX_SOURCE);
-    unsigned int const program = data.gl_program;
+    const unsigned int program = data.gl_program;
     recorder->clear();
     EXPECT_TRUE(load(GPU_SHADER_PIXEL, PIXEL_SOURCE));
     EXPECT_EQ(data.gl_program, program);
@@ -66,7 +66,7 @@ TEST_P(GpuProgramLoad, refuses_null_and_emptiness_without_a_call) {
     EXPECT_FALSE(
         renderer->gpu_program_load_shader_from_memory(&data, GPU_SHADER_VERTEX, nullptr, 1));
     EXPECT_FALSE(renderer->gpu_program_load_shader_from_memory(&data, GPU_SHADER_VERTEX, "v", 0));
-    for (int const type : {-1, 8, 300})
+    for (const int type : {-1, 8, 300})
         EXPECT_FALSE(
             renderer->gpu_program_load_shader_from_memory(&data, GPU_SHADER_TYPE(type), "v", 1));
     EXPECT_TRUE(recorder->take().empty());
@@ -87,8 +87,8 @@ TEST_P(GpuProgramLoad, keeps_the_drivers_words_about_a_source_that_does_not_comp
 }
 
 TEST_P(GpuProgramLoad, reads_logs_of_any_length_one_after_another) {
-    std::string const long_name(5000, 'x');
-    std::string const long_source = "#version 150\nvoid main() { " + long_name + "(); }\n";
+    const std::string long_name(5000, 'x');
+    const std::string long_source = "#version 150\nvoid main() { " + long_name + "(); }\n";
     EXPECT_FALSE(load(GPU_SHADER_VERTEX, long_source.c_str()));
     EXPECT_FALSE(load(GPU_SHADER_PIXEL, BAD_SOURCE));
     EXPECT_EQ(data.get_shader_info_log(GPU_SHADER_VERTEX),
@@ -103,7 +103,7 @@ TEST_P(GpuProgramLoad, takes_the_source_up_to_its_terminator_whatever_the_size) 
 }
 
 TEST_P(GpuProgramLoad, has_no_effects) {
-    for (GPU_SHADER_TYPE const type : {GPU_SHADER_EFFECT, GPU_SHADER_NONE}) {
+    for (const GPU_SHADER_TYPE type : {GPU_SHADER_EFFECT, GPU_SHADER_NONE}) {
         EXPECT_FALSE(load(type, "technique {}"));
         EXPECT_EQ(recorder->take_names().back(), "glCreateShader");
         EXPECT_GL_ERROR(GL_INVALID_ENUM);
@@ -113,14 +113,14 @@ TEST_P(GpuProgramLoad, has_no_effects) {
 }
 
 TEST_P(GpuProgramLoad, knows_all_six_stages) {
-    char const* const sources[] = {
+    const char* const sources[] = {
         PLAIN_VERTEX_SOURCE,
         PIXEL_SOURCE,
         "#version 150\nlayout(points) in;\nlayout(points, max_vertices = 1) out;\nvoid main() {}\n",
         "#version 400\nlayout(vertices = 3) out;\nvoid main() {}\n",
         "#version 400\nlayout(triangles) in;\nvoid main() {}\n",
         "#version 430\nlayout(local_size_x = 1) in;\nvoid main() {}\n"};
-    char const* const types[] = {"GL_VERTEX_SHADER",          "GL_FRAGMENT_SHADER",
+    const char* const types[] = {"GL_VERTEX_SHADER",          "GL_FRAGMENT_SHADER",
                                  "GL_GEOMETRY_SHADER",        "GL_TESS_CONTROL_SHADER",
                                  "GL_TESS_EVALUATION_SHADER", "GL_COMPUTE_SHADER"};
     for (int stage = 0; stage < 6; ++stage) {
@@ -129,7 +129,7 @@ TEST_P(GpuProgramLoad, knows_all_six_stages) {
         EXPECT_EQ(recorder->count("glCreateShader"), 1);
         GLint type = 0;
         glGetShaderiv(data.shader_ids[stage], GL_SHADER_TYPE, &type);
-        GlCalls const calls = recorder->calls();
+        const GlCalls calls = recorder->calls();
         EXPECT_NE(std::find(calls.begin(), calls.end(),
                             "glCreateShader(" + std::string(types[stage]) + ")"),
                   calls.end());
@@ -143,10 +143,10 @@ TEST_P(GpuProgramLoad, a_second_source_of_a_stage_links_along_and_dies_with_the_
     ASSERT_TRUE(load(GPU_SHADER_VERTEX, "#version 150\n"
                                         "vec4 place();\n"
                                         "void main() { gl_Position = place(); }\n"));
-    unsigned int const first = data.shader_ids[GPU_SHADER_VERTEX];
+    const unsigned int first = data.shader_ids[GPU_SHADER_VERTEX];
     recorder->clear();
     ASSERT_TRUE(load(GPU_SHADER_VERTEX, "#version 150\nvec4 place() { return vec4(1.0); }\n"));
-    GlCalls const calls = recorder->take();
+    const GlCalls calls = recorder->take();
     EXPECT_NE(std::find(calls.begin(), calls.end(), "glDeleteShader(" + id(first) + ")"),
               calls.end());
     EXPECT_TRUE(glIsShader(first)) << "attached, it lives on";
@@ -201,7 +201,7 @@ TEST_P(GpuProgramTrial, tells_whether_a_source_compiles) {
 }
 
 TEST_P(GpuProgramTrial, copies_the_log_cut_and_terminated) {
-    std::string const log = driver_log(GL_VERTEX_SHADER, BAD_SOURCE);
+    const std::string log = driver_log(GL_VERTEX_SHADER, BAD_SOURCE);
     char message[1024];
     std::memset(message, '#', sizeof message);
     EXPECT_FALSE(renderer->gpu_program_get_shader_compile_status(GPU_SHADER_VERTEX, BAD_SOURCE,
@@ -233,7 +233,7 @@ TEST_P(GpuProgramTrial, refuses_null_and_types_without_a_stage) {
     EXPECT_FALSE(renderer->gpu_program_get_shader_compile_status(GPU_SHADER_VERTEX, nullptr,
                                                                  message, sizeof message));
     EXPECT_STREQ(message, "before");
-    for (int const type : {6, 7, 8, -1})
+    for (const int type : {6, 7, 8, -1})
         EXPECT_FALSE(renderer->gpu_program_get_shader_compile_status(
             GPU_SHADER_TYPE(type), PLAIN_VERTEX_SOURCE, message, sizeof message));
     EXPECT_STREQ(message, "");
@@ -246,8 +246,8 @@ ORVEX_BOTH_PROFILES(GpuProgramUpdate);
 TEST_P(GpuProgramUpdate, with_a_bad_source_leaves_the_program_as_it_was) {
     load_program(PLAIN_VERTEX_SOURCE);
     ASSERT_TRUE(renderer->gpu_program_activate(&data));
-    unsigned int const program = data.gl_program;
-    unsigned int const shader = data.shader_ids[GPU_SHADER_PIXEL];
+    const unsigned int program = data.gl_program;
+    const unsigned int shader = data.shader_ids[GPU_SHADER_PIXEL];
     recorder->clear();
     EXPECT_FALSE(renderer->gpu_program_update_shader(&data, GPU_SHADER_PIXEL, BAD_SOURCE, 5));
     EXPECT_EQ(recorder->take_names(),
@@ -263,12 +263,12 @@ TEST_P(GpuProgramUpdate, with_a_bad_source_leaves_the_program_as_it_was) {
 TEST_P(GpuProgramUpdate, exchanges_the_stage_and_remakes_the_program) {
     load_program(PLAIN_VERTEX_SOURCE);
     ASSERT_TRUE(renderer->gpu_program_activate(&data));
-    unsigned int const program = data.gl_program;
-    unsigned int const vertex = data.shader_ids[GPU_SHADER_VERTEX];
-    unsigned int const pixel = data.shader_ids[GPU_SHADER_PIXEL];
+    const unsigned int program = data.gl_program;
+    const unsigned int vertex = data.shader_ids[GPU_SHADER_VERTEX];
+    const unsigned int pixel = data.shader_ids[GPU_SHADER_PIXEL];
     recorder->clear();
     EXPECT_TRUE(renderer->gpu_program_update_shader(&data, GPU_SHADER_PIXEL, PIXEL_SOURCE, 5));
-    unsigned int const changed = data.shader_ids[GPU_SHADER_PIXEL];
+    const unsigned int changed = data.shader_ids[GPU_SHADER_PIXEL];
     EXPECT_NE(changed, 0u);
     EXPECT_EQ(
         recorder->take(),
@@ -290,7 +290,7 @@ TEST_P(GpuProgramUpdate, refuses_null_emptiness_and_types_without_a_stage) {
     EXPECT_FALSE(renderer->gpu_program_update_shader(nullptr, GPU_SHADER_PIXEL, PIXEL_SOURCE, 5));
     EXPECT_FALSE(renderer->gpu_program_update_shader(&data, GPU_SHADER_PIXEL, nullptr, 5));
     EXPECT_FALSE(renderer->gpu_program_update_shader(&data, GPU_SHADER_PIXEL, PIXEL_SOURCE, 0));
-    for (int const type : {6, 7, 8, -1})
+    for (const int type : {6, 7, 8, -1})
         EXPECT_FALSE(
             renderer->gpu_program_update_shader(&data, GPU_SHADER_TYPE(type), PIXEL_SOURCE, 5));
     EXPECT_TRUE(recorder->take().empty());
@@ -332,9 +332,9 @@ ORVEX_BOTH_PROFILES(GpuProgramKill);
 TEST_P(GpuProgramKill, deletes_shaders_and_program) {
     load_program(PLAIN_VERTEX_SOURCE);
     ASSERT_TRUE(renderer->gpu_program_link(&data));
-    std::string const program = program_id();
-    std::string const vertex = id(data.shader_ids[GPU_SHADER_VERTEX]);
-    std::string const pixel = id(data.shader_ids[GPU_SHADER_PIXEL]);
+    const std::string program = program_id();
+    const std::string vertex = id(data.shader_ids[GPU_SHADER_VERTEX]);
+    const std::string pixel = id(data.shader_ids[GPU_SHADER_PIXEL]);
     recorder->clear();
     EXPECT_TRUE(renderer->gpu_program_kill(&data));
     EXPECT_EQ(
@@ -362,7 +362,7 @@ TEST_P(GpuProgramKill, deactivates_the_active_program_first) {
 
 TEST_P(GpuProgramKill, after_stop_keeps_the_ids_for_a_later_start) {
     load_program(PLAIN_VERTEX_SOURCE);
-    unsigned int const program = data.gl_program;
+    const unsigned int program = data.gl_program;
     renderer->stop();
     EXPECT_FALSE(renderer->gpu_program_kill(&data));
     EXPECT_EQ(data.gl_program, program);
@@ -427,8 +427,8 @@ TEST_P(GpuProgramLink, shows_in_the_validation) {
 
 class GpuProgramCompute : public GpuProgramGlTest {
 protected:
-    void load_compute(char const* body) {
-        std::string const source =
+    void load_compute(const char* body) {
+        const std::string source =
             "#version 430\nlayout(local_size_x = 1) in;\n" + std::string(body);
         ASSERT_TRUE(load(GPU_SHADER_COMPUTE, source.c_str()));
         recorder->clear();
@@ -441,7 +441,7 @@ TEST_P(GpuProgramCompute, sends_uniforms_and_dispatches) {
                  "layout(std430, binding = 1) buffer Numbers { int numbers[]; };\n"
                  "void main() { numbers[gl_GlobalInvocationID.x] =\n"
                  "              factor * int(gl_GlobalInvocationID.x); }\n");
-    unsigned int const buffer =
+    const unsigned int buffer =
         renderer->shader_storage_buffer_create(16, BUFFER_USAGE_DYNAMIC_READ, nullptr);
     EXPECT_TRUE(renderer->shader_storage_buffer_bind_base(buffer, 1));
     ASSERT_TRUE(renderer->gpu_program_activate(&data));
@@ -451,8 +451,8 @@ TEST_P(GpuProgramCompute, sends_uniforms_and_dispatches) {
     EXPECT_EQ(recorder->take_names(),
               GlCalls({"glGetUniformLocation", "glUniform1i", "glDispatchCompute"}));
     renderer->memory_barrier(MEMORY_BARRIER_BUFFER_UPDATE);
-    auto const* const numbers =
-        static_cast<int const*>(renderer->shader_storage_buffer_map(buffer));
+    const auto* const numbers =
+        static_cast<const int*>(renderer->shader_storage_buffer_map(buffer));
     ASSERT_NE(numbers, nullptr);
     for (int i = 0; i < 4; ++i)
         EXPECT_EQ(numbers[i], 5 * i);
@@ -484,7 +484,7 @@ class GpuProgramFrontEnd : public GpuProgramGlTest {};
 ORVEX_BOTH_PROFILES(GpuProgramFrontEnd);
 
 TEST_P(GpuProgramFrontEnd, runs_a_text_from_load_to_death) {
-    std::string const text =
+    const std::string text =
         "[Vertex_Shader]\n" + std::string(PLAIN_VERTEX_SOURCE) + "[Pixel_Shader]\n" + PIXEL_SOURCE;
     GpuProgram* const program = GpuProgramMgr::get()->create_gpu_program_from_memory(
         renderer.get(), text.c_str(), text.size(), "prog");
@@ -492,9 +492,9 @@ TEST_P(GpuProgramFrontEnd, runs_a_text_from_load_to_death) {
     EXPECT_EQ(program->get_renderer_id(), renderer->getid());
     EXPECT_STREQ(program->get_shader_error_messages(), "");
     EXPECT_TRUE(program->bind(renderer.get()));
-    GpuProgramData const* const record = renderer->gpu_program_get_active_program();
+    const GpuProgramData* const record = renderer->gpu_program_get_active_program();
     ASSERT_NE(record, nullptr);
-    unsigned int const gl_program = record->gl_program;
+    const unsigned int gl_program = record->gl_program;
     EXPECT_TRUE(glIsProgram(gl_program));
     EXPECT_EQ(GpuProgramMgr::get()->release_resource(renderer.get(), program, nullptr), 0);
     EXPECT_EQ(renderer->gpu_program_get_active_program(), nullptr);
@@ -505,7 +505,7 @@ TEST_P(GpuProgramFrontEnd, tells_the_drivers_words_about_each_stage) {
     orvex::test::LogCapture log;
     GpuProgram* const program = GpuProgramMgr::get()->create_gpu_program_from_shaders(
         renderer.get(), BAD_SOURCE, PIXEL_SOURCE, nullptr, nullptr, nullptr, nullptr, "prog");
-    std::string const words = driver_log(GL_VERTEX_SHADER, BAD_SOURCE);
+    const std::string words = driver_log(GL_VERTEX_SHADER, BAD_SOURCE);
     EXPECT_FALSE(program->is_valid());
     EXPECT_EQ(log.messages(),
               (std::vector<std::string>{"<!> GPU program prog - Vertex shader: " + words,

@@ -10,7 +10,7 @@ using namespace orvex;
 using namespace orvex_test;
 
 /// Every kind of uniform that can be set, all in use.
-char const* const VERTEX_WITH_UNIFORMS = R"(#version 400
+const char* const VERTEX_WITH_UNIFORMS = R"(#version 400
 uniform int i1; uniform ivec2 i2; uniform ivec3 i3; uniform ivec4 i4;
 uniform uint ui1; uniform uvec2 ui2; uniform uvec3 ui3; uniform uvec4 ui4;
 uniform float f1; uniform vec2 f2; uniform vec3 f3; uniform vec4 f4;
@@ -48,12 +48,12 @@ vec4* vec4s() {
 
 using R = RendererOpenGL;
 using D = GpuProgramData;
-using N = char const*;
+using N = const char*;
 
 struct Row {
-    char const* description;
-    char const* uniform;                     // its name in the program
-    char const* call;                        // what goes to the driver, "@" for the location
+    const char* description;
+    const char* uniform;                     // its name in the program
+    const char* call;                        // what goes to the driver, "@" for the location
     void (*set)(R& r, D* data, N name);      // at once, by name
     void (*set_null)(R& r, D* data, N name); // an array form with a null array; null for others
     void (*wait)(D& data, N name);           // into the table
@@ -76,12 +76,12 @@ struct Row {
      [](D& d, N n) { d.set_uniform_##stored(n, FLOATS); }}
 // clang-format on
 
-Row with_call(Row row, char const* call) {
+Row with_call(Row row, const char* call) {
     row.call = call;
     return row;
 }
 
-Row const ROWS[] = {
+const Row ROWS[] = {
     with_call(SINGLE(1i, "i1", 7), "glUniform1i(@, 7)"),
     with_call(SINGLE(2i, "i2", 7, 8), "glUniform2i(@, 7, 8)"),
     with_call(SINGLE(3i, "i3", 7, 8, 9), "glUniform3i(@, 7, 8, 9)"),
@@ -125,13 +125,13 @@ protected:
         recorder->clear();
     }
 
-    std::string lookup(std::string const& name) const {
+    std::string lookup(const std::string& name) const {
         return "glGetUniformLocation(" + program_id() + ", \"" + name + "\")";
     }
 
-    std::string call(Row const& row) const {
+    std::string call(const Row& row) const {
         std::string text = row.call;
-        int const location = glGetUniformLocation(data.gl_program, row.uniform);
+        const int location = glGetUniformLocation(data.gl_program, row.uniform);
         EXPECT_GE(location, 0) << row.description;
         return text.replace(text.find('@'), 1, std::to_string(location));
     }
@@ -139,7 +139,7 @@ protected:
 ORVEX_BOTH_PROFILES(GpuUniforms);
 
 TEST_P(GpuUniforms, set_by_name_ask_for_the_location_at_each_call) {
-    for (Row const& row : ROWS) {
+    for (const Row& row : ROWS) {
         for (int pass = 0; pass < 2; ++pass) {
             row.set(*renderer, &data, row.uniform);
             EXPECT_EQ(recorder->take(), GlCalls({lookup(row.uniform), call(row)}))
@@ -151,14 +151,14 @@ TEST_P(GpuUniforms, set_by_name_ask_for_the_location_at_each_call) {
 }
 
 TEST_P(GpuUniforms, that_the_program_does_not_have_are_not_sent) {
-    for (Row const& row : ROWS) {
+    for (const Row& row : ROWS) {
         row.set(*renderer, &data, "absent");
         EXPECT_EQ(recorder->take(), GlCalls({lookup("absent")})) << row.description;
     }
 }
 
 TEST_P(GpuUniforms, of_null_are_not_asked_for) {
-    for (Row const& row : ROWS) {
+    for (const Row& row : ROWS) {
         row.set(*renderer, nullptr, row.uniform);
         row.set(*renderer, &data, nullptr);
         if (row.set_null)
@@ -168,7 +168,7 @@ TEST_P(GpuUniforms, of_null_are_not_asked_for) {
 }
 
 TEST_P(GpuUniforms, that_waited_are_sent_once) {
-    for (Row const& row : ROWS) {
+    for (const Row& row : ROWS) {
         row.wait(data, row.uniform);
         EXPECT_TRUE(renderer->gpu_program_bind_uniforms(&data));
         EXPECT_EQ(recorder->take(), GlCalls({lookup(row.uniform), call(row)})) << row.description;
@@ -200,7 +200,7 @@ TEST_P(GpuUniforms, keep_the_type_of_their_first_setter_when_sent) {
     data.set_uniform_1i("i1", 5);
     data.set_uniform_1f("i1", 2.5f);
     EXPECT_TRUE(renderer->gpu_program_bind_uniforms(&data));
-    GlCalls const calls = recorder->take();
+    const GlCalls calls = recorder->take();
     ASSERT_EQ(calls.size(), 2u);
     EXPECT_EQ(calls[1].rfind("glUniform1i(", 0), 0u);
     EXPECT_NE(calls[1].find(", 5)"), std::string::npos);
@@ -309,7 +309,7 @@ TEST_P(GpuUniforms, are_out_of_reach_after_stop) {
     EXPECT_TRUE(renderer->gpu_program_bind_uniforms(&data));
     EXPECT_FALSE(renderer->gpu_program_optimize(&data));
     EXPECT_EQ(renderer->gpu_program_get_uniform_location(&data, "i1"), -1);
-    for (Row const& row : ROWS)
+    for (const Row& row : ROWS)
         row.set(*renderer, &data, row.uniform);
     renderer->gpu_program_set_uniform_4fv_loc(0, vec4s(), 1);
     EXPECT_TRUE(recorder->take().empty());
@@ -365,7 +365,7 @@ protected:
             sent().push_back(std::to_string(location) + ": " + std::to_string(value));
         };
         renderer->gl.glUniformHandleui64vARB = [](GLint location, GLsizei count,
-                                                  GLuint64 const* values) {
+                                                  const GLuint64* values) {
             sent().push_back(std::to_string(location) + ": " + std::to_string(count) + " from " +
                              std::to_string(values[0]));
         };

@@ -29,8 +29,8 @@ protected:
     RendererOpenGL renderer;
 };
 
-float const ramp[16] = {1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16};
-std::string const ramp_text = "[1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16]";
+const float ramp[16] = {1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16};
+const std::string ramp_text = "[1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16]";
 
 TEST_F(FixedPipeline, loads_the_matrices_that_are_set_to_be_applied) {
     mat4 matrix;
@@ -48,8 +48,8 @@ TEST_F(FixedPipeline, loads_the_matrices_that_are_set_to_be_applied) {
 TEST_F(FixedPipeline, loads_the_given_matrices_only) {
     float m[16];
     std::copy(std::begin(ramp), std::end(ramp), m);
-    std::string const load = "glLoadMatrixf(" + ramp_text + ")";
-    std::string const multiply = "glMultMatrixf(" + ramp_text + ")";
+    const std::string load = "glLoadMatrixf(" + ramp_text + ")";
+    const std::string multiply = "glMultMatrixf(" + ramp_text + ")";
     struct Row {
         float* projection;
         float* view;
@@ -57,7 +57,7 @@ TEST_F(FixedPipeline, loads_the_given_matrices_only) {
         float* texture;
         GlCalls calls;
     };
-    Row const rows[] = {
+    const Row rows[] = {
         {nullptr, nullptr, nullptr, nullptr, {}},
         {m, nullptr, nullptr, nullptr, {"glMatrixMode(GL_PROJECTION)", load}},
         {nullptr, m, nullptr, nullptr, {"glMatrixMode(GL_MODELVIEW)", load}},
@@ -71,7 +71,7 @@ TEST_F(FixedPipeline, loads_the_given_matrices_only) {
          {"glMatrixMode(GL_PROJECTION)", load, "glMatrixMode(GL_MODELVIEW)", load, multiply,
           "glMatrixMode(GL_TEXTURE)", load}},
     };
-    for (Row const& row : rows) {
+    for (const Row& row : rows) {
         renderer.gl2_matrix_load(row.projection, row.view, row.model, row.texture);
         EXPECT_EQ(recorder.take(), row.calls);
     }
@@ -104,12 +104,12 @@ TEST_F(FixedPipeline, sets_stipple_and_draws_lines) {
 }
 
 TEST_F(FixedPipeline, sets_lights) {
-    vec4 const a(1, 0, 0, 1);
-    vec4 const d(0, 1, 0, 1);
-    vec4 const s(0, 0, 1, 0.5f);
-    std::string const ambient = "glLightfv(GL_LIGHT2, GL_AMBIENT, [1, 0, 0, 1])";
-    std::string const diffuse = "glLightfv(GL_LIGHT2, GL_DIFFUSE, [0, 1, 0, 1])";
-    std::string const specular = "glLightfv(GL_LIGHT2, GL_SPECULAR, [0, 0, 1, 0.5])";
+    const vec4 a(1, 0, 0, 1);
+    const vec4 d(0, 1, 0, 1);
+    const vec4 s(0, 0, 1, 0.5f);
+    const std::string ambient = "glLightfv(GL_LIGHT2, GL_AMBIENT, [1, 0, 0, 1])";
+    const std::string diffuse = "glLightfv(GL_LIGHT2, GL_DIFFUSE, [0, 1, 0, 1])";
+    const std::string specular = "glLightfv(GL_LIGHT2, GL_SPECULAR, [0, 0, 1, 0.5])";
     renderer.light_set_colors(2, a, d, s);
     EXPECT_EQ(recorder.take(), GlCalls({ambient, diffuse, specular}));
     renderer.light_set_ambient(2, a);
@@ -121,13 +121,13 @@ TEST_F(FixedPipeline, sets_lights) {
 }
 
 TEST_F(FixedPipeline, sets_materials_of_both_sides) {
-    vec4 const a(1, 0, 0, 1);
-    vec4 const d(0, 1, 0, 1);
-    vec4 const s(0, 0, 1, 0.5f);
-    std::string const ambient = "glMaterialfv(GL_FRONT_AND_BACK, GL_AMBIENT, [1, 0, 0, 1])";
-    std::string const diffuse = "glMaterialfv(GL_FRONT_AND_BACK, GL_DIFFUSE, [0, 1, 0, 1])";
-    std::string const specular = "glMaterialfv(GL_FRONT_AND_BACK, GL_SPECULAR, [0, 0, 1, 0.5])";
-    std::string const shininess = "glMaterialf(GL_FRONT_AND_BACK, GL_SHININESS, 64)";
+    const vec4 a(1, 0, 0, 1);
+    const vec4 d(0, 1, 0, 1);
+    const vec4 s(0, 0, 1, 0.5f);
+    const std::string ambient = "glMaterialfv(GL_FRONT_AND_BACK, GL_AMBIENT, [1, 0, 0, 1])";
+    const std::string diffuse = "glMaterialfv(GL_FRONT_AND_BACK, GL_DIFFUSE, [0, 1, 0, 1])";
+    const std::string specular = "glMaterialfv(GL_FRONT_AND_BACK, GL_SPECULAR, [0, 0, 1, 0.5])";
+    const std::string shininess = "glMaterialf(GL_FRONT_AND_BACK, GL_SHININESS, 64)";
     renderer.material_set_colors(a, d, s, 64.0f);
     EXPECT_EQ(recorder.take(), GlCalls({ambient, diffuse, specular, shininess}));
     renderer.material_set_ambient(a);
@@ -142,7 +142,7 @@ TEST_F(FixedPipeline, sets_materials_of_both_sides) {
 
 // Core contexts refuse the fixed pipeline, each call alone, and nothing is put in its place.
 TEST(FixedPipelineInCore, is_sent_all_the_same) {
-    GlContext const context(Profile::core);
+    const GlContext context(Profile::core);
     GlRecorder recorder;
     RendererOpenGL renderer;
     renderer.start();
@@ -218,11 +218,10 @@ TEST_F(ShadowMapping, records_the_way_from_clip_space_to_the_texture) {
     EXPECT_EQ(recorder.count("glUniformMatrix4fv"), 0) << "recorded, not sent";
     GpuProgramUniform* const uniform = program.find_uniform("TextureMatrix");
     ASSERT_NE(uniform, nullptr);
-    float const bias[16] = {0.5f, 0, 0, 0, 0, 0.5f, 0, 0, 0, 0, 0.5f, 0, 0.5f, 0.5f, 0.5f, 1};
-    mat4 const& recorded = uniform->m4f;
-    for (int i = 0; i < 16; ++i) {
+    const float bias[16] = {0.5f, 0, 0, 0, 0, 0.5f, 0, 0, 0, 0, 0.5f, 0, 0.5f, 0.5f, 0.5f, 1};
+    const mat4& recorded = uniform->m4f;
+    for (int i = 0; i < 16; ++i)
         EXPECT_EQ(recorded.ptr()[i], bias[i]) << i;
-    }
 }
 
 TEST_F(ShadowMapping, multiplies_bias_projection_view_and_the_inverse_of_the_stored_view) {
@@ -232,14 +231,13 @@ TEST_F(ShadowMapping, multiplies_bias_projection_view_and_the_inverse_of_the_sto
     mat4 stored(1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 5, 0, 0, 1);
     renderer.set_view_matrix(stored, false);
     renderer.shadow_mapping_prepare_light_pass(&target, 0, projection, view, &program);
-    mat4 const bias(0.5f, 0, 0, 0, 0, 0.5f, 0, 0, 0, 0, 0.5f, 0, 0.5f, 0.5f, 0.5f, 1);
-    mat4 const expected =
+    const mat4 bias(0.5f, 0, 0, 0, 0, 0.5f, 0, 0, 0, 0, 0.5f, 0, 0.5f, 0.5f, 0.5f, 1);
+    const mat4 expected =
         bias * projection * view * mat4(1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, -5, 0, 0, 1);
     ASSERT_NE(program.find_uniform("TextureMatrix"), nullptr);
-    mat4 const& recorded = program.find_uniform("TextureMatrix")->m4f;
-    for (int i = 0; i < 16; ++i) {
+    const mat4& recorded = program.find_uniform("TextureMatrix")->m4f;
+    for (int i = 0; i < 16; ++i)
         EXPECT_EQ(recorded.ptr()[i], expected.ptr()[i]) << i;
-    }
 }
 
 } // namespace

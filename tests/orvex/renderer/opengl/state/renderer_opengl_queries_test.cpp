@@ -15,7 +15,7 @@ class RendererOpenGLQueries : public StartedRendererTest {};
 ORVEX_BOTH_PROFILES(RendererOpenGLQueries);
 
 struct Limit {
-    char const* name;
+    const char* name;
     GLenum constant;
     int (Renderer::*query)();
 };
@@ -23,7 +23,7 @@ struct Limit {
 #define ORVEX_LIMIT(constant, query)                                                               \
     { #constant, constant, &Renderer::query }
 
-Limit const limits[] = {
+const Limit limits[] = {
     ORVEX_LIMIT(GL_MAX_TEXTURE_IMAGE_UNITS, get_max_texture_units),
     ORVEX_LIMIT(GL_MAX_TEXTURE_SIZE, get_max_texture_size),
     ORVEX_LIMIT(GL_MAX_TEXTURE_SIZE, get_GL_MAX_TEXTURE_SIZE),
@@ -45,10 +45,10 @@ Limit const limits[] = {
 };
 
 TEST_P(RendererOpenGLQueries, ask_the_api_for_each_limit_at_each_call) {
-    for (Limit const& limit : limits) {
+    for (const Limit& limit : limits) {
         GLint expected[4] = {};
         {
-            GlRecorderPause const pause(*recorder);
+            const GlRecorderPause pause(*recorder);
             glGetIntegerv(limit.constant, expected);
         }
         for (int times = 0; times < 2; ++times) {
@@ -63,9 +63,8 @@ TEST_P(RendererOpenGLQueries, ask_the_api_for_each_limit_at_each_call) {
 
 TEST(RendererOpenGLQueriesWithoutContext, give_zeros) {
     RendererOpenGL renderer;
-    for (Limit const& limit : limits) {
+    for (const Limit& limit : limits)
         EXPECT_EQ((renderer.*limit.query)(), 0) << limit.name;
-    }
     EXPECT_EQ(renderer.get_max_texture_anisotropy(), 0.0f);
     EXPECT_EQ(renderer.get_gpu_memory_total_available_kb_nv(), 0U);
     EXPECT_EQ(renderer.get_gpu_free_texture_memory_amd(), 0U);
@@ -83,18 +82,18 @@ TEST(RendererOpenGLQueriesWithoutContext, give_zeros) {
 TEST_P(RendererOpenGLQueries, identify_the_driver) {
     struct Row {
         GLenum constant;
-        char const* (Renderer::*query)();
-        char const* call;
+        const char* (Renderer::*query)();
+        const char* call;
     };
-    Row const rows[] = {
+    const Row rows[] = {
         {GL_RENDERER, &Renderer::get_renderer_model, "glGetString(GL_RENDERER)"},
         {GL_VENDOR, &Renderer::get_renderer_vendor, "glGetString(GL_VENDOR)"},
         {GL_VERSION, &Renderer::get_api_version, "glGetString(GL_VERSION)"},
         {GL_SHADING_LANGUAGE_VERSION, &Renderer::get_shading_language_version,
          "glGetString(GL_SHADING_LANGUAGE_VERSION)"},
     };
-    for (Row const& row : rows) {
-        std::string const expected = reinterpret_cast<char const*>(glGetString(row.constant));
+    for (const Row& row : rows) {
+        const std::string expected = reinterpret_cast<const char*>(glGetString(row.constant));
         recorder->clear();
         EXPECT_EQ((renderer.get()->*row.query)(), expected);
         EXPECT_EQ(recorder->take(), GlCalls({row.call}));
@@ -102,9 +101,9 @@ TEST_P(RendererOpenGLQueries, identify_the_driver) {
 }
 
 TEST_P(RendererOpenGLQueries, give_the_extension_text_where_there_is_one) {
-    bool const core = is_core_context();
+    const bool core = is_core_context();
     recorder->clear();
-    char const* const text = renderer->get_renderer_gl_extensions_raw_string();
+    const char* const text = renderer->get_renderer_gl_extensions_raw_string();
     EXPECT_EQ(recorder->take(), GlCalls({"glGetString(GL_EXTENSIONS)"}));
     if (core) {
         EXPECT_EQ(text, nullptr);
@@ -159,7 +158,7 @@ TEST_P(RendererOpenGLQueries, read_the_anisotropy_as_a_float) {
 
 TEST_P(RendererOpenGLQueries, need_both_entries_for_instancing) {
     EXPECT_TRUE(renderer->is_geometry_instancing_supported());
-    auto const divisor = renderer->gl.glVertexAttribDivisorARB;
+    const auto divisor = renderer->gl.glVertexAttribDivisorARB;
     renderer->gl.glVertexAttribDivisorARB = nullptr;
     EXPECT_FALSE(renderer->is_geometry_instancing_supported());
     renderer->gl.glVertexAttribDivisorARB = divisor;
@@ -168,12 +167,12 @@ TEST_P(RendererOpenGLQueries, need_both_entries_for_instancing) {
 }
 
 struct WorkGroups {
-    char const* name;
+    const char* name;
     GLenum constant;
     bool (Renderer::*query)(int*, int*, int*);
 };
 
-WorkGroups const work_groups[] = {
+const WorkGroups work_groups[] = {
     {"GL_MAX_COMPUTE_WORK_GROUP_COUNT", GL_MAX_COMPUTE_WORK_GROUP_COUNT,
      &Renderer::get_GL_MAX_COMPUTE_WORK_GROUP_COUNT},
     {"GL_MAX_COMPUTE_WORK_GROUP_SIZE", GL_MAX_COMPUTE_WORK_GROUP_SIZE,
@@ -181,17 +180,16 @@ WorkGroups const work_groups[] = {
 };
 
 TEST_P(RendererOpenGLQueries, read_work_groups_in_three_directions) {
-    for (WorkGroups const& row : work_groups) {
+    for (const WorkGroups& row : work_groups) {
         GLint expected[3] = {};
-        for (GLuint i = 0; i < 3; ++i) {
+        for (GLuint i = 0; i < 3; ++i)
             renderer->gl.glGetIntegeri_v(row.constant, i, &expected[i]);
-        }
         recorder->clear();
         int x = 0;
         int y = 0;
         int z = 0;
         EXPECT_TRUE((renderer.get()->*row.query)(&x, &y, &z));
-        std::string const call = "glGetIntegeri_v(" + std::string(row.name) + ", ";
+        const std::string call = "glGetIntegeri_v(" + std::string(row.name) + ", ";
         EXPECT_EQ(recorder->take(),
                   GlCalls({call + "0, ptr)", call + "1, ptr)", call + "2, ptr)"}));
         EXPECT_EQ(x, expected[0]);
@@ -209,7 +207,7 @@ void APIENTRY refuse_indexed_query(GLenum, GLuint, GLint*) {}
 
 TEST_P(RendererOpenGLQueries, give_zeros_when_only_compute_is_missing) {
     renderer->gl.glGetIntegeri_v = refuse_indexed_query;
-    for (WorkGroups const& row : work_groups) {
+    for (const WorkGroups& row : work_groups) {
         int x = 7;
         int y = 7;
         int z = 7;
@@ -220,7 +218,7 @@ TEST_P(RendererOpenGLQueries, give_zeros_when_only_compute_is_missing) {
 
 TEST_P(RendererOpenGLQueries, fail_for_work_groups_without_indexed_queries) {
     renderer->gl.glGetIntegeri_v = nullptr;
-    for (WorkGroups const& row : work_groups) {
+    for (const WorkGroups& row : work_groups) {
         int x = 7;
         EXPECT_FALSE((renderer.get()->*row.query)(&x, &x, &x));
         EXPECT_EQ(x, 7);
@@ -233,9 +231,9 @@ TEST_P(RendererOpenGLQueries, ask_vendor_memory_by_number) {
     struct Row {
         GLenum constant;
         unsigned int (Renderer::*query)();
-        char const* call;
+        const char* call;
     };
-    Row const rows[] = {
+    const Row rows[] = {
         {36936, &Renderer::get_gpu_memory_total_available_kb_nv, "(0x9048, ptr)"},
         {36937, &Renderer::get_gpu_memory_current_available_kb_nv, "(0x9049, ptr)"},
         {34814, &Renderer::get_gpu_total_physical_memory_amd, "(0x87FE, ptr)"},
@@ -244,14 +242,13 @@ TEST_P(RendererOpenGLQueries, ask_vendor_memory_by_number) {
         {34813, &Renderer::get_gpu_free_renderbuffer_memory_amd,
          "(GL_RENDERBUFFER_FREE_MEMORY_ATI, ptr)"},
     };
-    for (Row const& row : rows) {
+    for (const Row& row : rows) {
         recorder->clear();
-        unsigned int const value = (renderer.get()->*row.query)();
-        GlCalls const calls = recorder->take();
+        const unsigned int value = (renderer.get()->*row.query)();
+        const GlCalls calls = recorder->take();
         ASSERT_EQ(calls.size(), 1U);
-        if (renderer->get_opengl_error() != 0) {
+        if (renderer->get_opengl_error() != 0)
             EXPECT_EQ(value, 0U) << row.constant;
-        }
         EXPECT_EQ(calls[0].substr(0, 13), "glGetIntegerv");
         EXPECT_TRUE(calls[0].substr(13) == row.call ||
                     calls[0].find("_NVX, ptr)") != std::string::npos)

@@ -17,13 +17,13 @@ class RendererOpenGLState : public StartedRendererTest {};
 ORVEX_BOTH_PROFILES(RendererOpenGLState);
 
 struct Row {
-    char const* what;
+    const char* what;
     std::function<void(RendererOpenGL&)> act;
     GlCalls calls;
 };
 
 TEST_P(RendererOpenGLState, sends_each_setter_as_one_call_whatever_was_set_before) {
-    Row const rows[] = {
+    const Row rows[] = {
         {"depth test on",
          [](RendererOpenGL& r) { r.set_depth_test_state(true); },
          {"glEnable(GL_DEPTH_TEST)"}},
@@ -116,7 +116,7 @@ TEST_P(RendererOpenGLState, sends_each_setter_as_one_call_whatever_was_set_befor
          {"glColorMask(true, true, true, true)", "glDepthFunc(GL_LESS)",
           "glDisable(GL_CULL_FACE)"}},
     };
-    for (Row const& row : rows) {
+    for (const Row& row : rows) {
         for (int times = 0; times < 2; ++times) {
             row.act(*renderer);
             EXPECT_EQ(recorder->take(), row.calls) << row.what;
@@ -193,7 +193,7 @@ TEST_P(RendererOpenGLState, applies_defaults_when_nothing_was_set) {
 
 TEST_P(RendererOpenGLState, sends_the_whole_rasterizer_state_each_time) {
     renderer->rasterizer_apply_state();
-    GlCalls const first = recorder->take();
+    const GlCalls first = recorder->take();
     renderer->rasterizer_apply_state();
     EXPECT_EQ(recorder->take(), first);
 }
@@ -272,9 +272,8 @@ TEST(RendererOpenGLWithoutContext, reads_zeros_as_viewport) {
     RendererOpenGL renderer;
     int values[4] = {7, 7, 7, 7};
     renderer.get_viewport(&values[0], &values[1], &values[2], &values[3]);
-    for (int const value : values) {
+    for (const int value : values)
         EXPECT_EQ(value, 0);
-    }
     EXPECT_EQ(renderer.get_viewport_ptr()[2], 0);
 }
 

@@ -50,7 +50,7 @@ protected:
     unsigned long refused() { return context().take_errors().size(); }
 
     /// Makes the renderer anew without an entry point, and a target of it.
-    void hide(char const* name) {
+    void hide(const char* name) {
         renderer->kill_all_render_targets();
         renderer.reset();
         recorder.reset();
@@ -136,9 +136,9 @@ protected:
     }
 
     /// Runs a pixel stage on every pixel of the viewport; unit 0 is its sampler "image".
-    void draw(char const* pixel_stage) {
+    void draw(const char* pixel_stage) {
         const GlRecorderPause pause(*recorder);
-        static char const* const vertex_stage = R"(#version 150
+        static const char* const vertex_stage = R"(#version 150
 out vec2 place;
 void main() {
     place = vec2(gl_VertexID % 2, gl_VertexID / 2) * 2.0;

@@ -9,7 +9,7 @@ using namespace orvex_test;
 
 namespace {
 
-constexpr char const* incomplete_attachment = "RenderTargetOpenGL - FBO creation error: 8CD6\r\n";
+constexpr const char* incomplete_attachment = "RenderTargetOpenGL - FBO creation error: 8CD6\r\n";
 
 /// What targets do on a real context.
 class RenderTargetTest : public RenderTargets {

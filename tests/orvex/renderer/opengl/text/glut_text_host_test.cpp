@@ -19,7 +19,7 @@ namespace {
 
 int host_errors = 0;
 
-void count_error(char const*, va_list) {
+void count_error(const char*, va_list) {
     ++host_errors;
 }
 
@@ -27,12 +27,12 @@ class HostWithGlut : public testing::Test {
 protected:
     HostWithGlut() {
         host_errors = 0;
-        auto const set_error_function =
-            reinterpret_cast<void (*)(void (*)(char const*, va_list))>(find("glutInitErrorFunc"));
+        const auto set_error_function =
+            reinterpret_cast<void (*)(void (*)(const char*, va_list))>(find("glutInitErrorFunc"));
         set_error_function(count_error);
     }
 
-    static void* find(char const* name) {
+    static void* find(const char* name) {
         static void* const library = dlopen("libglut.so.3.12", RTLD_LAZY);
         return dlsym(library, name);
     }
@@ -46,7 +46,7 @@ TEST_F(HostWithGlut, has_no_raster_text_before_it_initializes_glut) {
 }
 
 TEST_F(HostWithGlut, is_told_so_once_by_the_renderer) {
-    orvex_test::GlContext const context;
+    const orvex_test::GlContext context;
     test::LogCapture log;
     RendererOpenGL renderer;
     FontData font;
@@ -58,10 +58,10 @@ TEST_F(HostWithGlut, is_told_so_once_by_the_renderer) {
 }
 
 TEST_F(HostWithGlut, keeps_its_own_error_function) {
-    orvex_test::GlContext const context;
+    const orvex_test::GlContext context;
     GlutText text;
     EXPECT_NE(text.prepare(), nullptr);
-    auto const draw = reinterpret_cast<void (*)(void*, int)>(find("glutBitmapCharacter"));
+    const auto draw = reinterpret_cast<void (*)(void*, int)>(find("glutBitmapCharacter"));
     draw(find("glutBitmapHelvetica12"), 'A');
     EXPECT_GT(host_errors, 0) << "GLUT still tells the host of its errors";
 }

@@ -17,7 +17,7 @@ namespace {
 using namespace orvex_test;
 
 TEST(FontData, has_its_defaults) {
-    FontData const font;
+    const FontData font;
     EXPECT_STREQ(font.name, "Arial");
     EXPECT_EQ(font.size, 14U);
     EXPECT_EQ(font.viewport_x, 0);
@@ -52,10 +52,9 @@ protected:
         Box box;
         for (int y = 0; y < 256; ++y) {
             for (int x = 0; x < 256; ++x) {
-                unsigned char const* const p = &pixels[static_cast<std::size_t>(y * 256 + x) * 4];
-                if (p[0] + p[1] + p[2] == 0) {
+                const unsigned char* const p = &pixels[static_cast<std::size_t>(y * 256 + x) * 4];
+                if (p[0] + p[1] + p[2] == 0)
                     continue;
-                }
                 box.left = std::min(box.left, x);
                 box.right = std::max(box.right, x);
                 box.bottom = std::min(box.bottom, y);
@@ -69,7 +68,7 @@ protected:
 
     void clear_frame() { renderer.clear_color_depth_buffers(0.0f, 0.0f, 0.0f, 1.0f, 1.0f); }
 
-    bool write(int x, int y, char const* text, unsigned long length) {
+    bool write(int x, int y, const char* text, unsigned long length) {
         return renderer.font_bitmap_linux_render(&font, x, y, 1.0f, 0.5f, 0.0f, 1.0f, text, length);
     }
 
@@ -82,7 +81,7 @@ GlCalls without_pixel_store(GlCalls calls) {
     // GLUT's own calls, which the recorder sees where the library binds to the program's symbols.
     calls.erase(
         std::remove_if(calls.begin(), calls.end(),
-                       [](std::string const& call) { return call.rfind("glPixelStorei", 0) == 0; }),
+                       [](const std::string& call) { return call.rfind("glPixelStorei", 0) == 0; }),
         calls.end());
     return calls;
 }
@@ -91,7 +90,7 @@ TEST_F(RasterText, is_drawn_at_its_pixel_without_a_display) {
     clear_frame();
     renderer.set_viewport(0, 0, 256, 256);
     EXPECT_TRUE(write(40, 60, "Hill", 4));
-    Box const box = drawn();
+    const Box box = drawn();
     EXPECT_GT(box.count, 20);
     EXPECT_GE(box.left, 39);
     EXPECT_LT(box.right, 39 + 40);
@@ -140,7 +139,7 @@ TEST_F(RasterText, keeps_viewport_and_matrix_mode) {
 TEST_F(RasterText, stays_valid_where_it_begins_outside_the_view) {
     clear_frame();
     EXPECT_TRUE(write(-4, 60, "WWW", 3));
-    Box const box = drawn();
+    const Box box = drawn();
     EXPECT_GT(box.count, 10);
     EXPECT_EQ(box.left, 0);
 }
@@ -168,9 +167,8 @@ TEST_F(RasterText, is_refused_without_font_text_or_length) {
 
 TEST_F(RasterText, is_drawn_for_every_character_code) {
     std::string all;
-    for (int i = 1; i < 256; ++i) {
+    for (int i = 1; i < 256; ++i)
         all += static_cast<char>(i);
-    }
     EXPECT_TRUE(write(0, 10, all.c_str(), all.size()));
     EXPECT_TRUE(write(0, 10, "", 1)) << "the length is the gate, not the text";
 }
@@ -185,7 +183,7 @@ TEST_F(RasterText, is_drawn_at_a_point_of_the_scene) {
     EXPECT_EQ(without_pixel_store(recorder.take()),
               GlCalls({"glDisable(GL_BLEND)", "glDisable(GL_DEPTH_TEST)", "glColor4f(0, 1, 0, 1)",
                        "glRasterPos4f(0, 0.5, 0.25, 1)", "glColor4f(1, 1, 1, 1)"}));
-    Box const box = drawn();
+    const Box box = drawn();
     EXPECT_GT(box.count, 20);
     EXPECT_GE(box.left, 128);
     EXPECT_EQ(box.bottom, 192);
@@ -224,7 +222,7 @@ TEST_F(RasterText, has_no_windows_form) {
 }
 
 TEST(RasterTextInCore, is_sent_and_refused_by_the_api) {
-    GlContext const context(Profile::core);
+    const GlContext context(Profile::core);
     RendererOpenGL renderer;
     renderer.start();
     FontData font;

@@ -253,9 +253,8 @@ TEST_P(TextureUnits, image_units_take_access_and_format) {
         EXPECT_TRUE(renderer->image_texture_bind(&data, 1, DATA_ACCESS_READ_ONLY));
         EXPECT_EQ(recorder->take(), GlCalls{"glBindImageTexture(1, " + id() +
                                             ", 0, false, 0, GL_READ_ONLY, " + row.name + ")"});
-        if (row.format == 6 || row.format == 7) {
+        if (row.format == 6 || row.format == 7)
             EXPECT_NO_GL_ERROR();
-        }
         orvex_test::forget_gl_errors();
     }
     const struct {

@@ -23,12 +23,12 @@ protected:
     orvex_test::FakeGl gl;
     RenderWindowOpenGL window;
 
-    void serve_version(char const* text, int major, int minor) {
+    void serve_version(const char* text, int major, int minor) {
         gl.serve(text, major, minor);
         platform.get_string_i = gl.get_string_i();
     }
 
-    bool initialize(RenderWindow_ExtraData* extra = nullptr, char const* msaa = nullptr) {
+    bool initialize(RenderWindow_ExtraData* extra = nullptr, const char* msaa = nullptr) {
         return window.initialize(nullptr, nullptr, 640, 480, msaa, nullptr, extra);
     }
 };
@@ -137,7 +137,7 @@ TEST_F(RenderWindowOpenGLTest, writes_core_profile_by_the_major_version) {
 
 TEST_F(RenderWindowOpenGLTest, matches_the_name_of_multisampling_exactly) {
     struct Row {
-        char const* name;
+        const char* name;
         int samples;
     };
     for (const Row& row :

@@ -22,7 +22,7 @@ protected:
 
 TEST_F(RenderWindowOpenGLVersionTest, tells_the_major_version_2_to_4_as_its_api) {
     struct Row {
-        char const* text;
+        const char* text;
         int major;
         int api;
     };
@@ -45,7 +45,7 @@ TEST_F(RenderWindowOpenGLVersionTest, reads_the_version_numbers_from_3_on) {
 
 TEST_F(RenderWindowOpenGLVersionTest, reads_the_first_and_third_character_below_3) {
     struct Row {
-        char const* text;
+        const char* text;
         int major;
         int minor;
     };
@@ -60,7 +60,7 @@ TEST_F(RenderWindowOpenGLVersionTest, reads_the_first_and_third_character_below_
 }
 
 TEST_F(RenderWindowOpenGLVersionTest, reads_no_version_without_a_text_or_from_a_cut_one) {
-    for (char const* text : {static_cast<char const*>(nullptr), "", "2", "2."}) {
+    for (const char* text : {static_cast<const char*>(nullptr), "", "2", "2."}) {
         gl.serve(text, 0, 0);
         int major = 77, minor = 78;
         EXPECT_FALSE(window.get_opengl_version(&major, &minor));
@@ -93,7 +93,7 @@ TEST_F(RenderWindowOpenGLVersionTest, reads_the_version_once_until_it_is_initial
 
 TEST_F(RenderWindowOpenGLVersionTest, supports_what_is_not_above_the_contexts_version) {
     struct Row {
-        char const* text;
+        const char* text;
         int major, minor;
         int wanted_major, wanted_minor;
         bool supported;
@@ -130,13 +130,13 @@ using Names = std::vector<std::string>;
 
 class RenderWindowOpenGLExtensionTest : public RenderWindowOpenGLVersionTest {
 protected:
-    void serve_indexed(std::vector<char const*> names) {
+    void serve_indexed(std::vector<const char*> names) {
         gl.serve("3.0", 3, 0);
         gl.indexed = std::move(names);
         platform.get_string_i = gl.get_string_i();
     }
 
-    void serve_text(char const* names) {
+    void serve_text(const char* names) {
         gl.serve("2.1", 0, 0);
         gl.extensions = names;
     }
@@ -170,7 +170,7 @@ TEST_F(RenderWindowOpenGLExtensionTest, compares_names_exactly) {
 
 TEST_F(RenderWindowOpenGLExtensionTest, lists_the_names_of_a_text_that_are_followed_by_a_blank) {
     struct Row {
-        char const* text;
+        const char* text;
         Names names;
     };
     for (const Row& row : {

@@ -17,8 +17,8 @@ struct ORVEX_Renderer_OpenGL_Func;
 /// The entry points that only debugging fetches: X(result, name, parameters).
 // clang-format off
 #define ORVEX_GL_DEBUG_FUNCTIONS(X) \
-    X(void, glDebugMessageCallback, (GLDEBUGPROC callback, void const* userParam)) \
-    X(void, glObjectLabel, (GLenum identifier, GLuint name, GLsizei length, GLchar const* label))
+    X(void, glDebugMessageCallback, (GLDEBUGPROC callback, const void* userParam)) \
+    X(void, glObjectLabel, (GLenum identifier, GLuint name, GLsizei length, const GLchar* label))
 // clang-format on
 
 /// Whether `ORVEX_GL_DEBUG` is set, and neither empty nor "0".
@@ -39,12 +39,12 @@ void start_gl_labels(ORVEX_Renderer_OpenGL_Func& gl);
 /// Without a node the use stands alone. Does nothing where `start_gl_labels` didn't succeed.
 /// @param kind  GL_BUFFER, GL_TEXTURE and so on
 /// @param id    an object that exists: a generated name has to have been bound
-void label_gl_object(ORVEX_Renderer_OpenGL_Func const& gl, GLenum kind, GLuint id, char const* use);
+void label_gl_object(const ORVEX_Renderer_OpenGL_Func& gl, GLenum kind, GLuint id, const char* use);
 
 /// One message of the driver, as it stands in the log: high severity as an error, medium as a
 /// warning, low as an information, a notification as a debug line. Breaks in the text become
 /// spaces.
 void APIENTRY log_gl_message(GLenum source, GLenum type, GLuint id, GLenum severity, GLsizei length,
-                             GLchar const* text, void const*);
+                             const GLchar* text, const void*);
 
 } // namespace orvex

@@ -19,7 +19,7 @@ extern bool g_orvex_display_gl_func_ptr;
 /// supports it, by its version or its extension list; where the table says so, by an entry with
 /// another suffix and the same signature. Any other name is served if the OpenGL library exports
 /// it. Without a current context, and for a null name, the result is null.
-void* _orvex_get_proc_address(char const* name);
+void* _orvex_get_proc_address(const char* name);
 
 /// The entry points, each in a field named after it. A field is null where the running context
 /// doesn't have the function; whoever calls it asks first.

@@ -19,7 +19,7 @@ struct GlCapabilities {
     /// Whether the version is at least `since`, written as 31 for 3.1.
     bool has_version(int since) const { return major * 10 + minor >= since; }
     /// Whether the extension is listed.
-    bool has_extension(char const* name) const { return extensions.count(name) != 0; }
+    bool has_extension(const char* name) const { return extensions.count(name) != 0; }
 };
 
 /// Reads what the context that is current on the calling thread can do. The major version is 0 if
@@ -27,11 +27,11 @@ struct GlCapabilities {
 GlCapabilities read_gl_capabilities();
 
 /// Whether the name stands in the function table.
-bool is_gl_table_name(char const* name);
+bool is_gl_table_name(const char* name);
 
 /// Returns the name under which a context serves an entry of the function table: the name itself,
 /// the same with another suffix, or an empty text if the context lacks it or the table has no such
 /// entry.
-std::string choose_gl_entry(char const* name, GlCapabilities const& capabilities);
+std::string choose_gl_entry(const char* name, const GlCapabilities& capabilities);
 
 } // namespace orvex

@@ -11,12 +11,12 @@ namespace orvex {
 class OpenGLExtension {
 public:
     /// Copies the name; null gives an empty one.
-    explicit OpenGLExtension(char const* name);
+    explicit OpenGLExtension(const char* name);
 
     /// @return the name, which lives as long as the object
-    char const* get_name() const;
+    const char* get_name() const;
     /// Compares exactly, upper and lower case apart.
-    bool operator==(OpenGLExtension const& other) const;
+    bool operator==(const OpenGLExtension& other) const;
 
 private:
     std::string name;

@@ -45,7 +45,7 @@ public:
     unsigned int get_color_tex_id_opengl(int index) override;
     unsigned int get_depth_tex_id_opengl() override { return depth_texture; }
     void clear_error_str() override { error_str.clear(); }
-    char const* get_error_str() override { return error_str.c_str(); }
+    const char* get_error_str() override { return error_str.c_str(); }
     unsigned long get_error_str_size() override { return error_str.size(); }
 
     unsigned long _get_read_back_size(unsigned long channels) override;
@@ -59,8 +59,8 @@ private:
     static constexpr std::size_t max_colors = 8;
 
     /// Names one of the target's objects, which exists by now, after the target.
-    void label(GLenum kind, unsigned int object, char const* use) const;
-    void label(GLenum kind, unsigned int object, char const* use, std::size_t index) const;
+    void label(GLenum kind, unsigned int object, const char* use) const;
+    void label(GLenum kind, unsigned int object, const char* use, std::size_t index) const;
 
     bool _create_target(GLenum target, int new_width, int new_height, PIXEL_FORMAT pixel_format,
                         unsigned long num_textures, bool linear, bool clamp, int texture_samples);
@@ -83,7 +83,7 @@ private:
     void attach_textures(GLenum target) const;
     void make_render_buffers();
     void attach_render_buffers() const;
-    bool check_status(char const* message);
+    bool check_status(const char* message);
     void leave(GLenum target);
     void delete_render_buffers();
     void resize_render_buffers() const;

@@ -16,20 +16,20 @@ class GlutText {
 public:
     /// @param library  name to load, which must outlive the object; null for the names under which
     ///                 systems have it
-    explicit GlutText(char const* library = nullptr);
+    explicit GlutText(const char* library = nullptr);
 
     /// Loads the library unless that was tried before.
     /// @return null if characters can be drawn now, else the reason why not
-    char const* prepare();
+    const char* prepare();
 
     /// Draws a text at the current raster position, to its terminating zero. Only after a
     /// `prepare` that gave null.
-    void draw(char const* text) const;
+    void draw(const char* text) const;
 
 private:
     void load();
 
-    char const* library;
+    const char* library;
     bool tried = false;
     bool ours = false; // we brought the library into the process
     void (*draw_character)(void* font, int character) = nullptr;

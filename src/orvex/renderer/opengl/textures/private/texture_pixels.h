@@ -12,7 +12,7 @@ namespace orvex {
 /// `has` first.
 struct TexturePixels {
     GlPixelFormat gl;
-    void const* data;    ///< null uploads no pixels
+    const void* data;    ///< null uploads no pixels
     unsigned long bytes; ///< that may be read behind `data`
 
     /// Whether `width * height` pixels may be read; null pixels are never read.
@@ -20,10 +20,10 @@ struct TexturePixels {
 };
 
 /// The pixels of an image for a load, which knows every format of the table.
-TexturePixels texture_pixels_to_load(Image const& image, PIXEL_FORMAT format);
+TexturePixels texture_pixels_to_load(const Image& image, PIXEL_FORMAT format);
 
 /// The same for an update, which takes the half-float formats like unknown ones: no pixels.
-TexturePixels texture_pixels_to_update(Image const& image, PIXEL_FORMAT format);
+TexturePixels texture_pixels_to_update(const Image& image, PIXEL_FORMAT format);
 
 /// How an update takes pixels of a format.
 GlPixelFormat gl_pixel_format_to_update(PIXEL_FORMAT format);

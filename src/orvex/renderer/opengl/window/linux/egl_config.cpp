@@ -10,7 +10,7 @@
 
 namespace orvex {
 
-EglConfigFacts wanted_facts(ContextRequest const& request) {
+EglConfigFacts wanted_facts(const ContextRequest& request) {
     EglConfigFacts facts{8, 8, 8, 8, request.depth_bits, request.stencil_bits, request.samples};
     if (request.color_bits == 24)
         facts.alpha = 0;
@@ -25,7 +25,7 @@ EglConfigFacts wanted_facts(ContextRequest const& request) {
 
 namespace {
 
-std::array<int, 5> distances(EglConfigFacts const& wish, EglConfigFacts const& facts) {
+std::array<int, 5> distances(const EglConfigFacts& wish, const EglConfigFacts& facts) {
     return {std::abs(facts.red - wish.red) + std::abs(facts.green - wish.green) +
                 std::abs(facts.blue - wish.blue),
             std::abs(facts.alpha - wish.alpha), std::abs(facts.depth - wish.depth),
@@ -34,7 +34,7 @@ std::array<int, 5> distances(EglConfigFacts const& wish, EglConfigFacts const& f
 
 } // namespace
 
-bool is_nearer(EglConfigFacts const& wish, EglConfigFacts const& a, EglConfigFacts const& b) {
+bool is_nearer(const EglConfigFacts& wish, const EglConfigFacts& a, const EglConfigFacts& b) {
     return distances(wish, a) < distances(wish, b);
 }
 
@@ -62,7 +62,7 @@ EglConfigFacts facts_of(EGLDisplay display, EGLConfig config) {
         attribute(display, config, EGL_SAMPLES)};
 }
 
-std::vector<EGLConfig> matching_configs(EGLDisplay display, EGLint const* attributes) {
+std::vector<EGLConfig> matching_configs(EGLDisplay display, const EGLint* attributes) {
     EGLint count = 0;
     if (!eglChooseConfig(display, attributes, nullptr, 0, &count) || count <= 0)
         return {};
@@ -75,7 +75,7 @@ std::vector<EGLConfig> matching_configs(EGLDisplay display, EGLint const* attrib
 
 } // namespace
 
-std::vector<EGLConfig> choose_configs(EGLDisplay display, ContextRequest const& request) {
+std::vector<EGLConfig> choose_configs(EGLDisplay display, const ContextRequest& request) {
     const EglConfigFacts wish = wanted_facts(request);
     const EGLint attributes[] = {EGL_SURFACE_TYPE,
                                  request.view ? EGL_WINDOW_BIT : EGL_PBUFFER_BIT,
@@ -100,13 +100,13 @@ std::vector<EGLConfig> choose_configs(EGLDisplay display, ContextRequest const& 
     std::vector<std::pair<EglConfigFacts, EGLConfig>> ranked;
     for (EGLConfig config : matching_configs(display, attributes))
         ranked.emplace_back(facts_of(display, config), config);
-    std::stable_sort(ranked.begin(), ranked.end(), [&](auto const& a, auto const& b) {
+    std::stable_sort(ranked.begin(), ranked.end(), [&](const auto& a, const auto& b) {
         return is_nearer(wish, a.first, b.first);
     });
 
     std::vector<EGLConfig> configs;
     std::transform(ranked.begin(), ranked.end(), std::back_inserter(configs),
-                   [](auto const& entry) { return entry.second; });
+                   [](const auto& entry) { return entry.second; });
     return configs;
 }
 

@@ -104,7 +104,7 @@ EGLContext create_legacy_context(EGLDisplay display, EGLConfig config, EGLContex
 
 /// A driver that can't give the asked core version may give 3.2, and with it often more.
 EGLContext create_native_context(EGLDisplay display, EGLConfig config, EGLContext share,
-                                 ContextRequest const& request) {
+                                 const ContextRequest& request) {
     if (request.profile == CONTEXT_PROFILE_LEGACY)
         return create_legacy_context(display, config, share, request.debug);
     const std::pair lowest(3, 2);
@@ -134,7 +134,7 @@ EGLSurface create_off_screen_surface(EGLDisplay display, EGLConfig config, int w
     return eglCreatePbufferSurface(display, config, size);
 }
 
-EGLSurface create_surface(EGLDisplay display, EGLConfig config, ContextRequest const& request) {
+EGLSurface create_surface(EGLDisplay display, EGLConfig config, const ContextRequest& request) {
     if (!request.view)
         return create_off_screen_surface(display, config, request.width, request.height);
     return eglCreateWindowSurface(display, config,
@@ -144,7 +144,7 @@ EGLSurface create_surface(EGLDisplay display, EGLConfig config, ContextRequest c
 } // namespace
 
 EglOwnContext::EglOwnContext(EGLDisplay display, EGLConfig config, EGLContext context,
-                             EGLSurface surface, ContextRequest const& request)
+                             EGLSurface surface, const ContextRequest& request)
     : EglAnyContext(display, context, surface, surface)
     , config(config)
     , off_screen(!request.view)
@@ -152,7 +152,7 @@ EglOwnContext::EglOwnContext(EGLDisplay display, EGLConfig config, EGLContext co
     , height(std::max(request.height, 1)) {}
 
 std::unique_ptr<EglOwnContext> EglOwnContext::create(EGLDisplay display, EGLConfig config,
-                                                     ContextRequest const& request) {
+                                                     const ContextRequest& request) {
     const auto* share = dynamic_cast<EglAnyContext*>(request.share);
     const EGLSurface surface = create_surface(display, config, request);
     if (surface == EGL_NO_SURFACE)
@@ -168,7 +168,7 @@ std::unique_ptr<EglOwnContext> EglOwnContext::create(EGLDisplay display, EGLConf
 }
 
 std::unique_ptr<EglOwnContext> EglOwnContext::create(EGLDisplay display,
-                                                     ContextRequest const& request) {
+                                                     const ContextRequest& request) {
     ContextRequest attempt = request;
     for (int depth_bits : depths_to_try(request.depth_bits)) {
         attempt.depth_bits = depth_bits;
@@ -207,7 +207,7 @@ bool EglOwnContext::resize(int new_width, int new_height) {
     return true;
 }
 
-EglHostContext::EglHostContext(EglCurrent const& current, void* host_handle)
+EglHostContext::EglHostContext(const EglCurrent& current, void* host_handle)
     : EglAnyContext(current.display, current.context, current.draw, current.read)
     , host_handle(host_handle) {}
 

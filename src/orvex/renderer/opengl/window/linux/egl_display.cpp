@@ -11,11 +11,11 @@ namespace orvex {
 
 namespace {
 
-bool lists(char const* extensions, char const* wanted) {
+bool lists(const char* extensions, const char* wanted) {
     if (!extensions)
         return false;
     const std::size_t length = std::strlen(wanted);
-    for (char const* found = std::strstr(extensions, wanted); found;
+    for (const char* found = std::strstr(extensions, wanted); found;
          found = std::strstr(found + length, wanted)) {
         const bool begins = found == extensions || found[-1] == ' ';
         if (begins && (found[length] == ' ' || found[length] == '\0'))
@@ -24,17 +24,17 @@ bool lists(char const* extensions, char const* wanted) {
     return false;
 }
 
-bool client_lists(char const* wanted) {
+bool client_lists(const char* wanted) {
     return lists(eglQueryString(EGL_NO_DISPLAY, EGL_EXTENSIONS), wanted);
 }
 
 template<typename Function>
-Function entry(char const* name) {
+Function entry(const char* name) {
     return reinterpret_cast<Function>(eglGetProcAddress(name));
 }
 
 /// A display of one platform, or EGL_NO_DISPLAY where the platform is unknown.
-EGLDisplay platform_display(EGLenum platform, char const* extension, void* native) {
+EGLDisplay platform_display(EGLenum platform, const char* extension, void* native) {
     const auto get = entry<PFNEGLGETPLATFORMDISPLAYEXTPROC>("eglGetPlatformDisplayEXT");
     if (!get || !client_lists(extension))
         return EGL_NO_DISPLAY;
@@ -62,7 +62,7 @@ std::vector<EGLDeviceEXT> devices(bool software_first) {
     return {found.begin(), found.begin() + count};
 }
 
-std::vector<EGLDisplay> off_screen_displays(ContextRequest const& request) {
+std::vector<EGLDisplay> off_screen_displays(const ContextRequest& request) {
     std::vector<EGLDisplay> displays;
     if (request.display)
         displays.push_back(eglGetDisplay(static_cast<EGLNativeDisplayType>(request.display)));
@@ -75,7 +75,7 @@ std::vector<EGLDisplay> off_screen_displays(ContextRequest const& request) {
     return displays;
 }
 
-std::vector<EGLDisplay> window_displays(ContextRequest const& request) {
+std::vector<EGLDisplay> window_displays(const ContextRequest& request) {
     if (request.display)
         return {eglGetDisplay(static_cast<EGLNativeDisplayType>(request.display))};
     // A `wl_egl_window*` means nothing on any connection but its own.
@@ -87,7 +87,7 @@ std::vector<EGLDisplay> window_displays(ContextRequest const& request) {
 
 } // namespace
 
-std::vector<EGLDisplay> displays_for(ContextRequest const& request) {
+std::vector<EGLDisplay> displays_for(const ContextRequest& request) {
     std::vector<EGLDisplay> displays =
         request.view ? window_displays(request) : off_screen_displays(request);
     std::erase(displays, EGL_NO_DISPLAY);

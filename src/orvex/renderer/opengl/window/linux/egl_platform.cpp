@@ -13,7 +13,7 @@ namespace orvex {
 namespace {
 
 /// Objects are shared within one display only. A parent of another kind can't be shared with.
-std::vector<EGLDisplay> candidate_displays(ContextRequest const& request) {
+std::vector<EGLDisplay> candidate_displays(const ContextRequest& request) {
     if (!request.share)
         return displays_for(request);
     if (const auto* share = dynamic_cast<EglAnyContext*>(request.share))
@@ -22,13 +22,13 @@ std::vector<EGLDisplay> candidate_displays(ContextRequest const& request) {
 }
 
 /// A driver may crash on the number of a window that is gone.
-bool is_drawable(ContextRequest const& request) {
+bool is_drawable(const ContextRequest& request) {
     return !is_x11_id(request.view) || x11_window_may_exist(request.display, request.view);
 }
 
 } // namespace
 
-std::unique_ptr<PlatformContext> EglPlatform::create_context(ContextRequest const& request) {
+std::unique_ptr<PlatformContext> EglPlatform::create_context(const ContextRequest& request) {
     const EglOpenGLScope api;
     for (EGLDisplay display : candidate_displays(request)) {
         if (!eglInitialize(display, nullptr, nullptr) || !is_drawable(request))
@@ -50,11 +50,11 @@ std::unique_ptr<PlatformContext> EglPlatform::adopt_current_context(void* handle
 void EglPlatform::get_version(int& major, int& minor) {
     major = 0;
     minor = 0;
-    if (char const* version = eglQueryString(EGL_NO_DISPLAY, EGL_VERSION))
+    if (const char* version = eglQueryString(EGL_NO_DISPLAY, EGL_VERSION))
         std::sscanf(version, "%d.%d", &major, &minor);
 }
 
-void* EglPlatform::get_proc_address(char const* name) {
+void* EglPlatform::get_proc_address(const char* name) {
     return reinterpret_cast<void*>(eglGetProcAddress(name));
 }
 

@@ -34,7 +34,7 @@ GlxApi load_glx() {
 
 class GlxHostContext : public PlatformContext {
 public:
-    GlxHostContext(GlxApi const& api, void* host_handle)
+    GlxHostContext(const GlxApi& api, void* host_handle)
         : api(api)
         , host_handle(host_handle)
         , context(api.get_context())

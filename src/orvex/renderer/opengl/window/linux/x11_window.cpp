@@ -21,7 +21,7 @@ struct XcbCookie {
 /// The few functions of the X protocol library that one question needs. Its requests, unlike those
 /// of the older library, tell of a failure without calling the process's error handler.
 struct XcbApi {
-    void* (*connect)(char const* display, int* screen) = nullptr;
+    void* (*connect)(const char* display, int* screen) = nullptr;
     int (*has_error)(void* connection) = nullptr;
     XcbCookie (*get_geometry)(void* connection, std::uint32_t drawable) = nullptr;
     void* (*geometry_reply)(void* connection, XcbCookie cookie, void** error) = nullptr;
@@ -44,15 +44,15 @@ XcbApi load_xcb() {
 }
 
 /// The name of the server that the host is connected to; null for the default one.
-char const* display_name(void* display) {
+const char* display_name(void* display) {
     if (!display)
         return nullptr;
-    char const* (*display_string)(void*) = nullptr;
+    const char* (*display_string)(void*) = nullptr;
     LoadedLibrary("libX11.so.6").look_up("XDisplayString", display_string);
     return display_string ? display_string(display) : nullptr;
 }
 
-bool has_geometry(XcbApi const& api, void* connection, void* view) {
+bool has_geometry(const XcbApi& api, void* connection, void* view) {
     const auto drawable = static_cast<std::uint32_t>(reinterpret_cast<std::uintptr_t>(view));
     void* error = nullptr;
     void* const reply =

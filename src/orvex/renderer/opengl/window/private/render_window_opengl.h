@@ -24,7 +24,7 @@ public:
     RenderWindowOpenGL();
     ~RenderWindowOpenGL() override;
 
-    bool initialize(void* window, void* view, int width, int height, char const* msaa,
+    bool initialize(void* window, void* view, int width, int height, const char* msaa,
                     RenderWindow* parent, RenderWindow_ExtraData* extra) override;
     bool terminate() override;
     bool apply_context(bool state) override;
@@ -34,14 +34,14 @@ public:
     int get_api_3d() override;
     bool is_opengl_version_supported(int major, int minor) override;
     bool get_opengl_version(int* major, int* minor) override;
-    bool check_opengl_extension(char const* name) override;
+    bool check_opengl_extension(const char* name) override;
     bool build_opengl_extensions_list() override;
     bool destroy_opengl_extensions_list() override;
     unsigned long get_num_opengl_extensions() override;
     int get_num_GL_extensions() override;
     int get_num_WGL_extensions() override;
     int get_num_GLX_extensions() override;
-    char const* get_opengl_extension(unsigned long index) override;
+    const char* get_opengl_extension(unsigned long index) override;
     void* opengl_get_ctx() override;
     void* d3d_get_device() override;
     void* d3d11_get_device_ctx() override;
@@ -59,9 +59,9 @@ public:
     void* osx_get_cgl_ctx() override;
     bool osx_enable_multi_threaded_gl_engine(bool state) override;
     bool osx_lock_context(bool state) override;
-    bool osx_create_cgl_context(void* view, int width, int height, char const* msaa,
+    bool osx_create_cgl_context(void* view, int width, int height, const char* msaa,
                                 RenderWindow* parent, RenderWindow_ExtraData* extra) override;
-    bool osx_create_cocoa_nsgl_context(void* view, int width, int height, char const* msaa,
+    bool osx_create_cocoa_nsgl_context(void* view, int width, int height, const char* msaa,
                                        RenderWindow* parent,
                                        RenderWindow_ExtraData* extra) override;
     bool osx_apply_context_cocoa(bool state) override;

@@ -41,8 +41,8 @@ struct ContextRequest {
 class PlatformContext {
 public:
     PlatformContext() = default;
-    PlatformContext(PlatformContext const&) = delete;
-    PlatformContext& operator=(PlatformContext const&) = delete;
+    PlatformContext(const PlatformContext&) = delete;
+    PlatformContext& operator=(const PlatformContext&) = delete;
     /// Releases the context first if it is current on the calling thread and not the host's.
     virtual ~PlatformContext() = default;
 
@@ -66,13 +66,13 @@ public:
 class WindowPlatform {
 public:
     WindowPlatform() = default;
-    WindowPlatform(WindowPlatform const&) = delete;
-    WindowPlatform& operator=(WindowPlatform const&) = delete;
+    WindowPlatform(const WindowPlatform&) = delete;
+    WindowPlatform& operator=(const WindowPlatform&) = delete;
     virtual ~WindowPlatform() = default;
 
     /// Chooses a configuration and makes a context and its surface, without making it current.
     /// @return null when there is no such configuration, context or surface
-    virtual std::unique_ptr<PlatformContext> create_context(ContextRequest const& request) = 0;
+    virtual std::unique_ptr<PlatformContext> create_context(const ContextRequest& request) = 0;
     /// Wraps the context that is current on the calling thread.
     /// @param handle  what the host calls it
     /// @return null when none is current
@@ -81,7 +81,7 @@ public:
     virtual void get_version(int& major, int& minor) = 0;
     /// The address under which the process's OpenGL serves a name. A non-null answer says nothing
     /// about support: systems hand out stubs for names they have never heard of.
-    virtual void* get_proc_address(char const* name) = 0;
+    virtual void* get_proc_address(const char* name) = 0;
 };
 
 /// @return the platform in use

@@ -27,7 +27,7 @@ RenderWindow_ExtraData request_of(Profile profile) {
 }
 
 bool begin(RenderWindow& window, Profile profile, int width = 64, int height = 48,
-           RenderWindow* parent = nullptr, char const* msaa = nullptr) {
+           RenderWindow* parent = nullptr, const char* msaa = nullptr) {
     RenderWindow_ExtraData extra = request_of(profile);
     return window.initialize(nullptr, nullptr, width, height, msaa, parent, &extra);
 }
@@ -153,7 +153,7 @@ TEST_P(EglWindow, takes_no_less_stencil_than_asked) {
 
 TEST_P(EglWindow, gives_at_least_the_asked_samples_or_fails) {
     struct Row {
-        char const* name;
+        const char* name;
         int samples;
     };
     for (const Row& row :
@@ -354,7 +354,7 @@ TEST_P(EglWindow, replaces_its_context_by_a_second_one) {
 
 TEST_P(EglWindow, adopts_a_hosts_context_and_never_ends_it) {
     orvex_test::GlContext host(GetParam());
-    EGLContext const native = eglGetCurrentContext();
+    const EGLContext native = eglGetCurrentContext();
     {
         RenderWindowOpenGL window;
         EXPECT_TRUE(window.osx_init_with_cocoa_nsgl_ctx(native));
@@ -408,7 +408,7 @@ TEST_P(EglWindow, gives_a_software_renderer_when_asked) {
     RenderWindow_ExtraData extra = request_of(GetParam());
     extra.software_renderer = true;
     ASSERT_TRUE(window.initialize(nullptr, nullptr, 8, 8, nullptr, nullptr, &extra));
-    const std::string renderer = reinterpret_cast<char const*>(glGetString(GL_RENDERER));
+    const std::string renderer = reinterpret_cast<const char*>(glGetString(GL_RENDERER));
     EXPECT_NE(renderer.find("llvmpipe"), std::string::npos) << renderer;
     clear(1.0f, 0.0f, 0.0f);
     EXPECT_FALSE(window.display_framebuffer());

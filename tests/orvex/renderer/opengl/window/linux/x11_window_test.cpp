@@ -61,7 +61,7 @@ Picture quarters(int width, int height) {
 struct Way {
     Profile profile;
     bool with_connection;
-    char const* msaa;
+    const char* msaa;
     friend std::ostream& operator<<(std::ostream& out, const Way& way) {
         return out << way.profile << (way.with_connection ? "_connection" : "_default")
                    << (way.msaa ? "_4x" : "");

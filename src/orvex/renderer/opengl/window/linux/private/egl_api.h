@@ -20,8 +20,8 @@ public:
         eglBindAPI(EGL_OPENGL_API);
     }
     ~EglOpenGLScope() { eglBindAPI(former); }
-    EglOpenGLScope(EglOpenGLScope const&) = delete;
-    EglOpenGLScope& operator=(EglOpenGLScope const&) = delete;
+    EglOpenGLScope(const EglOpenGLScope&) = delete;
+    EglOpenGLScope& operator=(const EglOpenGLScope&) = delete;
 
 private:
     EGLenum former;

@@ -46,7 +46,7 @@ class EglOwnContext : public EglAnyContext {
 public:
     /// @return null when the display has no such configuration, context or surface, or refuses to
     ///         share with the request's context
-    static std::unique_ptr<EglOwnContext> create(EGLDisplay display, ContextRequest const& request);
+    static std::unique_ptr<EglOwnContext> create(EGLDisplay display, const ContextRequest& request);
     ~EglOwnContext() override;
 
     void* handle() const override { return get_context(); }
@@ -59,16 +59,16 @@ private:
     int height;
 
     EglOwnContext(EGLDisplay display, EGLConfig config, EGLContext context, EGLSurface surface,
-                  ContextRequest const& request);
+                  const ContextRequest& request);
     static std::unique_ptr<EglOwnContext> create(EGLDisplay display, EGLConfig config,
-                                                 ContextRequest const& request);
+                                                 const ContextRequest& request);
 };
 
 /// A context that the host made with EGL and holds current. Nothing of it is destroyed here.
 class EglHostContext : public EglAnyContext {
 public:
     /// @param host_handle  what the host calls the context
-    EglHostContext(EglCurrent const& current, void* host_handle);
+    EglHostContext(const EglCurrent& current, void* host_handle);
 
     void* handle() const override { return host_handle; }
     bool resize(int, int) override { return true; }

@@ -14,6 +14,6 @@ struct ContextRequest;
 /// The displays that may serve a request without a context to share with, best first, none of them
 /// initialized. A drawable has the display it was made on, or the default X11 display; off screen
 /// any will do, and those that need no display server go first.
-std::vector<EGLDisplay> displays_for(ContextRequest const& request);
+std::vector<EGLDisplay> displays_for(const ContextRequest& request);
 
 } // namespace orvex

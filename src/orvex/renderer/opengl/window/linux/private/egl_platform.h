@@ -11,10 +11,10 @@ namespace orvex {
 /// works on any thread, and leaves the thread's current client API as it was.
 class EglPlatform : public WindowPlatform {
 public:
-    std::unique_ptr<PlatformContext> create_context(ContextRequest const& request) override;
+    std::unique_ptr<PlatformContext> create_context(const ContextRequest& request) override;
     std::unique_ptr<PlatformContext> adopt_current_context(void* handle) override;
     void get_version(int& major, int& minor) override;
-    void* get_proc_address(char const* name) override;
+    void* get_proc_address(const char* name) override;
 };
 
 } // namespace orvex
