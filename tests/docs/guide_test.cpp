@@ -6,9 +6,9 @@
 
 #include "tests/examples/example_picture.h"
 
-namespace {
+namespace orvex_test {
 
-using namespace orvex_test;
+namespace {
 
 const std::string data = GUIDE_DATA;
 
@@ -64,3 +64,5 @@ TEST(GuidePages, tell_a_program_without_its_arguments_to_fail) {
 }
 
 } // namespace
+
+} // namespace orvex_test

@@ -18,7 +18,7 @@ namespace orvex_test {
 /// Pictures are stored with losses, so that the last bit says nothing.
 inline void expect_example_picture(const std::string& program, const std::string& path,
                                    const std::string& name) {
-    const orvex::test::TempDir folder;
+    const orvex_test::TempDir folder;
     const std::string file = folder.file(name + ".jpg");
     EXPECT_EQ(output_of("'" + program + "' " + path + " '" + file + "'"), "");
     const std::optional<Picture> picture = read_picture(file);

@@ -24,9 +24,9 @@
 #include "tests/support/picture.h"
 #include "tests/support/x_window.h"
 
-namespace {
+namespace orvex_test {
 
-using namespace orvex_test;
+namespace {
 
 constexpr int width = 400;
 constexpr int height = 300;
@@ -146,3 +146,5 @@ TEST_P(ModelRoad, ends_in_the_pixels_of_an_x11_window) {
 }
 
 } // namespace
+
+} // namespace orvex_test

@@ -3,6 +3,8 @@
 
 #include "example_picture.h"
 
+namespace orvex_test {
+
 namespace {
 
 TEST(OverlaysExample, shows_everything_with_raster_text_on_the_path_of_client_arrays) {
@@ -14,3 +16,5 @@ TEST(OverlaysExample, shows_everything_else_on_the_path_of_generic_attributes) {
 }
 
 } // namespace
+
+} // namespace orvex_test

@@ -4,9 +4,9 @@
 
 #include "example_picture.h"
 
-namespace {
+namespace orvex_test {
 
-using namespace orvex_test;
+namespace {
 
 class PointExample : public testing::TestWithParam<const char*> {};
 INSTANTIATE_TEST_SUITE_P(on, PointExample, testing::Values("gl2", "gl3"),
@@ -29,3 +29,5 @@ TEST_P(PointExample, shows_hits_of_rays_on_the_surface_of_a_model) {
 }
 
 } // namespace
+
+} // namespace orvex_test

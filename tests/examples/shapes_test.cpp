@@ -11,10 +11,11 @@
 #include "tests/support/picture.h"
 #include "tests/support/temp_dir.h"
 
+namespace orvex_test {
+
 namespace {
 
-using orvex::test::TempDir;
-using namespace orvex_test;
+using orvex_test::TempDir;
 
 class Shapes : public testing::TestWithParam<Profile> {
 protected:
@@ -77,3 +78,5 @@ TEST_P(Shapes, want_a_height_map_and_a_place_for_their_pictures) {
 }
 
 } // namespace
+
+} // namespace orvex_test

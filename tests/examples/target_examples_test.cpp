@@ -4,9 +4,9 @@
 
 #include "example_picture.h"
 
-namespace {
+namespace orvex_test {
 
-using namespace orvex_test;
+namespace {
 
 class TargetExample : public testing::TestWithParam<const char*> {
 protected:
@@ -39,7 +39,7 @@ TEST_P(TargetExample, finds_as_many_artifacts_as_were_planted) {
 }
 
 TEST_P(TargetExample, tells_that_a_picture_cannot_be_written) {
-    const orvex::test::TempDir folder;
+    const orvex_test::TempDir folder;
     const std::string path = folder.path() + "/none/out.jpg";
     for (const std::string program : {OFFSCREEN, SHADOW}) {
         const std::string text = output_of("'" + program + "' " + GetParam() + " '" + path + "'");
@@ -49,3 +49,5 @@ TEST_P(TargetExample, tells_that_a_picture_cannot_be_written) {
 }
 
 } // namespace
+
+} // namespace orvex_test

@@ -23,10 +23,11 @@
 #include "tests/support/x_server.h"
 #include "window_program.h"
 
+namespace orvex_test {
+
 namespace {
 
-using namespace orvex_test;
-using orvex::test::TempDir;
+using orvex_test::TempDir;
 
 constexpr int width = 720;
 constexpr int height = 540;
@@ -369,3 +370,5 @@ TEST_F(ViewerTest, tells_how_it_is_called) {
 }
 
 } // namespace
+
+} // namespace orvex_test

@@ -18,9 +18,9 @@
 #include "tests/support/x_server.h"
 #include "window_program.h"
 
-namespace {
+namespace orvex_test {
 
-using namespace orvex_test;
+namespace {
 
 const std::string model = EXAMPLE_DATA "/lighthouse.obj";
 
@@ -104,3 +104,5 @@ TEST_P(WindowExample, tells_how_it_is_called) {
 }
 
 } // namespace
+
+} // namespace orvex_test

@@ -4,6 +4,8 @@
 
 #include <GL/gl.h>
 
+namespace orvex_test {
+
 namespace {
 
 TEST(OldContext, reports_2_1) {
@@ -15,3 +17,5 @@ TEST(OldContext, reports_2_1) {
 }
 
 } // namespace
+
+} // namespace orvex_test

@@ -5,6 +5,8 @@
 #include <GL/gl.h>
 #include <GL/glext.h>
 
+namespace orvex_test {
+
 namespace {
 
 class Fixture : public orvex_test::GlTest {};
@@ -52,3 +54,5 @@ TEST_P(Fixture, shares_textures_with_a_second_context) {
 }
 
 } // namespace
+
+} // namespace orvex_test

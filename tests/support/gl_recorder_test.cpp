@@ -7,10 +7,11 @@
 #include "gl_context.h"
 #include "orvex/renderer/opengl/gl/private/gl_functions.h"
 
-namespace {
+namespace orvex_test {
 
 using namespace orvex;
-using namespace orvex_test;
+
+namespace {
 
 class GlRecorderTest : public GlTest {
 protected:
@@ -200,3 +201,5 @@ TEST(GlCallText, writes_every_kind_of_argument) {
 }
 
 } // namespace
+
+} // namespace orvex_test

@@ -8,9 +8,9 @@
 
 #include <gtest/gtest.h>
 
-namespace {
+namespace orvex_test {
 
-using namespace orvex_test;
+namespace {
 
 constexpr std::size_t block_size = 192;
 constexpr std::align_val_t wide{64};
@@ -210,3 +210,5 @@ TEST(TestHeap, throws_what_it_is_told) {
 }
 
 } // namespace
+
+} // namespace orvex_test

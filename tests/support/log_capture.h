@@ -5,7 +5,9 @@
 
 #include "orvex/base/log_mgr.h"
 
-namespace orvex::test {
+namespace orvex_test {
+
+using namespace orvex;
 
 /// Collects what the default log says during a test, debug lines included. Starts the log without a
 /// file unless it runs already, and stops it at the end.
@@ -45,4 +47,4 @@ private:
     std::vector<std::string> texts;
 };
 
-} // namespace orvex::test
+} // namespace orvex_test

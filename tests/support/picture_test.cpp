@@ -8,10 +8,11 @@
 #include "gl_context.h"
 #include "temp_dir.h"
 
+namespace orvex_test {
+
 namespace {
 
-using namespace orvex_test;
-using orvex::test::TempDir;
+using orvex_test::TempDir;
 
 /// Every channel of every pixel has a value of its own kind.
 Picture gradient(int width, int height) {
@@ -144,3 +145,5 @@ TEST_P(Frame, is_read_with_its_top_row_first_and_leaves_the_pack_state) {
 }
 
 } // namespace
+
+} // namespace orvex_test

@@ -8,7 +8,7 @@
 
 #include <gtest/gtest.h>
 
-namespace orvex::test {
+namespace orvex_test {
 
 /// A directory of its own for one test, removed with all it holds.
 class TempDir {
@@ -47,4 +47,4 @@ inline std::string content_of(const std::string& path) {
     return {std::istreambuf_iterator<char>(file), {}};
 }
 
-} // namespace orvex::test
+} // namespace orvex_test

@@ -6,6 +6,8 @@
 
 #include "values.h"
 
+namespace orvex_test {
+
 namespace {
 
 /// A command line with one option of each kind.
@@ -172,3 +174,5 @@ TEST(Arguments, break_their_explanations) {
 }
 
 } // namespace
+
+} // namespace orvex_test

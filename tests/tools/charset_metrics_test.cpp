@@ -6,6 +6,8 @@
 
 #include "builtin_font.h"
 
+namespace orvex_test {
+
 namespace {
 
 TEST(CharsetMetrics, are_read_from_the_charset) {
@@ -45,3 +47,5 @@ TEST(BuiltinFont, has_a_sheet_in_png) {
 }
 
 } // namespace
+
+} // namespace orvex_test

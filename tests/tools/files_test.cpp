@@ -8,10 +8,12 @@
 
 #include "tests/support/temp_dir.h"
 
+namespace orvex_test {
+
 namespace {
 
-using orvex::test::content_of;
-using orvex::test::TempDir;
+using orvex_test::content_of;
+using orvex_test::TempDir;
 
 TEST(Files, lie_in_their_folders) {
     EXPECT_EQ(folder_of("m.obj"), "");
@@ -62,3 +64,5 @@ TEST(Files, are_left_as_they_are_by_the_question_whether_they_can_be_written) {
 }
 
 } // namespace
+
+} // namespace orvex_test

@@ -8,6 +8,8 @@
 #include <orvex/math/mat4.h>
 #include <orvex/scene/camera.h>
 
+namespace orvex_test {
+
 namespace {
 
 using orvex::vec4;
@@ -189,3 +191,5 @@ TEST_F(Framing, copes_with_a_point_and_with_nothing) {
 }
 
 } // namespace
+
+} // namespace orvex_test

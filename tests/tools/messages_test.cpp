@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+namespace orvex_test {
+
 namespace {
 
 constexpr char stamp[] = "2026:11:21@15:08:18(0000000015)";
@@ -27,3 +29,5 @@ TEST(Messages, show_the_whole_log_or_none_of_it) {
 }
 
 } // namespace
+
+} // namespace orvex_test

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+namespace orvex_test {
+
 namespace {
 
 using Words = std::vector<std::string>;
@@ -189,3 +191,5 @@ TEST(Options, explain_themselves_in_lines_of_eighty_characters) {
 }
 
 } // namespace
+
+} // namespace orvex_test

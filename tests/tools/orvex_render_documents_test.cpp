@@ -10,11 +10,12 @@
 #include "tests/support/command.h"
 #include "tests/support/temp_dir.h"
 
+namespace orvex_test {
+
 namespace {
 
-using namespace orvex_test;
-using orvex::test::content_of;
-using orvex::test::TempDir;
+using orvex_test::content_of;
+using orvex_test::TempDir;
 
 std::vector<std::string> option_names() {
     Options options;
@@ -141,3 +142,5 @@ TEST(OrvexRenderCompletion, offers_words_that_the_program_takes) {
 }
 
 } // namespace
+
+} // namespace orvex_test

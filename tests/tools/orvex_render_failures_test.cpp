@@ -7,11 +7,12 @@
 #include "program_run.h"
 #include "tests/support/temp_dir.h"
 
+namespace orvex_test {
+
 namespace {
 
-using namespace orvex_test;
-using orvex::test::content_of;
-using orvex::test::TempDir;
+using orvex_test::content_of;
+using orvex_test::TempDir;
 
 /// No driver to be found.
 const std::vector<std::string> without_driver = {"__EGL_VENDOR_LIBRARY_FILENAMES=/none",
@@ -169,3 +170,5 @@ TEST(OrvexRender, makes_do_with_the_samples_that_there_are) {
 }
 
 } // namespace
+
+} // namespace orvex_test

@@ -8,10 +8,11 @@
 #include "tests/support/picture.h"
 #include "tests/support/temp_dir.h"
 
+namespace orvex_test {
+
 namespace {
 
-using namespace orvex_test;
-using orvex::test::TempDir;
+using orvex_test::TempDir;
 
 /// The picture of a run.
 Picture picture_of(std::vector<std::string> words, const std::string& output = "a.jpg") {
@@ -162,3 +163,5 @@ TEST(OrvexRenderNormals, are_made_up_where_the_file_has_bad_ones) {
 }
 
 } // namespace
+
+} // namespace orvex_test

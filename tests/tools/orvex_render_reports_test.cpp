@@ -7,10 +7,11 @@
 #include "program_run.h"
 #include "tests/support/temp_dir.h"
 
+namespace orvex_test {
+
 namespace {
 
-using namespace orvex_test;
-using orvex::test::TempDir;
+using orvex_test::TempDir;
 
 TEST(OrvexRenderInfo, tells_what_a_model_holds) {
     const TempDir folder;
@@ -123,3 +124,5 @@ TEST(OrvexRenderProgress, is_not_shown_elsewhere_nor_when_quiet_nor_for_one_pict
 }
 
 } // namespace
+
+} // namespace orvex_test

@@ -4,6 +4,8 @@
 
 #include "tests/support/temp_dir.h"
 
+namespace orvex_test {
+
 namespace {
 
 TEST(ProgressLine, tells_what_is_done_and_what_is_left) {
@@ -34,7 +36,7 @@ TEST(ProgressLine, grows_to_forty_signs_and_leaves_the_last_column_free) {
 }
 
 TEST(ProgressBar, draws_nothing_into_a_file) {
-    const orvex::test::TempDir folder;
+    const orvex_test::TempDir folder;
     const std::string path = folder.file("log");
     std::FILE* const file = std::fopen(path.c_str(), "w");
     ASSERT_NE(file, nullptr);
@@ -43,7 +45,9 @@ TEST(ProgressBar, draws_nothing_into_a_file) {
         bar.show(1);
     }
     std::fclose(file);
-    EXPECT_EQ(orvex::test::content_of(path), "");
+    EXPECT_EQ(orvex_test::content_of(path), "");
 }
 
 } // namespace
+
+} // namespace orvex_test

@@ -2,6 +2,8 @@
 
 #include "text_overlay.h"
 
+namespace orvex_test {
+
 namespace {
 
 using Lines = std::vector<std::string>;
@@ -29,3 +31,5 @@ TEST(TextPlaces, have_names) {
 }
 
 } // namespace
+
+} // namespace orvex_test

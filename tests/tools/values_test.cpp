@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+namespace orvex_test {
+
 namespace {
 
 TEST(Values, read_whole_numbers_whole) {
@@ -53,3 +55,5 @@ TEST(Values, read_colors) {
 }
 
 } // namespace
+
+} // namespace orvex_test

@@ -9,12 +9,10 @@
 #include "tests/support/log_capture.h"
 #include "tests/support/temp_dir.h"
 
-namespace orvex {
-namespace {
+namespace orvex_test {
 
-using test::content_of;
-using test::LogCapture;
-using test::TempDir;
+using namespace orvex;
+namespace {
 
 class LogMgrTest : public testing::Test {
 protected:
@@ -245,4 +243,4 @@ TEST_F(LogMgrTest, stop_closes_every_log) {
 }
 
 } // namespace
-} // namespace orvex
+} // namespace orvex_test

@@ -19,12 +19,10 @@
 #include "system_calls.h"
 #include "tests/support/temp_dir.h"
 
-namespace orvex {
-namespace {
+namespace orvex_test {
 
-using test::content_of;
-using test::system_calls;
-using test::TempDir;
+using namespace orvex;
+namespace {
 
 /// Whether a text is `form` with a digit for each d.
 bool has_form(std::string_view text, std::string_view form) {
@@ -381,4 +379,4 @@ TEST_F(LogTest, threads_may_write_its_first_lines_at_once) {
 }
 
 } // namespace
-} // namespace orvex
+} // namespace orvex_test

@@ -5,7 +5,9 @@
 
 #include <gtest/gtest.h>
 
-namespace orvex {
+namespace orvex_test {
+
+using namespace orvex;
 namespace {
 
 using Address = std::uintptr_t;
@@ -42,4 +44,4 @@ TEST(PluginEnd, is_told_once_to_a_listener_that_was_added_twice) {
 }
 
 } // namespace
-} // namespace orvex
+} // namespace orvex_test

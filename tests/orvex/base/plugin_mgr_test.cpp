@@ -7,10 +7,10 @@
 
 #include "tests/support/log_capture.h"
 
-namespace orvex {
-namespace {
+namespace orvex_test {
 
-using test::LogCapture;
+using namespace orvex;
+namespace {
 
 constexpr auto some_type = static_cast<PLUGIN_TYPE>(9);
 constexpr auto other_type = static_cast<PLUGIN_TYPE>(10);
@@ -220,4 +220,4 @@ TEST_F(PluginMgrTest, unload_all_ends_a_plugin_that_was_inserted_twice_at_its_se
 }
 
 } // namespace
-} // namespace orvex
+} // namespace orvex_test

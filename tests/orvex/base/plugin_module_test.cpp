@@ -10,11 +10,10 @@
 #include "tests/support/log_capture.h"
 #include "tests/support/temp_dir.h"
 
-namespace orvex {
-namespace {
+namespace orvex_test {
 
-using test::LogCapture;
-using test::TempDir;
+using namespace orvex;
+namespace {
 using Lines = std::vector<std::string>;
 
 std::string module_path(const char* name) {
@@ -43,7 +42,7 @@ TEST_F(PluginModuleTest, loads_a_plugin_without_initializing_or_starting_it) {
     Plugin* const plugin = mgr->get_plugin(id);
     ASSERT_NE(plugin, nullptr);
     EXPECT_STREQ(plugin->get_name(), "module_plugin");
-    EXPECT_EQ(plugin->get_type(), test::module_plugin_type);
+    EXPECT_EQ(plugin->get_type(), module_plugin_type);
     EXPECT_EQ(plugin->get_ref(), 1);
     EXPECT_EQ(plugin->get_full_filename(), path);
     EXPECT_NE(plugin->get_dynlib_handle(), nullptr);
@@ -184,4 +183,4 @@ TEST_F(PluginModuleTest, unload_all_closes_the_modules) {
 }
 
 } // namespace
-} // namespace orvex
+} // namespace orvex_test

@@ -16,10 +16,10 @@
 #include "tests/orvex/kernel/kernel_fixture.h"
 #include "tests/support/temp_dir.h"
 
-namespace orvex {
-namespace {
+namespace orvex_test {
 
-using test::TempDir;
+using namespace orvex;
+namespace {
 
 /// The plugins of the example, loaded as a host loads them.
 class PluginRoad : public testing::Test {
@@ -155,4 +155,4 @@ TEST_F(PluginRoad, bad_files_give_no_model_and_no_texture) {
 }
 
 } // namespace
-} // namespace orvex
+} // namespace orvex_test

@@ -17,10 +17,10 @@
 #include "orvex/base/thread.h"
 #include "tests/support/log_capture.h"
 
-namespace orvex {
-namespace {
+namespace orvex_test {
 
-using test::LogCapture;
+using namespace orvex;
+namespace {
 
 std::string id_of(const Plugin& plugin) {
     return std::to_string(plugin.get_id());
@@ -284,4 +284,4 @@ TEST(Loader3D, keeps_four_texts_and_ignores_null) {
 }
 
 } // namespace
-} // namespace orvex
+} // namespace orvex_test

@@ -3,13 +3,13 @@
 #include <pthread.h>
 #include <unistd.h>
 
-namespace orvex::test {
+namespace orvex_test {
 
 SystemCalls system_calls;
 
-} // namespace orvex::test
+} // namespace orvex_test
 
-using orvex::test::system_calls;
+using orvex_test::system_calls;
 
 extern "C" {
 

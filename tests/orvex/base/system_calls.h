@@ -4,7 +4,7 @@
 
 #include <sys/time.h>
 
-namespace orvex::test {
+namespace orvex_test {
 
 /// Stands between the engine and the system: the linker sends the calls of the engine here. They
 /// are counted, and with `fake` set clocks and sleeps answer from this record.
@@ -21,4 +21,4 @@ struct SystemCalls {
 
 extern SystemCalls system_calls;
 
-} // namespace orvex::test
+} // namespace orvex_test

@@ -12,9 +12,11 @@
 #include "orvex/base/timer.h"
 #include "system_calls.h"
 
-using orvex::test::system_calls;
+using orvex_test::system_calls;
 
-namespace orvex {
+namespace orvex_test {
+
+using namespace orvex;
 namespace {
 
 TEST(Thread, names_the_thread_that_makes_it) {
@@ -196,4 +198,4 @@ TEST_F(TimerTest, gives_0_when_the_clock_was_set_back) {
 }
 
 } // namespace
-} // namespace orvex
+} // namespace orvex_test

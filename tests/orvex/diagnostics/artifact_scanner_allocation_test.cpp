@@ -6,7 +6,9 @@
 #include "orvex/diagnostics/artifact_scanner.h"
 #include "tests/support/heap.h"
 
-namespace orvex {
+namespace orvex_test {
+
+using namespace orvex;
 namespace {
 
 /// How many pixel buffers `frames` further runs allocate.
@@ -35,4 +37,4 @@ TEST(ArtifactScannerAllocation, is_none_when_the_frame_buffer_is_square) {
 }
 
 } // namespace
-} // namespace orvex
+} // namespace orvex_test

@@ -10,7 +10,9 @@
 #include "orvex/assets/textures/texture.h"
 #include "orvex/diagnostics/artifact_scanner.h"
 
-namespace orvex {
+namespace orvex_test {
+
+using namespace orvex;
 namespace {
 
 constexpr unsigned long width = 1280;
@@ -116,4 +118,4 @@ TEST_F(ArtifactScannerFaults, of_whole_frames_are_counted_exactly) {
 }
 
 } // namespace
-} // namespace orvex
+} // namespace orvex_test

@@ -14,7 +14,9 @@
 #include "orvex/renderer/render_target.h"
 #include "tests/support/gl_context.h"
 
-namespace orvex {
+namespace orvex_test {
+
+using namespace orvex;
 namespace {
 
 using orvex_test::GlContext;
@@ -155,4 +157,4 @@ TEST_P(ScannedFrame, of_a_multisample_target_cannot_be_read) {
 }
 
 } // namespace
-} // namespace orvex
+} // namespace orvex_test

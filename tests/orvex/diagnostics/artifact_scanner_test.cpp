@@ -10,7 +10,9 @@
 #include "orvex/assets/textures/texture.h"
 #include "orvex/assets/textures/texture_mgr.h"
 
-namespace orvex {
+namespace orvex_test {
+
+using namespace orvex;
 namespace {
 
 using orvex_test::Frame;
@@ -281,4 +283,4 @@ TEST_F(ArtifactScannerTest, goes_on_with_new_textures_when_the_manager_ended_the
 }
 
 } // namespace
-} // namespace orvex
+} // namespace orvex_test

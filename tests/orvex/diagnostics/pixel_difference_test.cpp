@@ -5,7 +5,9 @@
 
 #include <gtest/gtest.h>
 
-namespace orvex {
+namespace orvex_test {
+
+using namespace orvex;
 namespace {
 
 using Bytes = std::vector<unsigned char>;
@@ -80,4 +82,4 @@ TEST(PixelDifference, is_found_at_any_place) {
 }
 
 } // namespace
-} // namespace orvex
+} // namespace orvex_test

@@ -20,8 +20,9 @@
 #include "tests/support/heap.h"
 #include "tests/support/log_capture.h"
 
+namespace orvex_test {
+
 using namespace orvex;
-using namespace orvex_test;
 
 namespace {
 
@@ -32,7 +33,7 @@ bool allocate_without_memory(Store& store) {
 }
 
 TEST(AllocationFailure, of_no_standard_type_is_reported_by_the_full_format) {
-    test::LogCapture log;
+    LogCapture log;
     MeshData store;
     EXPECT_FALSE(allocate_without_memory(store));
     EXPECT_TRUE(log.has("<*> Mesh data allocation failed - 7 vertices required - unknown error."));
@@ -40,7 +41,7 @@ TEST(AllocationFailure, of_no_standard_type_is_reported_by_the_full_format) {
 }
 
 TEST(AllocationFailure, of_no_standard_type_is_reported_by_a_packed_format) {
-    test::LogCapture log;
+    LogCapture log;
     MeshData_64 store;
     EXPECT_FALSE(allocate_without_memory(store));
     EXPECT_TRUE(log.has("<o> MeshData_64::alloc_vertex_data() - exception: unknown"));
@@ -50,7 +51,7 @@ TEST(AllocationFailure, of_no_standard_type_is_reported_by_a_packed_format) {
 /// The messages of a curve, and of a curve of a graph, whose values can't be made.
 template<class Alloc>
 std::string message_of(Thrown thrown, Alloc alloc) {
-    const test::LogCapture log;
+    const LogCapture log;
     {
         const RefuseArrays refused({.thrown = thrown});
         EXPECT_FALSE(alloc());
@@ -132,7 +133,7 @@ template<class Shape>
 void expect_failure_without_tables() {
     const Owned<Shape> shape(new Shape);
     set_slices(*shape);
-    const test::LogCapture log;
+    const LogCapture log;
     {
         const RefuseArrays refused({.min_size = 4000, .single = true});
         EXPECT_FALSE(build(*shape));
@@ -197,3 +198,5 @@ TEST(AllocationFailure, of_vertices_leaves_a_polyline_without_any) {
 }
 
 } // namespace
+
+} // namespace orvex_test

@@ -5,6 +5,8 @@
 #include <orvex/geometry/mesh/mesh.h>
 #include <orvex/renderer/records/mesh_data_packed.h>
 
+namespace orvex_test {
+
 using namespace orvex;
 
 namespace {
@@ -71,3 +73,5 @@ TEST(GeometryHost, aligns_vertices) {
 }
 
 } // namespace
+
+} // namespace orvex_test

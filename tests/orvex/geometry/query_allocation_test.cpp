@@ -9,8 +9,9 @@
 #include "tests/orvex/geometry/mesh/owned_mesh.h"
 #include "tests/support/heap.h"
 
+namespace orvex_test {
+
 using namespace orvex;
-using namespace orvex_test;
 
 namespace {
 
@@ -52,3 +53,5 @@ TEST(MiniSplineAllocations, are_none_once_its_keys_lie_side_by_side) {
 }
 
 } // namespace
+
+} // namespace orvex_test

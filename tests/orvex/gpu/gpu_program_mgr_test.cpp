@@ -9,10 +9,12 @@
 #include "tests/support/log_capture.h"
 #include "tests/support/temp_dir.h"
 
+namespace orvex_test {
+
 using namespace orvex;
-using orvex::test::LogCapture;
-using orvex::test::TempDir;
 using orvex_test::FakeCompiler;
+using orvex_test::LogCapture;
+using orvex_test::TempDir;
 using Lines = std::vector<std::string>;
 using Sources = std::vector<std::pair<int, std::string>>;
 
@@ -203,3 +205,5 @@ TEST_F(GpuProgramMgrTest, keeps_programs_of_another_renderer) {
 }
 
 } // namespace
+
+} // namespace orvex_test

@@ -11,10 +11,12 @@
 #include "tests/support/log_capture.h"
 #include "tests/support/temp_dir.h"
 
+namespace orvex_test {
+
 using namespace orvex;
-using orvex::test::LogCapture;
-using orvex::test::TempDir;
 using orvex_test::FakeCompiler;
+using orvex_test::LogCapture;
+using orvex_test::TempDir;
 using Calls = std::vector<std::string>;
 using Sources = std::vector<std::pair<int, std::string>>;
 
@@ -451,3 +453,5 @@ TEST_F(GpuProgramTest, writes_only_into_the_part_that_is_mapped) {
 }
 
 } // namespace
+
+} // namespace orvex_test

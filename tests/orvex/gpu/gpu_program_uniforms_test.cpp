@@ -8,6 +8,8 @@
 #include "orvex/math/vec3.h"
 #include "orvex/renderer/records/gpu_program_uniform.h"
 
+namespace orvex_test {
+
 using namespace orvex;
 using orvex_test::FakeCompiler;
 using Calls = std::vector<std::string>;
@@ -127,3 +129,5 @@ TEST_F(GpuProgramMatrix, waits_alone_whatever_the_count) {
 }
 
 } // namespace
+
+} // namespace orvex_test

@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+namespace orvex_test {
+
 using namespace orvex;
 
 namespace {
@@ -83,3 +85,5 @@ TEST(ShaderTextSize, may_exceed_the_text) {
 }
 
 } // namespace
+
+} // namespace orvex_test

@@ -10,11 +10,10 @@
 #include "orvex/kernel/kernel.h"
 #include "tests/support/temp_dir.h"
 
-namespace orvex {
-namespace {
+namespace orvex_test {
 
-using test::content_of;
-using test::TempDir;
+using namespace orvex;
+namespace {
 
 class CoreTest : public testing::Test {
 protected:
@@ -115,4 +114,4 @@ TEST_F(CoreTest, tells_codename_and_bitness) {
 }
 
 } // namespace
-} // namespace orvex
+} // namespace orvex_test

@@ -9,7 +9,9 @@
 #include "orvex/kernel/kernel.h"
 #include "tests/support/log_capture.h"
 
-namespace orvex::test {
+namespace orvex_test {
+
+using namespace orvex;
 
 using Lines = std::vector<std::string>;
 
@@ -32,4 +34,4 @@ protected:
     PluginMgr* const registry = PluginMgr::get();
 };
 
-} // namespace orvex::test
+} // namespace orvex_test

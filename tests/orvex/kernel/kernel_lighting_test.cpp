@@ -10,7 +10,9 @@
 #include "orvex/renderer/records/vertex.h"
 #include "orvex/scene/light.h"
 
-namespace orvex {
+namespace orvex_test {
+
+using namespace orvex;
 namespace {
 
 struct ReleaseNode {
@@ -241,4 +243,4 @@ TEST_F(VertexLighting, is_reached_through_aux) {
 }
 
 } // namespace
-} // namespace orvex
+} // namespace orvex_test

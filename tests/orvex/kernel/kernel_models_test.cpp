@@ -12,11 +12,10 @@
 #include "tests/support/stub_render_target.h"
 #include "tests/support/temp_dir.h"
 
-namespace orvex {
-namespace {
+namespace orvex_test {
 
-using test::KernelTest;
-using test::Lines;
+using namespace orvex;
+namespace {
 
 /// Writes what it is asked into a list, and accepts or refuses it.
 class FakeLoader : public Loader3D {
@@ -135,7 +134,7 @@ TEST_F(KernelModelsTest, built_in_loaders_give_null_before_they_exist) {
 }
 
 TEST_F(KernelModelsTest, obj_goes_to_the_built_in_loader_past_all_others) {
-    const test::TempDir dir;
+    const TempDir dir;
     dir.write("triangle.obj", "v 0 0 0\nv 1 0 0\nv 0 1 0\nf 1 2 3\n");
     add_loader("a", true);
     kernel->load_core_loader3d_plugins();
@@ -162,7 +161,7 @@ std::string triangle_3ds() {
 }
 
 TEST_F(KernelModelsTest, gives_3ds_files_to_their_loader_and_obj_files_to_the_next) {
-    const test::TempDir dir;
+    const TempDir dir;
     dir.write("triangle.3ds", triangle_3ds());
     dir.write("triangle.obj", "v 0 0 0\nv 1 0 0\nv 0 1 0\nf 1 2 3\n");
     kernel->load_core_loader3d_plugins();
@@ -211,4 +210,4 @@ TEST_F(KernelModelsTest, wraps_the_buffers_of_a_target_in_managed_textures) {
 }
 
 } // namespace
-} // namespace orvex
+} // namespace orvex_test

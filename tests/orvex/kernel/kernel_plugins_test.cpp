@@ -6,11 +6,10 @@
 #include "tests/orvex/base/modules/module_plugin.h"
 #include "tests/support/temp_dir.h"
 
-namespace orvex {
-namespace {
+namespace orvex_test {
 
-using test::KernelTest;
-using test::Lines;
+using namespace orvex;
+namespace {
 
 #ifdef ORVEX_WITH_LIB3DS
 constexpr bool has_3ds_loader = true;
@@ -167,7 +166,7 @@ TEST_F(KernelTest, says_which_plugin_was_not_loaded) {
 }
 
 TEST_F(KernelTest, walks_the_search_path_until_a_plugin_loads) {
-    const test::TempDir empty;
+    const TempDir empty;
     const std::string first = empty.path() + "/";
     const std::string second = std::string(ORVEX_TEST_MODULE_DIR) + "/";
     for (const std::string& directory : {first, second, std::string("/never/tried/")})
@@ -251,4 +250,4 @@ TEST_F(KernelTest, calls_all_plugins_in_order_whatever_they_answer) {
 }
 
 } // namespace
-} // namespace orvex
+} // namespace orvex_test

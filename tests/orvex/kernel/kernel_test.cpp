@@ -12,11 +12,10 @@
 #include "orvex/gpu/gpu_program.h"
 #include "orvex/gpu/gpu_program_mgr.h"
 
-namespace orvex {
-namespace {
+namespace orvex_test {
 
-using test::KernelTest;
-using test::Lines;
+using namespace orvex;
+namespace {
 
 TEST_F(KernelTest, is_one_per_process_with_a_version) {
     EXPECT_EQ(Kernel::get(), kernel);
@@ -181,4 +180,4 @@ TEST_F(KernelTest, search_path_never_writes_the_last_byte_of_a_buffer) {
 }
 
 } // namespace
-} // namespace orvex
+} // namespace orvex_test

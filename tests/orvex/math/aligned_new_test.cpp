@@ -6,8 +6,9 @@
 #include "exact.h"
 #include "orvex/math/private/aligned_block.h"
 
+namespace orvex_test {
+
 using namespace orvex;
-using namespace orvex::test;
 
 namespace {
 
@@ -15,7 +16,7 @@ std::uintptr_t address(const void* pointer) {
     return reinterpret_cast<std::uintptr_t>(pointer);
 }
 
-TEST(AlignedNew, GivesAlignedElementsInsideTheRawBlock) {
+TEST(AlignedNew, gives_aligned_elements_inside_the_raw_block) {
     for (const int alignment : {1, 4, 16, 64, 4096}) {
         SCOPED_TRACE(alignment);
         unsigned char* raw = nullptr;
@@ -31,7 +32,7 @@ TEST(AlignedNew, GivesAlignedElementsInsideTheRawBlock) {
     }
 }
 
-TEST(AlignedNew, GivesZerosOfTheOtherTypes) {
+TEST(AlignedNew, gives_zeros_of_the_other_types) {
     unsigned char* raw = nullptr;
     unsigned int* numbers = AlignedNew_u32(5, 16, &raw);
     for (int i = 0; i < 5; ++i)
@@ -53,14 +54,14 @@ TEST(AlignedNew, GivesZerosOfTheOtherTypes) {
     EXPECT_EQ(raw, nullptr);
 }
 
-TEST(AlignedNew, OfNoElementsIsStillABlock) {
+TEST(AlignedNew, of_no_elements_is_still_a_block) {
     unsigned char* raw = nullptr;
     vec4* elements = AlignedNew_vec4(0, 1, &raw);
     EXPECT_NE(elements, nullptr);
     AlignedDelete_vec4(&elements, 0, &raw);
 }
 
-TEST(AlignedNew, OddAlignmentsStayInsideTheBlock) {
+TEST(AlignedNew, odd_alignments_stay_inside_the_block) {
     for (const int alignment : {-16, 0, 3, 6, 24, 100}) {
         SCOPED_TRACE(alignment);
         unsigned char* raw = nullptr;
@@ -73,7 +74,7 @@ TEST(AlignedNew, OddAlignmentsStayInsideTheBlock) {
     }
 }
 
-TEST(AlignedNew, OfMoreThanThereIsGivesNull) {
+TEST(AlignedNew, of_more_than_there_is_gives_null) {
     constexpr unsigned long all = std::numeric_limits<unsigned long>::max();
     for (const unsigned long count : {all, all / 16, all / 16 - 100, all / 64}) {
         unsigned char byte = 0;
@@ -88,7 +89,7 @@ TEST(AlignedNew, OfMoreThanThereIsGivesNull) {
     EXPECT_EQ(raw, nullptr);
 }
 
-TEST(AlignedNew, BlocksOfAnyElementSize) {
+TEST(AlignedNew, blocks_of_any_element_size) {
     unsigned char* raw = nullptr;
     void* block = aligned_block_new(3, 96, 64, &raw);
     EXPECT_EQ(address(block) % 64, 0u);
@@ -97,7 +98,7 @@ TEST(AlignedNew, BlocksOfAnyElementSize) {
     EXPECT_EQ(raw, nullptr);
 }
 
-TEST(AlignedDelete, PassesOverNull) {
+TEST(AlignedDelete, passes_over_null) {
     unsigned char* raw = nullptr;
     AlignedDelete_vec4(nullptr, 1, nullptr);
     AlignedDelete_vec4(nullptr, 1, &raw);
@@ -111,3 +112,5 @@ TEST(AlignedDelete, PassesOverNull) {
 }
 
 } // namespace
+
+} // namespace orvex_test

@@ -13,7 +13,9 @@
 /// @file
 /// Comparisons to the last bit, and numbers to compare with.
 
-namespace orvex::test {
+namespace orvex_test {
+
+using namespace orvex;
 
 inline std::uint32_t bits(float value) {
     return std::bit_cast<std::uint32_t>(value);
@@ -70,4 +72,4 @@ private:
     std::uniform_real_distribution<float> distribution{-10.0f, 10.0f};
 };
 
-} // namespace orvex::test
+} // namespace orvex_test

@@ -2,19 +2,20 @@
 
 #include "exact.h"
 
+namespace orvex_test {
+
 using namespace orvex;
-using namespace orvex::test;
 
 namespace {
 
 constexpr float half_factor = 0.008726646f;
 const mat4 zeros(0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0);
 
-TEST(Mat4Projection, AnglesAreHalvedByASingleFactor) {
+TEST(Mat4Projection, angles_are_halved_by_a_single_factor) {
     EXPECT_EQ(bits(half_factor), 0x3C0EFA35u);
 }
 
-TEST(Mat4Projection, RightHandedPerspective) {
+TEST(Mat4Projection, right_handed_perspective) {
     const float fov = 60.0f, aspect = 1.5f, near = 0.3f, far = 900.0f;
     // Read at run time: the compiler's own tangent of a constant may differ in the last bit.
     const volatile float half_angle = fov * half_factor;
@@ -32,7 +33,7 @@ TEST(Mat4Projection, RightHandedPerspective) {
     EXPECT_NEAR(static_cast<double>(p.m[5]), 1.0 / std::tan(M_PI / 6.0), 1e-6);
 }
 
-TEST(Mat4Projection, RightHandedPerspectiveWithFarAtInfinity) {
+TEST(Mat4Projection, right_handed_perspective_with_far_at_infinity) {
     mat4 p = counted;
     p.buildRHPerspectiveProjectionMatrix(60.0f, 1.5f, 0.3f, -1.0f, 1e-5f);
     EXPECT_EQ(bits(p.m[10]), bits(1e-5f - 1.0f));
@@ -41,14 +42,14 @@ TEST(Mat4Projection, RightHandedPerspectiveWithFarAtInfinity) {
     EXPECT_EQ(p.m[15], 0.0f);
 }
 
-TEST(Mat4Projection, OnlyMinusOneIsInfinity) {
+TEST(Mat4Projection, only_minus_one_is_infinity) {
     mat4 p;
     const float far = std::nextafter(-1.0f, 0.0f);
     p.buildRHPerspectiveProjectionMatrix(60.0f, 1.5f, 0.3f, far, 1e-5f);
     EXPECT_EQ(bits(p.m[10]), bits(-(far + 0.3f) / (far - 0.3f)));
 }
 
-TEST(Mat4Projection, RightHandedPerspectiveWithTwoAngles) {
+TEST(Mat4Projection, right_handed_perspective_with_two_angles) {
     const float aspect = 1.5f, near = 0.3f, far = 900.0f;
     const float right =
         static_cast<float>(double(near) * std::tan(static_cast<double>(80.0f * half_factor)));
@@ -68,7 +69,7 @@ TEST(Mat4Projection, RightHandedPerspectiveWithTwoAngles) {
     EXPECT_EQ(bits(p.m[14]), bits(near * (1e-5f - 2.0f)));
 }
 
-TEST(Mat4Projection, LeftHandedPerspectiveHalvesTheAngleTwice) {
+TEST(Mat4Projection, left_handed_perspective_halves_the_angle_twice) {
     const float aspect = 1.5f, near = 0.3f, far = 900.0f;
     const float h = static_cast<float>(double(near) *
                                        std::tan(static_cast<double>((60.0f / 2.0f) * half_factor)));
@@ -84,13 +85,13 @@ TEST(Mat4Projection, LeftHandedPerspectiveHalvesTheAngleTwice) {
     EXPECT_NEAR(static_cast<double>(p.m[5]), 1.0 / std::tan(M_PI / 12.0), 1e-5);
 }
 
-TEST(Mat4Projection, LeftHandedPerspectiveKnowsNoInfinity) {
+TEST(Mat4Projection, left_handed_perspective_knows_no_infinity) {
     mat4 p;
     p.buildLHPerspectiveProjectionMatrix(60.0f, 1.5f, 0.3f, -1.0f);
     EXPECT_EQ(bits(p.m[10]), bits(-(-1.0f + 0.3f) / (-1.0f - 0.3f)));
 }
 
-TEST(Mat4Projection, Orthographic) {
+TEST(Mat4Projection, orthographic) {
     mat4 expected = zeros;
     expected.m[0] = 2.0f / (7.0f - -3.0f);
     expected.m[5] = 2.0f / (5.0f - -2.0f);
@@ -104,7 +105,7 @@ TEST(Mat4Projection, Orthographic) {
                 expected);
 }
 
-TEST(Mat4Projection, OrthographicIsTheSameForBothHands) {
+TEST(Mat4Projection, orthographic_is_the_same_for_both_hands) {
     Numbers numbers;
     for (int i = 0; i < 100; ++i) {
         const mat4 n = numbers.matrix();
@@ -128,7 +129,7 @@ mat4 view_from(const vec4& eye, vec4 n, const vec4& up) {
     return view;
 }
 
-TEST(Mat4View, LooksFromTheEyeAlongNegativeZ) {
+TEST(Mat4View, looks_from_the_eye_along_negative_z) {
     const vec4 eye(1.0f, 2.0f, 3.0f, 1.0f), at(-4.0f, 0.5f, 2.0f, 1.0f), up(0.1f, 2.0f, 0.0f, 0.0f);
     mat4 view = counted;
     mat4& result = view.buildRHUVNCameraMatrix(eye, at, up);
@@ -140,7 +141,7 @@ TEST(Mat4View, LooksFromTheEyeAlongNegativeZ) {
     EXPECT_LT(seen.z, 0.0f);
 }
 
-TEST(Mat4View, TheLeftHandedOneLooksAlongPositiveZ) {
+TEST(Mat4View, the_left_handed_one_looks_along_positive_z) {
     const vec4 eye(1.0f, 2.0f, 3.0f, 1.0f), at(-4.0f, 0.5f, 2.0f, 1.0f), up(0.1f, 2.0f, 0.0f, 0.0f);
     mat4 view = counted;
     expect_mat4(view.buildLHUVNCameraMatrix(eye, at, up),
@@ -149,3 +150,5 @@ TEST(Mat4View, TheLeftHandedOneLooksAlongPositiveZ) {
 }
 
 } // namespace
+
+} // namespace orvex_test

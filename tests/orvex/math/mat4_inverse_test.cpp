@@ -2,8 +2,9 @@
 
 #include "exact.h"
 
+namespace orvex_test {
+
 using namespace orvex;
-using namespace orvex::test;
 
 namespace {
 
@@ -37,7 +38,7 @@ mat4 plain_inverse(const mat4& a) {
     return result;
 }
 
-TEST(Determinants, KeepTheirOrderOfEvaluation) {
+TEST(Determinants, keep_their_order_of_evaluation) {
     Numbers numbers;
     for (int i = 0; i < 1000; ++i) {
         const mat4 n = numbers.matrix();
@@ -51,7 +52,7 @@ TEST(Determinants, KeepTheirOrderOfEvaluation) {
     }
 }
 
-TEST(Determinants, MinorTakesItsElementsByIndexPairs) {
+TEST(Determinants, minor_takes_its_elements_by_index_pairs) {
     Numbers numbers;
     const mat4 a = numbers.matrix();
     const float* m = a.m;
@@ -61,7 +62,7 @@ TEST(Determinants, MinorTakesItsElementsByIndexPairs) {
               bits(det3x3(m[4], m[5], m[6], m[4], m[5], m[6], m[4], m[5], m[6])));
 }
 
-TEST(Determinants, MinorOfAnIndexThatIsNoneIsZero) {
+TEST(Determinants, minor_of_an_index_that_is_none_is_zero) {
     const mat4 a = Numbers().matrix();
     for (const int wrong : {-1, 4, 1000}) {
         EXPECT_EQ(MINOR(a, wrong, 1, 2, 0, 1, 2), 0.0f);
@@ -73,7 +74,7 @@ TEST(Determinants, MinorOfAnIndexThatIsNoneIsZero) {
     }
 }
 
-TEST(Mat4Inverse, IsThatOfThePlainCofactors) {
+TEST(Mat4Inverse, is_that_of_the_plain_cofactors) {
     Numbers numbers;
     for (int i = 0; i < 2000; ++i) {
         mat4 a = numbers.matrix();
@@ -84,7 +85,7 @@ TEST(Mat4Inverse, IsThatOfThePlainCofactors) {
     }
 }
 
-TEST(Mat4Inverse, UndoesATransform) {
+TEST(Mat4Inverse, undoes_a_transform) {
     mat4 move, turn, scale;
     move.init_translate(3.0f, -4.0f, 5.0f);
     turn.init_rotate_y(33.0f);
@@ -96,7 +97,7 @@ TEST(Mat4Inverse, UndoesATransform) {
         EXPECT_NEAR(product.m[i], i % 5 == 0 ? 1.0f : 0.0f, 1e-6f);
 }
 
-TEST(Mat4Inverse, OfASingularMatrixIsTheIdentity) {
+TEST(Mat4Inverse, of_a_singular_matrix_is_the_identity) {
     mat4 zero_column(0, 0, 0, 0, 5, 6, 7, 8, 1, 2, 9, 4, 4, 3, 2, 1);
     expect_mat4(zero_column.inverse(), mat4());
     mat4 flat;
@@ -104,7 +105,7 @@ TEST(Mat4Inverse, OfASingularMatrixIsTheIdentity) {
     expect_mat4(flat.inverse(), mat4());
 }
 
-TEST(Mat4Inverse, HasNoToleranceForSmallDeterminants) {
+TEST(Mat4Inverse, has_no_tolerance_for_small_determinants) {
     mat4 a;
     a.init_scale(1e-10f, 1e-10f, 1e-10f);
     const float minor = 1e-10f * 1e-10f;
@@ -114,14 +115,14 @@ TEST(Mat4Inverse, HasNoToleranceForSmallDeterminants) {
     EXPECT_EQ(bits(a.m[0]), bits(minor * (1.0f / det)));
 }
 
-TEST(Mat4Inverse, OfNumbersThatAreNoneIsNone) {
+TEST(Mat4Inverse, of_numbers_that_are_none_is_none) {
     mat4 a;
     a.m[6] = std::nanf("");
     a.inverse();
     EXPECT_TRUE(std::isnan(a.m[0]));
 }
 
-TEST(Mat4Adjoint, ReadsWhatItHasAlreadyWritten) {
+TEST(Mat4Adjoint, reads_what_it_has_already_written) {
     Numbers numbers;
     const int others[4][3] = {{1, 2, 3}, {0, 2, 3}, {0, 1, 3}, {0, 1, 2}};
     for (int n = 0; n < 100; ++n) {
@@ -147,7 +148,7 @@ TEST(Mat4Adjoint, ReadsWhatItHasAlreadyWritten) {
     }
 }
 
-TEST(Mat4Adjoint, DiffersFromThatOfACopy) {
+TEST(Mat4Adjoint, differs_from_that_of_a_copy) {
     mat4 a(1, 2, 3, 4, 2, 1, 4, 3, 5, 3, 1, 2, 1, 0, 2, 1);
     const float second_of_a_copy = -MINOR(a, 0, 2, 3, 1, 2, 3);
     const float first = MINOR(a, 1, 2, 3, 1, 2, 3);
@@ -160,3 +161,5 @@ TEST(Mat4Adjoint, DiffersFromThatOfACopy) {
 }
 
 } // namespace
+
+} // namespace orvex_test

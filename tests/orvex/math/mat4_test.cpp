@@ -4,8 +4,9 @@
 
 #include "exact.h"
 
+namespace orvex_test {
+
 using namespace orvex;
-using namespace orvex::test;
 
 namespace {
 
@@ -13,7 +14,7 @@ constexpr float factor = 0.017453292f;
 
 const mat4 unit;
 
-TEST(Mat4, DefaultsToTheIdentity) {
+TEST(Mat4, defaults_to_the_identity) {
     mat4 a;
     for (int i = 0; i < 16; ++i)
         EXPECT_EQ(a.m[i], i % 5 == 0 ? 1.0f : 0.0f);
@@ -21,7 +22,7 @@ TEST(Mat4, DefaultsToTheIdentity) {
     expect_mat4(a.identity(), unit);
 }
 
-TEST(Mat4, TakesItsValuesInStorageOrder) {
+TEST(Mat4, takes_its_values_in_storage_order) {
     for (int i = 0; i < 16; ++i)
         EXPECT_EQ(counted.m[i], static_cast<float>(i));
     EXPECT_EQ(counted.ptr(), counted.m);
@@ -29,7 +30,7 @@ TEST(Mat4, TakesItsValuesInStorageOrder) {
     EXPECT_EQ(a.ptr(), a.m);
 }
 
-TEST(Mat4, CopiesFloatsInAndOut) {
+TEST(Mat4, copies_floats_in_and_out) {
     mat4 a;
     expect_mat4(a.from_float_array(counted.m), counted);
     mat4 b;
@@ -44,7 +45,7 @@ TEST(Mat4, CopiesFloatsInAndOut) {
     expect_mat4(c, counted);
 }
 
-TEST(Mat4, NullFloatsChangeNothing) {
+TEST(Mat4, null_floats_change_nothing) {
     mat4 a = counted;
     a.from_float_array(nullptr);
     a = static_cast<const float*>(nullptr);
@@ -52,7 +53,7 @@ TEST(Mat4, NullFloatsChangeNothing) {
     expect_mat4(a, counted);
 }
 
-TEST(Mat4, ProductAppliesTheRightMatrixFirst) {
+TEST(Mat4, product_applies_the_right_matrix_first) {
     mat4 move, scale;
     move.init_translate(1.0f, 2.0f, 3.0f);
     scale.init_scale(10.0f, 10.0f, 10.0f);
@@ -61,7 +62,7 @@ TEST(Mat4, ProductAppliesTheRightMatrixFirst) {
     expect_vec4(scale * move * v, 20.0f, 30.0f, 40.0f, 1.0f);
 }
 
-TEST(Mat4, ProductsAreSummedFromLeftToRight) {
+TEST(Mat4, products_are_summed_from_left_to_right) {
     Numbers numbers;
     for (int n = 0; n < 1000; ++n) {
         const mat4 a = numbers.matrix(), b = numbers.matrix();
@@ -78,7 +79,7 @@ TEST(Mat4, ProductsAreSummedFromLeftToRight) {
     }
 }
 
-TEST(Mat4, ProductMayOverwriteItsOperands) {
+TEST(Mat4, product_may_overwrite_its_operands) {
     Numbers numbers;
     const mat4 a = numbers.matrix();
     const mat4 square = a * a;
@@ -87,7 +88,7 @@ TEST(Mat4, ProductMayOverwriteItsOperands) {
     expect_mat4(b, square);
 }
 
-TEST(Mat4, ProductWithAVectorTakesItsW) {
+TEST(Mat4, product_with_a_vector_takes_its_w) {
     mat4 move;
     move.init_translate(1.0f, 2.0f, 3.0f);
     expect_vec4(move * vec4(5.0f, 5.0f, 5.0f, 0.0f), 5.0f, 5.0f, 5.0f, 0.0f);
@@ -97,7 +98,7 @@ TEST(Mat4, ProductWithAVectorTakesItsW) {
     expect_vec4(move * -variable, -4.0f, -3.0f, -2.0f, 1.0f);
 }
 
-TEST(Mat4, InitTranslateWritesTheWholeMatrix) {
+TEST(Mat4, init_translate_writes_the_whole_matrix) {
     const mat4 expected(1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 7, 8, 9, 1);
     const vec4 v(7.0f, 8.0f, 9.0f, 5.0f);
     mat4 a = counted, b = counted, c = counted;
@@ -107,13 +108,13 @@ TEST(Mat4, InitTranslateWritesTheWholeMatrix) {
     expect_mat4(c.init_translate(nullptr), expected);
 }
 
-TEST(Mat4, SetTranslateKeepsTheRest) {
+TEST(Mat4, set_translate_keeps_the_rest) {
     mat4 a = counted;
     expect_mat4(a.set_translate(70.0f, 80.0f, 90.0f),
                 mat4(0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 70, 80, 90, 1));
 }
 
-TEST(Mat4, InitScaleWritesTheWholeMatrix) {
+TEST(Mat4, init_scale_writes_the_whole_matrix) {
     const mat4 expected(7, 0, 0, 0, 0, 8, 0, 0, 0, 0, 9, 0, 0, 0, 0, 1);
     const vec4 v(7.0f, 8.0f, 9.0f, 5.0f);
     mat4 a = counted, b = counted, c = counted;
@@ -123,13 +124,13 @@ TEST(Mat4, InitScaleWritesTheWholeMatrix) {
     expect_mat4(c.init_scale(nullptr), expected);
 }
 
-TEST(Mat4, SetScaleKeepsTheRest) {
+TEST(Mat4, set_scale_keeps_the_rest) {
     mat4 a = counted;
     expect_mat4(a.set_scale(70.0f, 80.0f, 90.0f),
                 mat4(70, 1, 2, 3, 4, 80, 6, 7, 8, 9, 90, 11, 12, 13, 14, 15));
 }
 
-TEST(Mat4, RotationsAboutTheAxes) {
+TEST(Mat4, rotations_about_the_axes) {
     for (const float angle : {-120.0f, 0.0f, 30.0f, 90.0f, 500.0f}) {
         const float c = std::cos(angle * factor), s = std::sin(angle * factor);
         mat4 x = counted, y = counted, z = counted;
@@ -139,7 +140,7 @@ TEST(Mat4, RotationsAboutTheAxes) {
     }
 }
 
-TEST(Mat4, RotationAboutAnyAxisNormalizesTheCallersAxis) {
+TEST(Mat4, rotation_about_any_axis_normalizes_the_callers_axis) {
     vec4 axis(3.0f, 0.0f, 4.0f, 9.0f);
     mat4 a = counted;
     a.init_rotateAxis(25.0f, axis);
@@ -161,7 +162,7 @@ TEST(Mat4, RotationAboutAnyAxisNormalizesTheCallersAxis) {
     expect_mat4(a, expected);
 }
 
-TEST(Mat4, RotationAboutAnyAxisAgreesWithThoseAboutTheAxes) {
+TEST(Mat4, rotation_about_any_axis_agrees_with_those_about_the_axes) {
     mat4 any, one;
     vec4 x(2.0f, 0.0f, 0.0f, 1.0f), y(0.0f, 3.0f, 0.0f, 1.0f), z(0.0f, 0.0f, 4.0f, 1.0f);
     any.init_rotateAxis(40.0f, x);
@@ -178,7 +179,7 @@ TEST(Mat4, RotationAboutAnyAxisAgreesWithThoseAboutTheAxes) {
         EXPECT_NEAR(any.m[i], one.m[i], 1e-6f);
 }
 
-TEST(Mat4, EulerAnglesYXZ) {
+TEST(Mat4, euler_angles_yxz) {
     mat4 r = counted;
     r.init_eulerAngleYXZ(20.0f, -35.0f, 70.0f);
     const float ca = std::cos(20.0f * factor), sa = std::sin(20.0f * factor);
@@ -197,7 +198,7 @@ TEST(Mat4, EulerAnglesYXZ) {
     expect_mat4(r, expected);
 }
 
-TEST(Mat4, FromQuatWritesTheUpperLeftOnly) {
+TEST(Mat4, from_quat_writes_the_upper_left_only) {
     Numbers numbers;
     for (int n = 0; n < 100; ++n) {
         const quat q = numbers.unit_quat();
@@ -216,7 +217,7 @@ TEST(Mat4, FromQuatWritesTheUpperLeftOnly) {
     }
 }
 
-TEST(Mat4, FromQuatTurnsAsTheQuaternionDoes) {
+TEST(Mat4, from_quat_turns_as_the_quaternion_does) {
     Numbers numbers;
     for (int n = 0; n < 100; ++n) {
         const quat q = numbers.unit_quat();
@@ -229,7 +230,7 @@ TEST(Mat4, FromQuatTurnsAsTheQuaternionDoes) {
     }
 }
 
-TEST(Mat4, ToQuatOfAPositiveTrace) {
+TEST(Mat4, to_quat_of_a_positive_trace) {
     mat4 a;
     a.init_rotate_y(60.0f);
     const float s = 2.0f * std::sqrt(a.m[0] + a.m[5] + a.m[10] + 1.0f);
@@ -238,21 +239,21 @@ TEST(Mat4, ToQuatOfAPositiveTrace) {
     expect_quat(q, quat(0.0f, (a.m[8] - a.m[2]) / s, 0.0f, 0.25f * s).normalize());
 }
 
-TEST(Mat4, ToQuatOfAHalfTurnAboutX) {
+TEST(Mat4, to_quat_of_a_half_turn_about_x) {
     const mat4 a(1, 0, 0, 0, 0, -1, 0, 0, 0, 0, -1, 0, 0, 0, 0, 1);
     quat q(9.0f, 9.0f, 9.0f, 9.0f);
     a.to_quat(q);
     expect_quat(q, 1.0f, 0.0f, 0.0f, 0.0f);
 }
 
-TEST(Mat4, ToQuatOfAHalfTurnAboutY) {
+TEST(Mat4, to_quat_of_a_half_turn_about_y) {
     const mat4 a(-1, 0, 0, 0, 0, 1, 0, 0, 0, 0, -1, 0, 0, 0, 0, 1);
     quat q(9.0f, 9.0f, 9.0f, 9.0f);
     a.to_quat(q);
     expect_quat(q, 0.0f, 1.0f, 0.0f, 0.0f);
 }
 
-TEST(Mat4, ToQuatOfAHalfTurnAboutZLeavesYAsFound) {
+TEST(Mat4, to_quat_of_a_half_turn_about_z_leaves_y_as_found) {
     mat4 a;
     a.init_rotate_z(180.0f);
     quat q(9.0f, 0.0f, 9.0f, 9.0f);
@@ -264,7 +265,7 @@ TEST(Mat4, ToQuatOfAHalfTurnAboutZLeavesYAsFound) {
     expect_quat(found, quat(0.0f, 1.0f, 1.0f, 0.0f).normalize());
 }
 
-TEST(Mat4, ToQuatKeepsTheFormulasOfAllFourBranches) {
+TEST(Mat4, to_quat_keeps_the_formulas_of_all_four_branches) {
     Numbers numbers;
     int branches[4] = {};
     for (int n = 0; n < 2000; ++n) {
@@ -296,7 +297,7 @@ TEST(Mat4, ToQuatKeepsTheFormulasOfAllFourBranches) {
         EXPECT_GT(count, 100);
 }
 
-TEST(Mat4, AxesGoInAndOutByColumns) {
+TEST(Mat4, axes_go_in_and_out_by_columns) {
     const vec4 x(1, 2, 3, 9), y(4, 5, 6, 9), z(7, 8, 10, 9);
     mat4 a = counted;
     expect_mat4(a.from_axes(x, y, z), mat4(1, 2, 3, 0, 4, 5, 6, 0, 7, 8, 10, 0, 0, 0, 0, 1));
@@ -307,7 +308,7 @@ TEST(Mat4, AxesGoInAndOutByColumns) {
     expect_vec4(n, 7, 8, 10, 13);
 }
 
-TEST(Mat4, AxesToQuaternionAndBack) {
+TEST(Mat4, axes_to_quaternion_and_back) {
     Numbers numbers;
     const quat q = numbers.unit_quat();
     mat4 a = counted, rotation = counted;
@@ -325,7 +326,7 @@ TEST(Mat4, AxesToQuaternionAndBack) {
     expect_quat(back, expected);
 }
 
-TEST(Mat4, TransposeInPlace) {
+TEST(Mat4, transpose_in_place) {
     mat4 a = counted;
     mat4& result = a.transpose();
     EXPECT_EQ(&result, &a);
@@ -333,3 +334,5 @@ TEST(Mat4, TransposeInPlace) {
 }
 
 } // namespace
+
+} // namespace orvex_test

@@ -5,8 +5,9 @@
 
 #include "exact.h"
 
+namespace orvex_test {
+
 using namespace orvex;
-using namespace orvex::test;
 
 namespace {
 
@@ -35,7 +36,7 @@ const RayRow ray_rows[] = {
     {"w plays no part", vec4(1, 1, 5, 77), vec4(0, 0, -1, 55), true, 5.0f},
 };
 
-TEST(MathRayTriangle, HitsAndMisses) {
+TEST(MathRayTriangle, hits_and_misses) {
     for (const RayRow& row : ray_rows) {
         SCOPED_TRACE(row.name);
         float t = 123.0f;
@@ -48,7 +49,7 @@ TEST(MathRayTriangle, HitsAndMisses) {
     }
 }
 
-TEST(MathRayTriangle, ParallelToThePlaneMissesAndStoresT) {
+TEST(MathRayTriangle, parallel_to_the_plane_misses_and_stores_t) {
     float t = 123.0f;
     EXPECT_FALSE(
         Math::ray_triangle_intersection(vec4(1, 1, 5, 1), vec4(1, 0, 0, 1), p0, p1, p2, &t));
@@ -59,7 +60,7 @@ TEST(MathRayTriangle, ParallelToThePlaneMissesAndStoresT) {
     EXPECT_TRUE(std::isnan(t));
 }
 
-TEST(MathRayTriangle, KeepsItsOrderOfEvaluation) {
+TEST(MathRayTriangle, keeps_its_order_of_evaluation) {
     Numbers numbers;
     for (int i = 0; i < 2000; ++i) {
         const vec4 origin = numbers.point(), dir = numbers.point();
@@ -77,7 +78,7 @@ TEST(MathRayTriangle, KeepsItsOrderOfEvaluation) {
     }
 }
 
-TEST(MathRaySphere, HitsAndMisses) {
+TEST(MathRaySphere, hits_and_misses) {
     const vec4 center(1.0f, 2.0f, 3.0f, 1.0f);
     EXPECT_TRUE(Math::check_ray_sphere_intersection(vec4(1, 2, 10, 1), down, center, 1.0f));
     EXPECT_TRUE(Math::check_ray_sphere_intersection(vec4(1, 2, 3, 1), down, center, 1.0f));
@@ -85,20 +86,20 @@ TEST(MathRaySphere, HitsAndMisses) {
     EXPECT_FALSE(Math::check_ray_sphere_intersection(vec4(2.01f, 2, 10, 1), down, center, 1.0f));
 }
 
-TEST(MathRaySphere, ASphereBehindTheOriginIsHit) {
+TEST(MathRaySphere, a_sphere_behind_the_origin_is_hit) {
     EXPECT_TRUE(Math::check_ray_sphere_intersection(vec4(0, 0, 10, 1), up, vec4::ZERO, 1.0f));
 }
 
-TEST(MathRaySphere, RadiusZeroThroughTheCenterIsHit) {
+TEST(MathRaySphere, radius_zero_through_the_center_is_hit) {
     EXPECT_TRUE(Math::check_ray_sphere_intersection(vec4(0, 0, 10, 1), down, vec4::ZERO, 0.0f));
 }
 
-TEST(MathRaySphere, NumbersThatAreNoneHit) {
+TEST(MathRaySphere, numbers_that_are_none_hit) {
     const vec4 nowhere(std::nanf(""), 0.0f, 0.0f, 1.0f);
     EXPECT_TRUE(Math::check_ray_sphere_intersection(nowhere, down, vec4::ZERO, 1.0f));
 }
 
-TEST(MathRaySphere, KeepsItsOrderOfEvaluation) {
+TEST(MathRaySphere, keeps_its_order_of_evaluation) {
     Numbers numbers;
     for (int i = 0; i < 2000; ++i) {
         const vec4 origin = numbers.point(), dir = numbers.point(), center = numbers.point();
@@ -112,7 +113,7 @@ TEST(MathRaySphere, KeepsItsOrderOfEvaluation) {
     }
 }
 
-TEST(MathRandom, FollowsTheSharedSource) {
+TEST(MathRandom, follows_the_shared_source) {
     Math::srnd(42);
     const float first = Math::rnd(-2.0f, 5.0f), second = Math::rnd(10.0f, 20.0f);
     std::srand(42);
@@ -123,7 +124,7 @@ TEST(MathRandom, FollowsTheSharedSource) {
               bits(10.0f + ((20.0f - 10.0f) * step) * static_cast<float>(std::rand())));
 }
 
-TEST(MathRandom, StaysBetweenItsBounds) {
+TEST(MathRandom, stays_between_its_bounds) {
     Math::srnd(7);
     for (int i = 0; i < 10000; ++i) {
         const float value = Math::rnd(-1.0f, 3.0f);
@@ -133,3 +134,5 @@ TEST(MathRandom, StaysBetweenItsBounds) {
 }
 
 } // namespace
+
+} // namespace orvex_test

@@ -4,21 +4,22 @@
 
 #include "exact.h"
 
+namespace orvex_test {
+
 using namespace orvex;
-using namespace orvex::test;
 
 namespace {
 
 constexpr float factor = 0.017453292f;
 
-TEST(Quat, DefaultsToTheIdentity) {
+TEST(Quat, defaults_to_the_identity) {
     expect_quat(quat(), 0.0f, 0.0f, 0.0f, 1.0f);
     quat q(1.0f, 2.0f, 3.0f, 4.0f);
     expect_quat(q, 1.0f, 2.0f, 3.0f, 4.0f);
     expect_quat(q.identity(), 0.0f, 0.0f, 0.0f, 1.0f);
 }
 
-TEST(Quat, CopiesAndSets) {
+TEST(Quat, copies_and_sets) {
     const quat constant(1.0f, 2.0f, 3.0f, 4.0f);
     quat q;
     q = constant;
@@ -26,19 +27,19 @@ TEST(Quat, CopiesAndSets) {
     expect_quat(q.set(5.0f, 6.0f, 7.0f, 8.0f), 5.0f, 6.0f, 7.0f, 8.0f);
 }
 
-TEST(Quat, NegateTouchesAllFourConjugateThree) {
+TEST(Quat, negate_touches_all_four_conjugate_three) {
     quat q(1.0f, 2.0f, 3.0f, 4.0f);
     expect_quat(q.negate(), -1.0f, -2.0f, -3.0f, -4.0f);
     expect_quat(q.conjugate(), 1.0f, 2.0f, 3.0f, -4.0f);
 }
 
-TEST(Quat, NormalizeMultipliesByOneReciprocal) {
+TEST(Quat, normalize_multiplies_by_one_reciprocal) {
     quat q(1.0f, 2.0f, 3.0f, 4.0f);
     const float scale = 1.0f / std::sqrt(30.0f);
     expect_quat(q.normalize(), 1.0f * scale, 2.0f * scale, 3.0f * scale, 4.0f * scale);
 }
 
-TEST(Quat, NormalizeLeavesUnitAndTinyLengths) {
+TEST(Quat, normalize_leaves_unit_and_tiny_lengths) {
     const quat unit(0.0f, 1.0f, 0.0f, 0.0f);
     quat q = unit;
     expect_quat(q.normalize(), unit);
@@ -48,14 +49,14 @@ TEST(Quat, NormalizeLeavesUnitAndTinyLengths) {
     EXPECT_EQ(bits(1e-7f), 0x33D6BF95u);
 }
 
-TEST(Quat, NormalizeTakesTheSmallestLengthItself) {
+TEST(Quat, normalize_takes_the_smallest_length_itself) {
     quat q(0.0f, 1e-7f, 0.0f, 0.0f);
     const float length = std::sqrt(1e-7f * 1e-7f);
     ASSERT_FALSE(length < 1e-7f);
     expect_quat(q.normalize(), 0.0f, 1e-7f * (1.0f / length), 0.0f, 0.0f);
 }
 
-TEST(Quat, FromAxisAngleTakesDegreesAndHalvesThem) {
+TEST(Quat, from_axis_angle_takes_degrees_and_halves_them) {
     quat q;
     q.from_axis_angle(90.0f, vec4::UNIT_Y_AXIS, false);
     quat expected(0.0f, std::sin(90.0f * factor * 0.5f), 0.0f, std::cos(90.0f * factor * 0.5f));
@@ -63,7 +64,7 @@ TEST(Quat, FromAxisAngleTakesDegreesAndHalvesThem) {
     EXPECT_NEAR(q.y, std::sqrt(0.5f), 1e-7f);
 }
 
-TEST(Quat, FromAxisAngleNormalizesTheWholeQuaternionFlagOrNot) {
+TEST(Quat, from_axis_angle_normalizes_the_whole_quaternion_flag_or_not) {
     quat with, without;
     with.from_axis_angle(90.0f, 0.0f, 2.0f, 0.0f, true);
     without.from_axis_angle(90.0f, 0.0f, 2.0f, 0.0f, false);
@@ -73,7 +74,7 @@ TEST(Quat, FromAxisAngleNormalizesTheWholeQuaternionFlagOrNot) {
     EXPECT_NEAR(with.w / with.y, 0.5f, 1e-6f);
 }
 
-TEST(Quat, FromEulerIsYTimesXTimesZ) {
+TEST(Quat, from_euler_is_y_times_x_times_z) {
     quat x, y, z, q;
     x.from_axis_angle(20.0f, vec4::UNIT_X_AXIS, false);
     y.from_axis_angle(-35.0f, vec4::UNIT_Y_AXIS, false);
@@ -82,7 +83,7 @@ TEST(Quat, FromEulerIsYTimesXTimesZ) {
     expect_quat(q.from_euler(20.0f, -35.0f, 70.0f), expected.normalize());
 }
 
-TEST(Quat, ToEulerGivesRadiansForTurnsGivenInDegrees) {
+TEST(Quat, to_euler_gives_radians_for_turns_given_in_degrees) {
     for (const float degrees : {-80.0f, -30.0f, 0.0f, 15.0f, 60.0f}) {
         float first, second, third;
         quat().from_euler(degrees, 0.0f, 0.0f).to_euler(&first, &second, &third);
@@ -94,7 +95,7 @@ TEST(Quat, ToEulerGivesRadiansForTurnsGivenInDegrees) {
     }
 }
 
-TEST(Quat, ToEulerKeepsItsFormulas) {
+TEST(Quat, to_euler_keeps_its_formulas) {
     Numbers numbers;
     for (int i = 0; i < 1000; ++i) {
         const quat q = numbers.unit_quat();
@@ -109,13 +110,13 @@ TEST(Quat, ToEulerKeepsItsFormulas) {
     }
 }
 
-TEST(Quat, ToEulerDoesNotClampTheSine) {
+TEST(Quat, to_euler_does_not_clamp_the_sine) {
     float second = 0.0f;
     quat(0.0f, 1.0f, 0.0f, 1.0f).to_euler(nullptr, &second, nullptr);
     EXPECT_TRUE(std::isnan(second));
 }
 
-TEST(Quat, ToEulerPassesOverNull) {
+TEST(Quat, to_euler_passes_over_null) {
     const quat q(0.0f, 0.0f, 0.0f, 1.0f);
     float value = 9.0f;
     q.to_euler(nullptr, nullptr, nullptr);
@@ -126,7 +127,7 @@ TEST(Quat, ToEulerPassesOverNull) {
     EXPECT_EQ(value, 0.0f);
 }
 
-TEST(Quat, FromVectorRotationTakesOneVectorToTheOther) {
+TEST(Quat, from_vector_rotation_takes_one_vector_to_the_other) {
     quat q;
     const float d = vec4::UNIT_X_AXIS.dot(vec4::UNIT_Y_AXIS);
     const float s = std::sqrt((1.0f + d) * 2.0f);
@@ -137,24 +138,24 @@ TEST(Quat, FromVectorRotationTakesOneVectorToTheOther) {
     EXPECT_NEAR(turned.y, 1.0f, 1e-6f);
 }
 
-TEST(Quat, FromVectorRotationOfEqualVectorsIsTheIdentity) {
+TEST(Quat, from_vector_rotation_of_equal_vectors_is_the_identity) {
     quat q(1.0f, 2.0f, 3.0f, 4.0f);
     expect_quat(q.from_vector_rotation(vec4::UNIT_X_AXIS, vec4::UNIT_X_AXIS), quat());
 }
 
-TEST(Quat, FromVectorRotationOfOppositeVectorsIsNotFinite) {
+TEST(Quat, from_vector_rotation_of_opposite_vectors_is_not_finite) {
     quat q;
     q.from_vector_rotation(vec4::UNIT_X_AXIS, vec4(-1.0f, 0.0f, 0.0f, 1.0f));
     EXPECT_FALSE(std::isfinite(q.x));
 }
 
-TEST(Quat, ProductIsHamiltons) {
+TEST(Quat, product_is_hamiltons) {
     const quat a(2.0f, 3.0f, 5.0f, 7.0f), b(11.0f, 13.0f, 17.0f, 19.0f);
     expect_quat(a * b, 7 * 11 + 2 * 19 + 3 * 17 - 5 * 13, 7 * 13 - 2 * 17 + 3 * 19 + 5 * 11,
                 7 * 17 + 2 * 13 - 3 * 11 + 5 * 19, 7 * 19 - 2 * 11 - 3 * 13 - 5 * 17);
 }
 
-TEST(Quat, ProductKeepsItsOrderOfEvaluation) {
+TEST(Quat, product_keeps_its_order_of_evaluation) {
     Numbers numbers;
     for (int i = 0; i < 1000; ++i) {
         const quat a = numbers.unit_quat(), b = numbers.unit_quat();
@@ -165,7 +166,7 @@ TEST(Quat, ProductKeepsItsOrderOfEvaluation) {
     }
 }
 
-TEST(Quat, ProductInPlaceChangesNothingAndGivesTheScalarFirst) {
+TEST(Quat, product_in_place_changes_nothing_and_gives_the_scalar_first) {
     const quat a(2.0f, 3.0f, 5.0f, 7.0f), b(11.0f, 13.0f, 17.0f, 19.0f);
     const quat product = a * b;
     const quat result = a *= b;
@@ -173,7 +174,7 @@ TEST(Quat, ProductInPlaceChangesNothingAndGivesTheScalarFirst) {
     expect_quat(a, 2.0f, 3.0f, 5.0f, 7.0f);
 }
 
-TEST(Quat, TurnsAVectorWithW3) {
+TEST(Quat, turns_a_vector_with_w3) {
     quat q;
     q.from_axis_angle(90.0f, vec4::UNIT_Z_AXIS, false);
     for (const float w : {0.0f, 1.0f, 5.0f}) {
@@ -185,7 +186,7 @@ TEST(Quat, TurnsAVectorWithW3) {
     }
 }
 
-TEST(Quat, TurnsAVectorInTheOrderOfItsTwoCrossProducts) {
+TEST(Quat, turns_a_vector_in_the_order_of_its_two_cross_products) {
     Numbers numbers;
     for (int i = 0; i < 1000; ++i) {
         const quat q = numbers.unit_quat();
@@ -199,3 +200,5 @@ TEST(Quat, TurnsAVectorInTheOrderOfItsTwoCrossProducts) {
 }
 
 } // namespace
+
+} // namespace orvex_test

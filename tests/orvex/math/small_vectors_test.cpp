@@ -10,18 +10,19 @@
 #include "orvex/math/vec4i.h"
 #include "orvex/math/vec4u8.h"
 
+namespace orvex_test {
+
 using namespace orvex;
-using namespace orvex::test;
 
 namespace {
 
-TEST(Vec2, DefaultsToZero) {
+TEST(Vec2, defaults_to_zero) {
     vec2 v;
     EXPECT_EQ(v.x, 0.0f);
     EXPECT_EQ(v.y, 0.0f);
 }
 
-TEST(Vec2, SetAndConstruct) {
+TEST(Vec2, set_and_construct) {
     vec2 v;
     v.set(1.0f, 2.0f);
     EXPECT_EQ(v.x, 1.0f);
@@ -31,11 +32,11 @@ TEST(Vec2, SetAndConstruct) {
     EXPECT_EQ(v.y, 0.0f);
 }
 
-TEST(Vec3, DefaultsToZero) {
+TEST(Vec3, defaults_to_zero) {
     expect_vec3(vec3(), 0.0f, 0.0f, 0.0f);
 }
 
-TEST(Vec3, CopiesAndSets) {
+TEST(Vec3, copies_and_sets) {
     const vec3 constant(1.0f, 2.0f, 3.0f);
     vec3 v;
     v = constant;
@@ -46,7 +47,7 @@ TEST(Vec3, CopiesAndSets) {
     expect_vec3(v, 0.0f, 0.0f, 0.0f);
 }
 
-TEST(Vec3, SumsAndDifferences) {
+TEST(Vec3, sums_and_differences) {
     const vec3 constant(1.0f, 2.0f, 3.0f);
     vec3 v(10.0f, 20.0f, 30.0f);
     expect_vec3(constant + v, 11.0f, 22.0f, 33.0f);
@@ -58,7 +59,7 @@ TEST(Vec3, SumsAndDifferences) {
     expect_vec3(v, 11.0f, 22.0f, 33.0f);
 }
 
-TEST(Vec3, Scaled) {
+TEST(Vec3, scaled) {
     const vec3 constant(1.0f, 2.0f, 3.0f);
     expect_vec3(constant * 2.0f, 2.0f, 4.0f, 6.0f);
     vec3 v = constant;
@@ -66,12 +67,12 @@ TEST(Vec3, Scaled) {
     expect_vec3(v, 3.0f, 6.0f, 9.0f);
 }
 
-TEST(Vec3, CrossIsRightHanded) {
+TEST(Vec3, cross_is_right_handed) {
     expect_vec3(vec3(1.0f, 0.0f, 0.0f).cross(vec3(0.0f, 1.0f, 0.0f)), 0.0f, 0.0f, 1.0f);
     expect_vec3(vec3(1.0f, 2.0f, 3.0f).cross(vec3(-2.0f, 5.0f, 7.0f)), -1.0f, -13.0f, 9.0f);
 }
 
-TEST(Vec3, LengthAndNormalize) {
+TEST(Vec3, length_and_normalize) {
     vec3 v(2.0f, 3.0f, 6.0f);
     EXPECT_EQ(v.length(), 7.0f);
     const float scale = 1.0f / 7.0f;
@@ -82,7 +83,7 @@ TEST(Vec3, LengthAndNormalize) {
     expect_vec3(tiny.normalize(), 0.0f, 0.0f, 0.0f);
 }
 
-TEST(Vec3, IsEqualWithinAClosedInterval) {
+TEST(Vec3, is_equal_within_a_closed_interval) {
     const vec3 center(1.0f, 2.0f, 3.0f);
     EXPECT_TRUE(center.is_equal(center, 0.0f));
     for (float vec3::*component : {&vec3::x, &vec3::y, &vec3::z}) {
@@ -96,7 +97,7 @@ TEST(Vec3, IsEqualWithinAClosedInterval) {
     }
 }
 
-TEST(Vec3u8, DefaultsAndCopies) {
+TEST(Vec3u8, defaults_and_copies) {
     vec3u8 v;
     EXPECT_TRUE(v.x == 0 && v.y == 0 && v.z == 0);
     const vec3u8 other(1, 2, 255);
@@ -104,12 +105,12 @@ TEST(Vec3u8, DefaultsAndCopies) {
     EXPECT_TRUE(v.x == 1 && v.y == 2 && v.z == 255);
 }
 
-TEST(Vec4u8, DefaultsToW1) {
+TEST(Vec4u8, defaults_to_w1) {
     const vec4u8 v;
     EXPECT_TRUE(v.x == 0 && v.y == 0 && v.z == 0 && v.w == 1);
 }
 
-TEST(Vec4u8, DiffersWhenAnyByteDiffers) {
+TEST(Vec4u8, differs_when_any_byte_differs) {
     const vec4u8 v(1, 2, 3, 4);
     vec4u8 copy;
     copy = v;
@@ -120,17 +121,17 @@ TEST(Vec4u8, DiffersWhenAnyByteDiffers) {
     EXPECT_TRUE(v != vec4u8(1, 2, 3, 0));
 }
 
-TEST(Vec4i, DefaultsToW1) {
+TEST(Vec4i, defaults_to_w1) {
     const vec4i v;
     EXPECT_TRUE(v.x == 0 && v.y == 0 && v.z == 0 && v.w == 1);
 }
 
-TEST(Vec4d, DefaultsToW1) {
+TEST(Vec4d, defaults_to_w1) {
     const vec4d v;
     EXPECT_TRUE(v.x == 0.0 && v.y == 0.0 && v.z == 0.0 && v.w == 1.0);
 }
 
-TEST(Mat4d, DefaultsToTheIdentityAndCopiesDoubles) {
+TEST(Mat4d, defaults_to_the_identity_and_copies_doubles) {
     double values[16];
     for (int i = 0; i < 16; ++i)
         values[i] = i + 0.5;
@@ -148,3 +149,5 @@ TEST(Mat4d, DefaultsToTheIdentityAndCopiesDoubles) {
 }
 
 } // namespace
+
+} // namespace orvex_test

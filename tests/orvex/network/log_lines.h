@@ -11,7 +11,9 @@
 
 #include "orvex/base/log_mgr.h"
 
-namespace orvex::test {
+namespace orvex_test {
+
+using namespace orvex;
 
 /// Collects what the default log says, debug lines included, while any number of threads trace.
 /// Starts the log without a file and stops it at the end, when those threads are gone.
@@ -72,4 +74,4 @@ private:
     std::vector<std::string> lines;
 };
 
-} // namespace orvex::test
+} // namespace orvex_test

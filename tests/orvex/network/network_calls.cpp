@@ -4,7 +4,7 @@
 
 #include <pthread.h>
 
-using orvex::test::NetworkCalls;
+using orvex_test::NetworkCalls;
 
 // The linker sends the engine's calls here (--wrap).
 extern "C" {

@@ -2,7 +2,7 @@
 
 #include <atomic>
 
-namespace orvex::test {
+namespace orvex_test {
 
 /// What happens to the calls that the test program catches on their way from the engine, until the
 /// end of its scope. One at a time; any thread may call.
@@ -26,4 +26,4 @@ public:
     static inline std::atomic<int> protocol = 0;
 };
 
-} // namespace orvex::test
+} // namespace orvex_test

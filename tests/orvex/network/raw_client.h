@@ -11,7 +11,9 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
-namespace orvex::test {
+namespace orvex_test {
+
+using namespace orvex;
 
 /// A TCP client on the loopback that owes nothing to the engine's sockets.
 class RawClient {
@@ -84,4 +86,4 @@ private:
     bool is_connected = false;
 };
 
-} // namespace orvex::test
+} // namespace orvex_test

@@ -10,7 +10,9 @@
 #include "orvex/network/tcp_server.h"
 #include "raw_client.h"
 
-namespace orvex::test {
+namespace orvex_test {
+
+using namespace orvex;
 
 /// A server on a thread of its own and a port of the system's choice.
 class RunningServer {
@@ -61,4 +63,4 @@ private:
     std::future<bool> result;
 };
 
-} // namespace orvex::test
+} // namespace orvex_test

@@ -19,12 +19,10 @@
 #include "network_calls.h"
 #include "raw_client.h"
 
-namespace orvex {
-namespace {
+namespace orvex_test {
 
-using test::LogLines;
-using test::NetworkCalls;
-using test::RawClient;
+using namespace orvex;
+namespace {
 using Lines = std::vector<std::string>;
 
 std::string text(const std::string& before, long number, const std::string& behind) {
@@ -710,4 +708,4 @@ TEST_F(SocketCoreTest, an_unknown_option_changes_nothing) {
 }
 
 } // namespace
-} // namespace orvex
+} // namespace orvex_test

@@ -7,7 +7,9 @@
 
 #include <sys/resource.h>
 
-namespace orvex::test {
+namespace orvex_test {
+
+using namespace orvex;
 
 inline long entries_of(const char* folder) {
     return std::distance(std::filesystem::directory_iterator(folder),
@@ -67,4 +69,4 @@ private:
     rlimit before{};
 };
 
-} // namespace orvex::test
+} // namespace orvex_test

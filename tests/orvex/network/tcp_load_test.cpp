@@ -17,18 +17,10 @@
 #include "running_server.h"
 #include "system_counts.h"
 
-namespace orvex {
-namespace {
+namespace orvex_test {
 
-using test::count_descriptors;
-using test::count_threads;
-using test::DescriptorLimit;
-using test::eventually;
-using test::has_descriptors_after_stop;
-using test::LogLines;
-using test::RawClient;
-using test::RunningServer;
-using test::threads_become;
+using namespace orvex;
+namespace {
 
 void answer(SocketCore* core, Socket* client, unsigned char* message, int size, void* user_data) {
     ++*static_cast<std::atomic<int>*>(user_data);
@@ -210,4 +202,4 @@ TEST_F(TcpLoadTest, serves_a_host_with_more_than_1024_open_descriptors) {
 }
 
 } // namespace
-} // namespace orvex
+} // namespace orvex_test

@@ -20,18 +20,10 @@
 #include "running_server.h"
 #include "system_counts.h"
 
-namespace orvex {
-namespace {
+namespace orvex_test {
 
-using test::count_descriptors;
-using test::count_threads;
-using test::eventually;
-using test::has_descriptors_after_stop;
-using test::LogLines;
-using test::NetworkCalls;
-using test::RawClient;
-using test::RunningServer;
-using test::threads_become;
+using namespace orvex;
+namespace {
 using Lines = std::vector<std::string>;
 
 constexpr char stop_text[] = "STOP_ORVEX_TCP_SERVER";
@@ -319,7 +311,7 @@ TEST_F(TcpServerTest, send_stop_message_ends_run_and_keeps_the_port) {
 TEST_F(TcpServerTest, send_stop_message_needs_a_socket) {
     RunningServer running(server, &TcpServer::run, log);
     {
-        const test::DescriptorLimit none(3);
+        const DescriptorLimit none(3);
         EXPECT_FALSE(server.send_stop_message());
     }
     EXPECT_EQ(running.ask("still there"), "");
@@ -598,4 +590,4 @@ TEST_F(TcpServerTest, thread_parameters_begin_empty) {
 }
 
 } // namespace
-} // namespace orvex
+} // namespace orvex_test

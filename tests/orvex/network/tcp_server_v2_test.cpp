@@ -16,18 +16,10 @@
 #include "running_server.h"
 #include "system_counts.h"
 
-namespace orvex {
-namespace {
+namespace orvex_test {
 
-using test::count_descriptors;
-using test::count_threads;
-using test::eventually;
-using test::has_descriptors_after_stop;
-using test::LogLines;
-using test::NetworkCalls;
-using test::RawClient;
-using test::RunningServer;
-using test::threads_become;
+using namespace orvex;
+namespace {
 
 constexpr char full_line[] = "<*> orvex::TcpServer::run() - unable to handle new TCP connection: "
                              "max client threads (128) reached.";
@@ -366,4 +358,4 @@ TEST_F(TcpServerV2Test, the_thread_function_serves_parameters_that_a_host_made) 
 }
 
 } // namespace
-} // namespace orvex
+} // namespace orvex_test

@@ -4,7 +4,9 @@
 
 #include <gtest/gtest.h>
 
-namespace orvex {
+namespace orvex_test {
+
+using namespace orvex;
 namespace {
 
 std::unique_ptr<BMCharset> read(const std::string& text) {
@@ -240,4 +242,4 @@ TEST(BMCharset, has_an_empty_glyph_for_every_byte_from_128_up) {
 }
 
 } // namespace
-} // namespace orvex
+} // namespace orvex_test

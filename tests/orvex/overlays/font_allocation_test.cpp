@@ -9,10 +9,10 @@
 #include "tests/support/fake_renderer.h"
 #include "tests/support/heap.h"
 
-namespace orvex {
-namespace {
+namespace orvex_test {
 
-using namespace orvex_test;
+using namespace orvex;
+namespace {
 
 TEST(FontFrame, allocates_nothing_once_its_strings_have_been_long_enough) {
     const CountAllocations allocations;
@@ -40,4 +40,4 @@ TEST(FontFrame, allocates_nothing_once_its_strings_have_been_long_enough) {
 }
 
 } // namespace
-} // namespace orvex
+} // namespace orvex_test

@@ -10,10 +10,10 @@
 #include "orvex/assets/textures/texture.h"
 #include "orvex/renderer/records/texture_data.h"
 
-namespace orvex {
-namespace {
+namespace orvex_test {
 
-using namespace orvex_test;
+using namespace orvex;
+namespace {
 
 // ------------------------------------------------------------------------------------ charset
 
@@ -180,4 +180,4 @@ TEST_F(FontTest, forgets_a_sheet_that_was_ended_behind_its_back) {
 }
 
 } // namespace
-} // namespace orvex
+} // namespace orvex_test

@@ -24,10 +24,10 @@
 #include "tests/support/gl_recorder.h"
 #include "tests/support/picture.h"
 
-namespace orvex {
-namespace {
+namespace orvex_test {
 
-using namespace orvex_test;
+using namespace orvex;
+namespace {
 
 const std::string data = ORVEX_TEST_DATA_DIR "/../examples/data/";
 
@@ -458,4 +458,4 @@ TEST_F(FontRasterDrawing, is_readable_without_a_display) {
 }
 
 } // namespace
-} // namespace orvex
+} // namespace orvex_test

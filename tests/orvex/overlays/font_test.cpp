@@ -11,10 +11,10 @@
 #include "orvex/renderer/render_window.h"
 #include "tests/orvex/geometry/mesh/owned_mesh.h"
 
-namespace orvex {
-namespace {
+namespace orvex_test {
 
-using namespace orvex_test;
+using namespace orvex;
+namespace {
 
 // ------------------------------------------------------------------------------------- object
 
@@ -314,4 +314,4 @@ TEST_F(FontRaster, of_no_length_is_the_renderers_to_refuse) {
 }
 
 } // namespace
-} // namespace orvex
+} // namespace orvex_test

@@ -11,10 +11,10 @@
 #include "orvex/renderer/private/debug_name.h"
 #include "orvex/renderer/records/mesh_data_packed.h"
 
-namespace orvex {
-namespace {
+namespace orvex_test {
 
-using namespace orvex_test;
+using namespace orvex;
+namespace {
 
 // ------------------------------------------------------------------------------------- buffer
 
@@ -365,4 +365,4 @@ TEST_F(FontQuads, are_not_drawn_by_a_walk_through_the_tree) {
 }
 
 } // namespace
-} // namespace orvex
+} // namespace orvex_test

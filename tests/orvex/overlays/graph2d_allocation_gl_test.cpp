@@ -20,8 +20,9 @@
 #include "tests/support/heap.h"
 #include "tests/support/log_capture.h"
 
+namespace orvex_test {
+
 using namespace orvex;
-using namespace orvex_test;
 
 namespace {
 
@@ -174,7 +175,7 @@ TEST_P(GraphFrames, cost_the_same_after_ten_million_samples) {
 
 /// The messages of a graph whose curve finds memory for so many arrays.
 std::vector<std::string> messages_of_a_curve(Thrown thrown, unsigned long arrays) {
-    const test::LogCapture log;
+    const LogCapture log;
     const Owned<Graph2d> graph(new Graph2d);
     {
         const RefuseArrays refused({.granted = arrays, .refused = 1, .thrown = thrown});
@@ -199,3 +200,5 @@ TEST(GraphAllocationFailure, is_told_by_its_type_and_leaves_no_curve) {
 }
 
 } // namespace
+
+} // namespace orvex_test

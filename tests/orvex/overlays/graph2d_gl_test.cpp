@@ -12,8 +12,9 @@
 #include "tests/orvex/geometry/mesh/owned_mesh.h"
 #include "tests/orvex/renderer/opengl/buffers/vertex_buffers_fixture.h"
 
+namespace orvex_test {
+
 using namespace orvex;
-using namespace orvex_test;
 
 namespace {
 
@@ -188,3 +189,5 @@ TEST_F(GraphOfTheFixedPipeline, draws_both_axes_then_the_curve_by_these_calls) {
 }
 
 } // namespace
+
+} // namespace orvex_test

@@ -12,8 +12,9 @@
 #include "tests/orvex/geometry/printers.h"
 #include "tests/support/log_capture.h"
 
+namespace orvex_test {
+
 using namespace orvex;
-using namespace orvex_test;
 
 namespace {
 
@@ -287,7 +288,7 @@ TEST_F(Graph, refuses_curves_past_the_last) {
 }
 
 TEST_F(Graph, tells_that_memory_ran_out_for_a_curve) {
-    const test::LogCapture log;
+    const LogCapture log;
     EXPECT_EQ(graph->create_curve(1ul << 60), nullptr);
     ASSERT_EQ(log.messages().size(), 1u);
     EXPECT_EQ(log.messages()[0],
@@ -545,3 +546,5 @@ TEST_F(Graph, keeps_within_the_values_of_a_curve_that_its_host_resized) {
 }
 
 } // namespace
+
+} // namespace orvex_test

@@ -5,8 +5,9 @@
 
 #include "hud_picture.h"
 
+namespace orvex_test {
+
 using namespace orvex;
-using namespace orvex_test;
 
 namespace {
 
@@ -65,3 +66,5 @@ TEST_F(HudPicturesBelow3, are_drawn_by_client_arrays_with_fixed_matrices) {
 }
 
 } // namespace
+
+} // namespace orvex_test

@@ -4,8 +4,9 @@
 #include "orvex/assets/textures/texture.h"
 #include "other_text.h"
 
+namespace orvex_test {
+
 using namespace orvex;
-using namespace orvex_test;
 
 namespace {
 
@@ -159,3 +160,5 @@ TEST_P(HudPictures, fail_where_the_stages_do_not_fit) {
 }
 
 } // namespace
+
+} // namespace orvex_test

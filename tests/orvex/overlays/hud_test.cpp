@@ -10,8 +10,9 @@
 #include "other_text.h"
 #include "overlay_fixture.h"
 
+namespace orvex_test {
+
 using namespace orvex;
-using namespace orvex_test;
 
 namespace {
 
@@ -322,3 +323,5 @@ TEST_F(HudTest, outlives_what_the_managers_end) {
 }
 
 } // namespace
+
+} // namespace orvex_test

@@ -8,8 +8,9 @@
 #include "overlay_gl_fixture.h"
 #include "tests/orvex/geometry/mesh/owned_mesh.h"
 
+namespace orvex_test {
+
 using namespace orvex;
-using namespace orvex_test;
 
 namespace {
 
@@ -175,3 +176,5 @@ TEST_P(MadLedBarPictures, end_with_everything_they_made) {
 }
 
 } // namespace
+
+} // namespace orvex_test

@@ -14,13 +14,15 @@
 #include "tests/support/heap.h"
 #include "tests/support/log_capture.h"
 
-namespace {
+namespace orvex_test {
 
 using namespace orvex;
 
+namespace {
+
 TEST(MadLedBarWithoutMemory, has_lights_and_no_vertices) {
     const orvex_test::RefuseArrays refused({.min_size = (std::size_t{1} << 30) + 1});
-    const test::LogCapture log;
+    const LogCapture log;
     const orvex_test::Owned<MadLedBar> bar(new MadLedBar);
     const vec3 start(0.0f, 0.0f, 0.0f);
     const vec3 end(4.0f, 0.0f, 0.0f);
@@ -40,3 +42,5 @@ TEST(MadLedBarWithoutMemory, has_lights_and_no_vertices) {
 }
 
 } // namespace
+
+} // namespace orvex_test

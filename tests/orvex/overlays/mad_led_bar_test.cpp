@@ -16,8 +16,9 @@
 #include "tests/orvex/geometry/printers.h"
 #include "tests/support/fake_renderer.h"
 
+namespace orvex_test {
+
 using namespace orvex;
-using namespace orvex_test;
 
 namespace {
 
@@ -417,3 +418,5 @@ TEST(MadLedBar, deletes_its_forms_when_it_is_deleted) {
 }
 
 } // namespace
+
+} // namespace orvex_test

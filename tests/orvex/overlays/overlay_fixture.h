@@ -65,8 +65,8 @@ protected:
         programs.stop(nullptr);
     }
 
-    orvex::test::LogCapture log;
-    orvex::test::TempDir dir;
+    orvex_test::LogCapture log;
+    orvex_test::TempDir dir;
     orvex::TextureMgr& textures = *orvex::TextureMgr::get();
     orvex::GpuProgramMgr& programs = *orvex::GpuProgramMgr::get();
     FakeCodec* const codec = new FakeCodec("stb", "flat");

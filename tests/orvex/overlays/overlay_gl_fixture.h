@@ -89,8 +89,8 @@ public:
 
     void drain_errors() const { drain_errors_of_fixed_matrices(*recorder); }
 
-    orvex::test::LogCapture log;
-    orvex::test::TempDir dir;
+    orvex_test::LogCapture log;
+    orvex_test::TempDir dir;
     orvex::TextureMgr& textures = *orvex::TextureMgr::get();
     orvex::GpuProgramMgr& programs = *orvex::GpuProgramMgr::get();
 };

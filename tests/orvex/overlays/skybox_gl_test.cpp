@@ -6,8 +6,9 @@
 #include "other_text.h"
 #include "skybox_picture.h"
 
+namespace orvex_test {
+
 using namespace orvex;
-using namespace orvex_test;
 
 namespace {
 
@@ -164,3 +165,5 @@ TEST_P(SkyboxPictures, stay_away_where_the_driver_refuses_the_program) {
 }
 
 } // namespace
+
+} // namespace orvex_test

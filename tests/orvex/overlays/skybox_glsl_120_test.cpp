@@ -3,8 +3,9 @@
 
 #include "skybox_picture.h"
 
+namespace orvex_test {
+
 using namespace orvex;
-using namespace orvex_test;
 
 namespace {
 
@@ -50,3 +51,5 @@ TEST_F(SkyboxPicturesInGlsl120, are_drawn_by_client_arrays) {
 }
 
 } // namespace
+
+} // namespace orvex_test

@@ -12,8 +12,9 @@
 #include "other_text.h"
 #include "overlay_fixture.h"
 
+namespace orvex_test {
+
 using namespace orvex;
-using namespace orvex_test;
 
 namespace {
 
@@ -476,3 +477,5 @@ TEST_F(SkyboxTest, is_resized_before_anything_else) {
 }
 
 } // namespace
+
+} // namespace orvex_test

@@ -11,8 +11,9 @@
 #include "tests/support/gl_recorder.h"
 #include "tripod_picture.h"
 
+namespace orvex_test {
+
 using namespace orvex;
-using namespace orvex_test;
 
 namespace {
 
@@ -70,3 +71,5 @@ TEST_F(TripodPicturesBelow3, are_drawn_by_client_arrays_with_fixed_matrices) {
 }
 
 } // namespace
+
+} // namespace orvex_test

@@ -9,8 +9,9 @@
 #include "tests/support/log_capture.h"
 #include "tripod_picture.h"
 
+namespace orvex_test {
+
 using namespace orvex;
-using namespace orvex_test;
 
 namespace {
 
@@ -123,7 +124,7 @@ TEST_P(TripodPictures, take_texts_of_the_host) {
 
 TEST_P(TripodPictures, report_a_text_that_does_not_compile) {
     const OtherText other(aux::orvex_tripod_viz_ps_gl3, "#version 150\nnonsense");
-    const test::LogCapture log;
+    const LogCapture log;
     EXPECT_FALSE(of_camera.init(renderer.get()));
     ASSERT_FALSE(log.messages().empty());
     EXPECT_EQ(log.messages().back().rfind(
@@ -140,7 +141,7 @@ TEST_P(TripodPictures, report_texts_that_do_not_fit_each_other) {
     const OtherText other(aux::orvex_tripod_viz_ps_gl3,
                           "#version 150\nin vec2 Vertex_Color;\nout vec4 pixel;\nvoid main() { "
                           "pixel = Vertex_Color.xyxy; }");
-    const test::LogCapture log;
+    const LogCapture log;
     EXPECT_FALSE(of_object.init(renderer.get()));
     ASSERT_FALSE(log.messages().empty());
     EXPECT_EQ(log.messages().back(),
@@ -149,3 +150,5 @@ TEST_P(TripodPictures, report_texts_that_do_not_fit_each_other) {
 }
 
 } // namespace
+
+} // namespace orvex_test

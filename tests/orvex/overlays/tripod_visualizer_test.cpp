@@ -16,8 +16,9 @@
 #include "tests/orvex/geometry/printers.h"
 #include "tests/support/log_capture.h"
 
+namespace orvex_test {
+
 using namespace orvex;
-using namespace orvex_test;
 
 namespace {
 
@@ -283,7 +284,7 @@ void expect_failed_init(Visualizer& visualizer, TripodRenderer& renderer) {
 }
 
 TEST_F(TripodVisualizers, tell_what_the_shaders_fail_with) {
-    const test::LogCapture log;
+    const LogCapture log;
     renderer.results["gpu_program_load_shader_from_memory"] = false;
     renderer.compile_error = "0:1: no";
     expect_failed_init(of_camera, renderer);
@@ -293,7 +294,7 @@ TEST_F(TripodVisualizers, tell_what_the_shaders_fail_with) {
 }
 
 TEST_F(TripodVisualizers, tell_of_shaders_that_fail_without_a_word) {
-    const test::LogCapture log;
+    const LogCapture log;
     renderer.results["gpu_program_load_shader_from_memory"] = false;
     expect_failed_init(of_object, renderer);
     ASSERT_FALSE(log.messages().empty());
@@ -301,7 +302,7 @@ TEST_F(TripodVisualizers, tell_of_shaders_that_fail_without_a_word) {
 }
 
 TEST_F(TripodVisualizers, tell_of_a_program_that_cannot_be_activated) {
-    const test::LogCapture log;
+    const LogCapture log;
     renderer.results["gpu_program_activate"] = false;
     expect_failed_init(base, renderer);
     EXPECT_EQ(log.messages(),
@@ -357,3 +358,5 @@ TEST_F(TripodVisualizers, forget_a_program_that_its_manager_ended) {
 }
 
 } // namespace
+
+} // namespace orvex_test

@@ -3,7 +3,9 @@
 #include <gtest/gtest.h>
 #include <sys/utsname.h>
 
-namespace orvex {
+namespace orvex_test {
+
+using namespace orvex;
 namespace {
 
 TEST(KernelPlatform, maps_each_kernel_release_to_a_system) {
@@ -45,4 +47,4 @@ TEST(KernelPlatform, is_linux_as_uname_tells_it) {
 }
 
 } // namespace
-} // namespace orvex
+} // namespace orvex_test

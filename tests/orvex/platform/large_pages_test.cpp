@@ -8,7 +8,9 @@
 
 #include <gtest/gtest.h>
 
-namespace orvex {
+namespace orvex_test {
+
+using namespace orvex;
 namespace {
 
 constexpr std::size_t LARGE_PAGE = std::size_t{2} << 20;
@@ -78,4 +80,4 @@ TEST(LargeArray, of_more_elements_than_memory_has_bytes_throws) {
 }
 
 } // namespace
-} // namespace orvex
+} // namespace orvex_test

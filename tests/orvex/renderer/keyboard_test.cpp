@@ -8,9 +8,12 @@
 
 #include "keyboard_rows.h"
 
-namespace {
+namespace orvex_test {
 
 using namespace orvex;
+
+namespace {
+
 using orvex_test::key_rows;
 using orvex_test::KeyRow;
 using orvex_test::num_key_rows;
@@ -236,3 +239,5 @@ TEST(Keyboard, shares_nothing_with_another) {
 }
 
 } // namespace
+
+} // namespace orvex_test

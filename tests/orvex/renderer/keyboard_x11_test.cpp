@@ -12,6 +12,8 @@
 #include "keyboard_rows.h"
 #include "tests/support/x_server.h"
 
+namespace orvex_test {
+
 namespace {
 
 using orvex_test::key_rows;
@@ -47,3 +49,5 @@ TEST(KeyboardX11, has_the_codes_of_a_running_server) {
 }
 
 } // namespace
+
+} // namespace orvex_test

@@ -9,7 +9,9 @@
 #include "tests/support/fake_renderer.h"
 #include "tests/support/stub_render_target.h"
 
-namespace orvex {
+namespace orvex_test {
+
+using namespace orvex;
 namespace {
 
 using orvex_test::FakeRenderer;
@@ -92,4 +94,4 @@ TEST(RenderTarget, has_an_id_of_its_own_and_no_size_at_first) {
 }
 
 } // namespace
-} // namespace orvex
+} // namespace orvex_test

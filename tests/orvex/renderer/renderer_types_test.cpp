@@ -5,7 +5,9 @@
 
 #include <gtest/gtest.h>
 
-namespace orvex {
+namespace orvex_test {
+
+using namespace orvex;
 namespace {
 
 TEST(ConvertInt2Pf, keeps_1_to_6_and_gives_none_for_all_else) {
@@ -91,4 +93,4 @@ TEST(RendererTypes, keep_their_values) {
 }
 
 } // namespace
-} // namespace orvex
+} // namespace orvex_test

@@ -10,8 +10,9 @@
 #include "tests/orvex/math/exact.h"
 #include "tests/support/fake_renderer.h"
 
+namespace orvex_test {
+
 using namespace orvex;
-using namespace orvex::test;
 
 namespace {
 
@@ -39,7 +40,7 @@ void expect_direction(const vec4& v, float x, float y, float z) {
     EXPECT_NEAR(v.z, z, 1e-6f);
 }
 
-TEST(Camera, StartsAsAPerspectiveTenUnitsBack) {
+TEST(Camera, starts_as_a_perspective_ten_units_back) {
     Camera camera;
     EXPECT_EQ(camera.get_type(), NODE_TYPE_CAMERA);
     EXPECT_TRUE(camera.is_perspective_projection());
@@ -61,12 +62,12 @@ TEST(Camera, StartsAsAPerspectiveTenUnitsBack) {
     expect_mat4(camera.get_view_matrix(), view_of(vec4(0, 0, 10, 1), quat()));
 }
 
-TEST(Camera, IsNotCopied) {
+TEST(Camera, is_not_copied) {
     EXPECT_FALSE(std::is_copy_constructible_v<Camera>);
     EXPECT_FALSE(std::is_copy_assignable_v<Camera>);
 }
 
-TEST(Camera, KeepsAViewport) {
+TEST(Camera, keeps_a_viewport) {
     Camera camera;
     camera.set_viewport(1, 2, 3, 4);
     EXPECT_EQ(camera.get_viewport_ptr(), &camera.get_viewport());
@@ -82,7 +83,7 @@ TEST(Camera, KeepsAViewport) {
 
 // ------------------------------------------------------------------------------ projection
 
-TEST(CameraProjection, IsBuiltFromItsParametersWhenRead) {
+TEST(CameraProjection, is_built_from_its_parameters_when_read) {
     Camera camera;
     camera.set_fov(45.0f);
     camera.set_aspect(1.25f);
@@ -102,7 +103,7 @@ TEST(CameraProjection, IsBuiltFromItsParametersWhenRead) {
     EXPECT_EQ(camera.get_projection_matrix_float_ptr(), camera.get_projection_matrix().m);
 }
 
-TEST(CameraProjection, EachSetterAsksForANewMatrix) {
+TEST(CameraProjection, each_setter_asks_for_a_new_matrix) {
     Camera camera;
     camera.update_projection_matrix();
     camera.set_fov(45.0f);
@@ -115,7 +116,7 @@ TEST(CameraProjection, EachSetterAsksForANewMatrix) {
     EXPECT_TRUE(camera.update_projection_matrix());
 }
 
-TEST(CameraProjection, EachGetterBringsItUpToDate) {
+TEST(CameraProjection, each_getter_brings_it_up_to_date) {
     Camera camera;
     camera.set_fov(45.0f);
     const mat4 expected = perspective(45.0f, 1.7777778f, 1.0f, 1000.0f);
@@ -127,13 +128,13 @@ TEST(CameraProjection, EachGetterBringsItUpToDate) {
     expect_mat4(camera.get_projection_matrix(), expected);
 }
 
-TEST(CameraProjection, MayHaveItsFarPlaneAtInfinity) {
+TEST(CameraProjection, may_have_its_far_plane_at_infinity) {
     Camera camera;
     camera.set_zfar(-1.0f);
     EXPECT_EQ(bits(camera.get_projection_matrix().m[10]), bits(0.00001f - 1.0f));
 }
 
-TEST(CameraProjection, HandednessCountsFromTheNextBuildOn) {
+TEST(CameraProjection, handedness_counts_from_the_next_build_on) {
     Camera camera;
     camera.update_projection_matrix();
     camera.set_proj_rh_state(false);
@@ -144,7 +145,7 @@ TEST(CameraProjection, HandednessCountsFromTheNextBuildOn) {
     expect_mat4(camera.get_projection_matrix(), expected);
 }
 
-TEST(CameraProjection, PerspectiveIsBuiltAtOnceWithItsParameters) {
+TEST(CameraProjection, perspective_is_built_at_once_with_its_parameters) {
     Camera camera;
     camera.build_projection_persp(50.0f, 2.0f, 0.25f, 80.0f, true);
     EXPECT_FALSE(camera.update_projection_matrix());
@@ -166,7 +167,7 @@ TEST(CameraProjection, PerspectiveIsBuiltAtOnceWithItsParameters) {
                 left.buildLHPerspectiveProjectionMatrix(50.0f, 2.0f, 0.25f, 90.0f));
 }
 
-TEST(CameraProjection, OrthographicKeepsItsMatrixAndTheOldParameters) {
+TEST(CameraProjection, orthographic_keeps_its_matrix_and_the_old_parameters) {
     for (const bool rh : {true, false}) {
         Camera camera;
         camera.build_projection_ortho(-2.0f, 3.0f, -4.0f, 5.0f, 0.5f, 60.0f, rh);
@@ -181,7 +182,7 @@ TEST(CameraProjection, OrthographicKeepsItsMatrixAndTheOldParameters) {
     }
 }
 
-TEST(CameraProjection, OrthographicKeepsItsHandedness) {
+TEST(CameraProjection, orthographic_keeps_its_handedness) {
     Camera camera;
     camera.build_projection_ortho(-2.0f, 3.0f, -4.0f, 5.0f, 0.5f, 60.0f, false);
     camera.set_fov(60.0f);
@@ -190,7 +191,7 @@ TEST(CameraProjection, OrthographicKeepsItsHandedness) {
                 left.buildLHPerspectiveProjectionMatrix(60.0f, 1.7777778f, 1.0f, 1000.0f));
 }
 
-TEST(CameraProjection, AnySetterTurnsAnOrthographicCameraPerspectiveAgain) {
+TEST(CameraProjection, any_setter_turns_an_orthographic_camera_perspective_again) {
     Camera camera;
     camera.build_projection_ortho(-2.0f, 3.0f, -4.0f, 5.0f, 0.5f, 60.0f, true);
     camera.set_fov(45.0f);
@@ -198,7 +199,7 @@ TEST(CameraProjection, AnySetterTurnsAnOrthographicCameraPerspectiveAgain) {
     expect_mat4(camera.get_projection_matrix(), perspective(45.0f, 1.7777778f, 1.0f, 1000.0f));
 }
 
-TEST(CameraProjection, AGivenMatrixStandsUntilTheNextSetter) {
+TEST(CameraProjection, a_given_matrix_stands_until_the_next_setter) {
     Camera camera;
     camera.set_projection_matrix(counted);
     EXPECT_FALSE(camera.update_projection_matrix());
@@ -207,14 +208,14 @@ TEST(CameraProjection, AGivenMatrixStandsUntilTheNextSetter) {
     expect_mat4(camera.get_projection_matrix(), perspective(60.0f, 1.5f, 1.0f, 1000.0f));
 }
 
-TEST(CameraProjection, AGivenMatrixKeepsAnOrthographicCameraOrthographic) {
+TEST(CameraProjection, a_given_matrix_keeps_an_orthographic_camera_orthographic) {
     Camera camera;
     camera.build_projection_ortho(-2.0f, 3.0f, -4.0f, 5.0f, 0.5f, 60.0f, true);
     camera.set_projection_matrix(counted);
     EXPECT_TRUE(camera.is_ortho_projection());
 }
 
-TEST(CameraProjection, InverseIsComputedOnceInTheLifeOfACamera) {
+TEST(CameraProjection, inverse_is_computed_once_in_the_life_of_a_camera) {
     Camera camera;
     const mat4 expected = inverted(perspective(60.0f, 1.7777778f, 1.0f, 1000.0f));
     expect_mat4(camera.get_inv_projection_matrix(), expected);
@@ -228,7 +229,7 @@ TEST(CameraProjection, InverseIsComputedOnceInTheLifeOfACamera) {
 
 // ------------------------------------------------------------------------------------ view
 
-TEST(CameraView, FollowsTheEyeAndNotTheTransformRecord) {
+TEST(CameraView, follows_the_eye_and_not_the_transform_record) {
     Camera camera;
     camera.set_position(1.0f, 2.0f, 3.0f); // the object's form
     expect_vec4(camera.get_position(), 1.0f, 2.0f, 3.0f, 1.0f);
@@ -238,7 +239,7 @@ TEST(CameraView, FollowsTheEyeAndNotTheTransformRecord) {
     expect_mat4(camera.get_view_matrix(), view_of(vec4(4, 5, 6, 1), quat()));
 }
 
-TEST(CameraView, IsBuiltWhenReadAndOnce) {
+TEST(CameraView, is_built_when_read_and_once) {
     Camera camera;
     EXPECT_TRUE(camera.update_view_matrix());
     EXPECT_FALSE(camera.update_view_matrix());
@@ -252,7 +253,7 @@ TEST(CameraView, IsBuiltWhenReadAndOnce) {
     EXPECT_EQ(camera.get_view_matrix_float_ptr(), camera.get_view_matrix().m);
 }
 
-TEST(CameraView, EachGetterBringsItUpToDate) {
+TEST(CameraView, each_getter_brings_it_up_to_date) {
     Camera camera;
     camera.set_position(vec4(1, 0, 0, 1));
     EXPECT_EQ(camera.get_view_matrix_ptr()->m[12], -1.0f);
@@ -262,7 +263,7 @@ TEST(CameraView, EachGetterBringsItUpToDate) {
     EXPECT_EQ(camera.get_view_matrix().m[12], -3.0f);
 }
 
-TEST(CameraView, HandednessIsKeptWithoutEffect) {
+TEST(CameraView, handedness_is_kept_without_effect) {
     Camera camera;
     const mat4 before = camera.get_view_matrix();
     camera.set_view_rh_state(false);
@@ -270,7 +271,7 @@ TEST(CameraView, HandednessIsKeptWithoutEffect) {
     expect_mat4(camera.get_view_matrix(), before);
 }
 
-TEST(CameraView, LooksAtAPointForW1) {
+TEST(CameraView, looks_at_a_point_for_w1) {
     Camera camera;
     camera.set_position(vec4(1.0f, 2.0f, 3.0f, 1.0f));
     camera.set_lookat(vec4(5.0f, 2.0f, 3.0f, 1.0f));
@@ -280,14 +281,14 @@ TEST(CameraView, LooksAtAPointForW1) {
     expect_direction(seen, 0.0f, 0.0f, -4.0f);
 }
 
-TEST(CameraView, LooksAlongADirectionForW0) {
+TEST(CameraView, looks_along_a_direction_for_w0) {
     Camera camera;
     camera.set_position(vec4(1.0f, 2.0f, 3.0f, 1.0f));
     camera.set_lookat(vec4(5.0f, 0.0f, 0.0f, 0.0f));
     expect_direction(camera.get_view_vector(), 1.0f, 0.0f, 0.0f);
 }
 
-TEST(CameraView, AnyOtherWTurnsNothing) {
+TEST(CameraView, any_other_w_turns_nothing) {
     Camera camera;
     camera.update_view_matrix();
     for (const float w : {0.5f, 2.0f, -1.0f}) {
@@ -297,7 +298,7 @@ TEST(CameraView, AnyOtherWTurnsNothing) {
     }
 }
 
-TEST(CameraView, LookingAtItsOwnPlaceGoesOnWithAZeroVector) {
+TEST(CameraView, looking_at_its_own_place_goes_on_with_a_zero_vector) {
     Camera camera;
     camera.set_orientation(turn(30.0f, vec4::UNIT_X_AXIS));
     camera.update_view_matrix();
@@ -307,7 +308,7 @@ TEST(CameraView, LookingAtItsOwnPlaceGoesOnWithAZeroVector) {
     EXPECT_TRUE(camera.update_view_matrix());
 }
 
-TEST(CameraView, DirectionEqualToZeroIsIgnored) {
+TEST(CameraView, direction_equal_to_zero_is_ignored) {
     Camera camera;
     const quat q = turn(30.0f, vec4::UNIT_X_AXIS);
     camera.set_orientation(q);
@@ -317,7 +318,7 @@ TEST(CameraView, DirectionEqualToZeroIsIgnored) {
     EXPECT_FALSE(camera.update_view_matrix());
 }
 
-TEST(CameraView, DirectionKeepsTheHorizonLevel) {
+TEST(CameraView, direction_keeps_the_horizon_level) {
     Camera camera;
     camera.update_direction(vec4(1.0f, -0.5f, 2.0f, 0.0f));
     vec4 z(-1.0f, 0.5f, -2.0f, 1.0f);
@@ -333,7 +334,7 @@ TEST(CameraView, DirectionKeepsTheHorizonLevel) {
     EXPECT_NEAR((camera.get_orientation() * vec4::UNIT_X_AXIS).y, 0.0f, 1e-6f);
 }
 
-TEST(CameraView, FreeDirectionTurnsByTheShortestWay) {
+TEST(CameraView, free_direction_turns_by_the_shortest_way) {
     Camera camera;
     camera.set_rotate_around_fixed_yaw_axis(false);
     EXPECT_FALSE(camera.get_rotate_around_fixed_yaw_axis());
@@ -353,14 +354,14 @@ TEST(CameraView, FreeDirectionTurnsByTheShortestWay) {
     expect_direction(camera.get_view_vector(), forward.x, forward.y, forward.z);
 }
 
-TEST(CameraView, FreeDirectionBackwardsTurnsHalfAboutTheOwnYAxis) {
+TEST(CameraView, free_direction_backwards_turns_half_about_the_own_y_axis) {
     Camera camera;
     camera.set_rotate_around_fixed_yaw_axis(false);
     camera.update_direction(vec4(0.0f, 0.0f, 1.0f, 0.0f));
     expect_quat(camera.get_orientation(), turn(180.0f, vec4::UNIT_Y_AXIS) * quat());
 }
 
-TEST(CameraView, UpCountsFromTheNextLookOn) {
+TEST(CameraView, up_counts_from_the_next_look_on) {
     Camera camera;
     camera.set_lookat(vec4(1.0f, 0.0f, 0.0f, 0.0f));
     const quat before = camera.get_orientation();
@@ -372,7 +373,7 @@ TEST(CameraView, UpCountsFromTheNextLookOn) {
     expect_direction(camera.get_up_vector(), 0.0f, 0.0f, 1.0f);
 }
 
-TEST(CameraView, ParametersTogetherLookBeforeTheyTakeTheNewUp) {
+TEST(CameraView, parameters_together_look_before_they_take_the_new_up) {
     Camera camera, step_by_step;
     const vec4 eye(1.0f, 2.0f, 3.0f, 1.0f), at(4.0f, 4.0f, -5.0f, 1.0f), up(1.0f, 0.0f, 0.0f, 0.0f);
     camera.set_view_params(eye, at, up, false);
@@ -387,7 +388,7 @@ TEST(CameraView, ParametersTogetherLookBeforeTheyTakeTheNewUp) {
     expect_quat(camera.get_orientation(), step_by_step.get_orientation());
 }
 
-TEST(CameraView, AGivenMatrixStandsUntilTheNextChange) {
+TEST(CameraView, a_given_matrix_stands_until_the_next_change) {
     Camera camera;
     camera.set_view_matrix(counted);
     EXPECT_FALSE(camera.update_view_matrix());
@@ -396,7 +397,7 @@ TEST(CameraView, AGivenMatrixStandsUntilTheNextChange) {
     expect_mat4(camera.get_view_matrix(), view_of(vec4(0, 0, 10, 1), quat()));
 }
 
-TEST(CameraView, InverseFollowsTheView) {
+TEST(CameraView, inverse_follows_the_view) {
     Camera camera;
     expect_mat4(camera.get_inv_view_matrix(), inverted(camera.get_view_matrix()));
     camera.set_position(vec4(1.0f, 2.0f, 3.0f, 1.0f));
@@ -404,14 +405,14 @@ TEST(CameraView, InverseFollowsTheView) {
     EXPECT_NEAR(camera.get_inv_view_matrix().m[12], 1.0f, 1e-6f);
 }
 
-TEST(CameraView, InverseDoesNotFollowAGivenMatrix) {
+TEST(CameraView, inverse_does_not_follow_a_given_matrix) {
     Camera camera;
     const mat4 before = camera.get_inv_view_matrix();
     camera.set_view_matrix(counted);
     expect_mat4(camera.get_inv_view_matrix(), before);
 }
 
-TEST(CameraView, ProductIsProjectionTimesView) {
+TEST(CameraView, product_is_projection_times_view) {
     Camera camera;
     camera.set_position(vec4(1.0f, 2.0f, 3.0f, 1.0f));
     expect_mat4(camera.get_view_projection_matrix(),
@@ -424,7 +425,7 @@ TEST(CameraView, ProductIsProjectionTimesView) {
                 camera.get_projection_matrix() * camera.get_view_matrix());
 }
 
-TEST(CameraView, ProductDoesNotFollowMatricesBuiltAtOnceOrGiven) {
+TEST(CameraView, product_does_not_follow_matrices_built_at_once_or_given) {
     Camera camera;
     const mat4 before = camera.get_view_projection_matrix();
     camera.build_projection_persp(20.0f, 1.0f, 1.0f, 10.0f, true);
@@ -440,7 +441,7 @@ TEST(CameraView, ProductDoesNotFollowMatricesBuiltAtOnceOrGiven) {
 
 // ----------------------------------------------------------------------------- orientation
 
-TEST(CameraOrientation, RotateComesAfterTheOrientationSoFar) {
+TEST(CameraOrientation, rotate_comes_after_the_orientation_so_far) {
     Camera camera;
     const quat first = turn(20.0f, vec4::UNIT_X_AXIS), second = turn(30.0f, vec4::UNIT_Y_AXIS);
     camera.rotate(first);
@@ -452,7 +453,7 @@ TEST(CameraOrientation, RotateComesAfterTheOrientationSoFar) {
     EXPECT_TRUE(camera.update_view_matrix());
 }
 
-TEST(CameraOrientation, MatrixTakesTheUpperLeftOnly) {
+TEST(CameraOrientation, matrix_takes_the_upper_left_only) {
     Camera camera;
     const quat q = turn(20.0f, vec4::UNIT_X_AXIS);
     camera.set_orientation(q);
@@ -461,7 +462,7 @@ TEST(CameraOrientation, MatrixTakesTheUpperLeftOnly) {
     expect_mat4(a, expected.from_quat(q));
 }
 
-TEST(CameraOrientation, VectorsAreThoseOfTheOrientation) {
+TEST(CameraOrientation, vectors_are_those_of_the_orientation) {
     Camera camera;
     camera.set_orientation(turn(90.0f, vec4::UNIT_Y_AXIS));
     expect_direction(camera.get_view_vector(), -1.0f, 0.0f, 0.0f);
@@ -469,7 +470,7 @@ TEST(CameraOrientation, VectorsAreThoseOfTheOrientation) {
     expect_direction(camera.get_up_vector(), 0.0f, 0.0f, 1.0f);
 }
 
-TEST(CameraOrientation, PitchIsAStepAboutTheOwnXAxis) {
+TEST(CameraOrientation, pitch_is_a_step_about_the_own_x_axis) {
     Camera camera;
     const quat start = turn(40.0f, vec4::UNIT_Z_AXIS);
     camera.set_orientation(start);
@@ -481,7 +482,7 @@ TEST(CameraOrientation, PitchIsAStepAboutTheOwnXAxis) {
     EXPECT_EQ(camera.get_pitch(), 10.0f);
 }
 
-TEST(CameraOrientation, YawIsAStepAboutTheFixedAxis) {
+TEST(CameraOrientation, yaw_is_a_step_about_the_fixed_axis) {
     Camera camera;
     const vec4 up(0.0f, 0.0f, 1.0f, 0.0f);
     const quat start = turn(40.0f, vec4::UNIT_X_AXIS);
@@ -492,7 +493,7 @@ TEST(CameraOrientation, YawIsAStepAboutTheFixedAxis) {
     EXPECT_EQ(camera.get_yaw(), 15.0f);
 }
 
-TEST(CameraOrientation, YawIsAStepAboutTheOwnYAxisWithoutAFixedOne) {
+TEST(CameraOrientation, yaw_is_a_step_about_the_own_y_axis_without_a_fixed_one) {
     Camera camera;
     const quat start = turn(40.0f, vec4::UNIT_X_AXIS);
     camera.set_rotate_around_fixed_yaw_axis(false);
@@ -501,7 +502,7 @@ TEST(CameraOrientation, YawIsAStepAboutTheOwnYAxisWithoutAFixedOne) {
     expect_quat(camera.get_orientation(), turn(15.0f, start * vec4::UNIT_Y_AXIS) * start);
 }
 
-TEST(CameraOrientation, RollIsAStepAboutTheOwnZAxis) {
+TEST(CameraOrientation, roll_is_a_step_about_the_own_z_axis) {
     Camera camera;
     const quat start = turn(40.0f, vec4::UNIT_X_AXIS);
     camera.set_orientation(start);
@@ -512,7 +513,7 @@ TEST(CameraOrientation, RollIsAStepAboutTheOwnZAxis) {
 
 // ------------------------------------------------------------------------------------ orbit
 
-TEST(CameraOrbit, AddsTheWayOfTheMouseAndTurnsByTheAnglesReached) {
+TEST(CameraOrbit, adds_the_way_of_the_mouse_and_turns_by_the_angles_reached) {
     Camera camera, expected;
     const vec4 nowhere(99.0f, 99.0f, 99.0f, 1.0f);
     camera.init_rotate_position_around_point(5.0f, 7.0f, 100, 200);
@@ -531,7 +532,7 @@ TEST(CameraOrbit, AddsTheWayOfTheMouseAndTurnsByTheAnglesReached) {
     expect_quat(camera.get_orientation(), expected.get_orientation());
 }
 
-TEST(CameraOrbit, PastALimitCutsThePitchAndTurnsNothing) {
+TEST(CameraOrbit, past_a_limit_cuts_the_pitch_and_turns_nothing) {
     const struct {
         int way;
         float cut;
@@ -549,14 +550,14 @@ TEST(CameraOrbit, PastALimitCutsThePitchAndTurnsNothing) {
     }
 }
 
-TEST(CameraOrbit, YawGoesOnAtALimit) {
+TEST(CameraOrbit, yaw_goes_on_at_a_limit) {
     Camera camera;
     camera.rotate_position_around_point_by_mouse(vec4::ZERO, 1000, 3, 1.0f);
     camera.rotate_position_around_point_by_mouse(vec4::ZERO, 990, 3, 1.0f);
     EXPECT_EQ(camera.get_yaw(), -3.0f);
 }
 
-TEST(CameraOrbit, LimitsMayBeSet) {
+TEST(CameraOrbit, limits_may_be_set) {
     Camera camera;
     camera.set_pitch_angle_limits(10.0f, -5.0f);
     camera.rotate_position_around_point_by_mouse(vec4::ZERO, 10, 0, 1.0f);
@@ -569,7 +570,7 @@ TEST(CameraOrbit, LimitsMayBeSet) {
     EXPECT_EQ(camera.get_pitch(), -4.0f);
 }
 
-TEST(CameraOrbit, TheWayOfTheMouseMayBeOfAnyLength) {
+TEST(CameraOrbit, the_way_of_the_mouse_may_be_of_any_length) {
     Camera camera;
     camera.init_rotate_position_around_point(0.0f, 0.0f, INT_MIN, INT_MIN);
     camera.rotate_position_around_point_by_mouse(vec4::ZERO, INT_MAX, INT_MAX, 1e-9f);
@@ -596,7 +597,7 @@ protected:
     Camera camera;
 };
 
-TEST_F(CameraBind, HandsOverEverythingInOrder) {
+TEST_F(CameraBind, hands_over_everything_in_order) {
     const std::vector<std::string> calls = bound(true, true, true, true, true);
     ASSERT_EQ(calls.size(), 4u);
     EXPECT_EQ(calls[0], "set_viewport(1, 2, 300, 400)");
@@ -609,7 +610,7 @@ TEST_F(CameraBind, HandsOverEverythingInOrder) {
     expect_mat4(renderer.view_matrix, camera.get_view_matrix());
 }
 
-TEST_F(CameraBind, EachFlagIsForOneStep) {
+TEST_F(CameraBind, each_flag_is_for_one_step) {
     EXPECT_EQ(bound(true, false, false, false, true),
               std::vector<std::string>{"set_viewport(1, 2, 300, 400)"});
     EXPECT_EQ(bound(false, true, false, false, true),
@@ -624,11 +625,11 @@ TEST_F(CameraBind, EachFlagIsForOneStep) {
     EXPECT_EQ(view[0].substr(view[0].size() - 7), " false)");
 }
 
-TEST_F(CameraBind, WithNoFlagChangesNothing) {
+TEST_F(CameraBind, with_no_flag_changes_nothing) {
     EXPECT_TRUE(bound(false, false, false, false, true).empty());
 }
 
-TEST_F(CameraBind, WithoutARendererDoesNothing) {
+TEST_F(CameraBind, without_a_renderer_does_nothing) {
     camera.bind(nullptr, true, true, true, true, true);
     EXPECT_TRUE(camera.update_projection_matrix());
     EXPECT_TRUE(camera.update_view_matrix());
@@ -641,7 +642,7 @@ public:
     void set_view_matrix(mat4& matrix, bool) override { matrix.identity(); }
 };
 
-TEST_F(CameraBind, HandsOverCopies) {
+TEST_F(CameraBind, hands_over_copies) {
     WritingRenderer writing;
     const mat4 projection = camera.get_projection_matrix(), view = camera.get_view_matrix();
     camera.bind(&writing, false, false, true, true, true);
@@ -650,3 +651,5 @@ TEST_F(CameraBind, HandsOverCopies) {
 }
 
 } // namespace
+
+} // namespace orvex_test

@@ -10,6 +10,8 @@
 #include "orvex/scene/object.h"
 #include "orvex/scene/private/node_data.h"
 
+namespace orvex_test {
+
 namespace {
 
 using orvex::Material;
@@ -116,3 +118,5 @@ TEST(NodeRecord, stays_while_a_handle_points_to_an_ended_node_and_holds_nothing)
 }
 
 } // namespace
+
+} // namespace orvex_test

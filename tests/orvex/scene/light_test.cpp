@@ -10,8 +10,10 @@
 #include "tests/orvex/math/exact.h"
 #include "tests/support/fake_renderer.h"
 
+namespace orvex_test {
+
 using namespace orvex;
-using orvex::test::expect_vec4;
+using orvex_test::expect_vec4;
 using orvex_test::FakeRenderer;
 
 namespace {
@@ -215,3 +217,5 @@ TEST_F(LightTest, draws_only_what_objects_draw) {
 }
 
 } // namespace
+
+} // namespace orvex_test

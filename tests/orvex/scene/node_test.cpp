@@ -13,6 +13,8 @@
 #include "orvex/scene/private/node_data.h"
 #include "orvex/scene/private/node_handle.h"
 
+namespace orvex_test {
+
 namespace {
 
 using orvex::Node;
@@ -327,3 +329,5 @@ TEST(NodeHandle, answers_the_node_until_it_ends) {
 }
 
 } // namespace
+
+} // namespace orvex_test

@@ -6,6 +6,8 @@
 #include "orvex/scene/node.h"
 #include "orvex/scene/private/node_data.h"
 
+namespace orvex_test {
+
 namespace {
 
 using orvex::Node;
@@ -298,3 +300,5 @@ TEST(NodeRelease, a_child_ended_behind_its_parents_back_is_passed_over) {
 }
 
 } // namespace
+
+} // namespace orvex_test

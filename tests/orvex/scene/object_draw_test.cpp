@@ -13,6 +13,8 @@
 #include "orvex/scene/object.h"
 #include "tests/support/fake_renderer.h"
 
+namespace orvex_test {
+
 namespace {
 
 using orvex::GpuProgramData;
@@ -362,3 +364,5 @@ TEST(ObjectRender, shows_this_object_s_tripod_through_the_virtual_operations) {
 }
 
 } // namespace
+
+} // namespace orvex_test

@@ -9,6 +9,8 @@
 #include "tests/support/fake_renderer.h"
 #include "tests/support/log_capture.h"
 
+namespace orvex_test {
+
 namespace {
 
 using orvex::Material;
@@ -179,7 +181,7 @@ TEST(ObjectMaterials, the_texture_unit_offset_goes_to_every_material_of_the_subt
 }
 
 TEST(ObjectMaterials, waiting_texture_names_are_processed_in_the_whole_subtree) {
-    const orvex::test::LogCapture log;
+    const orvex_test::LogCapture log;
     const HeldMaterial here;
     const HeldMaterial below;
     Tree tree;
@@ -197,3 +199,5 @@ TEST(ObjectMaterials, waiting_texture_names_are_processed_in_the_whole_subtree) 
 }
 
 } // namespace
+
+} // namespace orvex_test

@@ -13,6 +13,8 @@
 #include "orvex/renderer/records/vertex.h"
 #include "tests/support/fake_renderer.h"
 
+namespace orvex_test {
+
 namespace {
 
 using orvex::GpuProgram;
@@ -433,3 +435,5 @@ TEST(ObjectGpuProgram, is_not_given_back_when_the_object_ends) {
 }
 
 } // namespace
+
+} // namespace orvex_test

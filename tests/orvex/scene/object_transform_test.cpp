@@ -8,6 +8,8 @@
 #include "orvex/scene/object.h"
 #include "orvex/scene/tripod.h"
 
+namespace orvex_test {
+
 namespace {
 
 using orvex::mat4;
@@ -204,3 +206,5 @@ TEST(ObjectAbsolute, a_node_in_two_lists_follows_the_parent_that_adopted_it_last
 }
 
 } // namespace
+
+} // namespace orvex_test

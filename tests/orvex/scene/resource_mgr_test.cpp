@@ -10,6 +10,8 @@
 #include "orvex/scene/resource.h"
 #include "tests/support/fake_renderer.h"
 
+namespace orvex_test {
+
 namespace {
 
 using orvex::Node;
@@ -349,3 +351,5 @@ TEST(ResourceMgr, the_thread_argument_is_not_read) {
 }
 
 } // namespace
+
+} // namespace orvex_test

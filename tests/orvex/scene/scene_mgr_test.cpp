@@ -18,6 +18,8 @@
 #include "orvex/scene/scene.h"
 #include "tests/support/fake_renderer.h"
 
+namespace orvex_test {
+
 namespace {
 
 using orvex::GpuProgramMgr;
@@ -239,3 +241,5 @@ TEST_F(SceneMgrTest, scenes_are_made_and_killed_on_several_threads) {
 }
 
 } // namespace
+
+} // namespace orvex_test

@@ -13,6 +13,8 @@
 #include "orvex/scene/scene_mgr.h"
 #include "tests/support/fake_renderer.h"
 
+namespace orvex_test {
+
 namespace {
 
 using orvex::Camera;
@@ -144,3 +146,5 @@ TEST_F(SceneRendererTest, a_scene_without_a_root_draws_nothing) {
 }
 
 } // namespace
+
+} // namespace orvex_test

@@ -7,6 +7,8 @@
 #include "orvex/scene/object.h"
 #include "orvex/scene/scene_mgr.h"
 
+namespace orvex_test {
+
 namespace {
 
 using orvex::Node;
@@ -85,3 +87,5 @@ TEST(Scene, without_its_root_it_holds_and_finds_nothing) {
 }
 
 } // namespace
+
+} // namespace orvex_test

@@ -4,8 +4,9 @@
 
 #include "tests/orvex/math/exact.h"
 
+namespace orvex_test {
+
 using namespace orvex;
-using namespace orvex::test;
 
 namespace {
 
@@ -15,7 +16,7 @@ mat4 composed(const vec4& position, const quat& orientation, const vec4& scale) 
     return t.init_translate(position) * r.from_quat(orientation) * s.init_scale(scale);
 }
 
-TEST(Tripod, StartsWithNoTransform) {
+TEST(Tripod, starts_with_no_transform) {
     Tripod tripod;
     expect_vec4(tripod.get_position(), 0.0f, 0.0f, 0.0f, 1.0f);
     expect_vec4(tripod.get_scale(), 1.0f, 1.0f, 1.0f, 1.0f);
@@ -24,13 +25,13 @@ TEST(Tripod, StartsWithNoTransform) {
     expect_mat4(tripod.get_transform(), mat4());
 }
 
-TEST(Tripod, IsNotCopied) {
+TEST(Tripod, is_not_copied) {
     EXPECT_FALSE(std::is_copy_constructible_v<Tripod>);
     EXPECT_FALSE(std::is_copy_assignable_v<Tripod>);
     EXPECT_TRUE(std::has_virtual_destructor_v<Tripod>);
 }
 
-TEST(Tripod, StoresPositions) {
+TEST(Tripod, stores_positions) {
     Tripod tripod;
     tripod.set_position(1.0f, 2.0f, 3.0f);
     expect_vec4(tripod.get_position(), 1.0f, 2.0f, 3.0f, 1.0f);
@@ -43,7 +44,7 @@ TEST(Tripod, StoresPositions) {
     expect_mat4(tripod.get_transform(), mat4().init_translate(5.0f, 6.0f, 7.0f));
 }
 
-TEST(Tripod, StoresScales) {
+TEST(Tripod, stores_scales) {
     Tripod tripod;
     tripod.set_scale(vec4(5.0f, 6.0f, 7.0f, 8.0f));
     expect_vec4(tripod.get_scale(), 5.0f, 6.0f, 7.0f, 8.0f);
@@ -54,7 +55,7 @@ TEST(Tripod, StoresScales) {
     expect_mat4(tripod.get_transform(), mat4().init_scale(2.0f, 3.0f, 4.0f));
 }
 
-TEST(Tripod, EulerAnglesMultiplyInTheOrderXYZ) {
+TEST(Tripod, euler_angles_multiply_in_the_order_xyz) {
     Tripod tripod;
     tripod.set_orientation_euler_angles(20.0f, -35.0f, 70.0f);
     expect_vec4(tripod.get_orientation_euler_angles(), 20.0f, -35.0f, 70.0f, 1.0f);
@@ -66,7 +67,7 @@ TEST(Tripod, EulerAnglesMultiplyInTheOrderXYZ) {
     expect_mat4(tripod.get_transform(), composed(vec4::ZERO, x * y * z, vec4::ONE));
 }
 
-TEST(Tripod, AnOrientationStandsAgainstAnglesStoredBefore) {
+TEST(Tripod, an_orientation_stands_against_angles_stored_before) {
     Tripod tripod;
     tripod.set_orientation_euler_angles(20.0f, -35.0f, 70.0f);
     const quat q = turn(40.0f, vec4::UNIT_X_AXIS);
@@ -77,21 +78,21 @@ TEST(Tripod, AnOrientationStandsAgainstAnglesStoredBefore) {
     expect_mat4(tripod.get_transform(), composed(vec4::ZERO, q, vec4::ONE));
 }
 
-TEST(Tripod, AnglesStandAgainstAnOrientationStoredBefore) {
+TEST(Tripod, angles_stand_against_an_orientation_stored_before) {
     Tripod tripod;
     tripod.set_orientation(turn(40.0f, vec4::UNIT_X_AXIS));
     tripod.set_orientation_euler_angles(0.0f, 90.0f, 0.0f);
     expect_quat(tripod.get_orientation(), quat() * quat().from_euler(0.0f, 90.0f, 0.0f) * quat());
 }
 
-TEST(Tripod, ScaleComesBeforeTranslation) {
+TEST(Tripod, scale_comes_before_translation) {
     Tripod tripod;
     tripod.set_scale(2.0f, 2.0f, 2.0f);
     tripod.set_position(1.0f, 0.0f, 0.0f);
     expect_mat4(tripod.get_transform(), mat4(2, 0, 0, 0, 0, 2, 0, 0, 0, 0, 2, 0, 1, 0, 0, 1));
 }
 
-TEST(Tripod, MatrixIsTranslationTimesRotationTimesScale) {
+TEST(Tripod, matrix_is_translation_times_rotation_times_scale) {
     Tripod tripod;
     const quat q = turn(33.0f, vec4::UNIT_Y_AXIS);
     const vec4 position(1.0f, -2.0f, 3.0f, 1.0f), scale(2.0f, 0.5f, 3.0f, 1.0f);
@@ -104,7 +105,7 @@ TEST(Tripod, MatrixIsTranslationTimesRotationTimesScale) {
     EXPECT_EQ(tripod.get_transform_mat4_ptr(), &tripod.get_transform());
 }
 
-TEST(Tripod, EachGetterOfTheMatrixBringsItUpToDate) {
+TEST(Tripod, each_getter_of_the_matrix_brings_it_up_to_date) {
     Tripod tripod;
     tripod.set_position(1.0f, 0.0f, 0.0f);
     EXPECT_EQ(tripod.get_transform_ptr()[12], 1.0f);
@@ -114,7 +115,7 @@ TEST(Tripod, EachGetterOfTheMatrixBringsItUpToDate) {
     EXPECT_EQ(tripod.get_transform().m[12], 3.0f);
 }
 
-TEST(Tripod, AStoredMatrixStandsUntilTheNextSetter) {
+TEST(Tripod, a_stored_matrix_stands_until_the_next_setter) {
     Tripod tripod;
     tripod.set_position(1.0f, 2.0f, 3.0f);
     tripod.set_transform(counted);
@@ -126,20 +127,20 @@ TEST(Tripod, AStoredMatrixStandsUntilTheNextSetter) {
     expect_mat4(tripod.get_transform(), mat4(4, 0, 0, 0, 0, 5, 0, 0, 0, 0, 6, 0, 1, 2, 3, 1));
 }
 
-TEST(Tripod, AStoredMatrixMayComeAsFloats) {
+TEST(Tripod, a_stored_matrix_may_come_as_floats) {
     Tripod tripod;
     tripod.set_transform(counted.m);
     expect_mat4(tripod.get_transform(), counted);
 }
 
-TEST(Tripod, NoFloatsMarkNothing) {
+TEST(Tripod, no_floats_mark_nothing) {
     Tripod tripod;
     tripod.set_position(1.0f, 2.0f, 3.0f);
     tripod.set_transform(nullptr);
     expect_mat4(tripod.get_transform(), mat4().init_translate(1.0f, 2.0f, 3.0f));
 }
 
-TEST(Tripod, WritingThroughAPointerCountsFromTheNextSetterOn) {
+TEST(Tripod, writing_through_a_pointer_counts_from_the_next_setter_on) {
     Tripod tripod;
     tripod.update_transform();
     tripod.get_position_ptr()[0] = 9.0f;
@@ -149,3 +150,5 @@ TEST(Tripod, WritingThroughAPointerCountsFromTheNextSetterOn) {
 }
 
 } // namespace
+
+} // namespace orvex_test

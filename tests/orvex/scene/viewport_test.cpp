@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+namespace orvex_test {
+
 using orvex::Viewport;
 
 namespace {
@@ -15,17 +17,17 @@ void expect_viewport(const Viewport& viewport, int x, int y, int width, int heig
     EXPECT_EQ(viewport.height, height);
 }
 
-TEST(Viewport, StartsEmpty) {
+TEST(Viewport, starts_empty) {
     expect_viewport(Viewport(), 0, 0, 0, 0);
 }
 
-TEST(Viewport, StoresAllFourUnchecked) {
+TEST(Viewport, stores_all_four_unchecked) {
     Viewport viewport;
     viewport.set(-1, 2, 800, -600);
     expect_viewport(viewport, -1, 2, 800, -600);
 }
 
-TEST(Viewport, CopiesAreIndependent) {
+TEST(Viewport, copies_are_independent) {
     Viewport viewport;
     viewport.set(1, 2, 3, 4);
     Viewport copy(viewport), assigned;
@@ -37,3 +39,5 @@ TEST(Viewport, CopiesAreIndependent) {
 }
 
 } // namespace
+
+} // namespace orvex_test

@@ -12,9 +12,11 @@
 #include "orvex/scene/viewport.h"
 #include "tests/support/fake_renderer.h"
 
-namespace {
+namespace orvex_test {
 
 using namespace orvex;
+
+namespace {
 
 /// Notes what it is asked to draw, and what the camera's viewport was then.
 class NotingSceneRenderer : public SceneRenderer {
@@ -120,3 +122,5 @@ TEST_F(WindowTest, binds_the_camera_with_the_engines_own_scene_renderer) {
 }
 
 } // namespace
+
+} // namespace orvex_test

@@ -6,7 +6,9 @@
 
 #include "orvex/renderer/records/image.h"
 
-namespace orvex {
+namespace orvex_test {
+
+using namespace orvex;
 namespace {
 
 using Values = std::vector<float>;
@@ -72,7 +74,7 @@ const Conversion conversions[] = {
     {PF_RGBA_F32, PF_R_F32, {7, 8, 9, 10}, {7}},
 };
 
-TEST(ImageConvert, CopiesChannelsByPositionBetweenAllLayouts) {
+TEST(ImageConvert, copies_channels_by_position_between_all_layouts) {
     for (const Conversion& row : conversions) {
         SCOPED_TRACE(std::to_string(row.from) + " to " + std::to_string(row.to));
         Image image;
@@ -85,7 +87,7 @@ TEST(ImageConvert, CopiesChannelsByPositionBetweenAllLayouts) {
     }
 }
 
-TEST(ImageConvert, TreatsTheTwoOrdersOfAClassAlike) {
+TEST(ImageConvert, treats_the_two_orders_of_a_class_alike) {
     Image image;
     make_image(image, PF_BGR_U8, {1, 2, 3});
     EXPECT_TRUE(image.update_pixel_format(PF_BGRA_U8));
@@ -93,7 +95,7 @@ TEST(ImageConvert, TreatsTheTwoOrdersOfAClassAlike) {
     EXPECT_EQ(channels_of(image), (Values{1, 2, 3, 255}));
 }
 
-TEST(ImageConvert, WithinAClassOnlyTheFormatFieldChanges) {
+TEST(ImageConvert, within_a_class_only_the_format_field_changes) {
     const PIXEL_FORMAT rows[][2] = {{PF_RGB_U8, PF_BGR_U8},
                                     {PF_BGR_U8, PF_RGB_U8},
                                     {PF_RGBA_U8, PF_BGRA_U8},
@@ -109,7 +111,7 @@ TEST(ImageConvert, WithinAClassOnlyTheFormatFieldChanges) {
     }
 }
 
-TEST(ImageConvert, ToThePresentFormatIsTrueAtOnce) {
+TEST(ImageConvert, to_the_present_format_is_true_at_once) {
     Image empty;
     EXPECT_TRUE(empty.update_pixel_format(PF_NONE));
     Image image;
@@ -119,7 +121,7 @@ TEST(ImageConvert, ToThePresentFormatIsTrueAtOnce) {
     EXPECT_EQ(image.pixmap_f32, pixels);
 }
 
-TEST(ImageConvert, RefusesFormatsItDoesNotHandle) {
+TEST(ImageConvert, refuses_formats_it_does_not_handle) {
     for (const int value : {0, 8, 9, 10, 11, -1}) {
         Image image;
         make_image(image, PF_RGB_U8, {1, 2, 3});
@@ -131,7 +133,7 @@ TEST(ImageConvert, RefusesFormatsItDoesNotHandle) {
     }
 }
 
-TEST(ImageConvert, WithoutPixelsChangesNothing) {
+TEST(ImageConvert, without_pixels_changes_nothing) {
     for (const PIXEL_FORMAT from : {PF_RGB_U8, PF_R_F32}) {
         for (const PIXEL_FORMAT to : {PF_BGR_U8, PF_RGBA_F32}) {
             Image image;
@@ -145,7 +147,7 @@ TEST(ImageConvert, WithoutPixelsChangesNothing) {
     }
 }
 
-TEST(ImageConvert, WithTooFewPixelsChangesNothing) {
+TEST(ImageConvert, with_too_few_pixels_changes_nothing) {
     Image image;
     make_image(image, PF_RGB_U8, {1, 2, 3});
     image.width = 2;
@@ -155,7 +157,7 @@ TEST(ImageConvert, WithTooFewPixelsChangesNothing) {
     EXPECT_EQ(image.pixel_format, PF_RGB_U8);
 }
 
-TEST(ImageConvert, KeepsExternalPixelsWhereTheyAre) {
+TEST(ImageConvert, keeps_external_pixels_where_they_are) {
     unsigned char external[3] = {51, 255, 0};
     Image image;
     image.width = image.height = 1;
@@ -169,7 +171,7 @@ TEST(ImageConvert, KeepsExternalPixelsWhereTheyAre) {
     EXPECT_EQ(image.pixmap_external, external);
 }
 
-TEST(ImageConvert, KnowsTheSizeOfExternalPixelsAfterTheImageHasGrown) {
+TEST(ImageConvert, knows_the_size_of_external_pixels_after_the_image_has_grown) {
     unsigned char external[3] = {51, 255, 0};
     Image image;
     image.width = image.height = 1;
@@ -183,7 +185,7 @@ TEST(ImageConvert, KnowsTheSizeOfExternalPixelsAfterTheImageHasGrown) {
     EXPECT_FALSE(image.flip_horizontal());
 }
 
-TEST(ImageConvert, ReplacesAnOldBufferInTheStoreItFills) {
+TEST(ImageConvert, replaces_an_old_buffer_in_the_store_it_fills) {
     Image image;
     make_image(image, PF_RGB_U8, {9, 9, 9});
     make_image(image, PF_RGB_F32, {1, 0, 1});
@@ -192,7 +194,7 @@ TEST(ImageConvert, ReplacesAnOldBufferInTheStoreItFills) {
     EXPECT_EQ(image.pixmap_f32, nullptr);
 }
 
-TEST(ImageConvert, IgnoresSlicesBeyondTheFirst) {
+TEST(ImageConvert, ignores_slices_beyond_the_first) {
     Image image;
     ASSERT_TRUE(image.create(1, 1, 2, PF_RGB_U8, true));
     EXPECT_TRUE(image.update_pixel_format(PF_RGBA_U8));
@@ -202,7 +204,7 @@ TEST(ImageConvert, IgnoresSlicesBeyondTheFirst) {
     EXPECT_EQ(bytes, (std::vector<unsigned char>{0, 0, 0, 255, 0, 0, 0, 0}));
 }
 
-TEST(ImageConvert, BringsEveryByteThroughFloatsAndBack) {
+TEST(ImageConvert, brings_every_byte_through_floats_and_back) {
     Values all(258);
     for (unsigned long i = 0; i < all.size(); ++i)
         all[i] = static_cast<float>(i % 256);
@@ -213,7 +215,7 @@ TEST(ImageConvert, BringsEveryByteThroughFloatsAndBack) {
     EXPECT_EQ(channels_of(image), all);
 }
 
-TEST(ImageConvert, GivesZeroForFloatsThatHaveNoInteger) {
+TEST(ImageConvert, gives_zero_for_floats_that_have_no_integer) {
     Image image;
     make_image(image, PF_RGB_F32, {__builtin_nanf(""), __builtin_inff(), -1e38f});
     EXPECT_TRUE(image.update_pixel_format(PF_RGB_U8));
@@ -221,4 +223,4 @@ TEST(ImageConvert, GivesZeroForFloatsThatHaveNoInteger) {
 }
 
 } // namespace
-} // namespace orvex
+} // namespace orvex_test

@@ -12,7 +12,9 @@
 #include "orvex/math/vec4u8.h"
 #include "orvex/renderer/records/image.h"
 
-namespace orvex {
+namespace orvex_test {
+
+using namespace orvex;
 namespace {
 
 using Bytes = std::vector<unsigned char>;
@@ -57,7 +59,7 @@ std::vector<unsigned long> pixel_order(const Image& image) {
 
 using Order = std::vector<unsigned long>;
 
-TEST(ImageFlip, TurnsRowsUpsideDownInEveryFormat) {
+TEST(ImageFlip, turns_rows_upside_down_in_every_format) {
     for (const PIXEL_FORMAT format : flippable) {
         SCOPED_TRACE(format);
         Image image;
@@ -69,7 +71,7 @@ TEST(ImageFlip, TurnsRowsUpsideDownInEveryFormat) {
     }
 }
 
-TEST(ImageFlip, MirrorsColumnsInEveryFormat) {
+TEST(ImageFlip, mirrors_columns_in_every_format) {
     for (const PIXEL_FORMAT format : flippable) {
         SCOPED_TRACE(format);
         Image image;
@@ -80,7 +82,7 @@ TEST(ImageFlip, MirrorsColumnsInEveryFormat) {
     }
 }
 
-TEST(ImageFlip, ExchangesEvenRowsAndColumnsInPairs) {
+TEST(ImageFlip, exchanges_even_rows_and_columns_in_pairs) {
     Image image;
     image.create(2, 2, 1, PF_RGB_U8, true);
     number_channels(image);
@@ -90,7 +92,7 @@ TEST(ImageFlip, ExchangesEvenRowsAndColumnsInPairs) {
     EXPECT_EQ(pixel_order(image), (Order{3, 2, 1, 0}));
 }
 
-TEST(ImageFlip, OfASingleRowOrColumnChangesNothing) {
+TEST(ImageFlip, of_a_single_row_or_column_changes_nothing) {
     Image row;
     row.create(3, 1, 1, PF_RGB_U8, true);
     number_channels(row);
@@ -104,7 +106,7 @@ TEST(ImageFlip, OfASingleRowOrColumnChangesNothing) {
     EXPECT_EQ(pixel_order(column), (Order{0, 1, 2}));
 }
 
-TEST(ImageFlip, RefusesOtherFormats) {
+TEST(ImageFlip, refuses_other_formats) {
     for (const int value : {0, 7, 8, 9, 10, 11, -1}) {
         Image image;
         image.create(2, 2, 1, PF_R_F32, true);
@@ -123,7 +125,7 @@ const Flip layout_flips[] = {
     &Image::_flip_horizontal_rgb_f32, &Image::_flip_horizontal_rgba_f32,
 };
 
-TEST(ImageFlip, NeedsTheOwnedBufferOfItsLayout) {
+TEST(ImageFlip, needs_the_owned_buffer_of_its_layout) {
     for (const Flip flip : layout_flips) {
         Image image;
         image.width = image.height = 2;
@@ -131,7 +133,7 @@ TEST(ImageFlip, NeedsTheOwnedBufferOfItsLayout) {
     }
 }
 
-TEST(ImageFlip, OfALayoutLargerThanTheBufferWritesNothing) {
+TEST(ImageFlip, of_a_layout_larger_than_the_buffer_writes_nothing) {
     Image image;
     image.create(2, 2, 1, PF_RGB_U8, true);
     image.create(2, 2, 1, PF_RGB_F32, true);
@@ -146,7 +148,7 @@ TEST(ImageFlip, OfALayoutLargerThanTheBufferWritesNothing) {
         EXPECT_FALSE((image.*flip)());
 }
 
-TEST(ImageFlip, OfExternalRgbPixelsWorksOnACopy) {
+TEST(ImageFlip, of_external_rgb_pixels_works_on_a_copy) {
     for (const PIXEL_FORMAT format : {PF_RGB_U8, PF_BGR_U8}) {
         unsigned char external[6] = {0, 1, 2, 3, 4, 5};
         Image image;
@@ -165,7 +167,7 @@ TEST(ImageFlip, OfExternalRgbPixelsWorksOnACopy) {
     }
 }
 
-TEST(ImageFlip, OfExternalRgbPixelsTurnsTheCopyUpsideDown) {
+TEST(ImageFlip, of_external_rgb_pixels_turns_the_copy_upside_down) {
     unsigned char external[6] = {0, 1, 2, 3, 4, 5};
     Image image;
     image.width = 1;
@@ -176,7 +178,7 @@ TEST(ImageFlip, OfExternalRgbPixelsTurnsTheCopyUpsideDown) {
     EXPECT_EQ(Bytes(image.pixmap_u8, image.pixmap_u8 + 6), (Bytes{3, 4, 5, 0, 1, 2}));
 }
 
-TEST(ImageFlip, OfExternalRgbaPixelsFails) {
+TEST(ImageFlip, of_external_rgba_pixels_fails) {
     unsigned char external[8] = {};
     Image image;
     image.width = 2;
@@ -190,7 +192,7 @@ TEST(ImageFlip, OfExternalRgbaPixelsFails) {
 
 // -------------------------------------------------------------------------------- fill and copy
 
-TEST(ImageFill, WritesOneColourToEveryPixelOfTheLayout) {
+TEST(ImageFill, writes_one_colour_to_every_pixel_of_the_layout) {
     Image image;
     image.create(2, 1, 1, PF_RGB_U8, true);
     EXPECT_TRUE(image.fill_color_rgb_u8(1, 2, 3));
@@ -209,14 +211,14 @@ TEST(ImageFill, WritesOneColourToEveryPixelOfTheLayout) {
     EXPECT_EQ(Floats(image.pixmap_f32, image.pixmap_f32 + 8), (Floats{1, 2, 3, 4, 1, 2, 3, 4}));
 }
 
-TEST(ImageFill, LooksAtNeitherFormatNorDepth) {
+TEST(ImageFill, looks_at_neither_format_nor_depth) {
     Image image;
     image.create(1, 1, 2, PF_RGBA_U8, true);
     EXPECT_TRUE(image.fill_color_rgb_u8(7, 8, 9));
     EXPECT_EQ(Bytes(image.pixmap_u8, image.pixmap_u8 + 8), (Bytes{7, 8, 9, 1, 255, 255, 0, 1}));
 }
 
-TEST(ImageFill, NeedsALargeEnoughOwnedBuffer) {
+TEST(ImageFill, needs_a_large_enough_owned_buffer) {
     unsigned char external[4] = {};
     Image image;
     image.width = image.height = 1;
@@ -234,7 +236,7 @@ TEST(ImageFill, NeedsALargeEnoughOwnedBuffer) {
     EXPECT_EQ(Floats(image.pixmap_f32, image.pixmap_f32 + 3), (Floats{0, 0, 0}));
 }
 
-TEST(ImageFill, TrustsABufferThatAHostStored) {
+TEST(ImageFill, trusts_a_buffer_that_a_host_stored) {
     Image image;
     image.width = image.height = 1;
     image.pixel_format = PF_RGB_U8;
@@ -245,7 +247,7 @@ TEST(ImageFill, TrustsABufferThatAHostStored) {
     EXPECT_FALSE(image.fill_color_rgba_u8(1, 2, 3, 4));
 }
 
-TEST(ImageUpdatePixmap, CopiesWholePixelsOfTheLayout) {
+TEST(ImageUpdatePixmap, copies_whole_pixels_of_the_layout) {
     const unsigned char bytes[8] = {1, 2, 3, 4, 5, 6, 7, 8};
     const float floats[8] = {1, 2, 3, 4, 5, 6, 7, 8};
     Image image;
@@ -263,7 +265,7 @@ TEST(ImageUpdatePixmap, CopiesWholePixelsOfTheLayout) {
     EXPECT_EQ(Floats(image.pixmap_f32, image.pixmap_f32 + 8), Floats(floats, floats + 8));
 }
 
-TEST(ImageUpdatePixmap, RefusesNullAndABufferThatIsMissingOrTooSmall) {
+TEST(ImageUpdatePixmap, refuses_null_and_a_buffer_that_is_missing_or_too_small) {
     const float pixels[4] = {1, 1, 1, 1};
     Image image;
     image.width = image.height = 1;
@@ -313,7 +315,7 @@ Order places_of(const Image& image, float color) {
     return places;
 }
 
-TEST(ImageNoise, ScattersTheSecondColourOverTheFirstInEveryFormat) {
+TEST(ImageNoise, scatters_the_second_colour_over_the_first_in_every_format) {
     for (const PIXEL_FORMAT format : flippable) {
         SCOPED_TRACE(format);
         Image image;
@@ -326,7 +328,7 @@ TEST(ImageNoise, ScattersTheSecondColourOverTheFirstInEveryFormat) {
     }
 }
 
-TEST(ImageNoise, WritesAllChannelsOfBothColours) {
+TEST(ImageNoise, writes_all_channels_of_both_colours) {
     Image image;
     image.create(1, 1, 1, PF_RGBA_U8, true);
     EXPECT_TRUE(image.fill_with_noise(0, vec4(0.1f, 0.2f, 0.3f, 0.4f), vec4(), 1));
@@ -338,7 +340,7 @@ TEST(ImageNoise, WritesAllChannelsOfBothColours) {
     EXPECT_EQ(Floats(image.pixmap_f32, image.pixmap_f32 + 4), (Floats{1, 0.5f, 2, 0.25f}));
 }
 
-TEST(ImageNoise, DrawsAtMostOnePointPerPixel) {
+TEST(ImageNoise, draws_at_most_one_point_per_pixel) {
     Image image;
     image.create(4, 4, 1, PF_RGB_U8, true);
     EXPECT_TRUE(image.fill_with_noise(ULONG_MAX, vec4(0, 0, 0, 0), vec4(1, 1, 1, 1), 3));
@@ -350,7 +352,7 @@ TEST(ImageNoise, DrawsAtMostOnePointPerPixel) {
     EXPECT_EQ(next, rand());
 }
 
-TEST(ImageNoise, GivesTheSameImageForTheSameSeed) {
+TEST(ImageNoise, gives_the_same_image_for_the_same_seed) {
     Image a, b, c;
     for (Image* image : {&a, &b, &c})
         image->create(16, 16, 1, PF_RGB_U8, true);
@@ -361,7 +363,7 @@ TEST(ImageNoise, GivesTheSameImageForTheSameSeed) {
     EXPECT_NE(places_of(a, 255), places_of(c, 255));
 }
 
-TEST(ImageNoise, HasAFormForEveryLayoutThatDoesNotLookAtTheFormat) {
+TEST(ImageNoise, has_a_form_for_every_layout_that_does_not_look_at_the_format) {
     Image image;
     image.create(1, 1, 1, PF_RGBA_U8, true);
     EXPECT_TRUE(image.fill_with_noise_rgb_u8(1, vec3u8(), vec3u8(1, 2, 3), 1));
@@ -375,7 +377,7 @@ TEST(ImageNoise, HasAFormForEveryLayoutThatDoesNotLookAtTheFormat) {
     EXPECT_EQ(Floats(image.pixmap_f32, image.pixmap_f32 + 4), (Floats{4, 5, 6, 7}));
 }
 
-TEST(ImageNoise, RefusesOtherFormatsAndMissingPixels) {
+TEST(ImageNoise, refuses_other_formats_and_missing_pixels) {
     for (const int value : {0, 7, 8, 9, 10, 11, -1}) {
         Image image;
         image.create(1, 1, 1, PF_RGBA_U8, true);
@@ -392,4 +394,4 @@ TEST(ImageNoise, RefusesOtherFormatsAndMissingPixels) {
 }
 
 } // namespace
-} // namespace orvex
+} // namespace orvex_test

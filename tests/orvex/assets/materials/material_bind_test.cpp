@@ -7,7 +7,9 @@
 #include "tests/support/fake_renderer.h"
 #include "tests/support/heap.h"
 
-namespace orvex {
+namespace orvex_test {
+
+using namespace orvex;
 namespace {
 
 /// Counts calls instead of writing them down.
@@ -24,7 +26,7 @@ public:
     }
 };
 
-TEST(MaterialBinding, AllocatesNothing) {
+TEST(MaterialBinding, allocates_nothing) {
     const orvex_test::CountAllocations allocations;
     QuietRenderer renderer;
     auto* const material = new Material;
@@ -52,4 +54,4 @@ TEST(MaterialBinding, AllocatesNothing) {
 }
 
 } // namespace
-} // namespace orvex
+} // namespace orvex_test

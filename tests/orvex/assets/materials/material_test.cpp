@@ -16,7 +16,9 @@
 #include "tests/support/log_capture.h"
 #include "tests/support/temp_dir.h"
 
-namespace orvex {
+namespace orvex_test {
+
+using namespace orvex;
 namespace {
 
 using orvex_test::FakeCodec;
@@ -51,7 +53,7 @@ protected:
     Material* material;
 };
 
-TEST_F(MaterialTest, StartsWithTheToldDefaults) {
+TEST_F(MaterialTest, starts_with_the_told_defaults) {
     EXPECT_EQ(material->get_type(), NODE_TYPE_MATERIAL);
     EXPECT_TRUE(material->is_type_of(NODE_TYPE_RESOURCE));
     EXPECT_EQ(material->get_ambient(), vec4(0.5f, 0.5f, 0.6f, 1.0f));
@@ -65,7 +67,7 @@ TEST_F(MaterialTest, StartsWithTheToldDefaults) {
     EXPECT_EQ(material->async_loading_get_num_texture_filenames(), 0u);
 }
 
-TEST_F(MaterialTest, KeepsItsColours) {
+TEST_F(MaterialTest, keeps_its_colours) {
     material->set_ambient(1, 2, 3, 4);
     material->set_diffuse(5, 6, 7, 8);
     material->set_specular(9, 10, 11, 12);
@@ -86,7 +88,7 @@ TEST_F(MaterialTest, KeepsItsColours) {
 
 // -------------------------------------------------------------------------------- program
 
-TEST_F(MaterialTest, HoldsOneReferenceOnItsProgram) {
+TEST_F(MaterialTest, holds_one_reference_on_its_program) {
     auto* const first = new GpuProgram;
     auto* const second = new GpuProgram;
     first->add_ref();
@@ -106,7 +108,7 @@ TEST_F(MaterialTest, HoldsOneReferenceOnItsProgram) {
     second->release(nullptr, nullptr);
 }
 
-TEST_F(MaterialTest, SettingAProgramAgainThatNobodyElseHoldsLeavesNone) {
+TEST_F(MaterialTest, setting_a_program_again_that_nobody_else_holds_leaves_none) {
     auto* const program = new GpuProgram;
     material->set_gpu_program(program);
     material->set_gpu_program(program);
@@ -115,7 +117,7 @@ TEST_F(MaterialTest, SettingAProgramAgainThatNobodyElseHoldsLeavesNone) {
 
 // -------------------------------------------------------------------------------- textures
 
-TEST_F(MaterialTest, KeepsTexturesInOrderWithDuplicates) {
+TEST_F(MaterialTest, keeps_textures_in_order_with_duplicates) {
     Texture* const first = add_texture("first");
     Texture* const second = add_texture("second");
     material->add_texture(first);
@@ -130,7 +132,7 @@ TEST_F(MaterialTest, KeepsTexturesInOrderWithDuplicates) {
     EXPECT_EQ(material->get_texture(-1), nullptr);
 }
 
-TEST_F(MaterialTest, RemovesTheFirstTextureOfAnIdAndClosesTheGap) {
+TEST_F(MaterialTest, removes_the_first_texture_of_an_id_and_closes_the_gap) {
     Texture* const first = add_texture("first");
     Texture* const second = add_texture("second");
     material->add_texture(first);
@@ -145,7 +147,7 @@ TEST_F(MaterialTest, RemovesTheFirstTextureOfAnIdAndClosesTheGap) {
     EXPECT_TRUE(material->remove_all_textures());
 }
 
-TEST_F(MaterialTest, ItsEndGivesEverythingBack) {
+TEST_F(MaterialTest, its_end_gives_everything_back) {
     auto* const program = new GpuProgram;
     auto* const texture = new Texture;
     program->add_ref();
@@ -160,7 +162,7 @@ TEST_F(MaterialTest, ItsEndGivesEverythingBack) {
     texture->release(nullptr, nullptr);
 }
 
-TEST_F(MaterialTest, CleanupEmptiesItAndCanRunTwice) {
+TEST_F(MaterialTest, cleanup_empties_it_and_can_run_twice) {
     add_texture("texture");
     material->set_gpu_program(new GpuProgram);
     material->async_loading_add_texture_filename("a.tga");
@@ -173,7 +175,7 @@ TEST_F(MaterialTest, CleanupEmptiesItAndCanRunTwice) {
 
 // -------------------------------------------------------------------------------- binding
 
-TEST_F(MaterialTest, BindsTexturesToConsecutiveUnits) {
+TEST_F(MaterialTest, binds_textures_to_consecutive_units) {
     add_texture("first");
     add_texture("second");
     material->bind(&renderer);
@@ -185,7 +187,7 @@ TEST_F(MaterialTest, BindsTexturesToConsecutiveUnits) {
     EXPECT_EQ(renderer.take_calls(), (Calls{"texture_bind(null, 3)", "texture_bind(null, 4)"}));
 }
 
-TEST_F(MaterialTest, BindsProgramThenTexturesThenColours) {
+TEST_F(MaterialTest, binds_program_then_textures_then_colours) {
     add_texture("texture");
     auto* const program = new GpuProgram;
     material->set_gpu_program(program);
@@ -203,14 +205,14 @@ TEST_F(MaterialTest, BindsProgramThenTexturesThenColours) {
         << "colours stay set";
 }
 
-TEST_F(MaterialTest, LeavesTheFixedColoursAloneUnlessSwitchedOn) {
+TEST_F(MaterialTest, leaves_the_fixed_colours_alone_unless_switched_on) {
     material->bind(&renderer);
     EXPECT_EQ(renderer.take_calls(), Calls());
     material->fixed_pipeline_bind_colors(&renderer);
     EXPECT_EQ(renderer.count("material_set_colors"), 1);
 }
 
-TEST_F(MaterialTest, BindsItsPartsOneByOne) {
+TEST_F(MaterialTest, binds_its_parts_one_by_one) {
     add_texture("texture");
     material->set_gpu_program(new GpuProgram);
     material->bind_gpu_program(&renderer);
@@ -223,7 +225,7 @@ TEST_F(MaterialTest, BindsItsPartsOneByOne) {
     EXPECT_EQ(renderer.take_calls(), Calls{"gpu_program_activate(null)"});
 }
 
-TEST_F(MaterialTest, ANullRendererDoesNothing) {
+TEST_F(MaterialTest, a_null_renderer_does_nothing) {
     add_texture("texture");
     material->set_gpu_program(new GpuProgram);
     material->set_use_fixed_material_colors_state(true);
@@ -234,7 +236,7 @@ TEST_F(MaterialTest, ANullRendererDoesNothing) {
 
 // -------------------------------------------------------------------------------- the queue
 
-TEST_F(MaterialTest, QueuesCopiesOfFileNames) {
+TEST_F(MaterialTest, queues_copies_of_file_names) {
     std::string name = "a.tga";
     EXPECT_TRUE(material->async_loading_add_texture_filename(name.c_str()));
     name = "changed";
@@ -266,13 +268,13 @@ protected:
         EXPECT_EQ(codec->release(), 0);
     }
 
-    orvex::test::TempDir dir;
-    orvex::test::LogCapture log;
+    orvex_test::TempDir dir;
+    orvex_test::LogCapture log;
     FakeCodec* codec;
     std::string good, bad;
 };
 
-TEST_F(MaterialLoadTest, LoadsConvertsAndUploads) {
+TEST_F(MaterialLoadTest, loads_converts_and_uploads) {
     Texture* const texture = material->load_texture(&renderer, good.c_str(), PF_RGBA_U8, true);
     ASSERT_NE(texture, nullptr);
     EXPECT_FALSE(codec->flag) << "the flag isn't passed on";
@@ -282,26 +284,26 @@ TEST_F(MaterialLoadTest, LoadsConvertsAndUploads) {
     EXPECT_EQ(renderer.take_calls(), Calls{"texture_2d_load(pointer, 0)"});
 }
 
-TEST_F(MaterialLoadTest, LoadsOnTheCpuAloneWithoutRenderer) {
+TEST_F(MaterialLoadTest, loads_on_the_cpu_alone_without_renderer) {
     Texture* const texture = material->load_texture(nullptr, good.c_str(), PF_NONE, false);
     ASSERT_NE(texture, nullptr);
     EXPECT_EQ(texture->get_pixel_format(), PF_RGB_U8);
 }
 
-TEST_F(MaterialLoadTest, KeepsATextureThatCouldNotBeConvertedOrUploaded) {
+TEST_F(MaterialLoadTest, keeps_a_texture_that_could_not_be_converted_or_uploaded) {
     renderer.results["texture_2d_load"] = false;
     EXPECT_NE(material->load_texture(&renderer, good.c_str(), PF_RGB_F16, false), nullptr);
     EXPECT_EQ(material->get_num_textures(), 1u);
 }
 
-TEST_F(MaterialLoadTest, AFileThatCannotBeDecodedAddsNothing) {
+TEST_F(MaterialLoadTest, a_file_that_cannot_be_decoded_adds_nothing) {
     EXPECT_EQ(material->load_texture(&renderer, bad.c_str(), PF_NONE, false), nullptr);
     EXPECT_EQ(material->load_texture(&renderer, nullptr, PF_NONE, false), nullptr);
     EXPECT_EQ(material->get_num_textures(), 0u);
     EXPECT_EQ(TextureMgr::get()->get_num_resources(), 0u);
 }
 
-TEST_F(MaterialLoadTest, ProcessesTheQueueInOrderAndEmptiesIt) {
+TEST_F(MaterialLoadTest, processes_the_queue_in_order_and_empties_it) {
     for (const char* name : {"good.tga", "bad.tga", "good.tga"})
         material->async_loading_add_texture_filename(name);
     const std::string prefix = dir.path() + "/";
@@ -323,7 +325,7 @@ TEST_F(MaterialLoadTest, ProcessesTheQueueInOrderAndEmptiesIt) {
     EXPECT_EQ(log.messages(), Calls());
 }
 
-TEST_F(MaterialLoadTest, AFailedNameLeavesNoGapInTheUnits) {
+TEST_F(MaterialLoadTest, a_failed_name_leaves_no_gap_in_the_units) {
     for (const char* name : {"good.tga", "missing.tga", "good.tga"})
         material->async_loading_add_texture_filename(name);
     const std::string prefix = dir.path() + "/";
@@ -334,7 +336,7 @@ TEST_F(MaterialLoadTest, AFailedNameLeavesNoGapInTheUnits) {
               (Calls{"texture_bind(pointer, 0)", "texture_bind(pointer, 1)"}));
 }
 
-TEST_F(MaterialLoadTest, PutsThePrefixInFrontWithoutASeparator) {
+TEST_F(MaterialLoadTest, puts_the_prefix_in_front_without_a_separator) {
     dir.write("mediaa.tga", "pic 2 2 1");
     material->async_loading_add_texture_filename("a.tga");
     const std::string prefix = dir.file("media");
@@ -348,7 +350,7 @@ TEST_F(MaterialLoadTest, PutsThePrefixInFrontWithoutASeparator) {
 
 // -------------------------------------------------------------------------------- the manager
 
-TEST(MaterialMgr, MakesAndRegistersNamedMaterials) {
+TEST(MaterialMgr, makes_and_registers_named_materials) {
     MaterialMgr& mgr = *MaterialMgr::get();
     EXPECT_EQ(&mgr, MaterialMgr::get());
     EXPECT_TRUE(mgr.start(nullptr));
@@ -370,4 +372,4 @@ TEST(MaterialMgr, MakesAndRegistersNamedMaterials) {
 }
 
 } // namespace
-} // namespace orvex
+} // namespace orvex_test

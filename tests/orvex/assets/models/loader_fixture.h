@@ -12,7 +12,9 @@
 #include "orvex/geometry/mesh/model.h"
 #include "tests/support/temp_dir.h"
 
-namespace orvex::test {
+namespace orvex_test {
+
+using namespace orvex;
 
 /// A loader that reads from a folder of the test's own, and the model that it filled last.
 template<class Loader>
@@ -66,4 +68,4 @@ protected:
     Model* model_ = nullptr;
 };
 
-} // namespace orvex::test
+} // namespace orvex_test

@@ -12,10 +12,10 @@
 #include "tests/orvex/assets/images/codecs/encoded_pictures.h"
 #include "tests/support/temp_dir.h"
 
-namespace orvex {
-namespace {
+namespace orvex_test {
 
-using test::Bytes;
+using namespace orvex;
+namespace {
 
 /// The manager with the codec that the kernel gives it, and pictures on disk.
 class TextureDecode : public testing::Test {
@@ -38,16 +38,16 @@ protected:
         return ImageCodecStb::free_decoded_pixels(&probe);
     }
 
-    test::TempDir dir;
+    TempDir dir;
     TextureMgr& mgr;
 };
 
-TEST_F(TextureDecode, LoadsAPictureUnderAnyName) {
-    const test::RgbPicture picture = test::four_colors();
-    for (const auto& [name, bytes] : {std::pair{"a.png", test::png(picture, 3)},
-                                      {"b.png", test::png(picture, 4)},
-                                      {"c.jpg", test::bmp(picture)},
-                                      {"d", test::tga(picture)}}) {
+TEST_F(TextureDecode, loads_a_picture_under_any_name) {
+    const RgbPicture picture = four_colors();
+    for (const auto& [name, bytes] : {std::pair{"a.png", png(picture, 3)},
+                                      {"b.png", png(picture, 4)},
+                                      {"c.jpg", bmp(picture)},
+                                      {"d", tga(picture)}}) {
         Texture* const texture = mgr.create_texture_2d_from_file(write(name, bytes).c_str(), false);
         ASSERT_NE(texture, nullptr) << name;
         EXPECT_EQ(texture->get_pixel_format(), PF_RGB_U8) << name;
@@ -56,17 +56,17 @@ TEST_F(TextureDecode, LoadsAPictureUnderAnyName) {
     }
 }
 
-TEST_F(TextureDecode, LoadsFromMemory) {
-    const test::RgbPicture picture = test::colored(9, 5);
-    const Bytes bytes = test::png(picture, 3);
+TEST_F(TextureDecode, loads_from_memory) {
+    const RgbPicture picture = colored(9, 5);
+    const Bytes bytes = png(picture, 3);
     Texture* const texture = mgr.create_texture_2d_from_memory(bytes.data(), bytes.size(), false);
     ASSERT_NE(texture, nullptr);
     const unsigned char* const pixels = texture->get_pixmap_u8_ptr();
     EXPECT_EQ(Bytes(pixels, pixels + 9 * 5 * 3), picture.rgb);
 }
 
-TEST_F(TextureDecode, RefusesWhatCannotBeDecodedAndKeepsTheTextureAsItWas) {
-    const Bytes whole = test::png(test::colored(16, 16), 3);
+TEST_F(TextureDecode, refuses_what_cannot_be_decoded_and_keeps_the_texture_as_it_was) {
+    const Bytes whole = png(colored(16, 16), 3);
     const Bytes header(whole.begin(), whole.begin() + 20);
     const Bytes half(whole.begin(), whole.begin() + static_cast<long>(whole.size() / 2));
     const std::string rows[] = {
@@ -88,8 +88,8 @@ TEST_F(TextureDecode, RefusesWhatCannotBeDecodedAndKeepsTheTextureAsItWas) {
     EXPECT_EQ(mgr.get_num_resources(), 1u);
 }
 
-TEST_F(TextureDecode, GivesPixelsBackEvenAfterTheLastCodecHasGone) {
-    const std::string file = write("a.png", test::png(test::four_colors(), 3));
+TEST_F(TextureDecode, gives_pixels_back_even_after_the_last_codec_has_gone) {
+    const std::string file = write("a.png", png(four_colors(), 3));
     Texture* const texture = mgr.create_texture_2d_from_file(file.c_str(), false);
     ASSERT_NE(texture, nullptr);
     unsigned char* const pixels = texture->get_pixmap_u8_ptr();
@@ -100,8 +100,8 @@ TEST_F(TextureDecode, GivesPixelsBackEvenAfterTheLastCodecHasGone) {
     EXPECT_FALSE(is_handed_out(pixels));
 }
 
-TEST_F(TextureDecode, ReleasesHundredsOfLoadsWithoutARest) {
-    const std::string file = write("a.png", test::png(test::colored(8, 8), 3));
+TEST_F(TextureDecode, releases_hundreds_of_loads_without_a_rest) {
+    const std::string file = write("a.png", png(colored(8, 8), 3));
     std::vector<unsigned char*> seen;
     for (int i = 0; i < 200; ++i) {
         Texture* const texture = mgr.create_texture_2d_from_file(file.c_str(), i % 2 == 1);
@@ -114,12 +114,12 @@ TEST_F(TextureDecode, ReleasesHundredsOfLoadsWithoutARest) {
         EXPECT_FALSE(is_handed_out(pixels));
 }
 
-TEST_F(TextureDecode, WritesATextureThatCanBeReadAgain) {
-    const std::string file = write("a.png", test::png(test::RgbPicture{8, 8, Bytes(192, 128)}, 3));
+TEST_F(TextureDecode, writes_a_texture_that_can_be_read_again) {
+    const std::string file = write("a.png", png(RgbPicture{8, 8, Bytes(192, 128)}, 3));
     Texture* const texture = mgr.create_texture_2d_from_file(file.c_str(), false);
     const std::string written = dir.file("out.png");
     ASSERT_TRUE(mgr.write_texture_2d_to_file(texture, written.c_str()));
-    EXPECT_EQ(test::content_of(written).substr(0, 3), "\xff\xd8\xff") << "JPEG under any name";
+    EXPECT_EQ(content_of(written).substr(0, 3), "\xff\xd8\xff") << "JPEG under any name";
     Texture* const again = mgr.create_texture_2d_from_file(written.c_str(), false);
     ASSERT_NE(again, nullptr);
     EXPECT_EQ(again->get_width(), 8u);
@@ -129,8 +129,8 @@ TEST_F(TextureDecode, WritesATextureThatCanBeReadAgain) {
     EXPECT_FALSE(mgr.write_texture_2d_to_file(empty, dir.file("empty.jpg").c_str()));
 }
 
-TEST_F(TextureDecode, ALoaderThreadMayMakeTextures) {
-    const std::string file = write("a.png", test::png(test::colored(8, 8), 3));
+TEST_F(TextureDecode, a_loader_thread_may_make_textures) {
+    const std::string file = write("a.png", png(colored(8, 8), 3));
     Texture* texture = nullptr;
     std::thread loader([&] { texture = mgr.create_texture_2d_from_file(file.c_str(), false); });
     loader.join();
@@ -138,8 +138,8 @@ TEST_F(TextureDecode, ALoaderThreadMayMakeTextures) {
     EXPECT_TRUE(mgr.release_texture(nullptr, texture, nullptr));
 }
 
-TEST_F(TextureDecode, TexturesOfSeveralThreadsTakeAndGiveBackPixelsAtOnce) {
-    const Bytes bytes = test::png(test::colored(8, 8), 3);
+TEST_F(TextureDecode, textures_of_several_threads_take_and_give_back_pixels_at_once) {
+    const Bytes bytes = png(colored(8, 8), 3);
     const auto work = [&bytes] {
         ImageCodecStb codec;
         for (int i = 0; i < 50; ++i) {
@@ -156,4 +156,4 @@ TEST_F(TextureDecode, TexturesOfSeveralThreadsTakeAndGiveBackPixelsAtOnce) {
 }
 
 } // namespace
-} // namespace orvex
+} // namespace orvex_test

@@ -14,7 +14,9 @@
 #include "tests/support/fake_renderer.h"
 #include "tests/support/temp_dir.h"
 
-namespace orvex {
+namespace orvex_test {
+
+using namespace orvex;
 namespace {
 
 using orvex_test::FakeCodec;
@@ -60,7 +62,7 @@ protected:
         return texture;
     }
 
-    orvex::test::TempDir dir;
+    orvex_test::TempDir dir;
     FakeRenderer renderer;
     TextureMgr& mgr;
     FakeCodec* one;
@@ -70,7 +72,7 @@ protected:
 
 // -------------------------------------------------------------------------------- codecs
 
-TEST_F(TextureMgrTest, HoldsOneReferenceOnACodecAndTwoOnTheDefaultOne) {
+TEST_F(TextureMgrTest, holds_one_reference_on_a_codec_and_two_on_the_default_one) {
     EXPECT_EQ(one->get_ref(), 2);
     EXPECT_EQ(two->get_ref(), 3);
     EXPECT_TRUE(mgr.unregister_all_image_codec_plugins());
@@ -79,7 +81,7 @@ TEST_F(TextureMgrTest, HoldsOneReferenceOnACodecAndTwoOnTheDefaultOne) {
     EXPECT_TRUE(mgr.unregister_all_image_codec_plugins());
 }
 
-TEST_F(TextureMgrTest, TheFirstNameWithStbBecomesTheDefaultCodec) {
+TEST_F(TextureMgrTest, the_first_name_with_stb_becomes_the_default_codec) {
     auto* const three = new FakeCodec("stb_three", "three");
     three->add_ref();
     EXPECT_TRUE(mgr.register_image_codec_plugin(three));
@@ -93,11 +95,11 @@ TEST_F(TextureMgrTest, TheFirstNameWithStbBecomesTheDefaultCodec) {
     EXPECT_EQ(three->release(), 0);
 }
 
-TEST_F(TextureMgrTest, RefusesToRegisterNull) {
+TEST_F(TextureMgrTest, refuses_to_register_null) {
     EXPECT_FALSE(mgr.register_image_codec_plugin(nullptr));
 }
 
-TEST_F(TextureMgrTest, RegistersEveryCodecThatThePluginManagerHolds) {
+TEST_F(TextureMgrTest, registers_every_codec_that_the_plugin_manager_holds) {
     mgr.unregister_all_image_codec_plugins();
     EXPECT_EQ(mgr.register_all_image_codec_plugins(), 0u);
     PluginMgr& plugins = *PluginMgr::get();
@@ -113,7 +115,7 @@ TEST_F(TextureMgrTest, RegistersEveryCodecThatThePluginManagerHolds) {
     plugins.remove_plugin(two);
 }
 
-TEST_F(TextureMgrTest, ForgetsACodecThatEndsBehindItsBack) {
+TEST_F(TextureMgrTest, forgets_a_codec_that_ends_behind_its_back) {
     auto* const three = new FakeCodec("stb_three", "three");
     mgr.unregister_all_image_codec_plugins();
     mgr.register_image_codec_plugin(three);
@@ -127,7 +129,7 @@ TEST_F(TextureMgrTest, ForgetsACodecThatEndsBehindItsBack) {
     texture->release(nullptr, nullptr);
 }
 
-TEST_F(TextureMgrTest, WithoutCodecsNothingLoadsAndNothingIsWritten) {
+TEST_F(TextureMgrTest, without_codecs_nothing_loads_and_nothing_is_written) {
     mgr.unregister_all_image_codec_plugins();
     Texture* const texture = mgr.create_texture_2d(2, 2, PF_RGB_U8);
     const unsigned char bytes[] = "one 1 1 1";
@@ -147,7 +149,7 @@ TEST_F(TextureMgrTest, WithoutCodecsNothingLoadsAndNothingIsWritten) {
     EXPECT_EQ(mgr.get_num_resources(), 1u);
 }
 
-TEST_F(TextureMgrTest, ACodecWithoutStbInItsNameDecodesButNeverWrites) {
+TEST_F(TextureMgrTest, a_codec_without_stb_in_its_name_decodes_but_never_writes) {
     mgr.unregister_all_image_codec_plugins();
     mgr.register_image_codec_plugin(one);
     Texture* const texture = mgr.create_texture_2d_from_file(one_file.c_str(), false);
@@ -158,7 +160,7 @@ TEST_F(TextureMgrTest, ACodecWithoutStbInItsNameDecodesButNeverWrites) {
 
 // -------------------------------------------------------------------------------- making
 
-TEST_F(TextureMgrTest, MakesRegisteredTexturesOfEveryKind) {
+TEST_F(TextureMgrTest, makes_registered_textures_of_every_kind) {
     Texture* const empty = mgr.create_texture();
     Texture* const line = mgr.create_texture_1d(8, PF_RGBA_F32);
     Texture* const plane = mgr.create_texture_2d(8, 4, PF_RGB_U8);
@@ -173,7 +175,7 @@ TEST_F(TextureMgrTest, MakesRegisteredTexturesOfEveryKind) {
     EXPECT_EQ(cube->get_type(), TEXTURE_TYPE_CUBE);
 }
 
-TEST_F(TextureMgrTest, ATextureThatCouldNotBeGivenPixelsComesWithout) {
+TEST_F(TextureMgrTest, a_texture_that_could_not_be_given_pixels_comes_without) {
     Texture* const texture = mgr.create_texture_2d(16, 16, PF_RGB_F16);
     ASSERT_NE(texture, nullptr);
     EXPECT_TRUE(mgr.has_resource(texture));
@@ -183,7 +185,7 @@ TEST_F(TextureMgrTest, ATextureThatCouldNotBeGivenPixelsComesWithout) {
     EXPECT_NE(mgr.create_texture_cube(16, PF_NONE), nullptr);
 }
 
-TEST_F(TextureMgrTest, RegistersATextureOnce) {
+TEST_F(TextureMgrTest, registers_a_texture_once) {
     EXPECT_FALSE(mgr.add_texture(nullptr));
     Texture* const texture = held_texture();
     EXPECT_TRUE(mgr.add_texture(texture));
@@ -193,7 +195,7 @@ TEST_F(TextureMgrTest, RegistersATextureOnce) {
     texture->release(nullptr, nullptr);
 }
 
-TEST_F(TextureMgrTest, MakesTexturesThatStandForARenderTarget) {
+TEST_F(TextureMgrTest, makes_textures_that_stand_for_a_render_target) {
     FakeRenderTarget target(4, 4);
     Texture* const color = mgr.create_color_texture_from_render_target(&target, 2);
     Texture* const depth = mgr.create_depth_texture_from_render_target(&target);
@@ -208,7 +210,7 @@ TEST_F(TextureMgrTest, MakesTexturesThatStandForARenderTarget) {
 
 // -------------------------------------------------------------------------------- loading 2D
 
-TEST_F(TextureMgrTest, ADecodedFileBecomesTheTexturesPixelsWithoutACopy) {
+TEST_F(TextureMgrTest, a_decoded_file_becomes_the_textures_pixels_without_a_copy) {
     Texture* const texture = mgr.create_texture_2d_from_file(one_file.c_str(), false);
     ASSERT_NE(texture, nullptr);
     EXPECT_EQ(texture->get_width(), 4u);
@@ -223,14 +225,14 @@ TEST_F(TextureMgrTest, ADecodedFileBecomesTheTexturesPixelsWithoutACopy) {
     EXPECT_EQ(texture->get_name(), "node_" + std::to_string(texture->get_id()));
 }
 
-TEST_F(TextureMgrTest, LoadingAFileTwiceGivesTwoTextures) {
+TEST_F(TextureMgrTest, loading_a_file_twice_gives_two_textures) {
     Texture* const first = mgr.create_texture_2d_from_file(one_file.c_str(), false);
     Texture* const second = mgr.create_texture_2d_from_file(one_file.c_str(), false);
     EXPECT_NE(first, second);
     EXPECT_EQ(one->live(), 2u);
 }
 
-TEST_F(TextureMgrTest, TheFlagAsksForAMirroredCopy) {
+TEST_F(TextureMgrTest, the_flag_asks_for_a_mirrored_copy) {
     Texture* const texture = mgr.create_texture_2d_from_file(one_file.c_str(), true);
     ASSERT_NE(texture, nullptr);
     EXPECT_TRUE(one->flag);
@@ -238,7 +240,7 @@ TEST_F(TextureMgrTest, TheFlagAsksForAMirroredCopy) {
     EXPECT_EQ(one->live(), 0u);
 }
 
-TEST_F(TextureMgrTest, AFileThatNoCodecDecodesGivesNothingAndLeavesNothing) {
+TEST_F(TextureMgrTest, a_file_that_no_codec_decodes_gives_nothing_and_leaves_nothing) {
     const std::string empty = dir.write("empty.png", "");
     const std::string cut = dir.write("cut.png", "one 4 2");
     for (const std::string& file : {missing, dir.path(), empty, cut, rubbish}) {
@@ -248,7 +250,7 @@ TEST_F(TextureMgrTest, AFileThatNoCodecDecodesGivesNothingAndLeavesNothing) {
     EXPECT_EQ(mgr.create_texture_2d_from_file(nullptr, false), nullptr);
 }
 
-TEST_F(TextureMgrTest, LoadsIntoATextureOfTheCallersAndRegistersIt) {
+TEST_F(TextureMgrTest, loads_into_a_texture_of_the_callers_and_registers_it) {
     Texture* const texture = held_texture();
     texture->get_data_ptr()->type = TEXTURE_TYPE_3D;
     EXPECT_FALSE(mgr.load_image_from_file(texture, rubbish.c_str(), false));
@@ -265,7 +267,7 @@ TEST_F(TextureMgrTest, LoadsIntoATextureOfTheCallersAndRegistersIt) {
     texture->release(nullptr, nullptr);
 }
 
-TEST_F(TextureMgrTest, RefusesNullInEveryLoad) {
+TEST_F(TextureMgrTest, refuses_null_in_every_load) {
     Texture* const texture = mgr.create_texture();
     EXPECT_FALSE(mgr.load_image_from_file(nullptr, one_file.c_str(), false));
     EXPECT_FALSE(mgr.load_image_from_file(texture, nullptr, false));
@@ -276,7 +278,7 @@ TEST_F(TextureMgrTest, RefusesNullInEveryLoad) {
     EXPECT_EQ(one->take_calls(), Calls());
 }
 
-TEST_F(TextureMgrTest, AsksTheCodecThatDecodedLastFirstAndThenAllOfThem) {
+TEST_F(TextureMgrTest, asks_the_codec_that_decoded_last_first_and_then_all_of_them) {
     Texture* const texture = mgr.create_texture();
     EXPECT_TRUE(mgr.load_image_from_file(texture, two_file.c_str(), true));
     EXPECT_EQ(one->take_calls(), Calls{"file"});
@@ -294,7 +296,7 @@ TEST_F(TextureMgrTest, AsksTheCodecThatDecodedLastFirstAndThenAllOfThem) {
     EXPECT_EQ(two->take_calls(), Calls()) << "now the first codec is the cached one";
 }
 
-TEST_F(TextureMgrTest, LoadsFromMemory) {
+TEST_F(TextureMgrTest, loads_from_memory) {
     const std::string bytes = "two 8 4 20";
     const auto* const block = reinterpret_cast<const unsigned char*>(bytes.data());
     Texture* const texture = mgr.create_texture_2d_from_memory(block, bytes.size(), false);
@@ -310,7 +312,7 @@ TEST_F(TextureMgrTest, LoadsFromMemory) {
     EXPECT_EQ(mgr.get_num_resources(), 1u);
 }
 
-TEST_F(TextureMgrTest, LoadingFromMemorySetsTheTypeBeforeItStarts) {
+TEST_F(TextureMgrTest, loading_from_memory_sets_the_type_before_it_starts) {
     const unsigned char rubbish_bytes[] = "nothing";
     Texture* const texture = mgr.create_texture();
     texture->get_data_ptr()->type = TEXTURE_TYPE_3D;
@@ -335,7 +337,7 @@ public:
     unsigned long width = 0;
 };
 
-TEST_F(TextureMgrTest, GivesPixelsBackThatATextureDoesNotTakeOver) {
+TEST_F(TextureMgrTest, gives_pixels_back_that_a_texture_does_not_take_over) {
     auto* const texture = new ForgetfulTexture;
     texture->add_ref();
     EXPECT_TRUE(mgr.load_image_from_file(texture, two_file.c_str(), false));
@@ -353,7 +355,7 @@ TEST_F(TextureMgrTest, GivesPixelsBackThatATextureDoesNotTakeOver) {
 
 // -------------------------------------------------------------------------------- decoder memory
 
-TEST_F(TextureMgrTest, AReloadGivesTheOldPixelsBack) {
+TEST_F(TextureMgrTest, a_reload_gives_the_old_pixels_back) {
     Texture* const texture = mgr.create_texture_2d_from_file(one_file.c_str(), false);
     EXPECT_TRUE(mgr.load_texture_2d_from_file(texture, two_file.c_str(), false));
     EXPECT_EQ(one->live(), 0u);
@@ -364,14 +366,14 @@ TEST_F(TextureMgrTest, AReloadGivesTheOldPixelsBack) {
     EXPECT_EQ(texture->get_pixmap_u8_ptr()[0], 20);
 }
 
-TEST_F(TextureMgrTest, AReloadIntoASmallerOwnedBufferShowsTheNewPixels) {
+TEST_F(TextureMgrTest, a_reload_into_a_smaller_owned_buffer_shows_the_new_pixels) {
     Texture* const texture = mgr.create_texture_2d(2, 2, PF_RGB_U8);
     EXPECT_TRUE(mgr.load_texture_2d_from_file(texture, two_file.c_str(), false));
     EXPECT_EQ(texture->get_image_ptr()->pixmap_u8, nullptr);
     EXPECT_EQ(texture->get_pixmap_u8_ptr()[0], 20);
 }
 
-TEST_F(TextureMgrTest, TakingAnEmptyImageGivesThePixelsBack) {
+TEST_F(TextureMgrTest, taking_an_empty_image_gives_the_pixels_back) {
     Texture* const texture = mgr.create_texture_2d_from_file(one_file.c_str(), false);
     Image empty;
     EXPECT_TRUE(texture->load_from_image(&empty));
@@ -379,7 +381,7 @@ TEST_F(TextureMgrTest, TakingAnEmptyImageGivesThePixelsBack) {
     EXPECT_EQ(texture->get_pixmap_u8_ptr(), nullptr);
 }
 
-TEST_F(TextureMgrTest, ReleaseGivesPixelsBackBeforeTheTextureEnds) {
+TEST_F(TextureMgrTest, release_gives_pixels_back_before_the_texture_ends) {
     Texture* const texture = mgr.create_texture_2d_from_file(two_file.c_str(), false);
     clear_calls();
     EXPECT_TRUE(mgr.release_texture(&renderer, texture, nullptr));
@@ -390,14 +392,14 @@ TEST_F(TextureMgrTest, ReleaseGivesPixelsBackBeforeTheTextureEnds) {
     EXPECT_FALSE(mgr.release_texture(&renderer, nullptr, nullptr));
 }
 
-TEST_F(TextureMgrTest, ReleaseAsksCodecsAboutATextureWithoutDecodedPixelsToo) {
+TEST_F(TextureMgrTest, release_asks_codecs_about_a_texture_without_decoded_pixels_too) {
     Texture* const texture = mgr.create_texture_2d(2, 2, PF_RGB_U8);
     EXPECT_TRUE(mgr.release_texture(nullptr, texture, nullptr));
     EXPECT_EQ(one->take_calls(), Calls{"free"});
     EXPECT_EQ(two->take_calls(), Calls{"free"});
 }
 
-TEST_F(TextureMgrTest, ReleaseOfATextureHeldElsewhereKeepsItsPixels) {
+TEST_F(TextureMgrTest, release_of_a_texture_held_elsewhere_keeps_its_pixels) {
     Texture* const texture = mgr.create_texture_2d_from_file(one_file.c_str(), false);
     texture->add_ref();
     EXPECT_TRUE(mgr.release_texture(nullptr, texture, nullptr));
@@ -408,7 +410,7 @@ TEST_F(TextureMgrTest, ReleaseOfATextureHeldElsewhereKeepsItsPixels) {
     EXPECT_EQ(one->live(), 0u) << "the last holder gives them back";
 }
 
-TEST_F(TextureMgrTest, ReleaseKeepsPixelsThatAnotherTextureShares) {
+TEST_F(TextureMgrTest, release_keeps_pixels_that_another_texture_shares) {
     Texture* const texture = mgr.create_texture_2d_from_file(one_file.c_str(), false);
     Texture* const other = mgr.create_texture();
     other->share_texture_data(nullptr, texture);
@@ -420,7 +422,7 @@ TEST_F(TextureMgrTest, ReleaseKeepsPixelsThatAnotherTextureShares) {
     EXPECT_EQ(one->live(), 0u);
 }
 
-TEST_F(TextureMgrTest, TwoTexturesThatTookOneImageGiveItsPixelsBackOnce) {
+TEST_F(TextureMgrTest, two_textures_that_took_one_image_give_its_pixels_back_once) {
     Texture* const texture = mgr.create_texture_2d_from_file(one_file.c_str(), false);
     Texture* const other = mgr.create_texture();
     EXPECT_TRUE(other->load_from_image(texture->get_image_ptr()));
@@ -433,7 +435,7 @@ TEST_F(TextureMgrTest, TwoTexturesThatTookOneImageGiveItsPixelsBackOnce) {
     EXPECT_EQ(one->live(), 0u);
 }
 
-TEST_F(TextureMgrTest, ReloadingOneOfTwoTexturesThatTookOneImageKeepsItsPixels) {
+TEST_F(TextureMgrTest, reloading_one_of_two_textures_that_took_one_image_keeps_its_pixels) {
     Texture* const texture = mgr.create_texture_2d_from_file(one_file.c_str(), false);
     Texture* const other = mgr.create_texture();
     other->load_from_image(texture->get_image_ptr());
@@ -442,7 +444,7 @@ TEST_F(TextureMgrTest, ReloadingOneOfTwoTexturesThatTookOneImageKeepsItsPixels) 
     EXPECT_EQ(other->get_pixmap_u8_ptr()[0], 10);
 }
 
-TEST_F(TextureMgrTest, PixelsThatAHostGaveBackItselfAreNotGivenBackAgain) {
+TEST_F(TextureMgrTest, pixels_that_a_host_gave_back_itself_are_not_given_back_again) {
     Texture* const texture = mgr.create_texture_2d_from_file(one_file.c_str(), false);
     Texture* const other = mgr.create_texture();
     EXPECT_TRUE(one->free_image_resources(texture->get_image_ptr()));
@@ -454,7 +456,7 @@ TEST_F(TextureMgrTest, PixelsThatAHostGaveBackItselfAreNotGivenBackAgain) {
     EXPECT_EQ(one->live(), 0u);
 }
 
-TEST_F(TextureMgrTest, TheEndOfATextureByAnyHolderGivesItsPixelsBack) {
+TEST_F(TextureMgrTest, the_end_of_a_texture_by_any_holder_gives_its_pixels_back) {
     Texture* const texture = held_texture();
     mgr.load_image_from_file(texture, one_file.c_str(), false);
     mgr.remove_resource(nullptr, texture);
@@ -469,7 +471,7 @@ TEST_F(TextureMgrTest, TheEndOfATextureByAnyHolderGivesItsPixelsBack) {
     EXPECT_EQ(mgr.get_num_resources(), 0u);
 }
 
-TEST_F(TextureMgrTest, AConversionKeepsTheDecodersPixelsUntilTheEnd) {
+TEST_F(TextureMgrTest, a_conversion_keeps_the_decoders_pixels_until_the_end) {
     Texture* const texture = mgr.create_texture_2d_from_file(one_file.c_str(), false);
     EXPECT_TRUE(texture->update_pixel_format(PF_RGBA_U8));
     EXPECT_EQ(texture->get_pixmap_u8_ptr()[0], 10);
@@ -483,7 +485,7 @@ TEST_F(TextureMgrTest, AConversionKeepsTheDecodersPixelsUntilTheEnd) {
     EXPECT_EQ(one->live(), 0u);
 }
 
-TEST_F(TextureMgrTest, ATextureOfAnotherRendererStaysWithItsPixels) {
+TEST_F(TextureMgrTest, a_texture_of_another_renderer_stays_with_its_pixels) {
     FakeRenderer other;
     Texture* const texture = mgr.create_texture_2d_from_file(one_file.c_str(), false);
     texture->get_data_ptr()->renderer_id = renderer.getid();
@@ -496,7 +498,7 @@ TEST_F(TextureMgrTest, ATextureOfAnotherRendererStaysWithItsPixels) {
     EXPECT_EQ(mgr.get_num_resources(), 0u);
 }
 
-TEST_F(TextureMgrTest, ReleasingAllWithANullRendererTakesEveryTexture) {
+TEST_F(TextureMgrTest, releasing_all_with_a_null_renderer_takes_every_texture) {
     Texture* const first = mgr.create_texture_2d_from_file(one_file.c_str(), false);
     Texture* const second = mgr.create_texture_2d_from_file(two_file.c_str(), false);
     first->get_data_ptr()->renderer_id = renderer.getid();
@@ -509,7 +511,7 @@ TEST_F(TextureMgrTest, ReleasingAllWithANullRendererTakesEveryTexture) {
     EXPECT_EQ(two->live(), 0u);
 }
 
-TEST_F(TextureMgrTest, StopReleasesTexturesBeforeItGivesTheCodecsBack) {
+TEST_F(TextureMgrTest, stop_releases_textures_before_it_gives_the_codecs_back) {
     mgr.create_texture_2d_from_file(one_file.c_str(), false);
     EXPECT_TRUE(mgr.stop(nullptr));
     EXPECT_EQ(one->live(), 0u);
@@ -518,7 +520,7 @@ TEST_F(TextureMgrTest, StopReleasesTexturesBeforeItGivesTheCodecsBack) {
     EXPECT_EQ(mgr.get_num_resources(), 0u);
 }
 
-TEST_F(TextureMgrTest, ATextureWithoutRecordIsReleasedQuietly) {
+TEST_F(TextureMgrTest, a_texture_without_record_is_released_quietly) {
     Texture* const texture = mgr.create_texture();
     texture->cleanup_texture_data(nullptr);
     clear_calls();
@@ -528,7 +530,7 @@ TEST_F(TextureMgrTest, ATextureWithoutRecordIsReleasedQuietly) {
 
 // -------------------------------------------------------------------------------- cubes
 
-TEST_F(TextureMgrTest, LoadsSixFilesInTheOrderOfTheFaces) {
+TEST_F(TextureMgrTest, loads_six_files_in_the_order_of_the_faces) {
     std::vector<std::string> files;
     std::vector<const char*> names;
     for (int face = 0; face < 6; ++face)
@@ -552,7 +554,7 @@ TEST_F(TextureMgrTest, LoadsSixFilesInTheOrderOfTheFaces) {
     EXPECT_EQ(two->live(), 6u);
 }
 
-TEST_F(TextureMgrTest, LoadsSixBlocks) {
+TEST_F(TextureMgrTest, loads_six_blocks) {
     const std::string text = "one 2 2 7";
     const auto* const block = reinterpret_cast<const unsigned char*>(text.data());
     const unsigned char* const blocks[6] = {block, block, block, block, block, block};
@@ -569,7 +571,7 @@ TEST_F(TextureMgrTest, LoadsSixBlocks) {
     EXPECT_EQ(mgr.get_num_resources(), 1u);
 }
 
-TEST_F(TextureMgrTest, TheFirstFaceThatFailsEndsTheCubeAndKeepsTheEarlierOnes) {
+TEST_F(TextureMgrTest, the_first_face_that_fails_ends_the_cube_and_keeps_the_earlier_ones) {
     const char* const names[6] = {one_file.c_str(), one_file.c_str(), rubbish.c_str(),
                                   one_file.c_str(), one_file.c_str(), one_file.c_str()};
     Texture* const texture = mgr.create_texture();
@@ -583,7 +585,7 @@ TEST_F(TextureMgrTest, TheFirstFaceThatFailsEndsTheCubeAndKeepsTheEarlierOnes) {
     EXPECT_EQ(mgr.get_num_resources(), 1u);
 }
 
-TEST_F(TextureMgrTest, LoadsOneFaceStraightIntoItsImage) {
+TEST_F(TextureMgrTest, loads_one_face_straight_into_its_image) {
     Texture* const texture = held_texture();
     const std::string text = "one 2 2 7";
     const auto* const block = reinterpret_cast<const unsigned char*>(text.data());
@@ -606,7 +608,7 @@ TEST_F(TextureMgrTest, LoadsOneFaceStraightIntoItsImage) {
     EXPECT_EQ(two->live(), 0u);
 }
 
-TEST_F(TextureMgrTest, AFaceFreesAnOwnedBufferThatIsTooSmallForTheNewPixels) {
+TEST_F(TextureMgrTest, a_face_frees_an_owned_buffer_that_is_too_small_for_the_new_pixels) {
     Texture* const texture = mgr.create_texture_cube(2, PF_RGB_U8);
     EXPECT_TRUE(
         mgr.load_cubemap_face_from_file(texture, CUBEMAP_FACE_POSITIVE_X, two_file.c_str(), false));
@@ -615,7 +617,7 @@ TEST_F(TextureMgrTest, AFaceFreesAnOwnedBufferThatIsTooSmallForTheNewPixels) {
     EXPECT_EQ(face->get_u8_ptr()[0], 20);
 }
 
-TEST_F(TextureMgrTest, RefusesNullAndUnknownFaces) {
+TEST_F(TextureMgrTest, refuses_null_and_unknown_faces) {
     const unsigned char block[] = "one 2 2 7";
     const char* const names[6] = {"a", "b", "c", "d", "e", "f"};
     const char* const no_names[6] = {};
@@ -649,7 +651,7 @@ TEST_F(TextureMgrTest, RefusesNullAndUnknownFaces) {
 
 // -------------------------------------------------------------------------------- GPU stage
 
-TEST_F(TextureMgrTest, UploadsByTypeWithTheUnitAsked) {
+TEST_F(TextureMgrTest, uploads_by_type_with_the_unit_asked) {
     Texture* const texture = mgr.create_texture();
     renderer.name_pointer(texture->get_data_ptr(), "data");
     const struct {
@@ -671,7 +673,7 @@ TEST_F(TextureMgrTest, UploadsByTypeWithTheUnitAsked) {
     EXPECT_FALSE(mgr.upload_to_renderer(&renderer, texture, 0));
 }
 
-TEST_F(TextureMgrTest, SendsAFileToTheGpuAndKeepsNoneOfIt) {
+TEST_F(TextureMgrTest, sends_a_file_to_the_gpu_and_keeps_none_of_it) {
     Texture* const texture = mgr.create_texture();
     renderer.name_pointer(texture->get_data_ptr(), "data");
     EXPECT_TRUE(mgr.update_gpu_memory_from_file(&renderer, texture, two_file.c_str(), false));
@@ -690,7 +692,7 @@ TEST_F(TextureMgrTest, SendsAFileToTheGpuAndKeepsNoneOfIt) {
     EXPECT_EQ(one->live(), 0u);
 }
 
-TEST_F(TextureMgrTest, ReportsWhatTheRendererSaidToAFileForTheGpu) {
+TEST_F(TextureMgrTest, reports_what_the_renderer_said_to_a_file_for_the_gpu) {
     Texture* const texture = mgr.create_texture();
     renderer.results["texture_2d_update_pixmap"] = false;
     EXPECT_FALSE(mgr.update_gpu_memory_from_file(&renderer, texture, one_file.c_str(), false));
@@ -705,7 +707,7 @@ TEST_F(TextureMgrTest, ReportsWhatTheRendererSaidToAFileForTheGpu) {
     EXPECT_EQ(renderer.take_calls(), Calls());
 }
 
-TEST_F(TextureMgrTest, SendsAMirroredFileFromItsOwnCopy) {
+TEST_F(TextureMgrTest, sends_a_mirrored_file_from_its_own_copy) {
     Texture* const texture = mgr.create_texture();
     EXPECT_TRUE(mgr.update_gpu_memory_from_file(&renderer, texture, one_file.c_str(), true));
     EXPECT_TRUE(one->flag);
@@ -714,7 +716,7 @@ TEST_F(TextureMgrTest, SendsAMirroredFileFromItsOwnCopy) {
 
 // -------------------------------------------------------------------------------- writing
 
-TEST_F(TextureMgrTest, WritesTwoDimensionalTexturesThroughTheDefaultCodec) {
+TEST_F(TextureMgrTest, writes_two_dimensional_textures_through_the_default_codec) {
     Texture* const texture = mgr.create_texture_2d(2, 2, PF_RGB_U8);
     EXPECT_TRUE(mgr.write_texture_2d_to_file(texture, "picture.jpg"));
     EXPECT_EQ(two->image, texture->get_image_ptr());
@@ -749,7 +751,7 @@ public:
     }
 };
 
-TEST_F(TextureMgrTest, AScreenshotStandsUpright) {
+TEST_F(TextureMgrTest, a_screenshot_stands_upright) {
     FramebufferRenderer screen;
     screen.width = 3;
     screen.height = 2;
@@ -762,7 +764,7 @@ TEST_F(TextureMgrTest, AScreenshotStandsUpright) {
     EXPECT_EQ(two->saved.pixmap_u8[23], 0);
 }
 
-TEST_F(TextureMgrTest, ScreenshotsOfOneSizeShareABuffer) {
+TEST_F(TextureMgrTest, screenshots_of_one_size_share_a_buffer) {
     FramebufferRenderer screen;
     screen.width = screen.height = 64;
     EXPECT_TRUE(mgr.do_screenshot(&screen, "a.jpg"));
@@ -778,7 +780,7 @@ TEST_F(TextureMgrTest, ScreenshotsOfOneSizeShareABuffer) {
     EXPECT_EQ(two->saved.width, 32u);
 }
 
-TEST_F(TextureMgrTest, AScreenshotNeedsARendererANameAndACodecThatWrites) {
+TEST_F(TextureMgrTest, a_screenshot_needs_a_renderer_a_name_and_a_codec_that_writes) {
     FramebufferRenderer screen;
     screen.width = screen.height = 1;
     EXPECT_FALSE(mgr.do_screenshot(nullptr, "shot.jpg"));
@@ -788,9 +790,9 @@ TEST_F(TextureMgrTest, AScreenshotNeedsARendererANameAndACodecThatWrites) {
     EXPECT_FALSE(mgr.do_screenshot(&screen, "shot.jpg"));
 }
 
-TEST(TextureMgr, IsOnePerProcess) {
+TEST(TextureMgr, is_one_per_process) {
     EXPECT_EQ(TextureMgr::get(), TextureMgr::get());
 }
 
 } // namespace
-} // namespace orvex
+} // namespace orvex_test

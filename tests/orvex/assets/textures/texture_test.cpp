@@ -12,7 +12,9 @@
 #include "orvex/scene/node.h"
 #include "tests/support/fake_renderer.h"
 
-namespace orvex {
+namespace orvex_test {
+
+using namespace orvex;
 namespace {
 
 using orvex_test::FakeRenderer;
@@ -42,7 +44,7 @@ protected:
 
 // -------------------------------------------------------------------------------- the record
 
-TEST(TextureDataRecord, StartsWithTheToldDefaults) {
+TEST(TextureDataRecord, starts_with_the_told_defaults) {
     const TextureData data;
     EXPECT_FALSE(data.loaded_in_gpu_memory);
     EXPECT_TRUE(data.needs_gpu_update);
@@ -63,7 +65,7 @@ TEST(TextureDataRecord, StartsWithTheToldDefaults) {
     }
 }
 
-TEST(TextureDataRecord, CountsSharersAndNeverBelowZero) {
+TEST(TextureDataRecord, counts_sharers_and_never_below_zero) {
     TextureData data;
     data.dec_ref();
     EXPECT_EQ(data.get_ref(), 0);
@@ -73,7 +75,7 @@ TEST(TextureDataRecord, CountsSharersAndNeverBelowZero) {
     EXPECT_EQ(data.get_ref(), 1);
 }
 
-TEST(TextureDataRecord, TakesSizesFromTheBaseImageAndTheCubeFromFaceZero) {
+TEST(TextureDataRecord, takes_sizes_from_the_base_image_and_the_cube_from_face_zero) {
     TextureData data;
     data.create(4, 3, 2, PF_RGB_U8, true);
     data.cubemap_faces[0].image.create(8, 8, 1, PF_RGBA_F32, true);
@@ -89,7 +91,7 @@ TEST(TextureDataRecord, TakesSizesFromTheBaseImageAndTheCubeFromFaceZero) {
     EXPECT_EQ(data.get_width(), 4u);
 }
 
-TEST(TextureDataRecord, ConvertsTheBaseImageOrAllSixFaces) {
+TEST(TextureDataRecord, converts_the_base_image_or_all_six_faces) {
     TextureData data;
     data.create(1, 1, 1, PF_RGB_U8, true);
     for (int face = 0; face < 5; ++face)
@@ -107,7 +109,7 @@ TEST(TextureDataRecord, ConvertsTheBaseImageOrAllSixFaces) {
     EXPECT_TRUE(data.update_pixel_format(PF_NONE));
 }
 
-TEST(TextureDataRecord, CleansUpFacesAloneOrWithTheBaseImage) {
+TEST(TextureDataRecord, cleans_up_faces_alone_or_with_the_base_image) {
     TextureData data;
     data.create(1, 1, 1, PF_RGB_U8, true);
     for (TextureCubeMapFace& face : data.cubemap_faces)
@@ -120,7 +122,7 @@ TEST(TextureDataRecord, CleansUpFacesAloneOrWithTheBaseImage) {
     EXPECT_EQ(data.pixmap_u8, nullptr);
 }
 
-TEST(TextureDataRecord, TakesAForeignIdAsUpToDate) {
+TEST(TextureDataRecord, takes_a_foreign_id_as_up_to_date) {
     TextureData data;
     data.set_opengl_texture_id(7);
     EXPECT_EQ(data.opengl_texture_id, 7u);
@@ -130,7 +132,7 @@ TEST(TextureDataRecord, TakesAForeignIdAsUpToDate) {
     EXPECT_TRUE(data.is_loaded_in_gpu_memory());
 }
 
-TEST(TextureDataRecord, MakesNoiseInTheBaseImageOnly) {
+TEST(TextureDataRecord, makes_noise_in_the_base_image_only) {
     TextureData data;
     data.create(2, 2, 1, PF_RGB_U8, true);
     data.cubemap_faces[0].image.create(2, 2, 1, PF_RGB_U8, true);
@@ -141,7 +143,7 @@ TEST(TextureDataRecord, MakesNoiseInTheBaseImageOnly) {
 
 // -------------------------------------------------------------------------------- identity
 
-TEST_F(TextureTest, IsAResourceWithARecordFromBirth) {
+TEST_F(TextureTest, is_a_resource_with_a_record_from_birth) {
     EXPECT_EQ(texture->Node::get_type(), NODE_TYPE_TEXTURE);
     EXPECT_TRUE(texture->is_type_of(NODE_TYPE_RESOURCE));
     ASSERT_NE(texture->get_data_ptr(), nullptr);
@@ -152,18 +154,18 @@ TEST_F(TextureTest, IsAResourceWithARecordFromBirth) {
     EXPECT_EQ(texture->get_video_stream_data(), nullptr);
 }
 
-TEST_F(TextureTest, TellsTheRendererThatLoadedItsRecord) {
+TEST_F(TextureTest, tells_the_renderer_that_loaded_its_record) {
     data().renderer_id = 5;
     EXPECT_EQ(texture->get_renderer_id(), 5);
 }
 
-TEST_F(TextureTest, KeepsAPointerForTheHost) {
+TEST_F(TextureTest, keeps_a_pointer_for_the_host) {
     int mine = 0;
     texture->set_video_stream_data(&mine);
     EXPECT_EQ(texture->get_video_stream_data(), &mine);
 }
 
-TEST_F(TextureTest, InitReplacesTheRecordOfTheConstructor) {
+TEST_F(TextureTest, init_replaces_the_record_of_the_constructor) {
     TextureData* const first = texture->get_data_ptr();
     texture->create_2d(2, 2, PF_RGB_U8);
     EXPECT_TRUE(texture->init(nullptr, nullptr));
@@ -174,7 +176,7 @@ TEST_F(TextureTest, InitReplacesTheRecordOfTheConstructor) {
     EXPECT_EQ(first->pixmap_u8, nullptr);
 }
 
-TEST_F(TextureTest, GivesFacesByNumberAndNullOutside) {
+TEST_F(TextureTest, gives_faces_by_number_and_null_outside) {
     for (int face = 0; face < 6; ++face)
         EXPECT_EQ(texture->get_cubemap_image_ptr(static_cast<CUBEMAP_FACE>(face)),
                   &data().cubemap_faces[face].image);
@@ -184,7 +186,7 @@ TEST_F(TextureTest, GivesFacesByNumberAndNullOutside) {
 
 // -------------------------------------------------------------------------------- sharing
 
-TEST_F(TextureTest, SharesARecordAndKeepsItWhileOneSharerIsLeft) {
+TEST_F(TextureTest, shares_a_record_and_keeps_it_while_one_sharer_is_left) {
     texture->create_2d(2, 2, PF_RGB_U8);
     auto* const other = new Texture;
     EXPECT_TRUE(other->share_texture_data(&renderer, texture));
@@ -198,13 +200,13 @@ TEST_F(TextureTest, SharesARecordAndKeepsItWhileOneSharerIsLeft) {
     EXPECT_EQ(renderer.take_calls(), Calls());
 }
 
-TEST_F(TextureTest, SharesNothingWithNull) {
+TEST_F(TextureTest, shares_nothing_with_null) {
     TextureData* const before = texture->get_data_ptr();
     EXPECT_FALSE(texture->share_texture_data(&renderer, nullptr));
     EXPECT_EQ(texture->get_data_ptr(), before);
 }
 
-TEST_F(TextureTest, TheLastSharerUnloadsTheGpuCopyWithARendererInHand) {
+TEST_F(TextureTest, the_last_sharer_unloads_the_gpu_copy_with_a_renderer_in_hand) {
     TextureData* const record = texture->get_data_ptr();
     texture->create_2d(2, 2, PF_RGB_U8);
     EXPECT_TRUE(texture->cleanup_texture_data(&renderer));
@@ -213,20 +215,20 @@ TEST_F(TextureTest, TheLastSharerUnloadsTheGpuCopyWithARendererInHand) {
     EXPECT_EQ(record->pixmap_u8, nullptr) << "the record outlives its pixels";
 }
 
-TEST_F(TextureTest, ANullRendererLeavesTheGpuCopyBehind) {
+TEST_F(TextureTest, a_null_renderer_leaves_the_gpu_copy_behind) {
     TextureData* const record = texture->get_data_ptr();
     record->opengl_texture_id = 3;
     EXPECT_TRUE(texture->cleanup_texture_data(nullptr));
     EXPECT_EQ(record->opengl_texture_id, 3u);
 }
 
-TEST_F(TextureTest, ItsEndUnloadsTheGpuCopy) {
+TEST_F(TextureTest, its_end_unloads_the_gpu_copy) {
     texture->kill(&renderer, nullptr);
     texture = nullptr;
     EXPECT_EQ(renderer.take_calls(), Calls{"texture_unload(data)"});
 }
 
-TEST_F(TextureTest, SettingItsOwnRecordAgainEndsItsContentAndKeepsIt) {
+TEST_F(TextureTest, setting_its_own_record_again_ends_its_content_and_keeps_it) {
     TextureData* const record = texture->get_data_ptr();
     texture->create_2d(2, 2, PF_RGB_U8);
     EXPECT_TRUE(texture->share_texture_data(&renderer, texture));
@@ -236,7 +238,7 @@ TEST_F(TextureTest, SettingItsOwnRecordAgainEndsItsContentAndKeepsIt) {
     EXPECT_EQ(record->pixmap_u8, nullptr);
 }
 
-TEST_F(TextureTest, ARecordThatHasEndedCanBeTakenUpByAnotherTexture) {
+TEST_F(TextureTest, a_record_that_has_ended_can_be_taken_up_by_another_texture) {
     auto* const first = new Texture;
     TextureData* const record = first->get_data_ptr();
     first->cleanup_texture_data(nullptr);
@@ -246,7 +248,7 @@ TEST_F(TextureTest, ARecordThatHasEndedCanBeTakenUpByAnotherTexture) {
     EXPECT_TRUE(texture->create_2d(2, 2, PF_RGB_U8)) << "the first texture must not delete it";
 }
 
-TEST_F(TextureTest, AnyOfSeveralEndedRecordsCanBeTakenUp) {
+TEST_F(TextureTest, any_of_several_ended_records_can_be_taken_up) {
     auto* const first = new Texture;
     TextureData* const oldest = first->get_data_ptr();
     first->init_texture_data(nullptr);
@@ -262,14 +264,14 @@ TEST_F(TextureTest, AnyOfSeveralEndedRecordsCanBeTakenUp) {
     second->kill(nullptr, nullptr);
 }
 
-TEST_F(TextureTest, DeletesEveryRecordItHasEnded) {
+TEST_F(TextureTest, deletes_every_record_it_has_ended) {
     for (int i = 0; i < 3; ++i)
         EXPECT_TRUE(texture->init_texture_data(nullptr));
     EXPECT_TRUE(texture->_set_texture_data(nullptr, new TextureData));
     // The leak checker watches the rest.
 }
 
-TEST(Texture, DeletedDirectlyDropsItsRecord) {
+TEST(Texture, deleted_directly_drops_its_record) {
     auto* const texture = new Texture;
     auto* const other = new Texture;
     other->share_texture_data(nullptr, texture);
@@ -278,7 +280,7 @@ TEST(Texture, DeletedDirectlyDropsItsRecord) {
     delete other;
 }
 
-TEST_F(TextureTest, WithoutARecordEveryOperationIsQuiet) {
+TEST_F(TextureTest, without_a_record_every_operation_is_quiet) {
     texture->cleanup_texture_data(nullptr);
     Image image;
     float color[4] = {};
@@ -330,7 +332,7 @@ TEST_F(TextureTest, WithoutARecordEveryOperationIsQuiet) {
 
 // -------------------------------------------------------------------------------- new pixels
 
-TEST_F(TextureTest, CreatesPixelsOfEachKind) {
+TEST_F(TextureTest, creates_pixels_of_each_kind) {
     EXPECT_TRUE(texture->create_1d(16, PF_RGBA_F32));
     EXPECT_EQ(texture->get_type(), TEXTURE_TYPE_1D);
     EXPECT_EQ(texture->get_width(), 16u);
@@ -350,7 +352,7 @@ TEST_F(TextureTest, CreatesPixelsOfEachKind) {
     EXPECT_EQ(data().cubemap_faces[5].image.pixmap_u8[0], 255);
 }
 
-TEST_F(TextureTest, KeepsItsTypeWhenPixelsCannotBeCreated) {
+TEST_F(TextureTest, keeps_its_type_when_pixels_cannot_be_created) {
     data().type = TEXTURE_TYPE_3D;
     EXPECT_FALSE(texture->create_1d(16, PF_RGB_F16));
     EXPECT_FALSE(texture->create_2d(16, 16, PF_NONE));
@@ -360,7 +362,7 @@ TEST_F(TextureTest, KeepsItsTypeWhenPixelsCannotBeCreated) {
     EXPECT_EQ(texture->get_cubemap_size(), 0u);
 }
 
-TEST_F(TextureTest, CopiesAnImageIntoTheBaseOrAFace) {
+TEST_F(TextureTest, copies_an_image_into_the_base_or_a_face) {
     Image image;
     image.create(2, 1, 1, PF_RGB_U8, true);
     image.fill_color_rgb_u8(1, 2, 3);
@@ -378,7 +380,7 @@ TEST_F(TextureTest, CopiesAnImageIntoTheBaseOrAFace) {
 
 // -------------------------------------------------------------------------------- edits
 
-TEST_F(TextureTest, MarksItsPixelsAsNewerAfterASuccessfulEdit) {
+TEST_F(TextureTest, marks_its_pixels_as_newer_after_a_successful_edit) {
     const float color[4] = {1, 2, 3, 4};
     const struct {
         const char* name;
@@ -418,7 +420,7 @@ TEST_F(TextureTest, MarksItsPixelsAsNewerAfterASuccessfulEdit) {
     }
 }
 
-TEST_F(TextureTest, AFailedTexelLeavesTheFlagAsItWas) {
+TEST_F(TextureTest, a_failed_texel_leaves_the_flag_as_it_was) {
     texture->create_2d(2, 2, PF_RGB_U8);
     data().needs_gpu_update = false;
     EXPECT_FALSE(texture->set_texel_2d(0, 2, vec4()));
@@ -428,7 +430,7 @@ TEST_F(TextureTest, AFailedTexelLeavesTheFlagAsItWas) {
     EXPECT_TRUE(data().needs_gpu_update);
 }
 
-TEST_F(TextureTest, FlipsAndNoiseLeaveTheFlagAsItWas) {
+TEST_F(TextureTest, flips_and_noise_leave_the_flag_as_it_was) {
     texture->create_2d(2, 1, PF_RGB_U8);
     texture->set_texel_1d(0, vec4(9, 9, 9, 9));
     data().needs_gpu_update = false;
@@ -442,7 +444,7 @@ TEST_F(TextureTest, FlipsAndNoiseLeaveTheFlagAsItWas) {
 
 // -------------------------------------------------------------------------------- sampler
 
-TEST_F(TextureTest, StoresSamplerSettingsAndSendsThemWithARenderer) {
+TEST_F(TextureTest, stores_sampler_settings_and_sends_them_with_a_renderer) {
     texture->set_filtering_mode(nullptr, FILTERING_TRILINEAR);
     texture->set_addressing_mode(nullptr, ADDRESSING_MIRROR);
     texture->set_anisotropy(nullptr, 4.0f);
@@ -462,7 +464,7 @@ TEST_F(TextureTest, StoresSamplerSettingsAndSendsThemWithARenderer) {
 
 // -------------------------------------------------------------------------------- GPU stage
 
-TEST_F(TextureTest, UploadsByItsTypeOnUnitZero) {
+TEST_F(TextureTest, uploads_by_its_type_on_unit_zero) {
     const struct {
         int type;
         Calls calls;
@@ -486,7 +488,7 @@ TEST_F(TextureTest, UploadsByItsTypeOnUnitZero) {
     EXPECT_FALSE(texture->upload(&renderer));
 }
 
-TEST_F(TextureTest, UnloadsThroughTheRenderer) {
+TEST_F(TextureTest, unloads_through_the_renderer) {
     EXPECT_TRUE(texture->unload(&renderer));
     EXPECT_EQ(renderer.take_calls(), Calls{"texture_unload(data)"});
     renderer.results["texture_unload"] = false;
@@ -494,7 +496,7 @@ TEST_F(TextureTest, UnloadsThroughTheRenderer) {
     EXPECT_FALSE(texture->unload(nullptr));
 }
 
-TEST_F(TextureTest, SendsItsPixelsByItsTypeAndLowersTheFlagInAnyCase) {
+TEST_F(TextureTest, sends_its_pixels_by_its_type_and_lowers_the_flag_in_any_case) {
     texture->create_2d(6, 4, PF_RGB_U8);
     const struct {
         int type;
@@ -523,7 +525,7 @@ TEST_F(TextureTest, SendsItsPixelsByItsTypeAndLowersTheFlagInAnyCase) {
     EXPECT_TRUE(data().needs_gpu_update);
 }
 
-TEST_F(TextureTest, BindsAndSendsNewerPixelsOnce) {
+TEST_F(TextureTest, binds_and_sends_newer_pixels_once) {
     texture->create_2d(2, 2, PF_RGB_U8);
     EXPECT_TRUE(texture->bind(&renderer, 5));
     EXPECT_EQ(renderer.take_calls(),
@@ -536,7 +538,7 @@ TEST_F(TextureTest, BindsAndSendsNewerPixelsOnce) {
               (Calls{"texture_bind(data, 1)", "texture_2d_update(data, 0, 0, 2, 2)"}));
 }
 
-TEST_F(TextureTest, BindIsTrueEvenIfTheRendererCouldNotBind) {
+TEST_F(TextureTest, bind_is_true_even_if_the_renderer_could_not_bind) {
     data().needs_gpu_update = false;
     renderer.results["texture_bind"] = false;
     EXPECT_TRUE(texture->bind(&renderer, 99));
@@ -544,7 +546,7 @@ TEST_F(TextureTest, BindIsTrueEvenIfTheRendererCouldNotBind) {
     EXPECT_FALSE(texture->activate(nullptr, 0));
 }
 
-TEST_F(TextureTest, UnbindLeavesTheUnitWithoutTexture) {
+TEST_F(TextureTest, unbind_leaves_the_unit_without_texture) {
     EXPECT_TRUE(texture->unbind(&renderer, 4));
     EXPECT_EQ(renderer.take_calls(), Calls{"texture_bind(null, 4)"});
     EXPECT_FALSE(texture->unbind(nullptr, 4));
@@ -552,7 +554,7 @@ TEST_F(TextureTest, UnbindLeavesTheUnitWithoutTexture) {
     EXPECT_FALSE(texture->unbind(&renderer, 4));
 }
 
-TEST_F(TextureTest, BindsToImageUnits) {
+TEST_F(TextureTest, binds_to_image_units) {
     EXPECT_TRUE(texture->image_bind(&renderer, 2, DATA_ACCESS_READ_ONLY));
     EXPECT_TRUE(texture->image_activate(&renderer, 3, DATA_ACCESS_READ_WRITE));
     EXPECT_TRUE(texture->image_unbind(&renderer, 2));
@@ -580,7 +582,7 @@ public:
     }
 };
 
-TEST(Texture, ActivatesThroughItsVirtualBinds) {
+TEST(Texture, activates_through_its_virtual_binds) {
     FakeRenderer renderer;
     OverridingTexture texture;
     EXPECT_FALSE(texture.activate(&renderer, 7));
@@ -597,7 +599,7 @@ public:
     }
 };
 
-TEST(Texture, SendsNewerPixelsThroughItsVirtualUpdate) {
+TEST(Texture, sends_newer_pixels_through_its_virtual_update) {
     FakeRenderer renderer;
     UpdatingTexture texture;
     EXPECT_TRUE(texture.bind(&renderer, 0));
@@ -606,7 +608,7 @@ TEST(Texture, SendsNewerPixelsThroughItsVirtualUpdate) {
 
 // -------------------------------------------------------------------------------- render targets
 
-TEST_F(TextureTest, StandsForARenderTargetsTextures) {
+TEST_F(TextureTest, stands_for_a_render_targets_textures) {
     FakeRenderTarget target(4, 4);
     EXPECT_TRUE(texture->init_color_texture_from_render_target(&target, 3));
     EXPECT_EQ(target.color_index, 0) << "always the first colour texture";
@@ -620,7 +622,7 @@ TEST_F(TextureTest, StandsForARenderTargetsTextures) {
     EXPECT_FALSE(texture->init_depth_texture_from_render_target(nullptr));
 }
 
-TEST_F(TextureTest, ReadsATargetAsASquareOfItsWidth) {
+TEST_F(TextureTest, reads_a_target_as_a_square_of_its_width) {
     FakeRenderTarget target(200, 100);
     texture->create_2d(200, 100, PF_RGB_U8);
     EXPECT_TRUE(texture->update_pixmap_rgb_u8_from_render_target(&target, 2));
@@ -634,7 +636,7 @@ TEST_F(TextureTest, ReadsATargetAsASquareOfItsWidth) {
     EXPECT_EQ(pixels[200 * 3 * 200 - 1], 0);
 }
 
-TEST_F(TextureTest, CutsATargetThatIsHigherThanWide) {
+TEST_F(TextureTest, cuts_a_target_that_is_higher_than_wide) {
     FakeRenderTarget target(4, 8);
     EXPECT_TRUE(texture->update_pixmap_rgba_u8_from_render_target(&target, 0));
     EXPECT_EQ(texture->get_width(), 4u);
@@ -645,7 +647,7 @@ TEST_F(TextureTest, CutsATargetThatIsHigherThanWide) {
     EXPECT_EQ(pixels[63], 4);
 }
 
-TEST_F(TextureTest, TakesPaddedRowsByteForByte) {
+TEST_F(TextureTest, takes_padded_rows_byte_for_byte) {
     FakeRenderTarget target(3, 3);
     EXPECT_TRUE(texture->update_pixmap_rgb_u8_from_render_target(&target, 0));
     const unsigned char* const pixels = texture->get_pixmap_u8_ptr();
@@ -653,7 +655,7 @@ TEST_F(TextureTest, TakesPaddedRowsByteForByte) {
                                                  2, 2, 2, 2, 2, 2, 2, 2, 2, 2, 3, 3, 3}));
 }
 
-TEST_F(TextureTest, KeepsABufferThatTheTargetFits) {
+TEST_F(TextureTest, keeps_a_buffer_that_the_target_fits) {
     FakeRenderTarget target(4, 4);
     data().type = TEXTURE_TYPE_RECTANGLE;
     data().create(4, 4, 1, PF_RGBA_U8, true);
@@ -666,7 +668,7 @@ TEST_F(TextureTest, KeepsABufferThatTheTargetFits) {
     EXPECT_EQ(texture->get_type(), TEXTURE_TYPE_RECTANGLE);
 }
 
-TEST_F(TextureTest, MakesRoomWhereTheBufferIsTooSmallForTheTarget) {
+TEST_F(TextureTest, makes_room_where_the_buffer_is_too_small_for_the_target) {
     FakeRenderTarget target(4, 4);
     data().type = TEXTURE_TYPE_RECTANGLE;
     data().create(4, 4, 1, PF_RGB_U8, true);
@@ -675,7 +677,7 @@ TEST_F(TextureTest, MakesRoomWhereTheBufferIsTooSmallForTheTarget) {
     EXPECT_EQ(texture->get_type(), TEXTURE_TYPE_2D);
 }
 
-TEST_F(TextureTest, ReportsATargetThatCannotBeRead) {
+TEST_F(TextureTest, reports_a_target_that_cannot_be_read) {
     FakeRenderTarget target(4, 4);
     target.readable = false;
     EXPECT_FALSE(texture->update_pixmap_rgb_u8_from_render_target(&target, 0));
@@ -684,7 +686,7 @@ TEST_F(TextureTest, ReportsATargetThatCannotBeRead) {
     EXPECT_FALSE(texture->update_pixmap_rgba_u8_from_render_target(nullptr, 0));
 }
 
-TEST_F(TextureTest, TakesATargetWithoutSizeAsEmpty) {
+TEST_F(TextureTest, takes_a_target_without_size_as_empty) {
     FakeRenderTarget target(-1, -1);
     EXPECT_TRUE(texture->update_pixmap_rgb_u8_from_render_target(&target, 0));
     EXPECT_EQ(texture->get_width(), 0u);
@@ -706,7 +708,7 @@ public:
     }
 };
 
-TEST(TextureFromFramebuffer, TakesTheColourBufferAsRgba) {
+TEST(TextureFromFramebuffer, takes_the_colour_buffer_as_rgba) {
     FramebufferRenderer renderer;
     renderer.width = 4;
     renderer.height = 2;
@@ -721,7 +723,7 @@ TEST(TextureFromFramebuffer, TakesTheColourBufferAsRgba) {
     EXPECT_FALSE(texture.update_pixmap_rgba_u8_from_framebuffer(nullptr));
 }
 
-TEST(TextureFromFramebuffer, ComparesTheWidthWithBothSizes) {
+TEST(TextureFromFramebuffer, compares_the_width_with_both_sizes) {
     FramebufferRenderer renderer;
     renderer.width = renderer.height = 4;
     Texture texture;
@@ -734,7 +736,7 @@ TEST(TextureFromFramebuffer, ComparesTheWidthWithBothSizes) {
     EXPECT_EQ(texture.get_type(), TEXTURE_TYPE_RECTANGLE);
 }
 
-TEST(TextureFromFramebuffer, MakesRoomWhereTheBufferIsTooSmall) {
+TEST(TextureFromFramebuffer, makes_room_where_the_buffer_is_too_small) {
     FramebufferRenderer renderer;
     renderer.width = renderer.height = 4;
     Texture texture;
@@ -747,4 +749,4 @@ TEST(TextureFromFramebuffer, MakesRoomWhereTheBufferIsTooSmall) {
 }
 
 } // namespace
-} // namespace orvex
+} // namespace orvex_test

@@ -1,7 +1,7 @@
 #include "module_plugin.h"
 
 orvex::Plugin* orvex_create_plugin() {
-    return new orvex::test::ModulePlugin;
+    return new orvex_test::ModulePlugin;
 }
 
 void orvex_destroy_plugin(orvex::Plugin* plugin) {

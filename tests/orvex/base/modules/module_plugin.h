@@ -3,7 +3,9 @@
 #include "orvex/base/log_mgr.h"
 #include "orvex/base/plugin.h"
 
-namespace orvex::test {
+namespace orvex_test {
+
+using namespace orvex;
 
 constexpr auto module_plugin_type = static_cast<PLUGIN_TYPE>(7);
 
@@ -19,4 +21,4 @@ public:
     ~ModulePlugin() override { LogMgr::get()->simple_trace("module plugin destroyed"); }
 };
 
-} // namespace orvex::test
+} // namespace orvex_test

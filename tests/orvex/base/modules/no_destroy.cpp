@@ -1,5 +1,5 @@
 #include "module_plugin.h"
 
 orvex::Plugin* orvex_create_plugin() {
-    return new orvex::test::ModulePlugin;
+    return new orvex_test::ModulePlugin;
 }

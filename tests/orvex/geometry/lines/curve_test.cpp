@@ -11,8 +11,9 @@
 #include "tests/support/fake_renderer.h"
 #include "tests/support/log_capture.h"
 
+namespace orvex_test {
+
 using namespace orvex;
-using namespace orvex_test;
 
 namespace {
 
@@ -99,7 +100,7 @@ TEST(Curve, lets_everything_go_in_cleanup) {
 }
 
 TEST(Curve, tells_that_memory_ran_out) {
-    const test::LogCapture log;
+    const LogCapture log;
     const OwnedCurve curve = make_curve(3);
     EXPECT_FALSE(curve->alloc(1ul << 60));
     ASSERT_EQ(log.messages().size(), 1u);
@@ -147,7 +148,7 @@ TEST(Curve2D, ends_what_it_held_when_it_is_made_anew) {
 }
 
 TEST(Curve2D, fails_with_its_curve) {
-    const test::LogCapture log;
+    const LogCapture log;
     _Curve2D graph_curve;
     EXPECT_FALSE(graph_curve.init(1ul << 60));
     EXPECT_EQ(log.messages().size(), 1u);
@@ -156,3 +157,5 @@ TEST(Curve2D, fails_with_its_curve) {
 }
 
 } // namespace
+
+} // namespace orvex_test

@@ -6,8 +6,9 @@
 #include "tests/orvex/geometry/mesh/owned_mesh.h"
 #include "tests/orvex/geometry/printers.h"
 
+namespace orvex_test {
+
 using namespace orvex;
-using namespace orvex_test;
 
 namespace {
 
@@ -92,3 +93,5 @@ TEST_F(LineTest, without_a_store_remembers_its_ends) {
 }
 
 } // namespace
+
+} // namespace orvex_test

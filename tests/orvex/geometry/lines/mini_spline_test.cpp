@@ -11,8 +11,9 @@
 #include "tests/orvex/geometry/printers.h"
 #include "tests/support/fake_renderer.h"
 
+namespace orvex_test {
+
 using namespace orvex;
-using namespace orvex_test;
 
 namespace {
 
@@ -194,3 +195,5 @@ TEST(MiniSpline, deleted_without_cleanup_frees_its_keys_and_polyline) {
 }
 
 } // namespace
+
+} // namespace orvex_test

@@ -17,8 +17,9 @@
 #include "tests/orvex/geometry/printers.h"
 #include "tests/support/fake_renderer.h"
 
+namespace orvex_test {
+
 using namespace orvex;
-using namespace orvex_test;
 
 namespace {
 
@@ -491,3 +492,5 @@ TEST_F(PolylineRendering, maps_its_buffer) {
 }
 
 } // namespace
+
+} // namespace orvex_test

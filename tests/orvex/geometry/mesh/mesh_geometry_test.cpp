@@ -9,8 +9,9 @@
 #include "owned_mesh.h"
 #include "tests/orvex/geometry/printers.h"
 
+namespace orvex_test {
+
 using namespace orvex;
-using namespace orvex_test;
 
 namespace {
 
@@ -348,3 +349,5 @@ TEST(MeshGeometryOperations, do_nothing_without_a_store) {
 }
 
 } // namespace
+
+} // namespace orvex_test

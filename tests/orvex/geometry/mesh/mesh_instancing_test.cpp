@@ -8,8 +8,9 @@
 #include "owned_mesh.h"
 #include "tests/orvex/geometry/printers.h"
 
+namespace orvex_test {
+
 using namespace orvex;
-using namespace orvex_test;
 
 namespace {
 
@@ -163,3 +164,5 @@ TEST(MeshInstances, are_refused_without_a_count_and_replaced_by_new_ones) {
 }
 
 } // namespace
+
+} // namespace orvex_test

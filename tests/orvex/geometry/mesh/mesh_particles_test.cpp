@@ -8,8 +8,9 @@
 #include "owned_mesh.h"
 #include "tests/orvex/geometry/printers.h"
 
+namespace orvex_test {
+
 using namespace orvex;
-using namespace orvex_test;
 
 namespace {
 
@@ -121,3 +122,5 @@ TEST(MeshParticles, are_missed_quietly) {
 }
 
 } // namespace
+
+} // namespace orvex_test

@@ -12,8 +12,9 @@
 #include "tests/orvex/geometry/printers.h"
 #include "tests/support/fake_renderer.h"
 
+namespace orvex_test {
+
 using namespace orvex;
-using namespace orvex_test;
 
 namespace {
 
@@ -216,3 +217,5 @@ TEST_F(MeshRendering, takes_the_subsets_material_by_its_id_as_an_index) {
 }
 
 } // namespace
+
+} // namespace orvex_test

@@ -12,8 +12,9 @@
 #include "tests/support/fake_renderer.h"
 #include "tests/support/log_capture.h"
 
+namespace orvex_test {
+
 using namespace orvex;
-using namespace orvex_test;
 
 namespace {
 
@@ -156,7 +157,7 @@ TEST(Mesh, passes_allocation_parameters_to_its_store) {
 }
 
 TEST(Mesh, tells_of_vertices_that_do_not_fit) {
-    test::LogCapture log;
+    LogCapture log;
     OwnedMesh mesh = make_mesh();
     mesh->set_name("heavy");
     EXPECT_FALSE(mesh->alloc_vertex_data(too_many));
@@ -168,7 +169,7 @@ TEST(Mesh, tells_of_vertices_that_do_not_fit) {
 }
 
 TEST(Mesh, makes_user_attributes_after_its_vertices) {
-    test::LogCapture log;
+    LogCapture log;
     OwnedMesh mesh = make_mesh();
     mesh->set_name("thing");
     const std::string name = "thing::" + std::to_string(mesh->get_id());
@@ -230,7 +231,7 @@ TEST(Mesh, allocates_faces_in_place_of_those_before) {
 }
 
 TEST(Mesh, tells_of_faces_that_do_not_fit) {
-    test::LogCapture log;
+    LogCapture log;
     OwnedMesh mesh = make_mesh(3, 1);
     mesh->set_name("heavy");
     EXPECT_FALSE(mesh->alloc_face_data(too_many_faces, false));
@@ -360,7 +361,7 @@ TEST(Mesh, copies_no_geometry_where_there_is_none) {
 }
 
 TEST(Mesh, fails_to_copy_geometry_that_does_not_fit) {
-    test::LogCapture log;
+    LogCapture log;
     OwnedMesh source = make_mesh(3, 1);
     source->get_mesh_data()->num_faces = too_many_faces;
     OwnedMesh mesh = make_mesh();
@@ -572,3 +573,5 @@ TEST(Mesh, without_a_store_acts_as_an_empty_one) {
 }
 
 } // namespace
+
+} // namespace orvex_test

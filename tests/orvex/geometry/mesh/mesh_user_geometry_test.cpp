@@ -6,8 +6,9 @@
 #include "tests/orvex/geometry/printers.h"
 #include "tests/support/log_capture.h"
 
+namespace orvex_test {
+
 using namespace orvex;
-using namespace orvex_test;
 
 namespace {
 
@@ -135,10 +136,12 @@ TEST_F(MeshUserGeometry, marks_a_mesh_that_was_drawn_before_for_upload) {
 }
 
 TEST_F(MeshUserGeometry, fails_to_build_without_a_store) {
-    test::LogCapture log;
+    LogCapture log;
     mesh->init_mesh_data(nullptr, static_cast<VERTEX_FORMAT>(5));
     list_triangle();
     EXPECT_FALSE(mesh->_build());
 }
 
 } // namespace
+
+} // namespace orvex_test

@@ -9,6 +9,8 @@
 #include "orvex/renderer/records/mesh_data.h"
 #include "tests/support/fake_renderer.h"
 
+namespace orvex_test {
+
 namespace {
 
 using orvex::Mesh;
@@ -128,3 +130,5 @@ TEST_F(ModelTest, makes_plain_objects_that_stand_alone) {
 }
 
 } // namespace
+
+} // namespace orvex_test

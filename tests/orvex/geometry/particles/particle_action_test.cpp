@@ -10,8 +10,9 @@
 #include "orvex/math/math.h"
 #include "owned_particles.h"
 
+namespace orvex_test {
+
 using namespace orvex;
-using namespace orvex_test;
 
 namespace {
 
@@ -203,3 +204,5 @@ TEST_P(MotionOfLives, and_their_aging_in_one_step_is_that_of_the_plain_formulas_
 }
 
 } // namespace
+
+} // namespace orvex_test

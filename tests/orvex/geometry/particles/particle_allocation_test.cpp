@@ -6,10 +6,11 @@
 #include "tests/support/heap.h"
 #include "tests/support/log_capture.h"
 
-namespace {
+namespace orvex_test {
 
 using namespace orvex;
-using namespace orvex_test;
+
+namespace {
 
 TEST(ParticleAllocation, is_none_in_a_step_and_none_in_its_points) {
     const CountAllocations allocations;
@@ -29,7 +30,7 @@ TEST(ParticleAllocation, is_none_in_a_step_and_none_in_its_points) {
 }
 
 TEST(ParticleAllocation, that_fails_at_any_array_is_told_and_leaves_nothing) {
-    const test::LogCapture log;
+    const LogCapture log;
     unsigned long num_arrays = 0;
     for (;; ++num_arrays) {
         const OwnedSystem system(new ParticleSystem);
@@ -50,3 +51,5 @@ TEST(ParticleAllocation, that_fails_at_any_array_is_told_and_leaves_nothing) {
 }
 
 } // namespace
+
+} // namespace orvex_test

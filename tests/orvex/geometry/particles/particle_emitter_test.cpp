@@ -9,8 +9,9 @@
 #include "orvex/math/vec4.h"
 #include "owned_particles.h"
 
+namespace orvex_test {
+
 using namespace orvex;
-using namespace orvex_test;
 
 namespace {
 
@@ -163,3 +164,5 @@ TEST_F(ParticleEmitterSpawning, ignores_an_index_out_of_range_and_draws_nothing)
 }
 
 } // namespace
+
+} // namespace orvex_test

@@ -11,8 +11,9 @@
 #include "owned_particles.h"
 #include "tests/support/fake_renderer.h"
 
+namespace orvex_test {
+
 using namespace orvex;
-using namespace orvex_test;
 
 namespace {
 
@@ -333,3 +334,5 @@ TEST_F(ParticleDrawing, ends_the_points_of_a_system_that_is_killed) {
 }
 
 } // namespace
+
+} // namespace orvex_test

@@ -9,8 +9,9 @@
 #include "tests/support/fake_renderer.h"
 #include "tests/support/log_capture.h"
 
+namespace orvex_test {
+
 using namespace orvex;
-using namespace orvex_test;
 
 namespace {
 
@@ -121,7 +122,7 @@ TEST(ParticlePool, leaves_points_that_a_host_holds_alive) {
 }
 
 TEST(ParticlePool, tells_that_there_is_no_memory) {
-    const test::LogCapture log;
+    const LogCapture log;
     ParticlePool pool;
     EXPECT_FALSE(pool.alloc(1ul << 60));
     EXPECT_TRUE(log.has("<*> std::bad_alloc exception caught - what: std::bad_array_new_length"));
@@ -130,3 +131,5 @@ TEST(ParticlePool, tells_that_there_is_no_memory) {
 }
 
 } // namespace
+
+} // namespace orvex_test

@@ -10,8 +10,9 @@
 #include "orvex/renderer/records/vertex_pool_data.h"
 #include "owned_particles.h"
 
+namespace orvex_test {
+
 using namespace orvex;
-using namespace orvex_test;
 
 namespace {
 
@@ -224,3 +225,5 @@ TEST(ParticleSeed, decides_the_run) {
 }
 
 } // namespace
+
+} // namespace orvex_test

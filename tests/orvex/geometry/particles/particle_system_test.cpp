@@ -14,8 +14,9 @@
 #include "tests/support/fake_renderer.h"
 #include "tests/support/log_capture.h"
 
+namespace orvex_test {
+
 using namespace orvex;
-using namespace orvex_test;
 
 namespace {
 
@@ -102,7 +103,7 @@ TEST(ParticleSystem, keeps_the_particles_it_has) {
 }
 
 TEST(ParticleSystem, tells_that_there_is_no_memory_for_particles) {
-    const test::LogCapture log;
+    const LogCapture log;
     const OwnedSystem system(new ParticleSystem);
     EXPECT_FALSE(system->initialize(1ul << 60));
     EXPECT_EQ(log.messages().size(), 1u);
@@ -378,3 +379,5 @@ TEST(ParticleSystemStep, goes_on_to_the_children) {
 }
 
 } // namespace
+
+} // namespace orvex_test

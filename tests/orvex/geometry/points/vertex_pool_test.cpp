@@ -14,8 +14,9 @@
 #include "tests/orvex/geometry/printers.h"
 #include "tests/support/fake_renderer.h"
 
+namespace orvex_test {
+
 using namespace orvex;
-using namespace orvex_test;
 
 namespace {
 
@@ -447,3 +448,5 @@ TEST_F(VertexPoolRendering, refuses_storage_operations_without_points_a_buffer_o
 }
 
 } // namespace
+
+} // namespace orvex_test

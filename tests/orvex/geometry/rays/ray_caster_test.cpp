@@ -18,8 +18,9 @@
 #include "tests/orvex/geometry/mesh/owned_mesh.h"
 #include "tests/orvex/geometry/printers.h"
 
+namespace orvex_test {
+
 using namespace orvex;
-using namespace orvex_test;
 
 namespace {
 
@@ -621,3 +622,5 @@ TEST(RayCasterMesh, gives_the_bits_of_the_plain_loop_for_odd_rays_and_transforms
 }
 
 } // namespace
+
+} // namespace orvex_test

@@ -4,8 +4,9 @@
 
 #include "shapes.h"
 
+namespace orvex_test {
+
 using namespace orvex;
-using namespace orvex_test;
 
 namespace {
 
@@ -138,3 +139,5 @@ TEST(MeshBox, colours_its_vertices_through_the_operation_for_all) {
 }
 
 } // namespace
+
+} // namespace orvex_test

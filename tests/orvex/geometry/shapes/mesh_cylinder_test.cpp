@@ -4,8 +4,9 @@
 
 #include "shapes.h"
 
+namespace orvex_test {
+
 using namespace orvex;
-using namespace orvex_test;
 
 namespace {
 
@@ -129,3 +130,5 @@ TEST(MeshCylinder, is_exact_at_the_ends_of_a_large_one) {
 }
 
 } // namespace
+
+} // namespace orvex_test

@@ -6,8 +6,9 @@
 
 #include "shapes.h"
 
+namespace orvex_test {
+
 using namespace orvex;
-using namespace orvex_test;
 
 namespace {
 
@@ -148,3 +149,5 @@ TEST(MeshEllipse, keeps_counts_and_loops_apart_below_the_minimum) {
 }
 
 } // namespace
+
+} // namespace orvex_test

@@ -13,8 +13,9 @@
 #include "orvex/geometry/shapes/mesh_torus.h"
 #include "shapes.h"
 
+namespace orvex_test {
+
 using namespace orvex;
-using namespace orvex_test;
 
 namespace {
 
@@ -127,3 +128,5 @@ TEST(MeshFormulas, of_a_box) {
 }
 
 } // namespace
+
+} // namespace orvex_test

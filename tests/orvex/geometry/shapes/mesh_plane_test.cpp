@@ -4,8 +4,9 @@
 
 #include "shapes.h"
 
+namespace orvex_test {
+
 using namespace orvex;
-using namespace orvex_test;
 
 namespace {
 
@@ -105,3 +106,5 @@ TEST(MeshPlane, multiplies_by_the_rounded_share_of_a_segment) {
 }
 
 } // namespace
+
+} // namespace orvex_test

@@ -4,8 +4,9 @@
 
 #include "shapes.h"
 
+namespace orvex_test {
+
 using namespace orvex;
-using namespace orvex_test;
 
 namespace {
 
@@ -23,3 +24,5 @@ TEST(MeshQuadHud, is_the_unit_square_of_the_first_quadrant) {
 }
 
 } // namespace
+
+} // namespace orvex_test

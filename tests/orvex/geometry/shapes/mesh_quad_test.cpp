@@ -4,8 +4,9 @@
 
 #include "shapes.h"
 
+namespace orvex_test {
+
 using namespace orvex;
-using namespace orvex_test;
 
 namespace {
 
@@ -67,3 +68,5 @@ TEST(MeshQuad, only_notes_another_size_before_it_is_built) {
 }
 
 } // namespace
+
+} // namespace orvex_test

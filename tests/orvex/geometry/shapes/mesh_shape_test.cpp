@@ -20,8 +20,9 @@
 #include "orvex/geometry/shapes/mesh_triangle.h"
 #include "shapes.h"
 
+namespace orvex_test {
+
 using namespace orvex;
-using namespace orvex_test;
 
 namespace {
 
@@ -291,9 +292,11 @@ TEST(MeshShapes, take_the_same_sines_as_the_functions_of_one_angle) {
     ASSERT_EQ(turn.size(), 8u);
     for (unsigned long i = 0; i < 8; ++i) {
         volatile float angle = static_cast<float>(i) * 6.2831855f / 7.0f;
-        EXPECT_EQ(test::bits(turn[i].sin), test::bits(std::sin(angle)));
-        EXPECT_EQ(test::bits(turn[i].cos), test::bits(std::cos(angle)));
+        EXPECT_EQ(bits(turn[i].sin), bits(std::sin(angle)));
+        EXPECT_EQ(bits(turn[i].cos), bits(std::cos(angle)));
     }
 }
 
 } // namespace
+
+} // namespace orvex_test

@@ -13,8 +13,9 @@
 #include "tests/support/picture.h"
 #include "tests/support/temp_dir.h"
 
+namespace orvex_test {
+
 using namespace orvex;
-using namespace orvex_test;
 
 namespace {
 
@@ -208,7 +209,7 @@ Picture slope(int size) {
 }
 
 TEST(MeshTerrain, rises_from_a_picture_file) {
-    const orvex::test::TempDir folder;
+    const orvex_test::TempDir folder;
     const std::string path = folder.file("slope.png");
     ASSERT_TRUE(write_png(path, slope(256)));
     TextureMgr& textures = *TextureMgr::get();
@@ -234,3 +235,5 @@ TEST(MeshTerrain, rises_from_a_picture_file) {
 }
 
 } // namespace
+
+} // namespace orvex_test

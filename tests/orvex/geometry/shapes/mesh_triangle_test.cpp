@@ -4,8 +4,9 @@
 
 #include "shapes.h"
 
+namespace orvex_test {
+
 using namespace orvex;
-using namespace orvex_test;
 
 namespace {
 
@@ -52,3 +53,5 @@ TEST(MeshTriangle, takes_its_corners_without_their_w) {
 }
 
 } // namespace
+
+} // namespace orvex_test

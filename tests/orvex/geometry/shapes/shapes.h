@@ -59,7 +59,7 @@ struct ShapeVertex {
 };
 
 inline void expect_same_bits(const vec4& actual, const vec4& expected) {
-    orvex::test::expect_vec4(actual, expected.x, expected.y, expected.z, expected.w);
+    orvex_test::expect_vec4(actual, expected.x, expected.y, expected.z, expected.w);
 }
 
 /// What a format keeps of a colour.

@@ -9,10 +9,10 @@
 #include "tests/support/gl_context.h"
 #include "tests/support/gl_recorder.h"
 
-namespace orvex {
-namespace {
+namespace orvex_test {
 
-using namespace orvex_test;
+using namespace orvex;
+namespace {
 
 class OldContext : public testing::Test {
 protected:
@@ -68,4 +68,4 @@ TEST_F(OldContext, carries_on_with_its_state) {
 }
 
 } // namespace
-} // namespace orvex
+} // namespace orvex_test

@@ -13,10 +13,10 @@
 #include "tests/support/gl_recorder.h"
 #include "tests/support/log_capture.h"
 
-namespace orvex {
-namespace {
+namespace orvex_test {
 
-using namespace orvex_test;
+using namespace orvex;
+namespace {
 
 std::string id_text(RendererOpenGL& renderer) {
     return std::to_string(renderer.getid());
@@ -65,7 +65,7 @@ TEST(RendererOpenGL, is_made_empty) {
 }
 
 TEST(RendererOpenGL, initializes_and_terminates_once_each_and_says_so) {
-    test::LogCapture log;
+    LogCapture log;
     RendererOpenGL renderer;
     EXPECT_TRUE(renderer.terminate());
     EXPECT_TRUE(log.messages().empty());
@@ -127,7 +127,7 @@ const GlCalls reset_calls = {"glDisable(GL_MULTISAMPLE)",
                              "glGetIntegerv(GL_MAX_VERTEX_ATTRIBS, ptr)"};
 
 TEST_P(RendererOpenGLStart, takes_up_the_context) {
-    test::LogCapture log;
+    LogCapture log;
     RendererOpenGL renderer;
     EXPECT_TRUE(renderer.start());
     EXPECT_TRUE(renderer.started);
@@ -159,7 +159,7 @@ TEST_P(RendererOpenGLStart, happens_once) {
     RendererOpenGL renderer;
     renderer.start();
     renderer.set_blend_state(true);
-    test::LogCapture log;
+    LogCapture log;
     EXPECT_TRUE(renderer.start());
     EXPECT_TRUE(renderer.ctx.blend);
     EXPECT_TRUE(glIsEnabled(GL_BLEND));
@@ -264,7 +264,7 @@ TEST_P(RendererOpenGLStart, may_end_before_the_active_program) {
 TEST_P(RendererOpenGLStart, stops_by_letting_go_of_the_entry_points) {
     RendererOpenGL renderer;
     renderer.start();
-    test::LogCapture log;
+    LogCapture log;
     EXPECT_TRUE(renderer.stop());
     EXPECT_FALSE(renderer.started);
     EXPECT_FALSE(renderer.gl.ready);
@@ -296,7 +296,7 @@ TEST_P(RendererOpenGLStart, starts_again_after_a_stop_with_a_reset_state) {
 }
 
 TEST_P(RendererOpenGLStart, tells_of_each_entry_point_when_asked) {
-    test::LogCapture log;
+    LogCapture log;
     RendererOpenGL renderer;
     testing::internal::CaptureStdout();
     EXPECT_TRUE(renderer.start_v2(true));
@@ -365,7 +365,7 @@ TEST_P(RendererOpenGLStart, forgets_a_gl2_context_at_the_next_start) {
 }
 
 TEST(RendererOpenGLLog, sends_lines_at_their_levels_with_the_api_name_first) {
-    test::LogCapture log;
+    LogCapture log;
     RendererOpenGL renderer;
     renderer.k_log("%d", 1);
     renderer.k_log_debug("%d", 2);
@@ -377,7 +377,7 @@ TEST(RendererOpenGLLog, sends_lines_at_their_levels_with_the_api_name_first) {
 }
 
 TEST(RendererOpenGLLog, cuts_lines_at_16383_characters) {
-    test::LogCapture log;
+    LogCapture log;
     RendererOpenGL renderer;
     const std::string text(20000, 'x');
     renderer.k_log("%s", text.c_str());
@@ -409,4 +409,4 @@ TEST(RendererOpenGLCtx, drops_a_record_of_a_unit_that_is_not_there) {
 }
 
 } // namespace
-} // namespace orvex
+} // namespace orvex_test

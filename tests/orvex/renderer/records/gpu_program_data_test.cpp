@@ -7,6 +7,8 @@
 
 #include "orvex/renderer/records/uniform_buffer_data.h"
 
+namespace orvex_test {
+
 using namespace orvex;
 
 namespace {
@@ -300,3 +302,5 @@ TEST(UniformBufferData, starts_without_a_buffer) {
 }
 
 } // namespace
+
+} // namespace orvex_test

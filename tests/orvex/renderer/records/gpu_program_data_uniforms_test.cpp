@@ -8,6 +8,8 @@
 #include "orvex/renderer/records/gpu_program_data.h"
 #include "orvex/renderer/records/gpu_program_uniform.h"
 
+namespace orvex_test {
+
 using namespace orvex;
 
 namespace {
@@ -384,3 +386,5 @@ TEST(UniformArray, may_be_empty) {
 }
 
 } // namespace
+
+} // namespace orvex_test

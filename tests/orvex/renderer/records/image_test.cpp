@@ -10,7 +10,9 @@
 
 #include "orvex/math/vec4.h"
 
-namespace orvex {
+namespace orvex_test {
+
+using namespace orvex;
 namespace {
 
 using Bytes = std::vector<unsigned char>;
@@ -30,7 +32,7 @@ PIXEL_FORMAT format_value(int value) {
     return static_cast<PIXEL_FORMAT>(value);
 }
 
-TEST(Image, StartsWithoutSizesFormatOrPixels) {
+TEST(Image, starts_without_sizes_format_or_pixels) {
     const Image image;
     EXPECT_EQ(image.width, 0u);
     EXPECT_EQ(image.height, 0u);
@@ -44,7 +46,7 @@ TEST(Image, StartsWithoutSizesFormatOrPixels) {
     EXPECT_EQ(image.get_pixel_format_size(), 0);
 }
 
-TEST(Image, TellsTheBytesPerPixelOfEveryFormat) {
+TEST(Image, tells_the_bytes_per_pixel_of_every_format) {
     const int sizes[] = {0, 3, 3, 4, 4, 12, 16, 4, 0, 0, 0, 0};
     for (int value = 0; value < 12; ++value) {
         Image image;
@@ -56,7 +58,7 @@ TEST(Image, TellsTheBytesPerPixelOfEveryFormat) {
     EXPECT_EQ(image.get_pixel_format_size(), 0);
 }
 
-TEST(Image, ReadsItsOwnBytesBeforeTheExternalOnes) {
+TEST(Image, reads_its_own_bytes_before_the_external_ones) {
     unsigned char external[3] = {1, 2, 3};
     Image image;
     image.pixmap_external = external;
@@ -66,7 +68,7 @@ TEST(Image, ReadsItsOwnBytesBeforeTheExternalOnes) {
     EXPECT_EQ(image.pixmap_external, external);
 }
 
-TEST(Image, CleanupFreesWhatItOwnsAndLeavesTheExternalPixels) {
+TEST(Image, cleanup_frees_what_it_owns_and_leaves_the_external_pixels) {
     unsigned char external[3] = {1, 2, 3};
     Image image;
     image.create(1, 1, 1, PF_RGB_U8, true);
@@ -80,7 +82,7 @@ TEST(Image, CleanupFreesWhatItOwnsAndLeavesTheExternalPixels) {
     EXPECT_TRUE(image.cleanup());
 }
 
-TEST(Image, DeletesOneStoreAtATime) {
+TEST(Image, deletes_one_store_at_a_time) {
     Image image;
     image.create(1, 1, 1, PF_RGB_U8, true);
     image.create(1, 1, 1, PF_R_F32, true);
@@ -93,7 +95,7 @@ TEST(Image, DeletesOneStoreAtATime) {
 
 // -------------------------------------------------------------------------------- create
 
-TEST(ImageCreate, AllocatesZeroedPixelsInTheStoreOfTheFormat) {
+TEST(ImageCreate, allocates_zeroed_pixels_in_the_store_of_the_format) {
     const struct {
         PIXEL_FORMAT format;
         bool u8;
@@ -120,7 +122,7 @@ TEST(ImageCreate, AllocatesZeroedPixelsInTheStoreOfTheFormat) {
     }
 }
 
-TEST(ImageCreate, GivesFreshRgbaPixelsAYellowOfAlphaOne) {
+TEST(ImageCreate, gives_fresh_rgba_pixels_a_yellow_of_alpha_one) {
     Bytes yellow;
     for (int i = 0; i < 16; ++i)
         yellow.insert(yellow.end(), {255, 255, 0, 1});
@@ -134,13 +136,13 @@ TEST(ImageCreate, GivesFreshRgbaPixelsAYellowOfAlphaOne) {
     }
 }
 
-TEST(ImageCreate, PaintsEverySliceYellow) {
+TEST(ImageCreate, paints_every_slice_yellow) {
     Image image;
     ASSERT_TRUE(image.create(1, 1, 3, PF_RGBA_U8, true));
     EXPECT_EQ(u8_pixels(image, 12), (Bytes{255, 255, 0, 1, 255, 255, 0, 1, 255, 255, 0, 1}));
 }
 
-TEST(ImageCreate, RefusesOtherFormatsAndLeavesEveryFieldAlone) {
+TEST(ImageCreate, refuses_other_formats_and_leaves_every_field_alone) {
     for (const int value : {0, 8, 9, 10, 11, -1}) {
         SCOPED_TRACE(value);
         Image image;
@@ -155,7 +157,7 @@ TEST(ImageCreate, RefusesOtherFormatsAndLeavesEveryFieldAlone) {
     }
 }
 
-TEST(ImageCreate, LeavesTheOtherStoreAndTheExternalPixelsAlone) {
+TEST(ImageCreate, leaves_the_other_store_and_the_external_pixels_alone) {
     unsigned char external[3] = {};
     Image image;
     image.pixmap_external = external;
@@ -169,7 +171,7 @@ TEST(ImageCreate, LeavesTheOtherStoreAndTheExternalPixelsAlone) {
     EXPECT_EQ(image.pixmap_external, external);
 }
 
-TEST(ImageCreate, StoresSizesAndDropsTheBufferWhenTheSizeCannotBeExpressed) {
+TEST(ImageCreate, stores_sizes_and_drops_the_buffer_when_the_size_cannot_be_expressed) {
     for (const PIXEL_FORMAT format : {PF_RGB_U8, PF_RGBA_U8}) {
         Image image;
         image.create(2, 2, 1, PF_RGB_U8, true);
@@ -182,7 +184,7 @@ TEST(ImageCreate, StoresSizesAndDropsTheBufferWhenTheSizeCannotBeExpressed) {
     }
 }
 
-TEST(ImageCreate, LetsAFailedAllocationThrowAndOwnsNothingAfterwards) {
+TEST(ImageCreate, lets_a_failed_allocation_throw_and_owns_nothing_afterwards) {
     Image image;
     image.create(2, 2, 1, PF_RGB_U8, true);
     EXPECT_THROW(image.create(beyond_any_memory, 1, 1, PF_RGB_U8, true), std::bad_alloc);
@@ -191,7 +193,7 @@ TEST(ImageCreate, LetsAFailedAllocationThrowAndOwnsNothingAfterwards) {
     EXPECT_EQ(image.width, beyond_any_memory);
 }
 
-TEST(ImageCreate, OfAnEmptySizeOwnsABufferThatHoldsNoPixel) {
+TEST(ImageCreate, of_an_empty_size_owns_a_buffer_that_holds_no_pixel) {
     Image image;
     EXPECT_TRUE(image.create(4, 4, 0, PF_RGB_U8, true));
     EXPECT_NE(image.pixmap_u8, nullptr);
@@ -199,7 +201,7 @@ TEST(ImageCreate, OfAnEmptySizeOwnsABufferThatHoldsNoPixel) {
     EXPECT_FALSE(image.set_pixel(0, vec4(1, 2, 3, 4)));
 }
 
-TEST(ImageCreate, HasAnAllocatorForEveryLayout) {
+TEST(ImageCreate, has_an_allocator_for_every_layout) {
     const struct {
         bool (Image::*create)(unsigned long, unsigned long, unsigned long, bool);
         PIXEL_FORMAT format;
@@ -220,7 +222,7 @@ TEST(ImageCreate, HasAnAllocatorForEveryLayout) {
 
 // -------------------------------------------------------------------------------- copies
 
-TEST(ImageCopy, CopiesBytesOfEverySlice) {
+TEST(ImageCopy, copies_bytes_of_every_slice) {
     Image source;
     source.create(2, 1, 2, PF_RGB_U8, false);
     for (unsigned char i = 0; i < 12; ++i)
@@ -234,7 +236,7 @@ TEST(ImageCopy, CopiesBytesOfEverySlice) {
     EXPECT_EQ(u8_pixels(copy, 12), u8_pixels(source, 12));
 }
 
-TEST(ImageCopy, GivesFloatPixelsABufferFourTimesAsLarge) {
+TEST(ImageCopy, gives_float_pixels_a_buffer_four_times_as_large) {
     Image source;
     source.create(1, 1, 1, PF_RGBA_F32, false);
     source.fill_color_rgba_f32(1, 2, 3, 4);
@@ -244,7 +246,7 @@ TEST(ImageCopy, GivesFloatPixelsABufferFourTimesAsLarge) {
     EXPECT_EQ(f32_pixels(second, 16), f32_pixels(copy, 16));
 }
 
-TEST(ImageCopy, ReadsNoMoreOfAHostsBufferThanTheImageClaims) {
+TEST(ImageCopy, reads_no_more_of_a_hosts_buffer_than_the_image_claims) {
     Image source;
     source.width = source.height = source.depth = 1;
     source.pixel_format = PF_RGB_F32;
@@ -258,7 +260,7 @@ TEST(ImageCopy, ReadsNoMoreOfAHostsBufferThanTheImageClaims) {
     EXPECT_EQ(u8_pixels(bytes, 3), (Bytes{8, 9, 10}));
 }
 
-TEST(ImageCopy, PrefersBytesToFloatsAndLeavesTheOtherStoreAlone) {
+TEST(ImageCopy, prefers_bytes_to_floats_and_leaves_the_other_store_alone) {
     Image source;
     source.create(1, 1, 1, PF_R_F32, true);
     source.create(1, 1, 1, PF_RGB_U8, true);
@@ -276,7 +278,7 @@ TEST(ImageCopy, PrefersBytesToFloatsAndLeavesTheOtherStoreAlone) {
     EXPECT_NE(target.pixmap_f32, nullptr);
 }
 
-TEST(ImageCopy, ZeroesWhatTheSourceDoesNotHold) {
+TEST(ImageCopy, zeroes_what_the_source_does_not_hold) {
     Image source;
     source.create(1, 1, 1, PF_RGB_U8, true);
     source.fill_color_rgb_u8(7, 8, 9);
@@ -285,7 +287,7 @@ TEST(ImageCopy, ZeroesWhatTheSourceDoesNotHold) {
     EXPECT_EQ(u8_pixels(copy, 9), (Bytes{7, 8, 9, 0, 0, 0, 0, 0, 0}));
 }
 
-TEST(ImageCopy, SharesExternalPixels) {
+TEST(ImageCopy, shares_external_pixels) {
     unsigned char external[12] = {};
     Image source;
     source.width = source.height = 2;
@@ -300,7 +302,7 @@ TEST(ImageCopy, SharesExternalPixels) {
     EXPECT_EQ(copy.width, 2u);
 }
 
-TEST(ImageCopy, FreesAnOwnBufferThatIsTooSmallForTheExternalPixelsItWouldHide) {
+TEST(ImageCopy, frees_an_own_buffer_that_is_too_small_for_the_external_pixels_it_would_hide) {
     unsigned char external[12] = {};
     Image source;
     source.width = source.height = 2;
@@ -321,7 +323,7 @@ TEST(ImageCopy, FreesAnOwnBufferThatIsTooSmallForTheExternalPixelsItWouldHide) {
     EXPECT_EQ(large.pixmap_external, external);
 }
 
-TEST(ImageCopy, OfAnEmptyImageTakesItsNullExternalPointer) {
+TEST(ImageCopy, of_an_empty_image_takes_its_null_external_pointer) {
     unsigned char external[12] = {};
     Image target;
     target.pixmap_external = external;
@@ -333,7 +335,7 @@ TEST(ImageCopy, OfAnEmptyImageTakesItsNullExternalPointer) {
     EXPECT_NE(target.pixmap_u8, nullptr);
 }
 
-TEST(ImageCopy, ToItselfChangesNothing) {
+TEST(ImageCopy, to_itself_changes_nothing) {
     Image image;
     image.create(2, 2, 1, PF_RGB_F32, true);
     float* const pixels = image.pixmap_f32;
@@ -342,7 +344,7 @@ TEST(ImageCopy, ToItselfChangesNothing) {
     EXPECT_EQ(image.pixmap_f32, pixels);
 }
 
-TEST(ImageCopy, ThrowsWhenTheSizeSaturatesAndOwnsNothingAfterwards) {
+TEST(ImageCopy, throws_when_the_size_saturates_and_owns_nothing_afterwards) {
     Image source;
     source.create(1, 1, 1, PF_RGB_U8, true);
     source.width = source.height = ULONG_MAX / 2;
@@ -360,14 +362,14 @@ TEST(ImageCopy, ThrowsWhenTheSizeSaturatesAndOwnsNothingAfterwards) {
 
 // -------------------------------------------------------------------------------- one pixel
 
-TEST(ImageSetPixel, TruncatesToBytesWithoutScaling) {
+TEST(ImageSetPixel, truncates_to_bytes_without_scaling) {
     Image image;
     image.create(2, 1, 1, PF_RGB_U8, true);
     EXPECT_TRUE(image.set_pixel(1, vec4(255.9f, 1.0f, 256.5f, 0.0f)));
     EXPECT_EQ(u8_pixels(image, 6), (Bytes{0, 0, 0, 255, 1, 0}));
 }
 
-TEST(ImageSetPixel, WritesAsManyChannelsAsTheFormatHas) {
+TEST(ImageSetPixel, writes_as_many_channels_as_the_format_has) {
     const float color[4] = {10, 20, 30, 40};
     const struct {
         PIXEL_FORMAT format;
@@ -394,7 +396,7 @@ TEST(ImageSetPixel, WritesAsManyChannelsAsTheFormatHas) {
     }
 }
 
-TEST(ImageSetPixel, RefusesFormatsThatDoNotFitTheStore) {
+TEST(ImageSetPixel, refuses_formats_that_do_not_fit_the_store) {
     Image image;
     image.create(1, 1, 1, PF_RGB_U8, true);
     image.pixel_format = PF_RGB_F32;
@@ -405,7 +407,7 @@ TEST(ImageSetPixel, RefusesFormatsThatDoNotFitTheStore) {
     EXPECT_FALSE(image.set_pixel(0, vec4(1, 2, 3, 4)));
 }
 
-TEST(ImageSetPixel, RefusesNullAnIndexOutsideAndMissingPixels) {
+TEST(ImageSetPixel, refuses_null_an_index_outside_and_missing_pixels) {
     Image image;
     image.create(2, 2, 2, PF_RGBA_F32, true);
     EXPECT_FALSE(image.set_pixel_v2(0, nullptr));
@@ -422,7 +424,7 @@ TEST(ImageSetPixel, RefusesNullAnIndexOutsideAndMissingPixels) {
     EXPECT_FALSE(image.set_pixel(0, vec4()));
 }
 
-TEST(ImageSetPixel, ChecksTheLinearIndexOnly) {
+TEST(ImageSetPixel, checks_the_linear_index_only) {
     Image image;
     image.create(2, 2, 1, PF_RGBA_F32, true);
     EXPECT_TRUE(image.set_pixel_2d(3, 0, vec4(1, 2, 3, 4)));
@@ -432,7 +434,7 @@ TEST(ImageSetPixel, ChecksTheLinearIndexOnly) {
     EXPECT_FALSE(image.set_pixel_2d(ULONG_MAX, 1, vec4()));
 }
 
-TEST(ImageSetPixel, ReachesTheSamePixelByAllItsForms) {
+TEST(ImageSetPixel, reaches_the_same_pixel_by_all_its_forms) {
     const vec4 color(1, 2, 3, 4);
     const float channels[4] = {1, 2, 3, 4};
     const struct {
@@ -461,7 +463,7 @@ TEST(ImageSetPixel, ReachesTheSamePixelByAllItsForms) {
     }
 }
 
-TEST(ImageSetPixel, StaysInsideABufferThatIsSmallerThanTheSizesSay) {
+TEST(ImageSetPixel, stays_inside_a_buffer_that_is_smaller_than_the_sizes_say) {
     Image image;
     image.create(2, 1, 1, PF_RGB_U8, true);
     image.pixel_format = PF_RGBA_U8;
@@ -471,7 +473,7 @@ TEST(ImageSetPixel, StaysInsideABufferThatIsSmallerThanTheSizesSay) {
     EXPECT_FALSE(image.set_pixel(99, vec4()));
 }
 
-TEST(ImageSetPixel, GivesZeroForWhatHasNoInteger) {
+TEST(ImageSetPixel, gives_zero_for_what_has_no_integer) {
     Image image;
     image.create(1, 1, 1, PF_RGB_U8, true);
     EXPECT_TRUE(image.set_pixel(0, vec4(__builtin_nanf(""), __builtin_inff(), 1e30f, 0)));
@@ -481,4 +483,4 @@ TEST(ImageSetPixel, GivesZeroForWhatHasNoInteger) {
 }
 
 } // namespace
-} // namespace orvex
+} // namespace orvex_test

@@ -11,6 +11,8 @@
 #include "tests/orvex/geometry/printers.h"
 #include "tests/support/log_capture.h"
 
+namespace orvex_test {
+
 using namespace orvex;
 using orvex_test::make_store;
 
@@ -302,7 +304,7 @@ TEST_P(MeshDataLayouts, copies_only_attributes_of_equal_width_from_another_forma
 }
 
 TEST_P(MeshDataLayouts, has_no_vertices_after_a_failed_allocation) {
-    test::LogCapture log;
+    LogCapture log;
     EXPECT_FALSE(store->alloc_vertex_data(too_many));
     EXPECT_EQ(store->get_num_vertices(), too_many);
     EXPECT_EQ(store->get_vertex_ptr(), nullptr);
@@ -322,7 +324,7 @@ TEST_P(MeshDataLayouts, reports_a_failed_allocation) {
         "<o> MeshData_64::alloc_vertex_data() - exception: std::bad_",
         "<o> MeshData_32::alloc_vertex_data() - exception: std::bad_",
         "<o> MeshData_PhysXCloth::alloc_vertex_data() - exception: std::bad_"};
-    test::LogCapture log;
+    LogCapture log;
     store->alloc_vertex_data(too_many);
     ASSERT_EQ(log.messages().size(), 1u);
     const std::string prefix = expected[GetParam().format];
@@ -330,7 +332,7 @@ TEST_P(MeshDataLayouts, reports_a_failed_allocation) {
 }
 
 TEST_P(MeshDataLayouts, fails_to_copy_when_memory_runs_out) {
-    test::LogCapture log;
+    LogCapture log;
     std::unique_ptr<MeshData> source = make_store(GetParam().format);
     source->num_vertices = too_many;
     EXPECT_FALSE(store->copy_vertex_data(source.get()));
@@ -498,7 +500,7 @@ TEST(MeshData, fails_without_memory_for_user_attributes) {
 }
 
 TEST(MeshData, reports_memory_that_runs_out_at_the_user_attributes) {
-    test::LogCapture log;
+    LogCapture log;
     MeshData store;
     EXPECT_FALSE(store.alloc_vertex_data_v2(7, too_many));
     ASSERT_EQ(log.messages().size(), 1u);
@@ -627,3 +629,5 @@ TEST(MeshData, frees_all_that_remains_when_destroyed) {
 }
 
 } // namespace
+
+} // namespace orvex_test

@@ -7,6 +7,8 @@
 #include "orvex/renderer/records/vertex_attrib_array.h"
 #include "tests/orvex/geometry/printers.h"
 
+namespace orvex_test {
+
 using namespace orvex;
 
 namespace {
@@ -154,3 +156,5 @@ TEST(VertexAttribArray, lowers_need_update_at_a_reset_only_in_the_widest_kind) {
 }
 
 } // namespace
+
+} // namespace orvex_test

@@ -5,7 +5,7 @@
 
 #include <zlib.h>
 
-namespace orvex::test {
+namespace orvex_test {
 
 RgbPicture four_colors() {
     return {2, 2, {255, 0, 0, 0, 255, 0, 0, 0, 255, 255, 255, 255}};
@@ -206,4 +206,4 @@ Bytes hdr(const RgbPicture& picture) {
     return file.bytes;
 }
 
-} // namespace orvex::test
+} // namespace orvex_test

@@ -7,7 +7,7 @@
 /// @file
 /// Small encoded pictures made by hand, one for each format that is read.
 
-namespace orvex::test {
+namespace orvex_test {
 
 using Bytes = std::vector<unsigned char>;
 
@@ -38,4 +38,4 @@ Bytes gif();
 Bytes hdr(const RgbPicture& picture);
 /// @}
 
-} // namespace orvex::test
+} // namespace orvex_test

@@ -19,7 +19,9 @@
 #include "orvex/renderer/renderer_types.h"
 #include "tests/support/temp_dir.h"
 
-namespace orvex::test {
+namespace orvex_test {
+
+using namespace orvex;
 namespace {
 
 Bytes bytes_of(const std::string& path) {
@@ -75,7 +77,7 @@ protected:
     Image image;
 };
 
-TEST_F(ImageCodecStbTest, TellsWhatItIs) {
+TEST_F(ImageCodecStbTest, tells_what_it_is) {
     EXPECT_EQ(codec.get_type(), PLUGIN_TYPE_IMAGE_CODEC);
     EXPECT_STREQ(codec.get_name(), "orvex_plugin_core_stb");
     EXPECT_STREQ(codec.get_description(), "STB image loader. Supported formats: *.JPEG, *.PNG, "
@@ -92,7 +94,7 @@ TEST_F(ImageCodecStbTest, TellsWhatItIs) {
               "BUILD_DATE: [" + std::string(date) + "] - BUILD_TIME: [" + time + "]");
 }
 
-TEST_F(ImageCodecStbTest, DecodesEveryFormat) {
+TEST_F(ImageCodecStbTest, decodes_every_format) {
     const RgbPicture four = four_colors(), runs = eight_by_three();
     const struct {
         const char* name;
@@ -121,7 +123,7 @@ TEST_F(ImageCodecStbTest, DecodesEveryFormat) {
     }
 }
 
-TEST_F(ImageCodecStbTest, DecodesJpeg) {
+TEST_F(ImageCodecStbTest, decodes_jpeg) {
     const RgbPicture picture = colored(40, 24);
     ASSERT_TRUE(load(jpeg(picture, 100)));
     EXPECT_EQ(image.width, 40u);
@@ -131,13 +133,13 @@ TEST_F(ImageCodecStbTest, DecodesJpeg) {
         EXPECT_NEAR(copy[i], picture.rgb[i], 5);
 }
 
-TEST_F(ImageCodecStbTest, DropsAlpha) {
+TEST_F(ImageCodecStbTest, drops_alpha) {
     ASSERT_TRUE(load(png(colored(10, 6), 4)));
     EXPECT_EQ(image.pixel_format, PF_RGB_U8);
     EXPECT_EQ(decoded(), colored(10, 6).rgb);
 }
 
-TEST_F(ImageCodecStbTest, RefusesNull) {
+TEST_F(ImageCodecStbTest, refuses_null) {
     Bytes file = png(four_colors(), 3);
     mark();
     EXPECT_FALSE(codec.load_image_from_memory(nullptr, file.data(), file.size(), false));
@@ -148,7 +150,7 @@ TEST_F(ImageCodecStbTest, RefusesNull) {
     expect_untouched();
 }
 
-TEST_F(ImageCodecStbTest, LeavesTheImageAloneWhenItCannotDecode) {
+TEST_F(ImageCodecStbTest, leaves_the_image_alone_when_it_cannot_decode) {
     const Bytes whole = png(colored(30, 20), 3);
     const Bytes files[] = {
         {0},
@@ -166,7 +168,7 @@ TEST_F(ImageCodecStbTest, LeavesTheImageAloneWhenItCannotDecode) {
         }
 }
 
-TEST_F(ImageCodecStbTest, RefusesMoreBytesThanTheDecoderCanCount) {
+TEST_F(ImageCodecStbTest, refuses_more_bytes_than_the_decoder_can_count) {
     Bytes file = png(four_colors(), 3);
     mark();
     EXPECT_FALSE(codec.load_image_from_memory(&image, file.data(), INT_MAX + 1ul, false));
@@ -174,7 +176,7 @@ TEST_F(ImageCodecStbTest, RefusesMoreBytesThanTheDecoderCanCount) {
     expect_untouched();
 }
 
-TEST_F(ImageCodecStbTest, SurvivesEveryTruncation) {
+TEST_F(ImageCodecStbTest, survives_every_truncation) {
     const Bytes files[] = {png(colored(9, 7), 4), bmp(colored(9, 7)),    tga(colored(9, 7)),
                            psd(colored(9, 7)),    pic(colored(9, 7)),    gif(),
                            hdr(four_colors()),    hdr(eight_by_three()), jpeg(colored(9, 7), 90)};
@@ -189,7 +191,7 @@ TEST_F(ImageCodecStbTest, SurvivesEveryTruncation) {
         }
 }
 
-TEST_F(ImageCodecStbTest, MirrorMakesALowPictureSquareWithBlackBelow) {
+TEST_F(ImageCodecStbTest, mirror_makes_a_low_picture_square_with_black_below) {
     const RgbPicture picture = colored(64, 32);
     ASSERT_TRUE(load(png(picture, 3), true));
     EXPECT_EQ(image.width, 64u);
@@ -204,7 +206,7 @@ TEST_F(ImageCodecStbTest, MirrorMakesALowPictureSquareWithBlackBelow) {
                           y < 32 ? picture.rgb[(y * 64 + 63 - x) * 3 + c] : 0);
 }
 
-TEST_F(ImageCodecStbTest, MirrorCutsAHighPictureToASquare) {
+TEST_F(ImageCodecStbTest, mirror_cuts_a_high_picture_to_a_square) {
     const RgbPicture picture = colored(20, 50);
     ASSERT_TRUE(load(png(picture, 3), true));
     EXPECT_EQ(image.width, 20u);
@@ -216,7 +218,7 @@ TEST_F(ImageCodecStbTest, MirrorCutsAHighPictureToASquare) {
                           picture.rgb[(y * 20 + 19 - x) * 3 + c]);
 }
 
-TEST_F(ImageCodecStbTest, GivesItsPixelsBackOnce) {
+TEST_F(ImageCodecStbTest, gives_its_pixels_back_once) {
     ASSERT_TRUE(load(png(four_colors(), 3)));
     EXPECT_TRUE(codec.free_image_resources(&image));
     EXPECT_EQ(image.pixmap_external, nullptr);
@@ -225,7 +227,7 @@ TEST_F(ImageCodecStbTest, GivesItsPixelsBackOnce) {
     EXPECT_FALSE(codec.free_image_resources(nullptr));
 }
 
-TEST_F(ImageCodecStbTest, KeepsOffPixelsOfOthers) {
+TEST_F(ImageCodecStbTest, keeps_off_pixels_of_others) {
     unsigned char foreign[12] = {};
     image.pixmap_external = foreign;
     EXPECT_FALSE(codec.free_image_resources(&image));
@@ -237,7 +239,7 @@ TEST_F(ImageCodecStbTest, KeepsOffPixelsOfOthers) {
     EXPECT_NE(image.pixmap_u8, nullptr);
 }
 
-TEST_F(ImageCodecStbTest, PixelsThatTwoImagesShareAreFreedOnce) {
+TEST_F(ImageCodecStbTest, pixels_that_two_images_share_are_freed_once) {
     ASSERT_TRUE(load(png(four_colors(), 3)));
     Image other = image;
     ASSERT_EQ(other.pixmap_external, image.pixmap_external);
@@ -245,7 +247,7 @@ TEST_F(ImageCodecStbTest, PixelsThatTwoImagesShareAreFreedOnce) {
     EXPECT_FALSE(codec.free_image_resources(&other));
 }
 
-TEST_F(ImageCodecStbTest, PixelsOutliveTheirCodec) {
+TEST_F(ImageCodecStbTest, pixels_outlive_their_codec) {
     auto first = std::make_unique<ImageCodecStb>();
     Bytes file = png(four_colors(), 3);
     ASSERT_TRUE(first->load_image_from_memory(&image, file.data(), file.size(), false));
@@ -255,14 +257,14 @@ TEST_F(ImageCodecStbTest, PixelsOutliveTheirCodec) {
     EXPECT_EQ(image.pixmap_external, nullptr);
 }
 
-TEST_F(ImageCodecStbTest, DropsOwnedPixelsThatAreTooFewForTheNewSize) {
+TEST_F(ImageCodecStbTest, drops_owned_pixels_that_are_too_few_for_the_new_size) {
     ASSERT_TRUE(image.create(2, 2, 1, PF_RGB_U8, true));
     ASSERT_TRUE(load(png(colored(30, 20), 3)));
     EXPECT_EQ(image.pixmap_u8, nullptr);
     EXPECT_EQ(image.get_u8_ptr(), image.pixmap_external);
 }
 
-TEST_F(ImageCodecStbTest, KeepsOwnedPixelsThatAreEnough) {
+TEST_F(ImageCodecStbTest, keeps_owned_pixels_that_are_enough) {
     ASSERT_TRUE(image.create(40, 40, 1, PF_RGB_U8, true));
     unsigned char* const own = image.pixmap_u8;
     ASSERT_TRUE(load(png(colored(30, 20), 3)));
@@ -287,7 +289,7 @@ public:
     bool answer = true;
 };
 
-TEST_F(ImageCodecStbTest, HandsOnAFileWithAZeroBehindIt) {
+TEST_F(ImageCodecStbTest, hands_on_a_file_with_a_zero_behind_it) {
     const TempDir directory;
     const std::string path = directory.write("some", "abc");
     ListeningCodec listening;
@@ -302,7 +304,7 @@ TEST_F(ImageCodecStbTest, HandsOnAFileWithAZeroBehindIt) {
     EXPECT_EQ(listening.heard, Bytes{0});
 }
 
-TEST_F(ImageCodecStbTest, DecodesAFile) {
+TEST_F(ImageCodecStbTest, decodes_a_file) {
     const TempDir directory;
     const Bytes file = png(four_colors(), 3);
     const std::string path = directory.write("four.png", {file.begin(), file.end()});
@@ -310,7 +312,7 @@ TEST_F(ImageCodecStbTest, DecodesAFile) {
     EXPECT_EQ(decoded(), four_colors().rgb);
 }
 
-TEST_F(ImageCodecStbTest, RefusesWhatIsNoFile) {
+TEST_F(ImageCodecStbTest, refuses_what_is_no_file) {
     const TempDir directory;
     mark();
     EXPECT_FALSE(codec.load_image_from_file(&image, directory.file("missing").c_str(), false));
@@ -324,7 +326,7 @@ TEST_F(ImageCodecStbTest, RefusesWhatIsNoFile) {
     expect_untouched();
 }
 
-TEST_F(ImageCodecStbTest, RefusesAFileOfTwoGibibytes) {
+TEST_F(ImageCodecStbTest, refuses_a_file_of_two_gibibytes) {
     const TempDir directory;
     const std::string path = directory.write("huge", "x");
     std::filesystem::resize_file(path, INT_MAX); // a hole: it takes no space
@@ -335,13 +337,13 @@ TEST_F(ImageCodecStbTest, RefusesAFileOfTwoGibibytes) {
 
 // ---------------------------------------------------------------------------------- memory
 
-TEST_F(ImageCodecStbTest, HoldsTwoGibibytesAtMostUnlessTheHostSaysOtherwise) {
+TEST_F(ImageCodecStbTest, holds_two_gibibytes_at_most_unless_the_host_says_otherwise) {
     EXPECT_EQ(ImageCodecStb::get_memory_limit(), 2ul << 30);
     ImageCodecStb::set_memory_limit(12345);
     EXPECT_EQ(ImageCodecStb::get_memory_limit(), 12345u);
 }
 
-TEST_F(ImageCodecStbTest, FailsWhereTheHostsLimitIsPassed) {
+TEST_F(ImageCodecStbTest, fails_where_the_hosts_limit_is_passed) {
     const RgbPicture picture = colored(100, 100);
     const Bytes files[] = {png(picture, 3), bmp(picture), tga(picture),
                            psd(picture),    pic(picture), jpeg(picture, 90)};
@@ -357,7 +359,7 @@ TEST_F(ImageCodecStbTest, FailsWhereTheHostsLimitIsPassed) {
     }
 }
 
-TEST_F(ImageCodecStbTest, CountsTheSquareThatAMirroredPictureBecomes) {
+TEST_F(ImageCodecStbTest, counts_the_square_that_a_mirrored_picture_becomes) {
     const Bytes wide = png(colored(2000, 2), 3); // 12 MB as a square
     mark();
     ImageCodecStb::set_memory_limit(4000000);
@@ -366,7 +368,7 @@ TEST_F(ImageCodecStbTest, CountsTheSquareThatAMirroredPictureBecomes) {
     EXPECT_TRUE(load(wide, false));
 }
 
-TEST_F(ImageCodecStbTest, FailsWhereAPictureTakesMoreThanItAnnounces) {
+TEST_F(ImageCodecStbTest, fails_where_a_picture_takes_more_than_it_announces) {
     // Four by four pixels, and 64 MB of rows behind them in a few kilobytes.
     const Bytes bomb = png_of(4, 4, 3, Bytes(64 << 20));
     ASSERT_LT(bomb.size(), 100000u);
@@ -376,7 +378,7 @@ TEST_F(ImageCodecStbTest, FailsWhereAPictureTakesMoreThanItAnnounces) {
     EXPECT_TRUE(load(png_of(4, 4, 3, Bytes(4 * 13 + 1000))));
 }
 
-TEST_F(ImageCodecStbTest, AFailedDecodeLeavesTheNextItsFullBudget) {
+TEST_F(ImageCodecStbTest, a_failed_decode_leaves_the_next_its_full_budget) {
     const Bytes good = png(colored(100, 100), 3);
     const Bytes bad(good.begin(), good.end() - 40);
     ImageCodecStb::set_memory_limit(300000);
@@ -385,7 +387,7 @@ TEST_F(ImageCodecStbTest, AFailedDecodeLeavesTheNextItsFullBudget) {
     EXPECT_TRUE(load(good));
 }
 
-TEST_F(ImageCodecStbTest, RefusesAnHdrPictureThatIsNotAllThere) {
+TEST_F(ImageCodecStbTest, refuses_an_hdr_picture_that_is_not_all_there) {
     const Bytes flat = hdr(four_colors()), runs = hdr(eight_by_three());
     EXPECT_FALSE(load(Bytes(flat.begin(), flat.end() - 1)));
     EXPECT_FALSE(load(Bytes(runs.begin(), runs.end() - 1)));
@@ -405,7 +407,7 @@ TEST_F(ImageCodecStbTest, RefusesAnHdrPictureThatIsNotAllThere) {
     }
 }
 
-TEST_F(ImageCodecStbTest, ReadsAnHdrPictureThatIsFlatInSpiteOfItsWidth) {
+TEST_F(ImageCodecStbTest, reads_an_hdr_picture_that_is_flat_in_spite_of_its_width) {
     std::string file = "#?RGBE\nFORMAT=32-bit_rle_rgbe\nSOFTWARE=any\n\n-Y 2 +X 10\n";
     for (int i = 0; i < 20; ++i)
         file += i % 3 ? "\x80\x80\x80\x81" : std::string("\x80\0\0\x81", 4);
@@ -415,7 +417,7 @@ TEST_F(ImageCodecStbTest, ReadsAnHdrPictureThatIsFlatInSpiteOfItsWidth) {
     EXPECT_EQ(image.pixmap_external[4], 255);
 }
 
-TEST_F(ImageCodecStbTest, RefusesAJpegOfAThousandScans) {
+TEST_F(ImageCodecStbTest, refuses_a_jpeg_of_a_thousand_scans) {
     const Bytes one = jpeg(colored(9, 7), 90);
     const auto scan = one.begin() + 593;
     const auto with_scans = [&](int scans) {
@@ -430,7 +432,7 @@ TEST_F(ImageCodecStbTest, RefusesAJpegOfAThousandScans) {
     EXPECT_FALSE(load(with_scans(1001)));
 }
 
-TEST_F(ImageCodecStbTest, RefusesAJpegTableOfMoreCodesThanSymbols) {
+TEST_F(ImageCodecStbTest, refuses_a_jpeg_table_of_more_codes_than_symbols) {
     Bytes file = jpeg(colored(9, 7), 90);
     const std::size_t counts = 178; // of the first table
     for (std::size_t i = 0; i < 16; ++i)
@@ -441,7 +443,7 @@ TEST_F(ImageCodecStbTest, RefusesAJpegTableOfMoreCodesThanSymbols) {
         EXPECT_FALSE(load(Bytes(file.begin(), file.begin() + static_cast<std::ptrdiff_t>(size))));
 }
 
-TEST_F(ImageCodecStbTest, ReadsAJpegWhoseCommentLooksLikeATable) {
+TEST_F(ImageCodecStbTest, reads_a_jpeg_whose_comment_looks_like_a_table) {
     Bytes file = jpeg(colored(9, 7), 90);
     Bytes comment(40, 255);
     comment[0] = 0xFF, comment[1] = 0xFE, comment[2] = 0, comment[3] = 38;
@@ -450,21 +452,21 @@ TEST_F(ImageCodecStbTest, ReadsAJpegWhoseCommentLooksLikeATable) {
     EXPECT_TRUE(load(file));
 }
 
-TEST_F(ImageCodecStbTest, RefusesADamagedPicFile) {
+TEST_F(ImageCodecStbTest, refuses_a_damaged_pic_file) {
     Bytes file = pic(four_colors());
     file[105] = 9; // bits per channel
     EXPECT_FALSE(load(file));
     EXPECT_FALSE(load(Bytes(file.begin(), file.begin() + 104)));
 }
 
-TEST_F(ImageCodecStbTest, FillsWhatATruncatedPictureLacksWithBlack) {
+TEST_F(ImageCodecStbTest, fills_what_a_truncated_picture_lacks_with_black) {
     const Bytes whole = bmp(colored(20, 20));
     ASSERT_TRUE(load(Bytes(whole.begin(), whole.end() - 600)));
     // Rows come from the bottom up: the last ten of the file are the first ten of the picture.
     EXPECT_EQ(Bytes(image.pixmap_external, image.pixmap_external + 600), Bytes(600, 0));
 }
 
-TEST_F(ImageCodecStbTest, DecodesOnSeveralThreadsAtOnce) {
+TEST_F(ImageCodecStbTest, decodes_on_several_threads_at_once) {
     const RgbPicture picture = colored(60, 40);
     const Bytes file = png(picture, 4);
     std::vector<std::thread> threads;
@@ -507,7 +509,7 @@ protected:
     TempDir directory;
 };
 
-TEST_F(ImageCodecStbSaveTest, WritesBytesInMemoryOrder) {
+TEST_F(ImageCodecStbSaveTest, writes_bytes_in_memory_order) {
     for (const PIXEL_FORMAT format : {PF_RGB_U8, PF_BGR_U8, PF_RGBA_U8, PF_BGRA_U8}) {
         SCOPED_TRACE(format);
         ASSERT_TRUE(image.create(19, 11, 1, format, true));
@@ -519,19 +521,19 @@ TEST_F(ImageCodecStbSaveTest, WritesBytesInMemoryOrder) {
     }
 }
 
-TEST_F(ImageCodecStbSaveTest, WritesTheDecodersPixelsIfTheImageHasNone) {
+TEST_F(ImageCodecStbSaveTest, writes_the_decoders_pixels_if_the_image_has_none) {
     const RgbPicture picture = colored(30, 20);
     ASSERT_TRUE(load(png(picture, 3)));
     EXPECT_EQ(saved(), written(picture.rgb, 30, 20, 3));
 }
 
-TEST_F(ImageCodecStbSaveTest, WritesTheOwnedPixelsBeforeTheDecoders) {
+TEST_F(ImageCodecStbSaveTest, writes_the_owned_pixels_before_the_decoders) {
     ASSERT_TRUE(image.create(30, 20, 1, PF_RGB_U8, true));
     ASSERT_TRUE(load(png(colored(30, 20), 3)));
     EXPECT_EQ(saved(), written(Bytes(30 * 20 * 3), 30, 20, 3));
 }
 
-TEST_F(ImageCodecStbSaveTest, WritesFloatsTruncatedAndUnclamped) {
+TEST_F(ImageCodecStbSaveTest, writes_floats_truncated_and_unclamped) {
     const float floats[] = {0.0f, 0.5f, 1.0f, 2.0f, -0.5f, 0.999f, 1e30f, 0.25f};
     for (const PIXEL_FORMAT format : {PF_RGB_F32, PF_RGBA_F32}) {
         SCOPED_TRACE(format);
@@ -551,7 +553,7 @@ TEST_F(ImageCodecStbSaveTest, WritesFloatsTruncatedAndUnclamped) {
     }
 }
 
-TEST_F(ImageCodecStbSaveTest, WritesJpegUnderAnyName) {
+TEST_F(ImageCodecStbSaveTest, writes_jpeg_under_any_name) {
     ASSERT_TRUE(image.create(8, 8, 1, PF_RGB_U8, true));
     const std::string path = directory.file("picture.png");
     EXPECT_TRUE(codec.save_image_to_file(&image, path.c_str()));
@@ -559,7 +561,7 @@ TEST_F(ImageCodecStbSaveTest, WritesJpegUnderAnyName) {
     EXPECT_EQ(Bytes(file.begin(), file.begin() + 4), (Bytes{0xFF, 0xD8, 0xFF, 0xE0}));
 }
 
-TEST_F(ImageCodecStbSaveTest, RefusesOtherFormats) {
+TEST_F(ImageCodecStbSaveTest, refuses_other_formats) {
     ASSERT_TRUE(image.create(8, 8, 1, PF_R_F32, true));
     for (const int format : {0, 7, 8, 9, 10, -1}) {
         image.pixel_format = static_cast<PIXEL_FORMAT>(format);
@@ -568,7 +570,7 @@ TEST_F(ImageCodecStbSaveTest, RefusesOtherFormats) {
     EXPECT_FALSE(std::filesystem::exists(directory.file("saved.jpg")));
 }
 
-TEST_F(ImageCodecStbSaveTest, RefusesNullAndMissingPixels) {
+TEST_F(ImageCodecStbSaveTest, refuses_null_and_missing_pixels) {
     EXPECT_FALSE(codec.save_image_to_file(nullptr, directory.file("a.jpg").c_str()));
     ASSERT_TRUE(image.create(8, 8, 1, PF_RGB_U8, true));
     EXPECT_FALSE(codec.save_image_to_file(&image, nullptr));
@@ -581,7 +583,7 @@ TEST_F(ImageCodecStbSaveTest, RefusesNullAndMissingPixels) {
     }
 }
 
-TEST_F(ImageCodecStbSaveTest, RefusesASizeWithoutItsPixels) {
+TEST_F(ImageCodecStbSaveTest, refuses_a_size_without_its_pixels) {
     for (const PIXEL_FORMAT format : {PF_RGB_U8, PF_RGBA_U8, PF_RGB_F32, PF_RGBA_F32}) {
         ASSERT_TRUE(image.create(8, 8, 1, format, true));
         image.width = 9;
@@ -594,4 +596,4 @@ TEST_F(ImageCodecStbSaveTest, RefusesASizeWithoutItsPixels) {
 }
 
 } // namespace
-} // namespace orvex::test
+} // namespace orvex_test

@@ -9,7 +9,9 @@
 /// A JPEG writer as plain as it can be: one pixel, one coefficient, one bit code after another. The
 /// engine's writer must give these bytes.
 
-namespace orvex::test {
+namespace orvex_test {
+
+using namespace orvex;
 
 class PlainJpeg {
 public:
@@ -217,4 +219,4 @@ private:
     }
 };
 
-} // namespace orvex::test
+} // namespace orvex_test

@@ -17,7 +17,9 @@
 #include "orvex/assets/images/codecs/private/jpeg_tables.h"
 #include "tests/support/temp_dir.h"
 
-namespace orvex::test {
+namespace orvex_test {
+
+using namespace orvex;
 namespace {
 
 using Bytes = std::vector<unsigned char>;
@@ -157,7 +159,7 @@ std::uint64_t fnv1a(const Bytes& bytes) {
     return hash;
 }
 
-TEST(JpegWriter, GivesTheBytesOfThePlainAlgorithm) {
+TEST(JpegWriter, gives_the_bytes_of_the_plain_algorithm) {
     std::mt19937 random(7);
     const int comps[] = {1, 3, 4};
     for (int i = 0; i < 600; ++i) {
@@ -182,7 +184,7 @@ TEST(JpegWriter, GivesTheBytesOfThePlainAlgorithm) {
     }
 }
 
-TEST(JpegWriter, GivesTheBytesOfThePlainAlgorithmForLargerPictures) {
+TEST(JpegWriter, gives_the_bytes_of_the_plain_algorithm_for_larger_pictures) {
     for (const int comp : {1, 3, 4})
         for (const int quality : {1, 25, 49, 50, 75, 90, 100}) {
             SCOPED_TRACE(testing::Message() << "comp " << comp << ", quality " << quality);
@@ -191,7 +193,7 @@ TEST(JpegWriter, GivesTheBytesOfThePlainAlgorithmForLargerPictures) {
         }
 }
 
-TEST(JpegWriter, GivesTheBytesRecordedOnceTheyHadBeenDecoded) {
+TEST(JpegWriter, gives_the_bytes_recorded_once_they_had_been_decoded) {
     const struct {
         int width, height, comp, quality;
         std::uint64_t hash;
@@ -211,7 +213,7 @@ TEST(JpegWriter, GivesTheBytesRecordedOnceTheyHadBeenDecoded) {
     }
 }
 
-TEST(JpegWriter, IsDecodedByOthersAsCloseToTheOriginalAsTheirOwn) {
+TEST(JpegWriter, is_decoded_by_others_as_close_to_the_original_as_their_own) {
     // Both writers round the same coefficients by the same tables; a tenth of a decibel is
     // left to their different arithmetic.
     for (const int comp : {3, 4, 1})
@@ -226,7 +228,7 @@ TEST(JpegWriter, IsDecodedByOthersAsCloseToTheOriginalAsTheirOwn) {
         }
 }
 
-TEST(JpegWriter, KeepsSlopesAtFiftyDecibels) {
+TEST(JpegWriter, keeps_slopes_at_fifty_decibels) {
     // Flat slopes lose little but the rounding of colours.
     const Pixels picture = smooth(320, 240);
     EXPECT_GT(likeness(picture, decoded(written(picture, 90))), 50.0);
@@ -234,7 +236,7 @@ TEST(JpegWriter, KeepsSlopesAtFiftyDecibels) {
     EXPECT_GT(likeness(edges, decoded(written(edges, 100))), 50.0);
 }
 
-TEST(JpegWriter, AGreyPictureDecodesToGrey) {
+TEST(JpegWriter, a_grey_picture_decodes_to_grey) {
     const Pixels copy = decoded(written(patterned(40, 30, 1), 90));
     for (std::size_t i = 0; i < copy.bytes.size(); i += 3) {
         EXPECT_EQ(copy.bytes[i], copy.bytes[i + 1]);
@@ -242,7 +244,7 @@ TEST(JpegWriter, AGreyPictureDecodesToGrey) {
     }
 }
 
-TEST(JpegWriter, SkipsTheFourthByte) {
+TEST(JpegWriter, skips_the_fourth_byte) {
     Pixels four = patterned(30, 20, 4), three{30, 20, 3, {}};
     for (std::size_t i = 0; i < four.bytes.size(); ++i)
         if (i % 4 != 3)
@@ -250,7 +252,7 @@ TEST(JpegWriter, SkipsTheFourthByte) {
     EXPECT_EQ(written(four, 90), written(three, 90));
 }
 
-TEST(JpegWriter, CodesTenByTenAsFourBlocksWhoseLastRowAndColumnRepeat) {
+TEST(JpegWriter, codes_ten_by_ten_as_four_blocks_whose_last_row_and_column_repeat) {
     const Pixels ten = patterned(10, 10, 3);
     Pixels sixteen{16, 16, 3, {}};
     for (int y = 0; y < 16; ++y)
@@ -268,7 +270,7 @@ TEST(JpegWriter, CodesTenByTenAsFourBlocksWhoseLastRowAndColumnRepeat) {
     EXPECT_EQ(small, large);
 }
 
-TEST(JpegWriter, Quality0Is90AndTheRestIsClamped) {
+TEST(JpegWriter, quality0_is90_and_the_rest_is_clamped) {
     const Pixels picture = patterned(40, 30, 3);
     EXPECT_EQ(written(picture, 0), written(picture, 90));
     EXPECT_EQ(written(picture, 150), written(picture, 100));
@@ -276,7 +278,7 @@ TEST(JpegWriter, Quality0Is90AndTheRestIsClamped) {
     EXPECT_NE(written(picture, 89), written(picture, 90));
 }
 
-TEST(JpegWriter, StartsWithItsHeadersAndEndsWithItsMarker) {
+TEST(JpegWriter, starts_with_its_headers_and_ends_with_its_marker) {
     const Bytes file = written(patterned(300, 20, 3), 50);
     const Bytes start = {0xFF, 0xD8, 0xFF, 0xE0, 0, 0x10, 0x4A, 0x46, 0x49, 0x46, 0,    1, 1,
                          0,    0,    1,    0,    1, 0,    0,    0xFF, 0xDB, 0,    0x84, 0};
@@ -292,7 +294,7 @@ TEST(JpegWriter, StartsWithItsHeadersAndEndsWithItsMarker) {
     EXPECT_EQ(Bytes(file.end() - 2, file.end()), (Bytes{0xFF, 0xD9}));
 }
 
-TEST(JpegWriter, RefusesWhatIsNoPicture) {
+TEST(JpegWriter, refuses_what_is_no_picture) {
     const TempDir directory;
     const std::string path = directory.file("picture.jpg");
     const Pixels picture = patterned(8, 8, 4);
@@ -306,7 +308,7 @@ TEST(JpegWriter, RefusesWhatIsNoPicture) {
     EXPECT_FALSE(std::filesystem::exists(path));
 }
 
-TEST(JpegWriter, WritesNoBlockForANegativeSize) {
+TEST(JpegWriter, writes_no_block_for_a_negative_size) {
     const Pixels picture = patterned(8, 8, 3);
     const TempDir directory;
     const std::string path = directory.file("picture.jpg");
@@ -316,7 +318,7 @@ TEST(JpegWriter, WritesNoBlockForANegativeSize) {
     EXPECT_EQ(file_bytes(path).size(), 607u + 2u);
 }
 
-TEST(JpegWriter, RefusesAFileItCannotOpen) {
+TEST(JpegWriter, refuses_a_file_it_cannot_open) {
     const TempDir directory;
     const Pixels picture = patterned(8, 8, 3);
     const void* data = picture.bytes.data();
@@ -325,12 +327,12 @@ TEST(JpegWriter, RefusesAFileItCannotOpen) {
     EXPECT_FALSE(jo_write_jpg("", data, 8, 8, 3, 90));
 }
 
-TEST(JpegWriter, DoesNotNoticeAFullDisk) {
+TEST(JpegWriter, does_not_notice_a_full_disk) {
     const Pixels picture = patterned(8, 8, 3);
     EXPECT_TRUE(jo_write_jpg("/dev/full", picture.bytes.data(), 8, 8, 3, 90));
 }
 
-TEST(JpegWriter, ReplacesALongerFile) {
+TEST(JpegWriter, replaces_a_longer_file) {
     const TempDir directory;
     const std::string path = directory.write("picture.jpg", std::string(100000, 'x'));
     const Pixels picture = patterned(8, 8, 3);
@@ -338,7 +340,7 @@ TEST(JpegWriter, ReplacesALongerFile) {
     EXPECT_EQ(file_bytes(path), plainly_written(picture, 90));
 }
 
-TEST(JpegWriter, WritesOnSeveralThreadsAtOnce) {
+TEST(JpegWriter, writes_on_several_threads_at_once) {
     const Pixels picture = patterned(150, 90, 3);
     Bytes files[4];
     std::vector<std::thread> threads;
@@ -350,7 +352,7 @@ TEST(JpegWriter, WritesOnSeveralThreadsAtOnce) {
         EXPECT_EQ(files[i], plainly_written(picture, 20 + i * 20));
 }
 
-TEST(JpegTables, ZigZagNumbersEachPlaceOnceAlongTheDiagonals) {
+TEST(JpegTables, zig_zag_numbers_each_place_once_along_the_diagonals) {
     int place = 0;
     for (int diagonal = 0; diagonal < 15; ++diagonal)
         for (int i = 0; i <= diagonal; ++i) {
@@ -370,7 +372,7 @@ void expect_table(const jpeg::HuffmanSpec<N>& spec, const JHUFF_TBL* standard) {
         EXPECT_EQ(spec.symbols[i], standard->huffval[i]);
 }
 
-TEST(JpegTables, AreThoseOfTheStandard) {
+TEST(JpegTables, are_those_of_the_standard) {
     jpeg_compress_struct info;
     jpeg_error_mgr errors;
     info.err = jpeg_std_error(&errors);
@@ -390,7 +392,7 @@ TEST(JpegTables, AreThoseOfTheStandard) {
     jpeg_destroy_compress(&info);
 }
 
-TEST(JpegTables, CodesAreNumberedByTheStandardsRule) {
+TEST(JpegTables, codes_are_numbered_by_the_standards_rule) {
     // The first and the last codes of Tables K.3 and K.5, and those every block may need.
     EXPECT_EQ(jpeg::YDC_HT[0].code, 0b00);
     EXPECT_EQ(jpeg::YDC_HT[0].length, 2);
@@ -410,4 +412,4 @@ TEST(JpegTables, CodesAreNumberedByTheStandardsRule) {
 }
 
 } // namespace
-} // namespace orvex::test
+} // namespace orvex_test

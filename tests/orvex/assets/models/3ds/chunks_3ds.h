@@ -14,7 +14,7 @@
 #include <string>
 #include <vector>
 
-namespace orvex::test {
+namespace orvex_test {
 
 inline std::string byte(unsigned value) {
     return {static_cast<char>(value & 0xFFu)};
@@ -278,4 +278,4 @@ inline std::string full_file() {
     return file_3ds(settings + views + materials + objects, nodes);
 }
 
-} // namespace orvex::test
+} // namespace orvex_test

@@ -14,10 +14,10 @@
 #include "orvex/platform/private/byte_window.h"
 #include "tests/support/temp_dir.h"
 
-namespace orvex {
-namespace {
+namespace orvex_test {
 
-using namespace test;
+using namespace orvex;
+namespace {
 
 bool can_read(const std::string& bytes) {
     ByteWindow window(reinterpret_cast<const unsigned char*>(bytes.data()), bytes.size());
@@ -466,4 +466,4 @@ TEST(Lib3dsOpen, refuses_null_and_what_is_no_file) {
 }
 
 } // namespace
-} // namespace orvex
+} // namespace orvex_test

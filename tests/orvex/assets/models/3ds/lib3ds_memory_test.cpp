@@ -8,10 +8,10 @@
 #include "tests/support/log_capture.h"
 #include "tests/support/temp_dir.h"
 
-namespace orvex {
-namespace {
+namespace orvex_test {
 
-using namespace test;
+using namespace orvex;
+namespace {
 
 /// A load with memory for so many arrays; from then on there is none.
 bool load(Loader3D_Lib3ds& loader, Model* model, unsigned long count) {
@@ -49,4 +49,4 @@ TEST(Lib3dsMemory, that_runs_out_anywhere_costs_the_meshes_or_the_load_and_nothi
 }
 
 } // namespace
-} // namespace orvex
+} // namespace orvex_test

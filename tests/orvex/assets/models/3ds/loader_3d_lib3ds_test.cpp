@@ -16,10 +16,10 @@
 #include "tests/orvex/math/exact.h"
 #include "tests/support/log_capture.h"
 
-namespace orvex {
-namespace {
+namespace orvex_test {
 
-using namespace test;
+using namespace orvex;
+namespace {
 
 class Loader3D_Lib3dsTest : public LoaderTest<Loader3D_Lib3ds> {
 protected:
@@ -644,4 +644,4 @@ TEST_F(Loader3D_Lib3dsTest, loads_models_of_others) {
 }
 
 } // namespace
-} // namespace orvex
+} // namespace orvex_test

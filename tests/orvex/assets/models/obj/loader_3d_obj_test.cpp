@@ -7,10 +7,10 @@
 #include "tests/orvex/assets/models/loader_fixture.h"
 #include "tests/orvex/math/exact.h"
 
-namespace orvex {
-namespace {
+namespace orvex_test {
 
-using namespace test;
+using namespace orvex;
+namespace {
 
 class Loader3D_OBJTest : public LoaderTest<Loader3D_OBJ> {
 protected:
@@ -23,11 +23,11 @@ protected:
 
 constexpr const char* TRIANGLE = "v 0 0 0\nv 2 0 0\nv 0 3 0\n";
 
-TEST_F(Loader3D_OBJTest, IsACorePlugin) {
+TEST_F(Loader3D_OBJTest, is_a_core_plugin) {
     expect_core_plugin("orvex_plugin_core_obj", "OBJ 3D loader (core plugin).");
 }
 
-TEST_F(Loader3D_OBJTest, RefusesWhatItCannotRead) {
+TEST_F(Loader3D_OBJTest, refuses_what_it_cannot_read) {
     EXPECT_FALSE(loader_.load_from_file(nullptr, "model.obj"));
     EXPECT_FALSE(load(TRIANGLE)) << "vertices only";
     EXPECT_FALSE(load(""));
@@ -41,7 +41,7 @@ TEST_F(Loader3D_OBJTest, RefusesWhatItCannotRead) {
     EXPECT_EQ(model_->get_num_materials(), 0u);
 }
 
-TEST_F(Loader3D_OBJTest, MakesAMeshPerGroupWithFaces) {
+TEST_F(Loader3D_OBJTest, makes_a_mesh_per_group_with_faces) {
     ASSERT_TRUE(load(std::string(TRIANGLE) +
                      "g empty\ng one\nf 1 2 3\ng two\nf 1 2 3 1\ng one\nf 3 2 1\n"));
     ASSERT_EQ(num_meshes(), 2u) << "the default group and the empty one have no faces";
@@ -53,7 +53,7 @@ TEST_F(Loader3D_OBJTest, MakesAMeshPerGroupWithFaces) {
     EXPECT_EQ(mesh_at(0)->get_parent(), model_);
 }
 
-TEST_F(Loader3D_OBJTest, FacesBeforeAnyGroupLandInTheDefaultGroup) {
+TEST_F(Loader3D_OBJTest, faces_before_any_group_land_in_the_default_group) {
     ASSERT_TRUE(load(std::string(TRIANGLE) + "f 1 2 3\n"));
     EXPECT_STREQ(mesh_at(0)->get_name(), "orvex_obj_default_group");
     ASSERT_EQ(model_->get_num_materials(), 1u);
@@ -68,7 +68,7 @@ TEST_F(Loader3D_OBJTest, FacesBeforeAnyGroupLandInTheDefaultGroup) {
     EXPECT_EQ(mesh_at(0)->get_mesh_data()->face_materials[0], material->getid());
 }
 
-TEST_F(Loader3D_OBJTest, CornersGetVerticesOfTheirOwn) {
+TEST_F(Loader3D_OBJTest, corners_get_vertices_of_their_own) {
     ASSERT_TRUE(load(std::string(TRIANGLE) + "vt 0.25 0.5\nvt 1 0\nvn 0 0 1\nvn 0 1 0\n"
                                              "f 1/1/1 2/2/1 3/1/2\n"));
     Mesh* m = mesh_at(0);
@@ -91,7 +91,7 @@ TEST_F(Loader3D_OBJTest, CornersGetVerticesOfTheirOwn) {
     EXPECT_EQ(face.z, 2.0f / 3.0f);
 }
 
-TEST_F(Loader3D_OBJTest, WithoutNormalsCornersGetTheNormalOfTheFace) {
+TEST_F(Loader3D_OBJTest, without_normals_corners_get_the_normal_of_the_face) {
     ASSERT_TRUE(load(std::string(TRIANGLE) + "f 1 2 3\nf 3 2 1\nf 1 1 1\n"));
     Mesh* m = mesh_at(0);
     for (unsigned long i = 0; i < 3; ++i) {
@@ -102,7 +102,7 @@ TEST_F(Loader3D_OBJTest, WithoutNormalsCornersGetTheNormalOfTheFace) {
     EXPECT_EQ(m->get_mesh_data()->face_normals[0].z, 1.0f);
 }
 
-TEST_F(Loader3D_OBJTest, IndicesThatNameNothingReadZeros) {
+TEST_F(Loader3D_OBJTest, indices_that_name_nothing_read_zeros) {
     ASSERT_TRUE(load("v 1 2 3\nvt 4 5\nvn 0 0 1\n"
                      "f 1/1/1 7/7/7 -1/-1/-1\nf 0/0/0 2147483647/1/1 -2147483648/1/1\n"));
     for (const unsigned long i : {1, 2, 3, 4, 5})
@@ -111,13 +111,13 @@ TEST_F(Loader3D_OBJTest, IndicesThatNameNothingReadZeros) {
     expect_vec4(mesh_at(0)->get_vertex_normal(2), 0, 0, 0, 0);
 }
 
-TEST_F(Loader3D_OBJTest, AFaceWithoutNormalsInAModelWithNormalsReadsTheZeroVector) {
+TEST_F(Loader3D_OBJTest, a_face_without_normals_in_a_model_with_normals_reads_the_zero_vector) {
     ASSERT_TRUE(load(std::string(TRIANGLE) + "vn 0 0 1\nf 1//1 2//1 3//1\nf 1 2 3\n"));
     expect_vec4(mesh_at(0)->get_vertex_normal(0), 0, 0, 1, 0);
     expect_vec4(mesh_at(0)->get_vertex_normal(3), 0, 0, 0, 0);
 }
 
-TEST_F(Loader3D_OBJTest, OnlyUsedMaterialsAreBuilt) {
+TEST_F(Loader3D_OBJTest, only_used_materials_are_built) {
     dir_.write("a.mtl", "newmtl used\nnewmtl unused\n");
     ASSERT_TRUE(load(std::string("mtllib a.mtl\n") + TRIANGLE + "usemtl used\nf 1 2 3\n"));
     EXPECT_EQ(model_->get_num_materials(), 1u);
@@ -125,7 +125,7 @@ TEST_F(Loader3D_OBJTest, OnlyUsedMaterialsAreBuilt) {
     EXPECT_EQ(MaterialMgr::get()->get_resource("unused"), nullptr);
 }
 
-TEST_F(Loader3D_OBJTest, MaterialsCarryColoursShininessOpacityAndTextureNames) {
+TEST_F(Loader3D_OBJTest, materials_carry_colours_shininess_opacity_and_texture_names) {
     dir_.write("a.mtl", "newmtl a\nKa .1 .2 .3\nKd .4 .5 .6\nillum 2\nKs .7 .8 .9\nNs 1000\n"
                         "Tr 0.25\nmap_Kd 1.png\nmap_Kd 2.png\nmap_Kd 3.png\nmap_Kd 4.png\n"
                         "map_Kd 5.png\nnewmtl b\nNs 0\n");
@@ -148,7 +148,7 @@ TEST_F(Loader3D_OBJTest, MaterialsCarryColoursShininessOpacityAndTextureNames) {
     EXPECT_EQ(mesh_at(0)->get_num_materials(), 2u);
 }
 
-TEST_F(Loader3D_OBJTest, TheFirstModelToLoadANameFixesItsValues) {
+TEST_F(Loader3D_OBJTest, the_first_model_to_load_a_name_fixes_its_values) {
     dir_.write("a.mtl", "newmtl paint\nKd 1 0 0\n");
     const std::string text = std::string("mtllib a.mtl\n") + TRIANGLE + "usemtl paint\nf 1 2 3\n";
     ASSERT_TRUE(load(text));
@@ -159,7 +159,7 @@ TEST_F(Loader3D_OBJTest, TheFirstModelToLoadANameFixesItsValues) {
     expect_vec4(first->get_diffuse(), 1, 0, 0, 1);
 }
 
-TEST_F(Loader3D_OBJTest, TheModelsAllocationSettingsReachEveryMesh) {
+TEST_F(Loader3D_OBJTest, the_models_allocation_settings_reach_every_mesh) {
     const std::string text = std::string(TRIANGLE) + "vt 0.5 1\nf 1/1 2/1 3/1\n";
     for (const bool separate : {true, false}) {
         for (const int alignment : {0, 16}) {
@@ -176,7 +176,7 @@ TEST_F(Loader3D_OBJTest, TheModelsAllocationSettingsReachEveryMesh) {
     }
 }
 
-TEST_F(Loader3D_OBJTest, IndicesAreWideFrom65536VerticesOn) {
+TEST_F(Loader3D_OBJTest, indices_are_wide_from_65536_vertices_on) {
     std::string text = TRIANGLE;
     for (int i = 0; i < 21845; ++i)
         text += "f 1 2 3\n";
@@ -192,4 +192,4 @@ TEST_F(Loader3D_OBJTest, IndicesAreWideFrom65536VerticesOn) {
 }
 
 } // namespace
-} // namespace orvex
+} // namespace orvex_test

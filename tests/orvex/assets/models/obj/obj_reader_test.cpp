@@ -8,7 +8,9 @@
 #include "obj_reference.h"
 #include "tests/support/temp_dir.h"
 
-namespace orvex {
+namespace orvex_test {
+
+using namespace orvex;
 namespace {
 
 class ObjReaderTest : public testing::Test {
@@ -32,7 +34,7 @@ protected:
             << text;
     }
 
-    test::TempDir dir_;
+    TempDir dir_;
     const std::string folder_ = dir_.path() + "/";
     std::unique_ptr<OBJ_Model> model_;
 };
@@ -49,13 +51,13 @@ std::vector<int> vertex_indices(const OBJ_Model& model, const OBJ_Group& group) 
     return indices;
 }
 
-TEST_F(ObjReaderTest, VerticesAloneAreNoModel) {
+TEST_F(ObjReaderTest, vertices_alone_are_no_model) {
     EXPECT_EQ(read(THREE_VERTICES), nullptr);
     EXPECT_EQ(read(""), nullptr);
     EXPECT_EQ(read("f 1 2 3\n"), nullptr) << "nor are faces alone";
 }
 
-TEST_F(ObjReaderTest, FacesBeforeAnyGroupBelongToTheDefaults) {
+TEST_F(ObjReaderTest, faces_before_any_group_belong_to_the_defaults) {
     const auto model = read(std::string(THREE_VERTICES) + "f 1 2 3\n");
     ASSERT_EQ(model->groups.size(), 1u);
     EXPECT_STREQ(model->groups[0].name.c_str(), "orvex_obj_default_group");
@@ -70,7 +72,7 @@ TEST_F(ObjReaderTest, FacesBeforeAnyGroupBelongToTheDefaults) {
     EXPECT_EQ(material.face_count, 1);
 }
 
-TEST_F(ObjReaderTest, APolygonBecomesAFan) {
+TEST_F(ObjReaderTest, a_polygon_becomes_a_fan) {
     const auto model = read(std::string(THREE_VERTICES) + "f 1 2 3 1\nf 1 2 3 2 1\n");
     EXPECT_EQ(vertex_indices(*model, model->groups[0]),
               (std::vector<int>{1, 2, 3, 1, 3, 1, 1, 2, 3, 1, 3, 2, 1, 2, 1}));
@@ -84,7 +86,7 @@ struct FormRow {
     OBJ_Corner corners[3];
 };
 
-TEST_F(ObjReaderTest, EveryFormOfAFaceIsReadByItsFirstCorner) {
+TEST_F(ObjReaderTest, every_form_of_a_face_is_read_by_its_first_corner) {
     const FormRow rows[] = {
         {"vertices", "f 1 2 3\n", {{1, 0, 0}, {2, 0, 0}, {3, 0, 0}}},
         {"with texture coordinates", "f 1/4 2/5 3/6\n", {{1, 4, 0}, {2, 5, 0}, {3, 6, 0}}},
@@ -108,7 +110,7 @@ TEST_F(ObjReaderTest, EveryFormOfAFaceIsReadByItsFirstCorner) {
     }
 }
 
-TEST_F(ObjReaderTest, AGroupNamedAgainGoesOn) {
+TEST_F(ObjReaderTest, a_group_named_again_goes_on) {
     const auto model =
         read(std::string(THREE_VERTICES) + "g a\nf 1 2 3\ng b\nf 2 3 1\ng a\nf 3 1 2\n");
     ASSERT_EQ(model->groups.size(), 3u);
@@ -117,7 +119,7 @@ TEST_F(ObjReaderTest, AGroupNamedAgainGoesOn) {
     EXPECT_EQ(model->groups[0].num_filled, 0u);
 }
 
-TEST_F(ObjReaderTest, AGroupNameKeepsItsBlanksAndAMaterialNameIsOneWord) {
+TEST_F(ObjReaderTest, a_group_name_keeps_its_blanks_and_a_material_name_is_one_word) {
     const auto model = read(std::string(THREE_VERTICES) +
                             "g   left arm\r\nusemtl left arm\nf 1 2 3\nusemtl hand\nf 1 2 3\n"
                             "g\nusemtl\n");
@@ -128,7 +130,7 @@ TEST_F(ObjReaderTest, AGroupNameKeepsItsBlanksAndAMaterialNameIsOneWord) {
     EXPECT_STREQ(model->materials[2].name.c_str(), "hand");
 }
 
-TEST_F(ObjReaderTest, NamesAreCutTo127Characters) {
+TEST_F(ObjReaderTest, names_are_cut_to_127_characters) {
     const std::string name(200, 'n');
     const auto model = read(std::string(THREE_VERTICES) + "g " + name + "\nf 1 2 3\ng " +
                             name.substr(0, 127) + "x\nf 3 2 1\n");
@@ -137,7 +139,7 @@ TEST_F(ObjReaderTest, NamesAreCutTo127Characters) {
     EXPECT_EQ(model->groups[1].num_filled, 2u);
 }
 
-TEST_F(ObjReaderTest, ATokenOfAnyLengthIsReadInPieces) {
+TEST_F(ObjReaderTest, a_token_of_any_length_is_read_in_pieces) {
     expect_same(std::string(THREE_VERTICES) + std::string(5000, 'f') + " 1 2 3\n");
     expect_same(std::string(THREE_VERTICES) + "g " + std::string(5000, 'v') + "\nf 1 2 3\n");
     expect_same(std::string(THREE_VERTICES) + "# " + std::string(1000, ' ') + "f 1 2 3\nf 3 2 1\n");
@@ -145,7 +147,7 @@ TEST_F(ObjReaderTest, ATokenOfAnyLengthIsReadInPieces) {
     expect_same("v " + std::string(5000, '1') + " " + std::string(400, '0') + ".5e-300 3\nf 1 1 1");
 }
 
-TEST_F(ObjReaderTest, TheSecondPassKeepsWithinWhatTheFirstOneCounted) {
+TEST_F(ObjReaderTest, the_second_pass_keeps_within_what_the_first_one_counted) {
     const char* rows[] = {
         "v 1 2 3 v 4 5 6\nv 7 8 9\nf 1 2 3\n",
         "v 0 0 0 f 1 2 3\nf 1 1 1\n",
@@ -166,13 +168,13 @@ TEST_F(ObjReaderTest, TheSecondPassKeepsWithinWhatTheFirstOneCounted) {
         expect_same(row);
 }
 
-TEST_F(ObjReaderTest, ZeroBytesAreReadAsTheCLibraryReadsThem) {
+TEST_F(ObjReaderTest, zero_bytes_are_read_as_the_c_library_reads_them) {
     using namespace std::string_literals;
     expect_same("v 1 2 3\nf 1\0002 2 3\ng a\0b\nf 1 1 1\nv\0x 4 5 6\n"s);
     expect_same("v 1 2 3\n\0\0 f 1 1 1\nf 1/\0/1 1 1\nusemtl a\0b c\nf 1 1 1\n"s);
 }
 
-TEST_F(ObjReaderTest, TheHostsLocaleDoesNotMoveTheDecimalPoint) {
+TEST_F(ObjReaderTest, the_hosts_locale_does_not_move_the_decimal_point) {
     // Not every machine has a locale with a comma; where none is, the C locale proves nothing
     // wrong.
     const std::string former = std::setlocale(LC_NUMERIC, nullptr);
@@ -186,21 +188,21 @@ TEST_F(ObjReaderTest, TheHostsLocaleDoesNotMoveTheDecimalPoint) {
 
 // --- Material libraries ----------------------------------------------------------------------
 
-TEST_F(ObjReaderTest, AMissingLibraryCostsOnlyTheColours) {
+TEST_F(ObjReaderTest, a_missing_library_costs_only_the_colours) {
     const auto model = read("mtllib missing.mtl\nv 0 0 0\nf 1 1 1\n");
     ASSERT_NE(model, nullptr);
     EXPECT_EQ(model->materials.size(), 1u);
     EXPECT_NE(read("mtllib .\nv 0 0 0\nf 1 1 1\n"), nullptr) << "a directory";
 }
 
-TEST_F(ObjReaderTest, ALibraryNameIsTheSecondWordWhereThereAreTwo) {
+TEST_F(ObjReaderTest, a_library_name_is_the_second_word_where_there_are_two) {
     write("b.mtl", "newmtl from_b\n");
     const auto model = read("mtllib a.mtl b.mtl\nv 0 0 0\nf 1 1 1\n");
     ASSERT_EQ(model->materials.size(), 2u);
     EXPECT_STREQ(model->materials[1].name.c_str(), "from_b");
 }
 
-TEST_F(ObjReaderTest, AMaterialOfALibraryHasItsOwnDefaults) {
+TEST_F(ObjReaderTest, a_material_of_a_library_has_its_own_defaults) {
     const OBJ_Material* material = read_material("newmtl my paint\r\n", "my paint");
     ASSERT_NE(material, nullptr);
     EXPECT_EQ(material->ambient, (std::array<float, 4>{0.4f, 0.4f, 0.4f, 1.0f}));
@@ -211,7 +213,7 @@ TEST_F(ObjReaderTest, AMaterialOfALibraryHasItsOwnDefaults) {
     EXPECT_EQ(material->face_count, 0);
 }
 
-TEST_F(ObjReaderTest, ALibraryFillsColoursAndNumbers) {
+TEST_F(ObjReaderTest, a_library_fills_colours_and_numbers) {
     const OBJ_Material* material =
         read_material("newmtl a\n\tKa 0.1 0.2 0.3\nKd 0.4 0.5 0.6\nillum 2\nKs 0.7 0.8 0.9\n"
                       "Ns 250\nd 0.75\n",
@@ -223,7 +225,7 @@ TEST_F(ObjReaderTest, ALibraryFillsColoursAndNumbers) {
     EXPECT_EQ(material->opacity, 0.75f);
 }
 
-TEST_F(ObjReaderTest, SpecularCountsOnlyBehindIllum2) {
+TEST_F(ObjReaderTest, specular_counts_only_behind_illum2) {
     const std::array<float, 4> kept = {0.2f, 0.2f, 0.2f, 1.0f};
     EXPECT_EQ(read_material("newmtl a\nKs 1 1 1\nillum 2\n", "a")->specular, kept);
     EXPECT_EQ(read_material("newmtl a\nillum 1\nKs 1 1 1\n", "a")->specular, kept);
@@ -231,12 +233,12 @@ TEST_F(ObjReaderTest, SpecularCountsOnlyBehindIllum2) {
     EXPECT_EQ(read_material("newmtl b\nillum 2\nnewmtl a\nKs 1 1 1\n", "a")->specular, kept);
 }
 
-TEST_F(ObjReaderTest, TrIsTakenAsD) {
+TEST_F(ObjReaderTest, tr_is_taken_as_d) {
     EXPECT_EQ(read_material("newmtl a\nTr 0.25\n", "a")->opacity, 0.25f);
     EXPECT_EQ(read_material("newmtl a\nmap_d x.tga\n", "a")->opacity, 1.0f) << "a failed scan";
 }
 
-TEST_F(ObjReaderTest, KeywordsAreFoundAnywhereAndTheFirstInOrderTakesTheLine) {
+TEST_F(ObjReaderTest, keywords_are_found_anywhere_and_the_first_in_order_takes_the_line) {
     EXPECT_EQ(read_material("newmtl a\nKa 0.5 0.5 0.5\nmap_Ka x\n", "a")->ambient[0], 0.5f);
     EXPECT_EQ(read_material("newmtl a\nfoo_Kd 0.5 0.25 0.125\n", "a")->diffuse,
               (std::array<float, 4>{0.5f, 0.25f, 0.125f, 1.0f}));
@@ -244,7 +246,7 @@ TEST_F(ObjReaderTest, KeywordsAreFoundAnywhereAndTheFirstInOrderTakesTheLine) {
     EXPECT_EQ(model_->materials.size(), 2u) << "the comment names nothing";
 }
 
-TEST_F(ObjReaderTest, FourDiffuseMapsAreKeptInOrder) {
+TEST_F(ObjReaderTest, four_diffuse_maps_are_kept_in_order) {
     const OBJ_Material* material = read_material(
         "newmtl a\nmap_Kd one.png\nmap_Kd two two.png\nmap_Kd 3\nmap_Kd 4\nmap_Kd 5\n", "a");
     EXPECT_STREQ(material->texture_filenames[0].data(), "one.png");
@@ -253,11 +255,11 @@ TEST_F(ObjReaderTest, FourDiffuseMapsAreKeptInOrder) {
     EXPECT_STREQ(material->texture_filenames[3].data(), "4");
 }
 
-TEST_F(ObjReaderTest, AMapOnALastLineWithoutItsEndHasNoName) {
+TEST_F(ObjReaderTest, a_map_on_a_last_line_without_its_end_has_no_name) {
     EXPECT_STREQ(read_material("newmtl a\nmap_Kd one.png", "a")->texture_filenames[0].data(), "");
 }
 
-TEST_F(ObjReaderTest, LinesOfALibraryAreReadIn255Characters) {
+TEST_F(ObjReaderTest, lines_of_a_library_are_read_in_255_characters) {
     const std::string name(300, 'n');
     const OBJ_Material* material = read_material("newmtl a\nmap_Kd " + name + "\n", "a");
     EXPECT_EQ(std::string(material->texture_filenames[0].data()), name.substr(0, 248));
@@ -266,7 +268,7 @@ TEST_F(ObjReaderTest, LinesOfALibraryAreReadIn255Characters) {
     expect_same("mtllib a.mtl\nv 0 0 0\nf 1 1 1\n");
 }
 
-TEST_F(ObjReaderTest, AFirstMentionByUsemtlKeepsItsPlaceInTheList) {
+TEST_F(ObjReaderTest, a_first_mention_by_usemtl_keeps_its_place_in_the_list) {
     write("a.mtl", "newmtl a\nKd 1 1 1\n");
     const auto model = read("usemtl a\nv 0 0 0\nf 1 1 1\nmtllib a.mtl\n");
     ASSERT_EQ(model->materials.size(), 2u);
@@ -289,7 +291,7 @@ std::string random_text(std::mt19937& random, const std::vector<const char*>& wo
     return text;
 }
 
-TEST_F(ObjReaderTest, AgreesWithThePlainReaderOnDisorder) {
+TEST_F(ObjReaderTest, agrees_with_the_plain_reader_on_disorder) {
     const std::vector<const char*> words = {"v",
                                             "vt",
                                             "vn",
@@ -343,7 +345,7 @@ TEST_F(ObjReaderTest, AgreesWithThePlainReaderOnDisorder) {
         expect_same(random_text(random, words));
 }
 
-TEST_F(ObjReaderTest, AgreesWithThePlainReaderOnDisorderedLibraries) {
+TEST_F(ObjReaderTest, agrees_with_the_plain_reader_on_disordered_libraries) {
     const std::vector<const char*> words = {"newmtl",
                                             "newmtl a",
                                             "newmtl b",
@@ -379,7 +381,7 @@ TEST_F(ObjReaderTest, AgreesWithThePlainReaderOnDisorderedLibraries) {
     }
 }
 
-TEST_F(ObjReaderTest, FilesThatAreNoFilesAreRefused) {
+TEST_F(ObjReaderTest, files_that_are_no_files_are_refused) {
     EXPECT_EQ(read_obj_file((folder_ + "missing.obj").c_str(), ""), nullptr);
     EXPECT_EQ(read_obj_file(folder_.c_str(), ""), nullptr) << "a directory";
     EXPECT_EQ(read_obj_file("/dev/zero", ""), nullptr) << "an endless device";
@@ -387,4 +389,4 @@ TEST_F(ObjReaderTest, FilesThatAreNoFilesAreRefused) {
 }
 
 } // namespace
-} // namespace orvex
+} // namespace orvex_test

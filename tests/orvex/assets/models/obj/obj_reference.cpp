@@ -9,7 +9,9 @@
 
 #include "orvex/assets/models/obj/private/obj_reader.h"
 
-namespace orvex {
+namespace orvex_test {
+
+using namespace orvex;
 
 namespace {
 
@@ -489,4 +491,4 @@ std::string describe_obj_by_engine(const std::string& text, const std::string& m
     return description.text();
 }
 
-} // namespace orvex
+} // namespace orvex_test

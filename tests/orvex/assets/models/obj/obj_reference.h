@@ -2,7 +2,7 @@
 
 #include <string>
 
-namespace orvex {
+namespace orvex_test {
 
 /// What an OBJ file holds, written down line by line: counts, entries, groups with their triangles,
 /// materials with their values. Two readers that agree on a file give the same text.
@@ -14,4 +14,4 @@ std::string describe_obj_by_c_streams(const std::string& text, const std::string
 /// The same of the engine's reader.
 std::string describe_obj_by_engine(const std::string& text, const std::string& model_dir);
 
-} // namespace orvex
+} // namespace orvex_test

@@ -8,7 +8,9 @@
 
 #include <gtest/gtest.h>
 
-namespace orvex {
+namespace orvex_test {
+
+using namespace orvex;
 namespace {
 
 /// The same text as a stream of the C library.
@@ -61,7 +63,7 @@ void expect_same_ints(const std::string& text) {
     }
 }
 
-TEST(TextStreamTest, WordsEndAtWhiteSpaceOr511Characters) {
+TEST(TextStreamTest, words_end_at_white_space_or511_characters) {
     const std::string text = " \t\n\v\f\rone " + std::string(600, 'x') + "\n";
     TextStream stream(text.c_str(), text.size());
     EXPECT_EQ(stream.read_word(), "one");
@@ -71,7 +73,7 @@ TEST(TextStreamTest, WordsEndAtWhiteSpaceOr511Characters) {
     EXPECT_EQ(stream.tell(), text.size());
 }
 
-TEST(TextStreamTest, LinesEndBehindTheirLineFeedOrAtTheLimit) {
+TEST(TextStreamTest, lines_end_behind_their_line_feed_or_at_the_limit) {
     TextStream stream("ab\ncdef", 7);
     EXPECT_EQ(stream.read_line(10), "ab\n");
     EXPECT_EQ(stream.read_line(3), "cde");
@@ -79,14 +81,14 @@ TEST(TextStreamTest, LinesEndBehindTheirLineFeedOrAtTheLimit) {
     EXPECT_EQ(stream.read_line(3), "");
 }
 
-TEST(TextStreamTest, ALiteralIsTakenOnlyIfItIsNext) {
+TEST(TextStreamTest, a_literal_is_taken_only_if_it_is_next) {
     TextStream stream("/ /", 3);
     EXPECT_TRUE(stream.match('/'));
     EXPECT_FALSE(stream.match('/'));
     EXPECT_EQ(stream.tell(), 1u);
 }
 
-TEST(TextStreamTest, ReadsFloatsAsTheCLibraryDoes) {
+TEST(TextStreamTest, reads_floats_as_the_c_library_does) {
     const char* rows[] = {"1 2.5 -3.25 +4",
                           "1e3 1E-3 1e+3",
                           ".5 5. -.5",
@@ -120,7 +122,7 @@ TEST(TextStreamTest, ReadsFloatsAsTheCLibraryDoes) {
         expect_same_floats(row);
 }
 
-TEST(TextStreamTest, ReadsIntsAsTheCLibraryDoes) {
+TEST(TextStreamTest, reads_ints_as_the_c_library_does) {
     const char* rows[] = {"1 -2 +3",
                           "007",
                           "2147483648 -2147483649 4294967297",
@@ -138,7 +140,7 @@ TEST(TextStreamTest, ReadsIntsAsTheCLibraryDoes) {
         expect_same_ints(row);
 }
 
-TEST(TextStreamTest, EveryFloatSurvivesEveryNumberOfDigits) {
+TEST(TextStreamTest, every_float_survives_every_number_of_digits) {
     std::mt19937 random(3);
     std::string text;
     for (int i = 0; i < 20000; ++i) {
@@ -151,7 +153,7 @@ TEST(TextStreamTest, EveryFloatSurvivesEveryNumberOfDigits) {
     expect_same_floats(text);
 }
 
-TEST(TextStreamTest, DecimalsNearHalfWayAreRoundedOnce) {
+TEST(TextStreamTest, decimals_near_half_way_are_rounded_once) {
     // The point between two floats, and the nearest decimals on both sides of it.
     std::mt19937 random(5);
     for (int i = 0; i < 2000; ++i) {
@@ -166,7 +168,7 @@ TEST(TextStreamTest, DecimalsNearHalfWayAreRoundedOnce) {
     }
 }
 
-TEST(TextStreamTest, RandomCharactersOfNumbersAreReadAlike) {
+TEST(TextStreamTest, random_characters_of_numbers_are_read_alike) {
     const std::string characters = "0123456789.eE+-xXnaifp \n";
     std::mt19937 random(9);
     for (int i = 0; i < 20000; ++i) {
@@ -181,4 +183,4 @@ TEST(TextStreamTest, RandomCharactersOfNumbersAreReadAlike) {
 }
 
 } // namespace
-} // namespace orvex
+} // namespace orvex_test

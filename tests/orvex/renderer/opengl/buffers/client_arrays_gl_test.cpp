@@ -1,7 +1,8 @@
 #include "vertex_buffers_fixture.h"
 
+namespace orvex_test {
+
 using namespace orvex;
-using namespace orvex_test;
 
 namespace {
 
@@ -366,3 +367,5 @@ TEST_F(ClientArraysPath, leaves_texture_coordinates_out_without_client_units) {
 }
 
 } // namespace
+
+} // namespace orvex_test

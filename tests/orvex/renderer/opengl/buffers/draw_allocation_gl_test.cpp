@@ -10,6 +10,8 @@
 #include "tests/support/gl_context.h"
 #include "tests/support/heap.h"
 
+namespace orvex_test {
+
 using namespace orvex;
 
 namespace {
@@ -151,3 +153,5 @@ TEST(ClientArrayAllocations, are_none) {
 }
 
 } // namespace
+
+} // namespace orvex_test

@@ -3,10 +3,11 @@
 #include "orvex/gpu/gpu_program.h"
 #include "orvex/renderer/records/uniform_buffer_data.h"
 
-namespace {
+namespace orvex_test {
 
 using namespace orvex;
-using namespace orvex_test;
+
+namespace {
 
 std::string id(unsigned int number) {
     return std::to_string(number);
@@ -497,3 +498,5 @@ TEST_P(UniformBuffer, serves_a_program_from_the_front_end) {
 }
 
 } // namespace
+
+} // namespace orvex_test

@@ -15,8 +15,9 @@
 #include "tests/support/gl_context.h"
 #include "tests/support/pixel.h"
 
+namespace orvex_test {
+
 using namespace orvex;
-using namespace orvex_test;
 
 namespace {
 
@@ -322,3 +323,5 @@ TEST_F(PointsOfTheFixedPipeline, show_polylines_in_three_modes) {
 }
 
 } // namespace
+
+} // namespace orvex_test

@@ -6,8 +6,9 @@
 #include "orvex/geometry/lines/polyline.h"
 #include "vertex_buffers_fixture.h"
 
+namespace orvex_test {
+
 using namespace orvex;
-using namespace orvex_test;
 
 namespace {
 
@@ -422,3 +423,5 @@ TEST_F(PolylinesOfClientArrays, are_prepared_by_the_form_with_a_name_of_its_own)
 }
 
 } // namespace
+
+} // namespace orvex_test

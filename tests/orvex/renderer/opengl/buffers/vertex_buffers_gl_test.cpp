@@ -2,8 +2,9 @@
 
 #include "vertex_buffers_fixture.h"
 
+namespace orvex_test {
+
 using namespace orvex;
-using namespace orvex_test;
 
 namespace {
 
@@ -847,3 +848,5 @@ TEST_P(VertexBuffers, prepares_separate_arrays_through_their_own_operation) {
 }
 
 } // namespace
+
+} // namespace orvex_test

@@ -1,8 +1,9 @@
 #include "tests/support/pixel.h"
 #include "vertex_buffers_fixture.h"
 
+namespace orvex_test {
+
 using namespace orvex;
-using namespace orvex_test;
 
 namespace {
 
@@ -331,3 +332,5 @@ TEST_F(ClientArrayPictures, survive_records_without_colours_after_a_kill) {
 }
 
 } // namespace
+
+} // namespace orvex_test

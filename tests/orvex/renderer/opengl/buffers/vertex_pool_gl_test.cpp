@@ -5,8 +5,9 @@
 #include "orvex/renderer/records/vertex_pool_data.h"
 #include "vertex_buffers_fixture.h"
 
+namespace orvex_test {
+
 using namespace orvex;
-using namespace orvex_test;
 
 namespace {
 
@@ -472,3 +473,5 @@ TEST_F(VertexPoolsOfClientArrays, do_nothing_without_the_entry_points) {
 }
 
 } // namespace
+
+} // namespace orvex_test

@@ -7,14 +7,15 @@
 #include "orvex/renderer/opengl/gl/private/gl_support.h"
 #include "tests/support/log_capture.h"
 
+namespace orvex_test {
+
 using namespace orvex;
-using namespace orvex_test;
 
 namespace {
 
 TEST(GlDebugWithoutKhrDebug, changes_nothing) {
     const DebugEnvironment environment("1");
-    const test::LogCapture log;
+    const LogCapture log;
     GlRecorder recorder;
     RendererOpenGL renderer;
     ASSERT_TRUE(make_window(renderer, false));
@@ -36,3 +37,5 @@ TEST(GlDebugWithoutKhrDebug, changes_nothing) {
 }
 
 } // namespace
+
+} // namespace orvex_test

@@ -20,8 +20,9 @@
 #include "orvex/renderer/render_target.h"
 #include "tests/orvex/renderer/opengl/buffers/vertex_buffers_fixture.h"
 
+namespace orvex_test {
+
 using namespace orvex;
-using namespace orvex_test;
 
 namespace {
 
@@ -256,3 +257,5 @@ TEST(GlLabelsOfClientArrays, name_the_buffers_of_meshes) {
 }
 
 } // namespace
+
+} // namespace orvex_test

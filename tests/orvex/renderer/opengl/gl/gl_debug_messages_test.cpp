@@ -8,8 +8,9 @@
 #include "tests/support/gl_context.h"
 #include "tests/support/log_capture.h"
 
+namespace orvex_test {
+
 using namespace orvex;
-using namespace orvex_test;
 
 namespace {
 
@@ -57,7 +58,7 @@ const MessageRow message_rows[] = {
 };
 
 TEST(GlDebug, writes_each_message_on_a_line_of_its_level) {
-    const test::LogCapture log;
+    const LogCapture log;
     std::vector<std::string> expected;
     for (const MessageRow& row : message_rows) {
         const auto length = static_cast<GLsizei>(std::char_traits<char>::length(row.text));
@@ -69,7 +70,7 @@ TEST(GlDebug, writes_each_message_on_a_line_of_its_level) {
 }
 
 TEST(GlDebug, reads_no_further_than_a_message_goes_and_nothing_of_null) {
-    const test::LogCapture log;
+    const LogCapture log;
     log_gl_message(GL_DEBUG_SOURCE_API, GL_DEBUG_TYPE_ERROR, 1, GL_DEBUG_SEVERITY_HIGH, 2, "noise",
                    nullptr);
     log_gl_message(GL_DEBUG_SOURCE_API, GL_DEBUG_TYPE_ERROR, 1, GL_DEBUG_SEVERITY_HIGH, 2, nullptr,
@@ -88,7 +89,7 @@ void draw_wrongly_while_logging(const char*, void*) {
 
 // The log is held while its callback runs: a message from in there could only wait for ever.
 TEST(GlDebug, drops_a_message_that_the_writing_of_another_causes) {
-    const test::LogCapture log;
+    const LogCapture log;
     LogMgr::get()->get_default_log()->set_trace_callback(&draw_wrongly_while_logging, nullptr);
     lines_heard = 0;
     for (int i = 1; i < 3; ++i) {
@@ -109,7 +110,7 @@ protected:
         return (flags & GL_CONTEXT_FLAG_DEBUG_BIT) != 0;
     }
 
-    static bool has_debug_message(const test::LogCapture& log, const std::string& part) {
+    static bool has_debug_message(const LogCapture& log, const std::string& part) {
         const auto& messages = log.messages();
         return std::any_of(messages.begin(), messages.end(), [&part](const std::string& line) {
             return line.rfind("<*> OpenGL renderer - debug message ", 0) == 0 &&
@@ -123,7 +124,7 @@ protected:
 ORVEX_BOTH_PROFILES(GlDebugWindows);
 
 TEST_P(GlDebugWindows, are_as_ever_when_nobody_asks) {
-    const test::LogCapture log;
+    const LogCapture log;
     ASSERT_TRUE(open());
     renderer.start();
     EXPECT_FALSE(is_debug_context());
@@ -141,7 +142,7 @@ TEST_P(GlDebugWindows, are_as_ever_when_nobody_asks) {
 
 TEST_P(GlDebugWindows, tell_the_log_of_mistakes_while_they_happen) {
     const DebugEnvironment environment("1");
-    test::LogCapture log;
+    LogCapture log;
     ASSERT_TRUE(open());
     EXPECT_TRUE(is_debug_context());
     EXPECT_TRUE(glIsEnabled(GL_DEBUG_OUTPUT));
@@ -211,7 +212,7 @@ TEST_P(GlDebugOfAHost, is_listened_to_where_the_host_does_not) {
     const DebugEnvironment environment("1");
     gl_entry<PFNGLDEBUGMESSAGECALLBACKPROC>("glDebugMessageCallback")(nullptr, nullptr);
     RendererOpenGL renderer;
-    test::LogCapture log;
+    LogCapture log;
     renderer.start();
     log.clear();
     glEnable(0x1234);
@@ -221,3 +222,5 @@ TEST_P(GlDebugOfAHost, is_listened_to_where_the_host_does_not) {
 }
 
 } // namespace
+
+} // namespace orvex_test

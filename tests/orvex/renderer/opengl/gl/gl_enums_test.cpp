@@ -5,7 +5,9 @@
 #include <GL/glext.h>
 #include <gtest/gtest.h>
 
-namespace orvex {
+namespace orvex_test {
+
+using namespace orvex;
 namespace {
 
 // Each value of the engine from 0 on, then what all other values give.
@@ -137,4 +139,4 @@ TEST(GlEnums, map_pixel_formats) {
 }
 
 } // namespace
-} // namespace orvex
+} // namespace orvex_test

@@ -11,10 +11,10 @@
 #include "tests/support/gl_recorder.h"
 #include "tests/support/log_capture.h"
 
-namespace orvex {
-namespace {
+namespace orvex_test {
 
-using namespace orvex_test;
+using namespace orvex;
+namespace {
 
 #define ORVEX_GL_NAME(result, name, parameters, support) #name,
 const std::vector<std::string> all_names = {ORVEX_GL_FUNCTIONS(ORVEX_GL_NAME)};
@@ -99,7 +99,7 @@ TEST_P(GlFunctions, are_served_by_name_as_in_the_table) {
 }
 
 TEST_P(GlFunctions, give_null_and_say_nothing_for_a_null_name) {
-    test::LogCapture log;
+    LogCapture log;
     g_orvex_display_gl_func_ptr = true;
     testing::internal::CaptureStdout();
     EXPECT_EQ(_orvex_get_proc_address(nullptr), nullptr);
@@ -109,7 +109,7 @@ TEST_P(GlFunctions, give_null_and_say_nothing_for_a_null_name) {
 }
 
 TEST_P(GlFunctions, are_told_one_line_each_when_displayed) {
-    test::LogCapture log;
+    LogCapture log;
     GlRecorder recorder;
     recorder.hide("glUniform1d");
     ORVEX_Renderer_OpenGL_Func gl;
@@ -135,7 +135,7 @@ TEST_P(GlFunctions, are_told_one_line_each_when_displayed) {
 }
 
 TEST_P(GlFunctions, are_told_by_single_look_ups_too) {
-    test::LogCapture log;
+    LogCapture log;
     g_orvex_display_gl_func_ptr = true;
     testing::internal::CaptureStdout();
     _orvex_get_proc_address("glBindBuffer");
@@ -150,7 +150,7 @@ TEST_P(GlFunctions, are_told_by_single_look_ups_too) {
 }
 
 TEST_P(GlFunctions, are_silent_unless_displayed) {
-    test::LogCapture log;
+    LogCapture log;
     ORVEX_Renderer_OpenGL_Func gl;
     testing::internal::CaptureStdout();
     gl.init(false);
@@ -172,4 +172,4 @@ TEST_P(GlFunctions, carry_on_without_a_hidden_entry) {
 }
 
 } // namespace
-} // namespace orvex
+} // namespace orvex_test

@@ -7,7 +7,9 @@
 
 #include "orvex/renderer/opengl/gl/private/gl_function_table.h"
 
-namespace orvex {
+namespace orvex_test {
+
+using namespace orvex;
 namespace {
 
 #define ORVEX_GL_NAME(result, name, parameters, support) #name,
@@ -141,4 +143,4 @@ TEST(GlSupport, chooses_the_best_of_several_sources) {
 }
 
 } // namespace
-} // namespace orvex
+} // namespace orvex_test

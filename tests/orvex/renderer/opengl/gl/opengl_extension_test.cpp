@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+namespace orvex_test {
+
 namespace {
 
 using orvex::OpenGLExtension;
@@ -24,3 +26,5 @@ TEST(OpenGLExtensionTest, compares_length_and_characters) {
 }
 
 } // namespace
+
+} // namespace orvex_test

@@ -4,10 +4,11 @@
 #include "orvex/renderer/records/mesh_data.h"
 #include "orvex/renderer/records/polyline_data.h"
 
-namespace {
+namespace orvex_test {
 
 using namespace orvex;
-using namespace orvex_test;
+
+namespace {
 
 /// A vertex stage with vec4 attributes of these names, all of them in use.
 std::string vertex_source(const std::vector<std::string>& attributes) {
@@ -432,3 +433,5 @@ TEST_P(GpuProgramPolyline, without_user_attributes_or_of_null_is_refused) {
 }
 
 } // namespace
+
+} // namespace orvex_test

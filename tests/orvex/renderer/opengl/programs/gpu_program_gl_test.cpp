@@ -8,10 +8,11 @@
 #include "orvex/renderer/records/gpu_program_uniform.h"
 #include "tests/support/log_capture.h"
 
-namespace {
+namespace orvex_test {
 
 using namespace orvex;
-using namespace orvex_test;
+
+namespace {
 
 std::string id(unsigned int number) {
     return std::to_string(number);
@@ -502,7 +503,7 @@ TEST_P(GpuProgramFrontEnd, runs_a_text_from_load_to_death) {
 }
 
 TEST_P(GpuProgramFrontEnd, tells_the_drivers_words_about_each_stage) {
-    orvex::test::LogCapture log;
+    orvex_test::LogCapture log;
     GpuProgram* const program = GpuProgramMgr::get()->create_gpu_program_from_shaders(
         renderer.get(), BAD_SOURCE, PIXEL_SOURCE, nullptr, nullptr, nullptr, nullptr, "prog");
     const std::string words = driver_log(GL_VERTEX_SHADER, BAD_SOURCE);
@@ -525,7 +526,7 @@ TEST_P(GpuProgramFrontEnd, a_stage_that_does_not_link_is_no_reason_to_bind) {
 }
 
 TEST_P(GpuProgramFrontEnd, an_effect_is_never_valid) {
-    orvex::test::LogCapture log;
+    orvex_test::LogCapture log;
     GpuProgram* const program = GpuProgramMgr::get()->create_gpu_program_from_effect(
         renderer.get(), "technique {}", "prog");
     EXPECT_FALSE(program->is_valid());
@@ -535,3 +536,5 @@ TEST_P(GpuProgramFrontEnd, an_effect_is_never_valid) {
 }
 
 } // namespace
+
+} // namespace orvex_test

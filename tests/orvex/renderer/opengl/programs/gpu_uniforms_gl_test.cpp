@@ -4,10 +4,11 @@
 #include "orvex/math/vec3.h"
 #include "orvex/renderer/records/gpu_program_uniform.h"
 
-namespace {
+namespace orvex_test {
 
 using namespace orvex;
-using namespace orvex_test;
+
+namespace {
 
 /// Every kind of uniform that can be set, all in use.
 const char* const VERTEX_WITH_UNIFORMS = R"(#version 400
@@ -441,3 +442,5 @@ TEST_P(GpuUniformsBeforeLink, are_resolved_at_the_next_bind) {
 }
 
 } // namespace
+
+} // namespace orvex_test

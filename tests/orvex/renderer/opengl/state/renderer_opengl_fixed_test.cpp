@@ -13,10 +13,10 @@
 #include "tests/support/gl_recorder.h"
 #include "tests/support/stub_render_target.h"
 
-namespace orvex {
-namespace {
+namespace orvex_test {
 
-using namespace orvex_test;
+using namespace orvex;
+namespace {
 
 class FixedPipeline : public GlCompatibilityTest {
 protected:
@@ -241,4 +241,4 @@ TEST_F(ShadowMapping, multiplies_bias_projection_view_and_the_inverse_of_the_sto
 }
 
 } // namespace
-} // namespace orvex
+} // namespace orvex_test

@@ -6,10 +6,10 @@
 
 #include "tests/orvex/renderer/opengl/started_renderer.h"
 
-namespace orvex {
-namespace {
+namespace orvex_test {
 
-using namespace orvex_test;
+using namespace orvex;
+namespace {
 
 class RendererOpenGLQueries : public StartedRendererTest {};
 ORVEX_BOTH_PROFILES(RendererOpenGLQueries);
@@ -273,4 +273,4 @@ TEST(RendererOpenGLMemory, is_what_is_not_free) {
 }
 
 } // namespace
-} // namespace orvex
+} // namespace orvex_test

@@ -8,10 +8,10 @@
 #include "orvex/math/vec4.h"
 #include "tests/orvex/renderer/opengl/started_renderer.h"
 
-namespace orvex {
-namespace {
+namespace orvex_test {
 
-using namespace orvex_test;
+using namespace orvex;
+namespace {
 
 class RendererOpenGLState : public StartedRendererTest {};
 ORVEX_BOTH_PROFILES(RendererOpenGLState);
@@ -366,4 +366,4 @@ TEST(RendererOpenGLWindows, are_listed_until_killed) {
 }
 
 } // namespace
-} // namespace orvex
+} // namespace orvex_test

@@ -1,7 +1,8 @@
 #include "render_target_fixture.h"
 
+namespace orvex_test {
+
 using namespace orvex;
-using namespace orvex_test;
 
 namespace {
 
@@ -633,3 +634,5 @@ TEST_P(RenderTargetCalls, of_kill_are_none_without_an_entry_that_deletes) {
 }
 
 } // namespace
+
+} // namespace orvex_test

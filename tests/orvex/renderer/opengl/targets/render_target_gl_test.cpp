@@ -4,8 +4,9 @@
 #include "orvex/assets/textures/texture_mgr.h"
 #include "orvex/kernel/kernel.h"
 
+namespace orvex_test {
+
 using namespace orvex;
-using namespace orvex_test;
 
 namespace {
 
@@ -770,3 +771,5 @@ TEST_P(RenderTargetTest, whose_renderer_ended_is_not_read_into_a_texture) {
 }
 
 } // namespace
+
+} // namespace orvex_test

@@ -14,7 +14,9 @@
 #include "tests/support/gl_context.h"
 #include "tests/support/log_capture.h"
 
-namespace orvex {
+namespace orvex_test {
+
+using namespace orvex;
 namespace {
 
 int host_errors = 0;
@@ -47,7 +49,7 @@ TEST_F(HostWithGlut, has_no_raster_text_before_it_initializes_glut) {
 
 TEST_F(HostWithGlut, is_told_so_once_by_the_renderer) {
     const orvex_test::GlContext context;
-    test::LogCapture log;
+    LogCapture log;
     RendererOpenGL renderer;
     FontData font;
     EXPECT_FALSE(renderer.font_bitmap_linux_render(&font, 0, 0, 1.0f, 1.0f, 1.0f, 1.0f, "A", 1));
@@ -67,4 +69,4 @@ TEST_F(HostWithGlut, keeps_its_own_error_function) {
 }
 
 } // namespace
-} // namespace orvex
+} // namespace orvex_test

@@ -11,10 +11,10 @@
 #include "tests/support/gl_recorder.h"
 #include "tests/support/log_capture.h"
 
-namespace orvex {
-namespace {
+namespace orvex_test {
 
-using namespace orvex_test;
+using namespace orvex;
+namespace {
 
 TEST(FontData, has_its_defaults) {
     const FontData font;
@@ -191,7 +191,7 @@ TEST_F(RasterText, is_drawn_at_a_point_of_the_scene) {
 }
 
 TEST_F(RasterText, is_missing_with_one_log_line_without_the_library) {
-    test::LogCapture log;
+    LogCapture log;
     renderer.raster_text = GlutText("libthere_is_no_such_library.so.7");
     EXPECT_FALSE(write(10, 10, "A", 1));
     EXPECT_FALSE(write(10, 10, "A", 1));
@@ -204,7 +204,7 @@ TEST_F(RasterText, is_missing_with_one_log_line_without_the_library) {
 }
 
 TEST_F(RasterText, is_missing_with_a_library_of_another_kind) {
-    test::LogCapture log;
+    LogCapture log;
     renderer.raster_text = GlutText("libm.so.6");
     EXPECT_FALSE(write(10, 10, "A", 1));
     EXPECT_EQ(log.messages().size(), 1U);
@@ -235,4 +235,4 @@ TEST(RasterTextInCore, is_sent_and_refused_by_the_api) {
 }
 
 } // namespace
-} // namespace orvex
+} // namespace orvex_test

@@ -11,7 +11,9 @@
 #include "tests/support/gl_context.h"
 #include "tests/support/temp_dir.h"
 
-namespace orvex {
+namespace orvex_test {
+
+using namespace orvex;
 namespace {
 
 /// A started renderer and the manager with the built-in codec.
@@ -41,7 +43,7 @@ protected:
 
     TextureMgr& mgr = *TextureMgr::get();
     RendererOpenGL renderer;
-    test::TempDir dir;
+    TempDir dir;
 };
 
 ORVEX_BOTH_PROFILES(Screenshots);
@@ -88,4 +90,4 @@ TEST_P(Screenshots, can_go_into_a_texture_as_well) {
 }
 
 } // namespace
-} // namespace orvex
+} // namespace orvex_test

@@ -5,7 +5,9 @@
 
 #include "textures_fixture.h"
 
-namespace orvex {
+namespace orvex_test {
+
+using namespace orvex;
 namespace {
 
 using orvex_test::GlCalls;
@@ -472,4 +474,4 @@ TEST_P(TextureUnits, a_loaded_texture_draws_no_error_from_the_driver) {
 }
 
 } // namespace
-} // namespace orvex
+} // namespace orvex_test

@@ -18,7 +18,9 @@
 #include "tests/support/gl_recorder.h"
 #include "tests/support/log_capture.h"
 
-namespace orvex {
+namespace orvex_test {
+
+using namespace orvex;
 using Bytes = std::vector<unsigned char>;
 
 /// A started renderer whose calls are recorded, and a texture record of the test's own.
@@ -129,11 +131,11 @@ protected:
 
     bool core() const { return GetParam() == orvex_test::Profile::core; }
 
-    test::LogCapture log;
+    LogCapture log;
     std::unique_ptr<orvex_test::GlRecorder> recorder;
     std::unique_ptr<RendererOpenGL> renderer;
     TextureData data;
     std::vector<GLuint> made;
 };
 
-} // namespace orvex
+} // namespace orvex_test

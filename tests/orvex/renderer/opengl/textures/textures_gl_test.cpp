@@ -4,7 +4,9 @@
 
 #include "textures_fixture.h"
 
-namespace orvex {
+namespace orvex_test {
+
+using namespace orvex;
 namespace {
 
 using orvex_test::GlCalls;
@@ -595,4 +597,4 @@ TEST_P(Textures, an_update_from_the_callers_pixels_sets_the_sampler_again) {
 }
 
 } // namespace
-} // namespace orvex
+} // namespace orvex_test

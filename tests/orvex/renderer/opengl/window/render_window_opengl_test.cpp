@@ -11,9 +11,12 @@
 #include "tests/support/fake_window_platform.h"
 #include "tests/support/log_capture.h"
 
-namespace {
+namespace orvex_test {
 
 using namespace orvex;
+
+namespace {
+
 using Events = std::vector<std::string>;
 
 /// A window on a platform and a GL that only pretend.
@@ -188,7 +191,7 @@ TEST_F(RenderWindowOpenGLTest, makes_the_new_context_current) {
 
 TEST_F(RenderWindowOpenGLTest, fails_quietly_without_a_configuration_or_context) {
     platform.refuses_contexts = true;
-    const test::LogCapture log;
+    const LogCapture log;
     EXPECT_FALSE(initialize());
     EXPECT_EQ(log.messages(), std::vector<std::string>());
     EXPECT_EQ(window.get_width(), 640);
@@ -370,7 +373,7 @@ TEST_F(RenderWindowOpenGLTest, adopts_no_null_and_nothing_that_isnt_current) {
 
 TEST_F(RenderWindowOpenGLTest, adopts_the_hosts_context_and_logs_the_version) {
     platform.has_host_context = true;
-    const test::LogCapture log;
+    const LogCapture log;
     int host = 0;
     EXPECT_TRUE(window.osx_init_with_cocoa_nsgl_ctx(&host));
     EXPECT_EQ(log.messages(),
@@ -436,3 +439,5 @@ TEST(WindowPlatform, goes_back_to_the_systems_own) {
 }
 
 } // namespace
+
+} // namespace orvex_test

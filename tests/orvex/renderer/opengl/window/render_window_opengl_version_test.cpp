@@ -9,9 +9,11 @@
 #include "tests/support/fake_gl.h"
 #include "tests/support/fake_window_platform.h"
 
-namespace {
+namespace orvex_test {
 
 using namespace orvex;
+
+namespace {
 
 class RenderWindowOpenGLVersionTest : public testing::Test {
 protected:
@@ -242,3 +244,5 @@ TEST_F(RenderWindowOpenGLExtensionTest, forgets_its_list_at_its_end) {
 }
 
 } // namespace
+
+} // namespace orvex_test

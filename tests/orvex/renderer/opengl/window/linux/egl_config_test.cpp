@@ -6,9 +6,11 @@
 
 #include "orvex/renderer/opengl/window/private/window_platform.h"
 
-namespace {
+namespace orvex_test {
 
 using namespace orvex;
+
+namespace {
 
 TEST(EglConfig, falls_back_from_a_wish_of_depth_bits) {
     EXPECT_EQ(depths_to_try(32), std::vector<int>({32, 24, 16}));
@@ -53,3 +55,5 @@ TEST(EglConfig, weighs_colour_before_alpha_before_depth_before_stencil_before_sa
 }
 
 } // namespace
+
+} // namespace orvex_test

@@ -6,6 +6,8 @@
 
 #include "orvex/renderer/opengl/window/private/render_window_opengl.h"
 
+namespace orvex_test {
+
 namespace {
 
 /// The driver settles its version once per process, so that this is a program of its own.
@@ -39,3 +41,5 @@ TEST_F(OldWindow, lists_extensions_from_the_one_text) {
 }
 
 } // namespace
+
+} // namespace orvex_test

@@ -14,9 +14,12 @@
 #include "orvex/renderer/opengl/window/private/render_window_opengl.h"
 #include "tests/support/gl_context.h"
 
-namespace {
+namespace orvex_test {
 
 using namespace orvex;
+
+namespace {
+
 using orvex_test::Profile;
 
 RenderWindow_ExtraData request_of(Profile profile) {
@@ -459,3 +462,5 @@ TEST(EglColors, gives_few_bits_when_asked_and_possible) {
 }
 
 } // namespace
+
+} // namespace orvex_test

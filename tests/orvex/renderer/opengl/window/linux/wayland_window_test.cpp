@@ -12,9 +12,12 @@
 #include "tests/support/gl_context.h"
 #include "tests/support/wayland_server.h"
 
-namespace {
+namespace orvex_test {
 
 using namespace orvex;
+
+namespace {
+
 using orvex_test::Profile;
 using orvex_test::WaylandServer;
 
@@ -147,3 +150,5 @@ TEST_P(WaylandWindow, cant_be_made_without_the_surfaces_own_connection) {
 }
 
 } // namespace
+
+} // namespace orvex_test

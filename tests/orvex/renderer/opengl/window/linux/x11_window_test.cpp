@@ -12,9 +12,12 @@
 #include "tests/support/gl_context.h"
 #include "tests/support/x_window.h"
 
-namespace {
+namespace orvex_test {
 
 using namespace orvex;
+
+namespace {
+
 using orvex_test::Picture;
 using orvex_test::Profile;
 using orvex_test::x_connection;
@@ -252,3 +255,5 @@ TEST_F(GlxContextTest, cant_be_shared_with) {
 }
 
 } // namespace
+
+} // namespace orvex_test
