@@ -1,15 +1,25 @@
-"""Each public header stands on the standard library and other public headers, and compiles alone.
+"""Each public header stands on the standard library and other public headers, and compiles alone: as
+C++17 and C++20, with each compiler, with and without type information, behind the headers of other
+libraries that define macros, and beside a host's own headers of the same names.
 
-usage: headers_test.py <compiler> <include folder> <header>...
+usage: headers_test.py <work folder> <include folder> <compiler>... -- <header>...
 """
+import itertools
 import re
 import subprocess
 import sys
 from concurrent.futures import ThreadPoolExecutor
+from pathlib import Path
 
-FLAGS = ["-x", "c++", "-std=c++17", "-Wall", "-Wextra", "-Wpedantic", "-Werror", "-fsyntax-only"]
+FLAGS = ["-x", "c++", "-Wall", "-Wextra", "-Wpedantic", "-Werror", "-fsyntax-only", "-"]
 # The system's own types of threads are in signatures.
 SYSTEM = {"<sys/types.h>"}
+# What a host may include first: all of these define macros or names in the global namespace.
+FIRST = [["linux/input.h"], ["X11/Xlib.h", "X11/Xutil.h"], ["GL/gl.h", "GL/glext.h"],
+         ["EGL/egl.h", "EGL/eglext.h"], ["GLFW/glfw3.h"], ["SDL2/SDL.h", "SDL2/SDL_syswm.h"]]
+# What a host may have below its own include root. Whoever includes one of these by mistake is told so.
+OWN = ["api.h", "fwd.h", "math/vec3.h", "math/math_fwd.h", "renderer/renderer.h", "scene/node.h",
+       "scene/camera.h", "base/log.h", "kernel/kernel.h"]
 
 
 def foreign_includes(text, headers):
@@ -19,25 +29,59 @@ def foreign_includes(text, headers):
     return [line for line in lines if line not in known and not re.fullmatch(r"<[a-z_]+>", line)]
 
 
-def check(header, compiler, folder, headers):
-    with open(f"{folder}/{header}", encoding="utf-8") as file:
-        mistakes = [f"{header}: foreign include {line}"
-                    for line in foreign_includes(file.read(), headers)]
-    result = subprocess.run([compiler, *FLAGS, f"-I{folder}", "-"], text=True,
-                            input=f"#include <{header}>\n", capture_output=True, check=False)
+def make_host(folder):
+    """A host's include root, with headers that bear the names of the engine's."""
+    for name in OWN:
+        path = folder / name
+        path.parent.mkdir(parents=True, exist_ok=True)
+        path.write_text('#error "the host\'s own header was taken for the engine\'s"\n', encoding="utf-8")
+    return folder
+
+
+def include_all(names):
+    return "".join(f"#include <{name}>\n" for name in names)
+
+
+def compile_text(name, command, text):
+    result = subprocess.run(command, text=True, input=text, capture_output=True, check=False)
     if result.returncode != 0 or result.stderr:
-        mistakes.append(f"{header} doesn't compile alone:\n{result.stderr}")
-    return mistakes
+        return [f"{name}: {' '.join(command)}:\n{result.stderr}"]
+    return []
 
 
-def main(compiler, folder, headers):
+def jobs(compilers, include, host, headers):
+    """(name, command, source text) for each compilation."""
+    umbrella = "#include <orvex/orvex.h>\n"
+    for compiler, standard in itertools.product(compilers, ("17", "20")):
+        flags = [f"-std=c++{standard}", f"-I{host}", f"-I{include}", *FLAGS]
+        # Every header, once with and once without type information.
+        rtti = [] if standard == "17" else ["-fno-rtti"]
+        for header in headers:
+            yield header, [compiler, *rtti, *flags], f"#include <{header}>\n"
+        yield "all, without type information and exceptions", [
+            compiler, "-fno-rtti", "-fno-exceptions", *flags], umbrella
+        for first in FIRST:
+            yield f"all behind <{first[0]}>", [compiler, *flags], include_all(first) + umbrella
+        everything = include_all(itertools.chain(*FIRST))
+        yield "all behind all of them", [compiler, *flags], everything + umbrella
+        yield "all before all of them", [compiler, *flags], umbrella + everything
+
+
+def main(work, include, compilers, headers):
+    host = make_host(Path(work) / "host")
+    mistakes = []
+    for header in headers:
+        text = Path(include, header).read_text(encoding="utf-8")
+        mistakes += [f"{header}: foreign include {line}" for line in foreign_includes(text, headers)]
+    todo = list(jobs(compilers, include, host, headers))
     with ThreadPoolExecutor(2) as pool:
-        results = pool.map(lambda header: check(header, compiler, folder, headers), headers)
-        mistakes = [mistake for result in results for mistake in result]
-    print(f"{len(headers)} headers")
+        for result in pool.map(lambda job: compile_text(*job), todo):
+            mistakes += result
+    print(f"{len(headers)} headers, {len(todo)} compilations")
     print("\n".join(mistakes))
-    return 1 if mistakes or not headers else 0
+    return 1 if mistakes or not headers or not compilers else 0
 
 
 if __name__ == "__main__":
-    sys.exit(main(sys.argv[1], sys.argv[2], sys.argv[3:]))
+    dashes = sys.argv.index("--")
+    sys.exit(main(sys.argv[1], sys.argv[2], sys.argv[3:dashes], sys.argv[dashes + 1:]))

@@ -59,6 +59,18 @@ expect_version(0.8 0 8 0 FALSE)
 expect_version(0.10 0 10 0 FALSE)
 expect_version(1.0 1 0 0 FALSE)
 
+# --- The headers lie below one folder, and nowhere else
+
+file(GLOB top RELATIVE "${prefix}/include" "${prefix}/include/*")
+if(NOT top STREQUAL "orvex")
+  message(FATAL_ERROR "include/ holds ${top}, not orvex alone")
+endif()
+file(GLOB_RECURSE strangers "${prefix}/include/*")
+list(FILTER strangers INCLUDE REGEX "/private/")
+if(strangers)
+  message(FATAL_ERROR "private headers are installed: ${strangers}")
+endif()
+
 # --- pkg-config
 
 file(GLOB_RECURSE pc_file "${prefix}/*/orvex.pc")
@@ -72,7 +84,7 @@ if(NOT result EQUAL 0 OR NOT flags MATCHES "-lorvex_r_osx")
 endif()
 separate_arguments(flags UNIX_COMMAND "${flags}")
 separate_arguments(own_flags UNIX_COMMAND "${CXX_FLAGS}")
-run("${CXX_COMPILER}" -std=c++17 -Wall -Wextra -Wpedantic -Werror ${own_flags}
+run("${CXX_COMPILER}" -std=c++17 -Wall -Wextra -Wpedantic -Werror ${own_flags} "-I${HOST_DIR}/own"
   "${HOST_DIR}/main.cpp" -o "${WORK_DIR}/host" ${flags})
 cmake_path(GET pc_dir PARENT_PATH libdir)
 set(ENV{LD_LIBRARY_PATH} "${libdir}")

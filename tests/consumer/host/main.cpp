@@ -1,8 +1,14 @@
-// From a model file to a screenshot, with the umbrella header and the installed library alone.
+// From a model file to a screenshot, with the umbrella header and the installed library alone, in a
+// host whose own headers bear the names of the engine's.
 
 #include <cstdio>
 #include <cstring>
 #include <vector>
+
+#include "api.h"
+#include "math/vec3.h"
+#include "renderer/renderer.h"
+#include "scene/node.h"
 
 #include <orvex/orvex.h>
 
@@ -118,7 +124,10 @@ int main(int argc, char** argv) {
     core::start("", true, show, nullptr);
     Renderer* const renderer = Kernel::get()->load_core_opengl_renderer_plugin(true);
     renderer->initialize();
-    const bool ok = run(renderer, argv[1], argv[2]);
+    host::Renderer own;
+    const host::Node node{&own};
+    const bool ok = expect(node.renderer->eye.api == host::Api::of_the_host, "its own headers") &&
+                    run(renderer, argv[1], argv[2]);
     core::stop("host ends.");
     return ok ? 0 : 1;
 }

@@ -29,7 +29,8 @@ TEST(Misuse, is_told_once_for_each_operation_and_what_it_met) {
     }
     std::vector<std::string> expected;
     if (is_wanted())
-        expected = {"<!> misuse: Node::add_child: a null child", "<!> misuse: Node::add_child: itself"};
+        expected = {"<!> misuse: Node::add_child: a null child",
+                    "<!> misuse: Node::add_child: itself"};
     EXPECT_EQ(log.messages(), expected);
 }
 

@@ -8,8 +8,8 @@
 
 namespace orvex {
 
-/// Runs `work`, which allocates; if memory runs out in it, runs `undo` and gives false. Nothing else is
-/// caught: whatever else is thrown is a defect, and may end the process where it stands.
+/// Runs `work`, which allocates; if memory runs out in it, runs `undo` and gives false. Nothing
+/// else is caught: whatever else is thrown is a defect, and may end the process where it stands.
 ///
 /// @code
 /// return or_undo([&] { return fill(mesh); }, [&] { mesh.free_vertices(); });

@@ -16,7 +16,8 @@ bool is_wanted() {
     return value && std::strcmp(value, "1") == 0;
 }
 
-/// What was reported so far. Literals are compared by their address: the same guard gives the same ones.
+/// What was reported so far. Literals are compared by their address: the same guard gives the same
+/// ones.
 class Reported {
 public:
     /// Notes a pair; false if it was known, and when there is no more room.

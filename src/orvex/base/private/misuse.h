@@ -5,9 +5,10 @@
 
 namespace orvex {
 
-/// Tells the log that `operation` met `what`, if the environment says ORVEX_TELL_MISUSE=1 when the first
-/// misuse is met: once for each pair of texts, as a warning, "misuse: Node::add_child: a null child". The
-/// quiet result of the operation stays what it is. Any thread; allocates nothing and throws nothing.
+/// Tells the log that `operation` met `what`, if the environment says ORVEX_TELL_MISUSE=1 when the
+/// first misuse is met: once for each pair of texts, as a warning, "misuse: Node::add_child: a null
+/// child". The quiet result of the operation stays what it is. Any thread; allocates nothing and
+/// throws nothing.
 ///
 /// @code
 /// if (!child)

@@ -1,0 +1,11 @@
+#pragma once
+
+#include "math/vec3.h"
+
+namespace host {
+
+struct Renderer {
+    Vec3 eye;
+};
+
+} // namespace host
