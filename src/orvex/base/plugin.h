@@ -30,8 +30,8 @@ enum PLUGIN_TYPE : int {
 /// Nothing here is locked: plugins belong to the host's main thread.
 ///
 /// @code
-/// class Codec : public orvex::ImageCodec { … };
-/// extern "C" orvex::Plugin* orvex_create_plugin() { return new Codec; }
+/// class Sensors : public orvex::Plugin {}; // overrides what it does at its start and its end
+/// extern "C" orvex::Plugin* orvex_create_plugin() { return new Sensors; }
 /// extern "C" void orvex_destroy_plugin(orvex::Plugin* plugin) { delete plugin; }
 /// @endcode
 class ORVEX_API Plugin {

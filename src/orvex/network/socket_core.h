@@ -24,8 +24,9 @@ namespace orvex {
 ///
 /// @code
 /// orvex::SocketCore core;
-/// orvex::Socket* socket = core.create_socket(orvex::SOCKET_TYPE_STREAM,
-/// orvex::SOCKET_PROTOCOL_TCP); if (core.connect_socket(socket, "localhost", 9600))
+/// orvex::Socket* socket =
+///     core.create_socket(orvex::SOCKET_TYPE_STREAM, orvex::SOCKET_PROTOCOL_TCP);
+/// if (core.connect_socket(socket, "localhost", 9600))
 ///     core.send_socket(socket, "quit", 4);
 /// core.kill_socket(socket);
 /// @endcode

@@ -25,7 +25,7 @@ struct WindowData;
 /// orvex::Window view;
 /// view.set_renderer(renderer);
 /// view.set_scene(scene);
-/// view.set_camera(&camera);
+/// view.set_camera(camera);
 /// view.set_viewport(0, 0, 800, 600);
 /// view.set_scene_renderer(&scene_renderer);
 /// view.render();
