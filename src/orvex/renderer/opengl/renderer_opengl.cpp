@@ -1,7 +1,6 @@
 #include "orvex/renderer/opengl/private/renderer_opengl.h"
 
 #include <algorithm>
-#include <cstdarg>
 #include <cstdio>
 #include <cstring>
 
@@ -17,8 +16,8 @@ struct RendererOpenGL::RendererOpenGLData {
 };
 
 RendererOpenGL::RendererOpenGL()
-    : data(new RendererOpenGLData)
-    , log_buffer(16384) {
+    : GlState(this)
+    , data(new RendererOpenGLData) {
     set_name("plugin_core_opengl");
     set_description("OpenGL renderer (OpenGL 2, 3.x and 4.x supported).");
     set_author("orvex");
@@ -140,31 +139,5 @@ bool RendererOpenGL::_remove_texture_id(unsigned int id) {
     data->texture_ids.erase(found);
     return true;
 }
-
-// The four lines differ only in where the text goes.
-#define ORVEX_K_LOG(target)                                                                        \
-    va_list arguments;                                                                             \
-    va_start(arguments, format);                                                                   \
-    std::vsnprintf(log_buffer.data(), log_buffer.size(), format, arguments);                       \
-    va_end(arguments);                                                                             \
-    LogMgr::get()->target("%s renderer - %s", get_api_name(), log_buffer.data())
-
-void RendererOpenGL::k_log(const char* format, ...) {
-    ORVEX_K_LOG(tracef);
-}
-
-void RendererOpenGL::k_log_debug(const char* format, ...) {
-    ORVEX_K_LOG(tracef_debug);
-}
-
-void RendererOpenGL::k_log_warning(const char* format, ...) {
-    ORVEX_K_LOG(tracef_warning);
-}
-
-void RendererOpenGL::k_log_error(const char* format, ...) {
-    ORVEX_K_LOG(tracef_error);
-}
-
-#undef ORVEX_K_LOG
 
 } // namespace orvex

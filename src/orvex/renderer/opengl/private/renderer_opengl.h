@@ -6,9 +6,7 @@
 #include <cstddef>
 #include <vector>
 
-#include "orvex/renderer/opengl/buffers/private/client_arrays.h"
-#include "orvex/renderer/opengl/gl/private/gl_functions.h"
-#include "orvex/renderer/opengl/state/private/renderer_opengl_ctx.h"
+#include "orvex/renderer/opengl/state/private/gl_state.h"
 #include "orvex/renderer/opengl/text/private/glut_text.h"
 #include "orvex/renderer/renderer.h"
 #include "orvex/renderer/renderer_rasterizer_state.h"
@@ -21,8 +19,12 @@ namespace orvex {
 /// up the one that is current. No code path is chosen by the context's version: each record says
 /// whether it is drawn with generic attributes and vertex array objects, or with client arrays.
 ///
-/// Each family of operations has a source of its own beside this header.
-class RendererOpenGL : public Renderer {
+/// It forwards: each family of operations (meshes, points, buffers, programs, textures, targets,
+/// raster text, frame) is a class of its own with its own fields, over the one `GlState` that this
+/// object is. A family is told here, in a source named after it, as `renderer_opengl_<family>.cpp`.
+/// An operation that is made of others stays here and calls them through the virtual table, so that
+/// a renderer that derives from this one may take over the parts.
+class RendererOpenGL : public Renderer, public GlState {
 public:
     RendererOpenGL();
     ~RendererOpenGL() override;
@@ -428,45 +430,19 @@ public:
     bool uniform_buffer_bind_base(UniformBufferData* buffer) override;
     bool uniform_buffer_unbind(UniformBufferData* buffer) override;
 
-    /// @name State
-    /// The families share it, and render targets point into it.
+    /// @name State beside what the families share
     /// @{
 
-    ORVEX_Renderer_OpenGL_Func gl;
-    RendererOpenGLCtx ctx;
     Renderer_Rasterizer_State rasterizer_state;         ///< what the API holds
     Renderer_Rasterizer_State pending_rasterizer_state; ///< what will be applied
     std::vector<RenderWindow*> render_windows;          ///< owned, in order of creation
     std::vector<RenderTarget*> render_targets;          ///< owned, in order of creation
-    int gl_major = 0;
-    int gl_minor = 0;
     bool initialized = false;
     bool started = false;
-    bool gl2_context = false; ///< the major version is exactly 2
     bool display_gl_func_ptr = false;
     std::vector<char> shader_log_buffer;  ///< reused for the logs of shaders
     std::vector<char> program_log_buffer; ///< reused for the logs of programs
-    int max_vertex_attribs = 0;
-    BUFFER_OBJECT_USAGE forced_vertex_usage = BUFFER_USAGE_DEFAULT;
-    BUFFER_OBJECT_USAGE forced_index_usage = BUFFER_USAGE_DEFAULT;
-    BUFFER_OBJECT_USAGE forced_storage_usage = BUFFER_USAGE_DEFAULT;
-    BUFFER_OBJECT_USAGE forced_atomic_usage = BUFFER_USAGE_DEFAULT;
-    BUFFER_OBJECT_USAGE forced_uniform_usage = BUFFER_USAGE_DEFAULT;
-    ClientArrays client_arrays; ///< arrays of the fixed pipeline left enabled
-    /// Between its prepare and its finish, unless something else was prepared or finished since: an
-    /// indexed draw without its buffers bound would read address zero.
-    const MeshData* prepared_mesh = nullptr;
     GlutText raster_text;
-    /// @}
-
-    /// @name Log lines
-    /// printf-style, cut at 16,383 characters, sent as "OpenGL renderer - " and the text.
-    /// @{
-
-    void k_log(const char* format, ...) ORVEX_PRINTF(2, 3);
-    void k_log_debug(const char* format, ...) ORVEX_PRINTF(2, 3);
-    void k_log_warning(const char* format, ...) ORVEX_PRINTF(2, 3);
-    void k_log_error(const char* format, ...) ORVEX_PRINTF(2, 3);
     /// @}
 
     /// @name Texture ids
@@ -511,6 +487,11 @@ public:
 private:
     struct RendererOpenGLData;
 
+    // Life cycle
+    void log_life_cycle(const char* operation);
+    RendererOpenGLData* data;
+
+    // Meshes
     bool vertex_buffer_prepare_gl3(MeshData* mesh);
     bool vertex_buffer_prepare_gl2(MeshData* mesh);
     bool vertex_buffer_prepare_separate_arrays_gl3(MeshData* mesh);
@@ -522,14 +503,26 @@ private:
     bool vertex_buffer_kill_gl3(MeshData* mesh);
     bool vertex_buffer_kill_gl2(MeshData* mesh);
 
+    // Points
     bool _vertex_pool_render_prepare_gl2(VertexPoolData* pool);
     bool _vertex_pool_render_prepare_gl3(VertexPoolData* pool);
     bool _vertex_pool_render_prepare_separate_arrays_gl2(VertexPoolData* pool);
     bool _vertex_pool_render_prepare_separate_arrays_gl3(VertexPoolData* pool);
     bool _vertex_pool_render_finish_gl2(VertexPoolData* pool);
     bool _vertex_pool_render_finish_gl3(VertexPoolData* pool);
-    unsigned int delete_buffer(unsigned int id);
 
+    // Buffers
+    unsigned int delete_buffer(unsigned int id);
+    void bind_uniform_buffer(unsigned int id);
+    unsigned int bound_uniform_buffer = 0; // what the API's uniform buffer target holds
+
+    // Programs
+    bool compile_shader(unsigned int shader, const char* source);
+    void keep_shader_log(GpuProgramData* program, GPU_SHADER_TYPE type, unsigned int shader);
+    void attach_shaders(GpuProgramData* program);
+    void set_active_program(GpuProgramData* program);
+
+    // Textures
     void activate_texture_unit(unsigned long unit);
     bool bind_texture_id(unsigned int target, unsigned int id, unsigned long unit);
     bool can_load_texture(TextureData* texture) const;
@@ -538,21 +531,15 @@ private:
     void set_up_texture_2d_levels(TextureData* texture);
     bool read_texture_2d(TextureData* texture, unsigned int format, unsigned long channels);
 
+    // Targets
     void leave_render_targets();
     bool start_blit(unsigned int src, unsigned int dst);
 
-    void log_life_cycle(const char* operation);
+    // Raster text
     bool prepare_raster_text();
-    bool compile_shader(unsigned int shader, const char* source);
-    void keep_shader_log(GpuProgramData* program, GPU_SHADER_TYPE type, unsigned int shader);
-    void attach_shaders(GpuProgramData* program);
-    void set_active_program(GpuProgramData* program);
-    void bind_uniform_buffer(unsigned int id);
-
-    RendererOpenGLData* data;
-    std::vector<char> log_buffer;
     bool told_of_raster_text = false;
-    unsigned int bound_uniform_buffer = 0; // what the API's uniform buffer target holds
+
+    // Frame
     int viewport[4] = {};
 };
 
