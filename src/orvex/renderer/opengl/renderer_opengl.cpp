@@ -17,7 +17,12 @@ struct RendererOpenGL::RendererOpenGLData {
 
 RendererOpenGL::RendererOpenGL()
     : GlState(this)
-    , data(new RendererOpenGLData) {
+    , data(new RendererOpenGLData)
+    , meshes(*this)
+    , points(*this)
+    , polylines(*this)
+    , buffers(*this)
+    , uniform_buffers(*this) {
     set_name("plugin_core_opengl");
     set_description("OpenGL renderer (OpenGL 2, 3.x and 4.x supported).");
     set_author("orvex");
@@ -75,7 +80,7 @@ bool RendererOpenGL::start() {
     update_thread();
     // This may be another context than the last one: what was bound there says nothing here.
     prepared_mesh = nullptr;
-    bound_uniform_buffer = 0;
+    uniform_buffers.forget_context();
     gl_major = 0;
     gl_minor = 0;
     get_opengl_version(&gl_major, &gl_minor);

@@ -2,8 +2,11 @@
 
 #include <algorithm>
 
-#include "orvex/renderer/opengl/gl/private/gl_debug.h"
 #include "orvex/renderer/opengl/gl/private/gl_enums.h"
+#include "orvex/renderer/opengl/state/private/gl_state.h"
+
+// Both draw paths of meshes stand on this file. What a call sequence here leaves bound is part of
+// its meaning: the headers say it, and the recorded calls of the tests hold it.
 
 namespace orvex::mesh_buffers {
 
@@ -22,8 +25,11 @@ Attributes attributes_of(MeshData& mesh) {
               mesh.tangent_attrib_location, &mesh.tangents_need_update}}};
 }
 
+// Usages
+
 namespace {
 
+/// The forced usage wins, and the record keeps its own all the same.
 GLenum usage(BUFFER_OBJECT_USAGE forced, unsigned int& own) {
     if (own == 0)
         own = GL_STATIC_DRAW;
@@ -32,19 +38,30 @@ GLenum usage(BUFFER_OBJECT_USAGE forced, unsigned int& own) {
 
 } // namespace
 
-GLenum vertex_usage(const Context& context, MeshData& mesh) {
-    return vertex_usage(context, mesh.vertex_buffer_usage);
+GLenum vertex_usage(const GlState& state, unsigned int& record_usage) {
+    return usage(state.forced_vertex_usage, record_usage);
 }
 
-GLenum vertex_usage(const Context& context, unsigned int& record_usage) {
-    return usage(context.forced_vertex_usage, record_usage);
+GLenum index_usage(const GlState& state, MeshData& mesh) {
+    return usage(state.forced_index_usage, mesh.index_buffer_usage);
 }
 
-GLenum index_usage(const Context& context, MeshData& mesh) {
-    return usage(context.forced_index_usage, mesh.index_buffer_usage);
+// Buffers
+
+BufferStore vertex_store(const GlState& state, MeshData& mesh) {
+    return {state.gl, GL_ARRAY_BUFFER, "vertices", mesh.vertex_buffer_id,
+            mesh.gpu_state.vertex_buffer_bytes};
 }
 
-void raise_user_flags(MeshData& mesh) {
+BufferStore face_store(const GlState& state, MeshData& mesh) {
+    return {state.gl, GL_ELEMENT_ARRAY_BUFFER, "faces", mesh.index_buffer_id,
+            mesh.gpu_state.index_buffer_bytes};
+}
+
+// Flags
+
+void raise_all_flags(MeshData& mesh) {
+    set_vertex_flags(mesh, true);
     for (unsigned long i = 0; i < mesh.num_user_attribs; ++i)
         mesh.user_attribs[i].need_update = true;
 }
@@ -56,17 +73,18 @@ bool any_user_flag(const MeshData& mesh) {
     return false;
 }
 
+// Sizes
+
+unsigned long record_bytes(MeshData& mesh) {
+    return mesh.get_vertex_elt_size() * mesh.num_vertices;
+}
+
 unsigned long user_block_bytes(const MeshData& mesh) {
     return sizeof(vec4) * mesh.num_vertices;
 }
 
 unsigned long user_blocks_bytes(const MeshData& mesh) {
     return user_block_bytes(mesh) * mesh.num_user_attribs;
-}
-
-unsigned long user_bytes(const MeshData& mesh, const VertexAttribArray& attribute) {
-    const unsigned long own = attribute.data ? sizeof(vec4) * attribute.num_elements : 0;
-    return std::min(own, user_block_bytes(mesh));
 }
 
 unsigned long block_bytes(const MeshData& mesh, const Attribute& attribute) {
@@ -80,19 +98,65 @@ unsigned long separate_bytes(const MeshData& mesh, const Attributes& attributes)
     return bytes;
 }
 
-void upload(const Context& context, unsigned long offset, unsigned long bytes, const void* data) {
-    context.gl.glBufferSubData(GL_ARRAY_BUFFER, static_cast<GLintptr>(offset),
-                               static_cast<GLsizeiptr>(bytes), data);
+unsigned long face_list_bytes(const MeshData& mesh) {
+    return mesh.num_faces * (mesh.index_bits == 16 ? sizeof(FaceU16) : sizeof(FaceU32));
 }
 
-void upload_user(const Context& context, const MeshData& mesh, unsigned long offset,
-                 const VertexAttribArray& attribute) {
-    upload(context, offset, user_bytes(mesh, attribute), attribute.data);
+// Uploads
+
+namespace {
+
+/// Uploads a user attribute's own array, or what of it fits its block.
+void upload_user(const BufferStore& store, const MeshData& mesh, unsigned long offset,
+                 const VertexAttribArray& user) {
+    const unsigned long own = user.data ? sizeof(vec4) * user.num_elements : 0;
+    store.upload_bound(offset, std::min(own, user_block_bytes(mesh)), user.data);
 }
 
-const void* buffer_offset(unsigned long bytes) {
-    return reinterpret_cast<const void*>(bytes);
+} // namespace
+
+void upload_interleaved_users(const GlState& state, MeshData& mesh, unsigned long vertex_bytes,
+                              Binding binding) {
+    const BufferStore store = vertex_store(state, mesh);
+    unsigned long offset = 0;
+    unsigned long size = vertex_bytes;
+    for (unsigned long i = 0; i < mesh.num_user_attribs; ++i) {
+        offset += size;
+        size = user_block_bytes(mesh);
+        if (!mesh.user_attribs[i].need_update)
+            continue;
+        if (binding == Binding::each_binds)
+            store.bind();
+        upload_user(store, mesh, offset, mesh.user_attribs[i]);
+        if (binding == Binding::each_binds)
+            store.unbind();
+    }
 }
+
+void upload_blocks(const GlState& state, MeshData& mesh, const Attributes& attributes,
+                   Blocks which) {
+    const bool all = which == Blocks::all;
+    const BufferStore store = vertex_store(state, mesh);
+    unsigned long offset = 0;
+    for (const Attribute& attribute : attributes) {
+        const unsigned long bytes = block_bytes(mesh, attribute);
+        if (bytes > 0 && (all || *attribute.need_update))
+            store.upload_bound(offset, bytes, attribute.data);
+        if (!all)
+            *attribute.need_update = false;
+        offset += bytes;
+    }
+    for (unsigned long i = 0; i < mesh.num_user_attribs; ++i) {
+        VertexAttribArray& user = mesh.user_attribs[i];
+        if (all || user.need_update)
+            upload_user(store, mesh, offset, user);
+        if (!all)
+            user.need_update = false;
+        offset += user_block_bytes(mesh);
+    }
+}
+
+// Indices
 
 GLenum index_type(const MeshData& mesh) {
     return mesh.index_bits == 16 ? GL_UNSIGNED_SHORT : GL_UNSIGNED_INT;
@@ -104,43 +168,24 @@ const void* face_list(const MeshData& mesh) {
     return mesh.index_bits == 16 ? static_cast<const void*>(mesh.faces_u16) : mesh.faces_u32;
 }
 
-unsigned long face_list_bytes(const MeshData& mesh) {
-    return mesh.num_faces * (mesh.index_bits == 16 ? sizeof(FaceU16) : sizeof(FaceU32));
-}
-
-namespace {
-
-void create_quad_edges(const Context& context, MeshData& mesh, unsigned long bytes) {
-    context.gl.glGenBuffers(1, &mesh.quad_edge_buffer_id);
-    context.gl.glBindBuffer(GL_ELEMENT_ARRAY_BUFFER, mesh.quad_edge_buffer_id);
-    label_gl_object(context.gl, GL_BUFFER, mesh.quad_edge_buffer_id, "quad edges");
-    context.gl.glBufferData(GL_ELEMENT_ARRAY_BUFFER, static_cast<GLsizeiptr>(bytes),
-                            mesh.quad_edges, index_usage(context, mesh));
-    mesh.gpu_state.quad_edge_buffer_bytes = bytes;
-}
-
-} // namespace
-
-void upload_quad_edges(const Context& context, MeshData& mesh) {
+void upload_quad_edges(const GlState& state, MeshData& mesh) {
     if (!mesh.render_wireframe_quad || !mesh.quad_edges)
         return;
+    BufferStore store(state.gl, GL_ELEMENT_ARRAY_BUFFER, "quad edges", mesh.quad_edge_buffer_id,
+                      mesh.gpu_state.quad_edge_buffer_bytes);
     const unsigned long bytes = mesh.num_quad_edges * sizeof(unsigned int);
-    if (mesh.quad_edge_buffer_id == 0) {
-        create_quad_edges(context, mesh, bytes);
+    // A new buffer takes its edges as it is made, and its flag stays as it is.
+    if (!store.exists()) {
+        store.allocate(bytes, mesh.quad_edges, index_usage(state, mesh));
         return;
     }
-    const ORVEX_Renderer_OpenGL_Func& gl = context.gl;
-    gl.glBindBuffer(GL_ELEMENT_ARRAY_BUFFER, mesh.quad_edge_buffer_id);
-    unsigned long& allocated = mesh.gpu_state.quad_edge_buffer_bytes;
-    if (allocated != 0 && allocated != bytes) {
-        gl.glBufferData(GL_ELEMENT_ARRAY_BUFFER, static_cast<GLsizeiptr>(bytes), nullptr,
-                        index_usage(context, mesh));
-        allocated = bytes;
+    store.bind();
+    if (store.has_other_size(bytes)) {
+        store.resize_bound(bytes, index_usage(state, mesh));
         mesh.quad_edges_need_update = true;
     }
     if (mesh.quad_edges_need_update) {
-        gl.glBufferSubData(GL_ELEMENT_ARRAY_BUFFER, 0, static_cast<GLsizeiptr>(bytes),
-                           mesh.quad_edges);
+        store.upload_bound(0, bytes, mesh.quad_edges);
         mesh.quad_edges_need_update = false;
     }
 }

@@ -6,6 +6,11 @@
 #include <cstddef>
 #include <vector>
 
+#include "orvex/renderer/opengl/buffers/private/buffer_family.h"
+#include "orvex/renderer/opengl/buffers/private/mesh_family.h"
+#include "orvex/renderer/opengl/buffers/private/point_family.h"
+#include "orvex/renderer/opengl/buffers/private/polyline_family.h"
+#include "orvex/renderer/opengl/buffers/private/uniform_buffer_family.h"
 #include "orvex/renderer/opengl/state/private/gl_state.h"
 #include "orvex/renderer/opengl/text/private/glut_text.h"
 #include "orvex/renderer/renderer.h"
@@ -491,30 +496,12 @@ private:
     void log_life_cycle(const char* operation);
     RendererOpenGLData* data;
 
-    // Meshes
-    bool vertex_buffer_prepare_gl3(MeshData* mesh);
-    bool vertex_buffer_prepare_gl2(MeshData* mesh);
-    bool vertex_buffer_prepare_separate_arrays_gl3(MeshData* mesh);
-    bool vertex_buffer_prepare_separate_arrays_gl2(MeshData* mesh);
-    bool vertex_buffer_draw_gl3(MeshData* mesh);
-    bool vertex_buffer_draw_gl2(MeshData* mesh);
-    bool vertex_buffer_finish_gl3(MeshData* mesh);
-    bool vertex_buffer_finish_gl2(MeshData* mesh);
-    bool vertex_buffer_kill_gl3(MeshData* mesh);
-    bool vertex_buffer_kill_gl2(MeshData* mesh);
-
-    // Points
-    bool _vertex_pool_render_prepare_gl2(VertexPoolData* pool);
-    bool _vertex_pool_render_prepare_gl3(VertexPoolData* pool);
-    bool _vertex_pool_render_prepare_separate_arrays_gl2(VertexPoolData* pool);
-    bool _vertex_pool_render_prepare_separate_arrays_gl3(VertexPoolData* pool);
-    bool _vertex_pool_render_finish_gl2(VertexPoolData* pool);
-    bool _vertex_pool_render_finish_gl3(VertexPoolData* pool);
-
     // Buffers
-    unsigned int delete_buffer(unsigned int id);
-    void bind_uniform_buffer(unsigned int id);
-    unsigned int bound_uniform_buffer = 0; // what the API's uniform buffer target holds
+    MeshFamily meshes;
+    PointFamily points;
+    PolylineFamily polylines;
+    BufferFamily buffers;
+    UniformBufferFamily uniform_buffers;
 
     // Programs
     bool compile_shader(unsigned int shader, const char* source);

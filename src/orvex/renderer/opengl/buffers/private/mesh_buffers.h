@@ -1,23 +1,24 @@
 #pragma once
 
 /// @file
-/// What the draw paths of meshes share: the attributes of a store as data, and the upload of
-/// everything that isn't bound to one path.
+/// What the two draw paths of meshes share: the arrays of a store as data, where they lie in its
+/// vertex buffer, and the uploads that don't differ.
+///
+/// The vertex buffer has one of two layouts, and user attributes stand behind the others:
+///
+///   interleaved  | position color normal uv0 uv1 tangent | next record ... | user 0 | user 1 |
+///   separate     | positions | colors | normals | uv0 | uv1 | tangents | user 0 | user 1 |
+///
+/// What a store's format lacks has no bytes in either.
 
 #include <array>
 
-#include "orvex/renderer/opengl/gl/private/gl_functions.h"
+#include "orvex/renderer/opengl/buffers/private/buffer_store.h"
+#include "orvex/renderer/opengl/buffers/private/client_pointers.h"
 #include "orvex/renderer/records/mesh_data.h"
 #include "orvex/renderer/renderer_types.h"
 
 namespace orvex::mesh_buffers {
-
-/// The API and the usages that a host forces on new buffers.
-struct Context {
-    const ORVEX_Renderer_OpenGL_Func& gl;
-    BUFFER_OBJECT_USAGE forced_vertex_usage;
-    BUFFER_OBJECT_USAGE forced_index_usage;
-};
 
 /// One vertex attribute of a store.
 struct Attribute {
@@ -28,20 +29,22 @@ struct Attribute {
     bool* need_update;
 };
 
-/// A store's attributes in the order they have in the vertex buffer and in a record.
-using Attributes = std::array<Attribute, 6>;
-
-/// The place of an attribute in `Attributes`.
-enum AttributeIndex { at_position, at_color, at_normal, at_uv0, at_uv1, at_tangent };
+/// A store's attributes in the order of `AttributeIndex`.
+using Attributes = std::array<Attribute, at_tangent + 1>;
 
 Attributes attributes_of(MeshData& mesh);
 
 /// Usage of a new vertex buffer; writes the static default into a record that asks for none.
-GLenum vertex_usage(const Context& context, MeshData& mesh);
-/// The same for the usage of another kind of record.
-GLenum vertex_usage(const Context& context, unsigned int& record_usage);
+GLenum vertex_usage(const GlState& state, unsigned int& record_usage);
 /// The same for buffers of indices.
-GLenum index_usage(const Context& context, MeshData& mesh);
+GLenum index_usage(const GlState& state, MeshData& mesh);
+
+/// @name The buffers of a mesh
+/// @{
+
+BufferStore vertex_store(const GlState& state, MeshData& mesh);
+BufferStore face_store(const GlState& state, MeshData& mesh);
+/// @}
 
 /// Whether any of the six attribute flags of a mesh or a polyline is raised.
 template<class Store>
@@ -52,50 +55,122 @@ bool any_vertex_flag(const Store& store) {
 
 /// Raises or lowers all six.
 template<class Store>
-void set_vertex_flags(Store& store, bool state) {
-    store.positions_need_update = state;
-    store.normals_need_update = state;
-    store.tangents_need_update = state;
-    store.colors_need_update = state;
-    store.uv0_need_update = state;
-    store.uv1_need_update = state;
+void set_vertex_flags(Store& store, bool raised) {
+    store.positions_need_update = raised;
+    store.normals_need_update = raised;
+    store.tangents_need_update = raised;
+    store.colors_need_update = raised;
+    store.uv0_need_update = raised;
+    store.uv1_need_update = raised;
 }
 
-/// Raises `need_update` of every user attribute.
-void raise_user_flags(MeshData& mesh);
+/// Raises the six flags and those of the user attributes: all of the store is to be uploaded.
+void raise_all_flags(MeshData& mesh);
+/// Whether the flag of a user attribute is raised.
 bool any_user_flag(const MeshData& mesh);
 
-/// Bytes of the block of one user attribute. Its own array may be shorter, see `user_bytes`.
+/// @name Sizes in bytes
+/// @{
+
+/// All interleaved records.
+unsigned long record_bytes(MeshData& mesh);
+/// The block of one user attribute. Its own array may be shorter: the rest of the block stays.
 unsigned long user_block_bytes(const MeshData& mesh);
-/// Bytes of all of them.
+/// The blocks of all user attributes.
 unsigned long user_blocks_bytes(const MeshData& mesh);
-/// Bytes of a user attribute's own array, at most those of its block.
-unsigned long user_bytes(const MeshData& mesh, const VertexAttribArray& attribute);
-
-/// Bytes of an attribute's separate array.
+/// An attribute's separate array.
 unsigned long block_bytes(const MeshData& mesh, const Attribute& attribute);
-/// Bytes of all separate arrays, with the user attributes.
+/// All separate arrays, with the user attributes.
 unsigned long separate_bytes(const MeshData& mesh, const Attributes& attributes);
+/// The face list.
+unsigned long face_list_bytes(const MeshData& mesh);
+/// @}
 
-/// `glBufferSubData` on the bound array buffer.
-void upload(const Context& context, unsigned long offset, unsigned long bytes, const void* data);
-/// The same for a user attribute; its block starts at `offset`.
-void upload_user(const Context& context, const MeshData& mesh, unsigned long offset,
-                 const VertexAttribArray& attribute);
+/// Whether uploads find the vertex buffer bound, or bind it, each for itself, and unbind it again.
+enum class Binding { is_bound, each_binds };
 
-/// An offset into a buffer, as the pointer operations want it.
-const void* buffer_offset(unsigned long bytes);
+/// Uploads the dirty user attributes of an interleaved store behind `vertex_bytes` of records, and
+/// leaves their flags raised. With 0 for those the first block falls on the start of the buffer:
+/// that is how this layout has always been.
+void upload_interleaved_users(const GlState& state, MeshData& mesh, unsigned long vertex_bytes,
+                              Binding binding);
+
+/// Which blocks of separate arrays an upload takes.
+enum class Blocks {
+    all,  ///< all, and the flags stay
+    dirty ///< those whose flag is raised; all flags are lowered
+};
+
+/// Uploads the blocks of separate arrays into the bound buffer.
+void upload_blocks(const GlState& state, MeshData& mesh, const Attributes& attributes,
+                   Blocks which);
+
+/// In place of an `AttributeIndex`: a user attribute.
+constexpr int at_user = -1;
+
+/// Where one array of a store lies in its vertex buffer.
+struct MeshArray {
+    int index;                  ///< an `AttributeIndex`, or `at_user`
+    int location;               ///< generic attribute index, -1 for none
+    unsigned int dim;           ///< floats
+    unsigned long element_size; ///< bytes
+    unsigned long stride;       ///< bytes, 0 for elements one behind the other
+    unsigned long offset;       ///< bytes
+};
+
+/// Calls `visit(MeshArray)` for each array of interleaved records that the format has, and for each
+/// user attribute with a location. Those of user attributes follow the record's own and keep its
+/// stride, as they always did; hosts that use them keep separate arrays.
+template<class Visit>
+void visit_interleaved(MeshData& mesh, const Attributes& attributes, Visit visit) {
+    const unsigned long stride = mesh.get_vertex_elt_size();
+    unsigned long offset = 0;
+    int index = at_position;
+    for (const Attribute& attribute : attributes) {
+        if (attribute.element_size > 0)
+            visit(MeshArray{index, attribute.location, attribute.dim, attribute.element_size,
+                            stride, offset});
+        offset += attribute.element_size;
+        ++index;
+    }
+    for (unsigned long i = 0; i < mesh.num_user_attribs; ++i) {
+        const VertexAttribArray& user = mesh.user_attribs[i];
+        if (user.attrib_location >= 0)
+            visit(MeshArray{at_user, user.attrib_location, user.get_vector_dim(),
+                            user.get_element_size(), stride, offset});
+        offset += user.get_element_size();
+    }
+}
+
+/// The same for the separate arrays that the store has.
+template<class Visit>
+void visit_separate(MeshData& mesh, const Attributes& attributes, Visit visit) {
+    unsigned long offset = 0;
+    int index = at_position;
+    for (const Attribute& attribute : attributes) {
+        if (attribute.data)
+            visit(MeshArray{index, attribute.location, attribute.dim, attribute.element_size, 0,
+                            offset});
+        offset += block_bytes(mesh, attribute);
+        ++index;
+    }
+    for (unsigned long i = 0; i < mesh.num_user_attribs; ++i) {
+        const VertexAttribArray& user = mesh.user_attribs[i];
+        if (user.attrib_location >= 0)
+            visit(MeshArray{at_user, user.attrib_location, user.get_vector_dim(),
+                            user.get_element_size(), 0, offset});
+        offset += user_block_bytes(mesh);
+    }
+}
 
 /// `GL_UNSIGNED_SHORT` or `GL_UNSIGNED_INT`.
 GLenum index_type(const MeshData& mesh);
 
 /// The face list in the store's width; null if there are no faces.
 const void* face_list(const MeshData& mesh);
-/// Bytes of the face list.
-unsigned long face_list_bytes(const MeshData& mesh);
 
 /// Creates the quad edge buffer, uploads what is dirty, and leaves it bound. Does nothing unless
 /// the quad edges are what is drawn.
-void upload_quad_edges(const Context& context, MeshData& mesh);
+void upload_quad_edges(const GlState& state, MeshData& mesh);
 
 } // namespace orvex::mesh_buffers

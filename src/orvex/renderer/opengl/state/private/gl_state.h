@@ -33,6 +33,28 @@ struct GlState {
     /// @return the number that records take to remember who made their objects
     int renderer_id() const;
 
+    /// @name Groups of entry points
+    /// An operation of several calls asks for all that it needs before its first.
+    /// @{
+
+    /// @return whether buffers can be made, given a store and filled
+    bool can_fill_buffers() const {
+        return has_entries(gl.glGenBuffers, gl.glBindBuffer, gl.glBufferData, gl.glBufferSubData);
+    }
+    /// @return whether buffers can be drawn by client arrays
+    bool can_draw_client_arrays() const {
+        return can_fill_buffers() &&
+               has_entries(gl.glEnableVertexAttribArray, gl.glDisableVertexAttribArray,
+                           gl.glVertexAttribPointer);
+    }
+    /// @return whether buffers can be drawn by vertex array objects
+    bool can_draw_vertex_arrays() const {
+        return can_fill_buffers() &&
+               has_entries(gl.glGenVertexArrays, gl.glBindVertexArray, gl.glEnableVertexAttribArray,
+                           gl.glVertexAttribPointer);
+    }
+    /// @}
+
     /// @name Log lines
     /// printf-style, cut at 16,383 characters, sent as "OpenGL renderer - " and the text.
     /// @{

@@ -1,0 +1,40 @@
+#include "orvex/renderer/opengl/buffers/private/buffer_store.h"
+
+#include "orvex/renderer/opengl/gl/private/gl_debug.h"
+#include "orvex/renderer/opengl/state/private/gl_state.h"
+
+namespace orvex {
+
+bool BufferStore::allocate(unsigned long wanted, const void* data, GLenum usage) {
+    const bool is_new = !exists();
+    if (is_new)
+        gl.glGenBuffers(1, &id);
+    bind();
+    label_gl_object(gl, GL_BUFFER, id, use);
+    gl.glBufferData(target, static_cast<GLsizeiptr>(wanted), data, usage);
+    bytes = wanted;
+    return is_new;
+}
+
+void BufferStore::resize_bound(unsigned long wanted, GLenum usage) {
+    gl.glBufferData(target, static_cast<GLsizeiptr>(wanted), nullptr, usage);
+    bytes = wanted;
+}
+
+unsigned int create_buffer(const ORVEX_Renderer_OpenGL_Func& gl, GLenum target, const char* use,
+                           unsigned long bytes, const void* data, GLenum usage) {
+    unsigned int id = 0;
+    unsigned long allocated = 0;
+    BufferStore(gl, target, use, id, allocated).allocate(bytes, data, usage);
+    return id;
+}
+
+void delete_buffer(GlState& state, unsigned int& id) {
+    if (id == 0)
+        return;
+    state.client_arrays.forget_buffer(state.gl, id);
+    state.gl.glDeleteBuffers(1, &id);
+    id = 0;
+}
+
+} // namespace orvex

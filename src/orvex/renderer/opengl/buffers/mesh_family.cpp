@@ -1,0 +1,65 @@
+#include "orvex/renderer/opengl/buffers/private/mesh_family.h"
+
+#include "orvex/renderer/opengl/buffers/private/mesh_buffers.h"
+#include "orvex/renderer/opengl/state/private/gl_state.h"
+
+namespace orvex {
+
+bool MeshFamily::prepare(MeshData* mesh) {
+    if (!mesh)
+        return false;
+    const bool ready = mesh->get_use_generic_vertex_attribs_state()
+                           ? vertex_buffer_prepare_gl3(mesh)
+                           : vertex_buffer_prepare_gl2(mesh);
+    state.prepared_mesh = ready ? mesh : nullptr;
+    return ready;
+}
+
+bool MeshFamily::prepare_separate_arrays(MeshData* mesh) {
+    if (!mesh)
+        return false;
+    const bool ready = mesh->get_use_generic_vertex_attribs_state()
+                           ? vertex_buffer_prepare_separate_arrays_gl3(mesh)
+                           : vertex_buffer_prepare_separate_arrays_gl2(mesh);
+    state.prepared_mesh = ready ? mesh : nullptr;
+    return ready;
+}
+
+bool MeshFamily::draw(MeshData* mesh) {
+    if (!mesh)
+        return false;
+    return mesh->get_use_generic_vertex_attribs_state() ? vertex_buffer_draw_gl3(mesh)
+                                                        : vertex_buffer_draw_gl2(mesh);
+}
+
+bool MeshFamily::finish(MeshData* mesh) {
+    if (!mesh)
+        return false;
+    state.prepared_mesh = nullptr;
+    return mesh->get_use_generic_vertex_attribs_state() ? vertex_buffer_finish_gl3(mesh)
+                                                        : vertex_buffer_finish_gl2(mesh);
+}
+
+bool MeshFamily::kill(MeshData* mesh) {
+    // Objects are deleted on the thread of their context only.
+    if (!mesh || Thread() != mesh->thread)
+        return false;
+    if (state.prepared_mesh == mesh)
+        state.prepared_mesh = nullptr;
+    return mesh->get_use_generic_vertex_attribs_state() ? vertex_buffer_kill_gl3(mesh)
+                                                        : vertex_buffer_kill_gl2(mesh);
+}
+
+bool MeshFamily::resize(MeshData* mesh) {
+    if (!mesh || mesh->separate_vertex_arrays || mesh->vertex_buffer_id == 0 ||
+        !has_entries(state.gl.glBindBuffer, state.gl.glBufferData))
+        return false;
+    BufferStore store = mesh_buffers::vertex_store(state, *mesh);
+    store.bind();
+    store.resize_bound(mesh_buffers::record_bytes(*mesh),
+                       mesh_buffers::vertex_usage(state, mesh->vertex_buffer_usage));
+    store.unbind();
+    return true;
+}
+
+} // namespace orvex

@@ -1,0 +1,78 @@
+#pragma once
+
+/// @file
+/// The life of a GPU buffer, for every kind of record.
+///
+/// A record of the contract holds the ids of its buffers and what the back end remembers about them
+/// as plain fields. A store is a view of one buffer through those fields: it is made where the
+/// buffer is needed, costs nothing, and keeps nothing itself.
+///
+///   no name  --allocate-->  named, with a store  --delete_buffer-->  no name
+///                                |        ^
+///                                +--------+  allocate, resize_bound: another size
+///
+/// An unknown size, 0, fits everything: a host made such a buffer, and it isn't touched.
+
+#include "orvex/renderer/opengl/gl/private/gl_functions.h"
+
+namespace orvex {
+
+struct GlState;
+
+/// One GPU buffer, seen through the fields of its record.
+class BufferStore {
+public:
+    /// @param gl      has to live as long as this
+    /// @param target  what it is bound to, as `GL_ARRAY_BUFFER`
+    /// @param use     its label for debuggers
+    /// @param id      the record's field, 0 for no buffer
+    /// @param bytes   the record's field for the size last allocated, 0 for unknown
+    BufferStore(const ORVEX_Renderer_OpenGL_Func& gl, GLenum target, const char* use,
+                unsigned int& id, unsigned long& bytes)
+        : gl(gl)
+        , target(target)
+        , use(use)
+        , id(id)
+        , bytes(bytes) {}
+
+    bool exists() const { return id != 0; }
+    /// @return whether the size is known to be another
+    bool has_other_size(unsigned long wanted) const { return bytes != 0 && bytes != wanted; }
+    /// @return whether there is a buffer, of that size or of an unknown one
+    bool fits(unsigned long wanted) const { return exists() && !has_other_size(wanted); }
+
+    void bind() const { gl.glBindBuffer(target, id); }
+    void unbind() const { gl.glBindBuffer(target, 0); }
+
+    /// Makes the buffer if there is none, gives it a store and leaves it bound.
+    /// @param data  `wanted` bytes that fill it, or null
+    /// @return whether its name is new
+    bool allocate(unsigned long wanted, const void* data, GLenum usage);
+
+    /// Gives the buffer, which is bound, an empty store of another size.
+    void resize_bound(unsigned long wanted, GLenum usage);
+
+    /// Fills a part of the buffer, which is bound.
+    void upload_bound(unsigned long offset, unsigned long size, const void* data) const {
+        gl.glBufferSubData(target, static_cast<GLintptr>(offset), static_cast<GLsizeiptr>(size),
+                           data);
+    }
+
+private:
+    const ORVEX_Renderer_OpenGL_Func& gl;
+    GLenum target;
+    const char* use;
+    unsigned int& id;
+    unsigned long& bytes;
+};
+
+/// Makes a buffer that no record holds, with a store, and leaves it bound.
+/// @return its id
+unsigned int create_buffer(const ORVEX_Renderer_OpenGL_Func& gl, GLenum target, const char* use,
+                           unsigned long bytes, const void* data, GLenum usage);
+
+/// Deletes a buffer if there is one, and disables the client arrays that point into it.
+/// @param id  0 afterwards
+void delete_buffer(GlState& state, unsigned int& id);
+
+} // namespace orvex

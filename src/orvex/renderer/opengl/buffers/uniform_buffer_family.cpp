@@ -1,0 +1,135 @@
+#include "orvex/renderer/opengl/buffers/private/uniform_buffer_family.h"
+
+#include "orvex/renderer/opengl/buffers/private/buffer_store.h"
+#include "orvex/renderer/opengl/gl/private/gl_enums.h"
+#include "orvex/renderer/opengl/state/private/gl_state.h"
+#include "orvex/renderer/records/uniform_buffer_data.h"
+
+namespace orvex {
+
+void UniformBufferFamily::force_usage(BUFFER_OBJECT_USAGE usage) {
+    state.forced_uniform_usage = usage;
+}
+
+void UniformBufferFamily::bind_uniform_buffer(unsigned int id) {
+    state.gl.glBindBuffer(GL_UNIFORM_BUFFER, id);
+    bound_uniform_buffer = id;
+}
+
+bool UniformBufferFamily::can_initialize() const {
+    const ORVEX_Renderer_OpenGL_Func& gl = state.gl;
+    return has_entries(gl.glGetUniformBlockIndex, gl.glGetActiveUniformBlockiv,
+                       gl.glUniformBlockBinding, gl.glGenBuffers, gl.glDeleteBuffers,
+                       gl.glBindBuffer, gl.glBufferData, gl.glBindBufferBase);
+}
+
+bool UniformBufferFamily::initialize(UniformBufferData* block, unsigned int program) {
+    if (!block || !can_initialize())
+        return false;
+    const ORVEX_Renderer_OpenGL_Func& gl = state.gl;
+    const GLuint index = gl.glGetUniformBlockIndex(program, block->name);
+    if (index == GL_INVALID_INDEX)
+        return false;
+
+    // The buffer before, if any, may have another size.
+    kill(block);
+    block->block_index = index;
+    GLint size = 0;
+    gl.glGetActiveUniformBlockiv(program, index, GL_UNIFORM_BLOCK_DATA_SIZE, &size);
+    block->size = static_cast<unsigned int>(size);
+    // Without a forced usage the buffer is for reading, whatever its name says.
+    const BUFFER_OBJECT_USAGE usage = state.forced_uniform_usage != BUFFER_USAGE_DEFAULT
+                                          ? state.forced_uniform_usage
+                                          : BUFFER_USAGE_STATIC_READ;
+    block->buffer =
+        create_buffer(gl, GL_UNIFORM_BUFFER, "uniforms", static_cast<unsigned long>(size), nullptr,
+                      gl_buffer_usage(usage));
+
+    // The block of the program and the buffer meet at the binding point.
+    gl.glBindBufferBase(GL_UNIFORM_BUFFER, block->binding, block->buffer);
+    gl.glUniformBlockBinding(program, index, block->binding);
+    bind_uniform_buffer(0);
+    return true;
+}
+
+bool UniformBufferFamily::kill(UniformBufferData* block) {
+    if (!block || block->buffer == 0 || !state.gl.glDeleteBuffers)
+        return false;
+    state.gl.glDeleteBuffers(1, &block->buffer);
+    if (bound_uniform_buffer == block->buffer)
+        bound_uniform_buffer = 0;
+    block->buffer = 0;
+    block->bound = false;
+    block->mapped = nullptr;
+    block->mapped_size = 0;
+    return true;
+}
+
+void* UniformBufferFamily::map(UniformBufferData* block) {
+    if (!block || block->buffer == 0 || !has_entries(state.gl.glBindBuffer, state.gl.glMapBuffer))
+        return nullptr;
+    bind(block);
+    // A block that is bound stays so when another one is; what is mapped has to be this one's.
+    if (bound_uniform_buffer != block->buffer)
+        bind_uniform_buffer(block->buffer);
+    block->mapped = state.gl.glMapBuffer(GL_UNIFORM_BUFFER, GL_WRITE_ONLY);
+    block->mapped_size = block->mapped ? block->size : 0;
+    return block->mapped;
+}
+
+void* UniformBufferFamily::map_range(UniformBufferData* block, unsigned long offset,
+                                     unsigned long length) {
+    if (!block || block->buffer == 0 || !state.gl.glMapBufferRange)
+        return nullptr;
+    block->mapped = state.gl.glMapBufferRange(GL_UNIFORM_BUFFER, static_cast<GLintptr>(offset),
+                                              static_cast<GLsizeiptr>(length),
+                                              GL_MAP_WRITE_BIT | GL_MAP_INVALIDATE_BUFFER_BIT);
+    block->mapped_size = block->mapped ? length : 0;
+    return block->mapped;
+}
+
+bool UniformBufferFamily::unmap(UniformBufferData* block) {
+    if (!block)
+        return false;
+    block->mapped = nullptr;
+    block->mapped_size = 0;
+    if (block->buffer == 0 || !has_entries(state.gl.glBindBuffer, state.gl.glUnmapBuffer))
+        return false;
+    bind_uniform_buffer(block->buffer);
+    return state.gl.glUnmapBuffer(GL_UNIFORM_BUFFER) == GL_TRUE;
+}
+
+bool UniformBufferFamily::bind(UniformBufferData* block) {
+    if (!block || block->buffer == 0 || !state.gl.glBindBuffer)
+        return false;
+    if (!block->bound) {
+        bind_uniform_buffer(block->buffer);
+        block->bound = true;
+    }
+    return true;
+}
+
+bool UniformBufferFamily::bind_base(UniformBufferData* block) {
+    if (!block || block->buffer == 0 || !state.gl.glBindBufferBase)
+        return false;
+    if (!block->bound) {
+        state.gl.glBindBufferBase(GL_UNIFORM_BUFFER, block->binding, block->buffer);
+        bound_uniform_buffer = block->buffer;
+        block->bound = true;
+    }
+    return true;
+}
+
+bool UniformBufferFamily::unbind(UniformBufferData* block) {
+    const ORVEX_Renderer_OpenGL_Func& gl = state.gl;
+    if (!has_entries(gl.glBindBuffer, gl.glBindBufferBase))
+        return false;
+    if (block) {
+        block->bound = false;
+        gl.glBindBufferBase(GL_UNIFORM_BUFFER, block->binding, 0);
+    }
+    bind_uniform_buffer(0);
+    return true;
+}
+
+} // namespace orvex
