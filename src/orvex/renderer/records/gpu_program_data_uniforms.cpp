@@ -6,6 +6,7 @@
 #include "orvex/math/vec2.h"
 #include "orvex/math/vec3.h"
 #include "orvex/renderer/records/gpu_program_uniform.h"
+#include "orvex/renderer/records/private/uniform_kinds.h"
 
 namespace orvex {
 
@@ -104,57 +105,18 @@ bool store(GpuProgramUniform* uniform, Vector GpuProgramUniform::*field, int com
     return true;
 }
 
-} // namespace
-
-bool GpuProgramData::set_uniform_1i(const char* name, int x) {
-    return store(touch_uniform(name, GPU_SHADER_UNIFORM_1I), &GpuProgramUniform::i, 1, x);
+template<typename Value, std::size_t size>
+Value* numbers_of(Value (&matrix)[size]) {
+    return matrix;
 }
 
-bool GpuProgramData::set_uniform_2i(const char* name, int x, int y) {
-    return store(touch_uniform(name, GPU_SHADER_UNIFORM_2I), &GpuProgramUniform::i, 2, x, y);
+float* numbers_of(mat4& matrix) {
+    return matrix.m;
 }
 
-bool GpuProgramData::set_uniform_3i(const char* name, int x, int y, int z) {
-    return store(touch_uniform(name, GPU_SHADER_UNIFORM_3I), &GpuProgramUniform::i, 3, x, y, z);
+double* numbers_of(mat4d& matrix) {
+    return matrix.m;
 }
-
-bool GpuProgramData::set_uniform_4i(const char* name, int x, int y, int z, int w) {
-    return store(touch_uniform(name, GPU_SHADER_UNIFORM_4I), &GpuProgramUniform::i, 4, x, y, z, w);
-}
-
-bool GpuProgramData::set_uniform_1f(const char* name, float x) {
-    return store(touch_uniform(name, GPU_SHADER_UNIFORM_1F), &GpuProgramUniform::f, 1, x);
-}
-
-bool GpuProgramData::set_uniform_2f(const char* name, float x, float y) {
-    return store(touch_uniform(name, GPU_SHADER_UNIFORM_2F), &GpuProgramUniform::f, 2, x, y);
-}
-
-bool GpuProgramData::set_uniform_3f(const char* name, float x, float y, float z) {
-    return store(touch_uniform(name, GPU_SHADER_UNIFORM_3F), &GpuProgramUniform::f, 3, x, y, z);
-}
-
-bool GpuProgramData::set_uniform_4f(const char* name, float x, float y, float z, float w) {
-    return store(touch_uniform(name, GPU_SHADER_UNIFORM_4F), &GpuProgramUniform::f, 4, x, y, z, w);
-}
-
-bool GpuProgramData::set_uniform_1d(const char* name, double x) {
-    return store(touch_uniform(name, GPU_SHADER_UNIFORM_1D), &GpuProgramUniform::d, 1, x);
-}
-
-bool GpuProgramData::set_uniform_2d(const char* name, double x, double y) {
-    return store(touch_uniform(name, GPU_SHADER_UNIFORM_2D), &GpuProgramUniform::d, 2, x, y);
-}
-
-bool GpuProgramData::set_uniform_3d(const char* name, double x, double y, double z) {
-    return store(touch_uniform(name, GPU_SHADER_UNIFORM_3D), &GpuProgramUniform::d, 3, x, y, z);
-}
-
-bool GpuProgramData::set_uniform_4d(const char* name, double x, double y, double z, double w) {
-    return store(touch_uniform(name, GPU_SHADER_UNIFORM_4D), &GpuProgramUniform::d, 4, x, y, z, w);
-}
-
-namespace {
 
 bool is_component_count(int components) {
     return components >= 1 && components <= 4;
@@ -187,36 +149,6 @@ bool GpuProgramData::_set_uniform_ui(const char* name, const unsigned int* value
         return false;
     std::copy_n(values, components, uniform->ui);
     uniforms_optimized = false;
-    return true;
-}
-
-bool GpuProgramData::set_uniform_1ui(const char* name, unsigned int x) {
-    const unsigned int values[] = {x};
-    return _set_uniform_ui(name, values, 1);
-}
-
-bool GpuProgramData::set_uniform_2ui(const char* name, unsigned int x, unsigned int y) {
-    const unsigned int values[] = {x, y};
-    return _set_uniform_ui(name, values, 2);
-}
-
-bool GpuProgramData::set_uniform_3ui(const char* name, unsigned int x, unsigned int y,
-                                     unsigned int z) {
-    const unsigned int values[] = {x, y, z};
-    return _set_uniform_ui(name, values, 3);
-}
-
-bool GpuProgramData::set_uniform_4ui(const char* name, unsigned int x, unsigned int y,
-                                     unsigned int z, unsigned int w) {
-    const unsigned int values[] = {x, y, z, w};
-    return _set_uniform_ui(name, values, 4);
-}
-
-bool GpuProgramData::set_uniform_1ui64(const char* name, unsigned long long value) {
-    GpuProgramUniform* const uniform = touch_uniform(name, GPU_SHADER_UNIFORM_1UI64);
-    if (!uniform)
-        return false;
-    uniform->ui64 = value;
     return true;
 }
 
@@ -269,97 +201,62 @@ bool GpuProgramData::_set_uniform_ui64v(const char* name, const unsigned long lo
     return true;
 }
 
-bool GpuProgramData::set_uniform_1iv(const char* name, const int* values, int count) {
-    return _set_uniform_iv(name, values, count, 1);
-}
+// One setter for each kind of uniform.
 
-bool GpuProgramData::set_uniform_2iv(const char* name, const int* values, int count) {
-    return _set_uniform_iv(name, values, count, 2);
-}
+#define ORVEX_SET_VALUE(kind, KIND, Type, components, field)                                       \
+    bool GpuProgramData::set_uniform_##kind(const char* name,                                      \
+                                            ORVEX_UNIFORM_PARAMETERS_##components(Type)) {         \
+        return store(touch_uniform(name, GPU_SHADER_UNIFORM_##KIND), &GpuProgramUniform::field,    \
+                     components, ORVEX_UNIFORM_ARGUMENTS_##components);                            \
+    }
 
-bool GpuProgramData::set_uniform_3iv(const char* name, const int* values, int count) {
-    return _set_uniform_iv(name, values, count, 3);
-}
+#define ORVEX_SET_WORDS(kind, KIND, Type, components, field)                                       \
+    bool GpuProgramData::set_uniform_##kind(const char* name,                                      \
+                                            ORVEX_UNIFORM_PARAMETERS_##components(Type)) {         \
+        const Type values[] = {ORVEX_UNIFORM_ARGUMENTS_##components};                              \
+        return _set_uniform_##field(name, values, components);                                     \
+    }
 
-bool GpuProgramData::set_uniform_4iv(const char* name, const int* values, int count) {
-    return _set_uniform_iv(name, values, count, 4);
-}
+#define ORVEX_SET_HANDLE(kind, KIND, Type, components, field)                                      \
+    bool GpuProgramData::set_uniform_##kind(const char* name, Type value) {                        \
+        GpuProgramUniform* const uniform = touch_uniform(name, GPU_SHADER_UNIFORM_##KIND);         \
+        if (!uniform)                                                                              \
+            return false;                                                                          \
+        uniform->field = value;                                                                    \
+        return true;                                                                               \
+    }
 
-bool GpuProgramData::set_uniform_1fv(const char* name, const float* values, int count) {
-    return _set_uniform_fv(name, values, count, 1);
-}
+// A vector is its numbers, one behind the other.
+#define ORVEX_SET_ARRAY(kind, KIND, Type, components, field)                                       \
+    bool GpuProgramData::set_uniform_##kind(const char* name, const Type* values, int count) {     \
+        using Number = decltype(GpuProgramUniform::field)::value_type;                             \
+        static_assert(sizeof(Type) == sizeof(Number) ||                                            \
+                      sizeof(Type) == components * sizeof(Number));                                \
+        return _set_uniform_##field(name, reinterpret_cast<const Number*>(values), count,          \
+                                    components);                                                   \
+    }
 
-bool GpuProgramData::set_uniform_2fv(const char* name, const vec2* values, int count) {
-    return _set_uniform_fv(name, reinterpret_cast<const float*>(values), count, 2);
-}
+#define ORVEX_SET_MATRIX(kind, KIND, Type, components, field)                                      \
+    bool GpuProgramData::set_uniform_##kind(const char* name, const Type* values) {                \
+        GpuProgramUniform* const uniform =                                                         \
+            values ? touch_uniform(name, GPU_SHADER_UNIFORM_##KIND) : nullptr;                     \
+        if (!uniform)                                                                              \
+            return false;                                                                          \
+        std::copy_n(values, components, numbers_of(uniform->field));                               \
+        return true;                                                                               \
+    }
 
-bool GpuProgramData::set_uniform_3fv(const char* name, const vec3* values, int count) {
-    return _set_uniform_fv(name, reinterpret_cast<const float*>(values), count, 3);
-}
+ORVEX_UNIFORM_KINDS(ORVEX_SET_VALUE, ORVEX_SET_WORDS, ORVEX_SET_HANDLE, ORVEX_SET_ARRAY,
+                    ORVEX_SET_ARRAY, ORVEX_SET_MATRIX, ORVEX_SET_MATRIX)
 
-bool GpuProgramData::set_uniform_4fv(const char* name, const vec4* values, int count) {
-    return _set_uniform_fv(name, reinterpret_cast<const float*>(values), count, 4);
-}
-
-bool GpuProgramData::set_uniform_1dv(const char* name, const double* values, int count) {
-    return _set_uniform_dv(name, values, count, 1);
-}
-
-bool GpuProgramData::set_uniform_2dv(const char* name, const double* values, int count) {
-    return _set_uniform_dv(name, values, count, 2);
-}
-
-bool GpuProgramData::set_uniform_3dv(const char* name, const double* values, int count) {
-    return _set_uniform_dv(name, values, count, 3);
-}
-
-bool GpuProgramData::set_uniform_4dv(const char* name, const double* values, int count) {
-    return _set_uniform_dv(name, values, count, 4);
-}
-
-bool GpuProgramData::set_uniform_1ui64v(const char* name, const unsigned long long* values,
-                                        int count) {
-    return _set_uniform_ui64v(name, values, count, 1);
-}
-
-bool GpuProgramData::set_uniform_3x3f(const char* name, const float* values) {
-    GpuProgramUniform* const uniform =
-        values ? touch_uniform(name, GPU_SHADER_UNIFORM_3X3F) : nullptr;
-    if (!uniform)
-        return false;
-    std::copy_n(values, 9, uniform->m3f);
-    return true;
-}
-
-bool GpuProgramData::set_uniform_4x4f(const char* name, const float* values) {
-    GpuProgramUniform* const uniform =
-        values ? touch_uniform(name, GPU_SHADER_UNIFORM_4X4F) : nullptr;
-    if (!uniform)
-        return false;
-    std::copy_n(values, 16, uniform->m4f.m);
-    return true;
-}
+#undef ORVEX_SET_VALUE
+#undef ORVEX_SET_WORDS
+#undef ORVEX_SET_HANDLE
+#undef ORVEX_SET_ARRAY
+#undef ORVEX_SET_MATRIX
 
 bool GpuProgramData::set_uniform_4x4f(const char* name, const mat4& value) {
     return set_uniform_4x4f(name, value.m);
-}
-
-bool GpuProgramData::set_uniform_3x3d(const char* name, const double* values) {
-    GpuProgramUniform* const uniform =
-        values ? touch_uniform(name, GPU_SHADER_UNIFORM_3X3D) : nullptr;
-    if (!uniform)
-        return false;
-    std::copy_n(values, 9, uniform->m3d);
-    return true;
-}
-
-bool GpuProgramData::set_uniform_4x4d(const char* name, const double* values) {
-    GpuProgramUniform* const uniform =
-        values ? touch_uniform(name, GPU_SHADER_UNIFORM_4X4D) : nullptr;
-    if (!uniform)
-        return false;
-    std::copy_n(values, 16, uniform->m4d.m);
-    return true;
 }
 
 } // namespace orvex
