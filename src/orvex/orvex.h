@@ -60,7 +60,9 @@
 #include "orvex/renderer/render_target.h"
 #include "orvex/renderer/render_window.h"
 #include "orvex/renderer/renderer.h"
+#include "orvex/renderer/renderer_base.h"
 #include "orvex/renderer/renderer_fwd.h"
+#include "orvex/renderer/renderer_operations.h"
 #include "orvex/renderer/renderer_rasterizer_state.h"
 #include "orvex/renderer/renderer_types.h"
 

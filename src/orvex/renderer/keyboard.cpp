@@ -4,14 +4,11 @@
 #include <cstddef>
 #include <map>
 
-namespace orvex {
+// The keys stand in one table with a column for each platform. A map leads from the engine's codes
+// to the platform's, under which the states are kept, so that what the host notes and what the
+// application asks meet in one array.
 
-struct KeyboardData {
-    /// One state per platform code; 1 is down.
-    std::array<char, 256> key_buffer = {};
-    /// Platform codes. All of them come from the columns below, or are 0.
-    std::map<KeyCode, unsigned int> key_map;
-};
+namespace orvex {
 
 namespace {
 
@@ -121,27 +118,30 @@ constexpr KEYBOARD_LAYOUT native_layout = KEYBOARD_LAYOUT_MACINTOSH;
 constexpr KEYBOARD_LAYOUT native_layout = KEYBOARD_LAYOUT_X11;
 #endif
 
-void enter_missing(KeyboardData& data, KEYBOARD_LAYOUT layout) {
-    for (const KeyRow& row : key_rows)
-        data.key_map.emplace(row.key, layout == KEYBOARD_LAYOUT_X11 ? row.x11 : row.macintosh);
-}
-
-/// The state that belongs to a key. A miss enters the key for the platform code 0.
-char& state_of(KeyboardData& data, KeyCode key) {
-    return data.key_buffer[data.key_map[key]];
-}
-
 } // namespace
 
-Keyboard::Keyboard()
-    : data(new KeyboardData) {}
+struct Keyboard::KeyboardData {
+    /// One state per platform code; 1 is down.
+    std::array<char, 256> key_buffer = {};
+    /// Platform codes. All of them come from the columns above, or are 0.
+    std::map<KeyCode, unsigned int> key_map;
 
-Keyboard::~Keyboard() {
-    delete data;
-}
+    void enter_missing(KEYBOARD_LAYOUT layout) {
+        for (const KeyRow& row : key_rows)
+            key_map.emplace(row.key, layout == KEYBOARD_LAYOUT_X11 ? row.x11 : row.macintosh);
+    }
+
+    /// The state that belongs to a key. A miss enters the key for the platform code 0.
+    char& state_of(KeyCode key) { return key_buffer[key_map[key]]; }
+};
+
+Keyboard::Keyboard()
+    : data(std::make_unique<KeyboardData>()) {}
+
+Keyboard::~Keyboard() = default;
 
 bool Keyboard::init() {
-    enter_missing(*data, native_layout);
+    data->enter_missing(native_layout);
     return true;
 }
 
@@ -149,7 +149,7 @@ bool Keyboard::init(KEYBOARD_LAYOUT layout) {
     if (layout != KEYBOARD_LAYOUT_X11 && layout != KEYBOARD_LAYOUT_MACINTOSH)
         return false;
     data->key_map.clear();
-    enter_missing(*data, layout);
+    data->enter_missing(layout);
     return true;
 }
 
@@ -160,12 +160,12 @@ bool Keyboard::set_virtual_key_state(int key, char state) {
 }
 
 bool Keyboard::set_key_state(KeyCode key, char state) {
-    state_of(*data, key) = state;
+    data->state_of(key) = state;
     return true;
 }
 
 bool Keyboard::is_key_down(KeyCode key) {
-    return state_of(*data, key) == 1;
+    return data->state_of(key) == 1;
 }
 
 bool Keyboard::is_key_down_raw(unsigned int key) {

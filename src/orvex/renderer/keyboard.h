@@ -1,14 +1,147 @@
 #pragma once
 
 /// @file
-/// Which keys are down, by the names of the keys. <linux/input.h> defines macros of the same names:
-/// a source that needs both includes that one last.
+/// Which keys are down, by the names of the keys.
+///
+/// <linux/input.h> and <curses.h> define macros of the same names. This header may stand before or
+/// behind them, and leaves them as they are: in a source that includes one of them, its macros are
+/// what the words mean. Most of the kernel's numbers equal the engine's, but those of function keys
+/// from 13 on, arrows, home and end don't: a source that needs the engine's writes `#undef
+/// KEY_HOME` first, or keeps apart from the system's header.
+
+#include <memory>
 
 #include "orvex/api.h"
 
-namespace orvex {
+// The system's macros are set aside while the constants are declared.
+#pragma push_macro("KEY_1")
+#undef KEY_1
+#pragma push_macro("KEY_2")
+#undef KEY_2
+#pragma push_macro("KEY_3")
+#undef KEY_3
+#pragma push_macro("KEY_4")
+#undef KEY_4
+#pragma push_macro("KEY_5")
+#undef KEY_5
+#pragma push_macro("KEY_6")
+#undef KEY_6
+#pragma push_macro("KEY_7")
+#undef KEY_7
+#pragma push_macro("KEY_8")
+#undef KEY_8
+#pragma push_macro("KEY_9")
+#undef KEY_9
+#pragma push_macro("KEY_0")
+#undef KEY_0
+#pragma push_macro("KEY_MINUS")
+#undef KEY_MINUS
+#pragma push_macro("KEY_TAB")
+#undef KEY_TAB
+#pragma push_macro("KEY_Q")
+#undef KEY_Q
+#pragma push_macro("KEY_W")
+#undef KEY_W
+#pragma push_macro("KEY_E")
+#undef KEY_E
+#pragma push_macro("KEY_R")
+#undef KEY_R
+#pragma push_macro("KEY_T")
+#undef KEY_T
+#pragma push_macro("KEY_Y")
+#undef KEY_Y
+#pragma push_macro("KEY_U")
+#undef KEY_U
+#pragma push_macro("KEY_I")
+#undef KEY_I
+#pragma push_macro("KEY_O")
+#undef KEY_O
+#pragma push_macro("KEY_P")
+#undef KEY_P
+#pragma push_macro("KEY_A")
+#undef KEY_A
+#pragma push_macro("KEY_S")
+#undef KEY_S
+#pragma push_macro("KEY_D")
+#undef KEY_D
+#pragma push_macro("KEY_F")
+#undef KEY_F
+#pragma push_macro("KEY_G")
+#undef KEY_G
+#pragma push_macro("KEY_H")
+#undef KEY_H
+#pragma push_macro("KEY_J")
+#undef KEY_J
+#pragma push_macro("KEY_K")
+#undef KEY_K
+#pragma push_macro("KEY_L")
+#undef KEY_L
+#pragma push_macro("KEY_BACKSLASH")
+#undef KEY_BACKSLASH
+#pragma push_macro("KEY_Z")
+#undef KEY_Z
+#pragma push_macro("KEY_X")
+#undef KEY_X
+#pragma push_macro("KEY_C")
+#undef KEY_C
+#pragma push_macro("KEY_V")
+#undef KEY_V
+#pragma push_macro("KEY_B")
+#undef KEY_B
+#pragma push_macro("KEY_N")
+#undef KEY_N
+#pragma push_macro("KEY_M")
+#undef KEY_M
+#pragma push_macro("KEY_COMMA")
+#undef KEY_COMMA
+#pragma push_macro("KEY_SLASH")
+#undef KEY_SLASH
+#pragma push_macro("KEY_SPACE")
+#undef KEY_SPACE
+#pragma push_macro("KEY_F1")
+#undef KEY_F1
+#pragma push_macro("KEY_F2")
+#undef KEY_F2
+#pragma push_macro("KEY_F3")
+#undef KEY_F3
+#pragma push_macro("KEY_F4")
+#undef KEY_F4
+#pragma push_macro("KEY_F5")
+#undef KEY_F5
+#pragma push_macro("KEY_F6")
+#undef KEY_F6
+#pragma push_macro("KEY_F7")
+#undef KEY_F7
+#pragma push_macro("KEY_F8")
+#undef KEY_F8
+#pragma push_macro("KEY_F9")
+#undef KEY_F9
+#pragma push_macro("KEY_F10")
+#undef KEY_F10
+#pragma push_macro("KEY_F11")
+#undef KEY_F11
+#pragma push_macro("KEY_F12")
+#undef KEY_F12
+#pragma push_macro("KEY_F13")
+#undef KEY_F13
+#pragma push_macro("KEY_F14")
+#undef KEY_F14
+#pragma push_macro("KEY_F15")
+#undef KEY_F15
+#pragma push_macro("KEY_HOME")
+#undef KEY_HOME
+#pragma push_macro("KEY_UP")
+#undef KEY_UP
+#pragma push_macro("KEY_LEFT")
+#undef KEY_LEFT
+#pragma push_macro("KEY_RIGHT")
+#undef KEY_RIGHT
+#pragma push_macro("KEY_END")
+#undef KEY_END
+#pragma push_macro("KEY_DOWN")
+#undef KEY_DOWN
 
-struct KeyboardData;
+namespace orvex {
 
 /// A key by its place on the keyboard, whatever the window system: the `KEY_*` constants below.
 using KeyCode = unsigned int;
@@ -107,6 +240,74 @@ inline constexpr KeyCode KEY_DOWN = 208;           ///< arrow down
 inline constexpr KeyCode KEY_PAGE_DOWN = 209;      ///< a page down
 /// @}
 
+} // namespace orvex
+
+#pragma pop_macro("KEY_1")
+#pragma pop_macro("KEY_2")
+#pragma pop_macro("KEY_3")
+#pragma pop_macro("KEY_4")
+#pragma pop_macro("KEY_5")
+#pragma pop_macro("KEY_6")
+#pragma pop_macro("KEY_7")
+#pragma pop_macro("KEY_8")
+#pragma pop_macro("KEY_9")
+#pragma pop_macro("KEY_0")
+#pragma pop_macro("KEY_MINUS")
+#pragma pop_macro("KEY_TAB")
+#pragma pop_macro("KEY_Q")
+#pragma pop_macro("KEY_W")
+#pragma pop_macro("KEY_E")
+#pragma pop_macro("KEY_R")
+#pragma pop_macro("KEY_T")
+#pragma pop_macro("KEY_Y")
+#pragma pop_macro("KEY_U")
+#pragma pop_macro("KEY_I")
+#pragma pop_macro("KEY_O")
+#pragma pop_macro("KEY_P")
+#pragma pop_macro("KEY_A")
+#pragma pop_macro("KEY_S")
+#pragma pop_macro("KEY_D")
+#pragma pop_macro("KEY_F")
+#pragma pop_macro("KEY_G")
+#pragma pop_macro("KEY_H")
+#pragma pop_macro("KEY_J")
+#pragma pop_macro("KEY_K")
+#pragma pop_macro("KEY_L")
+#pragma pop_macro("KEY_BACKSLASH")
+#pragma pop_macro("KEY_Z")
+#pragma pop_macro("KEY_X")
+#pragma pop_macro("KEY_C")
+#pragma pop_macro("KEY_V")
+#pragma pop_macro("KEY_B")
+#pragma pop_macro("KEY_N")
+#pragma pop_macro("KEY_M")
+#pragma pop_macro("KEY_COMMA")
+#pragma pop_macro("KEY_SLASH")
+#pragma pop_macro("KEY_SPACE")
+#pragma pop_macro("KEY_F1")
+#pragma pop_macro("KEY_F2")
+#pragma pop_macro("KEY_F3")
+#pragma pop_macro("KEY_F4")
+#pragma pop_macro("KEY_F5")
+#pragma pop_macro("KEY_F6")
+#pragma pop_macro("KEY_F7")
+#pragma pop_macro("KEY_F8")
+#pragma pop_macro("KEY_F9")
+#pragma pop_macro("KEY_F10")
+#pragma pop_macro("KEY_F11")
+#pragma pop_macro("KEY_F12")
+#pragma pop_macro("KEY_F13")
+#pragma pop_macro("KEY_F14")
+#pragma pop_macro("KEY_F15")
+#pragma pop_macro("KEY_HOME")
+#pragma pop_macro("KEY_UP")
+#pragma pop_macro("KEY_LEFT")
+#pragma pop_macro("KEY_RIGHT")
+#pragma pop_macro("KEY_END")
+#pragma pop_macro("KEY_DOWN")
+
+namespace orvex {
+
 /// Whose numbers the host's window code hands over.
 enum KEYBOARD_LAYOUT : int {
     /// The key codes of an X server on Linux: those of the kernel's event devices and 8 more. XCB,
@@ -176,7 +377,8 @@ public:
     bool clear_key_buffer();
 
 private:
-    KeyboardData* data;
+    struct KeyboardData;
+    std::unique_ptr<KeyboardData> data;
 };
 
 } // namespace orvex
