@@ -42,6 +42,7 @@
 #include "orvex/network/tcp_server.h"
 
 #include "orvex/renderer/keyboard.h"
+#include "orvex/renderer/records/counted_record.h"
 #include "orvex/renderer/records/font_data.h"
 #include "orvex/renderer/records/geometry_fwd.h"
 #include "orvex/renderer/records/gpu_fwd.h"
@@ -65,6 +66,7 @@
 #include "orvex/renderer/renderer_operations.h"
 #include "orvex/renderer/renderer_rasterizer_state.h"
 #include "orvex/renderer/renderer_types.h"
+#include "orvex/renderer/to_text.h"
 
 #include "orvex/scene/camera.h"
 #include "orvex/scene/light.h"

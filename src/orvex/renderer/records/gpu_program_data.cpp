@@ -10,9 +10,9 @@ namespace orvex {
 
 namespace {
 
-constexpr unsigned long MAX_ENTRY_POINT_NAME = 127;
+constexpr unsigned long max_entry_point_name = 127;
 
-constexpr const char* STANDARD_ATTRIB_NAMES[] = {
+constexpr const char* standard_attrib_names[] = {
     "orvex_Position",
     "orvex_Color",
     "orvex_Normal",
@@ -24,7 +24,7 @@ constexpr const char* STANDARD_ATTRIB_NAMES[] = {
     "orvex_Instance_Scale",
     "orvex_Instance_Color",
 };
-static_assert(std::size(STANDARD_ATTRIB_NAMES) <= GpuProgramData::NUM_VERTEX_ATTRIB_NAMES);
+static_assert(std::size(standard_attrib_names) <= GpuProgramData::NUM_VERTEX_ATTRIB_NAMES);
 
 bool is_stage_index(GPU_SHADER_TYPE type) {
     return type >= 0 && type < GPU_SHADER_TYPE_COUNT;
@@ -42,12 +42,12 @@ GpuProgramData::GpuProgramData()
     model_view_projection_matrix_uniform_name.assign("orvex_ModelViewProjectionMatrix");
     view_projection_matrix_uniform_name.assign("orvex_ViewProjectionMatrix");
     viewport_uniform_name.assign("orvex_Viewport");
-    for (unsigned long i = 0; i < std::size(STANDARD_ATTRIB_NAMES); ++i)
-        vertex_attrib_names[i].assign(STANDARD_ATTRIB_NAMES[i]);
+    for (unsigned long i = 0; i < std::size(standard_attrib_names); ++i)
+        vertex_attrib_names[i].assign(standard_attrib_names[i]);
 }
 
 GpuProgramData::~GpuProgramData() {
-    for (GpuProgramData** slot : active_slots_)
+    for (GpuProgramData** slot : active_slots)
         if (*slot == this)
             *slot = nullptr;
     free_data();
@@ -74,14 +74,6 @@ void GpuProgramData::free_data() {
     viewport_uniform_name.reset();
     for (OwnedText& name : vertex_attrib_names)
         name.reset();
-}
-
-void GpuProgramData::update_thread() {
-    thread.update();
-}
-
-bool GpuProgramData::check_thread() {
-    return thread == Thread();
 }
 
 namespace {
@@ -119,7 +111,7 @@ const char* GpuProgramData::get_shader_source_code(GPU_SHADER_TYPE type) const {
 
 void GpuProgramData::d3d11_set_entry_point_name(GPU_SHADER_TYPE type, const char* name) {
     if (is_stage_index(type))
-        d3d11_entry_point_name[type].assign(name, MAX_ENTRY_POINT_NAME);
+        d3d11_entry_point_name[type].assign(name, max_entry_point_name);
 }
 
 const char* GpuProgramData::d3d11_get_entry_point_name(GPU_SHADER_TYPE type) const {
@@ -217,13 +209,13 @@ const char* GpuProgramData::get_vertex_attrib_name(unsigned int index) const {
 }
 
 void GpuProgramData::add_active_slot(GpuProgramData** slot) {
-    if (slot && std::find(active_slots_.begin(), active_slots_.end(), slot) == active_slots_.end())
-        active_slots_.push_back(slot);
+    if (slot && std::find(active_slots.begin(), active_slots.end(), slot) == active_slots.end())
+        active_slots.push_back(slot);
 }
 
 void GpuProgramData::remove_active_slot(GpuProgramData** slot) {
-    active_slots_.erase(std::remove(active_slots_.begin(), active_slots_.end(), slot),
-                        active_slots_.end());
+    active_slots.erase(std::remove(active_slots.begin(), active_slots.end(), slot),
+                        active_slots.end());
 }
 
 } // namespace orvex

@@ -1,13 +1,16 @@
 #pragma once
 
-#include "orvex/api.h"
-#include "orvex/base/owned_text.h"
-#include "orvex/base/thread.h"
-#include "orvex/math/math_fwd.h"
-#include "orvex/renderer/records/gpu_fwd.h"
-#include "orvex/renderer/renderer_types.h"
+/// @file
+/// `GpuProgramData`, the record of one GPU program.
 
 #include <vector>
+
+#include "orvex/api.h"
+#include "orvex/base/owned_text.h"
+#include "orvex/math/math_fwd.h"
+#include "orvex/renderer/records/counted_record.h"
+#include "orvex/renderer/records/gpu_fwd.h"
+#include "orvex/renderer/renderer_types.h"
 
 namespace orvex {
 
@@ -22,7 +25,7 @@ namespace orvex {
 ///     GpuProgramData* program = renderer->gpu_program_get_active_program();
 ///     program->set_uniform_4f("tint", 1.0f, 0.5f, 0.0f, 1.0f);
 ///     renderer->gpu_program_bind_uniforms(program);
-struct ORVEX_API GpuProgramData {
+struct ORVEX_API GpuProgramData : ThreadRecord {
     /// Number of names in the table of vertex attributes. A name's index is its attribute location.
     static constexpr unsigned int NUM_VERTEX_ATTRIB_NAMES = 16;
 
@@ -43,19 +46,6 @@ struct ORVEX_API GpuProgramData {
     /// Frees sources, logs, names and the uniform buffer's record. The uniform table stays. Safe to
     /// call again.
     void free_data();
-
-    /// @name Thread
-    /// @{
-
-    /// The calling thread becomes the record's thread.
-    void update_thread();
-    /// Returns whether the calling thread is the record's thread.
-    bool check_thread();
-    /// Returns the record's thread, owned by the record.
-    Thread* get_thread_ptr() { return &thread; }
-    /// The same as `get_thread_ptr`.
-    Thread* get_thread() { return &thread; }
-    /// @}
 
     /// @name Draw path
     /// @{
@@ -270,7 +260,6 @@ struct ORVEX_API GpuProgramData {
     /// @}
 
     int id = -1;                             ///< reserved
-    Thread thread;                           ///< thread that made the API program
     unsigned int gl_program = 0;             ///< API program name, 0 for none
     bool use_generic_vertex_attribs = false; ///< the draw path of objects with this program
     bool auto_generic_pending = true;        ///< the first standard attribute sets the flag above
@@ -306,8 +295,8 @@ struct ORVEX_API GpuProgramData {
 private:
     GpuProgramUniform* touch_uniform(const char* name, int type);
 
-    unsigned long last_found_ = 0; // slot to try first: setters come in the same order each frame
-    std::vector<GpuProgramData**> active_slots_;
+    unsigned long last_found = 0; // slot to try first: setters come in the same order each frame
+    std::vector<GpuProgramData**> active_slots;
 };
 
 } // namespace orvex

@@ -12,10 +12,10 @@ namespace orvex {
 
 namespace {
 
-constexpr unsigned long NAME_LENGTH = GpuProgramUniform::NAME_SIZE - 1;
+constexpr unsigned long name_length = GpuProgramUniform::NAME_SIZE - 1;
 
 bool has_name(const GpuProgramUniform* uniform, const char* name) {
-    return uniform && std::strncmp(uniform->name, name, NAME_LENGTH) == 0;
+    return uniform && std::strncmp(uniform->name, name, name_length) == 0;
 }
 
 } // namespace
@@ -24,14 +24,14 @@ GpuProgramUniform* GpuProgramData::find_uniform(const char* name) {
     if (!name)
         return nullptr;
     // Setters come in the same order each frame, so the slot behind the last hit is mostly right.
-    const unsigned long next = last_found_ + 1;
+    const unsigned long next = last_found + 1;
     if (next < num_uniforms && *name && has_name(uniforms[next], name)) {
-        last_found_ = next;
+        last_found = next;
         return uniforms[next];
     }
     for (unsigned long i = 0; i < num_uniforms; ++i) {
         if (has_name(uniforms[i], name)) {
-            last_found_ = i;
+            last_found = i;
             return uniforms[i];
         }
     }
@@ -58,7 +58,7 @@ void GpuProgramData::kill_uniforms() {
     delete[] uniforms;
     uniforms = nullptr;
     num_uniforms = 0;
-    last_found_ = 0;
+    last_found = 0;
 }
 
 bool GpuProgramData::need_bind_uniforms() {
@@ -80,7 +80,7 @@ GpuProgramUniform* GpuProgramData::touch_uniform(const char* name, int type) {
     if (!uniform) {
         uniform = get_new_uniform();
         uniform->type = GPU_SHADER_UNIFORM(type);
-        std::strncpy(uniform->name, name, NAME_LENGTH);
+        std::strncpy(uniform->name, name, name_length);
     }
     uniform->dirty = true;
     return uniform;

@@ -2,9 +2,9 @@
 
 #include <algorithm>
 #include <cstring>
-#include <exception>
 
 #include "orvex/base/log_mgr.h"
+#include "orvex/base/private/memory_out.h"
 #include "orvex/math/aligned_new.h"
 #include "orvex/platform/private/large_pages.h"
 #include "orvex/renderer/records/private/vertex_access.h"
@@ -249,6 +249,15 @@ void allocate_separate_arrays(MeshData& store, unsigned long count) {
         allocate_array(*array, count, store.alignment, AlignedNew_vec4);
 }
 
+void log_failure(unsigned long count, const char* error) {
+    if (error)
+        LogMgr::get()->tracef_error(
+            "Mesh data allocation failed - %zu vertices required - error: %s", count, error);
+    else
+        LogMgr::get()->tracef_error(
+            "Mesh data allocation failed - %zu vertices required - unknown error.", count);
+}
+
 } // namespace
 
 bool MeshData::alloc_vertex_data_v2(unsigned long count, unsigned long num_attribs) {
@@ -257,7 +266,7 @@ bool MeshData::alloc_vertex_data_v2(unsigned long count, unsigned long num_attri
     num_vertices = count;
     draw_start_vertex = 0;
     draw_end_vertex = count;
-    try {
+    const auto allocate = [&] {
         if (separate_vertex_arrays)
             allocate_separate_arrays(*this, count);
         else
@@ -265,15 +274,8 @@ bool MeshData::alloc_vertex_data_v2(unsigned long count, unsigned long num_attri
         if (num_attribs > 0)
             _make_user_vertex_attribs(num_attribs);
         vertex_particles = new_large_array<vec4>(count);
-        return true;
-    } catch (const std::exception& error) {
-        LogMgr::get()->tracef_error(
-            "Mesh data allocation failed - %zu vertices required - error: %s", count, error.what());
-    } catch (...) {
-        LogMgr::get()->tracef_error(
-            "Mesh data allocation failed - %zu vertices required - unknown error.", count);
-    }
-    return false;
+    };
+    return allocate_or_report(allocate, [&](const char* error) { log_failure(count, error); });
 }
 
 void MeshData::free_vertex_data() {
@@ -335,14 +337,12 @@ bool MeshData::alloc_quad_edge_data(unsigned long count) {
     delete[] quad_edges;
     quad_edges = nullptr;
     num_quad_edges = 0;
-    try {
+    return or_false([&] {
         quad_edges = new_large_array<unsigned int>(count);
         std::fill_n(quad_edges, count, 0u);
-    } catch (const std::bad_alloc&) {
-        return false;
-    }
-    num_quad_edges = count;
-    return true;
+        num_quad_edges = count;
+        return true;
+    });
 }
 
 void MeshData::free_quad_edge_data() {
@@ -443,12 +443,11 @@ unsigned long MeshData::get_num_vertices() const {
 bool MeshData::alloc_user_vertex_attribs(unsigned long count) {
     if (count == 0)
         return false;
-    try {
+    const auto make = [&] {
         _make_user_vertex_attribs(count);
         return true;
-    } catch (const std::bad_alloc&) {
-        return false;
-    }
+    };
+    return or_undo(make, [&] { free_user_vertex_attribs(); });
 }
 
 bool MeshData::free_user_vertex_attribs() {
@@ -471,35 +470,6 @@ void MeshData::free_vertex_attrib_array(VertexAttribArray_3f& array) {
 
 void MeshData::free_vertex_attrib_array(VertexAttribArray_2f& array) {
     free_array(array, AlignedDelete_vec2);
-}
-
-void MeshData::inc_ref() {
-    ++ref_count;
-}
-
-void MeshData::dec_ref() {
-    if (ref_count > 0)
-        --ref_count;
-}
-
-int MeshData::get_ref() const {
-    return ref_count;
-}
-
-Thread* MeshData::get_thread_ptr() {
-    return &thread;
-}
-
-Thread* MeshData::get_thread() {
-    return &thread;
-}
-
-void MeshData::update_thread() {
-    thread.update();
-}
-
-bool MeshData::check_thread() const {
-    return Thread() == thread;
 }
 
 void MeshData::_update_attrib_locations() {

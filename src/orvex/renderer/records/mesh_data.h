@@ -4,7 +4,7 @@
 /// `MeshData`, the storage of one mesh's geometry, in the full vertex format.
 
 #include "orvex/api.h"
-#include "orvex/base/thread.h"
+#include "orvex/renderer/records/counted_record.h"
 #include "orvex/renderer/records/mesh_types.h"
 #include "orvex/renderer/records/vertex.h"
 #include "orvex/renderer/records/vertex_attrib_array.h"
@@ -42,7 +42,7 @@ struct MeshDataGpuState {
 /// data->alloc_vertex_data(3);
 /// data->set_position(0, vec3(1.0f, 0.0f, 0.0f));
 /// @endcode
-struct ORVEX_API MeshData {
+struct ORVEX_API MeshData : CountedRecord, ThreadRecord {
     int position_attrib_location = 0; ///< generic attribute index, -1 for none; use the setter
     int color_attrib_location = 1;    ///< generic attribute index, -1 for none; use the setter
     int normal_attrib_location = 2;   ///< generic attribute index, -1 for none; use the setter
@@ -110,7 +110,6 @@ struct ORVEX_API MeshData {
     unsigned long num_subsets = 0;            ///< length of that list
     MaterialSubset* current_subset = nullptr; ///< the subset being rendered, else null
 
-    Thread thread;       ///< owner thread, the creator's at first
     int renderer_id = 0; ///< id of the renderer that made the GPU objects
     int mesh_id = 0;     ///< `Node` id of the mesh that last took this store
 
@@ -118,7 +117,6 @@ struct ORVEX_API MeshData {
     unsigned long num_user_attribs = 0;        ///< length of that list
     bool user_attribs_allocated = false;       ///< true while the list exists
 
-    int ref_count = 0;           ///< see `inc_ref`
     VERTEX_FORMAT vertex_format; ///< as constructed
 
     VertexAttribArray position; ///< separate positions of format 0
@@ -272,7 +270,8 @@ struct ORVEX_API MeshData {
 
     /// Makes `count` user attributes with one default `vec4` per vertex, in place of those before,
     /// each without a location.
-    /// @return false, changing nothing, for 0; false if memory runs out
+    /// @return false, changing nothing, for 0; false, with no user attributes left, if memory runs
+    /// out
     bool alloc_user_vertex_attribs(unsigned long count);
 
     /// Frees the user attributes. @return true
@@ -281,15 +280,6 @@ struct ORVEX_API MeshData {
     void free_vertex_attrib_array(VertexAttribArray& array);    ///< frees and resets an array
     void free_vertex_attrib_array(VertexAttribArray_3f& array); ///< frees and resets an array
     void free_vertex_attrib_array(VertexAttribArray_2f& array); ///< frees and resets an array
-
-    void inc_ref();      ///< one more user of the store
-    void dec_ref();      ///< one user less; stops at 0, and never deletes
-    int get_ref() const; ///< number of users
-
-    Thread* get_thread_ptr();  ///< the owner thread, part of the store
-    Thread* get_thread();      ///< the same
-    void update_thread();      ///< the calling thread becomes the owner
-    bool check_thread() const; ///< true when called on the owner thread
 
 protected:
     /// Called when an attribute location changed, to hand it on to the format's own arrays.

@@ -1,7 +1,5 @@
 #include "orvex/renderer/records/mesh_data_packed.h"
 
-#include <exception>
-
 #include "orvex/base/log_mgr.h"
 #include "orvex/math/aligned_new.h"
 #include "orvex/renderer/records/private/vertex_access.h"
@@ -50,10 +48,6 @@ struct Format<MeshData_PhysXCloth> {
     static constexpr const char* failure =
         "MeshData_PhysXCloth::alloc_vertex_data() - exception: %s";
 };
-
-} // namespace
-
-namespace {
 
 template<class Record>
 Vertex from_record(const Record& record) {
@@ -331,19 +325,16 @@ bool MeshDataPacked<Store, Record>::alloc_vertex_data(unsigned long count) {
     num_vertices = count;
     draw_start_vertex = 0;
     draw_end_vertex = count;
-    try {
+    const auto allocate_all = [&] {
         if (separate_vertex_arrays)
             for_each_array<Record>(self(), [&](auto& array) { allocate(array, count, alignment); });
         else
             allocate_records(self(), count, Format<Store>::aligned_new);
         vertex_particles = new vec4[count];
-        return true;
-    } catch (const std::exception& error) {
-        LogMgr::get()->tracef_debug(Format<Store>::failure, error.what());
-    } catch (...) {
-        LogMgr::get()->tracef_debug(Format<Store>::failure, "unknown");
-    }
-    return false;
+    };
+    return allocate_or_report(allocate_all, [](const char* error) {
+        LogMgr::get()->tracef_debug(Format<Store>::failure, error ? error : "unknown");
+    });
 }
 
 template<class Store, class Record>

@@ -32,33 +32,4 @@ void PolylineData::free_vertices() {
     vertex_access::free_records(*this, AlignedDelete_Vertex);
 }
 
-void PolylineData::inc_ref() {
-    ++ref_count;
-}
-
-void PolylineData::dec_ref() {
-    if (ref_count > 0)
-        --ref_count;
-}
-
-int PolylineData::get_ref() const {
-    return ref_count;
-}
-
-Thread* PolylineData::get_thread_ptr() {
-    return &thread;
-}
-
-Thread* PolylineData::get_thread() {
-    return &thread;
-}
-
-void PolylineData::update_thread() {
-    thread.update();
-}
-
-bool PolylineData::check_thread() const {
-    return Thread() == thread;
-}
-
 } // namespace orvex

@@ -4,7 +4,7 @@
 /// `PolylineData`, the storage of one polyline.
 
 #include "orvex/api.h"
-#include "orvex/base/thread.h"
+#include "orvex/renderer/records/counted_record.h"
 #include "orvex/renderer/records/vertex.h"
 #include "orvex/renderer/records/vertex_attrib_array.h"
 
@@ -34,7 +34,7 @@ struct PolylineGpuState {
 /// data->vertices[0].uv0 = vec4(0.5f, 0.0f, 0.0f, 1.0f);
 /// data->uv0_need_update = true;
 /// @endcode
-struct ORVEX_API PolylineData {
+struct ORVEX_API PolylineData : CountedRecord, ThreadRecord {
     unsigned long num_lines = 0;                                ///< half the vertex count
     LINE_RENDER_MODE render_mode = LINE_RENDER_MODE_LINE_STRIP; ///< how the vertices are joined
     unsigned int vertex_buffer_id = 0;                          ///< GPU vertex buffer
@@ -61,7 +61,6 @@ struct ORVEX_API PolylineData {
     bool tessellation_state = false;        ///< draw as patches instead of lines
     bool use_generic_vertex_attribs = true; ///< generic attributes, or fixed-function arrays
 
-    Thread thread;       ///< owner thread, the creator's at first
     int renderer_id = 0; ///< id of the renderer that made the GPU objects
 
     int vertex_start_offset = 0; ///< first vertex drawn
@@ -72,8 +71,6 @@ struct ORVEX_API PolylineData {
     VertexAttribArray* user_attribs = nullptr; ///< user vertex attributes, as the host made them
     unsigned long num_user_attribs = 0;        ///< length of that list
     bool user_attribs_allocated = false;       ///< true while the list exists
-
-    int ref_count = 0; ///< see `inc_ref`
 
     bool has_color = true;   ///< draw with colours
     bool has_normal = true;  ///< draw with normals
@@ -97,15 +94,6 @@ struct ORVEX_API PolylineData {
 
     /// Frees the vertices, whatever the vertex count says, which keeps its value.
     void free_vertices();
-
-    void inc_ref();      ///< one more user of the store
-    void dec_ref();      ///< one user less; stops at 0, and never deletes
-    int get_ref() const; ///< number of users
-
-    Thread* get_thread_ptr();  ///< the owner thread, part of the store
-    Thread* get_thread();      ///< the same
-    void update_thread();      ///< the calling thread becomes the owner
-    bool check_thread() const; ///< true when called on the owner thread
 };
 
 } // namespace orvex

@@ -499,6 +499,16 @@ TEST(MeshData, fails_without_memory_for_user_attributes) {
     EXPECT_EQ(store.get_user_attrib(0, 0), vec4());
 }
 
+TEST(MeshData, has_no_user_attributes_where_memory_ends_between_two) {
+    MeshData store;
+    store.num_vertices = too_many; // the list itself is short
+    EXPECT_FALSE(store.alloc_user_vertex_attribs(2));
+    EXPECT_EQ(store.user_attribs, nullptr);
+    EXPECT_EQ(store.num_user_attribs, 0u);
+    EXPECT_FALSE(store.user_attribs_allocated);
+    store.num_vertices = 0;
+}
+
 TEST(MeshData, reports_memory_that_runs_out_at_the_user_attributes) {
     LogCapture log;
     MeshData store;

@@ -3,6 +3,7 @@
 /// @file
 /// How the mesh stores reach and convert one attribute of one vertex, the same for every format.
 
+#include <exception>
 #include <memory>
 #include <new>
 
@@ -95,6 +96,22 @@ Element* aligned(Element* (*allocate)(unsigned long, int, unsigned char**), unsi
     if (!block && count > 0)
         throw std::bad_alloc();
     return block;
+}
+
+/// Runs `work`, which allocates the arrays of a store. What it made before memory ran out stays in
+/// the store, which frees it at its end or at the next allocation.
+/// @param report  takes the text of what ended the work, null for what has no text
+template<class Work, class Report>
+bool allocate_or_report(Work&& work, Report&& report) {
+    try {
+        work();
+        return true;
+    } catch (const std::exception& error) {
+        report(error.what());
+    } catch (...) {
+        report(nullptr);
+    }
+    return false;
 }
 
 /// Allocates the interleaved records of a store, all default.
