@@ -1,5 +1,10 @@
 #pragma once
 
+/// @file
+/// `GpuProgram`, a named shader program, and the road of a uniform to it.
+
+#include <memory>
+
 #include "orvex/api.h"
 #include "orvex/math/math_fwd.h"
 #include "orvex/renderer/records/gpu_fwd.h"
@@ -23,12 +28,14 @@ class Thread;
 /// One text can hold all stages, each behind its marker: "[Vertex_Shader]", "[Pixel_Shader]",
 /// "[Geometry_Shader]", "[TessControl_Shader]", "[TessEval_Shader]", "[Compute_Shader]".
 ///
-///     GpuProgram* program = GpuProgramMgr::get()->create_gpu_program_from_file(
-///         renderer, "phong.glsl", "phong");
-///     if (!program->is_valid())
-///         std::puts(program->get_shader_error_messages());
-///     program->set_uniform_4f(nullptr, "tint", 1, 1, 1, 1); // waits for the next bind
-///     program->bind(renderer);
+/// @code
+/// orvex::GpuProgram* program = orvex::GpuProgramMgr::get()->create_gpu_program_from_file(
+///     renderer, "phong.glsl", "phong");
+/// if (!program->is_valid())
+///     std::puts(program->get_shader_error_messages());
+/// program->set_uniform_4f(nullptr, "tint", 1, 1, 1, 1); // waits for the next bind
+/// program->bind(renderer);
+/// @endcode
 class ORVEX_API GpuProgram : public Resource {
 public:
     /// Makes a program without stages, with the standard names.
@@ -47,8 +54,8 @@ public:
     /// @name Loading
     /// @{
 
-    /// Reads a file and loads it with `load_from_memory`. Returns false for a null path and for a
-    /// file that can't be read.
+    /// Reads a file and loads it with `load_from_memory`.
+    /// @param path  terminated; null and a file that can't be read return false
     bool load_from_file(Renderer* renderer, const char* path);
 
     /// Compiles the stages found in a text with section markers. A marker counts wherever its first
@@ -61,9 +68,12 @@ public:
     bool load_from_memory(Renderer* renderer, const char* text, unsigned long size);
 
     /// Reads a file and loads it with `shader_load_from_memory`.
+    /// @param type  stage, 0 to 7; anything else returns false
+    /// @param path  terminated; null and a file that can't be read return false
     bool shader_load_from_file(Renderer* renderer, GPU_SHADER_TYPE type, const char* path);
 
     /// Compiles one stage and attaches it to the program.
+    /// @param type    stage, 0 to 7; anything else returns false
     /// @param source  terminated text; null returns false
     /// @param size    characters kept for `get_shader_source_code`; 0 returns false
     /// @return false when the stage doesn't compile: its message is kept, and logged as a warning
@@ -85,6 +95,8 @@ public:
     bool deactivate(Renderer* renderer);
     /// Sends the waiting uniforms and dispatches x * y * z work groups on the active program. It
     /// neither binds this program nor waits: put `Renderer::memory_barrier` behind it.
+    /// @param x,y,z  work groups in each direction; 0 dispatches none, more than
+    ///               `Renderer::get_GL_MAX_COMPUTE_WORK_GROUP_COUNT` is an error of the API's
     bool run_compute(Renderer* renderer, unsigned int x, unsigned int y, unsigned int z);
     /// Sends the waiting uniforms. The program must be active.
     bool bind_uniforms(Renderer* renderer);
@@ -97,16 +109,18 @@ public:
 
     /// Returns the thread that made the API program, not the node's thread. Owned here.
     Thread* get_thread_ptr();
+    const Thread* get_thread_ptr() const; ///< to read only
     /// The same as `get_thread_ptr`.
     Thread* get_thread();
+    const Thread* get_thread() const; ///< to read only
     /// Sets what `is_valid` returns; the manager does after loading.
     void set_valid_state(bool state);
     /// Returns whether the last load through the manager succeeded.
-    bool is_valid() const;
+    [[nodiscard]] bool is_valid() const;
     /// Returns a line for each stage that has a compile message: a line break, the stage, " shader
     /// error: " and the message. Valid until the next call; empty, not null, without messages.
     const char* get_shader_error_messages();
-    /// Returns the stage's last source that compiled, null for none.
+    /// Returns the stage's last source that compiled, null for none and for a type outside 0 to 7.
     const char* get_shader_source_code(GPU_SHADER_TYPE type) const;
     /// Returns the location of a vertex attribute in the linked program, -1 if it has none or for
     /// a null argument.
@@ -163,19 +177,21 @@ public:
     /// Binds the buffer, unless it is bound already.
     bool ub_bind(Renderer* renderer);
     /// Sets the binding point, then binds the buffer to it unless it is bound already.
+    /// @param binding  from 0; one that the API doesn't have is an error of the API's
     bool ub_bind_base(Renderer* renderer, unsigned int binding);
     /// Leaves the block's binding point without a buffer. @return false without a block
     bool ub_unbind(Renderer* renderer);
     /// Maps the buffer for writing. Null when that fails. Valid until `ub_unmap`.
-    void* ub_map(Renderer* renderer);
+    [[nodiscard]] void* ub_map(Renderer* renderer);
     /// Ends the mapping: its pointer is no longer valid. @return false without a block, and where
     /// the API refuses
     bool ub_unmap(Renderer* renderer);
     /// Frees the API buffer, if there is a renderer, and the block's record in any case. Returns
     /// false when there is no record.
     bool ub_cleanup(Renderer* renderer);
-    /// Writes at the 64-bit index `index` of the mapped buffer; the renderer isn't used. Returns
-    /// false when the buffer isn't mapped, or ends before the value would.
+    /// Writes one value into the mapped buffer; the renderer isn't used.
+    /// @param index  place in the buffer, counted in values of 64 bits
+    /// @return false when the buffer isn't mapped, or ends before the value would
     bool ub_set_value_ui64(Renderer* renderer, unsigned long index, unsigned long long value);
     /// @}
 
@@ -184,7 +200,8 @@ public:
     /// true. With a null renderer it goes into this program's table and waits for the next bind;
     /// the result is false for a null name or pointer. Counts are in elements: vectors for the
     /// forms of 2 to 4 components, matrices for the matrix forms, which keep one matrix and ignore
-    /// the count when the value waits. Matrices are column-major.
+    /// the count when the value waits. Matrices are column-major. A negative count of
+    /// an array returns false where the value waits, and is an error of the API's where it is sent.
     /// @{
 
     /// An `int`.
@@ -261,8 +278,8 @@ private:
     struct GpuProgramInternals;
     friend class GpuProgramMgr; // logs the messages of stages that don't compile
 
-    GpuProgramData* data_;
-    GpuProgramInternals* internals_;
+    std::unique_ptr<GpuProgramInternals> internals;
+    std::unique_ptr<GpuProgramData> data;
 };
 
 } // namespace orvex

@@ -3,8 +3,12 @@
 #include <cstring>
 
 #include "orvex/base/log_mgr.h"
+#include "orvex/base/private/misuse.h"
 #include "orvex/gpu/gpu_program.h"
 #include "orvex/renderer/records/gpu_program_data.h"
+
+// Every road to a program is the same: make it, name it, load it, note the result, list it. The
+// `create` operations begin with a new one, the `init` operations with the host's.
 
 namespace orvex {
 
@@ -80,7 +84,7 @@ bool GpuProgramMgr::finish_init(GpuProgram* program, bool loaded) {
 bool GpuProgramMgr::init_gpu_program_from_file(Renderer* renderer, GpuProgram* program,
                                                const char* path, const char* name) {
     if (!program)
-        return false;
+        return misuse("GpuProgramMgr::init_gpu_program_from_file", "a null program");
     program->set_name(name);
     return finish_init(program, program->load_from_file(renderer, path));
 }
@@ -89,7 +93,7 @@ bool GpuProgramMgr::init_gpu_program_from_memory(Renderer* renderer, GpuProgram*
                                                  const char* text, unsigned long size,
                                                  const char* name) {
     if (!program)
-        return false;
+        return misuse("GpuProgramMgr::init_gpu_program_from_memory", "a null program");
     program->set_name(name);
     return finish_init(program, program->load_from_memory(renderer, text, size));
 }
@@ -99,7 +103,7 @@ bool GpuProgramMgr::load_stage(Renderer* renderer, GpuProgram* program, GPU_SHAD
                                const char* text, const char* error) {
     if (!text || program->shader_load_from_memory(renderer, type, text, std::strlen(text)))
         return true;
-    if (const char* const log = program->data_->get_shader_info_log(type))
+    if (const char* const log = program->data->get_shader_info_log(type))
         LogMgr::get()->tracef_error("GPU program %s - %s error: %s", program->get_name(), error,
                                     log);
     return false;
@@ -111,12 +115,13 @@ bool GpuProgramMgr::init_gpu_program_from_shaders(Renderer* renderer, GpuProgram
                                                   const char* tess_eval, const char* compute,
                                                   const char* name) {
     if (!program)
-        return false;
+        return misuse("GpuProgramMgr::init_gpu_program_from_shaders", "a null program");
     struct Stage {
         GPU_SHADER_TYPE type;
         const char* text;
         const char* error;
     };
+    // In the order in which they are compiled, and so logged.
     const Stage stages[] = {
         {GPU_SHADER_VERTEX, vertex, "Vertex shader"},
         {GPU_SHADER_TESS_CONTROL, tess_control, "Tessellation control shader"},
@@ -125,6 +130,8 @@ bool GpuProgramMgr::init_gpu_program_from_shaders(Renderer* renderer, GpuProgram
         {GPU_SHADER_PIXEL, pixel, "Pixel shader"},
         {GPU_SHADER_COMPUTE, compute, "Compute shader"},
     };
+
+    // A stage that fails doesn't keep the others from telling their own mistakes.
     program->set_name(name);
     bool loaded = true;
     for (const Stage& stage : stages)
@@ -135,7 +142,7 @@ bool GpuProgramMgr::init_gpu_program_from_shaders(Renderer* renderer, GpuProgram
 bool GpuProgramMgr::init_gpu_program_from_effect(Renderer* renderer, GpuProgram* program,
                                                  const char* effect_text, const char* name) {
     if (!program || !effect_text)
-        return false;
+        return misuse("GpuProgramMgr::init_gpu_program_from_effect", "a null program or text");
     program->set_name(name);
     return finish_init(program,
                        load_stage(renderer, program, GPU_SHADER_EFFECT, effect_text, "D3D effect"));

@@ -1,5 +1,8 @@
 #pragma once
 
+/// @file
+/// `GpuProgramMgr`, which makes and holds GPU programs.
+
 #include "orvex/api.h"
 #include "orvex/renderer/records/gpu_fwd.h"
 #include "orvex/renderer/renderer_types.h"
@@ -15,11 +18,13 @@ class Renderer;
 /// `ResourceMgr` for finding and releasing them. Not locked: for the thread whose graphics context
 /// is current.
 ///
-///     GpuProgramMgr* programs = GpuProgramMgr::get();
-///     GpuProgram* program = programs->create_gpu_program_from_shaders(
-///         renderer, vertex_text, pixel_text, nullptr, nullptr, nullptr, nullptr, "phong");
-///     if (!program->is_valid())
-///         programs->release_resource(renderer, program, nullptr);
+/// @code
+/// orvex::GpuProgramMgr* programs = orvex::GpuProgramMgr::get();
+/// orvex::GpuProgram* program = programs->create_gpu_program_from_shaders(
+///     renderer, vertex_text, pixel_text, nullptr, nullptr, nullptr, nullptr, "phong");
+/// if (!program->is_valid())
+///     programs->release_resource(renderer, program, nullptr);
+/// @endcode
 class ORVEX_API GpuProgramMgr : public ResourceMgr {
 public:
     /// Returns the one manager.
@@ -48,6 +53,7 @@ public:
     GpuProgram* create_gpu_program_from_file(Renderer* renderer, const char* path,
                                              const char* name);
     /// From a text with section markers.
+    /// @param size  most characters to read; a terminator ends the text earlier. 0 loads nothing
     GpuProgram* create_gpu_program_from_memory(Renderer* renderer, const char* text,
                                                unsigned long size, const char* name);
     /// From one terminated text per stage; null for a stage that isn't wanted.
@@ -69,6 +75,7 @@ public:
     bool init_gpu_program_from_file(Renderer* renderer, GpuProgram* program, const char* path,
                                     const char* name);
     /// From a text with section markers.
+    /// @param size  as for `create_gpu_program_from_memory`; 0 returns false
     bool init_gpu_program_from_memory(Renderer* renderer, GpuProgram* program, const char* text,
                                       unsigned long size, const char* name);
     /// Loads every text that isn't null, and doesn't stop at a failure; true if all loaded, with no

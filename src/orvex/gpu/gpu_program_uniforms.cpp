@@ -16,8 +16,8 @@ namespace orvex {
     bool GpuProgram::set_uniform_##kind(Renderer* renderer, const char* name,                      \
                                         ORVEX_UNIFORM_PARAMETERS_##components(Type)) {             \
         if (!renderer)                                                                             \
-            return data_->set_uniform_##kind(name, ORVEX_UNIFORM_ARGUMENTS_##components);          \
-        renderer->gpu_program_set_uniform_##kind(data_, name,                                      \
+            return data->set_uniform_##kind(name, ORVEX_UNIFORM_ARGUMENTS_##components);           \
+        renderer->gpu_program_set_uniform_##kind(data.get(), name,                                 \
                                                  ORVEX_UNIFORM_ARGUMENTS_##components);            \
         return true;                                                                               \
     }
@@ -26,8 +26,9 @@ namespace orvex {
     bool GpuProgram::set_uniform_##kind(Renderer* renderer, const char* name, const Type* values,  \
                                         int count) {                                               \
         if (!renderer)                                                                             \
-            return data_->set_uniform_##kind(name, values, count);                                 \
-        renderer->gpu_program_set_uniform_##kind(data_, name, const_cast<Type*>(values), count);   \
+            return data->set_uniform_##kind(name, values, count);                                  \
+        renderer->gpu_program_set_uniform_##kind(data.get(), name, const_cast<Type*>(values),      \
+                                                 count);                                           \
         return true;                                                                               \
     }
 
@@ -35,8 +36,8 @@ namespace orvex {
     bool GpuProgram::set_uniform_##kind##v(Renderer* renderer, const char* name,                   \
                                            const Type* values, int count) {                        \
         if (!renderer)                                                                             \
-            return data_->set_uniform_##kind(name, values);                                        \
-        renderer->gpu_program_set_uniform_##kind##v(data_, name, const_cast<Type*>(values),        \
+            return data->set_uniform_##kind(name, values);                                         \
+        renderer->gpu_program_set_uniform_##kind##v(data.get(), name, const_cast<Type*>(values),   \
                                                     count);                                        \
         return true;                                                                               \
     }

@@ -13,7 +13,7 @@ namespace orvex {
 class ShaderText {
 public:
     /// The order in which stages are compiled.
-    static constexpr GPU_SHADER_TYPE LOAD_ORDER[] = {
+    static constexpr GPU_SHADER_TYPE load_order[] = {
         GPU_SHADER_VERTEX,       GPU_SHADER_PIXEL,     GPU_SHADER_GEOMETRY,
         GPU_SHADER_TESS_CONTROL, GPU_SHADER_TESS_EVAL, GPU_SHADER_COMPUTE,
     };
@@ -31,8 +31,8 @@ public:
     const char* get_body(GPU_SHADER_TYPE type) const;
 
 private:
-    std::string text_;
-    std::array<std::string::size_type, std::size(LOAD_ORDER)> bodies_; // by stage; npos for none
+    std::string content;
+    std::array<std::string::size_type, std::size(load_order)> bodies; // by stage; npos for none
 };
 
 } // namespace orvex

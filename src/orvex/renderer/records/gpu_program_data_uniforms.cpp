@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstring>
 
+#include "orvex/base/private/misuse.h"
 #include "orvex/math/vec2.h"
 #include "orvex/math/vec3.h"
 #include "orvex/renderer/records/gpu_program_uniform.h"
@@ -74,8 +75,10 @@ bool GpuProgramData::need_bind_uniforms() {
 // Returns the record to store into, marked dirty. A new one gets the type; an old one keeps its
 // own.
 GpuProgramUniform* GpuProgramData::touch_uniform(const char* name, int type) {
-    if (!name)
+    if (!name) {
+        misuse("GpuProgramData::set_uniform", "a null name");
         return nullptr;
+    }
     GpuProgramUniform* uniform = find_uniform(name);
     if (!uniform) {
         uniform = get_new_uniform();
