@@ -3,21 +3,14 @@
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
-#include <limits>
 
 #include "orvex/math/private/aligned_block.h"
+#include "orvex/math/private/sizes.h"
 #include "orvex/math/vec4.h"
 
 namespace orvex {
 
 namespace {
-
-/// Bytes of the raw block, or 0 when they can't be counted.
-std::size_t block_size(unsigned long count, unsigned long element_size, std::size_t slack) {
-    if (count > (std::numeric_limits<std::size_t>::max() - slack) / element_size)
-        return 0;
-    return count * element_size + slack;
-}
 
 template<typename T>
 T* aligned_array(unsigned long count, int alignment, unsigned char** raw) {
@@ -34,10 +27,10 @@ T* aligned_array(unsigned long count, int alignment, unsigned char** raw) {
 void* aligned_block_new(unsigned long count, unsigned long element_size, int alignment,
                         unsigned char** raw) {
     const std::uintptr_t slack = alignment < 1 ? 0 : static_cast<std::uintptr_t>(alignment) - 1;
-    const std::size_t size = block_size(count, element_size, slack);
+    const unsigned long size = saturating_sum(saturating_product(count, element_size), slack);
     // An empty block of alignment 1 is still a block: malloc may answer null for no bytes.
-    const bool countable = size != 0 || (count == 0 && slack == 0);
-    auto* block = countable ? static_cast<unsigned char*>(std::malloc(size ? size : 1)) : nullptr;
+    auto* const block =
+        size == largest_size ? nullptr : static_cast<unsigned char*>(std::malloc(size ? size : 1));
     if (raw)
         *raw = block;
     if (!block)

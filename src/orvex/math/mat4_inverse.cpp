@@ -1,5 +1,7 @@
 #include "orvex/math/mat4.h"
 
+#include "orvex/math/private/lanes.h"
+
 namespace orvex {
 
 // The 16 cofactors, a row of the result at a time. With one column of the matrix left out and the
@@ -9,73 +11,58 @@ namespace orvex {
 
 namespace {
 
-using detail::column4;
-
 /// A column without row r in lane r: first, second and third of what is left.
-struct minor_rows {
-    column4 first, second, third;
+struct MinorRows {
+    floats4 first, second, third;
 
-    explicit minor_rows(column4 all)
+    explicit MinorRows(floats4 all)
         : first(__builtin_shufflevector(all, all, 1, 0, 0, 0))
         , second(__builtin_shufflevector(all, all, 2, 2, 1, 1))
         , third(__builtin_shufflevector(all, all, 3, 3, 3, 2)) {}
 };
 
 /// `det2x2` of the second and third elements of two columns.
-column4 det2x2_lanes(const minor_rows& b, const minor_rows& c) {
+floats4 det2x2_lanes(const MinorRows& b, const MinorRows& c) {
     return b.second * c.third - c.second * b.third;
 }
 
 /// `det3x3` of three columns, given the three `det2x2` of its expansion.
-column4 det3x3_lanes(const minor_rows& a, column4 det_bc, const minor_rows& b, column4 det_ac,
-                     const minor_rows& c, column4 det_ab) {
+floats4 det3x3_lanes(const MinorRows& a, floats4 det_bc, const MinorRows& b, floats4 det_ac,
+                     const MinorRows& c, floats4 det_ab) {
     return a.first * det_bc - b.first * det_ac + c.first * det_ab;
-}
-
-void store_column(float* to, column4 column) {
-    __builtin_memcpy(to, &column, sizeof(column));
-}
-
-/// Stores four rows as the columns of their transpose.
-void store_transposed(float* to, column4 row0, column4 row1, column4 row2, column4 row3) {
-    const column4 low01 = __builtin_shufflevector(row0, row1, 0, 4, 1, 5);
-    const column4 low23 = __builtin_shufflevector(row2, row3, 0, 4, 1, 5);
-    const column4 high01 = __builtin_shufflevector(row0, row1, 2, 6, 3, 7);
-    const column4 high23 = __builtin_shufflevector(row2, row3, 2, 6, 3, 7);
-    store_column(to, __builtin_shufflevector(low01, low23, 0, 1, 4, 5));
-    store_column(to + 4, __builtin_shufflevector(low01, low23, 2, 3, 6, 7));
-    store_column(to + 8, __builtin_shufflevector(high01, high23, 0, 1, 4, 5));
-    store_column(to + 12, __builtin_shufflevector(high01, high23, 2, 3, 6, 7));
 }
 
 } // namespace
 
 mat4& mat4::inverse() {
-    const column4 column0 = detail::load_column(m);
-    const minor_rows c0(column0), c1(detail::load_column(m + 4)), c2(detail::load_column(m + 8)),
-        c3(detail::load_column(m + 12));
-    const column4 det01 = det2x2_lanes(c0, c1);
-    const column4 det02 = det2x2_lanes(c0, c2);
-    const column4 det03 = det2x2_lanes(c0, c3);
-    const column4 det12 = det2x2_lanes(c1, c2);
-    const column4 det13 = det2x2_lanes(c1, c3);
-    const column4 det23 = det2x2_lanes(c2, c3);
+    const floats4 column0 = lanes::load<floats4>(m);
+    const MinorRows c0(column0), c1(lanes::load<floats4>(m + 4)), c2(lanes::load<floats4>(m + 8)),
+        c3(lanes::load<floats4>(m + 12));
+    const floats4 det01 = det2x2_lanes(c0, c1);
+    const floats4 det02 = det2x2_lanes(c0, c2);
+    const floats4 det03 = det2x2_lanes(c0, c3);
+    const floats4 det12 = det2x2_lanes(c1, c2);
+    const floats4 det13 = det2x2_lanes(c1, c3);
+    const floats4 det23 = det2x2_lanes(c2, c3);
 
-    const column4 minors0 = det3x3_lanes(c1, det23, c2, det13, c3, det12);
-    const column4 minors1 = det3x3_lanes(c0, det23, c2, det03, c3, det02);
-    const column4 minors2 = det3x3_lanes(c0, det13, c1, det03, c3, det01);
-    const column4 minors3 = det3x3_lanes(c0, det12, c1, det02, c2, det01);
+    const floats4 minors0 = det3x3_lanes(c1, det23, c2, det13, c3, det12);
+    const floats4 minors1 = det3x3_lanes(c0, det23, c2, det03, c3, det02);
+    const floats4 minors2 = det3x3_lanes(c0, det13, c1, det03, c3, det01);
+    const floats4 minors3 = det3x3_lanes(c0, det12, c1, det02, c2, det01);
 
     // Every second cofactor is the negated minor. A sign is exact wherever it is applied: here in
     // the sum, and below in the factor.
-    const column4 terms = column0 * minors0;
+    const floats4 terms = column0 * minors0;
     const float det = terms[0] - terms[1] + terms[2] - terms[3];
     if (det == 0.0f)
         return identity();
     const float scale = 1.0f / det;
-    const column4 even = {scale, -scale, scale, -scale};
-    const column4 odd = -even;
-    store_transposed(m, minors0 * even, minors1 * odd, minors2 * even, minors3 * odd);
+    const floats4 even = {scale, -scale, scale, -scale};
+    const floats4 odd = -even;
+    floats4 rows[4] = {minors0 * even, minors1 * odd, minors2 * even, minors3 * odd};
+    lanes::transpose(rows[0], rows[1], rows[2], rows[3]);
+    for (int i = 0; i < 4; ++i)
+        lanes::store(m + i * 4, rows[i]);
     return *this;
 }
 

@@ -1,6 +1,5 @@
 #include "orvex/geometry/rays/ray_caster.h"
 
-#include <array>
 #include <bit>
 #include <cstddef>
 #include <cstdint>
@@ -9,6 +8,7 @@
 #include "orvex/geometry/mesh/private/mesh_contents.h"
 #include "orvex/math/mat4.h"
 #include "orvex/math/math.h"
+#include "orvex/math/private/lanes.h"
 #include "orvex/renderer/records/mesh_data.h"
 #include "orvex/scene/camera.h"
 #include "orvex/scene/viewport.h"
@@ -100,31 +100,22 @@ bool RayCaster::cast_ray_object(const Ray& ray, Object* object,
 
 namespace {
 
-/// A number for each of four faces.
-typedef float Lanes __attribute__((vector_size(16)));
-/// A truth for each of four faces, all bits set for true.
-typedef std::int32_t LaneMask __attribute__((vector_size(16)));
-
 /// A vector for each of four faces.
 struct Lanes3 {
-    Lanes x;
-    Lanes y;
-    Lanes z;
+    floats4 x;
+    floats4 y;
+    floats4 z;
 };
 
-Lanes splat(float value) {
-    return Lanes{value, value, value, value};
-}
-
 Lanes3 splat(const vec4& v) {
-    return {splat(v.x), splat(v.y), splat(v.z)};
+    return {lanes::splat(v.x), lanes::splat(v.y), lanes::splat(v.z)};
 }
 
 Lanes3 operator-(const Lanes3& a, const Lanes3& b) {
     return {a.x - b.x, a.y - b.y, a.z - b.z};
 }
 
-Lanes dot(const Lanes3& a, const Lanes3& b) {
+floats4 dot(const Lanes3& a, const Lanes3& b) {
     return a.x * b.x + a.y * b.y + a.z * b.z;
 }
 
@@ -135,19 +126,14 @@ Lanes3 cross(const Lanes3& a, const Lanes3& b) {
 /// The first three rows of M * v for a point: its w of 1 leaves the last column as it is.
 Lanes3 transform(const mat4& m, const Lanes3& v) {
     const auto row = [&m, &v](int r) {
-        return splat(m.m[r]) * v.x + splat(m.m[4 + r]) * v.y + splat(m.m[8 + r]) * v.z +
-               splat(m.m[12 + r]);
+        return lanes::splat(m.m[r]) * v.x + lanes::splat(m.m[4 + r]) * v.y +
+               lanes::splat(m.m[8 + r]) * v.z + lanes::splat(m.m[12 + r]);
     };
     return {row(0), row(1), row(2)};
 }
 
-bool any(LaneMask mask) {
-    const auto halves = std::bit_cast<std::array<std::uint64_t, 2>>(mask);
-    return (halves[0] | halves[1]) != 0;
-}
-
-LaneMask in_unit_range(Lanes value) {
-    return (value >= splat(0.0f)) & (value <= splat(1.0f));
+ints4 in_unit_range(floats4 value) {
+    return (value >= lanes::splat(0.0f)) & (value <= lanes::splat(1.0f));
 }
 
 /// Whether one of four triangles may be met.
@@ -156,11 +142,11 @@ bool may_be_met(const Lanes3& origin, const Lanes3& direction, const Lanes3& p0,
     const Lanes3 e1 = p0 - p1;
     const Lanes3 s = p0 - origin;
     const Lanes3 a = cross(p0 - p2, direction);
-    const Lanes det = dot(e1, a);
-    const LaneMask gamma_fits = in_unit_range(dot(s, a) / det);
-    if (!any(gamma_fits))
+    const floats4 det = dot(e1, a);
+    const ints4 gamma_fits = in_unit_range(dot(s, a) / det);
+    if (!lanes::any(gamma_fits))
         return false;
-    return any(gamma_fits & in_unit_range(dot(direction, cross(e1, s)) / det));
+    return lanes::any(gamma_fits & in_unit_range(dot(direction, cross(e1, s)) / det));
 }
 
 /// The positions of a store, wherever its layout has them.
@@ -186,8 +172,8 @@ private:
 };
 
 Lanes3 gather(const float* a, const float* b, const float* c, const float* d) {
-    return {Lanes{a[0], b[0], c[0], d[0]}, Lanes{a[1], b[1], c[1], d[1]},
-            Lanes{a[2], b[2], c[2], d[2]}};
+    return {floats4{a[0], b[0], c[0], d[0]}, floats4{a[1], b[1], c[1], d[1]},
+            floats4{a[2], b[2], c[2], d[2]}};
 }
 
 /// A ray on its way through the faces of a mesh.

@@ -4,7 +4,7 @@
 
 #include "orvex/geometry/mesh/private/mesh_contents.h"
 #include "orvex/geometry/shapes/private/mesh_shape.h"
-#include "orvex/math/private/pixel_math.h"
+#include "orvex/math/private/sizes.h"
 
 namespace orvex {
 

@@ -6,7 +6,7 @@
 #include "orvex/assets/textures/texture.h"
 #include "orvex/geometry/mesh/private/mesh_contents.h"
 #include "orvex/geometry/shapes/private/mesh_shape.h"
-#include "orvex/math/private/pixel_math.h"
+#include "orvex/math/private/sizes.h"
 #include "orvex/renderer/records/private/image_access.h"
 #include "orvex/renderer/records/texture_data.h"
 

@@ -1,18 +1,11 @@
 #pragma once
 
-#include <climits>
+/// @file
+/// Channels of pixels: bytes of 0 to 255, and floats of 0 to 1.
+
+#include "orvex/math/private/sizes.h"
 
 namespace orvex {
-
-/// Product of sizes that stops at the largest unsigned value, which no buffer can have.
-inline unsigned long saturating_product(unsigned long a, unsigned long b) {
-    unsigned long product = 0;
-    return __builtin_mul_overflow(a, b, &product) ? ULONG_MAX : product;
-}
-
-inline unsigned long saturating_product(unsigned long a, unsigned long b, unsigned long c) {
-    return saturating_product(saturating_product(a, b), c);
-}
 
 /// Truncates to a 64-bit integer and keeps its low byte, so that values past 255 wrap. What has no
 /// such integer, NaN included, is 0.

@@ -5,6 +5,7 @@
 #include <cstring>
 
 #include "orvex/math/private/pixel_math.h"
+#include "orvex/math/private/sizes.h"
 #include "orvex/math/vec4.h"
 #include "orvex/renderer/records/private/image_access.h"
 

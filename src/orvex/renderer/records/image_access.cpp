@@ -5,7 +5,7 @@
 #include <new>
 #include <utility>
 
-#include "orvex/math/private/pixel_math.h"
+#include "orvex/math/private/sizes.h"
 
 namespace orvex {
 

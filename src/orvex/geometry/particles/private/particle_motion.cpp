@@ -1,13 +1,9 @@
 #include "orvex/geometry/particles/private/particle_motion.h"
 
 #include <algorithm>
-#include <cstring>
-
-#if defined(__SSE2__)
-#include <emmintrin.h>
-#endif
 
 #include "orvex/geometry/particles/particle_pool.h"
+#include "orvex/math/private/lanes.h"
 #include "orvex/math/vec4.h"
 
 namespace orvex::particle_motion {
@@ -21,20 +17,10 @@ constexpr unsigned int all_of_group = (1u << group_size) - 1u;
 
 /// A bit for each life of a group that is above 0.
 unsigned int living_in_group(const float* lifetimes) {
-#if defined(__SSE2__)
     const auto living = [lifetimes](int quarter) {
-        const __m128 lives = _mm_loadu_ps(lifetimes + 4 * quarter);
-        return _mm_castps_si128(_mm_cmpgt_ps(lives, _mm_setzero_ps()));
+        return lanes::load<floats4>(lifetimes + 4 * quarter) > lanes::splat(0.0f);
     };
-    const __m128i front = _mm_packs_epi32(living(0), living(1));
-    const __m128i back = _mm_packs_epi32(living(2), living(3));
-    return static_cast<unsigned int>(_mm_movemask_epi8(_mm_packs_epi16(front, back)));
-#else
-    unsigned int living = 0;
-    for (unsigned long k = 0; k < group_size; ++k)
-        living |= (lifetimes[k] > 0.0f ? 1u : 0u) << k;
-    return living;
-#endif
+    return lanes::true_bits({living(0), living(1), living(2), living(3)});
 }
 
 /// Calls `one(i)` for each particle of a group that lives.
@@ -71,16 +57,13 @@ unsigned long find_dead(const ParticlePool& pool, unsigned long first) {
 
 namespace {
 
-typedef float floats4 __attribute__((vector_size(16)));
-
+/// Four floats of an array of them, or of vectors.
 floats4 load(const void* from, unsigned long index) {
-    floats4 four;
-    std::memcpy(&four, static_cast<const char*>(from) + index * sizeof(four), sizeof(four));
-    return four;
+    return lanes::load<floats4>(static_cast<const char*>(from) + index * sizeof(floats4));
 }
 
 void store(void* to, unsigned long index, floats4 four) {
-    std::memcpy(static_cast<char*>(to) + index * sizeof(four), &four, sizeof(four));
+    lanes::store(static_cast<char*>(to) + index * sizeof(four), four);
 }
 
 void take_time(float* lifetimes, unsigned long count, float dt) {
