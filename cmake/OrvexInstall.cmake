@@ -22,7 +22,7 @@ endforeach()
 
 configure_package_config_file(cmake/orvex-config.cmake.in orvex-config.cmake
   INSTALL_DESTINATION ${package_dir})
-write_basic_package_version_file(orvex-config-version.cmake COMPATIBILITY SameMinorVersion)
+configure_file(cmake/orvex-config-version.cmake.in orvex-config-version.cmake @ONLY)
 install(FILES "${CMAKE_CURRENT_BINARY_DIR}/orvex-config.cmake"
               "${CMAKE_CURRENT_BINARY_DIR}/orvex-config-version.cmake"
   DESTINATION ${package_dir} COMPONENT dev)

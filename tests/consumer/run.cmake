@@ -37,27 +37,38 @@ run("${CMAKE_COMMAND}" -S "${HOST_DIR}" -B "${WORK_DIR}/build" -G "${GENERATOR}"
 run("${CMAKE_COMMAND}" --build "${WORK_DIR}/build")
 expect_shot_of("${WORK_DIR}/build/host")
 
-# --- The versions that a host may ask for: those of the same minor number, up to this one
+# --- The versions that a host may ask for: those of the same minor number up to this one, and each
+# --- range that holds this one
 
-file(GLOB_RECURSE version_file "${prefix}/*/orvex-config-version.cmake")
-function(expect_version version major minor patch wanted)
-  set(PACKAGE_FIND_VERSION "${version}")
-  set(PACKAGE_FIND_VERSION_MAJOR ${major})
-  set(PACKAGE_FIND_VERSION_MINOR ${minor})
-  set(PACKAGE_FIND_VERSION_PATCH ${patch})
-  set(PACKAGE_VERSION_COMPATIBLE FALSE)
-  set(CMAKE_SIZEOF_VOID_P "")
-  include("${version_file}")
-  if(NOT PACKAGE_VERSION_COMPATIBLE STREQUAL wanted)
-    message(FATAL_ERROR "version ${version}: ${PACKAGE_VERSION_COMPATIBLE}, not ${wanted}")
+file(WRITE "${WORK_DIR}/asks/CMakeLists.txt" [[
+cmake_minimum_required(VERSION 3.25)
+project(asks LANGUAGES NONE)
+find_package(orvex ${WANTED} CONFIG QUIET)
+file(WRITE "${CMAKE_BINARY_DIR}/answer" "${orvex_CONSIDERED_VERSIONS} ${orvex_FOUND}")
+]])
+function(expect_version wanted answer)
+  execute_process(COMMAND "${CMAKE_COMMAND}" --fresh -S "${WORK_DIR}/asks" -B "${WORK_DIR}/asks/build"
+    "-DCMAKE_PREFIX_PATH=${prefix}" "-DWANTED=${wanted}" OUTPUT_QUIET COMMAND_ERROR_IS_FATAL ANY)
+  file(READ "${WORK_DIR}/asks/build/answer" given)
+  if(NOT given STREQUAL "0.9.0 ${answer}")
+    message(FATAL_ERROR "version ${wanted}: '${given}', not '0.9.0 ${answer}'")
   endif()
 endfunction()
-expect_version(0.9 0 9 0 TRUE)
-expect_version(0.9.0 0 9 0 TRUE)
-expect_version(0.9.1 0 9 1 FALSE)
-expect_version(0.8 0 8 0 FALSE)
-expect_version(0.10 0 10 0 FALSE)
-expect_version(1.0 1 0 0 FALSE)
+expect_version(0.9 1)
+expect_version(0.9.0 1)
+expect_version("0.9.0;EXACT" 1)
+expect_version(0.9.1 0)
+expect_version(0.8 0)
+expect_version(0.10 0)
+expect_version(1.0 0)
+expect_version(0.9.0...0.10 1)
+expect_version(0.8...0.9 1)
+expect_version(0.8...1 1)
+expect_version(0.9...<0.10 1)
+expect_version(0.9.0...<0.9.1 1)
+expect_version(0.8...<0.9.0 0)
+expect_version(0.9.1...0.10 0)
+expect_version(0.1...0.8.9 0)
 
 # --- The headers lie below one folder, and nowhere else
 
