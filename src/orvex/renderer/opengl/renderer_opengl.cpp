@@ -17,12 +17,19 @@ struct RendererOpenGL::RendererOpenGLData {
 
 RendererOpenGL::RendererOpenGL()
     : GlState(this)
-    , data(new RendererOpenGLData)
+    , rasterizer_state(states.live)
+    , pending_rasterizer_state(states.pending)
+    , data(std::make_unique<RendererOpenGLData>())
     , meshes(*this)
     , points(*this)
     , polylines(*this)
     , buffers(*this)
-    , uniform_buffers(*this) {
+    , uniform_buffers(*this)
+    , frame(*this)
+    , states(*this)
+    , fixed_pipeline(*this)
+    , shadows(*this)
+    , queries(*this) {
     set_name("plugin_core_opengl");
     set_description("OpenGL renderer (OpenGL 2, 3.x and 4.x supported).");
     set_author("orvex");
@@ -37,10 +44,9 @@ RendererOpenGL::RendererOpenGL()
 }
 
 RendererOpenGL::~RendererOpenGL() {
-    if (ctx.active_program != nullptr)
+    if (ctx.active_program)
         ctx.active_program->remove_active_slot(&ctx.active_program);
     leave_render_targets();
-    delete data;
     RendererOpenGL::kill_all_render_windows();
 }
 
@@ -66,9 +72,9 @@ bool RendererOpenGL::terminate() {
 
 namespace {
 
-// The word for a compatibility context starts with a capital letter in some drivers' texts.
-bool is_core_version_text(const char* version) {
-    return version != nullptr && std::strstr(version, "ompatibility") == nullptr;
+bool is_core_version_text(const char* version, const GlQuirks& quirks) {
+    const char* const word = quirks.profile_word_case ? "ompatibility" : "Compatibility";
+    return version && !std::strstr(version, word);
 }
 
 } // namespace
@@ -79,6 +85,7 @@ bool RendererOpenGL::start() {
     log_life_cycle("start");
     update_thread();
     // This may be another context than the last one: what was bound there says nothing here.
+    quirks = GlQuirks::from_environment();
     prepared_mesh = nullptr;
     uniform_buffers.forget_context();
     gl_major = 0;
@@ -88,7 +95,7 @@ bool RendererOpenGL::start() {
     started = gl.init(display_gl_func_ptr);
     start_gl_messages();
     start_gl_labels(gl);
-    gl.core_profile = gl_major >= 3 && is_core_version_text(get_api_version());
+    gl.core_profile = gl_major >= 3 && is_core_version_text(get_api_version(), quirks);
     reset_render_states();
     return started;
 }

@@ -4,6 +4,7 @@
 /// The OpenGL back end.
 
 #include <cstddef>
+#include <memory>
 #include <vector>
 
 #include "orvex/renderer/opengl/buffers/private/buffer_family.h"
@@ -11,10 +12,14 @@
 #include "orvex/renderer/opengl/buffers/private/point_family.h"
 #include "orvex/renderer/opengl/buffers/private/polyline_family.h"
 #include "orvex/renderer/opengl/buffers/private/uniform_buffer_family.h"
+#include "orvex/renderer/opengl/state/private/fixed_pipeline_family.h"
+#include "orvex/renderer/opengl/state/private/frame_family.h"
 #include "orvex/renderer/opengl/state/private/gl_state.h"
+#include "orvex/renderer/opengl/state/private/query_family.h"
+#include "orvex/renderer/opengl/state/private/render_state_family.h"
+#include "orvex/renderer/opengl/state/private/shadow_family.h"
 #include "orvex/renderer/opengl/text/private/glut_text.h"
 #include "orvex/renderer/renderer.h"
-#include "orvex/renderer/renderer_rasterizer_state.h"
 
 namespace orvex {
 
@@ -438,10 +443,10 @@ public:
     /// @name State beside what the families share
     /// @{
 
-    Renderer_Rasterizer_State rasterizer_state;         ///< what the API holds
-    Renderer_Rasterizer_State pending_rasterizer_state; ///< what will be applied
-    std::vector<RenderWindow*> render_windows;          ///< owned, in order of creation
-    std::vector<RenderTarget*> render_targets;          ///< owned, in order of creation
+    Renderer_Rasterizer_State& rasterizer_state;         ///< what the API holds
+    Renderer_Rasterizer_State& pending_rasterizer_state; ///< what will be applied
+    std::vector<RenderWindow*> render_windows;           ///< owned, in order of creation
+    std::vector<RenderTarget*> render_targets;           ///< owned, in order of creation
     bool initialized = false;
     bool started = false;
     bool display_gl_func_ptr = false;
@@ -494,7 +499,7 @@ private:
 
     // Life cycle
     void log_life_cycle(const char* operation);
-    RendererOpenGLData* data;
+    std::unique_ptr<RendererOpenGLData> data;
 
     // Buffers
     MeshFamily meshes;
@@ -526,8 +531,12 @@ private:
     bool prepare_raster_text();
     bool told_of_raster_text = false;
 
-    // Frame
-    int viewport[4] = {};
+    // Frame and state
+    FrameFamily frame;
+    RenderStateFamily states;
+    FixedPipelineFamily fixed_pipeline;
+    ShadowFamily shadows;
+    QueryFamily queries;
 };
 
 } // namespace orvex

@@ -1,12 +1,13 @@
-#include "orvex/renderer/opengl/private/renderer_opengl.h"
+// What the contract asks of the frame and of the shadow mapping passes, handed to their families.
 
-#include "orvex/math/vec4.h"
+#include "orvex/renderer/opengl/private/renderer_opengl.h"
 
 namespace orvex {
 
+// Clearing and reading
+
 void RendererOpenGL::clear_color_buffer(float r, float g, float b, float a) {
-    glClearColor(r, g, b, a);
-    glClear(GL_COLOR_BUFFER_BIT);
+    frame.clear_color(r, g, b, a);
 }
 
 void RendererOpenGL::clear_color_buffer(const vec4& color) {
@@ -14,72 +15,29 @@ void RendererOpenGL::clear_color_buffer(const vec4& color) {
 }
 
 void RendererOpenGL::clear_depth_buffer(float depth) {
-    glClearDepth(static_cast<double>(depth));
-    glClear(GL_DEPTH_BUFFER_BIT);
+    frame.clear_depth(depth);
 }
 
 void RendererOpenGL::clear_color_depth_buffers(float r, float g, float b, float a, float depth) {
-    glClearColor(r, g, b, a);
-    glClearDepth(static_cast<double>(depth));
-    glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
+    frame.clear_color_and_depth(r, g, b, a, depth);
 }
 
 void RendererOpenGL::clear_color_depth_buffers(const vec4& color, float depth) {
     clear_color_depth_buffers(color.x, color.y, color.z, color.w, depth);
 }
 
-namespace {
-
-struct Viewport_Rect {
-    GLint x = 0;
-    GLint y = 0;
-    GLint width = 0;
-    GLint height = 0;
-};
-
-Viewport_Rect read_viewport() {
-    GLint values[4] = {};
-    glGetIntegerv(GL_VIEWPORT, values);
-    return {values[0], values[1], values[2], values[3]};
-}
-
-void store(int* output, int value) {
-    if (output != nullptr)
-        *output = value;
-}
-
-} // namespace
-
 void RendererOpenGL::get_color_buffer_size(int* size, int* width, int* height) {
-    if (size == nullptr)
-        return;
-    const Viewport_Rect rect = read_viewport();
-    // Unsigned, so that a viewport beyond any real one wraps around instead of overflowing.
-    *size = static_cast<int>(static_cast<unsigned int>(rect.width) * 4U *
-                             static_cast<unsigned int>(rect.height));
-    store(width, rect.width);
-    store(height, rect.height);
+    frame.get_color_buffer_size(size, width, height);
 }
 
 void RendererOpenGL::get_color_buffer(unsigned char* pixels) {
-    if (pixels == nullptr)
-        return;
-    glPixelStorei(GL_PACK_ALIGNMENT, 1);
-    glPixelStorei(GL_PACK_ROW_LENGTH, 0);
-    glPixelStorei(GL_PACK_SKIP_ROWS, 0);
-    glPixelStorei(GL_PACK_SKIP_PIXELS, 0);
-    glPixelStorei(GL_UNPACK_ALIGNMENT, 4);
-    const Viewport_Rect rect = read_viewport();
-    glReadBuffer(GL_BACK);
-    glReadPixels(0, 0, rect.width, rect.height, GL_RGBA, GL_UNSIGNED_BYTE, pixels);
+    frame.get_color_buffer(pixels);
 }
 
+// Matrices and viewport
+
 void RendererOpenGL::set_projection_matrix(mat4& matrix, bool apply) {
-    ctx.projection_matrix = matrix;
-    if (apply) {
-        glMatrixMode(GL_PROJECTION);
-        glLoadMatrixf(ctx.projection_matrix.ptr());
-    }
+    frame.set_projection_matrix(matrix, apply);
 }
 
 mat4& RendererOpenGL::get_projection_matrix() {
@@ -87,11 +45,7 @@ mat4& RendererOpenGL::get_projection_matrix() {
 }
 
 void RendererOpenGL::set_view_matrix(mat4& matrix, bool apply) {
-    ctx.view_matrix = matrix;
-    if (apply) {
-        glMatrixMode(GL_MODELVIEW);
-        glLoadMatrixf(ctx.view_matrix.ptr());
-    }
+    frame.set_view_matrix(matrix, apply);
 }
 
 mat4& RendererOpenGL::get_view_matrix() {
@@ -99,20 +53,45 @@ mat4& RendererOpenGL::get_view_matrix() {
 }
 
 void RendererOpenGL::set_viewport(int x, int y, int width, int height) {
-    glViewport(x, y, width, height);
+    frame.set_viewport(x, y, width, height);
 }
 
 void RendererOpenGL::get_viewport(int* x, int* y, int* width, int* height) {
-    const Viewport_Rect rect = read_viewport();
-    store(x, rect.x);
-    store(y, rect.y);
-    store(width, rect.width);
-    store(height, rect.height);
+    frame.get_viewport(x, y, width, height);
 }
 
 int* RendererOpenGL::get_viewport_ptr() {
-    glGetIntegerv(GL_VIEWPORT, viewport);
-    return viewport;
+    return frame.get_viewport_ptr();
+}
+
+// Pipeline
+
+void RendererOpenGL::finish_pipeline() {
+    frame.finish();
+}
+
+void RendererOpenGL::flush_pipeline() {
+    frame.flush();
+}
+
+// Shadow mapping
+
+void RendererOpenGL::shadow_mapping_enable_zpass_states() {
+    shadows.enable_depth_pass();
+}
+
+void RendererOpenGL::shadow_mapping_disable_zpass_states() {
+    shadows.disable_depth_pass();
+}
+
+void RendererOpenGL::shadow_mapping_prepare_light_pass(RenderTarget* target, unsigned int unit,
+                                                       mat4& projection, mat4& view,
+                                                       GpuProgramData* program) {
+    shadows.prepare_light_pass(target, unit, projection, view, program);
+}
+
+void RendererOpenGL::shadow_mapping_finish_light_pass(RenderTarget* target, unsigned int unit) {
+    shadows.finish_light_pass(target, unit);
 }
 
 } // namespace orvex

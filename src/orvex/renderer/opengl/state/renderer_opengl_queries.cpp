@@ -1,26 +1,11 @@
+// What the contract asks about the context, handed to its family. Sums are made here, of parts that
+// a renderer that derives from this one may answer itself.
+
 #include "orvex/renderer/opengl/private/renderer_opengl.h"
 
 namespace orvex {
 
 namespace {
-
-// Where the API lacks the constant it notes an error and writes nothing: the start value stays.
-int get_integer(GLenum name) {
-    GLint value = 0;
-    glGetIntegerv(name, &value);
-    return value;
-}
-
-// The vendors' memory queries write up to four integers.
-unsigned int get_first_of_four(GLenum name) {
-    GLint values[4] = {};
-    glGetIntegerv(name, values);
-    return static_cast<unsigned int>(values[0]);
-}
-
-const char* get_text(GLenum name) {
-    return reinterpret_cast<const char*>(glGetString(name));
-}
 
 constexpr GLenum gpu_memory_total_nvx = 36936;
 constexpr GLenum gpu_memory_current_nvx = 36937;
@@ -33,46 +18,31 @@ constexpr GLenum total_physical_memory_ati = 34814;
 } // namespace
 
 unsigned int RendererOpenGL::get_opengl_error() {
-    return glGetError();
+    return queries.error();
 }
 
 const char* RendererOpenGL::get_renderer_model() {
-    return get_text(GL_RENDERER);
+    return queries.text(GL_RENDERER);
 }
 
 const char* RendererOpenGL::get_renderer_vendor() {
-    return get_text(GL_VENDOR);
+    return queries.text(GL_VENDOR);
 }
 
 const char* RendererOpenGL::get_shading_language_version() {
-    return get_text(GL_SHADING_LANGUAGE_VERSION);
+    return queries.text(GL_SHADING_LANGUAGE_VERSION);
 }
 
 const char* RendererOpenGL::get_renderer_gl_extensions_raw_string() {
-    return get_text(GL_EXTENSIONS);
+    return queries.text(GL_EXTENSIONS);
 }
 
 const char* RendererOpenGL::get_api_version() {
-    return get_text(GL_VERSION);
+    return queries.text(GL_VERSION);
 }
 
 bool RendererOpenGL::get_opengl_version(int* major, int* minor) {
-    const char* const text = get_text(GL_VERSION);
-    if (text == nullptr || text[0] == '\0')
-        return false;
-    int found_major = text[0] - '0';
-    int found_minor = 0;
-    if (found_major >= 3) {
-        found_major = get_integer(GL_MAJOR_VERSION);
-        found_minor = get_integer(GL_MINOR_VERSION);
-    } else if (text[1] != '\0' && text[2] != '\0') {
-        found_minor = text[2] - '0';
-    }
-    if (major != nullptr)
-        *major = found_major;
-    if (minor != nullptr)
-        *minor = found_minor;
-    return true;
+    return queries.version(major, minor);
 }
 
 int RendererOpenGL::get_api_version_major() {
@@ -84,29 +54,27 @@ int RendererOpenGL::get_api_version_minor() {
 }
 
 int RendererOpenGL::get_max_texture_units() {
-    return get_integer(GL_MAX_TEXTURE_IMAGE_UNITS);
+    return queries.integer(GL_MAX_TEXTURE_IMAGE_UNITS);
 }
 
 int RendererOpenGL::get_max_texture_size() {
-    return get_integer(GL_MAX_TEXTURE_SIZE);
+    return queries.integer(GL_MAX_TEXTURE_SIZE);
 }
 
 bool RendererOpenGL::is_geometry_instancing_supported() {
-    return gl.glDrawElementsInstancedARB != nullptr && gl.glVertexAttribDivisorARB != nullptr;
+    return queries.has_instancing();
 }
 
 float RendererOpenGL::get_max_texture_anisotropy() {
-    GLfloat value = 0.0f;
-    glGetFloatv(GL_MAX_TEXTURE_MAX_ANISOTROPY_EXT, &value);
-    return value;
+    return queries.max_anisotropy();
 }
 
 unsigned int RendererOpenGL::get_gpu_memory_total_available_kb_nv() {
-    return get_first_of_four(gpu_memory_total_nvx);
+    return queries.first_of_four(gpu_memory_total_nvx);
 }
 
 unsigned int RendererOpenGL::get_gpu_memory_current_available_kb_nv() {
-    return get_first_of_four(gpu_memory_current_nvx);
+    return queries.first_of_four(gpu_memory_current_nvx);
 }
 
 unsigned int RendererOpenGL::get_gpu_memory_usage_kb_nv() {
@@ -122,7 +90,7 @@ unsigned int RendererOpenGL::get_gpu_memory_total_available_kb_amd(unsigned long
 }
 
 unsigned int RendererOpenGL::get_gpu_total_physical_memory_amd() {
-    return get_first_of_four(total_physical_memory_ati);
+    return queries.first_of_four(total_physical_memory_ati);
 }
 
 unsigned int RendererOpenGL::get_gpu_memory_usage_kb_amd() {
@@ -130,106 +98,87 @@ unsigned int RendererOpenGL::get_gpu_memory_usage_kb_amd() {
 }
 
 unsigned int RendererOpenGL::get_gpu_free_texture_memory_amd() {
-    return get_first_of_four(texture_free_memory_ati);
+    return queries.first_of_four(texture_free_memory_ati);
 }
 
 unsigned int RendererOpenGL::get_gpu_free_vbo_memory_amd() {
-    return get_first_of_four(vbo_free_memory_ati);
+    return queries.first_of_four(vbo_free_memory_ati);
 }
 
 unsigned int RendererOpenGL::get_gpu_free_renderbuffer_memory_amd() {
-    return get_first_of_four(renderbuffer_free_memory_ati);
+    return queries.first_of_four(renderbuffer_free_memory_ati);
 }
 
 int RendererOpenGL::get_max_vertex_attribs() {
-    return get_integer(GL_MAX_VERTEX_ATTRIBS);
+    return queries.integer(GL_MAX_VERTEX_ATTRIBS);
 }
 
 int RendererOpenGL::get_max_atomic_counter_buffer_size() {
-    return get_integer(GL_MAX_ATOMIC_COUNTER_BUFFER_SIZE);
+    return queries.integer(GL_MAX_ATOMIC_COUNTER_BUFFER_SIZE);
 }
 
 int RendererOpenGL::get_max_combined_atomic_counter_buffers() {
-    return get_integer(GL_MAX_COMBINED_ATOMIC_COUNTER_BUFFERS);
+    return queries.integer(GL_MAX_COMBINED_ATOMIC_COUNTER_BUFFERS);
 }
 
 int RendererOpenGL::get_max_combined_atomic_counters() {
-    return get_integer(GL_MAX_COMBINED_ATOMIC_COUNTERS);
+    return queries.integer(GL_MAX_COMBINED_ATOMIC_COUNTERS);
 }
 
 int RendererOpenGL::get_max_vertex_atomic_counters() {
-    return get_integer(GL_MAX_VERTEX_ATOMIC_COUNTERS);
+    return queries.integer(GL_MAX_VERTEX_ATOMIC_COUNTERS);
 }
 
 int RendererOpenGL::get_max_geometry_atomic_counters() {
-    return get_integer(GL_MAX_GEOMETRY_ATOMIC_COUNTERS);
+    return queries.integer(GL_MAX_GEOMETRY_ATOMIC_COUNTERS);
 }
 
 int RendererOpenGL::get_max_fragment_atomic_counters() {
-    return get_integer(GL_MAX_FRAGMENT_ATOMIC_COUNTERS);
+    return queries.integer(GL_MAX_FRAGMENT_ATOMIC_COUNTERS);
 }
 
 int RendererOpenGL::get_max_tess_control_atomic_counters() {
-    return get_integer(GL_MAX_TESS_CONTROL_ATOMIC_COUNTERS);
+    return queries.integer(GL_MAX_TESS_CONTROL_ATOMIC_COUNTERS);
 }
 
 int RendererOpenGL::get_max_tess_eval_atomic_counters() {
-    return get_integer(GL_MAX_TESS_EVALUATION_ATOMIC_COUNTERS);
+    return queries.integer(GL_MAX_TESS_EVALUATION_ATOMIC_COUNTERS);
 }
 
 int RendererOpenGL::get_max_compute_atomic_counters() {
-    return get_integer(GL_MAX_COMPUTE_ATOMIC_COUNTERS);
+    return queries.integer(GL_MAX_COMPUTE_ATOMIC_COUNTERS);
 }
 
 int RendererOpenGL::get_GL_MAX_TEXTURE_SIZE() {
-    return get_integer(GL_MAX_TEXTURE_SIZE);
+    return queries.integer(GL_MAX_TEXTURE_SIZE);
 }
 
 int RendererOpenGL::get_GL_MAX_COMBINED_TEXTURE_IMAGE_UNITS() {
-    return get_integer(GL_MAX_COMBINED_TEXTURE_IMAGE_UNITS);
+    return queries.integer(GL_MAX_COMBINED_TEXTURE_IMAGE_UNITS);
 }
 
 int RendererOpenGL::get_GL_MAX_VIEWPORT_DIMS() {
-    GLint values[2] = {};
-    glGetIntegerv(GL_MAX_VIEWPORT_DIMS, values);
-    return values[0];
+    return queries.first_of_two(GL_MAX_VIEWPORT_DIMS);
 }
 
 int RendererOpenGL::get_GL_MAX_VERTEX_TEXTURE_IMAGE_UNITS() {
-    return get_integer(GL_MAX_VERTEX_TEXTURE_IMAGE_UNITS);
+    return queries.integer(GL_MAX_VERTEX_TEXTURE_IMAGE_UNITS);
 }
 
 int RendererOpenGL::get_GL_MAX_COLOR_ATTACHMENTS() {
-    return get_integer(GL_MAX_COLOR_ATTACHMENTS);
+    return queries.integer(GL_MAX_COLOR_ATTACHMENTS);
 }
 
 int RendererOpenGL::get_GL_MAX_SAMPLES() {
-    return get_integer(GL_MAX_SAMPLES);
+    return queries.integer(GL_MAX_SAMPLES);
 }
-
-namespace {
-
-bool get_indexed(const ORVEX_Renderer_OpenGL_Func& gl, GLenum name, int* x, int* y, int* z) {
-    if (gl.glGetIntegeri_v == nullptr)
-        return false;
-    int* const outputs[] = {x, y, z};
-    for (GLuint i = 0; i < 3; ++i) {
-        if (outputs[i] != nullptr) {
-            *outputs[i] = 0;
-            gl.glGetIntegeri_v(name, i, outputs[i]);
-        }
-    }
-    return true;
-}
-
-} // namespace
 
 bool RendererOpenGL::get_GL_MAX_COMPUTE_WORK_GROUP_COUNT(int* x, int* y, int* z) {
-    return get_indexed(gl, GL_MAX_COMPUTE_WORK_GROUP_COUNT, x, y, z);
+    return queries.indexed(GL_MAX_COMPUTE_WORK_GROUP_COUNT, x, y, z);
 }
 
 bool RendererOpenGL::get_GL_MAX_COMPUTE_WORK_GROUP_SIZE(int* x, int* y, int* z) {
-    return get_indexed(gl, GL_MAX_COMPUTE_WORK_GROUP_SIZE, x, y, z);
+    return queries.indexed(GL_MAX_COMPUTE_WORK_GROUP_SIZE, x, y, z);
 }
 
 } // namespace orvex

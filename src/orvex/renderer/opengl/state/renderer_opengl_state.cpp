@@ -1,117 +1,58 @@
-#include "orvex/renderer/opengl/private/renderer_opengl.h"
+// What the contract asks of render states and of the fixed pipeline, handed to their families.
 
-#include "orvex/renderer/opengl/gl/private/gl_enums.h"
-#include "orvex/renderer/records/gpu_program_data.h"
+#include "orvex/renderer/opengl/private/renderer_opengl.h"
 
 namespace orvex {
 
-namespace {
-
-GLboolean gl_bool(bool value) {
-    return value ? GL_TRUE : GL_FALSE;
-}
-
-void set_capability(GLenum capability, bool state) {
-    if (state)
-        glEnable(capability);
-    else
-        glDisable(capability);
-}
-
-void reset_rasterizer() {
-    glDisable(GL_MULTISAMPLE);
-    glDisable(GL_CULL_FACE);
-    glCullFace(GL_BACK);
-    glPolygonMode(GL_FRONT_AND_BACK, GL_FILL);
-    glFrontFace(GL_CCW);
-    glPolygonOffset(0.0f, 0.0f);
-    glDisable(GL_POLYGON_OFFSET_POINT);
-    glDisable(GL_POLYGON_OFFSET_LINE);
-    glDisable(GL_POLYGON_OFFSET_FILL);
-}
-
-void reset_tests_and_blending() {
-    glDisable(GL_SCISSOR_TEST);
-    glEnable(GL_DEPTH_TEST);
-    glDepthFunc(GL_LESS);
-    glDepthMask(GL_TRUE);
-    glDisable(GL_STENCIL_TEST);
-    glDisable(GL_BLEND);
-    glBlendFunc(GL_ONE, GL_ONE);
-}
-
-unsigned long read_limit(GLenum name, GLint start_value) {
-    GLint value = start_value;
-    glGetIntegerv(name, &value);
-    return value > 0 ? static_cast<unsigned long>(value) : 0;
-}
-
-} // namespace
-
 bool RendererOpenGL::reset_render_states() {
-    rasterizer_state.init();
-    if (ctx.active_program != nullptr)
-        ctx.active_program->remove_active_slot(&ctx.active_program);
-    ctx.init();
-    reset_rasterizer();
-    reset_tests_and_blending();
-    const unsigned long max_size = read_limit(GL_MAX_TEXTURE_SIZE, 0);
-    ctx.init_texture_units(max_size, read_limit(GL_MAX_TEXTURE_IMAGE_UNITS, 1));
-    glEnable(GL_DITHER);
-    ctx.active_program_id = 0;
-    if (gl.glUseProgram != nullptr)
-        gl.glUseProgram(0);
+    states.reset();
     max_vertex_attribs = get_max_vertex_attribs();
     return true;
 }
 
+// Tests and blending
+
 void RendererOpenGL::set_scissor(int x, int y, int width, int height) {
-    glScissor(x, y, width, height);
+    states.set_scissor(x, y, width, height);
 }
 
 void RendererOpenGL::set_scissor_state(bool state) {
-    ctx.scissor_test = state;
-    set_capability(GL_SCISSOR_TEST, state);
+    states.set_scissor_state(state);
 }
 
 void RendererOpenGL::set_color_buffer_writing_state(bool state) {
-    const GLboolean value = gl_bool(state);
-    glColorMask(value, value, value, value);
+    states.set_color_writing(state);
 }
 
 void RendererOpenGL::set_depth_test_state(bool state) {
-    ctx.depth_test = state;
-    set_capability(GL_DEPTH_TEST, state);
+    states.set_depth_test(state);
 }
 
 void RendererOpenGL::set_depth_buffer_writing_state(bool state) {
-    ctx.depth_write = state;
-    glDepthMask(gl_bool(state));
+    states.set_depth_writing(state);
 }
 
 void RendererOpenGL::set_depth_test_func(RENDERER_CMP_FUNC func) {
-    ctx.depth_func = func;
-    glDepthFunc(gl_cmp_func(func));
+    states.set_depth_func(func);
 }
 
 void RendererOpenGL::set_blend_state(bool state) {
-    ctx.blend = state;
-    set_capability(GL_BLEND, state);
+    states.set_blend(state);
 }
 
 void RendererOpenGL::set_blend_factors(RENDERER_BLEND_FACTOR src, RENDERER_BLEND_FACTOR dst) {
-    ctx.blend_src = src;
-    ctx.blend_dst = dst;
-    glBlendFunc(gl_blend_factor(src), gl_blend_factor(dst));
+    states.set_blend_factors(src, dst);
 }
 
 void RendererOpenGL::set_depth_bias_factors(float factor, float units) {
-    glPolygonOffset(factor, units);
+    states.set_depth_bias_factors(factor, units);
 }
 
 void RendererOpenGL::set_depth_bias_state(bool state) {
-    set_capability(GL_POLYGON_OFFSET_FILL, state);
+    states.set_depth_bias(state);
 }
+
+// The rasterizer: what is set is pending until it is applied.
 
 void RendererOpenGL::rasterizer_set_cull_state(bool state) {
     pending_rasterizer_state.cull_enabled = state;
@@ -132,30 +73,77 @@ void RendererOpenGL::rasterizer_set_msaa_state(bool state) {
 }
 
 void RendererOpenGL::rasterizer_set_depth_bias(float factor, float units) {
-    pending_rasterizer_state.depth_bias_factor = factor;
-    pending_rasterizer_state.depth_bias_units = units;
-    glPolygonOffset(factor, units);
+    states.set_rasterizer_depth_bias(factor, units);
 }
 
 void RendererOpenGL::rasterizer_apply_state() {
-    const Renderer_Rasterizer_State& pending = pending_rasterizer_state;
-    set_capability(GL_CULL_FACE, pending.cull_enabled);
-    glCullFace(gl_polygon_face(pending.cull_face));
-    glPolygonMode(gl_polygon_face(pending.polygon_face), gl_polygon_mode(pending.polygon_mode));
-    set_capability(GL_MULTISAMPLE, pending.msaa_enabled);
-    glPolygonOffset(pending.depth_bias_factor, pending.depth_bias_units);
-    // The winding of front faces is never sent, so the live one stays as the reset left it.
-    const bool front_ccw = rasterizer_state.front_ccw;
-    rasterizer_state = pending;
-    rasterizer_state.front_ccw = front_ccw;
+    states.apply_rasterizer();
 }
 
-void RendererOpenGL::finish_pipeline() {
-    glFinish();
+// The fixed pipeline
+
+void RendererOpenGL::gl2_matrix_load(float* projection, float* view, float* model, float* texture) {
+    fixed_pipeline.load_matrices(projection, view, model, texture);
 }
 
-void RendererOpenGL::flush_pipeline() {
-    glFlush();
+void RendererOpenGL::gl2_matrix_load_identity(bool projection, bool modelview, bool texture) {
+    fixed_pipeline.load_identity(projection, modelview, texture);
+}
+
+void RendererOpenGL::set_line_width(float width) {
+    fixed_pipeline.set_line_width(width);
+}
+
+void RendererOpenGL::set_line_stipple(int factor, unsigned short pattern) {
+    fixed_pipeline.set_line_stipple(factor, pattern);
+}
+
+void RendererOpenGL::render_line(const vec4& a, const vec4& a_color, const vec4& b,
+                                 const vec4& b_color) {
+    fixed_pipeline.render_line(a, a_color, b, b_color);
+}
+
+void RendererOpenGL::light_set_colors(unsigned int light, const vec4& ambient, const vec4& diffuse,
+                                      const vec4& specular) {
+    light_set_ambient(light, ambient);
+    light_set_diffuse(light, diffuse);
+    light_set_specular(light, specular);
+}
+
+void RendererOpenGL::light_set_ambient(unsigned int light, const vec4& color) {
+    fixed_pipeline.set_light_ambient(light, color);
+}
+
+void RendererOpenGL::light_set_diffuse(unsigned int light, const vec4& color) {
+    fixed_pipeline.set_light_diffuse(light, color);
+}
+
+void RendererOpenGL::light_set_specular(unsigned int light, const vec4& color) {
+    fixed_pipeline.set_light_specular(light, color);
+}
+
+void RendererOpenGL::material_set_colors(const vec4& ambient, const vec4& diffuse,
+                                         const vec4& specular, float shininess) {
+    material_set_ambient(ambient);
+    material_set_diffuse(diffuse);
+    material_set_specular(specular);
+    material_set_shininess(shininess);
+}
+
+void RendererOpenGL::material_set_ambient(const vec4& color) {
+    fixed_pipeline.set_material_ambient(color);
+}
+
+void RendererOpenGL::material_set_diffuse(const vec4& color) {
+    fixed_pipeline.set_material_diffuse(color);
+}
+
+void RendererOpenGL::material_set_specular(const vec4& color) {
+    fixed_pipeline.set_material_specular(color);
+}
+
+void RendererOpenGL::material_set_shininess(float shininess) {
+    fixed_pipeline.set_material_shininess(shininess);
 }
 
 } // namespace orvex

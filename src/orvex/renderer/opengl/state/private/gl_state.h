@@ -11,6 +11,7 @@
 #include "orvex/api.h"
 #include "orvex/renderer/opengl/buffers/private/client_arrays.h"
 #include "orvex/renderer/opengl/gl/private/gl_functions.h"
+#include "orvex/renderer/opengl/state/private/gl_quirks.h"
 #include "orvex/renderer/opengl/state/private/renderer_opengl_ctx.h"
 #include "orvex/renderer/renderer_fwd.h"
 #include "orvex/renderer/renderer_types.h"
@@ -75,6 +76,7 @@ struct GlState {
     int gl_minor = 0;
     bool gl2_context = false; ///< the major version is exactly 2
     int max_vertex_attribs = 0;
+    GlQuirks quirks; ///< the remedies that are at work for its driver
     /// @}
 
     /// @name Usages that a host forces on new buffers
