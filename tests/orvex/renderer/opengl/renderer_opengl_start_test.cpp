@@ -1,6 +1,7 @@
 #include "orvex/renderer/opengl/private/renderer_opengl.h"
 
 #include <algorithm>
+#include <cstdlib>
 #include <memory>
 #include <string>
 #include <thread>
@@ -355,6 +356,20 @@ TEST_P(RendererOpenGLStart, reads_the_profile_from_the_version_text) {
         EXPECT_EQ(renderer.get_api_version_major(), row.major) << name;
         EXPECT_EQ(renderer.get_api_version_minor(), 1) << name;
     }
+}
+
+TEST_P(RendererOpenGLStart, compares_the_first_letter_of_the_profile_without_the_quirk) {
+    setenv("ORVEX_GL_QUIRKS_OFF", "profile_word_case", 1);
+    SaysItsVersion small("3.2 driver compatibility", 3);
+    small.start();
+    SaysItsVersion capital("3.2 (Compatibility Profile) driver", 3);
+    capital.start();
+    unsetenv("ORVEX_GL_QUIRKS_OFF");
+    EXPECT_TRUE(small.gl.core_profile) << "the symptom";
+    EXPECT_FALSE(capital.gl.core_profile);
+    small.stop();
+    small.start();
+    EXPECT_FALSE(small.gl.core_profile) << "each start reads the environment";
 }
 
 TEST_P(RendererOpenGLStart, forgets_a_gl2_context_at_the_next_start) {

@@ -3,7 +3,6 @@
 /// @file
 /// The OpenGL back end.
 
-#include <cstddef>
 #include <memory>
 #include <vector>
 

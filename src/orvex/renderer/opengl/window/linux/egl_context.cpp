@@ -4,6 +4,7 @@
 #include <utility>
 #include <vector>
 
+#include "orvex/renderer/opengl/state/private/gl_quirks.h"
 #include "orvex/renderer/opengl/window/linux/private/egl_config.h"
 
 namespace orvex {
@@ -116,8 +117,8 @@ EGLContext create_native_context(EGLDisplay display, EGLConfig config, EGLContex
     return create_core_context(display, config, share, lowest.first, lowest.second, request.debug);
 }
 
-/// Drivers take any size and then draw nowhere. What OpenGL 4 promises of viewports and textures
-/// can be drawn into; the limit that EGL tells is often far lower than what works.
+/// Drivers take any size and then draw nowhere: see the quirk. What OpenGL 4 promises of viewports
+/// and textures can be drawn into; the limit that EGL tells is often far lower than what works.
 bool is_too_large(EGLDisplay display, EGLConfig config, int size, EGLint limit_name) {
     constexpr EGLint promised = 16384;
     EGLint limit = 0;
@@ -126,8 +127,9 @@ bool is_too_large(EGLDisplay display, EGLConfig config, int size, EGLint limit_n
 }
 
 EGLSurface create_off_screen_surface(EGLDisplay display, EGLConfig config, int width, int height) {
-    if (is_too_large(display, config, width, EGL_MAX_PBUFFER_WIDTH) ||
-        is_too_large(display, config, height, EGL_MAX_PBUFFER_HEIGHT))
+    if (GlQuirks::from_environment().endless_surface &&
+        (is_too_large(display, config, width, EGL_MAX_PBUFFER_WIDTH) ||
+         is_too_large(display, config, height, EGL_MAX_PBUFFER_HEIGHT)))
         return EGL_NO_SURFACE;
     const EGLint size[] = {EGL_WIDTH, std::max(width, 1), EGL_HEIGHT, std::max(height, 1),
                            EGL_NONE};

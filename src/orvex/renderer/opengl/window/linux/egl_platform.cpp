@@ -3,6 +3,7 @@
 #include <cstdio>
 #include <vector>
 
+#include "orvex/renderer/opengl/state/private/gl_quirks.h"
 #include "orvex/renderer/opengl/window/linux/private/egl_context.h"
 #include "orvex/renderer/opengl/window/linux/private/egl_display.h"
 #include "orvex/renderer/opengl/window/linux/private/glx_context.h"
@@ -21,9 +22,10 @@ std::vector<EGLDisplay> candidate_displays(const ContextRequest& request) {
     return {};
 }
 
-/// A driver may crash on the number of a window that is gone.
+/// A driver may crash on the number of a window that is gone: see the quirk.
 bool is_drawable(const ContextRequest& request) {
-    return !is_x11_id(request.view) || x11_window_may_exist(request.display, request.view);
+    return !GlQuirks::from_environment().dead_window || !is_x11_id(request.view) ||
+           x11_window_may_exist(request.display, request.view);
 }
 
 } // namespace

@@ -189,6 +189,15 @@ TEST_P(EglWindow, fails_for_a_surface_that_nobody_can_make) {
     EXPECT_FALSE(window.apply_context(true));
 }
 
+TEST_P(EglWindow, of_a_size_that_no_driver_promises_is_made_without_the_quirk) {
+    RenderWindowOpenGL window;
+    EXPECT_FALSE(begin(window, GetParam(), 20000, 4));
+    setenv("ORVEX_GL_QUIRKS_OFF", "endless_surface", 1);
+    const bool made = begin(window, GetParam(), 20000, 4);
+    unsetenv("ORVEX_GL_QUIRKS_OFF");
+    EXPECT_TRUE(made) << "the symptom: the driver takes any size";
+}
+
 TEST_P(EglWindow, draws_into_a_surface_beyond_the_limit_that_egl_tells) {
     RenderWindowOpenGL window;
     ASSERT_TRUE(begin(window, GetParam(), 16384, 4));
