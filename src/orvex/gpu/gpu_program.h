@@ -182,7 +182,7 @@ public:
     /// Leaves the block's binding point without a buffer. @return false without a block
     bool ub_unbind(Renderer* renderer);
     /// Maps the buffer for writing. Null when that fails. Valid until `ub_unmap`.
-    [[nodiscard]] void* ub_map(Renderer* renderer);
+    void* ub_map(Renderer* renderer);
     /// Ends the mapping: its pointer is no longer valid. @return false without a block, and where
     /// the API refuses
     bool ub_unmap(Renderer* renderer);

@@ -168,11 +168,11 @@ bool Keyboard::is_key_down(KeyCode key) {
     return data->state_of(key) == 1;
 }
 
-bool Keyboard::is_key_down_raw(unsigned int key) {
+bool Keyboard::is_key_down_raw(unsigned int key) const {
     return key < data->key_buffer.size() && data->key_buffer[key] == 1;
 }
 
-bool Keyboard::is_virtual_key_down(int) {
+bool Keyboard::is_virtual_key_down(int) const {
     return false;
 }
 

@@ -365,10 +365,10 @@ public:
     bool is_key_down(KeyCode key);
     /// @param key  platform code
     /// @return whether its state is 1; false from 256 on
-    bool is_key_down_raw(unsigned int key);
+    bool is_key_down_raw(unsigned int key) const;
     /// @return false: this platform's keyboard isn't asked; `is_key_down_raw` tells what the host
     ///         noted
-    bool is_virtual_key_down(int key);
+    bool is_virtual_key_down(int key) const;
     /// Does nothing: the host feeds the table.
     /// @return true
     bool update_key_buffer();

@@ -1,5 +1,8 @@
 #pragma once
 
+/// @file
+/// `RenderTarget`, a framebuffer with its storage.
+
 #include "orvex/api.h"
 #include "orvex/renderer/renderer_types.h"
 
@@ -15,7 +18,9 @@ class Texture;
 ///
 /// Sizes are in pixels, the origin is the lower left. Everything runs on the thread that holds the
 /// graphics context, and the GL objects belong to the context that was current at their creation:
-/// framebuffers aren't shared. Parameters without a name are taken and not used.
+/// framebuffers aren't shared. Parameters without a name are taken and not used. Sizes are 1 to
+/// `Renderer::get_max_texture_size`: with others the framebuffer stays incomplete, and a create
+/// returns false.
 ///
 /// A create on a target that has objects kills them first. One that returns false leaves what it
 /// made until `kill`. Nothing goes to the log.
@@ -36,19 +41,19 @@ public:
     RenderTarget(const RenderTarget&) = delete;
     RenderTarget& operator=(const RenderTarget&) = delete;
 
-    /// The id, unique in the process, by which the renderer finds the target.
+    /// Returns the id, unique in the process, by which the renderer finds the target.
     int get_id() const { return id; }
     /// Same as `get_id`.
     int getid() const { return id; }
-    /// Width in pixels; 0 before the first create.
+    /// Returns the width in pixels; 0 before the first create.
     int get_width() const { return width; }
-    /// Height in pixels; 0 before the first create.
+    /// Returns the height in pixels; 0 before the first create.
     int get_height() const { return height; }
-    /// Samples per pixel; below 1 for a target without multisampling. The rectangle and the depth
-    /// forms leave the number of the create before, which `resize`, binding and read-backs go by:
-    /// make them of targets that had no samples.
+    /// Returns the samples per pixel; below 1 for a target without multisampling. The rectangle and
+    /// the depth forms leave the number of the create before, which `resize`, binding and
+    /// read-backs go by: make them of targets that had no samples.
     int get_samples() const { return samples; }
-    /// The API that the target belongs to; 1 for OpenGL.
+    /// Returns the API that the target belongs to; 1 for OpenGL.
     ORVEX_API3D get_api3d() const { return api3d; }
 
     /// Makes a target of render buffers, which can be drawn to and copied, but neither sampled nor
@@ -70,7 +75,8 @@ public:
     virtual bool create_target(int width, int height, PIXEL_FORMAT format, bool, bool linear,
                                bool clamp, int samples) = 0;
 
-    /// `create_target` with several colour textures, at most 8.
+    /// `create_target` with several colour textures.
+    /// @param num_textures  colour textures, lowered to 8
     virtual bool create_target_v2(int width, int height, PIXEL_FORMAT format,
                                   unsigned long num_textures, bool, bool linear, bool clamp,
                                   int samples) = 0;
@@ -92,11 +98,13 @@ public:
     virtual bool create_target_depth_rect(int width, int height, bool linear, bool) = 0;
 
     /// Fills one colour buffer of whatever framebuffer is bound now: activate the target first.
-    /// @param index  draw buffer; one that isn't there is an error of the API's, and true
+    /// @param index    draw buffer; one that isn't there is an error of the API's, and true
+    /// @param r,g,b,a  0 to 1 where the buffer holds no floats; others are clamped
     /// @return false without the API's entry point
     virtual bool clear_color_buffer(int index, float r, float g, float b, float a) = 0;
 
     /// Fills the depth buffer of whatever framebuffer is bound now.
+    /// @param depth  0 is near, 1 is far; what lies outside is clamped
     /// @return false without the API's entry point
     virtual bool clear_depth_buffer(float depth) = 0;
 
@@ -131,23 +139,23 @@ public:
     /// @return false without the API
     virtual bool resize(int width, int height) = 0;
 
-    /// Framebuffer name, 0 for none.
+    /// @return framebuffer name, 0 for none
     virtual unsigned int get_fbo() = 0;
 
     /// Name of a colour texture, of the first one for an index below 0 or beyond the count; 0 if
     /// there is none.
     virtual unsigned int get_color_tex_id_opengl(int index) = 0;
 
-    /// Name of the depth texture, 0 for none.
+    /// @return name of the depth texture, 0 for none
     virtual unsigned int get_depth_tex_id_opengl() = 0;
 
     /// Empties the text of `get_error_str`.
     virtual void clear_error_str() = 0;
 
-    /// The error lines gathered so far, each ended by a carriage return and a line feed.
+    /// @return the error lines gathered so far, each ended by a carriage return and a line feed
     virtual const char* get_error_str() = 0;
 
-    /// Length of `get_error_str` in bytes.
+    /// @return length of `get_error_str` in bytes
     virtual unsigned long get_error_str_size() = 0;
 
 protected:

@@ -4,18 +4,16 @@
 
 namespace orvex {
 
-struct RenderWindowData {
+struct RenderWindow::RenderWindowData {
     int id = GenId();
     int width = 0;
     int height = 0;
 };
 
 RenderWindow::RenderWindow()
-    : data(new RenderWindowData) {}
+    : data(std::make_unique<RenderWindowData>()) {}
 
-RenderWindow::~RenderWindow() {
-    delete data;
-}
+RenderWindow::~RenderWindow() = default;
 
 int RenderWindow::get_id() const {
     return data->id;

@@ -3,11 +3,11 @@
 /// @file
 /// The engine's handle on one drawable surface with a graphics context.
 
+#include <memory>
+
 #include "orvex/api.h"
 
 namespace orvex {
-
-struct RenderWindowData;
 
 /// What a host asks of a context, before it is made.
 ///
@@ -15,7 +15,7 @@ struct RenderWindowData;
 /// pointer to it after the call.
 struct RenderWindow_ExtraData {
     /// Wanted major version. Below 3 asks for a compatibility context, from 3 on for a core context
-    /// of at least 3.2.
+    /// of at least 3.2. A version that the driver doesn't have is no failure.
     int gl_major = 2;
     /// Wanted minor version.
     int gl_minor = 1;
@@ -27,7 +27,8 @@ struct RenderWindow_ExtraData {
     bool software_renderer = false;
     /// Wanted depth bits. A wish: 32 falls back to 24, then to 16.
     int depth_bits = 32;
-    /// Wanted stencil bits, honoured by `RenderWindow::osx_create_cocoa_nsgl_context` only.
+    /// Wanted stencil bits, 0 for none, honoured by `RenderWindow::osx_create_cocoa_nsgl_context`
+    /// only.
     int stencil_bits = 0;
     /// Wanted colour bits: 16 gives 5/6/5, 24 gives 8/8/8, anything else 8/8/8/8.
     int color_bits = 32;
@@ -116,6 +117,7 @@ public:
     /// @return 2, 3 or 4: the major version that the driver gave; 2 before `initialize`
     virtual int get_api_3d() = 0;
     /// Compares with the current context's version.
+    /// @param major,minor  any numbers
     /// @return true when that is equal or higher, by major and then minor number
     virtual bool is_opengl_version_supported(int major, int minor) = 0;
     /// Reads the current context's version, once: later calls give the same answer.
@@ -152,6 +154,7 @@ public:
     virtual void* d3d11_get_device_ctx() = 0;
     /// Notes the size of the drawable. No context is touched: call `osx_update_context_cocoa` to
     /// let an off-screen surface follow. A window's surface follows the window by itself.
+    /// @param width,height  pixels; any numbers are noted
     virtual void update_size(int width, int height) = 0;
 
     /// Ends the context and its surface. A context that is current is released first if it is this
@@ -224,7 +227,8 @@ protected:
     bool gl_ati_meminfo = false;
 
 private:
-    RenderWindowData* data;
+    struct RenderWindowData;
+    std::unique_ptr<RenderWindowData> data;
 };
 
 } // namespace orvex

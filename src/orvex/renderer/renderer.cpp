@@ -2,23 +2,18 @@
 
 #include <cstring>
 
-#include "orvex/math/mat4.h"
-
 namespace orvex {
 
 struct Renderer::RendererData {
     void* ctx = nullptr;
     ORVEX_API3D api_type = 0;
     char api_name[128] = {};
-    mat4 matrix;
 };
 
 Renderer::Renderer()
-    : renderer_data(new RendererData) {}
+    : renderer_data(std::make_unique<RendererData>()) {}
 
-Renderer::~Renderer() {
-    delete renderer_data;
-}
+Renderer::~Renderer() = default;
 
 void* Renderer::get_ctx() const {
     return renderer_data->ctx;
@@ -30,7 +25,7 @@ const char* Renderer::get_api_name() const {
 
 void Renderer::set_api_name(const char* name) {
     char copy[sizeof(renderer_data->api_name)] = {};
-    if (name != nullptr)
+    if (name)
         std::strncpy(copy, name, sizeof(copy) - 1);
     std::memcpy(renderer_data->api_name, copy, sizeof(copy));
 }
@@ -41,6 +36,16 @@ ORVEX_API3D Renderer::get_api_type() const {
 
 void Renderer::set_api_type(ORVEX_API3D type) {
     renderer_data->api_type = type;
+}
+
+// The operations that hosts know were declared without a `const` that they keep all the same.
+
+const mat4& Renderer::get_projection_matrix() const {
+    return const_cast<Renderer*>(this)->get_projection_matrix();
+}
+
+const mat4& Renderer::get_view_matrix() const {
+    return const_cast<Renderer*>(this)->get_view_matrix();
 }
 
 } // namespace orvex

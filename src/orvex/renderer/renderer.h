@@ -1,5 +1,10 @@
 #pragma once
 
+/// @file
+/// `Renderer`, the contract between the engine and what draws.
+
+#include <memory>
+
 #include "orvex/api.h"
 #include "orvex/base/plugin.h"
 #include "orvex/math/math_fwd.h"
@@ -24,6 +29,11 @@ namespace orvex {
 /// nothing and returns false, null, 0 or -1. Where the running context lacks what an operation
 /// needs, it gives the same result. API errors are not polled: see `get_opengl_error`.
 ///
+/// A number goes to the API as it is, unless a range is told: one that the API doesn't take becomes
+/// an error of its own, and changes nothing. Channels of colours are 0 to 1 where the buffer holds
+/// no floats; others are clamped. Sizes and offsets of buffers are in bytes, and sizes of images in
+/// pixels, none of them below 0. Texture units count from 0 to `get_max_texture_units` - 1.
+///
 /// @code
 /// Renderer* renderer = Kernel::get()->load_core_opengl_renderer_plugin(true);
 /// renderer->initialize();
@@ -40,15 +50,15 @@ public:
     Renderer(const Renderer&) = delete;
     Renderer& operator=(const Renderer&) = delete;
 
-    /// Context word of the back end; null unless it sets one.
+    /// Returns the context word of the back end; null unless it sets one.
     void* get_ctx() const;
-    /// Name of the API, at most 127 characters; never null, empty at first.
+    /// Returns the name of the API, at most 127 characters; never null, empty at first.
     const char* get_api_name() const;
     /// Sets the API name, cut to 127 characters; null makes it empty.
     void set_api_name(const char* name);
-    /// Identifier of the API; 0 at first, 1 for OpenGL.
+    /// Returns the identifier of the API; 0 at first, 1 for OpenGL.
     ORVEX_API3D get_api_type() const;
-    /// Sets the identifier of the API.
+    /// Sets the identifier of the API; any number.
     void set_api_type(ORVEX_API3D type);
 
     /// @name Life cycle and state reset
@@ -88,15 +98,21 @@ public:
     /// Kills and deletes a target; false if it isn't one of this renderer's.
     virtual bool kill_render_target(RenderTarget* target) = 0;
     /// Kills and deletes the target with this id; false if there is none.
+    /// @param id  what `RenderTarget::get_id` gives
     virtual bool kill_render_target(int id) = 0;
     /// Kills and deletes every target; the result is always false.
     virtual bool kill_all_render_targets() = 0;
-    /// The target with this id, or null.
+    /// Returns the target with this id, or null.
+    /// @param id  what `RenderTarget::get_id` gives
     virtual RenderTarget* get_render_target(int id) = 0;
     /// Binds a colour texture of a target to a texture unit, as a plain or a multisample texture.
+    /// @param index  which of its colour textures; one outside takes the first
+    /// @param unit   a texture unit; false for one beyond the last, and for a target without
+    /// texture
     virtual bool render_target_bind_color_tex(RenderTarget* target, int index,
                                               unsigned long unit) = 0;
     /// Binds the depth texture of a target to a texture unit.
+    /// @param unit  a texture unit; false for one beyond the last, and for a target without texture
     virtual bool render_target_bind_depth_tex(RenderTarget* target, unsigned long unit) = 0;
     /// @}
 
@@ -106,9 +122,10 @@ public:
 
     /// Binds a framebuffer for drawing and reading.
     virtual void fbo_bind(unsigned int id) = 0;
-    /// The framebuffer bound for drawing.
+    /// @return the framebuffer bound for drawing
     virtual unsigned int fbo_get_current_bound() = 0;
-    /// Copies the colour buffer; false if `src` equals `dst`. `index` is not used.
+    /// Copies the colour buffer, from the lower left corner on; false if `src` equals `dst`.
+    /// `index` is not used.
     virtual bool fbo_copy_color_buffer(unsigned int src, unsigned int dst, int width, int height,
                                        unsigned long index) = 0;
     /// `fbo_copy_color_buffer` to the framebuffer bound now.
@@ -129,22 +146,22 @@ public:
 
     /// Takes the oldest error that the API holds; 0 for none.
     virtual unsigned int get_opengl_error() = 0;
-    /// Name of the graphics device.
+    /// @return the name of the graphics device
     virtual const char* get_renderer_model() = 0;
-    /// Maker of the driver.
+    /// @return the maker of the driver
     virtual const char* get_renderer_vendor() = 0;
-    /// Version of the shading language.
+    /// @return the version of the shading language
     virtual const char* get_shading_language_version() = 0;
-    /// All extension names in one text; null in a core context, which has no such text.
+    /// @return all extension names in one text; null in a core context, which has no such text
     virtual const char* get_renderer_gl_extensions_raw_string() = 0;
-    /// Version of the API, as text.
+    /// @return the version of the API, as text
     virtual const char* get_api_version() = 0;
     /// Reads the version of the current context. Null outputs are skipped.
     /// @return false, with nothing written, if the version can't be read
     virtual bool get_opengl_version(int* major, int* minor) = 0;
-    /// Major version as read by `start`; 0 before.
+    /// @return the major version as read by `start`; 0 before
     virtual int get_api_version_major() = 0;
-    /// Minor version as read by `start`; 0 before.
+    /// @return the minor version as read by `start`; 0 before
     virtual int get_api_version_minor() = 0;
     /// @}
 
@@ -152,13 +169,14 @@ public:
     /// Read from the API at each call; 0 where the running API lacks the feature.
     /// @{
 
-    /// Texture units of the pixel stage.
+    /// @return the number of texture units of the pixel stage
     virtual int get_max_texture_units() = 0;
-    /// Largest width and height of a texture.
+    /// @return the largest width and height of a texture
     virtual int get_max_texture_size() = 0;
-    /// Whether many instances can be drawn by one call (GL 3.3, or the instancing extensions).
+    /// @return whether many instances can be drawn by one call (GL 3.3, or the instancing
+    ///         extensions)
     virtual bool is_geometry_instancing_supported() = 0;
-    /// Highest degree of anisotropic filtering.
+    /// @return the highest degree of anisotropic filtering
     virtual float get_max_texture_anisotropy() = 0;
     /// @}
 
@@ -166,26 +184,26 @@ public:
     /// Each needs the maker's extension; without it the result is 0 and the API notes an error.
     /// @{
 
-    /// Memory of the device in KB.
+    /// @return the memory of the device in KB
     virtual unsigned int get_gpu_memory_total_available_kb_nv() = 0;
-    /// Free memory of the device in KB.
+    /// @return the free memory of the device in KB
     virtual unsigned int get_gpu_memory_current_available_kb_nv() = 0;
-    /// Used memory of the device in KB: the total less what is free.
+    /// @return the used memory of the device in KB: the total less what is free
     virtual unsigned int get_gpu_memory_usage_kb_nv() = 0;
-    /// Always 0.
+    /// @return 0
     virtual unsigned int get_num_gpus_amd() = 0;
-    /// Always 0, whatever the device index.
+    /// @return 0, whatever the device index
     virtual unsigned int get_gpu_memory_total_available_kb_amd(unsigned long gpu) = 0;
-    /// First value of query 34814, in KB.
+    /// @return the first value of query 34814, in KB
     virtual unsigned int get_gpu_total_physical_memory_amd() = 0;
     /// `get_gpu_memory_total_available_kb_amd` less the free texture memory; as the former is 0,
     /// the result wraps around.
     virtual unsigned int get_gpu_memory_usage_kb_amd() = 0;
-    /// Free memory for textures in KB.
+    /// @return the free memory for textures in KB
     virtual unsigned int get_gpu_free_texture_memory_amd() = 0;
-    /// Free memory for vertex buffers in KB.
+    /// @return the free memory for vertex buffers in KB
     virtual unsigned int get_gpu_free_vbo_memory_amd() = 0;
-    /// Free memory for render buffers in KB.
+    /// @return the free memory for render buffers in KB
     virtual unsigned int get_gpu_free_renderbuffer_memory_amd() = 0;
     /// @}
 
@@ -193,42 +211,42 @@ public:
     /// Atomic counters need GL 4.2.
     /// @{
 
-    /// Generic attributes of a vertex.
+    /// @return the number of generic attributes of a vertex
     virtual int get_max_vertex_attribs() = 0;
-    /// Size in bytes of a buffer of counters.
+    /// @return the size in bytes of a buffer of counters
     virtual int get_max_atomic_counter_buffer_size() = 0;
-    /// Counter buffers of all stages together.
+    /// @return the number of counter buffers of all stages together
     virtual int get_max_combined_atomic_counter_buffers() = 0;
-    /// Counters of all stages together.
+    /// @return the number of counters of all stages together
     virtual int get_max_combined_atomic_counters() = 0;
-    /// Counters of the vertex stage.
+    /// @return the number of counters of the vertex stage
     virtual int get_max_vertex_atomic_counters() = 0;
-    /// Counters of the geometry stage.
+    /// @return the number of counters of the geometry stage
     virtual int get_max_geometry_atomic_counters() = 0;
-    /// Counters of the pixel stage.
+    /// @return the number of counters of the pixel stage
     virtual int get_max_fragment_atomic_counters() = 0;
-    /// Counters of the tessellation control stage.
+    /// @return the number of counters of the tessellation control stage
     virtual int get_max_tess_control_atomic_counters() = 0;
-    /// Counters of the tessellation evaluation stage.
+    /// @return the number of counters of the tessellation evaluation stage
     virtual int get_max_tess_eval_atomic_counters() = 0;
-    /// Counters of the compute stage.
+    /// @return the number of counters of the compute stage
     virtual int get_max_compute_atomic_counters() = 0;
     /// @}
 
     /// @name Limits named after their OpenGL constants
     /// @{
 
-    /// Largest width and height of a texture.
+    /// @return the largest width and height of a texture
     virtual int get_GL_MAX_TEXTURE_SIZE() = 0;
-    /// Texture units of all stages together.
+    /// @return the number of texture units of all stages together
     virtual int get_GL_MAX_COMBINED_TEXTURE_IMAGE_UNITS() = 0;
-    /// Largest width of a viewport, the first of the constant's two values.
+    /// @return the largest width of a viewport, the first of the constant's two values
     virtual int get_GL_MAX_VIEWPORT_DIMS() = 0;
-    /// Texture units of the vertex stage.
+    /// @return the number of texture units of the vertex stage
     virtual int get_GL_MAX_VERTEX_TEXTURE_IMAGE_UNITS() = 0;
-    /// Colour attachments of a framebuffer.
+    /// @return the number of colour attachments of a framebuffer
     virtual int get_GL_MAX_COLOR_ATTACHMENTS() = 0;
-    /// Samples per pixel of a framebuffer.
+    /// @return the number of samples per pixel of a framebuffer
     virtual int get_GL_MAX_SAMPLES() = 0;
     /// Most work groups in each direction (GL 4.3). Null outputs are skipped.
     /// @return false, with nothing written, without indexed queries (GL 3.0)
@@ -241,13 +259,14 @@ public:
     /// @name Clearing and reading the framebuffer
     /// @{
 
-    /// Fills the colour buffer.
+    /// Fills the colour buffer with red, green, blue and alpha.
     virtual void clear_color_buffer(float r, float g, float b, float a) = 0;
     /// Fills the colour buffer; x, y, z, w are red, green, blue, alpha.
     virtual void clear_color_buffer(const vec4& color) = 0;
-    /// Fills the depth buffer, 0 to 1.
+    /// Fills the depth buffer.
+    /// @param depth  0 is near, 1 is far; what lies outside is clamped
     virtual void clear_depth_buffer(float depth) = 0;
-    /// Fills both buffers by one clear.
+    /// Fills both buffers by one clear; the numbers as for each alone.
     virtual void clear_color_depth_buffers(float r, float g, float b, float a, float depth) = 0;
     /// Fills both buffers by one clear.
     virtual void clear_color_depth_buffers(const vec4& color, float depth) = 0;
@@ -267,20 +286,26 @@ public:
 
     /// Stores the projection matrix; with `apply` it is also loaded into the fixed pipeline.
     virtual void set_projection_matrix(mat4& matrix, bool apply) = 0;
-    /// The stored projection matrix, by reference.
+    /// @return the stored projection matrix, by reference
     virtual mat4& get_projection_matrix() = 0;
+    /// @return the same, to read only
+    const mat4& get_projection_matrix() const;
     /// Stores the view matrix; with `apply` it is also loaded into the fixed pipeline.
     virtual void set_view_matrix(mat4& matrix, bool apply) = 0;
-    /// The stored view matrix, by reference.
+    /// @return the stored view matrix, by reference
     virtual mat4& get_view_matrix() = 0;
+    /// @return the same, to read only
+    const mat4& get_view_matrix() const;
     /// Sets the viewport.
+    /// @param x,y           its lower left corner in pixels; may be below 0
+    /// @param width,height  pixels; more than the API's largest is cut to that
     virtual void set_viewport(int x, int y, int width, int height) = 0;
     /// Reads the viewport from the API; null outputs are skipped, zeros if it can't be read.
     virtual void get_viewport(int* x, int* y, int* width, int* height) = 0;
     /// Reads the viewport from the API: x, y, width, height. The four numbers belong to the
     /// renderer and change with each call.
     virtual int* get_viewport_ptr() = 0;
-    /// Sets the scissor rectangle.
+    /// Sets the scissor rectangle, as `set_viewport` does the viewport.
     virtual void set_scissor(int x, int y, int width, int height) = 0;
     /// Switches the scissor test.
     virtual void set_scissor_state(bool state) = 0;
@@ -320,6 +345,8 @@ public:
     /// Switches multisampling.
     virtual void rasterizer_set_msaa_state(bool state) = 0;
     /// Sets the depth bias; this one is also sent at once.
+    /// @param factor  times the steepness of the polygon; any sign
+    /// @param units   in the smallest steps that the depth buffer tells apart; any sign
     virtual void rasterizer_set_depth_bias(float factor, float units) = 0;
     /// Sends the whole pending state.
     virtual void rasterizer_apply_state() = 0;
@@ -349,7 +376,9 @@ public:
     /// Makes every buffer that is created from now on use these; `BUFFER_USAGE_DEFAULT` ends it.
     virtual void force_buffer_object_usage(BUFFER_OBJECT_USAGE vertex_usage,
                                            BUFFER_OBJECT_USAGE index_usage) = 0;
-    /// Makes a buffer of `size` bytes and returns its id, 0 on failure. The caller owns it.
+    /// Makes a buffer and returns its id, 0 on failure. The caller owns it.
+    /// @param size  bytes; what doesn't fit into memory is an error of the API's, and the buffer
+    /// empty
     virtual unsigned int vertex_buffer_create(unsigned long size, BUFFER_OBJECT_USAGE usage) = 0;
     /// Deletes a buffer.
     virtual bool vertex_buffer_kill(unsigned int id) = 0;
@@ -371,16 +400,17 @@ public:
     /// Makes every storage buffer that is created from now on use this; `BUFFER_USAGE_DEFAULT`
     /// ends it.
     virtual void force_shader_storage_buffer_object_usage(BUFFER_OBJECT_USAGE usage) = 0;
-    /// Makes a buffer of `size` bytes, filled from `data` unless it is null, and returns its id, 0
-    /// on failure. The caller owns it.
+    /// Makes a buffer of `size` bytes, filled from `content` unless it is null, and returns its id,
+    /// 0 on failure. The caller owns it.
     virtual unsigned int shader_storage_buffer_create(unsigned long size, BUFFER_OBJECT_USAGE usage,
-                                                      void* data) = 0;
+                                                      void* content) = 0;
     /// Deletes a buffer.
     virtual bool shader_storage_buffer_kill(unsigned int id) = 0;
     /// Maps a buffer for reading and writing, and leaves it bound; null on failure.
     virtual void* shader_storage_buffer_map(unsigned int id) = 0;
-    /// Maps a part of a buffer for writing, in bytes, and leaves it bound. The old content of the
-    /// whole buffer is lost.
+    /// Maps a part of a buffer for writing, and leaves it bound. The old content of the whole
+    /// buffer is lost.
+    /// @param offset,length  bytes; null for a part that reaches beyond the buffer's end
     virtual void* shader_storage_buffer_map_range(unsigned int id, unsigned long offset,
                                                   unsigned long length) = 0;
     /// Ends the mapping.
@@ -388,6 +418,7 @@ public:
     /// Binds a buffer; 0 unbinds.
     virtual bool shader_storage_buffer_bind(unsigned int id) = 0;
     /// Binds a buffer to a binding point of the shaders; 0 unbinds.
+    /// @param binding  from 0 on, as the shader's block says
     virtual bool shader_storage_buffer_bind_base(unsigned int id, unsigned int binding) = 0;
     /// @}
 
@@ -412,7 +443,7 @@ public:
     virtual bool gpu_program_activate(GpuProgramData* program) = 0;
     /// Makes no program active. The argument is not used.
     virtual bool gpu_program_deactivate(GpuProgramData* program) = 0;
-    /// The active program's record, or null.
+    /// @return the active program's record, or null
     virtual GpuProgramData* gpu_program_get_active_program() = 0;
     /// Binds the standard attributes 0 to 5 that the program declares to their fixed locations.
     virtual bool gpu_program_update_core_vertex_attrib_locations(GpuProgramData* program) = 0;
@@ -431,10 +462,11 @@ public:
     /// Links the program; true at once if it is linked. On false the record's log holds the
     /// message.
     virtual bool gpu_program_link(GpuProgramData* program) = 0;
-    /// Whether the program can run in the current state of the API.
+    /// @return whether the program can run in the current state of the API
     virtual bool gpu_program_get_validate_status(GpuProgramData* program) = 0;
     /// Sends dirty uniforms and starts `x * y * z` work groups of the active program (GL 4.3). It
     /// doesn't activate the program and sets no barrier.
+    /// @param x,y,z  up to `get_GL_MAX_COMPUTE_WORK_GROUP_COUNT`; with a 0 nothing runs
     virtual bool gpu_program_run_compute(GpuProgramData* program, unsigned int x, unsigned int y,
                                          unsigned int z) = 0;
     /// Compiles a source on trial, without any program.
@@ -449,13 +481,13 @@ public:
     /// nothing.
     virtual bool gpu_program_update_shader(GpuProgramData* program, GPU_SHADER_TYPE type,
                                            const char* source, unsigned long size) = 0;
-    /// Location of an attribute, -1 if the program has none of this name.
+    /// @return the location of an attribute, -1 if the program has none of this name
     virtual int gpu_program_get_vertex_attrib_location(GpuProgramData* program,
                                                        const char* name) = 0;
     /// Fixes the location of an attribute from the next link on.
     virtual bool gpu_program_bind_vertex_attrib_location(GpuProgramData* program, const char* name,
                                                          int location) = 0;
-    /// Location of a uniform, -1 if the program has none of this name.
+    /// @return the location of a uniform, -1 if the program has none of this name
     virtual int gpu_program_get_uniform_location(GpuProgramData* program, const char* name) = 0;
     /// @}
 
@@ -610,9 +642,10 @@ public:
 
     /// Unbinds the textures of every unit.
     virtual bool reset_all_texture_units() = 0;
-    /// Unbinds the textures of one unit.
+    /// Unbinds the textures of one unit; false for a unit beyond the last.
     virtual bool reset_texture_unit(unsigned long unit) = 0;
-    /// Binds a texture to a unit; null unbinds all textures of the unit.
+    /// Binds a texture to a unit; null unbinds all textures of the unit. False for a unit beyond
+    /// the last and for a texture that isn't loaded; the forms by id likewise.
     virtual bool texture_bind(TextureData* texture, unsigned long unit) = 0;
     /// Same as `texture_bind`.
     virtual bool texture_activate(TextureData* texture, unsigned long unit) = 0;
@@ -628,6 +661,7 @@ public:
     virtual bool texture_1d_load(TextureData* texture, unsigned long unit) = 0;
     /// Sends pixels of a loaded 1D texture again, which must be bound. The pixels are taken from
     /// the start of the image.
+    /// @param x,width  the part of the texture, in pixels
     virtual bool texture_1d_update(TextureData* texture, int x, int width) = 0;
     /// Makes a 2D texture from the record's pixels; true at once if it is loaded.
     virtual bool texture_2d_load(TextureData* texture, unsigned long unit) = 0;
@@ -642,6 +676,7 @@ public:
     /// Sends all six images of a loaded cube map again, which must be bound.
     virtual bool texture_cube_update(TextureData* texture) = 0;
     /// Sets the degree of anisotropic filtering of the bound texture.
+    /// @param anisotropy  1 for none; clamped to 1 and `get_max_texture_anisotropy`
     virtual void set_texture_anisotropy(TextureData* texture, float anisotropy) = 0;
     /// Sets the addressing of the bound texture.
     virtual void set_texture_addressing_mode(TextureData* texture,
@@ -759,9 +794,12 @@ public:
     /// @name Lines
     /// @{
 
-    /// Sets the width of lines in pixels.
+    /// Sets the width of lines.
+    /// @param width  pixels, above 0; the API rounds it, and clamps it to what it draws
     virtual void set_line_width(float width) = 0;
     /// Sets the stipple of lines of the fixed pipeline.
+    /// @param factor   pixels to a bit, clamped to 1 and 256
+    /// @param pattern  one bit a place, the lowest first
     virtual void set_line_stipple(int factor, unsigned short pattern) = 0;
     /// Draws one line in the immediate mode of the fixed pipeline.
     virtual void render_line(const vec4& a, const vec4& a_color, const vec4& b,
@@ -769,7 +807,8 @@ public:
     /// @}
 
     /// @name Lights and materials of the fixed pipeline
-    /// Lights count from 0; materials are those of both sides.
+    /// Lights count from 0, and there are at least 8; materials are those of both sides. A light
+    /// beyond the last, or a shininess outside 0 to 128, is an error of the API's.
     /// @{
 
     /// Sets all three colours of a light.
@@ -850,19 +889,23 @@ public:
     /// Makes every counter buffer that is created from now on use this; it has effect only while a
     /// usage of storage buffers is forced too.
     virtual void atomic_counter_force_buffer_object_usage(BUFFER_OBJECT_USAGE usage) = 0;
-    /// Makes a buffer of counters, filled from `data` unless it is null, attaches it to a binding
-    /// point and returns its id, 0 on failure. The caller owns it.
+    /// Makes a buffer of counters, filled from `content` unless it is null, attaches it to a
+    /// binding point and returns its id, 0 on failure. The caller owns it.
+    /// @param num_counters  counters of 4 bytes; `content` holds as many
+    /// @param binding       from 0 on, as the shader says
     virtual unsigned int atomic_counter_create_buffer(unsigned long num_counters,
                                                       BUFFER_OBJECT_USAGE usage,
-                                                      unsigned int binding, void* data) = 0;
+                                                      unsigned int binding, void* content) = 0;
     /// Deletes a buffer.
     virtual bool atomic_counter_kill_buffer(unsigned int id) = 0;
     /// Binds a buffer; 0 unbinds.
     virtual bool atomic_counter_buffer_bind(unsigned int id) = 0;
     /// Writes one counter of the buffer that is bound now; `id` is not used.
+    /// @param index  place of the counter; one beyond the buffer's end is an error of the API's
     virtual bool atomic_counter_set_value(unsigned int id, unsigned int value,
                                           unsigned long index) = 0;
-    /// Reads one counter of the buffer that is bound now; `id` is not used.
+    /// Reads one counter of the buffer that is bound now; `id` is not used. 0 for an index beyond
+    /// the buffer's end.
     virtual unsigned int atomic_counter_get_value(unsigned int id, unsigned long index) = 0;
     /// Maps the buffer that is bound now for reading and writing; null for the id 0 and on failure.
     virtual void* atomic_counter_buffer_map(unsigned int id) = 0;
@@ -892,7 +935,8 @@ public:
     virtual bool uniform_buffer_kill(UniformBufferData* buffer) = 0;
     /// Binds and maps the buffer for writing; null on failure.
     virtual void* uniform_buffer_map(UniformBufferData* buffer) = 0;
-    /// Maps a part of the bound buffer for writing, in bytes; null on failure.
+    /// Maps a part of the bound buffer for writing.
+    /// @param offset,length  bytes; null for a part that reaches beyond the buffer's end
     virtual void* uniform_buffer_map_range(UniformBufferData* buffer, unsigned long offset,
                                            unsigned long length) = 0;
     /// Ends the mapping.
@@ -907,7 +951,7 @@ public:
 
 private:
     struct RendererData;
-    RendererData* renderer_data;
+    std::unique_ptr<RendererData> renderer_data;
 };
 
 } // namespace orvex

@@ -139,7 +139,7 @@
     OPERATION(void, force_shader_storage_buffer_object_usage, (BUFFER_OBJECT_USAGE usage),        \
               (usage))                                                                            \
     OPERATION(unsigned int, shader_storage_buffer_create, (unsigned long size,                    \
-              BUFFER_OBJECT_USAGE usage, void* data), (size, usage, data))                        \
+              BUFFER_OBJECT_USAGE usage, void* content), (size, usage, content))                  \
     OPERATION(bool, shader_storage_buffer_kill, (unsigned int id), (id))                          \
     OPERATION(void*, shader_storage_buffer_map, (unsigned int id), (id))                          \
     OPERATION(void*, shader_storage_buffer_map_range, (unsigned int id, unsigned long offset,     \
@@ -382,8 +382,8 @@
     OPERATION(void, atomic_counter_force_buffer_object_usage, (BUFFER_OBJECT_USAGE usage),        \
               (usage))                                                                            \
     OPERATION(unsigned int, atomic_counter_create_buffer, (unsigned long num_counters,            \
-              BUFFER_OBJECT_USAGE usage, unsigned int binding, void* data),                       \
-              (num_counters, usage, binding, data))                                               \
+              BUFFER_OBJECT_USAGE usage, unsigned int binding, void* content),                    \
+              (num_counters, usage, binding, content))                                            \
     OPERATION(bool, atomic_counter_kill_buffer, (unsigned int id), (id))                          \
     OPERATION(bool, atomic_counter_buffer_bind, (unsigned int id), (id))                          \
     OPERATION(bool, atomic_counter_set_value, (unsigned int id, unsigned int value,               \

@@ -73,7 +73,7 @@ enum PIXEL_FORMAT : int {
 
 /// Returns the pixel format with the value `i` for 1 to 6, and `PF_NONE` for any other integer, 7
 /// included.
-ORVEX_API PIXEL_FORMAT ConvertInt2Pf(int i);
+[[nodiscard]] ORVEX_API PIXEL_FORMAT ConvertInt2Pf(int i);
 
 /// How the content of a buffer will change and be used.
 enum BUFFER_OBJECT_USAGE : int {
@@ -118,7 +118,7 @@ inline constexpr int GPU_SHADER_TYPE_COUNT = 8;
 
 /// Returns the word that stands for a stage in messages ("Vertex", "Tessellation control", ...).
 /// Never null; the text is empty for `GPU_SHADER_NONE` and for any value outside the list.
-ORVEX_API const char* GetGpuShaderTypeLabel(GPU_SHADER_TYPE type);
+[[nodiscard]] ORVEX_API const char* GetGpuShaderTypeLabel(GPU_SHADER_TYPE type);
 
 /// What a shader may do with an image bound for it.
 enum DATA_ACCESS_TYPE : int {

@@ -22,26 +22,26 @@ namespace orvex {
 /// for a mix of bits. Never null; the text lives as long as the process. Any thread.
 /// @{
 
-ORVEX_API const char* to_text(RENDERER_BLEND_FACTOR value) noexcept;
-ORVEX_API const char* to_text(RENDERER_CMP_FUNC value) noexcept;
-ORVEX_API const char* to_text(RENDERER_POLYGON_FACE value) noexcept;
-ORVEX_API const char* to_text(RENDERER_POLYGON_MODE value) noexcept;
-ORVEX_API const char* to_text(PIXEL_FORMAT value) noexcept;
-ORVEX_API const char* to_text(BUFFER_OBJECT_USAGE value) noexcept;
-ORVEX_API const char* to_text(SAMPLER_ADDRESSING_MODE value) noexcept;
-ORVEX_API const char* to_text(SAMPLER_FILTERING_MODE value) noexcept;
-ORVEX_API const char* to_text(GPU_SHADER_TYPE value) noexcept;
-ORVEX_API const char* to_text(DATA_ACCESS_TYPE value) noexcept;
-ORVEX_API const char* to_text(CUBEMAP_FACE value) noexcept;
-ORVEX_API const char* to_text(MEMORY_BARRIER_BITS value) noexcept;
-ORVEX_API const char* to_text(VERTEX_FORMAT value) noexcept;
-ORVEX_API const char* to_text(LINE_RENDER_MODE value) noexcept;
-ORVEX_API const char* to_text(PARTICLE_EMITTER_TYPE value) noexcept;
-ORVEX_API const char* to_text(PARTICLE_ACTION_TYPE value) noexcept;
-ORVEX_API const char* to_text(GPU_SHADER_UNIFORM value) noexcept;
-ORVEX_API const char* to_text(MESH_PLANE_BORDER_TYPE value) noexcept;
-ORVEX_API const char* to_text(TEXTURE_TYPE value) noexcept;
-ORVEX_API const char* to_text(KEYBOARD_LAYOUT value) noexcept;
+[[nodiscard]] ORVEX_API const char* to_text(RENDERER_BLEND_FACTOR value) noexcept;
+[[nodiscard]] ORVEX_API const char* to_text(RENDERER_CMP_FUNC value) noexcept;
+[[nodiscard]] ORVEX_API const char* to_text(RENDERER_POLYGON_FACE value) noexcept;
+[[nodiscard]] ORVEX_API const char* to_text(RENDERER_POLYGON_MODE value) noexcept;
+[[nodiscard]] ORVEX_API const char* to_text(PIXEL_FORMAT value) noexcept;
+[[nodiscard]] ORVEX_API const char* to_text(BUFFER_OBJECT_USAGE value) noexcept;
+[[nodiscard]] ORVEX_API const char* to_text(SAMPLER_ADDRESSING_MODE value) noexcept;
+[[nodiscard]] ORVEX_API const char* to_text(SAMPLER_FILTERING_MODE value) noexcept;
+[[nodiscard]] ORVEX_API const char* to_text(GPU_SHADER_TYPE value) noexcept;
+[[nodiscard]] ORVEX_API const char* to_text(DATA_ACCESS_TYPE value) noexcept;
+[[nodiscard]] ORVEX_API const char* to_text(CUBEMAP_FACE value) noexcept;
+[[nodiscard]] ORVEX_API const char* to_text(MEMORY_BARRIER_BITS value) noexcept;
+[[nodiscard]] ORVEX_API const char* to_text(VERTEX_FORMAT value) noexcept;
+[[nodiscard]] ORVEX_API const char* to_text(LINE_RENDER_MODE value) noexcept;
+[[nodiscard]] ORVEX_API const char* to_text(PARTICLE_EMITTER_TYPE value) noexcept;
+[[nodiscard]] ORVEX_API const char* to_text(PARTICLE_ACTION_TYPE value) noexcept;
+[[nodiscard]] ORVEX_API const char* to_text(GPU_SHADER_UNIFORM value) noexcept;
+[[nodiscard]] ORVEX_API const char* to_text(MESH_PLANE_BORDER_TYPE value) noexcept;
+[[nodiscard]] ORVEX_API const char* to_text(TEXTURE_TYPE value) noexcept;
+[[nodiscard]] ORVEX_API const char* to_text(KEYBOARD_LAYOUT value) noexcept;
 /// @}
 
 } // namespace orvex

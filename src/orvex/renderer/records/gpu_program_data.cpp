@@ -6,6 +6,10 @@
 #include "orvex/renderer/records/gpu_program_uniform.h"
 #include "orvex/renderer/records/uniform_buffer_data.h"
 
+// What a back end keeps for a program: texts that are copied in and handed out, and the slots by
+// which renderers name their active program, so that none names a record that is gone. The table of
+// uniforms stands in gpu_program_data_uniforms.cpp.
+
 namespace orvex {
 
 namespace {
@@ -55,6 +59,7 @@ GpuProgramData::~GpuProgramData() {
 }
 
 void GpuProgramData::free_data() {
+    // Texts of the stages, and of the link.
     for (int i = 0; i < GPU_SHADER_TYPE_COUNT; ++i) {
         shader_source[i].reset();
         shader_info_log[i].reset();
@@ -63,8 +68,11 @@ void GpuProgramData::free_data() {
     }
     info_log.reset();
     info_log_size = 0;
+
     delete uniform_buffer;
     uniform_buffer = nullptr;
+
+    // Names: from here on the engine fills in nothing by itself.
     model_matrix_uniform_name.reset();
     view_matrix_uniform_name.reset();
     projection_matrix_uniform_name.reset();
@@ -117,6 +125,7 @@ void GpuProgramData::d3d11_set_entry_point_name(GPU_SHADER_TYPE type, const char
 const char* GpuProgramData::d3d11_get_entry_point_name(GPU_SHADER_TYPE type) const {
     if (is_stage_index(type) && d3d11_entry_point_name[type].get())
         return d3d11_entry_point_name[type].get();
+    // The stages' customary names, where the host gave none.
     switch (type) {
     case GPU_SHADER_VERTEX:
         return "VS";
@@ -215,7 +224,7 @@ void GpuProgramData::add_active_slot(GpuProgramData** slot) {
 
 void GpuProgramData::remove_active_slot(GpuProgramData** slot) {
     active_slots.erase(std::remove(active_slots.begin(), active_slots.end(), slot),
-                        active_slots.end());
+                       active_slots.end());
 }
 
 } // namespace orvex

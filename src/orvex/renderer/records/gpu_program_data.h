@@ -135,11 +135,13 @@ struct ORVEX_API GpuProgramData : ThreadRecord {
     /// Returns the slots, `get_num_uniforms` of them; used ones come first, the rest are null.
     /// Valid until the table grows. Null after `kill_uniforms`.
     GpuProgramUniform** get_uniforms_list() { return uniforms; }
+    /// The same, to read only.
+    const GpuProgramUniform* const* get_uniforms_list() const { return uniforms; }
     /// Returns the number of slots, used or not.
     unsigned long get_num_uniforms() const { return num_uniforms; }
     /// Returns the record whose name has the same first 63 characters, null for none or for a null
     /// name. Owned by the table.
-    GpuProgramUniform* find_uniform(const char* name);
+    [[nodiscard]] GpuProgramUniform* find_uniform(const char* name);
     /// Returns a new record without a name in the first empty slot. A full table grows by four
     /// slots first.
     GpuProgramUniform* get_new_uniform();

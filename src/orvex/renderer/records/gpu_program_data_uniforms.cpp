@@ -9,6 +9,10 @@
 #include "orvex/renderer/records/gpu_program_uniform.h"
 #include "orvex/renderer/records/private/uniform_kinds.h"
 
+// The uniforms that wait for the next bind: a table of records by name, which grows and never
+// shrinks. A setter finds or makes the record, stores the value in the field of its kind and marks
+// it; a back end sends what is marked. After the first frame nothing here allocates.
+
 namespace orvex {
 
 namespace {

@@ -140,6 +140,7 @@ struct ORVEX_API MeshData : CountedRecord, ThreadRecord {
     /// The interleaved record i, or null for separate arrays, for i out of range, and in all
     /// formats but the full one, whose record is another.
     virtual Vertex* get_vertex(unsigned long i);
+    const Vertex* get_vertex(unsigned long i) const; ///< the same, to read only
 
     /// A copy of vertex i in the full format, whatever the store's own format and layout.
     ///
@@ -147,11 +148,12 @@ struct ORVEX_API MeshData : CountedRecord, ThreadRecord {
     /// copy has w 1. A default vertex for i out of range.
     virtual Vertex get_vertex_v2(unsigned long i);
 
-    /// Size of one interleaved record in bytes.
+    /// @return size of one interleaved record in bytes
     virtual unsigned int get_vertex_elt_size();
 
-    /// The interleaved array, or null.
+    /// @return the interleaved array, or null
     virtual void* get_vertex_ptr();
+    const void* get_vertex_ptr() const; ///< the same, to read only
 
     virtual unsigned int get_position_elt_size(); ///< bytes of one position
     virtual unsigned int get_color_elt_size();    ///< bytes of one colour, 0 if there are none
@@ -181,6 +183,13 @@ struct ORVEX_API MeshData : CountedRecord, ThreadRecord {
     virtual void* get_uv1_ptr();      ///< separate texture layer 1, or null
     virtual void* get_tangent_ptr();  ///< separate tangents, or null
 
+    const void* get_position_ptr() const; ///< separate positions to read only, or null
+    const void* get_color_ptr() const;    ///< separate colours to read only, or null
+    const void* get_normal_ptr() const;   ///< separate normals to read only, or null
+    const void* get_uv0_ptr() const;      ///< separate texture layer 0 to read only, or null
+    const void* get_uv1_ptr() const;      ///< separate texture layer 1 to read only, or null
+    const void* get_tangent_ptr() const;  ///< separate tangents to read only, or null
+
     /// @name Reading one vertex
     /// An index out of range and an attribute that the format lacks read as the default, (0, 0, 0)
     /// or (0, 0, 0, 1). Narrow attributes are widened.
@@ -192,7 +201,7 @@ struct ORVEX_API MeshData : CountedRecord, ThreadRecord {
     virtual vec4 get_uv0(unsigned long i) const;         ///< (u, v, 0, 1) where uvs are `vec2`
     virtual vec4 get_uv1(unsigned long i) const;         ///< second texture layer
     virtual vec4 get_tangent(unsigned long i) const;     ///< w 1 where tangents are `vec3`
-    /// User attribute number `attrib` of vertex i.
+    /// @return user attribute number `attrib` of vertex i
     virtual vec4 get_user_attrib(unsigned long attrib, unsigned long i) const;
     /// @}
 
@@ -258,7 +267,7 @@ struct ORVEX_API MeshData : CountedRecord, ThreadRecord {
 
     /// Sets the generic attribute index of a user attribute; ignored for `attrib` out of range.
     void set_user_attrib_location(unsigned long attrib, int location);
-    /// The generic attribute index of a user attribute, -1 for none or out of range.
+    /// @return the generic attribute index of a user attribute, -1 for none or out of range
     int get_user_attrib_location(unsigned long attrib) const;
 
     /// True: the next draw goes by generic attributes; false: by fixed-function arrays.

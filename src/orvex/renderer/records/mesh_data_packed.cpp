@@ -4,6 +4,9 @@
 #include "orvex/math/aligned_new.h"
 #include "orvex/renderer/records/private/vertex_access.h"
 
+// One template makes the three packed stores out of their records: which fields a record has
+// decides what is stored, what is read as a default and what is ignored.
+
 namespace orvex {
 
 using namespace vertex_access;
@@ -320,11 +323,13 @@ void for_each_array(Store& store, Action action) {
 
 template<class Store, class Record>
 bool MeshDataPacked<Store, Record>::alloc_vertex_data(unsigned long count) {
+    // What was there goes first, so that no short array is left behind a larger count.
     _free_vertex_arrays();
     _free_vertex_particles();
     num_vertices = count;
     draw_start_vertex = 0;
     draw_end_vertex = count;
+
     const auto allocate_all = [&] {
         if (separate_vertex_arrays)
             for_each_array<Record>(self(), [&](auto& array) { allocate(array, count, alignment); });

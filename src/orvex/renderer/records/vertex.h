@@ -3,14 +3,14 @@
 /// @file
 /// The vertex and face records of a mesh, as the GPU reads them, and the aligned arrays of them.
 
+#include <cstddef>
+#include <type_traits>
+
 #include "orvex/api.h"
 #include "orvex/math/vec2.h"
 #include "orvex/math/vec3.h"
 #include "orvex/math/vec4.h"
 #include "orvex/renderer/records/geometry_fwd.h"
-
-#include <cstddef>
-#include <type_traits>
 
 namespace orvex {
 
@@ -99,14 +99,17 @@ static_assert(sizeof(FaceU16) == 6 && sizeof(FaceU32) == 12);
 /// @param raw        takes the address of the block itself; may be null, but then nothing can give
 ///                   the block back
 /// @return the array, or null (and null in `*raw`) if there is no memory or the size overflows
-ORVEX_API Vertex* AlignedNew_Vertex(unsigned long count, int alignment, unsigned char** raw);
+[[nodiscard]] ORVEX_API Vertex* AlignedNew_Vertex(unsigned long count, int alignment,
+                                                  unsigned char** raw);
 /// @copydoc AlignedNew_Vertex
-ORVEX_API Vertex_64* AlignedNew_Vertex_64(unsigned long count, int alignment, unsigned char** raw);
+[[nodiscard]] ORVEX_API Vertex_64* AlignedNew_Vertex_64(unsigned long count, int alignment,
+                                                        unsigned char** raw);
 /// @copydoc AlignedNew_Vertex
-ORVEX_API Vertex_32* AlignedNew_Vertex_32(unsigned long count, int alignment, unsigned char** raw);
+[[nodiscard]] ORVEX_API Vertex_32* AlignedNew_Vertex_32(unsigned long count, int alignment,
+                                                        unsigned char** raw);
 /// @copydoc AlignedNew_Vertex
-ORVEX_API Vertex_PhysXCloth* AlignedNew_Vertex_PhysXCloth(unsigned long count, int alignment,
-                                                          unsigned char** raw);
+[[nodiscard]] ORVEX_API Vertex_PhysXCloth*
+AlignedNew_Vertex_PhysXCloth(unsigned long count, int alignment, unsigned char** raw);
 
 /// Gives an aligned array back.
 /// @param aligned  the array's pointer, set to null

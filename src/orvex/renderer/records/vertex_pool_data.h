@@ -83,7 +83,7 @@ struct ORVEX_API VertexPoolData {
     bool cleanup();
 
     /// Whether the arrays of the layout in force exist.
-    bool has_points() const;
+    [[nodiscard]] bool has_points() const;
 };
 
 } // namespace orvex
