@@ -32,7 +32,7 @@ class Thread;
 /// orvex::GpuProgram* program = orvex::GpuProgramMgr::get()->create_gpu_program_from_file(
 ///     renderer, "phong.glsl", "phong");
 /// if (!program->is_valid())
-///     std::puts(program->get_shader_error_messages());
+///     orvex::LogMgr::get()->tracef_error("%s", program->get_shader_error_messages());
 /// program->set_uniform_4f(nullptr, "tint", 1, 1, 1, 1); // waits for the next bind
 /// program->bind(renderer);
 /// @endcode

@@ -19,6 +19,8 @@ class Renderer;
 /// is current.
 ///
 /// @code
+/// const char* const vertex_text = "void main() { gl_Position = vec4(0.0, 0.0, 0.0, 1.0); }";
+/// const char* const pixel_text = "void main() { gl_FragColor = vec4(1.0); }";
 /// orvex::GpuProgramMgr* programs = orvex::GpuProgramMgr::get();
 /// orvex::GpuProgram* program = programs->create_gpu_program_from_shaders(
 ///     renderer, vertex_text, pixel_text, nullptr, nullptr, nullptr, nullptr, "phong");

@@ -23,7 +23,7 @@ namespace orvex {
 /// class Printer : public orvex::RendererBase {
 /// public:
 ///     void clear_color_buffer(float r, float g, float b, float) override {
-///         std::printf("clear to %g %g %g\n", r, g, b);
+///         tracef("clear to %g %g %g", r, g, b);
 ///     }
 ///     using RendererBase::clear_color_buffer;
 /// };
