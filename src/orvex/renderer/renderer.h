@@ -644,8 +644,8 @@ public:
     virtual bool reset_all_texture_units() = 0;
     /// Unbinds the textures of one unit; false for a unit beyond the last.
     virtual bool reset_texture_unit(unsigned long unit) = 0;
-    /// Binds a texture to a unit; null unbinds all textures of the unit. False for a unit beyond
-    /// the last and for a texture that isn't loaded; the forms by id likewise.
+    /// Binds a texture to a unit; null unbinds all textures of the unit. False for a texture that
+    /// isn't loaded, and for a unit beyond the last, which null doesn't ask. By id likewise.
     virtual bool texture_bind(TextureData* texture, unsigned long unit) = 0;
     /// Same as `texture_bind`.
     virtual bool texture_activate(TextureData* texture, unsigned long unit) = 0;
