@@ -26,13 +26,13 @@ MeshData::MeshData(VERTEX_FORMAT format)
     instance_scales.attrib_location = 8;
     instance_colors.attrib_location = 9;
     instance_miscs.attrib_location = 10;
-    MeshData::_update_attrib_locations();
+    MeshData::update_attrib_locations();
 }
 
 // The parts of a derived format are gone by now: only what this class made itself is freed.
 MeshData::~MeshData() {
-    MeshData::_free_vertex_arrays();
-    _free_vertex_particles();
+    MeshData::free_vertex_arrays();
+    free_vertex_particles();
     free_user_vertex_attribs();
     MeshData::free_quad_edge_data();
     delete[] faces_u16;
@@ -75,8 +75,8 @@ void log_failure(unsigned long count, const char* error) {
 
 bool MeshData::alloc_vertex_data_v2(unsigned long count, unsigned long num_attribs) {
     // What was there goes first, so that no short array is left behind a larger count.
-    _free_vertex_arrays();
-    _free_vertex_particles();
+    free_vertex_arrays();
+    free_vertex_particles();
     num_vertices = count;
     draw_start_vertex = 0;
     draw_end_vertex = count;
@@ -87,7 +87,7 @@ bool MeshData::alloc_vertex_data_v2(unsigned long count, unsigned long num_attri
         else
             allocate_records(*this, count, AlignedNew_Vertex);
         if (num_attribs > 0)
-            _make_user_vertex_attribs(num_attribs);
+            make_user_vertex_attribs(num_attribs);
         vertex_particles = new_large_array<vec4>(count);
     };
     return allocate_or_report(allocate, [&](const char* error) { log_failure(count, error); });
@@ -96,9 +96,9 @@ bool MeshData::alloc_vertex_data_v2(unsigned long count, unsigned long num_attri
 void MeshData::free_vertex_data() {
     if (num_vertices == 0)
         return;
-    _free_vertex_arrays();
+    free_vertex_arrays();
     free_user_vertex_attribs();
-    _free_vertex_particles();
+    free_vertex_particles();
     num_vertices = 0;
 }
 
@@ -174,7 +174,7 @@ bool MeshData::alloc_user_vertex_attribs(unsigned long count) {
     if (count == 0)
         return false;
     const auto make = [&] {
-        _make_user_vertex_attribs(count);
+        make_user_vertex_attribs(count);
         return true;
     };
     return or_undo(make, [&] { free_user_vertex_attribs(); });
@@ -202,7 +202,7 @@ void MeshData::free_vertex_attrib_array(VertexAttribArray_2f& array) {
     free_array(array, AlignedDelete_vec2);
 }
 
-void MeshData::_update_attrib_locations() {
+void MeshData::update_attrib_locations() {
     position.attrib_location = position_attrib_location;
     color.attrib_location = color_attrib_location;
     normal.attrib_location = normal_attrib_location;
@@ -211,18 +211,18 @@ void MeshData::_update_attrib_locations() {
     tangent.attrib_location = tangent_attrib_location;
 }
 
-void MeshData::_free_vertex_arrays() {
+void MeshData::free_vertex_arrays() {
     free_records(*this, AlignedDelete_Vertex);
     for (VertexAttribArray* array : {&position, &color, &normal, &uv0, &uv1, &tangent})
         free_vertex_attrib_array(*array);
 }
 
-void MeshData::_free_vertex_particles() {
+void MeshData::free_vertex_particles() {
     delete[] vertex_particles;
     vertex_particles = nullptr;
 }
 
-void MeshData::_make_user_vertex_attribs(unsigned long count) {
+void MeshData::make_user_vertex_attribs(unsigned long count) {
     free_user_vertex_attribs();
     user_attribs = new VertexAttribArray[count];
     num_user_attribs = count;

@@ -292,17 +292,17 @@ struct ORVEX_API MeshData : CountedRecord, ThreadRecord {
 
 protected:
     /// Called when an attribute location changed, to hand it on to the format's own arrays.
-    virtual void _update_attrib_locations();
+    virtual void update_attrib_locations();
 
     /// Frees the format's own vertex arrays of both layouts, whatever the vertex count says.
-    virtual void _free_vertex_arrays();
+    virtual void free_vertex_arrays();
 
     /// Frees the particles, whatever the vertex count says.
-    void _free_vertex_particles();
+    void free_vertex_particles();
 
     /// What `alloc_user_vertex_attribs` does for a count above 0, but throwing when memory runs
     /// out.
-    void _make_user_vertex_attribs(unsigned long count);
+    void make_user_vertex_attribs(unsigned long count);
 };
 
 } // namespace orvex

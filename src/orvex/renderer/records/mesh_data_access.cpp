@@ -248,7 +248,7 @@ VERTEX_FORMAT MeshData::get_vertex_format() const {
 
 void MeshData::set_position_attrib_location(int location) {
     position_attrib_location = location;
-    _update_attrib_locations();
+    update_attrib_locations();
 }
 
 int MeshData::get_position_attrib_location() const {
@@ -257,7 +257,7 @@ int MeshData::get_position_attrib_location() const {
 
 void MeshData::set_color_attrib_location(int location) {
     color_attrib_location = location;
-    _update_attrib_locations();
+    update_attrib_locations();
 }
 
 int MeshData::get_color_attrib_location() const {
@@ -266,7 +266,7 @@ int MeshData::get_color_attrib_location() const {
 
 void MeshData::set_normal_attrib_location(int location) {
     normal_attrib_location = location;
-    _update_attrib_locations();
+    update_attrib_locations();
 }
 
 int MeshData::get_normal_attrib_location() const {
@@ -275,7 +275,7 @@ int MeshData::get_normal_attrib_location() const {
 
 void MeshData::set_uv0_attrib_location(int location) {
     uv0_attrib_location = location;
-    _update_attrib_locations();
+    update_attrib_locations();
 }
 
 int MeshData::get_uv0_attrib_location() const {
@@ -284,7 +284,7 @@ int MeshData::get_uv0_attrib_location() const {
 
 void MeshData::set_uv1_attrib_location(int location) {
     uv1_attrib_location = location;
-    _update_attrib_locations();
+    update_attrib_locations();
 }
 
 int MeshData::get_uv1_attrib_location() const {
@@ -293,7 +293,7 @@ int MeshData::get_uv1_attrib_location() const {
 
 void MeshData::set_tangent_attrib_location(int location) {
     tangent_attrib_location = location;
-    _update_attrib_locations();
+    update_attrib_locations();
 }
 
 int MeshData::get_tangent_attrib_location() const {

@@ -324,8 +324,8 @@ void for_each_array(Store& store, Action action) {
 template<class Store, class Record>
 bool MeshDataPacked<Store, Record>::alloc_vertex_data(unsigned long count) {
     // What was there goes first, so that no short array is left behind a larger count.
-    _free_vertex_arrays();
-    _free_vertex_particles();
+    free_vertex_arrays();
+    free_vertex_particles();
     num_vertices = count;
     draw_start_vertex = 0;
     draw_end_vertex = count;
@@ -346,13 +346,13 @@ template<class Store, class Record>
 void MeshDataPacked<Store, Record>::free_vertex_data() {
     if (num_vertices == 0)
         return;
-    _free_vertex_arrays();
-    _free_vertex_particles();
+    free_vertex_arrays();
+    free_vertex_particles();
     num_vertices = 0;
 }
 
 template<class Store, class Record>
-void MeshDataPacked<Store, Record>::_update_attrib_locations() {
+void MeshDataPacked<Store, Record>::update_attrib_locations() {
     self().position.attrib_location = position_attrib_location;
     self().normal.attrib_location = normal_attrib_location;
     self().uv0.attrib_location = uv0_attrib_location;
@@ -363,9 +363,9 @@ void MeshDataPacked<Store, Record>::_update_attrib_locations() {
 }
 
 template<class Store, class Record>
-void MeshDataPacked<Store, Record>::_free_vertex_arrays() {
+void MeshDataPacked<Store, Record>::free_vertex_arrays() {
     free_records(self(), Format<Store>::aligned_delete);
-    MeshData::_free_vertex_arrays();
+    MeshData::free_vertex_arrays();
     for_each_array<Record>(self(), [&](auto& array) { free_vertex_attrib_array(array); });
 }
 
@@ -385,31 +385,31 @@ template struct MeshDataPacked<MeshData_PhysXCloth, Vertex_PhysXCloth>;
 
 MeshData_64::MeshData_64(VERTEX_FORMAT format)
     : MeshDataPacked(format) {
-    MeshDataPacked::_update_attrib_locations();
+    MeshDataPacked::update_attrib_locations();
 }
 
 MeshData_64::~MeshData_64() {
-    MeshDataPacked::_free_vertex_arrays();
+    MeshDataPacked::free_vertex_arrays();
 }
 
 MeshData_32::MeshData_32(VERTEX_FORMAT format)
     : MeshDataPacked(format) {
     color_attrib_location = -1;
     tangent_attrib_location = -1;
-    MeshDataPacked::_update_attrib_locations();
+    MeshDataPacked::update_attrib_locations();
 }
 
 MeshData_32::~MeshData_32() {
-    MeshDataPacked::_free_vertex_arrays();
+    MeshDataPacked::free_vertex_arrays();
 }
 
 MeshData_PhysXCloth::MeshData_PhysXCloth(VERTEX_FORMAT format)
     : MeshDataPacked(format) {
-    MeshDataPacked::_update_attrib_locations();
+    MeshDataPacked::update_attrib_locations();
 }
 
 MeshData_PhysXCloth::~MeshData_PhysXCloth() {
-    MeshDataPacked::_free_vertex_arrays();
+    MeshDataPacked::free_vertex_arrays();
 }
 
 } // namespace orvex

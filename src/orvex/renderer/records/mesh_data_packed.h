@@ -58,8 +58,8 @@ struct ORVEX_API MeshDataPacked : MeshData {
     void free_vertex_data() override;
 
 protected:
-    void _update_attrib_locations() override;
-    void _free_vertex_arrays() override;
+    void update_attrib_locations() override;
+    void free_vertex_arrays() override;
     /// @endcond
 
 private:
