@@ -10,16 +10,11 @@ struct Curve::CurveData {
 };
 
 Curve::Curve()
-    : curve_data(new CurveData)
-    , num_points(0)
-    , values(nullptr) {
+    : curve_data(std::make_unique<CurveData>()) {
     set_type(NODE_TYPE_CURVE);
 }
 
-Curve::~Curve() {
-    delete[] values;
-    delete curve_data;
-}
+Curve::~Curve() = default;
 
 bool Curve::_cleanup(Renderer* renderer) {
     free();
@@ -30,14 +25,13 @@ bool Curve::alloc(unsigned long count) {
     free();
     return logging_failures([this, count] {
         num_points = count;
-        values = new_large_array<vec4>(count);
+        values.reset(new_large_array<vec4>(count));
         return initialize(count, LINE_RENDER_MODE_LINE_STRIP);
     });
 }
 
 bool Curve::free() {
-    delete[] values;
-    values = nullptr;
+    values.reset();
     num_points = 0;
     return true;
 }
@@ -47,9 +41,10 @@ unsigned long Curve::get_num_points() const {
 }
 
 bool Curve::set_value(unsigned long i, const vec4& value) {
-    if (!values || i >= num_points)
+    vec4* const stored = get_value_vec4_ptr(i);
+    if (!stored)
         return false;
-    values[i] = value;
+    *stored = value;
     set_vertex_position(i, value);
     return true;
 }
@@ -75,8 +70,18 @@ float* Curve::get_value_xyzw_ptr(unsigned long i) {
     return value ? &value->x : nullptr;
 }
 
+const vec4* Curve::get_value_vec4_ptr(unsigned long i) const {
+    return values && i < num_points ? &values[i] : nullptr;
+}
+
+const float* Curve::get_value_xyzw_ptr(unsigned long i) const {
+    const vec4* const value = get_value_vec4_ptr(i);
+    return value ? &value->x : nullptr;
+}
+
 vec4 Curve::get_value_vec4(unsigned long i) const {
-    return values && i < num_points ? values[i] : vec4();
+    const vec4* const value = get_value_vec4_ptr(i);
+    return value ? *value : vec4();
 }
 
 vec3 Curve::get_value_vec3(unsigned long i) const {

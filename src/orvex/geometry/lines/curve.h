@@ -6,6 +6,7 @@
 #include "orvex/api.h"
 #include "orvex/geometry/lines/polyline.h"
 
+#include <memory>
 #include <vector>
 
 namespace orvex {
@@ -54,8 +55,10 @@ public:
 
     /// Value i, for reading and writing; writing doesn't move the vertex. Null out of range.
     vec4* get_value_vec4_ptr(unsigned long i);
+    const vec4* get_value_vec4_ptr(unsigned long i) const; ///< the same, for reading
     /// The same as four floats.
     float* get_value_xyzw_ptr(unsigned long i);
+    const float* get_value_xyzw_ptr(unsigned long i) const; ///< the same, for reading
     /// Value i, or (0, 0, 0, 1).
     vec4 get_value_vec4(unsigned long i) const;
     /// Value i without w, or (0, 0, 0).
@@ -64,9 +67,9 @@ public:
 private:
     struct CurveData;
 
-    CurveData* curve_data;
-    unsigned long num_points;
-    vec4* values;
+    std::unique_ptr<CurveData> curve_data;
+    unsigned long num_points = 0;
+    std::unique_ptr<vec4[]> values; ///< null after a failed allocation, whatever the count
 };
 
 /// One curve of a 2D graph: the line object and the values behind it. A plain record; who fills it

@@ -30,13 +30,12 @@ struct MiniSpline::MiniSplineData {
 };
 
 MiniSpline::MiniSpline()
-    : data(new MiniSplineData) {
+    : data(std::make_unique<MiniSplineData>()) {
     set_type(NODE_TYPE_MINI_SPLINE);
 }
 
 MiniSpline::~MiniSpline() {
     data->end_polyline(nullptr);
-    delete data;
 }
 
 bool MiniSpline::_cleanup(Renderer* renderer) {

@@ -6,6 +6,8 @@
 #include "orvex/api.h"
 #include "orvex/scene/object.h"
 
+#include <memory>
+
 namespace orvex {
 
 /// A smooth curve through keyframes (a Catmull-Rom spline), to be evaluated by time and drawn.
@@ -60,7 +62,7 @@ public:
 private:
     struct MiniSplineData;
 
-    MiniSplineData* data;
+    std::unique_ptr<MiniSplineData> data;
 };
 
 } // namespace orvex

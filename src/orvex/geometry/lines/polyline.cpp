@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "orvex/geometry/lines/private/polyline_user_geometry_data.h"
 #include "orvex/geometry/mesh/private/render_with_material.h"
 #include "orvex/geometry/mesh/private/shared_store.h"
 #include "orvex/renderer/private/debug_name.h"
@@ -11,15 +12,12 @@
 namespace orvex {
 
 Polyline::Polyline()
-    : polyline_data(nullptr)
-    , user_geometry(nullptr) {
+    : polyline_data(nullptr) {
     set_type(NODE_TYPE_POLYLINE);
     init_polyline_data(nullptr);
 }
 
-Polyline::~Polyline() {
-    _user_geometry_cleanup();
-}
+Polyline::~Polyline() = default;
 
 bool Polyline::_cleanup(Renderer* renderer) {
     cleanup_polyline_data(renderer);

@@ -7,6 +7,8 @@
 #include "orvex/renderer/records/vertex.h"
 #include "orvex/scene/object.h"
 
+#include <memory>
+
 namespace orvex {
 
 struct PolylineBuildUserGeometryData;
@@ -187,10 +189,9 @@ protected:
 
 private:
     bool _user_geometry_build();
-    void _user_geometry_cleanup();
 
     PolylineData* polyline_data;
-    PolylineBuildUserGeometryData* user_geometry;
+    std::unique_ptr<PolylineBuildUserGeometryData> user_geometry;
 };
 
 } // namespace orvex

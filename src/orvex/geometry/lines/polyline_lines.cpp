@@ -1,15 +1,9 @@
 #include "orvex/geometry/lines/polyline.h"
 
-#include <vector>
-
+#include "orvex/geometry/lines/private/polyline_user_geometry_data.h"
 #include "orvex/renderer/records/polyline_data.h"
 
 namespace orvex {
-
-/// What a host listed for the next build.
-struct PolylineBuildUserGeometryData {
-    std::vector<Vertex> vertices;
-};
 
 bool Polyline::_build() {
     if (get_build_state()) {
@@ -44,7 +38,7 @@ Vertex line_end(const vec4& position, const vec4& color) {
 unsigned long Polyline::add_line_v2(const vec4& a, const vec4& a_color, const vec4& b,
                                     const vec4& b_color) {
     if (!user_geometry)
-        user_geometry = new PolylineBuildUserGeometryData;
+        user_geometry = std::make_unique<PolylineBuildUserGeometryData>();
     std::vector<Vertex>& vertices = user_geometry->vertices;
     vertices.push_back(line_end(a, a_color));
     vertices.push_back(line_end(b, b_color));
@@ -83,13 +77,8 @@ bool Polyline::_user_geometry_build() {
         return false;
     fill_vertices(*polyline_data, user_geometry->vertices);
     mark_for_upload(*polyline_data);
-    _user_geometry_cleanup();
+    user_geometry.reset();
     return true;
-}
-
-void Polyline::_user_geometry_cleanup() {
-    delete user_geometry;
-    user_geometry = nullptr;
 }
 
 } // namespace orvex

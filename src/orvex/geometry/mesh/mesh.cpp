@@ -5,6 +5,8 @@
 #include <exception>
 
 #include "orvex/base/log_mgr.h"
+#include "orvex/geometry/mesh/private/mesh_contents.h"
+#include "orvex/geometry/mesh/private/mesh_user_geometry_data.h"
 #include "orvex/geometry/mesh/private/shared_store.h"
 #include "orvex/math/mat4.h"
 #include "orvex/platform/private/large_pages.h"
@@ -39,11 +41,12 @@ Mesh::Mesh()
     : Mesh(VERTEX_FORMAT_96) {}
 
 Mesh::Mesh(VERTEX_FORMAT format)
-    : mesh_data(nullptr)
-    , user_geometry(nullptr) {
+    : mesh_data(nullptr) {
     set_type(NODE_TYPE_MESH);
     init_mesh_data(nullptr, format);
 }
+
+Mesh::~Mesh() = default;
 
 bool Mesh::_cleanup(Renderer* renderer) {
     cleanup_mesh_data(renderer);
@@ -257,9 +260,7 @@ bool Mesh::set_material_to_all_faces(int id) {
 namespace {
 
 bool has_face(const MeshData* store, unsigned long face) {
-    if (!store || face >= store->num_faces)
-        return false;
-    return store->index_bits == 16 ? store->faces_u16 != nullptr : store->faces_u32 != nullptr;
+    return mesh_contents::has_faces(store) && face < store->num_faces;
 }
 
 void write_if_asked(unsigned int* out, unsigned int value) {
@@ -281,13 +282,11 @@ void Mesh::set_face_indexes(unsigned long face, unsigned int a, unsigned int b, 
     mesh_data->faces_need_update = true;
 }
 
-void Mesh::get_face_indexes(unsigned long face, unsigned int* a, unsigned int* b, unsigned int* c) {
+void Mesh::get_face_indexes(unsigned long face, unsigned int* a, unsigned int* b,
+                            unsigned int* c) const {
     if (!has_face(mesh_data, face))
         return;
-    const FaceU32 indexes = mesh_data->index_bits == 16 ? FaceU32{mesh_data->faces_u16[face].a,
-                                                                  mesh_data->faces_u16[face].b,
-                                                                  mesh_data->faces_u16[face].c}
-                                                        : mesh_data->faces_u32[face];
+    const FaceU32 indexes = mesh_contents::face_at(*mesh_data, face);
     write_if_asked(a, indexes.a);
     write_if_asked(b, indexes.b);
     write_if_asked(c, indexes.c);

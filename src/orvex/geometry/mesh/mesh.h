@@ -8,6 +8,8 @@
 #include "orvex/renderer/records/vertex.h"
 #include "orvex/scene/object.h"
 
+#include <memory>
+
 namespace orvex {
 
 struct MeshBuildUserGeometryData;
@@ -185,7 +187,8 @@ public:
 
     /// Reads a face's three vertex indices. Null outputs are skipped; out of range nothing is
     /// written.
-    void get_face_indexes(unsigned long face, unsigned int* a, unsigned int* b, unsigned int* c);
+    void get_face_indexes(unsigned long face, unsigned int* a, unsigned int* b,
+                          unsigned int* c) const;
 
     /// True: draw the store's quad edges as lines instead of the faces.
     void set_render_wireframe_quad_state(bool state);
@@ -197,24 +200,24 @@ public:
     /// @{
     void set_vertex_position(unsigned long i, const vec4& position); ///< object space
     void set_vertex_position_w(unsigned long i, float w);            ///< w alone
-    vec4 get_vertex_position(unsigned long i);                       ///< w is 1
+    vec4 get_vertex_position(unsigned long i) const; ///< w is 1; (0, 0, 0, 1) out of range
     /// The position in world space: the absolute transform times the position with w 1.
     /// @return false for a null `out` or i out of range
     bool get_vertex_absolute_position(unsigned long i, vec4* out);
     void set_vertex_normal(unsigned long i, const vec4& normal);   ///< w is dropped
-    vec4 get_vertex_normal(unsigned long i);                       ///< w is 0
+    vec4 get_vertex_normal(unsigned long i) const;                 ///< w is 0
     void set_vertex_tangent(unsigned long i, const vec4& tangent); ///< see `MeshData`
-    vec4 get_vertex_tangent(unsigned long i);                      ///< see `MeshData`
+    vec4 get_vertex_tangent(unsigned long i) const;                ///< see `MeshData`
     void set_vertex_color(unsigned long i, const vec4& color);     ///< see `MeshData`
-    vec4 get_vertex_color(unsigned long i);                        ///< see `MeshData`
+    vec4 get_vertex_color(unsigned long i) const;                  ///< see `MeshData`
     /// Texture coordinates of layer 0 or 1; other layers are ignored.
     void set_vertex_uv(unsigned long i, const vec4& uv, unsigned int layer);
     /// Texture coordinates of layer 1, or for any other layer those of layer 0.
-    vec4 get_vertex_uv(unsigned long i, unsigned int layer);
+    vec4 get_vertex_uv(unsigned long i, unsigned int layer) const;
     /// User attribute number `attrib` of vertex i; marks that attribute for upload.
     void set_user_vertex_attrib(unsigned long attrib, unsigned long i, const vec4& value);
     /// User attribute number `attrib` of vertex i, or (0, 0, 0, 1).
-    vec4 get_user_vertex_attrib(unsigned long attrib, unsigned long i);
+    vec4 get_user_vertex_attrib(unsigned long attrib, unsigned long i) const;
     /// @}
 
     /// @name Geometry from lists
@@ -278,28 +281,33 @@ public:
     unsigned long get_num_instances() const; ///< the instance count
 
     void set_instance_position(unsigned long i, const vec4& value); ///< marks it for upload
-    vec4 get_instance_position(unsigned long i);                    ///< see above
+    vec4 get_instance_position(unsigned long i) const;              ///< see above
     void instance_position_need_update();                           ///< forces an upload
+    const vec4* get_instances_positions_vec4_ptr() const;           ///< the same, for reading
     vec4* get_instances_positions_vec4_ptr();                       ///< the array, or null
 
     void set_instance_rotation(unsigned long i, const vec4& value); ///< marks it for upload
-    vec4 get_instance_rotation(unsigned long i);                    ///< see above
+    vec4 get_instance_rotation(unsigned long i) const;              ///< see above
     void instance_rotation_need_update();                           ///< forces an upload
+    const vec4* get_instances_rotations_vec4_ptr() const;           ///< the same, for reading
     vec4* get_instances_rotations_vec4_ptr();                       ///< the array, or null
 
     void set_instance_scale(unsigned long i, const vec4& value); ///< marks it for upload
-    vec4 get_instance_scale(unsigned long i);                    ///< see above
+    vec4 get_instance_scale(unsigned long i) const;              ///< see above
     void instance_scale_need_update();                           ///< forces an upload
+    const vec4* get_instances_scales_vec4_ptr() const;           ///< the same, for reading
     vec4* get_instances_scales_vec4_ptr();                       ///< the array, or null
 
     void set_instance_color(unsigned long i, const vec4& value); ///< marks it for upload
-    vec4 get_instance_color(unsigned long i);                    ///< see above
+    vec4 get_instance_color(unsigned long i) const;              ///< see above
     void instance_color_need_update();                           ///< forces an upload
+    const vec4* get_instances_colors() const;                    ///< the same, for reading
     vec4* get_instances_colors();                                ///< the array, or null
 
     void set_instance_misc(unsigned long i, const vec4& value); ///< marks it for upload
-    vec4 get_instance_misc(unsigned long i);                    ///< see above
+    vec4 get_instance_misc(unsigned long i) const;              ///< see above
     void instance_misc_need_update();                           ///< forces an upload
+    const vec4* get_instances_miscs() const;                    ///< the same, for reading
     vec4* get_instances_miscs();                                ///< the array, or null
     /// @}
 
@@ -332,6 +340,7 @@ public:
     void set_vertex_particle_w(unsigned long i, float w);            ///< weight alone
     void set_vertices_particle_w(float w);                           ///< weight of all
     vec4* get_vertex_particles();                                    ///< the array, or null
+    const vec4* get_vertex_particles() const;                        ///< the same, for reading
     /// Copies every position into its particle, weights included: those come from the position's w.
     /// @return false without particles
     bool update_vertex_particle_from_position();
@@ -356,7 +365,7 @@ private:
     bool _user_geometry_build();
 
     MeshData* mesh_data;
-    MeshBuildUserGeometryData* user_geometry;
+    std::unique_ptr<MeshBuildUserGeometryData> user_geometry;
 };
 
 } // namespace orvex

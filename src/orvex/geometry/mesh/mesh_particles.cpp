@@ -34,6 +34,10 @@ vec4* Mesh::get_vertex_particles() {
     return mesh_data ? mesh_data->vertex_particles : nullptr;
 }
 
+const vec4* Mesh::get_vertex_particles() const {
+    return mesh_data ? mesh_data->vertex_particles : nullptr;
+}
+
 bool Mesh::update_vertex_particle_from_position() {
     if (!mesh_data || !mesh_data->vertex_particles)
         return false;

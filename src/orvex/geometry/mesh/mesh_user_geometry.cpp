@@ -1,22 +1,10 @@
 #include "orvex/geometry/mesh/mesh.h"
 
-#include <vector>
-
 #include "orvex/geometry/mesh/private/mesh_contents.h"
+#include "orvex/geometry/mesh/private/mesh_user_geometry_data.h"
 #include "orvex/renderer/records/mesh_data.h"
 
 namespace orvex {
-
-/// What a host listed for the next build.
-struct MeshBuildUserGeometryData {
-    std::vector<Vertex> vertices;
-    std::vector<FaceU32> faces32;
-    std::vector<FaceU16> faces16; ///< never filled: every face comes with 32-bit indices
-};
-
-Mesh::~Mesh() {
-    delete user_geometry;
-}
 
 bool Mesh::_build() {
     if (get_build_state()) {
@@ -29,9 +17,10 @@ bool Mesh::_build() {
 
 namespace {
 
-MeshBuildUserGeometryData& made(MeshBuildUserGeometryData*& lists) {
+/// The lists, made when the first vertex or face comes.
+MeshBuildUserGeometryData& made(std::unique_ptr<MeshBuildUserGeometryData>& lists) {
     if (!lists)
-        lists = new MeshBuildUserGeometryData;
+        lists = std::make_unique<MeshBuildUserGeometryData>();
     return *lists;
 }
 
@@ -56,28 +45,28 @@ unsigned long Mesh::user_geometry_add_vertex(const vec4& position) {
 }
 
 bool Mesh::user_geometry_set_vertex_position(unsigned long i, const vec4& position) {
-    if (!set_listed(user_geometry, i, &Vertex::position, position))
+    if (!set_listed(user_geometry.get(), i, &Vertex::position, position))
         return false;
     update_build_state(true);
     return true;
 }
 
 bool Mesh::user_geometry_set_vertex_color(unsigned long i, const vec4& color) {
-    if (!set_listed(user_geometry, i, &Vertex::color, color))
+    if (!set_listed(user_geometry.get(), i, &Vertex::color, color))
         return false;
     update_build_state(true);
     return true;
 }
 
 bool Mesh::user_geometry_set_vertex_normal(unsigned long i, const vec4& normal) {
-    if (!set_listed(user_geometry, i, &Vertex::normal, normal))
+    if (!set_listed(user_geometry.get(), i, &Vertex::normal, normal))
         return false;
     update_build_state(true);
     return true;
 }
 
 bool Mesh::user_geometry_set_vertex_uv0(unsigned long i, const vec4& uv) {
-    if (!set_listed(user_geometry, i, &Vertex::uv0, uv))
+    if (!set_listed(user_geometry.get(), i, &Vertex::uv0, uv))
         return false;
     update_build_state(true);
     return true;
@@ -92,8 +81,7 @@ bool Mesh::user_geometry_add_face32(unsigned int a, unsigned int b, unsigned int
 bool Mesh::user_geometry_cleanup() {
     if (!user_geometry)
         return false;
-    delete user_geometry;
-    user_geometry = nullptr;
+    user_geometry.reset();
     return true;
 }
 

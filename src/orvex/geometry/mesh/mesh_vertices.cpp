@@ -20,7 +20,7 @@ void Mesh::set_vertex_position_w(unsigned long i, float w) {
     set_vertex_position(i, position);
 }
 
-vec4 Mesh::get_vertex_position(unsigned long i) {
+vec4 Mesh::get_vertex_position(unsigned long i) const {
     return mesh_data ? vec4(mesh_data->get_position(i)) : vec4();
 }
 
@@ -38,7 +38,7 @@ void Mesh::set_vertex_normal(unsigned long i, const vec4& normal) {
     mesh_data->normals_need_update = true;
 }
 
-vec4 Mesh::get_vertex_normal(unsigned long i) {
+vec4 Mesh::get_vertex_normal(unsigned long i) const {
     const vec3 normal = mesh_data ? mesh_data->get_normal(i) : vec3();
     return vec4(normal.x, normal.y, normal.z, 0.0f);
 }
@@ -50,7 +50,7 @@ void Mesh::set_vertex_tangent(unsigned long i, const vec4& tangent) {
     mesh_data->tangents_need_update = true;
 }
 
-vec4 Mesh::get_vertex_tangent(unsigned long i) {
+vec4 Mesh::get_vertex_tangent(unsigned long i) const {
     return mesh_data ? mesh_data->get_tangent(i) : vec4();
 }
 
@@ -61,7 +61,7 @@ void Mesh::set_vertex_color(unsigned long i, const vec4& color) {
     mesh_data->colors_need_update = true;
 }
 
-vec4 Mesh::get_vertex_color(unsigned long i) {
+vec4 Mesh::get_vertex_color(unsigned long i) const {
     return mesh_data ? mesh_data->get_color(i) : vec4();
 }
 
@@ -78,7 +78,7 @@ void Mesh::set_vertex_uv(unsigned long i, const vec4& uv, unsigned int layer) {
     }
 }
 
-vec4 Mesh::get_vertex_uv(unsigned long i, unsigned int layer) {
+vec4 Mesh::get_vertex_uv(unsigned long i, unsigned int layer) const {
     if (!mesh_data)
         return vec4();
     return layer == 1 ? mesh_data->get_uv1(i) : mesh_data->get_uv0(i);
@@ -89,7 +89,7 @@ void Mesh::set_user_vertex_attrib(unsigned long attrib, unsigned long i, const v
         mesh_data->set_user_attrib(attrib, i, value);
 }
 
-vec4 Mesh::get_user_vertex_attrib(unsigned long attrib, unsigned long i) {
+vec4 Mesh::get_user_vertex_attrib(unsigned long attrib, unsigned long i) const {
     return mesh_data ? mesh_data->get_user_attrib(attrib, i) : vec4();
 }
 

@@ -11,13 +11,11 @@ struct ParticleAction::ParticleActionData {
 };
 
 ParticleAction::ParticleAction()
-    : data(new ParticleActionData) {
+    : data(std::make_unique<ParticleActionData>()) {
     set_type(NODE_TYPE_PARTICLE_ACTION);
 }
 
-ParticleAction::~ParticleAction() {
-    delete data;
-}
+ParticleAction::~ParticleAction() = default;
 
 void ParticleAction::update_particle(ParticlePool&, unsigned long, float) {}
 

@@ -7,6 +7,8 @@
 #include "orvex/renderer/records/geometry_fwd.h"
 #include "orvex/scene/object.h"
 
+#include <memory>
+
 namespace orvex {
 
 /// Moves the living particles of a system in each step.
@@ -57,7 +59,7 @@ private:
 
     void update_particle_pool_and_lifetimes(ParticlePool& pool, float dt);
 
-    ParticleActionData* data;
+    std::unique_ptr<ParticleActionData> data;
 };
 
 } // namespace orvex

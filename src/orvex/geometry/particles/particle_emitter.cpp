@@ -22,13 +22,11 @@ struct ParticleEmitter::ParticleEmitterData {
 };
 
 ParticleEmitter::ParticleEmitter()
-    : data(new ParticleEmitterData) {
+    : data(std::make_unique<ParticleEmitterData>()) {
     set_type(NODE_TYPE_PARTICLE_EMITTER);
 }
 
-ParticleEmitter::~ParticleEmitter() {
-    delete data;
-}
+ParticleEmitter::~ParticleEmitter() = default;
 
 void ParticleEmitter::spawn_particle(ParticlePool& pool, unsigned long i) {
     if (data->emitter_type == PARTICLE_EMITTER_POINT)

@@ -7,6 +7,8 @@
 #include "orvex/renderer/records/geometry_fwd.h"
 #include "orvex/scene/object.h"
 
+#include <memory>
+
 namespace orvex {
 
 /// Brings dead particles of a system to life, so many a second, and sets where they start and how
@@ -70,7 +72,7 @@ public:
 private:
     struct ParticleEmitterData;
 
-    ParticleEmitterData* data;
+    std::unique_ptr<ParticleEmitterData> data;
 };
 
 } // namespace orvex

@@ -21,15 +21,11 @@ struct ParticleSystem::ParticleSystemData {
 };
 
 ParticleSystem::ParticleSystem()
-    : data(new ParticleSystemData)
-    , pool(nullptr) {
+    : data(std::make_unique<ParticleSystemData>()) {
     set_type(NODE_TYPE_PARTICLE_SYSTEM);
 }
 
-ParticleSystem::~ParticleSystem() {
-    delete pool;
-    delete data;
-}
+ParticleSystem::~ParticleSystem() = default;
 
 bool ParticleSystem::_cleanup(Renderer* renderer) {
     terminate(renderer);
@@ -73,14 +69,14 @@ bool ParticleSystem::initialize(unsigned long count) {
     std::unique_ptr<ParticlePool> made = std::make_unique<ParticlePool>();
     if (!made->alloc(count))
         return false;
-    pool = made.release();
+    pool = std::move(made);
     return true;
 }
 
 void ParticleSystem::terminate(Renderer* renderer) {
     data->emitters.release_all(renderer);
     data->actions.release_all(renderer);
-    const std::unique_ptr<ParticlePool> ended(std::exchange(pool, nullptr));
+    const std::unique_ptr<ParticlePool> ended(std::move(pool));
     if (ended)
         ended->free(renderer);
 }
@@ -229,7 +225,7 @@ float ParticleSystem::get_particle_lifetime() const {
 }
 
 ParticlePool* ParticleSystem::get_particle_pool() const {
-    return pool;
+    return pool.get();
 }
 
 } // namespace orvex

@@ -7,6 +7,8 @@
 #include "orvex/renderer/records/geometry_fwd.h"
 #include "orvex/scene/object.h"
 
+#include <memory>
+
 namespace orvex {
 
 /// A fixed number of particles that emitters bring to life, actions move and a pool of points
@@ -135,8 +137,8 @@ public:
 private:
     struct ParticleSystemData;
 
-    ParticleSystemData* data;
-    ParticlePool* pool;
+    std::unique_ptr<ParticleSystemData> data;
+    std::unique_ptr<ParticlePool> pool; ///< null before `initialize`; ends before the rest
 };
 
 } // namespace orvex

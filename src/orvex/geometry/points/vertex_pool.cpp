@@ -9,17 +9,15 @@
 namespace orvex {
 
 VertexPool::VertexPool()
-    : data(new VertexPoolData) {
+    : data(std::make_unique<VertexPoolData>()) {
     set_type(NODE_TYPE_VERTEX_POOL);
 }
 
-VertexPool::~VertexPool() {
-    delete data;
-}
+VertexPool::~VertexPool() = default;
 
 bool VertexPool::_cleanup(Renderer* renderer) {
     if (renderer)
-        renderer->vertex_pool_kill(data);
+        renderer->vertex_pool_kill(data.get());
     data->cleanup();
     return Object::_cleanup(renderer);
 }
@@ -52,17 +50,17 @@ void VertexPool::render_geometry_prepare(Renderer* renderer) {
     if (program)
         renderer->gpu_program_bind_uniforms(program);
     const DebugName name(*this);
-    renderer->vertex_pool_render_prepare(data);
+    renderer->vertex_pool_render_prepare(data.get());
 }
 
 void VertexPool::render_geometry_draw(Renderer* renderer) {
     if (renderer)
-        renderer->vertex_pool_render_draw(data);
+        renderer->vertex_pool_render_draw(data.get());
 }
 
 void VertexPool::render_geometry_finish(Renderer* renderer) {
     if (renderer)
-        renderer->vertex_pool_render_finish(data);
+        renderer->vertex_pool_render_finish(data.get());
 }
 
 unsigned long VertexPool::get_num_vertices(Node*) {
@@ -92,7 +90,7 @@ bool VertexPool::init_pool(unsigned long count, bool separate) {
 }
 
 VertexPoolData* VertexPool::get_vertex_pool_data() const {
-    return data;
+    return data.get();
 }
 
 Vertex* VertexPool::get_pool_ptr() const {

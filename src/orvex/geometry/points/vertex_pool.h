@@ -7,6 +7,8 @@
 #include "orvex/renderer/records/vertex.h"
 #include "orvex/scene/object.h"
 
+#include <memory>
+
 namespace orvex {
 
 enum BUFFER_OBJECT_USAGE : int;
@@ -156,7 +158,7 @@ public:
     /// @}
 
 private:
-    VertexPoolData* data;
+    std::unique_ptr<VertexPoolData> data;
 };
 
 } // namespace orvex

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <new>
+#include <utility>
 
 #include "orvex/assets/textures/texture.h"
 #include "orvex/geometry/mesh/private/mesh_contents.h"
@@ -23,9 +24,7 @@ MeshTerrain::MeshTerrain(VERTEX_FORMAT format)
     update_build_state(true);
 }
 
-MeshTerrain::~MeshTerrain() {
-    free_elevation_buffer();
-}
+MeshTerrain::~MeshTerrain() = default;
 
 bool MeshTerrain::set_build_params(Texture* new_height_map, int new_resolution,
                                    float new_height_scale, float new_half_size,
@@ -44,13 +43,8 @@ bool MeshTerrain::build(Node*) {
 }
 
 bool MeshTerrain::_cleanup(Renderer* renderer) {
-    free_elevation_buffer();
+    elevation_buffer.reset();
     return Mesh::_cleanup(renderer);
-}
-
-void MeshTerrain::free_elevation_buffer() {
-    delete[] elevation_buffer;
-    elevation_buffer = nullptr;
 }
 
 namespace {
@@ -83,14 +77,13 @@ bool MeshTerrain::init_terrain_buffer(Texture* map) {
         return false;
     const unsigned long size = map->get_width();
     const unsigned long num_texels = size * size;
-    auto* const heights = new (std::nothrow) float[num_texels];
+    std::unique_ptr<float[]> heights(new (std::nothrow) float[num_texels]);
     if (!heights)
         return false;
     const unsigned char* texel = map->get_pixmap_u8_ptr();
     for (unsigned long i = 0; i < num_texels; ++i, texel += bytes_per_texel)
         heights[i] = brightness(texel);
-    free_elevation_buffer();
-    elevation_buffer = heights;
+    elevation_buffer = std::move(heights);
     map_size = size;
     return true;
 }

@@ -3,6 +3,8 @@
 #include "orvex/api.h"
 #include "orvex/geometry/mesh/mesh.h"
 
+#include <memory>
+
 namespace orvex {
 
 class Texture;
@@ -70,7 +72,6 @@ public:
 
 private:
     bool _build_terrain();
-    void free_elevation_buffer();
 
     Texture* height_map = nullptr;
     int resolution = 0;
@@ -78,7 +79,7 @@ private:
     float half_size = 0.0f;
     float min_elevation = 0.0f;
     unsigned long map_size = 0;
-    float* elevation_buffer = nullptr;
+    std::unique_ptr<float[]> elevation_buffer;
 };
 
 } // namespace orvex

@@ -19,7 +19,7 @@ void set_of(Mesh& mesh, unsigned long i, const vec4& value) {
     (mesh.*member)(i, value);
 }
 
-template<vec4 (Mesh::*member)(unsigned long)>
+template<vec4 (Mesh::*member)(unsigned long) const>
 vec4 get_of(Mesh& mesh, unsigned long i) {
     return (mesh.*member)(i);
 }
@@ -34,6 +34,11 @@ vec4* pointer_of(Mesh& mesh) {
     return (mesh.*member)();
 }
 
+template<const vec4* (Mesh::*member)() const>
+const vec4* const_pointer_of(const Mesh& mesh) {
+    return (mesh.*member)();
+}
+
 /// One of the five per-instance arrays.
 struct Family {
     const char* name;
@@ -42,6 +47,7 @@ struct Family {
     vec4 (*get)(Mesh&, unsigned long);
     void (*force)(Mesh&);
     vec4* (*pointer)(Mesh&);
+    const vec4* (*const_pointer)(const Mesh&);
     bool MeshData::*flag;
     VertexAttribArray MeshData::*array;
 };
@@ -49,24 +55,27 @@ struct Family {
 const Family families[] = {
     {"position", &InstancingInitParams::position, set_of<&Mesh::set_instance_position>,
      get_of<&Mesh::get_instance_position>, force_of<&Mesh::instance_position_need_update>,
-     pointer_of<&Mesh::get_instances_positions_vec4_ptr>, &MeshData::instance_positions_need_update,
-     &MeshData::instance_positions},
+     pointer_of<&Mesh::get_instances_positions_vec4_ptr>,
+     const_pointer_of<&Mesh::get_instances_positions_vec4_ptr>,
+     &MeshData::instance_positions_need_update, &MeshData::instance_positions},
     {"rotation", &InstancingInitParams::rotation, set_of<&Mesh::set_instance_rotation>,
      get_of<&Mesh::get_instance_rotation>, force_of<&Mesh::instance_rotation_need_update>,
-     pointer_of<&Mesh::get_instances_rotations_vec4_ptr>, &MeshData::instance_rotations_need_update,
-     &MeshData::instance_rotations},
+     pointer_of<&Mesh::get_instances_rotations_vec4_ptr>,
+     const_pointer_of<&Mesh::get_instances_rotations_vec4_ptr>,
+     &MeshData::instance_rotations_need_update, &MeshData::instance_rotations},
     {"scale", &InstancingInitParams::scale, set_of<&Mesh::set_instance_scale>,
      get_of<&Mesh::get_instance_scale>, force_of<&Mesh::instance_scale_need_update>,
-     pointer_of<&Mesh::get_instances_scales_vec4_ptr>, &MeshData::instance_scales_need_update,
+     pointer_of<&Mesh::get_instances_scales_vec4_ptr>,
+     const_pointer_of<&Mesh::get_instances_scales_vec4_ptr>, &MeshData::instance_scales_need_update,
      &MeshData::instance_scales},
     {"color", &InstancingInitParams::color, set_of<&Mesh::set_instance_color>,
      get_of<&Mesh::get_instance_color>, force_of<&Mesh::instance_color_need_update>,
-     pointer_of<&Mesh::get_instances_colors>, &MeshData::instance_colors_need_update,
-     &MeshData::instance_colors},
+     pointer_of<&Mesh::get_instances_colors>, const_pointer_of<&Mesh::get_instances_colors>,
+     &MeshData::instance_colors_need_update, &MeshData::instance_colors},
     {"misc", &InstancingInitParams::misc, set_of<&Mesh::set_instance_misc>,
      get_of<&Mesh::get_instance_misc>, force_of<&Mesh::instance_misc_need_update>,
-     pointer_of<&Mesh::get_instances_miscs>, &MeshData::instance_miscs_need_update,
-     &MeshData::instance_miscs}};
+     pointer_of<&Mesh::get_instances_miscs>, const_pointer_of<&Mesh::get_instances_miscs>,
+     &MeshData::instance_miscs_need_update, &MeshData::instance_miscs}};
 
 class MeshInstancing : public testing::TestWithParam<Family> {
 protected:
@@ -91,6 +100,7 @@ TEST_P(MeshInstancing, keeps_a_value_for_each_instance) {
     EXPECT_EQ(family.get(*mesh, 2), vec4(1, 2, 3, 4));
     EXPECT_TRUE(mesh->get_mesh_data()->*family.flag);
     EXPECT_EQ(family.pointer(*mesh)[2], vec4(1, 2, 3, 4));
+    EXPECT_EQ(family.const_pointer(*mesh), family.pointer(*mesh));
     EXPECT_EQ((mesh->get_mesh_data()->*family.array).num_elements, 3u);
 }
 
