@@ -14,47 +14,6 @@
 
 namespace orvex::aux {
 
-const char* orvex_hud_tex_ortho_proj_vs_gl2 =
-    "#version 120\n"
-    "uniform mat4 orvex_ModelViewProjectionMatrix;\n"
-    "void main()\n"
-    "{\n"
-    "  gl_Position = orvex_ModelViewProjectionMatrix * gl_Vertex;\n"
-    "  gl_TexCoord[0] = gl_MultiTexCoord0; \n"
-    "}";
-
-const char* orvex_hud_tex_ortho_proj_ps_gl2 = "#version 120\n"
-                                              "uniform sampler2D tex0;\n"
-                                              "void main()\n"
-                                              "{\n"
-                                              "  vec2 uv = gl_TexCoord[0].xy; \n"
-                                              "  uv.y *= -1.0; \n"
-                                              "  gl_FragColor = texture2D(tex0, uv); \n"
-                                              "}";
-
-const char* orvex_hud_tex_ortho_proj_vs_gl3 =
-    "#version 150\n"
-    "in vec4 orvex_Position;\n"
-    "in vec4 orvex_TexCoord0;\n"
-    "out vec4 Vertex_UV;\n"
-    "uniform mat4 orvex_ModelViewProjectionMatrix;\n"
-    "void main()\n"
-    "{\n"
-    "  gl_Position = orvex_ModelViewProjectionMatrix * orvex_Position;\n"
-    "  Vertex_UV = orvex_TexCoord0;\n"
-    "}";
-
-const char* orvex_hud_tex_ortho_proj_ps_gl3 = "#version 150\n"
-                                              "uniform sampler2D tex0;\n"
-                                              "in vec4 Vertex_UV;\n"
-                                              "out vec4 Out_Color;\n"
-                                              "void main()\n"
-                                              "{\n"
-                                              "  vec2 uv = Vertex_UV.xy; \n"
-                                              "  uv.y *= -1.0; \n"
-                                              "  Out_Color = texture(tex0, uv); \n"
-                                              "}";
-
 /// Program and texture are held by their managers, which may end them first.
 struct Hud::HudData {
     Camera* camera = nullptr;

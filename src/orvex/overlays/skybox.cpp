@@ -10,58 +10,6 @@
 
 namespace orvex {
 
-const char* orvex_skybox_vs_gl2 =
-    "#version 120\n"
-    "uniform mat4 orvex_ModelViewMatrix;\n"
-    "uniform mat4 orvex_ProjectionMatrix;\n"
-    "void main() \n"
-    "{\n"
-    "  mat4 r = orvex_ModelViewMatrix;\n"
-    "  r[3][0] = 0.0;\n"
-    "  r[3][1] = 0.0;\n"
-    "  r[3][2] = 0.0;\n"
-    "  vec4 v = inverse(r) * inverse(orvex_ProjectionMatrix) * gl_Vertex;\n"
-    "  gl_TexCoord[0] = v;\n"
-    "  gl_Position = gl_Vertex;\n"
-    "}";
-
-const char* orvex_skybox_ps_gl2 = "#version 120\n"
-                                  "uniform samplerCube cubemap;\n"
-                                  "void main() \n"
-                                  "{\n"
-                                  "vec3 uv = gl_TexCoord[0].xyz;\n"
-                                  "uv.x *= -1.0;\n"
-                                  "  gl_FragColor = textureCube(cubemap, normalize(uv.xyz)); \n"
-                                  "}";
-
-const char* orvex_skybox_vs_gl3 =
-    "#version 150\n"
-    "in vec4 orvex_Position;\n"
-    "out vec4 Vertex_UV;\n"
-    "uniform mat4 orvex_ModelViewMatrix;\n"
-    "uniform mat4 orvex_ProjectionMatrix;\n"
-    "void main() \n"
-    "{\n"
-    "  mat4 r = orvex_ModelViewMatrix;\n"
-    "  r[3][0] = 0.0;\n"
-    "  r[3][1] = 0.0;\n"
-    "  r[3][2] = 0.0;\n"
-    "  vec4 v = inverse(r) * inverse(orvex_ProjectionMatrix) * orvex_Position;\n"
-    "  Vertex_UV = v;\n"
-    "  gl_Position = orvex_Position;\n"
-    "}";
-
-const char* orvex_skybox_ps_gl3 = "#version 150\n"
-                                  "in vec4 Vertex_UV;\n"
-                                  "out vec4 Out_Color;\n"
-                                  "uniform samplerCube cubemap;\n"
-                                  "void main() \n"
-                                  "{\n"
-                                  "vec3 uv = Vertex_UV.xyz;\n"
-                                  "uv.x *= -1.0;\n"
-                                  "  Out_Color = texture(cubemap, normalize(uv.xyz)); \n"
-                                  "}";
-
 struct Skybox::SkyboxData {
     WeakNode<MeshQuad> quad;
     WeakNode<Texture> cubemap;

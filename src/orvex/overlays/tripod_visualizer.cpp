@@ -13,41 +13,6 @@
 
 namespace orvex::aux {
 
-const char* orvex_tripod_viz_vs_gl2 =
-    "#version 120\n"
-    "uniform mat4 orvex_ModelViewProjectionMatrix;\n"
-    "void main()\n"
-    "{\n"
-    "  gl_Position = orvex_ModelViewProjectionMatrix * gl_Vertex;\n"
-    "  gl_FrontColor = gl_Color;\n"
-    "}";
-
-const char* orvex_tripod_viz_ps_gl2 = "#version 120\n"
-                                      "void main()\n"
-                                      "{\n"
-                                      "  gl_FragColor = gl_Color; \n"
-                                      "}";
-
-const char* orvex_tripod_viz_vs_gl3 =
-    "#version 150\n"
-    "in vec4 orvex_Position;\n"
-    "in vec4 orvex_Color;\n"
-    "out vec4 Vertex_Color;\n"
-    "uniform mat4 orvex_ModelViewProjectionMatrix;\n"
-    "void main()\n"
-    "{\n"
-    "  gl_Position = orvex_ModelViewProjectionMatrix * orvex_Position;\n"
-    "  Vertex_Color = orvex_Color;\n"
-    "}";
-
-const char* orvex_tripod_viz_ps_gl3 = "#version 150\n"
-                                      "in vec4 Vertex_Color;\n"
-                                      "out vec4 Out_Color;\n"
-                                      "void main()\n"
-                                      "{\n"
-                                      "  Out_Color = Vertex_Color; \n"
-                                      "}";
-
 /// The program is held by its manager, which may end it first.
 struct TripodVisualizerData {
     WeakNode<GpuProgram> gpu_program;
