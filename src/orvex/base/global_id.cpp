@@ -1,8 +1,7 @@
 #include "orvex/base/global_id.h"
 
-#include <ctime>
-
-#include <unistd.h>
+#include "orvex/base/private/misuse.h"
+#include "orvex/platform/private/clock.h"
 
 namespace orvex {
 
@@ -30,18 +29,29 @@ bool Is64BitApp() {
     return sizeof(void*) == 8;
 }
 
+namespace {
+
+/// What the system's sleep takes; longer times wrap around.
+constexpr unsigned long largest_sleep_us = 0xffffffff;
+
+} // namespace
+
 void ThreadSleep(unsigned long ms) {
-    usleep(static_cast<useconds_t>(ms * 1000));
+    if (ms > largest_sleep_us / 1000)
+        misuse("ThreadSleep", "2^32 microseconds or more");
+    sleep_microseconds(static_cast<std::uint32_t>(ms * 1000));
 }
 
 void ThreadSleep_micro(unsigned long us) {
-    usleep(static_cast<useconds_t>(us));
+    if (us > largest_sleep_us)
+        misuse("ThreadSleep_micro", "2^32 microseconds or more");
+    sleep_microseconds(static_cast<std::uint32_t>(us));
 }
 
 void ThreadSleep_nano(unsigned long ns) {
-    timespec duration{};
-    duration.tv_nsec = static_cast<long>(ns);
-    nanosleep(&duration, nullptr);
+    if (ns >= 1'000'000'000)
+        misuse("ThreadSleep_nano", "a second or more");
+    sleep_nanoseconds(static_cast<std::int64_t>(ns));
 }
 
 } // namespace orvex

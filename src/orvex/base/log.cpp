@@ -1,3 +1,12 @@
+/// @file
+/// Log. The protocol of one line:
+///
+/// 1. The filter: threshold and switch, read without a lock. A line that is dropped costs no more.
+/// 2. The lazy open, under `opening`, which is held for that alone. Closing takes the same lock.
+/// 3. The lock of the log, unless it goes without. From here to the end of the line one thread owns
+///    the format buffer, the line's memory, the counter and the stamp.
+/// 4. The sinks in order: the callback, the file, the terminal. A sink that fails stops no other.
+
 #include "orvex/base/log.h"
 
 #include <atomic>
@@ -7,8 +16,10 @@
 #include <mutex>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "orvex/base/private/log_stamp.h"
+#include "orvex/base/private/misuse.h"
 #include "orvex/base/thread_lock.h"
 #include "orvex/platform/private/log_file.h"
 
@@ -43,11 +54,9 @@ struct Log::LogData {
 };
 
 Log::Log()
-    : data(new LogData) {}
+    : data(std::make_unique<LogData>()) {}
 
-Log::~Log() {
-    delete data;
-}
+Log::~Log() = default;
 
 void Log::set_trace_callback(void (*callback)(const char*, void*), void* user_data) {
     data->trace_callback = callback;
@@ -85,6 +94,8 @@ void Log::set_trace_level_threshold(LOG_LEVEL level) {
 void Log::set_filename(const char* filename) {
     if (filename)
         data->filename = filename;
+    else
+        misuse("Log::set_filename", "a null name");
 }
 
 const char* Log::get_filename() const {
@@ -124,6 +135,13 @@ bool Log::lets_through(LOG_LEVEL level) const {
     return level <= data->trace_level_threshold && data->enabled;
 }
 
+/// Whether a line goes out: one that passes the filter and has a text.
+bool Log::is_due(LOG_LEVEL level, const char* text) const {
+    if (!lets_through(level))
+        return false;
+    return text || misuse("Log::trace", "a null text");
+}
+
 namespace {
 
 /// Holds the lock of a log for one line; null for a log that goes without.
@@ -148,7 +166,7 @@ private:
 } // namespace
 
 void Log::trace(LOG_LEVEL level, const char* message) {
-    if (!lets_through(level) || !message)
+    if (!is_due(level, message))
         return;
     _open();
     const LineLock guard(data->use_thread_lock ? &data->lock : nullptr);
@@ -163,7 +181,7 @@ void Log::tracef(LOG_LEVEL level, const char* format, ...) {
 }
 
 void Log::vtracef(LOG_LEVEL level, const char* format, va_list arguments) {
-    if (!lets_through(level) || !format)
+    if (!is_due(level, format))
         return;
     _open();
     const LineLock guard(data->use_thread_lock ? &data->lock : nullptr);
@@ -171,7 +189,7 @@ void Log::vtracef(LOG_LEVEL level, const char* format, va_list arguments) {
 }
 
 void Log::simple_trace(LOG_LEVEL level, const char* message) {
-    if (!lets_through(level) || !message)
+    if (!is_due(level, message))
         return;
     _open();
     const LineLock guard(data->use_thread_lock ? &data->lock : nullptr);
@@ -186,7 +204,7 @@ void Log::simple_tracef(LOG_LEVEL level, const char* format, ...) {
 }
 
 void Log::vsimple_tracef(LOG_LEVEL level, const char* format, va_list arguments) {
-    if (!lets_through(level) || !format)
+    if (!is_due(level, format))
         return;
     _open();
     const LineLock guard(data->use_thread_lock ? &data->lock : nullptr);
@@ -243,11 +261,13 @@ private:
 
 void Log::LogData::write_stamped(LOG_LEVEL level, std::string_view message) {
     LineMemory memory(line_memory);
+    // The head: stamp, number, marker.
     line_counter = successor(line_counter);
     stamp.set_time(std::time(nullptr));
     const std::tm time = stamp.time();
     stamp.append_to(memory.line, line_counter);
     memory.line.append(marker(level)).append(message);
+    // The sinks. The callback sees no line end.
     call_back(memory.line);
     memory.line.push_back('\n');
     write_file(memory.line);

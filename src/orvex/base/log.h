@@ -4,6 +4,7 @@
 /// Log: one stream of diagnostic lines with up to three sinks.
 
 #include <cstdarg>
+#include <memory>
 
 #include "orvex/api.h"
 
@@ -111,11 +112,12 @@ private:
     friend class LogMgr;
 
     bool lets_through(LOG_LEVEL level) const;
+    bool is_due(LOG_LEVEL level, const char* text) const;
     void vtracef(LOG_LEVEL level, const char* format, va_list arguments) ORVEX_PRINTF(3, 0);
     void vsimple_tracef(LOG_LEVEL level, const char* format, va_list arguments) ORVEX_PRINTF(3, 0);
 
     struct LogData;
-    LogData* data;
+    std::unique_ptr<LogData> data;
 };
 
 } // namespace orvex

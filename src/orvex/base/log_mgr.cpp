@@ -1,10 +1,19 @@
+/// @file
+/// LogMgr. It owns every log that it made, in `made`, in the order of making. `logs` finds one by
+/// the name it was made under; a log may stand there twice or, when another took its name, not at
+/// all. The trace operations read the default log without a lock: they may come from any thread
+/// while the default log lives, and no thread may trace while it ends.
+
 #include "orvex/base/log_mgr.h"
 
 #include <algorithm>
 #include <cstdarg>
 #include <map>
 #include <string>
+#include <utility>
 #include <vector>
+
+#include "orvex/base/private/misuse.h"
 
 namespace orvex {
 
@@ -13,8 +22,10 @@ struct LogMgr::LogMgrData {
     std::string default_filename;
     Log* default_log = nullptr;
     std::map<std::string, Log*> logs;
-    std::vector<Log*> made; ///< every living log, also one that lost its name to another
+    std::vector<std::unique_ptr<Log>>
+        made; ///< every living log, also one that lost its name to another
 
+    std::vector<std::unique_ptr<Log>>::iterator find(const Log* log);
     void end(Log* log);
 };
 
@@ -28,11 +39,9 @@ LogMgr* LogMgr::getptr() {
 }
 
 LogMgr::LogMgr()
-    : data(new LogMgrData) {}
+    : data(std::make_unique<LogMgrData>()) {}
 
-LogMgr::~LogMgr() {
-    delete data;
-}
+LogMgr::~LogMgr() = default;
 
 bool LogMgr::start(const char* filename, bool enabled) {
     if (data->started)
@@ -51,7 +60,7 @@ bool LogMgr::stop() {
     for (const auto& [name, log] : data->logs)
         data->end(log);
     while (!data->made.empty())
-        data->end(data->made.front());
+        data->end(data->made.front().get());
     data->logs.clear();
     data->default_filename.clear();
     data->started = false;
@@ -61,24 +70,25 @@ bool LogMgr::stop() {
 Log* LogMgr::create_log(const char* filename, bool enabled) {
     if (!filename)
         return data->default_log;
-    Log* log = new Log;
+    auto log = std::make_unique<Log>();
     if (enabled)
         log->enable();
     else
         log->disable();
     log->set_filename(filename);
     log->set_append_mode(false);
-    data->made.push_back(log);
-    data->logs[filename] = log;
-    return log;
+    // All that needs memory comes before the first change.
+    data->made.reserve(data->made.size() + 1);
+    data->logs[filename] = log.get();
+    return data->made.emplace_back(std::move(log)).get();
 }
 
 bool LogMgr::kill_log(Log* log) {
-    if (std::find(data->made.begin(), data->made.end(), log) == data->made.end())
-        return false;
+    if (data->find(log) == data->made.end())
+        return misuse("LogMgr::kill_log", "no log of its own");
     const auto entry = data->logs.find(log->get_filename());
     if (entry == data->logs.end())
-        return false;
+        return misuse("LogMgr::kill_log", "a log whose name isn't registered");
     data->logs.erase(entry);
     std::erase_if(data->logs, [log](const auto& other) { return other.second == log; });
     if (data->default_log == log)
@@ -87,12 +97,20 @@ bool LogMgr::kill_log(Log* log) {
     return true;
 }
 
+/// Finds a log among those made here, by its address alone: it may be no log, or none any more.
+std::vector<std::unique_ptr<Log>>::iterator LogMgr::LogMgrData::find(const Log* log) {
+    return std::find_if(made.begin(), made.end(),
+                        [log](const auto& other) { return other.get() == log; });
+}
+
 /// A log that stands under two names must end only once.
 void LogMgr::LogMgrData::end(Log* log) {
-    if (std::erase(made, log) == 0)
+    const auto entry = find(log);
+    if (entry == made.end())
         return;
-    log->close();
-    delete log;
+    const std::unique_ptr<Log> ended = std::move(*entry);
+    made.erase(entry);
+    ended->close();
 }
 
 Log* LogMgr::get_default_log() const {

@@ -4,6 +4,7 @@
 /// LogMgr: the process's default log and the registry of named ones.
 
 #include <cstdarg>
+#include <memory>
 
 #include "orvex/api.h"
 #include "orvex/base/log.h"
@@ -90,7 +91,7 @@ private:
     void vtracef(LOG_LEVEL level, const char* format, va_list arguments) ORVEX_PRINTF(3, 0);
 
     struct LogMgrData;
-    LogMgrData* data;
+    std::unique_ptr<LogMgrData> data;
 };
 
 } // namespace orvex

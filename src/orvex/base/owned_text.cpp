@@ -3,31 +3,27 @@
 #include <string.h> // strnlen
 
 #include <cstring>
+#include <utility>
 
 namespace orvex {
-
-OwnedText::~OwnedText() {
-    delete[] text_;
-}
 
 void OwnedText::assign(const char* text) {
     assign(text, text ? std::strlen(text) : 0);
 }
 
 void OwnedText::assign(const char* text, unsigned long size) {
-    char* copy = nullptr;
+    std::unique_ptr<char[]> other;
     if (text) {
         const unsigned long length = strnlen(text, size);
-        copy = new char[length + 1]();
-        std::memcpy(copy, text, length);
+        other = std::make_unique<char[]>(length + 1);
+        std::memcpy(other.get(), text, length);
     }
-    delete[] text_;
-    text_ = copy;
+    // Only now: the text may be part of the old one.
+    copy = std::move(other);
 }
 
 void OwnedText::reset() {
-    delete[] text_;
-    text_ = nullptr;
+    copy.reset();
 }
 
 } // namespace orvex

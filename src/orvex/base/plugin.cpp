@@ -1,3 +1,9 @@
+/// @file
+/// Plugin. Its record holds the texts in fields of a fixed size, so that a getter's pointer stays
+/// valid for the life of the plugin. The end: all who hold plain pointers hear of it (plugin_end.h)
+/// before the object goes, in `release` and again in the destructor, since a host may also use
+/// `delete`; then the module that made the plugin destroys it, and is closed after that.
+
 #include "orvex/base/plugin.h"
 
 #include <cstdarg>
@@ -5,13 +11,13 @@
 #include <cstring>
 #include <vector>
 
-#include <dlfcn.h>
-
 #include "orvex/base/global_id.h"
 #include "orvex/base/log_mgr.h"
+#include "orvex/base/private/misuse.h"
 #include "orvex/base/private/plugin_end.h"
 #include "orvex/base/thread.h"
 #include "orvex/base/thread_lock.h"
+#include "orvex/platform/private/loaded_library.h"
 
 namespace orvex {
 
@@ -36,14 +42,15 @@ struct Plugin::PluginData {
 };
 
 Plugin::Plugin()
-    : data(new PluginData) {}
+    : data(std::make_unique<PluginData>()) {}
 
 Plugin::~Plugin() {
     tell_plugin_end(this);
-    delete data;
 }
 
 void Plugin::PluginData::trace(LOG_LEVEL level, const char* format, va_list arguments) const {
+    if (!format)
+        misuse("Plugin::tracef", "a null format");
     if (!format || !LogMgr::get()->lets_through(level))
         return;
     char text[1024];
@@ -124,9 +131,11 @@ namespace {
 
 /// Fills a whole field with a text, which may lie in the field itself; the last byte stays zero.
 template<std::size_t size>
-void store(char (&field)[size], const char* text) {
-    if (!text)
+void store(char (&field)[size], const char* text, const char* operation) {
+    if (!text) {
+        misuse(operation, "a null text");
         return;
+    }
     const std::size_t length = strnlen(text, size - 1);
     std::memmove(field, text, length);
     std::memset(field + length, 0, size - length);
@@ -135,7 +144,7 @@ void store(char (&field)[size], const char* text) {
 } // namespace
 
 void Plugin::set_name(const char* name) {
-    store(data->name, name);
+    store(data->name, name, "Plugin::set_name");
 }
 
 const char* Plugin::get_name() const {
@@ -143,7 +152,7 @@ const char* Plugin::get_name() const {
 }
 
 void Plugin::set_full_filename(const char* filename) {
-    store(data->full_filename, filename);
+    store(data->full_filename, filename, "Plugin::set_full_filename");
 }
 
 const char* Plugin::get_full_filename() const {
@@ -151,7 +160,7 @@ const char* Plugin::get_full_filename() const {
 }
 
 void Plugin::set_description(const char* description) {
-    store(data->description, description);
+    store(data->description, description, "Plugin::set_description");
 }
 
 const char* Plugin::get_description() const {
@@ -159,7 +168,7 @@ const char* Plugin::get_description() const {
 }
 
 void Plugin::set_author(const char* author) {
-    store(data->author, author);
+    store(data->author, author, "Plugin::set_author");
 }
 
 const char* Plugin::get_author() const {
@@ -167,7 +176,7 @@ const char* Plugin::get_author() const {
 }
 
 void Plugin::set_build_info(const char* build_info) {
-    store(data->build_info, build_info);
+    store(data->build_info, build_info, "Plugin::set_build_info");
 }
 
 const char* Plugin::get_build_info() const {
@@ -219,6 +228,8 @@ void Plugin::add_ref() {
 void Plugin::dec_ref() {
     if (data->ref > 0)
         --data->ref;
+    else
+        misuse("Plugin::dec_ref", "a plugin without a reference");
 }
 
 namespace {
@@ -231,20 +242,21 @@ void keep_undestroyed(Plugin* plugin) {
 }
 
 /// Expects the handle to be copied from the plugin, which dies before its module is closed.
-void destroy_in_module(Plugin* plugin, void* module) {
-    dlerror();
-    void* const symbol = dlsym(module, "orvex_destroy_plugin");
-    if (symbol && !dlerror())
-        reinterpret_cast<decltype(&orvex_destroy_plugin)>(symbol)(plugin);
+void destroy_in_module(Plugin* plugin, void* handle) {
+    const OpenedModule module(handle);
+    const auto destroy = module.entry<decltype(orvex_destroy_plugin)>("orvex_destroy_plugin");
+    if (destroy && !OpenedModule::error_text())
+        destroy(plugin);
     else
         keep_undestroyed(plugin);
-    dlclose(module);
 }
 
 } // namespace
 
 int Plugin::release() {
-    dec_ref();
+    // A plugin that nobody counted yet ends all the same.
+    if (data->ref > 0)
+        --data->ref;
     if (data->ref >= 1)
         return data->ref;
     tell_plugin_end(this);
@@ -267,7 +279,15 @@ Thread* Plugin::get_thread() {
     return &data->thread;
 }
 
+const Thread* Plugin::get_thread() const {
+    return &data->thread;
+}
+
 Thread* Plugin::get_thread_ptr() {
+    return &data->thread;
+}
+
+const Thread* Plugin::get_thread_ptr() const {
     return &data->thread;
 }
 
@@ -275,7 +295,7 @@ void Plugin::update_thread() {
     data->thread.update();
 }
 
-bool Plugin::check_thread() {
+bool Plugin::check_thread() const {
     return Thread() == data->thread;
 }
 

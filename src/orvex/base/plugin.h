@@ -3,6 +3,8 @@
 /// @file
 /// Plugin: the base of everything that can be replaced at run time.
 
+#include <memory>
+
 #include "orvex/api.h"
 
 namespace orvex {
@@ -116,12 +118,14 @@ public:
 
     /// The thread that built the plugin, or that last called `update_thread`.
     Thread* get_thread();
+    const Thread* get_thread() const; ///< never null
     /// The same as `get_thread`.
     Thread* get_thread_ptr();
+    const Thread* get_thread_ptr() const; ///< the same as `get_thread`
     /// Binds the plugin to the calling thread.
     void update_thread();
     /// Whether the calling thread is the one of `get_thread`.
-    bool check_thread();
+    [[nodiscard]] bool check_thread() const;
 
 protected:
     bool initialized = false; ///< `initialize` has run
@@ -129,7 +133,7 @@ protected:
 
 private:
     struct PluginData;
-    PluginData* data;
+    std::unique_ptr<PluginData> data;
 };
 
 } // namespace orvex

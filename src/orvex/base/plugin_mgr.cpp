@@ -1,14 +1,20 @@
+/// @file
+/// PluginMgr. Each entry of the registry counts one reference. A plugin may end at any time, also
+/// in the middle of an operation here, when its own `stop` gives it up: the registry hears of each
+/// end and drops the entry, so that no entry dangles.
+
 #include "orvex/base/plugin_mgr.h"
 
 #include <algorithm>
 #include <cstring>
+#include <memory>
 #include <string>
 #include <vector>
 
-#include <dlfcn.h>
-
 #include "orvex/base/log_mgr.h"
+#include "orvex/base/private/misuse.h"
 #include "orvex/base/private/plugin_end.h"
+#include "orvex/platform/private/loaded_library.h"
 
 namespace orvex {
 
@@ -27,31 +33,33 @@ PluginMgr* PluginMgr::get() {
 }
 
 PluginMgr::PluginMgr()
-    : data(new PluginsMgrData) {
-    static PluginsMgrData* const registry = data;
-    listen_to_plugin_ends([](Plugin* plugin) { std::erase(registry->plugins, plugin); });
+    : data(std::make_unique<PluginsMgrData>()) {
+    listen_to_plugin_ends([](Plugin* plugin) { std::erase(get()->data->plugins, plugin); });
 }
 
-PluginMgr::~PluginMgr() {
-    delete data;
-}
+PluginMgr::~PluginMgr() = default;
 
 bool PluginMgr::insert_plugin(Plugin* plugin) {
     if (!plugin)
-        return false;
-    plugin->add_ref();
+        return misuse("PluginMgr::insert_plugin", "a null plugin");
+    // The entry needs memory, the reference doesn't: without the one there is not the other.
     data->plugins.push_back(plugin);
+    plugin->add_ref();
     return true;
 }
 
 int PluginMgr::remove_plugin(Plugin* plugin) {
-    if (!plugin)
+    if (!plugin) {
+        misuse("PluginMgr::remove_plugin", "a null plugin");
         return -1;
+    }
     const int id = plugin->get_id();
     const auto entry = std::find_if(data->plugins.begin(), data->plugins.end(),
                                     [id](const Plugin* other) { return other->get_id() == id; });
-    if (entry == data->plugins.end())
+    if (entry == data->plugins.end()) {
+        misuse("PluginMgr::remove_plugin", "a plugin that isn't registered");
         return 0;
+    }
     plugin->dec_ref();
     data->plugins.erase(entry);
     return 1;
@@ -70,7 +78,7 @@ namespace {
 void log_failed_open(const char* filename) {
     LogMgr* const log = LogMgr::get();
     log->tracef_warning("orvex PluginMgr - unable to load plugin: %s", filename);
-    const char* const reason = dlerror();
+    const char* const reason = OpenedModule::error_text();
     if (!reason)
         return;
     log->tracef_warning("orvex PluginMgr - unable to load plugin: %s", filename);
@@ -80,36 +88,38 @@ void log_failed_open(const char* filename) {
 void log_missing_symbol(const char* filename) {
     LogMgr* const log = LogMgr::get();
     log->tracef_error("orvex PluginMgr - plugin creation failed for plugin: %s", filename);
-    if (const char* const reason = dlerror())
+    if (const char* const reason = OpenedModule::error_text())
         log->tracef_debug("orvex::Kernel::load_plugin() - dlsym error: %s", reason);
     else
         log->trace_debug(
             "orvex::Kernel::load_plugin() - dlsym error on orvex_create_plugin symbol");
 }
 
+/// Ends a plugin that wasn't handed over to anybody.
+struct PluginRelease {
+    void operator()(Plugin* plugin) const { plugin->release(); }
+};
+using NewPlugin = std::unique_ptr<Plugin, PluginRelease>;
+
 /// Opens a module and has it build its plugin; closes it again on failure.
-Plugin* create_from_module(const char* filename) {
+NewPlugin create_from_module(const char* filename) {
     LogMgr* const log = LogMgr::get();
     log->tracef_debug("orvex::Kernel::load_plugin() - dlopen(%s)", filename);
-    void* const module = dlopen(filename, RTLD_LAZY);
+    OpenedModule module(filename);
     if (!module) {
         log_failed_open(filename);
         return nullptr;
     }
-    dlerror();
-    void* const symbol = dlsym(module, "orvex_create_plugin");
-    if (!symbol) {
+    const auto create = module.entry<decltype(orvex_create_plugin)>("orvex_create_plugin");
+    if (!create) {
         log_missing_symbol(filename);
-        dlclose(module);
         return nullptr;
     }
     log->trace_debug("orvex::Kernel::load_plugin() - dlsym ok, orvex_create_plugin symbol found.");
-    Plugin* const plugin = reinterpret_cast<decltype(&orvex_create_plugin)>(symbol)();
+    Plugin* const plugin = create();
     if (plugin)
-        plugin->set_dynlib_handle(module);
-    else
-        dlclose(module);
-    return plugin;
+        plugin->set_dynlib_handle(module.release());
+    return NewPlugin(plugin);
 }
 
 constexpr std::size_t compared_filename_length = 1023;
@@ -117,27 +127,32 @@ constexpr std::size_t compared_filename_length = 1023;
 } // namespace
 
 int PluginMgr::load_plugin(const char* filename, bool force) {
-    if (!filename)
+    if (!filename) {
+        misuse("PluginMgr::load_plugin", "a null file name");
         return -1;
+    }
     if (!force) {
         for (const Plugin* plugin : data->plugins)
             if (std::strncmp(plugin->get_full_filename(), filename, compared_filename_length) == 0)
                 return plugin->get_id();
     }
-    Plugin* const plugin = create_from_module(filename);
+    NewPlugin plugin = create_from_module(filename);
     if (!plugin)
         return -1;
-    insert_plugin(plugin);
+    insert_plugin(plugin.get());
     plugin->set_full_filename(filename);
     LogMgr::get()->tracef_debug(
         "orvex::Kernel::load_plugin() - Plugin (%s::%d) loaded ok. Plugin filename: %s",
         plugin->get_name(), plugin->get_id(), filename);
-    return plugin->get_id();
+    return plugin.release()->get_id();
 }
 
 int PluginMgr::unload_plugin(Plugin* plugin) {
-    if (!plugin)
+    if (!plugin) {
+        misuse("PluginMgr::unload_plugin", "no such plugin");
         return -1;
+    }
+    // The object may be gone before its end is logged.
     const std::string name = plugin->get_name();
     const int id = plugin->get_id();
     remove_plugin(plugin);

@@ -3,6 +3,8 @@
 /// @file
 /// PluginMgr: the registry of all plugins.
 
+#include <memory>
+
 #include "orvex/api.h"
 #include "orvex/base/plugin.h"
 
@@ -79,7 +81,7 @@ private:
     ~PluginMgr();
 
     struct PluginsMgrData;
-    PluginsMgrData* data;
+    std::unique_ptr<PluginsMgrData> data;
 };
 
 } // namespace orvex

@@ -1,18 +1,18 @@
 #include "orvex/base/thread.h"
 
-#include <pthread.h>
+#include "orvex/platform/private/threads.h"
 
 namespace orvex {
 
 Thread::Thread()
-    : id(pthread_self()) {}
+    : id(current_thread()) {}
 
 void Thread::update() {
-    id = pthread_self();
+    id = current_thread();
 }
 
 bool Thread::operator==(const Thread& other) const {
-    return pthread_equal(id, other.id) != 0;
+    return is_same_thread(id, other.id);
 }
 
 bool Thread::operator!=(const Thread& other) const {

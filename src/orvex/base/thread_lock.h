@@ -3,6 +3,8 @@
 /// @file
 /// ThreadLock: the mutex of the engine.
 
+#include <memory>
+
 #include "orvex/api.h"
 
 namespace orvex {
@@ -35,7 +37,7 @@ public:
 
 private:
     struct ThreadLockData;
-    ThreadLockData* data;
+    std::unique_ptr<ThreadLockData> data;
 };
 
 } // namespace orvex

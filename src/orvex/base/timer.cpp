@@ -1,6 +1,6 @@
 #include "orvex/base/timer.h"
 
-#include <sys/time.h>
+#include "orvex/platform/private/clock.h"
 
 namespace orvex {
 
@@ -16,12 +16,6 @@ double ticks_since(std::clock_t start) {
     return static_cast<double>(static_cast<float>(std::clock() - start));
 }
 
-timeval now() {
-    timeval time{};
-    gettimeofday(&time, nullptr);
-    return time;
-}
-
 } // namespace
 
 Timer::Timer() {
@@ -29,10 +23,10 @@ Timer::Timer() {
 }
 
 void Timer::reset() {
-    const timeval time = now();
+    const WallTime now = read_wall_clock();
     cpu_at_reset = std::clock();
-    seconds_at_reset = time.tv_sec;
-    microseconds_at_reset = time.tv_usec;
+    seconds_at_reset = now.seconds;
+    microseconds_at_reset = now.microseconds;
     last_reading = 0.0;
 }
 
@@ -45,16 +39,16 @@ std::uint64_t Timer::getMicrosecondsCPU() const {
 }
 
 std::uint64_t Timer::getMilliseconds() {
-    const timeval time = now();
-    last_reading = static_cast<double>(time.tv_sec - seconds_at_reset) * 1000.0 +
-                   static_cast<double>(time.tv_usec - microseconds_at_reset) * 0.001;
+    const WallTime now = read_wall_clock();
+    last_reading = static_cast<double>(now.seconds - seconds_at_reset) * 1000.0 +
+                   static_cast<double>(now.microseconds - microseconds_at_reset) * 0.001;
     return truncated(last_reading);
 }
 
 std::uint64_t Timer::getMicroseconds() {
-    const timeval time = now();
-    last_reading = static_cast<double>(time.tv_sec - seconds_at_reset) * 1000000.0 +
-                   static_cast<double>(time.tv_usec - microseconds_at_reset);
+    const WallTime now = read_wall_clock();
+    last_reading = static_cast<double>(now.seconds - seconds_at_reset) * 1000000.0 +
+                   static_cast<double>(now.microseconds - microseconds_at_reset);
     return truncated(last_reading);
 }
 

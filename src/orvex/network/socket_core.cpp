@@ -1,7 +1,14 @@
+/// @file
+/// SocketCore: one system call for each operation, and a log line for nearly each. A descriptor
+/// belongs to the record that it was put in, and is closed once: whoever closes it writes 0 there.
+/// A record with 0 is handed to the system as -1, which refuses it, so that descriptor 0 of the
+/// process is never met.
+
 #include "orvex/network/socket_core.h"
 
 #include <cerrno>
 #include <cstring>
+#include <memory>
 #include <utility>
 #include <vector>
 
@@ -14,6 +21,7 @@
 #include <unistd.h>
 
 #include "orvex/base/log_mgr.h"
+#include "orvex/base/private/misuse.h"
 
 namespace orvex {
 
@@ -50,12 +58,31 @@ int moved_above_zero(int fd) {
     return moved;
 }
 
-Socket* new_socket(int fd, SOCKET_TYPE type, SOCKET_PROTOCOL protocol) {
-    auto* const socket = new Socket;
-    socket->fd = fd;
+/// A descriptor that is closed unless a record takes it over.
+class Descriptor {
+public:
+    explicit Descriptor(int fd)
+        : fd(moved_above_zero(fd)) {}
+    Descriptor(const Descriptor&) = delete;
+    Descriptor& operator=(const Descriptor&) = delete;
+    ~Descriptor() {
+        if (fd >= 0)
+            ::close(fd);
+    }
+
+    int get() const { return fd; }
+    int release() { return std::exchange(fd, -1); }
+
+private:
+    int fd;
+};
+
+Socket* new_socket(Descriptor& descriptor, SOCKET_TYPE type, SOCKET_PROTOCOL protocol) {
+    auto socket = std::make_unique<Socket>();
+    socket->fd = descriptor.release();
     socket->type = type;
     socket->protocol = protocol;
-    return socket;
+    return socket.release();
 }
 
 int system_type(SOCKET_TYPE type) {
@@ -85,19 +112,19 @@ int system_protocol(SOCKET_PROTOCOL protocol) {
 } // namespace
 
 Socket* SocketCore::create_socket(SOCKET_TYPE type, SOCKET_PROTOCOL protocol) {
-    const int fd =
-        moved_above_zero(::socket(AF_INET, system_type(type), system_protocol(protocol)));
-    if (fd < 0) {
+    Descriptor descriptor(::socket(AF_INET, system_type(type), system_protocol(protocol)));
+    if (descriptor.get() < 0) {
         log().trace_error("orvex::SocketCore::create_socket() - socket creation failed.");
         return nullptr;
     }
-    log().tracef_debug("orvex::SocketCore::create_socket() - socket %d: creation ok.", fd);
-    return new_socket(fd, type, protocol);
+    log().tracef_debug("orvex::SocketCore::create_socket() - socket %d: creation ok.",
+                       descriptor.get());
+    return new_socket(descriptor, type, protocol);
 }
 
 bool SocketCore::close_socket(Socket* socket) {
     if (!socket)
-        return false;
+        return misuse("SocketCore::close_socket", "a null socket");
     if (socket->fd > 0)
         ::close(socket->fd);
     socket->fd = 0;
@@ -105,7 +132,9 @@ bool SocketCore::close_socket(Socket* socket) {
 }
 
 bool SocketCore::shutdown_socket(Socket* socket) {
-    if (!socket || socket->fd < 1)
+    if (!socket)
+        return misuse("SocketCore::shutdown_socket", "a null socket");
+    if (socket->fd < 1)
         return false;
     ::shutdown(socket->fd, SHUT_RDWR);
     return true;
@@ -113,10 +142,10 @@ bool SocketCore::shutdown_socket(Socket* socket) {
 
 bool SocketCore::kill_socket(Socket* socket) {
     if (!socket)
-        return false;
+        return misuse("SocketCore::kill_socket", "a null socket");
+    const std::unique_ptr<Socket> ended(socket);
     shutdown_socket(socket);
     close_socket(socket);
-    delete socket;
     return true;
 }
 
@@ -147,7 +176,7 @@ std::uint16_t bound_port(int fd) {
 
 bool SocketCore::bind_socket(Socket* socket, SockAddr* addr) {
     if (!socket || !addr)
-        return false;
+        return misuse("SocketCore::bind_socket", "a null socket or address");
     sockaddr_in address = any_address(addr->port);
     if (::bind(descriptor_of(socket), generic(&address), sizeof address) != 0) {
         log().tracef_error("orvex::SocketCore::bind_socket() - bind socket %d to port %d failed.",
@@ -162,7 +191,7 @@ bool SocketCore::bind_socket(Socket* socket, SockAddr* addr) {
 
 bool SocketCore::listen_socket(Socket* socket, int backlog) {
     if (!socket)
-        return false;
+        return misuse("SocketCore::listen_socket", "a null socket");
     const int port = socket->local.port;
     if (::listen(descriptor_of(socket), backlog) != 0) {
         log().tracef_error("orvex::SocketCore::listen_socket() - listen on port %d failed.", port);
@@ -172,19 +201,31 @@ bool SocketCore::listen_socket(Socket* socket, int backlog) {
     return true;
 }
 
+namespace {
+
+/// Ends a socket that wasn't handed out, by the operation that a host may have replaced.
+struct SocketKill {
+    SocketCore* core;
+    void operator()(Socket* socket) const { core->kill_socket(socket); }
+};
+using NewSocket = std::unique_ptr<Socket, SocketKill>;
+
+} // namespace
+
 Socket* SocketCore::create_tcp_server_socket(unsigned short port) {
     constexpr int backlog = 10;
-    Socket* const socket = create_socket(SOCKET_TYPE_STREAM, SOCKET_PROTOCOL_TCP);
+    NewSocket socket(create_socket(SOCKET_TYPE_STREAM, SOCKET_PROTOCOL_TCP), {this});
     if (socket) {
-        set_socket_option(socket, SOCKET_OPTION_REUSEADDR);
+        // Before the port is bound, so that one that was just given up can be had.
+        set_socket_option(socket.get(), SOCKET_OPTION_REUSEADDR);
         SockAddr addr;
         addr.port = port;
-        if (bind_socket(socket, &addr) && listen_socket(socket, backlog)) {
+        if (bind_socket(socket.get(), &addr) && listen_socket(socket.get(), backlog)) {
             log().tracef_debug(
                 "orvex::SocketCore::create_tcp_server_socket() - listening on port %d ok.", port);
-            return socket;
+            return socket.release();
         }
-        kill_socket(socket);
+        socket.reset();
     }
     log().tracef_error("orvex::SocketCore::create_tcp_server_socket() - create server socket on "
                        "port [%d] failed.",
@@ -193,17 +234,17 @@ Socket* SocketCore::create_tcp_server_socket(unsigned short port) {
 }
 
 Socket* SocketCore::create_udp_server_socket(unsigned short port) {
-    Socket* const socket = create_socket(SOCKET_TYPE_DGRAM, SOCKET_PROTOCOL_UDP);
+    NewSocket socket(create_socket(SOCKET_TYPE_DGRAM, SOCKET_PROTOCOL_UDP), {this});
     if (socket) {
         SockAddr addr;
         addr.port = port;
-        if (bind_socket(socket, &addr)) {
+        if (bind_socket(socket.get(), &addr)) {
             log().tracef_debug("orvex::SocketCore::create_udp_server_socket() - bind server socket "
                                "[%d] to port [%d] ok.",
                                socket->fd, port);
-            return socket;
+            return socket.release();
         }
-        kill_socket(socket);
+        socket.reset();
     }
     log().tracef_error("orvex::SocketCore::create_udp_server_socket() - create server socket on "
                        "port [%d] failed.",
@@ -212,19 +253,21 @@ Socket* SocketCore::create_udp_server_socket(unsigned short port) {
 }
 
 Socket* SocketCore::accept_connection(Socket* socket) {
-    if (!socket)
+    if (!socket) {
+        misuse("SocketCore::accept_connection", "a null socket");
         return nullptr;
+    }
     const int port = socket->local.port;
-    const int fd = moved_above_zero(::accept(descriptor_of(socket), nullptr, nullptr));
-    if (fd < 0) {
+    Descriptor descriptor(::accept(descriptor_of(socket), nullptr, nullptr));
+    if (descriptor.get() < 0) {
         log().tracef_error(
             "orvex::SocketCore::accept_connection() - accept client on port [%d] failed.", port);
         return nullptr;
     }
     log().tracef_debug(
-        "orvex::SocketCore::accept_connection() - accept client socket %d on port %d ok.", fd,
-        port);
-    return new_socket(fd, socket->type, socket->protocol);
+        "orvex::SocketCore::accept_connection() - accept client socket %d on port %d ok.",
+        descriptor.get(), port);
+    return new_socket(descriptor, socket->type, socket->protocol);
 }
 
 namespace {
@@ -253,7 +296,7 @@ bool address_of(const char* host, unsigned short port, sockaddr_in* address) {
 
 bool SocketCore::connect_socket(Socket* socket, const char* host, unsigned short port) {
     if (!socket || !host)
-        return false;
+        return misuse("SocketCore::connect_socket", "a null socket or host");
     sockaddr_in address;
     if (!address_of(host, port, &address) ||
         ::connect(descriptor_of(socket), generic(&address), sizeof address) != 0) {
@@ -269,12 +312,14 @@ bool SocketCore::connect_socket(Socket* socket, const char* host, unsigned short
 }
 
 bool SocketCore::connect_socket(Socket* socket, SockAddr* addr) {
-    return addr && connect_socket(socket, addr->host, addr->port);
+    if (!addr)
+        return misuse("SocketCore::connect_socket", "a null address");
+    return connect_socket(socket, addr->host, addr->port);
 }
 
 bool SocketCore::close_connection(Socket* socket) {
     if (!socket)
-        return false;
+        return misuse("SocketCore::close_connection", "a null socket");
     log().tracef_debug("orvex::SocketCore::close_connection() - socket %d closed ok.", socket->fd);
     if (socket->fd > 0)
         ::close(socket->fd);
@@ -284,28 +329,33 @@ bool SocketCore::close_connection(Socket* socket) {
 
 namespace {
 
-bool is_nothing(const Socket* socket, const void* buffer, int length) {
-    return !socket || !buffer || length < 1;
+/// Whether a transfer has all that it needs.
+bool can_transfer(const char* operation, const Socket* socket, const void* buffer, int length) {
+    if (!socket || !buffer)
+        return misuse(operation, "a null socket or buffer");
+    return length > 0 || misuse(operation, "a length below 1");
 }
 
 } // namespace
 
 int SocketCore::send_socket(Socket* socket, const void* buffer, int length) {
-    if (is_nothing(socket, buffer, length))
+    if (!can_transfer("SocketCore::send_socket", socket, buffer, length))
         return 0;
     return static_cast<int>(
         ::send(descriptor_of(socket), buffer, static_cast<std::size_t>(length), MSG_NOSIGNAL));
 }
 
 int SocketCore::receive_socket_get_data_len(Socket* socket) {
-    if (!socket)
+    if (!socket) {
+        misuse("SocketCore::receive_socket_get_data_len", "a null socket");
         return 0;
+    }
     char buffer[1024] = {};
     return static_cast<int>(::recv(descriptor_of(socket), buffer, sizeof buffer - 1, MSG_PEEK));
 }
 
 int SocketCore::receive_socket(Socket* socket, void* buffer, int length) {
-    if (is_nothing(socket, buffer, length))
+    if (!can_transfer("SocketCore::receive_socket", socket, buffer, length))
         return 0;
     const int received = static_cast<int>(
         ::recv(descriptor_of(socket), buffer, static_cast<std::size_t>(length), 0));
@@ -318,7 +368,9 @@ int SocketCore::receive_socket(Socket* socket, void* buffer, int length) {
 
 int SocketCore::send_udp(Socket* socket, const char* host, unsigned short port, const void* buffer,
                          int length) {
-    if (!host || is_nothing(socket, buffer, length))
+    if (!host)
+        misuse("SocketCore::send_udp", "a null host");
+    if (!host || !can_transfer("SocketCore::send_udp", socket, buffer, length))
         return 0;
     sockaddr_in address;
     if (!address_of(host, port, &address))
@@ -346,7 +398,7 @@ void store_sender(SockAddr* addr, const sockaddr_in* sender) {
 } // namespace
 
 int SocketCore::receive_udp(Socket* socket, SockAddr* addr, void* buffer, int length) {
-    if (is_nothing(socket, buffer, length))
+    if (!can_transfer("SocketCore::receive_udp", socket, buffer, length))
         return 0;
     sockaddr_in sender{};
     socklen_t size = sizeof sender;
@@ -366,37 +418,38 @@ int SocketCore::receive_udp(Socket* socket, SockAddr* addr, void* buffer, int le
 
 namespace {
 
+/// @return whether the system took it
 bool switch_on(const Socket* socket, int level, int option) {
     const int on = 1;
     return ::setsockopt(descriptor_of(socket), level, option, &on, sizeof on) == 0;
 }
 
+constexpr char refused_option[] =
+    "orvex::SocketCore::set_socket_option() - socket %d - unable to set socket option %s.";
+
 } // namespace
 
 void SocketCore::set_socket_option(Socket* socket, SOCKET_OPTION option) {
-    if (!socket)
+    if (!socket) {
+        misuse("SocketCore::set_socket_option", "a null socket");
         return;
+    }
+    // Only who broadcasts needs the option to have been taken; the others are wishes.
     switch (option) {
     case SOCKET_OPTION_REUSEADDR:
         if (!switch_on(socket, SOL_SOCKET, SO_REUSEADDR))
-            log().tracef_debug("orvex::SocketCore::set_socket_option() - socket %d - unable to set "
-                               "socket option SOCKET_OPTION_REUSEADDR.",
-                               socket->fd);
+            log().tracef_debug(refused_option, socket->fd, "SOCKET_OPTION_REUSEADDR");
         return;
     case SOCKET_OPTION_TCPNODELAY:
         if (!switch_on(socket, IPPROTO_TCP, TCP_NODELAY))
-            log().tracef_debug("orvex::SocketCore::set_socket_option() - socket %d - unable to set "
-                               "socket option SOCKET_OPTION_TCPNODELAY.",
-                               socket->fd);
+            log().tracef_debug(refused_option, socket->fd, "SOCKET_OPTION_TCPNODELAY");
         return;
     case SOCKET_OPTION_NONBLOCKING:
         ::fcntl(descriptor_of(socket), F_SETFL, O_NONBLOCK);
         return;
     case SOCKET_OPTION_BROADCAST:
         if (!switch_on(socket, SOL_SOCKET, SO_BROADCAST))
-            log().tracef_error("orvex::SocketCore::set_socket_option() - socket %d - unable to set "
-                               "socket option SOCKET_OPTION_BROADCAST.",
-                               socket->fd);
+            log().tracef_error(refused_option, socket->fd, "SOCKET_OPTION_BROADCAST");
         return;
     }
     log().tracef_error("orvex::SocketCore::set_socket_option() - socket %d - unknown option (%d).",

@@ -50,7 +50,7 @@ public:
     /// Makes a socket.
     /// @return the record, which the caller ends with `kill_socket`; null, with an error line, if
     ///         the system has none to give
-    virtual Socket* create_socket(SOCKET_TYPE type, SOCKET_PROTOCOL protocol);
+    [[nodiscard]] virtual Socket* create_socket(SOCKET_TYPE type, SOCKET_PROTOCOL protocol);
 
     /// Closes the descriptor and sets `fd` to 0; the record lives on. A closed record stays as it
     /// is.
@@ -72,7 +72,8 @@ public:
     virtual bool bind_socket(Socket* socket, SockAddr* addr);
 
     /// Lets connections come in.
-    /// @param backlog  how many may wait to be accepted
+    /// @param backlog  how many may wait to be accepted; the system cuts it to its limit, which a
+    ///                 number below 0 asks for
     /// @return false for null, and with an error line on failure
     virtual bool listen_socket(Socket* socket, int backlog);
 
@@ -81,20 +82,22 @@ public:
     /// @param port  0 lets the system choose, see `bind_socket`
     /// @return the record, which the caller ends with `kill_socket`; null, with an error line, on
     ///         failure
-    virtual Socket* create_tcp_server_socket(unsigned short port);
+    [[nodiscard]] virtual Socket* create_tcp_server_socket(unsigned short port);
 
     /// A UDP socket that is bound to a port of every address; see `create_tcp_server_socket`.
-    virtual Socket* create_udp_server_socket(unsigned short port);
+    [[nodiscard]] virtual Socket* create_udp_server_socket(unsigned short port);
 
     /// Waits for a connection.
     /// @param socket  a listening socket
     /// @return a record of the listener's type and protocol, whose `local.port` is 0; the caller
     ///         ends it with `kill_socket`. Null for null, and with an error line on failure
-    virtual Socket* accept_connection(Socket* socket);
+    [[nodiscard]] virtual Socket* accept_connection(Socket* socket);
 
-    /// Connects to the first address of a host.
+    /// Connects to the first address of a host. Waits as long as the system does.
     /// @param host  a name or a dotted address
-    /// @return false for null, and with an error line if the host is unknown or refuses
+    /// @param port  1 to 65,535; 0 is refused by the system
+    /// @return false for null, without a line; false with an error line if the host is unknown or
+    ///         refuses
     virtual bool connect_socket(Socket* socket, const char* host, unsigned short port);
 
     /// Connects to `addr->host` at `addr->port`.
@@ -122,6 +125,7 @@ public:
     virtual int receive_socket(Socket* socket, void* buffer, int length);
 
     /// Sends one message to the first address of a host.
+    /// @param port    1 to 65,535; 0 is refused by the system
     /// @param length  bytes; below 1 nothing is sent
     /// @return bytes sent; 0 for a null or empty argument; -1 on failure, without a log line if the
     ///         host is unknown

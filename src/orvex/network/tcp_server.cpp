@@ -1,22 +1,26 @@
+/// @file
+/// TcpServer: what any thread may call while another one serves. The records, and which thread
+/// touches which, stand in private/tcp_server_data.h. No lock is held while a callback runs or a
+/// thread is waited for: both may call back into the server.
+
 #include "orvex/network/tcp_server.h"
 
 #include <cstring>
 #include <utility>
 
-#include <pthread.h>
-
 #include "orvex/base/global_id.h"
 #include "orvex/base/log_mgr.h"
+#include "orvex/base/private/misuse.h"
 #include "orvex/network/private/tcp_server_data.h"
+#include "orvex/platform/private/threads.h"
 
 namespace orvex {
 
-TcpServerClientThreadParams::~TcpServerClientThreadParams() {
-    delete data;
-}
+TcpServerClientThreadParams::TcpServerClientThreadParams() = default;
+TcpServerClientThreadParams::~TcpServerClientThreadParams() = default;
 
 TcpServer::TcpServer()
-    : data(new TcpServerData) {
+    : data(std::make_unique<TcpServerData>()) {
     data->id = GenId();
 }
 
@@ -25,10 +29,6 @@ TcpServer::~TcpServer() {
     for (Socket* client : data->left_open)
         core.kill_socket(client);
     stop();
-    for (Socket* listener : data->old_listeners)
-        delete listener;
-    delete data->server_socket;
-    delete data;
 }
 
 int TcpServer::getid() const {
@@ -77,17 +77,17 @@ namespace {
 
 /// Ends a client thread of `run_v2` whose slot was given back. A thread can't wait for itself: one
 /// that cleans up ends its record when its callback has returned.
-void finish(TcpServerClientThreadParams* params) {
+void finish(std::unique_ptr<TcpServerClientThreadParams> params) {
     TcpServerClientThreadData& own = *params->data;
     own.core->shut_down(own.client);
-    if (pthread_equal(own.thread, pthread_self())) {
-        pthread_detach(own.thread);
+    if (is_same_thread(own.thread, current_thread())) {
+        detach_thread(own.thread);
         own.ends_itself = true;
+        static_cast<void>(params.release());
         return;
     }
-    pthread_join(own.thread, nullptr);
+    join_thread(own.thread);
     own.core->end(own.client);
-    delete params;
 }
 
 } // namespace
@@ -101,9 +101,9 @@ bool TcpServer::cleanup_client_threads() {
         slots.swap(data->client_threads);
     }
     // Without a core there are clients only if the server still took some in after a `stop`.
-    for (TcpServerClientThreadParams* params : slots)
+    for (auto& params : slots)
         if (params)
-            finish(params);
+            finish(std::move(params));
     return has_core;
 }
 
@@ -124,8 +124,11 @@ void TcpServer::threaded_client_callback(bool state) {
 }
 
 void TcpServer::set_stop_message(const char* text) {
-    if (!text)
+    if (!text) {
+        misuse("TcpServer::set_stop_message", "a null text");
         return;
+    }
+    // Cut first, so that the lock is held for the copy alone.
     char message[sizeof data->stop_message] = {};
     std::strncpy(message, text, sizeof message - 1);
     const std::size_t length = std::strlen(message);
@@ -150,7 +153,7 @@ bool TcpServer::TcpServerData::is_stop_message(std::string_view message) const {
 
 void TcpServer::TcpServerData::shut_down_clients() {
     const std::lock_guard guard(mutex);
-    for (TcpServerClientThreadParams* params : client_threads)
+    for (const auto& params : client_threads)
         if (params)
             params->data->core->shut_down(params->data->client);
 }
@@ -158,15 +161,17 @@ void TcpServer::TcpServerData::shut_down_clients() {
 bool TcpServer::send_stop_message() {
     const auto core = data->core();
     if (!core)
-        return false;
+        return misuse("TcpServer::send_stop_message", "a server that doesn't run");
+    // Callbacks that wait for data go on.
     data->shut_down_clients();
     unsigned short port = 0;
     {
         const std::lock_guard guard(data->mutex);
         if (!data->server_socket)
-            return false;
+            return misuse("TcpServer::send_stop_message", "a server that doesn't listen");
         port = data->server_socket->local.port;
     }
+    // The flag alone would only be seen after the next client: a connection of its own is one.
     Socket* const socket = core->create_socket(SOCKET_TYPE_STREAM, SOCKET_PROTOCOL_TCP);
     if (!socket)
         return false;

@@ -4,6 +4,7 @@
 /// TcpServer: remote control of a running host by short messages.
 
 #include <cstdint>
+#include <memory>
 #include <sys/types.h>
 
 #include "orvex/api.h"
@@ -49,10 +50,10 @@ struct ORVEX_API TcpServerClientThreadParams {
     std::int32_t buffer_size = 0;   ///< bytes of the message plus 1; 0 under `run_v2`
     std::uint8_t* buffer = nullptr; ///< the message; null under `run_v2`
 
-    TcpServerClientThreadData* data = nullptr; ///< the server's own
+    std::unique_ptr<TcpServerClientThreadData> data; ///< the server's own
 
-    /// All fields as told at each.
-    TcpServerClientThreadParams() = default;
+    /// All fields as written at each.
+    TcpServerClientThreadParams();
     TcpServerClientThreadParams(const TcpServerClientThreadParams&) = delete;
     TcpServerClientThreadParams& operator=(const TcpServerClientThreadParams&) = delete;
     ~TcpServerClientThreadParams();
@@ -169,7 +170,7 @@ public:
 
 private:
     struct TcpServerData;
-    TcpServerData* data;
+    std::unique_ptr<TcpServerData> data;
 };
 
 /// The thread of one message under `TcpServer::run`: calls back, ends the connection and the

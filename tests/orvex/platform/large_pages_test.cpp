@@ -13,7 +13,7 @@ namespace orvex_test {
 using namespace orvex;
 namespace {
 
-constexpr std::size_t LARGE_PAGE = std::size_t{2} << 20;
+constexpr std::size_t large_page = std::size_t{2} << 20;
 
 // Around each size at which memory is asked for in another way.
 constexpr std::size_t SIZES[] = {0,
@@ -23,13 +23,13 @@ constexpr std::size_t SIZES[] = {0,
                                  128u << 10,
                                  (1u << 20) - 1,
                                  1u << 20,
-                                 LARGE_PAGE - 1,
-                                 LARGE_PAGE,
-                                 LARGE_PAGE + 1,
-                                 LARGE_PAGE + LARGE_PAGE / 2,
-                                 2 * LARGE_PAGE - 1,
-                                 2 * LARGE_PAGE,
-                                 3 * LARGE_PAGE + 5};
+                                 large_page - 1,
+                                 large_page,
+                                 large_page + 1,
+                                 large_page + large_page / 2,
+                                 2 * large_page - 1,
+                                 2 * large_page,
+                                 3 * large_page + 5};
 
 bool holds_only(const std::byte* bytes, std::size_t count, std::byte value) {
     return std::all_of(bytes, bytes + count, [value](std::byte byte) { return byte == value; });
@@ -50,8 +50,8 @@ TEST(LargeBlock, has_all_its_bytes_to_itself) {
 TEST(LargeBlock, of_half_a_large_page_or_more_begins_with_one) {
     for (const std::size_t size : SIZES) {
         const LargeBlock block = new_large_block(size);
-        if (size >= LARGE_PAGE / 2)
-            EXPECT_EQ(reinterpret_cast<std::uintptr_t>(block.get()) % LARGE_PAGE, 0u) << size;
+        if (size >= large_page / 2)
+            EXPECT_EQ(reinterpret_cast<std::uintptr_t>(block.get()) % large_page, 0u) << size;
     }
 }
 

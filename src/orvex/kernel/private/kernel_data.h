@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "orvex/kernel/kernel.h"
-#include "orvex/platform/private/kernel_platform.h"
+#include "orvex/platform/private/system_names.h"
 
 namespace orvex {
 

@@ -2,6 +2,17 @@
 
 /// @file
 /// The private records of TcpServer.
+///
+/// Which thread touches what:
+/// - the serving thread, in `run` or `run_v2`, accepts and reads; the lists at the end are its own;
+/// - a client thread works on the parameters that it was given, and on the core;
+/// - any thread sets, stops and cleans up; what they share with the two above lies under `mutex`,
+/// or
+///   is atomic.
+///
+/// Who closes a descriptor: that of a connection `ServerSocketCore::end`, when its callback has
+/// returned, unless the callback did; that of a connection that isn't served the end of the server;
+/// that of the listener the stop text. After `send_stop_message` the listener stays open.
 
 #include <array>
 #include <atomic>
@@ -24,13 +35,13 @@ struct TcpServerClientThreadData {
 };
 
 struct TcpServer::TcpServerData {
-    using Slots = std::array<TcpServerClientThreadParams*, 128>;
+    using Slots = std::array<std::unique_ptr<TcpServerClientThreadParams>, 128>;
 
     /// Covers what follows, up to the flags. Held during no callback and no join.
     mutable std::mutex mutex;
     Slots client_threads{};
     std::shared_ptr<ServerSocketCore> socket_core;
-    Socket* server_socket = nullptr;
+    std::unique_ptr<Socket> server_socket; ///< the record; its descriptor outlives it
     char stop_message[128] = "STOP_ORVEX_TCP_SERVER";
     std::size_t stop_message_length = 21;
     TcpServerClientProc client_proc = nullptr;
@@ -42,8 +53,8 @@ struct TcpServer::TcpServerData {
     std::atomic<bool> threaded_client_callback{false};
     int id = 0;
 
-    std::vector<Socket*> left_open;     ///< connections that are not served, of the serving thread
-    std::vector<Socket*> old_listeners; ///< records; the descriptors stay open
+    std::vector<Socket*> left_open; ///< connections that are not served, of the serving thread
+    std::vector<std::unique_ptr<Socket>> old_listeners; ///< records; the descriptors stay open
 
     std::shared_ptr<ServerSocketCore> core() const;
     std::shared_ptr<ServerSocketCore> start_core();

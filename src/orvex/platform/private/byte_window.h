@@ -1,5 +1,8 @@
 #pragma once
 
+/// @file
+/// Random access to the bytes of a file.
+
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -10,7 +13,7 @@ namespace orvex {
 class ByteWindow {
 public:
     /// The largest count that `at` can be asked for.
-    static constexpr std::size_t LARGEST_VIEW = 16 * 1024;
+    static constexpr std::size_t largest_view = 16 * 1024;
 
     ByteWindow() = default;
     /// Looks at bytes that the caller keeps.
@@ -19,29 +22,31 @@ public:
     ByteWindow(const ByteWindow&) = delete;
     ByteWindow& operator=(const ByteWindow&) = delete;
 
-    /// Opens a regular file; devices and pipes are refused. @return false if it can't be opened
+    /// Opens a regular file; devices and pipes are refused.
+    /// @return false if it can't be opened
     bool open(const char* path);
 
-    std::uint64_t size() const { return size_; }
+    /// Bytes in all, of the file or of the memory.
+    std::uint64_t size() const { return file_size; }
 
     /// The bytes from `offset` on, valid until the next call.
-    /// @param count  LARGEST_VIEW at most
+    /// @param count  largest_view at most
     /// @return null if they don't all lie within the file, or can't be read
     const unsigned char* at(std::uint64_t offset, std::size_t count) {
-        if (offset >= begin_ && offset <= end_ && count <= end_ - offset)
-            return bytes_ + (offset - begin_);
+        if (offset >= begin && offset <= end && count <= end - offset)
+            return bytes + (offset - begin);
         return move_to(offset, count);
     }
 
 private:
     const unsigned char* move_to(std::uint64_t offset, std::size_t count);
 
-    const unsigned char* bytes_ = nullptr; ///< the window, from begin_ to end_ in the file
-    std::uint64_t begin_ = 0;
-    std::uint64_t end_ = 0;
-    std::uint64_t size_ = 0;
-    std::unique_ptr<unsigned char[]> buffer_;
-    int fd_ = -1;
+    const unsigned char* bytes = nullptr; ///< the window, from begin to end in the file
+    std::uint64_t begin = 0;
+    std::uint64_t end = 0;
+    std::uint64_t file_size = 0;
+    std::unique_ptr<unsigned char[]> buffer;
+    int descriptor = -1;
 };
 
 } // namespace orvex

@@ -2,6 +2,7 @@
 
 #include <cerrno>
 #include <new>
+#include <utility>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -17,18 +18,18 @@ class Descriptor {
 public:
     // Without blocking, so that a pipe that nobody writes to is refused at once.
     explicit Descriptor(const char* path)
-        : fd_(::open(path, O_RDONLY | O_CLOEXEC | O_NONBLOCK)) {}
+        : fd(::open(path, O_RDONLY | O_CLOEXEC | O_NONBLOCK)) {}
     ~Descriptor() {
-        if (fd_ >= 0)
-            ::close(fd_);
+        if (fd >= 0)
+            ::close(fd);
     }
     Descriptor(const Descriptor&) = delete;
     Descriptor& operator=(const Descriptor&) = delete;
 
-    int get() const { return fd_; }
+    int get() const { return fd; }
 
 private:
-    int fd_;
+    int fd;
 };
 
 bool is_regular_file(int fd, std::size_t& size) {
@@ -55,23 +56,23 @@ bool read_fully(int fd, char* bytes, std::size_t size) {
 } // namespace
 
 bool FileBytes::read(const char* path, std::size_t limit) {
-    bytes_.reset();
-    size_ = 0;
-    if (path == nullptr)
+    contents.reset();
+    num_bytes = 0;
+    if (!path)
         return false;
     const Descriptor file(path);
     std::size_t size = 0;
     if (file.get() < 0 || !is_regular_file(file.get(), size) || size > limit)
         return false;
     std::unique_ptr<char[]> bytes(new (std::nothrow) char[size + 1]);
-    if (bytes == nullptr)
+    if (!bytes)
         return false;
     advise_filling(bytes.get(), size);
     if (!read_fully(file.get(), bytes.get(), size))
         return false;
     bytes[size] = '\0';
-    bytes_ = std::move(bytes);
-    size_ = size;
+    contents = std::move(bytes);
+    num_bytes = size;
     return true;
 }
 

@@ -1,5 +1,8 @@
 #pragma once
 
+/// @file
+/// The bytes of a file.
+
 #include <cstddef>
 #include <memory>
 
@@ -16,15 +19,18 @@ public:
     /// @return false if the file can't be read to its end; the bytes held before are gone
     bool read(const char* path, std::size_t limit = static_cast<std::size_t>(-1));
 
-    const char* text() const { return bytes_.get(); }
+    /// What was read, with a zero behind it; null before the first file.
+    const char* text() const { return contents.get(); }
+    /// The same as bytes.
     const unsigned char* data() const {
-        return reinterpret_cast<const unsigned char*>(bytes_.get());
+        return reinterpret_cast<const unsigned char*>(contents.get());
     }
-    std::size_t size() const { return size_; }
+    /// Bytes of the file, without the zero.
+    std::size_t size() const { return num_bytes; }
 
 private:
-    std::unique_ptr<char[]> bytes_;
-    std::size_t size_ = 0;
+    std::unique_ptr<char[]> contents;
+    std::size_t num_bytes = 0;
 };
 
 } // namespace orvex

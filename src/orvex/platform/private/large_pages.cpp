@@ -10,19 +10,19 @@ namespace orvex {
 
 namespace {
 
-constexpr std::size_t LARGE_PAGE = std::size_t{2} << 20;
+constexpr std::size_t large_page = std::size_t{2} << 20;
 
 // Below this a large page would mostly be zeroed for nothing.
-constexpr std::size_t SMALLEST_BLOCK = 2 * LARGE_PAGE;
+constexpr std::size_t smallest_block = 2 * large_page;
 
 } // namespace
 
 void advise_large_pages(void* block, std::size_t bytes) {
-    if (bytes < SMALLEST_BLOCK)
+    if (bytes < smallest_block)
         return;
     const auto address = reinterpret_cast<std::uintptr_t>(block);
-    const std::uintptr_t first = (address + LARGE_PAGE - 1) & ~(LARGE_PAGE - 1);
-    const std::uintptr_t last = (address + bytes) & ~(LARGE_PAGE - 1);
+    const std::uintptr_t first = (address + large_page - 1) & ~(large_page - 1);
+    const std::uintptr_t last = (address + bytes) & ~(large_page - 1);
     if (last > first)
         ::madvise(reinterpret_cast<void*>(first), last - first, MADV_HUGEPAGE);
 }
@@ -30,7 +30,7 @@ void advise_large_pages(void* block, std::size_t bytes) {
 namespace {
 
 // Below this, asking costs about as much as it spares.
-constexpr std::size_t SMALLEST_BLOCK_AT_ONCE = std::size_t{128} << 10;
+constexpr std::size_t smallest_block_at_once = std::size_t{128} << 10;
 
 /// Whether the system has given memory for a page. Where it can't tell, it has.
 bool is_present(std::uintptr_t page, std::size_t page_size) {
@@ -43,7 +43,7 @@ bool is_present(std::uintptr_t page, std::size_t page_size) {
 void advise_filling(void* block, std::size_t bytes) {
     advise_large_pages(block, bytes);
 #ifdef MADV_POPULATE_WRITE
-    if (bytes < SMALLEST_BLOCK_AT_ONCE || bytes >= SMALLEST_BLOCK)
+    if (bytes < smallest_block_at_once || bytes >= smallest_block)
         return;
     const auto page_size = static_cast<std::uintptr_t>(::sysconf(_SC_PAGESIZE));
     const auto address = reinterpret_cast<std::uintptr_t>(block);
@@ -57,7 +57,7 @@ void advise_filling(void* block, std::size_t bytes) {
 
 void LargeBlockDeleter::operator()(std::byte* block) const {
     if (is_aligned)
-        ::operator delete[](block, std::align_val_t{LARGE_PAGE});
+        ::operator delete[](block, std::align_val_t{large_page});
     else
         ::operator delete[](block);
 }
@@ -66,8 +66,8 @@ namespace {
 
 /// Up to whole large pages, if that leaves less than half of the last one unused.
 std::size_t fit_large_pages(std::size_t bytes) {
-    const std::size_t rest = bytes % LARGE_PAGE;
-    return rest < LARGE_PAGE / 2 ? bytes : bytes + (LARGE_PAGE - rest);
+    const std::size_t rest = bytes % large_page;
+    return rest < large_page / 2 ? bytes : bytes + (large_page - rest);
 }
 
 } // namespace
@@ -75,15 +75,15 @@ std::size_t fit_large_pages(std::size_t bytes) {
 LargeBlock new_large_block(std::size_t bytes) {
     if (bytes > static_cast<std::size_t>(-1) / 2)
         throw std::bad_alloc();
-    if (bytes < LARGE_PAGE / 2) {
+    if (bytes < large_page / 2) {
         LargeBlock block(static_cast<std::byte*>(::operator new[](bytes)), {});
         advise_filling(block.get(), bytes);
         return block;
     }
     bytes = fit_large_pages(bytes);
-    LargeBlock block(static_cast<std::byte*>(::operator new[](bytes, std::align_val_t{LARGE_PAGE})),
+    LargeBlock block(static_cast<std::byte*>(::operator new[](bytes, std::align_val_t{large_page})),
                      {true});
-    ::madvise(block.get(), bytes - bytes % LARGE_PAGE, MADV_HUGEPAGE);
+    ::madvise(block.get(), bytes - bytes % large_page, MADV_HUGEPAGE);
     return block;
 }
 

@@ -1,5 +1,8 @@
 #pragma once
 
+/// @file
+/// Memory on large pages, for blocks that are filled from end to end.
+
 #include <cstddef>
 #include <memory>
 #include <new>
@@ -34,10 +37,12 @@ T* new_large_array(std::size_t count) {
     return elements;
 }
 
+/// Gives a block back as it was taken.
 struct LargeBlockDeleter {
     bool is_aligned = false;
     void operator()(std::byte* block) const;
 };
+/// Bytes that end with their scope.
 using LargeBlock = std::unique_ptr<std::byte[], LargeBlockDeleter>;
 
 /// Memory that is needed for a while only: a block of half a large page or more is made to fit

@@ -1,6 +1,7 @@
 #include "orvex/platform/private/loaded_library.h"
 
 #include <initializer_list>
+#include <utility>
 
 #include <dlfcn.h>
 
@@ -17,6 +18,28 @@ LoadedLibrary::LoadedLibrary(const char* name, const char* other_name) {
 
 void* LoadedLibrary::address(const char* name) const {
     return library ? dlsym(library, name) : nullptr;
+}
+
+OpenedModule::OpenedModule(const char* filename)
+    : handle(dlopen(filename, RTLD_LAZY)) {}
+
+OpenedModule::~OpenedModule() {
+    if (handle)
+        dlclose(handle);
+}
+
+void* OpenedModule::release() {
+    return std::exchange(handle, nullptr);
+}
+
+void* OpenedModule::address(const char* name) const {
+    // An older error must not be taken for one of this look-up.
+    dlerror();
+    return dlsym(handle, name);
+}
+
+const char* OpenedModule::error_text() {
+    return dlerror();
 }
 
 } // namespace orvex

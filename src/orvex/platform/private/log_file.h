@@ -16,8 +16,12 @@ public:
     LogFile& operator=(const LogFile&) = delete;
     ~LogFile() { close(); }
 
+    /// Opens the file for writing, and makes it if there is none.
+    /// @param append  keeps what it holds, and writes behind it
     void open(const char* filename, bool append);
+    /// Writes the whole text, or takes no more.
     void write(std::string_view text);
+    /// Gives the descriptor back; nothing unless open.
     void close();
 
 private:

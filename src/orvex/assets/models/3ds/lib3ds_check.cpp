@@ -470,7 +470,7 @@ private:
     /// @return false if the bytes can't be read
     template<class Visitor>
     bool for_each_index(Visitor visit) {
-        constexpr std::uint32_t faces_at_once = ByteWindow::LARGEST_VIEW / FACE_SIZE;
+        constexpr std::uint32_t faces_at_once = ByteWindow::largest_view / FACE_SIZE;
         for (std::uint32_t done = 0; done < mesh_.num_faces;) {
             const std::uint32_t count = std::min(mesh_.num_faces - done, faces_at_once);
             const unsigned char* face =

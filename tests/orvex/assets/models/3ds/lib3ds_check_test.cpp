@@ -430,7 +430,7 @@ TEST(ByteWindow, gives_what_lies_within) {
             ASSERT_NE(at, nullptr) << offset;
             EXPECT_EQ(std::string(reinterpret_cast<const char*>(at), 10), bytes.substr(offset, 10));
         }
-        EXPECT_NE(window->at(0, ByteWindow::LARGEST_VIEW), nullptr);
+        EXPECT_NE(window->at(0, ByteWindow::largest_view), nullptr);
         EXPECT_NE(window->at(40000, 0), nullptr);
         EXPECT_EQ(window->at(39991, 10), nullptr);
         EXPECT_EQ(window->at(40001, 0), nullptr);

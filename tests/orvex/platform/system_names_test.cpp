@@ -1,4 +1,4 @@
-#include "orvex/platform/private/kernel_platform.h"
+#include "orvex/platform/private/system_names.h"
 
 #include <gtest/gtest.h>
 #include <sys/utsname.h>
@@ -8,7 +8,7 @@ namespace orvex_test {
 using namespace orvex;
 namespace {
 
-TEST(KernelPlatform, maps_each_kernel_release_to_a_system) {
+TEST(SystemNames, maps_each_kernel_release_to_a_system) {
     struct Row {
         const char* release;
         int major, minor, patch;
@@ -32,7 +32,7 @@ TEST(KernelPlatform, maps_each_kernel_release_to_a_system) {
     }
 }
 
-TEST(KernelPlatform, is_linux_as_uname_tells_it) {
+TEST(SystemNames, is_linux_as_uname_tells_it) {
     utsname system{};
     ASSERT_EQ(uname(&system), 0);
     const PlatformInformation platform = read_platform_information();

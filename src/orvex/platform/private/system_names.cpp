@@ -1,4 +1,4 @@
-#include "orvex/platform/private/kernel_platform.h"
+#include "orvex/platform/private/system_names.h"
 
 #include <cstdio>
 

@@ -1,7 +1,7 @@
 #pragma once
 
 /// @file
-/// What the kernel reads about the system it runs on.
+/// What the engine tells of the system it runs on.
 
 #include <string>
 
@@ -17,6 +17,7 @@ struct OsxRelease {
 
 /// Maps a kernel release such as "13.4.0" to the system's version. The patch is the kernel's minor
 /// number. An unknown release gives 0.0.0 and "Unknown OSX".
+/// @param kernel_release  never null
 OsxRelease osx_release_of_kernel(const char* kernel_release);
 
 /// Facts of the running system; what belongs to another system stays zero or empty.
@@ -30,6 +31,7 @@ struct PlatformInformation {
     std::string linux_machine;
 };
 
+/// Reads them. Where the system doesn't tell, only the name of the platform is set.
 PlatformInformation read_platform_information();
 
 } // namespace orvex
