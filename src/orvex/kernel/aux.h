@@ -30,17 +30,17 @@ namespace aux {
 ///                      load before, "" means none
 /// @param resource_dir  prefix of its textures, likewise, for loaders that use one
 /// @return a new model that the caller owns; null for a null name and if no loader accepts the file
-ORVEX_API Model* load_model_from_file(const char* filename, const char* model_dir,
-                                      const char* resource_dir);
+[[nodiscard]] ORVEX_API Model* load_model_from_file(const char* filename, const char* model_dir,
+                                                    const char* resource_dir);
 /// Only the built-in 3DS loader; null in a build without it.
-ORVEX_API Model* load_model_from_file_lib3ds(const char* filename, const char* model_dir,
-                                             const char* resource_dir);
+[[nodiscard]] ORVEX_API Model*
+load_model_from_file_lib3ds(const char* filename, const char* model_dir, const char* resource_dir);
 /// Only the built-in OBJ loader.
-ORVEX_API Model* load_model_from_file_obj(const char* filename, const char* model_dir,
-                                          const char* resource_dir);
+[[nodiscard]] ORVEX_API Model* load_model_from_file_obj(const char* filename, const char* model_dir,
+                                                        const char* resource_dir);
 /// Only the plugin "orvex_plugin_fbx", if one is loaded.
-ORVEX_API Model* load_model_from_file_fbx(const char* filename, const char* model_dir,
-                                          const char* resource_dir);
+[[nodiscard]] ORVEX_API Model* load_model_from_file_fbx(const char* filename, const char* model_dir,
+                                                        const char* resource_dir);
 
 /// The lit colour of one vertex; see `Kernel::compute_object_vertex_color`.
 ORVEX_API bool compute_object_vertex_color(Object* object, unsigned long vertex_index,

@@ -15,7 +15,8 @@ bool start(const char* log_filename, bool log_enabled, void (*callback)(const ch
 
 bool stop(const char* message) {
     Kernel::get()->stop();
-    log_trace(message);
+    if (message)
+        log_trace(message);
     return log_stop();
 }
 

@@ -1,3 +1,8 @@
+/// @file
+/// Kernel: life, version and platform. The order of start and stop is what hosts see in the log:
+/// the plugins first, then the managers of what needs a renderer later; on stop the managers first,
+/// since what they hold may belong to a codec.
+
 #include "orvex/kernel/kernel.h"
 
 #include "orvex/assets/materials/material_mgr.h"
@@ -27,14 +32,11 @@ Kernel* Kernel::get() {
 }
 
 Kernel::Kernel()
-    : data(new cKernelData) {
-    static Kernel* const kernel = this;
-    listen_to_plugin_ends([](Plugin* plugin) { kernel->forget(plugin); });
+    : data(std::make_unique<cKernelData>()) {
+    listen_to_plugin_ends([](Plugin* plugin) { get()->forget(plugin); });
 }
 
-Kernel::~Kernel() {
-    delete data;
-}
+Kernel::~Kernel() = default;
 
 bool Kernel::start() {
     if (started)

@@ -3,6 +3,8 @@
 /// @file
 /// Kernel: start and stop of the engine, its plugins, and the doors for model loading.
 
+#include <memory>
+
 #include "orvex/api.h"
 
 namespace orvex {
@@ -113,7 +115,7 @@ public:
     bool insert_core_plugin(Plugin* plugin);
 
     /// The engine has no renderer that draws nothing. @return null
-    Renderer* get_null_renderer();
+    Renderer* get_null_renderer() const;
 
     /// @}
     /// @name Plugins
@@ -137,7 +139,7 @@ public:
     int unload_all_plugins();
 
     /// The registered plugin of this id; null if there is none.
-    Plugin* get_plugin(int id);
+    Plugin* get_plugin(int id) const;
 
     /// Calls the operation of each registered plugin in order. @return true
     bool initialize_all_plugins();
@@ -162,7 +164,7 @@ public:
     /// Copies all entries, each followed by ";", into `buffer`: at most `size` - 1 bytes, the rest
     /// of them zeroed. The last byte is never written: a caller who may see a cut text zeroes it.
     /// @return false for a null buffer or no size
-    bool plugin_search_path_get(char* buffer, unsigned long size);
+    bool plugin_search_path_get(char* buffer, unsigned long size) const;
 
     /// Removes all entries. @return true
     bool plugin_search_path_clear();
@@ -176,40 +178,43 @@ public:
     /// @{
 
     /// Offers the file to every registered 3D loader in order.
-    Model* load_model_from_file(const char* filename, const char* model_dir,
-                                const char* resource_dir);
+    [[nodiscard]] Model* load_model_from_file(const char* filename, const char* model_dir,
+                                              const char* resource_dir);
     /// As `load_model_from_file`, with the storage chosen.
     /// @param vertex_alignment  of the meshes' arrays in bytes; below 1 for ordinary memory
-    Model* load_model_from_file_v2(const char* filename, const char* model_dir,
-                                   const char* resource_dir, bool separate_vertex_arrays,
-                                   int vertex_alignment);
+    [[nodiscard]] Model* load_model_from_file_v2(const char* filename, const char* model_dir,
+                                                 const char* resource_dir,
+                                                 bool separate_vertex_arrays, int vertex_alignment);
 
     /// Only the built-in 3DS loader.
-    Model* load_model_from_file_lib3ds(const char* filename, const char* model_dir,
-                                       const char* resource_dir);
+    [[nodiscard]] Model* load_model_from_file_lib3ds(const char* filename, const char* model_dir,
+                                                     const char* resource_dir);
     /// As `load_model_from_file_lib3ds`, with the storage chosen.
     /// @param vertex_alignment  of the meshes' arrays in bytes; below 1 for ordinary memory
-    Model* load_model_from_file_lib3ds_v2(const char* filename, const char* model_dir,
-                                          const char* resource_dir, bool separate_vertex_arrays,
-                                          int vertex_alignment);
+    [[nodiscard]] Model* load_model_from_file_lib3ds_v2(const char* filename, const char* model_dir,
+                                                        const char* resource_dir,
+                                                        bool separate_vertex_arrays,
+                                                        int vertex_alignment);
 
     /// Only the built-in OBJ loader.
-    Model* load_model_from_file_obj(const char* filename, const char* model_dir,
-                                    const char* resource_dir);
+    [[nodiscard]] Model* load_model_from_file_obj(const char* filename, const char* model_dir,
+                                                  const char* resource_dir);
     /// As `load_model_from_file_obj`, with the storage chosen.
     /// @param vertex_alignment  of the meshes' arrays in bytes; below 1 for ordinary memory
-    Model* load_model_from_file_obj_v2(const char* filename, const char* model_dir,
-                                       const char* resource_dir, bool separate_vertex_arrays,
-                                       int vertex_alignment);
+    [[nodiscard]] Model* load_model_from_file_obj_v2(const char* filename, const char* model_dir,
+                                                     const char* resource_dir,
+                                                     bool separate_vertex_arrays,
+                                                     int vertex_alignment);
 
     /// Only the first registered 3D loader named "orvex_plugin_fbx", which comes from outside.
-    Model* load_model_from_file_fbx(const char* filename, const char* model_dir,
-                                    const char* resource_dir);
+    [[nodiscard]] Model* load_model_from_file_fbx(const char* filename, const char* model_dir,
+                                                  const char* resource_dir);
     /// As `load_model_from_file_fbx`, with the storage chosen.
     /// @param vertex_alignment  of the meshes' arrays in bytes; below 1 for ordinary memory
-    Model* load_model_from_file_fbx_v2(const char* filename, const char* model_dir,
-                                       const char* resource_dir, bool separate_vertex_arrays,
-                                       int vertex_alignment);
+    [[nodiscard]] Model* load_model_from_file_fbx_v2(const char* filename, const char* model_dir,
+                                                     const char* resource_dir,
+                                                     bool separate_vertex_arrays,
+                                                     int vertex_alignment);
 
     /// @}
     /// @name Vertex lighting
@@ -232,13 +237,13 @@ public:
     /// @param clamp      limits all four components to 0..1
     /// @return false for a null object, and if it gives no such vertex
     bool compute_object_vertex_color(Object* object, unsigned long vertex_index, vec4& out_color,
-                                     Material* material, Light* light, bool clamp);
+                                     Material* material, Light* light, bool clamp) const;
     /// The same with a matrix in place of the object's absolute transform, and a position in place
     /// of the light's own.
     bool compute_object_vertex_color_v2(Object* object, const mat4& transform,
                                         unsigned long vertex_index, vec4& out_color,
                                         Material* material, Light* light,
-                                        const vec4& light_position, bool clamp);
+                                        const vec4& light_position, bool clamp) const;
 
     /// @}
     /// @name Textures of render targets
@@ -263,7 +268,7 @@ private:
     void forget(Plugin* plugin);
 
     struct cKernelData;
-    cKernelData* data;
+    std::unique_ptr<cKernelData> data;
     bool started = false;
     Loader3D* loader_lib3ds = nullptr; ///< owned by the plugin registry
     Loader3D* loader_obj = nullptr;    ///< owned by the plugin registry

@@ -3,6 +3,7 @@
 #include <cmath>
 
 #include "orvex/assets/materials/material.h"
+#include "orvex/base/private/misuse.h"
 #include "orvex/math/mat4.h"
 #include "orvex/renderer/records/vertex.h"
 #include "orvex/scene/light.h"
@@ -56,9 +57,9 @@ vec4 lit_color(const Vertex& vertex, const Material* material, const VertexLight
 
 bool Kernel::compute_object_vertex_color(Object* object, unsigned long vertex_index,
                                          vec4& out_color, Material* material, Light* light,
-                                         bool clamp) {
+                                         bool clamp) const {
     if (!object)
-        return false;
+        return misuse("Kernel::compute_object_vertex_color", "a null object");
     return compute_object_vertex_color_v2(object, object->get_absolute_transform(), vertex_index,
                                           out_color, material, light,
                                           light ? *light->get_absolute_position() : vec4(), clamp);
@@ -67,10 +68,12 @@ bool Kernel::compute_object_vertex_color(Object* object, unsigned long vertex_in
 bool Kernel::compute_object_vertex_color_v2(Object* object, const mat4& transform,
                                             unsigned long vertex_index, vec4& out_color,
                                             Material* material, Light* light,
-                                            const vec4& light_position, bool clamp) {
-    const Vertex* const vertex = object ? object->get_vertex(vertex_index) : nullptr;
+                                            const vec4& light_position, bool clamp) const {
+    if (!object)
+        return misuse("Kernel::compute_object_vertex_color_v2", "a null object");
+    const Vertex* const vertex = object->get_vertex(vertex_index);
     if (!vertex)
-        return false;
+        return misuse("Kernel::compute_object_vertex_color_v2", "no vertex that it could read");
     const VertexLight lit =
         light ? light_of(*light, light_position, transform, *vertex) : VertexLight();
     vec4 color = lit_color(*vertex, material, lit);

@@ -1,3 +1,8 @@
+/// @file
+/// Kernel: loading models. Every entrance makes one request, and one new model that the loaders
+/// fill in turn: a loader that refuses has left the model as it was. The model is the host's once
+/// one has accepted, and ends with the request if none has.
+
 #include "orvex/kernel/kernel.h"
 
 #include <cstring>
@@ -7,6 +12,7 @@
 #include "orvex/assets/textures/texture_mgr.h"
 #include "orvex/base/loader_3d.h"
 #include "orvex/base/plugin_mgr.h"
+#include "orvex/base/private/misuse.h"
 #include "orvex/geometry/mesh/model.h"
 
 namespace orvex {
@@ -44,8 +50,12 @@ unsigned long number_of_loaders() {
     return PluginMgr::get()->get_num_plugins_by_type(PLUGIN_TYPE_LOADER_3D);
 }
 
+bool has_file(const ModelRequest& request) {
+    return request.filename || misuse("Kernel::load_model_from_file", "a null file name");
+}
+
 Model* load_with_any_loader(const ModelRequest& request) {
-    if (!request.filename)
+    if (!has_file(request))
         return nullptr;
     auto model = new_model(request);
     for (unsigned long i = 0; i < number_of_loaders(); ++i) {
@@ -57,14 +67,14 @@ Model* load_with_any_loader(const ModelRequest& request) {
 }
 
 Model* load_with_one_loader(Loader3D* loader, const ModelRequest& request) {
-    if (!request.filename || !loader)
+    if (!has_file(request) || !loader)
         return nullptr;
     auto model = new_model(request);
     return load_with(*loader, *model, request) ? model.release() : nullptr;
 }
 
 Model* load_with_named_loader(const char* name, const ModelRequest& request) {
-    if (!request.filename)
+    if (!has_file(request))
         return nullptr;
     constexpr std::size_t compared_length = 127;
     auto model = new_model(request);
@@ -128,16 +138,20 @@ Model* Kernel::load_model_from_file_fbx_v2(const char* filename, const char* mod
 
 Texture* Kernel::create_color_texture_from_render_target(RenderTarget* target,
                                                          unsigned long color_index) {
-    if (!target)
+    if (!target) {
+        misuse("Kernel::create_color_texture_from_render_target", "a null target");
         return nullptr;
+    }
     Texture* const texture = TextureMgr::get()->create_texture();
     texture->init_color_texture_from_render_target(target, color_index);
     return texture;
 }
 
 Texture* Kernel::create_depth_texture_from_render_target(RenderTarget* target) {
-    if (!target)
+    if (!target) {
+        misuse("Kernel::create_depth_texture_from_render_target", "a null target");
         return nullptr;
+    }
     Texture* const texture = TextureMgr::get()->create_texture();
     texture->init_depth_texture_from_render_target(target);
     return texture;

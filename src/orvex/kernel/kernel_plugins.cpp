@@ -1,7 +1,14 @@
+/// @file
+/// Kernel: the built-in plugins, those of hosts, and the search path. The registry owns every
+/// plugin; the kernel keeps plain pointers to its two loaders, and forgets them before they end. A
+/// built-in plugin belongs to its maker here until it is inserted, initialized and started.
+
 #include "orvex/kernel/kernel.h"
 
 #include <algorithm>
+#include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "orvex/assets/images/codecs/image_codec_stb.h"
@@ -10,6 +17,7 @@
 #include "orvex/base/loader_3d.h"
 #include "orvex/base/log_mgr.h"
 #include "orvex/base/plugin_mgr.h"
+#include "orvex/base/private/misuse.h"
 #include "orvex/kernel/private/kernel_data.h"
 #include "orvex/renderer/opengl/private/renderer_opengl.h"
 
@@ -23,24 +31,27 @@ bool Kernel::load_core_plugins() {
 
 namespace {
 
-void run_core_plugin(Kernel& kernel, Plugin* plugin) {
-    kernel.insert_core_plugin(plugin);
+/// If memory runs out in here the plugin ends, and leaves the registry with that.
+template<class Kind>
+Kind* run_core_plugin(Kernel& kernel, std::unique_ptr<Kind> plugin) {
+    kernel.insert_core_plugin(plugin.get());
     plugin->initialize();
     plugin->start();
+    return plugin.release();
 }
 
 } // namespace
 
 bool Kernel::load_core_image_codec_plugins() {
-    run_core_plugin(*this, new ImageCodecStb);
+    run_core_plugin(*this, std::make_unique<ImageCodecStb>());
     return true;
 }
 
 namespace {
 
-Loader3D* new_lib3ds_loader() {
+std::unique_ptr<Loader3D> new_lib3ds_loader() {
 #ifdef ORVEX_WITH_LIB3DS
-    return new Loader3D_Lib3ds;
+    return std::make_unique<Loader3D_Lib3ds>();
 #else
     LogMgr::get()->trace("orvex::Kernel - this build has no 3DS loader.");
     return nullptr;
@@ -51,24 +62,19 @@ Loader3D* new_lib3ds_loader() {
 
 bool Kernel::load_core_loader3d_plugins() {
     if (!loader_lib3ds) {
-        Loader3D* const loader = new_lib3ds_loader();
-        if (loader)
-            run_core_plugin(*this, loader);
-        loader_lib3ds = loader;
+        if (std::unique_ptr<Loader3D> loader = new_lib3ds_loader())
+            loader_lib3ds = run_core_plugin(*this, std::move(loader));
     }
-    if (!loader_obj) {
-        auto* const loader = new Loader3D_OBJ;
-        run_core_plugin(*this, loader);
-        loader_obj = loader;
-    }
+    if (!loader_obj)
+        loader_obj = run_core_plugin(*this, std::make_unique<Loader3D_OBJ>());
     return true;
 }
 
 Renderer* Kernel::load_core_opengl_renderer_plugin(bool create_new) {
     if (create_new) {
-        auto* const renderer = new RendererOpenGL;
-        insert_core_plugin(renderer);
-        return renderer;
+        auto renderer = std::make_unique<RendererOpenGL>();
+        insert_core_plugin(renderer.get());
+        return renderer.release();
     }
     // Only the first renderer is ever asked, however many there are.
     Plugin* const first = PluginMgr::get()->get_plugin_by_type(PLUGIN_TYPE_RENDERER, 0);
@@ -83,7 +89,7 @@ constexpr char description_format[] = "%s: %s. By %s";
 
 bool Kernel::insert_core_plugin(Plugin* plugin) {
     if (!plugin)
-        return false;
+        return misuse("Kernel::insert_core_plugin", "a null plugin");
     PluginMgr::get()->insert_plugin(plugin);
     LogMgr* const log = LogMgr::get();
     log->tracef_debug("Core plugin (%s::%d) loaded ok.", plugin->get_name(), plugin->get_id());
@@ -92,7 +98,7 @@ bool Kernel::insert_core_plugin(Plugin* plugin) {
     return true;
 }
 
-Renderer* Kernel::get_null_renderer() {
+Renderer* Kernel::get_null_renderer() const {
     return nullptr;
 }
 
@@ -113,8 +119,11 @@ int load_from_search_path(const std::vector<std::string>& directories, const cha
 } // namespace
 
 Plugin* Kernel::load_plugin(const char* filename, bool force, bool use_search_path) {
-    if (!filename)
+    if (!filename) {
+        misuse("Kernel::load_plugin", "a null file name");
         return nullptr;
+    }
+    // A search that finds nothing says nothing of its own.
     int id = -1;
     if (use_search_path) {
         id = load_from_search_path(data->plugin_search_path, filename, force);
@@ -123,6 +132,7 @@ Plugin* Kernel::load_plugin(const char* filename, bool force, bool use_search_pa
     } else {
         id = PluginMgr::get()->load_plugin(filename, force);
     }
+    // The plugin may have ended in its own module's code.
     LogMgr* const log = LogMgr::get();
     Plugin* const plugin = PluginMgr::get()->get_plugin(id);
     if (!plugin) {
@@ -151,7 +161,10 @@ int Kernel::unload_plugin(int id) {
 }
 
 int Kernel::unload_plugin(Plugin* plugin) {
-    return plugin ? unload_plugin(plugin->get_id()) : 0;
+    if (plugin)
+        return unload_plugin(plugin->get_id());
+    misuse("Kernel::unload_plugin", "a null plugin");
+    return 0;
 }
 
 int Kernel::unload_all_plugins() {
@@ -160,7 +173,7 @@ int Kernel::unload_all_plugins() {
     return PluginMgr::get()->unload_all_plugins();
 }
 
-Plugin* Kernel::get_plugin(int id) {
+Plugin* Kernel::get_plugin(int id) const {
     return PluginMgr::get()->get_plugin(id);
 }
 
@@ -193,28 +206,30 @@ bool Kernel::terminate_all_plugins() {
 
 bool Kernel::plugin_search_path_add_dir(const char* directory) {
     if (!directory)
-        return false;
+        return misuse("Kernel::plugin_search_path_add_dir", "a null directory");
     data->plugin_search_path.emplace_back(directory);
     return true;
 }
 
 bool Kernel::plugin_search_path_remove_dir(const char* directory) {
     if (!directory)
-        return false;
+        return misuse("Kernel::plugin_search_path_remove_dir", "a null directory");
     auto& path = data->plugin_search_path;
     const auto entry = std::find(path.begin(), path.end(), directory);
     if (entry == path.end())
-        return false;
+        return misuse("Kernel::plugin_search_path_remove_dir", "a directory that isn't there");
     path.erase(entry);
     return true;
 }
 
-bool Kernel::plugin_search_path_get(char* buffer, unsigned long size) {
+bool Kernel::plugin_search_path_get(char* buffer, unsigned long size) const {
     if (!buffer || size == 0)
-        return false;
+        return misuse("Kernel::plugin_search_path_get", "no buffer");
+    // One text of all entries.
     std::string text;
     for (const std::string& directory : data->plugin_search_path)
         text.append(directory).push_back(';');
+    // Cut and filled up; the last byte of the buffer is left as it is.
     const std::size_t capacity = size - 1;
     const std::size_t length = std::min(text.size(), capacity);
     std::copy_n(text.begin(), length, buffer);
