@@ -1,6 +1,7 @@
 #include "heap.h"
 
 #include <algorithm>
+#include <atomic>
 #include <cstdlib>
 #include <new>
 #include <stdexcept>
@@ -9,6 +10,8 @@ namespace orvex_test {
 namespace {
 
 thread_local CountAllocations* innermost = nullptr;
+
+std::atomic<long> living = 0;
 
 thread_local Refusal refusal;
 thread_local bool is_refusing = false;
@@ -32,6 +35,10 @@ void CountAllocations::tell(void* block, std::size_t size) {
         ++counter->num_blocks;
         counter->newest = block;
     }
+}
+
+long living_blocks() {
+    return living;
 }
 
 RefuseArrays::RefuseArrays(const Refusal& arrays) {
@@ -78,9 +85,17 @@ void* allocate_or_null(std::size_t size, std::align_val_t alignment) noexcept {
         block = std::malloc(bytes);
     else if (posix_memalign(&block, static_cast<std::size_t>(alignment), bytes) != 0)
         return nullptr;
-    if (block)
-        CountAllocations::tell(block, size);
+    if (!block)
+        return nullptr;
+    living.fetch_add(1, std::memory_order_relaxed);
+    CountAllocations::tell(block, size);
     return block;
+}
+
+void give_back(void* block) noexcept {
+    if (block)
+        living.fetch_sub(1, std::memory_order_relaxed);
+    std::free(block);
 }
 
 void* allocate(std::size_t size, std::align_val_t alignment = least_alignment) {
@@ -146,49 +161,49 @@ void* operator new[](std::size_t size, std::align_val_t alignment, const std::no
 }
 
 void operator delete(void* block) noexcept {
-    std::free(block);
+    give_back(block);
 }
 
 void operator delete(void* block, std::size_t) noexcept {
-    std::free(block);
+    give_back(block);
 }
 
 void operator delete(void* block, std::align_val_t) noexcept {
-    std::free(block);
+    give_back(block);
 }
 
 void operator delete(void* block, std::size_t, std::align_val_t) noexcept {
-    std::free(block);
+    give_back(block);
 }
 
 void operator delete(void* block, const std::nothrow_t&) noexcept {
-    std::free(block);
+    give_back(block);
 }
 
 void operator delete(void* block, std::align_val_t, const std::nothrow_t&) noexcept {
-    std::free(block);
+    give_back(block);
 }
 
 void operator delete[](void* block) noexcept {
-    std::free(block);
+    give_back(block);
 }
 
 void operator delete[](void* block, std::size_t) noexcept {
-    std::free(block);
+    give_back(block);
 }
 
 void operator delete[](void* block, std::align_val_t) noexcept {
-    std::free(block);
+    give_back(block);
 }
 
 void operator delete[](void* block, std::size_t, std::align_val_t) noexcept {
-    std::free(block);
+    give_back(block);
 }
 
 void operator delete[](void* block, const std::nothrow_t&) noexcept {
-    std::free(block);
+    give_back(block);
 }
 
 void operator delete[](void* block, std::align_val_t, const std::nothrow_t&) noexcept {
-    std::free(block);
+    give_back(block);
 }

@@ -32,6 +32,10 @@ private:
     void* newest = nullptr;
 };
 
+/// Blocks that `new` has given and `delete` hasn't taken back, of all threads. What is left behind
+/// shows as a difference.
+long living_blocks();
+
 /// What an array that is refused throws.
 enum class Thrown {
     bad_alloc,

@@ -111,6 +111,17 @@ TEST(TestHeap, counts_each_form_of_new_and_takes_its_blocks_back_by_each_form_of
         }
 }
 
+TEST(TestHeap, knows_how_many_blocks_live) {
+    for (const Form& form : forms)
+        for (const auto give_back : form.deletes) {
+            const long before = living_blocks();
+            void* const block = form.allocate(block_size);
+            EXPECT_EQ(living_blocks(), before + 1) << form.name;
+            give_back(block);
+            EXPECT_EQ(living_blocks(), before) << form.name;
+        }
+}
+
 TEST(TestHeap, gives_a_block_of_no_bytes) {
     for (const Form& form : forms) {
         const CountAllocations allocations;

@@ -1,11 +1,16 @@
 #pragma once
 
+#include <algorithm>
+#include <atomic>
 #include <chrono>
 #include <filesystem>
 #include <iterator>
+#include <string>
 #include <thread>
 
+#include <gtest/gtest.h>
 #include <sys/resource.h>
+#include <unistd.h>
 
 namespace orvex_test {
 
@@ -28,9 +33,18 @@ inline bool has_descriptors_after_stop(long most) {
     return count == most || count == most - 1;
 }
 
+/// Starts a thread, and waits until the system has forgotten it.
+inline bool has_had_a_thread() {
+    std::atomic<pid_t> id = 0;
+    std::thread([&id] { id = gettid(); }).join();
+    while (std::filesystem::exists("/proc/self/task/" + std::to_string(id)))
+        std::this_thread::yield();
+    return true;
+}
+
 /// Threads of the process, with one that a tool under which it runs may start beside the first.
 inline long count_threads() {
-    static const bool had_one = (std::thread([] {}).join(), true);
+    static const bool had_one = has_had_a_thread();
     static_cast<void>(had_one);
     return entries_of("/proc/self/task");
 }
@@ -51,6 +65,17 @@ bool eventually(Condition condition) {
 inline bool threads_become(long number) {
     return eventually([number] { return count_threads() == number; });
 }
+
+/// Threads of the process before the first test.
+inline const long threads_at_rest = count_threads();
+
+/// The base of tests that count descriptors or threads: it begins when all threads of earlier tests
+/// have ended. A client thread that nobody joins closes its connection after its client has seen
+/// the end, so that a count taken too early counts what is about to go.
+class QuietTest : public testing::Test {
+protected:
+    QuietTest() { EXPECT_TRUE(threads_become(threads_at_rest)); }
+};
 
 /// Limits the number of open descriptors, or lifts the limit, until the end of its scope.
 class DescriptorLimit {

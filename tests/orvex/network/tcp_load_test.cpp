@@ -27,7 +27,7 @@ void answer(SocketCore* core, Socket* client, unsigned char* message, int size, 
     core->send_socket(client, message, size - 1);
 }
 
-class TcpLoadTest : public testing::Test {
+class TcpLoadTest : public QuietTest {
 protected:
     /// Serves one message a connection while `load` runs, stops by the stop text, and looks at what
     /// is left then.

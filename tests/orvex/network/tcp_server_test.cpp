@@ -67,7 +67,7 @@ std::string received(const std::string& message) {
     return message + '\0';
 }
 
-class TcpServerTest : public testing::Test {
+class TcpServerTest : public QuietTest {
 protected:
     LogLines log;
     Inbox inbox;

@@ -35,7 +35,7 @@ void echo(SocketCore* core, Socket* client, void*, void*) {
     }
 }
 
-class TcpServerV2Test : public testing::Test {
+class TcpServerV2Test : public QuietTest {
 protected:
     TcpServerV2Test() { server.threaded_client_callback(true); }
 
