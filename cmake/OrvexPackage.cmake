@@ -1,7 +1,10 @@
-# Debian packages and the source tarball: scripts/package.sh makes them.
+# Debian packages and the source tarball: scripts/package.sh makes them. What Debian alone wants of a
+# package is in cmake/debian, and goes to no other prefix.
 set(CPACK_PACKAGE_NAME orvex)
 set(CPACK_PACKAGE_VENDOR orvex)
-set(CPACK_PACKAGE_CONTACT orvex)
+# The form is Debian's, the mailbox nobody's. Who hands packages on gives one of their own, by
+# cpack -D CPACK_PACKAGE_CONTACT="name <mailbox>".
+set(CPACK_PACKAGE_CONTACT "orvex maintainers <maintainers@orvex.invalid>")
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "${PROJECT_DESCRIPTION}")
 set(CPACK_RESOURCE_FILE_LICENSE "${PROJECT_SOURCE_DIR}/LICENSE")
 set(CPACK_VERBATIM_VARIABLES ON)
@@ -17,35 +20,56 @@ endif()
 
 set(soversion ${PROJECT_VERSION_MAJOR}.${PROJECT_VERSION_MINOR})
 set(CPACK_DEB_COMPONENT_INSTALL ON)
+# It runs between installing and packing, for every generator, and knows of these.
+set(CPACK_PRE_BUILD_SCRIPTS "${PROJECT_SOURCE_DIR}/cmake/debian/finish.cmake")
+set(CPACK_ORVEX_CHANGELOG "${PROJECT_SOURCE_DIR}/CHANGELOG.md")
+set(CPACK_ORVEX_STRIP "${CMAKE_STRIP}")
+set(CPACK_ORVEX_LIB3DS FALSE)
 set(CPACK_DEBIAN_ENABLE_COMPONENT_DEPENDS ON)
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS "${PROJECT_BINARY_DIR}/src/orvex")
 if(ORVEX_WITH_LIB3DS AND Lib3ds_PREFIX)
   list(APPEND CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS "${Lib3ds_PREFIX}/lib")
+  set(CPACK_ORVEX_LIB3DS TRUE)
 endif()
 
-set(CPACK_DEBIAN_RUNTIME_PACKAGE_NAME liborvex${soversion})
+# Named after the file that programs load, as Debian names libraries; packages made before were not.
+set(CPACK_DEBIAN_RUNTIME_PACKAGE_NAME liborvex-r-osx${soversion})
+set(CPACK_DEBIAN_RUNTIME_PACKAGE_CONFLICTS liborvex${soversion})
+set(CPACK_DEBIAN_RUNTIME_PACKAGE_REPLACES liborvex${soversion})
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_SECTION libs)
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_SHLIBDEPS ON)
 # Any driver does; this one needs no graphics device. GLUT is loaded for raster text alone.
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_RECOMMENDS libgl1-mesa-dri)
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_SUGGESTS libglut3.12)
-set(CPACK_DEBIAN_RUNTIME_PACKAGE_GENERATE_SHLIBS ON)
+# The loader's cache is renewed by a trigger. CPack writes scripts that renew it unless it is given
+# scripts, and leaves out, with a warning, those that it can't find.
+set(control "${PROJECT_BINARY_DIR}/debian")
+set(shlibs "liborvex_r_osx ${soversion} ${CPACK_DEBIAN_RUNTIME_PACKAGE_NAME} (= ${PROJECT_VERSION})\n")
+if(CPACK_ORVEX_LIB3DS)
+  string(APPEND shlibs "lib3ds 2 ${CPACK_DEBIAN_RUNTIME_PACKAGE_NAME} (= ${PROJECT_VERSION})\n")
+endif()
+file(WRITE "${control}/shlibs" "${shlibs}")
+file(WRITE "${control}/triggers" "activate-noawait ldconfig\n")
+set(CPACK_DEBIAN_RUNTIME_PACKAGE_CONTROL_EXTRA
+  "${control}/shlibs" "${control}/triggers" "absent/postinst" "absent/postrm")
 set(CPACK_COMPONENT_RUNTIME_DESCRIPTION "${PROJECT_DESCRIPTION}: the shared library
-It loads models, builds scenes and draws them with OpenGL 2, 3.x and 4.x, in a window or with no
-display at all.")
+It loads models, builds scenes and draws them with OpenGL 2, 3.x and 4.x,
+in a window or with no display at all.")
 
 set(CPACK_DEBIAN_DEV_PACKAGE_NAME liborvex-dev)
 set(CPACK_DEBIAN_DEV_PACKAGE_SECTION libdevel)
 set(CPACK_COMPONENT_DEV_DESCRIPTION "${PROJECT_DESCRIPTION}: headers for hosts
-Headers, and what CMake and pkg-config want to know to build a host against the library.")
+Headers, and what CMake and pkg-config want to know to build a host against
+the library.")
 
 set(CPACK_DEBIAN_TOOLS_PACKAGE_NAME orvex-tools)
 set(CPACK_DEBIAN_TOOLS_PACKAGE_SECTION graphics)
 set(CPACK_DEBIAN_TOOLS_PACKAGE_SHLIBDEPS ON)
 set(CPACK_COMPONENT_TOOLS_DESCRIPTION "${PROJECT_DESCRIPTION}: pictures from model files
-orvex-render draws a model file to a picture, from the command line and with no display.")
+orvex-render draws a model file to a picture, from the command line and with
+no display.")
 
 set(CPACK_SOURCE_GENERATOR TGZ)
 set(CPACK_SOURCE_PACKAGE_FILE_NAME orvex-${PROJECT_VERSION})

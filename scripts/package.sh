@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Makes the Debian packages and the source tarball, in out/packages: liborvex0.9 (the library),
-# liborvex-dev (what hosts are built with) and orvex-tools (orvex-render).
+# Makes the Debian packages and the source tarball, in out/packages: liborvex-r-osx0.9 (the
+# library), liborvex-dev (what hosts are built with) and orvex-tools (orvex-render).
 set -euo pipefail
 cd "$(dirname "$0")/.."
 

@@ -50,7 +50,7 @@ function(depends_of package variable)
   set(${variable} "${output}" PARENT_SCOPE)
 endfunction()
 
-set(runtime liborvex${SOVERSION})
+set(runtime liborvex-r-osx${SOVERSION})
 depends_of(${runtime} depends)
 foreach(library libc6 libegl1 libopengl0 "libstdc[+][+]6" libtinyxml2)
   expect_match("${depends}" "${library}" "what ${runtime} depends on")
@@ -63,6 +63,7 @@ foreach(package liborvex-dev orvex-tools)
 endforeach()
 
 foreach(package ${runtime} liborvex-dev orvex-tools)
+  list(APPEND packages "${WORK_DIR}/packages/${package}_${VERSION}_${architecture}.deb")
   run(dpkg-deb -x "${WORK_DIR}/packages/${package}_${VERSION}_${architecture}.deb" "${root}")
 endforeach()
 file(GLOB top RELATIVE "${root}" "${root}/*")
@@ -76,10 +77,19 @@ foreach(file
     ${libdir}/liborvex_r_osx.so.${SOVERSION} ${libdir}/liborvex_r_osx.so
     ${libdir}/pkgconfig/orvex.pc ${libdir}/cmake/orvex/orvex-config.cmake
     usr/include/orvex/orvex.h usr/include/orvex/scene/camera.h usr/share/doc/orvex/LICENSE
-    usr/bin/orvex-render usr/share/man/man1/orvex-render.1
+    usr/bin/orvex-render usr/share/man/man1/orvex-render.1.gz
     usr/share/bash-completion/completions/orvex-render)
   expect_one_file("${file}")
 endforeach()
+
+# --- Debian's own check. A build for /usr puts libraries into the folder of its architecture; one for
+# --- another prefix does not, which is all that is overlooked here.
+
+set(overlooked "")
+if(libdir STREQUAL "usr/lib")
+  set(overlooked --suppress-tags pkg-config-unavailable-for-cross-compilation)
+endif()
+run(lintian --allow-root --fail-on error,warning ${overlooked} ${packages})
 
 # --- A host and the tool, from the root
 
