@@ -53,9 +53,15 @@ TEST(OrvexRender, tells_why_a_model_cant_be_read) {
              Row{models.file("none.obj"), ": No such file or directory"},
              Row{models.path(), ": is a folder"},
              Row{models.write("empty.obj", ""), ": the file is empty"},
-             Row{models.write("points.obj", "v 0 0 0\n"), ": no loader can read it as a model"},
-             Row{models.write("junk.3ds", std::string("\0\xff\xfe junk", 8)),
-                 ": no loader can read it as a model"},
+             Row{models.write("points.obj", "v 0 0 0\nv 1 0 0\n# v 2 0 0"),
+                 ": no loader can read it as a model: line 3: the file ends with 2 vertices and no "
+                 "face"},
+             Row{models.write("notes.txt", "Buy milk.\nCall home.\n"),
+                 ": no loader can read it as a model: no 3DS file: byte 0 begins another format; "
+                 "no OBJ "
+                 "file: none of its 2 lines begins with a v"},
+             Row{models.write("cut.3ds", std::string("\x4d\x4d\x00\x01\x00\x00 junk", 11)),
+                 ": no loader can read it as a model: byte 11: the file is cut off"},
          })
         for (const char* option : {"--wireframe", "--info"}) {
             const Outcome outcome = run_render(folder.path(), {"-q", option, row.model});

@@ -5,6 +5,7 @@
 #include <memory>
 
 #include <orvex/assets/textures/texture_mgr.h>
+#include <orvex/kernel/aux.h>
 #include <orvex/kernel/core.h>
 #include <orvex/renderer/render_window.h>
 #include <orvex/renderer/renderer.h>
@@ -37,8 +38,10 @@ ExitCode print(const std::string& text) {
     return EXIT_FINE;
 }
 
+/// To be asked right after the load, of which the engine keeps the reason.
 std::string unreadable(const std::string& path) {
-    return path + ": no loader can read it as a model";
+    const std::string reason = aux::get_load_failure_reason();
+    return path + ": no loader can read it as a model" + (reason.empty() ? "" : ": " + reason);
 }
 
 ExitCode tell_of_model(const Options& options) {

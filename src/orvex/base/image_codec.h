@@ -40,6 +40,17 @@ public:
     /// Gives back pixels that this codec decoded into memory of its own.
     /// @return false, changing nothing, for null and for pixels that are not this codec's
     virtual bool free_image_resources(Image* image) = 0;
+
+    /// Why the last call of this codec on this thread was false: the place, where there is one, and
+    /// what is wrong there. Never null; empty after a success, and for codecs that give no reason.
+    [[nodiscard]] const char* get_failure_reason() const noexcept;
+
+protected:
+    /// Keeps a reason for the calling thread, formatted as `printf` does and cut at 511 bytes,
+    /// without an allocation.
+    void set_failure_reason(const char* format, ...) const noexcept ORVEX_PRINTF(2, 3);
+    /// Forgets this codec's reason on the calling thread.
+    void clear_failure_reason() const noexcept;
 };
 
 } // namespace orvex

@@ -1,6 +1,9 @@
 #include "orvex/base/loader_3d.h"
 
+#include <cstdarg>
 #include <string>
+
+#include "orvex/base/private/failure_text.h"
 
 namespace orvex {
 
@@ -9,14 +12,14 @@ struct Loader3D::Loader3DData {
     std::string loader_description;
     std::string model_dir;
     std::string resource_dir;
+    FailureText failure;
+    bool format_known = false;
 };
 
 Loader3D::Loader3D()
-    : loader_data(new Loader3DData) {}
+    : loader_data(std::make_unique<Loader3DData>()) {}
 
-Loader3D::~Loader3D() {
-    delete loader_data;
-}
+Loader3D::~Loader3D() = default;
 
 namespace {
 
@@ -57,6 +60,35 @@ void Loader3D::set_loader_description(const char* description) {
 
 const char* Loader3D::get_loader_description() const {
     return loader_data->loader_description.c_str();
+}
+
+const char* Loader3D::get_failure_reason() const noexcept {
+    return loader_data->failure.text;
+}
+
+bool Loader3D::get_format_known_state() const noexcept {
+    return loader_data->format_known;
+}
+
+void Loader3D::clear_failure_reason() noexcept {
+    loader_data->failure.clear();
+    loader_data->format_known = false;
+}
+
+void Loader3D::set_failure_reason(const char* format, ...) noexcept {
+    std::va_list arguments;
+    va_start(arguments, format);
+    loader_data->failure.set(format, arguments);
+    va_end(arguments);
+    loader_data->format_known = true;
+}
+
+void Loader3D::set_format_unknown(const char* format, ...) noexcept {
+    std::va_list arguments;
+    va_start(arguments, format);
+    loader_data->failure.set(format, arguments);
+    va_end(arguments);
+    loader_data->format_known = false;
 }
 
 } // namespace orvex

@@ -3,6 +3,8 @@
 /// @file
 /// Loader3D: the interface of model file loaders.
 
+#include <memory>
+
 #include "orvex/api.h"
 #include "orvex/base/plugin.h"
 
@@ -17,7 +19,7 @@ class Model;
 /// names as they are: the caller ends them in a separator.
 class ORVEX_API Loader3D : public Plugin {
 public:
-    /// All four texts are empty.
+    /// All texts are empty.
     Loader3D();
     ~Loader3D() override;
 
@@ -40,9 +42,36 @@ public:
     void set_loader_description(const char* description);
     const char* get_loader_description() const; ///< never null; empty unless set
 
+    /// @name Why a load failed
+    /// Kept until the next load. `Kernel` forgets it before each, and makes one answer of those of
+    /// all loaders that it asked: `Kernel::get_load_failure_reason`.
+    /// @{
+
+    /// The place, as a line or an offset in bytes, and what is wrong there: "line 4: …". Never
+    /// null; empty after a success, and for loaders that give no reason.
+    [[nodiscard]] const char* get_failure_reason() const noexcept;
+    /// Whether the file that was refused is of this loader's format, so that its reason is the one
+    /// to be told.
+    [[nodiscard]] bool get_format_known_state() const noexcept;
+    /// Empties the reason.
+    void clear_failure_reason() noexcept;
+    /// @}
+
+protected:
+    /// @name For loaders, on their way to a false result
+    /// Formats as `printf` does. The text is kept without an allocation, and cut at 511 bytes.
+    /// @{
+
+    /// A file of this loader's format that can't be read as a whole.
+    void set_failure_reason(const char* format, ...) noexcept ORVEX_PRINTF(2, 3);
+    /// A file of some other format.
+    void set_format_unknown(const char* format, ...) noexcept ORVEX_PRINTF(2, 3);
+    /// @}
+
 private:
     struct Loader3DData;
-    Loader3DData* loader_data;
+
+    std::unique_ptr<Loader3DData> loader_data;
 };
 
 } // namespace orvex

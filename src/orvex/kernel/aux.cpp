@@ -23,6 +23,10 @@ Model* load_model_from_file_fbx(const char* filename, const char* model_dir,
     return Kernel::get()->load_model_from_file_fbx(filename, model_dir, resource_dir);
 }
 
+const char* get_load_failure_reason() noexcept {
+    return Kernel::get()->get_load_failure_reason();
+}
+
 bool compute_object_vertex_color(Object* object, unsigned long vertex_index, vec4& out_color,
                                  Material* material, Light* light, bool clamp) {
     return Kernel::get()->compute_object_vertex_color(object, vertex_index, out_color, material,

@@ -42,6 +42,9 @@ load_model_from_file_lib3ds(const char* filename, const char* model_dir, const c
 [[nodiscard]] ORVEX_API Model* load_model_from_file_fbx(const char* filename, const char* model_dir,
                                                         const char* resource_dir);
 
+/// Why the last of these loads on this thread gave null; see `Kernel::get_load_failure_reason`.
+[[nodiscard]] ORVEX_API const char* get_load_failure_reason() noexcept;
+
 /// The lit colour of one vertex; see `Kernel::compute_object_vertex_color`.
 ORVEX_API bool compute_object_vertex_color(Object* object, unsigned long vertex_index,
                                            vec4& out_color, Material* material, Light* light,

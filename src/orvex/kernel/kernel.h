@@ -216,6 +216,12 @@ public:
                                                      bool separate_vertex_arrays,
                                                      int vertex_alignment);
 
+    /// Why the last of these loads on this thread gave null: the place, as a line or an offset in
+    /// bytes, and what is wrong there. It comes from the loader whose format the file has; if none
+    /// knew it, each says why, with "; " between. Never null, empty after a success and where no
+    /// loader gives a reason; valid until the thread loads again.
+    [[nodiscard]] const char* get_load_failure_reason() const noexcept;
+
     /// @}
     /// @name Vertex lighting
     /// The lit colour of one vertex, computed on the CPU. The vertex must be one that

@@ -7,11 +7,13 @@
 
 #include <cstring>
 #include <memory>
+#include <string>
 
 #include "orvex/assets/textures/texture.h"
 #include "orvex/assets/textures/texture_mgr.h"
 #include "orvex/base/loader_3d.h"
 #include "orvex/base/plugin_mgr.h"
+#include "orvex/base/private/memory_out.h"
 #include "orvex/base/private/misuse.h"
 #include "orvex/geometry/mesh/model.h"
 
@@ -28,7 +30,45 @@ struct ModelRequest {
     int vertex_alignment;
 };
 
+/// Why the last load of a model was false: the reason of the loader whose format the file has, or
+/// else those of all that were asked.
+class LoadFailure {
+public:
+    void clear() noexcept {
+        reason.clear();
+        is_final = false;
+    }
+
+    /// Takes the reason of a loader that refused the file. Without memory for it there is none.
+    void add(const Loader3D& loader) noexcept {
+        const char* const why = loader.get_failure_reason();
+        if (is_final || why[0] == '\0')
+            return;
+        or_undo(
+            [&] {
+                if (loader.get_format_known_state()) {
+                    is_final = true;
+                    reason = why;
+                } else {
+                    reason += (reason.empty() ? "" : "; ") + std::string(why);
+                }
+                return true;
+            },
+            [this] { reason.clear(); });
+    }
+
+    const char* text() const noexcept { return reason.c_str(); }
+
+private:
+    std::string reason;
+    bool is_final = false;
+};
+
+/// Each thread that loads has its own.
+thread_local LoadFailure load_failure;
+
 std::unique_ptr<Model> new_model(const ModelRequest& request) {
+    load_failure.clear();
     auto model = std::make_unique<Model>();
     model->set_mesh_vertex_alloc_params(request.separate_vertex_arrays, request.vertex_alignment);
     return model;
@@ -37,7 +77,13 @@ std::unique_ptr<Model> new_model(const ModelRequest& request) {
 bool load_with(Loader3D& loader, Model& model, const ModelRequest& request) {
     loader.set_model_dir(request.model_dir);
     loader.set_resource_dir(request.resource_dir);
-    return loader.load_from_file(&model, request.filename);
+    loader.clear_failure_reason();
+    if (loader.load_from_file(&model, request.filename)) {
+        load_failure.clear();
+        return true;
+    }
+    load_failure.add(loader);
+    return false;
 }
 
 /// The 3D loader at an index of its type. A host can give the type to a plugin that is none.
@@ -134,6 +180,10 @@ Model* Kernel::load_model_from_file_fbx_v2(const char* filename, const char* mod
                                            int vertex_alignment) {
     return load_with_named_loader("orvex_plugin_fbx", {filename, model_dir, resource_dir,
                                                        separate_vertex_arrays, vertex_alignment});
+}
+
+const char* Kernel::get_load_failure_reason() const noexcept {
+    return load_failure.text();
 }
 
 Texture* Kernel::create_color_texture_from_render_target(RenderTarget* target,

@@ -240,8 +240,8 @@ bool would_close_a_circle(const Node& parent, const Node& child) {
 void Node::add_child(Node* child) {
     if (!child || would_close_a_circle(*this, *child))
         return;
+    node_data->children.emplace_back(child->node_data); // may find no memory: first of all
     child->add_ref();
-    node_data->children.emplace_back(child->node_data);
     ++child->node_data->listed;
     child->set_parent(this);
 }

@@ -14,8 +14,8 @@ bool Object::add_material(Material* material, Node* node) {
     if (!material)
         return false;
     if (!get_material(material->get_id())) {
+        object_data->materials.push_back(material); // may find no memory: first of all
         material->add_ref();
-        object_data->materials.push_back(material);
     }
     for_each_child_object(node,
                           [material](Object& child) { child.add_material(material, &child); });

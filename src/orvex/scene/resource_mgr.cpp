@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <new>
 
 #include "orvex/renderer/renderer.h"
 #include "orvex/scene/private/node_handle.h"
@@ -88,9 +89,15 @@ bool ResourceMgr::add_resource(Resource* resource) {
     std::vector<ResourceMgr*>& managers = ResourceAccess::managers(*resource);
     if (std::find(managers.begin(), managers.end(), this) != managers.end())
         return true;
-    resource->add_ref();
-    mgr_data->resources.push_back(resource);
+    // What may find no memory comes first, so that a failure leaves neither entry nor reference.
     managers.push_back(this);
+    try {
+        mgr_data->resources.push_back(resource);
+    } catch (const std::bad_alloc&) {
+        managers.pop_back();
+        throw;
+    }
+    resource->add_ref();
     return true;
 }
 

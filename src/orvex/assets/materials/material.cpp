@@ -32,13 +32,11 @@ struct Material::MaterialData {
 };
 
 Material::Material()
-    : data_(new MaterialData) {
+    : data(std::make_unique<MaterialData>()) {
     set_type(NODE_TYPE_MATERIAL);
 }
 
-Material::~Material() {
-    delete data_;
-}
+Material::~Material() = default;
 
 bool Material::_cleanup(Renderer* renderer) {
     set_gpu_program(nullptr);
@@ -49,16 +47,16 @@ bool Material::_cleanup(Renderer* renderer) {
 
 void Material::set_gpu_program(GpuProgram* program) {
     const NodeHandle alive(program);
-    if (data_->gpu_program)
-        data_->gpu_program->release(nullptr, nullptr);
+    if (data->gpu_program)
+        data->gpu_program->release(nullptr, nullptr);
     // The program that was just released may be the new one, and may have ended.
-    data_->gpu_program = alive.get() ? program : nullptr;
-    if (data_->gpu_program)
-        data_->gpu_program->add_ref();
+    data->gpu_program = alive.get() ? program : nullptr;
+    if (data->gpu_program)
+        data->gpu_program->add_ref();
 }
 
 GpuProgram* Material::get_gpu_program() const {
-    return data_->gpu_program;
+    return data->gpu_program;
 }
 
 // -------------------------------------------------------------------------------- textures
@@ -66,12 +64,12 @@ GpuProgram* Material::get_gpu_program() const {
 void Material::add_texture(Texture* texture) {
     if (!texture)
         return;
-    data_->textures.push_back(texture);
+    data->textures.push_back(texture);
     texture->add_ref();
 }
 
 bool Material::remove_texture(int id) {
-    std::vector<Texture*>& textures = data_->textures;
+    std::vector<Texture*>& textures = data->textures;
     const auto found = std::find_if(textures.begin(), textures.end(),
                                     [id](Texture* texture) { return texture->get_id() == id; });
     if (found == textures.end())
@@ -84,91 +82,91 @@ bool Material::remove_texture(int id) {
 
 bool Material::remove_all_textures() {
     std::vector<Texture*> textures;
-    textures.swap(data_->textures);
+    textures.swap(data->textures);
     for (Texture* texture : textures)
         texture->release(nullptr, nullptr);
     return true;
 }
 
 unsigned long Material::get_num_textures() const {
-    return data_->textures.size();
+    return data->textures.size();
 }
 
 Texture* Material::get_texture_by_index(unsigned long index) const {
-    return index < data_->textures.size() ? data_->textures[index] : nullptr;
+    return index < data->textures.size() ? data->textures[index] : nullptr;
 }
 
 Texture* Material::get_texture(int id) const {
-    for (Texture* texture : data_->textures)
+    for (Texture* texture : data->textures)
         if (texture->get_id() == id)
             return texture;
     return nullptr;
 }
 
 void Material::set_texture_unit_offset(unsigned long offset) {
-    data_->texture_unit_offset = offset;
+    data->texture_unit_offset = offset;
 }
 
 // -------------------------------------------------------------------------------- colours
 
 void Material::set_ambient(float r, float g, float b, float a) {
-    data_->ambient = vec4(r, g, b, a);
+    data->ambient = vec4(r, g, b, a);
 }
 
 void Material::set_ambient(const vec4& color) {
-    data_->ambient = color;
+    data->ambient = color;
 }
 
 const vec4& Material::get_ambient() const {
-    return data_->ambient;
+    return data->ambient;
 }
 
 void Material::set_diffuse(float r, float g, float b, float a) {
-    data_->diffuse = vec4(r, g, b, a);
+    data->diffuse = vec4(r, g, b, a);
 }
 
 void Material::set_diffuse(const vec4& color) {
-    data_->diffuse = color;
+    data->diffuse = color;
 }
 
 const vec4& Material::get_diffuse() const {
-    return data_->diffuse;
+    return data->diffuse;
 }
 
 void Material::set_specular(float r, float g, float b, float a) {
-    data_->specular = vec4(r, g, b, a);
+    data->specular = vec4(r, g, b, a);
 }
 
 void Material::set_specular(const vec4& color) {
-    data_->specular = color;
+    data->specular = color;
 }
 
 const vec4& Material::get_specular() const {
-    return data_->specular;
+    return data->specular;
 }
 
 void Material::set_shininess(float shininess) {
-    data_->shininess = shininess;
+    data->shininess = shininess;
 }
 
 float Material::get_shininess() const {
-    return data_->shininess;
+    return data->shininess;
 }
 
 void Material::set_opacity(float opacity) {
-    data_->opacity = opacity;
+    data->opacity = opacity;
 }
 
 float Material::get_opacity() const {
-    return data_->opacity;
+    return data->opacity;
 }
 
 void Material::set_use_fixed_material_colors_state(bool enabled) {
-    data_->use_fixed_material_colors = enabled;
+    data->use_fixed_material_colors = enabled;
 }
 
 bool Material::get_use_fixed_material_colors_state() const {
-    return data_->use_fixed_material_colors;
+    return data->use_fixed_material_colors;
 }
 
 // -------------------------------------------------------------------------------- binding
@@ -176,24 +174,24 @@ bool Material::get_use_fixed_material_colors_state() const {
 void Material::bind(Renderer* renderer) {
     bind_gpu_program(renderer);
     bind_textures(renderer);
-    if (data_->use_fixed_material_colors)
+    if (data->use_fixed_material_colors)
         fixed_pipeline_bind_colors(renderer);
 }
 
 void Material::bind_gpu_program(Renderer* renderer) {
-    if (data_->gpu_program)
-        data_->gpu_program->bind(renderer);
+    if (data->gpu_program)
+        data->gpu_program->bind(renderer);
 }
 
 void Material::bind_textures(Renderer* renderer) {
-    for (unsigned long i = 0; i < data_->textures.size(); ++i)
-        data_->textures[i]->bind(renderer, data_->texture_unit_offset + i);
+    for (unsigned long i = 0; i < data->textures.size(); ++i)
+        data->textures[i]->bind(renderer, data->texture_unit_offset + i);
 }
 
 void Material::fixed_pipeline_bind_colors(Renderer* renderer) {
     if (renderer)
-        renderer->material_set_colors(data_->ambient, data_->diffuse, data_->specular,
-                                      data_->shininess);
+        renderer->material_set_colors(data->ambient, data->diffuse, data->specular,
+                                      data->shininess);
 }
 
 void Material::unbind(Renderer* renderer) {
@@ -202,13 +200,13 @@ void Material::unbind(Renderer* renderer) {
 }
 
 void Material::unbind_gpu_program(Renderer* renderer) {
-    if (data_->gpu_program)
-        data_->gpu_program->unbind(renderer);
+    if (data->gpu_program)
+        data->gpu_program->unbind(renderer);
 }
 
 void Material::unbind_textures(Renderer* renderer) {
-    for (unsigned long i = 0; i < data_->textures.size(); ++i)
-        data_->textures[i]->unbind(renderer, data_->texture_unit_offset + i);
+    for (unsigned long i = 0; i < data->textures.size(); ++i)
+        data->textures[i]->unbind(renderer, data->texture_unit_offset + i);
 }
 
 // -------------------------------------------------------------------------------- loading
@@ -230,21 +228,21 @@ Texture* Material::load_texture(Renderer* renderer, const char* filename, PIXEL_
 bool Material::async_loading_add_texture_filename(const char* filename) {
     if (!filename)
         return false;
-    data_->texture_filenames.emplace_back(filename);
+    data->texture_filenames.emplace_back(filename);
     return true;
 }
 
 unsigned long Material::async_loading_get_num_texture_filenames() const {
-    return data_->texture_filenames.size();
+    return data->texture_filenames.size();
 }
 
 const char* Material::async_loading_get_texture_filename(unsigned long index) const {
-    const std::vector<std::string>& names = data_->texture_filenames;
+    const std::vector<std::string>& names = data->texture_filenames;
     return index < names.size() ? names[index].c_str() : nullptr;
 }
 
 bool Material::async_loading_clear_texture_filenames_list() {
-    data_->texture_filenames.clear();
+    data->texture_filenames.clear();
     return true;
 }
 
@@ -253,8 +251,8 @@ bool Material::async_loading_process_all_texture_filenames(Renderer* renderer, c
     constexpr const char* operation =
         "orvex::Material::async_loading_process_all_texture_filenames()";
     LogMgr* const log = LogMgr::get();
-    for (std::size_t i = 0; i < data_->texture_filenames.size(); ++i) {
-        const std::string path = (prefix ? prefix : "") + data_->texture_filenames[i];
+    for (std::size_t i = 0; i < data->texture_filenames.size(); ++i) {
+        const std::string path = (prefix ? prefix : "") + data->texture_filenames[i];
         log->tracef_debug("%s - loading texture %zu with filename: %s", operation, i, path.c_str());
         if (load_texture(renderer, path.c_str(), format, flag))
             log->tracef_debug("%s - texture %zu (%s) loaded ok.", operation, i, path.c_str());

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <memory>
+
 #include "orvex/api.h"
 #include "orvex/math/math_fwd.h"
 #include "orvex/renderer/renderer_types.h"
@@ -144,11 +146,13 @@ public:
                                                      PIXEL_FORMAT format, bool flag);
     /// @}
 
+    /// Opaque to hosts: what the engine's own rooms look at ahead of a draw.
+    struct Access;
+
 private:
     struct MaterialData;
-    friend struct MaterialAccess;
 
-    MaterialData* data_;
+    std::unique_ptr<MaterialData> data;
 };
 
 } // namespace orvex

@@ -15,11 +15,9 @@ MaterialMgr* MaterialMgr::get() {
 }
 
 MaterialMgr::MaterialMgr()
-    : data_(new MaterialMgrData) {}
+    : data(std::make_unique<MaterialMgrData>()) {}
 
-MaterialMgr::~MaterialMgr() {
-    delete data_;
-}
+MaterialMgr::~MaterialMgr() = default;
 
 bool MaterialMgr::start(Renderer* renderer) {
     ResourceMgr::start(renderer);
@@ -32,10 +30,10 @@ bool MaterialMgr::stop(Renderer* renderer) {
 }
 
 Material* MaterialMgr::create_material(const char* name) {
-    auto* const material = new Material;
+    auto material = std::make_unique<Material>();
     material->set_name(name);
-    add_resource(material);
-    return material;
+    add_resource(material.get());
+    return material.release();
 }
 
 bool MaterialMgr::add_material(Material* material) {

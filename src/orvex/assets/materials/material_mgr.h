@@ -1,5 +1,7 @@
 #pragma once
 
+#include <memory>
+
 #include "orvex/api.h"
 #include "orvex/scene/resource_mgr.h"
 
@@ -42,7 +44,7 @@ private:
     MaterialMgr();
 
     static MaterialMgr* m_ptr_instance;
-    MaterialMgrData* data_;
+    std::unique_ptr<MaterialMgrData> data;
 };
 
 } // namespace orvex

@@ -1,7 +1,7 @@
 #include "orvex/assets/textures/texture.h"
 
+#include "orvex/assets/textures/private/decoded_pixels.h"
 #include "orvex/renderer/private/debug_name.h"
-#include "orvex/renderer/records/private/decoder_memory.h"
 #include "orvex/renderer/records/texture_data.h"
 #include "orvex/renderer/render_target.h"
 #include "orvex/renderer/renderer.h"
@@ -16,8 +16,8 @@ Texture::Texture() {
 
 Texture::~Texture() {
     _set_texture_data(nullptr, nullptr);
-    while (parked_) {
-        TextureData* const ended = parked_;
+    while (parked) {
+        TextureData* const ended = parked;
         unpark(ended);
         delete ended;
     }
@@ -34,18 +34,18 @@ bool Texture::_cleanup(Renderer* renderer) {
 }
 
 int Texture::get_renderer_id() {
-    return data_ ? data_->renderer_id : 0;
+    return record ? record->renderer_id : 0;
 }
 
 // -------------------------------------------------------------------------------- the record
 
 bool Texture::_set_texture_data(Renderer* renderer, TextureData* data) {
-    TextureData* const old = data_;
+    TextureData* const old = record;
     if (old)
         old->dec_ref();
     if (old && old->get_ref() == 0)
         end_record(renderer, old, data);
-    data_ = data;
+    record = data;
     if (data) {
         unpark(data);
         data->inc_ref();
@@ -65,24 +65,24 @@ void Texture::end_record(Renderer* renderer, TextureData* ended, TextureData* ne
 
 /// Somebody may still look at a record that has ended, so it stays until its last texture goes.
 void Texture::park(TextureData* data) {
-    data->parked_in_ = this;
-    data->next_parked_ = parked_;
-    parked_ = data;
+    data->parked_in = this;
+    data->next_parked = parked;
+    parked = data;
 }
 
 void Texture::unpark(TextureData* data) {
-    if (!data->parked_in_)
+    if (!data->parked_in)
         return;
-    TextureData** link = &data->parked_in_->parked_;
+    TextureData** link = &data->parked_in->parked;
     while (*link != data)
-        link = &(*link)->next_parked_;
-    *link = data->next_parked_;
-    data->next_parked_ = nullptr;
-    data->parked_in_ = nullptr;
+        link = &(*link)->next_parked;
+    *link = data->next_parked;
+    data->next_parked = nullptr;
+    data->parked_in = nullptr;
 }
 
 bool Texture::share_texture_data(Renderer* renderer, Texture* other) {
-    return other && _set_texture_data(renderer, other->data_);
+    return other && _set_texture_data(renderer, other->record);
 }
 
 bool Texture::init_texture_data(Renderer* renderer) {
@@ -94,77 +94,63 @@ bool Texture::cleanup_texture_data(Renderer* renderer) {
 }
 
 TextureData* Texture::get_data_ptr() const {
-    return data_;
+    return record;
 }
 
 Image* Texture::get_image_ptr() const {
-    return data_;
+    return record;
 }
 
 Image* Texture::get_cubemap_image_ptr(CUBEMAP_FACE face) const {
-    if (!data_ || face < CUBEMAP_FACE_POSITIVE_X || face > CUBEMAP_FACE_NEGATIVE_Z)
+    if (!record || face < CUBEMAP_FACE_POSITIVE_X || face > CUBEMAP_FACE_NEGATIVE_Z)
         return nullptr;
-    return &data_->cubemap_faces[face].image;
+    return &record->cubemap_faces[face].image;
 }
 
 unsigned long Texture::get_width() const {
-    return data_ ? data_->get_width() : 0;
+    return record ? record->get_width() : 0;
 }
 
 unsigned long Texture::get_height() const {
-    return data_ ? data_->get_height() : 0;
+    return record ? record->get_height() : 0;
 }
 
 unsigned long Texture::get_depth() const {
-    return data_ ? data_->get_depth() : 0;
+    return record ? record->get_depth() : 0;
 }
 
 unsigned long Texture::get_cubemap_size() const {
-    return data_ ? data_->get_cubemap_size() : 0;
+    return record ? record->get_cubemap_size() : 0;
 }
 
 int Texture::get_type() const {
-    return data_ ? data_->type : 0;
+    return record ? record->type : 0;
 }
 
 PIXEL_FORMAT Texture::get_pixel_format() const {
-    return data_ ? data_->get_pixel_format() : PF_NONE;
+    return record ? record->get_pixel_format() : PF_NONE;
 }
 
 unsigned char* Texture::get_pixmap_u8_ptr() const {
-    return data_ ? data_->get_pixmap_u8_ptr() : nullptr;
+    return record ? record->get_pixmap_u8_ptr() : nullptr;
 }
 
 float* Texture::get_pixmap_f32_ptr() const {
-    return data_ ? data_->get_pixmap_f32_ptr() : nullptr;
+    return record ? record->get_pixmap_f32_ptr() : nullptr;
 }
 
 void Texture::set_video_stream_data(void* data) {
-    video_stream_data_ = data;
+    video_stream_data = data;
 }
 
 void* Texture::get_video_stream_data() const {
-    return video_stream_data_;
+    return video_stream_data;
 }
 
 // -------------------------------------------------------------------------------- new pixels
 
-namespace {
-
-/// Decoded pixels change hands with the assignment; those that were there go back to their codec.
-bool take_over(Image* target, const Image* source) {
-    if (!target || !source)
-        return false;
-    unsigned char* const before = target->pixmap_external;
-    *target = *source;
-    take_decoded_pixels(*target, before);
-    return true;
-}
-
-} // namespace
-
 bool Texture::load_from_image(Image* image) {
-    return take_over(data_, image);
+    return take_over(record, image);
 }
 
 bool Texture::load_cubemap_face_image(CUBEMAP_FACE face, Image* image) {
@@ -172,25 +158,25 @@ bool Texture::load_cubemap_face_image(CUBEMAP_FACE face, Image* image) {
 }
 
 bool Texture::create_1d(unsigned long size, PIXEL_FORMAT format) {
-    if (!data_ || !data_->create(size, 1, 1, format, true))
+    if (!record || !record->create(size, 1, 1, format, true))
         return false;
-    data_->type = TEXTURE_TYPE_1D;
+    record->type = TEXTURE_TYPE_1D;
     return true;
 }
 
 bool Texture::create_2d(unsigned long width, unsigned long height, PIXEL_FORMAT format) {
-    if (!data_ || !data_->create(width, height, 1, format, true))
+    if (!record || !record->create(width, height, 1, format, true))
         return false;
-    data_->type = TEXTURE_TYPE_2D;
+    record->type = TEXTURE_TYPE_2D;
     return true;
 }
 
 bool Texture::create_cubemap(unsigned long size, PIXEL_FORMAT format) {
-    if (!data_)
+    if (!record)
         return false;
-    for (TextureCubeMapFace& face : data_->cubemap_faces)
+    for (TextureCubeMapFace& face : record->cubemap_faces)
         face.image.create(size, size, 1, format, true);
-    data_->type = TEXTURE_TYPE_CUBE;
+    record->type = TEXTURE_TYPE_CUBE;
     return true;
 }
 
@@ -211,31 +197,31 @@ bool borrow(TextureData* data, unsigned int id) {
 } // namespace
 
 bool Texture::init_color_texture_from_render_target(RenderTarget* target, unsigned long) {
-    return target && borrow(data_, target->get_color_tex_id_opengl(0));
+    return target && borrow(record, target->get_color_tex_id_opengl(0));
 }
 
 bool Texture::init_depth_texture_from_render_target(RenderTarget* target) {
-    return target && borrow(data_, target->get_depth_tex_id_opengl());
+    return target && borrow(record, target->get_depth_tex_id_opengl());
 }
 
 bool Texture::upload(Renderer* renderer) {
-    if (!renderer || !data_)
+    if (!renderer || !record)
         return false;
     const DebugName name(*this);
-    switch (data_->type) {
+    switch (record->type) {
     case TEXTURE_TYPE_1D:
-        return renderer->texture_1d_load(data_, 0);
+        return renderer->texture_1d_load(record, 0);
     case TEXTURE_TYPE_2D:
-        return renderer->texture_2d_load(data_, 0);
+        return renderer->texture_2d_load(record, 0);
     case TEXTURE_TYPE_CUBE:
-        return renderer->texture_cube_load(data_, 0);
+        return renderer->texture_cube_load(record, 0);
     default:
         return false;
     }
 }
 
 bool Texture::unload(Renderer* renderer) {
-    return renderer && data_ && renderer->texture_unload(data_);
+    return renderer && record && renderer->texture_unload(record);
 }
 
 namespace {
@@ -258,18 +244,18 @@ bool send_pixels(Renderer* renderer, TextureData* data) {
 } // namespace
 
 bool Texture::gpu_memory_update(Renderer* renderer) {
-    if (!renderer || !data_)
+    if (!renderer || !record)
         return false;
-    const bool sent = send_pixels(renderer, data_);
-    data_->needs_gpu_update = false;
+    const bool sent = send_pixels(renderer, record);
+    record->needs_gpu_update = false;
     return sent;
 }
 
 bool Texture::bind(Renderer* renderer, unsigned long unit) {
     if (!renderer)
         return false;
-    renderer->texture_bind(data_, unit);
-    if (data_ && data_->needs_gpu_update)
+    renderer->texture_bind(record, unit);
+    if (record && record->needs_gpu_update)
         gpu_memory_update(renderer);
     return true;
 }
@@ -287,7 +273,7 @@ bool Texture::image_activate(Renderer* renderer, unsigned long unit, DATA_ACCESS
 }
 
 bool Texture::image_bind(Renderer* renderer, unsigned long unit, DATA_ACCESS_TYPE access) {
-    return renderer && data_ && renderer->image_texture_bind(data_, unit, access);
+    return renderer && record && renderer->image_texture_bind(record, unit, access);
 }
 
 bool Texture::image_unbind(Renderer* renderer, unsigned long unit) {
@@ -295,32 +281,32 @@ bool Texture::image_unbind(Renderer* renderer, unsigned long unit) {
 }
 
 void Texture::set_filtering_mode(Renderer* renderer, SAMPLER_FILTERING_MODE mode) {
-    if (!data_)
+    if (!record)
         return;
-    data_->filtering_mode = mode;
+    record->filtering_mode = mode;
     if (renderer)
-        renderer->set_texture_filtering_mode(data_, mode);
+        renderer->set_texture_filtering_mode(record, mode);
 }
 
 void Texture::set_addressing_mode(Renderer* renderer, SAMPLER_ADDRESSING_MODE mode) {
-    if (!data_)
+    if (!record)
         return;
-    data_->addressing_mode = mode;
+    record->addressing_mode = mode;
     if (renderer)
-        renderer->set_texture_addressing_mode(data_, mode);
+        renderer->set_texture_addressing_mode(record, mode);
 }
 
 void Texture::set_anisotropy(Renderer* renderer, float anisotropy) {
-    if (!data_)
+    if (!record)
         return;
-    data_->anisotropy = anisotropy;
+    record->anisotropy = anisotropy;
     if (renderer)
-        renderer->set_texture_anisotropy(data_, anisotropy);
+        renderer->set_texture_anisotropy(record, anisotropy);
 }
 
 void Texture::gen_mipmaps(bool enabled) {
-    if (data_)
-        data_->gen_mipmaps = enabled;
+    if (record)
+        record->gen_mipmaps = enabled;
 }
 
 } // namespace orvex

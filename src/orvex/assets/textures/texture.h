@@ -224,9 +224,9 @@ private:
     void park(TextureData* data);
     void unpark(TextureData* data);
 
-    TextureData* data_ = nullptr;
-    void* video_stream_data_ = nullptr;
-    TextureData* parked_ = nullptr;
+    TextureData* record = nullptr;
+    void* video_stream_data = nullptr;
+    TextureData* parked = nullptr;
 };
 
 } // namespace orvex

@@ -5,12 +5,12 @@
 #include <utility>
 
 #include "orvex/assets/images/codecs/image_codec_stb.h"
+#include "orvex/assets/textures/private/decoded_pixels.h"
 #include "orvex/assets/textures/private/texture_mgr_data.h"
 #include "orvex/assets/textures/texture.h"
 #include "orvex/base/image_codec.h"
 #include "orvex/base/plugin_mgr.h"
 #include "orvex/base/private/plugin_end.h"
-#include "orvex/renderer/records/private/decoder_memory.h"
 #include "orvex/renderer/records/texture_data.h"
 #include "orvex/renderer/renderer.h"
 
@@ -24,13 +24,11 @@ TextureMgr* TextureMgr::get() {
 }
 
 TextureMgr::TextureMgr()
-    : data_(new TextureMgrData) {
-    listen_to_plugin_ends(&TextureMgrAccess::forget);
+    : data(std::make_unique<TextureMgrData>()) {
+    listen_to_plugin_ends(&TextureMgr::Access::forget);
 }
 
-TextureMgr::~TextureMgr() {
-    delete data_;
-}
+TextureMgr::~TextureMgr() = default;
 
 bool TextureMgr::start(Renderer* renderer) {
     ResourceMgr::start(renderer);
@@ -38,7 +36,7 @@ bool TextureMgr::start(Renderer* renderer) {
 }
 
 bool TextureMgr::stop(Renderer* renderer) {
-    data_->last_image_codec = nullptr;
+    data->last_image_codec = nullptr;
     release_all_textures(renderer, nullptr);
     unregister_all_image_codec_plugins();
     ResourceMgr::stop(renderer);
@@ -50,11 +48,11 @@ bool TextureMgr::stop(Renderer* renderer) {
 bool TextureMgr::register_image_codec_plugin(ImageCodec* codec) {
     if (!codec)
         return false;
+    data->image_codecs.push_back(codec); // may find no memory: first of all
     codec->add_ref();
-    data_->image_codecs.push_back(codec);
-    if (!data_->default_image_codec && std::strstr(codec->get_name(), "stb")) {
+    if (!data->default_image_codec && std::strstr(codec->get_name(), "stb")) {
         codec->add_ref();
-        data_->default_image_codec = codec;
+        data->default_image_codec = codec;
     }
     return true;
 }
@@ -72,19 +70,19 @@ unsigned long TextureMgr::register_all_image_codec_plugins() {
 }
 
 bool TextureMgr::unregister_all_image_codec_plugins() {
-    data_->last_image_codec = nullptr;
-    if (ImageCodec* const codec = std::exchange(data_->default_image_codec, nullptr))
+    data->last_image_codec = nullptr;
+    if (ImageCodec* const codec = std::exchange(data->default_image_codec, nullptr))
         codec->release();
-    while (!data_->image_codecs.empty()) {
-        ImageCodec* const codec = data_->image_codecs.front();
-        data_->image_codecs.erase(data_->image_codecs.begin());
+    while (!data->image_codecs.empty()) {
+        ImageCodec* const codec = data->image_codecs.front();
+        data->image_codecs.erase(data->image_codecs.begin());
         codec->release();
     }
     return true;
 }
 
-void TextureMgrAccess::forget(Plugin* plugin) {
-    TextureMgr::TextureMgrData& data = *TextureMgr::get()->data_;
+void TextureMgr::Access::forget(Plugin* plugin) {
+    TextureMgr::TextureMgrData& data = *TextureMgr::get()->data;
     const auto is_ending = [plugin](ImageCodec* codec) {
         return static_cast<Plugin*>(codec) == plugin;
     };
@@ -96,8 +94,8 @@ void TextureMgrAccess::forget(Plugin* plugin) {
         data.default_image_codec = nullptr;
 }
 
-bool TextureMgrAccess::free_image_resources(Image& image) {
-    for (ImageCodec* codec : TextureMgr::get()->data_->image_codecs)
+bool TextureMgr::Access::free_image_resources(Image& image) {
+    for (ImageCodec* codec : TextureMgr::get()->data->image_codecs)
         if (codec->free_image_resources(&image))
             return true;
     // A texture may outlive the manager's codecs.
@@ -106,47 +104,46 @@ bool TextureMgrAccess::free_image_resources(Image& image) {
 
 // -------------------------------------------------------------------------------- textures
 
+namespace {
+
+/// Registers a texture that `fill` has given its pixels. It ends if memory runs out on the way.
+template<class Fill>
+Texture* create(TextureMgr& mgr, Fill fill) {
+    auto texture = std::make_unique<Texture>();
+    fill(*texture);
+    mgr.add_texture(texture.get());
+    return texture.release();
+}
+
+} // namespace
+
 Texture* TextureMgr::create_texture() {
-    auto* const texture = new Texture;
-    add_resource(texture);
-    return texture;
+    return create(*this, [](Texture&) {});
 }
 
 Texture* TextureMgr::create_texture_1d(unsigned long size, PIXEL_FORMAT format) {
-    auto* const texture = new Texture;
-    texture->create_1d(size, format);
-    add_resource(texture);
-    return texture;
+    return create(*this, [=](Texture& texture) { texture.create_1d(size, format); });
 }
 
 Texture* TextureMgr::create_texture_2d(unsigned long width, unsigned long height,
                                        PIXEL_FORMAT format) {
-    auto* const texture = new Texture;
-    texture->create_2d(width, height, format);
-    add_resource(texture);
-    return texture;
+    return create(*this, [=](Texture& texture) { texture.create_2d(width, height, format); });
 }
 
 Texture* TextureMgr::create_texture_cube(unsigned long size, PIXEL_FORMAT format) {
-    auto* const texture = new Texture;
-    texture->create_cubemap(size, format);
-    add_resource(texture);
-    return texture;
+    return create(*this, [=](Texture& texture) { texture.create_cubemap(size, format); });
 }
 
 Texture* TextureMgr::create_color_texture_from_render_target(RenderTarget* target,
                                                              unsigned long index) {
-    auto* const texture = new Texture;
-    texture->init_color_texture_from_render_target(target, index);
-    add_resource(texture);
-    return texture;
+    return create(*this, [=](Texture& texture) {
+        texture.init_color_texture_from_render_target(target, index);
+    });
 }
 
 Texture* TextureMgr::create_depth_texture_from_render_target(RenderTarget* target) {
-    auto* const texture = new Texture;
-    texture->init_depth_texture_from_render_target(target);
-    add_resource(texture);
-    return texture;
+    return create(*this,
+                  [=](Texture& texture) { texture.init_depth_texture_from_render_target(target); });
 }
 
 bool TextureMgr::add_texture(Texture* texture) {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <memory>
+
 #include "orvex/api.h"
 #include "orvex/renderer/renderer_types.h"
 #include "orvex/scene/resource_mgr.h"
@@ -170,14 +172,16 @@ public:
     bool do_screenshot(Renderer* renderer, const char* filename);
     /// @}
 
+    /// Opaque to hosts: the doors that the engine's own rooms use.
+    struct Access;
+
 private:
     struct TextureMgrData;
-    friend struct TextureMgrAccess;
 
     TextureMgr();
 
     static TextureMgr* m_ptr_instance;
-    TextureMgrData* data_;
+    std::unique_ptr<TextureMgrData> data;
 };
 
 } // namespace orvex

@@ -1,10 +1,10 @@
 #include "orvex/assets/textures/texture_mgr.h"
 
+#include "orvex/assets/textures/private/decoded_pixels.h"
 #include "orvex/assets/textures/private/texture_mgr_data.h"
 #include "orvex/assets/textures/texture.h"
 #include "orvex/base/image_codec.h"
 #include "orvex/renderer/private/debug_name.h"
-#include "orvex/renderer/records/private/decoder_memory.h"
 #include "orvex/renderer/records/private/image_access.h"
 #include "orvex/renderer/records/texture_data.h"
 #include "orvex/renderer/renderer.h"
@@ -17,14 +17,14 @@ namespace {
 class Source {
 public:
     Source(const char* filename, bool flag)
-        : filename_(filename)
-        , flag_(flag) {}
+        : filename(filename)
+        , flag(flag) {}
     Source(const unsigned char* bytes, unsigned long size, bool flag)
-        : bytes_(bytes)
-        , size_(size)
-        , flag_(flag) {}
+        : bytes(bytes)
+        , size(size)
+        , flag(flag) {}
 
-    bool exists() const { return filename_ || (bytes_ && size_ > 0); }
+    bool exists() const { return filename || (bytes && size > 0); }
 
     /// A codec that tells only width and height means one slice.
     bool decode(ImageCodec& codec, Image& image) const {
@@ -37,17 +37,16 @@ public:
 
 private:
     bool ask(ImageCodec& codec, Image& image) const {
-        if (filename_)
-            return codec.load_image_from_file(&image, filename_, flag_);
+        if (filename)
+            return codec.load_image_from_file(&image, filename, flag);
         // Codecs take a pointer to non-const, and only read.
-        return codec.load_image_from_memory(&image, const_cast<unsigned char*>(bytes_), size_,
-                                            flag_);
+        return codec.load_image_from_memory(&image, const_cast<unsigned char*>(bytes), size, flag);
     }
 
-    const char* filename_ = nullptr;
-    const unsigned char* bytes_ = nullptr;
-    unsigned long size_ = 0;
-    bool flag_;
+    const char* filename = nullptr;
+    const unsigned char* bytes = nullptr;
+    unsigned long size = 0;
+    bool flag;
 };
 
 /// Decodes into a temporary image that the texture then takes over.
@@ -68,19 +67,19 @@ bool decode_into_texture(ImageCodec& codec, const Source& source, Texture& textu
 } // namespace
 
 /// The steps shared by files and memory blocks.
-bool TextureMgrAccess::load_image(TextureMgr& mgr, Texture& texture, const auto& source) {
+bool TextureMgr::Access::load_image(TextureMgr& mgr, Texture& texture, const auto& source) {
     bool loaded = false;
-    ImageCodec* const codec = mgr.data_->find_decoder([&](ImageCodec& candidate) {
+    ImageCodec* const codec = mgr.data->find_decoder([&](ImageCodec& candidate) {
         return decode_into_texture(candidate, source, texture, &loaded);
     });
     if (loaded)
-        mgr.data_->last_image_codec = codec;
+        mgr.data->last_image_codec = codec;
     return loaded;
 }
 
 bool TextureMgr::load_image_from_file(Texture* texture, const char* filename, bool flag) {
     return texture && texture->get_data_ptr() && filename &&
-           TextureMgrAccess::load_image(*this, *texture, Source(filename, flag));
+           TextureMgr::Access::load_image(*this, *texture, Source(filename, flag));
 }
 
 bool TextureMgr::load_texture_2d_from_file(Texture* texture, const char* filename, bool flag) {
@@ -96,7 +95,7 @@ bool TextureMgr::load_texture_2d_from_memory(Texture* texture, const unsigned ch
     if (!texture || !texture->get_data_ptr() || !source.exists())
         return false;
     texture->get_data_ptr()->type = TEXTURE_TYPE_2D;
-    return TextureMgrAccess::load_image(*this, *texture, source);
+    return TextureMgr::Access::load_image(*this, *texture, source);
 }
 
 // -------------------------------------------------------------------------------- cube faces
@@ -119,28 +118,28 @@ bool decode_into_face(ImageCodec& codec, const Source& source, Image& face) {
 
 } // namespace
 
-bool TextureMgrAccess::load_cubemap_face(TextureMgr& mgr, Texture* texture, CUBEMAP_FACE face,
-                                         const auto& source) {
+bool TextureMgr::Access::load_cubemap_face(TextureMgr& mgr, Texture* texture, CUBEMAP_FACE face,
+                                           const auto& source) {
     Image* const image = texture ? texture->get_cubemap_image_ptr(face) : nullptr;
     if (!image || !source.exists())
         return false;
     texture->get_data_ptr()->type = TEXTURE_TYPE_CUBE;
-    ImageCodec* const codec = mgr.data_->find_decoder(
+    ImageCodec* const codec = mgr.data->find_decoder(
         [&](ImageCodec& candidate) { return decode_into_face(candidate, source, *image); });
     if (codec)
-        mgr.data_->last_image_codec = codec;
+        mgr.data->last_image_codec = codec;
     return codec != nullptr;
 }
 
 bool TextureMgr::load_cubemap_face_from_file(Texture* texture, CUBEMAP_FACE face,
                                              const char* filename, bool flag) {
-    return TextureMgrAccess::load_cubemap_face(*this, texture, face, Source(filename, flag));
+    return TextureMgr::Access::load_cubemap_face(*this, texture, face, Source(filename, flag));
 }
 
 bool TextureMgr::load_cubemap_face_from_memory(Texture* texture, CUBEMAP_FACE face,
                                                const unsigned char* block, unsigned long size,
                                                bool flag) {
-    return TextureMgrAccess::load_cubemap_face(*this, texture, face, Source(block, size, flag));
+    return TextureMgr::Access::load_cubemap_face(*this, texture, face, Source(block, size, flag));
 }
 
 namespace {
@@ -258,12 +257,12 @@ bool TextureMgr::update_gpu_memory_from_file(Renderer* renderer, Texture* textur
         return false;
     const Source source(filename, flag);
     bool sent = false;
-    ImageCodec* const codec = data_->find_decoder([&](ImageCodec& candidate) {
-        return decode_into_gpu(candidate, data_->last_image_codec, source, *renderer,
+    ImageCodec* const codec = data->find_decoder([&](ImageCodec& candidate) {
+        return decode_into_gpu(candidate, data->last_image_codec, source, *renderer,
                                *texture->get_data_ptr(), &sent);
     });
     if (codec)
-        data_->last_image_codec = codec;
+        data->last_image_codec = codec;
     return sent;
 }
 

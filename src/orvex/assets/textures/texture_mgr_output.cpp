@@ -12,10 +12,10 @@
 namespace orvex {
 
 bool TextureMgr::write_texture_2d_to_file(Texture* texture, const char* filename) {
-    if (!data_->default_image_codec || !texture || !filename ||
+    if (!data->default_image_codec || !texture || !filename ||
         texture->get_type() != TEXTURE_TYPE_2D)
         return false;
-    return data_->default_image_codec->save_image_to_file(texture->get_image_ptr(), filename);
+    return data->default_image_codec->save_image_to_file(texture->get_image_ptr(), filename);
 }
 
 namespace {
@@ -37,10 +37,10 @@ void fit_screenshot(Image& shot, int size, int width, int height) {
 } // namespace
 
 bool TextureMgr::do_screenshot(Renderer* renderer, const char* filename) {
-    ImageCodec* const codec = data_->default_image_codec;
+    ImageCodec* const codec = data->default_image_codec;
     if (!renderer || !codec || !filename)
         return false;
-    Image& shot = data_->screenshot_image;
+    Image& shot = data->screenshot_image;
     int size = 0, width = 0, height = 0;
     renderer->get_color_buffer_size(&size, &width, &height);
     fit_screenshot(shot, size, width, height);

@@ -24,52 +24,52 @@ bool mark_newer(TextureData* data, bool edited) {
 } // namespace
 
 bool Texture::update_pixel_format(PIXEL_FORMAT format) {
-    return data_ && mark_newer(data_, data_->update_pixel_format(format));
+    return record && mark_newer(record, record->update_pixel_format(format));
 }
 
 bool Texture::flip_horizontal() {
-    return data_ && data_->flip_horizontal();
+    return record && record->flip_horizontal();
 }
 
 bool Texture::flip_vertical() {
-    return data_ && data_->flip_vertical();
+    return record && record->flip_vertical();
 }
 
 bool Texture::fill_with_noise(unsigned long count, const vec4& color_a, const vec4& color_b,
                               unsigned int seed) {
-    return data_ && data_->fill_with_noise(count, color_a, color_b, seed);
+    return record && record->fill_with_noise(count, color_a, color_b, seed);
 }
 
 bool Texture::set_texel_1d(unsigned long index, const vec4& color) {
-    return data_ && mark_newer(data_, data_->set_pixel_1d(index, color));
+    return record && mark_newer(record, record->set_pixel_1d(index, color));
 }
 
 bool Texture::set_texel_1d_v2(unsigned long index, const float* color) {
-    return data_ && mark_newer(data_, data_->set_pixel_1d_v2(index, color));
+    return record && mark_newer(record, record->set_pixel_1d_v2(index, color));
 }
 
 bool Texture::set_texel_2d(unsigned long x, unsigned long y, const vec4& color) {
-    return data_ && mark_newer(data_, data_->set_pixel_2d(x, y, color));
+    return record && mark_newer(record, record->set_pixel_2d(x, y, color));
 }
 
 bool Texture::set_texel_2d_v2(unsigned long x, unsigned long y, const float* color) {
-    return data_ && mark_newer(data_, data_->set_pixel_2d_v2(x, y, color));
+    return record && mark_newer(record, record->set_pixel_2d_v2(x, y, color));
 }
 
 bool Texture::update_pixmap_rgb_u8(const void* pixels) {
-    return data_ && mark_newer(data_, data_->update_pixmap_rgb_u8(pixels));
+    return record && mark_newer(record, record->update_pixmap_rgb_u8(pixels));
 }
 
 bool Texture::update_pixmap_rgba_u8(const void* pixels) {
-    return data_ && mark_newer(data_, data_->update_pixmap_rgba_u8(pixels));
+    return record && mark_newer(record, record->update_pixmap_rgba_u8(pixels));
 }
 
 bool Texture::update_pixmap_rgb_f32(const void* pixels) {
-    return data_ && mark_newer(data_, data_->update_pixmap_rgb_f32(pixels));
+    return record && mark_newer(record, record->update_pixmap_rgb_f32(pixels));
 }
 
 bool Texture::update_pixmap_rgba_f32(const void* pixels) {
-    return data_ && mark_newer(data_, data_->update_pixmap_rgba_f32(pixels));
+    return record && mark_newer(record, record->update_pixmap_rgba_f32(pixels));
 }
 
 // -------------------------------------------------------------------------------- read-back
@@ -108,52 +108,52 @@ void copy_what_fits(unsigned char* pixels, unsigned long bytes, const ReadPixels
 } // namespace
 
 bool Texture::update_pixmap_rgb_u8_from_render_target(RenderTarget* target, unsigned long) {
-    if (!target || !data_)
+    if (!target || !record)
         return false;
     const ReadPixels read(target->_get_read_back_size(3));
     if (!read.data)
         return false;
     const unsigned long edge = as_size(target->get_width());
     const unsigned long bytes = edge * edge * 3;
-    if (data_->get_height() != edge || !can_take(*data_, edge, edge, bytes))
-        data_->create(edge, edge, 1, PF_RGB_U8, true);
+    if (record->get_height() != edge || !can_take(*record, edge, edge, bytes))
+        record->create(edge, edge, 1, PF_RGB_U8, true);
     if (!target->read_color_pixmap_rgb_u8(read.data.get()))
         return false;
-    copy_what_fits(data_->get_pixmap_u8_ptr(), bytes, read);
+    copy_what_fits(record->get_pixmap_u8_ptr(), bytes, read);
     return true;
 }
 
 bool Texture::update_pixmap_rgba_u8_from_render_target(RenderTarget* target, unsigned long) {
-    if (!target || !data_)
+    if (!target || !record)
         return false;
     const ReadPixels read(target->_get_read_back_size(4));
     if (!read.data)
         return false;
     const unsigned long edge = as_size(target->get_width());
     const unsigned long bytes = edge * edge * 4;
-    if (data_->get_height() != edge || !can_take(*data_, edge, edge, bytes)) {
-        data_->create(edge, edge, 1, PF_RGBA_U8, false);
-        data_->type = TEXTURE_TYPE_2D;
+    if (record->get_height() != edge || !can_take(*record, edge, edge, bytes)) {
+        record->create(edge, edge, 1, PF_RGBA_U8, false);
+        record->type = TEXTURE_TYPE_2D;
     }
     if (!target->read_color_pixmap_rgba_u8(read.data.get()))
         return false;
-    copy_what_fits(data_->get_pixmap_u8_ptr(), bytes, read);
+    copy_what_fits(record->get_pixmap_u8_ptr(), bytes, read);
     return true;
 }
 
 bool Texture::update_pixmap_rgba_u8_from_framebuffer(Renderer* renderer) {
-    if (!renderer || !data_)
+    if (!renderer || !record)
         return false;
     int size = 0, framebuffer_width = 0, framebuffer_height = 0;
     renderer->get_color_buffer_size(&size, &framebuffer_width, &framebuffer_height);
     const unsigned long width = as_size(framebuffer_width);
     const unsigned long height = as_size(framebuffer_height);
     const unsigned long bytes = width * height * 4;
-    if (!can_take(*data_, width, height, bytes)) {
-        data_->create(width, height, 1, PF_RGBA_U8, false);
-        data_->type = TEXTURE_TYPE_2D;
+    if (!can_take(*record, width, height, bytes)) {
+        record->create(width, height, 1, PF_RGBA_U8, false);
+        record->type = TEXTURE_TYPE_2D;
     }
-    renderer->get_color_buffer(data_->get_pixmap_u8_ptr());
+    renderer->get_color_buffer(record->get_pixmap_u8_ptr());
     return true;
 }
 

@@ -8,6 +8,7 @@
 #include "orvex/math/private/sizes.h"
 #include "orvex/math/vec4.h"
 #include "orvex/renderer/records/private/image_access.h"
+#include "orvex/renderer/records/private/pixel_store.h"
 
 namespace orvex {
 
@@ -17,6 +18,8 @@ Image::Image(const Image& other) {
 
 Image::~Image() {
     cleanup();
+    if (holder.pixels)
+        end_hold(*this);
 }
 
 namespace {
@@ -122,17 +125,17 @@ bool create_pixels(Image& image, PIXEL_FORMAT format, bool zero_fill) {
 
 } // namespace
 
-bool Image::_create_rgb_u8(unsigned long width_, unsigned long height_, unsigned long depth_,
-                           bool zero_fill) {
+bool Image::_create_rgb_u8(unsigned long new_width, unsigned long new_height,
+                           unsigned long new_depth, bool zero_fill) {
     const KeepExternalSize keep(*this);
-    store_sizes(*this, width_, height_, depth_);
+    store_sizes(*this, new_width, new_height, new_depth);
     return create_pixels(*this, PF_RGB_U8, zero_fill);
 }
 
-bool Image::_create_rgba_u8(unsigned long width_, unsigned long height_, unsigned long depth_,
-                            bool zero_fill) {
+bool Image::_create_rgba_u8(unsigned long new_width, unsigned long new_height,
+                            unsigned long new_depth, bool zero_fill) {
     const KeepExternalSize keep(*this);
-    store_sizes(*this, width_, height_, depth_);
+    store_sizes(*this, new_width, new_height, new_depth);
     if (!create_pixels(*this, PF_RGBA_U8, zero_fill))
         return false;
     // Fresh RGBA pixels are yellow on purpose: what nobody painted catches the eye.
@@ -143,49 +146,49 @@ bool Image::_create_rgba_u8(unsigned long width_, unsigned long height_, unsigne
     return true;
 }
 
-bool Image::_create_rgb_f32(unsigned long width_, unsigned long height_, unsigned long depth_,
-                            bool zero_fill) {
+bool Image::_create_rgb_f32(unsigned long new_width, unsigned long new_height,
+                            unsigned long new_depth, bool zero_fill) {
     const KeepExternalSize keep(*this);
-    store_sizes(*this, width_, height_, depth_);
+    store_sizes(*this, new_width, new_height, new_depth);
     return create_pixels(*this, PF_RGB_F32, zero_fill);
 }
 
-bool Image::_create_rgba_f32(unsigned long width_, unsigned long height_, unsigned long depth_,
-                             bool zero_fill) {
+bool Image::_create_rgba_f32(unsigned long new_width, unsigned long new_height,
+                             unsigned long new_depth, bool zero_fill) {
     const KeepExternalSize keep(*this);
-    store_sizes(*this, width_, height_, depth_);
+    store_sizes(*this, new_width, new_height, new_depth);
     return create_pixels(*this, PF_RGBA_F32, zero_fill);
 }
 
-bool Image::_create_r_f32(unsigned long width_, unsigned long height_, unsigned long depth_,
-                          bool zero_fill) {
+bool Image::_create_r_f32(unsigned long new_width, unsigned long new_height,
+                          unsigned long new_depth, bool zero_fill) {
     const KeepExternalSize keep(*this);
-    store_sizes(*this, width_, height_, depth_);
+    store_sizes(*this, new_width, new_height, new_depth);
     return create_pixels(*this, PF_R_F32, zero_fill);
 }
 
-bool Image::create(unsigned long width_, unsigned long height_, unsigned long depth_,
+bool Image::create(unsigned long new_width, unsigned long new_height, unsigned long new_depth,
                    PIXEL_FORMAT format, bool zero_fill) {
     const KeepExternalSize keep(*this);
     switch (format) {
     case PF_RGB_U8:
     case PF_BGR_U8:
-        if (!_create_rgb_u8(width_, height_, depth_, zero_fill))
+        if (!_create_rgb_u8(new_width, new_height, new_depth, zero_fill))
             return false;
         pixel_format = format;
         return true;
     case PF_RGBA_U8:
     case PF_BGRA_U8:
-        if (!_create_rgba_u8(width_, height_, depth_, zero_fill))
+        if (!_create_rgba_u8(new_width, new_height, new_depth, zero_fill))
             return false;
         pixel_format = format;
         return true;
     case PF_RGB_F32:
-        return _create_rgb_f32(width_, height_, depth_, zero_fill);
+        return _create_rgb_f32(new_width, new_height, new_depth, zero_fill);
     case PF_RGBA_F32:
-        return _create_rgba_f32(width_, height_, depth_, zero_fill);
+        return _create_rgba_f32(new_width, new_height, new_depth, zero_fill);
     case PF_R_F32:
-        return _create_r_f32(width_, height_, depth_, zero_fill);
+        return _create_r_f32(new_width, new_height, new_depth, zero_fill);
     case PF_NONE:
     case PF_RGB_F16:
     case PF_RGBA_F16:

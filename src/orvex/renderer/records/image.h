@@ -207,18 +207,27 @@ public:
     bool set_pixel_2d_v2(unsigned long x, unsigned long y, const float* color);
     /// @}
 
-private:
-    friend struct ImageAccess;
+    /// Opaque to hosts: what the engine's own rooms know of the memory behind the pointers.
+    struct Access;
 
+private:
     /// How many bytes lie behind a pointer. It says nothing as soon as the field holds another one.
     struct Allocation {
         const void* buffer = nullptr;
         unsigned long bytes = 0;
     };
 
-    Allocation allocation_u8_;
-    Allocation allocation_f32_;
-    Allocation external_;
+    /// While a texture holds the external pixels: which, and the others that hold the same.
+    struct Holder {
+        unsigned char* pixels = nullptr;
+        Image* previous = nullptr;
+        Image* next = nullptr;
+    };
+
+    Allocation u8_allocation;
+    Allocation f32_allocation;
+    Allocation external;
+    Holder holder;
 };
 
 } // namespace orvex

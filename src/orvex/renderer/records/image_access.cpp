@@ -28,14 +28,13 @@ bool is_u8_format(PIXEL_FORMAT format) {
 unsigned long ImageAccess::u8_capacity(const Image& image) {
     if (!image.pixmap_u8)
         return 0;
-    return image.allocation_u8_.buffer == image.pixmap_u8 ? image.allocation_u8_.bytes : unlimited;
+    return image.u8_allocation.buffer == image.pixmap_u8 ? image.u8_allocation.bytes : unlimited;
 }
 
 unsigned long ImageAccess::f32_capacity(const Image& image) {
     if (!image.pixmap_f32)
         return 0;
-    return image.allocation_f32_.buffer == image.pixmap_f32 ? image.allocation_f32_.bytes
-                                                            : unlimited;
+    return image.f32_allocation.buffer == image.pixmap_f32 ? image.f32_allocation.bytes : unlimited;
 }
 
 unsigned long ImageAccess::claimed_bytes(const Image& image) {
@@ -66,8 +65,8 @@ unsigned long claimed_external_bytes(const Image& image) {
 unsigned long ImageAccess::external_bytes(const Image& image) {
     if (!image.pixmap_external)
         return 0;
-    return image.external_.buffer == image.pixmap_external ? image.external_.bytes
-                                                           : claimed_external_bytes(image);
+    return image.external.buffer == image.pixmap_external ? image.external.bytes
+                                                          : claimed_external_bytes(image);
 }
 
 unsigned long ImageAccess::readable_u8_bytes(const Image& image) {
@@ -110,16 +109,16 @@ void ImageAccess::allocate_f32(Image& image, unsigned long bytes) {
 
 void ImageAccess::adopt_u8(Image& image, unsigned char* buffer, unsigned long bytes) {
     delete[] std::exchange(image.pixmap_u8, buffer);
-    image.allocation_u8_ = {buffer, bytes};
+    image.u8_allocation = {buffer, bytes};
 }
 
 void ImageAccess::adopt_f32(Image& image, float* buffer, unsigned long bytes) {
     delete[] std::exchange(image.pixmap_f32, buffer);
-    image.allocation_f32_ = {buffer, bytes};
+    image.f32_allocation = {buffer, bytes};
 }
 
 void ImageAccess::note_external(Image& image, unsigned long bytes) {
-    image.external_ = {image.pixmap_external, bytes};
+    image.external = {image.pixmap_external, bytes};
 }
 
 void ImageAccess::note_decoded(Image& image) {

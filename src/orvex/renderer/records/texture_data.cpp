@@ -1,15 +1,12 @@
 #include "orvex/renderer/records/texture_data.h"
 
 #include "orvex/math/vec4.h"
-#include "orvex/renderer/records/private/decoder_memory.h"
 
 namespace orvex {
 
 TextureData::TextureData() = default;
 
-TextureData::~TextureData() {
-    forget_decoded_pixels(*this);
-}
+TextureData::~TextureData() = default;
 
 void TextureData::inc_ref() {
     ++ref_count;

@@ -114,8 +114,8 @@ private:
     friend class Texture;
 
     /// The texture that dropped this record last and will delete it, and the next one it keeps.
-    Texture* parked_in_ = nullptr;
-    TextureData* next_parked_ = nullptr;
+    Texture* parked_in = nullptr;
+    TextureData* next_parked = nullptr;
 };
 
 } // namespace orvex

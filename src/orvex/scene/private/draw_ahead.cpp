@@ -6,8 +6,8 @@
 
 namespace orvex {
 
-struct MaterialAccess {
-    static const void* record(const Material& material) { return material.data_; }
+struct Material::Access {
+    static const void* record(const Material& material) { return material.data.get(); }
 };
 
 struct TripodAccess {
@@ -73,7 +73,7 @@ void draw_ahead(const std::vector<NodeHandle>& children, std::size_t current) {
             prefetch(material, material_bytes);
     if (const Object* const object = object_at(2))
         if (const Material* const material = first_material(*object))
-            prefetch(MaterialAccess::record(*material), material_record_bytes);
+            prefetch(Material::Access::record(*material), material_record_bytes);
 }
 
 } // namespace orvex

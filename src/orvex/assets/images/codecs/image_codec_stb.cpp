@@ -4,16 +4,19 @@
 #include <atomic>
 #include <climits>
 #include <cstring>
-#include <mutex>
-#include <unordered_set>
+#include <memory>
+#include <utility>
 #include <vector>
 
 #include "orvex/assets/images/codecs/jpeg_writer.h"
 #include "orvex/assets/images/codecs/private/stb_decode.h"
+#include "orvex/base/private/memory_out.h"
+#include "orvex/base/private/misuse.h"
 #include "orvex/math/private/pixel_math.h"
 #include "orvex/platform/private/file_bytes.h"
 #include "orvex/renderer/records/image.h"
 #include "orvex/renderer/records/private/image_access.h"
+#include "orvex/renderer/records/private/pixel_store.h"
 #include "orvex/renderer/renderer_types.h"
 
 namespace orvex {
@@ -21,33 +24,9 @@ namespace orvex {
 namespace {
 
 constexpr int jpeg_quality = 90;
+constexpr const char* memory_ran_out = "memory ran out";
 
 std::atomic<unsigned long> memory_limit = 2ul << 30;
-
-/// The pixels that are out with images. Alive until the process ends, as textures may be that hold
-/// some.
-struct HandedOut {
-    std::mutex mutex;
-    std::unordered_set<unsigned char*> pixels;
-};
-
-HandedOut& handed_out() {
-    static HandedOut* const instance = new HandedOut;
-    return *instance;
-}
-
-void hand_out(Image& image, StbPixels pixels) {
-    HandedOut& out = handed_out();
-    const std::lock_guard<std::mutex> guard(out.mutex);
-    out.pixels.insert(pixels.get());
-    image.pixmap_external = pixels.release();
-}
-
-bool take_back(unsigned char* pixels) {
-    HandedOut& out = handed_out();
-    const std::lock_guard<std::mutex> guard(out.mutex);
-    return out.pixels.erase(pixels) == 1;
-}
 
 } // namespace
 
@@ -73,11 +52,17 @@ unsigned long ImageCodecStb::get_memory_limit() {
 
 // The decoder counts bytes as ints, and gets one more than the file has.
 bool ImageCodecStb::load_image_from_file(Image* image, const char* filename, bool mirror) {
-    FileBytes file;
-    if (!file.read(filename, INT_MAX - 1))
-        return false;
-    return load_image_from_memory(image, const_cast<unsigned char*>(file.data()), file.size() + 1,
-                                  mirror);
+    clear_failure_reason();
+    const auto load = [&] {
+        FileBytes file;
+        if (!file.read(filename, INT_MAX - 1)) {
+            set_failure_reason("no regular file below 2 GiB that can be read");
+            return false;
+        }
+        return load_image_from_memory(image, const_cast<unsigned char*>(file.data()),
+                                      file.size() + 1, mirror);
+    };
+    return or_undo(load, [&] { set_failure_reason(memory_ran_out); });
 }
 
 namespace {
@@ -89,37 +74,57 @@ bool square_fits(int width, unsigned long limit) {
 }
 
 /// The image becomes square by its width: more rows than that are cut, missing ones are black.
-void copy_square(Image& image, const unsigned char* pixels, unsigned long height) {
-    const unsigned long side = image.width;
-    image.create(side, side, 1, PF_RGB_U8, false);
-    const unsigned long row = side * 3, rows = std::min(side, height);
-    std::memcpy(image.pixmap_u8, pixels, rows * row);
-    std::memset(image.pixmap_u8 + rows * row, 0, (side - rows) * row);
+void become_square(Image& image, const unsigned char* pixels, unsigned long width,
+                   unsigned long height) {
+    const unsigned long row = width * 3, rows = std::min(width, height);
+    auto square = std::make_unique<unsigned char[]>(width * row);
+    std::memcpy(square.get(), pixels, rows * row);
+    // From here on nothing fails.
+    const KeepExternalSize keep(image);
+    image.width = image.height = width;
+    image.depth = 1;
+    image.pixel_format = PF_RGB_U8;
+    ImageAccess::adopt_u8(image, square.release(), width * row);
+    image.flip_horizontal();
+}
+
+/// The image shows the decoder's own memory from now on.
+void become_decoded(Image& image, StbPixels pixels, unsigned long width, unsigned long height) {
+    lend_pixels(image, {pixels.get(), width * height * 3, stb_free});
+    pixels.release();
+    image.width = width;
+    image.height = height;
+    image.pixel_format = PF_RGB_U8;
+    ImageAccess::drop_small_u8(image);
 }
 
 } // namespace
 
 bool ImageCodecStb::load_image_from_memory(Image* image, unsigned char* bytes, unsigned long size,
                                            bool mirror) {
+    clear_failure_reason();
     if (!image || !bytes || size == 0)
-        return false;
+        return misuse("ImageCodecStb::load_image_from_memory", "no image or no bytes");
     const unsigned long limit = memory_limit;
     int width = 0, height = 0;
     StbPixels pixels = stb_decode(bytes, size, limit, &width, &height);
-    if (!pixels || (mirror && !square_fits(width, limit)))
+    if (!pixels || (mirror && !square_fits(width, limit))) {
+        set_failure_reason("%lu bytes that are no picture of a known format, are damaged, or would "
+                           "take more than %lu bytes",
+                           size, limit);
         return false;
-    image->width = static_cast<unsigned long>(width);
-    image->height = static_cast<unsigned long>(height);
-    if (mirror) {
-        copy_square(*image, pixels.get(), image->height);
-        image->flip_horizontal();
-        return true;
     }
-    image->pixel_format = PF_RGB_U8;
-    hand_out(*image, std::move(pixels));
-    ImageAccess::note_external(*image, image->width * image->height * 3);
-    ImageAccess::drop_small_u8(*image);
-    return true;
+
+    const auto hand_over = [&] {
+        const auto columns = static_cast<unsigned long>(width);
+        const auto rows = static_cast<unsigned long>(height);
+        if (mirror)
+            become_square(*image, pixels.get(), columns, rows);
+        else
+            become_decoded(*image, std::move(pixels), columns, rows);
+        return true;
+    };
+    return or_undo(hand_over, [&] { set_failure_reason(memory_ran_out); });
 }
 
 bool ImageCodecStb::free_image_resources(Image* image) {
@@ -127,11 +132,7 @@ bool ImageCodecStb::free_image_resources(Image* image) {
 }
 
 bool ImageCodecStb::free_decoded_pixels(Image* image) {
-    if (!image || !image->pixmap_external || !take_back(image->pixmap_external))
-        return false;
-    stb_free(image->pixmap_external);
-    image->pixmap_external = nullptr;
-    return true;
+    return image && take_back_pixels(*image, stb_free);
 }
 
 namespace {
@@ -162,22 +163,42 @@ bool write_jpeg(const Image& image, const char* filename, const unsigned char* p
 } // namespace
 
 bool ImageCodecStb::save_image_to_file(Image* image, const char* filename) {
-    if (!image || !filename || !has_pixels(*image))
-        return false;
-    switch (image->pixel_format) {
-    case PF_RGB_U8:
-    case PF_BGR_U8:
-        return write_jpeg(*image, filename, image->get_u8_ptr(), 3);
-    case PF_RGBA_U8:
-    case PF_BGRA_U8:
-        return write_jpeg(*image, filename, image->get_u8_ptr(), 4);
-    case PF_RGB_F32:
-        return image->pixmap_f32 && write_jpeg(*image, filename, rgba_bytes(*image, 3).data(), 4);
-    case PF_RGBA_F32:
-        return image->pixmap_f32 && write_jpeg(*image, filename, rgba_bytes(*image, 4).data(), 4);
-    default:
+    clear_failure_reason();
+    if (!image || !filename)
+        return misuse("ImageCodecStb::save_image_to_file", "a null image or name");
+    if (!has_pixels(*image)) {
+        set_failure_reason("the image has fewer pixels than %lu by %lu", image->width,
+                           image->height);
         return false;
     }
+    return or_undo([&] { return write(*image, filename); },
+                   [&] { set_failure_reason(memory_ran_out); });
+}
+
+bool ImageCodecStb::write(const Image& image, const char* filename) const {
+    bool written = false;
+    switch (image.pixel_format) {
+    case PF_RGB_U8:
+    case PF_BGR_U8:
+        written = write_jpeg(image, filename, image.get_u8_ptr(), 3);
+        break;
+    case PF_RGBA_U8:
+    case PF_BGRA_U8:
+        written = write_jpeg(image, filename, image.get_u8_ptr(), 4);
+        break;
+    case PF_RGB_F32:
+        written = image.pixmap_f32 && write_jpeg(image, filename, rgba_bytes(image, 3).data(), 4);
+        break;
+    case PF_RGBA_F32:
+        written = image.pixmap_f32 && write_jpeg(image, filename, rgba_bytes(image, 4).data(), 4);
+        break;
+    default:
+        set_failure_reason("pixels of format %d can't be written", image.pixel_format);
+        return false;
+    }
+    if (!written)
+        set_failure_reason("%s can't be written", filename);
+    return written;
 }
 
 } // namespace orvex

@@ -1,5 +1,8 @@
 #pragma once
 
+/// @file
+/// ImageCodecStb: the built-in image decoder, and the writer of JPEG.
+
 #include "orvex/api.h"
 #include "orvex/base/image_codec.h"
 
@@ -63,6 +66,9 @@ public:
     /// Counts for decodes that begin later, on all threads.
     static void set_memory_limit(unsigned long bytes);
     static unsigned long get_memory_limit(); ///< as set; 2 GiB at first
+
+private:
+    bool write(const Image& image, const char* filename) const;
 };
 
 } // namespace orvex

@@ -54,8 +54,8 @@ void fill_factors(float* factors, const unsigned char* table) {
 Quantisation quantisation_for(int quality) {
     Quantisation q;
     const int scale = table_scale(quality);
-    fill_table(q.Y, YQT, scale);
-    fill_table(q.UV, UVQT, scale);
+    fill_table(q.Y, luminance_quantization, scale);
+    fill_table(q.UV, chrominance_quantization, scale);
     fill_factors(q.fdtbl_Y, q.Y);
     fill_factors(q.fdtbl_UV, q.UV);
     return q;
@@ -156,9 +156,9 @@ void write_pixels(BitStream& stream, const PixelBlock& pixels, const Quantisatio
         transform_rows<ChrominanceU>(colors, u.values + rows);
         transform_rows<ChrominanceV>(colors, v.values + rows);
     }
-    dc.Y = jo_processDU(stream, y, q.fdtbl_Y, dc.Y, YDC_HT, YAC_HT);
-    dc.U = jo_processDU(stream, u, q.fdtbl_UV, dc.U, UVDC_HT, UVAC_HT);
-    dc.V = jo_processDU(stream, v, q.fdtbl_UV, dc.V, UVDC_HT, UVAC_HT);
+    dc.Y = jo_processDU(stream, y, q.fdtbl_Y, dc.Y, luminance_dc_codes, luminance_ac_codes);
+    dc.U = jo_processDU(stream, u, q.fdtbl_UV, dc.U, chrominance_dc_codes, chrominance_ac_codes);
+    dc.V = jo_processDU(stream, v, q.fdtbl_UV, dc.V, chrominance_dc_codes, chrominance_ac_codes);
 }
 
 void write_picture(std::FILE* file, const Picture& picture, const Quantisation& q) {

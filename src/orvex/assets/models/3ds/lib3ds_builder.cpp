@@ -11,7 +11,7 @@
 namespace orvex {
 
 bool Loader3D_Lib3ds::build_model(Model* model) {
-    if (model == nullptr)
+    if (!model)
         return false;
     for (std::uint64_t i = 0; i < lib3ds_data->num_materials; ++i)
         build_material(&lib3ds_data->materials[i], model);
@@ -45,10 +45,10 @@ Material* create_material(const orvexLib3dsMaterial& record) {
 } // namespace
 
 bool Loader3D_Lib3ds::build_material(orvexLib3dsMaterial* record, Model* model) {
-    if (record == nullptr || model == nullptr)
+    if (!record || !model)
         return false;
     if (Resource* const known = MaterialMgr::get()->get_resource(record->name)) {
-        if (model->get_material_by_name(record->name) == nullptr)
+        if (!model->get_material_by_name(record->name))
             model->add_material(static_cast<Material*>(known), nullptr);
         return true;
     }
@@ -66,68 +66,68 @@ class FaceBuilder {
 public:
     FaceBuilder(const sLib3dsMesh& record, Mesh& mesh, orvexLib3dsMaterial* materials,
                 std::uint64_t num_materials)
-        : record_(record)
-        , mesh_(mesh)
-        , store_(*mesh.get_mesh_data())
-        , materials_(materials)
-        , material_ids_(num_materials, UNUSED)
-        , default_material_(MaterialMgr::get()->create_material(nullptr)) {}
+        : record(record)
+        , mesh(mesh)
+        , store(*mesh.get_mesh_data())
+        , materials(materials)
+        , material_ids(num_materials, unused)
+        , default_material(MaterialMgr::get()->create_material(nullptr)) {}
 
     void build() {
-        if (store_.index_bits == 16)
-            fill_indices(store_.faces_u16);
+        if (store.index_bits == 16)
+            fill_indices(store.faces_u16);
         else
-            fill_indices(store_.faces_u32);
-        for (std::uint32_t i = 0; i < record_.num_faces; ++i) {
+            fill_indices(store.faces_u32);
+        for (std::uint32_t i = 0; i < record.num_faces; ++i) {
             set_normal(i);
-            store_.face_materials[i] = material_of(i);
+            store.face_materials[i] = material_of(i);
         }
     }
 
 private:
     template<class Face>
     void fill_indices(Face* to) {
-        for (std::uint32_t i = 0; i < record_.num_faces; ++i) {
-            to[i].a = record_.faces[i][0];
-            to[i].b = record_.faces[i][1];
-            to[i].c = record_.faces[i][2];
+        for (std::uint32_t i = 0; i < record.num_faces; ++i) {
+            to[i].a = record.faces[i][0];
+            to[i].b = record.faces[i][1];
+            to[i].c = record.faces[i][2];
         }
     }
 
     /// The normals are those of corners, and these are not turned as those of vertices are.
     void set_normal(std::uint32_t i) {
-        const Lib3dsFloat3& from = record_.normals[i];
-        vec4& to = store_.face_normals[i];
+        const Lib3dsFloat3& from = record.normals[i];
+        vec4& to = store.face_normals[i];
         to.x = from[0];
         to.y = from[1];
         to.z = from[2];
     }
 
     int material_of(std::uint32_t i) {
-        const std::uint32_t index = record_.face_materials ? record_.face_materials[i].material : 0;
-        if (index >= material_ids_.size() || materials_[index].material == nullptr)
-            return use(default_material_, default_material_id_);
-        return use(materials_[index].material, material_ids_[index]);
+        const std::uint32_t index = record.face_materials ? record.face_materials[i].material : 0;
+        if (index >= material_ids.size() || !materials[index].material)
+            return use(default_material, default_material_id);
+        return use(materials[index].material, material_ids[index]);
     }
 
     /// Gives the mesh the material at its first face, and remembers its id for all the others.
     int use(Material* material, int& id) {
-        if (id == UNUSED) {
+        if (id == unused) {
             id = material->getid();
-            mesh_.add_material(material, nullptr);
+            mesh.add_material(material, nullptr);
         }
         return id;
     }
 
-    static constexpr int UNUSED = -1;
+    static constexpr int unused = -1;
 
-    const sLib3dsMesh& record_;
-    Mesh& mesh_;
-    MeshData& store_;
-    const orvexLib3dsMaterial* materials_;
-    std::vector<int> material_ids_; ///< of those that the mesh has already
-    Material* default_material_;
-    int default_material_id_ = UNUSED;
+    const sLib3dsMesh& record;
+    Mesh& mesh;
+    MeshData& store;
+    const orvexLib3dsMaterial* materials;
+    std::vector<int> material_ids; ///< of those that the mesh has already
+    Material* default_material;
+    int default_material_id = unused;
 };
 
 void build_vertices(const sLib3dsMesh& record, MeshData& store) {
@@ -148,8 +148,7 @@ void build_vertices(const sLib3dsMesh& record, MeshData& store) {
 
 bool Loader3D_Lib3ds::build_mesh(sLib3dsMesh* record, Model* model) {
     constexpr std::uint32_t vertices_of_a_face = 3;
-    if (record == nullptr || model == nullptr || record->num_vertices < vertices_of_a_face ||
-        record->num_faces == 0)
+    if (!record || !model || record->num_vertices < vertices_of_a_face || record->num_faces == 0)
         return false;
     Mesh* const mesh = model->create_mesh();
     mesh->set_name(record->name);

@@ -9,6 +9,7 @@
 #include <lib3ds.h>
 
 #include "orvex/assets/models/3ds/private/lib3ds_check.h"
+#include "orvex/assets/models/3ds/private/lib3ds_chunk_reader.h"
 #include "orvex/platform/private/byte_window.h"
 #include "orvex/platform/private/file_bytes.h"
 
@@ -27,7 +28,7 @@ struct MemoryStream {
     std::size_t position = 0;
 };
 
-constexpr std::size_t FARTHEST = std::numeric_limits<std::size_t>::max() / 2;
+constexpr std::size_t farthest = std::numeric_limits<std::size_t>::max() / 2;
 
 long seek(void* self, long offset, Lib3dsIoSeek origin) {
     auto& stream = *static_cast<MemoryStream*>(self);
@@ -35,7 +36,7 @@ long seek(void* self, long offset, Lib3dsIoSeek origin) {
                              : origin == LIB3DS_SEEK_CUR ? stream.position
                                                          : stream.size;
     // Below the greatest number there is, so that a count can be added to it.
-    stream.position = std::min(from + static_cast<std::size_t>(offset), FARTHEST);
+    stream.position = std::min(from + static_cast<std::size_t>(offset), farthest);
     return 0;
 }
 
@@ -69,11 +70,22 @@ std::size_t read(void* self, void* buffer, std::size_t count) {
     return count;
 }
 
+/// Says why there is no file. @return null
+Lib3dsFilePtr refuse(Lib3dsFault* fault, const Lib3dsFault& found) {
+    if (fault)
+        *fault = found;
+    return nullptr;
+}
+
+/// From this size on a file is looked through before it is read into memory, which costs a second
+/// look, so that refusing it takes little memory.
+constexpr std::size_t large_file = 16u << 20;
+
 } // namespace
 
-Lib3dsFilePtr read_3ds_bytes(const unsigned char* bytes, std::size_t size) {
+Lib3dsFilePtr read_3ds_bytes(const unsigned char* bytes, std::size_t size, Lib3dsFault* fault) {
     ByteWindow window(bytes, size);
-    if (!lib3ds_can_read(window))
+    if (!lib3ds_can_read(window, fault))
         return nullptr;
     Lib3dsFilePtr file(lib3ds_file_new());
     MemoryStream stream{bytes, size};
@@ -82,25 +94,22 @@ Lib3dsFilePtr read_3ds_bytes(const unsigned char* bytes, std::size_t size) {
     io.seek_func = seek;
     io.tell_func = tell;
     io.read_func = read;
-    return file != nullptr && lib3ds_file_read(file.get(), &io) ? std::move(file) : nullptr;
+    if (file && lib3ds_file_read(file.get(), &io))
+        return file;
+    return refuse(fault, {"lib3ds can't read on", stream.position, true});
 }
 
-namespace {
-
-/// From this size on a file is looked through before it is read into memory, which costs a second
-/// look, so that refusing it takes little memory.
-constexpr std::size_t LARGE_FILE = 16u << 20;
-
-} // namespace
-
-Lib3dsFilePtr open_3ds_file(const char* path) {
-    if (path == nullptr)
-        return nullptr;
+Lib3dsFilePtr open_3ds_file(const char* path, Lib3dsFault* fault) {
+    const Lib3dsFault unreadable{"no regular file that can be read", 0, false};
     ByteWindow window;
-    if (!window.open(path) || (window.size() >= LARGE_FILE && !lib3ds_can_read(window)))
+    if (!path || !window.open(path))
+        return refuse(fault, unreadable);
+    if (window.size() >= large_file && !lib3ds_can_read(window, fault))
         return nullptr;
     FileBytes file;
-    return file.read(path) ? read_3ds_bytes(file.data(), file.size()) : nullptr;
+    if (!file.read(path))
+        return refuse(fault, unreadable);
+    return read_3ds_bytes(file.data(), file.size(), fault);
 }
 
 } // namespace orvex

@@ -17,9 +17,9 @@ namespace orvex {
 
 namespace {
 
-template<std::size_t SIZE>
-void copy_text(char (&field)[SIZE], const char* text) {
-    std::strncpy(field, text, SIZE - 1);
+template<std::size_t size>
+void copy_text(char (&field)[size], const char* text) {
+    std::strncpy(field, text, size - 1);
 }
 
 // --- Materials -------------------------------------------------------------------------------
@@ -60,7 +60,7 @@ void copy_material(const Lib3dsMaterial& from, orvexLib3dsMaterial& to) {
 } // namespace
 
 bool Loader3D_Lib3ds::read_materials(Lib3dsFile* file) {
-    if (file == nullptr || file->nmaterials <= 0)
+    if (!file || file->nmaterials <= 0)
         return false;
     make_names_differ(*file);
     const auto count = static_cast<std::size_t>(file->nmaterials);
@@ -74,14 +74,14 @@ bool Loader3D_Lib3ds::read_materials(Lib3dsFile* file) {
 // --- Meshes ----------------------------------------------------------------------------------
 
 bool Loader3D_Lib3ds::read_meshes(Lib3dsFile* file) {
-    if (file == nullptr)
+    if (!file)
         return false;
     write_nodes(file, file->nodes);
     return true;
 }
 
 void Loader3D_Lib3ds::write_nodes(Lib3dsFile* file, Lib3dsNode* node) {
-    for (; node != nullptr; node = node->next) {
+    for (; node; node = node->next) {
         if (node->type != LIB3DS_NODE_MESH_INSTANCE)
             continue;
         write_mesh(file, reinterpret_cast<Lib3dsMeshInstanceNode*>(node));
@@ -125,25 +125,25 @@ std::uint32_t num_faces_with_normals(const Lib3dsMesh& mesh, bool smoothed) {
 class Parts {
 public:
     explicit Parts(std::byte* block)
-        : next_(block) {}
+        : next(block) {}
 
     template<class T>
     T* take(std::uint32_t count) {
-        T* const part = reinterpret_cast<T*>(next_);
+        T* const part = reinterpret_cast<T*>(next);
         std::uninitialized_default_construct_n(part, count);
-        next_ += count * sizeof(T);
+        next += count * sizeof(T);
         return part;
     }
 
 private:
-    std::byte* next_;
+    std::byte* next;
 };
 
 /// Sets the counts, and makes the arrays. Plain numbers in them are not set.
 void make_arrays(const Lib3dsMesh& from, bool smoothed, bool has_materials, sLib3dsMesh& to) {
     to.num_vertices = from.nvertices;
-    to.num_texcoords = from.texcos != nullptr ? to.num_vertices : 0;
-    to.num_faces = from.faces != nullptr ? from.nfaces : 0;
+    to.num_texcoords = from.texcos ? to.num_vertices : 0;
+    to.num_faces = from.faces ? from.nfaces : 0;
     to.num_normals = to.num_faces > 0 ? 3 * num_faces_with_normals(from, smoothed) : 0;
     const std::uint32_t num_face_materials = has_materials ? to.num_faces : 0;
     to.memory = new_large_block(
@@ -152,7 +152,7 @@ void make_arrays(const Lib3dsMesh& from, bool smoothed, bool has_materials, sLib
         to.num_faces * sizeof(Lib3dsIndices));
     Parts parts(to.memory.get());
     to.vertices = parts.take<Lib3dsFloat3>(to.num_vertices);
-    if (from.texcos != nullptr)
+    if (from.texcos)
         to.texcoords = parts.take<Lib3dsFloat2>(to.num_texcoords);
     to.normals = parts.take<Lib3dsFloat3>(to.num_normals);
     if (has_materials)
@@ -162,7 +162,7 @@ void make_arrays(const Lib3dsMesh& from, bool smoothed, bool has_materials, sLib
 
 void copy_vertices(const Lib3dsMesh& from, sLib3dsMesh& to) {
     std::memcpy(to.vertices, from.vertices, to.num_vertices * sizeof(Lib3dsFloat3));
-    if (to.texcoords != nullptr)
+    if (to.texcoords)
         std::memcpy(to.texcoords, from.texcos, to.num_texcoords * sizeof(Lib3dsFloat2));
 }
 
@@ -196,7 +196,7 @@ void copy_faces(const Lib3dsMesh& from, sLib3dsMesh& to) {
 
 /// A face without material keeps its zeros, that is, gets the first material.
 void copy_face_materials(const Lib3dsMesh& from, sLib3dsMesh& to) {
-    if (to.face_materials == nullptr)
+    if (!to.face_materials)
         return;
     for (std::uint32_t i = 0; i < to.num_faces; ++i) {
         const int material = from.faces[i].material;
@@ -210,7 +210,7 @@ void copy_face_materials(const Lib3dsMesh& from, sLib3dsMesh& to) {
 
 void Loader3D_Lib3ds::write_mesh(Lib3dsFile* file, Lib3dsMeshInstanceNode* node) {
     Lib3dsMesh* const mesh = lib3ds_file_mesh_for_node(file, &node->base);
-    if (mesh == nullptr || mesh->vertices == nullptr)
+    if (!mesh || !mesh->vertices)
         return;
     sLib3dsMesh& record = *lib3ds_data->meshes.emplace_back(std::make_unique<sLib3dsMesh>());
     copy_text(record.name, node->instance_name[0] != '\0' ? node->instance_name : node->base.name);

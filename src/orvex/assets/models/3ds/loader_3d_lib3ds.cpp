@@ -1,17 +1,21 @@
 #include "orvex/assets/models/3ds/loader_3d_lib3ds.h"
 
-#include <new>
+#include <memory>
 #include <string>
 
 #include <lib3ds.h>
 
+#include "orvex/assets/models/3ds/private/lib3ds_chunk_reader.h"
 #include "orvex/assets/models/3ds/private/lib3ds_open.h"
 #include "orvex/assets/models/3ds/private/lib3ds_records.h"
+#include "orvex/assets/models/private/load_undo.h"
+#include "orvex/base/private/memory_out.h"
+#include "orvex/base/private/misuse.h"
 
 namespace orvex {
 
 Loader3D_Lib3ds::Loader3D_Lib3ds()
-    : lib3ds_data(new Loader3D_Lib3dsData) {
+    : lib3ds_data(std::make_unique<Loader3D_Lib3dsData>()) {
     set_name("orvex_plugin_core_lib3ds");
     set_description("Lib3ds loader (core plugin).");
     set_author("orvex");
@@ -20,28 +24,40 @@ Loader3D_Lib3ds::Loader3D_Lib3ds()
     set_type(PLUGIN_TYPE_LOADER_3D);
 }
 
-Loader3D_Lib3ds::~Loader3D_Lib3ds() {
-    delete lib3ds_data;
-}
+Loader3D_Lib3ds::~Loader3D_Lib3ds() = default;
 
 bool Loader3D_Lib3ds::load_from_file(Model* model, const char* filename) {
-    if (model == nullptr || filename == nullptr)
-        return false;
-    try {
-        Lib3dsFilePtr file = open_3ds_file((std::string(get_model_dir()) + filename).c_str());
-        if (file == nullptr)
-            return false;
-        read_materials(file.get());
-        if (file->nodes == nullptr)
-            lib3ds_file_create_nodes_for_meshes(file.get());
-        lib3ds_file_eval(file.get(), 0.0f);
-        read_meshes(file.get());
-    } catch (const std::bad_alloc&) {
-        free_memory();
-        return false;
-    }
-    build_model(model);
+    clear_failure_reason();
+    if (!model || !filename)
+        return misuse("Loader3D_Lib3ds::load_from_file", "a null model or file name");
+    const LoadUndo undo(*model);
+    const bool loaded = or_undo([&] { return read_file(filename) && build_model(model); },
+                                [&] {
+                                    undo.give_back();
+                                    set_failure_reason("memory ran out");
+                                });
     free_memory();
+    return loaded;
+}
+
+/// Fills the record of the load from a file.
+bool Loader3D_Lib3ds::read_file(const char* filename) {
+    Lib3dsFault fault;
+    const Lib3dsFilePtr file =
+        open_3ds_file((std::string(get_model_dir()) + filename).c_str(), &fault);
+    if (!file && !fault.is_3ds)
+        set_format_unknown("no 3DS file: %s", fault.what);
+    else if (!file)
+        set_failure_reason("byte %llu: %s", static_cast<unsigned long long>(fault.offset),
+                           fault.what);
+    if (!file)
+        return false;
+
+    read_materials(file.get());
+    if (!file->nodes)
+        lib3ds_file_create_nodes_for_meshes(file.get());
+    lib3ds_file_eval(file.get(), 0.0f);
+    read_meshes(file.get());
     return true;
 }
 

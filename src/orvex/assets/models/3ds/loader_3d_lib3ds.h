@@ -3,6 +3,8 @@
 /// @file
 /// Loader3D_Lib3ds: the built-in reader of 3DS files.
 
+#include <memory>
+
 #include "orvex/api.h"
 #include "orvex/base/loader_3d.h"
 
@@ -53,9 +55,10 @@ public:
     /// suggests, is refused.
     /// @param model     null is refused
     /// @param filename  appended to the model directory as it stands; null is refused
-    /// @return false, with nothing added to the model and nothing logged, if the file can't be
-    /// read.
-    ///         A mesh that can't be built is left out, and the load still succeeds.
+    /// @return false, with nothing added to the model and to `MaterialMgr` and nothing logged, if
+    /// the
+    ///         file can't be read, or needs more memory than there is; `get_failure_reason` then
+    ///         tells which. A mesh that can't be built is left out, and the load still succeeds.
     bool load_from_file(Model* model, const char* filename) override;
 
     /// @name The steps of a load
@@ -90,7 +93,10 @@ public:
 
 private:
     struct Loader3D_Lib3dsData;
-    Loader3D_Lib3dsData* lib3ds_data;
+
+    bool read_file(const char* filename);
+
+    std::unique_ptr<Loader3D_Lib3dsData> lib3ds_data;
 };
 
 } // namespace orvex

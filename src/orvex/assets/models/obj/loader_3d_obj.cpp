@@ -1,11 +1,13 @@
 #include "orvex/assets/models/obj/loader_3d_obj.h"
 
 #include <memory>
-#include <new>
 #include <string>
 
 #include "orvex/assets/models/obj/private/obj_builder.h"
 #include "orvex/assets/models/obj/private/obj_reader.h"
+#include "orvex/assets/models/private/load_undo.h"
+#include "orvex/base/private/memory_out.h"
+#include "orvex/base/private/misuse.h"
 
 namespace orvex {
 
@@ -21,14 +23,34 @@ Loader3D_OBJ::Loader3D_OBJ() {
 Loader3D_OBJ::~Loader3D_OBJ() = default;
 
 bool Loader3D_OBJ::load_from_file(Model* model, const char* filename) {
-    if (model == nullptr || filename == nullptr)
-        return false;
+    clear_failure_reason();
+    if (!model || !filename)
+        return misuse("Loader3D_OBJ::load_from_file", "a null model or file name");
+    const LoadUndo undo(*model);
+    return or_undo([&] { return read_and_build(*model, filename); },
+                   [&] {
+                       undo.give_back();
+                       set_failure_reason("memory ran out");
+                   });
+}
+
+bool Loader3D_OBJ::read_and_build(Model& model, const char* filename) {
     const std::string model_dir = get_model_dir();
-    std::unique_ptr<OBJ_Model> source = read_obj_file((model_dir + filename).c_str(), model_dir);
-    if (source == nullptr)
-        return false;
-    build_model(*source, *model);
-    return true;
+    OBJ_Fault fault;
+    const std::unique_ptr<OBJ_Model> source =
+        read_obj_file((model_dir + filename).c_str(), model_dir, &fault);
+    if (source) {
+        build_model(*source, model);
+        return true;
+    }
+    if (fault.is_unreadable)
+        set_format_unknown("no regular file that can be read");
+    else if (fault.num_vertices == 0)
+        set_format_unknown("no OBJ file: none of its %zu lines begins with a v", fault.num_lines);
+    else
+        set_failure_reason("line %zu: the file ends with %zu vertices and no face", fault.num_lines,
+                           fault.num_vertices);
+    return false;
 }
 
 } // namespace orvex

@@ -32,9 +32,15 @@ public:
 
     /// @param model     null is refused
     /// @param filename  appended to the model directory as it stands; null is refused
-    /// @return false, with nothing added to the model and nothing logged, if the file can't be read
-    ///         or holds no vertex or no face. A missing material library only costs the colours.
+    /// @return false, with nothing added to the model and to `MaterialMgr`, if the file can't be
+    /// read,
+    ///         holds no vertex or no face, or needs more memory than there is; `get_failure_reason`
+    ///         then tells which. Nothing is logged but a mesh's want of memory, by the mesh. A
+    ///         missing material library only costs the colours.
     bool load_from_file(Model* model, const char* filename) override;
+
+private:
+    bool read_and_build(Model& model, const char* filename);
 };
 
 } // namespace orvex

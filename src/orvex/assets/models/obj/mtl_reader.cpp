@@ -14,35 +14,35 @@ namespace orvex {
 
 namespace {
 
-constexpr std::size_t LINE_LIMIT = 255;
-constexpr std::size_t NAME_OFFSET = 7; ///< a name begins one separator behind its keyword
-constexpr int ILLUM_WITH_SPECULAR = 2;
+constexpr std::size_t line_limit = 255;
+constexpr std::size_t name_offset = 7; ///< a name begins one separator behind its keyword
+constexpr int illum_with_specular = 2;
 
-/// What stands `NAME_OFFSET` behind `keyword`, up to the end of the line.
+/// What stands `name_offset` behind `keyword`, up to the end of the line.
 std::string_view name_behind(std::string_view line, std::size_t keyword) {
-    if (keyword + NAME_OFFSET >= line.size())
+    if (keyword + name_offset >= line.size())
         return {};
-    const std::string_view name = line.substr(keyword + NAME_OFFSET);
+    const std::string_view name = line.substr(keyword + name_offset);
     return name.substr(0, name.find_first_of("\n\r"));
 }
 
 class MaterialReader {
 public:
     explicit MaterialReader(OBJ_Model& model)
-        : model_(model) {}
+        : model(model) {}
 
     /// @param ends_file  the line was cut short by the end of the file
     void read_line(const std::string& line, bool ends_file) {
         if (line.empty() || line[0] == '#' || line[0] == '\n' || line[0] == '\r')
             return;
-        if (read_name(line) || material_ == nullptr)
+        if (read_name(line) || !material)
             return;
-        read_diffuse_map(line, ends_file) || read_color(line, "Kd", material_->diffuse) ||
-            read_number(line, "Ns", material_->specular_exp) ||
-            read_color(line, "Ka", material_->ambient) || read_illum(line) ||
-            (illum_ == ILLUM_WITH_SPECULAR && read_color(line, "Ks", material_->specular)) ||
-            read_number(line, "d ", material_->opacity) ||
-            read_number(line, "Tr ", material_->opacity);
+        read_diffuse_map(line, ends_file) || read_color(line, "Kd", material->diffuse) ||
+            read_number(line, "Ns", material->specular_exp) ||
+            read_color(line, "Ka", material->ambient) || read_illum(line) ||
+            (illum == illum_with_specular && read_color(line, "Ks", material->specular)) ||
+            read_number(line, "d ", material->opacity) ||
+            read_number(line, "Tr ", material->opacity);
     }
 
 private:
@@ -51,10 +51,10 @@ private:
         if (keyword == std::string::npos)
             return false;
         const OBJ_Name name(name_behind(line, keyword));
-        material_ = &model_.materials.find_or_add(name);
-        material_->set_library_defaults();
-        map_count_ = 0;
-        illum_ = 1;
+        material = &model.materials.find_or_add(name);
+        material->set_library_defaults();
+        map_count = 0;
+        illum = 1;
         return true;
     }
 
@@ -62,15 +62,15 @@ private:
         const std::size_t keyword = line.find("map_Kd");
         if (keyword == std::string::npos)
             return false;
-        if (map_count_ < OBJ_Material::NUM_TEXTURES) {
-            auto& slot = material_->texture_filenames[map_count_];
+        if (map_count < OBJ_Material::num_textures) {
+            auto& slot = material->texture_filenames[map_count];
             slot.fill('\0');
             // A name that the end of the file cuts short can't be told from a whole one.
             const std::string_view name =
                 ends_file ? std::string_view() : name_behind(line, keyword);
             name.copy(slot.data(), 255);
         }
-        ++map_count_;
+        ++map_count;
         return true;
     }
 
@@ -93,15 +93,15 @@ private:
     bool read_illum(const std::string& line) {
         if (line.find("illum ") == std::string::npos)
             return false;
-        if (std::sscanf(line.c_str(), "%*s %d", &illum_) != 1)
-            illum_ = 1;
+        if (std::sscanf(line.c_str(), "%*s %d", &illum) != 1)
+            illum = 1;
         return true;
     }
 
-    OBJ_Model& model_;
-    OBJ_Material* material_ = nullptr;
-    std::size_t map_count_ = 0;
-    int illum_ = 1;
+    OBJ_Model& model;
+    OBJ_Material* material = nullptr;
+    std::size_t map_count = 0;
+    int illum = 1;
 };
 
 } // namespace
@@ -111,8 +111,8 @@ void read_material_text(OBJ_Model& model, const char* text, std::size_t size) {
     TextStream stream(text, size);
     MaterialReader reader(model);
     while (stream.tell() < stream.size()) {
-        const std::string_view bytes = stream.read_line(LINE_LIMIT);
-        const bool ends_file = bytes.size() < LINE_LIMIT && bytes.back() != '\n';
+        const std::string_view bytes = stream.read_line(line_limit);
+        const bool ends_file = bytes.size() < line_limit && bytes.back() != '\n';
         reader.read_line(std::string(bytes.substr(0, bytes.find('\0'))), ends_file);
     }
 }

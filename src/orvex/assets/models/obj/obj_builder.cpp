@@ -1,6 +1,8 @@
 #include "orvex/assets/models/obj/private/obj_builder.h"
 
 #include <cstddef>
+#include <memory>
+#include <new>
 
 #include "orvex/assets/materials/material.h"
 #include "orvex/assets/materials/material_mgr.h"
@@ -46,7 +48,7 @@ void build_materials(OBJ_Model& source, Model& target) {
         if (material->face_count <= 0)
             continue;
         material->material = build_material(*material);
-        if (target.get_material_by_name(material->name.c_str()) == nullptr)
+        if (!target.get_material_by_name(material->name.c_str()))
             target.add_material(material->material, nullptr);
     }
 }
@@ -57,17 +59,17 @@ void build_materials(OBJ_Model& source, Model& target) {
 class AttributeWriter {
 public:
     AttributeWriter(const MeshData& store, vec4* separate, vec4 Vertex::*field)
-        : at_(store.vertices != nullptr ? &(store.vertices->*field) : separate)
-        , stride_(store.vertices != nullptr ? sizeof(Vertex) / sizeof(vec4) : 1) {}
+        : place(store.vertices ? &(store.vertices->*field) : separate)
+        , stride(store.vertices ? sizeof(Vertex) / sizeof(vec4) : 1) {}
 
     void write(float x, float y, float z, float w) {
-        at_->set(x, y, z, w);
-        at_ += stride_;
+        place->set(x, y, z, w);
+        place += stride;
     }
 
 private:
-    vec4* at_;
-    std::size_t stride_;
+    vec4* place;
+    std::size_t stride;
 };
 
 /// The entry that an index of the file names; the zero entry for an index that names none.
@@ -85,22 +87,22 @@ vec3 to_vec3(const OBJ_Float3& entry) {
 class MeshBuilder {
 public:
     MeshBuilder(const OBJ_Model& source, Mesh& mesh)
-        : source_(source)
-        , mesh_(mesh)
-        , store_(*mesh.get_mesh_data())
-        , positions_(store_, store_.position.data, &Vertex::position)
-        , normals_(store_, store_.normal.data, &Vertex::normal)
-        , uvs_(store_, store_.uv0.data, &Vertex::uv0) {}
+        : source(source)
+        , mesh(mesh)
+        , store(*mesh.get_mesh_data())
+        , positions(store, store.position.data, &Vertex::position)
+        , normals(store, store.normal.data, &Vertex::normal)
+        , uvs(store, store.uv0.data, &Vertex::uv0) {}
 
     void add_run(const OBJ_TriangleRun& run) {
-        Material* material = source_.materials[run.material].material;
-        if (material != nullptr)
-            mesh_.add_material(material, nullptr);
-        const int material_id = material != nullptr ? material->getid() : 0;
+        Material* material = source.materials[run.material].material;
+        if (material)
+            mesh.add_material(material, nullptr);
+        const int material_id = material ? material->getid() : 0;
 
-        const OBJ_Triangle* triangle = &source_.triangles[run.first];
-        for (std::size_t i = 0; i < run.count; ++i, ++triangle, ++num_faces_) {
-            store_.face_materials[num_faces_] = material_id;
+        const OBJ_Triangle* triangle = &source.triangles[run.first];
+        for (std::size_t i = 0; i < run.count; ++i, ++triangle, ++num_faces) {
+            store.face_materials[num_faces] = material_id;
             add_triangle(*triangle);
         }
     }
@@ -109,12 +111,12 @@ private:
     void add_triangle(const OBJ_Triangle& triangle) {
         vec3 p[3];
         for (std::size_t i = 0; i < 3; ++i) {
-            p[i] = to_vec3(entry_at(source_.vertices, triangle[i].vertex));
-            positions_.write(p[i].x, p[i].y, p[i].z, 1.0f);
+            p[i] = to_vec3(entry_at(source.vertices, triangle[i].vertex));
+            positions.write(p[i].x, p[i].y, p[i].z, 1.0f);
         }
-        if (!source_.texcoords.empty())
+        if (!source.texcoords.empty())
             add_texcoords(triangle);
-        if (!source_.normals.empty())
+        if (!source.normals.empty())
             add_normals(triangle);
         else
             add_flat_normals(p);
@@ -123,19 +125,19 @@ private:
 
     void add_texcoords(const OBJ_Triangle& triangle) {
         for (const OBJ_Corner& corner : triangle) {
-            const OBJ_Float2& uv = entry_at(source_.texcoords, corner.texcoord);
-            uvs_.write(uv[0], uv[1], 0.0f, 1.0f);
+            const OBJ_Float2& uv = entry_at(source.texcoords, corner.texcoord);
+            uvs.write(uv[0], uv[1], 0.0f, 1.0f);
         }
     }
 
     void add_normals(const OBJ_Triangle& triangle) {
         vec3 n[3];
         for (std::size_t i = 0; i < 3; ++i) {
-            n[i] = to_vec3(entry_at(source_.normals, triangle[i].normal));
-            normals_.write(n[i].x, n[i].y, n[i].z, 0.0f);
+            n[i] = to_vec3(entry_at(source.normals, triangle[i].normal));
+            normals.write(n[i].x, n[i].y, n[i].z, 0.0f);
         }
         // The mean, not made a unit vector again.
-        vec4& face_normal = store_.face_normals[num_faces_];
+        vec4& face_normal = store.face_normals[num_faces];
         face_normal.x = (n[0].x + n[1].x + n[2].x) / 3.0f;
         face_normal.y = (n[0].y + n[1].y + n[2].y) / 3.0f;
         face_normal.z = (n[0].z + n[1].z + n[2].z) / 3.0f;
@@ -145,48 +147,55 @@ private:
         const vec4 a(p[0] - p[1]);
         const vec4 b(p[2] - p[1]);
         const vec4 n = b.cross(a).normalize();
-        store_.face_normals[num_faces_] = n;
+        store.face_normals[num_faces] = n;
         for (int i = 0; i < 3; ++i)
-            normals_.write(n.x, n.y, n.z, 0.0f);
+            normals.write(n.x, n.y, n.z, 0.0f);
     }
 
     void add_face() {
-        const auto first = static_cast<unsigned int>(3 * num_faces_);
-        if (store_.index_bits == 16) {
-            FaceU16& face = store_.faces_u16[num_faces_];
+        const auto first = static_cast<unsigned int>(3 * num_faces);
+        if (store.index_bits == 16) {
+            FaceU16& face = store.faces_u16[num_faces];
             face.a = static_cast<unsigned short>(first);
             face.b = static_cast<unsigned short>(first + 1);
             face.c = static_cast<unsigned short>(first + 2);
             return;
         }
-        FaceU32& face = store_.faces_u32[num_faces_];
+        FaceU32& face = store.faces_u32[num_faces];
         face.a = first;
         face.b = first + 1;
         face.c = first + 2;
     }
 
-    const OBJ_Model& source_;
-    Mesh& mesh_;
-    MeshData& store_;
-    AttributeWriter positions_;
-    AttributeWriter normals_;
-    AttributeWriter uvs_;
-    std::size_t num_faces_ = 0;
+    const OBJ_Model& source;
+    Mesh& mesh;
+    MeshData& store;
+    AttributeWriter positions;
+    AttributeWriter normals;
+    AttributeWriter uvs;
+    std::size_t num_faces = 0;
+};
+
+/// Ends a mesh that no model has yet.
+struct MeshEnd {
+    void operator()(Mesh* mesh) const { mesh->kill(nullptr, nullptr); }
 };
 
 /// One mesh of a group. Corners are not shared between triangles: each has three vertices of its
-/// own.
+/// own. Throws `std::bad_alloc`; the mesh has ended then.
 void build_mesh(const OBJ_Model& source, const OBJ_Group& group, Model& target) {
-    Mesh* mesh = target.create_mesh();
-    mesh->set_name(group.name.c_str());
-    if (mesh->alloc_vertex_data(3 * group.num_filled) &&
-        mesh->alloc_face_data(group.num_filled, false)) {
-        MeshBuilder builder(source, *mesh);
-        for (const OBJ_TriangleRun& run : group.triangles)
-            builder.add_run(run);
-        mesh->set_vertices_color(1.0f, 1.0f, 1.0f, 1.0f, nullptr);
-    }
-    target.add_child(mesh);
+    std::unique_ptr<Mesh, MeshEnd> fresh(target.create_mesh());
+    Mesh& mesh = *fresh;
+    mesh.set_name(group.name.c_str());
+    if (!mesh.alloc_vertex_data(3 * group.num_filled) ||
+        !mesh.alloc_face_data(group.num_filled, false))
+        throw std::bad_alloc();
+    MeshBuilder builder(source, mesh);
+    for (const OBJ_TriangleRun& run : group.triangles)
+        builder.add_run(run);
+    mesh.set_vertices_color(1.0f, 1.0f, 1.0f, 1.0f, nullptr);
+    target.add_child(&mesh);
+    static_cast<void>(fresh.release()); // the model holds it now
 }
 
 } // namespace

@@ -3,7 +3,7 @@
 namespace orvex {
 
 OBJ_Name::OBJ_Name(std::string_view text) {
-    text.copy(text_, sizeof text_ - 1);
+    text.copy(this->text, sizeof this->text - 1);
 }
 
 void OBJ_Material::set_library_defaults() {

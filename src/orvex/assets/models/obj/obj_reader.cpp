@@ -22,19 +22,19 @@ namespace orvex {
 
 namespace {
 
-constexpr std::size_t LINE_LIMIT = 511;
+constexpr std::size_t line_limit = 511;
 
 // Without a group or material of its own a triangle belongs to these.
-constexpr std::string_view DEFAULT_GROUP = "orvex_obj_default_group";
-constexpr std::string_view DEFAULT_MATERIAL = "orvex_obj_default_material";
+constexpr std::string_view default_group = "orvex_obj_default_group";
+constexpr std::string_view default_material = "orvex_obj_default_material";
 
 // --- Lines that name something ---------------------------------------------------------------
 
 /// The rest of a line without leading blanks and without its end; blanks inside stay.
 OBJ_Name read_name(std::string_view line) {
     line.remove_prefix(std::min(line.find_first_not_of(' '), line.size()));
-    constexpr std::string_view ENDS("\n\r\0", 3);
-    return OBJ_Name(line.substr(0, line.find_first_of(ENDS)));
+    constexpr std::string_view ends("\n\r\0", 3);
+    return OBJ_Name(line.substr(0, line.find_first_of(ends)));
 }
 
 /// The word that begins `text` behind white space; `text` is moved behind it.
@@ -61,7 +61,7 @@ std::string_view pick_word(std::string_view line) {
 }
 
 OBJ_Name read_word_name(TextStream& stream) {
-    return read_name(pick_word(stream.read_line(LINE_LIMIT)));
+    return read_name(pick_word(stream.read_line(line_limit)));
 }
 
 bool is_empty(const OBJ_Name& name) {
@@ -70,7 +70,7 @@ bool is_empty(const OBJ_Name& name) {
 
 // --- Faces -----------------------------------------------------------------------------------
 
-enum class FaceForm { VERTEX, VERTEX_TEXCOORD, VERTEX_TEXCOORD_NORMAL, VERTEX_NORMAL };
+enum class FaceForm { vertex, vertex_texcoord, vertex_texcoord_normal, vertex_normal };
 
 /// `fscanf` of one corner in the given form, from anything with `read_int` and `match`. Numbers
 /// that are not delivered stay 0.
@@ -80,13 +80,13 @@ int scan_corner(Source& source, FaceForm form, OBJ_Corner& corner) {
     corner = OBJ_Corner();
     if (!source.read_int(corner.vertex))
         return 0;
-    if (form == FaceForm::VERTEX || !source.match('/'))
+    if (form == FaceForm::vertex || !source.match('/'))
         return 1;
-    if (form == FaceForm::VERTEX_NORMAL)
+    if (form == FaceForm::vertex_normal)
         return source.match('/') && source.read_int(corner.normal) ? 2 : 1;
     if (!source.read_int(corner.texcoord))
         return 1;
-    if (form == FaceForm::VERTEX_TEXCOORD || !source.match('/'))
+    if (form == FaceForm::vertex_texcoord || !source.match('/'))
         return 2;
     return source.read_int(corner.normal) ? 3 : 2;
 }
@@ -95,62 +95,62 @@ int scan_corner(Source& source, FaceForm form, OBJ_Corner& corner) {
 class WordSource {
 public:
     explicit WordSource(std::string_view word)
-        : at_(word.data())
-        , end_(word.data() + word.size()) {}
+        : place(word.data())
+        , end(word.data() + word.size()) {}
 
     bool match(char wanted) {
-        if (at_ == end_ || *at_ != wanted)
+        if (place == end || *place != wanted)
             return false;
-        ++at_;
+        ++place;
         return true;
     }
 
     bool read_int(int& value) {
-        const char* p = at_;
-        const bool negative = p < end_ && *p == '-';
-        if (p < end_ && is_sign(*p))
+        const char* p = place;
+        const bool negative = p < end && *p == '-';
+        if (p < end && is_sign(*p))
             ++p;
         std::uint64_t number = 0;
-        const int num_digits = take_digits(p, end_, number);
+        const int num_digits = take_digits(p, end, number);
         if (num_digits == 0)
             return false;
         if (num_digits > 18)
             return read_long_int(value);
         const auto magnitude = static_cast<std::int64_t>(number);
         value = static_cast<int>(negative ? -magnitude : magnitude);
-        at_ = p;
+        place = p;
         return true;
     }
 
 private:
     // More digits than fit: what becomes of the number is the C library's affair.
     bool read_long_int(int& value) {
-        const std::string word(at_, end_);
+        const std::string word(place, end);
         int length = 0;
         const bool read = std::sscanf(word.c_str(), "%d%n", &value, &length) == 1;
-        at_ += length;
+        place += length;
         return read;
     }
 
-    const char* at_;
-    const char* end_;
+    const char* place;
+    const char* end;
 };
 
 FaceForm face_form(std::string_view word) {
     const std::size_t slash = word.find('/');
     if (slash == std::string_view::npos)
-        return FaceForm::VERTEX;
+        return FaceForm::vertex;
     if (word.find("//", slash) != std::string_view::npos)
-        return FaceForm::VERTEX_NORMAL;
+        return FaceForm::vertex_normal;
     OBJ_Corner corner;
     WordSource source(word);
-    switch (scan_corner(source, FaceForm::VERTEX_TEXCOORD_NORMAL, corner)) {
+    switch (scan_corner(source, FaceForm::vertex_texcoord_normal, corner)) {
     case 3:
-        return FaceForm::VERTEX_TEXCOORD_NORMAL;
+        return FaceForm::vertex_texcoord_normal;
     case 2:
-        return FaceForm::VERTEX_TEXCOORD;
+        return FaceForm::vertex_texcoord;
     default:
-        return FaceForm::VERTEX;
+        return FaceForm::vertex;
     }
 }
 
@@ -207,7 +207,7 @@ void read_tokens(TextStream& stream, Pass& pass) {
                 pass.normal();
             break;
         default:
-            stream.read_line(LINE_LIMIT);
+            stream.read_line(line_limit);
         }
         pass.end_of_faces();
     }
@@ -226,141 +226,139 @@ struct FaceRun {
 class FirstPass {
 public:
     FirstPass(OBJ_Model& model, TextStream& stream, const std::string& model_dir)
-        : model_(model)
-        , stream_(stream)
-        , model_dir_(model_dir)
-        , group_(&model.groups.add(OBJ_Name(DEFAULT_GROUP)))
-        , material_(&model.materials.add(OBJ_Name(DEFAULT_MATERIAL))) {}
+        : model(model)
+        , stream(stream)
+        , model_dir(model_dir)
+        , current_group(&model.groups.add(OBJ_Name(default_group)))
+        , current_material(&model.materials.add(OBJ_Name(default_material))) {}
 
     void position() {
-        stream_.read_line(LINE_LIMIT);
-        ++model_.num_vertices;
+        stream.read_line(line_limit);
+        ++model.num_vertices;
     }
 
     void texcoord() {
-        stream_.read_line(LINE_LIMIT);
-        ++model_.num_texcoords;
+        stream.read_line(line_limit);
+        ++model.num_texcoords;
     }
 
     void normal() {
-        stream_.read_line(LINE_LIMIT);
-        ++model_.num_normals;
+        stream.read_line(line_limit);
+        ++model.num_normals;
     }
 
     void group() {
-        const OBJ_Name name = read_name(stream_.read_line(LINE_LIMIT));
+        const OBJ_Name name = read_name(stream.read_line(line_limit));
         if (!is_empty(name))
-            group_ = &model_.groups.find_or_add(name);
+            current_group = &model.groups.find_or_add(name);
     }
 
     void use_material() {
-        const OBJ_Name name = read_word_name(stream_);
+        const OBJ_Name name = read_word_name(stream);
         if (!is_empty(name))
-            material_ = &model_.materials.find_or_add(name);
+            current_material = &model.materials.find_or_add(name);
     }
 
     void material_library() {
-        const std::string_view line = stream_.read_line(LINE_LIMIT);
+        const std::string_view line = stream.read_line(line_limit);
         const std::string_view name = pick_word(line);
         if (!name.empty())
-            read_material_file(model_, model_dir_ + std::string(name));
+            read_material_file(model, model_dir + std::string(name));
     }
 
     void face() {
         FaceRun& run = open_run();
-        ++material_->face_count;
-        read_face(stream_, [this](const OBJ_Triangle& triangle) {
-            if (model_.triangles.size() == model_.triangles.capacity())
+        ++current_material->face_count;
+        read_face(stream, [this](const OBJ_Triangle& triangle) {
+            if (model.triangles.size() == model.triangles.capacity())
                 reserve_triangles();
-            model_.triangles.push_back(triangle);
+            model.triangles.push_back(triangle);
         });
-        run.end = stream_.tell();
-        const std::size_t num_triangles = model_.triangles.size() - run.first_triangle;
-        group_->num_triangles += num_triangles - run.num_triangles;
+        run.end = stream.tell();
+        const std::size_t num_triangles = model.triangles.size() - run.first_triangle;
+        current_group->num_triangles += num_triangles - run.num_triangles;
         run.num_triangles = num_triangles;
-        ++model_.num_faces;
+        ++model.num_faces;
     }
 
-    void end_of_faces() { in_run_ = false; }
+    void end_of_faces() { in_run = false; }
 
-    std::vector<FaceRun> take_runs() { return std::move(runs_); }
+    std::vector<FaceRun> take_runs() { return std::move(runs); }
 
 private:
     FaceRun& open_run() {
-        if (!in_run_) {
+        if (!in_run) {
             FaceRun run;
-            run.begin = run.end = stream_.tell();
-            run.first_triangle = model_.triangles.size();
-            run.group = group_;
-            run.material = material_;
-            runs_.push_back(run);
-            in_run_ = true;
+            run.begin = run.end = stream.tell();
+            run.first_triangle = model.triangles.size();
+            run.group = current_group;
+            run.material = current_material;
+            runs.push_back(run);
+            in_run = true;
         }
-        return runs_.back();
+        return runs.back();
     }
 
     /// Makes room for as many triangles as the rest of the file would hold if it went on as it went
     /// since the first face; a shorter file leaves pages untouched.
     void reserve_triangles() {
-        const std::size_t count = model_.triangles.size();
+        const std::size_t count = model.triangles.size();
         if (count < 64) {
-            model_.triangles.reserve(64);
+            model.triangles.reserve(64);
             return;
         }
-        const std::size_t read = stream_.tell() - runs_.front().begin;
-        const std::size_t left = stream_.size() - stream_.tell();
+        const std::size_t read = stream.tell() - runs.front().begin;
+        const std::size_t left = stream.size() - stream.tell();
         const std::size_t expected =
             static_cast<std::size_t>(1.05 * static_cast<double>(count) * static_cast<double>(left) /
                                      static_cast<double>(read));
-        reserve_large(model_.triangles, count + std::max(expected, count / 2) + 64);
+        reserve_large(model.triangles, count + std::max(expected, count / 2) + 64);
     }
 
-    OBJ_Model& model_;
-    TextStream& stream_;
-    const std::string& model_dir_;
-    OBJ_Group* group_;
-    OBJ_Material* material_;
-    std::vector<FaceRun> runs_;
-    bool in_run_ = false;
+    OBJ_Model& model;
+    TextStream& stream;
+    const std::string& model_dir;
+    OBJ_Group* current_group;
+    OBJ_Material* current_material;
+    std::vector<FaceRun> runs;
+    bool in_run = false;
 };
 
 class SecondPass {
 public:
     SecondPass(OBJ_Model& model, TextStream& stream, const std::vector<FaceRun>& runs)
-        : model_(model)
-        , stream_(stream)
-        , runs_(runs)
-        , group_(&model.groups[0])
-        , material_(&model.materials[0]) {}
+        : model(model)
+        , stream(stream)
+        , runs(runs)
+        , current_group(&model.groups[0])
+        , current_material(&model.materials[0]) {}
 
-    void position() { read_floats(model_.vertices, num_positions_); }
-    void texcoord() { read_floats(model_.texcoords, num_texcoords_); }
-    void normal() { read_floats(model_.normals, num_normals_); }
+    void position() { read_floats(model.vertices, num_positions); }
+    void texcoord() { read_floats(model.texcoords, num_texcoords); }
+    void normal() { read_floats(model.normals, num_normals); }
 
     void group() {
-        const OBJ_Name name = read_name(stream_.read_line(LINE_LIMIT));
-        OBJ_Group* group = is_empty(name) ? nullptr : model_.groups.find(name);
-        if (group != nullptr)
-            group_ = group;
+        const OBJ_Name name = read_name(stream.read_line(line_limit));
+        if (OBJ_Group* named = is_empty(name) ? nullptr : model.groups.find(name))
+            current_group = named;
     }
 
     void use_material() {
-        const OBJ_Name name = read_word_name(stream_);
-        OBJ_Material* material = is_empty(name) ? nullptr : model_.materials.find(name);
-        if (material != nullptr)
-            material_ = material;
+        const OBJ_Name name = read_word_name(stream);
+        if (OBJ_Material* named = is_empty(name) ? nullptr : model.materials.find(name))
+            current_material = named;
     }
 
-    void material_library() { stream_.read_line(LINE_LIMIT); }
+    void material_library() { stream.read_line(line_limit); }
 
     void face() {
         if (const FaceRun* run = find_run()) {
             file_triangles(run->first_triangle, run->num_triangles);
-            num_triangles_ += run->num_triangles;
-            stream_.seek(run->end);
+            num_triangles += run->num_triangles;
+            stream.seek(run->end);
             return;
         }
-        read_face(stream_, [this](const OBJ_Triangle& triangle) { store(triangle); });
+        read_face(stream, [this](const OBJ_Triangle& triangle) { store(triangle); });
     }
 
     void end_of_faces() {}
@@ -372,54 +370,55 @@ private:
         Entry overflow{};
         Entry& entry = count + 1 < entries.size() ? entries[++count] : overflow;
         for (float& number : entry)
-            if (!stream_.read_float(number))
+            if (!stream.read_float(number))
                 return;
     }
 
     /// The run that the first pass read from this very place, if taking it over changes nothing.
     const FaceRun* find_run() {
-        while (next_run_ < runs_.size() && runs_[next_run_].begin < stream_.tell())
-            ++next_run_;
-        if (next_run_ == runs_.size())
+        while (next_run < runs.size() && runs[next_run].begin < stream.tell())
+            ++next_run;
+        if (next_run == runs.size())
             return nullptr;
-        const FaceRun& run = runs_[next_run_];
-        const bool same = run.begin == stream_.tell() && run.group == group_ &&
-                          run.material == material_ && run.first_triangle == num_triangles_ &&
-                          run.num_triangles <= group_->num_triangles - group_->num_filled;
+        const FaceRun& run = runs[next_run];
+        const bool same =
+            run.begin == stream.tell() && run.group == current_group &&
+            run.material == current_material && run.first_triangle == num_triangles &&
+            run.num_triangles <= current_group->num_triangles - current_group->num_filled;
         return same ? &run : nullptr;
     }
 
     void store(const OBJ_Triangle& triangle) {
-        if (num_triangles_ == model_.triangles.size())
+        if (num_triangles == model.triangles.size())
             return;
-        model_.triangles[num_triangles_] = triangle;
-        if (group_->num_filled < group_->num_triangles)
-            file_triangles(num_triangles_, 1);
-        ++num_triangles_;
+        model.triangles[num_triangles] = triangle;
+        if (current_group->num_filled < current_group->num_triangles)
+            file_triangles(num_triangles, 1);
+        ++num_triangles;
     }
 
     void file_triangles(std::size_t first, std::size_t count) {
-        group_->num_filled += count;
-        if (!group_->triangles.empty()) {
-            OBJ_TriangleRun& last = group_->triangles.back();
-            if (last.first + last.count == first && last.material == material_->index) {
+        current_group->num_filled += count;
+        if (!current_group->triangles.empty()) {
+            OBJ_TriangleRun& last = current_group->triangles.back();
+            if (last.first + last.count == first && last.material == current_material->index) {
                 last.count += count;
                 return;
             }
         }
-        group_->triangles.push_back({first, count, material_->index});
+        current_group->triangles.push_back({first, count, current_material->index});
     }
 
-    OBJ_Model& model_;
-    TextStream& stream_;
-    const std::vector<FaceRun>& runs_;
-    std::size_t next_run_ = 0;
-    OBJ_Group* group_;
-    OBJ_Material* material_;
-    std::size_t num_positions_ = 0;
-    std::size_t num_texcoords_ = 0;
-    std::size_t num_normals_ = 0;
-    std::size_t num_triangles_ = 0;
+    OBJ_Model& model;
+    TextStream& stream;
+    const std::vector<FaceRun>& runs;
+    std::size_t next_run = 0;
+    OBJ_Group* current_group;
+    OBJ_Material* current_material;
+    std::size_t num_positions = 0;
+    std::size_t num_texcoords = 0;
+    std::size_t num_normals = 0;
+    std::size_t num_triangles = 0;
 };
 
 template<class Entry>
@@ -437,17 +436,27 @@ void allocate_model_memory(OBJ_Model& model) {
         resize_zeroed(model.normals, model.num_normals + 1);
 }
 
+/// Counted only once a text was refused: nobody else asks for lines.
+std::size_t count_lines(std::string_view text) {
+    const auto line_feeds = std::count(text.begin(), text.end(), '\n');
+    const bool has_rest = !text.empty() && text.back() != '\n';
+    return static_cast<std::size_t>(line_feeds) + has_rest;
+}
+
 } // namespace
 
 std::unique_ptr<OBJ_Model> read_obj_text(const char* text, std::size_t size,
-                                         const std::string& model_dir) {
+                                         const std::string& model_dir, OBJ_Fault* fault) {
     const NumericCLocale locale;
     auto model = std::make_unique<OBJ_Model>();
     TextStream stream(text, size);
     FirstPass first(*model, stream, model_dir);
     read_tokens(stream, first);
-    if (model->num_vertices == 0 || model->triangles.empty())
+    if (model->num_vertices == 0 || model->triangles.empty()) {
+        if (fault)
+            *fault = {false, count_lines({text, size}), model->num_vertices};
         return nullptr;
+    }
 
     allocate_model_memory(*model);
     stream.seek(0);
@@ -457,11 +466,14 @@ std::unique_ptr<OBJ_Model> read_obj_text(const char* text, std::size_t size,
     return model;
 }
 
-std::unique_ptr<OBJ_Model> read_obj_file(const char* path, const std::string& model_dir) {
+std::unique_ptr<OBJ_Model> read_obj_file(const char* path, const std::string& model_dir,
+                                         OBJ_Fault* fault) {
     FileBytes file;
-    if (!file.read(path))
-        return nullptr;
-    return read_obj_text(file.text(), file.size(), model_dir);
+    if (file.read(path))
+        return read_obj_text(file.text(), file.size(), model_dir, fault);
+    if (fault)
+        *fault = {.is_unreadable = true};
+    return nullptr;
 }
 
 } // namespace orvex

@@ -19,7 +19,7 @@ struct TextStream::CStream {
     std::FILE* file = nullptr;
 
     ~CStream() {
-        if (file != nullptr)
+        if (file)
             std::fclose(file);
     }
 
@@ -46,19 +46,19 @@ struct TextStream::CStream {
 };
 
 TextStream::TextStream(const char* text, std::size_t size)
-    : begin_(text)
-    , at_(text)
-    , end_(text + size) {}
+    : begin(text)
+    , place(text)
+    , end(text + size) {}
 
 TextStream::~TextStream() = default;
 
 namespace {
 
-constexpr std::array<double, 23> POWERS_OF_TEN = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
+constexpr std::array<double, 23> powers_of_ten = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
                                                   1e8,  1e9,  1e10, 1e11, 1e12, 1e13, 1e14, 1e15,
                                                   1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
-constexpr int LARGEST_EXACT_POWER = 22;
-constexpr std::uint64_t LARGEST_EXACT_INTEGER = std::uint64_t{1} << 53;
+constexpr int largest_exact_power = 22;
+constexpr std::uint64_t largest_exact_integer = std::uint64_t{1} << 53;
 
 /// Decimal digits with an exponent of ten, as they were written.
 struct Decimal {
@@ -74,18 +74,18 @@ struct Decimal {
 /// to a float is right unless the double lies exactly half-way between two floats, since then the
 /// decimal may have been on either side.
 bool nearest_float(const Decimal& decimal, float& value) {
-    if (decimal.digits > LARGEST_EXACT_INTEGER || decimal.exponent > LARGEST_EXACT_POWER ||
-        decimal.exponent < -LARGEST_EXACT_POWER)
+    if (decimal.digits > largest_exact_integer || decimal.exponent > largest_exact_power ||
+        decimal.exponent < -largest_exact_power)
         return false;
     double number = static_cast<double>(decimal.digits);
     if (decimal.exponent < 0)
-        number /= POWERS_OF_TEN[static_cast<std::size_t>(-decimal.exponent)];
+        number /= powers_of_ten[static_cast<std::size_t>(-decimal.exponent)];
     else
-        number *= POWERS_OF_TEN[static_cast<std::size_t>(decimal.exponent)];
+        number *= powers_of_ten[static_cast<std::size_t>(decimal.exponent)];
 
-    constexpr std::uint64_t BELOW_FLOAT = (std::uint64_t{1} << 29) - 1;
-    constexpr std::uint64_t HALF_WAY = std::uint64_t{1} << 28;
-    const bool half_way = (std::bit_cast<std::uint64_t>(number) & BELOW_FLOAT) == HALF_WAY;
+    constexpr std::uint64_t below_float = (std::uint64_t{1} << 29) - 1;
+    constexpr std::uint64_t half_way_bits = std::uint64_t{1} << 28;
+    const bool half_way = (std::bit_cast<std::uint64_t>(number) & below_float) == half_way_bits;
     const bool plain = number == 0.0 || (number >= static_cast<double>(FLT_MIN) && number < 3e38);
     if (half_way || !plain)
         return false;
@@ -100,7 +100,7 @@ const char* scan_decimal(const char* p, const char* end, Decimal& decimal) {
     if (is_sign(*p))
         ++p;
     int num_digits = take_digits(p, end, decimal.digits);
-    if (num_digits > MOST_DIGITS)
+    if (num_digits > most_digits)
         return nullptr;
     if (*p == '.') {
         ++p;
@@ -108,7 +108,7 @@ const char* scan_decimal(const char* p, const char* end, Decimal& decimal) {
         num_digits += num_decimals;
         decimal.exponent = -num_decimals;
     }
-    if (num_digits == 0 || num_digits > MOST_DIGITS || *p == 'x' || *p == 'X')
+    if (num_digits == 0 || num_digits > most_digits || *p == 'x' || *p == 'X')
         return nullptr;
     if (*p != 'e' && *p != 'E')
         return p;
@@ -129,37 +129,37 @@ const char* scan_decimal(const char* p, const char* end, Decimal& decimal) {
 
 bool TextStream::read_float(float& value) {
     skip_white_space();
-    if (at_ == end_)
+    if (place == end)
         return false;
     Decimal decimal;
-    const char* behind = scan_decimal(at_, end_, decimal);
-    if (behind == nullptr || !nearest_float(decimal, value))
+    const char* behind = scan_decimal(place, end, decimal);
+    if (!behind || !nearest_float(decimal, value))
         return read_float_by_library(value);
-    at_ = behind;
+    place = behind;
     return true;
 }
 
 std::FILE* TextStream::library_stream() {
-    if (library_ == nullptr) {
-        library_ = std::make_unique<CStream>();
-        library_->begin = begin_;
-        library_->size = size();
+    if (!library) {
+        library = std::make_unique<CStream>();
+        library->begin = begin;
+        library->size = size();
         cookie_io_functions_t functions{};
         functions.read = CStream::read;
         functions.seek = CStream::seek;
-        library_->file = fopencookie(library_.get(), "r", functions);
+        library->file = fopencookie(library.get(), "r", functions);
         // Each use begins at another place; a large buffer would be filled for a few bytes.
-        if (library_->file != nullptr)
-            std::setvbuf(library_->file, nullptr, _IOFBF, 64);
+        if (library->file)
+            std::setvbuf(library->file, nullptr, _IOFBF, 64);
     }
-    if (library_->file != nullptr)
-        std::fseek(library_->file, static_cast<long>(tell()), SEEK_SET);
-    return library_->file;
+    if (library->file)
+        std::fseek(library->file, static_cast<long>(tell()), SEEK_SET);
+    return library->file;
 }
 
 bool TextStream::read_int_by_library(int& value) {
     std::FILE* file = library_stream();
-    if (file == nullptr)
+    if (!file)
         return false;
     const int count = std::fscanf(file, "%d", &value);
     seek(static_cast<std::size_t>(std::ftell(file)));
@@ -168,7 +168,7 @@ bool TextStream::read_int_by_library(int& value) {
 
 bool TextStream::read_float_by_library(float& value) {
     std::FILE* file = library_stream();
-    if (file == nullptr)
+    if (!file)
         return false;
     const int count = std::fscanf(file, "%f", &value);
     seek(static_cast<std::size_t>(std::ftell(file)));
@@ -176,14 +176,14 @@ bool TextStream::read_float_by_library(float& value) {
 }
 
 NumericCLocale::NumericCLocale()
-    : c_(newlocale(LC_NUMERIC_MASK, "C", static_cast<locale_t>(nullptr)))
-    , former_(c_ != nullptr ? uselocale(static_cast<locale_t>(c_)) : nullptr) {}
+    : c_locale(newlocale(LC_NUMERIC_MASK, "C", static_cast<locale_t>(nullptr)))
+    , former(c_locale ? uselocale(static_cast<locale_t>(c_locale)) : nullptr) {}
 
 NumericCLocale::~NumericCLocale() {
-    if (c_ == nullptr)
+    if (!c_locale)
         return;
-    uselocale(static_cast<locale_t>(former_));
-    freelocale(static_cast<locale_t>(c_));
+    uselocale(static_cast<locale_t>(former));
+    freelocale(static_cast<locale_t>(c_locale));
 }
 
 } // namespace orvex

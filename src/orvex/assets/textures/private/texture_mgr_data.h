@@ -34,7 +34,7 @@ struct TextureMgr::TextureMgrData {
 };
 
 /// Opens the manager to the textures.
-struct TextureMgrAccess {
+struct TextureMgr::Access {
     /// Asks each codec to free the image's decoded pixels until one says true.
     static bool free_image_resources(Image& image);
     /// @name The steps shared by files and memory blocks, each a kind of source.

@@ -4,6 +4,12 @@
 
 #include "orvex/renderer/records/image.h"
 
+/// @file
+/// How much memory lies behind the pointers of an `Image`, which hosts may write.
+///
+/// Whoever changes a pointer or the sizes goes through here: the note beside a pointer counts only
+/// while the field still holds that pointer.
+
 namespace orvex {
 
 /// Bytes per pixel of a format, 0 outside 1 to 7.
@@ -16,7 +22,7 @@ bool is_u8_format(PIXEL_FORMAT format);
 ///
 /// Sizes that nobody noted are those that the image claims, for external pixels; an owned buffer
 /// that a host stored is trusted to hold anything.
-struct ImageAccess {
+struct Image::Access {
     /// @name Bytes that may be written behind the owned buffers; 0 without one.
     /// @{
     static unsigned long u8_capacity(const Image& image);
@@ -57,23 +63,28 @@ struct ImageAccess {
     /// Frees an owned 8-bit buffer that is too small for the image's sizes and would hide the
     /// external pixels.
     static void drop_small_u8(Image& image);
+
+    /// The image's place among those that hold decoded pixels; see pixel_store.h.
+    static Holder& holder(Image& image) { return image.holder; }
 };
+
+using ImageAccess = Image::Access;
 
 /// External pixels outlive a change of the image's sizes; their own size goes with them.
 class KeepExternalSize {
 public:
     explicit KeepExternalSize(Image& image)
-        : image_(image)
-        , bytes_(ImageAccess::external_bytes(image)) {}
+        : image(image)
+        , bytes(ImageAccess::external_bytes(image)) {}
     KeepExternalSize(const KeepExternalSize&) = delete;
     KeepExternalSize& operator=(const KeepExternalSize&) = delete;
-    ~KeepExternalSize() { ImageAccess::note_external(image_, bytes_); }
+    ~KeepExternalSize() { ImageAccess::note_external(image, bytes); }
 
-    void replace(unsigned long bytes) { bytes_ = bytes; }
+    void replace(unsigned long bytes) { bytes = bytes; }
 
 private:
-    Image& image_;
-    unsigned long bytes_;
+    Image& image;
+    unsigned long bytes;
 };
 
 } // namespace orvex

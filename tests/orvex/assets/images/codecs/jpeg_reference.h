@@ -48,8 +48,8 @@ private:
         for (int i = 0; i < 8; ++i)
             aasf[i] = 2.828427f * factors[i];
         for (int i = 0; i < 64; ++i) {
-            Y[jpeg::s_jo_ZigZag[i]] = entry(jpeg::YQT[i], q);
-            UV[jpeg::s_jo_ZigZag[i]] = entry(jpeg::UVQT[i], q);
+            Y[jpeg::s_jo_ZigZag[i]] = entry(jpeg::luminance_quantization[i], q);
+            UV[jpeg::s_jo_ZigZag[i]] = entry(jpeg::chrominance_quantization[i], q);
         }
         for (int row = 0, k = 0; row < 8; ++row) {
             for (int col = 0; col < 8; ++col, ++k) {
@@ -118,9 +118,12 @@ private:
                         Vb[pos] = 0.5f * R - 0.41869f * G - 0.08131f * B;
                     }
                 }
-                dc_y = jo_processDU(Yb, fdtbl_Y, dc_y, jpeg::YDC_HT, jpeg::YAC_HT);
-                dc_u = jo_processDU(Ub, fdtbl_UV, dc_u, jpeg::UVDC_HT, jpeg::UVAC_HT);
-                dc_v = jo_processDU(Vb, fdtbl_UV, dc_v, jpeg::UVDC_HT, jpeg::UVAC_HT);
+                dc_y = jo_processDU(Yb, fdtbl_Y, dc_y, jpeg::luminance_dc_codes,
+                                    jpeg::luminance_ac_codes);
+                dc_u = jo_processDU(Ub, fdtbl_UV, dc_u, jpeg::chrominance_dc_codes,
+                                    jpeg::chrominance_ac_codes);
+                dc_v = jo_processDU(Vb, fdtbl_UV, dc_v, jpeg::chrominance_dc_codes,
+                                    jpeg::chrominance_ac_codes);
             }
         }
     }

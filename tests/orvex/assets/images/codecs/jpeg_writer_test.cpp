@@ -382,8 +382,8 @@ TEST(JpegTables, are_those_of_the_standard) {
     jpeg_set_defaults(&info);
     jpeg_set_quality(&info, 50, TRUE);
     for (int i = 0; i < 64; ++i) {
-        EXPECT_EQ(jpeg::YQT[i], info.quant_tbl_ptrs[0]->quantval[i]);
-        EXPECT_EQ(jpeg::UVQT[i], info.quant_tbl_ptrs[1]->quantval[i]);
+        EXPECT_EQ(jpeg::luminance_quantization[i], info.quant_tbl_ptrs[0]->quantval[i]);
+        EXPECT_EQ(jpeg::chrominance_quantization[i], info.quant_tbl_ptrs[1]->quantval[i]);
     }
     expect_table(jpeg::dc_luminance, info.dc_huff_tbl_ptrs[0]);
     expect_table(jpeg::ac_luminance, info.ac_huff_tbl_ptrs[0]);
@@ -394,21 +394,21 @@ TEST(JpegTables, are_those_of_the_standard) {
 
 TEST(JpegTables, codes_are_numbered_by_the_standards_rule) {
     // The first and the last codes of Tables K.3 and K.5, and those every block may need.
-    EXPECT_EQ(jpeg::YDC_HT[0].code, 0b00);
-    EXPECT_EQ(jpeg::YDC_HT[0].length, 2);
-    EXPECT_EQ(jpeg::YDC_HT[11].code, 0b111111110);
-    EXPECT_EQ(jpeg::YDC_HT[11].length, 9);
-    EXPECT_EQ(jpeg::UVDC_HT[11].code, 0b11111111110);
-    EXPECT_EQ(jpeg::UVDC_HT[11].length, 11);
-    EXPECT_EQ(jpeg::YAC_HT[jpeg::end_of_block].code, 0b1010);
-    EXPECT_EQ(jpeg::YAC_HT[jpeg::end_of_block].length, 4);
-    EXPECT_EQ(jpeg::YAC_HT[jpeg::sixteen_zeroes].code, 0b11111111001);
-    EXPECT_EQ(jpeg::YAC_HT[jpeg::sixteen_zeroes].length, 11);
-    EXPECT_EQ(jpeg::YAC_HT[0xFA].code, 0xFFFE);
-    EXPECT_EQ(jpeg::UVAC_HT[jpeg::end_of_block].code, 0b00);
-    EXPECT_EQ(jpeg::UVAC_HT[jpeg::sixteen_zeroes].code, 0b1111111010);
-    EXPECT_EQ(jpeg::UVAC_HT[jpeg::sixteen_zeroes].length, 10);
-    EXPECT_EQ(jpeg::UVAC_HT[0xFA].code, 0xFFFE);
+    EXPECT_EQ(jpeg::luminance_dc_codes[0].code, 0b00);
+    EXPECT_EQ(jpeg::luminance_dc_codes[0].length, 2);
+    EXPECT_EQ(jpeg::luminance_dc_codes[11].code, 0b111111110);
+    EXPECT_EQ(jpeg::luminance_dc_codes[11].length, 9);
+    EXPECT_EQ(jpeg::chrominance_dc_codes[11].code, 0b11111111110);
+    EXPECT_EQ(jpeg::chrominance_dc_codes[11].length, 11);
+    EXPECT_EQ(jpeg::luminance_ac_codes[jpeg::end_of_block].code, 0b1010);
+    EXPECT_EQ(jpeg::luminance_ac_codes[jpeg::end_of_block].length, 4);
+    EXPECT_EQ(jpeg::luminance_ac_codes[jpeg::sixteen_zeroes].code, 0b11111111001);
+    EXPECT_EQ(jpeg::luminance_ac_codes[jpeg::sixteen_zeroes].length, 11);
+    EXPECT_EQ(jpeg::luminance_ac_codes[0xFA].code, 0xFFFE);
+    EXPECT_EQ(jpeg::chrominance_ac_codes[jpeg::end_of_block].code, 0b00);
+    EXPECT_EQ(jpeg::chrominance_ac_codes[jpeg::sixteen_zeroes].code, 0b1111111010);
+    EXPECT_EQ(jpeg::chrominance_ac_codes[jpeg::sixteen_zeroes].length, 10);
+    EXPECT_EQ(jpeg::chrominance_ac_codes[0xFA].code, 0xFFFE);
 }
 
 } // namespace

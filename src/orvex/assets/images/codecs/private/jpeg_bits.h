@@ -122,29 +122,29 @@ inline int write_block(BitStream& target, const Coefficients& block, int previou
 class ByteBuffer {
 public:
     explicit ByteBuffer(std::FILE* file)
-        : file_(file) {}
+        : file(file) {}
     ByteBuffer(const ByteBuffer&) = delete;
     ByteBuffer& operator=(const ByteBuffer&) = delete;
 
-    unsigned char* begin() { return bytes_; }
+    unsigned char* begin() { return bytes; }
 
     /// Hands the bytes before `next` to the file if only little room is left behind it.
     /// @return where to go on
     unsigned char* make_room(unsigned char* next) {
-        return bytes_ + sizeof(bytes_) - next < room_for_pixels ? flush(next) : next;
+        return bytes + sizeof(bytes) - next < room_for_pixels ? flush(next) : next;
     }
     /// Hands the bytes before `next` to the file.
     unsigned char* flush(unsigned char* next) {
-        std::fwrite(bytes_, 1, static_cast<std::size_t>(next - bytes_), file_);
-        return bytes_;
+        std::fwrite(bytes, 1, static_cast<std::size_t>(next - bytes), file);
+        return bytes;
     }
 
 private:
     /// Three blocks of 64 coefficients of at most 27 bits, each byte followed by a 0.
     static constexpr std::ptrdiff_t room_for_pixels = 3 * 64 * 27 / 8 * 2 + 16;
 
-    std::FILE* file_;
-    unsigned char bytes_[1 << 15];
+    std::FILE* file;
+    unsigned char bytes[1 << 15];
 };
 
 } // namespace orvex::jpeg

@@ -21,7 +21,7 @@ inline constexpr unsigned char s_jo_ZigZag[64] = {
 };
 
 /// Table K.1, luminance, in row order.
-inline constexpr unsigned char YQT[64] = {
+inline constexpr unsigned char luminance_quantization[64] = {
     16, 11, 10, 16, 24,  40,  51,  61,  //
     12, 12, 14, 19, 26,  58,  60,  55,  //
     14, 13, 16, 24, 40,  57,  69,  56,  //
@@ -33,7 +33,7 @@ inline constexpr unsigned char YQT[64] = {
 };
 
 /// Table K.2, chrominance, in row order.
-inline constexpr unsigned char UVQT[64] = {
+inline constexpr unsigned char chrominance_quantization[64] = {
     17, 18, 24, 47, 99, 99, 99, 99, //
     18, 21, 26, 66, 99, 99, 99, 99, //
     24, 26, 56, 99, 99, 99, 99, 99, //
@@ -122,10 +122,10 @@ constexpr HuffmanTable huffman_codes(const HuffmanSpec<N>& spec) {
 
 /// Codes by symbol: the number of bits of a DC difference; of an AC coefficient the number of
 /// zeroes ahead of it in the upper four bits and the number of its bits in the lower.
-inline constexpr HuffmanTable YDC_HT = huffman_codes(dc_luminance);
-inline constexpr HuffmanTable UVDC_HT = huffman_codes(dc_chrominance);
-inline constexpr HuffmanTable YAC_HT = huffman_codes(ac_luminance);
-inline constexpr HuffmanTable UVAC_HT = huffman_codes(ac_chrominance);
+inline constexpr HuffmanTable luminance_dc_codes = huffman_codes(dc_luminance);
+inline constexpr HuffmanTable chrominance_dc_codes = huffman_codes(dc_chrominance);
+inline constexpr HuffmanTable luminance_ac_codes = huffman_codes(ac_luminance);
+inline constexpr HuffmanTable chrominance_ac_codes = huffman_codes(ac_chrominance);
 
 inline constexpr int end_of_block = 0x00;
 inline constexpr int sixteen_zeroes = 0xF0;

@@ -21,19 +21,19 @@ namespace {
 class JpegWalk {
 public:
     explicit JpegWalk(const EncodedPicture& file)
-        : file_(file) {}
+        : file(file) {}
 
     /// Moves behind the next marker.
     /// @return its code; 0 at the end of the file
     int next_marker() {
-        while (at_ < file_.size) {
-            while (at_ < file_.size && file_.bytes[at_] != 0xFF)
-                ++at_;
-            while (at_ < file_.size && file_.bytes[at_] == 0xFF)
-                ++at_;
-            if (at_ == file_.size)
+        while (place < file.size) {
+            while (place < file.size && file.bytes[place] != 0xFF)
+                ++place;
+            while (place < file.size && file.bytes[place] == 0xFF)
+                ++place;
+            if (place == file.size)
                 break;
-            const int code = file_.bytes[at_++];
+            const int code = file.bytes[place++];
             const bool is_data = code == 0 || (code >= 0xD0 && code <= 0xD7);
             if (!is_data)
                 return code;
@@ -42,36 +42,37 @@ public:
     }
 
     /// Moves behind the segment that begins here, if it is all there.
-    void skip_segment() { at_ = segment_end(); }
+    void skip_segment() { place = segment_end(); }
 
     /// Moves behind a segment of Huffman tables.
     /// @return whether none of them has more codes than symbols
     bool check_tables() {
         const std::size_t end = segment_end();
-        std::size_t table = at_ + 2;
+        std::size_t table = place + 2;
         while (table < end) {
-            const std::size_t counts_end = std::min(table + 17, file_.size);
+            const std::size_t counts_end = std::min(table + 17, file.size);
             std::size_t codes = 0;
             for (std::size_t count = table + 1; count < counts_end; ++count)
-                codes += file_.bytes[count];
+                codes += file.bytes[count];
             if (codes > 256)
                 return false;
             table += 17 + codes;
         }
-        at_ = std::min(table, file_.size);
+        place = std::min(table, file.size);
         return true;
     }
 
 private:
     std::size_t segment_end() const {
-        if (file_.size - at_ < 2)
-            return file_.size;
-        const auto length = static_cast<std::size_t>(file_.bytes[at_] << 8 | file_.bytes[at_ + 1]);
-        return std::min(file_.size, at_ + std::max<std::size_t>(length, 2));
+        if (file.size - place < 2)
+            return file.size;
+        const auto length =
+            static_cast<std::size_t>(file.bytes[place] << 8 | file.bytes[place + 1]);
+        return std::min(file.size, place + std::max<std::size_t>(length, 2));
     }
 
-    const EncodedPicture& file_;
-    std::size_t at_ = 0;
+    const EncodedPicture& file;
+    std::size_t place = 0;
 };
 
 } // namespace

@@ -116,15 +116,15 @@ void drop_alpha(unsigned char* pixels, std::size_t count) {
 class Budget {
 public:
     explicit Budget(unsigned long bytes)
-        : left_(bytes) {
-        budget = &left_;
+        : left(bytes) {
+        budget = &left;
     }
     Budget(const Budget&) = delete;
     Budget& operator=(const Budget&) = delete;
     ~Budget() { budget = nullptr; }
 
 private:
-    unsigned long left_;
+    unsigned long left;
 };
 
 } // namespace

@@ -3,6 +3,7 @@
 namespace orvex {
 
 class ByteWindow;
+struct Lib3dsFault;
 
 /// Whether lib3ds can be given these bytes as a 3DS file.
 ///
@@ -14,6 +15,7 @@ class ByteWindow;
 /// and time has a bound.
 ///
 /// Reads each byte twice at most, keeps some megabytes at most, and stops at the first fault.
-bool lib3ds_can_read(ByteWindow& bytes);
+/// @param[out] fault  that fault; null where nobody asks
+bool lib3ds_can_read(ByteWindow& bytes, Lib3dsFault* fault = nullptr);
 
 } // namespace orvex

@@ -7,6 +7,8 @@ struct Lib3dsFile;
 
 namespace orvex {
 
+struct Lib3dsFault;
+
 struct Lib3dsFileDeleter {
     void operator()(Lib3dsFile* file) const;
 };
@@ -17,10 +19,12 @@ using Lib3dsFilePtr = std::unique_ptr<Lib3dsFile, Lib3dsFileDeleter>;
 /// The file is read into memory once, and lib3ds is given the very bytes that were checked, so that
 /// a file which changes meanwhile does no harm.
 /// @param path  null is refused
+/// @param[out] fault  what is wrong, where the result is null; null where nobody asks
 /// @return null if the file can't be read or is no 3DS file in good order
-Lib3dsFilePtr open_3ds_file(const char* path);
+Lib3dsFilePtr open_3ds_file(const char* path, Lib3dsFault* fault = nullptr);
 
 /// The same, of bytes in memory.
-Lib3dsFilePtr read_3ds_bytes(const unsigned char* bytes, std::size_t size);
+Lib3dsFilePtr read_3ds_bytes(const unsigned char* bytes, std::size_t size,
+                             Lib3dsFault* fault = nullptr);
 
 } // namespace orvex

@@ -6,7 +6,8 @@ namespace orvex {
 
 class Model;
 
-/// Turns what was read into meshes and materials of `target`.
+/// Turns what was read into meshes and materials of `target`. Throws `std::bad_alloc`, and leaves
+/// what was made so far, for a `LoadUndo` to give back.
 void build_model(OBJ_Model& source, Model& target);
 
 } // namespace orvex

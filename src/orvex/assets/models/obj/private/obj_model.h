@@ -18,16 +18,16 @@ public:
     OBJ_Name() = default;
     explicit OBJ_Name(std::string_view text);
 
-    const char* c_str() const { return text_; }
-    std::string_view view() const { return text_; }
+    const char* c_str() const { return text; }
+    std::string_view view() const { return text; }
 
 private:
-    char text_[128] = {};
+    char text[128] = {};
 };
 
 /// A material while one file is read: what "usemtl" named or a material library described.
 struct OBJ_Material {
-    static constexpr std::size_t NUM_TEXTURES = 4;
+    static constexpr std::size_t num_textures = 4;
 
     Material* material = nullptr; ///< set when built
     OBJ_Name name;
@@ -37,7 +37,7 @@ struct OBJ_Material {
     std::array<float, 4> specular = {0.6f, 0.6f, 0.6f, 1.0f};
     float specular_exp = 24.0f;
     float opacity = 1.0f;
-    std::array<std::array<char, 260>, NUM_TEXTURES> texture_filenames = {};
+    std::array<std::array<char, 260>, num_textures> texture_filenames = {};
     std::int32_t face_count = 0; ///< faces that used it
 
     /// Back to the colours of a material that a library has just named.
@@ -74,32 +74,32 @@ using OBJ_Float2 = std::array<float, 2>;
 template<class Record>
 class OBJ_NamedList {
 public:
-    std::size_t size() const { return records_.size(); }
-    Record& operator[](std::size_t index) const { return *records_[index]; }
-    auto begin() const { return records_.begin(); }
-    auto end() const { return records_.end(); }
+    std::size_t size() const { return records.size(); }
+    Record& operator[](std::size_t index) const { return *records[index]; }
+    auto begin() const { return records.begin(); }
+    auto end() const { return records.end(); }
 
     Record* find(const OBJ_Name& name) const {
-        const auto found = by_name_.find(name.view());
-        return found != by_name_.end() ? found->second : nullptr;
+        const auto found = by_name.find(name.view());
+        return found != by_name.end() ? found->second : nullptr;
     }
 
     Record& add(const OBJ_Name& name) {
-        Record& record = *records_.emplace_back(std::make_unique<Record>());
+        Record& record = *records.emplace_back(std::make_unique<Record>());
         record.name = name;
-        record.index = static_cast<std::uint32_t>(records_.size() - 1);
-        by_name_.emplace(record.name.view(), &record);
+        record.index = static_cast<std::uint32_t>(records.size() - 1);
+        by_name.emplace(record.name.view(), &record);
         return record;
     }
 
     Record& find_or_add(const OBJ_Name& name) {
         Record* record = find(name);
-        return record != nullptr ? *record : add(name);
+        return record ? *record : add(name);
     }
 
 private:
-    std::vector<std::unique_ptr<Record>> records_;
-    std::unordered_map<std::string_view, Record*> by_name_; ///< views into the records
+    std::vector<std::unique_ptr<Record>> records;
+    std::unordered_map<std::string_view, Record*> by_name; ///< views into the records
 };
 
 /// What one file holds, on its way into a `Model`.

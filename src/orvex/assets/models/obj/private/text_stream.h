@@ -12,7 +12,7 @@
 
 namespace orvex {
 
-inline constexpr std::array<bool, 256> WHITE_SPACE = [] {
+inline constexpr std::array<bool, 256> white_space = [] {
     std::array<bool, 256> table{};
     for (const char space : {' ', '\t', '\n', '\v', '\f', '\r'})
         table[static_cast<unsigned char>(space)] = true;
@@ -21,7 +21,7 @@ inline constexpr std::array<bool, 256> WHITE_SPACE = [] {
 
 /// White space as the C locale has it.
 inline bool is_white_space(char c) {
-    return WHITE_SPACE[static_cast<unsigned char>(c)];
+    return white_space[static_cast<unsigned char>(c)];
 }
 
 inline bool is_digit(char c) {
@@ -32,13 +32,13 @@ inline bool is_sign(char c) {
     return c == '-' || c == '+';
 }
 
-constexpr int MOST_DIGITS = 19; ///< as many as always fit into 64 bits
+constexpr int most_digits = 19; ///< as many as always fit into 64 bits
 
 /// Takes the decimal digits at `p`, eight at a time, and appends them to `number`.
-/// @return how many were taken; more than `MOST_DIGITS` means that `number` holds nothing of worth
+/// @return how many were taken; more than `most_digits` means that `number` holds nothing of worth
 inline int take_digits(const char*& p, const char* end, std::uint64_t& number) {
     static_assert(std::endian::native == std::endian::little, "the first digit is the lowest byte");
-    constexpr std::uint64_t POWERS[] = {1,      10,      100,      1000,     10000,
+    constexpr std::uint64_t powers[] = {1,      10,      100,      1000,     10000,
                                         100000, 1000000, 10000000, 100000000};
     const char* first = p;
     while (end - p >= 8) {
@@ -57,12 +57,12 @@ inline int take_digits(const char*& p, const char* end, std::uint64_t& number) {
         digits = ((digits & 0x000000FF000000FF) * 0x000F424000000064 +
                   ((digits >> 16) & 0x000000FF000000FF) * 0x0000271000000001) >>
                  32;
-        number = number * POWERS[count] + digits;
+        number = number * powers[count] + digits;
         p += count;
-        if (count < 8 || p - first > MOST_DIGITS)
+        if (count < 8 || p - first > most_digits)
             return static_cast<int>(p - first);
     }
-    while (p < end && is_digit(*p) && p - first <= MOST_DIGITS)
+    while (p < end && is_digit(*p) && p - first <= most_digits)
         number = number * 10 + static_cast<unsigned>(*p++ - '0');
     return static_cast<int>(p - first);
 }
@@ -85,9 +85,9 @@ public:
     TextStream(const TextStream&) = delete;
     TextStream& operator=(const TextStream&) = delete;
 
-    std::size_t size() const { return static_cast<std::size_t>(end_ - begin_); }
-    std::size_t tell() const { return static_cast<std::size_t>(at_ - begin_); }
-    void seek(std::size_t offset) { at_ = begin_ + offset; }
+    std::size_t size() const { return static_cast<std::size_t>(end - begin); }
+    std::size_t tell() const { return static_cast<std::size_t>(place - begin); }
+    void seek(std::size_t offset) { place = begin + offset; }
 
     /// `fscanf` of "%511s": skips white space, then takes up to 511 other bytes. Empty at the end.
     std::string_view read_word();
@@ -108,61 +108,61 @@ private:
     struct CStream;
 
     void skip_white_space() {
-        while (at_ < end_ && is_white_space(*at_))
-            ++at_;
+        while (place < end && is_white_space(*place))
+            ++place;
     }
     bool read_int_by_library(int& value);
     bool read_float_by_library(float& value);
     std::FILE* library_stream();
 
-    const char* begin_;
-    const char* at_;
-    const char* end_;
-    std::unique_ptr<CStream> library_;
+    const char* begin;
+    const char* place;
+    const char* end;
+    std::unique_ptr<CStream> library;
 };
 
 inline std::string_view TextStream::read_word() {
-    constexpr std::size_t WORD_LIMIT = 511;
+    constexpr std::size_t word_limit = 511;
     skip_white_space();
-    const char* first = at_;
-    const char* limit = first + std::min<std::size_t>(WORD_LIMIT, end_ - first);
-    while (at_ < limit && !is_white_space(*at_))
-        ++at_;
-    return {first, static_cast<std::size_t>(at_ - first)};
+    const char* first = place;
+    const char* limit = first + std::min<std::size_t>(word_limit, end - first);
+    while (place < limit && !is_white_space(*place))
+        ++place;
+    return {first, static_cast<std::size_t>(place - first)};
 }
 
 inline std::string_view TextStream::read_line(std::size_t limit) {
-    const char* first = at_;
-    const std::size_t most = std::min<std::size_t>(limit, end_ - first);
+    const char* first = place;
+    const std::size_t most = std::min<std::size_t>(limit, end - first);
     const void* line_feed = std::memchr(first, '\n', most);
-    at_ = line_feed != nullptr ? static_cast<const char*>(line_feed) + 1 : first + most;
-    return {first, static_cast<std::size_t>(at_ - first)};
+    place = line_feed ? static_cast<const char*>(line_feed) + 1 : first + most;
+    return {first, static_cast<std::size_t>(place - first)};
 }
 
 inline bool TextStream::match(char wanted) {
-    if (at_ == end_ || *at_ != wanted)
+    if (place == end || *place != wanted)
         return false;
-    ++at_;
+    ++place;
     return true;
 }
 
 inline bool TextStream::read_int(int& value) {
     skip_white_space();
-    const char* p = at_;
-    if (p == end_)
+    const char* p = place;
+    if (p == end)
         return false;
     const bool negative = *p == '-';
     if (is_sign(*p) && !is_digit(*++p))
         return read_int_by_library(value);
     std::uint64_t number = 0;
-    const int num_digits = take_digits(p, end_, number);
+    const int num_digits = take_digits(p, end, number);
     if (num_digits == 0)
         return false;
     if (num_digits > 18)
         return read_int_by_library(value);
     const auto magnitude = static_cast<std::int64_t>(number);
     value = static_cast<int>(negative ? -magnitude : magnitude);
-    at_ = p;
+    place = p;
     return true;
 }
 
@@ -176,8 +176,8 @@ public:
     NumericCLocale& operator=(const NumericCLocale&) = delete;
 
 private:
-    void* c_;
-    void* former_;
+    void* c_locale;
+    void* former;
 };
 
 } // namespace orvex

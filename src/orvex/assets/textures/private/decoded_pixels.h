@@ -1,16 +1,21 @@
 #pragma once
 
 /// @file
-/// Keeps count of which images of textures hold pixels that still belong to a codec, so that they
-/// go back to it once and not while another texture shows them. Safe from any thread.
+/// What textures do with pixels that still belong to a codec, so that they go back to it once and
+/// not while another texture shows them. Safe from any thread.
 
 namespace orvex {
 
 class Image;
 struct TextureData;
 
-/// Takes down that this image of a texture now holds the pixels behind its external pointer, and
-/// gives back those that it held before.
+/// The image of a texture takes over what another image has: a copy of its own pixels, or the
+/// codec's as they are. The decoded pixels that it had before are given back.
+/// @return true; false for null
+bool take_over(Image* target, const Image* source);
+
+/// Says that an image of a texture has had pixels decoded right into it, and gives back those that
+/// it held before.
 /// @param before  the external pointer as it was; null for none
 void take_decoded_pixels(Image& image, unsigned char* before);
 
@@ -21,8 +26,5 @@ void give_back_decoded_pixels(Image& image);
 
 /// The same for the base image and the six faces; images without external pixels are passed over.
 void give_back_decoded_pixels(TextureData& data);
-
-/// Forgets a record that ends.
-void forget_decoded_pixels(TextureData& data);
 
 } // namespace orvex

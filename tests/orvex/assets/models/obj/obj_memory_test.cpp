@@ -1,0 +1,85 @@
+// An OBJ load that meets the end of memory: false, and everything as it was before.
+
+#include <string>
+
+#include <gtest/gtest.h>
+
+#include "orvex/assets/materials/material_mgr.h"
+#include "orvex/assets/models/obj/loader_3d_obj.h"
+#include "orvex/geometry/mesh/mesh.h"
+#include "orvex/geometry/mesh/model.h"
+#include "tests/support/heap.h"
+#include "tests/support/log_capture.h"
+#include "tests/support/temp_dir.h"
+
+namespace orvex_test {
+
+using namespace orvex;
+namespace {
+
+class ObjMemory : public testing::Test {
+protected:
+    ObjMemory() {
+        dir.write("m.mtl", "newmtl red\nKd 1 0 0\nmap_Kd a_name_beyond_what_a_string_holds.png\n"
+                           "newmtl blue\nKd 0 0 1\n");
+        dir.write("m.obj", "mtllib m.mtl\nv 0 0 0\nv 1 0 0\nv 0 1 0\ng a_group_of_some_length\n"
+                           "usemtl red\nf 1 2 3\nf 1 3 2\ng another_group_of_some_length\n"
+                           "usemtl blue\nf 1 2 3\nv 1e-40 0 0\n");
+        loader.set_model_dir((dir.path() + "/").c_str());
+        // What lives before the load stays.
+        model->add_ref();
+        model->add_child(model->create_mesh());
+        model->add_material(MaterialMgr::get()->create_material("kept"), nullptr);
+    }
+    ~ObjMemory() override {
+        model->kill(nullptr, nullptr);
+        MaterialMgr::get()->release_all_resources(nullptr, nullptr);
+    }
+
+    void expect_untouched(unsigned long granted) const {
+        EXPECT_EQ(model->get_num_children(), 1u) << granted;
+        EXPECT_EQ(model->get_num_materials(), 1u) << granted;
+        EXPECT_EQ(MaterialMgr::get()->get_num_resources(), 1u) << granted;
+        EXPECT_STREQ(loader.get_failure_reason(), "memory ran out") << granted;
+    }
+
+    /// Loads with memory for one block more each time, until there is enough.
+    /// @return how many blocks that took
+    unsigned long load_with_growing_memory(bool single) {
+        for (unsigned long granted = 0;; ++granted) {
+            bool loaded = false;
+            {
+                const RefuseArrays refused({.granted = granted, .refused = 1, .single = single});
+                loaded = loader.load_from_file(model, "m.obj");
+            }
+            if (loaded)
+                return granted;
+            expect_untouched(granted);
+            if (HasFailure() || granted == 10000)
+                return granted;
+        }
+    }
+
+    const LogCapture log;
+    const TempDir dir;
+    Loader3D_OBJ loader;
+    Model* const model = new Model;
+};
+
+TEST_F(ObjMemory, that_runs_out_at_any_single_block_gives_back_what_was_added) {
+    EXPECT_GT(load_with_growing_memory(true), 50u);
+    EXPECT_EQ(model->get_num_children(), 3u);
+    EXPECT_EQ(model->get_num_materials(), 3u);
+    EXPECT_STREQ(loader.get_failure_reason(), "");
+}
+
+TEST_F(ObjMemory, that_runs_out_at_any_array_gives_back_what_was_added) {
+    EXPECT_GT(load_with_growing_memory(false), 4u);
+    ASSERT_EQ(model->get_num_children(), 3u);
+    const auto& first = *static_cast<Mesh*>(model->get_child(1));
+    EXPECT_EQ(first.get_num_vertices(), 6u);
+    EXPECT_EQ(first.get_num_faces(), 2u);
+}
+
+} // namespace
+} // namespace orvex_test
