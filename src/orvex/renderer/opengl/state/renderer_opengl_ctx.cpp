@@ -27,7 +27,7 @@ void RendererOpenGLCtx::init_texture_units(unsigned long max_size, unsigned long
 }
 
 void RendererOpenGLCtx::set_texture_unit(unsigned long unit, unsigned int texture_id) {
-    if (texture_units != nullptr && unit < num_texture_units)
+    if (texture_units && unit < num_texture_units)
         texture_units[unit].texture_id = texture_id;
 }
 
