@@ -21,7 +21,7 @@ public:
     GlobalId(const GlobalId&) = delete;
     GlobalId& operator=(const GlobalId&) = delete;
 
-    /// The next id. Any thread may call it; no two calls give the same.
+    /// The next id. Any thread may call it; no two of 2^32 calls give the same.
     std::uint32_t id();
 
     /// The next id without the lock, while only one thread asks for ids.
@@ -41,14 +41,16 @@ ORVEX_API int GenId();
 /// Whether this is a 64-bit build.
 ORVEX_API bool Is64BitApp();
 
-/// Lets the calling thread sleep for `ms` milliseconds; a time of 2^32 microseconds or more wraps
-/// around.
+/// Lets the calling thread sleep; a signal may cut it short.
+/// @param ms  milliseconds; a time of 2^32 microseconds or more wraps around
 ORVEX_API void ThreadSleep(unsigned long ms);
 
-/// Lets the calling thread sleep for `us` microseconds, with the same wrap-around.
+/// Lets the calling thread sleep; a signal may cut it short.
+/// @param us  microseconds, 0 to 2^32 - 1; more wraps around
 ORVEX_API void ThreadSleep_micro(unsigned long us);
 
-/// Lets the calling thread sleep for `ns` nanoseconds; a second or more returns at once.
+/// Lets the calling thread sleep; a signal may cut it short.
+/// @param ns  nanoseconds, 0 to 999,999,999; a second or more returns at once
 ORVEX_API void ThreadSleep_nano(unsigned long ns);
 
 } // namespace orvex

@@ -97,6 +97,7 @@ public:
     bool close();
 
     /// One stamped line. A null message does nothing.
+    /// @param level  any number; see `LOG_LEVEL`
     void trace(LOG_LEVEL level, const char* message);
 
     /// One stamped line, printf-style, cut at 65,535 characters. A null format does nothing.

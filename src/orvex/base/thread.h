@@ -24,10 +24,10 @@ public:
     void update();
 
     /// Whether both name the same thread.
-    bool operator==(const Thread& other) const;
+    [[nodiscard]] bool operator==(const Thread& other) const;
 
     /// The negation of `==`.
-    bool operator!=(const Thread& other) const;
+    [[nodiscard]] bool operator!=(const Thread& other) const;
 
 private:
     pthread_t id;

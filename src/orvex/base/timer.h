@@ -27,16 +27,16 @@ public:
 
     /// Processor time of the process since `reset`, in milliseconds. Goes through a
     /// single-precision float, which is exact for the first 16 seconds only.
-    std::uint64_t getMillisecondsCPU() const;
+    [[nodiscard]] std::uint64_t getMillisecondsCPU() const;
 
     /// Processor time of the process since `reset`, in microseconds, through the same float.
-    std::uint64_t getMicrosecondsCPU() const;
+    [[nodiscard]] std::uint64_t getMicrosecondsCPU() const;
 
     /// Wall time since `reset` in milliseconds; 0 if the clock was set back behind it.
-    std::uint64_t getMilliseconds();
+    [[nodiscard]] std::uint64_t getMilliseconds();
 
     /// Wall time since `reset` in microseconds; 0 if the clock was set back behind it.
-    std::uint64_t getMicroseconds();
+    [[nodiscard]] std::uint64_t getMicroseconds();
 
 private:
     std::clock_t cpu_at_reset;

@@ -115,7 +115,8 @@ public:
     ///
     /// A connection that closes without having sent anything is left open, until the end of the
     /// server.
-    /// @param port  0 lets the system choose; the log shows its choice with the line of
+    /// @param port  0 to 65,535; 0 lets the system choose, and the log shows its choice with the
+    /// line of
     ///              `SocketCore::listen_socket`
     /// @return true after a stop text, when the listener is closed; false after
     ///         `send_stop_message`, when it stays open, and with an error line if the port can't be
