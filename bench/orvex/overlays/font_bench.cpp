@@ -52,7 +52,7 @@ public:
         for (int i = 0; i < glyphs_per_line; ++i)
             line += static_cast<char>(32 + i * 7 % 95);
         sheet->add_ref();
-        FontAccess::state(*font).bm_texture.set(sheet);
+        Font::State::of(*font).bm_texture.set(sheet);
         if (!font->bm_load_charset_from_memory(charset().c_str())) {
             std::fprintf(stderr, "the charset can't be read\n");
             std::exit(1);

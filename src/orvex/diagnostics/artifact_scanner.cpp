@@ -1,3 +1,7 @@
+// The scanner: two textures on the CPU, the reference and the latest frame, and the numbers of
+// pixels in which they differ. Both textures belong to the manager, which may end them: they are
+// asked for before each use, and made again where that is possible.
+
 #include "orvex/diagnostics/artifact_scanner.h"
 
 #include <algorithm>
@@ -38,8 +42,8 @@ struct Pixels {
 };
 
 Pixels pixels_of(Texture* texture) {
-    const TextureData* const data = texture != nullptr ? texture->get_data_ptr() : nullptr;
-    if (data == nullptr || data->get_u8_ptr() == nullptr)
+    const TextureData* const data = texture ? texture->get_data_ptr() : nullptr;
+    if (!data || !data->get_u8_ptr())
         return {};
     const unsigned long claimed = data->get_width() * data->get_height();
     return {data->get_u8_ptr(), std::min(claimed, ImageAccess::readable_u8_bytes(*data) / 4)};
@@ -70,26 +74,24 @@ struct ArtifactScanner::ArtifactScannerData {
 };
 
 ArtifactScanner::ArtifactScanner()
-    : data(new ArtifactScannerData) {
+    : data(std::make_unique<ArtifactScannerData>()) {
     set_type(NODE_TYPE_ARTIFACT_SCANNER);
     data->current_texture.set(TextureMgr::get()->create_texture());
     data->ref_texture.set(TextureMgr::get()->create_texture());
 }
 
-ArtifactScanner::~ArtifactScanner() {
-    delete data;
-}
+ArtifactScanner::~ArtifactScanner() = default;
 
 void ArtifactScanner::set_render_target(RenderTarget* target) {
     data->render_target = target;
 }
 
 bool ArtifactScanner::read_frame(Renderer* renderer) {
-    if (data->current_texture.get() == nullptr)
+    if (!data->current_texture.get())
         data->current_texture.set(TextureMgr::get()->create_texture());
     Texture* const current = data->current_texture.get();
     const bool read =
-        data->render_target != nullptr
+        data->render_target
             ? current->update_pixmap_rgba_u8_from_render_target(data->render_target, 0)
             : current->update_pixmap_rgba_u8_from_framebuffer(renderer);
     return read && pixels_of(current).count != 0;
@@ -97,9 +99,13 @@ bool ArtifactScanner::read_frame(Renderer* renderer) {
 
 bool ArtifactScanner::take_reference(Renderer* renderer) {
     Texture* const current = data->current_texture.get();
+
+    // A texture of the frame's own size, in place of the reference before.
     data->ref_texture.release(renderer);
     data->ref_texture.set(TextureMgr::get()->create_texture_2d(current->get_width(),
                                                                current->get_height(), PF_RGBA_U8));
+
+    // A texture that found no memory has no room for the frame.
     const Pixels reference = pixels_of(data->ref_texture.get());
     const Pixels frame = pixels_of(current);
     if (reference.count < frame.count)
@@ -110,7 +116,7 @@ bool ArtifactScanner::take_reference(Renderer* renderer) {
 }
 
 bool ArtifactScanner::run(Renderer* renderer, bool flag) {
-    if (!read_frame(renderer) || (data->reference().bytes == nullptr && !take_reference(renderer)))
+    if (!read_frame(renderer) || (!data->reference().bytes && !take_reference(renderer)))
         return false;
     data->num_artifacts = find_artifacts(data->current_texture.get(), flag);
     if (data->num_artifacts < 0)
@@ -120,10 +126,10 @@ bool ArtifactScanner::run(Renderer* renderer, bool flag) {
     return true;
 }
 
-int ArtifactScanner::find_artifacts(Texture* texture, bool flag) {
+int ArtifactScanner::find_artifacts(Texture* texture, bool flag) const {
     const Pixels reference = data->reference();
     const Pixels frame = pixels_of(texture);
-    if (reference.bytes == nullptr || frame.bytes == nullptr)
+    if (!reference.bytes || !frame.bytes)
         return -1;
     const unsigned long count = std::min(reference.count, frame.count);
     const unsigned long different =
@@ -131,10 +137,10 @@ int ArtifactScanner::find_artifacts(Texture* texture, bool flag) {
     return static_cast<int>(std::min<unsigned long>(different, INT_MAX));
 }
 
-bool ArtifactScanner::is_there_artifact(Texture* texture, bool flag) {
+bool ArtifactScanner::is_there_artifact(Texture* texture, bool flag) const {
     const Pixels reference = data->reference();
     const Pixels frame = pixels_of(texture);
-    return reference.bytes != nullptr && frame.bytes != nullptr &&
+    return reference.bytes && frame.bytes &&
            has_different_pixel(reference.bytes, frame.bytes, std::min(reference.count, frame.count),
                                step_of(flag));
 }

@@ -1,5 +1,10 @@
 #pragma once
 
+/// @file
+/// `ArtifactScanner`, which tells a failing graphics processor by pixels that change.
+
+#include <memory>
+
 #include "orvex/api.h"
 #include "orvex/scene/node.h"
 
@@ -61,12 +66,12 @@ public:
     /// @param flag     true looks at pixels 0, 2, 4 and so on in the order of memory, and finds at
     ///                 most half of the changed ones; the count is not doubled
     /// @return -1 without a reference, for null, and for a texture without 8-bit pixels
-    int find_artifacts(Texture* texture, bool flag);
+    [[nodiscard]] int find_artifacts(Texture* texture, bool flag) const;
 
     /// Whether a texture differs from the reference at all; ends at the first pixel that does.
     /// @param flag  as for `find_artifacts`
     /// @return false without a reference, for null, and for a texture without 8-bit pixels
-    bool is_there_artifact(Texture* texture, bool flag);
+    [[nodiscard]] bool is_there_artifact(Texture* texture, bool flag) const;
 
     /// Artifacts of the last frame; 0 right after a reset.
     int get_number_of_artifacts() const;
@@ -93,7 +98,7 @@ private:
     bool read_frame(Renderer* renderer);
     bool take_reference(Renderer* renderer);
 
-    ArtifactScannerData* data;
+    std::unique_ptr<ArtifactScannerData> data;
 };
 
 } // namespace orvex

@@ -1,3 +1,7 @@
+// Counts pixels that differ, for frames that hardly ever do: stretches are compared as memory
+// first, and only one that isn't equal is counted pixel by pixel, while it is still in the
+// nearest cache.
+
 #include "orvex/diagnostics/private/pixel_difference.h"
 
 #include <algorithm>

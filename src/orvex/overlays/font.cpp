@@ -1,3 +1,7 @@
+// The font: what it owns, the queue of a frame's texts, and raster text. The charset and its
+// sheet stand in font_charset.cpp, the way from queued texts to one vertex buffer in
+// font_vertices.cpp.
+
 #include "orvex/overlays/font.h"
 
 #include <algorithm>
@@ -18,7 +22,7 @@ constexpr unsigned long max_texts = 512;
 } // namespace
 
 Font::Font()
-    : state(new State) {
+    : state(std::make_unique<State>()) {
     set_type(NODE_TYPE_FONT);
     state->bm_data.alloc_strings(max_texts);
     state->bm_mesh = new Mesh;
@@ -26,11 +30,10 @@ Font::Font()
 
 Font::~Font() {
     give_back(nullptr);
-    delete state;
 }
 
 bool Font::_cleanup(Renderer* renderer) {
-    if (renderer != nullptr) {
+    if (renderer) {
         renderer->font_bitmap_windows_kill(state->font_data.get());
         give_back(renderer);
     }
@@ -40,7 +43,7 @@ bool Font::_cleanup(Renderer* renderer) {
 void Font::give_back(Renderer* renderer) {
     bm_release_charset_texture(renderer);
     bm_free_vb(renderer);
-    if (state->bm_mesh != nullptr) {
+    if (state->bm_mesh) {
         state->bm_mesh->release(renderer, nullptr);
         state->bm_mesh = nullptr;
     }
@@ -53,13 +56,13 @@ int Font::get_renderer_id() {
 
 // The mesh is no child: who walks the tree reaches the children once, by way of the font.
 void Font::set_opengl_2_3_rendering_states(bool gl2, Node* node) {
-    if (state->bm_mesh != nullptr)
+    if (state->bm_mesh)
         state->bm_mesh->set_opengl_2_3_rendering_states(gl2, nullptr);
     Object::set_opengl_2_3_rendering_states(gl2, node);
 }
 
 void Font::scale_vertices_position(const vec4& scale, Node* node) {
-    if (state->bm_mesh != nullptr)
+    if (state->bm_mesh)
         state->bm_mesh->scale_vertices_position(scale, nullptr);
     Object::scale_vertices_position(scale, node);
 }
@@ -69,7 +72,7 @@ void Font::scale_vertices_position(const vec4& scale, Node* node) {
 bool Font::BmData::alloc_strings(unsigned long count) {
     free_strings();
     strings.reset(new (std::nothrow) bm_string[count]);
-    if (strings == nullptr)
+    if (!strings)
         return false;
     capacity = count;
     return true;
@@ -83,7 +86,7 @@ void Font::BmData::free_strings() {
 
 bool Font::BmData::add_string(float x, float y, float z, float r, float g, float b, float a,
                               const char* text) {
-    if (text == nullptr || string_counter >= capacity)
+    if (!text || string_counter >= capacity)
         return false;
     bm_string& string = strings[string_counter];
     string.x = x;
@@ -125,14 +128,14 @@ bool Font::bm_draw_text_3d(float x, float y, float z, float r, float g, float b,
 bool Font::bitmap_font_linux_render(Renderer* renderer, RenderWindow* window, int x, int y, float r,
                                     float g, float b, float a, const char* text,
                                     unsigned long length) {
-    return renderer != nullptr && window != nullptr &&
+    return renderer && window &&
            renderer->font_bitmap_linux_render(state->font_data.get(), x, y, r, g, b, a, text,
                                               length);
 }
 
 bool Font::bitmap_font_linux_renderf(Renderer* renderer, RenderWindow* window, int x, int y,
                                      float r, float g, float b, float a, const char* format, ...) {
-    if (format == nullptr)
+    if (!format)
         return false;
     char text[4096] = {};
     va_list arguments;
@@ -154,6 +157,10 @@ bool Font::set_viewport_info(int x, int y, int width, int height) {
 }
 
 FontData* Font::get_font_data() {
+    return state->font_data.get();
+}
+
+const FontData* Font::get_font_data() const {
     return state->font_data.get();
 }
 

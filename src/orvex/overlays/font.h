@@ -1,5 +1,12 @@
 #pragma once
 
+/// @file
+/// `Font`, text as textured quads and in the platform's raster font. Its operations stand in three
+/// sources: charset and sheet in font_charset.cpp, the vertex buffer in font_vertices.cpp, all
+/// others in font.cpp.
+
+#include <memory>
+
 #include "orvex/api.h"
 #include "orvex/scene/object.h"
 
@@ -82,14 +89,14 @@ public:
     /// Name of the sheet's file, as it stands in the charset: relative to wherever the charset
     /// lies, at most 1023 characters. Empty if the charset names none, null without a charset.
     /// Valid until the next charset.
-    const char* bm_get_charset_image_filename();
+    const char* bm_get_charset_image_filename() const;
     /// @}
 
     /// @name Sheet
     /// @{
 
     /// The sheet, null if there is none. The font holds it; a caller who keeps it adds a reference.
-    Texture* bm_get_charset_texture();
+    Texture* bm_get_charset_texture() const;
     /// Decodes the sheet from a file, turns it to RGBA and uploads it, on unit 0, with mipmaps. The
     /// sheet before is given back first.
     /// @param renderer  null loads without uploading
@@ -108,12 +115,14 @@ public:
     /// @name Queue of a frame's texts
     /// @{
 
-    /// Size of a pixel of the sheet in units of the object; 1 at first. Read by `bm_update_vb`.
+    /// Sets the size of a pixel of the sheet; 1 at first. Read by `bm_update_vb`.
+    /// @param scale  in units of the object; any number, a negative one mirrors the quads
     void bm_set_scale(float scale);
     /// Empties the queue; called each frame before texts are queued.
     void bm_draw_reset();
     /// Queues a text at (x, -y, 0), so that y counts down.
-    /// @param r,g,b,a  colour of its vertices
+    /// @param x,y      in pixels; any number
+    /// @param r,g,b,a  colour of its vertices, usually within 0 and 1; nothing is clamped
     /// @param text  copied
     /// @return false for null, and when 512 texts are queued: this one is lost for the frame
     bool bm_draw_text_2d(int x, int y, float r, float g, float b, float a, const char* text);
@@ -127,6 +136,8 @@ public:
 
     /// Makes room for glyphs: 1000, or 1000 more than asked for if that is too few. Never shrinks.
     /// `bm_update_vb` calls it.
+    /// @param num_chars  bytes of all texts together; more than can be counted in bytes of vertices
+    ///                   is refused
     /// @return true if they fit already; false without renderer, sheet or charset, or if memory
     ///         runs out
     bool bm_alloc_vb(Renderer* renderer, unsigned long num_chars);
@@ -153,6 +164,8 @@ public:
     /// Draws a text in the raster font, in pixels of the area told by `set_viewport_info`, with y
     /// counted down from its top. Blending and depth test are off afterwards.
     /// @param window  any of the renderer's windows
+    /// @param x,y     where it starts, pixels; outside the area nothing shows
+    /// @param r,g,b,a  colour, usually within 0 and 1
     /// @param text    drawn to its terminating zero
     /// @param length  of the text; only tested against 0
     /// @return false for a null renderer, window or text, for length 0, and where there is no
@@ -165,11 +178,15 @@ public:
     bool bitmap_font_linux_renderf(Renderer* renderer, RenderWindow* window, int x, int y, float r,
                                    float g, float b, float a, const char* format, ...)
         ORVEX_PRINTF(10, 11);
-    /// Stores the area that raster text is placed in. @return true
+    /// Stores the area that raster text is placed in.
+    /// @param x,y           lower left corner, pixels
+    /// @param width,height  size, pixels; kept as they are
+    /// @return true
     bool set_viewport_info(int x, int y, int width, int height);
     /// The record of the raster font, owned by this object; never null. Its size is the distance of
     /// a text's base line from the given y.
     FontData* get_font_data();
+    const FontData* get_font_data() const; ///< the same record, to read only
     /// Does nothing: the record ends with the font. @return true
     bool free_font_data();
     /// @}
@@ -189,10 +206,11 @@ public:
     void scale_vertices_position(const vec4& scale, Node* node) override;
     /// @}
 
+    /// The private record, which the engine alone defines.
+    struct State;
+
 private:
     struct BmData;
-    struct State;
-    friend struct FontAccess;
 
     bool take_sheet(Texture* decoded, bool mipmaps);
     void give_back(Renderer* renderer);
@@ -201,7 +219,7 @@ private:
     bool write_vertices(MeshData& data);
     bool write_quads(MeshData& data, void* destination);
 
-    State* state;
+    std::unique_ptr<State> state;
 };
 
 } // namespace orvex

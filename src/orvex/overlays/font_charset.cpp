@@ -5,6 +5,7 @@
 
 #include "orvex/assets/textures/texture.h"
 #include "orvex/assets/textures/texture_mgr.h"
+#include "orvex/base/private/misuse.h"
 #include "orvex/overlays/private/bm_charset_reader.h"
 #include "orvex/overlays/private/font_state.h"
 #include "orvex/platform/private/file_bytes.h"
@@ -17,24 +18,26 @@ bool Font::bm_load_charset(const char* filename) {
 }
 
 bool Font::bm_load_charset_from_memory(const char* text) {
+    if (!text)
+        return misuse("Font::bm_load_charset_from_memory", "a null text");
     std::unique_ptr<BMCharset> charset = read_bm_charset(text);
-    if (charset == nullptr)
+    if (!charset)
         return false;
     state->bm_charset = std::move(charset);
     return true;
 }
 
-const char* Font::bm_get_charset_image_filename() {
-    return state->bm_charset != nullptr ? state->bm_charset->image_filename : nullptr;
+const char* Font::bm_get_charset_image_filename() const {
+    return state->bm_charset ? state->bm_charset->image_filename : nullptr;
 }
 
-Texture* Font::bm_get_charset_texture() {
+Texture* Font::bm_get_charset_texture() const {
     return state->bm_texture.get();
 }
 
 bool Font::bm_load_charset_texture(Renderer* renderer, const char* filename) {
-    if (filename == nullptr)
-        return false;
+    if (!filename)
+        return misuse("Font::bm_load_charset_texture", "a null file name");
     bm_release_charset_texture(renderer);
     TextureMgr* const textures = TextureMgr::get();
     Texture* const sheet = textures->create_texture_2d_from_file(filename, false);
@@ -46,8 +49,8 @@ bool Font::bm_load_charset_texture(Renderer* renderer, const char* filename) {
 
 bool Font::bm_load_charset_texture_from_memory(Renderer* renderer, const unsigned char* bytes,
                                                unsigned long size) {
-    if (bytes == nullptr)
-        return false;
+    if (!bytes)
+        return misuse("Font::bm_load_charset_texture_from_memory", "null bytes");
     bm_release_charset_texture(renderer);
     TextureMgr* const textures = TextureMgr::get();
     Texture* const sheet = textures->create_texture_2d_from_memory(bytes, size, false);
@@ -59,7 +62,7 @@ bool Font::bm_load_charset_texture_from_memory(Renderer* renderer, const unsigne
 }
 
 bool Font::take_sheet(Texture* decoded, bool mipmaps) {
-    if (decoded == nullptr)
+    if (!decoded)
         return false;
     state->bm_texture.set(decoded);
     decoded->add_ref();
@@ -72,7 +75,7 @@ bool Font::take_sheet(Texture* decoded, bool mipmaps) {
 // back.
 bool Font::bm_release_charset_texture(Renderer* renderer) {
     const WeakNode<Texture> held = std::exchange(state->bm_texture, {});
-    if (held.get() != nullptr)
+    if (held.get())
         held.get()->release(renderer, nullptr);
     if (TextureMgr::get()->has_resource(held.get()))
         TextureMgr::get()->release_texture(renderer, held.get(), nullptr);

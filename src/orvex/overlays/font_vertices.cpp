@@ -1,3 +1,9 @@
+// From queued texts to one draw call: room for the glyphs, six vertices for each, written either
+// into the mapped GPU buffer or into the mesh, which uploads them at its next draw.
+//
+// The buffer grows and never shrinks. `bm_vb_capacity` counts the glyphs it can hold, and is 0
+// whenever the mesh holds none, so that the next update makes room.
+
 #include "orvex/overlays/font.h"
 
 #include <limits>
@@ -34,14 +40,17 @@ bool allocate_quads(Mesh& mesh, unsigned long num_glyphs) {
 bool Font::bm_alloc_vb(Renderer* renderer, unsigned long num_chars) {
     if (num_chars <= state->bm_vb_capacity)
         return true;
-    if (renderer == nullptr || bm_get_charset_texture() == nullptr ||
-        state->bm_charset == nullptr || num_chars > most_glyphs)
+    if (!renderer || !bm_get_charset_texture() || !state->bm_charset || num_chars > most_glyphs)
         return false;
+
+    // An empty mesh, with vertices in memory for all glyphs it may hold.
     const unsigned long capacity = num_chars > headroom ? num_chars + headroom : headroom;
     Mesh& mesh = empty_mesh(*renderer);
     MeshData* const data = mesh.get_mesh_data();
-    if (data == nullptr || !allocate_quads(mesh, capacity))
+    if (!data || !allocate_quads(mesh, capacity))
         return false;
+
+    // The GPU buffer of the same size, made by the first prepare.
     data->num_faces = 0;
     data->set_use_generic_vertex_attribs_state(get_use_generic_vertex_attribs_state());
     const DebugName name(*this);
@@ -53,7 +62,7 @@ bool Font::bm_alloc_vb(Renderer* renderer, unsigned long num_chars) {
 
 // A mesh made late is drawn as the first one would be, whose states the font's setters reached.
 Mesh& Font::empty_mesh(Renderer& renderer) {
-    if (state->bm_mesh == nullptr) {
+    if (!state->bm_mesh) {
         state->bm_mesh = new Mesh;
         state->bm_mesh->set_opengl_2_3_rendering_states(get_use_fixed_mvp_matrices_state(),
                                                         nullptr);
@@ -67,14 +76,14 @@ Mesh& Font::empty_mesh(Renderer& renderer) {
 
 bool Font::bm_update_vb(Renderer* renderer, bool use_map) {
     const BmData& texts = state->bm_data;
-    if (renderer == nullptr)
+    if (!renderer)
         return false;
     if (texts.get_string_counter() == 0)
         return true;
     const unsigned long num_chars = texts.get_num_chars();
     bm_alloc_vb(renderer, num_chars);
-    MeshData* const data = state->bm_mesh != nullptr ? state->bm_mesh->get_mesh_data() : nullptr;
-    if (data == nullptr || state->bm_charset == nullptr || num_chars > state->bm_vb_capacity ||
+    MeshData* const data = state->bm_mesh ? state->bm_mesh->get_mesh_data() : nullptr;
+    if (!data || !state->bm_charset || num_chars > state->bm_vb_capacity ||
         data->get_vertex_elt_size() != sizeof(Vertex))
         return false;
     return use_map ? write_mapped(*renderer, *data) : write_vertices(*data);
@@ -101,7 +110,7 @@ bool Font::write_vertices(MeshData& data) {
 bool Font::write_quads(MeshData& data, void* destination) {
     const BmData& texts = state->bm_data;
     const unsigned long num_chars = texts.get_num_chars();
-    if (num_chars > 0 && destination == nullptr)
+    if (num_chars > 0 && !destination)
         return false;
     data.draw_start_vertex = 0;
     data.draw_end_vertex = num_chars * vertices_per_glyph;
@@ -115,8 +124,8 @@ bool Font::write_quads(MeshData& data, void* destination) {
 
 // A mesh that never had vertices has no arrays either, and a core context refuses to draw then.
 void Font::bm_render_vb(Renderer* renderer) {
-    if (renderer == nullptr || state->bm_mesh == nullptr ||
-        state->bm_data.get_string_counter() == 0 || state->bm_mesh->get_num_vertices(nullptr) == 0)
+    if (!renderer || !state->bm_mesh || state->bm_data.get_string_counter() == 0 ||
+        state->bm_mesh->get_num_vertices(nullptr) == 0)
         return;
     state->bm_mesh->set_transform(get_transform());
     state->bm_mesh->render(renderer, nullptr);
@@ -124,7 +133,7 @@ void Font::bm_render_vb(Renderer* renderer) {
 
 bool Font::bm_free_vb(Renderer* renderer) {
     state->bm_vb_capacity = 0;
-    if (renderer != nullptr && state->bm_mesh != nullptr)
+    if (renderer && state->bm_mesh)
         renderer->vertex_buffer_kill(state->bm_mesh->get_mesh_data());
     return true;
 }

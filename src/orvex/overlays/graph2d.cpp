@@ -1,9 +1,20 @@
+// The graph: axes, and curves that scroll.
+//
+//   samples (history, grows) --sync--> points of the curve (fixed number) --> line object
+//   values  (placed by the host) -----^
+//
+// Whatever is placed is shifted by half the viewport at that moment, and keeps the shift; the
+// numbers as given are kept beside it, so that a new viewport can place them again. The line
+// objects belong to the graph, but a host can reach and end them: each is looked up through a
+// weak handle first.
+
 #include "orvex/overlays/graph2d.h"
 
 #include <algorithm>
 #include <memory>
 #include <vector>
 
+#include "orvex/base/private/misuse.h"
 #include "orvex/geometry/lines/curve.h"
 #include "orvex/geometry/lines/line.h"
 #include "orvex/math/vec4.h"
@@ -90,18 +101,17 @@ vec4 Graph2d::Graph2dData::shifted(vec4 position) const {
 }
 
 Graph2d::Graph2d()
-    : graph_data(new Graph2dData) {
+    : data(std::make_unique<Graph2dData>()) {
     set_type(NODE_TYPE_GRAPH2D);
 }
 
 Graph2d::~Graph2d() {
-    graph_data->axis_line->release(nullptr, nullptr);
-    delete graph_data;
+    data->axis_line->release(nullptr, nullptr);
 }
 
 bool Graph2d::_cleanup(Renderer* renderer) {
     kill_all_curves(renderer);
-    graph_data->axis_line->_cleanup(renderer);
+    data->axis_line->_cleanup(renderer);
     return Object::_cleanup(renderer);
 }
 
@@ -114,35 +124,35 @@ Curve* Graph2d::create_curve(unsigned long num_points) {
     auto curve = std::make_unique<GraphCurve>();
     if (!curve->make(num_points))
         return nullptr;
-    graph_data->curves.push_back(std::move(curve));
-    return graph_data->curves.back()->curve;
+    data->curves.push_back(std::move(curve));
+    return data->curves.back()->curve;
 }
 
 bool Graph2d::kill_curve(Renderer* renderer, Curve* curve) {
-    auto& curves = graph_data->curves;
+    auto& curves = data->curves;
     const auto found = std::find_if(curves.begin(), curves.end(), [curve](const auto& held) {
         return held->living.get() == curve;
     });
     if (!curve || found == curves.end())
-        return false;
+        return misuse("Graph2d::kill_curve", "a curve that is not the graph's");
     (*found)->end(renderer);
     curves.erase(found);
     return true;
 }
 
 bool Graph2d::kill_all_curves(Renderer* renderer) {
-    for (const auto& curve : graph_data->curves)
+    for (const auto& curve : data->curves)
         curve->end(renderer);
-    graph_data->curves.clear();
+    data->curves.clear();
     return true;
 }
 
 unsigned long Graph2d::get_num_curves() const {
-    return graph_data->curves.size();
+    return data->curves.size();
 }
 
 Curve* Graph2d::get_curve(unsigned long index) const {
-    const GraphCurve* const held = graph_data->find(index);
+    const GraphCurve* const held = data->find(index);
     return held ? held->living.get() : nullptr;
 }
 
@@ -152,7 +162,7 @@ bool Graph2d::set_curve_color(unsigned long index, float r, float g, float b, fl
 }
 
 bool Graph2d::add_curve_position(unsigned long index, const vec4& position) {
-    GraphCurve* const held = graph_data->find(index);
+    GraphCurve* const held = data->find(index);
     if (!held)
         return false;
     held->samples.push_back(position);
@@ -164,18 +174,22 @@ bool Graph2d::add_curve_scalar(unsigned long index, float value) {
 }
 
 bool Graph2d::sync_curve_scalars(unsigned long index) {
-    GraphCurve* const held = graph_data->find(index);
+    GraphCurve* const held = data->find(index);
     Curve* const curve = get_curve(index);
     if (!curve || held->samples.empty())
         return false;
+
+    // The newest samples, as many as there are points for.
     const unsigned long num_points = curve->get_num_points();
     const unsigned long num_samples = held->samples.size();
     const unsigned long count = std::min(num_points, num_samples);
     const unsigned long first = num_samples - count;
     held->diff_points = first;
 
-    const vec4& start = graph_data->x_axis.raw_start;
-    const float length = graph_data->x_axis.raw_end.x - start.x;
+    // Along the x axis in equal steps, raised by its height. The steps are added up, so that a
+    // place carries the rounding of all before it.
+    const vec4& start = data->x_axis.raw_start;
+    const float length = data->x_axis.raw_end.x - start.x;
     const float step = num_points > 0 ? length / static_cast<float>(num_points) : 0.0f;
     float x = start.x;
     for (unsigned long i = 0; i < count; ++i) {
@@ -183,14 +197,14 @@ bool Graph2d::sync_curve_scalars(unsigned long index) {
         position.x = x;
         position.y += start.y;
         x += step;
-        curve->set_value(i, graph_data->shifted(position));
+        curve->set_value(i, data->shifted(position));
     }
     held->num_visible_points = count;
     return true;
 }
 
 unsigned long Graph2d::curve_get_diff_points(unsigned long index) const {
-    const GraphCurve* const held = graph_data->find(index);
+    const GraphCurve* const held = data->find(index);
     return held ? held->diff_points : 0;
 }
 
@@ -198,10 +212,10 @@ bool Graph2d::set_curve_value(unsigned long index, unsigned long point, const ve
     Curve* const curve = get_curve(index);
     if (!curve)
         return false;
-    GraphCurve& held = *graph_data->find(index);
+    GraphCurve& held = *data->find(index);
     if (point < std::min(held.num_values, curve->get_num_points()))
         held.values[point] = value;
-    curve->set_value(point, graph_data->shifted(value));
+    curve->set_value(point, data->shifted(value));
     return true;
 }
 
@@ -222,7 +236,7 @@ bool Graph2d::draw_curve(Renderer* renderer, unsigned long index) {
 }
 
 bool Graph2d::draw_all_curves(Renderer* renderer) {
-    for (const auto& held : graph_data->curves) {
+    for (const auto& held : data->curves) {
         if (Curve* const curve = held->living.get()) {
             curve->set_vertex_end_offset(static_cast<int>(held->num_visible_points));
             curve->render(renderer, nullptr);
@@ -240,8 +254,8 @@ void Graph2d::Graph2dData::draw(const Axis& axis, Renderer* renderer) const {
 }
 
 void Graph2d::draw_axis(Renderer* renderer) {
-    graph_data->draw(graph_data->x_axis, renderer);
-    graph_data->draw(graph_data->y_axis, renderer);
+    data->draw(data->x_axis, renderer);
+    data->draw(data->y_axis, renderer);
 }
 
 void Graph2d::Graph2dData::set_positions(Axis& axis, const vec4& start, const vec4& end) const {
@@ -252,29 +266,29 @@ void Graph2d::Graph2dData::set_positions(Axis& axis, const vec4& start, const ve
 }
 
 void Graph2d::set_x_axis_positions(const vec4& start, const vec4& end) {
-    graph_data->set_positions(graph_data->x_axis, start, end);
+    data->set_positions(data->x_axis, start, end);
 }
 
 void Graph2d::set_y_axis_positions(const vec4& start, const vec4& end) {
-    graph_data->set_positions(graph_data->y_axis, start, end);
+    data->set_positions(data->y_axis, start, end);
 }
 
 void Graph2d::set_x_axis_color(const vec4& start, const vec4& end) {
-    graph_data->x_axis.start_color = start;
-    graph_data->x_axis.end_color = end;
+    data->x_axis.start_color = start;
+    data->x_axis.end_color = end;
 }
 
 void Graph2d::set_y_axis_color(const vec4& start, const vec4& end) {
-    graph_data->y_axis.start_color = start;
-    graph_data->y_axis.end_color = end;
+    data->y_axis.start_color = start;
+    data->y_axis.end_color = end;
 }
 
 void Graph2d::enable_viewport(bool state) {
-    graph_data->viewport_enabled = state;
+    data->viewport_enabled = state;
 }
 
 bool Graph2d::is_viewport_enabled() const {
-    return graph_data->viewport_enabled;
+    return data->viewport_enabled;
 }
 
 void Graph2d::Graph2dData::place_values(GraphCurve& held) const {
@@ -285,15 +299,15 @@ void Graph2d::Graph2dData::place_values(GraphCurve& held) const {
 }
 
 void Graph2d::set_viewport(int x, int y, int width, int height) {
-    graph_data->viewport.set(x, y, width, height);
-    if (!graph_data->viewport_enabled)
+    data->viewport.set(x, y, width, height);
+    if (!data->viewport_enabled)
         return;
-    for (const auto& held : graph_data->curves)
-        graph_data->place_values(*held);
-    Axis& x_axis = graph_data->x_axis;
-    Axis& y_axis = graph_data->y_axis;
-    graph_data->set_positions(x_axis, x_axis.raw_start, x_axis.raw_end);
-    graph_data->set_positions(y_axis, y_axis.raw_start, y_axis.raw_end);
+    for (const auto& held : data->curves)
+        data->place_values(*held);
+    Axis& x_axis = data->x_axis;
+    Axis& y_axis = data->y_axis;
+    data->set_positions(x_axis, x_axis.raw_start, x_axis.raw_end);
+    data->set_positions(y_axis, y_axis.raw_start, y_axis.raw_end);
 }
 
 } // namespace orvex

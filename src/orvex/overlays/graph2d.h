@@ -1,5 +1,10 @@
 #pragma once
 
+/// @file
+/// `Graph2d`, axes and curves that scroll.
+
+#include <memory>
+
 #include "orvex/api.h"
 #include "orvex/scene/object.h"
 
@@ -56,6 +61,7 @@ public:
     /// @{
 
     /// Makes a curve, with every point at (0, 0, 0, 1).
+    /// @param num_points  fixed for its life; with 0 it shows nothing
     /// @return the line object, owned by this graph; null, with a log line, if memory ran out
     Curve* create_curve(unsigned long num_points);
     /// Ends a curve, whoever else holds it. Those behind it move up.
@@ -68,7 +74,9 @@ public:
     unsigned long get_num_curves() const;
     /// The line object, for its colours, transform and so on; null past the end.
     Curve* get_curve(unsigned long index) const;
-    /// Gives all points of a curve one colour. @return false past the end
+    /// Gives all points of a curve one colour.
+    /// @param r,g,b,a  usually within 0 and 1; kept as they are
+    /// @return false past the end
     bool set_curve_color(unsigned long index, float r, float g, float b, float a);
     /// @}
 
@@ -139,13 +147,15 @@ public:
     /// Stores the viewport, in pixels. With the feature on it then places the axes anew, and every
     /// point of every curve at the value that `set_curve_value` gave it, (0, 0, 0, 1) for none:
     /// points that came from samples wait there for the next sync.
+    /// @param x,y           stored, and not read
+    /// @param width,height  pixels; half of each is the shift, of either sign
     void set_viewport(int x, int y, int width, int height);
     /// @}
 
 private:
     struct Graph2dData;
 
-    Graph2dData* graph_data;
+    std::unique_ptr<Graph2dData> data;
 };
 
 } // namespace orvex

@@ -1,8 +1,13 @@
+// The hud: a quad drawn by a camera of its own, over whatever stands on the screen. What it needs
+// is made by the first draw and stays; each draw leaves the viewport as it found it, and the
+// other states in the order and with the values that hosts know.
+
 #include "orvex/overlays/hud.h"
 
 #include "orvex/assets/textures/texture.h"
 #include "orvex/assets/textures/texture_mgr.h"
 #include "orvex/base/log_mgr.h"
+#include "orvex/base/private/misuse.h"
 #include "orvex/geometry/shapes/mesh_quad.h"
 #include "orvex/gpu/gpu_program.h"
 #include "orvex/gpu/gpu_program_mgr.h"
@@ -24,15 +29,13 @@ struct Hud::HudData {
 };
 
 Hud::Hud()
-    : data(new HudData) {}
+    : data(std::make_unique<HudData>()) {}
 
-Hud::~Hud() {
-    delete data;
-}
+Hud::~Hud() = default;
 
 bool Hud::init_texture(Renderer* renderer, const char* filename) {
     if (!renderer || !filename)
-        return false;
+        return misuse("Hud::init_texture", "a null renderer or file name");
     TextureMgr* const textures = TextureMgr::get();
     textures->release_texture(renderer, data->texture.take(), nullptr);
     Texture* const texture = textures->create_texture_2d_from_file(filename, false);
@@ -120,6 +123,7 @@ void Hud::render(Renderer* renderer, Texture* texture, int x, int y, int width, 
         return;
     make_quad();
 
+    // The viewport is the host's and comes back at the end; the other states have fixed ends.
     int saved_x = 0;
     int saved_y = 0;
     int saved_width = 0;
@@ -127,6 +131,7 @@ void Hud::render(Renderer* renderer, Texture* texture, int x, int y, int width, 
     renderer->get_viewport(&saved_x, &saved_y, &saved_width, &saved_height);
     set_state(*renderer, blend, src_factor, dst_factor);
 
+    // The scissor keeps a program of the host's that draws elsewhere inside the rectangle.
     renderer->set_scissor_state(true);
     data->camera->set_viewport(x, y, width, height);
     data->camera->bind(renderer, true, true, true, true, false);

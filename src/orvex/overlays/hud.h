@@ -1,5 +1,7 @@
 #pragma once
 
+#include <memory>
+
 #include "orvex/api.h"
 #include "orvex/renderer/renderer_fwd.h"
 
@@ -63,8 +65,8 @@ public:
     bool init_texture(Renderer* renderer, const char* filename);
 
     /// Draws the own texture. Does nothing without one, and for a null renderer.
-    /// @param x,y           lower left corner, pixels
-    /// @param width,height  size, pixels
+    /// @param x,y           lower left corner, pixels, of either sign
+    /// @param width,height  size, pixels; unchecked: the API refuses a negative one
     /// @param blend  mix with what is there by the two factors, which are not read otherwise
     void render(Renderer* renderer, int x, int y, int width, int height, bool blend,
                 RENDERER_BLEND_FACTOR src_factor, RENDERER_BLEND_FACTOR dst_factor);
@@ -83,7 +85,7 @@ private:
     void make_camera(int x, int y, int width, int height);
     void make_quad();
 
-    HudData* data;
+    std::unique_ptr<HudData> data;
 };
 
 } // namespace aux

@@ -1,8 +1,13 @@
+// The bar of lights: a pool of points, a strip, or both, each a child of the bar. The bar draws
+// them by itself and its walk passes them over. As children they can be ended behind its back:
+// they are held weakly, and every operation asks for them first.
+
 #include "orvex/overlays/mad_led_bar.h"
 
 #include <algorithm>
 #include <climits>
 
+#include "orvex/base/private/misuse.h"
 #include "orvex/geometry/points/vertex_pool.h"
 #include "orvex/geometry/shapes/mesh_plane.h"
 #include "orvex/math/vec3.h"
@@ -32,7 +37,7 @@ struct MadLedBar::MadLedBarData {
 };
 
 MadLedBar::MadLedBar()
-    : data(new MadLedBarData) {
+    : data(std::make_unique<MadLedBarData>()) {
     set_type(NODE_TYPE_MAD_LED_BAR);
 }
 
@@ -51,7 +56,6 @@ void destroy(Object* object) {
 MadLedBar::~MadLedBar() {
     destroy(data->vertex_pool.take());
     destroy(data->plane.take());
-    delete data;
 }
 
 namespace {
@@ -137,6 +141,8 @@ bool MadLedBar::initialize(const vec3& start, const vec3& end, unsigned long num
         data->vertex_pool.set(pool);
         add_child(pool);
     }
+
+    // Points anew, in a row, white, and lit from above.
     VertexPool& pool = *data->vertex_pool.get();
     pool.init_pool(num_leds, false);
     _vp_update_leds_positions();
@@ -176,12 +182,16 @@ bool MadLedBar::initialize(const vec3& start, const vec3& end, unsigned long num
         plane->set_vertex_alloc_params(false, 0);
         add_child(plane);
     }
+
+    // A segment for each light, in one strip.
     MeshPlane& plane = *data->plane.get();
     const float length = (data->start_position - data->end_position).length();
     const unsigned long segments = std::min<unsigned long>(num_leds, INT_MAX);
     plane.set_build_params(length, height, static_cast<int>(segments), 1);
     plane.build(nullptr);
-    // A strip that no memory was found for has a number of vertices, and none of them.
+
+    // White, and lit from above. A strip that no memory was found for has a number of vertices, and
+    // none of them.
     const bool built = plane.get_vertex(0) != nullptr;
     for (unsigned long i = 0; built && i < num_leds; ++i) {
         _plane_set_led_color(i, 1.0f, 1.0f, 1.0f, 1.0f);
@@ -195,8 +205,10 @@ unsigned long MadLedBar::get_num_leds() const {
 }
 
 void MadLedBar::set_led_color(unsigned long index, float r, float g, float b, float a) {
-    if (index >= data->num_leds)
+    if (index >= data->num_leds) {
+        misuse("MadLedBar::set_led_color", "an index past the last light");
         return;
+    }
     if (VertexPool* const pool = data->vertex_pool.get())
         pool->set_vertex_color(index, r, g, b, a);
     _plane_set_led_color(index, r, g, b, a);

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <memory>
+
 #include "orvex/api.h"
 #include "orvex/math/math_fwd.h"
 #include "orvex/scene/object.h"
@@ -65,14 +67,16 @@ public:
     /// plane and builds it anew.
     /// @param start,end  their distance is the length of the strip
     /// @param num_leds  number of lights of the whole bar; with 0 it draws nothing
-    /// @param height  of the strip, along Z
+    /// @param height  of the strip, along Z, in units of the bar; any number
     /// @return true, also where no memory was found for the strip, which the log tells then
     bool initialize(const vec3& start, const vec3& end, unsigned long num_leds, float height);
 
     unsigned long get_num_leds() const; ///< number of lights
 
     /// Colours one light, in every form that the bar has. In the strip a light's segment fades from
-    /// its neighbour's colour to its own. Ignored from the number of lights on.
+    /// its neighbour's colour to its own.
+    /// @param index    from 0; ignored from the number of lights on
+    /// @param r,g,b,a  usually within 0 and 1; kept as they are
     void set_led_color(unsigned long index, float r, float g, float b, float a);
     /// The same with the colour as a vector.
     void set_led_color(unsigned long index, const vec4& color);
@@ -91,7 +95,7 @@ public:
 private:
     struct MadLedBarData;
 
-    MadLedBarData* data;
+    std::unique_ptr<MadLedBarData> data;
 };
 
 } // namespace orvex

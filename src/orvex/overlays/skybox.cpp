@@ -1,3 +1,7 @@
+// The skybox: a quad over the whole screen, a cube map, and a program that turns each pixel's
+// direction back into the world. All three are held weakly, since a host may end them through
+// their managers; a reference of the skybox keeps each alive until `give_back`.
+
 #include "orvex/overlays/skybox.h"
 
 #include "orvex/assets/textures/texture.h"
@@ -26,7 +30,7 @@ struct Skybox::SkyboxData {
 };
 
 Skybox::Skybox()
-    : data(new SkyboxData) {
+    : data(std::make_unique<SkyboxData>()) {
     set_type(NODE_TYPE_SKYBOX);
     MeshQuad* const quad = new MeshQuad;
     quad->set_build_params(800.0f, 600.0f);
@@ -37,7 +41,6 @@ Skybox::Skybox()
 
 Skybox::~Skybox() {
     give_back(nullptr);
-    delete data;
 }
 
 bool Skybox::_cleanup(Renderer* renderer) {
@@ -91,6 +94,8 @@ void Skybox::make_program(Renderer& renderer) {
         &renderer, gl2 ? orvex_skybox_vs_gl2 : orvex_skybox_vs_gl3,
         gl2 ? orvex_skybox_ps_gl2 : orvex_skybox_ps_gl3, nullptr, nullptr, nullptr, nullptr,
         gl2 ? "orvex_skybox_gl2_prog" : "orvex_skybox_gl3_prog");
+
+    // Held beside the manager, usable or not: one that does not compile is not tried again.
     program->add_ref();
     data->gpu_program.set(program);
     data->program_usable = program->is_valid() && program->bind(&renderer);

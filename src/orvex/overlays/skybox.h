@@ -1,5 +1,10 @@
 #pragma once
 
+/// @file
+/// `Skybox`, the surroundings of a scene, and the texts of its shaders.
+
+#include <memory>
+
 #include "orvex/api.h"
 #include "orvex/renderer/renderer_fwd.h"
 #include "orvex/scene/object.h"
@@ -101,6 +106,7 @@ public:
 
     /// Moves the corners of the quad, in units of clip space; the picture stays as long as the quad
     /// covers the screen.
+    /// @param width,height  2 or more, to cover it; kept as they are
     void resize(float width, float height);
 
 private:
@@ -111,7 +117,7 @@ private:
     void drop_cubemap(Renderer* renderer);
     void give_back(Renderer* renderer);
 
-    SkyboxData* data;
+    std::unique_ptr<SkyboxData> data;
 };
 
 } // namespace orvex

@@ -1,5 +1,9 @@
+// The visualizers: three lines and a program, drawn with the rotation of a camera or with the
+// transform of an object.
+
 #include "orvex/overlays/tripod_visualizer.h"
 
+#include "orvex/base/private/misuse.h"
 #include "orvex/geometry/lines/polyline.h"
 #include "orvex/gpu/gpu_program.h"
 #include "orvex/gpu/gpu_program_mgr.h"
@@ -27,15 +31,15 @@ struct TripodVisualizerData {
 };
 
 TripodVisualizer::TripodVisualizer()
-    : data(new TripodVisualizerData) {}
+    : data(std::make_unique<TripodVisualizerData>()) {}
 
-TripodVisualizer::~TripodVisualizer() {
-    delete data;
-}
+TripodVisualizer::~TripodVisualizer() = default;
 
 bool TripodVisualizerData::make_program(Renderer& renderer) {
     if (gpu_program.get())
         return true;
+
+    // The texts that the context understands.
     int major = 0;
     int minor = 0;
     renderer.get_opengl_version(&major, &minor);
@@ -76,7 +80,9 @@ void TripodVisualizerData::make_polyline() {
 }
 
 bool TripodVisualizer::init(Renderer* renderer) {
-    if (!renderer || !data->make_program(*renderer))
+    if (!renderer)
+        return misuse("TripodVisualizer::init", "a null renderer");
+    if (!data->make_program(*renderer))
         return false;
     data->make_polyline();
     return true;
@@ -110,6 +116,8 @@ bool TripodVisualizerCamera::init(Renderer* renderer) {
         return false;
     if (own_camera)
         return true;
+
+    // Three units back: the axes, one unit long, stay inside its 45 degrees however they turn.
     own_camera = new Camera;
     own_camera->set_viewport(0, 0, 100, 100);
     own_camera->build_projection_persp(45.0f, 1.0f, 1.0f, 100.0f, true);

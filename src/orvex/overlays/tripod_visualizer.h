@@ -3,6 +3,8 @@
 /// @file
 /// Small coloured axes that show how a camera is turned or where an object's axes lie.
 
+#include <memory>
+
 #include "orvex/api.h"
 #include "orvex/scene/scene_fwd.h"
 
@@ -62,7 +64,7 @@ public:
     virtual void cleanup(Renderer* renderer);
 
 protected:
-    TripodVisualizerData* data; ///< the program and the lines
+    std::unique_ptr<TripodVisualizerData> data; ///< the program and the lines
 };
 
 /// Shows how a camera is turned: axes in a rectangle of their own, such as a corner of the screen,
@@ -92,7 +94,8 @@ public:
     /// Draws the axes turned as the view of `camera` turns the world. Viewport, projection and view
     /// of the renderer are those of the visualizer's camera afterwards.
     /// @param camera  null does nothing, and so does a null renderer or a visualizer without `init`
-    /// @param x,y,width,height  rectangle, in pixels
+    /// @param x,y           lower left corner of the rectangle, pixels
+    /// @param width,height  its size, pixels; unchecked: the API refuses a negative one
     virtual void render(Renderer* renderer, Camera* camera, int x, int y, int width, int height);
 
 private:

@@ -1,8 +1,21 @@
+// The camera: parameters and matrices, each matrix with a mark that says it is out of date.
+//
+//   fov, aspect, near, far --> projection --+--> view-projection
+//   position, orientation  --> view --------+--> inverse view
+//
+// A setter writes and marks, a getter computes what is marked. Which setter marks what is
+// behaviour that hosts rely on, with its gaps: a projection built or stored at once leaves the
+// product of both matrices as it was, and the inverse of the projection is computed once.
+//
+// Turns compose on the left: the orientation takes the camera's axes to the world, and the view
+// is its transpose with the eye's position taken back.
+
 #include "orvex/scene/camera.h"
 
 #include <cmath>
 #include <cstdint>
 
+#include "orvex/base/private/misuse.h"
 #include "orvex/math/mat4.h"
 #include "orvex/math/quat.h"
 #include "orvex/math/vec4.h"
@@ -78,6 +91,72 @@ struct Camera::CameraData {
         projection_dirty = false;
     }
 
+    /// Builds what a changed parameter asks for; an orthographic matrix stands as it is.
+    bool update_projection() {
+        if (!projection_dirty || !is_perspective)
+            return false;
+        build_perspective();
+        view_projection_dirty = true;
+        return true;
+    }
+
+    /// The rows are the camera's axes, so that the view undoes its turn; the last column then
+    /// undoes its way from the origin.
+    bool update_view() {
+        if (!view_dirty)
+            return false;
+        vec4 x, y, z;
+        mat4().from_quaternion_to_axes(orientation, x, y, z);
+        view_matrix = mat4(x.x, y.x, z.x, 0, x.y, y.y, z.y, 0, x.z, y.z, z.z, 0, -position.dot(x),
+                           -position.dot(y), -position.dot(z), 1);
+        view_dirty = false;
+        inv_view_dirty = true;
+        view_projection_dirty = true;
+        return true;
+    }
+
+    mat4& fresh_projection() {
+        update_projection();
+        return projection_matrix;
+    }
+
+    mat4& fresh_view() {
+        update_view();
+        return view_matrix;
+    }
+
+    /// Nothing raises the mark again: the inverse is that of the first call for the camera's whole
+    /// life.
+    mat4& first_inverse_projection() {
+        update_projection();
+        if (inv_projection_dirty) {
+            inv_projection_matrix = projection_matrix;
+            inv_projection_matrix.inverse();
+            inv_projection_dirty = false;
+        }
+        return inv_projection_matrix;
+    }
+
+    mat4& fresh_inverse_view() {
+        update_view();
+        if (inv_view_dirty) {
+            inv_view_matrix = view_matrix;
+            inv_view_matrix.inverse();
+            inv_view_dirty = false;
+        }
+        return inv_view_matrix;
+    }
+
+    mat4& fresh_view_projection() {
+        update_projection();
+        update_view();
+        if (view_projection_dirty) {
+            view_projection_matrix = projection_matrix * view_matrix;
+            view_projection_dirty = false;
+        }
+        return view_projection_matrix;
+    }
+
     /// The orientation whose negative Z axis is -z, with the fixed yaw axis upright.
     quat level_orientation(const vec4& z) const {
         vec4 x = fixed_yaw_axis.cross(z);
@@ -103,128 +182,140 @@ struct Camera::CameraData {
 };
 
 Camera::Camera()
-    : camera_data(new CameraData) {
+    : data(std::make_unique<CameraData>()) {
     set_type(NODE_TYPE_CAMERA);
 }
 
-Camera::~Camera() {
-    delete camera_data;
-}
+Camera::~Camera() = default;
 
 void Camera::set_viewport(int x, int y, int width, int height) {
-    camera_data->viewport.set(x, y, width, height);
+    data->viewport.set(x, y, width, height);
 }
 
 void Camera::set_viewport(const Viewport& viewport) {
-    camera_data->viewport = viewport;
+    data->viewport = viewport;
 }
 
 Viewport& Camera::get_viewport() {
-    return camera_data->viewport;
+    return data->viewport;
+}
+
+const Viewport& Camera::get_viewport() const {
+    return data->viewport;
 }
 
 Viewport* Camera::get_viewport_ptr() {
-    return &camera_data->viewport;
+    return &data->viewport;
+}
+
+const Viewport* Camera::get_viewport_ptr() const {
+    return &data->viewport;
 }
 
 void Camera::set_fov(float degrees) {
-    camera_data->fov = degrees;
-    camera_data->tanfovdiv2 = tangent_of_half(degrees);
-    camera_data->mark_perspective();
+    if (!(degrees > 0.0f && degrees < 180.0f))
+        misuse("Camera::set_fov", "an angle outside 0 to 180 degrees");
+    data->fov = degrees;
+    data->tanfovdiv2 = tangent_of_half(degrees);
+    data->mark_perspective();
 }
 
 float Camera::get_fov() const {
-    return camera_data->fov;
+    return data->fov;
 }
 
 float Camera::get_tanfovdiv2() const {
-    return camera_data->tanfovdiv2;
+    return data->tanfovdiv2;
 }
 
 void Camera::set_znear(float distance) {
-    camera_data->znear = distance;
-    camera_data->mark_perspective();
+    if (!(distance > 0.0f))
+        misuse("Camera::set_znear", "a plane that is not before the eye");
+    data->znear = distance;
+    data->mark_perspective();
 }
 
 float Camera::get_znear() const {
-    return camera_data->znear;
+    return data->znear;
 }
 
 void Camera::set_zfar(float distance) {
-    camera_data->zfar = distance;
-    camera_data->mark_perspective();
+    data->zfar = distance;
+    data->mark_perspective();
 }
 
 float Camera::get_zfar() const {
-    return camera_data->zfar;
+    return data->zfar;
 }
 
 void Camera::set_aspect(float ratio) {
-    camera_data->aspect = ratio;
-    camera_data->mark_perspective();
+    if (!(ratio > 0.0f))
+        misuse("Camera::set_aspect", "a ratio that is not above 0");
+    data->aspect = ratio;
+    data->mark_perspective();
 }
 
 float Camera::get_aspect() const {
-    return camera_data->aspect;
+    return data->aspect;
 }
 
 void Camera::set_proj_rh_state(bool state) {
-    camera_data->proj_rh_state = state;
+    data->proj_rh_state = state;
 }
 
 void Camera::build_projection_persp(float fov, float aspect, float znear, float zfar, bool rh) {
-    CameraData& data = *camera_data;
-    data.fov = fov;
-    data.tanfovdiv2 = tangent_of_half(fov);
-    data.aspect = aspect;
-    data.znear = znear;
-    data.zfar = zfar;
-    data.proj_rh_state = rh;
-    data.is_perspective = true;
-    data.build_perspective();
+    data->fov = fov;
+    data->tanfovdiv2 = tangent_of_half(fov);
+    data->aspect = aspect;
+    data->znear = znear;
+    data->zfar = zfar;
+    data->proj_rh_state = rh;
+    data->is_perspective = true;
+    data->build_perspective();
 }
 
 void Camera::build_projection_ortho(float left, float right, float bottom, float top, float znear,
                                     float zfar, bool rh) {
-    CameraData& data = *camera_data;
-    mat4& projection = data.projection_matrix;
+    mat4& projection = data->projection_matrix;
     if (rh)
         projection.buildRHOrthographicProjectionMatrix(left, right, bottom, top, znear, zfar);
     else
         projection.buildLHOrthographicProjectionMatrix(left, right, bottom, top, znear, zfar);
-    data.proj_rh_state = rh;
-    data.is_perspective = false;
-    data.projection_dirty = false;
+    data->proj_rh_state = rh;
+    data->is_perspective = false;
+    data->projection_dirty = false;
 }
 
 bool Camera::is_perspective_projection() const {
-    return camera_data->is_perspective;
+    return data->is_perspective;
 }
 
 bool Camera::is_ortho_projection() const {
-    return !camera_data->is_perspective;
+    return !data->is_perspective;
 }
 
 bool Camera::update_projection_matrix() {
-    CameraData& data = *camera_data;
-    if (!data.projection_dirty || !data.is_perspective)
-        return false;
-    data.build_perspective();
-    data.view_projection_dirty = true;
-    return true;
+    return data->update_projection();
 }
 
 void Camera::set_projection_matrix(const mat4& projection) {
-    camera_data->projection_matrix = projection;
-    camera_data->projection_dirty = false;
+    data->projection_matrix = projection;
+    data->projection_dirty = false;
 }
 
 mat4& Camera::get_projection_matrix() {
-    update_projection_matrix();
-    return camera_data->projection_matrix;
+    return data->fresh_projection();
+}
+
+const mat4& Camera::get_projection_matrix() const {
+    return data->fresh_projection();
 }
 
 mat4* Camera::get_projection_matrix_ptr() {
+    return &get_projection_matrix();
+}
+
+const mat4* Camera::get_projection_matrix_ptr() const {
     return &get_projection_matrix();
 }
 
@@ -232,61 +323,61 @@ float* Camera::get_projection_matrix_float_ptr() {
     return get_projection_matrix().ptr();
 }
 
-// Nothing raises the flag again: the inverse is that of the first call for the camera's whole life.
+const float* Camera::get_projection_matrix_float_ptr() const {
+    return get_projection_matrix().ptr();
+}
+
 mat4& Camera::get_inv_projection_matrix() {
-    CameraData& data = *camera_data;
-    update_projection_matrix();
-    if (data.inv_projection_dirty) {
-        data.inv_projection_matrix = data.projection_matrix;
-        data.inv_projection_matrix.inverse();
-        data.inv_projection_dirty = false;
-    }
-    return data.inv_projection_matrix;
+    return data->first_inverse_projection();
+}
+
+const mat4& Camera::get_inv_projection_matrix() const {
+    return data->first_inverse_projection();
 }
 
 void Camera::set_view_rh_state(bool state) {
-    camera_data->view_rh_state = state;
+    data->view_rh_state = state;
 }
 
 void Camera::set_position(const vec4& position) {
     Object::set_position(position);
-    camera_data->position = position;
-    camera_data->view_dirty = true;
+    data->position = position;
+    data->view_dirty = true;
 }
 
 void Camera::set_lookat(const vec4& target) {
-    CameraData& data = *camera_data;
-    data.lookat = target;
+    data->lookat = target;
     vec4 direction;
     if (target.w == 1.0f)
-        direction = target - data.position;
+        direction = target - data->position;
     else if (target.w == 0.0f)
         direction = target;
     update_direction(direction);
 }
 
 void Camera::update_direction(const vec4& direction) {
-    CameraData& data = *camera_data;
-    if (direction == vec4::ZERO)
+    if (direction == vec4::ZERO) {
+        misuse("Camera::update_direction", "a direction of no length");
         return;
+    }
     vec4 z = -direction;
     z.normalize();
-    set_orientation(data.rotate_around_fixed_yaw_axis ? data.level_orientation(z)
-                                                      : data.nearest_orientation(z));
+    set_orientation(data->rotate_around_fixed_yaw_axis ? data->level_orientation(z)
+                                                       : data->nearest_orientation(z));
 }
 
 void Camera::set_up(const vec4& up) {
-    camera_data->up = up;
-    camera_data->fixed_yaw_axis = up;
-    camera_data->view_dirty = true;
+    data->up = up;
+    data->fixed_yaw_axis = up;
+    data->view_dirty = true;
 }
 
 void Camera::set_view_params(const vec4& position, const vec4& lookat, const vec4& up, bool rh) {
     set_position(position);
     set_lookat(lookat);
     set_up(up);
-    camera_data->view_rh_state = rh;
-    camera_data->view_dirty = true;
+    data->view_rh_state = rh;
+    data->view_dirty = true;
 }
 
 bool Camera::update_view_matrix() {
@@ -294,31 +385,27 @@ bool Camera::update_view_matrix() {
 }
 
 bool Camera::update_view_matrix_v2() {
-    CameraData& data = *camera_data;
-    if (!data.view_dirty)
-        return false;
-    vec4 x, y, z;
-    mat4().from_quaternion_to_axes(data.orientation, x, y, z);
-    const vec4& eye = data.position;
-    data.view_matrix = mat4(x.x, y.x, z.x, 0, x.y, y.y, z.y, 0, x.z, y.z, z.z, 0, -eye.dot(x),
-                            -eye.dot(y), -eye.dot(z), 1);
-    data.view_dirty = false;
-    data.inv_view_dirty = true;
-    data.view_projection_dirty = true;
-    return true;
+    return data->update_view();
 }
 
 void Camera::set_view_matrix(const mat4& view) {
-    camera_data->view_matrix = view;
-    camera_data->view_dirty = false;
+    data->view_matrix = view;
+    data->view_dirty = false;
 }
 
 mat4& Camera::get_view_matrix() {
-    update_view_matrix();
-    return camera_data->view_matrix;
+    return data->fresh_view();
+}
+
+const mat4& Camera::get_view_matrix() const {
+    return data->fresh_view();
 }
 
 mat4* Camera::get_view_matrix_ptr() {
+    return &get_view_matrix();
+}
+
+const mat4* Camera::get_view_matrix_ptr() const {
     return &get_view_matrix();
 }
 
@@ -326,38 +413,36 @@ float* Camera::get_view_matrix_float_ptr() {
     return get_view_matrix().ptr();
 }
 
+const float* Camera::get_view_matrix_float_ptr() const {
+    return get_view_matrix().ptr();
+}
+
 mat4& Camera::get_inv_view_matrix() {
-    CameraData& data = *camera_data;
-    update_view_matrix();
-    if (data.inv_view_dirty) {
-        data.inv_view_matrix = data.view_matrix;
-        data.inv_view_matrix.inverse();
-        data.inv_view_dirty = false;
-    }
-    return data.inv_view_matrix;
+    return data->fresh_inverse_view();
+}
+
+const mat4& Camera::get_inv_view_matrix() const {
+    return data->fresh_inverse_view();
 }
 
 mat4& Camera::get_view_projection_matrix() {
-    CameraData& data = *camera_data;
-    update_projection_matrix();
-    update_view_matrix();
-    if (data.view_projection_dirty) {
-        data.view_projection_matrix = data.projection_matrix * data.view_matrix;
-        data.view_projection_dirty = false;
-    }
-    return data.view_projection_matrix;
+    return data->fresh_view_projection();
+}
+
+const mat4& Camera::get_view_projection_matrix() const {
+    return data->fresh_view_projection();
 }
 
 void Camera::set_rotate_around_fixed_yaw_axis(bool state) {
-    camera_data->rotate_around_fixed_yaw_axis = state;
+    data->rotate_around_fixed_yaw_axis = state;
 }
 
 bool Camera::get_rotate_around_fixed_yaw_axis() const {
-    return camera_data->rotate_around_fixed_yaw_axis;
+    return data->rotate_around_fixed_yaw_axis;
 }
 
 void Camera::rotate(const quat& q) {
-    set_orientation(q * camera_data->orientation);
+    set_orientation(q * data->orientation);
 }
 
 void Camera::rotate(float degrees, const vec4& axis) {
@@ -366,94 +451,96 @@ void Camera::rotate(float degrees, const vec4& axis) {
 }
 
 void Camera::set_orientation(const quat& orientation) {
-    camera_data->orientation = orientation;
-    camera_data->view_dirty = true;
+    data->orientation = orientation;
+    data->view_dirty = true;
 }
 
 const quat& Camera::get_orientation() const {
-    return camera_data->orientation;
+    return data->orientation;
 }
 
 void Camera::get_orientation_matrix(mat4& rotation) const {
-    rotation.from_quat(camera_data->orientation);
+    rotation.from_quat(data->orientation);
 }
 
 vec4 Camera::get_view_vector() const {
-    return camera_data->orientation * -vec4::UNIT_Z_AXIS;
+    return data->orientation * -vec4::UNIT_Z_AXIS;
 }
 
 vec4 Camera::get_up_vector() const {
-    return camera_data->orientation * vec4::UNIT_Y_AXIS;
+    return data->orientation * vec4::UNIT_Y_AXIS;
 }
 
 void Camera::set_pitch(float degrees) {
-    rotate(degrees, camera_data->orientation * vec4::UNIT_X_AXIS);
-    camera_data->pitch_yaw_roll.x = degrees;
+    rotate(degrees, data->orientation * vec4::UNIT_X_AXIS);
+    data->pitch_yaw_roll.x = degrees;
 }
 
 float Camera::get_pitch() const {
-    return camera_data->pitch_yaw_roll.x;
+    return data->pitch_yaw_roll.x;
 }
 
 void Camera::set_yaw(float degrees) {
-    CameraData& data = *camera_data;
-    rotate(degrees, data.rotate_around_fixed_yaw_axis ? data.fixed_yaw_axis
-                                                      : data.orientation * vec4::UNIT_Y_AXIS);
-    data.pitch_yaw_roll.y = degrees;
+    rotate(degrees, data->rotate_around_fixed_yaw_axis ? data->fixed_yaw_axis
+                                                       : data->orientation * vec4::UNIT_Y_AXIS);
+    data->pitch_yaw_roll.y = degrees;
 }
 
 float Camera::get_yaw() const {
-    return camera_data->pitch_yaw_roll.y;
+    return data->pitch_yaw_roll.y;
 }
 
 void Camera::set_roll(float degrees) {
-    rotate(degrees, camera_data->orientation * vec4::UNIT_Z_AXIS);
-    camera_data->pitch_yaw_roll.z = degrees;
+    rotate(degrees, data->orientation * vec4::UNIT_Z_AXIS);
+    data->pitch_yaw_roll.z = degrees;
 }
 
 float Camera::get_roll() const {
-    return camera_data->pitch_yaw_roll.z;
+    return data->pitch_yaw_roll.z;
 }
 
 void Camera::init_rotate_position_around_point(float pitch, float yaw, int a, int b) {
-    camera_data->orbit_pitch = pitch;
-    camera_data->orbit_yaw = yaw;
-    camera_data->orbit_last_a = a;
-    camera_data->orbit_last_b = b;
+    data->orbit_pitch = pitch;
+    data->orbit_yaw = yaw;
+    data->orbit_last_a = a;
+    data->orbit_last_b = b;
 }
 
 void Camera::rotate_position_around_point_by_mouse(const vec4& /*point*/, int a, int b,
                                                    float speed) {
-    CameraData& data = *camera_data;
-    const std::int64_t da = std::int64_t{a} - data.orbit_last_a;
-    const std::int64_t db = std::int64_t{b} - data.orbit_last_b;
-    data.orbit_last_a = a;
-    data.orbit_last_b = b;
-    data.orbit_yaw = data.orbit_yaw - static_cast<float>(db) * speed;
-    data.orbit_pitch = data.orbit_pitch + static_cast<float>(da) * speed;
-    if (data.orbit_pitch >= data.pitch_limit_max) {
-        data.orbit_pitch = data.pitch_limit_max;
+    const std::int64_t da = std::int64_t{a} - data->orbit_last_a;
+    const std::int64_t db = std::int64_t{b} - data->orbit_last_b;
+    data->orbit_last_a = a;
+    data->orbit_last_b = b;
+
+    // The angles reached; a pitch at its limit turns nothing, not even the yaw.
+    data->orbit_yaw = data->orbit_yaw - static_cast<float>(db) * speed;
+    data->orbit_pitch = data->orbit_pitch + static_cast<float>(da) * speed;
+    if (data->orbit_pitch >= data->pitch_limit_max) {
+        data->orbit_pitch = data->pitch_limit_max;
         return;
     }
-    if (data.orbit_pitch <= data.pitch_limit_min) {
-        data.orbit_pitch = data.pitch_limit_min;
+    if (data->orbit_pitch <= data->pitch_limit_min) {
+        data->orbit_pitch = data->pitch_limit_min;
         return;
     }
-    set_yaw(data.orbit_yaw);
-    set_pitch(data.orbit_pitch);
+    set_yaw(data->orbit_yaw);
+    set_pitch(data->orbit_pitch);
 }
 
 void Camera::set_pitch_angle_limits(float max, float min) {
-    camera_data->pitch_limit_max = max;
-    camera_data->pitch_limit_min = min;
+    data->pitch_limit_max = max;
+    data->pitch_limit_min = min;
 }
 
 // The renderer gets copies, since it takes matrices it may write.
 void Camera::bind(Renderer* renderer, bool viewport, bool scissor, bool projection, bool view,
                   bool load_fixed_matrices) {
-    if (!renderer)
+    if (!renderer) {
+        misuse("Camera::bind", "a null renderer");
         return;
-    const Viewport area = camera_data->viewport;
+    }
+    const Viewport area = data->viewport;
     if (viewport)
         renderer->set_viewport(area.x, area.y, area.width, area.height);
     if (scissor)

@@ -1,5 +1,12 @@
 #pragma once
 
+/// @file
+/// `Camera`. Three marks keep its matrices honest: each setter marks what it makes out of date,
+/// each getter computes what is marked, and nothing is computed twice. What a setter does not mark
+/// is said with it.
+
+#include <memory>
+
 #include "orvex/api.h"
 #include "orvex/math/math_fwd.h"
 #include "orvex/scene/object.h"
@@ -36,34 +43,43 @@ public:
     /// @name Viewport
     /// @{
 
-    /// Where in the window is drawn: pixels from its lower left corner, unchecked. 0 at first.
+    /// Sets where in the window is drawn. 0 at first.
+    /// @param x,y           lower left corner, pixels from that of the window, of either sign
+    /// @param width,height  size, pixels; unchecked: a negative one is refused by the API at `bind`
     void set_viewport(int x, int y, int width, int height);
     /// Copies another viewport.
     void set_viewport(const Viewport& viewport);
     /// Owned by this camera; what is written through it counts from the next `bind` on.
     Viewport& get_viewport();
-    /// Owned by this camera.
+    const Viewport& get_viewport() const; ///< as set; owned by this camera
+    /// Owned by this camera; never null.
     Viewport* get_viewport_ptr();
+    const Viewport* get_viewport_ptr() const; ///< as set; owned by this camera, never null
     /// @}
 
     /// @name Projection parameters
-    /// Each setter makes the camera perspective again, to be built at the next read.
+    /// Each setter makes the camera perspective again, to be built at the next read. Nothing is
+    /// checked: outside the ranges given here the numbers are kept as they are, and the matrix
+    /// built of them shows nothing sensible, or holds infinities.
     /// @{
 
     /// Sets how much the camera sees.
-    /// @param degrees  vertical field of view
+    /// @param degrees  vertical field of view, above 0 and below 180
     void set_fov(float degrees);
     float get_fov() const; ///< degrees; 60 at first
     /// Tangent of half the field of view.
     float get_tanfovdiv2() const;
     /// Sets how far before the eye the near clip plane lies.
+    /// @param distance  above 0 and below the far one, in units of the world
     void set_znear(float distance);
     float get_znear() const; ///< as set; 1 at first
     /// Sets how far before the eye the far clip plane lies.
-    /// @param distance  exactly -1 puts the far plane of a right-handed projection at infinity
+    /// @param distance  above the near one, in units of the world; exactly -1 puts the far plane of
+    ///                  a right-handed projection at infinity
     void set_zfar(float distance);
     float get_zfar() const; ///< as set; 1000 at first
-    /// Sets the shape of the picture: width divided by height.
+    /// Sets the shape of the picture.
+    /// @param ratio  width divided by height, above 0
     void set_aspect(float ratio);
     float get_aspect() const; ///< as set; 16 to 9 at first
     /// Whether the projection is built right-handed; true at first. Counts from the next build on,
@@ -76,14 +92,19 @@ public:
 
     /// Builds a perspective projection at once and keeps its parameters. The product of projection
     /// and view is not marked as out of date.
-    /// @param fov  vertical field of view, degrees
-    /// @param aspect  width divided by height
-    /// @param znear,zfar  distances of the clip planes; with `rh`, a far of exactly -1 is at
-    ///                           infinity
+    /// @param fov     vertical field of view, degrees; see `set_fov`
+    /// @param aspect  width divided by height, above 0
+    /// @param znear,zfar  distances of the clip planes, 0 < near < far; with `rh`, a far of exactly
+    ///                    -1 is at infinity
     /// @param rh  right-handed
     void build_projection_persp(float fov, float aspect, float znear, float zfar, bool rh);
     /// Builds an orthographic projection of a box at once. Of its arguments only `rh` is kept, and
     /// the product of projection and view is not marked as out of date.
+    /// @param left,right,bottom,top  edges of the box in the space of the eye, in units of the
+    ///                               world; either may be the larger, which mirrors the picture
+    /// @param znear,zfar  distances of its near and far side. Two equal edges, or sides, are
+    ///                    unchecked and make a matrix with infinities
+    /// @param rh  right-handed
     void build_projection_ortho(float left, float right, float bottom, float top, float znear,
                                 float zfar, bool rh);
     /// Whether the matrix comes from a perspective; true at first.
@@ -98,12 +119,16 @@ public:
     void set_projection_matrix(const mat4& projection);
     /// The projection, brought up to date.
     mat4& get_projection_matrix();
+    const mat4& get_projection_matrix() const; ///< the projection, brought up to date
     /// As `get_projection_matrix`; owned by this camera.
     mat4* get_projection_matrix_ptr();
+    const mat4* get_projection_matrix_ptr() const; ///< as `get_projection_matrix`
     /// As `get_projection_matrix`; 16 floats, column by column, owned by this camera.
     float* get_projection_matrix_float_ptr();
+    const float* get_projection_matrix_float_ptr() const; ///< as `get_projection_matrix`
     /// The inverse of the projection at the time of the first call. Nothing makes it anew.
     mat4& get_inv_projection_matrix();
+    const mat4& get_inv_projection_matrix() const; ///< as the other form
     /// @}
 
     /// @name View
@@ -138,14 +163,19 @@ public:
     void set_view_matrix(const mat4& view);
     /// The view, brought up to date.
     mat4& get_view_matrix();
+    const mat4& get_view_matrix() const; ///< the view, brought up to date
     /// As `get_view_matrix`; owned by this camera.
     mat4* get_view_matrix_ptr();
+    const mat4* get_view_matrix_ptr() const; ///< as `get_view_matrix`
     /// As `get_view_matrix`; 16 floats, column by column, owned by this camera.
     float* get_view_matrix_float_ptr();
+    const float* get_view_matrix_float_ptr() const; ///< as `get_view_matrix`
     /// The inverse of the view, brought up to date.
     mat4& get_inv_view_matrix();
+    const mat4& get_inv_view_matrix() const; ///< as the other form
     /// projection · view, computed if an update of one of them marked it.
     mat4& get_view_projection_matrix();
+    const mat4& get_view_projection_matrix() const; ///< as the other form
     /// @}
 
     /// @name Orientation
@@ -157,7 +187,8 @@ public:
     /// Turns by `q` in the parent's space, after the orientation so far.
     void rotate(const quat& q);
     /// The same by an angle about an axis.
-    /// @param axis  expected to be of unit length
+    /// @param degrees  any angle, counter-clockwise as seen from the tip of the axis
+    /// @param axis     expected to be of unit length
     void rotate(float degrees, const vec4& axis);
     /// Stores the rotation and marks the view; expected to be of unit length, and not normalised.
     void set_orientation(const quat& orientation);
@@ -165,10 +196,10 @@ public:
     /// Writes the rotation into the upper left 3×3 of `rotation`; the rest of it stays.
     void get_orientation_matrix(mat4& rotation) const;
     /// Where the camera looks; w carries no meaning.
-    vec4 get_view_vector() const;
+    [[nodiscard]] vec4 get_view_vector() const;
     /// The camera's up direction; w carries no meaning.
-    vec4 get_up_vector() const;
-    /// Turns by `degrees` about the camera's own X axis: a step, not an absolute angle.
+    [[nodiscard]] vec4 get_up_vector() const;
+    /// Turns by `degrees`, any angle, about the camera's own X axis: a step, not an absolute angle.
     void set_pitch(float degrees);
     /// The last step given to `set_pitch`.
     float get_pitch() const;
@@ -186,7 +217,7 @@ public:
     /// @{
 
     /// Starts an orbit.
-    /// @param pitch,yaw  angles to count from, degrees
+    /// @param pitch,yaw  angles to count from, degrees; any
     /// @param a,b  mouse coordinates to count from
     void init_rotate_position_around_point(float pitch, float yaw, int a, int b);
     /// Adds the way of the mouse since the last call to the angles, `a` to pitch and `b`, negated,
@@ -196,7 +227,9 @@ public:
     /// @param a,b  mouse coordinates
     /// @param speed  degrees per unit of mouse coordinate
     void rotate_position_around_point_by_mouse(const vec4& point, int a, int b, float speed);
-    /// Sets between which angles the orbit pitches, in degrees; 80 and -80 at first.
+    /// Sets between which angles the orbit pitches; 80 and -80 at first.
+    /// @param max,min  degrees. With `max` at or below `min` every pitch is at a limit: nothing
+    ///                 turns
     void set_pitch_angle_limits(float max, float min);
     /// @}
 
@@ -209,7 +242,8 @@ public:
 
 private:
     struct CameraData;
-    CameraData* camera_data;
+
+    std::unique_ptr<CameraData> data;
 };
 
 } // namespace orvex

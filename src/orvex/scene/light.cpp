@@ -1,119 +1,125 @@
+// The light: a record of numbers and names, and the one operation that hands it to what draws
+// next.
+
 #include "orvex/scene/light.h"
 
 #include <cstdio>
 
+#include "orvex/base/private/misuse.h"
 #include "orvex/renderer/renderer.h"
 
 namespace orvex {
 
 Light::Light()
-    : light_data(new LightData) {
+    : data(std::make_unique<LightData>()) {
     set_type(NODE_TYPE_LIGHT);
-    light_data->position_uniform_name.assign("orvex_light_position");
-    light_data->radius_uniform_name.assign("orvex_light_radius");
-    light_data->ambient_uniform_name.assign("orvex_light_ambient");
-    light_data->diffuse_uniform_name.assign("orvex_light_diffuse");
-    light_data->specular_uniform_name.assign("orvex_light_specular");
+    data->position_uniform_name.assign("orvex_light_position");
+    data->radius_uniform_name.assign("orvex_light_radius");
+    data->ambient_uniform_name.assign("orvex_light_ambient");
+    data->diffuse_uniform_name.assign("orvex_light_diffuse");
+    data->specular_uniform_name.assign("orvex_light_specular");
 }
 
-Light::~Light() {
-    delete light_data;
-}
+Light::~Light() = default;
 
 LightData* Light::get_light_data() {
-    return light_data;
+    return data.get();
+}
+
+const LightData* Light::get_light_data() const {
+    return data.get();
 }
 
 void Light::set_index(unsigned int index) {
-    light_data->index = index;
+    data->index = index;
 }
 
 unsigned int Light::get_index() const {
-    return light_data->index;
+    return data->index;
 }
 
 void Light::set_radius(float radius) {
-    light_data->radius = radius;
+    data->radius = radius;
 }
 
 float Light::get_radius() const {
-    return light_data->radius;
+    return data->radius;
 }
 
 void Light::set_ambient(const vec4& color) {
-    light_data->ambient = color;
+    data->ambient = color;
 }
 
 void Light::set_ambient(float r, float g, float b, float a) {
-    light_data->ambient.set(r, g, b, a);
+    data->ambient.set(r, g, b, a);
 }
 
 const vec4& Light::get_ambient() const {
-    return light_data->ambient;
+    return data->ambient;
 }
 
 void Light::set_diffuse(const vec4& color) {
-    light_data->diffuse = color;
+    data->diffuse = color;
 }
 
 void Light::set_diffuse(float r, float g, float b, float a) {
-    light_data->diffuse.set(r, g, b, a);
+    data->diffuse.set(r, g, b, a);
 }
 
 const vec4& Light::get_diffuse() const {
-    return light_data->diffuse;
+    return data->diffuse;
 }
 
 void Light::set_specular(const vec4& color) {
-    light_data->specular = color;
+    data->specular = color;
 }
 
 void Light::set_specular(float r, float g, float b, float a) {
-    light_data->specular.set(r, g, b, a);
+    data->specular.set(r, g, b, a);
 }
 
 const vec4& Light::get_specular() const {
-    return light_data->specular;
+    return data->specular;
 }
 
 void Light::set_position_uniform_name(const char* name) {
-    light_data->position_uniform_name.assign(name);
+    data->position_uniform_name.assign(name);
 }
 
 const char* Light::get_position_uniform_name() const {
-    return light_data->position_uniform_name.get();
+    return data->position_uniform_name.get();
 }
 
 void Light::set_radius_uniform_name(const char* name) {
-    light_data->radius_uniform_name.assign(name);
+    data->radius_uniform_name.assign(name);
 }
 
 const char* Light::get_radius_uniform_name() const {
-    return light_data->radius_uniform_name.get();
+    return data->radius_uniform_name.get();
 }
 
 void Light::set_ambient_uniform_name(const char* name) {
-    light_data->ambient_uniform_name.assign(name);
+    data->ambient_uniform_name.assign(name);
 }
 
 const char* Light::get_ambient_uniform_name() const {
-    return light_data->ambient_uniform_name.get();
+    return data->ambient_uniform_name.get();
 }
 
 void Light::set_diffuse_uniform_name(const char* name) {
-    light_data->diffuse_uniform_name.assign(name);
+    data->diffuse_uniform_name.assign(name);
 }
 
 const char* Light::get_diffuse_uniform_name() const {
-    return light_data->diffuse_uniform_name.get();
+    return data->diffuse_uniform_name.get();
 }
 
 void Light::set_specular_uniform_name(const char* name) {
-    light_data->specular_uniform_name.assign(name);
+    data->specular_uniform_name.assign(name);
 }
 
 const char* Light::get_specular_uniform_name() const {
-    return light_data->specular_uniform_name.get();
+    return data->specular_uniform_name.get();
 }
 
 namespace {
@@ -152,21 +158,22 @@ private:
 } // namespace
 
 void Light::bind(Renderer* renderer) {
-    if (!renderer)
+    if (!renderer) {
+        misuse("Light::bind", "a null renderer");
         return;
-    const LightData& data = *light_data;
+    }
     if (get_use_fixed_mvp_matrices_state())
-        renderer->light_set_colors(data.index, data.ambient, data.diffuse, data.specular);
+        renderer->light_set_colors(data->index, data->ambient, data->diffuse, data->specular);
     GpuProgramData* const program = renderer->gpu_program_get_active_program();
     if (!program)
         return;
-    LightUniforms uniforms(*renderer, *program, data.index);
-    uniforms.send(data.position_uniform_name.get(), get_position());
-    uniforms.send(data.radius_uniform_name.get(), data.radius);
-    uniforms.send(data.ambient_uniform_name.get(), data.ambient);
-    uniforms.send(data.diffuse_uniform_name.get(), data.diffuse);
+    LightUniforms uniforms(*renderer, *program, data->index);
+    uniforms.send(data->position_uniform_name.get(), get_position());
+    uniforms.send(data->radius_uniform_name.get(), data->radius);
+    uniforms.send(data->ambient_uniform_name.get(), data->ambient);
+    uniforms.send(data->diffuse_uniform_name.get(), data->diffuse);
     // Under the ambient name on purpose: shaders read the specular colour there.
-    uniforms.send(data.ambient_uniform_name.get(), data.specular);
+    uniforms.send(data->ambient_uniform_name.get(), data->specular);
 }
 
 } // namespace orvex

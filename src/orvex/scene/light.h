@@ -1,7 +1,13 @@
 #pragma once
 
+/// @file
+/// `Light`, and the record that it keeps.
+
+#include <memory>
+
 #include "orvex/api.h"
 #include "orvex/base/owned_text.h"
+#include "orvex/base/private/misuse.h"
 #include "orvex/math/vec4.h"
 #include "orvex/scene/object.h"
 
@@ -46,13 +52,17 @@ public:
 
     /// The record, owned by this light. Never null.
     LightData* get_light_data();
+    const LightData* get_light_data() const; ///< the record, to read only
 
     /// Number of the light: the suffix of its uniform names, and the light of the fixed pipeline
     /// that takes its colours.
+    /// @param index  0 to 7 where the fixed pipeline is used, which refuses any other; uniforms
+    ///               take all
     void set_index(unsigned int index);
     unsigned int get_index() const; ///< see the setter
 
-    /// Distance at which `Kernel::compute_object_vertex_color` reaches zero, in world units.
+    /// Distance at which `Kernel::compute_object_vertex_color` reaches zero.
+    /// @param radius  in units of the world, above 0; kept and sent as it is
     void set_radius(float radius);
     float get_radius() const; ///< see the setter
 
@@ -109,7 +119,7 @@ public:
     void bind(Renderer* renderer);
 
 private:
-    LightData* light_data;
+    std::unique_ptr<LightData> data;
 };
 
 } // namespace orvex

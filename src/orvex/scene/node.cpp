@@ -1,3 +1,22 @@
+// The node, and how ends, references and walks work together.
+//
+//   Node ----> NodeData = NodeToken { node, owners } + what else is known of it
+//                 ^  ^
+//      handles ---+  +--- entries in lists of children
+//
+// - References decide when a node ends, and only they: `release` takes one away, and whoever
+//   brings the count below 1 runs `_kill`, once. Parents and handles are no references.
+// - A node that ends lets go of its record, which then says null and lives on for as long as
+//   handles point to it. So a list of children, a parent pointer and a walk can all outlive what
+//   they name, and ask before each step.
+// - A walk holds handles to the node that it was called on and to the one whose children it
+//   visits. It reads their number once; children that came later wait for the next walk, those
+//   that ended are passed over, and the walk stops when the node itself is gone. Hooks may thus
+//   end anything.
+// - No list closes a circle: `add_child` refuses a node whose subtree holds the new parent, and
+//   `set_parent` stores a parent that would, but follows it nowhere. Walks need no marks
+//   therefore.
+
 #include "orvex/scene/node.h"
 
 #include <algorithm>
@@ -5,16 +24,17 @@
 #include <unordered_set>
 
 #include "orvex/base/global_id.h"
+#include "orvex/base/private/misuse.h"
 #include "orvex/scene/private/draw_ahead.h"
 #include "orvex/scene/private/node_data.h"
 
 namespace orvex {
 
 NodeHandle::NodeHandle(Node* node)
-    : NodeHandle(node ? &NodeAccess::data(*node) : nullptr) {}
+    : NodeHandle(node ? &Node::NodeData::of(*node) : nullptr) {}
 
 Node::NodeData::NodeData(Node* owner)
-    : NodeToken{owner, 1}
+    : NodeFrameData{{owner, 1}, {}, {}}
     , id(GenId())
     , name("node_" + std::to_string(id)) {
     types.reserve(4); // the deepest classes of the engine carry four tags
@@ -31,7 +51,7 @@ void Node::NodeData::end() {
 }
 
 void free_node_token(NodeToken* token) {
-    NodeAccess::free(token);
+    delete static_cast<Node::NodeData*>(token);
 }
 
 Node::Node()
@@ -143,6 +163,8 @@ int Node::getid() const {
 void Node::set_name(const char* name) {
     if (name)
         node_data->name = name;
+    else
+        misuse("Node::set_name", "a null name");
 }
 
 const char* Node::get_name() const {
@@ -214,7 +236,7 @@ bool stands_below(const Node& wanted, const Node& top) {
     while (!pending.empty()) {
         const Node* node = pending.back();
         pending.pop_back();
-        for (const NodeHandle& entry : NodeAccess::data(*node).children) {
+        for (const NodeHandle& entry : Node::NodeData::of(*node).children) {
             const Node* child = entry.get();
             if (child == &wanted)
                 return true;
@@ -231,15 +253,21 @@ bool stands_below(const Node& wanted, const Node& top) {
 bool would_close_a_circle(const Node& parent, const Node& child) {
     if (stands_above(child, &parent))
         return true;
-    return NodeAccess::data(parent).listed > 0 && child.get_num_children() > 0 &&
+    return Node::NodeData::of(parent).listed > 0 && child.get_num_children() > 0 &&
            stands_below(parent, child);
 }
 
 } // namespace
 
 void Node::add_child(Node* child) {
-    if (!child || would_close_a_circle(*this, *child))
+    if (!child) {
+        misuse("Node::add_child", "a null child");
         return;
+    }
+    if (would_close_a_circle(*this, *child)) {
+        misuse("Node::add_child", "the node itself, or one that stands above it");
+        return;
+    }
     node_data->children.emplace_back(child->node_data); // may find no memory: first of all
     child->add_ref();
     ++child->node_data->listed;
@@ -247,8 +275,10 @@ void Node::add_child(Node* child) {
 }
 
 int Node::remove_child(Node* child) {
-    if (!child)
+    if (!child) {
+        misuse("Node::remove_child", "a null child");
         return -1;
+    }
     std::vector<NodeHandle>& children = node_data->children;
     const auto found =
         std::find_if(children.begin(), children.end(),
@@ -344,7 +374,15 @@ Thread* Node::get_thread() {
     return &node_data->thread;
 }
 
+const Thread* Node::get_thread() const {
+    return &node_data->thread;
+}
+
 Thread* Node::get_thread_ptr() {
+    return &node_data->thread;
+}
+
+const Thread* Node::get_thread_ptr() const {
     return &node_data->thread;
 }
 
@@ -352,7 +390,7 @@ void Node::update_thread() {
     node_data->thread.update();
 }
 
-bool Node::check_thread() {
+bool Node::check_thread() const {
     return node_data->thread == Thread();
 }
 

@@ -1,5 +1,8 @@
 #pragma once
 
+/// @file
+/// `Node`, the root class of all that stands in a scene, and the tags of its subclasses.
+
 #include "orvex/api.h"
 #include "orvex/scene/scene_fwd.h"
 
@@ -60,8 +63,7 @@ enum NODE_TYPE : int {
 ///
 /// Two senses of a trailing `Node*`:
 /// - in the traversals `init`, `cleanup`, `update`, `build`, `render` and in `release` and `kill`
-/// it
-///   chooses whose children are walked: null for this node's own, else those of the given node;
+///   it chooses whose children are walked: null for this node's own, else those of the given node;
 ///   children are called with null;
 /// - everywhere else in the engine null means "this node only", and a node means that its children
 ///   are called too, each with itself as the argument, so a whole subtree is reached by passing the
@@ -97,7 +99,7 @@ public:
     virtual bool cleanup(Renderer* renderer, Node* node);
 
     /// Runs `_update` on this node, then `update` on each child, first to last.
-    /// @param dt  time since the last update, in the host's unit
+    /// @param dt  time since the last update, in the host's unit; handed on as it is
     /// @return true, whatever the hooks returned
     virtual bool update(float dt, Node* node);
 
@@ -138,6 +140,7 @@ public:
     /// Plugin id of the renderer that holds this node's GPU data; 0 for none.
     virtual int get_renderer_id();
     /// Sets what the base version of `get_renderer_id` returns.
+    /// @param id  1 or more for a renderer, anything below for none
     virtual void set_renderer_id(int id);
 
     /// Shows or hides this node's subtree in `render`. New nodes are shown.
@@ -160,7 +163,7 @@ public:
     /// The tag added last: the most derived class, unless a host added one.
     NODE_TYPE get_type() const;
     /// Whether the tag is among those of this node.
-    bool is_type_of(NODE_TYPE type) const;
+    [[nodiscard]] bool is_type_of(NODE_TYPE type) const;
 
     /// Adds one reference. @return the new count
     int add_ref();
@@ -177,7 +180,9 @@ public:
 
     /// Length of the list of children.
     unsigned long get_num_children() const;
-    /// Child by position, null past the end or if that child has ended.
+    /// Child by position.
+    /// @param index  from 0, in order of adding
+    /// @return null past the end, or if that child has ended
     Node* get_child(unsigned long index) const;
 
     /// Adds a reference to `child`, appends it and becomes its parent. A former parent keeps it
@@ -196,9 +201,9 @@ public:
     /// First direct child of that name; failing that, if `node` is not null, the first found below
     /// the children of `node`. `root->find_child(name, root)` searches the whole subtree.
     /// @return null if there is none or `name` is null
-    Node* find_child(const char* name, Node* node);
+    [[nodiscard]] Node* find_child(const char* name, Node* node);
     /// The same by id. A literal 0 is an id.
-    Node* find_child(int id, Node* node);
+    [[nodiscard]] Node* find_child(int id, Node* node);
 
     /// Releases the children (of `node` if given, else of this node), first to last, empties their
     /// list, then takes one reference from this node and ends it if its count falls below 1. A node
@@ -222,17 +227,19 @@ public:
     /// The thread this node is bound to: the one that made it, or the last caller of
     /// `update_thread`. Owned by the node, never null.
     Thread* get_thread();
+    const Thread* get_thread() const; ///< the same, to read only
     /// The same as `get_thread`.
     Thread* get_thread_ptr();
+    const Thread* get_thread_ptr() const; ///< the same as `get_thread`, to read only
     /// Binds this node to the calling thread.
     void update_thread();
     /// Whether the calling thread is the one this node is bound to. Nothing enforces it.
-    bool check_thread();
+    [[nodiscard]] bool check_thread() const;
+
+    /// The private record, which the engine alone defines.
+    struct NodeData;
 
 private:
-    struct NodeData;
-    friend struct NodeAccess;
-
     NodeData* node_data;
 };
 

@@ -1,3 +1,8 @@
+// What an object keeps, and how its operations reach a subtree: each acts on the object, then
+// hands itself on to the children of `node` that are objects, with the child as target and as
+// `node`. A null `node` has no children. The draw pipeline, materials and transforms stand in
+// sources of their own.
+
 #include "orvex/scene/object.h"
 
 #include "orvex/gpu/gpu_program.h"
@@ -12,7 +17,7 @@ Object::Object()
     , instancing_active(false)
     , user_vertex_attribs_allocated(false)
     , use_generic_vertex_attribs(false)
-    , object_data(new ObjectData)
+    , object_data(std::make_unique<ObjectData>())
     , grid_size_x(10.0f)
     , grid_size_z(10.0f)
     , grid_divisions_x(10)
@@ -21,12 +26,11 @@ Object::Object()
     , grid_draw_frame(true)
     , display_grid_state(false) {
     set_type(NODE_TYPE_OBJECT);
-    NodeAccess::data(*this).object = this;
+    Node::NodeData::of(*this).object = this;
 }
 
 Object::~Object() {
-    NodeAccess::data(*this).object = nullptr;
-    delete object_data;
+    Node::NodeData::of(*this).object = nullptr;
 }
 
 bool Object::_init(Renderer* renderer) {

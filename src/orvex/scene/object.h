@@ -1,5 +1,12 @@
 #pragma once
 
+/// @file
+/// `Object`, what can be drawn. Its operations stand in four sources: the draw pipeline with grid
+/// and axes in object_draw.cpp, materials in object_materials.cpp, transforms in
+/// object_transform.cpp, all others in object.cpp.
+
+#include <memory>
+
 #include "orvex/api.h"
 #include "orvex/math/math_fwd.h"
 #include "orvex/scene/node.h"
@@ -113,7 +120,7 @@ public:
     virtual unsigned long get_num_vertices(Node* node);
     /// Number of faces below the children of `node`, 0 for null; a subclass adds its own.
     virtual unsigned long get_num_faces(Node* node);
-    /// Null here: a plain object has no vertices.
+    /// Null here, whatever the index: a plain object has no vertices.
     virtual Vertex* get_vertex(unsigned long index);
     /// A default vertex here.
     virtual Vertex get_vertex_v2(unsigned long index);
@@ -127,7 +134,9 @@ public:
     virtual bool compute_faces_normal(Node* node);
     /// Normals of the vertices, from those of their faces. @return true
     virtual bool compute_vertices_normal(Node* node);
-    /// Normals of vertices that lie within `distance` of each other, in object space. @return true
+    /// Normals of vertices that lie near each other.
+    /// @param distance  how near, in units of this object
+    /// @return true
     virtual bool average_vertices_normal(float distance, Node* node);
     /// @}
 
@@ -167,12 +176,14 @@ public:
     const vec4& get_position() const; ///< as set; (0, 0, 0, 1) at first
     /// Rotation about x, then y, then z: the quaternions of the three angles multiplied in this
     /// order.
+    /// @param x,y,z  degrees; any number
     void set_orientation_euler_xyz(float x, float y, float z);
     /// Stores the rotation; expected to be of unit length, and not normalised.
     void set_orientation(const quat& orientation);
     /// The rotation, computed from the angles if those were set last.
-    const quat& get_orientation();
+    const quat& get_orientation() const;
     /// Stores the factors with w 1.
+    /// @param x,y,z  any number: a negative one mirrors, 0 flattens what is drawn
     void set_scale(float x, float y, float z);
     /// Stores all four components as they are; w scales nothing.
     void set_scale(const vec4& scale);
@@ -206,10 +217,12 @@ public:
 
     /// Stores a projection; the identity at first.
     void set_projection_matrix(const mat4& matrix, Node* node);
-    mat4& get_projection_matrix(); ///< as set; owned by this object
+    mat4& get_projection_matrix();             ///< as set; owned by this object
+    const mat4& get_projection_matrix() const; ///< as set
     /// Stores a view; the identity at first.
     void set_view_matrix(const mat4& matrix, Node* node);
-    mat4& get_view_matrix(); ///< as set; owned by this object
+    mat4& get_view_matrix();             ///< as set; owned by this object
+    const mat4& get_view_matrix() const; ///< as set
     /// @}
 
     /// Marks the object as to be built again; true at first. Written by subclasses.
@@ -219,14 +232,18 @@ public:
     /// Whether `_render` draws the axes; off at first.
     void set_display_tripod_state(bool state, Node* node);
     bool get_display_tripod_state() const; ///< see the setter
-    /// Lengths of the three axes; 2 each at first.
+    /// Sets the lengths of the three axes; 2 each at first.
+    /// @param x,y,z  in units of this object; any number, a negative one points the other way
     void set_tripod_size(float x, float y, float z, Node* node);
-    const vec4& get_tripod_size(); ///< see the setter; owned by this object
+    const vec4& get_tripod_size() const; ///< see the setter; owned by this object
 
     /// Whether `_render` draws the grid; off at first.
     void set_display_grid_state(bool state, Node* node);
     bool get_display_grid_state() const; ///< see the setter
     /// A grid in the plane y = 0, centred at the origin; 10 by 10 in 10 by 10 divisions at first.
+    /// @param size_x,size_z  length along each axis, in units of this object; any number
+    /// @param divisions_x,divisions_z  squares along each axis; with 0 one line is drawn, below 0
+    ///                                 none
     /// @param draw_lines  draw the grid at all, its frame and axes included
     /// @param draw_frame  kept, but without effect
     void set_grid_params(float size_x, float size_z, int divisions_x, int divisions_z,
@@ -249,7 +266,9 @@ public:
 
     /// Material with that node id, null if there is none.
     Material* get_material(int id) const;
-    /// Material by order of adding, null past the end.
+    /// Material by order of adding.
+    /// @param index  from 0
+    /// @return null past the end
     Material* get_material_by_index(unsigned long index) const;
     /// First material with that name, of which at most 127 characters count; null if there is none
     /// or for null.
@@ -258,7 +277,8 @@ public:
     unsigned long get_num_materials() const;
     /// Gives every material back, with `renderer` in hand.
     void remove_all_materials(Renderer* renderer, Node* node);
-    /// First texture unit of every material.
+    /// Sets the first texture unit of every material.
+    /// @param offset  from 0; unchecked here, the API refuses units that it does not have
     void set_all_materials_texture_unit_offset(unsigned long offset, Node* node);
     /// Loads the textures whose names wait in the materials.
     /// @param renderer  uploads them too; null for a worker thread
@@ -268,13 +288,18 @@ public:
     bool async_texture_loading_process_all_materials(Renderer* renderer, const char* prefix,
                                                      PIXEL_FORMAT format, bool flag, Node* node);
 
-    /// Sphere around the geometry, in this object's own space.
+    /// Stores the sphere around the geometry.
+    /// @param center  in this object's own space
+    /// @param radius  in its units, 0 or more; kept as it is
     void set_bounding_sphere(const vec4& center, float radius);
     const vec4& get_bounding_sphere_center() const; ///< as set; (0, 0, 0, 1) at first
     float get_bounding_sphere_radius() const;       ///< as set; 0 at first
     /// Whether the sphere is to lie inside the bounding box instead of around it; off at first.
     void bounding_sphere_use_inscribed_sphere(bool state);
     bool bounding_sphere_inscribed_sphere() const; ///< see the setter
+
+    /// The private record, which the engine alone defines.
+    struct ObjectData;
 
 protected:
     /// Written with `use_generic_vertex_attribs`, read by nothing.
@@ -287,10 +312,7 @@ protected:
     bool use_generic_vertex_attribs;
 
 private:
-    struct ObjectData;
-    friend struct ObjectAccess;
-
-    ObjectData* object_data;
+    std::unique_ptr<ObjectData> object_data;
     float grid_size_x;
     float grid_size_z;
     int grid_divisions_x;

@@ -1,3 +1,7 @@
+// The draw pipeline of an object: its matrices for the fixed pipeline and for a program, and the
+// two helpers of a scene's author, axes and grid. Those draw through the fixed pipeline, with the
+// active program put aside meanwhile.
+
 #include "orvex/scene/object.h"
 
 #include "orvex/renderer/records/gpu_program_data.h"
@@ -64,6 +68,8 @@ void Object::render_apply_automatic_uniforms(Renderer* renderer, GpuProgramData*
                                              bool use_fixed) {
     if (!renderer)
         return;
+
+    // The fixed pipeline, then the program, each value under the name that the program has for it.
     DrawMatrices matrices{get_absolute_transform(), renderer->get_projection_matrix(),
                           renderer->get_view_matrix()};
     if (use_fixed || !program)
@@ -140,7 +146,7 @@ void Object::set_tripod_size(float x, float y, float z, Node* node) {
     for_each_child_object(node, [=](Object& child) { child.set_tripod_size(x, y, z, &child); });
 }
 
-const vec4& Object::get_tripod_size() {
+const vec4& Object::get_tripod_size() const {
     return object_data->tripod_size;
 }
 

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "orvex/assets/materials/material.h"
+#include "orvex/base/private/misuse.h"
 #include "orvex/scene/private/node_data.h"
 #include "orvex/scene/private/object_data.h"
 
@@ -12,7 +13,7 @@ namespace orvex {
 
 bool Object::add_material(Material* material, Node* node) {
     if (!material)
-        return false;
+        return misuse("Object::add_material", "a null material");
     if (!get_material(material->get_id())) {
         object_data->materials.push_back(material); // may find no memory: first of all
         material->add_ref();
@@ -26,7 +27,7 @@ bool Object::remove_material(Material* material, Node*) {
     std::vector<Material*>& materials = object_data->materials;
     const auto found = std::find(materials.begin(), materials.end(), material);
     if (found == materials.end())
-        return false;
+        return misuse("Object::remove_material", "a material that the object does not hold");
     materials.erase(found);
     material->release(nullptr, nullptr);
     return true;

@@ -26,7 +26,7 @@ void Object::set_orientation(const quat& orientation) {
     object_data->tripod.set_orientation(orientation);
 }
 
-const quat& Object::get_orientation() {
+const quat& Object::get_orientation() const {
     return object_data->tripod.get_orientation();
 }
 
@@ -87,6 +87,10 @@ mat4& Object::get_projection_matrix() {
     return object_data->projection_matrix;
 }
 
+const mat4& Object::get_projection_matrix() const {
+    return object_data->projection_matrix;
+}
+
 void Object::set_view_matrix(const mat4& matrix, Node* node) {
     object_data->view_matrix = matrix;
     for_each_child_object(node,
@@ -94,6 +98,10 @@ void Object::set_view_matrix(const mat4& matrix, Node* node) {
 }
 
 mat4& Object::get_view_matrix() {
+    return object_data->view_matrix;
+}
+
+const mat4& Object::get_view_matrix() const {
     return object_data->view_matrix;
 }
 

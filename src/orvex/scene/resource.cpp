@@ -5,14 +5,13 @@
 namespace orvex {
 
 Resource::Resource()
-    : resource_data(new ResourceData) {
+    : resource_data(std::make_unique<ResourceData>()) {
     set_type(NODE_TYPE_RESOURCE);
 }
 
 Resource::~Resource() {
     while (!resource_data->managers.empty())
-        ResourceAccess::unlist(*resource_data->managers.back(), *this);
-    delete resource_data;
+        unlink_resource(*resource_data->managers.back(), *this);
 }
 
 } // namespace orvex

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <memory>
+
 #include "orvex/api.h"
 #include "orvex/scene/node.h"
 
@@ -16,11 +18,11 @@ public:
     Resource();
     ~Resource() override;
 
-private:
+    /// The private record, which the engine alone defines.
     struct ResourceData;
-    friend struct ResourceAccess;
 
-    ResourceData* resource_data;
+private:
+    std::unique_ptr<ResourceData> resource_data;
 };
 
 } // namespace orvex

@@ -1,42 +1,51 @@
+// The manager of resources: a list in order of adding, which may change while it is walked.
+//
+// Manager and resource name each other, so that either may end first; `unlink_resource` ends the
+// link. Releasing a resource can end others of the same list by way of their hooks. While any
+// walk runs, an entry that goes becomes null in its place, and the outermost walk closes the
+// gaps.
+
 #include "orvex/scene/resource_mgr.h"
 
 #include <algorithm>
 #include <cstring>
 #include <new>
 
+#include "orvex/base/private/misuse.h"
 #include "orvex/renderer/renderer.h"
 #include "orvex/scene/private/node_handle.h"
 #include "orvex/scene/private/resource_data.h"
 
 namespace orvex {
 
-void ResourceAccess::forget_manager(Resource& resource, const ResourceMgr& manager) {
-    std::vector<ResourceMgr*>& managers = resource.resource_data->managers;
+void Resource::ResourceData::forget(const ResourceMgr& manager) {
     managers.erase(std::remove(managers.begin(), managers.end(), &manager), managers.end());
 }
 
-void ResourceAccess::unlist(ResourceMgr& manager, Resource& resource) {
-    forget_manager(resource, manager);
-    ResourceMgr::ResourceMgrData& data = *manager.mgr_data;
-    auto entry = data.resources.begin() + static_cast<std::ptrdiff_t>(data.walk_position);
-    if (data.walks == 0 || *entry != &resource)
-        entry = std::find(data.resources.begin(), data.resources.end(), &resource);
-    if (entry == data.resources.end())
+void ResourceMgr::ResourceMgrData::unlist(const Resource& resource) {
+    auto entry = resources.begin() + static_cast<std::ptrdiff_t>(walk_position);
+    if (walks == 0 || *entry != &resource)
+        entry = std::find(resources.begin(), resources.end(), &resource);
+    if (entry == resources.end())
         return;
-    if (data.walks > 0)
+    if (walks > 0)
         *entry = nullptr;
     else
-        data.resources.erase(entry);
+        resources.erase(entry);
+}
+
+void unlink_resource(const ResourceMgr& manager, const Resource& resource) {
+    Resource::ResourceData::of(resource).forget(manager);
+    ResourceMgr::ResourceMgrData::of(manager).unlist(resource);
 }
 
 ResourceMgr::ResourceMgr()
-    : mgr_data(new ResourceMgrData) {}
+    : mgr_data(std::make_unique<ResourceMgrData>()) {}
 
 ResourceMgr::~ResourceMgr() {
     for (Resource* resource : mgr_data->resources)
         if (resource)
-            ResourceAccess::forget_manager(*resource, *this);
-    delete mgr_data;
+            Resource::ResourceData::of(*resource).forget(*this);
 }
 
 bool ResourceMgr::start(Renderer*) {
@@ -64,7 +73,7 @@ int ResourceMgr::release_resource(Renderer* renderer, Resource* resource, Thread
     const NodeHandle alive(resource);
     const int remaining = resource->release(renderer, nullptr);
     if (alive.get())
-        ResourceAccess::unlist(*this, *resource);
+        unlink_resource(*this, *resource);
     return remaining;
 }
 
@@ -85,8 +94,8 @@ bool ResourceMgr::release_all_resources(Renderer* renderer, Thread*) {
 
 bool ResourceMgr::add_resource(Resource* resource) {
     if (!resource)
-        return false;
-    std::vector<ResourceMgr*>& managers = ResourceAccess::managers(*resource);
+        return misuse("ResourceMgr::add_resource", "a null resource");
+    std::vector<ResourceMgr*>& managers = Resource::ResourceData::of(*resource).managers;
     if (std::find(managers.begin(), managers.end(), this) != managers.end())
         return true;
     // What may find no memory comes first, so that a failure leaves neither entry nor reference.
@@ -147,8 +156,8 @@ Resource* ResourceMgr::get_resource(const char* name) const {
 
 bool ResourceMgr::remove_resource(Renderer* renderer, Resource* resource) {
     if (!resource)
-        return false;
-    ResourceAccess::unlist(*this, *resource);
+        return misuse("ResourceMgr::remove_resource", "a null resource");
+    unlink_resource(*this, *resource);
     if (may_release(renderer, *resource))
         resource->release(renderer, nullptr);
     return true;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <memory>
+
 #include "orvex/api.h"
 #include "orvex/scene/scene_fwd.h"
 
@@ -52,18 +54,20 @@ public:
     bool add_resource(Resource* resource);
 
     /// Whether this very resource is in the list; false for null.
-    bool has_resource(Resource* resource) const;
+    [[nodiscard]] bool has_resource(Resource* resource) const;
     /// Whether a resource with that node id is in the list. A literal 0 is an id.
-    bool has_resource(int id) const;
+    [[nodiscard]] bool has_resource(int id) const;
 
     /// Number of entries in the list.
     unsigned long get_num_resources() const;
-    /// Entry by position, null past the end.
+    /// Entry by position.
+    /// @param index  from 0, in order of adding
+    /// @return null past the end
     Resource* get_resource_by_index(unsigned long index) const;
     /// First entry with that node id, null if there is none. A literal 0 is an id.
-    Resource* get_resource(int id) const;
+    [[nodiscard]] Resource* get_resource(int id) const;
     /// First entry with that name, compared byte for byte; null if there is none or for null.
-    Resource* get_resource(const char* name) const;
+    [[nodiscard]] Resource* get_resource(const char* name) const;
 
     /// Drops the entry, if there is one, and releases the resource if the renderer rule allows it,
     /// in the list or not. If the rule forbids it, the reference stays and is the caller's to give
@@ -71,11 +75,11 @@ public:
     /// @return false for null
     bool remove_resource(Renderer* renderer, Resource* resource);
 
-private:
+    /// The private record, which the engine alone defines.
     struct ResourceMgrData;
-    friend struct ResourceAccess;
 
-    ResourceMgrData* mgr_data;
+private:
+    std::unique_ptr<ResourceMgrData> mgr_data;
 };
 
 } // namespace orvex

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <memory>
+
 #include "orvex/api.h"
 #include "orvex/scene/scene_fwd.h"
 
@@ -58,13 +60,13 @@ public:
     /// First node with that id in the subtree below `start`.
     /// @param start  null for the root
     /// @return null if there is none
-    Node* get_node(int id, Node* start) const;
+    [[nodiscard]] Node* get_node(int id, Node* start) const;
+
+    /// The private record, which the engine alone defines.
+    struct SceneData;
 
 private:
-    struct SceneData;
-    friend class SceneMgr;
-
-    SceneData* scene_data;
+    std::unique_ptr<SceneData> data;
 };
 
 } // namespace orvex

@@ -1,12 +1,18 @@
+// The manager of scenes: it owns them, and takes their nodes down from the leaves to the root,
+// each kind by way of its own manager. The lock guards the list alone. It is held while a scene
+// goes, so that no two threads end the same one.
+
 #include "orvex/scene/scene_mgr.h"
 
 #include <algorithm>
+#include <memory>
 #include <utility>
 #include <vector>
 
 #include "orvex/assets/materials/material_mgr.h"
 #include "orvex/assets/textures/texture.h"
 #include "orvex/assets/textures/texture_mgr.h"
+#include "orvex/base/private/misuse.h"
 #include "orvex/base/thread_lock.h"
 #include "orvex/gpu/gpu_program_mgr.h"
 #include "orvex/scene/private/node_data.h"
@@ -15,7 +21,7 @@
 namespace orvex {
 
 struct SceneMgr::SceneMgrData {
-    std::vector<Scene*> scenes; ///< owned, in order of creation
+    std::vector<std::unique_ptr<Scene>> scenes; ///< in order of creation
     ThreadLock lock;
 };
 
@@ -43,11 +49,9 @@ SceneMgr* SceneMgr::get() {
 }
 
 SceneMgr::SceneMgr()
-    : mgr_data(new SceneMgrData) {}
+    : data(std::make_unique<SceneMgrData>()) {}
 
-SceneMgr::~SceneMgr() {
-    delete mgr_data;
-}
+SceneMgr::~SceneMgr() = default;
 
 bool SceneMgr::init(Renderer*) {
     return true;
@@ -59,39 +63,40 @@ bool SceneMgr::cleanup(Renderer* renderer) {
 }
 
 Scene* SceneMgr::create_scene() {
-    Scene* const scene = new Scene;
-    const ScopedLock lock(mgr_data->lock);
-    mgr_data->scenes.push_back(scene);
-    return scene;
+    auto scene = std::make_unique<Scene>();
+    const ScopedLock lock(data->lock);
+    data->scenes.push_back(std::move(scene));
+    return data->scenes.back().get();
 }
 
 bool SceneMgr::kill_scene(Renderer* renderer, Scene* scene) {
-    const ScopedLock lock(mgr_data->lock);
-    std::vector<Scene*>& scenes = mgr_data->scenes;
-    const auto found = std::find(scenes.begin(), scenes.end(), scene);
+    const ScopedLock lock(data->lock);
+    auto& scenes = data->scenes;
+    const auto found = std::find_if(scenes.begin(), scenes.end(), [scene](const auto& owned) {
+        return scene && owned.get() == scene;
+    });
     if (found == scenes.end())
-        return false;
+        return misuse("SceneMgr::kill_scene", "a scene that is not the manager's");
     cleanup_scene(renderer, scene);
-    delete scene;
     scenes.erase(found);
     return true;
 }
 
 bool SceneMgr::kill_all_scenes(Renderer* renderer) {
-    const ScopedLock lock(mgr_data->lock);
-    for (Scene* scene : mgr_data->scenes) {
-        cleanup_scene(renderer, scene);
-        delete scene;
+    const ScopedLock lock(data->lock);
+    for (auto& scene : data->scenes) {
+        cleanup_scene(renderer, scene.get());
+        scene.reset();
     }
-    mgr_data->scenes.clear();
+    data->scenes.clear();
     return true;
 }
 
 bool SceneMgr::cleanup_scene(Renderer* renderer, Scene* scene) {
     if (!scene)
-        return false;
+        return misuse("SceneMgr::cleanup_scene", "a null scene");
     // Taken out first, so that a hook that cleans the scene up again finds nothing to release.
-    Object* const root = std::exchange(scene->scene_data->root, nullptr);
+    Object* const root = std::exchange(Scene::SceneData::of(*scene).root, nullptr);
     return !root || release_scene_node(renderer, root);
 }
 
@@ -116,7 +121,7 @@ void release_by_type(Renderer* renderer, Node& node) {
 
 bool SceneMgr::release_scene_node(Renderer* renderer, Node* node) {
     if (!node)
-        return false;
+        return misuse("SceneMgr::release_scene_node", "a null node");
     const NodeHandle alive(node);
     for_each_child(alive, [&](Node& child) { release_scene_node(renderer, &child); });
     if (!alive.get())
@@ -127,18 +132,22 @@ bool SceneMgr::release_scene_node(Renderer* renderer, Node* node) {
 }
 
 unsigned long SceneMgr::get_num_scenes() const {
-    return mgr_data->scenes.size();
+    return data->scenes.size();
 }
 
 Scene* SceneMgr::get_scene_by_index(unsigned long index) const {
-    return index < mgr_data->scenes.size() ? mgr_data->scenes[index] : nullptr;
+    return index < data->scenes.size() ? data->scenes[index].get() : nullptr;
 }
 
 Scene* SceneMgr::get_scene(int id) const {
-    const std::vector<Scene*>& scenes = mgr_data->scenes;
-    const auto found = std::find_if(scenes.begin(), scenes.end(),
-                                    [id](const Scene* scene) { return scene->get_id() == id; });
-    return found == scenes.end() ? nullptr : *found;
+    const auto& scenes = data->scenes;
+    const auto found = std::find_if(scenes.begin(), scenes.end(), [id](const auto& scene) {
+        return scene && scene->get_id() == id;
+    });
+    if (found != scenes.end())
+        return found->get();
+    misuse("SceneMgr::get_scene", "an id that no scene has");
+    return nullptr;
 }
 
 } // namespace orvex

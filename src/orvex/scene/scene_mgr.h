@@ -1,5 +1,7 @@
 #pragma once
 
+#include <memory>
+
 #include "orvex/api.h"
 #include "orvex/scene/scene_fwd.h"
 
@@ -48,17 +50,19 @@ public:
 
     /// Scenes created and not killed yet.
     unsigned long get_num_scenes() const;
-    /// Scene by order of creation, null past the end.
+    /// Scene by order of creation.
+    /// @param index  from 0
+    /// @return null past the end
     Scene* get_scene_by_index(unsigned long index) const;
     /// Scene by id, null if there is none.
-    Scene* get_scene(int id) const;
+    [[nodiscard]] Scene* get_scene(int id) const;
 
 private:
     struct SceneMgrData;
 
     SceneMgr();
 
-    SceneMgrData* mgr_data;
+    std::unique_ptr<SceneMgrData> data;
 };
 
 } // namespace orvex

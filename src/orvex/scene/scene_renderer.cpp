@@ -9,11 +9,9 @@ namespace orvex {
 struct SceneRenderer::SceneRendererData {};
 
 SceneRenderer::SceneRenderer()
-    : renderer_data(new SceneRendererData) {}
+    : data(std::make_unique<SceneRendererData>()) {}
 
-SceneRenderer::~SceneRenderer() {
-    delete renderer_data;
-}
+SceneRenderer::~SceneRenderer() = default;
 
 bool SceneRenderer::init(Renderer*) {
     return true;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <memory>
+
 #include "orvex/api.h"
 #include "orvex/scene/scene_fwd.h"
 
@@ -36,7 +38,7 @@ public:
 private:
     struct SceneRendererData;
 
-    SceneRendererData* renderer_data;
+    std::unique_ptr<SceneRendererData> data;
 };
 
 } // namespace orvex

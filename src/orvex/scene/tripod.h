@@ -1,5 +1,10 @@
 #pragma once
 
+/// @file
+/// `Tripod`, the transform of an object.
+
+#include <memory>
+
 #include "orvex/api.h"
 #include "orvex/math/math_fwd.h"
 
@@ -33,16 +38,20 @@ public:
     /// The stored position, valid as long as this object. What is written through it counts only
     /// from the next setter on.
     float* get_position_ptr();
+    const float* get_position_ptr() const; ///< x, y, z, w; valid as long as this object
     /// As `get_position_ptr`.
     vec4* get_position_vec4_ptr();
+    const vec4* get_position_vec4_ptr() const; ///< as `get_position`
 
     /// Stores an orientation, which then stands against the angles stored before.
+    /// @param orientation  expected to be of unit length; stored as it is
     void set_orientation(const quat& orientation);
     /// The orientation, computed from the angles if they are newer.
-    const quat& get_orientation();
+    const quat& get_orientation() const;
 
     /// Stores three angles, in degrees, to be turned by about x, then about y, then about z: the
     /// orientation is the product of the three quaternions in this order.
+    /// @param x,y,z  degrees; any number, whole turns included
     void set_orientation_euler_angles(float x, float y, float z);
     /// The angles last stored, with w 1. Not recomputed from a quaternion.
     const vec4& get_orientation_euler_angles() const;
@@ -50,6 +59,7 @@ public:
     void update_orientation();
 
     /// Stores the three factors, with w 1.
+    /// @param x,y,z  any number: a negative one mirrors, 0 flattens what is drawn
     void set_scale(float x, float y, float z);
     /// Stores all four components as they are; w scales nothing.
     void set_scale(const vec4& scale);
@@ -57,8 +67,10 @@ public:
     /// The stored scale, valid as long as this object. What is written through it counts only from
     /// the next setter on.
     float* get_scale_ptr();
+    const float* get_scale_ptr() const; ///< x, y, z, w; valid as long as this object
     /// As `get_scale_ptr`.
     vec4* get_scale_vec4_ptr();
+    const vec4* get_scale_vec4_ptr() const; ///< as `get_scale`
 
     /// Computes the matrix, translation · rotation · scale, if a component changed.
     void update_transform();
@@ -69,16 +81,19 @@ public:
     void set_transform(const float* transform);
     /// The matrix, computed if a component changed.
     mat4& get_transform();
+    const mat4& get_transform() const; ///< as the other form, and it computes too
     /// As `get_transform`: 16 floats, column by column, valid as long as this object.
     float* get_transform_ptr();
+    const float* get_transform_ptr() const; ///< as `get_transform`
     /// As `get_transform`.
     mat4* get_transform_mat4_ptr();
+    const mat4* get_transform_mat4_ptr() const; ///< as `get_transform`
+
+    /// The private record, which the engine alone defines.
+    struct TripodData;
 
 private:
-    struct TripodData;
-    friend struct TripodAccess;
-
-    TripodData* tripod_data;
+    std::unique_ptr<TripodData> data;
 };
 
 } // namespace orvex

@@ -1,5 +1,8 @@
 #pragma once
 
+/// @file
+/// `Viewport`, the rectangle of a window that a camera draws into.
+
 #include "orvex/api.h"
 
 namespace orvex {
@@ -27,7 +30,10 @@ public:
     Viewport& operator=(const Viewport&) = default; ///< all four numbers
     virtual ~Viewport();
 
-    /// Stores all four, in pixels, unchecked.
+    /// Stores all four, in pixels.
+    /// @param new_x,new_y  lower left corner, of either sign
+    /// @param new_width,new_height  size; unchecked: a negative one is refused by the API when a
+    ///                              camera is bound
     void set(int new_x, int new_y, int new_width, int new_height);
 };
 

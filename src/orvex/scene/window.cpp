@@ -1,5 +1,6 @@
 #include "orvex/scene/window.h"
 
+#include "orvex/base/private/misuse.h"
 #include "orvex/scene/camera.h"
 #include "orvex/scene/scene_renderer.h"
 #include "orvex/scene/viewport.h"
@@ -18,11 +19,9 @@ struct WindowData {
 };
 
 Window::Window()
-    : data(new WindowData) {}
+    : data(std::make_unique<WindowData>()) {}
 
-Window::~Window() {
-    delete data;
-}
+Window::~Window() = default;
 
 void Window::set_layer(int layer) {
     data->layer = layer;
@@ -58,7 +57,7 @@ void Window::set_scene_renderer(SceneRenderer* scene_renderer) {
 
 bool Window::render() {
     if (!data->scene_renderer)
-        return false;
+        return misuse("Window::render", "a window without a scene renderer");
     if (data->camera)
         data->camera->set_viewport(data->viewport);
     data->scene_renderer->render_scene(data->renderer, data->scene, data->camera, data->start_node);

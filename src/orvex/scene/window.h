@@ -3,6 +3,8 @@
 /// @file
 /// Ties a scene, a camera and a viewport together for drawing.
 
+#include <memory>
+
 #include "orvex/api.h"
 
 namespace orvex {
@@ -39,11 +41,14 @@ public:
     Window& operator=(const Window&) = delete;
 
     /// Notes the layer, a number for the host's own ordering; nothing in the engine reads it.
+    /// @param layer  any number
     void set_layer(int layer);
     /// Sets the camera that `render` binds. With null the drawing takes the matrices and the
     /// viewport that the renderer holds.
     void set_camera(Camera* camera);
     /// Sets the viewport that `render` gives to the camera. All 0 at first.
+    /// @param x,y           lower left corner, pixels, of either sign
+    /// @param width,height  size, pixels; unchecked, see `Camera::set_viewport`
     void set_viewport(int x, int y, int width, int height);
     /// Sets the renderer that draws.
     void set_renderer(Renderer* renderer);
@@ -61,7 +66,7 @@ public:
     bool render();
 
 private:
-    WindowData* data;
+    std::unique_ptr<WindowData> data;
 };
 
 } // namespace orvex

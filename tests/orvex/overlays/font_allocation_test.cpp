@@ -20,7 +20,7 @@ TEST(FontFrame, allocates_nothing_once_its_strings_have_been_long_enough) {
     auto* const font = new Font;
     auto* const sheet = new Texture;
     sheet->add_ref();
-    FontAccess::state(*font).bm_texture.set(sheet);
+    Font::State::of(*font).bm_texture.set(sheet);
     ASSERT_TRUE(font->bm_load_charset_from_memory("<font><common scaleW='8' scaleH='8'/></font>"));
     const std::string text(2000, 'a');
     const auto one_frame = [&](unsigned long length) {

@@ -51,8 +51,8 @@ protected:
     FontTest() { sheet_file = dir.write("sheet.png", "flat 8 4 50"); }
     ~FontTest() override { font->kill(&renderer, nullptr); }
 
-    orvex::FontAccess::State& state() { return orvex::FontAccess::state(*font); }
-    orvex::FontAccess::BmData& texts() { return state().bm_data; }
+    orvex::Font::State& state() { return orvex::Font::State::of(*font); }
+    orvex::Font::State::Texts& texts() { return state().bm_data; }
     orvex::MeshData* store() { return state().bm_mesh->get_mesh_data(); }
 
     void load() {

@@ -160,7 +160,7 @@ protected:
         const Picture upside_down = *read_picture(data + "dejavu_sans_24.png");
         for (const char c : text) {
             const BMCharDescriptor& glyph =
-                FontAccess::state(*font).bm_charset->glyph(static_cast<signed char>(c));
+                Font::State::of(*font).bm_charset->glyph(static_cast<signed char>(c));
             for (int row = 0; row < glyph.height; ++row) {
                 for (int column = 0; column < glyph.width; ++column) {
                     const int sheet_row = upside_down.height - 1 - (glyph.y + row);
@@ -281,7 +281,7 @@ TEST_P(FontDrawing, shows_colors_and_the_scale) {
     EXPECT_TRUE(font->bm_draw_text_2d(100, 100, 1.0f, 0.0f, 0.0f, 1.0f, "|"));
     EXPECT_TRUE(font->bm_draw_text_3d(300.0f, -100.0f, 0.5f, 0.0f, 1.0f, 0.0f, 0.5f, "|"));
     draw(false);
-    const BMCharDescriptor& bar = FontAccess::state(*font).bm_charset->glyph('|');
+    const BMCharDescriptor& bar = Font::State::of(*font).bm_charset->glyph('|');
     const Picture picture = frame();
     const int y = 100 + 3 * (bar.yoffset + bar.height / 2);
     const int x = 3 * bar.xoffset + 3 * bar.width / 2;
@@ -366,7 +366,7 @@ TEST_P(FontDrawing, maps_its_buffer_once_and_sends_nothing_else) {
     EXPECT_TRUE(font->bm_update_vb(&renderer, true));
     const std::string bind =
         "glBindBuffer(GL_ARRAY_BUFFER, " +
-        std::to_string(FontAccess::state(*font).bm_mesh->get_mesh_data()->vertex_buffer_id) + ")";
+        std::to_string(Font::State::of(*font).bm_mesh->get_mesh_data()->vertex_buffer_id) + ")";
     EXPECT_EQ(recorder.take(),
               (GlCalls{bind, "glMapBuffer(GL_ARRAY_BUFFER, GL_WRITE_ONLY)", bind,
                        "glUnmapBuffer(GL_ARRAY_BUFFER)", "glBindBuffer(GL_ARRAY_BUFFER, 0)"}));

@@ -158,7 +158,7 @@ TEST(FontTexts, have_defaults) {
 }
 
 TEST(FontTexts, are_reached_by_the_room_there_is) {
-    FontAccess::BmData data;
+    Font::State::Texts data;
     EXPECT_EQ(data.get_string(0), nullptr);
     EXPECT_FALSE(data.add_string(0, 0, 0, 0, 0, 0, 0, "no room"));
     EXPECT_TRUE(data.alloc_strings(2));
@@ -177,7 +177,7 @@ TEST(FontTexts, are_reached_by_the_room_there_is) {
 }
 
 TEST(FontTexts, have_no_room_without_memory) {
-    FontAccess::BmData data;
+    Font::State::Texts data;
     EXPECT_TRUE(data.alloc_strings(2));
     EXPECT_FALSE(data.alloc_strings(std::numeric_limits<unsigned long>::max() / 256));
     EXPECT_EQ(data.capacity, 0u);

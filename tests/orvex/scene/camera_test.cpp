@@ -650,6 +650,27 @@ TEST_F(CameraBind, hands_over_copies) {
     expect_mat4(camera.get_view_matrix(), view);
 }
 
+TEST(Camera, that_is_constant_brings_its_matrices_up_to_date) {
+    Camera camera;
+    const Camera& constant = camera;
+    camera.set_fov(45.0f);
+    camera.set_position(vec4(1.0f, 2.0f, 3.0f, 1.0f));
+    const mat4 projection = perspective(45.0f, 16.0f / 9.0f, 1.0f, 1000.0f);
+    const mat4 view = view_of(vec4(1.0f, 2.0f, 3.0f, 1.0f), quat());
+    mat4 inverse_projection = projection;
+    expect_mat4(constant.get_view_projection_matrix(), mat4(projection) * view);
+    expect_mat4(constant.get_projection_matrix(), projection);
+    expect_mat4(constant.get_view_matrix(), view);
+    expect_mat4(constant.get_inv_view_matrix(), inverted(view));
+    expect_mat4(constant.get_inv_projection_matrix(), inverse_projection.inverse());
+    EXPECT_EQ(constant.get_projection_matrix_ptr(), camera.get_projection_matrix_ptr());
+    EXPECT_EQ(constant.get_projection_matrix_float_ptr(), camera.get_projection_matrix_float_ptr());
+    EXPECT_EQ(constant.get_view_matrix_ptr(), camera.get_view_matrix_ptr());
+    EXPECT_EQ(constant.get_view_matrix_float_ptr(), camera.get_view_matrix_float_ptr());
+    EXPECT_EQ(constant.get_viewport_ptr(), &constant.get_viewport());
+    EXPECT_EQ(constant.get_viewport_ptr(), camera.get_viewport_ptr());
+}
+
 } // namespace
 
 } // namespace orvex_test

@@ -149,6 +149,21 @@ TEST(Tripod, writing_through_a_pointer_counts_from_the_next_setter_on) {
     EXPECT_EQ(tripod.get_transform().m[12], 9.0f);
 }
 
+TEST(Tripod, that_is_constant_computes_what_it_is_asked_for) {
+    Tripod tripod;
+    const Tripod& constant = tripod;
+    tripod.set_position(1.0f, 2.0f, 3.0f);
+    tripod.set_orientation_euler_angles(0.0f, 90.0f, 0.0f);
+    const mat4 expected = composed(constant.get_position(), constant.get_orientation(), vec4::ONE);
+    expect_mat4(constant.get_transform(), expected);
+    EXPECT_EQ(constant.get_transform_ptr(), tripod.get_transform_ptr());
+    EXPECT_EQ(constant.get_transform_mat4_ptr(), tripod.get_transform_mat4_ptr());
+    EXPECT_EQ(constant.get_position_ptr(), tripod.get_position_ptr());
+    EXPECT_EQ(constant.get_position_vec4_ptr(), &constant.get_position());
+    EXPECT_EQ(constant.get_scale_ptr(), tripod.get_scale_ptr());
+    EXPECT_EQ(constant.get_scale_vec4_ptr(), &constant.get_scale());
+}
+
 } // namespace
 
 } // namespace orvex_test

@@ -1,3 +1,6 @@
+// Reads a charset from XML: one function for each section below the root, in any order; what is
+// missing, misspelt or no number leaves its field as it was.
+
 #include "orvex/overlays/private/bm_charset_reader.h"
 
 #include <cstdio>
@@ -43,7 +46,7 @@ void read_common(const XMLElement& common, BMCharset& charset) {
 
 void read_pages(const XMLElement& pages, BMCharset& charset) {
     const XMLElement* const page = pages.FirstChildElement();
-    if (page == nullptr || !is_named(*page, "page") || charset.image_filename[0] != '\0')
+    if (!page || !is_named(*page, "page") || charset.image_filename[0] != '\0')
         return;
     if (const char* const file = page->Attribute("file"))
         std::strncpy(charset.image_filename, file, sizeof(charset.image_filename) - 1);
@@ -66,7 +69,7 @@ void read_char(const XMLElement& element, BMCharset& charset) {
 }
 
 void read_chars(const XMLElement& chars, BMCharset& charset) {
-    for (const XMLElement* element = chars.FirstChildElement(); element != nullptr;
+    for (const XMLElement* element = chars.FirstChildElement(); element;
          element = element->NextSiblingElement())
         if (is_named(*element, "char"))
             read_char(*element, charset);
@@ -90,13 +93,13 @@ void read_section(const XMLElement& element, BMCharset& charset) {
 
 std::unique_ptr<BMCharset> read_bm_charset(const char* text) {
     tinyxml2::XMLDocument document(true, tinyxml2::PRESERVE_WHITESPACE);
-    if (text == nullptr || document.Parse(text) != tinyxml2::XML_SUCCESS)
+    if (!text || document.Parse(text) != tinyxml2::XML_SUCCESS)
         return nullptr;
     const XMLElement* const root = document.RootElement();
-    if (root == nullptr)
+    if (!root)
         return nullptr;
     auto charset = std::make_unique<BMCharset>();
-    for (const XMLElement* element = root->FirstChildElement(); element != nullptr;
+    for (const XMLElement* element = root->FirstChildElement(); element;
          element = element->NextSiblingElement())
         read_section(*element, *charset);
     return charset;

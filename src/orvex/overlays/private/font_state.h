@@ -47,6 +47,10 @@ struct Font::BmData {
 };
 
 struct Font::State {
+    using Texts = BmData;
+
+    static State& of(Font& font) { return *font.state; }
+
     std::unique_ptr<FontData> font_data = std::make_unique<FontData>();
     BmData bm_data;
     std::unique_ptr<BMCharset> bm_charset;
@@ -54,13 +58,6 @@ struct Font::State {
     Mesh* bm_mesh = nullptr;          ///< holds the quads
     unsigned long bm_vb_capacity = 0; ///< glyphs that the buffer can hold
     float bm_scale = 1.0f;
-};
-
-/// What tests may see of a font.
-struct FontAccess {
-    using BmData = Font::BmData;
-    using State = Font::State;
-    static State& state(Font& font) { return *font.state; }
 };
 
 } // namespace orvex

@@ -13,15 +13,8 @@
 
 namespace orvex {
 
-/// The fields that a frame reads stand first, together with the token.
-struct Node::NodeData : NodeToken {
-    explicit NodeData(Node* owner);
-    NodeData(const NodeData&) = delete;
-    NodeData& operator=(const NodeData&) = delete;
-
-    /// Lets go of everything when the node ends. The memory goes with the last handle.
-    void end();
-
+/// What a frame reads of a node: one line of the cache, together with the token.
+struct NodeFrameData : NodeToken {
     std::vector<NodeHandle> children;
     /// The parent, for walks towards the root: empty where following it would never end.
     NodeHandle living_parent;
@@ -32,6 +25,23 @@ struct Node::NodeData : NodeToken {
     /// Set while `_kill` runs: a hook that releases its own node again must not end it twice.
     bool dying = false;
     int ref = 0;
+};
+static_assert(sizeof(NodeFrameData) <= 64, "a walk waits for a second line at each node");
+
+/// The record of a node. It outlives the node for as long as handles point to it; see `NodeToken`.
+struct Node::NodeData : NodeFrameData {
+    /// Bytes at its beginning that `draw_ahead` asks for.
+    static constexpr std::size_t hot_bytes = sizeof(NodeFrameData);
+
+    explicit NodeData(Node* owner);
+    NodeData(const NodeData&) = delete;
+    NodeData& operator=(const NodeData&) = delete;
+
+    static NodeData& of(const Node& node) { return *node.node_data; }
+
+    /// Lets go of everything when the node ends. The memory goes with the last handle.
+    void end();
+
     int id;
     int layer = 0;
     int renderer_id = 0;
@@ -44,21 +54,14 @@ struct Node::NodeData : NodeToken {
     std::string name;
 };
 
-/// Opens the record to the engine.
-struct NodeAccess {
-    static Node::NodeData& data(const Node& node) { return *node.node_data; }
-    static void free(NodeToken* token) { delete static_cast<Node::NodeData*>(token); }
-    static NodeHandle handle(const Node& node) { return NodeHandle(node.node_data); }
-};
-
 /// The node as an object, null if it is none.
 inline Object* node_as_object(const Node& node) {
-    return NodeAccess::data(node).object;
+    return Node::NodeData::of(node).object;
 }
 
 /// The parent if it lives, else null.
 inline Node* node_living_parent(const Node& node) {
-    return NodeAccess::data(node).living_parent.get();
+    return Node::NodeData::of(node).living_parent.get();
 }
 
 struct NothingAhead {
@@ -71,12 +74,12 @@ struct NothingAhead {
 template<class Step, class Ahead = NothingAhead>
 void for_each_child(const NodeHandle& walked, Step step, Ahead ahead = Ahead()) {
     const Node* node = walked.get();
-    const std::size_t count = node ? NodeAccess::data(*node).children.size() : 0;
+    const std::size_t count = node ? Node::NodeData::of(*node).children.size() : 0;
     for (std::size_t i = 0; i < count; ++i) {
         node = walked.get();
         if (!node)
             return;
-        const std::vector<NodeHandle>& children = NodeAccess::data(*node).children;
+        const std::vector<NodeHandle>& children = Node::NodeData::of(*node).children;
         ahead(children, i);
         if (Node* child = i < children.size() ? children[i].get() : nullptr)
             step(*child);
@@ -88,7 +91,7 @@ template<class Step>
 void for_each_child_object(Node* node, Step step) {
     if (!node)
         return;
-    for_each_child(NodeAccess::handle(*node), [&step](Node& child) {
+    for_each_child(NodeHandle(&Node::NodeData::of(*node)), [&step](Node& child) {
         if (Object* object = node_as_object(child))
             step(*object);
     });

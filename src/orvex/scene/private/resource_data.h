@@ -2,6 +2,9 @@
 
 /// @file
 /// The private records of resources and their managers, which know of each other.
+///
+/// A resource stands in a manager's list exactly when the manager stands in the resource's:
+/// whichever of the two ends first takes itself out of the other's list.
 
 #include <cstddef>
 #include <vector>
@@ -12,11 +15,21 @@
 namespace orvex {
 
 struct Resource::ResourceData {
-    /// The managers that list the resource. One that ends takes itself out of their lists.
+    static ResourceData& of(const Resource& resource) { return *resource.resource_data; }
+
+    /// Drops the link to a manager.
+    void forget(const ResourceMgr& manager);
+
+    /// The managers that list the resource.
     std::vector<ResourceMgr*> managers;
 };
 
 struct ResourceMgr::ResourceMgrData {
+    static ResourceMgrData& of(const ResourceMgr& manager) { return *manager.mgr_data; }
+
+    /// Takes the resource out of the list, keeping the order; nothing if it isn't there.
+    void unlist(const Resource& resource);
+
     /// In order of adding. While a walk runs an entry that is dropped becomes null instead of
     /// moving those behind it.
     std::vector<Resource*> resources;
@@ -25,15 +38,7 @@ struct ResourceMgr::ResourceMgrData {
     std::size_t walk_position = 0;
 };
 
-/// Opens both records to each other's class.
-struct ResourceAccess {
-    static std::vector<ResourceMgr*>& managers(const Resource& resource) {
-        return resource.resource_data->managers;
-    }
-    /// Drops the link from a resource to a manager.
-    static void forget_manager(Resource& resource, const ResourceMgr& manager);
-    /// Takes the resource out of the manager's list, keeping the order; nothing if it isn't there.
-    static void unlist(ResourceMgr& manager, Resource& resource);
-};
+/// Ends the link between the two, from both ends.
+void unlink_resource(const ResourceMgr& manager, const Resource& resource);
 
 } // namespace orvex

@@ -12,6 +12,8 @@
 namespace orvex {
 
 struct Scene::SceneData {
+    static SceneData& of(const Scene& scene) { return *scene.data; }
+
     int id = GenId();
     std::string name = "scene_" + std::to_string(id);
     Object* root = new Object; ///< released by `SceneMgr::cleanup_scene`, never by the scene
