@@ -12,6 +12,7 @@
 #include "orvex/math/math.h"
 #include "orvex/math/math_fwd.h"
 #include "orvex/math/quat.h"
+#include "orvex/math/to_text.h"
 #include "orvex/math/vec2.h"
 #include "orvex/math/vec3.h"
 #include "orvex/math/vec3u8.h"

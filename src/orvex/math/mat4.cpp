@@ -1,3 +1,10 @@
+/// @file
+/// The matrices that transforms are built of, and their way to and from quaternions and axes.
+///
+/// Results are promised to the last bit: angles go through one factor in single precision, and
+/// the order of the operations in each element is part of the result. Nothing here may be
+/// contracted, reordered or widened.
+
 #include "orvex/math/mat4.h"
 
 #include <algorithm>
@@ -9,22 +16,22 @@
 
 namespace orvex {
 
-mat4& mat4::from_float_array(const float* values) {
+mat4& mat4::from_float_array(const float* values) noexcept {
     if (values)
         std::copy_n(values, 16, m);
     return *this;
 }
 
-void mat4::to_float_array(float* values) const {
+void mat4::to_float_array(float* values) const noexcept {
     if (values)
         std::copy_n(m, 16, values);
 }
 
-mat4& mat4::init_translate(float x, float y, float z) {
+mat4& mat4::init_translate(float x, float y, float z) noexcept {
     return identity().set_translate(x, y, z);
 }
 
-mat4& mat4::set_translate(float x, float y, float z) {
+mat4& mat4::set_translate(float x, float y, float z) noexcept {
     m[12] = x;
     m[13] = y;
     m[14] = z;
@@ -32,39 +39,39 @@ mat4& mat4::set_translate(float x, float y, float z) {
     return *this;
 }
 
-mat4& mat4::init_scale(float x, float y, float z) {
+mat4& mat4::init_scale(float x, float y, float z) noexcept {
     return identity().set_scale(x, y, z);
 }
 
-mat4& mat4::set_scale(float x, float y, float z) {
+mat4& mat4::set_scale(float x, float y, float z) noexcept {
     m[0] = x;
     m[5] = y;
     m[10] = z;
     return *this;
 }
 
-mat4& mat4::init_rotate_x(float angle) {
+mat4& mat4::init_rotate_x(float angle) noexcept {
     const float radians = angle * degrees_to_radians;
     const float c = std::cos(radians);
     const float s = std::sin(radians);
     return *this = mat4(1, 0, 0, 0, 0, c, s, 0, 0, -s, c, 0, 0, 0, 0, 1);
 }
 
-mat4& mat4::init_rotate_y(float angle) {
+mat4& mat4::init_rotate_y(float angle) noexcept {
     const float radians = angle * degrees_to_radians;
     const float c = std::cos(radians);
     const float s = std::sin(radians);
     return *this = mat4(c, 0, -s, 0, 0, 1, 0, 0, s, 0, c, 0, 0, 0, 0, 1);
 }
 
-mat4& mat4::init_rotate_z(float angle) {
+mat4& mat4::init_rotate_z(float angle) noexcept {
     const float radians = angle * degrees_to_radians;
     const float c = std::cos(radians);
     const float s = std::sin(radians);
     return *this = mat4(c, s, 0, 0, -s, c, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1);
 }
 
-mat4& mat4::init_rotateAxis(float angle, vec4& axis) {
+mat4& mat4::init_rotateAxis(float angle, vec4& axis) noexcept {
     axis.normalize();
     const float radians = angle * degrees_to_radians;
     const float c = std::cos(radians);
@@ -77,7 +84,7 @@ mat4& mat4::init_rotateAxis(float angle, vec4& axis) {
                         0, 0, 0, 1);
 }
 
-mat4& mat4::init_eulerAngleYXZ(float a, float b, float c) {
+mat4& mat4::init_eulerAngleYXZ(float a, float b, float c) noexcept {
     const float ca = std::cos(a * degrees_to_radians), sa = std::sin(a * degrees_to_radians);
     const float cb = std::cos(b * degrees_to_radians), sb = std::sin(b * degrees_to_radians);
     const float cc = std::cos(c * degrees_to_radians), sc = std::sin(c * degrees_to_radians);
@@ -87,7 +94,7 @@ mat4& mat4::init_eulerAngleYXZ(float a, float b, float c) {
                         0, 0, 0, 1);
 }
 
-mat4& mat4::from_quat(const quat& q) {
+mat4& mat4::from_quat(const quat& q) noexcept {
     const float x = q.x, y = q.y, z = q.z, w = q.w;
     m[0] = 1.0f - 2.0f * (y * y + z * z);
     m[1] = 2.0f * (x * y + w * z);
@@ -102,7 +109,7 @@ mat4& mat4::from_quat(const quat& q) {
 }
 
 // Divides by the largest of the four components, which the diagonal tells.
-void mat4::to_quat(quat& q) const {
+void mat4::to_quat(quat& q) const noexcept {
     const float trace = m[0] + m[5] + m[10] + 1.0f;
     if (trace > 0.0f) {
         const float s = 2.0f * std::sqrt(trace);
@@ -121,25 +128,25 @@ void mat4::to_quat(quat& q) const {
     q.normalize();
 }
 
-mat4& mat4::from_axes(const vec4& x, const vec4& y, const vec4& z) {
+mat4& mat4::from_axes(const vec4& x, const vec4& y, const vec4& z) noexcept {
     return *this = mat4(x.x, x.y, x.z, 0, y.x, y.y, y.z, 0, z.x, z.y, z.z, 0, 0, 0, 0, 1);
 }
 
-void mat4::to_axes(vec4& x, vec4& y, vec4& z) const {
+void mat4::to_axes(vec4& x, vec4& y, vec4& z) const noexcept {
     x.set(m[0], m[1], m[2], x.w);
     y.set(m[4], m[5], m[6], y.w);
     z.set(m[8], m[9], m[10], z.w);
 }
 
-void mat4::from_axes_to_quaternion(const vec4& x, const vec4& y, const vec4& z, quat& q) {
+void mat4::from_axes_to_quaternion(const vec4& x, const vec4& y, const vec4& z, quat& q) noexcept {
     from_axes(x, y, z).to_quat(q);
 }
 
-void mat4::from_quaternion_to_axes(const quat& q, vec4& x, vec4& y, vec4& z) {
+void mat4::from_quaternion_to_axes(const quat& q, vec4& x, vec4& y, vec4& z) noexcept {
     from_quat(q).to_axes(x, y, z);
 }
 
-mat4& mat4::transpose() {
+mat4& mat4::transpose() noexcept {
     std::swap(m[1], m[4]);
     std::swap(m[2], m[8]);
     std::swap(m[3], m[12]);

@@ -1,3 +1,9 @@
+/// @file
+/// Projections and views.
+///
+/// The forms differ in where they round: one takes its tangent in single precision, two in double
+/// precision before they round once. Their bits are promised, so each keeps the form it has.
+
 #include "orvex/math/mat4.h"
 
 #include <cmath>
@@ -45,7 +51,7 @@ mat4 view_of(const vec4& eye, vec4 n, const vec4& up) {
 } // namespace
 
 mat4& mat4::buildRHPerspectiveProjectionMatrix(float fov, float aspect, float near, float far,
-                                               float epsilon) {
+                                               float epsilon) noexcept {
     const float t = std::tan(fov * degrees_to_half_radians);
     *this = zeros();
     m[5] = (2.0f * near) / (near * t + near * t);
@@ -55,7 +61,8 @@ mat4& mat4::buildRHPerspectiveProjectionMatrix(float fov, float aspect, float ne
 }
 
 mat4& mat4::buildRHTwoFovPerspectiveProjectionMatrix(float fovx, float fovy, float aspect,
-                                                     float near, float far, float epsilon) {
+                                                     float near, float far,
+                                                     float epsilon) noexcept {
     const float right = half_extent(near, fovx * degrees_to_half_radians);
     const float top = half_extent(near, fovy * degrees_to_half_radians);
     *this = zeros();
@@ -65,7 +72,8 @@ mat4& mat4::buildRHTwoFovPerspectiveProjectionMatrix(float fovx, float fovy, flo
     return *this;
 }
 
-mat4& mat4::buildLHPerspectiveProjectionMatrix(float fov, float aspect, float near, float far) {
+mat4& mat4::buildLHPerspectiveProjectionMatrix(float fov, float aspect, float near,
+                                               float far) noexcept {
     const float h = half_extent(near, (fov / 2.0f) * degrees_to_half_radians);
     const float w = h * aspect;
     *this = zeros();
@@ -80,7 +88,7 @@ mat4& mat4::buildLHPerspectiveProjectionMatrix(float fov, float aspect, float ne
 }
 
 mat4& mat4::buildRHOrthographicProjectionMatrix(float left, float right, float bottom, float top,
-                                                float near, float far) {
+                                                float near, float far) noexcept {
     *this = zeros();
     m[0] = 2.0f / (right - left);
     m[5] = 2.0f / (top - bottom);
@@ -93,16 +101,16 @@ mat4& mat4::buildRHOrthographicProjectionMatrix(float left, float right, float b
 }
 
 mat4& mat4::buildLHOrthographicProjectionMatrix(float left, float right, float bottom, float top,
-                                                float near, float far) {
+                                                float near, float far) noexcept {
     return buildRHOrthographicProjectionMatrix(left, right, bottom, top, near, far);
 }
 
-mat4& mat4::buildRHUVNCameraMatrix(const vec4& eye, const vec4& lookat, const vec4& up) {
+mat4& mat4::buildRHUVNCameraMatrix(const vec4& eye, const vec4& lookat, const vec4& up) noexcept {
     vec4 n;
     return *this = view_of(eye, n.make_vec(eye, lookat), up);
 }
 
-mat4& mat4::buildLHUVNCameraMatrix(const vec4& eye, const vec4& lookat, const vec4& up) {
+mat4& mat4::buildLHUVNCameraMatrix(const vec4& eye, const vec4& lookat, const vec4& up) noexcept {
     vec4 n;
     return *this = view_of(eye, n.make_vec(lookat, eye), up);
 }

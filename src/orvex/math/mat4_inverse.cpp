@@ -34,7 +34,7 @@ floats4 det3x3_lanes(const MinorRows& a, floats4 det_bc, const MinorRows& b, flo
 
 } // namespace
 
-mat4& mat4::inverse() {
+mat4& mat4::inverse() noexcept {
     const floats4 column0 = lanes::load<floats4>(m);
     const MinorRows c0(column0), c1(lanes::load<floats4>(m + 4)), c2(lanes::load<floats4>(m + 8)),
         c3(lanes::load<floats4>(m + 12));
@@ -66,7 +66,7 @@ mat4& mat4::inverse() {
     return *this;
 }
 
-float MINOR(const mat4& m, int r0, int r1, int r2, int c0, int c1, int c2) {
+float MINOR(const mat4& m, int r0, int r1, int r2, int c0, int c1, int c2) noexcept {
     const int indices[] = {r0, r1, r2, c0, c1, c2};
     for (const int index : indices)
         if (index < 0 || index > 3)
@@ -77,7 +77,7 @@ float MINOR(const mat4& m, int r0, int r1, int r2, int c0, int c1, int c2) {
 
 // In place on purpose, one element after another: from the second on, a minor sees the results
 // already stored. Element i * 4 + j takes the rows other than j and the columns other than i.
-mat4& mat4::adjoint() {
+mat4& mat4::adjoint() noexcept {
     static constexpr int others[4][3] = {{1, 2, 3}, {0, 2, 3}, {0, 1, 3}, {0, 1, 2}};
     for (int i = 0; i < 4; ++i) {
         for (int j = 0; j < 4; ++j) {

@@ -20,7 +20,7 @@ public:
     double m[16]; ///< column by column
 
     /// Makes the identity.
-    constexpr mat4d()
+    constexpr mat4d() noexcept
         : m{1.0, 0.0, 0.0, 0.0, 0.0, 1.0, 0.0, 0.0, 0.0, 0.0, 1.0, 0.0, 0.0, 0.0, 0.0, 1.0} {}
     constexpr mat4d(const mat4d&) = default;  ///< all 16 elements
     mat4d& operator=(const mat4d&) = default; ///< all 16 elements
@@ -28,11 +28,11 @@ public:
     /// Copies 16 doubles.
     /// @param values  the elements in storage order; null changes nothing
     /// @return this matrix
-    mat4d& operator=(const double* values);
+    mat4d& operator=(const double* values) noexcept;
 
     /// Makes this the identity.
     /// @return this matrix
-    mat4d& identity();
+    mat4d& identity() noexcept;
 };
 
 static_assert(sizeof(mat4d) == 128);

@@ -10,7 +10,7 @@ namespace orvex {
 // det 0: what follows is not finite and fails the first comparisons, so it needs no test of its
 // own.
 bool Math::ray_triangle_intersection(const vec4& origin, const vec4& dir, const vec4& p0,
-                                     const vec4& p1, const vec4& p2, float* t) {
+                                     const vec4& p1, const vec4& p2, float* t) noexcept {
     const vec4 e1 = p0 - p1;
     const vec4 e2 = p0 - p2;
     const vec4 s = p0 - origin;
@@ -25,7 +25,7 @@ bool Math::ray_triangle_intersection(const vec4& origin, const vec4& dir, const 
 }
 
 bool Math::check_ray_sphere_intersection(const vec4& origin, const vec4& dir, const vec4& center,
-                                         float radius) {
+                                         float radius) noexcept {
     const vec4 l = origin - center;
     const float a = dir.dot(dir);
     const float b = 2.0f * l.x * dir.x + 2.0f * l.y * dir.y + 2.0f * l.z * dir.z;
@@ -33,11 +33,11 @@ bool Math::check_ray_sphere_intersection(const vec4& origin, const vec4& dir, co
     return !(0.0f > b * b - 4.0f * a * c);
 }
 
-void Math::srnd(unsigned int seed) {
+void Math::srnd(unsigned int seed) noexcept {
     std::srand(seed);
 }
 
-float Math::rnd(float a, float b) {
+float Math::rnd(float a, float b) noexcept {
     constexpr float step = 0x1p-31f;
     return a + ((b - a) * step) * static_cast<float>(std::rand());
 }

@@ -28,19 +28,23 @@ public:
     ///                be null
     /// @return true when the line meets the triangle, its edges included
     static bool ray_triangle_intersection(const vec4& origin, const vec4& dir, const vec4& p0,
-                                          const vec4& p1, const vec4& p2, float* t);
+                                          const vec4& p1, const vec4& p2, float* t) noexcept;
 
     /// Tests the infinite line through a ray against a sphere: one behind the origin is hit too.
     /// @param origin,dir  the ray; `dir` of any length
     /// @param center,radius  the sphere
     /// @return true when they touch or cross, and when the numbers are not numbers
-    static bool check_ray_sphere_intersection(const vec4& origin, const vec4& dir,
-                                              const vec4& center, float radius);
+    [[nodiscard]] static bool check_ray_sphere_intersection(const vec4& origin, const vec4& dir,
+                                                            const vec4& center,
+                                                            float radius) noexcept;
 
-    /// Seeds the random source.
-    static void srnd(unsigned int seed);
-    /// A random number between `a` and `b`, both included.
-    static float rnd(float a, float b);
+    /// Seeds the random source of the whole process. Any thread, one at a time.
+    /// @param seed  any number; equal ones give equal sequences
+    static void srnd(unsigned int seed) noexcept;
+    /// A random number between `a` and `b`, both included, and one step of the random source. Any
+    /// thread, one at a time.
+    /// @param a,b  in any order
+    static float rnd(float a, float b) noexcept;
 };
 
 } // namespace orvex

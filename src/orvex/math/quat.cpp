@@ -18,7 +18,7 @@ void store(float* where, float value) {
 
 } // namespace
 
-quat& quat::normalize() {
+quat& quat::normalize() noexcept {
     const float length = std::sqrt(x * x + y * y + z * z + w * w);
     if (length == 1.0f || length < smallest_length)
         return *this;
@@ -28,17 +28,18 @@ quat& quat::normalize() {
 
 // The flag asks for a unit axis, but what is normalised is the whole quaternion: an axis of another
 // length gives another angle, flag or no flag, and callers have come to rely on it.
-quat& quat::from_axis_angle(float angle, float x_, float y_, float z_, bool /*normalize_axis*/) {
+quat& quat::from_axis_angle(float angle, float x_, float y_, float z_,
+                            bool /*normalize_axis*/) noexcept {
     const float half = angle * degrees_to_radians * 0.5f;
     const float s = std::sin(half);
     return set(x_ * s, y_ * s, z_ * s, std::cos(half)).normalize();
 }
 
-quat& quat::from_axis_angle(float angle, const vec4& axis, bool normalize_axis) {
+quat& quat::from_axis_angle(float angle, const vec4& axis, bool normalize_axis) noexcept {
     return from_axis_angle(angle, axis.x, axis.y, axis.z, normalize_axis);
 }
 
-quat& quat::from_euler(float x_, float y_, float z_) {
+quat& quat::from_euler(float x_, float y_, float z_) noexcept {
     quat about_x, about_y, about_z;
     about_x.from_axis_angle(x_, vec4::UNIT_X_AXIS, false);
     about_y.from_axis_angle(y_, vec4::UNIT_Y_AXIS, false);
@@ -47,13 +48,13 @@ quat& quat::from_euler(float x_, float y_, float z_) {
     return normalize();
 }
 
-void quat::to_euler(float* first, float* second, float* third) const {
+void quat::to_euler(float* first, float* second, float* third) const noexcept {
     store(first, std::atan2(2.0f * (y * z + x * w), -x * x - y * y + z * z + w * w));
     store(second, std::asin(-2.0f * (x * z - y * w)));
     store(third, std::atan2(2.0f * (x * y + z * w), x * x - y * y - z * z + w * w));
 }
 
-quat& quat::from_vector_rotation(const vec4& from, const vec4& to) {
+quat& quat::from_vector_rotation(const vec4& from, const vec4& to) noexcept {
     const float d = from.dot(to);
     if (d == 1.0f)
         return identity();
@@ -63,7 +64,7 @@ quat& quat::from_vector_rotation(const vec4& from, const vec4& to) {
     return set(c.x * scale, c.y * scale, c.z * scale, 0.5f * s).normalize();
 }
 
-vec4 quat::operator*(const vec4& v) const {
+vec4 quat::operator*(const vec4& v) const noexcept {
     const vec4 axis(x, y, z, 1.0f);
     vec4 uv = axis.cross(v);
     vec4 uuv = axis.cross(uv);

@@ -26,13 +26,13 @@ public:
     float w; ///< offset 12, the scalar part
 
     /// Makes the identity, (0, 0, 0, 1).
-    constexpr quat()
+    constexpr quat() noexcept
         : x(0.0f)
         , y(0.0f)
         , z(0.0f)
         , w(1.0f) {}
     /// Makes a quaternion of four components, the scalar part last.
-    constexpr quat(float x_, float y_, float z_, float w_)
+    constexpr quat(float x_, float y_, float z_, float w_) noexcept
         : x(x_)
         , y(y_)
         , z(z_)
@@ -42,7 +42,7 @@ public:
 
     /// Sets the four components, the scalar part last.
     /// @return this quaternion
-    quat& set(float new_x, float new_y, float new_z, float new_w) {
+    quat& set(float new_x, float new_y, float new_z, float new_w) noexcept {
         x = new_x;
         y = new_y;
         z = new_z;
@@ -52,17 +52,17 @@ public:
 
     /// Makes this (0, 0, 0, 1).
     /// @return this quaternion
-    quat& identity() { return set(0.0f, 0.0f, 0.0f, 1.0f); }
+    quat& identity() noexcept { return set(0.0f, 0.0f, 0.0f, 1.0f); }
     /// Negates all four components: the same orientation.
     /// @return this quaternion
-    quat& negate() { return set(-x, -y, -z, -w); }
+    quat& negate() noexcept { return set(-x, -y, -z, -w); }
     /// Negates x, y and z: the opposite turn, when the length is 1.
     /// @return this quaternion
-    quat& conjugate() { return set(-x, -y, -z, w); }
+    quat& conjugate() noexcept { return set(-x, -y, -z, w); }
 
     /// Scales to unit length. A length of exactly 1, or below 1e-7, changes nothing.
     /// @return this quaternion
-    quat& normalize();
+    quat& normalize() noexcept;
 
     /// Makes this the turn by an angle about an axis, normalised as a whole quaternion.
     /// @param angle  degrees
@@ -70,43 +70,43 @@ public:
     /// @param normalize_axis  has no effect on the result: the quaternion is made from the axis as
     ///                        given
     /// @return this quaternion
-    quat& from_axis_angle(float angle, float x_, float y_, float z_, bool normalize_axis);
+    quat& from_axis_angle(float angle, float x_, float y_, float z_, bool normalize_axis) noexcept;
     /// The same, with the axis in the first three components of a vector.
-    quat& from_axis_angle(float angle, const vec4& axis, bool normalize_axis);
+    quat& from_axis_angle(float angle, const vec4& axis, bool normalize_axis) noexcept;
 
     /// Makes this the product (turn about Y · turn about X) · turn about Z, normalised.
     /// @param x_,y_,z_  the three angles, in degrees
     /// @return this quaternion
-    quat& from_euler(float x_, float y_, float z_);
+    quat& from_euler(float x_, float y_, float z_) noexcept;
 
     /// Three angles of this orientation, in radians, unlike everything else here. Inverts
     /// `from_euler` only for turns about a single axis.
     /// @param[out] first  about X; may be null
     /// @param[out] second  about Y; may be null; NaN where rounding carries its sine past 1
     /// @param[out] third  about Z; may be null
-    void to_euler(float* first, float* second, float* third) const;
+    void to_euler(float* first, float* second, float* third) const noexcept;
 
     /// Makes this the shortest turn that takes one unit vector to another.
     /// @param from,to  expected to be of unit length; exactly opposite ones give components
     ///                        that are not finite
     /// @return this quaternion
-    quat& from_vector_rotation(const vec4& from, const vec4& to);
+    quat& from_vector_rotation(const vec4& from, const vec4& to) noexcept;
 
     /// The Hamilton product this · b: the turn b, then this one.
-    quat operator*(const quat& b) const {
+    [[nodiscard]] quat operator*(const quat& b) const noexcept {
         return quat(w * b.x + x * b.w + y * b.z - z * b.y, w * b.y - x * b.z + y * b.w + z * b.x,
                     w * b.z + x * b.y - y * b.x + z * b.w, w * b.w - x * b.x - y * b.y - z * b.z);
     }
 
     /// The product this · b with its four components in the order (w, x, y, z), so that `x` of the
     /// result holds the scalar part and `w` holds z. Changes nothing, in spite of its name.
-    quat operator*=(const quat& b) const {
+    [[nodiscard]] quat operator*=(const quat& b) const noexcept {
         const quat product = *this * b;
         return quat(product.w, product.x, product.y, product.z);
     }
 
     /// Turns a vector. The w of the result is always 3 and carries no meaning.
-    vec4 operator*(const vec4& v) const;
+    [[nodiscard]] vec4 operator*(const vec4& v) const noexcept;
 };
 
 static_assert(sizeof(quat) == 16 && alignof(quat) == 4);

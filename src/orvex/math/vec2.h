@@ -21,16 +21,16 @@ public:
     float y; ///< offset 4
 
     /// Makes (0, 0).
-    constexpr vec2()
+    constexpr vec2() noexcept
         : x(0.0f)
         , y(0.0f) {}
 
     /// Sets the default value, (0, 0), in memory that no constructor has run on.
-    void _construct() { set(0.0f, 0.0f); }
+    void _construct() noexcept { set(0.0f, 0.0f); }
 
     /// Sets both components.
     /// @return this vector
-    vec2& set(float new_x, float new_y) {
+    vec2& set(float new_x, float new_y) noexcept {
         x = new_x;
         y = new_y;
         return *this;

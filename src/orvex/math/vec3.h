@@ -23,12 +23,12 @@ public:
     float z; ///< offset 8
 
     /// Makes (0, 0, 0).
-    constexpr vec3()
+    constexpr vec3() noexcept
         : x(0.0f)
         , y(0.0f)
         , z(0.0f) {}
     /// Makes a vector of three components.
-    constexpr vec3(float x_, float y_, float z_)
+    constexpr vec3(float x_, float y_, float z_) noexcept
         : x(x_)
         , y(y_)
         , z(z_) {}
@@ -36,11 +36,11 @@ public:
     vec3& operator=(const vec3&) = default; ///< all three components
 
     /// Sets the default value, (0, 0, 0), in memory that no constructor has run on.
-    void _construct() { set(0.0f, 0.0f, 0.0f); }
+    void _construct() noexcept { set(0.0f, 0.0f, 0.0f); }
 
     /// Sets the three components.
     /// @return this vector
-    vec3& set(float new_x, float new_y, float new_z) {
+    vec3& set(float new_x, float new_y, float new_z) noexcept {
         x = new_x;
         y = new_y;
         z = new_z;
@@ -48,27 +48,29 @@ public:
     }
 
     /// The sum, as a new vector.
-    vec3 operator+(const vec3& b) const { return vec3(x + b.x, y + b.y, z + b.z); }
+    [[nodiscard]] vec3 operator+(const vec3& b) const noexcept {
+        return vec3(x + b.x, y + b.y, z + b.z);
+    }
     /// The difference, as a new vector. Taken for a left operand that is not const; a const one
     /// takes the free operator, with the same result.
-    vec3 operator-(const vec3& b) { return vec3(x - b.x, y - b.y, z - b.z); }
+    [[nodiscard]] vec3 operator-(const vec3& b) noexcept { return vec3(x - b.x, y - b.y, z - b.z); }
 
     /// Adds `b`.
-    vec3& operator+=(const vec3& b) { return set(x + b.x, y + b.y, z + b.z); }
+    vec3& operator+=(const vec3& b) noexcept { return set(x + b.x, y + b.y, z + b.z); }
     /// Scales by `factor`.
-    vec3& operator*=(float factor) { return set(x * factor, y * factor, z * factor); }
+    vec3& operator*=(float factor) noexcept { return set(x * factor, y * factor, z * factor); }
 
     /// The right-handed cross product this × b.
-    vec3 cross(const vec3& b) const {
+    [[nodiscard]] vec3 cross(const vec3& b) const noexcept {
         return vec3(y * b.z - z * b.y, z * b.x - x * b.z, x * b.y - y * b.x);
     }
 
     /// The length.
-    float length() const { return std::sqrt(x * x + y * y + z * z); }
+    [[nodiscard]] float length() const noexcept { return std::sqrt(x * x + y * y + z * z); }
 
     /// Scales to unit length. A vector whose squared length is exactly 0 becomes (0, 0, 0).
     /// @return this vector
-    vec3& normalize() {
+    vec3& normalize() noexcept {
         const float squared = x * x + y * y + z * z;
         if (squared == 0.0f)
             return set(0.0f, 0.0f, 0.0f);
@@ -77,23 +79,23 @@ public:
 
     /// Compares with a tolerance.
     /// @return true when each component lies in the closed interval [b - eps, b + eps]
-    bool is_equal(const vec3& b, float eps) const {
+    [[nodiscard]] bool is_equal(const vec3& b, float eps) const noexcept {
         return is_within(x, b.x, eps) && is_within(y, b.y, eps) && is_within(z, b.z, eps);
     }
 
 private:
-    static bool is_within(float value, float center, float eps) {
+    static bool is_within(float value, float center, float eps) noexcept {
         return value >= center - eps && value <= center + eps;
     }
 };
 
 /// The difference, as a new vector.
-inline vec3 operator-(const vec3& a, const vec3& b) {
+[[nodiscard]] inline vec3 operator-(const vec3& a, const vec3& b) noexcept {
     return vec3(a.x - b.x, a.y - b.y, a.z - b.z);
 }
 
 /// The scaled vector.
-inline vec3 operator*(const vec3& a, float factor) {
+[[nodiscard]] inline vec3 operator*(const vec3& a, float factor) noexcept {
     return vec3(a.x * factor, a.y * factor, a.z * factor);
 }
 

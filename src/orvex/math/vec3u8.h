@@ -20,12 +20,12 @@ public:
     unsigned char z; ///< offset 2
 
     /// Makes (0, 0, 0).
-    constexpr vec3u8()
+    constexpr vec3u8() noexcept
         : x(0)
         , y(0)
         , z(0) {}
     /// Makes a vector of three components.
-    constexpr vec3u8(unsigned char x_, unsigned char y_, unsigned char z_)
+    constexpr vec3u8(unsigned char x_, unsigned char y_, unsigned char z_) noexcept
         : x(x_)
         , y(y_)
         , z(z_) {}

@@ -4,14 +4,14 @@
 
 namespace orvex {
 
-vec4& vec4::rotate_y(float angle) {
+vec4& vec4::rotate_y(float angle) noexcept {
     const float radians = angle * degrees_to_radians;
     const float c = std::cos(radians);
     const float s = std::sin(radians);
     return set(x * c + z * s, y, -x * s + z * c, w);
 }
 
-vec4& vec4::rotate_z(float angle) {
+vec4& vec4::rotate_z(float angle) noexcept {
     const float radians = angle * degrees_to_radians;
     const float c = std::cos(radians);
     const float s = std::sin(radians);

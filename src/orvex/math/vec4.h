@@ -39,19 +39,19 @@ public:
     static const vec4 UNIT_Z_AXIS; ///< (0, 0, 1, 1)
 
     /// Makes (0, 0, 0, 1).
-    constexpr vec4()
+    constexpr vec4() noexcept
         : x(0.0f)
         , y(0.0f)
         , z(0.0f)
         , w(1.0f) {}
     /// Makes a vector of four components.
-    constexpr vec4(float x_, float y_, float z_, float w_)
+    constexpr vec4(float x_, float y_, float z_, float w_) noexcept
         : x(x_)
         , y(y_)
         , z(z_)
         , w(w_) {}
     /// Makes a point: w is 1.
-    constexpr vec4(const vec3& b)
+    constexpr vec4(const vec3& b) noexcept
         : x(b.x)
         , y(b.y)
         , z(b.z)
@@ -60,16 +60,16 @@ public:
 
     vec4& operator=(const vec4&) = default; ///< all four components, w included
     /// Copies three components; w becomes 1.
-    vec4& operator=(const vec3& b) { return set(b.x, b.y, b.z, 1.0f); }
+    vec4& operator=(const vec3& b) noexcept { return set(b.x, b.y, b.z, 1.0f); }
     /// Copies two components; z becomes 0, w becomes 1.
-    vec4& operator=(const vec2& b) { return set(b.x, b.y, 0.0f, 1.0f); }
+    vec4& operator=(const vec2& b) noexcept { return set(b.x, b.y, 0.0f, 1.0f); }
 
     /// Sets the default value, (0, 0, 0, 1), in memory that no constructor has run on.
-    void _construct() { set(0.0f, 0.0f, 0.0f, 1.0f); }
+    void _construct() noexcept { set(0.0f, 0.0f, 0.0f, 1.0f); }
 
     /// Sets the four components.
     /// @return this vector
-    vec4& set(float new_x, float new_y, float new_z, float new_w) {
+    vec4& set(float new_x, float new_y, float new_z, float new_w) noexcept {
         x = new_x;
         y = new_y;
         z = new_z;
@@ -79,51 +79,61 @@ public:
     /// Copies all four components.
     /// @param b  the vector to copy; null is ignored
     /// @return this vector
-    vec4& set(const vec4* b) {
+    vec4& set(const vec4* b) noexcept {
         if (b)
             *this = *b;
         return *this;
     }
 
     /// The sum; w is the sum of both w. See the class on which sum is taken.
-    vec4 operator+(const vec4& b) { return vec4(x + b.x, y + b.y, z + b.z, w + b.w); }
+    [[nodiscard]] vec4 operator+(const vec4& b) noexcept {
+        return vec4(x + b.x, y + b.y, z + b.z, w + b.w);
+    }
     /// The difference; w is the difference of both w. The free operator gives the same.
-    vec4 operator-(const vec4& b) { return vec4(x - b.x, y - b.y, z - b.z, w - b.w); }
+    [[nodiscard]] vec4 operator-(const vec4& b) noexcept {
+        return vec4(x - b.x, y - b.y, z - b.z, w - b.w);
+    }
     /// The negated point: w is 1.
-    vec4 operator-() const { return vec4(-x, -y, -z, 1.0f); }
+    [[nodiscard]] vec4 operator-() const noexcept { return vec4(-x, -y, -z, 1.0f); }
     /// The product component by component, w included.
-    vec4 operator*(const vec4& b) const { return vec4(x * b.x, y * b.y, z * b.z, w * b.w); }
+    [[nodiscard]] vec4 operator*(const vec4& b) const noexcept {
+        return vec4(x * b.x, y * b.y, z * b.z, w * b.w);
+    }
 
     /// Adds `b`, w included.
-    vec4& operator+=(const vec4& b) { return set(x + b.x, y + b.y, z + b.z, w + b.w); }
+    vec4& operator+=(const vec4& b) noexcept { return set(x + b.x, y + b.y, z + b.z, w + b.w); }
     /// Scales by `factor`, w included.
-    vec4& operator*=(float factor) { return set(x * factor, y * factor, z * factor, w * factor); }
+    vec4& operator*=(float factor) noexcept {
+        return set(x * factor, y * factor, z * factor, w * factor);
+    }
 
     /// Compares all four components, with no tolerance. A NaN is unequal to everything.
-    bool operator==(const vec4& b) const { return x == b.x && y == b.y && z == b.z && w == b.w; }
+    [[nodiscard]] bool operator==(const vec4& b) const noexcept {
+        return x == b.x && y == b.y && z == b.z && w == b.w;
+    }
 
     /// The right-handed cross product this × b of the first three components; w is 1.
-    vec4 cross(const vec4& b) const {
+    [[nodiscard]] vec4 cross(const vec4& b) const noexcept {
         return vec4(y * b.z - z * b.y, z * b.x - x * b.z, x * b.y - y * b.x, 1.0f);
     }
     /// The dot product of the first three components.
-    float dot(const vec4& b) const { return x * b.x + y * b.y + z * b.z; }
+    [[nodiscard]] float dot(const vec4& b) const noexcept { return x * b.x + y * b.y + z * b.z; }
     /// The length of the first three components.
-    float length() const { return std::sqrt(dot(*this)); }
+    [[nodiscard]] float length() const noexcept { return std::sqrt(dot(*this)); }
     /// The first three components.
-    vec3 get_vec3() const { return vec3(x, y, z); }
+    [[nodiscard]] vec3 get_vec3() const noexcept { return vec3(x, y, z); }
 
     /// Makes this the direction from `b` to `a`: a - b with w 0. The one operation that yields a
     /// direction.
     /// @return this vector
-    vec4& make_vec(const vec4& a, const vec4& b) {
+    vec4& make_vec(const vec4& a, const vec4& b) noexcept {
         return set(a.x - b.x, a.y - b.y, a.z - b.z, 0.0f);
     }
 
     /// Scales the first three components to unit length; w stays. A vector whose squared length is
     /// exactly 0 becomes (0, 0, 0, w).
     /// @return this vector
-    vec4& normalize() {
+    vec4& normalize() noexcept {
         const float squared = dot(*this);
         if (squared == 0.0f)
             return set(0.0f, 0.0f, 0.0f, w);
@@ -133,21 +143,21 @@ public:
 
     /// Raises each component, w included, to `lo`, then lowers it to `hi`.
     /// @return this vector
-    vec4& clamp(float lo, float hi) {
+    vec4& clamp(float lo, float hi) noexcept {
         return set(clamped(x, lo, hi), clamped(y, lo, hi), clamped(z, lo, hi), clamped(w, lo, hi));
     }
 
     /// Turns about the Y axis, from Z towards X for a positive angle; w stays.
     /// @param angle  degrees
     /// @return this vector
-    vec4& rotate_y(float angle);
+    vec4& rotate_y(float angle) noexcept;
     /// Turns about the Z axis, from X towards Y for a positive angle; w stays.
     /// @param angle  degrees
     /// @return this vector
-    vec4& rotate_z(float angle);
+    vec4& rotate_z(float angle) noexcept;
 
 private:
-    static float clamped(float value, float lo, float hi) {
+    static float clamped(float value, float lo, float hi) noexcept {
         if (value < lo)
             value = lo;
         return value > hi ? hi : value;
@@ -155,17 +165,17 @@ private:
 };
 
 /// The sum of two points: w is 1.
-inline vec4 operator+(const vec4& a, const vec4& b) {
+[[nodiscard]] inline vec4 operator+(const vec4& a, const vec4& b) noexcept {
     return vec4(a.x + b.x, a.y + b.y, a.z + b.z, 1.0f);
 }
 
 /// The difference; w is the difference of both w.
-inline vec4 operator-(const vec4& a, const vec4& b) {
+[[nodiscard]] inline vec4 operator-(const vec4& a, const vec4& b) noexcept {
     return vec4(a.x - b.x, a.y - b.y, a.z - b.z, a.w - b.w);
 }
 
 /// The scaled point: w is 1.
-inline vec4 operator*(const vec4& a, float factor) {
+[[nodiscard]] inline vec4 operator*(const vec4& a, float factor) noexcept {
     return vec4(a.x * factor, a.y * factor, a.z * factor, 1.0f);
 }
 

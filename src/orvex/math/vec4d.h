@@ -21,7 +21,7 @@ public:
     double w; ///< offset 24
 
     /// Makes (0, 0, 0, 1).
-    constexpr vec4d()
+    constexpr vec4d() noexcept
         : x(0.0)
         , y(0.0)
         , z(0.0)

@@ -21,7 +21,7 @@ public:
     int w; ///< offset 12
 
     /// Makes (0, 0, 0, 1).
-    constexpr vec4i()
+    constexpr vec4i() noexcept
         : x(0)
         , y(0)
         , z(0)

@@ -22,13 +22,14 @@ public:
     unsigned char w; ///< offset 3
 
     /// Makes (0, 0, 0, 1).
-    constexpr vec4u8()
+    constexpr vec4u8() noexcept
         : x(0)
         , y(0)
         , z(0)
         , w(1) {}
     /// Makes a vector of four components.
-    constexpr vec4u8(unsigned char x_, unsigned char y_, unsigned char z_, unsigned char w_)
+    constexpr vec4u8(unsigned char x_, unsigned char y_, unsigned char z_,
+                     unsigned char w_) noexcept
         : x(x_)
         , y(y_)
         , z(z_)
@@ -37,7 +38,9 @@ public:
     vec4u8& operator=(const vec4u8&) = default; ///< all four components
 
     /// True when any of the four bytes differs.
-    bool operator!=(const vec4u8& b) const { return x != b.x || y != b.y || z != b.z || w != b.w; }
+    [[nodiscard]] bool operator!=(const vec4u8& b) const noexcept {
+        return x != b.x || y != b.y || z != b.z || w != b.w;
+    }
 };
 
 static_assert(sizeof(vec4u8) == 4 && alignof(vec4u8) == 1);

@@ -4,8 +4,8 @@
 /// How geometry tests make stores and compare vectors.
 
 #include <memory>
-#include <ostream>
 
+#include "orvex/math/to_text.h"
 #include "orvex/math/vec2.h"
 #include "orvex/math/vec3.h"
 #include "orvex/math/vec4.h"
@@ -19,18 +19,6 @@ inline bool operator==(const vec3& a, const vec3& b) {
 
 inline bool operator==(const vec2& a, const vec2& b) {
     return a.x == b.x && a.y == b.y;
-}
-
-inline void PrintTo(const vec2& v, std::ostream* out) {
-    *out << '(' << v.x << ", " << v.y << ')';
-}
-
-inline void PrintTo(const vec3& v, std::ostream* out) {
-    *out << '(' << v.x << ", " << v.y << ", " << v.z << ')';
-}
-
-inline void PrintTo(const vec4& v, std::ostream* out) {
-    *out << '(' << v.x << ", " << v.y << ", " << v.z << ", " << v.w << ')';
 }
 
 } // namespace orvex

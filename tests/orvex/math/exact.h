@@ -8,6 +8,7 @@
 
 #include "orvex/math/mat4.h"
 #include "orvex/math/quat.h"
+#include "orvex/math/to_text.h"
 #include "orvex/math/vec4.h"
 
 /// @file
@@ -22,14 +23,14 @@ inline std::uint32_t bits(float value) {
 }
 
 inline void expect_vec3(const vec3& v, float x, float y, float z) {
-    EXPECT_EQ(bits(v.x), bits(x)) << v.x << " for " << x;
-    EXPECT_EQ(bits(v.y), bits(y)) << v.y << " for " << y;
-    EXPECT_EQ(bits(v.z), bits(z)) << v.z << " for " << z;
+    EXPECT_EQ(bits(v.x), bits(x)) << v << " for " << vec3(x, y, z);
+    EXPECT_EQ(bits(v.y), bits(y)) << v << " for " << vec3(x, y, z);
+    EXPECT_EQ(bits(v.z), bits(z)) << v << " for " << vec3(x, y, z);
 }
 
 inline void expect_vec4(const vec4& v, float x, float y, float z, float w) {
     expect_vec3(v.get_vec3(), x, y, z);
-    EXPECT_EQ(bits(v.w), bits(w)) << v.w << " for " << w;
+    EXPECT_EQ(bits(v.w), bits(w)) << v << " for " << vec4(x, y, z, w);
 }
 
 inline void expect_quat(const quat& q, float x, float y, float z, float w) {
@@ -43,7 +44,7 @@ inline void expect_quat(const quat& q, const quat& expected) {
 inline void expect_mat4(const mat4& a, const mat4& expected) {
     for (int i = 0; i < 16; ++i)
         EXPECT_EQ(bits(a.m[i]), bits(expected.m[i]))
-            << "m[" << i << "]: " << a.m[i] << " for " << expected.m[i];
+            << "m[" << i << "] of " << a << " for " << expected;
 }
 
 /// Each element is its own index.

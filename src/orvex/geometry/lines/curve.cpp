@@ -1,3 +1,10 @@
+/// @file
+/// A curve that plots values, and the record of one curve of a graph.
+///
+/// A curve holds its values beside the vertices of its polyline, since a value may be changed
+/// without moving its vertex. A failed allocation leaves the count of points without values, and
+/// every access asks for both.
+
 #include "orvex/geometry/lines/curve.h"
 
 #include "orvex/geometry/mesh/private/logging_failures.h"

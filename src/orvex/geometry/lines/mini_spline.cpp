@@ -1,9 +1,17 @@
+/// @file
+/// A spline through keyframes, its evaluation and its drawing.
+///
+/// Keys are kept one by one, and side by side for the evaluation; the second list is refreshed
+/// when a value is next asked for. The drawn points are written straight into the GPU buffer of a
+/// polyline, when something is next drawn.
+
 #include "orvex/geometry/lines/mini_spline.h"
 
 #include <algorithm>
 #include <memory>
 #include <vector>
 
+#include "orvex/base/private/misuse.h"
 #include "orvex/geometry/lines/polyline.h"
 #include "orvex/renderer/records/vertex.h"
 #include "orvex/renderer/renderer.h"
@@ -58,7 +66,7 @@ unsigned long MiniSpline::add_keyframe(float time, float x, float y, float z) {
 
 bool MiniSpline::set_keyframe(unsigned long i, float time, float x, float y, float z) {
     if (i >= data->keyframes.size())
-        return false;
+        return misuse("MiniSpline::set_keyframe", "an index out of range");
     *data->keyframes[i] = vec4(time, x, y, z);
     data->keys_need_update = true;
     data->polyline_need_update = true;

@@ -1,7 +1,15 @@
+/// @file
+/// A polyline and its store: taking, sharing and freeing it, vertices, and what part of them is
+/// drawn.
+///
+/// The store is counted like that of a mesh. Offsets are kept as a host set them, but never
+/// behind the last vertex or line.
+
 #include "orvex/geometry/lines/polyline.h"
 
 #include <algorithm>
 
+#include "orvex/base/private/misuse.h"
 #include "orvex/geometry/lines/private/polyline_user_geometry_data.h"
 #include "orvex/geometry/mesh/private/render_with_material.h"
 #include "orvex/geometry/mesh/private/shared_store.h"
@@ -82,7 +90,9 @@ PolylineData* Polyline::get_polyline_data() const {
 }
 
 bool Polyline::share_polyline_data(Renderer* renderer, Polyline* other) {
-    return other && _set_polyline_data(renderer, other->polyline_data);
+    if (!other)
+        return misuse("Polyline::share_polyline_data", "a null polyline");
+    return _set_polyline_data(renderer, other->polyline_data);
 }
 
 bool Polyline::cleanup_polyline_data(Renderer* renderer) {
@@ -113,7 +123,7 @@ void Polyline::set_vertex_alloc_params(int alignment) {
 
 bool Polyline::alloc_vertex_data(unsigned long count) {
     if (!polyline_data)
-        return false;
+        return misuse("Polyline::alloc_vertex_data", "a polyline without a store");
     polyline_data->free_vertices();
     polyline_data->num_vertices = 0; // where memory runs out there are no vertices to draw
     vertex_access::allocate_records(*polyline_data, count, AlignedNew_Vertex);
@@ -248,8 +258,10 @@ void Polyline::set_line_color(unsigned long line, const vec4& a, const vec4& b) 
 }
 
 void* Polyline::map_vertex_buffer(Renderer* renderer) {
-    if (!renderer || !polyline_data)
+    if (!renderer || !polyline_data) {
+        misuse("Polyline::map_vertex_buffer", "a null renderer, or a polyline without a store");
         return nullptr;
+    }
     polyline_data->mapped_vertex_buffer =
         renderer->vertex_buffer_map(polyline_data->vertex_buffer_id);
     return polyline_data->mapped_vertex_buffer;
@@ -257,7 +269,8 @@ void* Polyline::map_vertex_buffer(Renderer* renderer) {
 
 bool Polyline::unmap_vertex_buffer(Renderer* renderer) {
     if (!renderer || !polyline_data)
-        return false;
+        return misuse("Polyline::unmap_vertex_buffer",
+                      "a null renderer, or a polyline without a store");
     renderer->vertex_buffer_unmap(polyline_data->vertex_buffer_id);
     return true;
 }

@@ -1,3 +1,11 @@
+/// @file
+/// A mesh and its store: taking, sharing and freeing it, room for vertices and faces, and access
+/// to faces.
+///
+/// The store is counted, as several meshes may share it, and the last to let go frees it. Every
+/// operation first asks whether there is a store at all. Vertices are allocated before faces:
+/// their number decides the width of an index.
+
 #include "orvex/geometry/mesh/mesh.h"
 
 #include <algorithm>
@@ -5,6 +13,7 @@
 #include <exception>
 
 #include "orvex/base/log_mgr.h"
+#include "orvex/base/private/misuse.h"
 #include "orvex/geometry/mesh/private/mesh_contents.h"
 #include "orvex/geometry/mesh/private/mesh_user_geometry_data.h"
 #include "orvex/geometry/mesh/private/shared_store.h"
@@ -90,7 +99,9 @@ MeshData* Mesh::get_mesh_data() const {
 }
 
 bool Mesh::share_mesh_data(Renderer* renderer, Mesh* other) {
-    return other && _set_mesh_data(renderer, other->mesh_data);
+    if (!other)
+        return misuse("Mesh::share_mesh_data", "a null mesh");
+    return _set_mesh_data(renderer, other->mesh_data);
 }
 
 bool Mesh::cleanup_mesh_data(Renderer* renderer) {
@@ -228,9 +239,13 @@ void copy_faces(Face* to, const Face* from, unsigned long count) {
 } // namespace
 
 bool Mesh::copy_geometry(Mesh* source) {
-    if (!mesh_data || !source || !source->mesh_data || source->get_num_vertices(nullptr) == 0 ||
+    if (!source)
+        return misuse("Mesh::copy_geometry", "a null source");
+    if (!mesh_data)
+        return misuse("Mesh::copy_geometry", "a mesh without a store");
+    if (!source->mesh_data || source->get_num_vertices(nullptr) == 0 ||
         source->get_num_faces(nullptr) == 0)
-        return false;
+        return misuse("Mesh::copy_geometry", "a source without vertices or faces");
     free_mesh_data();
     const MeshData& from = *source->mesh_data;
     if (!mesh_data->copy_vertex_data(source->mesh_data))
@@ -302,8 +317,10 @@ bool Mesh::get_render_wireframe_quad_state() const {
 }
 
 void* Mesh::map_vertex_buffer(Renderer* renderer) {
-    if (!renderer || !mesh_data)
+    if (!renderer || !mesh_data) {
+        misuse("Mesh::map_vertex_buffer", "a null renderer, or a mesh without a store");
         return nullptr;
+    }
     mesh_data->mapped_vertex_buffer = renderer->vertex_buffer_map(mesh_data->vertex_buffer_id);
     return mesh_data->mapped_vertex_buffer;
 }
@@ -316,7 +333,7 @@ vec4* Mesh::map_vertex_buffer_vec4(Renderer* renderer) {
 
 bool Mesh::unmap_vertex_buffer(Renderer* renderer) {
     if (!renderer || !mesh_data)
-        return false;
+        return misuse("Mesh::unmap_vertex_buffer", "a null renderer, or a mesh without a store");
     renderer->vertex_buffer_unmap(mesh_data->vertex_buffer_id);
     return true;
 }

@@ -79,8 +79,10 @@ public:
     /// Number of faces of this mesh, and of the node's children.
     unsigned long get_num_faces(Node* node) override;
     /// The interleaved vertex i, or null; see `MeshData::get_vertex`.
+    /// @param i  below the number of vertices; others give null
     Vertex* get_vertex(unsigned long i) override;
     /// A copy of vertex i, or a default vertex; see `MeshData::get_vertex_v2`.
+    /// @param i  below the number of vertices; others give the default vertex
     Vertex get_vertex_v2(unsigned long i) override;
 
     /// Computes each face's normal from its corners, unit length, (0, 0, 0) for a degenerate face.
@@ -95,11 +97,15 @@ public:
 
     /// Averages the normals of vertices that lie within `threshold` of each other on every axis.
     /// Quadratic in the number of vertices.
+    /// @param threshold  units of object space, from 0 on, both ends included; a negative one or a
+    /// NaN
+    ///                   averages nothing
     /// @return false without vertices or faces
     bool average_vertices_normal(float threshold, Node* node) override;
 
     /// Multiplies each position by x, y, z of `scale`. Without vertices nothing happens, children
     /// included.
+    /// @param scale  any factors, 0 and negative ones too; they turn no faces around
     void scale_vertices_position(const vec4& scale, Node* node) override;
 
     /// Turns the faces around.
@@ -109,6 +115,7 @@ public:
     void flip_vertex_normals(Node* node) override;
 
     /// Gives all vertices one colour. Children are not reached.
+    /// @param color  red, green, blue, alpha, 0 to 1; others are stored as they are
     void set_vertices_color(const vec4& color, Node* node) override;
 
     /// Computes the sphere around the bounding box of all vertices, or the one inscribed in it if
@@ -117,6 +124,7 @@ public:
     bool update_bounding_sphere(Node* node) override;
 
     /// The same with the colour's components.
+    /// @param r,g,b,a  0 to 1; others are stored as they are
     void set_vertices_color(float r, float g, float b, float a, Node* node);
 
     /// @name The store
@@ -147,15 +155,18 @@ public:
     void set_vertex_alloc_params(bool separate, int alignment);
 
     /// Allocates `count` default vertices in place of those before.
+    /// @param count  any number; 0 leaves the mesh without vertices
     /// @return false, with a log line, if memory runs out
     bool alloc_vertex_data(unsigned long count);
 
     /// Allocates `count` user vertex attributes, after the vertices.
+    /// @param count  from 1 on, attributes per vertex
     /// @return false, with a log line, without vertices, for 0, or if memory runs out
     bool alloc_user_vertex_attribs(unsigned long count);
 
     /// Allocates `count` faces in place of those before, after the vertices. Their material ids
     /// are 0, which no material has.
+    /// @param count          any number; 0 leaves the mesh without faces
     /// @param force_32_bits  wide indices whatever the vertex count
     /// @return false, with a log line, if memory runs out
     bool alloc_face_data(unsigned long count, bool force_32_bits);
@@ -163,8 +174,9 @@ public:
     /// Frees and resets an array of the store; see `MeshData::free_vertex_attrib_array`.
     void free_vertex_attrib_array(VertexAttribArray& array);
 
-    /// Sets the vertices drawn by a mesh without faces: `start` is the first one, `end` one past
-    /// the last.
+    /// Sets the vertices drawn by a mesh without faces. Neither number is tested.
+    /// @param start  the first one
+    /// @param end    one past the last, at most the number of vertices
     void set_draw_start_end_vertex(unsigned long start, unsigned long end);
 
     /// Makes this mesh's geometry a copy of another's: vertices and face indices, with default face
@@ -176,17 +188,25 @@ public:
     /// @name Faces
     /// @{
 
-    /// Notes a face's material. @return false out of range
+    /// Notes a face's material.
+    /// @param id    a material's node id; 0 for none, others are not tested
+    /// @param face  below the number of faces
+    /// @return false, changing nothing, for a face out of range
     bool set_face_material(int id, unsigned long face);
 
-    /// Notes one material for all faces. @return true
+    /// Notes one material for all faces.
+    /// @param id  a material's node id; 0 for none, others are not tested
+    /// @return true
     bool set_material_to_all_faces(int id);
 
-    /// Sets a face's three vertex indices, cut to the index width, and marks the faces for upload.
+    /// Sets a face's three vertex indices and marks the faces for upload.
+    /// @param face   below the number of faces; nothing happens for others
+    /// @param a,b,c  indices of vertices, which nothing tests; cut to the index width
     void set_face_indexes(unsigned long face, unsigned int a, unsigned int b, unsigned int c);
 
-    /// Reads a face's three vertex indices. Null outputs are skipped; out of range nothing is
-    /// written.
+    /// Reads a face's three vertex indices.
+    /// @param face        below the number of faces; nothing is written for others
+    /// @param[out] a,b,c  receive the indices; null is skipped
     void get_face_indexes(unsigned long face, unsigned int* a, unsigned int* b,
                           unsigned int* c) const;
 
@@ -196,7 +216,8 @@ public:
     /// @}
 
     /// @name Vertices
-    /// Writes mark the attribute for upload, also where the store ignores them.
+    /// Writes mark the attribute for upload, also where the store ignores them. An i at or above
+    /// the number of vertices is ignored by the setters; the getters give a default value for it.
     /// @{
     void set_vertex_position(unsigned long i, const vec4& position); ///< object space
     void set_vertex_position_w(unsigned long i, float w);            ///< w alone
@@ -214,7 +235,8 @@ public:
     void set_vertex_uv(unsigned long i, const vec4& uv, unsigned int layer);
     /// Texture coordinates of layer 1, or for any other layer those of layer 0.
     vec4 get_vertex_uv(unsigned long i, unsigned int layer) const;
-    /// User attribute number `attrib` of vertex i; marks that attribute for upload.
+    /// User attribute number `attrib` of vertex i; marks that attribute for upload. Numbers from
+    /// the count of `alloc_user_vertex_attribs` on are ignored.
     void set_user_vertex_attrib(unsigned long attrib, unsigned long i, const vec4& value);
     /// User attribute number `attrib` of vertex i, or (0, 0, 0, 1).
     vec4 get_user_vertex_attrib(unsigned long attrib, unsigned long i) const;
@@ -224,7 +246,9 @@ public:
     /// The lists collect vertices and faces until the next build makes the store from them.
     /// @{
 
-    /// Appends a vertex with that position, in white. @return its index
+    /// Appends a vertex with that position, in white.
+    /// @param position  object space; w is dropped by the build
+    /// @return its index, from 0 on
     unsigned long user_geometry_add_vertex(const vec4& position);
     /// Changes a listed vertex. @return false out of range
     bool user_geometry_set_vertex_position(unsigned long i, const vec4& position);
@@ -234,7 +258,11 @@ public:
     bool user_geometry_set_vertex_normal(unsigned long i, const vec4& normal);
     /// Changes a listed vertex. @return false out of range
     bool user_geometry_set_vertex_uv0(unsigned long i, const vec4& uv);
-    /// Appends a face of three vertex indices, which nothing tests. @return true
+    /// Appends a face of three vertex indices.
+    /// @param a,b,c  expected to be indices that `user_geometry_add_vertex` gave; not tested, and
+    /// cut
+    ///               to 16 bits in a mesh of narrow faces
+    /// @return true
     bool user_geometry_add_face32(unsigned int a, unsigned int b, unsigned int c);
     /// Empties the lists. @return false if there are none
     bool user_geometry_cleanup();
@@ -247,6 +275,7 @@ public:
     void init_subsets();
 
     /// Fills one subset: the material's id, and the run from its first to its last face.
+    /// @param i  of the object's materials, below their number
     ///
     /// The faces of a material are expected to be contiguous. A material with fewer than two faces
     /// keeps the default run, which draws nothing.
@@ -255,7 +284,7 @@ public:
 
     unsigned long get_num_subsets() const; ///< number of subsets
 
-    /// `_render` for one subset; nothing out of range.
+    /// `_render` for one subset; nothing for an i at or above the number of subsets.
     ///
     /// The subset's material id is used as an index into the object's materials: a mesh with
     /// subsets arranges that the two are equal.
@@ -273,8 +302,10 @@ public:
     /// @{
 
     /// Allocates the arrays asked for, `count` default `vec4` each, in place of those before.
+    /// @param count      from 1 on
     /// @param alignment  of the arrays in bytes, a power of two; below 1 for ordinary memory
-    /// @return false for a count of 0, or if memory runs out
+    /// @return false for a count of 0, and for a mesh without a store; false, without instances, if
+    ///         memory runs out
     bool instancing_init(unsigned long count, const InstancingInitParams& params, int alignment);
     /// Frees the arrays. The instance count stays.
     void instancing_cleanup();
@@ -328,13 +359,13 @@ public:
     /// Makes this mesh a linear blend of two others: positions, and normals made unit length.
     ///
     /// If its vertex count differs from theirs, it first copies the geometry of `a`.
-    /// @param t  0 is `a`, 1 is `b`; clamped
+    /// @param t  0 is `a`, 1 is `b`; below and above are taken as 0 and 1
     /// @return false if either is null, or their vertex counts differ
     bool do_linear_tweening(Mesh* a, Mesh* b, float t);
 
     /// @name Vertex particles
     /// One `vec4` per vertex for a cloth or soft body simulation: position in x, y, z and weight in
-    /// w. A weight of 0 attaches the particle.
+    /// w. A weight of 0 attaches the particle. An i at or above the number of vertices is ignored.
     /// @{
     void set_vertex_particle(unsigned long i, const vec4& particle); ///< position and weight
     void set_vertex_particle_w(unsigned long i, float w);            ///< weight alone

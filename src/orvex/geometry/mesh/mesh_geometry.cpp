@@ -1,8 +1,16 @@
+/// @file
+/// What a mesh computes from its vertices and faces: normals, bounds, blends of two meshes.
+///
+/// All of it goes through the store's operations on one vertex, whatever the format and the
+/// layout, and marks what it wrote for upload. An index that a host set out of range is passed
+/// over.
+
 #include "orvex/geometry/mesh/mesh.h"
 
 #include <utility>
 #include <vector>
 
+#include "orvex/base/private/misuse.h"
 #include "orvex/geometry/mesh/private/mesh_contents.h"
 #include "orvex/renderer/records/mesh_data.h"
 
@@ -225,9 +233,10 @@ void tween(MeshData& store, const MeshData& a, const MeshData& b, float t) {
 } // namespace
 
 bool Mesh::do_linear_tweening(Mesh* a, Mesh* b, float t) {
-    if (!mesh_data || !a || !b || !a->mesh_data || !b->mesh_data ||
-        a->get_num_vertices(nullptr) != b->get_num_vertices(nullptr))
-        return false;
+    if (!mesh_data || !a || !b || !a->mesh_data || !b->mesh_data)
+        return misuse("Mesh::do_linear_tweening", "a null mesh, or one without a store");
+    if (a->get_num_vertices(nullptr) != b->get_num_vertices(nullptr))
+        return misuse("Mesh::do_linear_tweening", "meshes of different vertex counts");
     if (get_num_vertices(nullptr) != a->get_num_vertices(nullptr))
         copy_geometry(a);
     if (has_vertices(mesh_data))

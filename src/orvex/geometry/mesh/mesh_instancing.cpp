@@ -1,9 +1,9 @@
-#include "orvex/geometry/mesh/mesh.h"
-
 /// @file
 /// Instances of a mesh: five arrays of one `vec4` per instance in its store, each there only if it
 /// was asked for. All five answer the same operations, so these are told once, for any row of a
 /// table.
+
+#include "orvex/geometry/mesh/mesh.h"
 
 #include "orvex/base/private/memory_out.h"
 #include "orvex/base/private/misuse.h"

@@ -1,3 +1,7 @@
+/// @file
+/// The particles of a mesh: a position and a weight per vertex, for a simulation outside the
+/// engine.
+
 #include "orvex/geometry/mesh/mesh.h"
 
 #include <cstring>

@@ -1,5 +1,12 @@
+/// @file
+/// The drawing of a mesh, as a whole or one run of faces of a material at a time.
+///
+/// A draw is prepare, draw, finish, each forwarded to the renderer with the store. A subset is
+/// drawn by naming it in the store for the length of the draw.
+
 #include "orvex/geometry/mesh/mesh.h"
 
+#include "orvex/base/private/misuse.h"
 #include "orvex/geometry/mesh/private/render_with_material.h"
 #include "orvex/renderer/private/debug_name.h"
 #include "orvex/renderer/records/mesh_data.h"
@@ -87,7 +94,8 @@ FaceRun find_face_run(const MeshData& store, int material) {
 bool Mesh::_init_material_subset(unsigned long i, MaterialSubset* subset) {
     Material* const material = get_material_by_index(i);
     if (!subset || !material || !mesh_data)
-        return false;
+        return misuse("Mesh::_init_material_subset",
+                      "a null subset, no material at that index, or a mesh without a store");
     subset->material = static_cast<unsigned int>(material->get_id());
     const FaceRun run = find_face_run(*mesh_data, material->get_id());
     if (run.first >= run.last)

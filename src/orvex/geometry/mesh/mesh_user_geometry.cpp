@@ -1,3 +1,7 @@
+/// @file
+/// Geometry from lists: a host adds vertices and faces one by one, and the next build makes the
+/// store from them and empties the lists.
+
 #include "orvex/geometry/mesh/mesh.h"
 
 #include "orvex/geometry/mesh/private/mesh_contents.h"

@@ -1,3 +1,9 @@
+/// @file
+/// What an emitter gives a particle when it comes to life.
+///
+/// Random numbers are drawn from the process's one source, in an order that is part of the
+/// result: the same seed gives the same particles.
+
 #include "orvex/geometry/particles/particle_emitter.h"
 
 #include <cmath>

@@ -1,9 +1,17 @@
+/// @file
+/// A system of particles: who brings them to life, who moves them, and what is drawn of them.
+///
+/// The system holds emitters and actions through handles, as a host may end any of them on its
+/// own. A step is: emitters in order of creation, then actions in theirs, then time is taken off
+/// every life. The walks over the pool stand in particle_motion.
+
 #include "orvex/geometry/particles/particle_system.h"
 
 #include <algorithm>
 #include <memory>
 #include <utility>
 
+#include "orvex/base/private/misuse.h"
 #include "orvex/geometry/particles/particle_action.h"
 #include "orvex/geometry/particles/particle_emitter.h"
 #include "orvex/geometry/particles/particle_pool.h"
@@ -164,7 +172,8 @@ ParticleEmitter* ParticleSystem::get_emitter_by_index(int i) const {
 }
 
 bool ParticleSystem::kill_emitter(Renderer* renderer, int id) {
-    return data->emitters.kill(renderer, id);
+    return data->emitters.kill(renderer, id) ||
+           misuse("ParticleSystem::kill_emitter", "no emitter of that id");
 }
 
 ParticleAction* ParticleSystem::create_action() {
@@ -184,7 +193,8 @@ ParticleAction* ParticleSystem::get_action_by_index(int i) const {
 }
 
 bool ParticleSystem::kill_action(Renderer* renderer, int id) {
-    return data->actions.kill(renderer, id);
+    return data->actions.kill(renderer, id) ||
+           misuse("ParticleSystem::kill_action", "no action of that id");
 }
 
 namespace {

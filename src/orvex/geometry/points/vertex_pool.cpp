@@ -1,5 +1,12 @@
+/// @file
+/// A pool of points in either layout: records, or one array per attribute.
+///
+/// A write marks what it changed for the next upload: the records as a whole, or the one array. A
+/// pool without points reads as empty through every access.
+
 #include "orvex/geometry/points/vertex_pool.h"
 
+#include "orvex/base/private/misuse.h"
 #include "orvex/renderer/private/debug_name.h"
 #include "orvex/renderer/records/gpu_program_data.h"
 #include "orvex/renderer/records/private/vertex_access.h"
@@ -86,6 +93,8 @@ Vertex VertexPool::get_vertex_v2(unsigned long i) {
 }
 
 bool VertexPool::init_pool(unsigned long count, bool separate) {
+    if (count == 0)
+        return misuse("VertexPool::init_pool", "no points");
     return separate ? data->init_v2(count, true) : data->init(count);
 }
 

@@ -1,10 +1,14 @@
+/// @file
+/// The GPU buffer of a pool in the hands of the host and of compute programs. One buffer serves
+/// drawing and storage: whoever ends it or makes it anew tells the store, so that the next draw
+/// sets the vertex array up again instead of reading a buffer that is gone.
+
 #include "orvex/geometry/points/vertex_pool.h"
 
+#include "orvex/base/private/misuse.h"
 #include "orvex/renderer/private/debug_name.h"
 #include "orvex/renderer/records/vertex_pool_data.h"
 #include "orvex/renderer/renderer.h"
-
-// The GPU buffer of a pool in the hands of the host and of compute programs.
 
 namespace orvex {
 
@@ -42,8 +46,10 @@ void forget_buffer(VertexPoolData& store) {
 } // namespace
 
 bool VertexPool::shader_storage_init(Renderer* renderer, BUFFER_OBJECT_USAGE usage) {
-    if (!renderer || data->separate_vertex_arrays || !data->has_points())
-        return false;
+    if (!renderer)
+        return misuse("VertexPool::shader_storage_init", "a null renderer");
+    if (data->separate_vertex_arrays || !data->has_points())
+        return misuse("VertexPool::shader_storage_init", "a separate or empty pool");
     // A buffer of an earlier call, or of an earlier draw, would have no owner left.
     shader_storage_cleanup(renderer);
     data->buffer_usage = usage;
@@ -59,7 +65,7 @@ bool VertexPool::shader_storage_init(Renderer* renderer, BUFFER_OBJECT_USAGE usa
 
 bool VertexPool::shader_storage_cleanup(Renderer* renderer) {
     if (data->separate_vertex_arrays || !renderer)
-        return false;
+        return misuse("VertexPool::shader_storage_cleanup", "a separate pool, or a null renderer");
     if (data->vertex_buffer_id == 0)
         return true;
     renderer->shader_storage_buffer_kill(data->vertex_buffer_id);

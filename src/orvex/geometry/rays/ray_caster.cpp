@@ -1,9 +1,13 @@
+/// @file
+/// Rays from pixels, and where they meet a mesh.
+
 #include "orvex/geometry/rays/ray_caster.h"
 
 #include <bit>
 #include <cstddef>
 #include <cstdint>
 
+#include "orvex/base/private/misuse.h"
 #include "orvex/geometry/mesh/mesh.h"
 #include "orvex/geometry/mesh/private/mesh_contents.h"
 #include "orvex/math/mat4.h"
@@ -21,7 +25,8 @@ RayCaster::~RayCaster() = default;
 bool RayCaster::project_object_position_into_viewport(Camera* camera, Object* object,
                                                       vec4& out) const {
     if (!camera || !object)
-        return false;
+        return misuse("RayCaster::project_object_position_into_viewport",
+                      "a null camera or a null object");
     return project_object_position_into_viewport_v2(
         camera->get_projection_matrix(), camera->get_view_matrix(), camera->get_viewport(),
         object->get_absolute_transform(), object->get_position(), out);
@@ -51,7 +56,7 @@ float pixels_between(int edge, int pixel) {
 
 bool RayCaster::get_ray(Camera* camera, int x, int y, Ray& ray) const {
     if (!camera)
-        return false;
+        return misuse("RayCaster::get_ray", "a null camera");
     const Viewport& viewport = camera->get_viewport();
     const auto half_width = static_cast<float>(viewport.width / 2);
     const auto half_height = static_cast<float>(viewport.height / 2);
@@ -72,7 +77,7 @@ bool RayCaster::get_ray(Camera* camera, int x, int y, Ray& ray) const {
 
 bool RayCaster::get_ray_ortho_cam(Camera* camera, int x, int y, Ray& ray) const {
     if (!camera)
-        return false;
+        return misuse("RayCaster::get_ray_ortho_cam", "a null camera");
     const Viewport& viewport = camera->get_viewport();
     const float nx =
         2.0f * pixels_between(viewport.x, x) / static_cast<float>(viewport.width) - 1.0f;

@@ -1,3 +1,10 @@
+/// @file
+/// A box of six sides, each a grid of cells of its own.
+///
+/// No vertex is shared, as hosts rely on face k having the corners 3k to 3k + 2. The order in
+/// which a cell's corners follow each other differs from side to side, and a table for each side
+/// keeps it.
+
 #include "orvex/geometry/shapes/mesh_box.h"
 
 #include <algorithm>

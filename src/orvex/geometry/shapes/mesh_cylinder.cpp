@@ -1,8 +1,5 @@
 #include "orvex/geometry/shapes/mesh_cylinder.h"
 
-#include <algorithm>
-
-#include "orvex/geometry/mesh/private/mesh_contents.h"
 #include "orvex/geometry/shapes/private/mesh_shape.h"
 
 namespace orvex {
@@ -57,24 +54,13 @@ void write_vertices(MeshData& store, const Tube& tube) {
 } // namespace
 
 bool MeshCylinder::_build_cylinder() {
-    const Tube tube{
-        radius < 0.0f ? 1.0f : radius,
-        height < 0.0f ? 0.0f : height,
-        {static_cast<unsigned long>(std::max(stacks, 3)),
-         static_cast<unsigned long>(std::max(slices, 3))},
-    };
-    if (!allocate(*this, tube.grid.num_vertices(), tube.grid.num_faces()))
-        return false;
-    MeshData& store = *get_mesh_data();
-    if (!allocate_quad_edges(store))
-        return false;
-    write_vertices(store, tube);
-    write_faces(store, tube.grid, [](const Cell& cell) {
-        return CellFaces{{cell.b, cell.a + 1, cell.a}, {cell.b + 1, cell.a + 1, cell.b}};
-    });
-    write_outlines(store, tube.grid);
-    mesh_contents::mark_for_upload(store);
-    return true;
+    const Tube tube{radius < 0.0f ? 1.0f : radius, height < 0.0f ? 0.0f : height,
+                    Grid::at_least(3, stacks, 3, slices)};
+    return build_grid(
+        *this, tube.grid, [&tube](MeshData& store) { write_vertices(store, tube); },
+        [](const Cell& cell) {
+            return CellFaces{{cell.b, cell.a + 1, cell.a}, {cell.b + 1, cell.a + 1, cell.b}};
+        });
 }
 
 } // namespace orvex

@@ -1,3 +1,10 @@
+/// @file
+/// A disc of spokes and rings around a centre.
+///
+/// Its rings are stepped by addition, and what rounding makes of that is kept: how many rings a
+/// spoke has and where its vertices land follow from it, while the faces follow the counts that
+/// were set.
+
 #include "orvex/geometry/shapes/mesh_ellipse.h"
 
 #include <algorithm>

@@ -1,8 +1,5 @@
 #include "orvex/geometry/shapes/mesh_plane.h"
 
-#include <algorithm>
-
-#include "orvex/geometry/mesh/private/mesh_contents.h"
 #include "orvex/geometry/shapes/private/mesh_shape.h"
 
 namespace orvex {
@@ -73,20 +70,13 @@ CellFaces narrow_faces(const Cell& cell) {
 
 bool MeshPlane::_build_plane() {
     free_mesh_data();
-    const Grid grid{static_cast<unsigned long>(std::max(hsegs, 1)),
-                    static_cast<unsigned long>(std::max(wsegs, 1))};
-    if (!allocate(*this, grid.num_vertices(), grid.num_faces()))
-        return false;
-    MeshData& store = *get_mesh_data();
-    if (!allocate_quad_edges(store))
-        return false;
-    write_vertices(store, grid, width, height);
-    write_faces(store, grid, store.index_bits == 16 ? narrow_faces : wide_faces);
-    OutlineWriter outlines(store);
-    grid.for_each_cell(
-        [&](const Cell& cell) { outlines.add(cell.a, cell.a + 1, cell.b + 1, cell.b); });
-    mesh_contents::mark_for_upload(store);
-    return true;
+    const Grid grid = Grid::at_least(1, hsegs, 1, wsegs);
+    const auto split = [this](const Cell& cell) {
+        return get_mesh_data()->index_bits == 16 ? narrow_faces(cell) : wide_faces(cell);
+    };
+    return build_grid(
+        *this, grid, [this, &grid](MeshData& store) { write_vertices(store, grid, width, height); },
+        split, outline_along_first);
 }
 
 } // namespace orvex

@@ -1,10 +1,8 @@
 #include "orvex/geometry/shapes/mesh_sphere.h"
 
-#include <algorithm>
 #include <cmath>
 #include <numbers>
 
-#include "orvex/geometry/mesh/private/mesh_contents.h"
 #include "orvex/geometry/shapes/private/mesh_shape.h"
 
 namespace orvex {
@@ -71,21 +69,17 @@ void write_ring(MeshData& store, const Grid& grid, float radius, const std::vect
 
 bool MeshSphere::_build_sphere() {
     free_mesh_data();
-    const Grid grid{static_cast<unsigned long>(std::max(stacks, 2)),
-                    static_cast<unsigned long>(std::max(slices, 3))};
-    if (!allocate(*this, grid.num_vertices(), grid.num_faces()))
-        return false;
-    MeshData& store = *get_mesh_data();
-    if (!allocate_quad_edges(store))
-        return false;
-    const std::vector<SinCos> turn = full_turn(grid.columns);
-    for (unsigned long row = 0; row <= grid.rows; ++row)
-        write_ring(store, grid, radius, turn, row);
-    write_faces(store, grid, [](const Cell& cell) {
+    const Grid grid = Grid::at_least(2, stacks, 3, slices);
+    const auto write_vertices = [this, &grid](MeshData& store) {
+        const std::vector<SinCos> turn = full_turn(grid.columns);
+        for (unsigned long row = 0; row <= grid.rows; ++row)
+            write_ring(store, grid, radius, turn, row);
+    };
+    const auto split = [](const Cell& cell) {
         return CellFaces{{cell.a, cell.a + 1, cell.b}, {cell.b, cell.a + 1, cell.b + 1}};
-    });
-    write_outlines(store, grid);
-    mesh_contents::mark_for_upload(store);
+    };
+    if (!build_grid(*this, grid, write_vertices, split))
+        return false;
     bounding_sphere_use_inscribed_sphere(true);
     return true;
 }

@@ -1,3 +1,9 @@
+/// @file
+/// A grid raised by a height map.
+///
+/// The heights are read once, from the map that the first build finds, and kept: later builds
+/// with another grid take them anew from the same heights.
+
 #include "orvex/geometry/shapes/mesh_terrain.h"
 
 #include <algorithm>
@@ -5,7 +11,6 @@
 #include <utility>
 
 #include "orvex/assets/textures/texture.h"
-#include "orvex/geometry/mesh/private/mesh_contents.h"
 #include "orvex/geometry/shapes/private/mesh_shape.h"
 #include "orvex/math/private/sizes.h"
 #include "orvex/renderer/records/private/image_access.h"
@@ -115,16 +120,9 @@ float MeshTerrain::elevation(int x, int y, int n, float scale) {
            scale;
 }
 
-bool MeshTerrain::_build_terrain() {
-    free_mesh_data();
-    const int n = std::max(resolution, 0);
-    const Grid grid{static_cast<unsigned long>(n), static_cast<unsigned long>(n)};
-    if (!allocate(*this, grid.num_vertices(), grid.num_faces()))
-        return false;
+void MeshTerrain::write_vertices(int n) {
     MeshData& store = *get_mesh_data();
-    if (!allocate_quad_edges(store))
-        return false;
-
+    const Grid grid = Grid::at_least(0, n, 0, n);
     const float step = half_size * 2.0f / static_cast<float>(n);
     grid.for_each_vertex([&](unsigned long i, unsigned long row, unsigned long column) {
         const auto r = static_cast<float>(row);
@@ -135,12 +133,16 @@ bool MeshTerrain::_build_terrain() {
         store.set_uv0(i, texture_point(c / static_cast<float>(n), r / static_cast<float>(n)));
         store.set_color(i, white);
     });
-    write_faces(store, grid, [](const Cell& cell) {
-        return CellFaces{{cell.a, cell.b + 1, cell.a + 1}, {cell.a, cell.b, cell.b + 1}};
-    });
-    write_outlines(store, grid);
-    mesh_contents::mark_for_upload(store);
-    return true;
+}
+
+bool MeshTerrain::_build_terrain() {
+    free_mesh_data();
+    const int n = std::max(resolution, 0);
+    return build_grid(
+        *this, Grid::at_least(0, n, 0, n), [this, n](MeshData&) { write_vertices(n); },
+        [](const Cell& cell) {
+            return CellFaces{{cell.a, cell.b + 1, cell.a + 1}, {cell.a, cell.b, cell.b + 1}};
+        });
 }
 
 } // namespace orvex

@@ -72,6 +72,7 @@ public:
 
 private:
     bool _build_terrain();
+    void write_vertices(int n);
 
     Texture* height_map = nullptr;
     int resolution = 0;

@@ -1,9 +1,13 @@
+/// @file
+/// A ring: a section of a tube, turned around the Y axis.
+///
+/// The first ring is the section itself; the further ones are that section turned, positions and
+/// directions alike, with the sine and cosine of each angle taken once.
+
 #include "orvex/geometry/shapes/mesh_torus.h"
 
-#include <algorithm>
 #include <cmath>
 
-#include "orvex/geometry/mesh/private/mesh_contents.h"
 #include "orvex/geometry/shapes/private/mesh_shape.h"
 #include "orvex/math/private/angle.h"
 
@@ -104,23 +108,19 @@ void write_ring(MeshData& store, const std::vector<SectionVertex>& section, unsi
 
 bool MeshTorus::_build_torus() {
     free_mesh_data();
-    const auto count = static_cast<unsigned long>(std::max(slices, 0));
-    const Grid grid{count, count};
-    if (!allocate(*this, grid.num_vertices(), grid.num_faces()))
-        return false;
-    MeshData& store = *get_mesh_data();
-    if (!allocate_quad_edges(store))
-        return false;
-    const vec4 center(radius - tube_radius, 0.0f, 0.0f, 1.0f);
-    const std::vector<SectionVertex> section = section_of(center, tube_radius, count);
-    write_first_ring(store, section);
-    for (unsigned long ring = 1; ring <= count; ++ring)
-        write_ring(store, section, ring);
-    write_faces(store, grid, [](const Cell& cell) {
+    const Grid grid = Grid::at_least(0, slices, 0, slices);
+    const auto write_vertices = [this, &grid](MeshData& store) {
+        const vec4 center(radius - tube_radius, 0.0f, 0.0f, 1.0f);
+        const std::vector<SectionVertex> section = section_of(center, tube_radius, grid.columns);
+        write_first_ring(store, section);
+        for (unsigned long ring = 1; ring <= grid.rows; ++ring)
+            write_ring(store, section, ring);
+    };
+    const auto split = [](const Cell& cell) {
         return CellFaces{{cell.a, cell.b, cell.a + 1}, {cell.a + 1, cell.b, cell.b + 1}};
-    });
-    write_outlines(store, grid);
-    mesh_contents::mark_for_upload(store);
+    };
+    if (!build_grid(*this, grid, write_vertices, split))
+        return false;
     bounding_sphere_use_inscribed_sphere(false);
     return true;
 }

@@ -1,6 +1,7 @@
 #include "orvex/geometry/lines/curve.h"
 
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -33,6 +34,8 @@ TEST(Curve, is_a_polyline_without_points_at_first) {
     EXPECT_FALSE(curve->set_value(0, vec4()));
     EXPECT_EQ(curve->get_value_vec4_ptr(0), nullptr);
     EXPECT_EQ(curve->get_value_xyzw_ptr(0), nullptr);
+    EXPECT_EQ(std::as_const(*curve).get_value_vec4_ptr(0), nullptr);
+    EXPECT_EQ(std::as_const(*curve).get_value_xyzw_ptr(0), nullptr);
     EXPECT_EQ(curve->get_value_vec4(0), vec4());
     EXPECT_EQ(curve->get_value_vec3(0).x, 0.0f);
 }
@@ -60,6 +63,8 @@ TEST(Curve, plots_each_value_that_it_keeps) {
         EXPECT_EQ(curve->get_value_vec4(i), expected[i]);
         EXPECT_EQ(*curve->get_value_vec4_ptr(i), expected[i]);
         EXPECT_EQ(curve->get_value_xyzw_ptr(i)[3], expected[i].w);
+        EXPECT_EQ(std::as_const(*curve).get_value_vec4_ptr(i), curve->get_value_vec4_ptr(i));
+        EXPECT_EQ(std::as_const(*curve).get_value_xyzw_ptr(i), curve->get_value_xyzw_ptr(i));
         EXPECT_EQ(curve->get_value_vec3(i).z, expected[i].z);
         EXPECT_EQ(curve->get_polyline_data()->vertices[i].position, expected[i]);
     }

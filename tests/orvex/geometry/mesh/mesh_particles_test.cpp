@@ -1,6 +1,7 @@
 #include "orvex/geometry/mesh/mesh.h"
 
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -73,6 +74,7 @@ TEST(MeshParticles, are_set_one_by_one_or_all_weights_at_once) {
     OwnedMesh mesh = make_mesh(2, 0);
     mesh->set_vertex_particle(1, vec4(1, 2, 3, 4));
     EXPECT_EQ(mesh->get_vertex_particles()[1], vec4(1, 2, 3, 4));
+    EXPECT_EQ(std::as_const(*mesh).get_vertex_particles(), mesh->get_vertex_particles());
     mesh->set_vertex_particle_w(1, 0.5f);
     EXPECT_EQ(mesh->get_vertex_particles()[1], vec4(1, 2, 3, 0.5f));
     mesh->set_vertices_particle_w(7.0f);

@@ -1,3 +1,11 @@
+/// @file
+/// The walks over a pool, sixteen particles at a time.
+///
+/// A group that lives as a whole goes through lanes; one that lives in part is noted, and its
+/// living are moved one by one when the walk through its block is done. Both ways compute the
+/// same operations in the same order, so that the result does not depend on who lives beside
+/// whom.
+
 #include "orvex/geometry/particles/private/particle_motion.h"
 
 #include <algorithm>

@@ -3,11 +3,19 @@
 /// @file
 /// What the parametric shapes share: vertices in any format, faces in either width, and the grid
 /// that most of them are made of.
+///
+/// A shape keeps its parameters as they were set and looks at their range only when it builds. Its
+/// `build`, or `_build` where children are to be reached, goes through `build_if_asked`; one that
+/// is a grid hands `build_grid` a `Grid`, how its vertices lie and how a cell falls into two faces,
+/// and is done. The order of the operations on a coordinate decides its last bit and is never
+/// changed.
 
+#include <algorithm>
 #include <vector>
 
 #include "orvex/geometry/mesh/mesh.h"
 #include "orvex/geometry/mesh/private/logging_failures.h"
+#include "orvex/geometry/mesh/private/mesh_contents.h"
 #include "orvex/renderer/records/mesh_data.h"
 
 namespace orvex::mesh_shape {
@@ -116,6 +124,12 @@ struct Grid {
     unsigned long rows;
     unsigned long columns;
 
+    /// A grid of counts that hosts set, each raised to the least that its shape can be made of.
+    static Grid at_least(int least_rows, int rows, int least_columns, int columns) {
+        return {static_cast<unsigned long>(std::max(rows, least_rows)),
+                static_cast<unsigned long>(std::max(columns, least_columns))};
+    }
+
     unsigned long num_vertices() const { return (rows + 1) * (columns + 1); }
     unsigned long num_faces() const { return 2 * rows * columns; }
 
@@ -140,22 +154,51 @@ struct Grid {
     }
 };
 
-/// Outlines that go down a row first: a, b, b + 1, a + 1.
-inline void write_outlines(MeshData& store, const Grid& grid) {
-    OutlineWriter outlines(store);
-    grid.for_each_cell(
-        [&](const Cell& cell) { outlines.add(cell.a, cell.b, cell.b + 1, cell.a + 1); });
+/// The corners of a cell's outline, in the order in which its lines follow each other.
+struct CellOutline {
+    unsigned int corners[4];
+};
+
+/// Goes to the next row first: what most grids have.
+inline CellOutline outline_down_first(const Cell& cell) {
+    return {{cell.a, cell.b, cell.b + 1, cell.a + 1}};
 }
 
-/// Writes the faces that `split` makes of each cell.
-template<class Split>
-void write_faces(MeshData& store, const Grid& grid, Split split) {
+/// Goes along the row first.
+inline CellOutline outline_along_first(const Cell& cell) {
+    return {{cell.a, cell.a + 1, cell.b + 1, cell.b}};
+}
+
+/// Makes a shape that is a grid: room in the store, then its vertices, faces and outlines, and
+/// marks them for upload.
+/// @param write_vertices  called with the store: writes all vertices of the grid, row after row
+/// @param split           called with each cell: its two faces
+/// @param outline         called with each cell: the order of its corners
+/// @return false, with a log line, if memory runs out
+template<class WriteVertices, class Split>
+bool build_grid(Mesh& mesh, const Grid& grid, WriteVertices write_vertices, Split split,
+                CellOutline (*outline)(const Cell&) = outline_down_first) {
+    // Vertices first: they decide the width of the faces.
+    if (!allocate(mesh, grid.num_vertices(), grid.num_faces()))
+        return false;
+    MeshData& store = *mesh.get_mesh_data();
+    if (!allocate_quad_edges(store))
+        return false;
+    write_vertices(store);
+
     FaceWriter faces(store);
     grid.for_each_cell([&](const Cell& cell) {
         const CellFaces both = split(cell);
         faces.add(both.first);
         faces.add(both.second);
     });
+    OutlineWriter outlines(store);
+    grid.for_each_cell([&](const Cell& cell) {
+        const auto [a, b, c, d] = outline(cell).corners;
+        outlines.add(a, b, c, d);
+    });
+    mesh_contents::mark_for_upload(store);
+    return true;
 }
 
 } // namespace orvex::mesh_shape
