@@ -154,30 +154,25 @@ struct Grid {
     }
 };
 
-/// The corners of a cell's outline, in the order in which its lines follow each other.
-struct CellOutline {
-    unsigned int corners[4];
+/// Writes the outline of a cell, to the next row first: what most grids have.
+inline constexpr auto outline_down_first = [](OutlineWriter& outlines, const Cell& cell) {
+    outlines.add(cell.a, cell.b, cell.b + 1, cell.a + 1);
 };
 
-/// Goes to the next row first: what most grids have.
-inline CellOutline outline_down_first(const Cell& cell) {
-    return {{cell.a, cell.b, cell.b + 1, cell.a + 1}};
-}
-
-/// Goes along the row first.
-inline CellOutline outline_along_first(const Cell& cell) {
-    return {{cell.a, cell.a + 1, cell.b + 1, cell.b}};
-}
+/// Writes the outline of a cell, along the row first.
+inline constexpr auto outline_along_first = [](OutlineWriter& outlines, const Cell& cell) {
+    outlines.add(cell.a, cell.a + 1, cell.b + 1, cell.b);
+};
 
 /// Makes a shape that is a grid: room in the store, then its vertices, faces and outlines, and
 /// marks them for upload.
 /// @param write_vertices  called with the store: writes all vertices of the grid, row after row
 /// @param split           called with each cell: its two faces
-/// @param outline         called with each cell: the order of its corners
+/// @param outline         called with the writer and each cell: one of the two above
 /// @return false, with a log line, if memory runs out
-template<class WriteVertices, class Split>
+template<class WriteVertices, class Split, class Outline = decltype(outline_down_first)>
 bool build_grid(Mesh& mesh, const Grid& grid, WriteVertices write_vertices, Split split,
-                CellOutline (*outline)(const Cell&) = outline_down_first) {
+                Outline outline = outline_down_first) {
     // Vertices first: they decide the width of the faces.
     if (!allocate(mesh, grid.num_vertices(), grid.num_faces()))
         return false;
@@ -193,10 +188,7 @@ bool build_grid(Mesh& mesh, const Grid& grid, WriteVertices write_vertices, Spli
         faces.add(both.second);
     });
     OutlineWriter outlines(store);
-    grid.for_each_cell([&](const Cell& cell) {
-        const auto [a, b, c, d] = outline(cell).corners;
-        outlines.add(a, b, c, d);
-    });
+    grid.for_each_cell([&](const Cell& cell) { outline(outlines, cell); });
     mesh_contents::mark_for_upload(store);
     return true;
 }
