@@ -1,3 +1,6 @@
+// Where the camera stands so that a model fills the picture: axes of the view first, then the aim
+// that just holds every point, for one picture or for a whole turn.
+
 #include "framing.h"
 
 #include <algorithm>

@@ -1,3 +1,6 @@
+// A model, its textures and the runs of faces that share a material, drawn by one program. The
+// scene owns all that the load brought in, and gives it back at its end.
+
 #include "model_scene.h"
 
 #include <algorithm>

@@ -1,3 +1,5 @@
+// The texts of the shaders, for either path, and what makes a program of them.
+
 #include "shader.h"
 
 namespace {

@@ -1,3 +1,5 @@
+// The command line, word by word: short and long options, values behind them or glued to them.
+
 #include "arguments.h"
 
 #include <algorithm>

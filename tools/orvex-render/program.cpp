@@ -1,3 +1,6 @@
+// What the program does: each way through it gives one exit code, and the first thing that goes
+// wrong ends it with one message.
+
 #include "program.h"
 
 #include <algorithm>

@@ -1,3 +1,5 @@
+// The texts of --info and --gl.
+
 #include "report.h"
 
 #include <cstdarg>

@@ -1,3 +1,5 @@
+// A text over the picture: the font first, its own or a file, then the lines at their place.
+
 #include "text_overlay.h"
 
 #include <algorithm>

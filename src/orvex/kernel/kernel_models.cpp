@@ -5,15 +5,15 @@
 
 #include "orvex/kernel/kernel.h"
 
+#include <cstddef>
+#include <cstdio>
 #include <cstring>
 #include <memory>
-#include <string>
 
 #include "orvex/assets/textures/texture.h"
 #include "orvex/assets/textures/texture_mgr.h"
 #include "orvex/base/loader_3d.h"
 #include "orvex/base/plugin_mgr.h"
-#include "orvex/base/private/memory_out.h"
 #include "orvex/base/private/misuse.h"
 #include "orvex/geometry/mesh/model.h"
 
@@ -31,36 +31,28 @@ struct ModelRequest {
 };
 
 /// Why the last load of a model was false: the reason of the loader whose format the file has, or
-/// else those of all that were asked.
+/// else those of all that were asked. Of bounded length, so that it needs no memory and no end.
 class LoadFailure {
 public:
     void clear() noexcept {
-        reason.clear();
+        reason[0] = '\0';
         is_final = false;
     }
 
-    /// Takes the reason of a loader that refused the file. Without memory for it there is none.
+    /// Takes the reason of a loader that refused the file.
     void add(const Loader3D& loader) noexcept {
         const char* const why = loader.get_failure_reason();
         if (is_final || why[0] == '\0')
             return;
-        or_undo(
-            [&] {
-                if (loader.get_format_known_state()) {
-                    is_final = true;
-                    reason = why;
-                } else {
-                    reason += (reason.empty() ? "" : "; ") + std::string(why);
-                }
-                return true;
-            },
-            [this] { reason.clear(); });
+        is_final = loader.get_format_known_state();
+        const std::size_t length = is_final ? 0 : std::strlen(reason);
+        std::snprintf(reason + length, sizeof reason - length, "%s%s", length > 0 ? "; " : "", why);
     }
 
-    const char* text() const noexcept { return reason.c_str(); }
+    const char* text() const noexcept { return reason; }
 
 private:
-    std::string reason;
+    char reason[2048] = {};
     bool is_final = false;
 };
 

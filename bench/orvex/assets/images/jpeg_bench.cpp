@@ -25,7 +25,7 @@
 
 namespace {
 
-constexpr int WIDTH = 1920, HEIGHT = 1080;
+constexpr int picture_width = 1920, picture_height = 1080;
 
 /// Slopes compress best, noise worst; a render lies between them.
 enum class Kind { slopes, waves, noise };
@@ -37,12 +37,12 @@ unsigned char byte_of(double value) {
 std::vector<unsigned char> picture(Kind kind) {
     std::mt19937 random(1);
     std::vector<unsigned char> pixels;
-    pixels.reserve(WIDTH * HEIGHT * 4ul);
-    for (int y = 0; y < HEIGHT; ++y)
-        for (int x = 0; x < WIDTH; ++x) {
+    pixels.reserve(picture_width * picture_height * 4ul);
+    for (int y = 0; y < picture_height; ++y)
+        for (int x = 0; x < picture_width; ++x) {
             unsigned char r, g, b;
             if (kind == Kind::slopes) {
-                r = byte_of(x * 255 / WIDTH), g = byte_of(y * 255 / HEIGHT),
+                r = byte_of(x * 255 / picture_width), g = byte_of(y * 255 / picture_height),
                 b = byte_of((x + y) / 12);
             } else if (kind == Kind::waves) {
                 const double v = 127.0 + 60.0 * std::sin(x * 0.05) * std::cos(y * 0.03) +
@@ -60,14 +60,14 @@ std::vector<unsigned char> picture(Kind kind) {
 /// A file for the time of a benchmark.
 class OutputFile {
 public:
-    OutputFile() { ::close(::mkstemp(name_.data())); }
+    OutputFile() { ::close(::mkstemp(path.data())); }
     OutputFile(const OutputFile&) = delete;
     OutputFile& operator=(const OutputFile&) = delete;
-    ~OutputFile() { std::remove(name_.c_str()); }
-    const char* name() const { return name_.c_str(); }
+    ~OutputFile() { std::remove(path.c_str()); }
+    const char* name() const { return path.c_str(); }
 
 private:
-    std::string name_ = "/tmp/orvex_bench_XXXXXX";
+    std::string path = "/tmp/orvex_bench_XXXXXX";
 };
 
 template<typename Write>
@@ -82,7 +82,7 @@ void write_picture(benchmark::State& state, Kind kind, Write write) {
 
 void orvex_writer(benchmark::State& state, Kind kind) {
     write_picture(state, kind, [](const char* name, const unsigned char* pixels) {
-        return orvex::jo_write_jpg(name, pixels, WIDTH, HEIGHT, 4, 90);
+        return orvex::jo_write_jpg(name, pixels, picture_width, picture_height, 4, 90);
     });
 }
 BENCHMARK_CAPTURE(orvex_writer, slopes, Kind::slopes)->Unit(benchmark::kMillisecond);
@@ -92,7 +92,7 @@ BENCHMARK_CAPTURE(orvex_writer, noise, Kind::noise)->Unit(benchmark::kMillisecon
 #ifdef ORVEX_BENCH_STB_WRITE
 void stb_writer(benchmark::State& state, Kind kind) {
     write_picture(state, kind, [](const char* name, const unsigned char* pixels) {
-        return stbi_write_jpg(name, WIDTH, HEIGHT, 4, pixels, 91) != 0;
+        return stbi_write_jpg(name, picture_width, picture_height, 4, pixels, 91) != 0;
     });
 }
 BENCHMARK_CAPTURE(stb_writer, slopes, Kind::slopes)->Unit(benchmark::kMillisecond);

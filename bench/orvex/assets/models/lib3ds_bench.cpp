@@ -23,7 +23,7 @@ namespace {
 
 using namespace orvex;
 
-constexpr char MODELS[] = "/usr/share/glmark2/models/";
+constexpr char models_folder[] = "/usr/share/glmark2/models/";
 
 /// Where the memory of a load comes from: pages that the system hands out at first touch, as for a
 /// program's first model, or pages that the program has had before.
@@ -39,7 +39,7 @@ void prepare(Memory memory) {
 
 void load_with_engine(benchmark::State& state, const char* name, Memory memory) {
     Loader3D_Lib3ds loader;
-    loader.set_model_dir(MODELS);
+    loader.set_model_dir(models_folder);
     for (auto _ : state) {
         state.PauseTiming();
         prepare(memory);
@@ -55,13 +55,13 @@ void load_with_engine(benchmark::State& state, const char* name, Memory memory) 
 }
 
 void read_with_lib3ds(benchmark::State& state, const char* name, Memory memory) {
-    const std::string path = std::string(MODELS) + name;
+    const std::string path = std::string(models_folder) + name;
     for (auto _ : state) {
         state.PauseTiming();
         prepare(memory);
         state.ResumeTiming();
         Lib3dsFile* const file = lib3ds_file_open(path.c_str());
-        if (file == nullptr)
+        if (!file)
             state.SkipWithError("not read");
         state.PauseTiming();
         lib3ds_file_free(file);

@@ -37,7 +37,7 @@ public:
     std::string folder() const { return folder_; }
 
 private:
-    static constexpr int GRID = 317; ///< 316 by 316 quads are just short of 200,000 triangles
+    static constexpr int grid = 317; ///< 316 by 316 quads are just short of 200,000 triangles
 
     static void write_point(std::FILE* file, int x, int y) {
         const double height = std::sin(x * 0.05) * std::cos(y * 0.07);
@@ -55,21 +55,21 @@ private:
         write_library();
         std::FILE* file = std::fopen(path.c_str(), "w");
         std::fprintf(file, "mtllib quads.mtl\n");
-        for (int y = 0; y < GRID; ++y)
-            for (int x = 0; x < GRID; ++x)
+        for (int y = 0; y < grid; ++y)
+            for (int x = 0; x < grid; ++x)
                 write_point(file, x, y);
-        for (int y = 0; y < GRID; ++y)
-            for (int x = 0; x < GRID; ++x)
+        for (int y = 0; y < grid; ++y)
+            for (int x = 0; x < grid; ++x)
                 std::fprintf(file, "vt %.5f %.5f\n", x / 316.0, y / 316.0);
         for (int i = 0; i < 1000; ++i)
             std::fprintf(file, "vn %.5f %.5f %.5f\n", std::sin(i * 0.01), std::cos(i * 0.01), 0.25);
         int quad = 0;
-        for (int y = 0; y + 1 < GRID; ++y) {
-            for (int x = 0; x + 1 < GRID; ++x, ++quad) {
+        for (int y = 0; y + 1 < grid; ++y) {
+            for (int x = 0; x + 1 < grid; ++x, ++quad) {
                 if (quad % 12500 == 0)
                     std::fprintf(file, "g part%d\nusemtl paint%d\n", quad / 12500, quad / 12500);
-                const int a = y * GRID + x + 1;
-                const int corners[4] = {a, a + 1, a + GRID + 1, a + GRID};
+                const int a = y * grid + x + 1;
+                const int corners[4] = {a, a + 1, a + grid + 1, a + grid};
                 std::fprintf(file, "f");
                 for (const int corner : corners)
                     std::fprintf(file, " %d/%d/%d", corner, corner, corner % 1000 + 1);
@@ -81,17 +81,17 @@ private:
 
     /// 1,000,000 triangles as "a//c".
     static void write_triangles(const std::string& path) {
-        constexpr int WIDTH = 708;
+        constexpr int width = 708;
         std::FILE* file = std::fopen(path.c_str(), "w");
-        for (int y = 0; y < WIDTH; ++y)
-            for (int x = 0; x < WIDTH; ++x)
+        for (int y = 0; y < width; ++y)
+            for (int x = 0; x < width; ++x)
                 write_point(file, x, y);
-        for (int i = 0; i < WIDTH * WIDTH; ++i)
+        for (int i = 0; i < width * width; ++i)
             std::fprintf(file, "vn %.4f %.4f %.4f\n", std::sin(i * 0.01), std::cos(i * 0.01), 0.25);
-        for (int y = 0; y + 1 < WIDTH; ++y) {
-            for (int x = 0; x + 1 < WIDTH; ++x) {
-                const int a = y * WIDTH + x + 1;
-                const int b = a + WIDTH;
+        for (int y = 0; y + 1 < width; ++y) {
+            for (int x = 0; x + 1 < width; ++x) {
+                const int a = y * width + x + 1;
+                const int b = a + width;
                 std::fprintf(file, "f %d//%d %d//%d %d//%d\n", a, a, a + 1, a + 1, b, b);
                 std::fprintf(file, "f %d//%d %d//%d %d//%d\n", a + 1, a + 1, b + 1, b + 1, b, b);
             }

@@ -15,21 +15,21 @@ using namespace orvex;
 class Input {
 public:
     Input(const uint8_t* data, size_t size)
-        : data_(data)
-        , size_(size) {}
-    bool empty() const { return size_ == 0; }
+        : data(data)
+        , left(size) {}
+    bool empty() const { return left == 0; }
     unsigned int next() {
         if (empty())
             return 0;
-        --size_;
-        return *data_++;
+        --left;
+        return *data++;
     }
     unsigned long size() { return next() % 24; }
     PIXEL_FORMAT format() { return static_cast<PIXEL_FORMAT>(next() % 12); }
 
 private:
-    const uint8_t* data_;
-    size_t size_;
+    const uint8_t* data;
+    size_t left;
 };
 
 using Memory = std::vector<std::unique_ptr<unsigned char[]>>;

@@ -12,11 +12,11 @@
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     orvex::Lib3dsFilePtr file = orvex::read_3ds_bytes(data, size);
-    if (file == nullptr)
+    if (!file)
         return 0;
     orvex::Loader3D_Lib3ds loader;
     loader.read_materials(file.get());
-    if (file->nodes == nullptr)
+    if (!file->nodes)
         lib3ds_file_create_nodes_for_meshes(file.get());
     lib3ds_file_eval(file.get(), 0.0f);
     loader.read_meshes(file.get());

@@ -19,7 +19,7 @@ void require(bool condition) {
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const std::string text(reinterpret_cast<const char*>(data), size);
     const auto model = orvex::read_obj_text(text.c_str(), text.size(), "/nonexistent/");
-    if (model == nullptr)
+    if (!model)
         return 0;
     require(model->num_vertices > 0 && model->num_triangles > 0);
     require(model->vertices.size() == model->num_vertices + 1);

@@ -1,3 +1,6 @@
+// Conversions of pixels from one layout to another: a layout is a type of channel and their number,
+// and channels go by position. New pixels stand in full before the old ones go.
+
 #include "orvex/renderer/records/image.h"
 
 #include <memory>

@@ -1,3 +1,6 @@
+// Pixels from the caller, one colour for all of them, and noise. Each asks first whether the buffer
+// that the image owns has room for what its sizes claim.
+
 #include "orvex/renderer/records/image.h"
 
 #include <algorithm>

@@ -1,3 +1,6 @@
+// The flips, in place and row by row. External pixels are copied first: they are the codec's, and
+// other images may show them.
+
 #include "orvex/renderer/records/image.h"
 
 #include <algorithm>

@@ -1,3 +1,6 @@
+// A material holds a reference on its program and on each texture, and gives them back in
+// `_cleanup`. A list grows before a reference is counted, so that the end of memory leaves neither.
+
 #include "orvex/assets/materials/material.h"
 
 #include <algorithm>
@@ -7,6 +10,7 @@
 #include "orvex/assets/textures/texture.h"
 #include "orvex/assets/textures/texture_mgr.h"
 #include "orvex/base/log_mgr.h"
+#include "orvex/base/private/misuse.h"
 #include "orvex/gpu/gpu_program.h"
 #include "orvex/math/vec4.h"
 #include "orvex/renderer/renderer.h"
@@ -62,8 +66,10 @@ GpuProgram* Material::get_gpu_program() const {
 // -------------------------------------------------------------------------------- textures
 
 void Material::add_texture(Texture* texture) {
-    if (!texture)
+    if (!texture) {
+        misuse("Material::add_texture", "a null texture");
         return;
+    }
     data->textures.push_back(texture);
     texture->add_ref();
 }
@@ -227,7 +233,7 @@ Texture* Material::load_texture(Renderer* renderer, const char* filename, PIXEL_
 
 bool Material::async_loading_add_texture_filename(const char* filename) {
     if (!filename)
-        return false;
+        return misuse("Material::async_loading_add_texture_filename", "a null name");
     data->texture_filenames.emplace_back(filename);
     return true;
 }

@@ -1,5 +1,8 @@
 #pragma once
 
+/// @file
+/// Material: a program, textures and colours, as a resource.
+
 #include <memory>
 
 #include "orvex/api.h"

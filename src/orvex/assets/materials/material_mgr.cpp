@@ -1,6 +1,7 @@
 #include "orvex/assets/materials/material_mgr.h"
 
 #include "orvex/assets/materials/material.h"
+#include "orvex/base/private/misuse.h"
 
 namespace orvex {
 
@@ -37,7 +38,8 @@ Material* MaterialMgr::create_material(const char* name) {
 }
 
 bool MaterialMgr::add_material(Material* material) {
-    return add_resource(material);
+    return material ? add_resource(material)
+                    : misuse("MaterialMgr::add_material", "a null material");
 }
 
 } // namespace orvex

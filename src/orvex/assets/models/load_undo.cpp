@@ -2,9 +2,14 @@
 
 #include "orvex/assets/materials/material.h"
 #include "orvex/assets/materials/material_mgr.h"
+#include "orvex/geometry/mesh/mesh.h"
 #include "orvex/geometry/mesh/model.h"
 
 namespace orvex {
+
+void MeshEnd::operator()(Mesh* mesh) const {
+    mesh->kill(nullptr, nullptr);
+}
 
 LoadUndo::LoadUndo(Model& model)
     : model(model)
@@ -12,7 +17,9 @@ LoadUndo::LoadUndo(Model& model)
     , num_model_materials(model.get_num_materials())
     , num_materials(MaterialMgr::get()->get_num_resources()) {}
 
-void LoadUndo::give_back() const {
+LoadUndo::~LoadUndo() {
+    if (is_kept)
+        return;
     // Meshes first: they hold materials.
     while (model.get_num_children() > num_children)
         model.remove_child(model.get_child(model.get_num_children() - 1));

@@ -1,3 +1,7 @@
+// A texture and its record. A record that its last texture drops is emptied at once but lives,
+// parked, until that texture ends, since somebody may still look at it; decoded pixels go through
+// decoded_pixels.h, which knows who else holds them.
+
 #include "orvex/assets/textures/texture.h"
 
 #include "orvex/assets/textures/private/decoded_pixels.h"

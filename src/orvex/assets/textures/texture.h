@@ -1,5 +1,8 @@
 #pragma once
 
+/// @file
+/// Texture: pixels of the CPU and the GPU, as a resource.
+
 #include "orvex/api.h"
 #include "orvex/math/math_fwd.h"
 #include "orvex/renderer/renderer_types.h"
@@ -55,12 +58,17 @@ public:
     virtual bool load_cubemap_face_image(CUBEMAP_FACE face, Image* image);
 
     /// Makes it a 1D texture with fresh pixels; see `Image::create`.
+    /// @param size  pixels; 0 gives a texture without any. A size whose bytes can't be counted is
+    ///              refused; one that finds no memory throws `std::bad_alloc`
     /// @return false if the image can't be created; the type then stays
     virtual bool create_1d(unsigned long size, PIXEL_FORMAT format);
     /// Makes it a 2D texture with fresh pixels.
+    /// @param width,height  pixels, as the size of `create_1d`
     /// @return false if the image can't be created; the type then stays
     virtual bool create_2d(unsigned long width, unsigned long height, PIXEL_FORMAT format);
-    /// Makes it a cube texture with six fresh faces. @return true, whatever the faces return
+    /// Makes it a cube texture with six fresh faces.
+    /// @param size  of an edge in pixels, as that of `create_1d`
+    /// @return true, whatever the faces return
     virtual bool create_cubemap(unsigned long size, PIXEL_FORMAT format);
 
     /// Stands for the colour texture of a render target, to which it goes on belonging. Always the
@@ -82,6 +90,7 @@ public:
     virtual bool gpu_memory_update(Renderer* renderer);
 
     /// Binds the texture to a unit, and sends the CPU pixels if they are newer.
+    /// @param unit  from 0; the renderer says what it does with one that isn't there
     /// @return true with a renderer, even if it could not bind
     virtual bool bind(Renderer* renderer, unsigned long unit);
     /// Leaves the unit without any texture. @return the renderer's result
@@ -92,6 +101,7 @@ public:
     /// Calls `image_bind`.
     virtual bool image_activate(Renderer* renderer, unsigned long unit, DATA_ACCESS_TYPE access);
     /// Binds level 0 to an image unit of shaders. Drivers take float formats 6 and 7.
+    /// @param unit  from 0; one that the driver doesn't have is an error of its own
     /// @return the renderer's result
     virtual bool image_bind(Renderer* renderer, unsigned long unit, DATA_ACCESS_TYPE access);
     /// Leaves the image unit without a texture. @return the renderer's result
@@ -175,10 +185,11 @@ public:
                          unsigned int seed);
 
     /// Write one texel as `Image::set_pixel` does; marked as newer on success.
+    /// @param index  below the number of pixels; false beyond
     bool set_texel_1d(unsigned long index, const vec4& color);
     /// The same from floats; null is false.
     bool set_texel_1d_v2(unsigned long index, const float* color);
-    /// The same at column `x` of row `y`.
+    /// The same at column `x` of row `y`, of which only the pixel that they make is checked.
     bool set_texel_2d(unsigned long x, unsigned long y, const vec4& color);
     /// The same from floats; null is false.
     bool set_texel_2d_v2(unsigned long x, unsigned long y, const float* color);
@@ -205,6 +216,9 @@ public:
     /// What lies outside of 0 to 1; repeated at first.
     void set_addressing_mode(Renderer* renderer, SAMPLER_ADDRESSING_MODE mode);
     /// Degree of anisotropic filtering; 1, none, at first.
+    /// @param anisotropy  from 1 up to what the driver offers; stored as given, and anything else
+    /// is
+    ///                    the driver's to refuse
     void set_anisotropy(Renderer* renderer, float anisotropy);
     /// @}
 

@@ -1,3 +1,6 @@
+// The registry's own part: codecs, new textures, and giving textures back. Loading stands in
+// texture_mgr_load.cpp, writing in texture_mgr_output.cpp.
+
 #include "orvex/assets/textures/texture_mgr.h"
 
 #include <algorithm>
@@ -10,6 +13,7 @@
 #include "orvex/assets/textures/texture.h"
 #include "orvex/base/image_codec.h"
 #include "orvex/base/plugin_mgr.h"
+#include "orvex/base/private/misuse.h"
 #include "orvex/base/private/plugin_end.h"
 #include "orvex/renderer/records/texture_data.h"
 #include "orvex/renderer/renderer.h"
@@ -47,7 +51,7 @@ bool TextureMgr::stop(Renderer* renderer) {
 
 bool TextureMgr::register_image_codec_plugin(ImageCodec* codec) {
     if (!codec)
-        return false;
+        return misuse("TextureMgr::register_image_codec_plugin", "a null codec");
     data->image_codecs.push_back(codec); // may find no memory: first of all
     codec->add_ref();
     if (!data->default_image_codec && std::strstr(codec->get_name(), "stb")) {
@@ -147,7 +151,7 @@ Texture* TextureMgr::create_depth_texture_from_render_target(RenderTarget* targe
 }
 
 bool TextureMgr::add_texture(Texture* texture) {
-    return add_resource(texture);
+    return texture ? add_resource(texture) : misuse("TextureMgr::add_texture", "a null texture");
 }
 
 namespace {
@@ -171,7 +175,7 @@ void give_back_pixels(Texture& texture) {
 
 bool TextureMgr::release_texture(Renderer* renderer, Texture* texture, Thread* thread) {
     if (!texture)
-        return false;
+        return misuse("TextureMgr::release_texture", "a null texture");
     if (ends_pixels(renderer, *texture))
         give_back_pixels(*texture);
     release_resource(renderer, texture, thread);

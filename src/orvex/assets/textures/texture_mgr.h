@@ -1,5 +1,8 @@
 #pragma once
 
+/// @file
+/// TextureMgr: the registry of textures, and the way to the image codecs.
+
 #include <memory>
 
 #include "orvex/api.h"
@@ -71,6 +74,7 @@ public:
     /// An empty texture: type 2D, no pixels.
     Texture* create_texture();
     /// Never null: a texture that couldn't be given pixels comes without.
+    /// @param size  in pixels; see `Texture::create_1d`
     Texture* create_texture_1d(unsigned long size, PIXEL_FORMAT format);
     /// As `create_texture_1d`, for 2D; sizes in pixels.
     Texture* create_texture_2d(unsigned long width, unsigned long height, PIXEL_FORMAT format);
@@ -151,7 +155,7 @@ public:
     /// @name GPU stage
     /// @{
 
-    /// Makes the GPU texture by the texture's type, with `unit` as the unit to work on.
+    /// Makes the GPU texture by the texture's type, with `unit` as the unit to work on, from 0.
     /// @return the renderer's result; false for null and for types other than 1D, 2D and cube
     bool upload_to_renderer(Renderer* renderer, Texture* texture, unsigned long unit);
     /// Sends a decoded file to the texture's GPU copy, which has to be bound, and keeps none of it.

@@ -1,9 +1,14 @@
+// Loading: a source, which is a file or a block of memory, is offered to the codec that decoded the
+// last one and then to all in their order, and the first that decodes it fills a texture, a face,
+// or the GPU's copy alone.
+
 #include "orvex/assets/textures/texture_mgr.h"
 
 #include "orvex/assets/textures/private/decoded_pixels.h"
 #include "orvex/assets/textures/private/texture_mgr_data.h"
 #include "orvex/assets/textures/texture.h"
 #include "orvex/base/image_codec.h"
+#include "orvex/base/private/misuse.h"
 #include "orvex/renderer/private/debug_name.h"
 #include "orvex/renderer/records/private/image_access.h"
 #include "orvex/renderer/records/texture_data.h"
@@ -78,8 +83,10 @@ bool TextureMgr::Access::load_image(TextureMgr& mgr, Texture& texture, const aut
 }
 
 bool TextureMgr::load_image_from_file(Texture* texture, const char* filename, bool flag) {
-    return texture && texture->get_data_ptr() && filename &&
-           TextureMgr::Access::load_image(*this, *texture, Source(filename, flag));
+    if (!texture || !texture->get_data_ptr() || !filename)
+        return misuse("TextureMgr::load_image_from_file",
+                      "a null file name, or no texture to fill");
+    return TextureMgr::Access::load_image(*this, *texture, Source(filename, flag));
 }
 
 bool TextureMgr::load_texture_2d_from_file(Texture* texture, const char* filename, bool flag) {
@@ -93,7 +100,7 @@ bool TextureMgr::load_texture_2d_from_memory(Texture* texture, const unsigned ch
                                              unsigned long size, bool flag) {
     const Source source(bytes, size, flag);
     if (!texture || !texture->get_data_ptr() || !source.exists())
-        return false;
+        return misuse("TextureMgr::load_texture_2d_from_memory", "no bytes, or no texture to fill");
     texture->get_data_ptr()->type = TEXTURE_TYPE_2D;
     return TextureMgr::Access::load_image(*this, *texture, source);
 }
@@ -122,7 +129,7 @@ bool TextureMgr::Access::load_cubemap_face(TextureMgr& mgr, Texture* texture, CU
                                            const auto& source) {
     Image* const image = texture ? texture->get_cubemap_image_ptr(face) : nullptr;
     if (!image || !source.exists())
-        return false;
+        return misuse("TextureMgr::load_cubemap_face", "no picture, or no such face to fill");
     texture->get_data_ptr()->type = TEXTURE_TYPE_CUBE;
     ImageCodec* const codec = mgr.data->find_decoder(
         [&](ImageCodec& candidate) { return decode_into_face(candidate, source, *image); });
@@ -158,7 +165,8 @@ constexpr int num_faces = 6;
 bool TextureMgr::load_texture_cube_from_files(Texture* texture, const char* const* filenames,
                                               bool flag) {
     if (!filenames || !make_cube(texture))
-        return false;
+        return misuse("TextureMgr::load_texture_cube_from_files",
+                      "no names, or no texture to fill");
     for (int face = 0; face < num_faces; ++face)
         if (!load_cubemap_face_from_file(texture, static_cast<CUBEMAP_FACE>(face), filenames[face],
                                          flag))
@@ -178,7 +186,8 @@ bool TextureMgr::load_texture_cube_from_files(Texture* texture, const char* posi
 bool TextureMgr::load_texture_cube_from_memory(Texture* texture, const unsigned char* const* blocks,
                                                const unsigned long* sizes, bool flag) {
     if (!blocks || !sizes || !make_cube(texture))
-        return false;
+        return misuse("TextureMgr::load_texture_cube_from_memory",
+                      "no blocks, or no texture to fill");
     for (int face = 0; face < num_faces; ++face)
         if (!load_cubemap_face_from_memory(texture, static_cast<CUBEMAP_FACE>(face), blocks[face],
                                            sizes[face], flag))
@@ -254,7 +263,8 @@ bool decode_into_gpu(ImageCodec& codec, ImageCodec* last, const Source& source, 
 bool TextureMgr::update_gpu_memory_from_file(Renderer* renderer, Texture* texture,
                                              const char* filename, bool flag) {
     if (!renderer || !texture || !texture->get_data_ptr() || !filename)
-        return false;
+        return misuse("TextureMgr::update_gpu_memory_from_file",
+                      "a null renderer or name, or no texture to fill");
     const Source source(filename, flag);
     bool sent = false;
     ImageCodec* const codec = data->find_decoder([&](ImageCodec& candidate) {
@@ -268,7 +278,7 @@ bool TextureMgr::update_gpu_memory_from_file(Renderer* renderer, Texture* textur
 
 bool TextureMgr::upload_to_renderer(Renderer* renderer, Texture* texture, unsigned long unit) {
     if (!renderer || !texture)
-        return false;
+        return misuse("TextureMgr::upload_to_renderer", "a null renderer or texture");
     const DebugName name(*texture);
     switch (texture->get_type()) {
     case TEXTURE_TYPE_2D:

@@ -1,3 +1,6 @@
+// What a host does to the pixels of a texture, and what comes back from the GPU. An edit that
+// worked marks the pixels as newer where the next bind is to send them.
+
 #include "orvex/assets/textures/texture.h"
 
 #include <algorithm>

@@ -1,3 +1,6 @@
+// The image's life, its pixel buffers and single pixels. Sizes are multiplied without wrapping
+// around: what can't be expressed is refused before any memory is asked for.
+
 #include "orvex/renderer/records/image.h"
 
 #include <algorithm>
@@ -114,7 +117,7 @@ bool create_pixels(Image& image, PIXEL_FORMAT format, bool zero_fill) {
     const unsigned long bytes =
         saturating_product(saturating_product(image.width, image.height, image.depth),
                            static_cast<unsigned long>(bytes_per_pixel(format)));
-    if (bytes == ULONG_MAX)
+    if (bytes == largest_size)
         return false;
     u8 ? ImageAccess::allocate_u8(image, bytes) : ImageAccess::allocate_f32(image, bytes);
     image.pixel_format = format;
@@ -215,8 +218,7 @@ namespace {
 
 /// Index of a pixel; one that can't be expressed is past every image.
 unsigned long linear_index(unsigned long x, unsigned long y, unsigned long width) {
-    const unsigned long row = saturating_product(y, width);
-    return row > ULONG_MAX - x ? ULONG_MAX : row + x;
+    return saturating_sum(saturating_product(y, width), x);
 }
 
 } // namespace

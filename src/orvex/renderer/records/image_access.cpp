@@ -1,3 +1,7 @@
+// How many bytes lie behind the pointers of an image. A note counts only while the field still
+// holds the pointer that it was made for; without one, a host's own pointer is taken at the image's
+// word.
+
 #include "orvex/renderer/records/private/image_access.h"
 
 #include <climits>

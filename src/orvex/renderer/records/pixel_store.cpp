@@ -1,3 +1,6 @@
+// One table for all decoded pixels. Who holds them stands in a row through the images themselves,
+// so that a hold ends without memory and without a search.
+
 #include "orvex/renderer/records/private/pixel_store.h"
 
 #include <mutex>

@@ -1,3 +1,7 @@
+// The built-in codec. Decoded pixels are lent to the image together with what frees them, so that
+// they may outlive the codec; every way out of an operation that fails leaves the image as it was
+// and keeps a reason.
+
 #include "orvex/assets/images/codecs/image_codec_stb.h"
 
 #include <algorithm>
@@ -56,7 +60,7 @@ bool ImageCodecStb::load_image_from_file(Image* image, const char* filename, boo
     const auto load = [&] {
         FileBytes file;
         if (!file.read(filename, INT_MAX - 1)) {
-            set_failure_reason("no regular file below 2 GiB that can be read");
+            set_failure_reason("no regular file below 2 GiB that can be read, or no memory for it");
             return false;
         }
         return load_image_from_memory(image, const_cast<unsigned char*>(file.data()),

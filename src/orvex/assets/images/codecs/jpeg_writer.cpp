@@ -1,3 +1,6 @@
+// The JPEG writer: head and tables, then block by block from pixels to coefficients (jpeg_block.h)
+// and from those to bits (jpeg_bits.h). The bytes are the same on every machine.
+
 #include "orvex/assets/images/codecs/jpeg_writer.h"
 
 #include <algorithm>

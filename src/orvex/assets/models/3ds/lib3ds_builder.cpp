@@ -1,9 +1,13 @@
+// From the record of a load to meshes and materials. Nothing here looks at lib3ds; what a face says
+// of its material is an index into the record.
+
 #include <vector>
 
 #include "orvex/assets/materials/material.h"
 #include "orvex/assets/materials/material_mgr.h"
 #include "orvex/assets/models/3ds/loader_3d_lib3ds.h"
 #include "orvex/assets/models/3ds/private/lib3ds_records.h"
+#include "orvex/assets/models/private/load_undo.h"
 #include "orvex/geometry/mesh/mesh.h"
 #include "orvex/geometry/mesh/model.h"
 #include "orvex/renderer/records/mesh_data.h"
@@ -16,8 +20,11 @@ bool Loader3D_Lib3ds::build_model(Model* model) {
     for (std::uint64_t i = 0; i < lib3ds_data->num_materials; ++i)
         build_material(&lib3ds_data->materials[i], model);
     for (const auto& record : lib3ds_data->meshes)
-        if (build_mesh(record.get(), model))
-            model->add_child(record->mesh);
+        if (build_mesh(record.get(), model)) {
+            FreshMesh mesh(record->mesh);
+            model->add_child(mesh.get());
+            static_cast<void>(mesh.release()); // the model holds it now
+        }
     return true;
 }
 
@@ -150,17 +157,15 @@ bool Loader3D_Lib3ds::build_mesh(sLib3dsMesh* record, Model* model) {
     constexpr std::uint32_t vertices_of_a_face = 3;
     if (!record || !model || record->num_vertices < vertices_of_a_face || record->num_faces == 0)
         return false;
-    Mesh* const mesh = model->create_mesh();
+    FreshMesh mesh(model->create_mesh());
     mesh->set_name(record->name);
     if (!mesh->alloc_vertex_data(record->num_vertices) ||
-        !mesh->alloc_face_data(record->num_faces, false)) {
-        mesh->kill(nullptr, nullptr);
+        !mesh->alloc_face_data(record->num_faces, false))
         return false;
-    }
-    record->mesh = mesh;
     build_vertices(*record, *mesh->get_mesh_data());
     mesh->set_vertices_color(1.0f, 1.0f, 1.0f, 1.0f, nullptr);
     FaceBuilder(*record, *mesh, lib3ds_data->materials.get(), lib3ds_data->num_materials).build();
+    record->mesh = mesh.release();
     return true;
 }
 

@@ -1,3 +1,5 @@
+// What stands in a mesh: its lists, and that its faces name vertices which are there.
+
 #include "orvex/assets/models/3ds/private/lib3ds_mesh_check.h"
 
 #include <algorithm>

@@ -1,3 +1,5 @@
+// What stands in a node of the keyframer, and that all nodes make a tree.
+
 #include "orvex/assets/models/3ds/private/lib3ds_node_check.h"
 
 #include <bit>

@@ -1,3 +1,5 @@
+// Opens a file for lib3ds: all of it is checked, then lib3ds reads the very same bytes from memory.
+
 #include "orvex/assets/models/3ds/private/lib3ds_open.h"
 
 #include <algorithm>
@@ -100,7 +102,7 @@ Lib3dsFilePtr read_3ds_bytes(const unsigned char* bytes, std::size_t size, Lib3d
 }
 
 Lib3dsFilePtr open_3ds_file(const char* path, Lib3dsFault* fault) {
-    const Lib3dsFault unreadable{"no regular file that can be read", 0, false};
+    const Lib3dsFault unreadable{"no regular file that can be read, or no memory for it", 0, false};
     ByteWindow window;
     if (!path || !window.open(path))
         return refuse(fault, unreadable);

@@ -1,3 +1,6 @@
+// From lib3ds's file to the record of a load: materials, then each mesh as each node shows it,
+// placed as at frame 0. The file's own vertices move with that.
+
 #include <algorithm>
 #include <cmath>
 #include <cstdio>

@@ -30,12 +30,15 @@ bool Loader3D_Lib3ds::load_from_file(Model* model, const char* filename) {
     clear_failure_reason();
     if (!model || !filename)
         return misuse("Loader3D_Lib3ds::load_from_file", "a null model or file name");
-    const LoadUndo undo(*model);
-    const bool loaded = or_undo([&] { return read_file(filename) && build_model(model); },
-                                [&] {
-                                    undo.give_back();
-                                    set_failure_reason("memory ran out");
-                                });
+    const auto load = [&] {
+        if (!read_file(filename))
+            return false;
+        LoadUndo undo(*model);
+        build_model(model);
+        undo.keep();
+        return true;
+    };
+    const bool loaded = or_undo(load, [&] { set_failure_reason("memory ran out"); });
     free_memory();
     return loaded;
 }

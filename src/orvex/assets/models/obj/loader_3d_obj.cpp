@@ -26,12 +26,8 @@ bool Loader3D_OBJ::load_from_file(Model* model, const char* filename) {
     clear_failure_reason();
     if (!model || !filename)
         return misuse("Loader3D_OBJ::load_from_file", "a null model or file name");
-    const LoadUndo undo(*model);
     return or_undo([&] { return read_and_build(*model, filename); },
-                   [&] {
-                       undo.give_back();
-                       set_failure_reason("memory ran out");
-                   });
+                   [&] { set_failure_reason("memory ran out"); });
 }
 
 bool Loader3D_OBJ::read_and_build(Model& model, const char* filename) {
@@ -40,11 +36,13 @@ bool Loader3D_OBJ::read_and_build(Model& model, const char* filename) {
     const std::unique_ptr<OBJ_Model> source =
         read_obj_file((model_dir + filename).c_str(), model_dir, &fault);
     if (source) {
+        LoadUndo undo(model);
         build_model(*source, model);
+        undo.keep();
         return true;
     }
     if (fault.is_unreadable)
-        set_format_unknown("no regular file that can be read");
+        set_format_unknown("no regular file that can be read, or no memory for it");
     else if (fault.num_vertices == 0)
         set_format_unknown("no OBJ file: none of its %zu lines begins with a v", fault.num_lines);
     else

@@ -1,11 +1,14 @@
+// From what an OBJ file holds to meshes and materials. Materials come first, since faces name them
+// by their ids; then one mesh a group, in the order of the file.
+
 #include "orvex/assets/models/obj/private/obj_builder.h"
 
 #include <cstddef>
-#include <memory>
 #include <new>
 
 #include "orvex/assets/materials/material.h"
 #include "orvex/assets/materials/material_mgr.h"
+#include "orvex/assets/models/private/load_undo.h"
 #include "orvex/geometry/mesh/mesh.h"
 #include "orvex/geometry/mesh/model.h"
 #include "orvex/renderer/records/mesh_data.h"
@@ -176,15 +179,10 @@ private:
     std::size_t num_faces = 0;
 };
 
-/// Ends a mesh that no model has yet.
-struct MeshEnd {
-    void operator()(Mesh* mesh) const { mesh->kill(nullptr, nullptr); }
-};
-
 /// One mesh of a group. Corners are not shared between triangles: each has three vertices of its
 /// own. Throws `std::bad_alloc`; the mesh has ended then.
 void build_mesh(const OBJ_Model& source, const OBJ_Group& group, Model& target) {
-    std::unique_ptr<Mesh, MeshEnd> fresh(target.create_mesh());
+    FreshMesh fresh(target.create_mesh());
     Mesh& mesh = *fresh;
     mesh.set_name(group.name.c_str());
     if (!mesh.alloc_vertex_data(3 * group.num_filled) ||

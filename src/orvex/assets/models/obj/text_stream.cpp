@@ -1,13 +1,15 @@
+// Numbers of a text: the common forms by exact arithmetic on plain digits, every other form by the
+// C library's own reading of the same bytes.
+
 #include "orvex/assets/models/obj/private/text_stream.h"
 
 #include <array>
 #include <bit>
 #include <cfloat>
+#include <clocale>
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
-
-#include <locale.h>
 
 namespace orvex {
 

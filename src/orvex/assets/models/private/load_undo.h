@@ -3,24 +3,39 @@
 /// @file
 /// How a load that fails gives back what it had added.
 
+#include <memory>
+
 namespace orvex {
 
+class Mesh;
 class Model;
 
-/// Remembers what a model and the registry of materials hold when a load begins. A loader is the
-/// only one who adds to either while it loads, so that all that comes later is its own.
+/// Ends a mesh that no model has yet.
+struct MeshEnd {
+    void operator()(Mesh* mesh) const;
+};
+using FreshMesh = std::unique_ptr<Mesh, MeshEnd>;
+
+/// Remembers what a model and the registry of materials hold when a load begins, and ends what came
+/// since when it goes out of scope, unless `keep` was called. A loader is the only one who adds to
+/// either while it loads, so that all that comes later is its own.
 class LoadUndo {
 public:
     explicit LoadUndo(Model& model);
+    LoadUndo(const LoadUndo&) = delete;
+    LoadUndo& operator=(const LoadUndo&) = delete;
+    /// Allocates nothing.
+    ~LoadUndo();
 
-    /// Ends the meshes and materials that came since, the newest first. Allocates nothing.
-    void give_back() const;
+    /// The load has succeeded: all stays.
+    void keep() { is_kept = true; }
 
 private:
     Model& model;
     const unsigned long num_children;
     const unsigned long num_model_materials;
     const unsigned long num_materials;
+    bool is_kept = false;
 };
 
 } // namespace orvex

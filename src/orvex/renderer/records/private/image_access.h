@@ -80,7 +80,7 @@ public:
     KeepExternalSize& operator=(const KeepExternalSize&) = delete;
     ~KeepExternalSize() { ImageAccess::note_external(image, bytes); }
 
-    void replace(unsigned long bytes) { bytes = bytes; }
+    void replace(unsigned long new_bytes) { bytes = new_bytes; }
 
 private:
     Image& image;

@@ -595,5 +595,23 @@ TEST_F(ImageCodecStbSaveTest, refuses_a_size_without_its_pixels) {
     }
 }
 
+TEST_F(ImageCodecStbTest, keeps_why_a_call_failed_until_the_next_and_for_its_own_thread) {
+    EXPECT_STREQ(codec.get_failure_reason(), "");
+    EXPECT_FALSE(codec.load_image_from_file(&image, "/nonexistent.png", false));
+    EXPECT_STREQ(codec.get_failure_reason(), "no regular file below 2 GiB that can be read, or no memory for it");
+    std::thread([this] { EXPECT_STREQ(codec.get_failure_reason(), ""); }).join();
+
+    EXPECT_FALSE(load({'j', 'u', 'n', 'k'}));
+    EXPECT_EQ(std::string(codec.get_failure_reason()).find("4 bytes that are no picture"), 0u)
+        << codec.get_failure_reason();
+    const ImageCodecStb other;
+    EXPECT_STREQ(other.get_failure_reason(), "");
+
+    EXPECT_TRUE(load(jpeg(eight_by_three(), 90)));
+    EXPECT_STREQ(codec.get_failure_reason(), "");
+    EXPECT_FALSE(codec.save_image_to_file(&image, "/nonexistent/a.jpg"));
+    EXPECT_STREQ(codec.get_failure_reason(), "/nonexistent/a.jpg can't be written");
+}
+
 } // namespace
 } // namespace orvex_test

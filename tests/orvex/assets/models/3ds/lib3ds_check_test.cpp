@@ -9,6 +9,7 @@
 #include "chunks_3ds.h"
 #include "orvex/assets/materials/material_mgr.h"
 #include "orvex/assets/models/3ds/loader_3d_lib3ds.h"
+#include "orvex/assets/models/3ds/private/lib3ds_chunk_reader.h"
 #include "orvex/assets/models/3ds/private/lib3ds_open.h"
 #include "orvex/geometry/mesh/model.h"
 #include "orvex/platform/private/byte_window.h"
@@ -463,6 +464,31 @@ TEST(Lib3dsOpen, refuses_null_and_what_is_no_file) {
     EXPECT_EQ(open_3ds_file(nullptr), nullptr);
     EXPECT_EQ(open_3ds_file("/nonexistent.3ds"), nullptr);
     EXPECT_EQ(read_3ds_bytes(nullptr, 0), nullptr);
+}
+
+TEST(Lib3dsFault, tells_the_place_and_the_cause) {
+    const auto fault_of = [](const std::string& bytes) {
+        ByteWindow window(reinterpret_cast<const unsigned char*>(bytes.data()), bytes.size());
+        Lib3dsFault fault;
+        EXPECT_FALSE(lib3ds_can_read(window, &fault));
+        return fault;
+    };
+    const std::string whole = file_3ds(mesh("m", triangle()));
+    const Lib3dsFault cut = fault_of(whole.substr(0, whole.size() - 3));
+    EXPECT_STREQ(cut.what, "the file is cut off");
+    EXPECT_EQ(cut.offset, whole.size() - 3);
+    EXPECT_TRUE(cut.is_3ds);
+
+    const Lib3dsFault other = fault_of("Buy milk.");
+    EXPECT_STREQ(other.what, "byte 0 begins another format");
+    EXPECT_FALSE(other.is_3ds);
+
+    std::string torn = whole;
+    torn[9] = '\x7f'; // the size of the second chunk, beyond the first
+    const Lib3dsFault inner = fault_of(torn);
+    EXPECT_STREQ(inner.what, "a chunk doesn't fit into the one around it");
+    EXPECT_EQ(inner.offset, 6u);
+    EXPECT_TRUE(inner.is_3ds);
 }
 
 } // namespace

@@ -41,6 +41,20 @@ TEST_F(Loader3D_OBJTest, refuses_what_it_cannot_read) {
     EXPECT_EQ(model_->get_num_materials(), 0u);
 }
 
+TEST_F(Loader3D_OBJTest, keeps_why_it_refused_a_file_until_the_next) {
+    EXPECT_FALSE(load(std::string(TRIANGLE) + "# no face"));
+    EXPECT_STREQ(loader_.get_failure_reason(), "line 4: the file ends with 3 vertices and no face");
+    EXPECT_TRUE(loader_.get_format_known_state());
+    EXPECT_FALSE(load("some\ntext\n"));
+    EXPECT_STREQ(loader_.get_failure_reason(), "no OBJ file: none of its 2 lines begins with a v");
+    EXPECT_FALSE(loader_.get_format_known_state());
+    EXPECT_FALSE(loader_.load_from_file(model_, "missing.obj"));
+    EXPECT_STREQ(loader_.get_failure_reason(),
+                 "no regular file that can be read, or no memory for it");
+    EXPECT_TRUE(load(std::string(TRIANGLE) + "f 1 2 3\n"));
+    EXPECT_STREQ(loader_.get_failure_reason(), "");
+}
+
 TEST_F(Loader3D_OBJTest, makes_a_mesh_per_group_with_faces) {
     ASSERT_TRUE(load(std::string(TRIANGLE) +
                      "g empty\ng one\nf 1 2 3\ng two\nf 1 2 3 1\ng one\nf 3 2 1\n"));

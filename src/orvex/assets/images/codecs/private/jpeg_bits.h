@@ -66,7 +66,7 @@ struct ValueBits {
 
 inline ValueBits jo_calcBits(int value) {
     const auto magnitude = static_cast<unsigned int>(value < 0 ? -value : value);
-    const int length = std::bit_width(magnitude | 1u);
+    const auto length = static_cast<int>(std::bit_width(magnitude | 1u));
     const auto bits = static_cast<unsigned int>(value - (value < 0)) & ((1u << length) - 1u);
     return {bits, length};
 }

@@ -2,13 +2,9 @@
 
 #include <bit>
 #include <cstdint>
-#include <cstring>
 
 #include "orvex/assets/images/codecs/private/jpeg_bits.h"
-
-#if defined(__SSE2__)
-#include <emmintrin.h>
-#endif
+#include "orvex/math/private/lanes.h"
 
 /// @file
 /// From pixels to quantised coefficients. Four rows or columns of a block go through each step at
@@ -16,9 +12,6 @@
 /// result does not depend on how many go together.
 
 namespace orvex::jpeg {
-
-typedef float floats4 __attribute__((vector_size(16)));
-typedef int ints4 __attribute__((vector_size(16)));
 
 static_assert(std::endian::native == std::endian::little, "red is the low byte of a pixel");
 
@@ -31,28 +24,6 @@ struct PixelBlock {
 struct PlaneBlock {
     alignas(16) float values[64];
 };
-
-inline floats4 load(const float* from) {
-    floats4 four;
-    std::memcpy(&four, from, sizeof(four));
-    return four;
-}
-
-inline void store(float* to, floats4 four) {
-    std::memcpy(to, &four, sizeof(four));
-}
-
-template<typename Four>
-void transpose(Four& a, Four& b, Four& c, Four& d) {
-    const Four low_ab = __builtin_shufflevector(a, b, 0, 4, 1, 5);
-    const Four low_cd = __builtin_shufflevector(c, d, 0, 4, 1, 5);
-    const Four high_ab = __builtin_shufflevector(a, b, 2, 6, 3, 7);
-    const Four high_cd = __builtin_shufflevector(c, d, 2, 6, 3, 7);
-    a = __builtin_shufflevector(low_ab, low_cd, 0, 1, 4, 5);
-    b = __builtin_shufflevector(low_ab, low_cd, 2, 3, 6, 7);
-    c = __builtin_shufflevector(high_ab, high_cd, 0, 1, 4, 5);
-    d = __builtin_shufflevector(high_ab, high_cd, 2, 3, 6, 7);
-}
 
 /// One eight-point pass of the fast cosine transform by Arai, Agui and Nakajima, in place. Its
 /// results are scaled; the quantisation takes the scale back.
@@ -94,13 +65,13 @@ struct ColorColumns {
         for (int half = 0; half < 2; ++half) {
             ints4 columns[4];
             for (int row = 0; row < 4; ++row)
-                std::memcpy(&columns[row], rows + row * 8 + half * 4, sizeof(ints4));
-            transpose(columns[0], columns[1], columns[2], columns[3]);
+                columns[row] = lanes::load<ints4>(rows + row * 8 + half * 4);
+            lanes::transpose(columns[0], columns[1], columns[2], columns[3]);
             for (int i = 0; i < 4; ++i) {
                 const ints4 pixels = columns[i];
-                r[half * 4 + i] = __builtin_convertvector(pixels & 255, floats4);
-                g[half * 4 + i] = __builtin_convertvector((pixels >> 8) & 255, floats4);
-                b[half * 4 + i] = __builtin_convertvector((pixels >> 16) & 255, floats4);
+                r[half * 4 + i] = lanes::to_floats(pixels & 255);
+                g[half * 4 + i] = lanes::to_floats((pixels >> 8) & 255);
+                b[half * 4 + i] = lanes::to_floats((pixels >> 16) & 255);
             }
         }
     }
@@ -132,18 +103,10 @@ void transform_rows(const ColorColumns& colors, float* rows) {
         d[i] = Component::of(colors.r[i], colors.g[i], colors.b[i]);
     jo_DCT(d);
     for (int half = 0; half < 8; half += 4) {
-        transpose(d[half], d[half + 1], d[half + 2], d[half + 3]);
+        lanes::transpose(d[half], d[half + 1], d[half + 2], d[half + 3]);
         for (int row = 0; row < 4; ++row)
-            store(rows + row * 8 + half, d[half + row]);
+            lanes::store(rows + row * 8 + half, d[half + row]);
     }
-}
-
-/// Rounds to the nearest integer, half away from zero.
-inline ints4 rounded(floats4 v) {
-    const ints4 sign =
-        std::bit_cast<ints4>(v) & std::bit_cast<ints4>(floats4{-0.f, -0.f, -0.f, -0.f});
-    const ints4 half = std::bit_cast<ints4>(floats4{0.5f, 0.5f, 0.5f, 0.5f}) | sign;
-    return __builtin_convertvector(v + std::bit_cast<floats4>(half), ints4);
 }
 
 /// Transforms the columns of a block and quantises it.
@@ -151,11 +114,11 @@ inline void transform_columns(const PlaneBlock& block, const float* fdtbl, std::
     for (int half = 0; half < 8; half += 4) {
         floats4 d[8];
         for (int row = 0; row < 8; ++row)
-            d[row] = load(block.values + row * 8 + half);
+            d[row] = lanes::load<floats4>(block.values + row * 8 + half);
         jo_DCT(d);
         for (int row = 0; row < 8; ++row) {
-            const ints4 four = rounded(d[row] * load(fdtbl + row * 8 + half));
-            std::memcpy(out + row * 8 + half, &four, sizeof(four));
+            const floats4 scale = lanes::load<floats4>(fdtbl + row * 8 + half);
+            lanes::store(out + row * 8 + half, lanes::to_ints_rounded(d[row] * scale));
         }
     }
 }
@@ -163,25 +126,16 @@ inline void transform_columns(const PlaneBlock& block, const float* fdtbl, std::
 /// Takes quantised coefficients over and notes which are not 0.
 inline void collect(const std::int32_t* values, Coefficients& block) {
     std::uint64_t zero = 0;
-#if defined(__SSE2__)
-    const auto* fours = reinterpret_cast<const __m128i*>(values);
-    auto* eights = reinterpret_cast<__m128i*>(block.values);
-    for (int i = 0; i < 4; ++i, fours += 4, eights += 2) {
-        const __m128i low = _mm_packs_epi32(_mm_loadu_si128(fours), _mm_loadu_si128(fours + 1));
-        const __m128i high =
-            _mm_packs_epi32(_mm_loadu_si128(fours + 2), _mm_loadu_si128(fours + 3));
-        _mm_storeu_si128(eights, low);
-        _mm_storeu_si128(eights + 1, high);
-        const __m128i is_zero = _mm_cmpeq_epi8(_mm_packs_epi16(low, high), _mm_setzero_si128());
-        zero |= static_cast<std::uint64_t>(static_cast<unsigned>(_mm_movemask_epi8(is_zero)))
-                << (i * 16);
+    // Sixteen at a time.
+    for (int i = 0; i < 64; i += 16) {
+        const std::int32_t* const from = values + i;
+        const shorts8 low = lanes::narrow(lanes::load<ints4>(from), lanes::load<ints4>(from + 4));
+        const shorts8 high =
+            lanes::narrow(lanes::load<ints4>(from + 8), lanes::load<ints4>(from + 12));
+        lanes::store(block.values + i, low);
+        lanes::store(block.values + i + 8, high);
+        zero |= std::uint64_t{lanes::zero_bits(low, high)} << i;
     }
-#else
-    for (int i = 0; i < 64; ++i) {
-        block.values[i] = static_cast<std::int16_t>(values[i]);
-        zero |= std::uint64_t{values[i] == 0} << i;
-    }
-#endif
     block.nonzero = ~zero;
 }
 

@@ -1,3 +1,6 @@
+// What a file is asked before the decoder sees it: where the decoder would go wrong, or take what
+// isn't there as read, the file is refused.
+
 #include "orvex/assets/images/codecs/private/stb_checks.h"
 
 #include <algorithm>

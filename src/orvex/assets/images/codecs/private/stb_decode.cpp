@@ -1,3 +1,6 @@
+// The one place of stb_image. Its memory comes from functions of ours that know a budget: each
+// decode puts one in force for its thread and takes it away at its end.
+
 #include "orvex/assets/images/codecs/private/stb_decode.h"
 
 #include <algorithm>
@@ -7,7 +10,7 @@
 #include <cstring>
 
 #include "orvex/assets/images/codecs/private/stb_checks.h"
-#include "orvex/math/private/pixel_math.h"
+#include "orvex/math/private/sizes.h"
 
 namespace orvex {
 
@@ -102,8 +105,7 @@ unsigned long memory_for(unsigned long size, int width, int height) {
     const unsigned long pixels = saturating_product(static_cast<unsigned long>(width) + padding,
                                                     static_cast<unsigned long>(height) + padding);
     const unsigned long rows = saturating_product(pixels, per_pixel);
-    const unsigned long rest = tables + saturating_product(size, 4);
-    return rows > ULONG_MAX - rest ? ULONG_MAX : rows + rest;
+    return saturating_sum(rows, saturating_sum(tables, saturating_product(size, 4)));
 }
 
 /// Moves three channels of four together, in place.

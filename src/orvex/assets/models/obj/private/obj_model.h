@@ -1,5 +1,8 @@
 #pragma once
 
+/// @file
+/// What one OBJ file holds between its reader and the builder of meshes.
+
 #include <array>
 #include <cstddef>
 #include <cstdint>

@@ -1,5 +1,8 @@
 #pragma once
 
+/// @file
+/// Text as the C stream functions read it, and the locale they read it in.
+
 #include <algorithm>
 #include <array>
 #include <bit>
@@ -125,7 +128,7 @@ inline std::string_view TextStream::read_word() {
     constexpr std::size_t word_limit = 511;
     skip_white_space();
     const char* first = place;
-    const char* limit = first + std::min<std::size_t>(word_limit, end - first);
+    const char* limit = first + std::min(word_limit, static_cast<std::size_t>(end - first));
     while (place < limit && !is_white_space(*place))
         ++place;
     return {first, static_cast<std::size_t>(place - first)};
@@ -133,7 +136,7 @@ inline std::string_view TextStream::read_word() {
 
 inline std::string_view TextStream::read_line(std::size_t limit) {
     const char* first = place;
-    const std::size_t most = std::min<std::size_t>(limit, end - first);
+    const std::size_t most = std::min(limit, static_cast<std::size_t>(end - first));
     const void* line_feed = std::memchr(first, '\n', most);
     place = line_feed ? static_cast<const char*>(line_feed) + 1 : first + most;
     return {first, static_cast<std::size_t>(place - first)};
