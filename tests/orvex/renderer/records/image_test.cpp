@@ -9,6 +9,7 @@
 #include <gtest/gtest.h>
 
 #include "orvex/math/vec4.h"
+#include "orvex/renderer/records/private/image_access.h"
 
 namespace orvex_test {
 
@@ -480,6 +481,20 @@ TEST(ImageSetPixel, gives_zero_for_what_has_no_integer) {
     EXPECT_EQ(u8_pixels(image, 3), (Bytes{0, 0, 0}));
     EXPECT_TRUE(image.set_pixel(0, vec4(-1.0f, -0.5f, 258.0f, 0)));
     EXPECT_EQ(u8_pixels(image, 3), (Bytes{255, 0, 2}));
+}
+
+TEST(ExternalPixels, keep_their_size_when_a_copy_takes_them_over) {
+    unsigned char pixels[12] = {};
+    Image image;
+    image.width = image.height = 2;
+    image.pixel_format = PF_RGB_U8;
+    image.pixmap_external = pixels;
+    ImageAccess::note_external(image, sizeof pixels);
+    Image copy;
+    copy = image;
+    copy.height = 100;
+    EXPECT_EQ(ImageAccess::external_bytes(copy), sizeof pixels);
+    EXPECT_FALSE(copy.flip_vertical()) << "it would read what isn't there";
 }
 
 } // namespace

@@ -598,7 +598,8 @@ TEST_F(ImageCodecStbSaveTest, refuses_a_size_without_its_pixels) {
 TEST_F(ImageCodecStbTest, keeps_why_a_call_failed_until_the_next_and_for_its_own_thread) {
     EXPECT_STREQ(codec.get_failure_reason(), "");
     EXPECT_FALSE(codec.load_image_from_file(&image, "/nonexistent.png", false));
-    EXPECT_STREQ(codec.get_failure_reason(), "no regular file below 2 GiB that can be read, or no memory for it");
+    EXPECT_STREQ(codec.get_failure_reason(),
+                 "no regular file below 2 GiB that can be read, or no memory for it");
     std::thread([this] { EXPECT_STREQ(codec.get_failure_reason(), ""); }).join();
 
     EXPECT_FALSE(load({'j', 'u', 'n', 'k'}));
