@@ -7,19 +7,13 @@
 #include "orvex/base/log_mgr.h"
 #include "orvex/renderer/opengl/gl/private/gl_debug.h"
 #include "orvex/renderer/opengl/window/private/render_window_opengl.h"
-#include "orvex/renderer/records/gpu_program_data.h"
 
 namespace orvex {
-
-struct RendererOpenGL::RendererOpenGLData {
-    std::vector<unsigned int> texture_ids;
-};
 
 RendererOpenGL::RendererOpenGL()
     : GlState(this)
     , rasterizer_state(states.live)
     , pending_rasterizer_state(states.pending)
-    , data(std::make_unique<RendererOpenGLData>())
     , meshes(*this)
     , points(*this)
     , polylines(*this)
@@ -44,9 +38,6 @@ RendererOpenGL::RendererOpenGL()
 }
 
 RendererOpenGL::~RendererOpenGL() {
-    if (ctx.active_program)
-        ctx.active_program->remove_active_slot(&ctx.active_program);
-    leave_render_targets();
     RendererOpenGL::kill_all_render_windows();
 }
 
@@ -137,19 +128,6 @@ bool RendererOpenGL::kill_all_render_windows() {
     }
     render_windows.clear();
     return false;
-}
-
-bool RendererOpenGL::_add_texture_id(unsigned int id) {
-    data->texture_ids.push_back(id);
-    return true;
-}
-
-bool RendererOpenGL::_remove_texture_id(unsigned int id) {
-    const auto found = std::find(data->texture_ids.begin(), data->texture_ids.end(), id);
-    if (found == data->texture_ids.end())
-        return false;
-    data->texture_ids.erase(found);
-    return true;
 }
 
 } // namespace orvex

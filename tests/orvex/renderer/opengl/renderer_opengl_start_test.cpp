@@ -54,7 +54,7 @@ TEST(RendererOpenGL, is_made_empty) {
     EXPECT_FALSE(renderer.display_gl_func_ptr);
     EXPECT_EQ(renderer.max_vertex_attribs, 0);
     EXPECT_TRUE(renderer.render_windows.empty());
-    EXPECT_TRUE(renderer.render_targets.empty());
+    EXPECT_EQ(renderer.targets.size(), 0U);
     EXPECT_EQ(renderer.ctx.texture_units, nullptr);
     EXPECT_EQ(renderer.ctx.active_program, nullptr);
     EXPECT_EQ(renderer.gpu_program_get_active_program(), nullptr);

@@ -11,13 +11,19 @@
 #include "orvex/renderer/opengl/buffers/private/point_family.h"
 #include "orvex/renderer/opengl/buffers/private/polyline_family.h"
 #include "orvex/renderer/opengl/buffers/private/uniform_buffer_family.h"
+#include "orvex/renderer/opengl/programs/private/attribute_family.h"
+#include "orvex/renderer/opengl/programs/private/program_family.h"
+#include "orvex/renderer/opengl/programs/private/uniform_family.h"
 #include "orvex/renderer/opengl/state/private/fixed_pipeline_family.h"
 #include "orvex/renderer/opengl/state/private/frame_family.h"
 #include "orvex/renderer/opengl/state/private/gl_state.h"
 #include "orvex/renderer/opengl/state/private/query_family.h"
 #include "orvex/renderer/opengl/state/private/render_state_family.h"
 #include "orvex/renderer/opengl/state/private/shadow_family.h"
-#include "orvex/renderer/opengl/text/private/glut_text.h"
+#include "orvex/renderer/opengl/targets/private/target_family.h"
+#include "orvex/renderer/opengl/text/private/raster_text_family.h"
+#include "orvex/renderer/opengl/textures/private/texture_family.h"
+#include "orvex/renderer/opengl/textures/private/texture_unit_family.h"
 #include "orvex/renderer/renderer.h"
 
 namespace orvex {
@@ -445,13 +451,22 @@ public:
     Renderer_Rasterizer_State& rasterizer_state;         ///< what the API holds
     Renderer_Rasterizer_State& pending_rasterizer_state; ///< what will be applied
     std::vector<RenderWindow*> render_windows;           ///< owned, in order of creation
-    std::vector<RenderTarget*> render_targets;           ///< owned, in order of creation
     bool initialized = false;
     bool started = false;
     bool display_gl_func_ptr = false;
-    std::vector<char> shader_log_buffer;  ///< reused for the logs of shaders
-    std::vector<char> program_log_buffer; ///< reused for the logs of programs
-    GlutText raster_text;
+    /// @}
+
+    /// @name Families
+    /// Each has its fields to itself. They end in the reverse order.
+    /// @{
+
+    UniformFamily uniforms{*this};
+    AttributeFamily attributes{*this};
+    ProgramFamily programs{*this, attributes, uniforms};
+    TextureUnitFamily texture_units{*this};
+    TextureFamily textures{*this, texture_units, *this};
+    TargetFamily targets{*this};
+    RasterTextFamily raster_text{*this};
     /// @}
 
     /// @name Texture ids
@@ -494,11 +509,8 @@ public:
     /// @}
 
 private:
-    struct RendererOpenGLData;
-
     // Life cycle
     void log_life_cycle(const char* operation);
-    std::unique_ptr<RendererOpenGLData> data;
 
     // Buffers
     MeshFamily meshes;
@@ -506,29 +518,6 @@ private:
     PolylineFamily polylines;
     BufferFamily buffers;
     UniformBufferFamily uniform_buffers;
-
-    // Programs
-    bool compile_shader(unsigned int shader, const char* source);
-    void keep_shader_log(GpuProgramData* program, GPU_SHADER_TYPE type, unsigned int shader);
-    void attach_shaders(GpuProgramData* program);
-    void set_active_program(GpuProgramData* program);
-
-    // Textures
-    void activate_texture_unit(unsigned long unit);
-    bool bind_texture_id(unsigned int target, unsigned int id, unsigned long unit);
-    bool can_load_texture(TextureData* texture) const;
-    void start_texture_load(TextureData* texture, unsigned int target, unsigned long unit);
-    void make_mipmaps(TextureData* texture, unsigned int target);
-    void set_up_texture_2d_levels(TextureData* texture);
-    bool read_texture_2d(TextureData* texture, unsigned int format, unsigned long channels);
-
-    // Targets
-    void leave_render_targets();
-    bool start_blit(unsigned int src, unsigned int dst);
-
-    // Raster text
-    bool prepare_raster_text();
-    bool told_of_raster_text = false;
 
     // Frame and state
     FrameFamily frame;

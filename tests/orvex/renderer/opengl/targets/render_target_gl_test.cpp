@@ -85,7 +85,8 @@ TEST_P(RenderTargetTest, is_found_and_killed_by_pointer_and_by_id) {
     EXPECT_TRUE(renderer->kill_render_target(third_id));
     EXPECT_FALSE(glIsTexture(texture)) << "its objects go with it";
     EXPECT_FALSE(renderer->kill_render_target(nullptr));
-    EXPECT_EQ(renderer->render_targets, std::vector<RenderTarget*>{target});
+    EXPECT_EQ(renderer->targets.size(), 1U);
+    EXPECT_EQ(renderer->get_render_target(target->get_id()), target);
 }
 
 TEST_P(RenderTargetTest, goes_with_all_the_others_and_the_answer_is_false) {
@@ -93,7 +94,7 @@ TEST_P(RenderTargetTest, goes_with_all_the_others_and_the_answer_is_false) {
     const GLuint texture = color();
     renderer->create_render_target();
     EXPECT_FALSE(renderer->kill_all_render_targets());
-    EXPECT_TRUE(renderer->render_targets.empty());
+    EXPECT_EQ(renderer->targets.size(), 0U);
     EXPECT_FALSE(glIsTexture(texture));
     EXPECT_FALSE(renderer->kill_all_render_targets()) << "of none too";
 }
@@ -101,8 +102,6 @@ TEST_P(RenderTargetTest, goes_with_all_the_others_and_the_answer_is_false) {
 TEST_P(RenderTargetTest, outlives_its_renderer_without_power) {
     create(4, 4);
     const GLuint ids[] = {color(), depth(), target->get_fbo()};
-    renderer->render_targets.erase(renderer->render_targets.begin());
-    renderer->render_targets.push_back(target);
     renderer.reset();
     EXPECT_FALSE(any_operation_works());
     EXPECT_FALSE(target->kill()) << "the texture and the framebuffer are left";

@@ -192,7 +192,7 @@ TEST_F(RasterText, is_drawn_at_a_point_of_the_scene) {
 
 TEST_F(RasterText, is_missing_with_one_log_line_without_the_library) {
     LogCapture log;
-    renderer.raster_text = GlutText("libthere_is_no_such_library.so.7");
+    renderer.raster_text.characters = GlutText("libthere_is_no_such_library.so.7");
     EXPECT_FALSE(write(10, 10, "A", 1));
     EXPECT_FALSE(write(10, 10, "A", 1));
     EXPECT_FALSE(renderer.font_bitmap_linux_render_3d(&font, 0.0f, 0.0f, 0.0f, 1.0f, 1.0f, 1.0f,
@@ -205,7 +205,7 @@ TEST_F(RasterText, is_missing_with_one_log_line_without_the_library) {
 
 TEST_F(RasterText, is_missing_with_a_library_of_another_kind) {
     LogCapture log;
-    renderer.raster_text = GlutText("libm.so.6");
+    renderer.raster_text.characters = GlutText("libm.so.6");
     EXPECT_FALSE(write(10, 10, "A", 1));
     EXPECT_EQ(log.messages().size(), 1U);
 }

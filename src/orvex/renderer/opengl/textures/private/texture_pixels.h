@@ -8,6 +8,9 @@
 
 namespace orvex {
 
+/// Faces of a cube texture.
+inline constexpr int num_cube_faces = 6;
+
 /// The source of an upload. OpenGL reads as much as the size asks for, so whoever uploads asks
 /// `has` first.
 struct TexturePixels {

@@ -1,0 +1,242 @@
+#include "orvex/renderer/opengl/programs/private/program_family.h"
+
+#include <algorithm>
+#include <cstring>
+
+#include "orvex/renderer/opengl/gl/private/gl_debug.h"
+#include "orvex/renderer/opengl/gl/private/gl_enums.h"
+#include "orvex/renderer/records/gpu_program_data.h"
+#include "orvex/renderer/records/gpu_program_uniform.h"
+
+namespace orvex {
+
+ProgramFamily::ProgramFamily(GlState& state, const AttributeFamily& attributes,
+                             const UniformFamily& uniforms)
+    : shaders(state)
+    , state(state)
+    , gl(state.gl)
+    , attributes(attributes)
+    , uniforms(uniforms) {}
+
+ProgramFamily::~ProgramFamily() {
+    RendererOpenGLCtx& ctx = state.ctx;
+    if (ctx.active_program)
+        ctx.active_program->remove_active_slot(&ctx.active_program);
+}
+
+// Program objects
+
+bool ProgramFamily::can_make_programs() const {
+    return has_entries(gl.glIsProgram, gl.glCreateProgram, gl.glDeleteProgram, gl.glAttachShader,
+                       gl.glDetachShader);
+}
+
+void ProgramFamily::make_program_object(GpuProgramData* program) const {
+    program->gl_program = gl.glCreateProgram();
+    label_gl_object(gl, GL_PROGRAM, program->gl_program, "program");
+    program->renderer_id = state.renderer_id();
+}
+
+bool ProgramFamily::remake(GpuProgramData* program) const {
+    if (!program || program->gl_program == 0 || !can_make_programs())
+        return false;
+    gl.glDeleteProgram(program->gl_program);
+    make_program_object(program);
+    // The stages that the API has; the last two kinds have no shader objects.
+    for (int stage = GPU_SHADER_VERTEX; stage <= GPU_SHADER_COMPUTE; ++stage)
+        if (program->shader_ids[stage] != 0)
+            gl.glAttachShader(program->gl_program, program->shader_ids[stage]);
+    program->linked = false;
+    return true;
+}
+
+bool ProgramFamily::kill(GpuProgramData* program) {
+    if (!program || program->gl_program == 0 ||
+        !has_entries(gl.glDetachShader, gl.glDeleteShader, gl.glDeleteProgram))
+        return false;
+    // Every draw reads the active program: it must not outlive its record.
+    if (state.ctx.active_program == program)
+        deactivate();
+    for (unsigned int& shader : program->shader_ids) {
+        if (shader != 0) {
+            gl.glDetachShader(program->gl_program, shader);
+            gl.glDeleteShader(shader);
+            shader = 0;
+        }
+    }
+    gl.glDeleteProgram(program->gl_program);
+    program->gl_program = 0;
+    program->linked = false;
+    return true;
+}
+
+// Stages
+
+namespace {
+
+bool is_stage_index(GPU_SHADER_TYPE type) {
+    return type >= 0 && type < GPU_SHADER_TYPE_COUNT;
+}
+
+} // namespace
+
+bool ProgramFamily::load_stage(GpuProgramData* program, GPU_SHADER_TYPE type, const char* source,
+                               unsigned long size) {
+    if (!program || !source || size == 0 || !is_stage_index(type))
+        return false;
+    if (!shaders.can_compile() || !can_make_programs())
+        return false;
+
+    // The first stage makes the program, and so does one after the program object was lost.
+    GLuint old_shader = program->shader_ids[type];
+    if (!gl.glIsProgram(program->gl_program)) {
+        make_program_object(program);
+        program->update_thread();
+        old_shader = 0; // its name went with the lost program, and may be another's by now
+    }
+
+    // The API is asked for every kind of stage, and refuses those that it doesn't have.
+    const GLuint shader = gl.glCreateShader(gl_shader_type(type));
+    shaders.label(shader, type);
+    program->shader_ids[type] = shader;
+    // The stage loaded before stays attached, and links along; flagged here, it dies with the
+    // program.
+    if (old_shader != 0)
+        gl.glDeleteShader(old_shader);
+    if (shader == 0)
+        return false;
+    if (!shaders.compile(shader, source)) {
+        shaders.keep_log(program, type, shader);
+        gl.glDeleteShader(shader);
+        program->shader_ids[type] = 0;
+        return false;
+    }
+    gl.glAttachShader(program->gl_program, shader);
+    return true;
+}
+
+bool ProgramFamily::replace_stage(GpuProgramData* program, GPU_SHADER_TYPE type, const char* source,
+                                  unsigned long size) {
+    if (!program || !source || size == 0 || !shaders.can_compile() || !can_make_programs())
+        return false;
+    const GLuint shader = shaders.make(type);
+    if (shader == 0)
+        return false;
+    shaders.label(shader, type);
+    if (!shaders.compile(shader, source)) {
+        shaders.keep_log(program, type, shader);
+        gl.glDeleteShader(shader);
+        return false;
+    }
+    // It compiles: from here on the old stage goes.
+    if (program->shader_ids[type] != 0) {
+        gl.glDetachShader(program->gl_program, program->shader_ids[type]);
+        gl.glDeleteShader(program->shader_ids[type]);
+    }
+    program->shader_ids[type] = shader;
+    return remake(program);
+}
+
+// Links
+
+const char* ProgramFamily::log(GLuint program) {
+    if (!has_entries(gl.glGetProgramiv, gl.glGetProgramInfoLog))
+        return nullptr;
+    GLint length = 0;
+    gl.glGetProgramiv(program, GL_INFO_LOG_LENGTH, &length);
+    if (length < 1)
+        return nullptr;
+    const auto size = static_cast<std::size_t>(length);
+    log_buffer.assign(std::max(size + 1, log_buffer.size()), '\0');
+    gl.glGetProgramInfoLog(program, length, nullptr, log_buffer.data());
+    return log_buffer.data();
+}
+
+namespace {
+
+// A link sets all values in the API to zero and may move them: each is looked up and sent anew.
+void forget_locations(GpuProgramData* program) {
+    program->uniforms_optimized = false;
+    for (unsigned long i = 0; i < program->num_uniforms; ++i)
+        if (program->uniforms[i])
+            program->uniforms[i]->location = -1;
+}
+
+} // namespace
+
+bool ProgramFamily::link(GpuProgramData* program) {
+    if (!program)
+        return false;
+    if (program->linked)
+        return true;
+    if (!has_entries(gl.glLinkProgram, gl.glGetProgramiv, gl.glGetProgramInfoLog))
+        return false;
+    GLint status = 0;
+    gl.glLinkProgram(program->gl_program);
+    gl.glGetProgramiv(program->gl_program, GL_LINK_STATUS, &status);
+    if (status == 0) {
+        if (const char* const text = log(program->gl_program))
+            program->set_info_log(text, std::strlen(text));
+        return false;
+    }
+    forget_locations(program);
+    program->linked = true;
+    return true;
+}
+
+bool ProgramFamily::validate(const GpuProgramData* program) const {
+    if (!program || !has_entries(gl.glValidateProgram, gl.glGetProgramiv))
+        return false;
+    GLint status = 0;
+    gl.glValidateProgram(program->gl_program);
+    gl.glGetProgramiv(program->gl_program, GL_VALIDATE_STATUS, &status);
+    return status == 1;
+}
+
+// The active program
+
+void ProgramFamily::set_active(GpuProgramData* program) {
+    RendererOpenGLCtx& ctx = state.ctx;
+    ctx.active_program_id = program ? program->gl_program : 0;
+    if (ctx.active_program == program)
+        return;
+    if (ctx.active_program)
+        ctx.active_program->remove_active_slot(&ctx.active_program);
+    ctx.active_program = program;
+    if (program)
+        program->add_active_slot(&ctx.active_program);
+}
+
+bool ProgramFamily::activate(GpuProgramData* program) {
+    if (!program)
+        return deactivate();
+    if (!gl.glUseProgram || !link(program))
+        return false;
+    // Where an attribute stands is known of a linked program only; moving it takes another link.
+    attributes.move_core(program);
+    attributes.move_instancing(program);
+    if (!link(program))
+        return false;
+    set_active(program);
+    gl.glUseProgram(program->gl_program);
+    uniforms.send_table(program);
+    return true;
+}
+
+bool ProgramFamily::deactivate() {
+    set_active(nullptr);
+    if (gl.glUseProgram)
+        gl.glUseProgram(0);
+    return true;
+}
+
+bool ProgramFamily::dispatch(GpuProgramData* program, unsigned int x, unsigned int y,
+                             unsigned int z) const {
+    if (!program || !gl.glDispatchCompute)
+        return false;
+    uniforms.send_table(program);
+    gl.glDispatchCompute(x, y, z);
+    return true;
+}
+
+} // namespace orvex
