@@ -16,6 +16,12 @@ LoadedLibrary::LoadedLibrary(const char* name, const char* other_name) {
         dlclose(library);
 }
 
+LoadedLibrary LoadedLibrary::load(const char* name) {
+    LoadedLibrary loaded;
+    loaded.library = dlopen(name, RTLD_LAZY | RTLD_LOCAL);
+    return loaded;
+}
+
 void* LoadedLibrary::address(const char* name) const {
     return library ? dlsym(library, name) : nullptr;
 }

@@ -1,24 +1,32 @@
 #pragma once
 
 /// @file
-/// Shared libraries: those that the process has loaded already, so that the engine links none of
-/// them, and modules that it opens itself.
+/// Shared libraries that the engine doesn't link: those that the process has loaded already, those
+/// that are loaded when they are first needed, and modules that it opens itself.
 
 namespace orvex {
 
-/// A library that the host or the driver has loaded. It stays loaded from then on.
+/// A library that the process holds. It stays loaded from then on.
 class LoadedLibrary {
 public:
     /// Takes the first of the names that is loaded; null names are passed over.
     explicit LoadedLibrary(const char* name, const char* other_name = nullptr);
 
-    /// Looks a function up, and gives null without the library or the function.
+    /// Loads a library, or finds it loaded. Its names stay its own.
+    static LoadedLibrary load(const char* name);
+
+    /// @return whether there is such a library
+    explicit operator bool() const { return library != nullptr; }
+
+    /// Looks a function or an object up, and gives null without the library or the name.
     template<typename Function>
     void look_up(const char* name, Function& function) const {
         function = reinterpret_cast<Function>(address(name));
     }
 
 private:
+    LoadedLibrary() = default;
+
     void* library = nullptr;
 
     void* address(const char* name) const;

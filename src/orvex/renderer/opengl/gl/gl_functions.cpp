@@ -7,9 +7,8 @@
 #include <string>
 #include <type_traits>
 
-#include <dlfcn.h>
-
 #include "orvex/base/log_mgr.h"
+#include "orvex/platform/private/loaded_library.h"
 #include "orvex/renderer/opengl/gl/private/gl_support.h"
 #include "orvex/renderer/opengl/window/private/window_platform.h"
 
@@ -33,8 +32,10 @@ static_assert(
 namespace {
 
 bool is_exported(const char* name) {
-    static void* const library = dlopen("libOpenGL.so.0", RTLD_LAZY | RTLD_NOLOAD);
-    return library != nullptr && dlsym(library, name) != nullptr;
+    static const LoadedLibrary library("libOpenGL.so.0");
+    void* address = nullptr;
+    library.look_up(name, address);
+    return address != nullptr;
 }
 
 void* find_entry(const char* name, const GlCapabilities& capabilities) {
@@ -65,7 +66,7 @@ void* fetch(const char* name, const GlCapabilities& capabilities) {
 } // namespace
 
 void* _orvex_get_proc_address(const char* name) {
-    return name != nullptr ? fetch(name, read_gl_capabilities()) : nullptr;
+    return name ? fetch(name, read_gl_capabilities()) : nullptr;
 }
 
 ORVEX_Renderer_OpenGL_Func::ORVEX_Renderer_OpenGL_Func() {

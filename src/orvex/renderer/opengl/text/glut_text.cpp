@@ -3,7 +3,7 @@
 #include <atomic>
 #include <cstdarg>
 
-#include <dlfcn.h>
+#include "orvex/platform/private/loaded_library.h"
 
 namespace orvex {
 
@@ -21,30 +21,24 @@ constexpr unsigned int glut_init_state = 0x007C;
 std::atomic<bool> brought_by_engine = false;
 
 struct Library {
-    void* handle;
+    LoadedLibrary library;
     bool was_there;
 };
 
 Library open_library(const char* name) {
-    if (void* const present = dlopen(name, RTLD_LAZY | RTLD_NOLOAD))
-        return {present, true};
-    return {dlopen(name, RTLD_LAZY | RTLD_LOCAL), false};
+    const LoadedLibrary present(name);
+    return present ? Library{present, true} : Library{LoadedLibrary::load(name), false};
 }
 
 Library open_first(const char* wanted) {
-    if (wanted != nullptr)
+    if (wanted)
         return open_library(wanted);
-    for (const char* name : {"libglut.so.3.12", "libglut.so.3", "libglut.so"}) {
+    for (const char* name : {"libglut.so.3.12", "libglut.so.3"}) {
         const Library found = open_library(name);
-        if (found.handle != nullptr)
+        if (found.library)
             return found;
     }
-    return {nullptr, false};
-}
-
-template<typename Function>
-Function find(void* handle, const char* name) {
-    return reinterpret_cast<Function>(dlsym(handle, name));
+    return open_library("libglut.so");
 }
 
 } // namespace
@@ -55,24 +49,25 @@ GlutText::GlutText(const char* library)
 void GlutText::load() {
     tried = true;
     const Library found = open_first(library);
-    if (found.handle == nullptr)
+    if (!found.library)
         return;
-    const auto set_error_function =
-        find<void (*)(ErrorFunction)>(found.handle, "glutInitErrorFunc");
-    if (!found.was_there && set_error_function != nullptr) {
+    // A host that brought the library has an error function of its own.
+    void (*set_error_function)(ErrorFunction) = nullptr;
+    found.library.look_up("glutInitErrorFunc", set_error_function);
+    if (!found.was_there && set_error_function) {
         set_error_function(ignore_error);
         brought_by_engine = true;
     }
     ours = brought_by_engine;
-    get = find<int (*)(unsigned int)>(found.handle, "glutGet");
-    draw_character = find<void (*)(void*, int)>(found.handle, "glutBitmapCharacter");
-    font = dlsym(found.handle, "glutBitmapHelvetica12");
+    found.library.look_up("glutGet", get);
+    found.library.look_up("glutBitmapCharacter", draw_character);
+    found.library.look_up("glutBitmapHelvetica12", font);
 }
 
 const char* GlutText::prepare() {
     if (!tried)
         load();
-    if (draw_character == nullptr || font == nullptr || get == nullptr)
+    if (!draw_character || !font || !get)
         return "there is no GLUT library";
     if (!ours && get(glut_init_state) != 1)
         return "the host has not called glutInit";
