@@ -85,13 +85,13 @@ std::string_view without_own_suffix(std::string_view name) {
 }
 
 bool serves(const GlSource& source, const GlCapabilities& capabilities) {
-    if (source.extension != nullptr)
+    if (source.extension)
         return capabilities.has_extension(source.extension);
     return source.since != 0 && capabilities.has_version(source.since);
 }
 
 bool reads_version(const char* text, int& major, int& minor) {
-    if (text == nullptr || std::strlen(text) < 3)
+    if (!text || std::strlen(text) < 3)
         return false;
     major = text[0] - '0';
     minor = text[2] - '0';
@@ -105,18 +105,18 @@ bool reads_version(const char* text, int& major, int& minor) {
 void read_extension_names(GlCapabilities& capabilities) {
     auto get_string = reinterpret_cast<PFNGLGETSTRINGIPROC>(
         capabilities.major >= 3 ? window_platform().get_proc_address("glGetStringi") : nullptr);
-    if (get_string != nullptr) {
+    if (get_string) {
         GLint count = 0;
         glGetIntegerv(GL_NUM_EXTENSIONS, &count);
         for (GLint i = 0; i < count; ++i) {
             const GLubyte* name = get_string(GL_EXTENSIONS, static_cast<GLuint>(i));
-            if (name != nullptr)
+            if (name)
                 capabilities.extensions.emplace(reinterpret_cast<const char*>(name));
         }
         return;
     }
     const char* text = reinterpret_cast<const char*>(glGetString(GL_EXTENSIONS));
-    std::string_view rest = text != nullptr ? text : "";
+    std::string_view rest = text ? text : "";
     while (!rest.empty()) {
         const std::size_t end = rest.find(' ');
         if (end != 0)
@@ -153,7 +153,7 @@ bool is_gl_table_name(const char* name) {
 
 std::string choose_gl_entry(const char* name, const GlCapabilities& capabilities) {
     const GlRow* row = find_row(name);
-    if (row == nullptr || (row->support.compatibility_only && !capabilities.compatibility))
+    if (!row || (row->support.compatibility_only && !capabilities.compatibility))
         return {};
     for (const GlSource& source : row->support.sources)
         if (serves(source, capabilities))

@@ -18,7 +18,7 @@ RenderTargetOpenGL::RenderTargetOpenGL() {
 // Life cycle
 
 void RenderTargetOpenGL::label(GLenum kind, unsigned int object, const char* use) const {
-    if (gl->object_label == nullptr)
+    if (!gl->object_label)
         return;
     const std::string target = "render target " + std::to_string(id);
     const DebugName name(target.c_str());
@@ -27,7 +27,7 @@ void RenderTargetOpenGL::label(GLenum kind, unsigned int object, const char* use
 
 void RenderTargetOpenGL::label(GLenum kind, unsigned int object, const char* use,
                                std::size_t index) const {
-    if (gl->object_label != nullptr)
+    if (gl->object_label)
         label(kind, object, (std::string(use) + " " + std::to_string(index)).c_str());
 }
 
@@ -37,7 +37,7 @@ bool RenderTargetOpenGL::_create_fbo() {
 }
 
 bool RenderTargetOpenGL::activate() {
-    if (gl == nullptr || !has_entries(gl->glGenFramebuffers, gl->glBindFramebuffer))
+    if (!gl || !has_entries(gl->glGenFramebuffers, gl->glBindFramebuffer))
         return false;
     const bool is_new = fbo == 0 && _create_fbo();
     gl->glBindFramebuffer(GL_FRAMEBUFFER, fbo);
@@ -47,9 +47,10 @@ bool RenderTargetOpenGL::activate() {
 }
 
 bool RenderTargetOpenGL::deactivate() {
-    if (gl == nullptr || gl->glBindFramebuffer == nullptr)
+    if (!gl || !gl->glBindFramebuffer)
         return false;
-    for (const GLenum target : {GL_FRAMEBUFFER, GL_DRAW_FRAMEBUFFER, GL_READ_FRAMEBUFFER})
+    static constexpr GLenum bindings[] = {GL_FRAMEBUFFER, GL_DRAW_FRAMEBUFFER, GL_READ_FRAMEBUFFER};
+    for (const GLenum target : bindings)
         gl->glBindFramebuffer(target, 0);
     return true;
 }
@@ -76,11 +77,10 @@ bool RenderTargetOpenGL::has_objects() const {
 }
 
 bool RenderTargetOpenGL::can_delete() const {
-    if (gl == nullptr)
+    if (!gl)
         return false;
     const bool has_buffers = depth_render_buffer != 0 || any_set(render_buffers);
-    return (!has_buffers || gl->glDeleteRenderbuffers != nullptr) &&
-           (fbo == 0 || gl->glDeleteFramebuffers != nullptr);
+    return (!has_buffers || gl->glDeleteRenderbuffers) && (fbo == 0 || gl->glDeleteFramebuffers);
 }
 
 void RenderTargetOpenGL::delete_render_buffers() {
@@ -99,7 +99,7 @@ void RenderTargetOpenGL::delete_render_buffers() {
 bool RenderTargetOpenGL::kill() {
     if (!can_delete()) {
         // The depth texture alone is deleted without the table; an id that can't be is kept.
-        if (gl == nullptr)
+        if (!gl)
             delete_texture(depth_texture);
         return !has_objects();
     }
@@ -130,7 +130,7 @@ bool RenderTargetOpenGL::check_status(const char* message) {
 // Clears, on whatever is bound
 
 bool RenderTargetOpenGL::clear_color_buffer(int index, float r, float g, float b, float a) {
-    if (gl == nullptr || gl->glClearBufferfv == nullptr)
+    if (!gl || !gl->glClearBufferfv)
         return false;
     const float color[4] = {r, g, b, a};
     gl->glClearBufferfv(GL_COLOR, index, color);
@@ -138,7 +138,7 @@ bool RenderTargetOpenGL::clear_color_buffer(int index, float r, float g, float b
 }
 
 bool RenderTargetOpenGL::clear_depth_buffer(float depth) {
-    if (gl == nullptr || gl->glClearBufferfv == nullptr)
+    if (!gl || !gl->glClearBufferfv)
         return false;
     gl->glClearBufferfv(GL_DEPTH, 0, &depth);
     return true;
@@ -159,7 +159,7 @@ bool level_has_size(GLenum target, GLint width, GLint height) {
 } // namespace
 
 bool RenderTargetOpenGL::read_color_pixmap(GLenum channels, unsigned char* pixels) const {
-    if (gl == nullptr || pixels == nullptr || samples >= 1 || color_texture == 0)
+    if (!gl || !pixels || samples >= 1 || color_texture == 0)
         return false;
     const GLenum target = rectangle ? GL_TEXTURE_RECTANGLE : GL_TEXTURE_2D;
     glPixelStorei(GL_UNPACK_ALIGNMENT, 1);
@@ -173,11 +173,11 @@ bool RenderTargetOpenGL::read_color_pixmap(GLenum channels, unsigned char* pixel
 }
 
 unsigned long RenderTargetOpenGL::_get_read_back_size(unsigned long channels) {
-    if (gl == nullptr)
+    if (!gl)
         return 0; // nothing will be read
     const auto columns = static_cast<unsigned long>(std::max(width, 0));
     const auto rows = static_cast<unsigned long>(std::max(height, 0));
-    const bool was_refused = ctx != nullptr && std::max(columns, rows) > ctx->max_texture_size;
+    const bool was_refused = ctx && std::max(columns, rows) > ctx->max_texture_size;
     return was_refused ? ULONG_MAX : PixelPacking::current().size_of(columns, rows, channels);
 }
 

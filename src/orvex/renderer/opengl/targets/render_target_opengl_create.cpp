@@ -11,19 +11,18 @@ namespace orvex {
 // Before the first call of a create: everything it needs is there, and nothing is left behind.
 
 bool RenderTargetOpenGL::can_make_textures(int texture_samples) const {
-    return gl != nullptr &&
+    return gl &&
            has_entries(gl->glActiveTexture, gl->glGenFramebuffers, gl->glBindFramebuffer,
                        gl->glFramebufferTexture2D, gl->glDrawBuffers,
                        gl->glCheckFramebufferStatus) &&
-           (texture_samples < 1 || gl->glTexImage2DMultisample != nullptr);
+           (texture_samples < 1 || gl->glTexImage2DMultisample);
 }
 
 bool RenderTargetOpenGL::can_make_render_buffers() const {
-    return gl != nullptr &&
-           has_entries(gl->glGenRenderbuffers, gl->glBindRenderbuffer, gl->glRenderbufferStorage,
-                       gl->glRenderbufferStorageMultisample, gl->glGenFramebuffers,
-                       gl->glBindFramebuffer, gl->glFramebufferRenderbuffer,
-                       gl->glCheckFramebufferStatus);
+    return gl && has_entries(gl->glGenRenderbuffers, gl->glBindRenderbuffer,
+                             gl->glRenderbufferStorage, gl->glRenderbufferStorageMultisample,
+                             gl->glGenFramebuffers, gl->glBindFramebuffer,
+                             gl->glFramebufferRenderbuffer, gl->glCheckFramebufferStatus);
 }
 
 bool RenderTargetOpenGL::start_over(bool rectangle_textures) {
@@ -97,7 +96,7 @@ void RenderTargetOpenGL::attach_textures(GLenum target) const {
 void RenderTargetOpenGL::leave(GLenum target) {
     deactivate();
     glBindTexture(target, 0);
-    if (ctx != nullptr)
+    if (ctx)
         ctx->set_texture_unit(0, 0);
 }
 
@@ -303,12 +302,12 @@ void RenderTargetOpenGL::resize_textures() const {
 }
 
 bool RenderTargetOpenGL::can_resize() const {
-    if (gl == nullptr)
+    if (!gl)
         return false;
     return (depth_render_buffer == 0 ||
             has_entries(gl->glBindRenderbuffer, gl->glRenderbufferStorage,
                         gl->glRenderbufferStorageMultisample)) &&
-           (samples < 1 || depth_texture == 0 || gl->glTexImage2DMultisample != nullptr);
+           (samples < 1 || depth_texture == 0 || gl->glTexImage2DMultisample);
 }
 
 bool RenderTargetOpenGL::resize(int new_width, int new_height) {

@@ -135,6 +135,12 @@ bool TextureFamily::load_2d(TextureData* texture, unsigned long unit) {
     return true;
 }
 
+namespace {
+
+constexpr GLenum cube_directions[] = {GL_TEXTURE_WRAP_S, GL_TEXTURE_WRAP_T, GL_TEXTURE_WRAP_R};
+
+} // namespace
+
 bool TextureFamily::load_cube(TextureData* texture, unsigned long unit) {
     if (!texture || texture->type != TEXTURE_TYPE_CUBE)
         return false;
@@ -155,7 +161,7 @@ bool TextureFamily::load_cube(TextureData* texture, unsigned long unit) {
     for (int face = 0; face < num_cube_faces; ++face)
         if (!load_cube_face(texture, static_cast<CUBEMAP_FACE>(face)))
             return false;
-    for (const GLenum wrap : {GL_TEXTURE_WRAP_S, GL_TEXTURE_WRAP_T, GL_TEXTURE_WRAP_R})
+    for (const GLenum wrap : cube_directions)
         glTexParameteri(GL_TEXTURE_CUBE_MAP, wrap, GL_CLAMP_TO_EDGE);
     if (texture->gen_mipmaps)
         make_mipmaps(texture, GL_TEXTURE_CUBE_MAP);

@@ -33,7 +33,7 @@ TexturePixels source_of(const Image& image, const GlPixelFormat& gl) {
 } // namespace
 
 bool TexturePixels::has(unsigned long width, unsigned long height) const {
-    return data == nullptr || saturating_product(width, height, pixel_size(gl)) <= bytes;
+    return !data || saturating_product(width, height, pixel_size(gl)) <= bytes;
 }
 
 TexturePixels texture_pixels_to_load(const Image& image, PIXEL_FORMAT format) {

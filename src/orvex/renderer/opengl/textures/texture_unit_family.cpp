@@ -22,6 +22,17 @@ GLenum gl_texture_target(const TextureData* texture) {
     }
 }
 
+namespace {
+
+constexpr GLenum bound_targets[] = {GL_TEXTURE_1D, GL_TEXTURE_2D,       GL_TEXTURE_2D_MULTISAMPLE,
+                                    GL_TEXTURE_3D, GL_TEXTURE_CUBE_MAP, GL_TEXTURE_RECTANGLE};
+
+// Those that the fixed pipeline has switches for
+constexpr GLenum switched_targets[] = {GL_TEXTURE_1D, GL_TEXTURE_2D, GL_TEXTURE_3D,
+                                       GL_TEXTURE_CUBE_MAP, GL_TEXTURE_RECTANGLE};
+
+} // namespace
+
 void TextureUnitFamily::activate(unsigned long unit) {
     ctx.active_texture_unit = unit;
     gl.glActiveTexture(GL_TEXTURE0 + static_cast<GLenum>(unit));
@@ -43,8 +54,7 @@ bool TextureUnitFamily::bind(const TextureData* texture, unsigned long unit) {
         return false;
     ctx.set_texture_unit(unit, 0);
     activate(unit);
-    for (const GLenum target : {GL_TEXTURE_1D, GL_TEXTURE_2D, GL_TEXTURE_2D_MULTISAMPLE,
-                                GL_TEXTURE_3D, GL_TEXTURE_CUBE_MAP, GL_TEXTURE_RECTANGLE})
+    for (const GLenum target : bound_targets)
         glBindTexture(target, 0);
     return true;
 }
@@ -56,8 +66,7 @@ bool TextureUnitFamily::reset(unsigned long unit) {
     // Textures, with their switches in the fixed pipeline
     ctx.set_texture_unit(unit, 0);
     activate(unit);
-    for (const GLenum target :
-         {GL_TEXTURE_1D, GL_TEXTURE_2D, GL_TEXTURE_3D, GL_TEXTURE_CUBE_MAP, GL_TEXTURE_RECTANGLE}) {
+    for (const GLenum target : switched_targets) {
         glBindTexture(target, 0);
         glDisable(target);
     }

@@ -14,15 +14,11 @@ namespace orvex {
 
 RenderWindowOpenGL::RenderWindowOpenGL()
     : platform(window_platform())
-    , data(new RenderWindowOpenGLData)
-    , data2(new RenderWindowOpenGLData2)
-    , data_osx(new RenderWindowOpenGLData_OSX) {}
+    , data(std::make_unique<RenderWindowOpenGLData>())
+    , data2(std::make_unique<RenderWindowOpenGLData2>())
+    , data_osx(std::make_unique<RenderWindowOpenGLData_OSX>()) {}
 
-RenderWindowOpenGL::~RenderWindowOpenGL() {
-    delete data_osx;
-    delete data2;
-    delete data;
-}
+RenderWindowOpenGL::~RenderWindowOpenGL() = default;
 
 bool RenderWindowOpenGL::initialize(void* window, void* view, int width, int height,
                                     const char* msaa, RenderWindow* parent,

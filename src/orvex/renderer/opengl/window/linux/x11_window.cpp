@@ -57,7 +57,7 @@ bool has_geometry(const XcbApi& api, void* connection, void* view) {
     void* error = nullptr;
     void* const reply =
         api.geometry_reply(connection, api.get_geometry(connection, drawable), &error);
-    const bool found = reply != nullptr;
+    const bool found = reply;
     std::free(reply);
     std::free(error);
     return found;

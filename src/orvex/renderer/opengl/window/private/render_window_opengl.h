@@ -3,6 +3,8 @@
 /// @file
 /// The OpenGL back end's render window.
 
+#include <memory>
+
 #include "orvex/renderer/render_window.h"
 
 namespace orvex {
@@ -71,12 +73,13 @@ public:
     void* osx_get_nsgl_ctx() override;
 
 private:
-    WindowPlatform& platform;
-    RenderWindowOpenGLData* data;
-    RenderWindowOpenGLData2* data2;
-    RenderWindowOpenGLData_OSX* data_osx;
-
     bool create_context(ContextRequest& request, RenderWindow* parent);
+
+    WindowPlatform& platform;
+    // The last one holds the context, and ends first.
+    std::unique_ptr<RenderWindowOpenGLData> data;
+    std::unique_ptr<RenderWindowOpenGLData2> data2;
+    std::unique_ptr<RenderWindowOpenGLData_OSX> data_osx;
 };
 
 } // namespace orvex
