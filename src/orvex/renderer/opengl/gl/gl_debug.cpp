@@ -13,6 +13,9 @@
 #include "orvex/renderer/opengl/window/private/window_platform.h"
 #include "orvex/renderer/private/debug_name.h"
 
+// The driver's messages go into the log as they come, and objects get names. Both ask the
+// environment first, so that an ordinary run makes no call for them.
+
 namespace orvex {
 
 bool gl_debug_wanted() {

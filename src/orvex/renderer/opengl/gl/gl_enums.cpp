@@ -4,6 +4,9 @@
 
 #include <GL/glext.h>
 
+// Tables that are indexed by the engine's enumerations. A value outside one takes the row that the
+// header tells.
+
 namespace orvex {
 
 namespace {

@@ -6,6 +6,9 @@
 #include "orvex/renderer/opengl/gl/private/gl_functions.h"
 #include "orvex/renderer/opengl/window/private/window_platform.h"
 
+// Each row of the function table names its sources, best first. The first one that the context's
+// version or extension list serves gives the name that is fetched.
+
 namespace orvex {
 
 namespace {

@@ -6,6 +6,8 @@
 #include "orvex/renderer/records/mesh_data.h"
 #include "orvex/renderer/records/polyline_data.h"
 
+// Where names stand is asked of a linked program, where they are to stand is told to the next link.
+
 namespace orvex {
 
 namespace {

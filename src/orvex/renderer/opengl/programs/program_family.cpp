@@ -8,6 +8,9 @@
 #include "orvex/renderer/records/gpu_program_data.h"
 #include "orvex/renderer/records/gpu_program_uniform.h"
 
+// A stage that takes another's place is compiled before anything of the program changes. A compile
+// or a link that fails leaves its reason in the record.
+
 namespace orvex {
 
 ProgramFamily::ProgramFamily(GlState& state, const AttributeFamily& attributes,

@@ -7,6 +7,9 @@
 #include "orvex/renderer/records/gpu_program_uniform.h"
 #include "orvex/renderer/records/private/uniform_kinds.h"
 
+// The table of a program, walked at each bind: what is unknown is looked up, what is marked is sent
+// by the kind of its record, and each record that was met is unmarked.
+
 namespace orvex {
 
 int UniformFamily::location(const GpuProgramData* program, const char* name) const {

@@ -9,6 +9,9 @@
 #include "orvex/renderer/opengl/textures/private/pixel_packing.h"
 #include "orvex/renderer/private/debug_name.h"
 
+// The life of a target, clears and read-back. Ids that can't be deleted now are kept, for a later
+// kill.
+
 namespace orvex {
 
 RenderTargetOpenGL::RenderTargetOpenGL() {

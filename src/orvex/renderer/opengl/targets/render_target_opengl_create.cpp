@@ -6,6 +6,10 @@
 #include "orvex/renderer/opengl/state/private/renderer_opengl_ctx.h"
 #include "orvex/renderer/opengl/textures/private/texture_parameters.h"
 
+// The ways to make a target, and to give it another size. Each create ends what was there, stores
+// the sizes, makes textures or buffers, attaches them, asks whether that is complete, and leaves
+// the window's framebuffer bound.
+
 namespace orvex {
 
 // Before the first call of a create: everything it needs is there, and nothing is left behind.

@@ -6,6 +6,9 @@
 #include "orvex/renderer/opengl/targets/private/render_target_opengl.h"
 #include "orvex/renderer/opengl/window/private/window_platform.h"
 
+// Targets live in a list, framebuffers by their ids. A blit binds both sides and leaves the
+// window's framebuffer bound.
+
 namespace orvex {
 
 // The list

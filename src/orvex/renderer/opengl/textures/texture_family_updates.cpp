@@ -9,6 +9,9 @@
 #include "orvex/renderer/records/texture_data.h"
 #include "orvex/renderer/renderer.h"
 
+// Nothing here binds a texture. An update counts the pixels before OpenGL reads them; sampler
+// settings go out as they are told, whatever the record says.
+
 namespace orvex {
 
 // Updates

@@ -3,6 +3,8 @@
 #include "orvex/renderer/opengl/gl/private/gl_enums.h"
 #include "orvex/renderer/records/texture_data.h"
 
+// Every bind is written down, then sent: the unit first, then the texture.
+
 namespace orvex {
 
 GLenum gl_texture_target(const TextureData* texture) {

@@ -10,6 +10,9 @@
 #include "orvex/renderer/opengl/gl/private/gl_debug.h"
 #include "orvex/renderer/opengl/window/private/render_window_opengl_data.h"
 
+// The life of a window, its size, and what version its context has. The version is read once and
+// kept until the next initialization.
+
 namespace orvex {
 
 RenderWindowOpenGL::RenderWindowOpenGL()

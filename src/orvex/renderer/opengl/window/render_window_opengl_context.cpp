@@ -9,6 +9,9 @@
 #include "orvex/renderer/opengl/gl/private/gl_functions.h"
 #include "orvex/renderer/opengl/window/private/render_window_opengl_data.h"
 
+// The context of a window: a request goes to the platform, and what comes back is made current,
+// presented, resized and released here. Without a context each operation gives its failure value.
+
 namespace orvex {
 
 namespace {

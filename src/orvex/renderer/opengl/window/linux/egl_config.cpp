@@ -8,6 +8,9 @@
 
 #include "orvex/renderer/opengl/window/private/window_platform.h"
 
+// EGL is asked for configurations with at least the wanted bits. Of those it gives, the nearest go
+// first: EGL's own order prefers more.
+
 namespace orvex {
 
 EglConfigFacts wanted_facts(const ContextRequest& request) {

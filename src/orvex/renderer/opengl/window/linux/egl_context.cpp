@@ -7,6 +7,9 @@
 #include "orvex/renderer/opengl/state/private/gl_quirks.h"
 #include "orvex/renderer/opengl/window/linux/private/egl_config.h"
 
+// Contexts by EGL. What was current stays current, or comes back, whatever an operation needs in
+// between.
+
 namespace orvex {
 
 EglAnyContext::EglAnyContext(EGLDisplay display, EGLContext context, EGLSurface draw,
