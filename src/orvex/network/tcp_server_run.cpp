@@ -112,7 +112,7 @@ bool TcpServer::TcpServerData::Service::run() {
 bool TcpServer::TcpServerData::Service::is_end(Socket* client, int length) {
     // What the peek saw is there: it is taken whole, with a zero behind it.
     const int size = length + 1;
-    Message message(new unsigned char[static_cast<std::size_t>(size)]());
+    auto message = std::make_unique<unsigned char[]>(static_cast<std::size_t>(size));
     core->receive_socket(client, message.get(), length);
     // The stop text.
     if (data.is_stop_message(
