@@ -36,7 +36,8 @@ INSTANTIATE_TEST_SUITE_P(
     of, GuidePage,
     testing::Values(Page{"first_triangle", ""}, Page{"first_model", data}, Page{"own_shader", ""},
                     Page{"textures_and_materials", data + "lighthouse_stone.png"},
-                    Page{"render_targets", ""}, Page{"particles", ""}, Page{"text", data}),
+                    Page{"render_targets", ""}, Page{"particles", ""}, Page{"text", data},
+                    Page{"host_window", ""}),
     [](const auto& page) { return std::string(page.param.name); });
 
 TEST(GuidePages, on_threads_and_ownership_counts_references) {
