@@ -5,12 +5,12 @@
 /// <orvex/scene/camera.h>.
 
 #include "orvex/api.h"
+#include "orvex/fwd.h"
 
 #include "orvex/math/aligned_new.h"
 #include "orvex/math/mat4.h"
 #include "orvex/math/mat4d.h"
 #include "orvex/math/math.h"
-#include "orvex/math/math_fwd.h"
 #include "orvex/math/quat.h"
 #include "orvex/math/to_text.h"
 #include "orvex/math/vec2.h"
@@ -37,7 +37,6 @@
 #include "orvex/base/thread_lock.h"
 #include "orvex/base/timer.h"
 
-#include "orvex/network/network_fwd.h"
 #include "orvex/network/socket.h"
 #include "orvex/network/socket_core.h"
 #include "orvex/network/tcp_server.h"
@@ -45,8 +44,7 @@
 #include "orvex/renderer/keyboard.h"
 #include "orvex/renderer/records/counted_record.h"
 #include "orvex/renderer/records/font_data.h"
-#include "orvex/renderer/records/geometry_fwd.h"
-#include "orvex/renderer/records/gpu_fwd.h"
+#include "orvex/renderer/records/geometry_enums.h"
 #include "orvex/renderer/records/gpu_program_data.h"
 #include "orvex/renderer/records/gpu_program_uniform.h"
 #include "orvex/renderer/records/image.h"
@@ -63,7 +61,6 @@
 #include "orvex/renderer/render_window.h"
 #include "orvex/renderer/renderer.h"
 #include "orvex/renderer/renderer_base.h"
-#include "orvex/renderer/renderer_fwd.h"
 #include "orvex/renderer/renderer_operations.h"
 #include "orvex/renderer/renderer_rasterizer_state.h"
 #include "orvex/renderer/renderer_types.h"
@@ -76,7 +73,6 @@
 #include "orvex/scene/resource.h"
 #include "orvex/scene/resource_mgr.h"
 #include "orvex/scene/scene.h"
-#include "orvex/scene/scene_fwd.h"
 #include "orvex/scene/scene_mgr.h"
 #include "orvex/scene/scene_renderer.h"
 #include "orvex/scene/tripod.h"
@@ -110,7 +106,6 @@
 #include "orvex/geometry/shapes/mesh_torus.h"
 #include "orvex/geometry/shapes/mesh_triangle.h"
 
-#include "orvex/assets/images/assets_fwd.h"
 #include "orvex/assets/images/codecs/image_codec_stb.h"
 #include "orvex/assets/images/codecs/jpeg_writer.h"
 #include "orvex/assets/materials/material.h"

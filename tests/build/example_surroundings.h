@@ -1,7 +1,8 @@
 #pragma once
 
 /// @file
-/// What the examples in the headers' comments take for granted: a host's own nodes, numbers and functions.
+/// What the examples in the headers' comments take for granted: a host's own nodes, numbers and
+/// functions.
 
 #include <thread>
 

@@ -18,7 +18,7 @@ SYSTEM = {"<sys/types.h>"}
 FIRST = [["linux/input.h"], ["X11/Xlib.h", "X11/Xutil.h"], ["GL/gl.h", "GL/glext.h"],
          ["EGL/egl.h", "EGL/eglext.h"], ["GLFW/glfw3.h"], ["SDL2/SDL.h", "SDL2/SDL_syswm.h"]]
 # What a host may have below its own include root. Whoever includes one of these by mistake is told so.
-OWN = ["api.h", "fwd.h", "math/vec3.h", "math/math_fwd.h", "renderer/renderer.h", "scene/node.h",
+OWN = ["api.h", "fwd.h", "math/vec3.h", "renderer/renderer.h", "scene/node.h",
        "scene/camera.h", "base/log.h", "kernel/kernel.h"]
 
 

@@ -5,10 +5,9 @@
 
 #include "orvex/api.h"
 #include "orvex/base/plugin.h"
+#include "orvex/fwd.h"
 
 namespace orvex {
-
-class Image;
 
 /// Turns encoded bytes into an `Image` and back. A plugin of type `PLUGIN_TYPE_IMAGE_CODEC`, which
 /// concrete codecs set in their constructor.

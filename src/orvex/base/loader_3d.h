@@ -7,10 +7,9 @@
 
 #include "orvex/api.h"
 #include "orvex/base/plugin.h"
+#include "orvex/fwd.h"
 
 namespace orvex {
-
-class Model;
 
 /// Reads a model file into a `Model`. A plugin of type `PLUGIN_TYPE_LOADER_3D`, which concrete
 /// loaders set in their constructor.

@@ -6,10 +6,9 @@
 #include <memory>
 
 #include "orvex/api.h"
+#include "orvex/fwd.h"
 
 namespace orvex {
-
-class Thread;
 
 /// What kind of plugin this is. Values outside the list are free for hosts.
 enum PLUGIN_TYPE : int {

@@ -6,13 +6,10 @@
 #include <memory>
 
 #include "orvex/api.h"
+#include "orvex/fwd.h"
 #include "orvex/scene/node.h"
 
 namespace orvex {
-
-class Renderer;
-class RenderTarget;
-class Texture;
 
 /// Finds the pixels that change between frames that should be equal, the sign of a graphics
 /// processor that is overclocked or failing.

@@ -6,15 +6,11 @@
 #include <memory>
 
 #include "orvex/api.h"
-#include "orvex/math/math_fwd.h"
-#include "orvex/renderer/records/gpu_fwd.h"
+#include "orvex/fwd.h"
 #include "orvex/renderer/renderer_types.h"
 #include "orvex/scene/resource.h"
 
 namespace orvex {
-
-class Renderer;
-class Thread;
 
 /// A named shader program: its sources, its names for what the engine fills in by itself, and the
 /// uniform values that wait until it is bound.

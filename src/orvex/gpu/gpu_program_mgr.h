@@ -4,13 +4,11 @@
 /// `GpuProgramMgr`, which makes and holds GPU programs.
 
 #include "orvex/api.h"
-#include "orvex/renderer/records/gpu_fwd.h"
+#include "orvex/fwd.h"
 #include "orvex/renderer/renderer_types.h"
 #include "orvex/scene/resource_mgr.h"
 
 namespace orvex {
-
-class Renderer;
 
 /// Makes and holds the GPU programs of the process.
 ///

@@ -4,15 +4,9 @@
 /// The host's door to model loading and vertex lighting.
 
 #include "orvex/api.h"
+#include "orvex/fwd.h"
 
 namespace orvex {
-
-class Light;
-class Material;
-class Model;
-class Object;
-class mat4;
-class vec4;
 
 /// The host's short ways. Each function is the operation of `Kernel` of the same name; the classes
 /// draw small things over a scene.

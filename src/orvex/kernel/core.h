@@ -4,10 +4,9 @@
 /// The host's door into the engine: start, stop and the default log.
 
 #include "orvex/api.h"
+#include "orvex/fwd.h"
 
 namespace orvex {
-
-class Log;
 
 /// Functions over the engine's single instances, with no state of their own. The host's main thread
 /// calls them; the trace functions may be called from any thread.

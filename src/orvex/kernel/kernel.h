@@ -6,20 +6,9 @@
 #include <memory>
 
 #include "orvex/api.h"
+#include "orvex/fwd.h"
 
 namespace orvex {
-
-class Light;
-class Loader3D;
-class Material;
-class Model;
-class Object;
-class Plugin;
-class RenderTarget;
-class Renderer;
-class Texture;
-class mat4;
-class vec4;
 
 /// Starts and stops the engine, creates its built-in plugins and loads others, and loads models.
 ///

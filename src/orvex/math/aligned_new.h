@@ -1,7 +1,7 @@
 #pragma once
 
 #include "orvex/api.h"
-#include "orvex/math/math_fwd.h"
+#include "orvex/fwd.h"
 
 /// @file
 /// Arrays at an address of a chosen alignment. An `AlignedNew_*` takes one raw block, hands it out

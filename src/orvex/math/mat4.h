@@ -1,7 +1,7 @@
 #pragma once
 
 #include "orvex/api.h"
-#include "orvex/math/math_fwd.h"
+#include "orvex/fwd.h"
 #include "orvex/math/vec4.h"
 
 #include <type_traits>

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "orvex/api.h"
-#include "orvex/math/math_fwd.h"
+#include "orvex/fwd.h"
 
 #include <iosfwd>
 

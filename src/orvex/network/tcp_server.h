@@ -8,7 +8,7 @@
 #include <sys/types.h>
 
 #include "orvex/api.h"
-#include "orvex/network/network_fwd.h"
+#include "orvex/fwd.h"
 
 namespace orvex {
 

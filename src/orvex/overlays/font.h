@@ -8,17 +8,10 @@
 #include <memory>
 
 #include "orvex/api.h"
+#include "orvex/fwd.h"
 #include "orvex/scene/object.h"
 
 namespace orvex {
-
-class Mesh;
-class Renderer;
-class RenderWindow;
-class Texture;
-
-struct FontData;
-struct MeshData;
 
 /// Text, in two ways: as textured quads from a sheet of drawn glyphs (every operation named `bm_`),
 /// or in the platform's raster font (`bitmap_font_linux_render`).

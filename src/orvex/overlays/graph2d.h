@@ -6,11 +6,10 @@
 #include <memory>
 
 #include "orvex/api.h"
+#include "orvex/fwd.h"
 #include "orvex/scene/object.h"
 
 namespace orvex {
-
-class Curve;
 
 /// A pair of axes with any number of curves that scroll, such as a chart of frame times over a
 /// scene.

@@ -3,12 +3,10 @@
 #include <memory>
 
 #include "orvex/api.h"
-#include "orvex/renderer/renderer_fwd.h"
+#include "orvex/fwd.h"
+#include "orvex/renderer/renderer_types.h"
 
 namespace orvex {
-
-class Renderer;
-class Texture;
 
 namespace aux {
 

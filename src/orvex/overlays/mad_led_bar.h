@@ -3,7 +3,7 @@
 #include <memory>
 
 #include "orvex/api.h"
-#include "orvex/math/math_fwd.h"
+#include "orvex/fwd.h"
 #include "orvex/scene/object.h"
 
 namespace orvex {

@@ -6,12 +6,11 @@
 #include <memory>
 
 #include "orvex/api.h"
-#include "orvex/renderer/renderer_fwd.h"
+#include "orvex/fwd.h"
+#include "orvex/renderer/renderer_types.h"
 #include "orvex/scene/object.h"
 
 namespace orvex {
-
-class Texture;
 
 /// @name Texts of the shaders that `Skybox` draws with
 /// A host may put texts of its own here before a skybox is drawn for the first time. They are given

@@ -6,11 +6,9 @@
 #include <memory>
 
 #include "orvex/api.h"
-#include "orvex/scene/scene_fwd.h"
+#include "orvex/fwd.h"
 
 namespace orvex {
-
-class Renderer;
 
 namespace aux {
 

@@ -4,11 +4,10 @@
 /// `RenderTarget`, a framebuffer with its storage.
 
 #include "orvex/api.h"
+#include "orvex/fwd.h"
 #include "orvex/renderer/renderer_types.h"
 
 namespace orvex {
-
-class Texture;
 
 /// An off-screen drawing surface: a framebuffer with its colour and depth storage.
 ///

@@ -7,8 +7,7 @@
 
 #include "orvex/api.h"
 #include "orvex/base/plugin.h"
-#include "orvex/math/math_fwd.h"
-#include "orvex/renderer/renderer_fwd.h"
+#include "orvex/fwd.h"
 #include "orvex/renderer/renderer_types.h"
 
 namespace orvex {

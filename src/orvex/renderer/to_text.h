@@ -8,8 +8,9 @@
 /// @endcode
 
 #include "orvex/api.h"
+#include "orvex/fwd.h"
 #include "orvex/renderer/keyboard.h"
-#include "orvex/renderer/records/geometry_fwd.h"
+#include "orvex/renderer/records/geometry_enums.h"
 #include "orvex/renderer/records/gpu_program_uniform.h"
 #include "orvex/renderer/records/mesh_types.h"
 #include "orvex/renderer/records/texture_data.h"

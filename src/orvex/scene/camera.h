@@ -8,12 +8,10 @@
 #include <memory>
 
 #include "orvex/api.h"
-#include "orvex/math/math_fwd.h"
+#include "orvex/fwd.h"
 #include "orvex/scene/object.h"
 
 namespace orvex {
-
-class Viewport;
 
 /// An object that keeps a projection, a view and a viewport, and hands them to the renderer.
 ///

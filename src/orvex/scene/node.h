@@ -4,12 +4,9 @@
 /// `Node`, the root class of all that stands in a scene, and the tags of its subclasses.
 
 #include "orvex/api.h"
-#include "orvex/scene/scene_fwd.h"
+#include "orvex/fwd.h"
 
 namespace orvex {
-
-class Renderer;
-class Thread;
 
 /// What a node is. Each constructor on the way from base to most derived class adds its own tag, so
 /// a box mesh carries `NODE_TYPE_NODE`, `NODE_TYPE_OBJECT`, `NODE_TYPE_MESH`, `NODE_TYPE_MESH_BOX`.

@@ -8,18 +8,10 @@
 #include <memory>
 
 #include "orvex/api.h"
-#include "orvex/math/math_fwd.h"
+#include "orvex/fwd.h"
 #include "orvex/scene/node.h"
 
 namespace orvex {
-
-enum PIXEL_FORMAT : int;
-
-class GpuProgram;
-class Material;
-
-struct GpuProgramData;
-struct Vertex;
 
 /// Base of everything that is drawn: a node with a transform, materials, an optional GPU program, a
 /// bounding sphere, a debug grid and debug axes, and the draw pipeline that subclasses fill in.

@@ -3,12 +3,9 @@
 #include <memory>
 
 #include "orvex/api.h"
-#include "orvex/scene/scene_fwd.h"
+#include "orvex/fwd.h"
 
 namespace orvex {
-
-class Renderer;
-class Thread;
 
 /// Base of the managers of GPU programs, textures and materials: an ordered list of resources, and
 /// the rule that decides which of them a renderer may release.

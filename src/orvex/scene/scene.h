@@ -3,11 +3,9 @@
 #include <memory>
 
 #include "orvex/api.h"
-#include "orvex/scene/scene_fwd.h"
+#include "orvex/fwd.h"
 
 namespace orvex {
-
-class Renderer;
 
 /// A named tree of nodes under one root object.
 ///

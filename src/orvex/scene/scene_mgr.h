@@ -3,11 +3,9 @@
 #include <memory>
 
 #include "orvex/api.h"
-#include "orvex/scene/scene_fwd.h"
+#include "orvex/fwd.h"
 
 namespace orvex {
-
-class Renderer;
 
 /// Owns all scenes and takes them down, each kind of node in the right way.
 ///

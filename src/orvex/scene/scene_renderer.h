@@ -3,11 +3,9 @@
 #include <memory>
 
 #include "orvex/api.h"
-#include "orvex/scene/scene_fwd.h"
+#include "orvex/fwd.h"
 
 namespace orvex {
-
-class Renderer;
 
 /// Draws the nodes of a scene as a camera sees them.
 ///

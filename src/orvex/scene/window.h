@@ -6,15 +6,10 @@
 #include <memory>
 
 #include "orvex/api.h"
+#include "orvex/fwd.h"
 
 namespace orvex {
 
-class Camera;
-class Node;
-class Renderer;
-class RenderWindow;
-class Scene;
-class SceneRenderer;
 struct WindowData;
 
 /// One view of a scene: what to draw, through which camera, into which part of the drawable.

@@ -1,8 +1,8 @@
 #include <cmath>
 
 #include "exact.h"
+#include "orvex/fwd.h"
 #include "orvex/math/mat4d.h"
-#include "orvex/math/math_fwd.h"
 #include "orvex/math/vec2.h"
 #include "orvex/math/vec3.h"
 #include "orvex/math/vec3u8.h"

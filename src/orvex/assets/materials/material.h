@@ -6,15 +6,11 @@
 #include <memory>
 
 #include "orvex/api.h"
-#include "orvex/math/math_fwd.h"
+#include "orvex/fwd.h"
 #include "orvex/renderer/renderer_types.h"
 #include "orvex/scene/resource.h"
 
 namespace orvex {
-
-class GpuProgram;
-class Renderer;
-class Texture;
 
 /// What a drawn part of a mesh looks like: a GPU program, textures on consecutive units, colours
 /// for the fixed pipeline, and a queue of texture files that wait to be loaded.

@@ -3,12 +3,10 @@
 #include <memory>
 
 #include "orvex/api.h"
+#include "orvex/fwd.h"
 #include "orvex/scene/resource_mgr.h"
 
 namespace orvex {
-
-class Material;
-class Renderer;
 
 /// The process-wide registry of materials.
 ///

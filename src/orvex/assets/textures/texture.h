@@ -4,16 +4,11 @@
 /// Texture: pixels of the CPU and the GPU, as a resource.
 
 #include "orvex/api.h"
-#include "orvex/math/math_fwd.h"
+#include "orvex/fwd.h"
 #include "orvex/renderer/renderer_types.h"
 #include "orvex/scene/resource.h"
 
 namespace orvex {
-
-class Image;
-class Renderer;
-class RenderTarget;
-struct TextureData;
 
 /// A texture: a resource that holds a `TextureData`, alone or together with other textures.
 ///

@@ -6,16 +6,11 @@
 #include <memory>
 
 #include "orvex/api.h"
+#include "orvex/fwd.h"
 #include "orvex/renderer/renderer_types.h"
 #include "orvex/scene/resource_mgr.h"
 
 namespace orvex {
-
-class ImageCodec;
-class Plugin;
-class Renderer;
-class RenderTarget;
-class Texture;
 
 /// The process-wide registry of textures, and the door through which image codecs decode files and
 /// memory blocks and write images.

@@ -4,6 +4,7 @@
 /// `Polyline`, the line object of the scene.
 
 #include "orvex/api.h"
+#include "orvex/fwd.h"
 #include "orvex/renderer/records/vertex.h"
 #include "orvex/scene/object.h"
 
@@ -12,7 +13,6 @@
 namespace orvex {
 
 struct PolylineBuildUserGeometryData;
-struct PolylineData;
 
 /// The line object of the scene: a row of vertices drawn as separate lines, as a strip or as a
 /// loop.

@@ -1,11 +1,10 @@
 #pragma once
 
 #include "orvex/api.h"
+#include "orvex/fwd.h"
 #include "orvex/scene/object.h"
 
 namespace orvex {
-
-class Mesh;
 
 /// The object that a 3D loader fills: its children are the meshes and objects of one file.
 ///

@@ -4,7 +4,8 @@
 /// `ParticleAction`, which moves particles.
 
 #include "orvex/api.h"
-#include "orvex/renderer/records/geometry_fwd.h"
+#include "orvex/fwd.h"
+#include "orvex/renderer/records/geometry_enums.h"
 #include "orvex/scene/object.h"
 
 #include <memory>

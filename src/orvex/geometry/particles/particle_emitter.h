@@ -4,7 +4,8 @@
 /// `ParticleEmitter`, which brings particles to life.
 
 #include "orvex/api.h"
-#include "orvex/renderer/records/geometry_fwd.h"
+#include "orvex/fwd.h"
+#include "orvex/renderer/records/geometry_enums.h"
 #include "orvex/scene/object.h"
 
 #include <memory>

@@ -4,12 +4,11 @@
 /// `ParticlePool`, the particles of one particle system.
 
 #include "orvex/api.h"
+#include "orvex/fwd.h"
 #include "orvex/math/vec3.h"
-#include "orvex/renderer/records/geometry_fwd.h"
+#include "orvex/renderer/records/geometry_enums.h"
 
 namespace orvex {
-
-class Renderer;
 
 /// The particles of one system, one array for each of their properties, and the points that draw
 /// them.

@@ -4,16 +4,13 @@
 /// `VertexPool`, a plain array of points as an object of the scene.
 
 #include "orvex/api.h"
+#include "orvex/fwd.h"
 #include "orvex/renderer/records/vertex.h"
 #include "orvex/scene/object.h"
 
 #include <memory>
 
 namespace orvex {
-
-enum BUFFER_OBJECT_USAGE : int;
-
-struct VertexPoolData;
 
 /// An object that draws a plain array of points, with one draw call and no faces.
 ///

@@ -4,16 +4,11 @@
 /// `RayCaster`, picking with rays, and the records it works on.
 
 #include "orvex/api.h"
-#include "orvex/math/math_fwd.h"
+#include "orvex/fwd.h"
 #include "orvex/math/vec3.h"
 #include "orvex/math/vec4.h"
 
 namespace orvex {
-
-class Camera;
-class Mesh;
-class Object;
-class Viewport;
 
 /// A ray in world space: a point and a direction, which need not be of unit length.
 struct Ray {

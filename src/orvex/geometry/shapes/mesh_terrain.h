@@ -1,13 +1,12 @@
 #pragma once
 
 #include "orvex/api.h"
+#include "orvex/fwd.h"
 #include "orvex/geometry/mesh/mesh.h"
 
 #include <memory>
 
 namespace orvex {
-
-class Texture;
 
 /// A square grid in the plane XZ, centred at the origin and raised along Y by the brightness of a
 /// height map.

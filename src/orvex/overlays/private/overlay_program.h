@@ -3,10 +3,9 @@
 /// @file
 /// The making of the programs that overlays draw with, and what the log hears of it.
 
-namespace orvex {
+#include "orvex/fwd.h"
 
-class GpuProgram;
-class Renderer;
+namespace orvex {
 
 /// How an overlay speaks of its program.
 struct OverlayProgramTexts {

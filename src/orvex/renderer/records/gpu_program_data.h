@@ -7,9 +7,8 @@
 
 #include "orvex/api.h"
 #include "orvex/base/owned_text.h"
-#include "orvex/math/math_fwd.h"
+#include "orvex/fwd.h"
 #include "orvex/renderer/records/counted_record.h"
-#include "orvex/renderer/records/gpu_fwd.h"
 #include "orvex/renderer/renderer_types.h"
 
 namespace orvex {

@@ -3,7 +3,8 @@
 /// @file
 /// Small records and flags of `Mesh`.
 
-#include "orvex/renderer/records/geometry_fwd.h"
+#include "orvex/fwd.h"
+#include "orvex/renderer/records/geometry_enums.h"
 
 namespace orvex {
 

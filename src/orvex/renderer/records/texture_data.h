@@ -1,11 +1,10 @@
 #pragma once
 
 #include "orvex/api.h"
+#include "orvex/fwd.h"
 #include "orvex/renderer/records/image.h"
 
 namespace orvex {
-
-class Texture;
 
 /// Kind of a texture. The engine itself makes 1D, 2D and cube textures; the others can be bound.
 enum TEXTURE_TYPE : int {

@@ -7,10 +7,11 @@
 #include <type_traits>
 
 #include "orvex/api.h"
+#include "orvex/fwd.h"
 #include "orvex/math/vec2.h"
 #include "orvex/math/vec3.h"
 #include "orvex/math/vec4.h"
-#include "orvex/renderer/records/geometry_fwd.h"
+#include "orvex/renderer/records/geometry_enums.h"
 
 namespace orvex {
 

@@ -3,10 +3,11 @@
 /// @file
 /// One array of vertex attributes, as mesh stores and polylines hold them.
 
+#include "orvex/fwd.h"
 #include "orvex/math/vec2.h"
 #include "orvex/math/vec3.h"
 #include "orvex/math/vec4.h"
-#include "orvex/renderer/records/geometry_fwd.h"
+#include "orvex/renderer/records/geometry_enums.h"
 
 namespace orvex {
 

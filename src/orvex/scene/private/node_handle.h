@@ -5,9 +5,9 @@
 
 #include <utility>
 
-namespace orvex {
+#include "orvex/fwd.h"
 
-class Node;
+namespace orvex {
 
 /// The head of a node's record, which outlives the node for as long as handles point to it. Not
 /// atomic, like the node itself.

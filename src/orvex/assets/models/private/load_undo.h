@@ -5,10 +5,9 @@
 
 #include <memory>
 
-namespace orvex {
+#include "orvex/fwd.h"
 
-class Mesh;
-class Model;
+namespace orvex {
 
 /// Ends a mesh that no model has yet.
 struct MeshEnd {

@@ -4,10 +4,9 @@
 /// What textures do with pixels that still belong to a codec, so that they go back to it once and
 /// not while another texture shows them. Safe from any thread.
 
-namespace orvex {
+#include "orvex/fwd.h"
 
-class Image;
-struct TextureData;
+namespace orvex {
 
 /// The image of a texture takes over what another image has: a copy of its own pixels, or the
 /// codec's as they are. The decoded pixels that it had before are given back.

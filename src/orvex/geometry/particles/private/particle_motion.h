@@ -3,12 +3,10 @@
 /// @file
 /// The walks over a pool of particles that a step is made of.
 
-#include "orvex/renderer/records/geometry_fwd.h"
+#include "orvex/fwd.h"
+#include "orvex/renderer/records/geometry_enums.h"
 
 namespace orvex {
-
-class vec3;
-class vec4;
 
 namespace particle_motion {
 

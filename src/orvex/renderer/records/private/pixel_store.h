@@ -14,9 +14,9 @@
 /// is a decoder's is asked here. Only a loan and a first hold allocate; what ends one never does,
 /// and the destructor of an image that holds nothing does not come here at all. Any thread.
 
-namespace orvex {
+#include "orvex/fwd.h"
 
-class Image;
+namespace orvex {
 
 /// Pixels that a decoder made, and what frees them.
 struct PixelStore {

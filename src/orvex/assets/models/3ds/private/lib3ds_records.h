@@ -10,12 +10,10 @@
 #include <vector>
 
 #include "orvex/assets/models/3ds/loader_3d_lib3ds.h"
+#include "orvex/fwd.h"
 #include "orvex/platform/private/large_pages.h"
 
 namespace orvex {
-
-class Material;
-class Mesh;
 
 using Lib3dsFloat2 = std::array<float, 2>;
 using Lib3dsFloat3 = std::array<float, 3>;

@@ -11,9 +11,9 @@
 #include <unordered_map>
 #include <vector>
 
-namespace orvex {
+#include "orvex/fwd.h"
 
-class Material;
+namespace orvex {
 
 /// A name as the reader keeps it: cut to 127 characters.
 class OBJ_Name {

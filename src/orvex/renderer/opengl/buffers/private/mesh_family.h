@@ -3,8 +3,9 @@
 /// @file
 /// The family of meshes: buffers made from a store of geometry, and its draws.
 
+#include "orvex/fwd.h"
 #include "orvex/renderer/opengl/gl/private/gl_functions.h"
-#include "orvex/renderer/renderer_fwd.h"
+#include "orvex/renderer/renderer_types.h"
 
 namespace orvex {
 

@@ -3,7 +3,8 @@
 /// @file
 /// The family of polylines.
 
-#include "orvex/renderer/renderer_fwd.h"
+#include "orvex/fwd.h"
+#include "orvex/renderer/renderer_types.h"
 
 namespace orvex {
 

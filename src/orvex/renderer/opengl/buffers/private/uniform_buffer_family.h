@@ -3,7 +3,7 @@
 /// @file
 /// The family of uniform buffers.
 
-#include "orvex/renderer/renderer_fwd.h"
+#include "orvex/fwd.h"
 #include "orvex/renderer/renderer_types.h"
 
 namespace orvex {

@@ -9,11 +9,11 @@
 #include <vector>
 
 #include "orvex/api.h"
+#include "orvex/fwd.h"
 #include "orvex/renderer/opengl/buffers/private/client_arrays.h"
 #include "orvex/renderer/opengl/gl/private/gl_functions.h"
 #include "orvex/renderer/opengl/state/private/gl_quirks.h"
 #include "orvex/renderer/opengl/state/private/renderer_opengl_ctx.h"
-#include "orvex/renderer/renderer_fwd.h"
 #include "orvex/renderer/renderer_types.h"
 
 namespace orvex {

@@ -5,8 +5,9 @@
 
 #include <memory>
 
+#include "orvex/fwd.h"
 #include "orvex/math/mat4.h"
-#include "orvex/renderer/renderer_fwd.h"
+#include "orvex/renderer/renderer_types.h"
 
 namespace orvex {
 

@@ -3,8 +3,9 @@
 /// @file
 /// The family of the shadow mapping passes.
 
+#include "orvex/fwd.h"
 #include "orvex/math/mat4.h"
-#include "orvex/renderer/renderer_fwd.h"
+#include "orvex/renderer/renderer_types.h"
 
 namespace orvex {
 

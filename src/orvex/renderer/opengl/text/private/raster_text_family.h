@@ -3,7 +3,7 @@
 /// @file
 /// Raster text in the fixed pipeline.
 
-#include "orvex/math/math_fwd.h"
+#include "orvex/fwd.h"
 #include "orvex/renderer/opengl/state/private/gl_state.h"
 #include "orvex/renderer/opengl/text/private/glut_text.h"
 

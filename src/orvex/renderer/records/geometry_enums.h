@@ -1,9 +1,7 @@
 #pragma once
 
 /// @file
-/// Forward declarations of the geometry classes and records.
-
-#include "orvex/api.h"
+/// The enumerations of meshes, polylines and particles.
 
 namespace orvex {
 
@@ -34,50 +32,5 @@ enum PARTICLE_EMITTER_TYPE : int {
 enum PARTICLE_ACTION_TYPE : int {
     PARTICLE_ACTION_GRAVITY = 0, ///< accelerates and moves them
 };
-
-struct FaceU16;
-struct FaceU32;
-struct InstancingInitParams;
-struct MaterialSubset;
-struct MeshData;
-// Arguments of an exported template: what they are declared as here decides what it exports.
-struct ORVEX_API MeshData_32;
-struct ORVEX_API MeshData_64;
-struct ORVEX_API MeshData_PhysXCloth;
-struct ParticlePool;
-struct PolylineData;
-struct Ray;
-struct RayObjectIntersection;
-struct Vertex;
-struct VertexAttribArray;
-struct VertexAttribArray_2f;
-struct VertexAttribArray_3f;
-struct VertexPoolData;
-struct Vertex_32;
-struct Vertex_64;
-struct Vertex_PhysXCloth;
-struct _Curve2D;
-
-class Curve;
-class Line;
-class Mesh;
-class MeshBox;
-class MeshCylinder;
-class MeshEllipse;
-class MeshPlane;
-class MeshQuad;
-class MeshQuadHud;
-class MeshSphere;
-class MeshTerrain;
-class MeshTorus;
-class MeshTriangle;
-class MiniSpline;
-class ParticleAction;
-class ParticleEmitter;
-class ParticleSystem;
-class Point;
-class Polyline;
-class RayCaster;
-class VertexPool;
 
 } // namespace orvex
