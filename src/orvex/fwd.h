@@ -1,8 +1,8 @@
 #pragma once
 
 /// @file
-/// Forward declarations of all that hosts can name, for headers that only name it: classes, records, and
-/// enumerations with their underlying type. Room by room, from the ground to the roof.
+/// Forward declarations of all that hosts can name, for headers that only name it: classes,
+/// records, and enumerations with their underlying type. Room by room, from the ground to the roof.
 
 #include "orvex/api.h"
 

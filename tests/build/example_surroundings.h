@@ -4,6 +4,8 @@
 /// What the examples in the headers' comments take for granted: a host's own nodes, numbers and
 /// functions.
 
+#include <cstdio>
+#include <iostream>
 #include <thread>
 
 #include <orvex/orvex.h>

@@ -29,7 +29,7 @@ def marked_in(text):
     namespaces = []
     depth = 0
     token = re.compile(r"namespace\s+(\w+)\s*\{|[{}]|(?:class|struct)\s+ORVEX_API\s+(\w+)\s*([;:{])|"
-                       r"\bORVEX_API\s[^;{()]*?\b(\w+)\s*[(;]")
+                       r"\bORVEX_API\s[^;{()]*?\b(operator<<|\w+)\s*[(;]")
     for match in token.finditer(text):
         namespace, record, follows, function = match.groups()
         if namespace:
@@ -55,6 +55,8 @@ def names_in(mangled):
     match = re.match(r"_Z(?:T[ISTV]|T[hv][n0-9_]*_|GV)?NK?5orvex", mangled)
     if not match:
         return []
+    if mangled.startswith("ls", match.end()):
+        return ["operator<<"]
     names, at = [], match.end()
     while length := re.compile(r"\d+").match(mangled, at):
         at = length.end() + int(length.group())

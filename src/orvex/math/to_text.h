@@ -1,10 +1,5 @@
 #pragma once
 
-#include "orvex/api.h"
-#include "orvex/fwd.h"
-
-#include <iosfwd>
-
 /// @file
 /// Values as text, for logs, tests and debuggers: components in brackets, separated by a comma and
 /// a space, each as the stream writes a number with the precision it is set to; bytes are written
@@ -17,6 +12,11 @@
 /// std::cout << orvex::vec3(1.0f, 2.5f, 0.0f); // (1, 2.5, 0)
 /// std::cout << orvex::mat4(); // ((1, 0, 0, 0), (0, 1, 0, 0), (0, 0, 1, 0), (0, 0, 0, 1))
 /// @endcode
+
+#include <iosfwd>
+
+#include "orvex/api.h"
+#include "orvex/fwd.h"
 
 namespace orvex {
 

@@ -7,7 +7,6 @@
 
 #include "orvex/api.h"
 #include "orvex/base/owned_text.h"
-#include "orvex/base/private/misuse.h"
 #include "orvex/math/vec4.h"
 #include "orvex/scene/object.h"
 
