@@ -66,7 +66,6 @@ public:
     void close() const {
         eglMakeCurrent(display, EGL_NO_SURFACE, EGL_NO_SURFACE, EGL_NO_CONTEXT);
         eglDestroyContext(display, context);
-        eglTerminate(display);
     }
 
     EGLContext context = EGL_NO_CONTEXT;

@@ -28,22 +28,22 @@ quat& quat::normalize() noexcept {
 
 // The flag asks for a unit axis, but what is normalised is the whole quaternion: an axis of another
 // length gives another angle, flag or no flag, and callers have come to rely on it.
-quat& quat::from_axis_angle(float angle, float x_, float y_, float z_,
+quat& quat::from_axis_angle(float angle, float x, float y, float z,
                             bool /*normalize_axis*/) noexcept {
     const float half = angle * degrees_to_radians * 0.5f;
     const float s = std::sin(half);
-    return set(x_ * s, y_ * s, z_ * s, std::cos(half)).normalize();
+    return set(x * s, y * s, z * s, std::cos(half)).normalize();
 }
 
 quat& quat::from_axis_angle(float angle, const vec4& axis, bool normalize_axis) noexcept {
     return from_axis_angle(angle, axis.x, axis.y, axis.z, normalize_axis);
 }
 
-quat& quat::from_euler(float x_, float y_, float z_) noexcept {
+quat& quat::from_euler(float x, float y, float z) noexcept {
     quat about_x, about_y, about_z;
-    about_x.from_axis_angle(x_, vec4::UNIT_X_AXIS, false);
-    about_y.from_axis_angle(y_, vec4::UNIT_Y_AXIS, false);
-    about_z.from_axis_angle(z_, vec4::UNIT_Z_AXIS, false);
+    about_x.from_axis_angle(x, vec4::UNIT_X_AXIS, false);
+    about_y.from_axis_angle(y, vec4::UNIT_Y_AXIS, false);
+    about_z.from_axis_angle(z, vec4::UNIT_Z_AXIS, false);
     *this = (about_y * about_x) * about_z;
     return normalize();
 }

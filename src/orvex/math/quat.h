@@ -32,11 +32,11 @@ public:
         , z(0.0f)
         , w(1.0f) {}
     /// Makes a quaternion of four components, the scalar part last.
-    constexpr quat(float x_, float y_, float z_, float w_) noexcept
-        : x(x_)
-        , y(y_)
-        , z(z_)
-        , w(w_) {}
+    constexpr quat(float x, float y, float z, float w) noexcept
+        : x(x)
+        , y(y)
+        , z(z)
+        , w(w) {}
     constexpr quat(const quat&) = default;  ///< all four components
     quat& operator=(const quat&) = default; ///< all four components
 
@@ -66,18 +66,18 @@ public:
 
     /// Makes this the turn by an angle about an axis, normalised as a whole quaternion.
     /// @param angle  degrees
-    /// @param x_,y_,z_  the axis; expected to be of unit length
+    /// @param x,y,z  the axis; expected to be of unit length
     /// @param normalize_axis  has no effect on the result: the quaternion is made from the axis as
     ///                        given
     /// @return this quaternion
-    quat& from_axis_angle(float angle, float x_, float y_, float z_, bool normalize_axis) noexcept;
+    quat& from_axis_angle(float angle, float x, float y, float z, bool normalize_axis) noexcept;
     /// The same, with the axis in the first three components of a vector.
     quat& from_axis_angle(float angle, const vec4& axis, bool normalize_axis) noexcept;
 
     /// Makes this the product (turn about Y · turn about X) · turn about Z, normalised.
-    /// @param x_,y_,z_  the three angles, in degrees
+    /// @param x,y,z  the three angles, in degrees
     /// @return this quaternion
-    quat& from_euler(float x_, float y_, float z_) noexcept;
+    quat& from_euler(float x, float y, float z) noexcept;
 
     /// Three angles of this orientation, in radians, unlike everything else here. Inverts
     /// `from_euler` only for turns about a single axis.

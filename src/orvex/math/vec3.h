@@ -28,10 +28,10 @@ public:
         , y(0.0f)
         , z(0.0f) {}
     /// Makes a vector of three components.
-    constexpr vec3(float x_, float y_, float z_) noexcept
-        : x(x_)
-        , y(y_)
-        , z(z_) {}
+    constexpr vec3(float x, float y, float z) noexcept
+        : x(x)
+        , y(y)
+        , z(z) {}
     constexpr vec3(const vec3&) = default;  ///< all three components
     vec3& operator=(const vec3&) = default; ///< all three components
 

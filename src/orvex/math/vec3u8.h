@@ -25,10 +25,10 @@ public:
         , y(0)
         , z(0) {}
     /// Makes a vector of three components.
-    constexpr vec3u8(unsigned char x_, unsigned char y_, unsigned char z_) noexcept
-        : x(x_)
-        , y(y_)
-        , z(z_) {}
+    constexpr vec3u8(unsigned char x, unsigned char y, unsigned char z) noexcept
+        : x(x)
+        , y(y)
+        , z(z) {}
     constexpr vec3u8(const vec3u8&) = default;  ///< all three components
     vec3u8& operator=(const vec3u8&) = default; ///< all three components
 };

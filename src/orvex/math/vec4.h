@@ -45,11 +45,11 @@ public:
         , z(0.0f)
         , w(1.0f) {}
     /// Makes a vector of four components.
-    constexpr vec4(float x_, float y_, float z_, float w_) noexcept
-        : x(x_)
-        , y(y_)
-        , z(z_)
-        , w(w_) {}
+    constexpr vec4(float x, float y, float z, float w) noexcept
+        : x(x)
+        , y(y)
+        , z(z)
+        , w(w) {}
     /// Makes a point: w is 1.
     constexpr vec4(const vec3& b) noexcept
         : x(b.x)

@@ -28,12 +28,11 @@ public:
         , z(0)
         , w(1) {}
     /// Makes a vector of four components.
-    constexpr vec4u8(unsigned char x_, unsigned char y_, unsigned char z_,
-                     unsigned char w_) noexcept
-        : x(x_)
-        , y(y_)
-        , z(z_)
-        , w(w_) {}
+    constexpr vec4u8(unsigned char x, unsigned char y, unsigned char z, unsigned char w) noexcept
+        : x(x)
+        , y(y)
+        , z(z)
+        , w(w) {}
     constexpr vec4u8(const vec4u8&) = default;  ///< all four components
     vec4u8& operator=(const vec4u8&) = default; ///< all four components
 

@@ -11,7 +11,7 @@ RenderTarget::RenderTarget()
 
 RenderTarget::~RenderTarget() = default;
 
-unsigned long RenderTarget::_get_read_back_size(unsigned long channels) {
+unsigned long RenderTarget::get_read_back_size(unsigned long channels) {
     const auto columns = static_cast<unsigned long>(std::max(width, 0));
     const auto rows = static_cast<unsigned long>(std::max(height, 0));
     return (columns * channels + 7) / 8 * 8 * rows;

@@ -164,7 +164,7 @@ protected:
     /// size. As it stands, rows padded to eight bytes, the widest alignment there is; a back end
     /// that packs in other ways overrides it.
     /// @param channels  bytes a pixel
-    virtual unsigned long _get_read_back_size(unsigned long channels);
+    virtual unsigned long get_read_back_size(unsigned long channels);
 
     int id;                ///< what `get_id` gives
     int width = 0;         ///< pixels, written by a create and by `resize`

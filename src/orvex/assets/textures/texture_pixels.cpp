@@ -113,7 +113,7 @@ void copy_what_fits(unsigned char* pixels, unsigned long bytes, const ReadPixels
 bool Texture::update_pixmap_rgb_u8_from_render_target(RenderTarget* target, unsigned long) {
     if (!target || !record)
         return false;
-    const ReadPixels read(target->_get_read_back_size(3));
+    const ReadPixels read(target->get_read_back_size(3));
     if (!read.data)
         return false;
     const unsigned long edge = as_size(target->get_width());
@@ -129,7 +129,7 @@ bool Texture::update_pixmap_rgb_u8_from_render_target(RenderTarget* target, unsi
 bool Texture::update_pixmap_rgba_u8_from_render_target(RenderTarget* target, unsigned long) {
     if (!target || !record)
         return false;
-    const ReadPixels read(target->_get_read_back_size(4));
+    const ReadPixels read(target->get_read_back_size(4));
     if (!read.data)
         return false;
     const unsigned long edge = as_size(target->get_width());

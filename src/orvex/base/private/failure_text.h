@@ -1,9 +1,11 @@
 #pragma once
 
-#include <cstdarg>
-
 /// @file
 /// Where loaders and codecs keep why they refused a file.
+
+#include <cstdarg>
+
+#include "orvex/api.h"
 
 namespace orvex {
 
@@ -15,7 +17,7 @@ struct FailureText {
     char text[capacity] = {};
 
     /// Formats as `printf` does; what doesn't fit is cut. A null format empties it.
-    void set(const char* format, std::va_list arguments) noexcept;
+    void set(const char* format, std::va_list arguments) noexcept ORVEX_PRINTF(2, 0);
     /// The empty text.
     void clear() noexcept { text[0] = '\0'; }
 };

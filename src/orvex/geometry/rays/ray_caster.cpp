@@ -184,12 +184,12 @@ Lanes3 gather(const float* a, const float* b, const float* c, const float* d) {
 /// A ray on its way through the faces of a mesh.
 class FaceWalk {
 public:
-    FaceWalk(const Ray& ray_, MeshData& store, const mat4& transform_, RayObjectIntersection& out)
-        : ray(ray_)
-        , origin(splat(ray_.origin))
-        , direction(splat(ray_.direction))
+    FaceWalk(const Ray& ray, MeshData& store, const mat4& transform, RayObjectIntersection& out)
+        : ray(ray)
+        , origin(splat(ray.origin))
+        , direction(splat(ray.direction))
         , positions(store)
-        , to_world(transform_)
+        , to_world(transform)
         , result(out) {}
 
     /// Goes through the faces in order, up to where the result is certain.

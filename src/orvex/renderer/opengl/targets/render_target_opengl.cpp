@@ -175,7 +175,7 @@ bool RenderTargetOpenGL::read_color_pixmap(GLenum channels, unsigned char* pixel
     return true;
 }
 
-unsigned long RenderTargetOpenGL::_get_read_back_size(unsigned long channels) {
+unsigned long RenderTargetOpenGL::get_read_back_size(unsigned long channels) {
     if (!gl)
         return 0; // nothing will be read
     const auto columns = static_cast<unsigned long>(std::max(width, 0));

@@ -48,7 +48,7 @@ public:
     const char* get_error_str() override { return error_str.c_str(); }
     unsigned long get_error_str_size() override { return error_str.size(); }
 
-    unsigned long _get_read_back_size(unsigned long channels) override;
+    unsigned long get_read_back_size(unsigned long channels) override;
 
     /// The entry points of the renderer; null makes the target inert.
     void _set_opengl_func(ORVEX_Renderer_OpenGL_Func* functions) { gl = functions; }
