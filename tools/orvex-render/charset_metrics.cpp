@@ -4,8 +4,8 @@
 
 int CharsetMetrics::width_of(const std::string& line) const {
     int width = 0;
-    for (unsigned char c : line)
-        width += advances[c];
+    for (const char c : line)
+        width += advances[static_cast<unsigned char>(c)];
     return width;
 }
 
