@@ -3,8 +3,7 @@
 /// @file
 /// Forward declarations of all that hosts can name, for headers that only name it: classes,
 /// records, and enumerations with their underlying type. Room by room, from the ground to the roof.
-
-#include "orvex/api.h"
+/// The stores of packed meshes stand with their template, in mesh_data_packed.h.
 
 namespace orvex {
 
@@ -87,10 +86,6 @@ struct InstancingInitParams;
 struct MaterialSubset;
 struct MeshData;
 struct MeshDataGpuState;
-// Arguments of an exported template: what they are declared as here decides what it exports.
-struct ORVEX_API MeshData_32;
-struct ORVEX_API MeshData_64;
-struct ORVEX_API MeshData_PhysXCloth;
 struct PolylineData;
 struct PolylineGpuState;
 struct RenderWindow_ExtraData;

@@ -3,6 +3,7 @@
 /// @file
 /// The packed mesh stores: what they share, and the three formats.
 
+#include "orvex/api.h"
 #include "orvex/renderer/records/mesh_data.h"
 
 namespace orvex {
@@ -66,6 +67,11 @@ private:
     Store& self();
     const Store& self() const;
 };
+
+// Arguments of an exported template: what they are declared as here decides what it exports.
+struct ORVEX_API MeshData_32;
+struct ORVEX_API MeshData_64;
+struct ORVEX_API MeshData_PhysXCloth;
 
 extern template struct MeshDataPacked<MeshData_64, Vertex_64>;
 extern template struct MeshDataPacked<MeshData_32, Vertex_32>;
