@@ -68,7 +68,7 @@ protected:
 /// Shows how a camera is turned: axes in a rectangle of their own, such as a corner of the screen,
 /// filmed from a fixed distance.
 ///
-/// Made, used and ended as told for `TripodVisualizer`. It has a camera of its own, three units
+/// Made, used and ended as `TripodVisualizer` is. It has a camera of its own, three units
 /// away from the axes, with 45 degrees of view and an aspect ratio of 1.
 ///
 /// @code
@@ -102,7 +102,7 @@ private:
 
 /// Shows the axes of an object, in the scene, as the camera bound last sees it.
 ///
-/// Made, used and ended as told for `TripodVisualizer`. Lengths are in the object's units, so its
+/// Made, used and ended as `TripodVisualizer` is. Lengths are in the object's units, so its
 /// scale shows too. The object's parents play no part: an object below others is shown where its
 /// own transform alone would put it.
 class ORVEX_API TripodVisualizerObject : public TripodVisualizer {

@@ -7,7 +7,7 @@
 
 namespace orvex {
 
-/// Version and codename of OS X, as told by the release of its kernel.
+/// Version and codename of OS X, by the release of its kernel.
 struct OsxRelease {
     int major = 0;
     int minor = 0;
