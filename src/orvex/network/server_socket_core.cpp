@@ -10,7 +10,8 @@ void ServerSocketCore::hold(HeldClient& client, Socket* socket, Socket** shown) 
 
 void ServerSocketCore::shut_down(HeldClient& client) {
     const std::lock_guard guard(mutex);
-    if (client.open)
+    const bool is_taken = client.shown && !*client.shown;
+    if (client.open && !is_taken)
         shutdown_socket(client.socket);
 }
 

@@ -26,7 +26,9 @@ using TcpServerClientProc = void (*)(SocketCore* core, Socket* client, unsigned 
 /// @param core       the server's; valid during the call
 /// @param client     the connection, of which nothing was read. It ends when the call returns,
 ///                   unless the callback kills it through `core` before, or takes it over by
-///                   setting `client_socket` of its parameters to null.
+///                   setting `client_socket` of its parameters to null. From then on it is the
+///                   host's: the server neither shuts it down nor closes it. The field has no lock:
+///                   no other thread stops the server or cleans up while it is written.
 /// @param params     the `TcpServerClientThreadParams` of this connection
 /// @param user_data  as set beside the callback
 using TcpServerClientProc_v2 = void (*)(SocketCore* core, Socket* client, void* params,

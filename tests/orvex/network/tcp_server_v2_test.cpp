@@ -68,7 +68,7 @@ TEST_F(TcpServerV2Test, the_stop_text_means_nothing) {
 /// What a callback saw of its parameters.
 struct Seen {
     TcpServer* server = nullptr;
-    bool as_told = false;
+    bool is_right = false;
     std::string listener_port;
 };
 
@@ -78,7 +78,7 @@ TEST_F(TcpServerV2Test, the_callback_sees_the_parameters_of_its_connection) {
     const auto look = [](SocketCore* core, Socket* client, void* argument, void* user_data) {
         const auto* const params = static_cast<TcpServerClientThreadParams*>(argument);
         auto& note = *static_cast<Seen*>(user_data);
-        note.as_told = params->server == note.server && params->socket_core == core &&
+        note.is_right = params->server == note.server && params->socket_core == core &&
                        params->port == 0 && !params->flag &&
                        pthread_equal(params->thread, pthread_self()) &&
                        params->client_socket == client && params->client_proc == nullptr &&
@@ -91,7 +91,7 @@ TEST_F(TcpServerV2Test, the_callback_sees_the_parameters_of_its_connection) {
     EXPECT_EQ(RawClient(running.port()).receive(), "");
     EXPECT_FALSE(running.stop_and_wait());
     EXPECT_TRUE(server.cleanup_client_threads()) << "its thread has ended";
-    EXPECT_TRUE(seen.as_told);
+    EXPECT_TRUE(seen.is_right);
     EXPECT_EQ(seen.listener_port, std::to_string(running.port()));
 }
 
@@ -250,6 +250,37 @@ TEST_F(TcpServerV2Test, a_callback_may_take_its_connection_over) {
     EXPECT_FALSE(running.stop_and_wait());
     SocketCore core;
     EXPECT_TRUE(core.kill_socket(adopted.socket));
+}
+
+/// A connection that was taken over by a callback that goes on.
+struct AdoptedEarly : Adopted {
+    bool may_return = false;
+};
+
+TEST_F(TcpServerV2Test, a_connection_that_was_taken_over_is_left_alone_from_then_on) {
+    const auto adopt = [](SocketCore*, Socket* client, void* argument, void* user_data) {
+        auto& adopted = *static_cast<AdoptedEarly*>(user_data);
+        static_cast<TcpServerClientThreadParams*>(argument)->client_socket = nullptr;
+        std::unique_lock guard(adopted.mutex);
+        adopted.socket = client;
+        adopted.changed.notify_all();
+        adopted.changed.wait(guard, [&] { return adopted.may_return; });
+    };
+    AdoptedEarly adopted;
+    server.set_client_proc_v2(adopt, &adopted);
+    RunningServer running(server, &TcpServer::run_v2, log);
+    const RawClient client(running.port());
+    std::unique_lock guard(adopted.mutex);
+    adopted.changed.wait(guard, [&] { return adopted.socket != nullptr; });
+    EXPECT_FALSE(running.stop_and_wait());
+    EXPECT_TRUE(client.is_open_and_silent());
+    SocketCore core;
+    EXPECT_TRUE(core.kill_socket(adopted.socket));
+    EXPECT_TRUE(server.send_stop_message()) << "after the record has gone";
+    adopted.may_return = true;
+    adopted.changed.notify_all();
+    guard.unlock();
+    EXPECT_TRUE(server.stop());
 }
 
 TEST_F(TcpServerV2Test, a_callback_may_stop_the_server) {

@@ -29,7 +29,8 @@ class ServerSocketCore : public SocketCore {
 public:
     /// Lists a connection. `client` stays where it is until `end` was called.
     void hold(HeldClient& client, Socket* socket, Socket** shown);
-    /// Shuts the connection down, unless it was killed or closed.
+    /// Shuts the connection down, unless it was killed, closed or taken away: who took it may have
+    /// killed it through another core, so that its record is not looked at.
     void shut_down(HeldClient& client);
     /// Kills the connection, unless it was killed or taken away.
     void end(HeldClient& client);
