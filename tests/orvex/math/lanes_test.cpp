@@ -20,10 +20,6 @@ public:
         return engine() % 3 == 0 ? 0 : bits >> (engine() % 32);
     }
     ints4 four() { return ints4{next(), next(), next(), next()}; }
-    ints4 mask() {
-        const auto truth = [this] { return engine() % 2 == 0 ? 0 : -1; };
-        return ints4{truth(), truth(), truth(), truth()};
-    }
 
 private:
     std::mt19937 engine{20130927};
@@ -81,20 +77,22 @@ TEST(Lanes, any_finds_each_lane) {
     }
 }
 
-TEST(Lanes, true_bits_stand_in_the_order_of_the_lanes) {
+TEST(Lanes, bits_above_zero_stand_in_the_order_of_the_floats) {
     for (unsigned int i = 0; i < 16; ++i) {
-        ints4 masks[4] = {};
-        masks[i / 4][i % 4] = -1;
-        EXPECT_EQ(lanes::true_bits(masks), 1u << i);
-        EXPECT_EQ(lanes::plain::true_bits(masks), 1u << i);
+        float numbers[16] = {};
+        numbers[i] = 1e-45f;
+        EXPECT_EQ(lanes::bits_above_zero(numbers), 1u << i);
+        EXPECT_EQ(lanes::plain::bits_above_zero(numbers), 1u << i);
     }
 }
 
-TEST(Lanes, true_bits_are_those_of_the_plain_form) {
+TEST(Lanes, bits_above_zero_are_those_of_the_plain_form) {
     Integers integers;
     for (int round = 0; round < num_rounds; ++round) {
-        const ints4 masks[4] = {integers.mask(), integers.mask(), integers.mask(), integers.mask()};
-        ASSERT_EQ(lanes::true_bits(masks), lanes::plain::true_bits(masks));
+        float numbers[16];
+        for (int quarter = 0; quarter < 4; ++quarter)
+            lanes::store(numbers + 4 * quarter, integers.four());
+        ASSERT_EQ(lanes::bits_above_zero(numbers), lanes::plain::bits_above_zero(numbers));
     }
 }
 

@@ -96,10 +96,10 @@ inline bool any(ints4 mask) {
 /// The forms for any processor.
 namespace plain {
 
-inline unsigned int true_bits(const ints4 (&masks)[4]) {
+inline unsigned int bits_above_zero(const float* sixteen) {
     unsigned int bits = 0;
     for (unsigned int i = 0; i < 16; ++i)
-        bits |= (masks[i / 4][i % 4] != 0 ? 1u : 0u) << i;
+        bits |= (sixteen[i] > 0.0f ? 1u : 0u) << i;
     return bits;
 }
 
@@ -128,12 +128,14 @@ inline unsigned int zero_bits(shorts8 low, shorts8 high) {
 
 #if defined(__SSE2__)
 
-/// A bit for each lane of four masks, the first lane of the first mask lowest: 1 for true.
-inline unsigned int true_bits(const ints4 (&masks)[4]) {
-    const __m128i low =
-        _mm_packs_epi32(reinterpret_cast<__m128i>(masks[0]), reinterpret_cast<__m128i>(masks[1]));
-    const __m128i high =
-        _mm_packs_epi32(reinterpret_cast<__m128i>(masks[2]), reinterpret_cast<__m128i>(masks[3]));
+/// A bit for each of 16 floats, the first lowest: 1 where it is above 0.
+inline unsigned int bits_above_zero(const float* sixteen) {
+    const auto above = [sixteen](int quarter) {
+        const __m128 four = _mm_loadu_ps(sixteen + 4 * quarter);
+        return _mm_castps_si128(_mm_cmpgt_ps(four, _mm_setzero_ps()));
+    };
+    const __m128i low = _mm_packs_epi32(above(0), above(1));
+    const __m128i high = _mm_packs_epi32(above(2), above(3));
     return static_cast<unsigned int>(_mm_movemask_epi8(_mm_packs_epi16(low, high)));
 }
 
@@ -152,8 +154,8 @@ inline unsigned int zero_bits(shorts8 low, shorts8 high) {
 
 #else
 
+using plain::bits_above_zero;
 using plain::narrow;
-using plain::true_bits;
 using plain::zero_bits;
 
 #endif

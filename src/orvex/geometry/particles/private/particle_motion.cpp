@@ -20,16 +20,8 @@ namespace {
 
 // A group is looked at as a whole: most are all alive or all dead, as emitters fill a pool from its
 // start. Its lives fill a cache line.
-constexpr unsigned long group_size = 16;
+constexpr unsigned long group_size = 16; // as many as `lanes::bits_above_zero` takes
 constexpr unsigned int all_of_group = (1u << group_size) - 1u;
-
-/// A bit for each life of a group that is above 0.
-unsigned int living_in_group(const float* lifetimes) {
-    const auto living = [lifetimes](int quarter) {
-        return lanes::load<floats4>(lifetimes + 4 * quarter) > lanes::splat(0.0f);
-    };
-    return lanes::true_bits({living(0), living(1), living(2), living(3)});
-}
 
 /// Calls `one(i)` for each particle of a group that lives.
 template<class One>
@@ -56,7 +48,8 @@ unsigned long find_dead(const ParticlePool& pool, unsigned long first) {
     const unsigned long count = pool.num_particles;
     const float* const lifetimes = pool.lifetimes;
     unsigned long i = first;
-    while (i < count && count - i >= group_size && living_in_group(lifetimes + i) == all_of_group)
+    while (i < count && count - i >= group_size &&
+           lanes::bits_above_zero(lifetimes + i) == all_of_group)
         i += group_size;
     while (i < count && !(lifetimes[i] <= 0.0f))
         ++i;
@@ -145,7 +138,7 @@ void fall_and(ParticlePool& pool, const Fall& fall, Done done) {
         const unsigned long end = std::min(block + MixedGroups::block_size, grouped);
         MixedGroups mixed;
         for (unsigned long i = block; i < end; i += group_size) {
-            const unsigned int living = living_in_group(lifetimes + i);
+            const unsigned int living = lanes::bits_above_zero(lifetimes + i);
             if (living == all_of_group)
                 fall.group(positions + i, velocities + i);
             else
@@ -190,7 +183,7 @@ unsigned long write_living(const ParticlePool& pool, float lifetime, vec3* posit
     };
     const unsigned long grouped = num_grouped(pool);
     for (unsigned long i = 0; i < grouped; i += group_size)
-        for_each_in_group(i, living_in_group(pool.lifetimes + i), write);
+        for_each_in_group(i, lanes::bits_above_zero(pool.lifetimes + i), write);
     for (unsigned long i = grouped; i < pool.num_particles; ++i)
         if (pool.lifetimes[i] > 0.0f)
             write(i);
