@@ -10,6 +10,7 @@
 #include <orvex/orvex.h>
 
 #include "log_lines.h"
+#include "picture_file.h"
 #include "shader.h"
 
 /// The engine, started with an off-screen window; stopped at the end.
@@ -78,13 +79,13 @@ public:
         return mesh;
     }
 
-    /// Writes what the window shows.
+    /// Writes what the window shows, whole or not at all.
     bool write(const char* path) const {
         renderer->set_viewport(0, 0, width, height);
-        if (orvex::TextureMgr::get()->do_screenshot(renderer, path))
-            return true;
-        std::fprintf(stderr, "can't write %s\n", path);
-        return false;
+        const std::string mistake = write_picture(renderer, path);
+        if (!mistake.empty())
+            std::fprintf(stderr, "%s\n", mistake.c_str());
+        return mistake.empty();
     }
 
     orvex::Renderer* renderer = nullptr;

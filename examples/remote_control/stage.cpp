@@ -5,6 +5,8 @@
 #include <orvex/orvex.h>
 
 #include "model_scene.h"
+#include "picture_file.h"
+#include "whole_file.h"
 
 using namespace orvex;
 
@@ -51,8 +53,12 @@ void Stage::draw() {
 }
 
 bool Stage::screenshot(const std::string& path) {
+    if (stage.scene)
+        for (const std::string& file : stage.scene->files())
+            if (are_same_file(path, file))
+                return false;
     draw();
-    return TextureMgr::get()->do_screenshot(stage.renderer, path.c_str());
+    return write_picture(stage.renderer, path).empty();
 }
 
 void Stage::show() {

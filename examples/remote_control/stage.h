@@ -23,7 +23,7 @@ public:
     /// Turns the model around the upright axis through its middle.
     void turn(float degrees);
     void draw();
-    /// Draws, and writes the frame as JPEG.
+    /// Draws, and writes the frame as JPEG, whole or not at all, and over no file of the model's.
     bool screenshot(const std::string& path);
     /// Lets the frame be seen, where there is a screen.
     void show();

@@ -12,7 +12,6 @@ namespace orvex_test {
 
 namespace {
 
-using orvex_test::content_of;
 using orvex_test::TempDir;
 
 TEST(Files, lie_in_their_folders) {
@@ -42,25 +41,6 @@ TEST(Files, tell_why_they_cant_be_read) {
     EXPECT_EQ(mistake_in_reading(pipe), pipe + ": is no regular file");
     EXPECT_EQ(mistake_in_reading(empty), empty + ": the file is empty");
     EXPECT_EQ(mistake_in_reading(folder.write("full", "x")), "");
-}
-
-TEST(Files, tell_why_they_cant_be_written) {
-    const TempDir folder;
-    const std::string nowhere = folder.path() + "/none/a.jpg";
-    EXPECT_EQ(mistake_in_writing(nowhere),
-              "can't write " + nowhere + ": No such file or directory");
-    EXPECT_EQ(mistake_in_writing(folder.path()),
-              "can't write " + folder.path() + ": Is a directory");
-}
-
-TEST(Files, are_left_as_they_are_by_the_question_whether_they_can_be_written) {
-    const TempDir folder;
-    const std::string fresh = folder.file("new.jpg");
-    EXPECT_EQ(mistake_in_writing(fresh), "");
-    EXPECT_FALSE(std::filesystem::exists(fresh));
-    const std::string old = folder.write("old.jpg", "old");
-    EXPECT_EQ(mistake_in_writing(old), "");
-    EXPECT_EQ(content_of(old), "old");
 }
 
 } // namespace

@@ -110,9 +110,13 @@ TEST(Options, tell_what_is_wrong) {
                  "written, is wanted"},
              Row{{"-s4", "m"}, "-s can't be '4': WxH in pixels, each from 1 to 16384, is wanted"},
              Row{{"--background=pink", "m"},
-                 "--background can't be 'pink': #rgb, #rrggbb or the name of a colour is wanted"},
+                 "--background can't be 'pink': #rgb, #rrggbb or one of black, white, gray, red, "
+                 "green, blue, "
+                 "cyan, magenta, orange, yellow is wanted"},
              Row{{"--text-color=pink", "m"},
-                 "--text-color can't be 'pink': #rgb, #rrggbb or the name of a colour is wanted"},
+                 "--text-color can't be 'pink': #rgb, #rrggbb or one of black, white, gray, red, "
+                 "green, blue, "
+                 "cyan, magenta, orange, yellow is wanted"},
              Row{{"--samples=65", "m"},
                  "--samples can't be '65': a whole number from 0 to 64 is wanted"},
              Row{{"--path=gl4", "m"}, "--path can't be 'gl4': gl2 or gl3 is wanted"},

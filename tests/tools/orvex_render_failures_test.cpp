@@ -54,14 +54,16 @@ TEST(OrvexRender, tells_why_a_model_cant_be_read) {
              Row{models.path(), ": is a folder"},
              Row{models.write("empty.obj", ""), ": the file is empty"},
              Row{models.write("points.obj", "v 0 0 0\nv 1 0 0\n# v 2 0 0"),
-                 ": no loader can read it as a model: line 3: the file ends with 2 vertices and no "
+                 ": no loader can read it as a model (OBJ, 3DS): line 3: the file ends with 2 "
+                 "vertices and no "
                  "face"},
              Row{models.write("notes.txt", "Buy milk.\nCall home.\n"),
-                 ": no loader can read it as a model: no 3DS file: byte 0 begins another format; "
+                 ": no loader can read it as a model (OBJ, 3DS): no 3DS file: byte 0 begins "
+                 "another format; "
                  "no OBJ "
                  "file: none of its 2 lines begins with a v"},
              Row{models.write("cut.3ds", std::string("\x4d\x4d\x00\x01\x00\x00 junk", 11)),
-                 ": no loader can read it as a model: byte 11: the file is cut off"},
+                 ": no loader can read it as a model (OBJ, 3DS): byte 11: the file is cut off"},
          })
         for (const char* option : {"--wireframe", "--info"}) {
             const Outcome outcome = run_render(folder.path(), {"-q", option, row.model});
@@ -84,7 +86,8 @@ TEST(OrvexRender, tells_that_a_picture_of_a_turn_cant_be_written) {
     std::filesystem::create_directory(folder.file("a-002.jpg"));
     const Outcome outcome = run_render(folder.path(), {sample(), "-t3", "-s16x16", "-o", "a.jpg"});
     EXPECT_EQ(outcome.code, 1);
-    EXPECT_TRUE(has(outcome.errors, "orvex-render: can't write a-002.jpg\n")) << outcome.errors;
+    EXPECT_TRUE(has(outcome.errors, "orvex-render: can't write a-002.jpg: Is a directory\n"))
+        << outcome.errors;
     EXPECT_TRUE(std::filesystem::exists(folder.file("a-001.jpg")));
     EXPECT_FALSE(std::filesystem::exists(folder.file("a-003.jpg")));
 }
@@ -95,11 +98,48 @@ TEST(OrvexRender, tells_that_there_is_no_context) {
          std::vector<std::vector<std::string>>{{sample()}, {"--gl"}}) {
         const Outcome outcome = run_render(folder.path(), words, without_driver);
         EXPECT_EQ(outcome.code, 1);
-        EXPECT_TRUE(
-            has(outcome.errors, "orvex-render: no OpenGL context: is an EGL driver installed?\n"))
+        EXPECT_TRUE(has(outcome.errors, "orvex-render: no OpenGL context: no driver is found; the "
+                                        "package libgl1-mesa-dri has one\n"))
             << outcome.errors;
     }
     EXPECT_TRUE(is_empty(folder));
+}
+
+TEST(OrvexRender, tells_which_path_an_old_driver_draws) {
+    const TempDir folder;
+    for (const std::vector<std::string>& words :
+         std::vector<std::vector<std::string>>{{sample(), "-s16x16", "-oa.jpg"}, {"--gl"}}) {
+        const Outcome outcome = run_render(folder.path(), words, {"MESA_GL_VERSION_OVERRIDE=2.1"});
+        EXPECT_EQ(outcome.code, 1);
+        EXPECT_TRUE(has(outcome.errors, "orvex-render: no OpenGL 3.2 context: the driver offers "
+                                        "less; --path gl2 draws with OpenGL 2.1\n"))
+            << outcome.errors;
+    }
+    EXPECT_TRUE(is_empty(folder));
+    const Outcome drawn = run_render(folder.path(), {sample(), "-s16x16", "-oa.jpg", "--path=gl2"},
+                                     {"MESA_GL_VERSION_OVERRIDE=2.1"});
+    EXPECT_EQ(drawn.code, 0) << drawn.errors;
+}
+
+// Sanitizers need more address space than any driver.
+#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
+TEST(OrvexRender, tells_that_a_driver_finds_no_memory) {
+    const TempDir folder;
+    const Outcome outcome = run_render_limited(folder.path(), "ulimit -v 120000", {sample()});
+    EXPECT_EQ(outcome.code, 1);
+    EXPECT_TRUE(has(outcome.errors, "orvex-render: no OpenGL context: there isn't enough memory "
+                                    "for a driver\n"))
+        << outcome.errors;
+    EXPECT_TRUE(is_empty(folder));
+}
+#endif
+
+TEST(OrvexRender, tells_that_it_reads_no_standard_input) {
+    const TempDir folder;
+    const Outcome outcome = run_render(folder.path(), {"-"});
+    EXPECT_EQ(outcome.code, 1);
+    EXPECT_EQ(outcome.errors, "orvex-render: a model is read from a file, not from standard input: "
+                              "name one\n");
 }
 
 TEST(OrvexRender, tells_of_a_model_without_a_context) {
@@ -164,6 +204,65 @@ TEST(OrvexRender, draws_on_without_its_textures) {
     EXPECT_EQ(outcome.errors, "orvex-render: warning: texture none.png is missing or can't be "
                               "read\nwrote m.jpg\n");
     EXPECT_EQ(run_render(folder.path(), {"m.obj", "-s16x16", "-q"}).errors, "");
+}
+
+TEST(OrvexRender, tells_a_picture_that_cant_be_decoded_from_a_missing_one) {
+    const TempDir folder;
+    folder.write("bad.png", "no picture");
+    folder.write("m.mtl", "newmtl red\nKd 1 0 0\nmap_Kd bad.png\n");
+    folder.write("m.obj", "mtllib m.mtl\nv 0 0 0\nv 1 0 0\nv 0 1 0\nusemtl red\nf 1 2 3\n");
+    const Outcome outcome = run_render(folder.path(), {"m.obj", "-s16x16"});
+    EXPECT_EQ(outcome.code, 0);
+    EXPECT_EQ(outcome.errors, "orvex-render: warning: texture bad.png is no picture that can be "
+                              "decoded\nwrote m.jpg\n");
+    EXPECT_TRUE(has(run_render(folder.path(), {"-i", "m.obj"}).out,
+                    "\ntextures missing: 1\n  bad.png: no picture that can be decoded\n"));
+}
+
+TEST(OrvexRender, tells_that_nothing_of_a_model_can_be_seen) {
+    struct Row {
+        const char* name;
+        const char* text;
+    };
+    for (const Row& row : {
+             Row{"one point", "v 1 1 1\nv 1 1 1\nv 1 1 1\nf 1 2 3\n"},
+             Row{"no numbers", "v nan 0 0\nv 1 nan 0\nv 0 1 nan\nf 1 2 3\n"},
+             Row{"huge", "v 1e30 0 0\nv 0 1e30 0\nv 0 0 1e30\nf 1 2 3\n"},
+             Row{"tiny", "v 1e-30 0 0\nv 0 1e-30 0\nv 0 0 1e-30\nf 1 2 3\n"},
+             Row{"corners that aren't there", "v 0 0 0\nv 1 0 0\nv 0 1 0\nf 7 8 9\n"},
+         })
+        for (const char* words : {"-q", "-t2"}) {
+            const TempDir folder;
+            folder.write("m.obj", row.text);
+            const Outcome outcome = run_render(folder.path(), {"m.obj", "-s32x32", words});
+            EXPECT_EQ(outcome.code, 1) << row.name;
+            EXPECT_TRUE(
+                has(outcome.errors, "orvex-render: warning: nothing of m.obj can be seen\n"))
+                << row.name << ": " << outcome.errors;
+        }
+}
+
+TEST(OrvexRender, names_the_option_that_needs_no_samples) {
+    const TempDir folder;
+    const Outcome outcome =
+        run_render(folder.path(), {sample(), "-s16384x16384", "-m64", "-oa.jpg", "--path=gl2"});
+    EXPECT_EQ(outcome.code, 1);
+    EXPECT_TRUE(has(outcome.errors, " samples per pixel (--samples 0 needs none): "))
+        << outcome.errors;
+}
+
+TEST(OrvexRender, warns_of_a_text_that_runs_out_of_the_picture) {
+    const TempDir folder;
+    const std::string warning = "orvex-render: warning: the text runs out of the picture\n";
+    const std::string wide = "A line that is too wide for so small a picture";
+    for (const std::string& text : {wide, std::string("a\nb\nc\nd")}) {
+        const Outcome outcome =
+            run_render(folder.path(), {sample(), "-s64x64", "-x", text, "-oa.jpg", "-t2"});
+        EXPECT_EQ(outcome.code, 0);
+        EXPECT_TRUE(has(outcome.errors, warning)) << outcome.errors;
+    }
+    const Outcome narrow = run_render(folder.path(), {sample(), "-s64x64", "-x", "abc", "-oa.jpg"});
+    EXPECT_FALSE(has(narrow.errors, warning)) << narrow.errors;
 }
 
 TEST(OrvexRender, makes_do_with_the_samples_that_there_are) {

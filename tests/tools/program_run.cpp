@@ -27,17 +27,18 @@ std::string read_all(int file) {
     return text;
 }
 
-/// In the child: becomes the program.
-[[noreturn]] void become(const std::string& folder, const std::vector<std::string>& arguments,
+/// In the child: becomes a program.
+[[noreturn]] void become(const char* program, const std::string& folder,
+                         const std::vector<std::string>& arguments,
                          const std::vector<std::string>& environment) {
-    std::vector<char*> words{const_cast<char*>(ORVEX_RENDER)};
+    std::vector<char*> words{const_cast<char*>(program)};
     for (const std::string& argument : arguments)
         words.push_back(const_cast<char*>(argument.c_str()));
     words.push_back(nullptr);
     for (const std::string& setting : environment)
         putenv(const_cast<char*>(setting.c_str()));
     if (chdir(folder.c_str()) == 0)
-        execv(ORVEX_RENDER, words.data());
+        execv(program, words.data());
     _exit(127);
 }
 
@@ -64,13 +65,14 @@ Stream open_terminal() {
 }
 
 Outcome run(const std::string& folder, const std::vector<std::string>& arguments,
-            const std::vector<std::string>& environment, const Stream& errors) {
+            const std::vector<std::string>& environment, const Stream& errors,
+            const char* program = ORVEX_RENDER) {
     const Stream out = open_pipe();
     const pid_t child = fork();
     if (child == 0) {
         dup2(out.theirs, STDOUT_FILENO);
         dup2(errors.theirs, STDERR_FILENO);
-        become(folder, arguments, environment);
+        become(program, folder, arguments, environment);
     }
     close(out.theirs);
     close(errors.theirs);
@@ -89,6 +91,13 @@ Outcome run(const std::string& folder, const std::vector<std::string>& arguments
 Outcome run_render(const std::string& folder, const std::vector<std::string>& arguments,
                    const std::vector<std::string>& environment) {
     return run(folder, arguments, environment, open_pipe());
+}
+
+Outcome run_render_limited(const std::string& folder, const std::string& before,
+                           const std::vector<std::string>& arguments) {
+    std::vector<std::string> words{"-c", before + " && exec \"$0\" \"$@\"", ORVEX_RENDER};
+    words.insert(words.end(), arguments.begin(), arguments.end());
+    return run(folder, words, {}, open_pipe(), "/bin/sh");
 }
 
 Outcome run_render_on_terminal(const std::string& folder,

@@ -20,6 +20,10 @@ struct Outcome {
 Outcome run_render(const std::string& folder, const std::vector<std::string>& arguments,
                    const std::vector<std::string>& environment = {});
 
+/// The same in a shell that has run another command first, as one that sets limits.
+Outcome run_render_limited(const std::string& folder, const std::string& before,
+                           const std::vector<std::string>& arguments);
+
 /// The same with a terminal of 60 columns as its standard error.
 Outcome run_render_on_terminal(const std::string& folder,
                                const std::vector<std::string>& arguments);

@@ -46,15 +46,3 @@ std::string mistake_in_reading(const std::string& path) {
     std::fclose(file);
     return empty ? path + ": the file is empty" : std::string();
 }
-
-std::string mistake_in_writing(const std::string& path) {
-    std::error_code error;
-    const bool was_there = std::filesystem::exists(path, error);
-    std::FILE* const file = std::fopen(path.c_str(), "ab");
-    if (!file)
-        return "can't write " + path + ": " + std::strerror(errno);
-    std::fclose(file);
-    if (!was_there)
-        std::filesystem::remove(path, error);
-    return "";
-}

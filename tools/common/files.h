@@ -13,6 +13,3 @@ bool has_suffix(const std::string& path, const char* suffix);
 
 /// Why a file can't be read, as "none.obj: No such file or directory"; empty if it can.
 std::string mistake_in_reading(const std::string& path);
-
-/// Why a file can't be written; empty if it can. What stands there stays as it is.
-std::string mistake_in_writing(const std::string& path);

@@ -5,7 +5,10 @@
 
 #include <algorithm>
 #include <cmath>
+#include <fstream>
 #include <limits>
+#include <sstream>
+#include <string_view>
 
 #include <orvex/assets/materials/material.h>
 #include <orvex/assets/materials/material_mgr.h>
@@ -30,15 +33,16 @@ std::unique_ptr<ModelScene> ModelScene::load(const std::string& path, Renderer* 
         aux::load_model_from_file(path.c_str() + folder.size(), folder.c_str(), folder.c_str());
     if (!model)
         return nullptr;
-    std::unique_ptr<ModelScene> scene(new ModelScene(renderer, model, has_suffix(path, ".3ds")));
+    std::unique_ptr<ModelScene> scene(new ModelScene(renderer, model, path));
     scene->load_textures(folder);
     return scene;
 }
 
-ModelScene::ModelScene(Renderer* renderer, Model* model, bool is_3ds)
+ModelScene::ModelScene(Renderer* renderer, Model* model, const std::string& path)
     : renderer(renderer)
     , model(model)
-    , is_3ds(is_3ds) {
+    , path(path)
+    , is_3ds(has_suffix(path, ".3ds")) {
     gather(model);
     for (Mesh* mesh : meshes)
         add_runs(mesh);
@@ -172,6 +176,36 @@ void ModelScene::load_textures(const std::string& folder) {
         }
         material->async_loading_clear_texture_filenames_list();
     }
+}
+
+namespace {
+
+/// What the lines "mtllib name" of an OBJ file name.
+std::vector<std::string> libraries_named_in(const std::string& path) {
+    constexpr std::string_view word = "mtllib";
+    std::vector<std::string> names;
+    std::ifstream file(path, std::ios::binary);
+    for (std::string line; std::getline(file, line);) {
+        if (!line.starts_with(word))
+            continue;
+        std::istringstream rest(line.substr(word.size()));
+        for (std::string name; rest >> name;)
+            if (std::find(names.begin(), names.end(), name) == names.end())
+                names.push_back(name);
+    }
+    return names;
+}
+
+} // namespace
+
+std::vector<std::string> ModelScene::files() const {
+    std::vector<std::string> names{path};
+    if (!is_3ds)
+        for (const std::string& library : libraries_named_in(path))
+            names.push_back(folder_of(path) + library);
+    for (const TextureFile& texture : textures)
+        names.push_back(texture.path);
+    return names;
 }
 
 void ModelScene::smooth_normals() {

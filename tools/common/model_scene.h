@@ -60,6 +60,9 @@ public:
     const Extent& extent() const { return bounds; }
     /// Every texture file that was looked for, in the order of the materials, each once.
     const std::vector<TextureFile>& texture_files() const { return textures; }
+    /// Every file that the scene was read from, and those that it looked for: the model, its
+    /// material libraries, its textures.
+    std::vector<std::string> files() const;
     const std::vector<orvex::Mesh*>& all_meshes() const { return meshes; }
     std::vector<orvex::Material*> all_materials() const;
     unsigned long num_vertices() const;
@@ -76,6 +79,7 @@ private:
 
     orvex::Renderer* renderer;
     orvex::Model* model;
+    std::string path;
     bool is_3ds;
     UpAxis up = UpAxis::y;
     orvex::GpuProgram* program = nullptr;
@@ -86,7 +90,7 @@ private:
     std::map<std::string, std::size_t> texture_by_path;
     Extent bounds;
 
-    ModelScene(orvex::Renderer* renderer, orvex::Model* model, bool is_3ds);
+    ModelScene(orvex::Renderer* renderer, orvex::Model* model, const std::string& path);
     void gather(orvex::Node* node);
     void add_runs(orvex::Mesh* mesh);
     void measure();

@@ -1,7 +1,11 @@
 // Renders a model file to a picture, and tells what a model or a graphics context holds.
 
+#include <csignal>
+
 #include "program.h"
 
 int main(int argc, char** argv) {
+    // A file that may not grow further is told of in the end, as a full disk is.
+    std::signal(SIGXFSZ, SIG_IGN);
     return run_program({argv + 1, argv + argc});
 }

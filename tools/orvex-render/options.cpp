@@ -33,7 +33,7 @@ Arguments::Taker take_number(float& target, float least, float most, std::string
 }
 
 Arguments::Taker take_color(Color& target) {
-    return take(target, "#rgb, #rrggbb or the name of a colour", color_in);
+    return take(target, "#rgb, #rrggbb or one of " + color_names(), color_in);
 }
 
 Arguments::Taker take_text(std::string& target, std::string wanted) {
@@ -215,8 +215,9 @@ std::string output_of(const Options& options) {
     return name.substr(0, suffix_of(name)) + ".jpg";
 }
 
-std::vector<std::string> outputs_of(const Options& options) {
-    const std::string output = output_of(options);
+std::vector<std::string> outputs_of(const Options& options, const std::string& addition) {
+    std::string output = output_of(options);
+    output.insert(suffix_of(output), addition);
     if (options.turntable == 0)
         return {output};
     const std::size_t suffix = suffix_of(output);

@@ -51,4 +51,5 @@ std::string help_text();
 std::string output_of(const Options& options);
 /// The files of all pictures: of a turntable each with its number, counted from 1, before its
 /// suffix, with as many digits as the last one needs and at least three.
-std::vector<std::string> outputs_of(const Options& options);
+/// @param addition  stands behind the name, before number and suffix
+std::vector<std::string> outputs_of(const Options& options, const std::string& addition = "");

@@ -7,7 +7,6 @@
 #include <cstdio>
 #include <memory>
 
-#include <orvex/assets/textures/texture_mgr.h>
 #include <orvex/kernel/aux.h>
 #include <orvex/kernel/core.h>
 #include <orvex/renderer/render_window.h>
@@ -19,11 +18,13 @@
 #include "messages.h"
 #include "model_scene.h"
 #include "options.h"
+#include "picture_file.h"
 #include "progress_bar.h"
 #include "report.h"
 #include "shader.h"
 #include "stage.h"
 #include "text_overlay.h"
+#include "whole_file.h"
 
 using namespace orvex;
 
@@ -44,11 +45,20 @@ ExitCode print(const std::string& text) {
 /// To be asked right after the load, of which the engine keeps the reason.
 std::string unreadable(const std::string& path) {
     const std::string reason = aux::get_load_failure_reason();
-    return path + ": no loader can read it as a model" + (reason.empty() ? "" : ": " + reason);
+    return path + ": no loader can read it as a model (OBJ, 3DS)" +
+           (reason.empty() ? "" : ": " + reason);
+}
+
+/// Why the model's file can't be read; empty if it can.
+std::string mistake_in_model(const Options& options) {
+    const std::string mistake = mistake_in_reading(options.model);
+    return mistake.empty() || options.model != "-"
+               ? mistake
+               : "a model is read from a file, not from standard input: name one";
 }
 
 ExitCode tell_of_model(const Options& options) {
-    const std::string mistake = mistake_in_reading(options.model);
+    const std::string mistake = mistake_in_model(options);
     if (!mistake.empty())
         return fail(mistake);
     const Engine engine;
@@ -79,6 +89,10 @@ public:
     std::string prepare();
     /// Draws and writes all pictures. @return what went wrong; empty if nothing did
     std::string paint();
+    /// The files of the pictures, after a good `prepare`.
+    const std::vector<std::string>& files() const { return outputs; }
+    /// Whether the model has left a pixel in any picture.
+    bool has_shown_something() const { return seen; }
 
 private:
     const Options& options;
@@ -87,13 +101,20 @@ private:
     std::unique_ptr<ModelScene> scene;
     std::unique_ptr<TextOverlay> overlay;
     UpAxis up = UpAxis::y; ///< of the model
+    std::vector<std::string> outputs;
+    bool seen = false;
+    bool is_text_looked_at = false;
 
     std::string prepare_scene();
     std::string prepare_text();
+    std::string prepare_outputs();
+    std::string input_among(const std::vector<std::string>& names) const;
+    std::string paint(const Angle& angle, const Aim& aim, const std::string& output);
     Angle angle_of(int picture) const;
     Lens lens() const;
     Aim aim() const;
     void draw(const Angle& angle, const Aim& aim);
+    TextOverlay::Setting setting() const;
     std::string draw_text();
 };
 
@@ -106,8 +127,18 @@ std::string Painter::prepare() {
     if (options.samples > 1 && stage.samples() < options.samples)
         tell_warning(std::to_string(options.samples) + " samples per pixel aren't offered here; " +
                      std::to_string(stage.samples()) + " are");
-    mistake = prepare_scene();
-    return mistake.empty() ? prepare_text() : mistake;
+    for (const auto step :
+         {&Painter::prepare_scene, &Painter::prepare_text, &Painter::prepare_outputs})
+        if (mistake = (this->*step)(); !mistake.empty())
+            return mistake;
+    return "";
+}
+
+/// Tells of a texture that the picture lacks.
+void warn_of(const TextureFile& file) {
+    tell_warning("texture " + file.path +
+                 (mistake_in_reading(file.path).empty() ? " is no picture that can be decoded"
+                                                        : " is missing or can't be read"));
 }
 
 std::string Painter::prepare_scene() {
@@ -121,7 +152,7 @@ std::string Painter::prepare_scene() {
         return unreadable(options.model);
     for (const TextureFile& file : scene->texture_files())
         if (!file.texture)
-            tell_warning("texture " + file.path + " is missing or can't be read");
+            warn_of(file);
     up = options.up == UpAxis::automatic ? scene->up_axis() : options.up;
     scene->use_program(program, options.gl3, options.normals);
     return "";
@@ -137,6 +168,32 @@ std::string Painter::prepare_text() {
         return mistake;
     overlay = std::make_unique<TextOverlay>(stage.renderer, program, options.gl3);
     return overlay->load(options.font);
+}
+
+/// The first of the names that is a file from which the picture is made; empty without one.
+std::string Painter::input_among(const std::vector<std::string>& names) const {
+    std::vector<std::string> inputs = scene->files();
+    if (overlay)
+        for (const std::string& file : overlay->files())
+            inputs.push_back(file);
+    for (const std::string& name : names)
+        for (const std::string& input : inputs)
+            if (are_same_file(name, input))
+                return name;
+    return "";
+}
+
+/// A name that nobody asked for makes way for an input; one that was asked for is refused.
+std::string Painter::prepare_outputs() {
+    outputs = outputs_of(options);
+    std::string taken = input_among(outputs);
+    if (!taken.empty() && options.output.empty()) {
+        outputs = outputs_of(options, "-render");
+        taken = input_among(outputs);
+    }
+    if (!taken.empty())
+        return "can't write " + taken + ": the picture is made from it";
+    return mistake_in_writing(outputs.front());
 }
 
 Angle Painter::angle_of(int picture) const {
@@ -173,26 +230,37 @@ void Painter::draw(const Angle& angle, const Aim& aim) {
     stage.resolve();
 }
 
+TextOverlay::Setting Painter::setting() const {
+    return {text_place_of(options.text_place).value(), options.text_size, options.text_color,
+            options.size.width, options.size.height};
+}
+
 std::string Painter::draw_text() {
     if (!overlay)
         return "";
-    const TextOverlay::Setting setting{text_place_of(options.text_place).value(), options.text_size,
-                                       options.text_color, options.size.width, options.size.height};
-    return overlay->draw(options.text, setting) ? "" : "the text has too many lines";
+    if (!overlay->draw(options.text, setting()))
+        return "the text has too many lines";
+    if (!is_text_looked_at && !overlay->has_room_for(options.text, setting()))
+        tell_warning("the text runs out of the picture");
+    is_text_looked_at = true;
+    return "";
+}
+
+std::string Painter::paint(const Angle& angle, const Aim& from, const std::string& output) {
+    draw(angle, from);
+    seen = seen || !stage.shows_only(options.background);
+    const std::string mistake = draw_text();
+    return mistake.empty() ? write_picture(stage.renderer, output) : mistake;
 }
 
 std::string Painter::paint() {
-    const std::vector<std::string> outputs = outputs_of(options);
     const Aim steady = aim();
     const ProgressBar bar(stderr, static_cast<int>(outputs.size()),
                           options.turntable > 0 && !options.quiet);
     for (std::size_t i = 0; i < outputs.size(); ++i) {
-        draw(angle_of(static_cast<int>(i)), steady);
-        const std::string mistake = draw_text();
+        const std::string mistake = paint(angle_of(static_cast<int>(i)), steady, outputs[i]);
         if (!mistake.empty())
             return mistake;
-        if (!TextureMgr::get()->do_screenshot(stage.renderer, outputs[i].c_str()))
-            return "can't write " + outputs[i];
         stage.window->display_framebuffer();
         bar.show(static_cast<int>(i) + 1);
     }
@@ -206,18 +274,21 @@ std::string written(const std::vector<std::string>& outputs) {
 }
 
 ExitCode draw_model(const Options& options) {
-    const std::vector<std::string> outputs = outputs_of(options);
-    for (const std::string& mistake :
-         {mistake_in_reading(options.model), mistake_in_writing(outputs.front())})
-        if (!mistake.empty())
-            return fail(mistake);
+    std::string mistake = mistake_in_model(options);
+    if (mistake.empty() && !options.output.empty())
+        mistake = mistake_in_writing(outputs_of(options).front());
+    if (!mistake.empty())
+        return fail(mistake);
     const Engine engine;
     Painter painter(options);
     for (const auto step : {&Painter::prepare, &Painter::paint})
-        if (const std::string mistake = (painter.*step)(); !mistake.empty())
+        if (mistake = (painter.*step)(); !mistake.empty())
             return fail(mistake);
-    tell(written(outputs));
-    return EXIT_FINE;
+    tell(written(painter.files()));
+    // In the exit code, so in every wordiness.
+    return painter.has_shown_something()
+               ? EXIT_FINE
+               : fail("warning: nothing of " + options.model + " can be seen");
 }
 
 std::string version_text() {

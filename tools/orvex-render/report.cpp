@@ -11,6 +11,7 @@
 #include <orvex/renderer/render_window.h>
 #include <orvex/renderer/renderer.h>
 
+#include "files.h"
 #include "model_scene.h"
 
 using namespace orvex;
@@ -34,6 +35,11 @@ __attribute__((format(printf, 1, 2))) std::string text_of(const char* format, ..
 
 const char* text_or_nothing(const char* text) {
     return text ? text : "";
+}
+
+/// Whether a texture's file is there, though no texture came of it.
+bool is_no_picture(const TextureFile& file) {
+    return !file.texture && mistake_in_reading(file.path).empty();
 }
 
 unsigned long num_missing(const std::vector<TextureFile>& files) {
@@ -64,7 +70,8 @@ std::string report_of_textures(const std::vector<TextureFile>& files) {
     text += text_of("textures missing: %lu\n", missing);
     for (const TextureFile& file : files)
         if (!file.texture)
-            text += "  " + file.path + "\n";
+            text += "  " + file.path +
+                    (is_no_picture(file) ? ": no picture that can be decoded\n" : "\n");
     return text;
 }
 

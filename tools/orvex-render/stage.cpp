@@ -1,6 +1,10 @@
 #include "stage.h"
 
 #include <algorithm>
+#include <cmath>
+#include <memory>
+#include <new>
+#include <vector>
 
 #include <orvex/base/log.h>
 #include <orvex/gpu/gpu_program.h>
@@ -25,18 +29,44 @@ Engine::~Engine() {
     core::stop("orvex-render ends.");
 }
 
+namespace {
+
+RenderWindow_ExtraData request_for(bool gl3) {
+    RenderWindow_ExtraData request;
+    request.gl_major = gl3 ? 3 : 2;
+    request.gl_minor = gl3 ? 2 : 1;
+    request.depth_bits = 24;
+    return request;
+}
+
+/// Whether a software driver, with the compiler in it, finds room.
+bool is_room_for_a_driver() {
+    constexpr std::size_t needed = std::size_t{256} << 20;
+    return std::unique_ptr<char[]>(new (std::nothrow) char[needed]) != nullptr;
+}
+
+} // namespace
+
+/// Tells a driver that is too old from none, and from one that finds no memory.
+std::string Stage::reason_for_no_context() {
+    RenderWindow_ExtraData old = request_for(false);
+    RenderWindow* const other = renderer->create_render_window();
+    if (other->initialize(nullptr, nullptr, 16, 16, "Off", nullptr, &old))
+        return "no OpenGL 3.2 context: the driver offers less; --path gl2 draws with OpenGL 2.1";
+    if (!is_room_for_a_driver())
+        return "no OpenGL context: there isn't enough memory for a driver";
+    return "no OpenGL context: no driver is found; the package libgl1-mesa-dri has one";
+}
+
 std::string Stage::open(int new_width, int new_height, bool gl3) {
     width = new_width;
     height = new_height;
     renderer = Kernel::get()->load_core_opengl_renderer_plugin(true);
     renderer->initialize();
     window = renderer->create_render_window();
-    RenderWindow_ExtraData request;
-    request.gl_major = gl3 ? 3 : 2;
-    request.gl_minor = gl3 ? 2 : 1;
-    request.depth_bits = 24;
+    RenderWindow_ExtraData request = request_for(gl3);
     if (!window->initialize(nullptr, nullptr, width, height, "Off", nullptr, &request))
-        return "no OpenGL context: is an EGL driver installed?";
+        return reason_for_no_context();
     if (!renderer->start())
         return "the renderer doesn't start";
     return "";
@@ -71,7 +101,8 @@ std::string Stage::use_samples(int wanted) {
     if (target->create_render_buffer_target(width, height, PF_RGBA_U8, false, 1, true, offered))
         return "";
     return std::string("no target of ") + std::to_string(width) + "x" + std::to_string(height) +
-           " with " + std::to_string(offered) + " samples per pixel: " + target->get_error_str();
+           " with " + std::to_string(offered) +
+           " samples per pixel (--samples 0 needs none): " + target->get_error_str();
 }
 
 int Stage::samples() const {
@@ -90,4 +121,20 @@ void Stage::resolve() {
         return;
     target->deactivate();
     renderer->fbo_blit(target->get_fbo(), 0, 0, width, height, 0, 0, 0, width, height, true, false);
+}
+
+bool Stage::shows_only(const Color& color) const {
+    int size = 0, across = 0, down = 0;
+    renderer->get_color_buffer_size(&size, &across, &down);
+    std::vector<unsigned char> pixels(static_cast<std::size_t>(size));
+    renderer->get_color_buffer(pixels.data());
+    // A driver rounds as it likes.
+    const auto is_near = [](unsigned char value, float wanted) {
+        return std::abs(static_cast<float>(value) - wanted * 255.0f) <= 1.0f;
+    };
+    for (std::size_t i = 0; i + 3 < pixels.size(); i += 4)
+        if (!is_near(pixels[i], color.r) || !is_near(pixels[i + 1], color.g) ||
+            !is_near(pixels[i + 2], color.b))
+            return false;
+    return true;
 }

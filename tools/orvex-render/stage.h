@@ -2,6 +2,8 @@
 
 #include <string>
 
+#include "values.h"
+
 namespace orvex {
 class GpuProgram;
 class Renderer;
@@ -43,6 +45,8 @@ public:
     void begin_picture();
     /// Brings the picture to the drawable, where texts are drawn and screenshots are taken.
     void resolve();
+    /// Whether the drawable has no pixel in another colour, as when nothing was drawn.
+    bool shows_only(const Color& color) const;
 
     orvex::Renderer* renderer = nullptr;
     orvex::RenderWindow* window = nullptr;
@@ -51,4 +55,6 @@ private:
     orvex::RenderTarget* target = nullptr;
     int width = 0;
     int height = 0;
+
+    std::string reason_for_no_context();
 };

@@ -56,6 +56,7 @@ std::string TextOverlay::load_file(const std::string& path) {
     const std::string sheet = folder_of(path) + font->bm_get_charset_image_filename();
     if (!font->bm_load_charset_texture(renderer, sheet.c_str()))
         return path + ": its sheet " + sheet + " can't be read as a picture";
+    read_files = {path, sheet};
     return "";
 }
 
@@ -70,6 +71,18 @@ std::vector<std::string> lines_of(const std::string& text) {
         i += is_escape ? 1 : 0;
     }
     return lines;
+}
+
+bool TextOverlay::has_room_for(const std::string& text, const Setting& setting) const {
+    const std::vector<std::string> lines = lines_of(text);
+    const float scale =
+        static_cast<float>(setting.line_height) / static_cast<float>(metrics.line_height);
+    const float height = static_cast<float>(setting.line_height) * static_cast<float>(lines.size());
+    bool fits = height <= static_cast<float>(setting.height);
+    for (const std::string& line : lines)
+        fits = fits && static_cast<float>(metrics.width_of(line)) * scale <=
+                           static_cast<float>(setting.width);
+    return fits;
 }
 
 bool TextOverlay::draw(const std::string& text, const Setting& setting) {

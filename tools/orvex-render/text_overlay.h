@@ -35,6 +35,11 @@ public:
         int width; ///< of the picture
         int height;
     };
+    /// The files that the font was loaded from; none for the built-in one.
+    const std::vector<std::string>& files() const { return read_files; }
+
+    /// Whether all lines lie within the picture.
+    bool has_room_for(const std::string& text, const Setting& setting) const;
     /// Draws lines of text, each set off by a shadow. @return false when there are too many
     bool draw(const std::string& text, const Setting& setting);
 
@@ -44,6 +49,7 @@ private:
     orvex::Font* font;
     orvex::Camera* camera;
     CharsetMetrics metrics;
+    std::vector<std::string> read_files;
     bool gl3;
 
     std::string load_builtin();

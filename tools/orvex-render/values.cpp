@@ -50,6 +50,17 @@ constexpr NamedColor named_colors[] = {
     {"orange", 0xffa500}, {"yellow", 0xffff00},
 };
 
+} // namespace
+
+std::string color_names() {
+    std::string names;
+    for (const NamedColor& color : named_colors)
+        names += (names.empty() ? "" : ", ") + std::string(color.name);
+    return names;
+}
+
+namespace {
+
 Color color_of(unsigned rgb) {
     const auto part = [rgb](unsigned shift) {
         return static_cast<float>(rgb >> shift & 0xffu) / 255.0f;

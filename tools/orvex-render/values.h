@@ -28,3 +28,5 @@ std::optional<Size> size_in(const std::string& word);
 /// "#rgb" and "#rrggbb" in hexadecimal digits, or a name: black, white, gray, red, green, blue,
 /// yellow, cyan, magenta, orange.
 std::optional<Color> color_in(const std::string& word);
+/// The names of colours, with commas between them.
+std::string color_names();
