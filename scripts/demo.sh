@@ -8,6 +8,11 @@ set -euo pipefail
 root=$(cd "$(dirname "$0")/.." && pwd)
 model=$(realpath -m "${1:-$root/examples/data/lighthouse.obj}")
 cd "$root"
+# A wrong name is told at once, not behind the build.
+if [[ ! -f $model || ! -r $model ]]; then
+  echo "scripts/demo.sh: $model: no file that can be read" >&2
+  exit 1
+fi
 
 scripts/setup.sh
 # A build folder of its own, without the tests and the examples and what they need.
