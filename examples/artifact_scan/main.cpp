@@ -3,7 +3,9 @@
 // scanner finds them: artifact_scan [gl2|gl3] [frames] [faults]
 
 #include <algorithm>
+#include <cstdio>
 #include <cstdlib>
+#include <cstring>
 
 #include "off_screen.h"
 
@@ -89,15 +91,31 @@ private:
     Camera* camera;
 };
 
-int number(int argc, char** argv, int index, int otherwise) {
-    return argc > index ? std::atoi(argv[index]) : otherwise;
+/// Takes a whole number of at least 0, if its word is there. @return false for another word
+bool take_number(int argc, char** argv, int index, int& number) {
+    if (argc <= index)
+        return true;
+    char* end = argv[index];
+    const long value = std::strtol(argv[index], &end, 10);
+    number = static_cast<int>(value);
+    return end != argv[index] && *end == '\0' && value >= 0 && value <= 1000000000L;
+}
+
+bool is_path(const char* word) {
+    return std::strcmp(word, "gl2") == 0 || std::strcmp(word, "gl3") == 0;
 }
 
 } // namespace
 
 int main(int argc, char** argv) {
-    const int num_frames = number(argc, argv, 2, 100);
-    const int num_faults = std::clamp(number(argc, argv, 3, 0), 0, size * size);
+    int num_frames = 100;
+    int num_faults = 0;
+    if (argc > 4 || (argc > 1 && !is_path(argv[1])) || !take_number(argc, argv, 2, num_frames) ||
+        !take_number(argc, argv, 3, num_faults)) {
+        std::fputs("usage: artifact_scan [gl2|gl3] [frames] [faults]\n", stderr);
+        return 2;
+    }
+    num_faults = std::min(num_faults, size * size);
     OffScreen stage(wants_gl3(argc, argv), 64, 64);
     if (!stage.started)
         return 1;

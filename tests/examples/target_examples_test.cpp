@@ -21,6 +21,14 @@ protected:
 INSTANTIATE_TEST_SUITE_P(on, TargetExample, testing::Values("gl2", "gl3"),
                          [](const auto& row) { return std::string(row.param); });
 
+TEST(ArtifactScan, tells_its_usage_for_other_words) {
+    const std::string usage = "usage: artifact_scan [gl2|gl3] [frames] [faults]\nexit ";
+    for (const char* words : {"gl4", "gl3 many", "gl3 3x", "gl3 3 -1", "gl3 3 1 1"}) {
+        const std::string output = output_of(std::string("'" ARTIFACT_SCAN "' ") + words);
+        EXPECT_EQ(output, usage + std::to_string(2 << 8)) << words;
+    }
+}
+
 TEST_P(TargetExample, shows_a_resolved_target_on_a_quad) {
     expect_picture(OFFSCREEN, "offscreen");
 }
