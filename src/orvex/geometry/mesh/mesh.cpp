@@ -256,6 +256,7 @@ bool Mesh::copy_geometry(Mesh* source) {
         copy_faces(mesh_data->faces_u16, from.faces_u16, from.num_faces);
     else
         copy_faces(mesh_data->faces_u32, from.faces_u32, from.num_faces);
+    mesh_upload::mark_faces(*mesh_data);
     return true;
 }
 

@@ -180,8 +180,14 @@ public:
     void set_draw_start_end_vertex(unsigned long start, unsigned long end);
 
     /// Makes this mesh's geometry a copy of another's: vertices and face indices, with default face
-    /// normals and no face materials. The two are expected to have one format and layout.
-    /// @return false for null, for a mesh without vertices or faces, or if memory runs out
+    /// normals and no face materials; quad edges, user attributes and particles aren't copied. The
+    /// two are expected to have one format and layout. Where this mesh was drawn before, the next
+    /// prepare uploads all of it.
+    ///
+    /// The geometry that was here goes first. So a mesh that is told to copy itself, or one that
+    /// shares its store, loses the geometry of both, and false is the result.
+    /// @return false, changing nothing, for null and for a source without vertices or faces; false,
+    ///         without geometry, if memory runs out
     bool copy_geometry(Mesh* source);
     /// @}
 
@@ -301,7 +307,9 @@ public:
     /// the pointers. Getters give (0, 0, 0, 1) and setters do nothing for an array not asked for.
     /// @{
 
-    /// Allocates the arrays asked for, `count` default `vec4` each, in place of those before.
+    /// Allocates the arrays asked for, `count` default `vec4` each, in place of those before. May
+    /// be called before the first draw and between any two, for another count or other arrays too:
+    /// the next draw takes all of it up.
     /// @param count      from 1 on
     /// @param alignment  of the arrays in bytes, a power of two; below 1 for ordinary memory
     /// @return false for a count of 0, and for a mesh without a store; false, without instances, if

@@ -116,8 +116,9 @@ void Mesh::scale_vertices_position(const vec4& scale, Node* node) {
         return;
     const vec3 factor = scale.get_vec3();
     for (unsigned long i = 0; i < mesh_data->num_vertices; ++i) {
-        const vec3 p = mesh_data->get_position(i);
-        mesh_data->set_position(i, vec3(p.x * factor.x, p.y * factor.y, p.z * factor.z));
+        // With its w, which isn't 1 in every format.
+        const vec4 p = mesh_data->get_position_4f(i);
+        mesh_data->set_position(i, vec4(p.x * factor.x, p.y * factor.y, p.z * factor.z, p.w));
     }
     mesh_data->positions_need_update = true;
     Object::scale_vertices_position(scale, node);

@@ -38,6 +38,12 @@ int MeshSphere::get_stacks() const {
     return stacks;
 }
 
+bool MeshSphere::build(Node* node) {
+    // Made here, since a node's build has no word for it; `_build` then finds nothing to do.
+    const bool is_made = build_if_asked(*this, [this] { return _build_sphere(); });
+    return Mesh::build(node) && is_made;
+}
+
 bool MeshSphere::_build() {
     return build_if_asked(*this, [this] { return _build_sphere(); }) && Mesh::_build();
 }

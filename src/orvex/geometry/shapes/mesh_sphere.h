@@ -37,8 +37,11 @@ public:
     int get_slices() const;   ///< as stored
     int get_stacks() const;   ///< as stored
 
-    /// Makes the geometry if the build state is set, then updates the bounding sphere.
+    /// Makes the geometry if the build state is set, updates the bounding sphere, and builds the
+    /// children, which are built in any case.
     /// @return false if the geometry could not be made
+    bool build(Node* node) override;
+    /// The same without the children.
     bool _build() override;
 
 private:

@@ -44,6 +44,12 @@ int MeshTorus::get_slices() const {
     return slices;
 }
 
+bool MeshTorus::build(Node* node) {
+    // Made here, since a node's build has no word for it; `_build` then finds nothing to do.
+    const bool is_made = build_if_asked(*this, [this] { return _build_torus(); });
+    return Mesh::build(node) && is_made;
+}
+
 bool MeshTorus::_build() {
     return build_if_asked(*this, [this] { return _build_torus(); }) && Mesh::_build();
 }

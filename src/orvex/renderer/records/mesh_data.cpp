@@ -7,6 +7,7 @@
 #include "orvex/base/private/memory_out.h"
 #include "orvex/math/aligned_new.h"
 #include "orvex/platform/private/large_pages.h"
+#include "orvex/renderer/records/private/mesh_upload.h"
 #include "orvex/renderer/records/private/vertex_access.h"
 
 // How a store comes by its memory and gives it back. What can be asked of a store stands in
@@ -147,6 +148,7 @@ bool MeshData::copy_vertex_data(MeshData* source) {
     const VertexBlocks from(*source);
     for (int i = 0; i < 7; ++i)
         copy_block(to.blocks[i], from.blocks[i], count);
+    mesh_upload::mark_vertices(*this);
     return true;
 }
 

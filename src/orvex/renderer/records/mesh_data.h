@@ -237,7 +237,7 @@ struct ORVEX_API MeshData : CountedRecord, ThreadRecord {
     ///
     /// The two are expected to have one format and to agree on `separate_vertex_arrays`; attributes
     /// that don't match are left at their defaults. Faces, user attributes and particles aren't
-    /// copied.
+    /// copied. Where these vertices were drawn before, the next prepare uploads all of them.
     /// @return false, changing nothing, for null and for a source without vertices; true, changing
     ///         nothing, for this store itself; false if memory runs out
     virtual bool copy_vertex_data(MeshData* source);

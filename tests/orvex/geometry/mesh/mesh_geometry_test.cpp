@@ -104,6 +104,14 @@ TEST_P(MeshGeometry, scales_its_positions) {
     EXPECT_TRUE(mesh->get_mesh_data()->positions_need_update);
 }
 
+TEST(MeshGeometryOperations, keep_the_inverse_mass_when_they_scale) {
+    OwnedMesh mesh(new Mesh(VERTEX_FORMAT_PHYSX_CLOTH));
+    ASSERT_TRUE(mesh->alloc_vertex_data(1));
+    mesh->get_mesh_data()->set_position(0, vec4(1.0f, 2.0f, 3.0f, 0.25f));
+    mesh->scale_vertices_position(vec4(2.0f, 2.0f, 2.0f, 1.0f), nullptr);
+    EXPECT_EQ(mesh->get_mesh_data()->get_position_4f(0), vec4(2.0f, 4.0f, 6.0f, 0.25f));
+}
+
 TEST_P(MeshGeometry, turns_its_faces_around_and_back) {
     OwnedMesh mesh = make_triangle();
     mesh->get_mesh_data()->faces_need_update = false;

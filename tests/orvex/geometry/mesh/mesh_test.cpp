@@ -337,6 +337,20 @@ TEST(Mesh, copies_geometry) {
     }
 }
 
+TEST(Mesh, is_sent_again_as_a_whole_when_another_was_copied_onto_it) {
+    OwnedMesh source = make_mesh(3, 1);
+    OwnedMesh mesh = make_mesh(3, 1);
+    MeshData& store = *mesh->get_mesh_data();
+    store.vertex_buffer_id = 7;
+    store.index_buffer_id = 8;
+    ASSERT_TRUE(mesh->copy_geometry(source.get()));
+    EXPECT_TRUE(store.positions_need_update && store.normals_need_update &&
+                store.tangents_need_update && store.colors_need_update && store.uv0_need_update &&
+                store.uv1_need_update);
+    EXPECT_TRUE(store.faces_need_update);
+    store.vertex_buffer_id = store.index_buffer_id = 0;
+}
+
 TEST(Mesh, has_empty_faces_where_the_source_forced_wide_ones) {
     OwnedMesh source = make_mesh(3, 1);
     ASSERT_TRUE(source->alloc_face_data(2, true));

@@ -2,13 +2,31 @@
 
 #include <gtest/gtest.h>
 
+#include "orvex/geometry/shapes/mesh_quad.h"
 #include "shapes.h"
+#include "tests/support/log_capture.h"
 
 namespace orvex_test {
 
 using namespace orvex;
 
 namespace {
+
+TEST(MeshTorus, fails_to_build_what_no_memory_holds_and_builds_its_children) {
+    const LogCapture log;
+    const auto shape = make_shape<MeshTorus>();
+    const auto child = make_shape<MeshQuad>();
+    child->add_ref();
+    shape->add_child(child.get());
+    shape->set_build_params(1.0f, 0.2f, 2000000000);
+    EXPECT_FALSE(shape->build(nullptr));
+    EXPECT_EQ(shape->get_mesh_data()->get_position_ptr(), nullptr);
+    EXPECT_EQ(child->get_num_vertices(nullptr), 4u);
+    EXPECT_TRUE(shape->build(nullptr)) << "it isn't asked for again";
+    shape->set_build_params(1.0f, 0.2f, 3);
+    EXPECT_TRUE(shape->build(nullptr));
+    EXPECT_EQ(shape->get_mesh_data()->num_vertices, 16u);
+}
 
 TEST(MeshTorus, stores_its_parameters_as_they_are) {
     const auto torus = make_shape<MeshTorus>();

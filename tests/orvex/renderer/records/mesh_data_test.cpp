@@ -260,6 +260,23 @@ TEST_P(MeshDataLayouts, copies_vertices_of_its_own_kind) {
     EXPECT_EQ(store->get_tangent(2), source->get_tangent(2));
 }
 
+TEST_P(MeshDataLayouts, is_sent_again_where_it_was_drawn_before_a_copy) {
+    std::unique_ptr<MeshData> source = make_store(GetParam().format);
+    source->separate_vertex_arrays = GetParam().separate;
+    ASSERT_TRUE(source->alloc_vertex_data(3));
+    ASSERT_TRUE(store->alloc_vertex_data(3));
+    for (const unsigned int buffer : {0u, 7u}) {
+        store->vertex_buffer_id = buffer;
+        ASSERT_TRUE(store->copy_vertex_data(source.get()));
+        for (const bool is_marked :
+             {store->positions_need_update, store->normals_need_update, store->tangents_need_update,
+              store->colors_need_update, store->uv0_need_update, store->uv1_need_update})
+            EXPECT_EQ(is_marked, buffer != 0);
+        EXPECT_FALSE(store->faces_need_update);
+    }
+    store->vertex_buffer_id = 0;
+}
+
 TEST_P(MeshDataLayouts, copies_nothing_from_null_or_an_empty_store) {
     ASSERT_TRUE(store->alloc_vertex_data(1));
     store->set_position(0, vec3(1.0f, 2.0f, 3.0f));

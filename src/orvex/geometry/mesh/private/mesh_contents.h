@@ -5,6 +5,7 @@
 /// build it isn't what the GPU has.
 
 #include "orvex/renderer/records/mesh_data.h"
+#include "orvex/renderer/records/private/mesh_upload.h"
 
 namespace orvex::mesh_contents {
 
@@ -31,15 +32,8 @@ inline FaceU32 face_at(const MeshData& store, unsigned long i) {
 
 /// After a build: a store that was drawn before has GPU buffers with the geometry before this one.
 inline void mark_for_upload(MeshData& store) {
-    const bool drawn_before = store.vertex_buffer_id != 0;
-    store.positions_need_update |= drawn_before;
-    store.normals_need_update |= drawn_before;
-    store.tangents_need_update |= drawn_before;
-    store.colors_need_update |= drawn_before;
-    store.uv0_need_update |= drawn_before;
-    store.uv1_need_update |= drawn_before;
-    store.faces_need_update |= store.index_buffer_id != 0;
-    store.quad_edges_need_update |= store.quad_edge_buffer_id != 0;
+    mesh_upload::mark_vertices(store);
+    mesh_upload::mark_faces(store);
 }
 
 } // namespace orvex::mesh_contents
