@@ -300,7 +300,9 @@ private:
     }
 
     /// Makes room for as many triangles as the rest of the file would hold if it went on as it went
-    /// since the first face; a shorter file leaves pages untouched.
+    /// since the first face; a shorter file leaves pages untouched. But a first face of many
+    /// corners promises nothing, so that no more room is made than what has been read accounts for:
+    /// about twice its bytes, which is plenty for a file whose vertices stand before its faces.
     void reserve_triangles() {
         const std::size_t count = model.triangles.size();
         if (count < 64) {
@@ -312,7 +314,9 @@ private:
         const std::size_t expected =
             static_cast<std::size_t>(1.05 * static_cast<double>(count) * static_cast<double>(left) /
                                      static_cast<double>(read));
-        reserve_large(model.triangles, count + std::max(expected, count / 2) + 64);
+        const std::size_t accounted = 2 * stream.tell() / sizeof(OBJ_Triangle);
+        reserve_large(model.triangles,
+                      count + std::max(std::min(expected, accounted), count / 2) + 64);
     }
 
     OBJ_Model& model;

@@ -86,5 +86,18 @@ TEST_F(ObjMemory, that_runs_out_at_any_array_gives_back_what_was_added) {
     EXPECT_EQ(first.get_num_faces(nullptr), 2u);
 }
 
+TEST_F(ObjMemory, is_asked_for_in_proportion_to_the_file) {
+    // A first face of many corners says nothing of the lines behind it.
+    std::string text = "v 0 0 0\nf";
+    for (int corner = 0; corner < 70; ++corner)
+        text += " 1";
+    text += "\n";
+    while (text.size() < 1000000)
+        text += "v 1 2 3\n";
+    dir.write("fan.obj", text);
+    const RefuseArrays refused({.min_size = 4 * text.size(), .single = true});
+    EXPECT_TRUE(loader.load_from_file(model, "fan.obj")) << loader.get_failure_reason();
+}
+
 } // namespace
 } // namespace orvex_test
