@@ -1,6 +1,7 @@
 #include "orvex/scene/object.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <cstring>
 #include <utility>
 
@@ -11,11 +12,34 @@
 
 namespace orvex {
 
+namespace {
+
+/// From this count on materials are found by a table. A model file may bring thousands, each of
+/// which is looked for before it is added.
+constexpr std::size_t first_count_of_table = 32;
+
+} // namespace
+
+void Object::ObjectData::list(Material* material) {
+    // What may find no memory comes first.
+    if (materials.size() == materials.capacity())
+        materials.reserve(std::max(2 * materials.size(), std::size_t{1}));
+    if (!material_by_id && materials.size() >= first_count_of_table) {
+        auto table = std::make_unique<std::unordered_map<int, Material*>>();
+        for (Material* known : materials)
+            table->emplace(known->get_id(), known);
+        material_by_id = std::move(table);
+    }
+    if (material_by_id)
+        material_by_id->emplace(material->get_id(), material);
+    materials.push_back(material);
+}
+
 bool Object::add_material(Material* material, Node* node) {
     if (!material)
         return misuse("Object::add_material", "a null material");
     if (!get_material(material->get_id())) {
-        object_data->materials.push_back(material); // may find no memory: first of all
+        object_data->list(material); // may find no memory: first of all
         material->add_ref();
     }
     for_each_child_object(node,
@@ -29,12 +53,15 @@ bool Object::remove_material(Material* material, Node*) {
     if (found == materials.end())
         return misuse("Object::remove_material", "a material that the object does not hold");
     materials.erase(found);
+    if (object_data->material_by_id)
+        object_data->material_by_id->erase(material->get_id());
     material->release(nullptr, nullptr);
     return true;
 }
 
 void Object::remove_all_materials(Renderer* renderer, Node* node) {
     const std::vector<Material*> released = std::exchange(object_data->materials, {});
+    object_data->material_by_id.reset();
     for (Material* material : released)
         material->release(renderer, nullptr);
     for_each_child_object(
@@ -52,6 +79,10 @@ Material* first_match(const std::vector<Material*>& materials, Matches matches) 
 } // namespace
 
 Material* Object::get_material(int id) const {
+    if (const auto& table = object_data->material_by_id) {
+        const auto found = table->find(id);
+        return found == table->end() ? nullptr : found->second;
+    }
     return first_match(object_data->materials,
                        [id](const Material* material) { return material->get_id() == id; });
 }

@@ -4,6 +4,8 @@
 /// The private record of an object.
 
 #include <cstddef>
+#include <memory>
+#include <unordered_map>
 #include <vector>
 
 #include "orvex/math/mat4.h"
@@ -33,6 +35,11 @@ struct Object::ObjectData : ObjectFrameData {
     static const ObjectData& of(const Object& object) { return *object.object_data; }
 
     GpuProgram* gpu_program = nullptr; ///< counted
+    /// The materials by id, once there are so many that a search in the list would tell; else null.
+    std::unique_ptr<std::unordered_map<int, Material*>> material_by_id;
+
+    /// Appends a material. Throws `std::bad_alloc` with nothing changed.
+    void list(Material* material);
     vec4 absolute_position;
     float bounding_sphere_radius = 0.0f;
     vec4 bounding_sphere_center;

@@ -5,6 +5,10 @@
 
 #include <cstddef>
 #include <new>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <unordered_set>
 
 #include "orvex/assets/materials/material.h"
 #include "orvex/assets/materials/material_mgr.h"
@@ -29,12 +33,44 @@ float shininess_of(const OBJ_Material& source) {
     return shininess == 0.0f ? 1.0f : shininess;
 }
 
-Material* build_material(const OBJ_Material& source) {
-    MaterialMgr* manager = MaterialMgr::get();
-    const char* name = source.name.c_str();
-    if (Resource* known = manager->get_resource(name))
-        return static_cast<Material*>(known);
-    Material* material = manager->create_material(name);
+/// What bears a name already, among all materials and among those of the model: of equals the
+/// first. A table for each, as a file may name tens of thousands. Nobody else adds any during a
+/// load.
+class KnownMaterials {
+public:
+    explicit KnownMaterials(const Model& model) {
+        const MaterialMgr& manager = *MaterialMgr::get();
+        for (unsigned long i = 0; i < manager.get_num_resources(); ++i)
+            if (Resource* const known = manager.get_resource_by_index(i))
+                all.emplace(known->get_name(), static_cast<Material*>(known));
+        for (unsigned long i = 0; i < model.get_num_materials(); ++i)
+            in_model.emplace(cut(model.get_material_by_index(i)->get_name()));
+    }
+
+    Material* find(const OBJ_Name& name) const {
+        const auto found = all.find(std::string(name.view()));
+        return found == all.end() ? nullptr : found->second;
+    }
+    void add(Material* material) { all.emplace(material->get_name(), material); }
+
+    /// Whether the model has none of this name yet; from here on it has.
+    bool is_new_to_model(const OBJ_Name& name) { return in_model.emplace(name.view()).second; }
+
+private:
+    /// A model finds names by so many characters, which is all that a file's names have.
+    static std::string_view cut(const char* name) {
+        return std::string_view(name).substr(0, sizeof(OBJ_Name) - 1);
+    }
+
+    std::unordered_map<std::string, Material*> all;
+    std::unordered_set<std::string> in_model;
+};
+
+Material* build_material(const OBJ_Material& source, KnownMaterials& known) {
+    if (Material* const of_that_name = known.find(source.name))
+        return of_that_name;
+    Material* material = MaterialMgr::get()->create_material(source.name.c_str());
+    known.add(material);
     material->set_ambient(to_vec4(source.ambient));
     material->set_diffuse(to_vec4(source.diffuse));
     material->set_specular(to_vec4(source.specular));
@@ -47,11 +83,12 @@ Material* build_material(const OBJ_Material& source) {
 }
 
 void build_materials(OBJ_Model& source, Model& target) {
+    KnownMaterials known(target);
     for (const auto& material : source.materials) {
         if (material->face_count <= 0)
             continue;
-        material->material = build_material(*material);
-        if (!target.get_material_by_name(material->name.c_str()))
+        material->material = build_material(*material, known);
+        if (known.is_new_to_model(material->name))
             target.add_material(material->material, nullptr);
     }
 }
