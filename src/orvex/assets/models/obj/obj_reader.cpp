@@ -3,7 +3,11 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstring>
+#include <string>
 #include <string_view>
+#include <unordered_map>
+#include <utility>
+#include <vector>
 
 #include "orvex/assets/models/obj/private/text_stream.h"
 #include "orvex/platform/private/file_bytes.h"
@@ -262,8 +266,32 @@ public:
     void material_library() {
         const std::string_view line = stream.read_line(line_limit);
         const std::string_view name = pick_word(line);
-        if (!name.empty())
-            read_material_file(model, model_dir + std::string(name));
+        if (name.empty())
+            return;
+        const auto [library, is_new] = libraries.try_emplace(model_dir + std::string(name));
+        library->second.last_mention = ++num_mentions;
+        if (!is_new)
+            return;
+        library->second.order = libraries.size();
+        read_material_file(model, library->first);
+    }
+
+    /// Ends the pass. A library counts again at each mention, over those since; but only its last
+    /// mention shows in the end, so that each is read at its first one, and once more only where
+    /// another came between.
+    void settle_libraries() {
+        std::vector<std::pair<Library, const std::string*>> last;
+        for (const auto& [path, library] : libraries)
+            last.emplace_back(library, &path);
+        std::sort(last.begin(), last.end(), [](const auto& a, const auto& b) {
+            return a.first.last_mention < b.first.last_mention;
+        });
+        const bool is_settled =
+            std::is_sorted(last.begin(), last.end(), [](const auto& a, const auto& b) {
+                return a.first.order < b.first.order;
+            });
+        for (std::size_t i = 0; i < last.size() && !is_settled; ++i)
+            read_material_file(model, *last[i].second);
     }
 
     void face() {
@@ -286,6 +314,12 @@ public:
     std::vector<FaceRun> take_runs() { return std::move(runs); }
 
 private:
+    /// A material library, in the order of first mentions, and of all.
+    struct Library {
+        std::size_t order = 0;
+        std::size_t last_mention = 0;
+    };
+
     FaceRun& open_run() {
         if (!in_run) {
             FaceRun run;
@@ -326,6 +360,8 @@ private:
     OBJ_Material* current_material;
     std::vector<FaceRun> runs;
     bool in_run = false;
+    std::unordered_map<std::string, Library> libraries; ///< by path
+    std::size_t num_mentions = 0;
 };
 
 class SecondPass {
@@ -456,6 +492,7 @@ std::unique_ptr<OBJ_Model> read_obj_text(const char* text, std::size_t size,
     TextStream stream(text, size);
     FirstPass first(*model, stream, model_dir);
     read_tokens(stream, first);
+    first.settle_libraries();
     if (model->num_vertices == 0 || model->triangles.empty()) {
         if (fault)
             *fault = {false, count_lines({text, size}), model->num_vertices};

@@ -277,6 +277,21 @@ TEST_F(ObjReaderTest, a_first_mention_by_usemtl_keeps_its_place_in_the_list) {
     EXPECT_EQ(model->materials[1].face_count, 1);
 }
 
+TEST_F(ObjReaderTest, a_library_counts_again_at_each_mention) {
+    write("a.mtl", "newmtl x\nKd 1 0 0\nmap_Kd a0\nmap_Kd a1\nnewmtl only_a\nKd 1 0 0\n");
+    write("b.mtl", "newmtl y\nKd 0 1 0\nnewmtl x\nillum 2\nKs 0 1 0\nmap_Kd b0\n");
+    write("c.mtl", "newmtl x\nKd 0 0 1\nmap_Kd c0\nmap_Kd c1\nmap_Kd c2\nnewmtl y\nd 0.5\n");
+    const std::vector<std::string> orders = {"ab",    "aab",     "aba",   "abab", "abba",
+                                             "abc",   "abca",    "cab",   "cbac", "abcb",
+                                             "bacab", "cacbcab", "abcabc"};
+    for (const std::string& order : orders) {
+        std::string text = "usemtl z\n";
+        for (const char library : order)
+            text += std::string("mtllib ") + library + ".mtl\nusemtl y\n";
+        expect_same(text + "v 0 0 0\nf 1 1 1\n");
+    }
+}
+
 // --- Against the plain reader ----------------------------------------------------------------
 
 /// Text made of the words that mean something, in no order at all.
