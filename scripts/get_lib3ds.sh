@@ -21,10 +21,17 @@ fail() {
   exit 1
 }
 
-if [ -e "$prefix/lib/lib3ds-2.so" ] && [ -e "$prefix/include/lib3ds.h" ]; then
+has_library() {
+  [ -e "$prefix/lib/lib3ds-2.so" ] && [ -e "$prefix/include/lib3ds.h" ]
+}
+# One that was built before it had memory of its own is built again, from the source beside it.
+has_memory() {
+  grep -qs lib3ds_run "$prefix/lib/lib3ds-2.so"
+}
+if has_library && has_memory; then
   exit 0
 fi
-for include in /usr/local/include /usr/include; do
+has_library || for include in /usr/local/include /usr/include; do
   if grep -qs lib3ds_file_create_nodes_for_meshes "$include/lib3ds.h"; then
     exit 0
   fi
@@ -70,24 +77,33 @@ fetch() {
   fi
 }
 
-if [ -n "${ORVEX_LIB3DS_TARBALL:-}" ]; then
-  cp "$ORVEX_LIB3DS_TARBALL" "$work/$tarball_name" || fail "can't read $ORVEX_LIB3DS_TARBALL"
-else
-  fetch
-fi
-echo "$tarball_sha256  $work/$tarball_name" | sha256sum --check --status ||
-  fail "$tarball_name isn't the file it should be: its sha256 is another"
-
 mkdir -p "$work"/prefix/{include,lib,share/doc/lib3ds,src}
-tar -xzf "$work/$tarball_name" -C "$work/prefix/src" --strip-components=5 --wildcards "$source_folder"
+if has_library && [ -e "$prefix/src/lib3ds_file.c" ]; then
+  cp "$prefix"/src/* "$work/prefix/src"
+else
+  if [ -n "${ORVEX_LIB3DS_TARBALL:-}" ]; then
+    cp "$ORVEX_LIB3DS_TARBALL" "$work/$tarball_name" || fail "can't read $ORVEX_LIB3DS_TARBALL"
+  else
+    fetch
+  fi
+  echo "$tarball_sha256  $work/$tarball_name" | sha256sum --check --status ||
+    fail "$tarball_name isn't the file it should be: its sha256 is another"
+  tar -xzf "$work/$tarball_name" -C "$work/prefix/src" --strip-components=5 --wildcards "$source_folder"
+fi
 cp "$work/prefix/src/lib3ds.h" "$work/prefix/include"
 cp "$licence" "$work"/prefix/src/{AUTHORS,COPYING,README} "$work/prefix/share/doc/lib3ds"
 # With NDEBUG, or a malformed chunk ends the process. Its small functions lie in files of their own:
 # called instead of inlined, normals take twice as long.
 optimize=(-O3 -flto=auto -fno-semantic-interposition -fno-math-errno -ffp-contract=off)
-"${CC:-cc}" -std=gnu99 "${optimize[@]}" -DNDEBUG -w -fPIC -shared \
+# It doesn't look at what malloc gives: its memory comes from functions that never give it null.
+cp scripts/lib3ds_memory.c "$work/prefix/src/orvex_memory.c"
+memory=(-Dmalloc=lib3ds_malloc -Dcalloc=lib3ds_calloc -Drealloc=lib3ds_realloc -Dfree=lib3ds_free
+  -include stdlib.h)
+"${CC:-cc}" -std=gnu99 "${optimize[@]}" -w -fPIC -c "$work/prefix/src/orvex_memory.c" \
+  -o "$work/memory.o" || fail "lib3ds's memory doesn't compile"
+"${CC:-cc}" -std=gnu99 "${optimize[@]}" "${memory[@]}" -DNDEBUG -w -fPIC -shared \
   -Wl,-soname,lib3ds-2.so -Wl,-Bsymbolic,-z,defs \
-  -o "$work/prefix/lib/lib3ds-2.so" "$work"/prefix/src/*.c -lm || fail "lib3ds doesn't compile"
+  -o "$work/prefix/lib/lib3ds-2.so" "$work/memory.o" "$work"/prefix/src/lib3ds_*.c -lm || fail "lib3ds doesn't compile"
 
 rm -rf "$prefix"
 mv "$work/prefix" "$prefix"

@@ -12,6 +12,7 @@
 
 #include "orvex/assets/models/3ds/private/lib3ds_check.h"
 #include "orvex/assets/models/3ds/private/lib3ds_chunk_reader.h"
+#include "orvex/assets/models/3ds/private/lib3ds_memory.h"
 #include "orvex/platform/private/byte_window.h"
 #include "orvex/platform/private/file_bytes.h"
 
@@ -89,16 +90,24 @@ Lib3dsFilePtr read_3ds_bytes(const unsigned char* bytes, std::size_t size, Lib3d
     ByteWindow window(bytes, size);
     if (!lib3ds_can_read(window, fault))
         return nullptr;
-    Lib3dsFilePtr file(lib3ds_file_new());
     MemoryStream stream{bytes, size};
     Lib3dsIo io{};
     io.self = &stream;
     io.seek_func = seek;
     io.tell_func = tell;
     io.read_func = read;
-    if (file && lib3ds_file_read(file.get(), &io))
-        return file;
-    return refuse(fault, {"lib3ds can't read on", stream.position, true});
+    Lib3dsFile* file = nullptr;
+    const bool is_read = run_lib3ds([&] {
+        file = lib3ds_file_new();
+        if (!file || !lib3ds_file_read(file, &io))
+            return false;
+        if (!file->nodes)
+            lib3ds_file_create_nodes_for_meshes(file);
+        return true;
+    });
+    if (is_read)
+        return Lib3dsFilePtr(file);
+    return refuse(fault, {"lib3ds can't read on, or has no memory for it", stream.position, true});
 }
 
 Lib3dsFilePtr open_3ds_file(const char* path, Lib3dsFault* fault) {

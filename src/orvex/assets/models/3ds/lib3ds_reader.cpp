@@ -6,6 +6,7 @@
 #include <cstdio>
 #include <cstring>
 #include <memory>
+#include <new>
 #include <string_view>
 #include <unordered_set>
 #include <utility>
@@ -13,6 +14,7 @@
 #include <lib3ds.h>
 
 #include "orvex/assets/models/3ds/loader_3d_lib3ds.h"
+#include "orvex/assets/models/3ds/private/lib3ds_memory.h"
 #include "orvex/assets/models/3ds/private/lib3ds_records.h"
 #include "orvex/platform/private/large_pages.h"
 
@@ -169,25 +171,29 @@ void copy_vertices(const Lib3dsMesh& from, sLib3dsMesh& to) {
         std::memcpy(to.texcoords, from.texcos, to.num_texcoords * sizeof(Lib3dsFloat2));
 }
 
-/// Where lib3ds finds no memory to work with, it leaves the normals as they are.
+/// Throws `std::bad_alloc` where lib3ds finds no memory to work with, instead of leaving the
+/// normals as they are.
 void calculate_normals(Lib3dsMesh& mesh, Lib3dsFloat3* normals) {
     std::fill_n(normals, 3 * std::size_t{mesh.nfaces}, Lib3dsFloat3{});
-    lib3ds_mesh_calculate_vertex_normals(&mesh, reinterpret_cast<float(*)[3]>(normals));
+    const bool is_done = run_lib3ds([&] {
+        lib3ds_mesh_calculate_vertex_normals(&mesh, reinterpret_cast<float(*)[3]>(normals));
+        return true;
+    });
+    if (!is_done)
+        throw std::bad_alloc();
 }
 
 /// Without smoothing a few faces at a time, since lib3ds takes 72 bytes of memory for each.
-void compute_normals(Lib3dsMesh& mesh, bool smoothed, sLib3dsMesh& to) {
+void compute_normals(const Lib3dsMesh& whole, bool smoothed, sLib3dsMesh& to) {
     constexpr std::uint32_t unsmoothed_at_once = 4096;
-    const Lib3dsMesh whole = mesh;
+    Lib3dsMesh part = whole;
     const std::uint32_t num_faces = to.num_normals / 3;
     const std::uint32_t step = smoothed ? num_faces : unsmoothed_at_once;
-    for (std::uint32_t done = 0; done < num_faces; done += mesh.nfaces) {
-        mesh.faces = whole.faces + done;
-        mesh.nfaces = static_cast<unsigned short>(std::min(num_faces - done, step));
-        calculate_normals(mesh, to.normals + 3 * std::size_t{done});
+    for (std::uint32_t done = 0; done < num_faces; done += part.nfaces) {
+        part.faces = whole.faces + done;
+        part.nfaces = static_cast<unsigned short>(std::min(num_faces - done, step));
+        calculate_normals(part, to.normals + 3 * std::size_t{done});
     }
-    mesh.faces = whole.faces;
-    mesh.nfaces = whole.nfaces;
 }
 
 void copy_faces(const Lib3dsMesh& from, sLib3dsMesh& to) {

@@ -57,8 +57,6 @@ bool Loader3D_Lib3ds::read_file(const char* filename) {
         return false;
 
     read_materials(file.get());
-    if (!file->nodes)
-        lib3ds_file_create_nodes_for_meshes(file.get());
     lib3ds_file_eval(file.get(), 0.0f);
     read_meshes(file.get());
     return true;

@@ -14,7 +14,8 @@ struct Lib3dsFileDeleter {
 };
 using Lib3dsFilePtr = std::unique_ptr<Lib3dsFile, Lib3dsFileDeleter>;
 
-/// Reads a 3DS file by lib3ds, if that can be trusted to survive it.
+/// Reads a 3DS file by lib3ds, if that can be trusted to survive it. A file without nodes is given
+/// one for each mesh.
 ///
 /// The file is read into memory once, and lib3ds is given the very bytes that were checked, so that
 /// a file which changes meanwhile does no harm.
