@@ -6,6 +6,9 @@
 /// 3. The lock of the log, unless it goes without. From here to the end of the line one thread owns
 ///    the format buffer, the line's memory, the counter and the stamp.
 /// 4. The sinks in order: the callback, the file, the terminal. A sink that fails stops no other.
+///
+/// A line that finds no memory is dropped: who traces is often in the middle of giving something
+/// back, and has no use for an exception. A stamped one leaves a gap in the numbers.
 
 #include "orvex/base/log.h"
 
@@ -19,6 +22,7 @@
 #include <utility>
 
 #include "orvex/base/private/log_stamp.h"
+#include "orvex/base/private/memory_out.h"
 #include "orvex/base/private/misuse.h"
 #include "orvex/base/thread_lock.h"
 #include "orvex/platform/private/log_file.h"
@@ -219,6 +223,8 @@ std::string_view Log::LogData::format(const char* text, va_list arguments) {
 
 namespace {
 
+constexpr std::size_t max_marker_size = 5;
+
 std::string_view marker(LOG_LEVEL level) {
     switch (level) {
     case LOG_LEVEL_ERROR:
@@ -249,11 +255,25 @@ public:
     }
     LineMemory(const LineMemory&) = delete;
     LineMemory& operator=(const LineMemory&) = delete;
-    ~LineMemory() { owner = std::move(line); }
+    ~LineMemory() {
+        if (line.capacity() <= most_kept)
+            owner = std::move(line);
+    }
+
+    /// @return false without memory for so many characters
+    bool make_room(std::size_t size) {
+        return or_false([&] {
+            line.reserve(size);
+            return true;
+        });
+    }
 
     std::string line;
 
 private:
+    /// What the longest formatted line takes; only an unformatted one can be longer.
+    static constexpr std::size_t most_kept = 2 * 65536;
+
     std::string& owner;
 };
 
@@ -261,8 +281,10 @@ private:
 
 void Log::LogData::write_stamped(LOG_LEVEL level, std::string_view message) {
     LineMemory memory(line_memory);
-    // The head: stamp, number, marker.
     line_counter = successor(line_counter);
+    if (!memory.make_room(LogStamp::max_size + max_marker_size + message.size() + 1))
+        return;
+    // The head: stamp, number, marker.
     stamp.set_time(std::time(nullptr));
     const std::tm time = stamp.time();
     stamp.append_to(memory.line, line_counter);
@@ -278,6 +300,8 @@ void Log::LogData::write_stamped(LOG_LEVEL level, std::string_view message) {
 
 void Log::LogData::write_simple(std::string_view message) {
     LineMemory memory(line_memory);
+    if (!memory.make_room(message.size() + 1))
+        return;
     memory.line.append(message).push_back('\n');
     call_back(memory.line);
     write_file(memory.line);

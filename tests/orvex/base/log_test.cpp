@@ -185,6 +185,39 @@ TEST_F(LogTest, stamps_with_the_local_time_and_the_line_number) {
     EXPECT_EQ(terminal, "\n[08:56:45] bare");
 }
 
+/// Gives the process a time zone, as another part of a host may, and the calendar a time.
+class ZoneTest : public LogTest {
+protected:
+    ZoneTest() {
+        system_calls.fake = true;
+        system_calls.calendar = 1393905404; // 2014-03-04 03:56:44 UTC
+    }
+    ~ZoneTest() override {
+        system_calls.fake = false;
+        if (was_set)
+            setenv("TZ", before.c_str(), 1);
+        else
+            unsetenv("TZ");
+        tzset();
+    }
+
+    const bool was_set = std::getenv("TZ") != nullptr;
+    const std::string before = was_set ? std::getenv("TZ") : "";
+};
+
+TEST_F(ZoneTest, a_new_time_zone_counts_from_the_next_second_on) {
+    setenv("TZ", "TST-5", 1);
+    log.trace(LOG_LEVEL_INFO, "five hours east");
+    setenv("TZ", "TST-6", 1);
+    log.trace(LOG_LEVEL_INFO, "the same second");
+    system_calls.calendar += 1;
+    log.trace(LOG_LEVEL_INFO, "six hours east");
+    ASSERT_EQ(lines.size(), 3u);
+    EXPECT_EQ(lines[0].substr(0, 19), "2014:03:04@08:56:44");
+    EXPECT_EQ(lines[1].substr(0, 19), "2014:03:04@08:56:44");
+    EXPECT_EQ(lines[2].substr(0, 19), "2014:03:04@09:56:45");
+}
+
 TEST_F(LogTest, prints_the_bare_message_after_a_line_end) {
     log.send_to_terminal(true);
     testing::internal::CaptureStdout();

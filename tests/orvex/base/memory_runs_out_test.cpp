@@ -1,5 +1,9 @@
 #include "tests/support/memory_runs_out.h"
 
+#include <cstdio>
+#include <cstring>
+#include <string>
+
 #include <dlfcn.h>
 
 #include "orvex/base/log_mgr.h"
@@ -21,6 +25,56 @@ TEST(LogMemory, a_log_that_cannot_be_made_leaves_nothing) {
         refuse_each_block([&] { log = logs->create_log(name, true); }, [&] { EXPECT_FALSE(log); });
     EXPECT_GE(refused, 4u) << "the log, its record, its name, its entry";
     EXPECT_TRUE(logs->kill_log(log));
+}
+
+/// Puts the last line of a log into fixed memory.
+struct LastLine {
+    static void take(const char* line, void* user_data) {
+        auto& last = *static_cast<LastLine*>(user_data);
+        std::snprintf(last.text, sizeof last.text, "%s", line);
+        ++last.count;
+    }
+
+    char text[256] = "";
+    int count = 0;
+};
+
+TEST(LogMemory, a_line_without_memory_is_dropped_and_leaves_a_gap) {
+    Log log;
+    LastLine last;
+    log.enable();
+    log.set_trace_callback(LastLine::take, &last);
+    {
+        const RefuseArrays none({.single = true});
+        log.trace(LOG_LEVEL_INFO, "a line that is longer than a string holds in itself");
+        log.tracef(LOG_LEVEL_INFO, "%s", "formatted");
+        log.simple_trace(LOG_LEVEL_INFO, "a line that is longer than a string holds in itself");
+        EXPECT_EQ(last.count, 0);
+    }
+    log.trace(LOG_LEVEL_INFO, "seen");
+    EXPECT_EQ(last.count, 1);
+    EXPECT_TRUE(std::strstr(last.text, "(0000000003) < > seen")) << last.text;
+}
+
+TEST(LogMemory, the_memory_of_a_very_long_line_is_given_back) {
+    constexpr std::size_t very_long = 1u << 20;
+    const std::string text(very_long, 'x');
+    Log log;
+    log.enable();
+    log.trace(LOG_LEVEL_INFO, text.c_str());
+    const CountAllocations count(very_long);
+    log.trace(LOG_LEVEL_INFO, text.c_str());
+    EXPECT_EQ(count.count(), 1u) << "taken anew";
+}
+
+TEST(LogMemory, the_memory_of_a_line_is_lent_to_the_next) {
+    Log log;
+    log.enable();
+    const std::string text(60000, 'x');
+    log.trace(LOG_LEVEL_INFO, text.c_str());
+    const CountAllocations count;
+    log.trace(LOG_LEVEL_INFO, text.c_str());
+    EXPECT_EQ(count.count(), 0u);
 }
 
 TEST(PluginMemory, a_plugin_that_cannot_be_made_leaves_nothing) {

@@ -7,6 +7,7 @@ namespace orvex {
 void LogStamp::set_time(std::time_t seconds) {
     if (valid && seconds == last_seconds)
         return;
+    tzset(); // which the form that threads may use leaves out
     localtime_r(&seconds, &local);
     std::snprintf(date, sizeof date, "%02d:%02d:%02d@%02d:%02d:%02d(", local.tm_year + 1900,
                   local.tm_mon + 1, local.tm_mday, local.tm_hour, local.tm_min, local.tm_sec);

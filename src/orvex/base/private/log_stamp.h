@@ -3,6 +3,7 @@
 /// @file
 /// The stamp at the head of a log line.
 
+#include <cstddef>
 #include <cstdint>
 #include <ctime>
 #include <string>
@@ -10,9 +11,13 @@
 namespace orvex {
 
 /// Writes "2014:03:04@08:56:44(0000000001)". The calendar is asked once a second: it takes longer
-/// than all the rest of a line.
+/// than all the rest of a line. A change of the time zone in the environment counts from the next
+/// second on.
 class LogStamp {
 public:
+    /// Characters that `append_to` appends at most.
+    static constexpr std::size_t max_size = 96 + 12;
+
     /// Takes the local time of `seconds`.
     void set_time(std::time_t seconds);
 
