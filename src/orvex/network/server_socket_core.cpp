@@ -4,8 +4,8 @@ namespace orvex {
 
 void ServerSocketCore::hold(HeldClient& client, Socket* socket, Socket** shown) {
     const std::lock_guard guard(mutex);
-    client = {socket, shown, true};
-    clients[socket] = &client;
+    client = {socket, shown, true, clients};
+    clients = &client;
 }
 
 void ServerSocketCore::shut_down(HeldClient& client) {
@@ -19,7 +19,6 @@ void ServerSocketCore::end(HeldClient& client) {
     kill_socket(let_go(client));
 }
 
-/// Takes a connection off the list and gives what is there to be killed.
 Socket* ServerSocketCore::let_go(HeldClient& client) {
     const std::lock_guard guard(mutex);
     Socket* const socket = client.shown ? *client.shown : client.socket;
@@ -49,22 +48,24 @@ bool ServerSocketCore::kill_socket(Socket* socket) {
 
 void ServerSocketCore::mark_closed(Socket* socket) {
     const std::lock_guard guard(mutex);
-    const auto entry = clients.find(socket);
-    if (entry != clients.end())
-        entry->second->open = false;
+    for (HeldClient* client = clients; client; client = client->next)
+        if (client->socket == socket)
+            client->open = false;
 }
 
 /// Takes a record off the list, under the lock.
-void ServerSocketCore::forget(Socket* socket) {
-    const auto entry = clients.find(socket);
-    if (entry == clients.end())
+void ServerSocketCore::forget(const Socket* socket) {
+    HeldClient** link = &clients;
+    while (*link && (*link)->socket != socket)
+        link = &(*link)->next;
+    if (!*link)
         return;
-    HeldClient& client = *entry->second;
+    HeldClient& client = **link;
+    *link = client.next;
     client.socket = nullptr;
     client.open = false;
     if (client.shown)
         *client.shown = nullptr;
-    clients.erase(entry);
 }
 
 } // namespace orvex

@@ -2,13 +2,15 @@
 /// SocketCore: one system call for each operation, and a log line for nearly each. A descriptor
 /// belongs to the record that it was put in, and is closed once: whoever closes it writes 0 there.
 /// A record with 0 is handed to the system as -1, which refuses it, so that descriptor 0 of the
-/// process is never met.
+/// process is never met. Every descriptor is closed in a child of the process that runs a program
+/// of its own: one that it kept would keep the port.
 
 #include "orvex/network/socket_core.h"
 
 #include <cerrno>
 #include <cstring>
 #include <memory>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -17,11 +19,14 @@
 #include <netdb.h>
 #include <netinet/in.h>
 #include <netinet/tcp.h>
+#include <sys/poll.h>
 #include <sys/socket.h>
+#include <sys/time.h>
 #include <unistd.h>
 
 #include "orvex/base/log_mgr.h"
 #include "orvex/base/private/misuse.h"
+#include "orvex/network/private/socket_calls.h"
 
 namespace orvex {
 
@@ -53,7 +58,7 @@ int descriptor_of(const Socket* socket) {
 int moved_above_zero(int fd) {
     if (fd != 0)
         return fd;
-    const int moved = fcntl(fd, F_DUPFD, 1);
+    const int moved = fcntl(fd, F_DUPFD_CLOEXEC, 1);
     ::close(fd);
     return moved;
 }
@@ -112,7 +117,8 @@ int system_protocol(SOCKET_PROTOCOL protocol) {
 } // namespace
 
 Socket* SocketCore::create_socket(SOCKET_TYPE type, SOCKET_PROTOCOL protocol) {
-    Descriptor descriptor(::socket(AF_INET, system_type(type), system_protocol(protocol)));
+    Descriptor descriptor(
+        ::socket(AF_INET, system_type(type) | SOCK_CLOEXEC, system_protocol(protocol)));
     if (descriptor.get() < 0) {
         log().trace_error("orvex::SocketCore::create_socket() - socket creation failed.");
         return nullptr;
@@ -151,11 +157,11 @@ bool SocketCore::kill_socket(Socket* socket) {
 
 namespace {
 
-sockaddr_in any_address(unsigned short port) {
+sockaddr_in address_at(std::uint32_t host, unsigned short port) {
     sockaddr_in address{};
     address.sin_family = AF_INET;
     address.sin_port = htons(port);
-    address.sin_addr.s_addr = htonl(INADDR_ANY);
+    address.sin_addr.s_addr = host;
     return address;
 }
 
@@ -172,21 +178,25 @@ std::uint16_t bound_port(int fd) {
     return ntohs(address.sin_port);
 }
 
+bool bind_to(Socket* socket, std::uint32_t host, unsigned short port) {
+    sockaddr_in address = address_at(host, port);
+    if (::bind(descriptor_of(socket), generic(&address), sizeof address) != 0) {
+        log().tracef_error("orvex::SocketCore::bind_socket() - bind socket %d to port %d failed.",
+                           socket->fd, port);
+        return false;
+    }
+    socket->local.port = port != 0 ? port : bound_port(socket->fd);
+    log().tracef_debug("orvex::SocketCore::bind_socket() - bind socket %d to port %d ok.",
+                       socket->fd, port);
+    return true;
+}
+
 } // namespace
 
 bool SocketCore::bind_socket(Socket* socket, SockAddr* addr) {
     if (!socket || !addr)
         return misuse("SocketCore::bind_socket", "a null socket or address");
-    sockaddr_in address = any_address(addr->port);
-    if (::bind(descriptor_of(socket), generic(&address), sizeof address) != 0) {
-        log().tracef_error("orvex::SocketCore::bind_socket() - bind socket %d to port %d failed.",
-                           socket->fd, addr->port);
-        return false;
-    }
-    socket->local.port = addr->port != 0 ? addr->port : bound_port(socket->fd);
-    log().tracef_debug("orvex::SocketCore::bind_socket() - bind socket %d to port %d ok.",
-                       socket->fd, addr->port);
-    return true;
+    return bind_to(socket, every_address, addr->port);
 }
 
 bool SocketCore::listen_socket(Socket* socket, int backlog) {
@@ -203,24 +213,16 @@ bool SocketCore::listen_socket(Socket* socket, int backlog) {
 
 namespace {
 
-/// Ends a socket that wasn't handed out, by the operation that a host may have replaced.
-struct SocketKill {
-    SocketCore* core;
-    void operator()(Socket* socket) const { core->kill_socket(socket); }
-};
-using NewSocket = std::unique_ptr<Socket, SocketKill>;
-
-} // namespace
-
-Socket* SocketCore::create_tcp_server_socket(unsigned short port) {
+/// The steps of a TCP listener.
+/// @param bind  binds the socket that it is given
+template<class Bind>
+Socket* create_listener(SocketCore& core, unsigned short port, Bind bind) {
     constexpr int backlog = 10;
-    NewSocket socket(create_socket(SOCKET_TYPE_STREAM, SOCKET_PROTOCOL_TCP), {this});
+    OwnSocket socket(core.create_socket(SOCKET_TYPE_STREAM, SOCKET_PROTOCOL_TCP), {&core});
     if (socket) {
         // Before the port is bound, so that one that was just given up can be had.
-        set_socket_option(socket.get(), SOCKET_OPTION_REUSEADDR);
-        SockAddr addr;
-        addr.port = port;
-        if (bind_socket(socket.get(), &addr) && listen_socket(socket.get(), backlog)) {
+        core.set_socket_option(socket.get(), SOCKET_OPTION_REUSEADDR);
+        if (bind(socket.get()) && core.listen_socket(socket.get(), backlog)) {
             log().tracef_debug(
                 "orvex::SocketCore::create_tcp_server_socket() - listening on port %d ok.", port);
             return socket.release();
@@ -233,8 +235,26 @@ Socket* SocketCore::create_tcp_server_socket(unsigned short port) {
     return nullptr;
 }
 
+} // namespace
+
+Socket* SocketCore::create_tcp_server_socket(unsigned short port) {
+    return create_listener(*this, port, [this, port](Socket* socket) {
+        SockAddr addr;
+        addr.port = port;
+        return bind_socket(socket, &addr);
+    });
+}
+
+Socket* create_listener_at(SocketCore& core, std::uint32_t host, unsigned short port) {
+    return create_listener(core, port, [host, port](Socket* socket) {
+        if (host != every_address)
+            ::inet_ntop(AF_INET, &host, socket->local.host, sizeof socket->local.host);
+        return bind_to(socket, host, port);
+    });
+}
+
 Socket* SocketCore::create_udp_server_socket(unsigned short port) {
-    NewSocket socket(create_socket(SOCKET_TYPE_DGRAM, SOCKET_PROTOCOL_UDP), {this});
+    OwnSocket socket(create_socket(SOCKET_TYPE_DGRAM, SOCKET_PROTOCOL_UDP), {this});
     if (socket) {
         SockAddr addr;
         addr.port = port;
@@ -257,24 +277,46 @@ Socket* SocketCore::accept_connection(Socket* socket) {
         misuse("SocketCore::accept_connection", "a null socket");
         return nullptr;
     }
-    const int port = socket->local.port;
-    Descriptor descriptor(::accept(descriptor_of(socket), nullptr, nullptr));
-    if (descriptor.get() < 0) {
+    Socket* const client = accept_client(socket);
+    if (!client)
         log().tracef_error(
-            "orvex::SocketCore::accept_connection() - accept client on port [%d] failed.", port);
+            "orvex::SocketCore::accept_connection() - accept client on port [%d] failed.",
+            socket->local.port);
+    return client;
+}
+
+Socket* accept_client(const Socket* listener) {
+    Descriptor descriptor(::accept4(descriptor_of(listener), nullptr, nullptr, SOCK_CLOEXEC));
+    if (descriptor.get() < 0)
         return nullptr;
-    }
     log().tracef_debug(
         "orvex::SocketCore::accept_connection() - accept client socket %d on port %d ok.",
-        descriptor.get(), port);
-    return new_socket(descriptor, socket->type, socket->protocol);
+        descriptor.get(), listener->local.port);
+    return new_socket(descriptor, listener->type, listener->protocol);
+}
+
+bool is_client_waiting(const Socket* listener, int milliseconds) {
+    pollfd entry{descriptor_of(listener), POLLIN, 0};
+    return ::poll(&entry, 1, milliseconds) > 0;
+}
+
+void limit_connecting(const Socket* socket, int milliseconds) {
+    const timeval limit{milliseconds / 1000, milliseconds % 1000 * 1000};
+    ::setsockopt(descriptor_of(socket), SOL_SOCKET, SO_SNDTIMEO, &limit, sizeof limit);
+}
+
+std::optional<std::uint32_t> dotted_address(const char* text) {
+    in_addr address{};
+    if (::inet_pton(AF_INET, text, &address) != 1)
+        return std::nullopt;
+    return address.s_addr;
 }
 
 namespace {
 
-/// The first address of a host. Unlike the plain look-up, this one keeps its result in memory of
-/// the caller's, so that threads may look up at once.
-bool resolve(const char* host, in_addr* address) {
+/// The first address of a host by the system's look-up. Unlike the plain one, this one keeps its
+/// result in memory of the caller's, so that threads may look up at once.
+bool look_up(const char* host, in_addr* address) {
     std::vector<char> memory(1024);
     hostent entry{};
     hostent* found = nullptr;
@@ -287,9 +329,16 @@ bool resolve(const char* host, in_addr* address) {
     return true;
 }
 
+/// The first address of a host. This machine and dotted addresses need no look-up, which takes
+/// memory, descriptors and the network.
 bool address_of(const char* host, unsigned short port, sockaddr_in* address) {
-    *address = any_address(port);
-    return resolve(host, &address->sin_addr);
+    *address = address_at(every_address, port);
+    const bool is_here = std::string_view(host) == "localhost";
+    if (const auto dotted = dotted_address(is_here ? "127.0.0.1" : host)) {
+        address->sin_addr.s_addr = *dotted;
+        return true;
+    }
+    return look_up(host, &address->sin_addr);
 }
 
 } // namespace
@@ -362,7 +411,7 @@ int SocketCore::receive_socket(Socket* socket, void* buffer, int length) {
     if (received > 0)
         log().tracef_debug("orvex::SocketCore::receive_socket() - received %d bytes on socket %d - "
                            "buffer: %.*s",
-                           received, socket->fd, length, static_cast<const char*>(buffer));
+                           received, socket->fd, received, static_cast<const char*>(buffer));
     return received;
 }
 

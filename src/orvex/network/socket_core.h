@@ -16,7 +16,8 @@ namespace orvex {
 ///
 /// Ports are in host byte order. Operations block unless the socket was told otherwise, and each
 /// makes one plain system call: a short send or an interrupted call is the caller's matter. A peer
-/// that has gone is a failed send, never a signal. A record whose `fd` is 0 counts as closed: a
+/// that has gone is a failed send, never a signal. No descriptor goes on to a program that the
+/// process starts. A record whose `fd` is 0 counts as closed: a
 /// system call on it fails, and descriptor 0 of the process is never touched.
 ///
 /// There is no lock. Threads may use different sockets on one `SocketCore`. All operations are
@@ -94,7 +95,8 @@ public:
     [[nodiscard]] virtual Socket* accept_connection(Socket* socket);
 
     /// Connects to the first address of a host. Waits as long as the system does.
-    /// @param host  a name or a dotted address
+    /// @param host  a name or a dotted address; "localhost" is 127.0.0.1, and neither that nor a
+    ///              dotted address is looked up
     /// @param port  1 to 65,535; 0 is refused by the system
     /// @return false for null, without a line; false with an error line if the host is unknown or
     ///         refuses
@@ -118,7 +120,7 @@ public:
     ///         failure
     virtual int receive_socket_get_data_len(Socket* socket);
 
-    /// Receives once. The data is shown in the log, up to its first zero byte.
+    /// Receives once. What was received is shown in the log, up to its first zero byte.
     /// @param length  size of the buffer in bytes; below 1 nothing is received
     /// @return bytes received; 0 for a null or empty argument and if the peer has closed; -1 on
     ///         failure

@@ -123,6 +123,19 @@ void TcpServer::threaded_client_callback(bool state) {
     data->threaded_client_callback = state;
 }
 
+void TcpServer::close_unserved_connections(bool state) {
+    data->close_unserved = state;
+}
+
+bool TcpServer::set_listen_address(const char* address) {
+    const auto host = address ? dotted_address(address) : every_address;
+    if (!host)
+        return misuse("TcpServer::set_listen_address", "a text that is no dotted address");
+    const std::lock_guard guard(data->mutex);
+    data->listen_address = *host;
+    return true;
+}
+
 void TcpServer::set_stop_message(const char* text) {
     if (!text) {
         misuse("TcpServer::set_stop_message", "a null text");
@@ -158,26 +171,63 @@ void TcpServer::TcpServerData::shut_down_clients() {
             params->data->core->shut_down(params->data->client);
 }
 
+void TcpServer::TcpServerData::shut_down_peeked() {
+    const std::lock_guard guard(mutex);
+    if (peeked)
+        peeked->core->shut_down(peeked->client);
+}
+
+/// Closes a connection that is not served, for its descriptor.
+/// @return false if there is none
+bool TcpServer::TcpServerData::give_one_up(ServerSocketCore& core) {
+    Socket* given_up = nullptr;
+    {
+        const std::lock_guard guard(mutex);
+        if (left_open.empty())
+            return false;
+        given_up = left_open.back();
+        left_open.pop_back();
+    }
+    return core.kill_socket(given_up);
+}
+
+/// A connection of the server's own: the flag alone would only be seen a moment later. It doesn't
+/// wait for a place in a full queue, which keeps the server awake as it is.
+void TcpServer::TcpServerData::wake(ServerSocketCore& core, OwnSocket socket,
+                                    const SockAddr& address) const {
+    constexpr int patience = 100; // milliseconds
+    limit_connecting(socket.get(), patience);
+    core.connect_socket(socket.get(), address.host, address.port);
+}
+
 bool TcpServer::send_stop_message() {
     const auto core = data->core();
     if (!core)
         return misuse("TcpServer::send_stop_message", "a server that doesn't run");
     // Callbacks that wait for data go on.
     data->shut_down_clients();
-    unsigned short port = 0;
+    SockAddr address;
     {
         const std::lock_guard guard(data->mutex);
         if (!data->server_socket)
             return misuse("TcpServer::send_stop_message", "a server that doesn't listen");
-        port = data->server_socket->local.port;
+        address = data->server_socket->local;
     }
-    // The flag alone would only be seen after the next client: a connection of its own is one.
-    Socket* const socket = core->create_socket(SOCKET_TYPE_STREAM, SOCKET_PROTOCOL_TCP);
-    if (!socket)
+    // Without a descriptor for it there is none to wait for, or too many connections were left
+    // open.
+    const auto new_socket = [&core] {
+        return OwnSocket(core->create_socket(SOCKET_TYPE_STREAM, SOCKET_PROTOCOL_TCP),
+                         {core.get()});
+    };
+    OwnSocket socket = new_socket();
+    if (!socket && data->give_one_up(*core))
+        socket = new_socket();
+    if (!socket && !data->starves)
         return false;
     data->stop_requested = true;
-    core->connect_socket(socket, "localhost", port);
-    core->kill_socket(socket);
+    data->shut_down_peeked();
+    if (socket)
+        data->wake(*core, std::move(socket), address);
     return true;
 }
 

@@ -73,12 +73,25 @@ struct ORVEX_API TcpServerClientThreadParams {
 ///   the others.
 /// - `run_v2` hands each connection, unread, to a thread in one of 128 slots. The slots are given
 ///   back by `cleanup_client_threads` only: 128 is the number of connections between two
-///   clean-ups. The stop text means nothing here.
+///   clean-ups, and then nobody is served any more until the next. A host cleans up regularly,
+///   once or twice a second from any thread; a clean-up ends the conversations that go on. The stop
+///   text means nothing here.
+///
+/// The port is open to everyone: unless `set_listen_address` says otherwise, the server listens on
+/// every address of the machine, and it asks nobody who they are. Whoever reaches the port can send
+/// messages, the stop text among them, or keep others out by silence. A host that is controlled
+/// from its own machine listens on "127.0.0.1".
+///
+/// A process that has no descriptor or no memory for a client leaves it in the queue and tries
+/// again, with one error line until it succeeds. A connection that closes without a byte keeps its
+/// descriptor until the end of the server, see `close_unserved_connections`.
 ///
 /// A server is used once per process: after `send_stop_message` its port stays taken until the
 /// process ends.
 ///
-/// Any thread may call `send_stop_message`, `stop`, `is_running` and the setters. Callbacks run on
+/// Any thread may call `send_stop_message`, `stop`, `is_running` and the setters. Stopping doesn't
+/// wait for a callback, and ends none: one that never returns keeps `run` on its thread. Callbacks
+/// run on
 /// the server's thread or on client threads: what belongs to the host's render thread is handed
 /// over to it by a queue.
 ///
@@ -116,7 +129,8 @@ public:
     /// Serves messages until it is stopped; see the class.
     ///
     /// A connection that closes without having sent anything is left open, until the end of the
-    /// server.
+    /// server, unless `close_unserved_connections` is on. Throws nothing of its own once it
+    /// listens; what a callback throws passes through.
     /// @param port  0 to 65,535; 0 lets the system choose, and the log shows its choice with the
     /// line of
     ///              `SocketCore::listen_socket`
@@ -157,6 +171,17 @@ public:
     /// at first.
     void threaded_client_callback(bool state);
 
+    /// Whether connections that are not served are closed at once: one that closes without a byte,
+    /// one that finds no slot, and each under `run_v2` without threads. False at first: they are
+    /// left open until the end of the server, and each keeps a descriptor.
+    void close_unserved_connections(bool state);
+
+    /// Sets the address that the next `run` or `run_v2` listens on.
+    /// @param address  a dotted IPv4 address of this machine, such as "127.0.0.1", which other
+    ///                 machines can't reach; null: every address, as at first
+    /// @return false for any other text, which changes nothing
+    bool set_listen_address(const char* address);
+
     /// Sets the text that ends `run`: any message that begins with it. An empty text lets any
     /// message end it.
     /// @param text  cut at 127 bytes; null is ignored
@@ -166,9 +191,11 @@ public:
     const char* get_stop_message() const;
 
     /// Ends the connections of `run_v2`'s client threads and lets `run` or `run_v2` return false: a
-    /// connection of its own wakes them. No bytes are sent.
+    /// connection of its own wakes them, and a client that is waited for is shut down. No bytes are
+    /// sent. Takes less than a second, from any thread, a callback's included.
     /// @return false without a `SocketCore`, without a listener, and if there is no socket to
-    ///         connect with
+    ///         connect with, which changes nothing else: it can be tried again. A server that has
+    ///         no descriptor for its next client needs none for this either
     bool send_stop_message();
 
 private:

@@ -15,11 +15,21 @@ public:
         keep_sockets_back = false;
         no_threads = false;
         no_start = false;
+        interrupted_peeks = 0;
+        lookups = 0;
+        accepts = 0;
+        thread_exits = 0;
     }
 
     static inline std::atomic<bool> keep_sockets_back = false; ///< `socket` fails, and is noted
     static inline std::atomic<bool> no_threads = false;        ///< `pthread_create` fails
     static inline std::atomic<bool> no_start = false;          ///< `SocketCore::start` fails
+
+    static inline std::atomic<int> interrupted_peeks = 0; ///< so many are cut off by a signal
+
+    static inline std::atomic<int> lookups = 0;      ///< of names
+    static inline std::atomic<int> accepts = 0;      ///< asked for, whatever came
+    static inline std::atomic<int> thread_exits = 0; ///< threads that ended in `pthread_exit`
 
     static inline std::atomic<int> domain = 0;
     static inline std::atomic<int> type = 0;

@@ -18,8 +18,16 @@ using namespace orvex;
 /// A TCP client on the loopback that owes nothing to the engine's sockets.
 class RawClient {
 public:
-    explicit RawClient(int port)
-        : fd(::socket(AF_INET, SOCK_STREAM, 0)) {
+    /// @param flags  `SOCK_NONBLOCK`: doesn't wait for the connection, which a full queue puts off
+    explicit RawClient(int port, int flags = 0)
+        : fd(::socket(AF_INET, SOCK_STREAM | flags, 0)) {
+        connect(port);
+    }
+
+    /// One that has its descriptor, and connects later.
+    static RawClient apart() { return RawClient(::socket(AF_INET, SOCK_STREAM, 0), Apart()); }
+
+    void connect(int port) {
         sockaddr_in address{};
         address.sin_family = AF_INET;
         address.sin_port = htons(static_cast<std::uint16_t>(port));
@@ -82,6 +90,10 @@ public:
     }
 
 private:
+    struct Apart {};
+    RawClient(int fd, Apart)
+        : fd(fd) {}
+
     int fd;
     bool is_connected = false;
 };

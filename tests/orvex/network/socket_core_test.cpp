@@ -102,7 +102,7 @@ TEST_F(SocketCoreTest, makes_sockets_by_type_and_protocol) {
                                      static_cast<SOCKET_PROTOCOL>(row.protocol)),
                   nullptr);
         EXPECT_EQ(calls.domain, AF_INET);
-        EXPECT_EQ(calls.type, row.system_type) << row.type;
+        EXPECT_EQ(calls.type, row.system_type | SOCK_CLOEXEC) << row.type;
         EXPECT_EQ(calls.protocol, row.system_protocol) << row.protocol;
     }
 }
@@ -277,6 +277,22 @@ TEST_F(SocketCoreTest, a_socket_is_never_descriptor_0) {
     EXPECT_FALSE(is_open(0));
     EXPECT_EQ(core.send_socket(made, "x", 1), 1);
     EXPECT_EQ(core.receive_socket_get_data_len(accepted), 1);
+}
+
+TEST_F(SocketCoreTest, no_socket_goes_on_to_a_child_of_the_process) {
+    Socket* const server = listener();
+    const auto stays_here = [](const Socket* socket) {
+        return socket && (fcntl(socket->fd, F_GETFD) & FD_CLOEXEC) != 0;
+    };
+    EXPECT_TRUE(stays_here(server));
+    EXPECT_TRUE(stays_here(udp()));
+    {
+        const StandardInput input(false);
+        EXPECT_TRUE(stays_here(tcp())) << "one that was moved up from 0";
+    }
+    Socket* const client = tcp();
+    ASSERT_TRUE(core.connect_socket(client, "localhost", server->local.port));
+    EXPECT_TRUE(stays_here(keep(core.accept_connection(server))));
 }
 
 TEST_F(SocketCoreTest, close_connection_closes_and_says_so) {
@@ -511,6 +527,17 @@ TEST_F(SocketCoreTest, a_refused_connection_fails) {
 }
 
 /// Four numbers that are no address: refused without asking anybody.
+TEST_F(SocketCoreTest, this_machine_is_found_without_a_look_up) {
+    Socket* const server = listener();
+    Socket* const messages = keep(core.create_udp_server_socket(0));
+    NetworkCalls calls;
+    for (const char* host : {"localhost", "127.0.0.1"}) {
+        EXPECT_TRUE(core.connect_socket(tcp(), host, server->local.port)) << host;
+        EXPECT_EQ(core.send_udp(udp(), host, messages->local.port, "x", 1), 1) << host;
+    }
+    EXPECT_EQ(calls.lookups, 0);
+}
+
 constexpr char unknown_host[] = "127.0.0.256";
 
 TEST_F(SocketCoreTest, an_unknown_host_is_a_failed_connection) {
@@ -584,6 +611,15 @@ TEST_F(ConnectionTest, shows_no_more_of_the_buffer_than_its_length) {
     EXPECT_EQ(log.take_all().back(),
               text("<o> orvex::SocketCore::receive_socket() - received 4 bytes on socket ",
                    socket->fd, " - buffer: fg"));
+}
+
+TEST_F(ConnectionTest, shows_no_more_of_the_buffer_than_was_received) {
+    ASSERT_TRUE(client.send("hi"));
+    char buffer[] = "password:secret";
+    ASSERT_EQ(core.receive_socket(socket, buffer, sizeof buffer), 2);
+    EXPECT_EQ(log.take_all().back(),
+              text("<o> orvex::SocketCore::receive_socket() - received 2 bytes on socket ",
+                   socket->fd, " - buffer: hi"));
 }
 
 TEST_F(ConnectionTest, a_long_message_is_peeked_at_up_to_1023_bytes) {

@@ -1,4 +1,18 @@
+/// @file
+/// Sockets and servers that find no memory.
+
 #include "orvex/network/socket_core.h"
+
+#include <atomic>
+#include <cstdlib>
+#include <cstring>
+#include <future>
+#include <string>
+#include <thread>
+
+#include "orvex/base/log_mgr.h"
+#include "orvex/network/tcp_server.h"
+#include "raw_client.h"
 #include "system_counts.h"
 #include "tests/support/memory_runs_out.h"
 
@@ -19,6 +33,112 @@ TEST(SocketMemory, a_socket_without_memory_for_its_record_is_closed) {
     EXPECT_GE(refused, 1u);
     ASSERT_TRUE(listener) << "the next try works";
     core.kill_socket(listener);
+}
+
+/// Learns the port of a server from its log, without a block of memory.
+class ListeningPort {
+public:
+    ListeningPort() {
+        LogMgr::get()->start("", true);
+        Log* const log = LogMgr::get()->get_default_log();
+        log->set_trace_level_threshold(LOG_LEVEL_DEBUG);
+        log->set_trace_callback(read, this);
+        // From here on the log has memory for each line.
+        log->trace(LOG_LEVEL_INFO, std::string(1000, '-').c_str());
+    }
+    ListeningPort(const ListeningPort&) = delete;
+    ListeningPort& operator=(const ListeningPort&) = delete;
+    ~ListeningPort() { LogMgr::get()->stop(); }
+
+    int wait() const {
+        EXPECT_TRUE(eventually([&] { return port > 0; }));
+        return port;
+    }
+
+private:
+    static void read(const char* line, void* user_data) {
+        constexpr char beginning[] = "listen_socket() - listen on port ";
+        const char* const place = std::strstr(line, beginning);
+        if (place)
+            static_cast<ListeningPort*>(user_data)->port = std::atoi(place + sizeof beginning - 1);
+    }
+
+    std::atomic<int> port = 0;
+};
+
+using Style = bool (TcpServer::*)(unsigned short);
+
+/// Serves on this thread, with one block refused after `granted` others, while other threads ask
+/// until each has been answered, and then stop the server.
+/// @return false if the server didn't come to serve
+bool serve_short_of_memory(Style style, const Refusal& refusal) {
+    constexpr int questions = 4;
+    ListeningPort listening;
+    TcpServer server;
+    server.init();
+    server.threaded_client_callback(true);
+    server.set_client_proc([](SocketCore* core, Socket* client, unsigned char* text, int size,
+                              void*) { core->send_socket(client, text, size - 1); },
+                           nullptr);
+    server.set_client_proc_v2(
+        [](SocketCore* core, Socket* client, void*, void*) { core->send_socket(client, "x", 1); },
+        nullptr);
+    std::atomic<bool> is_over = false;
+    std::thread clients([&] {
+        if (!eventually([&] { return server.is_running() || is_over; }) || is_over)
+            return;
+        const int port = listening.wait();
+        for (int answers = 0; answers < questions;) {
+            RawClient client(port);
+            client.send("x");
+            answers += client.receive() == "x";
+        }
+        EXPECT_TRUE(server.send_stop_message());
+    });
+    bool has_served = true;
+    try {
+        const RefuseArrays refuse(refusal);
+        EXPECT_FALSE((server.*style)(0));
+    } catch (const std::bad_alloc&) {
+        has_served = server.is_running();
+        EXPECT_FALSE(has_served) << "a server that listens throws no more";
+    }
+    is_over = true;
+    clients.join();
+    server.stop();
+    return has_served;
+}
+
+TEST(SocketMemory, a_server_without_memory_for_a_client_serves_the_next) {
+    for (const Style style : {&TcpServer::run, &TcpServer::run_v2})
+        for (const bool single : {true, false}) {
+            int served = 0;
+            for (unsigned long granted = 0; granted < 24; ++granted)
+                served += serve_short_of_memory(
+                    style, {.granted = granted, .refused = 1, .single = single});
+            EXPECT_GE(served, 12);
+        }
+}
+
+TEST(SocketMemory, a_stop_without_memory_is_a_stop_or_none) {
+    int thrown = 0;
+    for (unsigned long granted = 0; granted < 12; ++granted) {
+        const long descriptors = count_descriptors();
+        ListeningPort listening;
+        TcpServer server;
+        auto result = std::async(std::launch::async, [&] { return server.run(0); });
+        const RawClient silent(listening.wait());
+        EXPECT_TRUE(eventually([&] { return count_descriptors() >= descriptors + 3; }));
+        try {
+            const RefuseArrays refuse({.granted = granted, .refused = 1, .single = true});
+            EXPECT_TRUE(server.send_stop_message());
+        } catch (const std::bad_alloc&) {
+            ++thrown;
+            EXPECT_TRUE(server.send_stop_message());
+        }
+        EXPECT_FALSE(result.get());
+    }
+    EXPECT_LE(thrown, 2);
 }
 
 } // namespace
