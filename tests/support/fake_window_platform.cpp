@@ -10,20 +10,32 @@ namespace {
 
 class FakeContext : public orvex::PlatformContext {
 public:
-    FakeContext(FakeWindowPlatform& platform, int number, void* handle)
+    FakeContext(FakeWindowPlatform& platform, int number, void* handle, bool adopted)
         : platform(platform)
         , number(std::to_string(number))
-        , native(handle) {}
-    ~FakeContext() override { platform.note("destroy " + number); }
+        , native(handle)
+        , adopted(adopted) {}
+    ~FakeContext() override {
+        platform.note("destroy " + number);
+        if (is_current() && !adopted)
+            platform.current = nullptr;
+    }
 
     void* handle() const override { return native; }
+    bool is_current() const override { return platform.current == native; }
     bool make_current() override {
         platform.note("make current " + number);
-        return !platform.refuses_currency;
+        if (platform.refuses_currency)
+            return false;
+        platform.current = native;
+        return true;
     }
     bool release_current() override {
         platform.note("release current");
-        return !platform.refuses_currency;
+        if (platform.refuses_currency)
+            return false;
+        platform.current = nullptr;
+        return true;
     }
     void present() override { platform.note("present " + number); }
     void set_swap_interval(int interval) override {
@@ -39,6 +51,7 @@ private:
     FakeWindowPlatform& platform;
     std::string number;
     void* native;
+    bool adopted;
 };
 
 } // namespace
@@ -47,9 +60,10 @@ std::unique_ptr<orvex::PlatformContext> FakeWindowPlatform::make(const std::stri
                                                                  void* handle) {
     ++num_contexts;
     note(verb + " " + std::to_string(num_contexts));
-    if (!handle)
+    const bool adopted = handle;
+    if (!adopted)
         handle = reinterpret_cast<void*>(static_cast<std::uintptr_t>(0x1000 + num_contexts));
-    return std::make_unique<FakeContext>(*this, num_contexts, handle);
+    return std::make_unique<FakeContext>(*this, num_contexts, handle, adopted);
 }
 
 std::unique_ptr<orvex::PlatformContext>
@@ -59,7 +73,10 @@ FakeWindowPlatform::create_context(const orvex::ContextRequest& request) {
 }
 
 std::unique_ptr<orvex::PlatformContext> FakeWindowPlatform::adopt_current_context(void* handle) {
-    return has_host_context ? make("adopt", handle) : nullptr;
+    if (!has_host_context)
+        return nullptr;
+    current = handle;
+    return make("adopt", handle);
 }
 
 void FakeWindowPlatform::get_version(int& major, int& minor) {

@@ -57,6 +57,7 @@ bool RenderWindowOpenGL::create_context(ContextRequest& request, RenderWindow* p
     request.display = data_osx->display;
     if (const auto* sharing = dynamic_cast<RenderWindowOpenGL*>(parent))
         request.share = sharing->data_osx->context.get();
+    request.former = data_osx->context.get();
     std::unique_ptr<PlatformContext> context = platform.create_context(request);
     if (!context)
         return false;

@@ -68,6 +68,10 @@ void EglAnyContext::present() {
     if (!make_current())
         return;
     eglSwapBuffers(display, draw);
+    put_back(former);
+}
+
+void EglAnyContext::put_back(const EglCurrent& former) {
     if (former.context == EGL_NO_CONTEXT)
         release_current();
     else
@@ -139,11 +143,14 @@ EGLSurface create_off_screen_surface(EGLDisplay display, EGLConfig config, int w
     return eglCreatePbufferSurface(display, config, size);
 }
 
+EGLSurface create_window_surface(EGLDisplay display, EGLConfig config, void* view) {
+    return eglCreateWindowSurface(display, config, reinterpret_cast<EGLNativeWindowType>(view),
+                                  nullptr);
+}
+
 EGLSurface create_surface(EGLDisplay display, EGLConfig config, const ContextRequest& request) {
-    if (!request.view)
-        return create_off_screen_surface(display, config, request.width, request.height);
-    return eglCreateWindowSurface(display, config,
-                                  reinterpret_cast<EGLNativeWindowType>(request.view), nullptr);
+    return request.view ? create_window_surface(display, config, request.view)
+                        : create_off_screen_surface(display, config, request.width, request.height);
 }
 
 } // namespace
@@ -152,7 +159,7 @@ EglOwnContext::EglOwnContext(EGLDisplay display, EGLConfig config, EGLContext co
                              EGLSurface surface, const ContextRequest& request)
     : EglAnyContext(display, context, surface, surface)
     , config(config)
-    , off_screen(!request.view)
+    , view(request.view)
     , width(std::max(request.width, 1))
     , height(std::max(request.height, 1)) {}
 
@@ -188,14 +195,15 @@ EglOwnContext::~EglOwnContext() {
     const EglOpenGLScope api;
     if (eglGetCurrentContext() == get_context())
         eglMakeCurrent(get_display(), EGL_NO_SURFACE, EGL_NO_SURFACE, EGL_NO_CONTEXT);
-    eglDestroySurface(get_display(), get_surface());
+    if (get_surface() != EGL_NO_SURFACE)
+        eglDestroySurface(get_display(), get_surface());
     eglDestroyContext(get_display(), get_context());
 }
 
 bool EglOwnContext::resize(int new_width, int new_height) {
     new_width = std::max(new_width, 1);
     new_height = std::max(new_height, 1);
-    if (!off_screen || (new_width == width && new_height == height))
+    if (view || (new_width == width && new_height == height))
         return true;
     const EglOpenGLScope api;
     const EGLSurface surface =
@@ -210,6 +218,41 @@ bool EglOwnContext::resize(int new_width, int new_height) {
     width = new_width;
     height = new_height;
     return true;
+}
+
+bool EglOwnContext::give_up_surface() {
+    const EglOpenGLScope api;
+    // A surface that is current on another thread would live on: only who can take the context over
+    // ends its surface.
+    const EglCurrent before;
+    const bool was_current = before.context == get_context();
+    if (!was_current && !make_current())
+        return false;
+    release_current();
+    eglDestroySurface(get_display(), get_surface());
+    set_surface(EGL_NO_SURFACE);
+    if (!was_current)
+        put_back(before);
+    return true;
+}
+
+void EglOwnContext::take_surface_back() {
+    set_surface(create_window_surface(get_display(), config, view));
+}
+
+EglDrawableLoan::EglDrawableLoan(const ContextRequest& request)
+    : former(dynamic_cast<EglOwnContext*>(request.former))
+    , was_current(former && former->is_current()) {
+    if (former && (!former->is_on(request.view) || !former->give_up_surface()))
+        former = nullptr;
+}
+
+EglDrawableLoan::~EglDrawableLoan() {
+    if (!former)
+        return;
+    former->take_surface_back();
+    if (was_current)
+        former->make_current();
 }
 
 EglHostContext::EglHostContext(const EglCurrent& current, void* host_handle)

@@ -32,11 +32,16 @@ bool is_drawable(const ContextRequest& request) {
 
 std::unique_ptr<PlatformContext> EglPlatform::create_context(const ContextRequest& request) {
     const EglOpenGLScope api;
+    if (is_x11_id(request.view))
+        finish_x11_requests(request.display);
     for (EGLDisplay display : candidate_displays(request)) {
         if (!eglInitialize(display, nullptr, nullptr) || !is_drawable(request))
             continue;
-        if (auto context = EglOwnContext::create(display, request))
+        EglDrawableLoan drawable(request);
+        if (auto context = EglOwnContext::create(display, request)) {
+            drawable.keep();
             return context;
+        }
     }
     return nullptr;
 }

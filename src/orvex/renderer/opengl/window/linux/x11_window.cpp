@@ -11,6 +11,14 @@ bool is_x11_id(void* view) {
     return view && reinterpret_cast<std::uintptr_t>(view) < (std::uintptr_t(1) << 29);
 }
 
+void finish_x11_requests(void* display) {
+    int (*synchronize)(void*, int) = nullptr;
+    if (display)
+        LoadedLibrary("libX11.so.6").look_up("XSync", synchronize);
+    if (synchronize)
+        synchronize(display, 0);
+}
+
 namespace {
 
 /// The number under which a request waits for its answer.

@@ -32,6 +32,9 @@ struct ContextRequest {
     int height = 0;                   ///< of an off-screen surface, in pixels
     PlatformContext* share = nullptr; ///< context to share objects with
     bool debug = false;               ///< a wish: the driver checks calls and tells of mistakes
+    /// The context that gives way to this one, and may have its surface on the same drawable; null
+    /// for none. It ends after the new one was made, and is whole if none could be.
+    PlatformContext* former = nullptr;
 };
 
 /// One native context with its surface.
@@ -48,6 +51,8 @@ public:
 
     /// @return the native handle, never null
     virtual void* handle() const = 0;
+    /// @return whether the context is current on the calling thread
+    virtual bool is_current() const = 0;
     /// Makes the context current on the calling thread.
     virtual bool make_current() = 0;
     /// Releases whatever context is current on the calling thread.

@@ -1,5 +1,6 @@
 #include <array>
 #include <ostream>
+#include <thread>
 
 #include <gtest/gtest.h>
 
@@ -8,6 +9,7 @@
 #include <GL/glx.h>
 #include <X11/Xlib.h>
 
+#include "orvex/renderer/opengl/window/linux/private/egl_api.h"
 #include "orvex/renderer/opengl/window/private/render_window_opengl.h"
 #include "tests/support/gl_context.h"
 #include "tests/support/x_window.h"
@@ -186,6 +188,121 @@ TEST_P(X11Window, fails_for_a_number_that_is_no_window) {
                                    reinterpret_cast<void*>(0x1ffffff), 8, 8, nullptr, nullptr,
                                    &extra));
     EXPECT_FALSE(window.apply_context(true));
+}
+
+/// A window whose requests wait in the connection's queue until somebody sends them.
+class UnsentWindow {
+public:
+    UnsentWindow()
+        : id(XCreateSimpleWindow(x_connection(), DefaultRootWindow(x_connection()), 0, 0, 120, 80,
+                                 0, 0, 0)) {
+        XMapWindow(x_connection(), id);
+    }
+    ~UnsentWindow() {
+        destroy();
+        XSync(x_connection(), False);
+    }
+    UnsentWindow(const UnsentWindow&) = delete;
+    UnsentWindow& operator=(const UnsentWindow&) = delete;
+
+    void destroy() {
+        if (id != 0)
+            XDestroyWindow(x_connection(), id);
+        id = 0;
+    }
+    void* view() const { return reinterpret_cast<void*>(id); }
+
+private:
+    unsigned long id;
+};
+
+class X11ConnectionTest : public testing::Test {
+protected:
+    void SetUp() override { ASSERT_NE(x_connection(), nullptr) << "no X server"; }
+
+    static bool begin(RenderWindow& window, void* view, int gl_major = 2,
+                      const char* msaa = nullptr) {
+        RenderWindow_ExtraData extra;
+        extra.gl_major = gl_major;
+        return window.initialize(x_connection(), view, 120, 80, msaa, nullptr, &extra);
+    }
+};
+
+TEST_F(X11ConnectionTest, windows_are_found_before_the_host_sends_its_requests) {
+    for (int round = 0; round < 3; ++round) {
+        const UnsentWindow view;
+        RenderWindowOpenGL window;
+        EXPECT_TRUE(begin(window, view.view())) << round;
+    }
+}
+
+TEST_F(X11ConnectionTest, a_window_whose_end_was_not_sent_yet_is_refused) {
+    UnsentWindow view;
+    XSync(x_connection(), False);
+    void* const number = view.view();
+    view.destroy();
+    RenderWindowOpenGL window;
+    EXPECT_FALSE(begin(window, number));
+}
+
+TEST_F(X11ConnectionTest, a_second_context_takes_the_place_of_the_first_on_one_drawable) {
+    const XWindow view;
+    RenderWindowOpenGL window;
+    ASSERT_TRUE(begin(window, view.view()));
+    ASSERT_TRUE(begin(window, view.view(), 3));
+    EXPECT_TRUE(orvex_test::is_core_context());
+    ASSERT_TRUE(begin(window, view.view(), 3, "4X MSAA"));
+    EXPECT_TRUE(window.osx_apply_context(true));
+    draw_quarters(120, 80);
+    window.display_framebuffer();
+    EXPECT_TRUE(comes_to_show(view, quarters(120, 80)));
+    EXPECT_NO_GL_ERROR();
+}
+
+TEST_F(X11ConnectionTest, a_second_context_follows_while_another_window_is_current) {
+    const XWindow view;
+    RenderWindowOpenGL window;
+    ASSERT_TRUE(begin(window, view.view()));
+    RenderWindowOpenGL other;
+    ASSERT_TRUE(other.initialize(nullptr, nullptr, 8, 8, nullptr, nullptr, nullptr));
+    EXPECT_TRUE(window.osx_create_cgl_context(view.view(), 120, 80, nullptr, nullptr, nullptr));
+    EXPECT_EQ(eglGetCurrentContext(), other.osx_get_cgl_ctx()) << "a creation leaves it current";
+}
+
+TEST_F(X11ConnectionTest, the_former_context_draws_on_when_a_second_one_on_its_drawable_fails) {
+    const XWindow view;
+    RenderWindowOpenGL window;
+    ASSERT_TRUE(begin(window, view.view()));
+    void* const context = window.osx_get_cgl_ctx();
+    RenderWindow_ExtraData impossible;
+    impossible.stencil_bits = 4096;
+    EXPECT_FALSE(
+        window.osx_create_cocoa_nsgl_context(view.view(), 120, 80, nullptr, nullptr, &impossible));
+    EXPECT_EQ(window.osx_get_cgl_ctx(), context);
+    EXPECT_EQ(eglGetCurrentContext(), context);
+    draw_quarters(120, 80);
+    window.display_framebuffer();
+    EXPECT_TRUE(comes_to_show(view, quarters(120, 80)));
+    EXPECT_TRUE(window.osx_apply_context(false));
+    EXPECT_FALSE(
+        window.osx_create_cocoa_nsgl_context(view.view(), 120, 80, nullptr, nullptr, &impossible));
+    EXPECT_EQ(eglGetCurrentContext(), EGL_NO_CONTEXT);
+    EXPECT_TRUE(window.osx_apply_context(true));
+}
+
+TEST_F(X11ConnectionTest, a_context_that_another_thread_holds_keeps_its_drawable) {
+    const XWindow view;
+    RenderWindowOpenGL window;
+    ASSERT_TRUE(begin(window, view.view()));
+    bool made = true;
+    std::thread([&] {
+        made = window.osx_create_cgl_context(view.view(), 120, 80, nullptr, nullptr, nullptr);
+    }).join();
+    EXPECT_FALSE(made);
+    EXPECT_EQ(eglGetCurrentContext(), window.osx_get_cgl_ctx());
+    draw_quarters(120, 80);
+    window.display_framebuffer();
+    EXPECT_TRUE(comes_to_show(view, quarters(120, 80)));
 }
 
 /// A context that a toolkit made with GLX.

@@ -21,12 +21,14 @@ public:
 
     EGLDisplay get_display() const { return display; }
     EGLContext get_context() const { return context; }
-    bool is_current() const;
+    bool is_current() const override;
 
 protected:
     EglAnyContext(EGLDisplay display, EGLContext context, EGLSurface draw, EGLSurface read);
     /// Lets another surface take the place of both, and the interval be set on it.
     void set_surface(EGLSurface surface);
+    /// Makes current again what was before this context had to be.
+    void put_back(const EglCurrent& former);
     EGLSurface get_surface() const { return draw; }
 
 private:
@@ -52,9 +54,16 @@ public:
     void* handle() const override { return get_context(); }
     bool resize(int width, int height) override;
 
+    /// Ends the surface, so that another context can have one on the same drawable.
+    /// @return false when another thread holds the context: the surface stays
+    bool give_up_surface();
+    /// Makes the surface of the drawable anew.
+    void take_surface_back();
+    bool is_on(void* drawable) const { return drawable && drawable == view; }
+
 private:
     EGLConfig config;
-    bool off_screen;
+    void* view; ///< null: off screen
     int width;
     int height;
 
@@ -62,6 +71,23 @@ private:
                   const ContextRequest& request);
     static std::unique_ptr<EglOwnContext> create(EGLDisplay display, EGLConfig config,
                                                  const ContextRequest& request);
+};
+
+/// Frees a request's drawable from the context that the new one replaces: a drawable bears one
+/// surface at a time. At the end of the scope the former context has it back, unless it was kept.
+class EglDrawableLoan {
+public:
+    explicit EglDrawableLoan(const ContextRequest& request);
+    ~EglDrawableLoan();
+    EglDrawableLoan(const EglDrawableLoan&) = delete;
+    EglDrawableLoan& operator=(const EglDrawableLoan&) = delete;
+
+    /// The new context stands.
+    void keep() { former = nullptr; }
+
+private:
+    EglOwnContext* former; ///< null: nothing to give back
+    bool was_current;
 };
 
 /// A context that the host made with EGL and holds current. Nothing of it is destroyed here.

@@ -9,6 +9,11 @@ namespace orvex {
 /// keeps the three highest of a number's 32 bits clear.
 bool is_x11_id(void* view);
 
+/// Sends what waits in the host's queue, and returns once the X server has carried it out: the
+/// engine and its drivers ask over connections of their own, which overtake it.
+/// @param display  the host's `Display*`; null for none
+void finish_x11_requests(void* display);
+
 /// Asks the X server about a window, over a short connection of its own. Call it once EGL has the
 /// display initialized: its libraries are used where they are loaded.
 /// @param display  the host's `Display*`; null for $DISPLAY
