@@ -27,8 +27,8 @@ public:
         minor = minor_number;
     }
 
-    const char* version = nullptr; ///< null: no context
-    int major = 0;                 ///< 0: the context doesn't know the question
+    const char* version = "2.1"; ///< null: no context
+    int major = 0;               ///< 0: the context doesn't know the question
     int minor = 0;
     const char* extensions = nullptr; ///< the one text of old contexts
     std::vector<const char*> indexed; ///< the list of newer ones; an entry may be null

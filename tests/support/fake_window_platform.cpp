@@ -13,7 +13,7 @@ public:
     FakeContext(FakeWindowPlatform& platform, int number, void* handle, bool adopted)
         : platform(platform)
         , number(std::to_string(number))
-        , native(handle)
+        , native_handle(handle)
         , adopted(adopted) {}
     ~FakeContext() override {
         platform.note("destroy " + number);
@@ -21,13 +21,14 @@ public:
             platform.current = nullptr;
     }
 
-    void* handle() const override { return native; }
-    bool is_current() const override { return platform.current == native; }
+    void* handle() const override { return native_handle; }
+    const void* native() const override { return native_handle; }
+    bool is_current() const override { return platform.current == native_handle; }
     bool make_current() override {
         platform.note("make current " + number);
         if (platform.refuses_currency)
             return false;
-        platform.current = native;
+        platform.current = native_handle;
         return true;
     }
     bool release_current() override {
@@ -50,7 +51,7 @@ public:
 private:
     FakeWindowPlatform& platform;
     std::string number;
-    void* native;
+    void* native_handle;
     bool adopted;
 };
 

@@ -1,5 +1,7 @@
 #include "orvex/renderer/opengl/window/private/context_lock.h"
 
+#include <map>
+
 namespace orvex {
 
 void ContextLock::lock() {
@@ -19,6 +21,20 @@ bool ContextLock::unlock() {
     }
     free.notify_one();
     return true;
+}
+
+std::shared_ptr<ContextLock> context_lock_of(const void* native) {
+    static std::mutex mutex;
+    static std::map<const void*, std::weak_ptr<ContextLock>> locks;
+    const std::lock_guard<std::mutex> guard(mutex);
+    std::erase_if(locks, [](const auto& entry) { return entry.second.expired(); });
+    std::weak_ptr<ContextLock>& known = locks[native];
+    std::shared_ptr<ContextLock> lock = known.lock();
+    if (!lock) {
+        lock = std::make_shared<ContextLock>();
+        known = lock;
+    }
+    return lock;
 }
 
 } // namespace orvex

@@ -10,8 +10,8 @@
 #include "orvex/renderer/opengl/gl/private/gl_debug.h"
 #include "orvex/renderer/opengl/window/private/render_window_opengl_data.h"
 
-// The life of a window, its size, and what version its context has. The version is read once and
-// kept until the next initialization.
+// The life of a window, its size, and what version its context has. The version is read once, from
+// no context but the window's own, and kept until the next initialization or adoption.
 
 namespace orvex {
 
@@ -38,12 +38,18 @@ bool RenderWindowOpenGL::initialize(void* window, void* view, int width, int hei
     if (apply_context(true))
         start_gl_messages();
 
+    // A former context that stays keeps its version too.
+    if (data->init_ok || !data_osx->context)
+        read_version();
+    return data->init_ok;
+}
+
+void RenderWindowOpenGL::read_version() {
     data->gl_major = 0;
     data->gl_minor = 0;
     int major = 0;
     get_opengl_version(&major, nullptr);
     data->api_3d = major >= 2 && major <= 4 ? major : 2;
-    return data->init_ok;
 }
 
 bool RenderWindowOpenGL::terminate() {
@@ -95,6 +101,9 @@ const char* version_text() {
 
 bool RenderWindowOpenGL::get_opengl_version(int* major, int* minor) {
     if (data->gl_major == 0) {
+        // Another context's version says nothing of this window.
+        if (!is_context_current())
+            return false;
         GLint version[2] = {0, 0};
         glGetIntegerv(GL_MAJOR_VERSION, &version[0]);
         glGetIntegerv(GL_MINOR_VERSION, &version[1]);
@@ -122,7 +131,7 @@ bool RenderWindowOpenGL::is_opengl_version_supported(int major, int minor) {
     if (get_opengl_version(&found_major, &found_minor) &&
         std::pair(found_major, found_minor) >= wanted)
         return true;
-    const char* text = version_text();
+    const char* text = is_context_current() ? version_text() : nullptr;
     return text && std::sscanf(text, "%d.%d", &found_major, &found_minor) == 2 &&
            std::pair(found_major, found_minor) >= wanted;
 }

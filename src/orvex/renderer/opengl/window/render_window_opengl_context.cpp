@@ -61,8 +61,18 @@ bool RenderWindowOpenGL::create_context(ContextRequest& request, RenderWindow* p
     std::unique_ptr<PlatformContext> context = platform.create_context(request);
     if (!context)
         return false;
-    data_osx->context = std::move(context);
+    set_context(std::move(context), false);
     return true;
+}
+
+void RenderWindowOpenGL::set_context(std::unique_ptr<PlatformContext> context, bool adopted) {
+    data_osx->lock = context_lock_of(context->native());
+    data_osx->context = std::move(context);
+    data_osx->adopted = adopted;
+}
+
+bool RenderWindowOpenGL::is_context_current() const {
+    return data_osx->context && data_osx->context->is_current();
 }
 
 bool RenderWindowOpenGL::osx_create_cgl_context(void* view, int width, int height, const char* msaa,
@@ -83,16 +93,27 @@ bool RenderWindowOpenGL::osx_create_cocoa_nsgl_context(void* view, int width, in
     return create_context(request, parent);
 }
 
-bool RenderWindowOpenGL::osx_init_with_cocoa_nsgl_ctx(void* context) {
-    if (!context)
+bool RenderWindowOpenGL::adopt_context(void* context) {
+    const bool has_own = data_osx->context && !data_osx->adopted;
+    // A context that the window made stays its own. While it is current there is no other to adopt,
+    // and taken for the host's it would end under its own feet.
+    if (has_own && data_osx->context->handle() == context)
+        return true;
+    if (has_own && data_osx->context->is_current())
         return false;
-    // A context that the window has already stays its own.
-    if (osx_get_cgl_ctx() != context) {
-        std::unique_ptr<PlatformContext> adopted = platform.adopt_current_context(context);
-        if (!adopted)
-            return false;
-        data_osx->context = std::move(adopted);
-    }
+
+    std::unique_ptr<PlatformContext> adopted = platform.adopt_current_context(context);
+    // An OpenGL that isn't the engine's may have made the context: nothing would ever be drawn.
+    if (!adopted || !glGetString(GL_VERSION))
+        return false;
+    set_context(std::move(adopted), true);
+    read_version();
+    return true;
+}
+
+bool RenderWindowOpenGL::osx_init_with_cocoa_nsgl_ctx(void* context) {
+    if (!context || !adopt_context(context))
+        return false;
     data_osx->swap_apple = _orvex_get_proc_address("glSwapAPPLE");
     int major = 0;
     int minor = 0;
@@ -105,6 +126,7 @@ bool RenderWindowOpenGL::osx_init_with_cocoa_nsgl_ctx(void* context) {
 bool RenderWindowOpenGL::osx_kill_context() {
     data_osx->swap_apple = nullptr;
     data_osx->context.reset();
+    data_osx->lock.reset();
     return true;
 }
 
@@ -157,9 +179,11 @@ bool RenderWindowOpenGL::osx_enable_multi_threaded_gl_engine(bool) {
 bool RenderWindowOpenGL::osx_lock_context(bool state) {
     if (!data_osx->context)
         return false;
+    // Another thread may end the context meanwhile, and with it the window's part of the lock.
+    const std::shared_ptr<ContextLock> lock = data_osx->lock;
     if (!state)
-        return data_osx->lock.unlock();
-    data_osx->lock.lock();
+        return lock->unlock();
+    lock->lock();
     return true;
 }
 

@@ -394,10 +394,76 @@ TEST_F(RenderWindowOpenGLTest, keeps_a_context_of_its_own_that_is_handed_back_to
 TEST_F(RenderWindowOpenGLTest, ends_its_own_context_when_it_adopts_one) {
     platform.has_host_context = true;
     EXPECT_TRUE(initialize());
+    EXPECT_TRUE(window.apply_context(false));
     platform.take_events();
     int host = 0;
     EXPECT_TRUE(window.osx_init_with_cocoa_nsgl_ctx(&host));
     EXPECT_EQ(platform.take_events(), Events({"adopt 2", "destroy 1"}));
+}
+
+TEST_F(RenderWindowOpenGLTest, never_takes_its_own_context_for_the_hosts) {
+    platform.has_host_context = true;
+    EXPECT_TRUE(initialize());
+    void* const own = window.osx_get_cgl_ctx();
+    platform.take_events();
+    int host = 0;
+    EXPECT_FALSE(window.osx_init_with_cocoa_nsgl_ctx(&host));
+    EXPECT_EQ(platform.take_events(), Events());
+    EXPECT_EQ(window.osx_get_cgl_ctx(), own);
+    EXPECT_EQ(platform.current, own);
+}
+
+TEST_F(RenderWindowOpenGLTest, looks_anew_at_a_context_that_it_adopts_again) {
+    platform.has_host_context = true;
+    int host = 0;
+    EXPECT_TRUE(window.osx_init_with_cocoa_nsgl_ctx(&host));
+    EXPECT_TRUE(window.osx_init_with_cocoa_nsgl_ctx(&host));
+    EXPECT_EQ(platform.take_events(), Events({"adopt 1", "adopt 2", "destroy 1"}));
+    platform.has_host_context = false;
+    EXPECT_FALSE(window.osx_init_with_cocoa_nsgl_ctx(&host)) << "nothing is current";
+    EXPECT_EQ(window.osx_get_cgl_ctx(), &host);
+}
+
+TEST_F(RenderWindowOpenGLTest, refuses_a_context_of_which_its_opengl_knows_nothing) {
+    platform.has_host_context = true;
+    gl.serve(nullptr, 0, 0);
+    int host = 0;
+    EXPECT_FALSE(window.osx_init_with_cocoa_nsgl_ctx(&host));
+    EXPECT_EQ(window.osx_get_cgl_ctx(), nullptr);
+    EXPECT_FALSE(window.apply_context(true));
+}
+
+TEST_F(RenderWindowOpenGLTest, shares_the_lock_of_a_context_with_every_window_that_adopted_it) {
+    platform.has_host_context = true;
+    int host = 0;
+    RenderWindowOpenGL other;
+    ASSERT_TRUE(window.osx_init_with_cocoa_nsgl_ctx(&host));
+    ASSERT_TRUE(other.osx_init_with_cocoa_nsgl_ctx(&host));
+    int count = 0;
+    const auto work = [&](RenderWindowOpenGL& through) {
+        for (int i = 0; i < 1000; ++i) {
+            through.osx_lock_context(true);
+            ++count;
+            through.osx_lock_context(false);
+        }
+    };
+    std::thread first([&] { work(window); });
+    std::thread second([&] { work(other); });
+    first.join();
+    second.join();
+    EXPECT_EQ(count, 2000);
+    EXPECT_TRUE(window.osx_lock_context(true));
+    EXPECT_TRUE(other.osx_lock_context(false)) << "it is one lock";
+    EXPECT_FALSE(window.osx_lock_context(false));
+}
+
+TEST_F(RenderWindowOpenGLTest, has_a_lock_of_its_own_for_a_context_of_its_own) {
+    EXPECT_TRUE(initialize());
+    RenderWindowOpenGL other;
+    ASSERT_TRUE(other.initialize(nullptr, nullptr, 1, 1, nullptr, nullptr, nullptr));
+    EXPECT_TRUE(window.osx_lock_context(true));
+    EXPECT_FALSE(other.osx_lock_context(false));
+    EXPECT_TRUE(window.osx_lock_context(false));
 }
 
 TEST_F(RenderWindowOpenGLTest, gives_its_lock_back_only_to_the_thread_that_holds_it) {

@@ -20,6 +20,14 @@ protected:
     orvex_test::FakeWindowPlatform platform;
     orvex_test::FakeGl gl;
     RenderWindowOpenGL window;
+
+    void SetUp() override { make_current(window); }
+
+    /// Gives a window a context that is current, and whose version nobody has read.
+    static void make_current(RenderWindowOpenGL& window) {
+        ASSERT_TRUE(window.osx_create_cgl_context(nullptr, 1, 1, nullptr, nullptr, nullptr));
+        ASSERT_TRUE(window.osx_apply_context(true));
+    }
 };
 
 TEST_F(RenderWindowOpenGLVersionTest, tells_the_major_version_2_to_4_as_its_api) {
@@ -53,6 +61,7 @@ TEST_F(RenderWindowOpenGLVersionTest, reads_the_first_and_third_character_below_
     };
     for (const Row& row : {Row{"2.1 Driver 10.3", 2, 1}, Row{"1.4", 1, 4}, Row{"2.12", 2, 1}}) {
         RenderWindowOpenGL fresh;
+        make_current(fresh);
         gl.serve(row.text, 0, 0);
         int major = 0, minor = 0;
         EXPECT_TRUE(fresh.get_opengl_version(&major, &minor)) << row.text;
@@ -113,11 +122,56 @@ TEST_F(RenderWindowOpenGLVersionTest, supports_what_is_not_above_the_contexts_ve
              Row{nullptr, 0, 0, 1, 0, false},
          }) {
         RenderWindowOpenGL fresh;
+        make_current(fresh);
         gl.serve(row.text, row.major, row.minor);
         EXPECT_EQ(fresh.is_opengl_version_supported(row.wanted_major, row.wanted_minor),
                   row.supported)
             << (row.text ? row.text : "null");
     }
+}
+
+TEST_F(RenderWindowOpenGLVersionTest, is_never_read_from_a_context_of_another_window) {
+    gl.serve("4.5", 4, 5);
+    RenderWindowOpenGL other;
+    EXPECT_FALSE(other.get_opengl_version(nullptr, nullptr)) << "it has none";
+    EXPECT_FALSE(other.is_opengl_version_supported(1, 0));
+    ASSERT_TRUE(other.osx_create_cgl_context(nullptr, 1, 1, nullptr, nullptr, nullptr));
+    EXPECT_FALSE(other.get_opengl_version(nullptr, nullptr)) << "its own isn't current";
+    EXPECT_TRUE(window.get_opengl_version(nullptr, nullptr));
+}
+
+TEST_F(RenderWindowOpenGLVersionTest, stays_unknown_when_a_first_context_fails) {
+    gl.serve("4.5", 4, 5);
+    platform.refuses_contexts = true;
+    RenderWindowOpenGL other;
+    EXPECT_FALSE(other.initialize(nullptr, nullptr, 1, 1, nullptr, nullptr, nullptr));
+    EXPECT_EQ(other.get_api_3d(), 2);
+    EXPECT_FALSE(other.get_opengl_version(nullptr, nullptr));
+}
+
+TEST_F(RenderWindowOpenGLVersionTest, stays_as_it_is_when_a_second_context_fails) {
+    gl.serve("4.1", 4, 1);
+    EXPECT_TRUE(window.initialize(nullptr, nullptr, 1, 1, nullptr, nullptr, nullptr));
+    EXPECT_TRUE(window.apply_context(false));
+    platform.refuses_contexts = true;
+    gl.serve("3.3", 3, 3);
+    EXPECT_FALSE(window.initialize(nullptr, nullptr, 1, 1, nullptr, nullptr, nullptr));
+    int major = 0;
+    EXPECT_TRUE(window.get_opengl_version(&major, nullptr));
+    EXPECT_EQ(major, 4);
+    EXPECT_EQ(window.get_api_3d(), 4);
+}
+
+TEST_F(RenderWindowOpenGLVersionTest, is_read_anew_from_an_adopted_context) {
+    gl.serve("2.1", 0, 0);
+    EXPECT_TRUE(window.initialize(nullptr, nullptr, 1, 1, nullptr, nullptr, nullptr));
+    EXPECT_TRUE(window.apply_context(false));
+    gl.serve("4.5", 4, 5);
+    platform.has_host_context = true;
+    int host = 0;
+    EXPECT_TRUE(window.osx_init_with_cocoa_nsgl_ctx(&host));
+    EXPECT_EQ(window.get_api_3d(), 4);
+    EXPECT_TRUE(window.is_opengl_version_supported(4, 5));
 }
 
 /// What is listed, in order.

@@ -43,6 +43,7 @@ public:
         , read(api.get_read_drawable()) {}
 
     void* handle() const override { return host_handle; }
+    const void* native() const override { return context; }
     bool is_current() const override { return api.get_context() == context; }
     bool make_current() override { return api.make_current(display, draw, read, context) != 0; }
     bool release_current() override { return api.make_current(display, 0, 0, nullptr) != 0; }

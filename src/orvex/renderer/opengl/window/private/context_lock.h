@@ -4,6 +4,7 @@
 /// The lock of one context.
 
 #include <condition_variable>
+#include <memory>
 #include <mutex>
 #include <thread>
 
@@ -11,7 +12,7 @@ namespace orvex {
 
 /// A counting lock that can be given back only by the thread that holds it.
 ///
-/// One per render window that has a context, for hosts that draw from two threads.
+/// One per context, for hosts that draw from two threads: `context_lock_of` gives it.
 class ContextLock {
 public:
     /// Waits until no other thread holds the lock.
@@ -25,5 +26,10 @@ private:
     std::thread::id owner;
     int depth = 0;
 };
+
+/// The one lock of a native context, whoever asks. It lives as long as somebody holds it: a later
+/// context at the same address gets another.
+/// @param native  what the window system calls the context
+std::shared_ptr<ContextLock> context_lock_of(const void* native);
 
 } // namespace orvex

@@ -9,6 +9,7 @@
 
 namespace orvex {
 
+class PlatformContext;
 class WindowPlatform;
 struct ContextRequest;
 struct RenderWindowOpenGLData;
@@ -74,6 +75,10 @@ public:
 
 private:
     bool create_context(ContextRequest& request, RenderWindow* parent);
+    bool adopt_context(void* context);
+    void set_context(std::unique_ptr<PlatformContext> context, bool adopted);
+    bool is_context_current() const;
+    void read_version();
 
     WindowPlatform& platform;
     // The last one holds the context, and ends first.

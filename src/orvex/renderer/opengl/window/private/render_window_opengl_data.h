@@ -36,9 +36,10 @@ struct RenderWindowOpenGLData2 {
 struct RenderWindowOpenGLData_OSX {
     void* display = nullptr; ///< the host's connection, as given to `initialize`
     std::unique_ptr<PlatformContext> context;
+    bool adopted = false; ///< the host made the context
     bool software_renderer = false;
     void* swap_apple = nullptr;
-    ContextLock lock;
+    std::shared_ptr<ContextLock> lock; ///< of the context; null without one
 };
 
 } // namespace orvex

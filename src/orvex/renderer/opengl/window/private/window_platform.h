@@ -51,6 +51,8 @@ public:
 
     /// @return the native handle, never null
     virtual void* handle() const = 0;
+    /// @return what the window system calls the context, whatever a host does; never null
+    virtual const void* native() const = 0;
     /// @return whether the context is current on the calling thread
     virtual bool is_current() const = 0;
     /// Makes the context current on the calling thread.

@@ -386,6 +386,60 @@ TEST_P(EglWindow, adopts_a_hosts_context_and_never_ends_it) {
     EXPECT_NO_GL_ERROR();
 }
 
+TEST_P(EglWindow, never_takes_its_own_context_for_a_hosts) {
+    RenderWindowOpenGL window;
+    ASSERT_TRUE(begin(window, GetParam()));
+    void* const own = window.osx_get_cgl_ctx();
+    int stranger = 0;
+    EXPECT_FALSE(window.osx_init_with_cocoa_nsgl_ctx(&stranger));
+    EXPECT_EQ(eglGetCurrentContext(), own);
+    EXPECT_EQ(window.osx_get_cgl_ctx(), own);
+    clear(0.0f, 0.0f, 1.0f);
+    EXPECT_EQ(pixel(0, 0), (Pixel{0, 0, 255, 255}));
+}
+
+TEST_P(EglWindow, keeps_the_surface_that_is_current_at_each_adoption) {
+    orvex_test::GlContext host(GetParam());
+    const EGLDisplay display = eglGetCurrentDisplay();
+    const EGLContext context = eglGetCurrentContext();
+    const EGLSurface first = eglGetCurrentSurface(EGL_DRAW);
+    RenderWindowOpenGL window;
+    ASSERT_TRUE(window.osx_init_with_cocoa_nsgl_ctx(context));
+
+    EGLint id = 0, count = 0;
+    eglQueryContext(display, context, EGL_CONFIG_ID, &id);
+    const EGLint wanted[] = {EGL_CONFIG_ID, id, EGL_NONE};
+    EGLConfig config = nullptr;
+    eglChooseConfig(display, wanted, &config, 1, &count);
+    const EGLint size[] = {EGL_WIDTH, 5, EGL_HEIGHT, 7, EGL_NONE};
+    const EGLSurface second = eglCreatePbufferSurface(display, config, size);
+    ASSERT_TRUE(eglMakeCurrent(display, second, second, context));
+    EXPECT_TRUE(window.osx_init_with_cocoa_nsgl_ctx(context));
+    EXPECT_TRUE(window.apply_context(false));
+    EXPECT_TRUE(window.osx_apply_context(true));
+    EXPECT_EQ(eglGetCurrentSurface(EGL_DRAW), second);
+
+    ASSERT_TRUE(eglMakeCurrent(display, first, first, context));
+    eglDestroySurface(display, second);
+}
+
+TEST_P(EglWindow, tells_the_version_of_an_adopted_context) {
+    orvex_test::GlContext host(GetParam());
+    RenderWindowOpenGL window;
+    ASSERT_TRUE(window.osx_init_with_cocoa_nsgl_ctx(eglGetCurrentContext()));
+    EXPECT_EQ(window.get_api_3d(), integer(GL_MAJOR_VERSION));
+}
+
+TEST_P(EglWindow, knows_no_version_after_its_first_context_failed) {
+    RenderWindowOpenGL current;
+    ASSERT_TRUE(begin(current, GetParam()));
+    RenderWindowOpenGL window;
+    EXPECT_FALSE(begin(window, GetParam(), 1 << 30, 1));
+    EXPECT_EQ(window.get_api_3d(), 2);
+    EXPECT_FALSE(window.get_opengl_version(nullptr, nullptr));
+    EXPECT_FALSE(window.is_opengl_version_supported(1, 0));
+}
+
 TEST_P(EglWindow, shares_with_an_adopted_context) {
     orvex_test::GlContext host(GetParam());
     GLuint texture = 0;

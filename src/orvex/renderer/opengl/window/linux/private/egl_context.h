@@ -21,6 +21,7 @@ public:
 
     EGLDisplay get_display() const { return display; }
     EGLContext get_context() const { return context; }
+    const void* native() const override { return context; }
     bool is_current() const override;
 
 protected:
