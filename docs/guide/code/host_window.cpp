@@ -91,11 +91,11 @@ private:
 };
 
 /// Adopts the context that is current.
-Renderer* start(void* context) {
+Renderer* start(void* context, RenderWindow*& window) {
     core::start("", true, show_log_line, nullptr);
     Renderer* renderer = Kernel::get()->load_core_opengl_renderer_plugin(true);
     renderer->initialize();
-    RenderWindow* window = renderer->create_render_window();
+    window = renderer->create_render_window();
     if (!window->osx_init_with_cocoa_nsgl_ctx(context) || !renderer->start())
         return nullptr;
     window->update_size(width, height);
@@ -124,15 +124,14 @@ bool make(Renderer* renderer, Stage& stage) {
 }
 
 /// One frame, into the framebuffer that the toolkit has bound.
-void draw(Renderer* renderer, const Stage& stage) {
-    const unsigned int widget = renderer->fbo_get_current_bound();
+void draw(Renderer* renderer, RenderWindow* window, const Stage& stage) {
+    window->set_framebuffer(renderer->fbo_get_current_bound());
     renderer->reset_render_states();
 
-    // A pass into a target ends at framebuffer 0, which isn't the widget's.
+    // A pass into a target ends at the framebuffer that stands for the window.
     stage.target->activate();
     renderer->clear_color_depth_buffers(0.0f, 0.0f, 0.0f, 1.0f, 1.0f);
     stage.target->deactivate();
-    renderer->fbo_bind(widget);
 
     stage.camera->bind(renderer, true, true, true, true, false);
     renderer->clear_color_depth_buffers(0.1f, 0.12f, 0.15f, 1.0f, 1.0f);
@@ -143,12 +142,10 @@ void draw(Renderer* renderer, const Stage& stage) {
 
 /// Samples can't be read: they are resolved into a plain target, and that one is read.
 bool write_picture(Renderer* renderer, const Stage& stage, const char* path) {
-    const unsigned int widget = renderer->fbo_get_current_bound();
-    renderer->fbo_resolve_multisampling(widget, width, height, stage.target->get_fbo(), width,
-                                        height);
+    renderer->fbo_resolve_multisampling(0, width, height, stage.target->get_fbo(), width, height);
     renderer->fbo_bind(stage.target->get_fbo());
     const bool written = TextureMgr::get()->do_screenshot(renderer, path);
-    renderer->fbo_bind(widget);
+    renderer->fbo_bind(0);
     return written;
 }
 
@@ -176,13 +173,14 @@ int main(int argc, char** argv) {
     Toolkit toolkit;
     if (!toolkit.open())
         return fail("no OpenGL 3.2");
-    Renderer* renderer = start(toolkit.context);
+    RenderWindow* window = nullptr;
+    Renderer* renderer = start(toolkit.context, window);
     if (!renderer)
         return fail("no context to adopt");
     Stage stage;
     bool ok = make(renderer, stage);
     toolkit.begin_frame();
-    draw(renderer, stage);
+    draw(renderer, window, stage);
     ok = ok && write_picture(renderer, stage, argc > 1 ? argv[1] : "host_window.jpg");
     stop(renderer, stage);
     toolkit.close();

@@ -24,6 +24,11 @@ namespace orvex {
 /// A create on a target that has objects kills them first. One that returns false leaves what it
 /// made until `kill`. Nothing goes to the log.
 ///
+/// A create leaves the texture unit of its last colour texture active; units of the others, and
+/// after a `resize` the active one, still hold the target's own textures. A program that samples a
+/// unit which nobody set while it draws into the target reads what it writes, with any result: bind
+/// every unit that a program samples.
+///
 /// @code
 /// RenderTarget* target = renderer->create_render_target();
 /// if (target->create_target(256, 256, PF_RGBA_U8, false, true, true, 0)) {
@@ -48,9 +53,8 @@ public:
     int get_width() const { return width; }
     /// Returns the height in pixels; 0 before the first create.
     int get_height() const { return height; }
-    /// Returns the samples per pixel; below 1 for a target without multisampling. The rectangle and
-    /// the depth forms leave the number of the create before, which `resize`, binding and
-    /// read-backs go by: make them of targets that had no samples.
+    /// Returns the samples per pixel; below 1 for a target without multisampling, which the
+    /// rectangle and the depth forms always are.
     int get_samples() const { return samples; }
     /// Returns the API that the target belongs to; 1 for OpenGL.
     ORVEX_API3D get_api3d() const { return api3d; }
@@ -130,7 +134,8 @@ public:
     /// @return false without the API
     virtual bool activate() = 0;
 
-    /// Directs drawing to the window again. @return false without the API
+    /// Directs drawing to the window again: to its surface, or to the framebuffer that
+    /// `RenderWindow::set_framebuffer` told. @return false without the API
     virtual bool deactivate() = 0;
 
     /// Gives every colour and depth buffer a new size; the content is lost. Whether the API takes
@@ -169,7 +174,7 @@ protected:
     int id;                ///< what `get_id` gives
     int width = 0;         ///< pixels, written by a create and by `resize`
     int height = 0;        ///< pixels, as `width`
-    int samples = 0;       ///< samples per pixel, of the last create that takes them
+    int samples = 0;       ///< samples per pixel, written by a create
     ORVEX_API3D api3d = 0; ///< set by the back end
 };
 

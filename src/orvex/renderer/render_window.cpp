@@ -1,5 +1,7 @@
 #include "orvex/renderer/render_window.h"
 
+#include <atomic>
+
 #include "orvex/base/global_id.h"
 
 namespace orvex {
@@ -8,6 +10,8 @@ struct RenderWindow::RenderWindowData {
     int id = GenId();
     int width = 0;
     int height = 0;
+    unsigned int framebuffer = 0;
+    unsigned long framebuffer_turn = 0;
 };
 
 RenderWindow::RenderWindow()
@@ -34,6 +38,20 @@ int RenderWindow::get_height() const {
 void RenderWindow::set_size(int width, int height) {
     data->width = width;
     data->height = height;
+}
+
+void RenderWindow::set_framebuffer(unsigned int id) {
+    static std::atomic<unsigned long> turns = 0;
+    data->framebuffer = id;
+    data->framebuffer_turn = ++turns;
+}
+
+unsigned int RenderWindow::get_framebuffer() const {
+    return data->framebuffer;
+}
+
+unsigned long RenderWindow::get_framebuffer_turn() const {
+    return data->framebuffer_turn;
 }
 
 } // namespace orvex

@@ -42,6 +42,11 @@ struct RenderWindow_ExtraData {
 /// drawable is an X11 window id or a `wl_egl_window*` cast to a pointer; null gives an off-screen
 /// surface. Sizes are in pixels.
 ///
+/// At the end the render window goes first, then the system's window, then the connection to the
+/// display: a driver that finds its X11 window gone raises an X error, whose handler ends the
+/// process unless the host has set another. A child process that was forked off after the first
+/// context must not touch OpenGL: the driver's threads are not in it, and a call may wait for ever.
+///
 /// A context is current on one thread at a time. Operations that touch the context belong to the
 /// thread on which it is current; `apply_context(false)` there and `apply_context(true)` elsewhere
 /// moves it. Records of vertex arrays and framebuffers live in the context in which they were made
@@ -81,10 +86,13 @@ public:
 
     /// Makes the context and its surface, and makes the context current on the calling thread.
     ///
+    /// The size, the bits and the thread are noted first, and stay noted when the rest fails.
+    ///
     /// @param window  native display connection (X11 `Display*`, `wl_display*`); null takes the
-    ///                default one, which serves X11 windows only. EGL remembers the connection for
-    ///                the life of the process: a host that closes it earlier first terminates
-    ///                EGL's display of it.
+    ///                default one, which serves X11 windows only. What waits in an X11 connection's
+    ///                queue is sent first; with null the host sends the making of its window by
+    ///                itself (`XSync`). EGL remembers the connection for the life of the process: a
+    ///                host that closes it earlier first terminates EGL's display of it.
     /// @param view    native drawable; null makes an off-screen surface
     /// @param width   pixels; an off-screen surface takes below 1 as 1, and refuses sizes beyond
     ///                16384 unless the driver promises more
@@ -92,8 +100,10 @@ public:
     /// @param msaa    "Off", "2X MSAA", "4X MSAA" or "8X MSAA", matched exactly. Null and any other
     ///                text mean no multisampling.
     /// @param parent  window to share textures, buffers and programs with, or null. Sharing works
-    ///                within one native connection; on Wayland both need a drawable, as it has
-    ///                no off-screen surfaces.
+    ///                within one native connection: an off-screen parent of windows on the screen
+    ///                was given the same `window` as they, since with null it lies on a device of
+    ///                its own, and they are refused. On Wayland both need a drawable, as it has no
+    ///                off-screen surfaces.
     /// @param extra   the request; null asks for a record of defaults
     /// @return false, with nothing logged, when no configuration or no context could be had. A
     ///         version that the driver can't give is no failure: see `get_api_3d`.
@@ -103,24 +113,32 @@ public:
     /// @return the result of `osx_kill_context`
     virtual bool terminate() = 0;
     /// Makes the context current on the calling thread, or releases the thread's current context.
-    /// @return false before a successful `initialize`, otherwise true
+    /// A GLX context of the host's is made current over the host's own connection: on a second
+    /// thread that needs `XInitThreads` before the connection is opened (libX11 below 1.8).
+    /// @return false before a successful `initialize`, otherwise true, even if the system refused
+    ///         because another thread holds the context or the surface is gone:
+    ///         `osx_apply_context` tells
     virtual bool apply_context(bool state) = 0;
     /// Shows the frame.
     /// @return false always, though the frame was shown
     virtual bool display_framebuffer() = 0;
-    /// Waits for the screen's refresh in `display_framebuffer`, or doesn't.
+    /// Waits for the screen's refresh in `display_framebuffer`, or doesn't. On Wayland a window
+    /// that nobody sees may wait for ever: give false for windows that may be hidden.
     /// @return true
     virtual bool vsync(bool state) = 0;
     /// Does nothing: contexts share from their creation on, through `parent` of `initialize`.
     /// @return false
     virtual bool share_ctx(RenderWindow* window) = 0;
-    /// @return 2, 3 or 4: the major version that the driver gave; 2 before `initialize`
+    /// @return 2, 3 or 4: the major version that the driver gave, or that an adopted context has; 2
+    ///         without a context, and when it can't be read
     virtual int get_api_3d() = 0;
-    /// Compares with the current context's version.
+    /// Compares with the version of the window's context.
     /// @param major,minor  any numbers
-    /// @return true when that is equal or higher, by major and then minor number
+    /// @return true when that is equal or higher, by major and then minor number; false when it was
+    ///         never read
     virtual bool is_opengl_version_supported(int major, int minor) = 0;
-    /// Reads the current context's version, once: later calls give the same answer.
+    /// Reads the version of the window's context while that is current, once: later calls give the
+    /// same answer, until the next `initialize` or adoption.
     /// @param major,minor  where to write; either may be null
     /// @return false when no version can be read
     virtual bool get_opengl_version(int* major, int* minor) = 0;
@@ -163,8 +181,11 @@ public:
     virtual bool osx_kill_context() = 0;
     /// Adopts the context that the host made and holds current on the calling thread, whatever made
     /// it. It is never destroyed here, and presenting it is the host's affair unless EGL knows it.
-    /// @param context  the host's native context
-    /// @return false for null, and when no context is current
+    /// The surface that is current now belongs to it: a host that changes the surface adopts the
+    /// context again. Windows that adopt one context share its lock.
+    /// @param context  the host's native context; the window's own stays what it is
+    /// @return false for null, when no context is current, when the window's own is, and for a
+    ///         context that the engine's OpenGL knows nothing of; what the window had stays
     virtual bool osx_init_with_cocoa_nsgl_ctx(void* context) = 0;
     /// Makes the context current on the calling thread, or releases what is current there.
     /// @return false without a context, and when the system refuses
@@ -217,11 +238,25 @@ public:
     /// @return null: Linux has no second kind of context
     virtual void* osx_get_nsgl_ctx() = 0;
 
+    /// Tells which framebuffer object stands for the window. Toolkits draw a widget into an object
+    /// of their own: `Renderer::fbo_get_current_bound` tells its id at the begin of a frame, and as
+    /// it may change with the widget's size, a host tells it each frame. While the window's context
+    /// is current, everything that goes back to the window binds this object, and framebuffer 0 of
+    /// the renderer's operations means it. Of several windows with one context the one told last
+    /// counts.
+    /// @param id  the API's id; 0, as at first, for the surface itself
+    void set_framebuffer(unsigned int id);
+    /// @return what `set_framebuffer` was told last; 0 at first
+    unsigned int get_framebuffer() const;
+
 protected:
     /// Takes no window and no context yet: `initialize` does.
     RenderWindow();
     /// Stores what `get_width` and `get_height` return.
     void set_size(int width, int height);
+    /// @return a number that is the higher the later `set_framebuffer` was called, among all
+    ///         windows; 0 before
+    unsigned long get_framebuffer_turn() const;
 
     /// Whether the context tells its free memory by GL_ATI_meminfo. Nothing in the engine sets it.
     bool gl_ati_meminfo = false;

@@ -116,12 +116,13 @@ public:
     /// @}
 
     /// @name Framebuffer objects, by their ids
-    /// Id 0 is the window's framebuffer. The copies leave it bound.
+    /// Id 0 is the window's framebuffer: its surface, or what `RenderWindow::set_framebuffer` told.
+    /// The copies leave it bound.
     /// @{
 
     /// Binds a framebuffer for drawing and reading.
     virtual void fbo_bind(unsigned int id) = 0;
-    /// @return the framebuffer bound for drawing
+    /// @return the framebuffer bound for drawing, by the API's own id
     virtual unsigned int fbo_get_current_bound() = 0;
     /// Copies the colour buffer, from the lower left corner on; false if `src` equals `dst`.
     /// `index` is not used.
@@ -131,7 +132,8 @@ public:
     virtual bool fbo_copy_color_buffer_to_bound_fbo(unsigned int src, int width, int height,
                                                     unsigned long index) = 0;
     /// Copies a rectangle, scaling it if the far corners differ: linear for colour alone, nearest
-    /// with depth. False if `src` equals `dst`.
+    /// with depth. Depth buffers of two formats can't be copied: a copy of both copies the colours
+    /// then. False if `src` equals `dst`.
     virtual bool fbo_blit(unsigned int src, int sx0, int sy0, int sx1, int sy1, unsigned int dst,
                           int dx0, int dy0, int dx1, int dy1, bool color, bool depth) = 0;
     /// `fbo_blit` of the whole colour and depth buffers, which resolves multisampling.

@@ -24,6 +24,7 @@ RendererOpenGL::RendererOpenGL()
     , fixed_pipeline(*this)
     , shadows(*this)
     , queries(*this) {
+    ctx.windows = &render_windows;
     set_name("plugin_core_opengl");
     set_description("OpenGL renderer (OpenGL 2, 3.x and 4.x supported).");
     set_author("orvex");

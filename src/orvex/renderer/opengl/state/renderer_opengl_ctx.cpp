@@ -1,5 +1,7 @@
 #include "orvex/renderer/opengl/state/private/renderer_opengl_ctx.h"
 
+#include "orvex/renderer/opengl/window/private/render_window_opengl.h"
+
 namespace orvex {
 
 void RendererOpenGLCtx::init() {
@@ -24,6 +26,19 @@ void RendererOpenGLCtx::init_texture_units(unsigned long max_size, unsigned long
     num_texture_units = num_units;
     texture_units = std::make_unique<TextureUnit[]>(num_units);
     active_texture_unit = 0;
+}
+
+unsigned int RendererOpenGLCtx::window_framebuffer() const {
+    const RenderWindowOpenGL* last_told = nullptr;
+    if (!windows)
+        return 0;
+    for (const RenderWindow* window : *windows) {
+        const auto* const candidate = static_cast<const RenderWindowOpenGL*>(window);
+        // Nobody is asked what is current while every window is its surface.
+        if (candidate->told_framebuffer_after(last_told) && candidate->is_context_current())
+            last_told = candidate;
+    }
+    return last_told ? last_told->get_framebuffer() : 0;
 }
 
 void RendererOpenGLCtx::set_texture_unit(unsigned long unit, unsigned int texture_id) {

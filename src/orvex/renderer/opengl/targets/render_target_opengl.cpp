@@ -53,9 +53,14 @@ bool RenderTargetOpenGL::deactivate() {
     if (!gl || !gl->glBindFramebuffer)
         return false;
     static constexpr GLenum bindings[] = {GL_FRAMEBUFFER, GL_DRAW_FRAMEBUFFER, GL_READ_FRAMEBUFFER};
+    const unsigned int window = window_framebuffer();
     for (const GLenum target : bindings)
-        gl->glBindFramebuffer(target, 0);
+        gl->glBindFramebuffer(target, window);
     return true;
+}
+
+unsigned int RenderTargetOpenGL::window_framebuffer() const {
+    return ctx ? ctx->window_framebuffer() : 0;
 }
 
 namespace {

@@ -33,6 +33,7 @@ bool RenderTargetOpenGL::start_over(bool rectangle_textures) {
     if (has_objects() && !kill())
         return false;
     rectangle = rectangle_textures;
+    samples = 0;
     return true;
 }
 
@@ -127,7 +128,7 @@ bool RenderTargetOpenGL::_create_target(GLenum target, int new_width, int new_he
     gl->glBindFramebuffer(GL_FRAMEBUFFER, fbo);
     attach_textures(target);
     const bool complete = check_status("RenderTargetOpenGL");
-    gl->glBindFramebuffer(GL_DRAW_FRAMEBUFFER, 0);
+    gl->glBindFramebuffer(GL_DRAW_FRAMEBUFFER, window_framebuffer());
     leave(target);
     return complete;
 }
@@ -277,7 +278,7 @@ bool RenderTargetOpenGL::create_render_buffer_target(int new_width, int new_heig
     label(GL_FRAMEBUFFER, fbo, "framebuffer");
     attach_render_buffers();
     const bool complete = check_status("RenderTargetOpenGL");
-    gl->glBindFramebuffer(GL_FRAMEBUFFER, 0);
+    gl->glBindFramebuffer(GL_FRAMEBUFFER, window_framebuffer());
     return complete;
 }
 

@@ -62,7 +62,11 @@ void TargetFamily::kill_all() {
 
 void TargetFamily::bind(unsigned int id) const {
     if (gl.glBindFramebuffer)
-        gl.glBindFramebuffer(GL_FRAMEBUFFER, id);
+        gl.glBindFramebuffer(GL_FRAMEBUFFER, actual(id));
+}
+
+unsigned int TargetFamily::actual(unsigned int id) const {
+    return id != 0 ? id : state.ctx.window_framebuffer();
 }
 
 unsigned int TargetFamily::bound() const {
@@ -80,10 +84,12 @@ bool TargetFamily::start_blit(unsigned int src, unsigned int dst) const {
 }
 
 bool TargetFamily::copy_color(unsigned int src, unsigned int dst, int width, int height) const {
+    src = actual(src);
+    dst = actual(dst);
     if (!start_blit(src, dst))
         return false;
     gl.glBlitFramebuffer(0, 0, width, height, 0, 0, width, height, GL_COLOR_BUFFER_BIT, GL_LINEAR);
-    gl.glBindFramebuffer(GL_FRAMEBUFFER, 0);
+    gl.glBindFramebuffer(GL_FRAMEBUFFER, actual(0));
     return true;
 }
 
@@ -92,9 +98,12 @@ namespace {
 struct DepthFormat {
     GLint bits = 0; ///< 0: there is no depth buffer
     GLint type = GL_NONE;
+    bool has_stencil = false; ///< one buffer with the depths
 
+    // Depths beside a stencil are another format than the same depths alone.
     bool differs_from(const DepthFormat& other) const {
-        return bits != 0 && other.bits != 0 && (bits != other.bits || type != other.type);
+        return bits != 0 && other.bits != 0 &&
+               (bits != other.bits || type != other.type || has_stencil != other.has_stencil);
     }
 };
 
@@ -109,6 +118,9 @@ DepthFormat depth_format_of(PFNGLGETFRAMEBUFFERATTACHMENTPARAMETERIVPROC ask, GL
     if (object != GL_NONE) {
         ask(target, attachment, GL_FRAMEBUFFER_ATTACHMENT_DEPTH_SIZE, &format.bits);
         ask(target, attachment, GL_FRAMEBUFFER_ATTACHMENT_COMPONENT_TYPE, &format.type);
+        GLint stencil_bits = 0;
+        ask(target, attachment, GL_FRAMEBUFFER_ATTACHMENT_STENCIL_SIZE, &stencil_bits);
+        format.has_stencil = stencil_bits != 0;
     }
     return format;
 }
@@ -125,6 +137,8 @@ bool depth_formats_differ(unsigned int src, unsigned int dst) {
 
 bool TargetFamily::blit(unsigned int src, int sx0, int sy0, int sx1, int sy1, unsigned int dst,
                         int dx0, int dy0, int dx1, int dy1, bool color, bool depth) const {
+    src = actual(src);
+    dst = actual(dst);
     if (!start_blit(src, dst))
         return false;
     const bool nearest = depth || (sx1 == dx1 && sy1 == dy1);
@@ -136,7 +150,7 @@ bool TargetFamily::blit(unsigned int src, int sx0, int sy0, int sx1, int sy1, un
         mask |= GL_DEPTH_BUFFER_BIT;
     gl.glBlitFramebuffer(sx0, sy0, sx1, sy1, dx0, dy0, dx1, dy1, mask,
                          nearest ? GL_NEAREST : GL_LINEAR);
-    gl.glBindFramebuffer(GL_FRAMEBUFFER, 0);
+    gl.glBindFramebuffer(GL_FRAMEBUFFER, actual(0));
     return true;
 }
 

@@ -136,6 +136,10 @@ bool RenderWindowOpenGL::is_opengl_version_supported(int major, int minor) {
            std::pair(found_major, found_minor) >= wanted;
 }
 
+bool RenderWindowOpenGL::told_framebuffer_after(const RenderWindowOpenGL* other) const {
+    return get_framebuffer_turn() > (other ? other->get_framebuffer_turn() : 0);
+}
+
 void* RenderWindowOpenGL::opengl_get_ctx() {
     return osx_get_cgl_ctx();
 }

@@ -1,5 +1,8 @@
 #include "render_target_fixture.h"
 
+#include "orvex/renderer/opengl/window/linux/private/egl_api.h"
+#include "orvex/renderer/render_window.h"
+
 namespace orvex_test {
 
 using namespace orvex;
@@ -491,6 +494,115 @@ TEST_P(RenderTargetCalls, of_a_resolve_with_one_depth_buffer_ask_for_both) {
         renderer->fbo_resolve_multisampling(target->get_fbo(), 8, 4, bare->get_fbo(), 8, 4));
     EXPECT_EQ(recorder->take()[2], "glBlitFramebuffer(0, 0, 8, 4, 0, 0, 8, 4, GL_COLOR_BUFFER_BIT "
                                    "| GL_DEPTH_BUFFER_BIT, GL_NEAREST)");
+}
+
+/// A framebuffer with a depth buffer of one format, and what it is made of.
+class DepthFramebuffer {
+public:
+    DepthFramebuffer(GLenum format, GLenum point) {
+        glGenRenderbuffers(2, buffers);
+        glGenFramebuffers(1, &fbo);
+        glBindFramebuffer(GL_FRAMEBUFFER, fbo);
+        attach(buffers[0], GL_RGBA8, GL_COLOR_ATTACHMENT0);
+        attach(buffers[1], format, point);
+        EXPECT_EQ(glCheckFramebufferStatus(GL_FRAMEBUFFER), GLenum{GL_FRAMEBUFFER_COMPLETE});
+        glBindFramebuffer(GL_FRAMEBUFFER, 0);
+    }
+    ~DepthFramebuffer() {
+        glDeleteFramebuffers(1, &fbo);
+        glDeleteRenderbuffers(2, buffers);
+    }
+    DepthFramebuffer(const DepthFramebuffer&) = delete;
+    DepthFramebuffer& operator=(const DepthFramebuffer&) = delete;
+
+    GLuint fbo = 0;
+
+private:
+    static void attach(GLuint buffer, GLenum format, GLenum point) {
+        glBindRenderbuffer(GL_RENDERBUFFER, buffer);
+        glRenderbufferStorage(GL_RENDERBUFFER, format, 8, 4);
+        glFramebufferRenderbuffer(GL_FRAMEBUFFER, point, GL_RENDERBUFFER, buffer);
+    }
+
+    GLuint buffers[2] = {};
+};
+
+// Of equal depths beside a stencil and alone many a driver copies neither them nor the colours.
+TEST_P(RenderTargetCalls, of_a_copy_between_depths_with_and_without_a_stencil_leave_them_out) {
+    const DepthFramebuffer plain(GL_DEPTH_COMPONENT24, GL_DEPTH_ATTACHMENT);
+    const DepthFramebuffer packed(GL_DEPTH24_STENCIL8, GL_DEPTH_STENCIL_ATTACHMENT);
+    const DepthFramebuffer other(GL_DEPTH24_STENCIL8, GL_DEPTH_STENCIL_ATTACHMENT);
+    struct Row {
+        GLuint src;
+        GLuint dst;
+        const char* mask;
+    };
+    for (const Row& row :
+         {Row{plain.fbo, packed.fbo, "GL_COLOR_BUFFER_BIT"},
+          Row{packed.fbo, plain.fbo, "GL_COLOR_BUFFER_BIT"},
+          Row{packed.fbo, other.fbo, "GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT"}}) {
+        recorder->clear();
+        EXPECT_TRUE(renderer->fbo_resolve_multisampling(row.src, 8, 4, row.dst, 8, 4));
+        EXPECT_EQ(recorder->take()[2],
+                  call("glBlitFramebuffer(0, 0, 8, 4, 0, 0, 8, 4, %s, GL_NEAREST)", row.mask));
+    }
+    EXPECT_EQ(refused(), 0u);
+}
+
+// A toolkit's widget is drawn into an object of its own, and every way back ends there.
+TEST_P(RenderTargetCalls, go_back_to_the_framebuffer_that_stands_for_the_window) {
+    const DepthFramebuffer widget(GL_DEPTH_COMPONENT24, GL_DEPTH_ATTACHMENT);
+    RenderWindow* const window = renderer->create_render_window();
+    ASSERT_TRUE(window->osx_init_with_cocoa_nsgl_ctx(eglGetCurrentContext()));
+    window->set_framebuffer(widget.fbo);
+    const std::string back = call("glBindFramebuffer(GL_FRAMEBUFFER, %u)", widget.fbo);
+
+    recorder->clear();
+    EXPECT_TRUE(target->deactivate());
+    EXPECT_EQ(recorder->take(),
+              GlCalls({back, call("glBindFramebuffer(GL_DRAW_FRAMEBUFFER, %u)", widget.fbo),
+                       call("glBindFramebuffer(GL_READ_FRAMEBUFFER, %u)", widget.fbo)}));
+    EXPECT_TRUE(target->create_render_buffer_target(8, 4, PF_RGBA_U8, false, 1, false, 0));
+    EXPECT_EQ(recorder->take().back(), back);
+    EXPECT_TRUE(target->create_target_depth(8, 4, false, false));
+    EXPECT_EQ(renderer->fbo_get_current_bound(), widget.fbo);
+    EXPECT_TRUE(target->create_target(8, 4, PF_RGBA_U8, false, false, true, 0));
+    EXPECT_EQ(renderer->fbo_get_current_bound(), widget.fbo);
+    renderer->fbo_bind(target->get_fbo());
+    renderer->fbo_bind(0);
+    EXPECT_EQ(renderer->fbo_get_current_bound(), widget.fbo);
+
+    recorder->clear();
+    EXPECT_TRUE(renderer->fbo_copy_color_buffer(target->get_fbo(), 0, 8, 4, 0));
+    const GlCalls copy = recorder->take();
+    EXPECT_EQ(copy[1], call("glBindFramebuffer(GL_DRAW_FRAMEBUFFER, %u)", widget.fbo));
+    EXPECT_EQ(copy.back(), back);
+    EXPECT_TRUE(renderer->fbo_blit(0, 0, 0, 8, 4, target->get_fbo(), 0, 0, 8, 4, true, false));
+    const GlCalls blit = recorder->take();
+    EXPECT_EQ(blit[0], call("glBindFramebuffer(GL_READ_FRAMEBUFFER, %u)", widget.fbo));
+    EXPECT_EQ(blit.back(), back);
+    EXPECT_FALSE(renderer->fbo_copy_color_buffer(0, widget.fbo, 8, 4, 0)) << "onto itself";
+    forgive();
+}
+
+TEST_P(RenderTargetCalls, go_back_to_what_was_told_last_of_the_current_context) {
+    const DepthFramebuffer widget(GL_DEPTH_COMPONENT24, GL_DEPTH_ATTACHMENT);
+    RenderWindow* const first = renderer->create_render_window();
+    RenderWindow* const second = renderer->create_render_window();
+    RenderWindow* const elsewhere = renderer->create_render_window();
+    ASSERT_TRUE(first->osx_init_with_cocoa_nsgl_ctx(eglGetCurrentContext()));
+    ASSERT_TRUE(second->osx_init_with_cocoa_nsgl_ctx(eglGetCurrentContext()));
+    first->set_framebuffer(widget.fbo);
+    second->set_framebuffer(77);
+    first->set_framebuffer(widget.fbo);
+    elsewhere->set_framebuffer(78);
+    EXPECT_EQ(second->get_framebuffer(), 77u);
+    target->deactivate();
+    EXPECT_EQ(renderer->fbo_get_current_bound(), widget.fbo);
+    first->set_framebuffer(0);
+    target->deactivate();
+    EXPECT_EQ(renderer->fbo_get_current_bound(), 0u);
+    forgive();
 }
 
 TEST_P(RenderTargetCalls, of_binding_to_a_unit) {

@@ -156,20 +156,6 @@ TEST_P(RenderTargetTest, can_be_made_again_as_any_kind) {
     EXPECT_EQ(errors(), "");
 }
 
-TEST_P(RenderTargetTest, keeps_its_samples_when_made_again_as_a_rectangle_or_of_depth_alone) {
-    Bytes pixels(64);
-    EXPECT_TRUE(create(4, 4, 4));
-    EXPECT_TRUE(target->create_target_rect(4, 4, PF_RGBA_U8, false, false, true, 0));
-    EXPECT_EQ(target->get_samples(), 4);
-    EXPECT_FALSE(target->read_color_pixmap_rgba_u8(pixels.data()));
-    EXPECT_TRUE(target->create_target_depth(4, 4, false, false));
-    EXPECT_EQ(target->get_samples(), 4);
-    EXPECT_TRUE(create(4, 4));
-    EXPECT_EQ(target->get_samples(), 0);
-    EXPECT_TRUE(target->read_color_pixmap_rgba_u8(pixels.data()));
-    EXPECT_EQ(errors(), "");
-}
-
 TEST_P(RenderTargetTest, gets_a_framebuffer_without_attachments_from_activate_alone) {
     EXPECT_TRUE(target->activate());
     EXPECT_NE(target->get_fbo(), 0u);
@@ -475,6 +461,33 @@ TEST_P(RenderTargetTest, takes_a_draw_buffer_that_is_not_there_as_the_apis_affai
 }
 
 // Copies
+
+TEST_P(RenderTargetTest, forgets_its_samples_when_it_is_made_anew_without) {
+    using Create = bool (*)(RenderTarget*);
+    const Create depth_alone = [](RenderTarget* t) {
+        return t->create_target_depth(64, 64, false, false);
+    };
+    const Create depth_rectangle = [](RenderTarget* t) {
+        return t->create_target_depth_rect(64, 64, false, false);
+    };
+    const Create rectangle = [](RenderTarget* t) {
+        return t->create_target_rect(64, 64, PF_RGBA_U8, false, false, true, 0);
+    };
+    for (const Create make : {depth_alone, depth_rectangle, rectangle}) {
+        ASSERT_TRUE(create(64, 64, 4));
+        EXPECT_TRUE(make(target));
+        EXPECT_EQ(target->get_samples(), 0);
+        forgive();
+        EXPECT_TRUE(target->resize(32, 32));
+        EXPECT_EQ(refused(), 0u);
+        if (make == rectangle) {
+            Bytes pixels(32 * 32 * 4);
+            EXPECT_TRUE(target->read_color_pixmap_rgba_u8(pixels.data()));
+        } else if (make == depth_alone)
+            EXPECT_TRUE(renderer->render_target_bind_depth_tex(target, 0));
+        EXPECT_EQ(refused(), 0u);
+    }
+}
 
 TEST_P(RenderTargetTest, resolves_samples_into_a_plain_target) {
     create(8, 8, 4);

@@ -4,6 +4,7 @@
 /// The renderer's shadow of the API's state.
 
 #include <memory>
+#include <vector>
 
 #include "orvex/fwd.h"
 #include "orvex/math/mat4.h"
@@ -40,12 +41,18 @@ struct RendererOpenGLCtx {
     float line_width = 0.0f;
     mat4 projection_matrix;
     mat4 view_matrix;
+    /// The renderer's windows; null for none.
+    const std::vector<RenderWindow*>* windows = nullptr;
 
     /// Gives the state its defaults; limits, texture units and matrices stay.
     void init();
 
     /// Stores the limits and makes `num_units` empty texture units.
     void init_texture_units(unsigned long max_size, unsigned long num_units);
+
+    /// @return the framebuffer that stands for the window whose context is current: 0, its surface,
+    ///         unless the host told another
+    unsigned int window_framebuffer() const;
 
     /// Records the texture of a unit; a unit that isn't there is passed over.
     void set_texture_unit(unsigned long unit, unsigned int texture_id);

@@ -73,6 +73,7 @@ private:
     bool can_delete() const;
     bool has_objects() const;
     bool start_over(bool rectangle_textures);
+    unsigned int window_framebuffer() const;
 
     void store_texture(GLenum target, int texture_samples, GLint internal, GLint pixels,
                        GLint type) const;

@@ -40,7 +40,7 @@ public:
     void kill_all();
     /// @}
 
-    /// @name Framebuffers by their ids; 0 is the window's
+    /// @name Framebuffers by their ids; 0 is the window's, whatever object stands for it
     /// A copy returns false without the entries that it calls, and from a framebuffer to itself. It
     /// leaves the window's framebuffer bound.
     /// @{
@@ -55,6 +55,8 @@ public:
     /// @}
 
 private:
+    /// @return the API's id: what stands for the window in place of 0
+    unsigned int actual(unsigned int id) const;
     bool start_blit(unsigned int src, unsigned int dst) const;
 
     GlState& state;

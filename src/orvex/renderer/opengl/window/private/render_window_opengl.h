@@ -73,11 +73,14 @@ public:
     bool osx_vsync_cocoa(bool state) override;
     void* osx_get_nsgl_ctx() override;
 
+    bool is_context_current() const;
+    /// @return whether `set_framebuffer` was called, and later than another window's; null for none
+    bool told_framebuffer_after(const RenderWindowOpenGL* other) const;
+
 private:
     bool create_context(ContextRequest& request, RenderWindow* parent);
     bool adopt_context(void* context);
     void set_context(std::unique_ptr<PlatformContext> context, bool adopted);
-    bool is_context_current() const;
     void read_version();
 
     WindowPlatform& platform;
