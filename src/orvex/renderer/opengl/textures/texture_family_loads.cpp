@@ -176,7 +176,7 @@ bool TextureFamily::load_cube(TextureData* texture, unsigned long unit) {
 }
 
 bool TextureFamily::load_cube_face(TextureData* texture, CUBEMAP_FACE face) {
-    if (!texture || texture->opengl_texture_id == 0)
+    if (!texture || texture->opengl_texture_id == 0 || !is_cube_face(face))
         return false;
     const unsigned long size = texture->get_cubemap_size();
     const TexturePixels pixels =

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "orvex/renderer/opengl/gl/private/gl_enums.h"
+#include "orvex/renderer/opengl/textures/private/pixel_packing.h"
 #include "orvex/renderer/opengl/textures/private/texture_parameters.h"
 #include "orvex/renderer/opengl/textures/private/texture_pixels.h"
 #include "orvex/renderer/opengl/textures/private/texture_unit_family.h"
@@ -56,7 +57,7 @@ bool TextureFamily::update_2d(TextureData* texture, int x, int y, int width, int
 bool TextureFamily::update_2d_pixels(TextureData* texture, int x, int y, int width, int height,
                                      PIXEL_FORMAT format, const void* pixels) const {
     if (!texture || !pixels || texture->type != TEXTURE_TYPE_2D ||
-        (texture->gen_mipmaps && !gl.glGenerateMipmap))
+        (texture->gen_mipmaps && !gl.glGenerateMipmap) || PixelUnpacking::current().from_buffer)
         return false;
     const GlPixelFormat source = gl_pixel_format_to_update(format);
     if (source.known) {
@@ -78,7 +79,7 @@ bool TextureFamily::update_cube(TextureData* texture) const {
 }
 
 bool TextureFamily::update_cube_face(TextureData* texture, CUBEMAP_FACE face) const {
-    if (!texture || texture->type != TEXTURE_TYPE_CUBE)
+    if (!texture || texture->type != TEXTURE_TYPE_CUBE || !is_cube_face(face))
         return false;
     const unsigned long size = texture->get_cubemap_size();
     const TexturePixels pixels =

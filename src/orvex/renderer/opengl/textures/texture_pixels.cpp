@@ -2,7 +2,7 @@
 
 #include <GL/glext.h>
 
-#include "orvex/math/private/pixel_math.h"
+#include "orvex/renderer/opengl/textures/private/pixel_packing.h"
 #include "orvex/renderer/records/private/image_access.h"
 
 namespace orvex {
@@ -33,7 +33,11 @@ TexturePixels source_of(const Image& image, const GlPixelFormat& gl) {
 } // namespace
 
 bool TexturePixels::has(unsigned long width, unsigned long height) const {
-    return !data || saturating_product(width, height, pixel_size(gl)) <= bytes;
+    const PixelUnpacking unpacking = PixelUnpacking::current();
+    if (unpacking.from_buffer)
+        return false;
+    const auto alignment = static_cast<unsigned long>(unpack_alignment(width));
+    return !data || unpacking.reach_of(width, height, pixel_size(gl), alignment) <= bytes;
 }
 
 TexturePixels texture_pixels_to_load(const Image& image, PIXEL_FORMAT format) {

@@ -438,6 +438,98 @@ TEST_P(Textures, a_face_alone_needs_a_gl_texture) {
     EXPECT_TRUE(renderer->texture_cube_load_face(&data, CUBEMAP_FACE_NEGATIVE_Y, 0));
 }
 
+TEST_P(Textures, a_face_that_no_cube_has_is_refused) {
+    create_cube(2, PF_RGB_U8);
+    ASSERT_TRUE(load());
+    recorder->clear();
+    for (const int face : {-1, 6, INT_MAX}) {
+        EXPECT_FALSE(renderer->texture_cube_load_face(&data, static_cast<CUBEMAP_FACE>(face), 0));
+        EXPECT_FALSE(renderer->texture_cube_update_face(&data, static_cast<CUBEMAP_FACE>(face)));
+    }
+    EXPECT_EQ(recorder->take(), GlCalls());
+}
+
+/// What a host may have set for uploads of its own, and left so.
+class Unpacking {
+public:
+    Unpacking(GLenum name, GLint value)
+        : name(name) {
+        glPixelStorei(name, value);
+    }
+    ~Unpacking() { glPixelStorei(name, 0); }
+    Unpacking(const Unpacking&) = delete;
+    Unpacking& operator=(const Unpacking&) = delete;
+
+private:
+    GLenum name;
+};
+
+TEST_P(Textures, an_upload_that_would_read_beyond_the_pixels_is_refused) {
+    struct Row {
+        GLenum name;
+        GLint value;
+    };
+    for (const Row& row : {Row{GL_UNPACK_ROW_LENGTH, 1 << 22}, Row{GL_UNPACK_ROW_LENGTH, 65},
+                           Row{GL_UNPACK_SKIP_ROWS, 1 << 20}, Row{GL_UNPACK_SKIP_ROWS, 1},
+                           Row{GL_UNPACK_SKIP_PIXELS, 1 << 22}, Row{GL_UNPACK_SKIP_PIXELS, 1}}) {
+        create_2d(64, 64, PF_RGBA_U8);
+        {
+            const Unpacking set(row.name, row.value);
+            recorder->clear();
+            EXPECT_FALSE(load()) << row.name << " " << row.value;
+            EXPECT_FALSE(data.loaded_in_gpu_memory);
+        }
+        ASSERT_TRUE(load());
+        const Unpacking set(row.name, row.value);
+        recorder->clear();
+        EXPECT_FALSE(renderer->texture_2d_update(&data, 0, 0, 64, 64));
+        EXPECT_EQ(recorder->take(), GlCalls());
+    }
+}
+
+TEST_P(Textures, a_cube_and_a_line_are_refused_beyond_their_pixels_too) {
+    create_cube(4, PF_RGBA_U8);
+    {
+        const Unpacking set(GL_UNPACK_ROW_LENGTH, 1 << 22);
+        EXPECT_FALSE(load());
+    }
+    create_1d(64, PF_RGBA_U8);
+    const Unpacking set(GL_UNPACK_SKIP_PIXELS, 1 << 22);
+    EXPECT_FALSE(load());
+}
+
+TEST_P(Textures, an_upload_reads_as_the_host_left_it_where_the_pixels_reach) {
+    create_2d(8, 8, PF_RGBA_U8);
+    data.height = 4;
+    const Unpacking set(GL_UNPACK_SKIP_ROWS, 4);
+    ASSERT_TRUE(load());
+    const Bytes pixels = pixels_of(GL_TEXTURE_2D, 8 * 4);
+    EXPECT_EQ(pixels[0], static_cast<unsigned char>(4 * 8 * 4 + 1));
+    data.height = 8;
+}
+
+TEST_P(Textures, nothing_is_uploaded_from_a_buffer_of_the_hosts) {
+    GLuint buffer = 0;
+    renderer->gl.glGenBuffers(1, &buffer);
+    create_2d(8, 8, PF_RGBA_U8);
+    renderer->gl.glBindBuffer(GL_PIXEL_UNPACK_BUFFER, buffer);
+    recorder->clear();
+    EXPECT_FALSE(load());
+    EXPECT_EQ(recorder->take(), GlCalls());
+    EXPECT_FALSE(data.loaded_in_gpu_memory);
+    renderer->gl.glBindBuffer(GL_PIXEL_UNPACK_BUFFER, 0);
+    ASSERT_TRUE(load());
+    renderer->gl.glBindBuffer(GL_PIXEL_UNPACK_BUFFER, buffer);
+    unsigned char pixel[4] = {};
+    recorder->clear();
+    EXPECT_FALSE(renderer->texture_2d_update(&data, 0, 0, 8, 8));
+    EXPECT_FALSE(renderer->texture_2d_update_pixmap(&data, 0, 0, 1, 1, PF_RGBA_U8, pixel));
+    EXPECT_EQ(recorder->take(), GlCalls());
+    renderer->gl.glBindBuffer(GL_PIXEL_UNPACK_BUFFER, 0);
+    renderer->gl.glDeleteBuffers(1, &buffer);
+    EXPECT_NO_GL_ERROR();
+}
+
 // -------------------------------------------------------------------------------- updates
 
 TEST_P(Textures, a_2d_update_takes_y_before_x_and_reads_from_the_start) {

@@ -11,6 +11,11 @@ namespace orvex {
 /// Faces of a cube texture.
 inline constexpr int num_cube_faces = 6;
 
+/// @return whether a record of a cube texture has this face
+inline bool is_cube_face(int face) {
+    return face >= 0 && face < num_cube_faces;
+}
+
 /// The source of an upload. OpenGL reads as much as the size asks for, so whoever uploads asks
 /// `has` first.
 struct TexturePixels {
@@ -18,7 +23,9 @@ struct TexturePixels {
     const void* data;    ///< null uploads no pixels
     unsigned long bytes; ///< that may be read behind `data`
 
-    /// Whether `width * height` pixels may be read; null pixels are never read.
+    /// Whether `width * height` pixels may be read the way the context is set to; null pixels are
+    /// never read. With a buffer of the host's bound for uploads there is nothing to read: the API
+    /// would take the address for a place in it.
     bool has(unsigned long width, unsigned long height) const;
 };
 
