@@ -45,6 +45,7 @@
 #include "orvex/renderer/records/counted_record.h"
 #include "orvex/renderer/records/font_data.h"
 #include "orvex/renderer/records/geometry_enums.h"
+#include "orvex/renderer/records/gpu_objects.h"
 #include "orvex/renderer/records/gpu_program_data.h"
 #include "orvex/renderer/records/gpu_program_uniform.h"
 #include "orvex/renderer/records/image.h"

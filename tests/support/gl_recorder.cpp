@@ -183,6 +183,10 @@ std::unique_ptr<orvex::PlatformContext> GlRecorder::adopt_current_context(void* 
     return orvex::native_window_platform().adopt_current_context(handle);
 }
 
+const void* GlRecorder::current_context() {
+    return orvex::native_window_platform().current_context();
+}
+
 void GlRecorder::get_version(int& major, int& minor) {
     orvex::native_window_platform().get_version(major, minor);
 }

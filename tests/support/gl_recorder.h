@@ -66,6 +66,7 @@ public:
     std::unique_ptr<orvex::PlatformContext>
     create_context(const orvex::ContextRequest& request) override;
     std::unique_ptr<orvex::PlatformContext> adopt_current_context(void* handle) override;
+    const void* current_context() override;
     void get_version(int& major, int& minor) override;
     void* get_proc_address(const char* name) override;
 

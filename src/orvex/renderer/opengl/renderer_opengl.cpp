@@ -39,6 +39,8 @@ RendererOpenGL::RendererOpenGL()
 }
 
 RendererOpenGL::~RendererOpenGL() {
+    if (started)
+        disable_client_arrays();
     RendererOpenGL::kill_all_render_windows();
 }
 
@@ -76,15 +78,13 @@ bool RendererOpenGL::start() {
         return true;
     log_life_cycle("start");
     update_thread();
-    // This may be another context than the last one: what was bound there says nothing here.
     quirks = GlQuirks::from_environment();
-    prepared_mesh = nullptr;
-    uniform_buffers.forget_context();
     gl_major = 0;
     gl_minor = 0;
     get_opengl_version(&gl_major, &gl_minor);
     gl2_context = gl_major == 2;
     started = gl.init(display_gl_func_ptr);
+    begin_context();
     start_gl_messages();
     start_gl_labels(gl);
     gl.core_profile = gl_major >= 3 && is_core_version_text(get_api_version(), quirks);
@@ -101,6 +101,7 @@ bool RendererOpenGL::stop() {
     if (!started)
         return true;
     log_life_cycle("stop");
+    disable_client_arrays();
     stop_gl_messages();
     gl.clear();
     started = false;

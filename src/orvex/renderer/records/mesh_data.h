@@ -5,6 +5,7 @@
 
 #include "orvex/api.h"
 #include "orvex/renderer/records/counted_record.h"
+#include "orvex/renderer/records/gpu_objects.h"
 #include "orvex/renderer/records/mesh_types.h"
 #include "orvex/renderer/records/vertex.h"
 #include "orvex/renderer/records/vertex_attrib_array.h"
@@ -20,7 +21,11 @@ struct MeshDataGpuState {
     unsigned long instance_buffer_bytes = 0;      ///< size last allocated
     unsigned int vertex_array_vertex_buffer = 0;  ///< vertex buffer that the array points into
     unsigned int vertex_array_element_buffer = 0; ///< element buffer bound inside it
-    bool vertex_array_stale = false; ///< its pointers no longer fit: it is to be recorded anew
+    bool vertex_array_stale = false;   ///< its pointers no longer fit: it is to be recorded anew
+    unsigned long instance_layout = 0; ///< instances, and which arrays the buffer has
+    unsigned long vertex_array_instances = 0; ///< the same as the vertex array points into it
+    unsigned long long context = 0; ///< number of the context that the vertex array belongs to
+    unsigned long long group = 0;   ///< number of the group that the buffers belong to
 };
 
 /// The storage of one mesh's geometry: vertices, faces, per-face data, instancing arrays, user
@@ -34,8 +39,9 @@ struct MeshDataGpuState {
 ///
 /// Positions are in object space. Nothing is locked. The store remembers the thread that made it,
 /// and the renderer deletes GPU objects on that thread only: after handing a model to the render
-/// thread, call `update_thread` on its stores there. Its vertex array object belongs to the
-/// context of its first prepare.
+/// thread, call `update_thread` on its stores there. The ids are those of the context that it was
+/// drawn in last; in another one it gets objects of its own, but for the buffers of contexts that
+/// share.
 ///
 /// @code
 /// MeshData* data = mesh->get_mesh_data();
@@ -127,7 +133,8 @@ struct ORVEX_API MeshData : CountedRecord, ThreadRecord {
     VertexAttribArray tangent;  ///< separate tangents of format 0
     Vertex* vertices = nullptr; ///< the interleaved array of format 0
 
-    MeshDataGpuState gpu_state; ///< the back end's own
+    MeshDataGpuState gpu_state;        ///< the back end's own
+    GpuObjectsElsewhere gpu_elsewhere; ///< the back end's own
 
     /// Makes an empty store with reference count 0, owned by the calling thread.
     explicit MeshData(VERTEX_FORMAT format = VERTEX_FORMAT_96);

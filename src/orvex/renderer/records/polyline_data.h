@@ -5,6 +5,7 @@
 
 #include "orvex/api.h"
 #include "orvex/renderer/records/counted_record.h"
+#include "orvex/renderer/records/gpu_objects.h"
 #include "orvex/renderer/records/vertex.h"
 #include "orvex/renderer/records/vertex_attrib_array.h"
 
@@ -16,6 +17,8 @@ struct PolylineGpuState {
     unsigned long vertex_buffer_bytes = 0;       ///< size last allocated
     unsigned int vertex_array_vertex_buffer = 0; ///< vertex buffer that the array points into
     bool vertex_array_stale = false; ///< its pointers no longer fit: it is to be recorded anew
+    unsigned long long context = 0;  ///< number of the context that the vertex array belongs to
+    unsigned long long group = 0;    ///< number of the group that the buffers belong to
 };
 
 /// The storage of one polyline: its vertices, always interleaved records of 96 bytes, how they are
@@ -26,8 +29,9 @@ struct PolylineGpuState {
 /// of `Polyline`.
 ///
 /// Positions are in object space. Nothing is locked. The store remembers the thread that made it,
-/// and the renderer deletes GPU objects on that thread only: `update_thread` hands it over. Its
-/// vertex array object belongs to the context of its first prepare.
+/// and the renderer deletes GPU objects on that thread only: `update_thread` hands it over. The ids
+/// are those of the context that it was drawn in last; in another one it gets objects of its own,
+/// but for the buffer of contexts that share.
 ///
 /// @code
 /// PolylineData* data = polyline->get_polyline_data();
@@ -81,7 +85,8 @@ struct ORVEX_API PolylineData : CountedRecord, ThreadRecord {
     /// default here at the first upload.
     unsigned int vertex_buffer_usage = 0;
 
-    PolylineGpuState gpu_state; ///< the back end's own
+    PolylineGpuState gpu_state;        ///< the back end's own
+    GpuObjectsElsewhere gpu_elsewhere; ///< the back end's own
 
     /// Makes an empty store with reference count 0, owned by the calling thread.
     PolylineData();

@@ -4,6 +4,7 @@
 /// `VertexPoolData`, the storage of one point pool.
 
 #include "orvex/api.h"
+#include "orvex/renderer/records/gpu_objects.h"
 #include "orvex/renderer/records/vertex.h"
 #include "orvex/renderer/records/vertex_attrib_array.h"
 #include "orvex/renderer/renderer_types.h"
@@ -17,6 +18,8 @@ struct VertexPoolGpuState {
     unsigned int vertex_array_vertex_buffer = 0; ///< vertex buffer that the array points into
     bool separate = false;                       ///< layout that the buffer was made for
     bool vertex_array_stale = false; ///< its pointers no longer fit: it is to be recorded anew
+    unsigned long long context = 0;  ///< number of the context that the vertex array belongs to
+    unsigned long long group = 0;    ///< number of the group that the buffers belong to
 };
 
 /// The storage of one point pool: its points and the ids of the GPU objects made from them.
@@ -27,8 +30,9 @@ struct VertexPoolGpuState {
 /// The fields are public because the renderer reads and fills them, and simulations write the
 /// arrays; hosts go through the operations of `VertexPool`.
 ///
-/// Positions are in object space. Nothing is locked. The vertex array object belongs to the context
-/// of its first prepare.
+/// Positions are in object space. Nothing is locked. The ids are those of the context that it was
+/// drawn in last; in another one it gets objects of its own, but for the buffer of contexts that
+/// share.
 ///
 /// @code
 /// VertexPoolData* data = pool->get_vertex_pool_data();
@@ -57,7 +61,8 @@ struct ORVEX_API VertexPoolData {
     VertexAttribArray_3f normal;            ///< separate normals, location 2; not uploaded
     VertexAttribArray color;                ///< separate colours, location 1
 
-    VertexPoolGpuState gpu_state; ///< the back end's own
+    VertexPoolGpuState gpu_state;      ///< the back end's own
+    GpuObjectsElsewhere gpu_elsewhere; ///< the back end's own
 
     /// Makes an empty store.
     VertexPoolData();

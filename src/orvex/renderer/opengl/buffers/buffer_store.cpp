@@ -32,7 +32,16 @@ unsigned int create_buffer(const ORVEX_Renderer_OpenGL_Func& gl, GLenum target, 
 void delete_buffer(GlState& state, unsigned int& id) {
     if (id == 0)
         return;
-    state.client_arrays.forget_buffer(state.gl, id);
+    ContextState& context = state.context();
+    if (context.client_arrays.reads(id)) {
+        // They are no part of the vertex array of an unfinished prepare, which comes back.
+        const unsigned int array = context.bound_array;
+        state.release_vertex_array();
+        context.client_arrays.forget_buffer(state.gl, id);
+        context.bound_array = array;
+        if (array != 0)
+            state.gl.glBindVertexArray(array);
+    }
     state.gl.glDeleteBuffers(1, &id);
     id = 0;
 }

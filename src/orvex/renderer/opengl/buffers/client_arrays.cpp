@@ -1,5 +1,8 @@
 #include "orvex/renderer/opengl/buffers/private/client_arrays.h"
 
+#include <algorithm>
+#include <iterator>
+
 namespace orvex {
 
 namespace {
@@ -46,7 +49,8 @@ void ClientArrays::enable_generic(const ORVEX_Renderer_OpenGL_Func& gl, int loca
 void ClientArrays::disable_generic(const ORVEX_Renderer_OpenGL_Func& gl, int location) {
     if (location < num_generic)
         generic[location] = {};
-    gl.glDisableVertexAttribArray(static_cast<GLuint>(location));
+    if (gl.glDisableVertexAttribArray)
+        gl.glDisableVertexAttribArray(static_cast<GLuint>(location));
 }
 
 void ClientArrays::begin_prepare() {
@@ -56,27 +60,35 @@ void ClientArrays::begin_prepare() {
         state.set_by_prepare = false;
 }
 
-void ClientArrays::end_prepare(const ORVEX_Renderer_OpenGL_Func& gl, unsigned long num_vertices) {
-    const auto too_short = [num_vertices](const State& state) {
-        return state.buffer != 0 && !state.set_by_prepare && state.num_vertices < num_vertices;
-    };
+template<class Holds>
+void ClientArrays::disable_where(const ORVEX_Renderer_OpenGL_Func& gl, Holds holds) {
     for (int i = 0; i < num_fixed; ++i)
-        if (too_short(fixed[i]))
+        if (holds(fixed[i]))
             disable(gl, static_cast<ClientArray>(i));
     for (int i = 0; i < num_generic; ++i)
-        if (too_short(generic[i]))
+        if (holds(generic[i]))
             disable_generic(gl, i);
 }
 
+void ClientArrays::end_prepare(const ORVEX_Renderer_OpenGL_Func& gl, unsigned long num_vertices) {
+    disable_where(gl, [num_vertices](const State& state) {
+        return state.buffer != 0 && !state.set_by_prepare && state.num_vertices < num_vertices;
+    });
+}
+
+void ClientArrays::disable_all(const ORVEX_Renderer_OpenGL_Func& gl) {
+    disable_where(gl, [](const State& state) { return state.buffer != 0; });
+}
+
+bool ClientArrays::reads(unsigned int buffer) const {
+    const auto holds = [buffer](const State& state) { return state.buffer == buffer; };
+    return buffer != 0 && (std::any_of(std::begin(fixed), std::end(fixed), holds) ||
+                           std::any_of(std::begin(generic), std::end(generic), holds));
+}
+
 void ClientArrays::forget_buffer(const ORVEX_Renderer_OpenGL_Func& gl, unsigned int buffer) {
-    if (buffer == 0)
-        return;
-    for (int i = 0; i < num_fixed; ++i)
-        if (fixed[i].buffer == buffer)
-            disable(gl, static_cast<ClientArray>(i));
-    for (int i = 0; i < num_generic; ++i)
-        if (generic[i].buffer == buffer)
-            disable_generic(gl, i);
+    if (buffer != 0)
+        disable_where(gl, [buffer](const State& state) { return state.buffer == buffer; });
 }
 
 } // namespace orvex

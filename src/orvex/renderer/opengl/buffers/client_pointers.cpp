@@ -5,7 +5,8 @@
 namespace orvex {
 
 void point_client_generic(GlState& state, int location, const ClientPlace& place) {
-    state.client_arrays.enable_generic(state.gl, location, place.buffer, place.num_vertices);
+    state.context().client_arrays.enable_generic(state.gl, location, place.buffer,
+                                                 place.num_vertices);
     state.gl.glVertexAttribPointer(static_cast<GLuint>(location), static_cast<GLint>(place.dim),
                                    GL_FLOAT, GL_FALSE, static_cast<GLsizei>(place.stride),
                                    buffer_offset(place.offset));
@@ -20,7 +21,7 @@ void point_uv(GlState& state, ClientArray array, const ClientPlace& place) {
     state.gl.glClientActiveTexture(array == ClientArray::uv0 ? GL_TEXTURE0 : GL_TEXTURE1);
     glTexCoordPointer(static_cast<GLint>(place.dim), GL_FLOAT, static_cast<GLsizei>(place.stride),
                       buffer_offset(place.offset));
-    state.client_arrays.enable(array, place.buffer, place.num_vertices);
+    state.context().client_arrays.enable(array, place.buffer, place.num_vertices);
 }
 
 } // namespace
@@ -29,7 +30,7 @@ void point_client_attribute(GlState& state, int index, int location, const Clien
     const auto dim = static_cast<GLint>(place.dim);
     const auto stride = static_cast<GLsizei>(place.stride);
     const void* const offset = buffer_offset(place.offset);
-    ClientArrays& arrays = state.client_arrays;
+    ClientArrays& arrays = state.context().client_arrays;
     switch (index) {
     case at_position:
         glVertexPointer(dim, GL_FLOAT, stride, offset);

@@ -174,6 +174,7 @@ void upload_quad_edges(const GlState& state, MeshData& mesh) {
     BufferStore store(state.gl, GL_ELEMENT_ARRAY_BUFFER, "quad edges", mesh.quad_edge_buffer_id,
                       mesh.gpu_state.quad_edge_buffer_bytes);
     const unsigned long bytes = mesh.num_quad_edges * sizeof(unsigned int);
+    state.release_vertex_array();
     // A new buffer takes its edges as it is made, and its flag stays as it is.
     if (!store.exists()) {
         store.allocate(bytes, mesh.quad_edges, index_usage(state, mesh));

@@ -1,33 +1,45 @@
 #include "orvex/renderer/opengl/buffers/private/mesh_family.h"
 
 #include "orvex/renderer/opengl/buffers/private/mesh_buffers.h"
-#include "orvex/renderer/opengl/state/private/gl_state.h"
+#include "orvex/renderer/opengl/buffers/private/record_contexts.h"
 
 namespace orvex {
+
+void MeshFamily::begin_prepare(MeshData& mesh) {
+    enter_context(state, mesh);
+    // Client arrays would be pointed inside it.
+    if (!mesh.get_use_generic_vertex_attribs_state())
+        state.release_vertex_array();
+    state.context().prepared_elements = 0;
+}
+
+bool MeshFamily::end_prepare(const MeshData& mesh, bool ready) {
+    state.context().prepared_mesh = ready ? &mesh : nullptr;
+    return ready;
+}
 
 bool MeshFamily::prepare(MeshData* mesh) {
     if (!mesh)
         return false;
-    const bool ready = mesh->get_use_generic_vertex_attribs_state()
-                           ? vertex_buffer_prepare_gl3(mesh)
-                           : vertex_buffer_prepare_gl2(mesh);
-    state.prepared_mesh = ready ? mesh : nullptr;
-    return ready;
+    begin_prepare(*mesh);
+    return end_prepare(*mesh, mesh->get_use_generic_vertex_attribs_state()
+                                  ? vertex_buffer_prepare_gl3(mesh)
+                                  : vertex_buffer_prepare_gl2(mesh));
 }
 
 bool MeshFamily::prepare_separate_arrays(MeshData* mesh) {
     if (!mesh)
         return false;
-    const bool ready = mesh->get_use_generic_vertex_attribs_state()
-                           ? vertex_buffer_prepare_separate_arrays_gl3(mesh)
-                           : vertex_buffer_prepare_separate_arrays_gl2(mesh);
-    state.prepared_mesh = ready ? mesh : nullptr;
-    return ready;
+    begin_prepare(*mesh);
+    return end_prepare(*mesh, mesh->get_use_generic_vertex_attribs_state()
+                                  ? vertex_buffer_prepare_separate_arrays_gl3(mesh)
+                                  : vertex_buffer_prepare_separate_arrays_gl2(mesh));
 }
 
 bool MeshFamily::draw(MeshData* mesh) {
     if (!mesh)
         return false;
+    state.look_at_context();
     return mesh->get_use_generic_vertex_attribs_state() ? vertex_buffer_draw_gl3(mesh)
                                                         : vertex_buffer_draw_gl2(mesh);
 }
@@ -35,7 +47,8 @@ bool MeshFamily::draw(MeshData* mesh) {
 bool MeshFamily::finish(MeshData* mesh) {
     if (!mesh)
         return false;
-    state.prepared_mesh = nullptr;
+    state.look_at_context();
+    state.context().prepared_mesh = nullptr;
     return mesh->get_use_generic_vertex_attribs_state() ? vertex_buffer_finish_gl3(mesh)
                                                         : vertex_buffer_finish_gl2(mesh);
 }
@@ -44,8 +57,9 @@ bool MeshFamily::kill(MeshData* mesh) {
     // Objects are deleted on the thread of their context only.
     if (!mesh || Thread() != mesh->thread)
         return false;
-    if (state.prepared_mesh == mesh)
-        state.prepared_mesh = nullptr;
+    enter_context(state, *mesh);
+    if (state.context().prepared_mesh == mesh)
+        state.context().prepared_mesh = nullptr;
     return mesh->get_use_generic_vertex_attribs_state() ? vertex_buffer_kill_gl3(mesh)
                                                         : vertex_buffer_kill_gl2(mesh);
 }
@@ -54,7 +68,10 @@ bool MeshFamily::resize(MeshData* mesh) {
     if (!mesh || mesh->separate_vertex_arrays || mesh->vertex_buffer_id == 0 ||
         !has_entries(state.gl.glBindBuffer, state.gl.glBufferData))
         return false;
+    enter_context(state, *mesh);
     BufferStore store = mesh_buffers::vertex_store(state, *mesh);
+    if (!store.exists())
+        return false;
     store.bind();
     store.resize_bound(mesh_buffers::record_bytes(*mesh),
                        mesh_buffers::vertex_usage(state, mesh->vertex_buffer_usage));

@@ -4,6 +4,7 @@
 
 #include "orvex/renderer/opengl/buffers/private/mesh_buffers.h"
 #include "orvex/renderer/opengl/buffers/private/mesh_family.h"
+#include "orvex/renderer/opengl/buffers/private/record_contexts.h"
 #include "orvex/renderer/opengl/state/private/gl_state.h"
 
 // Meshes by client arrays. Every prepare binds the buffers and points the arrays anew, and leaves
@@ -79,6 +80,16 @@ void bind_faces(const GlState& state, MeshData& mesh) {
     }
 }
 
+/// Binds what an indexed draw reads: the edges in the place of the faces, if they are drawn.
+void bind_elements(const GlState& state, MeshData& mesh) {
+    bind_faces(state, mesh);
+    upload_quad_edges(state, mesh);
+    unsigned int bound = face_list(mesh) ? mesh.index_buffer_id : 0;
+    if (mesh.render_wireframe_quad && mesh.quad_edges)
+        bound = mesh.quad_edge_buffer_id;
+    state.context().prepared_elements = bound;
+}
+
 } // namespace
 
 bool MeshFamily::vertex_buffer_prepare_gl2(MeshData* mesh) {
@@ -100,12 +111,11 @@ bool MeshFamily::vertex_buffer_prepare_gl2(MeshData* mesh) {
     }
     upload_interleaved_users(state, *mesh, size, Binding::is_bound);
 
-    state.client_arrays.begin_prepare();
+    state.context().client_arrays.begin_prepare();
     visit_interleaved(*mesh, attributes_of(*mesh),
                       [&](const MeshArray& array) { point_client_array(state, *mesh, array); });
-    state.client_arrays.end_prepare(state.gl, mesh->num_vertices);
-    bind_faces(state, *mesh);
-    upload_quad_edges(state, *mesh);
+    state.context().client_arrays.end_prepare(state.gl, mesh->num_vertices);
+    bind_elements(state, *mesh);
     return true;
 }
 
@@ -117,16 +127,15 @@ bool MeshFamily::vertex_buffer_prepare_separate_arrays_gl2(MeshData* mesh) {
     bind_vertices(state, *mesh, separate_bytes(*mesh, attributes));
     upload_blocks(state, *mesh, attributes, Blocks::dirty);
 
-    state.client_arrays.begin_prepare();
+    state.context().client_arrays.begin_prepare();
     visit_separate(*mesh, attributes, [&](MeshArray array) {
         // A normal of four floats is read as three in steps of its size.
         if (array.index == at_normal && array.dim != 3)
             array.stride = array.element_size;
         point_client_array(state, *mesh, array);
     });
-    state.client_arrays.end_prepare(state.gl, mesh->num_vertices);
-    bind_faces(state, *mesh);
-    upload_quad_edges(state, *mesh);
+    state.context().client_arrays.end_prepare(state.gl, mesh->num_vertices);
+    bind_elements(state, *mesh);
     return true;
 }
 
@@ -134,9 +143,10 @@ bool MeshFamily::vertex_buffer_finish_gl2(MeshData* mesh) {
     const ORVEX_Renderer_OpenGL_Func& gl = state.gl;
     if (!has_entries(gl.glBindBuffer, gl.glDisableVertexAttribArray))
         return false;
+    state.release_vertex_array();
     gl.glBindBuffer(GL_ELEMENT_ARRAY_BUFFER, 0);
     gl.glBindBuffer(GL_ARRAY_BUFFER, 0);
-    ClientArrays& arrays = state.client_arrays;
+    ClientArrays& arrays = state.context().client_arrays;
     arrays.disable(gl, ClientArray::vertex);
     // An interleaved store has none of these pointers: its arrays stay enabled until the next
     // prepare points them elsewhere.
@@ -161,9 +171,13 @@ bool MeshFamily::vertex_buffer_kill_gl2(MeshData* mesh) {
     delete_buffer(state, mesh->instance_buffer_id);
     delete_buffer(state, mesh->index_buffer_id);
     delete_buffer(state, mesh->quad_edge_buffer_id);
+    bury_elsewhere(*mesh);
     // The vertex array stays, over buffers that are gone and whose names may come again.
-    mesh->gpu_state = {};
-    mesh->gpu_state.vertex_array_stale = mesh->vertex_array_id != 0;
+    MeshDataGpuState left;
+    left.vertex_array_stale = mesh->vertex_array_id != 0;
+    left.context = mesh->gpu_state.context;
+    left.group = mesh->gpu_state.group;
+    mesh->gpu_state = left;
     return true;
 }
 

@@ -1,6 +1,7 @@
 #include "orvex/renderer/opengl/buffers/private/mesh_buffers.h"
 #include "orvex/renderer/opengl/buffers/private/mesh_family.h"
 #include "orvex/renderer/opengl/buffers/private/mesh_instances.h"
+#include "orvex/renderer/opengl/buffers/private/record_contexts.h"
 #include "orvex/renderer/opengl/buffers/private/vertex_array.h"
 #include "orvex/renderer/opengl/state/private/gl_state.h"
 
@@ -22,6 +23,9 @@ void upload_faces(const GlState& state, MeshData& mesh) {
     }
     BufferStore store = face_store(state, mesh);
     const unsigned long bytes = face_list_bytes(mesh);
+    if (store.fits(bytes) && !mesh.faces_need_update)
+        return;
+    state.release_vertex_array();
     if (!store.fits(bytes)) {
         // A new buffer takes its faces as it is made.
         const bool is_new = !store.exists();
@@ -77,12 +81,16 @@ void prepare_rest(const GlState& state, MeshData& mesh, Layout layout) {
     upload_instances(state, mesh);
     upload_faces(state, mesh);
     upload_quad_edges(state, mesh);
-    VertexArray array = vertex_array_of(state.gl, mesh);
-    if (array.bind(mesh.vertex_buffer_id))
+    check_instances(mesh);
+    const bool is_new = bind_vertex_array(state, mesh);
+    // What the array of a host holds is the host's affair.
+    const bool is_recorded_here = vertex_array_of(state.gl, mesh).is_recorded_here();
+    if (is_new)
         record_vertex_array(state, mesh, layout);
-    else if (array.is_recorded_here() &&
-             mesh.gpu_state.vertex_array_element_buffer != drawn_elements(mesh))
+    else if (is_recorded_here && mesh.gpu_state.vertex_array_element_buffer != drawn_elements(mesh))
         bind_elements(state, mesh);
+    state.context().prepared_elements =
+        is_recorded_here ? mesh.gpu_state.vertex_array_element_buffer : drawn_elements(mesh);
 }
 
 void size_interleaved(const GlState& state, MeshData& mesh) {
@@ -108,7 +116,7 @@ void size_separate(const GlState& state, MeshData& mesh, const Attributes& attri
         upload_blocks(state, mesh, attributes, Blocks::all);
     } else {
         raise_all_flags(mesh);
-        mesh.gpu_state.vertex_array_stale = true;
+        outdate_arrays(mesh);
     }
     store.unbind();
 }
@@ -157,20 +165,24 @@ bool MeshFamily::vertex_buffer_finish_gl3(MeshData*) {
     if (!state.gl.glBindVertexArray)
         return false;
     state.gl.glBindVertexArray(0);
+    state.context().bound_array = 0;
     return true;
 }
 
 bool MeshFamily::vertex_buffer_kill_gl3(MeshData* mesh) {
     if (!state.gl.glDeleteBuffers || (mesh->vertex_array_id != 0 && !state.gl.glDeleteVertexArrays))
         return false;
-    vertex_array_of(state.gl, *mesh).destroy();
+    delete_vertex_array(state, *mesh);
     delete_buffer(state, mesh->vertex_buffer_id);
     delete_buffer(state, mesh->instance_buffer_id);
     delete_buffer(state, mesh->index_buffer_id);
+    bury_elsewhere(*mesh);
     // The quad edge buffer stays.
-    const unsigned long quad_edge_buffer_bytes = mesh->gpu_state.quad_edge_buffer_bytes;
-    mesh->gpu_state = {};
-    mesh->gpu_state.quad_edge_buffer_bytes = quad_edge_buffer_bytes;
+    MeshDataGpuState left;
+    left.quad_edge_buffer_bytes = mesh->gpu_state.quad_edge_buffer_bytes;
+    left.context = mesh->gpu_state.context;
+    left.group = mesh->gpu_state.group;
+    mesh->gpu_state = left;
     return true;
 }
 

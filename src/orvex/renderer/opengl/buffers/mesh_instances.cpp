@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <utility>
 
 #include "orvex/renderer/opengl/buffers/private/buffer_store.h"
 #include "orvex/renderer/opengl/buffers/private/vertex_array.h"
@@ -33,22 +34,42 @@ BufferStore instance_store(const GlState& state, MeshData& mesh) {
             mesh.gpu_state.instance_buffer_bytes};
 }
 
-/// Makes the instance buffer, or makes it anew when the record needs another size. The blocks lie
-/// elsewhere then, so that the vertex array is outdated.
+/// Says where each block lies: the number of instances, and a bit for each array that is there.
+/// 0 without instances.
+unsigned long instance_layout(MeshData& mesh) {
+    unsigned long layout = mesh.num_instances;
+    unsigned long any = 0;
+    for (const InstanceArray& instances : instance_arrays(mesh)) {
+        const unsigned long bit = instances.array.data ? 1 : 0;
+        layout = layout * 2 + bit;
+        any |= bit;
+    }
+    return mesh.num_instances != 0 && any != 0 ? layout : 0;
+}
+
+void raise_instance_flags(MeshData& mesh) {
+    for (const InstanceArray& instances : instance_arrays(mesh))
+        instances.need_update = true;
+}
+
+/// Makes the instance buffer, or makes it anew when the record needs another size. Blocks that lie
+/// elsewhere than before are uploaded anew.
 void size_instance_buffer(const GlState& state, MeshData& mesh) {
     unsigned long bytes = 0;
     for (const InstanceArray& instances : instance_arrays(mesh))
         bytes += instances.array.data ? block_bytes(mesh) : 0;
+    if (bytes == 0)
+        return;
+    const unsigned long former =
+        std::exchange(mesh.gpu_state.instance_layout, instance_layout(mesh));
     BufferStore store = instance_store(state, mesh);
-    if (bytes == 0 || store.fits(bytes))
-        return;
-    const bool is_new = store.allocate(bytes, nullptr, GL_DYNAMIC_DRAW);
-    store.unbind();
-    if (is_new)
-        return;
-    for (const InstanceArray& instances : instance_arrays(mesh))
-        instances.need_update = true;
-    mesh.gpu_state.vertex_array_stale = true;
+    const bool existed = store.exists();
+    if (!store.fits(bytes)) {
+        store.allocate(bytes, nullptr, GL_DYNAMIC_DRAW);
+        store.unbind();
+    }
+    if (existed && former != mesh.gpu_state.instance_layout)
+        raise_instance_flags(mesh);
 }
 
 } // namespace
@@ -76,6 +97,14 @@ void upload_instances(const GlState& state, MeshData& mesh) {
         offset += block_bytes(mesh);
     }
     store.unbind();
+}
+
+void check_instances(MeshData& mesh) {
+    MeshDataGpuState& gpu = mesh.gpu_state;
+    const unsigned long layout = mesh.num_instances != 0 ? gpu.instance_layout : 0;
+    if (gpu.vertex_array_vertex_buffer != 0 && gpu.vertex_array_instances != layout)
+        gpu.vertex_array_stale = true;
+    gpu.vertex_array_instances = layout;
 }
 
 void point_instances(const GlState& state, MeshData& mesh) {

@@ -37,8 +37,8 @@ bool make_buffer(const GlState& state, VertexPoolData& pool, unsigned long bytes
         return false;
     allocate_vertices(state, pool, bytes, points, pool_usage(state, pool));
     // Blocks and records lie elsewhere than those of the buffer before.
-    if (pool.vertex_array_id != 0 && (pool.separate_vertex_arrays || pool.gpu_state.separate))
-        pool.gpu_state.vertex_array_stale = true;
+    if (pool.separate_vertex_arrays || pool.gpu_state.separate)
+        outdate_arrays(pool);
     pool.gpu_state.separate = pool.separate_vertex_arrays;
     return true;
 }
@@ -97,7 +97,7 @@ void disable_point_state() {
 bool PointFamily::prepare(VertexPoolData* pool) {
     if (!pool)
         return false;
-    state.prepared_mesh = nullptr;
+    begin_other_prepare(state, *pool);
     return pool->use_generic_vertex_attribs ? _vertex_pool_render_prepare_gl3(pool)
                                             : _vertex_pool_render_prepare_gl2(pool);
 }
@@ -115,7 +115,7 @@ bool PointFamily::draw(VertexPoolData* pool) {
 bool PointFamily::finish(VertexPoolData* pool) {
     if (!pool)
         return false;
-    state.prepared_mesh = nullptr;
+    state.context().prepared_mesh = nullptr;
     return pool->use_generic_vertex_attribs ? _vertex_pool_render_finish_gl3(pool)
                                             : _vertex_pool_render_finish_gl2(pool);
 }
@@ -139,13 +139,13 @@ bool PointFamily::_vertex_pool_render_prepare_gl2(VertexPoolData* pool) {
     if (pool->vertices_need_update)
         upload_records(state, *pool);
 
-    state.client_arrays.begin_prepare();
+    state.context().client_arrays.begin_prepare();
     point_array(state, *pool, at_position, 4, sizeof(Vertex), offsetof(Vertex, position));
     if (pool->has_color)
         point_array(state, *pool, at_color, 4, sizeof(Vertex), offsetof(Vertex, color));
     if (pool->has_normal)
         point_array(state, *pool, at_normal, 4, sizeof(Vertex), offsetof(Vertex, normal));
-    state.client_arrays.end_prepare(state.gl, pool->num_vertices);
+    state.context().client_arrays.end_prepare(state.gl, pool->num_vertices);
     enable_point_state(true);
     return true;
 }
@@ -156,10 +156,10 @@ bool PointFamily::_vertex_pool_render_prepare_separate_arrays_gl2(VertexPoolData
     make_block_buffer(state, *pool);
     upload_blocks(state, *pool);
 
-    state.client_arrays.begin_prepare();
+    state.context().client_arrays.begin_prepare();
     point_array(state, *pool, at_position, 3, 0, 0);
     point_array(state, *pool, at_color, 4, 0, positions_bytes(*pool));
-    state.client_arrays.end_prepare(state.gl, pool->num_vertices);
+    state.context().client_arrays.end_prepare(state.gl, pool->num_vertices);
     enable_point_state(true);
     return true;
 }
@@ -168,8 +168,9 @@ bool PointFamily::_vertex_pool_render_finish_gl2(VertexPoolData* pool) {
     const ORVEX_Renderer_OpenGL_Func& gl = state.gl;
     if (!has_entries(gl.glBindBuffer, gl.glDisableVertexAttribArray))
         return false;
+    state.release_vertex_array();
     disable_point_state();
-    ClientArrays& arrays = state.client_arrays;
+    ClientArrays& arrays = state.context().client_arrays;
     arrays.disable(gl, ClientArray::vertex);
     if (pool->separate_vertex_arrays) {
         arrays.disable(gl, ClientArray::color);
@@ -201,7 +202,7 @@ bool PointFamily::_vertex_pool_render_prepare_gl3(VertexPoolData* pool) {
         store.unbind();
     }
 
-    if (vertex_array_of(state.gl, *pool).bind(pool->vertex_buffer_id)) {
+    if (bind_vertex_array(state, *pool)) {
         point_attribute(state.gl, 0, 4, sizeof(Vertex), offsetof(Vertex, position));
         if (pool->has_color)
             point_attribute(state.gl, 1, 4, sizeof(Vertex), offsetof(Vertex, color));
@@ -218,7 +219,7 @@ bool PointFamily::_vertex_pool_render_prepare_separate_arrays_gl3(VertexPoolData
     make_block_buffer(state, *pool);
     // It stays bound: nothing but the vertex array matters to the draw.
     upload_blocks(state, *pool);
-    if (vertex_array_of(state.gl, *pool).bind(pool->vertex_buffer_id)) {
+    if (bind_vertex_array(state, *pool)) {
         point_attribute(state.gl, 0, 3, 0, 0);
         point_attribute(state.gl, 1, 4, 0, positions_bytes(*pool));
     }
@@ -231,6 +232,7 @@ bool PointFamily::_vertex_pool_render_finish_gl3(VertexPoolData*) {
         return false;
     disable_point_state();
     state.gl.glBindVertexArray(0);
+    state.context().bound_array = 0;
     return true;
 }
 

@@ -61,7 +61,7 @@ void upload_records(const GlState& state, PolylineData& polyline) {
 bool PolylineFamily::prepare_gl3(PolylineData* polyline) {
     if (!polyline || !has_vertices(*polyline) || !state.can_draw_vertex_arrays())
         return false;
-    state.prepared_mesh = nullptr;
+    begin_other_prepare(state, *polyline);
     const BufferStore store = vertex_store_of(state, *polyline);
     if (make_buffer(state, *polyline))
         store.unbind();
@@ -71,7 +71,7 @@ bool PolylineFamily::prepare_gl3(PolylineData* polyline) {
         store.unbind();
     }
 
-    if (!vertex_array_of(state.gl, *polyline).bind(polyline->vertex_buffer_id))
+    if (!bind_vertex_array(state, *polyline))
         return true;
     for (const Attribute& attribute : attributes_of(*polyline))
         if (attribute.present && attribute.location >= 0)
@@ -82,13 +82,14 @@ bool PolylineFamily::prepare_gl3(PolylineData* polyline) {
 bool PolylineFamily::prepare_gl2(PolylineData* polyline) {
     if (!polyline || !has_vertices(*polyline) || !state.can_draw_client_arrays())
         return false;
-    state.prepared_mesh = nullptr;
+    begin_other_prepare(state, *polyline);
+    state.release_vertex_array();
     if (!make_buffer(state, *polyline))
         vertex_store_of(state, *polyline).bind();
     if (any_vertex_flag(*polyline))
         upload_records(state, *polyline);
 
-    state.client_arrays.begin_prepare();
+    state.context().client_arrays.begin_prepare();
     int index = at_position;
     for (const Attribute& attribute : attributes_of(*polyline)) {
         if (attribute.present)
@@ -97,7 +98,7 @@ bool PolylineFamily::prepare_gl2(PolylineData* polyline) {
                                     sizeof(Vertex), attribute.offset});
         ++index;
     }
-    state.client_arrays.end_prepare(state.gl, polyline->num_vertices);
+    state.context().client_arrays.end_prepare(state.gl, polyline->num_vertices);
     return true;
 }
 
@@ -132,19 +133,21 @@ bool PolylineFamily::draw(PolylineData* polyline, int start, int count) {
 bool PolylineFamily::finish(PolylineData* polyline) {
     if (!polyline)
         return false;
-    state.prepared_mesh = nullptr;
+    state.context().prepared_mesh = nullptr;
     const ORVEX_Renderer_OpenGL_Func& gl = state.gl;
     if (polyline->vertex_array_id != 0) {
         // Whichever path ran: after the one of client arrays those stay enabled until the next
         // prepare points them elsewhere.
         if (gl.glBindVertexArray)
             gl.glBindVertexArray(0);
+        state.context().bound_array = 0;
         return gl.glBindVertexArray != nullptr;
     }
     if (!has_entries(gl.glBindBuffer, gl.glDisableVertexAttribArray))
         return false;
+    state.release_vertex_array();
     gl.glBindBuffer(GL_ARRAY_BUFFER, 0);
-    ClientArrays& arrays = state.client_arrays;
+    ClientArrays& arrays = state.context().client_arrays;
     arrays.disable(gl, ClientArray::vertex);
     arrays.disable(gl, ClientArray::color);
     arrays.disable(gl, ClientArray::normal);

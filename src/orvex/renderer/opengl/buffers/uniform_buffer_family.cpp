@@ -13,7 +13,7 @@ void UniformBufferFamily::force_usage(BUFFER_OBJECT_USAGE usage) {
 
 void UniformBufferFamily::bind_uniform_buffer(unsigned int id) {
     state.gl.glBindBuffer(GL_UNIFORM_BUFFER, id);
-    bound_uniform_buffer = id;
+    state.context().bound_uniforms = id;
 }
 
 bool UniformBufferFamily::can_initialize() const {
@@ -56,8 +56,8 @@ bool UniformBufferFamily::kill(UniformBufferData* block) {
     if (!block || block->buffer == 0 || !state.gl.glDeleteBuffers)
         return false;
     state.gl.glDeleteBuffers(1, &block->buffer);
-    if (bound_uniform_buffer == block->buffer)
-        bound_uniform_buffer = 0;
+    if (state.context().bound_uniforms == block->buffer)
+        state.context().bound_uniforms = 0;
     block->buffer = 0;
     block->bound = false;
     block->mapped = nullptr;
@@ -70,7 +70,7 @@ void* UniformBufferFamily::map(UniformBufferData* block) {
         return nullptr;
     bind(block);
     // A block that is bound stays so when another one is; what is mapped has to be this one's.
-    if (bound_uniform_buffer != block->buffer)
+    if (state.context().bound_uniforms != block->buffer)
         bind_uniform_buffer(block->buffer);
     block->mapped = state.gl.glMapBuffer(GL_UNIFORM_BUFFER, GL_WRITE_ONLY);
     block->mapped_size = block->mapped ? block->size : 0;
@@ -114,7 +114,7 @@ bool UniformBufferFamily::bind_base(UniformBufferData* block) {
         return false;
     if (!block->bound) {
         state.gl.glBindBufferBase(GL_UNIFORM_BUFFER, block->binding, block->buffer);
-        bound_uniform_buffer = block->buffer;
+        state.context().bound_uniforms = block->buffer;
         block->bound = true;
     }
     return true;

@@ -2,8 +2,10 @@
 
 #include <cstdarg>
 #include <cstdio>
+#include <utility>
 
 #include "orvex/base/log_mgr.h"
+#include "orvex/renderer/opengl/buffers/private/buffer_store.h"
 #include "orvex/renderer/renderer.h"
 
 namespace orvex {
@@ -16,11 +18,71 @@ constexpr unsigned long log_buffer_bytes = 16384;
 
 GlState::GlState(const Renderer* owner)
     : owner(owner)
-    , log_buffer(log_buffer_bytes) {}
+    , log_buffer(log_buffer_bytes)
+    , current(std::make_shared<ContextState>(0, false, std::make_shared<ShareGroup>(0, false))) {}
 
 int GlState::renderer_id() const {
     return owner ? owner->getid() : 0;
 }
+
+// The context
+
+void GlState::take_up_context(const void* native, unsigned long changes) {
+    current = contexts::of(native);
+    seen_native = native;
+    seen_changes = changes;
+    delete_buried();
+}
+
+namespace {
+
+template<class Entry>
+void delete_all(Entry entry, const std::vector<GLuint>& ids) {
+    for (const GLuint id : ids)
+        if (entry)
+            entry(id);
+}
+
+} // namespace
+
+void GlState::delete_buried() {
+    BuriedObjects objects;
+    std::vector<GLuint> arrays;
+    {
+        const std::lock_guard<std::mutex> guard(current->group->mutex);
+        objects = std::exchange(current->group->buried, {});
+        arrays = std::exchange(current->buried_arrays, {});
+    }
+    if (gl.glDeleteVertexArrays)
+        for (const GLuint id : arrays)
+            gl.glDeleteVertexArrays(1, &id);
+    for (GLuint id : objects.buffers)
+        if (gl.glDeleteBuffers)
+            delete_buffer(*this, id);
+    for (const GLuint id : objects.textures)
+        glDeleteTextures(1, &id);
+    delete_all(gl.glDeleteProgram, objects.programs);
+    delete_all(gl.glDeleteShader, objects.shaders);
+}
+
+void GlState::release_vertex_array() const {
+    if (std::exchange(current->bound_array, 0U) != 0 && gl.glBindVertexArray)
+        gl.glBindVertexArray(0);
+}
+
+void GlState::begin_context() {
+    disable_client_arrays();
+    release_vertex_array();
+    current->prepared_mesh = nullptr;
+    current->bound_uniforms = 0;
+}
+
+void GlState::disable_client_arrays() {
+    look_at_context();
+    current->client_arrays.disable_all(gl);
+}
+
+// Log lines
 
 // The four lines differ only in where the text goes.
 #define ORVEX_K_LOG(target)                                                                        \

@@ -66,7 +66,7 @@ TEST_F(BufferStoreTest, is_made_without_a_record) {
 }
 
 TEST_F(BufferStoreTest, is_deleted_with_the_arrays_that_point_into_it) {
-    state.client_arrays.enable_generic(state.gl, 5, 7, 3);
+    state.context().client_arrays.enable_generic(state.gl, 5, 7, 3);
     take_fake_calls();
     unsigned int other = 8;
     delete_buffer(state, other);

@@ -15,7 +15,7 @@ TEST(GlStateTest, starts_with_an_empty_table_and_nothing_forced) {
     EXPECT_EQ(state.renderer_id(), 0);
     EXPECT_EQ(state.gl_major, 0);
     EXPECT_FALSE(state.gl2_context);
-    EXPECT_EQ(state.prepared_mesh, nullptr);
+    EXPECT_EQ(state.context().prepared_mesh, nullptr);
     for (const BUFFER_OBJECT_USAGE usage :
          {state.forced_vertex_usage, state.forced_index_usage, state.forced_storage_usage,
           state.forced_atomic_usage, state.forced_uniform_usage})

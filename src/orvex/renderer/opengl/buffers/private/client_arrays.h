@@ -35,6 +35,10 @@ public:
     /// Ends a prepare: disables arrays that it didn't set and that have fewer vertices.
     void end_prepare(const ORVEX_Renderer_OpenGL_Func& gl, unsigned long num_vertices);
 
+    /// Disables all that are enabled, as far as is known here.
+    void disable_all(const ORVEX_Renderer_OpenGL_Func& gl);
+    /// @return whether an array over the buffer is enabled
+    bool reads(unsigned int buffer) const;
     /// Disables the arrays over a buffer that is being deleted.
     void forget_buffer(const ORVEX_Renderer_OpenGL_Func& gl, unsigned int buffer);
 
@@ -44,6 +48,10 @@ private:
         unsigned long num_vertices = 0;
         bool set_by_prepare = false;
     };
+
+    /// Disables the arrays of which something holds.
+    template<class Holds>
+    void disable_where(const ORVEX_Renderer_OpenGL_Func& gl, Holds holds);
 
     static constexpr int num_fixed = 5;
     static constexpr int num_generic = 32;

@@ -30,6 +30,9 @@ public:
     bool resize(MeshData* mesh);
 
 private:
+    void begin_prepare(MeshData& mesh);
+    bool end_prepare(const MeshData& mesh, bool ready);
+
     bool vertex_buffer_prepare_gl3(MeshData* mesh);
     bool vertex_buffer_prepare_gl2(MeshData* mesh);
     bool vertex_buffer_prepare_separate_arrays_gl3(MeshData* mesh);
@@ -41,7 +44,9 @@ private:
     bool vertex_buffer_kill_gl3(MeshData* mesh);
     bool vertex_buffer_kill_gl2(MeshData* mesh);
 
-    bool can_draw_indexed(const MeshData& mesh) const;
+    bool can_draw_indexed(const MeshData& mesh, unsigned int elements) const;
+    bool can_draw_quad_edges(const MeshData& mesh) const;
+    bool can_draw_faces(const MeshData& mesh) const;
     void draw_vertices(const MeshData& mesh, GLenum primitive) const;
     void draw_instanced_vertices(const MeshData& mesh, GLenum primitive) const;
     void draw_subset(const MeshData& mesh, GLenum primitive) const;

@@ -17,6 +17,10 @@ namespace mesh_buffers {
 /// Leaves nothing bound.
 void upload_instances(const GlState& state, MeshData& mesh);
 
+/// Before the vertex array is bound: one that points to other instances than those that are there
+/// by now, or to none, is to be recorded anew.
+void check_instances(MeshData& mesh);
+
 /// Records the pointers of the blocks into the bound vertex array, one element per instance.
 void point_instances(const GlState& state, MeshData& mesh);
 

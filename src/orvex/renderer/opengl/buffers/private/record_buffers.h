@@ -4,6 +4,7 @@
 /// What point pools and polylines share: one buffer of records and one vertex array.
 
 #include "orvex/renderer/opengl/buffers/private/buffer_store.h"
+#include "orvex/renderer/opengl/buffers/private/record_contexts.h"
 #include "orvex/renderer/opengl/buffers/private/vertex_array.h"
 #include "orvex/renderer/opengl/state/private/gl_state.h"
 #include "orvex/renderer/records/vertex.h"
@@ -33,7 +34,7 @@ void allocate_vertices(const GlState& state, Record& record, unsigned long bytes
     record.renderer_id = state.renderer_id();
     // A vertex array from before points into a buffer that is gone, whose name may have come again
     // just now.
-    record.gpu_state.vertex_array_stale = record.vertex_array_id != 0;
+    outdate_arrays(record);
 }
 
 /// Whether the context can delete what the record holds.
@@ -43,11 +44,14 @@ bool can_delete_objects(const GlState& state, const Record& record) {
            (record.vertex_array_id == 0 || state.gl.glDeleteVertexArrays);
 }
 
-/// Deletes its vertex array and its buffer, and forgets what is remembered about them.
+/// Deletes its vertex array and its buffer, here and elsewhere, and forgets what is remembered
+/// about them.
 template<class Record>
 void delete_objects(GlState& state, Record& record) {
-    vertex_array_of(state.gl, record).destroy();
+    enter_context(state, record);
+    delete_vertex_array(state, record);
     delete_buffer(state, record.vertex_buffer_id);
+    bury_elsewhere(record);
     record.gpu_state = {};
 }
 

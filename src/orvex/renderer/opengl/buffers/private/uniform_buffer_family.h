@@ -30,15 +30,11 @@ public:
     bool bind_base(UniformBufferData* block);
     bool unbind(UniformBufferData* block);
 
-    /// Says that another context may be current from here on: nothing is bound there.
-    void forget_context() { bound_uniform_buffer = 0; }
-
 private:
     bool can_initialize() const;
     void bind_uniform_buffer(unsigned int id);
 
     GlState& state;
-    unsigned int bound_uniform_buffer = 0; ///< what the API's uniform buffer target holds
 };
 
 } // namespace orvex

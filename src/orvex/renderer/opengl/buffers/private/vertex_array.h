@@ -8,7 +8,7 @@
 /// pointers no longer fit, the array is made anew. One that a host made, over no buffer known here,
 /// is never changed.
 
-#include "orvex/renderer/opengl/gl/private/gl_functions.h"
+#include "orvex/renderer/opengl/state/private/gl_state.h"
 
 namespace orvex {
 
@@ -61,6 +61,23 @@ template<class Record>
 VertexArray vertex_array_of(const ORVEX_Renderer_OpenGL_Func& gl, Record& record) {
     return {gl, record.vertex_array_id, record.gpu_state.vertex_array_vertex_buffer,
             record.gpu_state.vertex_array_stale};
+}
+
+/// Binds the array of a record for its draw, see `VertexArray::bind`.
+template<class Record>
+bool bind_vertex_array(const GlState& state, Record& record) {
+    const bool is_new = vertex_array_of(state.gl, record).bind(record.vertex_buffer_id);
+    state.context().bound_array = record.vertex_array_id;
+    return is_new;
+}
+
+/// Deletes the array of a record that is killed.
+template<class Record>
+void delete_vertex_array(const GlState& state, Record& record) {
+    unsigned int& bound = state.context().bound_array;
+    if (bound == record.vertex_array_id)
+        bound = 0;
+    vertex_array_of(state.gl, record).destroy();
 }
 
 /// Enables a generic attribute of the bound array and points it into the bound buffer.

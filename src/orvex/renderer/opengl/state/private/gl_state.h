@@ -6,14 +6,16 @@
 /// One renderer has one of these, and each family holds a reference to it. A field stands here if
 /// two families use it; what only one needs is that family's own.
 
+#include <memory>
 #include <vector>
 
 #include "orvex/api.h"
 #include "orvex/fwd.h"
-#include "orvex/renderer/opengl/buffers/private/client_arrays.h"
 #include "orvex/renderer/opengl/gl/private/gl_functions.h"
+#include "orvex/renderer/opengl/state/private/contexts.h"
 #include "orvex/renderer/opengl/state/private/gl_quirks.h"
 #include "orvex/renderer/opengl/state/private/renderer_opengl_ctx.h"
+#include "orvex/renderer/opengl/window/private/window_platform.h"
 #include "orvex/renderer/renderer_types.h"
 
 namespace orvex {
@@ -33,6 +35,30 @@ struct GlState {
 
     /// @return the number that records take to remember who made their objects
     int renderer_id() const;
+
+    /// @name The context
+    /// Which one is current is asked of the window system; that is no call of the API.
+    /// @{
+
+    /// Takes up the context that is current on the calling thread, and deletes what was buried in
+    /// it. Without one, the last one stays.
+    void look_at_context() {
+        const void* const native = window_platform().current_context();
+        const unsigned long changes = contexts::changes();
+        if (native && (native != seen_native || changes != seen_changes))
+            take_up_context(native, changes);
+    }
+    /// @return what is known of the context that was looked at last
+    ContextState& context() const { return *current; }
+    /// Unbinds the vertex array that a prepare without its finish left bound. Before anything that
+    /// binds a buffer of elements: it would take the place of the array's own.
+    void release_vertex_array() const;
+    /// Starts with what is bound and enabled in the current context as a fresh one has it. What
+    /// another renderer left there is taken back.
+    void begin_context();
+    /// Disables the arrays that draws left enabled in the current context.
+    void disable_client_arrays();
+    /// @}
 
     /// @name Groups of entry points
     /// An operation of several calls asks for all that it needs before its first.
@@ -90,18 +116,15 @@ struct GlState {
     BUFFER_OBJECT_USAGE forced_uniform_usage = BUFFER_USAGE_DEFAULT;
     /// @}
 
-    /// @name What a draw reads
-    /// @{
-
-    ClientArrays client_arrays; ///< arrays of the fixed pipeline left enabled
-    /// Between its prepare and its finish, unless something else was prepared or finished since: an
-    /// indexed draw without its buffers bound would read address zero.
-    const MeshData* prepared_mesh = nullptr;
-    /// @}
-
 private:
+    void take_up_context(const void* native, unsigned long changes);
+    void delete_buried();
+
     const Renderer* owner;
     std::vector<char> log_buffer;
+    std::shared_ptr<ContextState> current; ///< one of its own until a context is met
+    const void* seen_native = nullptr;
+    unsigned long seen_changes = 0;
 };
 
 } // namespace orvex

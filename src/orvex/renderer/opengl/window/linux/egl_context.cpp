@@ -4,6 +4,7 @@
 #include <utility>
 #include <vector>
 
+#include "orvex/renderer/opengl/state/private/contexts.h"
 #include "orvex/renderer/opengl/state/private/gl_quirks.h"
 #include "orvex/renderer/opengl/window/linux/private/egl_config.h"
 
@@ -161,7 +162,10 @@ EglOwnContext::EglOwnContext(EGLDisplay display, EGLConfig config, EGLContext co
     , config(config)
     , view(request.view)
     , width(std::max(request.width, 1))
-    , height(std::max(request.height, 1)) {}
+    , height(std::max(request.height, 1)) {
+    const auto* share = dynamic_cast<EglAnyContext*>(request.share);
+    contexts::made(context, share ? share->get_context() : nullptr);
+}
 
 std::unique_ptr<EglOwnContext> EglOwnContext::create(EGLDisplay display, EGLConfig config,
                                                      const ContextRequest& request) {
@@ -195,6 +199,7 @@ EglOwnContext::~EglOwnContext() {
     const EglOpenGLScope api;
     if (eglGetCurrentContext() == get_context())
         eglMakeCurrent(get_display(), EGL_NO_SURFACE, EGL_NO_SURFACE, EGL_NO_CONTEXT);
+    contexts::ended(get_context());
     if (get_surface() != EGL_NO_SURFACE)
         eglDestroySurface(get_display(), get_surface());
     eglDestroyContext(get_display(), get_context());
@@ -257,6 +262,8 @@ EglDrawableLoan::~EglDrawableLoan() {
 
 EglHostContext::EglHostContext(const EglCurrent& current, void* host_handle)
     : EglAnyContext(current.display, current.context, current.draw, current.read)
-    , host_handle(host_handle) {}
+    , host_handle(host_handle) {
+    contexts::adopted(current.context);
+}
 
 } // namespace orvex

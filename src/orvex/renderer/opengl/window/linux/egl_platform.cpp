@@ -54,6 +54,15 @@ std::unique_ptr<PlatformContext> EglPlatform::adopt_current_context(void* handle
     return adopt_current_glx_context(handle);
 }
 
+const void* EglPlatform::current_context() {
+    if (const EGLContext context = eglGetCurrentContext())
+        return context;
+    // The host's client API may be another one.
+    const EglOpenGLScope api;
+    const EGLContext context = eglGetCurrentContext();
+    return context ? context : current_glx_context();
+}
+
 void EglPlatform::get_version(int& major, int& minor) {
     major = 0;
     minor = 0;

@@ -1,6 +1,9 @@
 #include "orvex/renderer/opengl/window/linux/private/glx_context.h"
 
+#include <atomic>
+
 #include "orvex/platform/private/loaded_library.h"
+#include "orvex/renderer/opengl/state/private/contexts.h"
 
 namespace orvex {
 
@@ -32,6 +35,11 @@ GlxApi load_glx() {
     return api;
 }
 
+using GetContext = void* (*)();
+
+/// Found once the host has loaded GLX, and kept then.
+std::atomic<GetContext> get_current = nullptr;
+
 class GlxHostContext : public PlatformContext {
 public:
     GlxHostContext(const GlxApi& api, void* host_handle)
@@ -40,7 +48,9 @@ public:
         , context(api.get_context())
         , display(api.get_display())
         , draw(api.get_drawable())
-        , read(api.get_read_drawable()) {}
+        , read(api.get_read_drawable()) {
+        contexts::adopted(context);
+    }
 
     void* handle() const override { return host_handle; }
     const void* native() const override { return context; }
@@ -61,6 +71,13 @@ private:
 };
 
 } // namespace
+
+const void* current_glx_context() {
+    if (!get_current)
+        get_current = load_glx().get_context;
+    const GetContext get = get_current;
+    return get ? get() : nullptr;
+}
 
 std::unique_ptr<PlatformContext> adopt_current_glx_context(void* handle) {
     const GlxApi api = load_glx();

@@ -84,6 +84,10 @@ public:
     /// @param handle  what the host calls it
     /// @return null when none is current
     virtual std::unique_ptr<PlatformContext> adopt_current_context(void* handle) = 0;
+    /// The native handle of the context that is current on the calling thread, whoever made it;
+    /// null without one, and where the platform can't say. Asked before each draw: it has to be
+    /// quick.
+    virtual const void* current_context() { return nullptr; }
     /// The version of the window-system interface.
     virtual void get_version(int& major, int& minor) = 0;
     /// The address under which the process's OpenGL serves a name. A non-null answer says nothing

@@ -13,6 +13,7 @@ class EglPlatform : public WindowPlatform {
 public:
     std::unique_ptr<PlatformContext> create_context(const ContextRequest& request) override;
     std::unique_ptr<PlatformContext> adopt_current_context(void* handle) override;
+    const void* current_context() override;
     void get_version(int& major, int& minor) override;
     void* get_proc_address(const char* name) override;
 };

@@ -16,4 +16,7 @@ namespace orvex {
 /// @return null when no GLX context is current
 std::unique_ptr<PlatformContext> adopt_current_glx_context(void* handle);
 
+/// @return the GLX context that is current on the calling thread, or null
+const void* current_glx_context();
+
 } // namespace orvex

@@ -1,0 +1,100 @@
+#pragma once
+
+/// @file
+/// The contexts of the process, and what is known of each.
+///
+/// Names of GL objects mean something in the context that made them, and in those that share with
+/// it. A native handle is no name for a context: the next one may get the address of one that
+/// ended. So each context has a number that never comes again, and so has each share group.
+///
+///   made by a window    its share group is known; ends when the window ends it
+///   adopted, or seen    the host's: whether it shares with others can't be asked, so that it
+///   counts for the first time  as a group of its own. An adoption is always a new number
+///
+/// What a renderer has to remember of a context's state belongs to the context, not to the
+/// renderer: several may draw in it, one after the other or in turns.
+
+#include <memory>
+#include <mutex>
+#include <vector>
+
+#include "orvex/fwd.h"
+#include "orvex/renderer/opengl/buffers/private/client_arrays.h"
+#include "orvex/renderer/opengl/gl/private/gl_functions.h"
+
+namespace orvex {
+
+/// The number of a context or a share group; 0 stands for none.
+using ContextNumber = unsigned long long;
+
+/// Names of objects that were killed while another context was current. They are deleted when
+/// theirs is met again.
+struct BuriedObjects {
+    std::vector<GLuint> buffers;
+    std::vector<GLuint> textures;
+    std::vector<GLuint> shaders;
+    std::vector<GLuint> programs;
+};
+
+/// Contexts that have buffers, textures and programs in common.
+struct ShareGroup {
+    ShareGroup(ContextNumber number, bool made_here)
+        : number(number)
+        , made_here(made_here) {}
+
+    const ContextNumber number;
+    const bool made_here; ///< its first context was made by a window
+    std::mutex mutex;     ///< of what is buried, here and in the contexts
+    BuriedObjects buried;
+};
+
+/// One context. But for what is buried, only the thread that has it current touches it.
+struct ContextState {
+    ContextState(ContextNumber number, bool made_here, std::shared_ptr<ShareGroup> group)
+        : number(number)
+        , made_here(made_here)
+        , group(std::move(group)) {}
+
+    const ContextNumber number;
+    const bool made_here; ///< by a window, which tells its end
+    const std::shared_ptr<ShareGroup> group;
+    std::vector<GLuint> buried_arrays; ///< vertex arrays, which are never shared
+
+    ClientArrays client_arrays;      ///< arrays outside vertex array objects left enabled
+    unsigned int bound_array = 0;    ///< vertex array of a prepare that wasn't finished
+    unsigned int bound_uniforms = 0; ///< what the target of uniform buffers holds
+
+    /// Between its prepare and its finish, unless something else was prepared or finished since: an
+    /// indexed draw without its buffers bound would read address zero.
+    const MeshData* prepared_mesh = nullptr;
+    unsigned int prepared_elements = 0; ///< element buffer that its prepare left bound
+};
+
+namespace contexts {
+
+/// A window made a context. It is a new one, whatever had its address before.
+/// @param share  the native handle of the context that it shares with, or null
+void made(const void* native, const void* share);
+/// A window took a host's context over. It counts as new, unless a window made it.
+void adopted(const void* native);
+/// A window ends a context that it made.
+void ended(const void* native);
+
+/// @return what is known of a native context, which is entered if it wasn't met yet
+std::shared_ptr<ContextState> of(const void* native);
+/// @return null for a context that ended
+std::shared_ptr<ContextState> find(ContextNumber number);
+/// @return null for a group all of whose contexts ended
+std::shared_ptr<ShareGroup> find_group(ContextNumber number);
+
+/// Puts objects into the earth of a group; dropped if it is gone, with its objects.
+void bury(ContextNumber group, const BuriedObjects& objects);
+/// The same for a vertex array of a context.
+void bury_array(ContextNumber context, GLuint id);
+
+/// @return a number that grows whenever a context begins or ends, or something is buried
+unsigned long changes();
+
+} // namespace contexts
+
+} // namespace orvex

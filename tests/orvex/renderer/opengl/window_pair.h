@@ -1,0 +1,136 @@
+#pragma once
+
+/// @file
+/// Two render windows of one renderer, behind the recording layer, in every kind that matters.
+
+#include <memory>
+#include <string>
+
+#define GL_GLEXT_PROTOTYPES // tests ask the driver straight
+#include <GL/gl.h>
+#include <GL/glext.h>
+#include <gtest/gtest.h>
+
+#include "orvex/renderer/opengl/private/renderer_opengl.h"
+#include "orvex/renderer/render_window.h"
+#include "tests/support/gl_context.h"
+#include "tests/support/gl_recorder.h"
+#include "tests/support/pixel.h"
+
+namespace orvex_test {
+
+/// The contexts of the windows, and the path that is drawn on.
+struct PairKind {
+    const char* name;
+    bool core;
+    bool generic; ///< generic attributes, else client arrays
+    bool shared;  ///< the second window shares with the first
+};
+
+inline void PrintTo(const PairKind& kind, std::ostream* out) {
+    *out << kind.name;
+}
+
+inline std::string pair_name(const testing::TestParamInfo<PairKind>& info) {
+    return info.param.name;
+}
+
+/// Every kind: client arrays exist on compatibility contexts only.
+inline constexpr PairKind pair_kinds[] = {
+    {"core", true, true, false},
+    {"core_shared", true, true, true},
+    {"compatibility", false, true, false},
+    {"compatibility_shared", false, true, true},
+    {"client_arrays", false, false, false},
+    {"client_arrays_shared", false, false, true},
+};
+
+/// The first window is current at the start of a test; an error that GL kept fails it.
+class WindowPairTest : public testing::TestWithParam<PairKind> {
+protected:
+    void SetUp() override {
+        recorder = std::make_unique<GlRecorder>();
+        renderer = std::make_unique<orvex::RendererOpenGL>();
+        first = open(nullptr);
+        ASSERT_TRUE(first);
+        renderer->start();
+        use_program(); // the start let it go
+        second = open(GetParam().shared ? first : nullptr);
+        ASSERT_TRUE(second);
+        first->apply_context(true);
+        forget_gl_errors();
+        recorder->clear();
+    }
+
+    void TearDown() override {
+        {
+            const GlRecorderPause pause(*recorder);
+            EXPECT_NO_GL_ERROR() << "left over at the end of the test";
+        }
+        renderer.reset();
+        recorder.reset();
+    }
+
+    /// Opens an off-screen window of 16 by 16 pixels and leaves it current, with a program that
+    /// shows the colours of vertices in use; a core context draws nothing without one.
+    orvex::RenderWindow* open(orvex::RenderWindow* parent) {
+        orvex::RenderWindow* const window = renderer->create_render_window();
+        orvex::RenderWindow_ExtraData extra;
+        extra.gl_major = GetParam().core ? 3 : 2;
+        extra.gl_minor = GetParam().core ? 2 : 1;
+        if (!window->initialize(nullptr, nullptr, 16, 16, "Off", parent, &extra))
+            return nullptr;
+        use_program();
+        return window;
+    }
+
+    /// Makes a window current and clears it.
+    void turn_to(orvex::RenderWindow* window) const {
+        EXPECT_TRUE(window->apply_context(true));
+        const GlRecorderPause pause(*recorder);
+        glClearColor(0.0f, 0.0f, 0.0f, 1.0f);
+        glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
+    }
+
+    /// A pixel of the current window.
+    Pixel pixel(int x = 8, int y = 8) const {
+        const GlRecorderPause pause(*recorder);
+        return pixel_at(x, y);
+    }
+
+    /// Puts the program of a window in use, as after a start of the renderer.
+    void use_program() const {
+        const GlRecorderPause pause(*recorder);
+        if (!GetParam().generic)
+            return;
+        const GLuint program = glCreateProgram();
+        attach(
+            program, GL_VERTEX_SHADER,
+            "#version 150\nin vec4 position;\nin vec4 color;\nin vec4 instance;\nout vec4 shown;\n"
+            "void main() { shown = color; gl_PointSize = 16.0;\n"
+            "gl_Position = vec4(position.xyz + instance.xyz, 1.0); }\n");
+        attach(program, GL_FRAGMENT_SHADER,
+               "#version 150\nin vec4 shown;\nout vec4 pixel;\nvoid main() { pixel = shown; }\n");
+        glBindAttribLocation(program, 0, "position");
+        glBindAttribLocation(program, 1, "color");
+        glBindAttribLocation(program, 6, "instance");
+        glLinkProgram(program);
+        glUseProgram(program);
+    }
+
+    std::unique_ptr<GlRecorder> recorder;
+    std::unique_ptr<orvex::RendererOpenGL> renderer;
+    orvex::RenderWindow* first = nullptr;
+    orvex::RenderWindow* second = nullptr;
+
+private:
+    static void attach(GLuint program, GLenum type, const char* text) {
+        const GLuint shader = glCreateShader(type);
+        glShaderSource(shader, 1, &text, nullptr);
+        glCompileShader(shader);
+        glAttachShader(program, shader);
+        glDeleteShader(shader);
+    }
+};
+
+} // namespace orvex_test
