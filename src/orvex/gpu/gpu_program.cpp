@@ -1,3 +1,7 @@
+// A program is a record that the renderer's operations are called with; only what the engine itself
+// knows of it, its sources, messages and names, is worked out here. Its uniforms stand in
+// gpu_program_uniforms.cpp.
+
 #include "orvex/gpu/gpu_program.h"
 
 #include <cstring>
@@ -11,10 +15,6 @@
 #include "orvex/renderer/records/gpu_program_data.h"
 #include "orvex/renderer/records/uniform_buffer_data.h"
 #include "orvex/renderer/renderer.h"
-
-// A program is a record that the renderer's operations are called with; only what the engine itself
-// knows of it, its sources, messages and names, is worked out here. Its uniforms stand in
-// gpu_program_uniforms.cpp.
 
 namespace orvex {
 

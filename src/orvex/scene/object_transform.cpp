@@ -1,3 +1,5 @@
+// An object's place in space, kept by its tripod, and the matrices that it draws by.
+
 #include "orvex/scene/object.h"
 
 #include "orvex/math/quat.h"

@@ -1,10 +1,10 @@
 #pragma once
 
-#include <bit>
-
 /// @file
 /// The factors that take degrees to radians. Single precision throughout: results are promised to
 /// the last bit.
+
+#include <bit>
 
 namespace orvex {
 

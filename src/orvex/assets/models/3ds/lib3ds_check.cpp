@@ -1,3 +1,7 @@
+// The walk over the tree of chunks, and what the whole of it costs. What stands in a mesh and in a
+// node is checked by classes of their own; all of them read through one `ChunkReader`, which keeps
+// the first fault, so that a check says false and is done.
+
 #include "orvex/assets/models/3ds/private/lib3ds_check.h"
 
 #include <cstdint>
@@ -9,10 +13,6 @@
 #include "orvex/assets/models/3ds/private/lib3ds_chunk_reader.h"
 #include "orvex/assets/models/3ds/private/lib3ds_mesh_check.h"
 #include "orvex/assets/models/3ds/private/lib3ds_node_check.h"
-
-// The walk over the tree of chunks, and what the whole of it costs. What stands in a mesh and in a
-// node is checked by classes of their own; all of them read through one `ChunkReader`, which keeps
-// the first fault, so that a check says false and is done.
 
 namespace orvex {
 

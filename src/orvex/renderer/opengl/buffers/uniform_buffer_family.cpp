@@ -1,3 +1,6 @@
+// Uniform blocks of a program and the buffers behind them. A block is initialized only where every
+// entry point of its life is there, so that it can be ended as well.
+
 #include "orvex/renderer/opengl/buffers/private/uniform_buffer_family.h"
 
 #include "orvex/renderer/opengl/buffers/private/buffer_store.h"

@@ -1,3 +1,6 @@
+// The driver's messages go into the log as they come, and objects get names. Both ask the
+// environment first, so that an ordinary run makes no call for them.
+
 #include "orvex/renderer/opengl/gl/private/gl_debug.h"
 
 #include <algorithm>
@@ -12,9 +15,6 @@
 #include "orvex/renderer/opengl/gl/private/gl_support.h"
 #include "orvex/renderer/opengl/window/private/window_platform.h"
 #include "orvex/renderer/private/debug_name.h"
-
-// The driver's messages go into the log as they come, and objects get names. Both ask the
-// environment first, so that an ordinary run makes no call for them.
 
 namespace orvex {
 

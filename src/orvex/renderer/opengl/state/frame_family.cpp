@@ -1,3 +1,6 @@
+// What a frame begins and ends with: clears, matrices, the viewport, reading back, waiting. The
+// viewport is asked of the API each time, since a host may set it behind the engine's back.
+
 #include "orvex/renderer/opengl/state/private/frame_family.h"
 
 #include "orvex/renderer/opengl/state/private/gl_state.h"

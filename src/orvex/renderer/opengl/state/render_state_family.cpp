@@ -1,3 +1,6 @@
+// Operations say their states to the API at once; the rasterizer's other values wait for
+// `apply_rasterizer`. A reset says them all, whatever they were before.
+
 #include "orvex/renderer/opengl/state/private/render_state_family.h"
 
 #include "orvex/renderer/opengl/gl/private/gl_enums.h"

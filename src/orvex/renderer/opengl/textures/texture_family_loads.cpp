@@ -1,3 +1,6 @@
+// Each load goes the same way: the limits, the pixels, a texture on a unit, the upload, the sampler
+// settings, and the marks on the record.
+
 #include "orvex/renderer/opengl/textures/private/texture_family.h"
 
 #include <algorithm>
@@ -9,9 +12,6 @@
 #include "orvex/renderer/opengl/textures/private/texture_unit_family.h"
 #include "orvex/renderer/records/texture_data.h"
 #include "orvex/renderer/renderer.h"
-
-// Each load goes the same way: the limits, the pixels, a texture on a unit, the upload, the sampler
-// settings, and the marks on the record.
 
 namespace orvex {
 

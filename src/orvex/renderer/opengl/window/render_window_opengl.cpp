@@ -1,3 +1,6 @@
+// The life of a window, its size, and what version its context has. The version is read once, from
+// no context but the window's own, and kept until the next initialization or adoption.
+
 #include "orvex/renderer/opengl/window/private/render_window_opengl.h"
 
 #include <cstdio>
@@ -9,9 +12,6 @@
 
 #include "orvex/renderer/opengl/gl/private/gl_debug.h"
 #include "orvex/renderer/opengl/window/private/render_window_opengl_data.h"
-
-// The life of a window, its size, and what version its context has. The version is read once, from
-// no context but the window's own, and kept until the next initialization or adoption.
 
 namespace orvex {
 

@@ -1,3 +1,6 @@
+// The list of extensions, by index where the context can, else cut from the one text. A host builds
+// it, and each build appends.
+
 #include "orvex/renderer/opengl/window/private/render_window_opengl.h"
 
 #include <algorithm>
@@ -10,9 +13,6 @@
 
 #include "orvex/renderer/opengl/gl/private/gl_functions.h"
 #include "orvex/renderer/opengl/window/private/render_window_opengl_data.h"
-
-// The list of extensions, by index where the context can, else cut from the one text. A host builds
-// it, and each build appends.
 
 namespace orvex {
 

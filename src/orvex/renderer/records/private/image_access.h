@@ -1,14 +1,14 @@
 #pragma once
 
-#include <memory>
-
-#include "orvex/renderer/records/image.h"
-
 /// @file
 /// How much memory lies behind the pointers of an `Image`, which hosts may write.
 ///
 /// Whoever changes a pointer or the sizes goes through here: the note beside a pointer counts only
 /// while the field still holds that pointer.
+
+#include <memory>
+
+#include "orvex/renderer/records/image.h"
 
 namespace orvex {
 

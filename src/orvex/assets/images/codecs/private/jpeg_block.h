@@ -1,15 +1,15 @@
 #pragma once
 
+/// @file
+/// From pixels to quantised coefficients. Four rows or columns of a block go through each step at
+/// once; every lane is rounded in single precision in the order of the plain formulas, so that the
+/// result does not depend on how many go together.
+
 #include <bit>
 #include <cstdint>
 
 #include "orvex/assets/images/codecs/private/jpeg_bits.h"
 #include "orvex/math/private/lanes.h"
-
-/// @file
-/// From pixels to quantised coefficients. Four rows or columns of a block go through each step at
-/// once; every lane is rounded in single precision in the order of the plain formulas, so that the
-/// result does not depend on how many go together.
 
 namespace orvex::jpeg {
 

@@ -1,10 +1,10 @@
 #pragma once
 
-#include <array>
-
 /// @file
 /// The constant tables of a JPEG file: zig-zag order, and the quantisation and Huffman tables that
 /// Annex K of ITU T.81 gives as examples and everyone uses.
+
+#include <array>
 
 namespace orvex::jpeg {
 

@@ -1,10 +1,10 @@
 #pragma once
 
-#include <cstddef>
-
 /// @file
 /// What must be true of a file before stb_image may read it: the mistakes that it doesn't find by
 /// itself.
+
+#include <cstddef>
 
 namespace orvex {
 

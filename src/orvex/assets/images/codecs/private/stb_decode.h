@@ -1,10 +1,10 @@
 #pragma once
 
-#include <memory>
-
 /// @file
 /// Decoding of pictures through stb_image, compiled into this library alone, with a budget of
 /// memory for each picture. Any thread may decode.
+
+#include <memory>
 
 namespace orvex {
 

@@ -1,10 +1,10 @@
 #pragma once
 
-#include <cstdint>
-
 /// @file
 /// The chunks of a 3DS file, as lib3ds reads them: what they are called, where each may stand, and
 /// what it begins with. Nothing here reads; `Lib3dsChunkReader` does.
+
+#include <cstdint>
 
 namespace orvex::lib3ds {
 

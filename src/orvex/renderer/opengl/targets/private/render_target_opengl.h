@@ -1,5 +1,8 @@
 #pragma once
 
+/// @file
+/// A render target of the back end: its frame buffer object, and what that hangs on.
+
 #include <cstddef>
 #include <string>
 
