@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <climits>
+#include <memory>
 
 #include "orvex/base/private/misuse.h"
 #include "orvex/geometry/points/vertex_pool.h"
@@ -44,18 +45,16 @@ MadLedBar::MadLedBar()
 namespace {
 
 /// A mesh gives its store back in its clean-up alone.
-void destroy(Object* object) {
-    if (!object)
-        return;
-    object->_cleanup(nullptr);
-    delete object;
+void destroy(std::unique_ptr<Object> object) {
+    if (object)
+        object->_cleanup(nullptr);
 }
 
 } // namespace
 
 MadLedBar::~MadLedBar() {
-    destroy(data->vertex_pool.take());
-    destroy(data->plane.take());
+    destroy(std::unique_ptr<Object>(data->vertex_pool.take()));
+    destroy(std::unique_ptr<Object>(data->plane.take()));
 }
 
 namespace {
@@ -68,8 +67,8 @@ void end_child(Node& bar, Object* child, Renderer* renderer) {
     child->_cleanup(renderer);
     if (bar.remove_child(child) <= 0)
         return;
-    child->_cleanup(renderer);
-    delete child;
+    const std::unique_ptr<Object> ended(child);
+    ended->_cleanup(renderer);
 }
 
 } // namespace
@@ -192,7 +191,7 @@ bool MadLedBar::initialize(const vec3& start, const vec3& end, unsigned long num
 
     // White, and lit from above. A strip that no memory was found for has a number of vertices, and
     // none of them.
-    const bool built = plane.get_vertex(0) != nullptr;
+    const bool built = plane.get_vertex(0);
     for (unsigned long i = 0; built && i < num_leds; ++i) {
         _plane_set_led_color(i, 1.0f, 1.0f, 1.0f, 1.0f);
         _plane_set_led_normal(i, 0.0f, 1.0f, 0.0f);

@@ -1,3 +1,6 @@
+// The back end's own life: what it starts and stops with, and its windows. Everything else is
+// forwarded to a family, in renderer_opengl_<family>.cpp beside that family.
+
 #include "orvex/renderer/opengl/private/renderer_opengl.h"
 
 #include <algorithm>
@@ -109,24 +112,25 @@ bool RendererOpenGL::stop() {
 }
 
 RenderWindow* RendererOpenGL::create_render_window() {
-    render_windows.push_back(new RenderWindowOpenGL);
-    return render_windows.back();
+    render_windows.push_back(std::make_unique<RenderWindowOpenGL>());
+    return render_windows.back().get();
 }
 
 bool RendererOpenGL::kill_render_window(RenderWindow* window) {
-    const auto found = std::find(render_windows.begin(), render_windows.end(), window);
+    const auto found = std::find_if(render_windows.begin(), render_windows.end(),
+                                    [window](const auto& own) { return own.get() == window; });
     if (found == render_windows.end())
         return false;
     window->terminate();
-    delete window;
     render_windows.erase(found);
     return true;
 }
 
 bool RendererOpenGL::kill_all_render_windows() {
-    for (RenderWindow* window : render_windows) {
+    // One after the other: a window is gone before the next one is terminated.
+    for (std::unique_ptr<RenderWindow>& window : render_windows) {
         window->terminate();
-        delete window;
+        window.reset();
     }
     render_windows.clear();
     return false;

@@ -36,6 +36,13 @@ TEST_P(RendererOpenGLOperations, draws_no_null_pools_and_polylines) {
     EXPECT_TRUE(recorder->calls().empty());
 }
 
+std::vector<RenderWindow*> windows_of(const RendererOpenGL& renderer) {
+    std::vector<RenderWindow*> windows;
+    for (const auto& window : renderer.render_windows)
+        windows.push_back(window.get());
+    return windows;
+}
+
 TEST(RendererOpenGLWindows, are_listed_until_killed) {
     RendererOpenGL renderer;
     RendererOpenGL other;
@@ -43,12 +50,12 @@ TEST(RendererOpenGLWindows, are_listed_until_killed) {
     RenderWindow* const second = renderer.create_render_window();
     RenderWindow* const foreign = other.create_render_window();
     ASSERT_NE(first, nullptr);
-    EXPECT_EQ(renderer.render_windows, (std::vector<RenderWindow*>{first, second}));
+    EXPECT_EQ(windows_of(renderer), (std::vector<RenderWindow*>{first, second}));
     EXPECT_FALSE(renderer.kill_render_window(nullptr));
     EXPECT_FALSE(renderer.kill_render_window(foreign));
     EXPECT_TRUE(renderer.kill_render_window(first));
     EXPECT_FALSE(renderer.kill_render_window(first));
-    EXPECT_EQ(renderer.render_windows, (std::vector<RenderWindow*>{second}));
+    EXPECT_EQ(windows_of(renderer), (std::vector<RenderWindow*>{second}));
     EXPECT_FALSE(renderer.kill_all_render_windows());
     EXPECT_TRUE(renderer.render_windows.empty());
     EXPECT_FALSE(renderer.kill_all_render_windows());

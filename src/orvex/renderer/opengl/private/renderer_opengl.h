@@ -55,9 +55,9 @@ public:
     /// @name State beside what the families share
     /// @{
 
-    Renderer_Rasterizer_State& rasterizer_state;         ///< what the API holds
-    Renderer_Rasterizer_State& pending_rasterizer_state; ///< what will be applied
-    std::vector<RenderWindow*> render_windows;           ///< owned, in order of creation
+    Renderer_Rasterizer_State& rasterizer_state;               ///< what the API holds
+    Renderer_Rasterizer_State& pending_rasterizer_state;       ///< what will be applied
+    std::vector<std::unique_ptr<RenderWindow>> render_windows; ///< in order of creation
     bool initialized = false;
     bool started = false;
     bool display_gl_func_ptr = false;
