@@ -49,7 +49,7 @@ bool LogMgr::start(const char* filename, bool enabled) {
     data->default_filename = filename ? filename : "_orvex_log.txt";
     if (!data->default_log)
         data->default_log = create_log(data->default_filename.c_str(), enabled);
-    data->started = data->default_log != nullptr;
+    data->started = data->default_log;
     return data->started;
 }
 

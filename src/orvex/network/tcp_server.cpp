@@ -40,7 +40,7 @@ bool TcpServer::is_running() const {
 }
 
 bool TcpServer::init() {
-    return data->start_core() != nullptr;
+    return static_cast<bool>(data->start_core());
 }
 
 std::shared_ptr<ServerSocketCore> TcpServer::TcpServerData::core() const {
@@ -97,7 +97,7 @@ bool TcpServer::cleanup_client_threads() {
     bool has_core = false;
     {
         const std::lock_guard guard(data->mutex);
-        has_core = data->socket_core != nullptr;
+        has_core = static_cast<bool>(data->socket_core);
         slots.swap(data->client_threads);
     }
     // Without a core there are clients only if the server still took some in after a `stop`.

@@ -206,7 +206,7 @@ namespace {
 bool stands_above(const Node& wanted, const Node* node) {
     while (node && node != &wanted)
         node = node_living_parent(*node);
-    return node != nullptr;
+    return node;
 }
 
 } // namespace

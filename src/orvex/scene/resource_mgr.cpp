@@ -118,7 +118,7 @@ bool ResourceMgr::has_resource(Resource* resource) const {
 }
 
 bool ResourceMgr::has_resource(int id) const {
-    return get_resource(id) != nullptr;
+    return get_resource(id);
 }
 
 unsigned long ResourceMgr::get_num_resources() const {

@@ -135,7 +135,7 @@ bool TextureMgr::Access::load_cubemap_face(TextureMgr& mgr, Texture* texture, CU
         [&](ImageCodec& candidate) { return decode_into_face(candidate, source, *image); });
     if (codec)
         mgr.data->last_image_codec = codec;
-    return codec != nullptr;
+    return codec;
 }
 
 bool TextureMgr::load_cubemap_face_from_file(Texture* texture, CUBEMAP_FACE face,
@@ -155,7 +155,7 @@ bool make_cube(Texture* texture) {
     TextureData* const data = texture ? texture->get_data_ptr() : nullptr;
     if (data)
         data->type = TEXTURE_TYPE_CUBE;
-    return data != nullptr;
+    return data;
 }
 
 constexpr int num_faces = 6;

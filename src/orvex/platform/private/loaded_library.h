@@ -16,7 +16,7 @@ public:
     static LoadedLibrary load(const char* name);
 
     /// @return whether there is such a library
-    explicit operator bool() const { return library != nullptr; }
+    explicit operator bool() const { return library; }
 
     /// Looks a function or an object up, and gives null without the library or the name.
     template<typename Function>

@@ -80,7 +80,9 @@ bool VertexPoolData::cleanup() {
 bool VertexPoolData::has_points() const {
     if (num_vertices == 0)
         return false;
-    return separate_vertex_arrays ? position.data && color.data : vertices != nullptr;
+    if (separate_vertex_arrays)
+        return position.data && color.data;
+    return vertices;
 }
 
 } // namespace orvex

@@ -12,14 +12,15 @@ namespace orvex::mesh_contents {
 inline bool has_vertices(MeshData* store) {
     if (!store || store->num_vertices == 0)
         return false;
-    return (store->separate_vertex_arrays ? store->get_position_ptr() : store->get_vertex_ptr()) !=
-           nullptr;
+    return store->separate_vertex_arrays ? store->get_position_ptr() : store->get_vertex_ptr();
 }
 
 inline bool has_faces(const MeshData* store) {
     if (!store || store->num_faces == 0)
         return false;
-    return store->index_bits == 16 ? store->faces_u16 != nullptr : store->faces_u32 != nullptr;
+    if (store->index_bits == 16)
+        return store->faces_u16;
+    return store->faces_u32;
 }
 
 /// Face i in either width; expects that there is one.

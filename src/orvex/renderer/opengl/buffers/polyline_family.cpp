@@ -138,10 +138,11 @@ bool PolylineFamily::finish(PolylineData* polyline) {
     if (polyline->vertex_array_id != 0) {
         // Whichever path ran: after the one of client arrays those stay enabled until the next
         // prepare points them elsewhere.
-        if (gl.glBindVertexArray)
-            gl.glBindVertexArray(0);
         state.context().bound_array = 0;
-        return gl.glBindVertexArray != nullptr;
+        if (!gl.glBindVertexArray)
+            return false;
+        gl.glBindVertexArray(0);
+        return true;
     }
     if (!has_entries(gl.glBindBuffer, gl.glDisableVertexAttribArray))
         return false;

@@ -35,7 +35,7 @@ bool is_exported(const char* name) {
     static const LoadedLibrary library("libOpenGL.so.0");
     void* address = nullptr;
     library.look_up(name, address);
-    return address != nullptr;
+    return address;
 }
 
 void* find_entry(const char* name, const GlCapabilities& capabilities) {
@@ -59,7 +59,7 @@ void tell(const char* name, bool found) {
 void* fetch(const char* name, const GlCapabilities& capabilities) {
     void* const address = find_entry(name, capabilities);
     if (g_orvex_display_gl_func_ptr)
-        tell(name, address != nullptr);
+        tell(name, address);
     return address;
 }
 

@@ -151,7 +151,7 @@ GlCapabilities read_gl_capabilities() {
 }
 
 bool is_gl_table_name(const char* name) {
-    return find_row(name) != nullptr;
+    return find_row(name);
 }
 
 std::string choose_gl_entry(const char* name, const GlCapabilities& capabilities) {
