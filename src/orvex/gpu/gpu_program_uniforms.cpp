@@ -22,6 +22,7 @@ namespace orvex {
         return true;                                                                               \
     }
 
+// NOLINTBEGIN(bugprone-macro-parentheses): the argument is a type.
 #define ORVEX_SET_ARRAY(kind, KIND, Type, components, field)                                       \
     bool GpuProgram::set_uniform_##kind(Renderer* renderer, const char* name, const Type* values,  \
                                         int count) {                                               \
@@ -41,6 +42,7 @@ namespace orvex {
                                                     count);                                        \
         return true;                                                                               \
     }
+// NOLINTEND(bugprone-macro-parentheses)
 
 ORVEX_UNIFORM_KINDS(ORVEX_SET_VALUE, ORVEX_SET_VALUE, ORVEX_SET_VALUE, ORVEX_SET_ARRAY,
                     ORVEX_SET_ARRAY, ORVEX_SET_MATRIX, ORVEX_NO_UNIFORM)

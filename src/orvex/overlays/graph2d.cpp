@@ -87,7 +87,8 @@ namespace {
 
 /// Minus half a size, rounded towards zero.
 float shift_of(int size) {
-    return static_cast<float>(-static_cast<long>(size) / 2);
+    const long half = -static_cast<long>(size) / 2;
+    return static_cast<float>(half);
 }
 
 } // namespace

@@ -1,3 +1,6 @@
+// A renderer that refuses: every operation of the table answers false, null, 0 or nothing, but for
+// the life cycle and the few that a record of the base class answers.
+
 #include "orvex/renderer/renderer_base.h"
 
 #include <initializer_list>
@@ -34,8 +37,10 @@ ORVEX_RENDERER_OPERATIONS(ORVEX_REFUSE, ORVEX_WRITTEN_BELOW)
 #undef ORVEX_REFUSE
 #undef ORVEX_WRITTEN_BELOW
 
-// The life cycle succeeds, and keeps the flags that every plugin has.
+// The life cycle succeeds, and keeps the flags that every plugin has. `Renderer` declares it anew
+// without a body, so that the one of `Plugin` is called by its name.
 
+// NOLINTBEGIN(bugprone-parent-virtual-call)
 bool RendererBase::initialize() {
     return Plugin::initialize();
 }
@@ -51,6 +56,7 @@ bool RendererBase::start() {
 bool RendererBase::stop() {
     return Plugin::stop();
 }
+// NOLINTEND(bugprone-parent-virtual-call)
 
 bool RendererBase::start_v2(bool) {
     return start();

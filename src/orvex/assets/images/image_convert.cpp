@@ -3,6 +3,7 @@
 
 #include "orvex/renderer/records/image.h"
 
+#include <algorithm>
 #include <memory>
 
 #include "orvex/math/private/pixel_math.h"
@@ -62,8 +63,9 @@ void store(float& target, auto channel) {
 template<int TargetChannels, int SourceChannels, class Target, class Source>
 void convert_pixels(Target* target, const Source* source, unsigned long count) {
     constexpr Target full = static_cast<Target>(sizeof(Target) == 1 ? 255 : 1);
+    constexpr int color_channels = std::min(TargetChannels, 3);
     for (unsigned long i = 0; i < count; ++i, target += TargetChannels, source += SourceChannels) {
-        for (int c = 0; c < TargetChannels && c < 3; ++c)
+        for (int c = 0; c < color_channels; ++c)
             if (c < SourceChannels)
                 store(target[c], source[c]);
             else
@@ -92,9 +94,9 @@ void convert_from(Target* target, const Image& source, unsigned long count) {
 }
 
 bool has_pixels(const Image& image, unsigned long bytes) {
-    const bool present = is_u8_format(image.pixel_format) ? image.get_u8_ptr() != nullptr
-                                                          : image.get_f32_ptr() != nullptr;
-    return present && ImageAccess::readable_bytes(image, image.pixel_format) >= bytes;
+    const bool missing =
+        is_u8_format(image.pixel_format) ? !image.get_u8_ptr() : !image.get_f32_ptr();
+    return !missing && ImageAccess::readable_bytes(image, image.pixel_format) >= bytes;
 }
 
 void delete_store(Image& image, PIXEL_FORMAT format) {

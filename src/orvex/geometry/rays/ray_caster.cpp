@@ -58,8 +58,11 @@ bool RayCaster::get_ray(Camera* camera, int x, int y, Ray& ray) const {
     if (!camera)
         return misuse("RayCaster::get_ray", "a null camera");
     const Viewport& viewport = camera->get_viewport();
-    const auto half_width = static_cast<float>(viewport.width / 2);
-    const auto half_height = static_cast<float>(viewport.height / 2);
+    // Half a viewport is a whole number of pixels.
+    const int half_columns = viewport.width / 2;
+    const int half_rows = viewport.height / 2;
+    const auto half_width = static_cast<float>(half_columns);
+    const auto half_height = static_cast<float>(half_rows);
     const float t = camera->get_tanfovdiv2();
     const float nx = (1.0f - pixels_between(viewport.x, x) / half_width) * camera->get_aspect() * t;
     const float ny = (pixels_between(viewport.y, y) / half_height - 1.0f) * t;

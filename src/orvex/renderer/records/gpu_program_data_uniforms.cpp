@@ -238,7 +238,7 @@ bool GpuProgramData::_set_uniform_ui64v(const char* name, const unsigned long lo
     bool GpuProgramData::set_uniform_##kind(const char* name, const Type* values, int count) {     \
         using Number = decltype(GpuProgramUniform::field)::value_type;                             \
         static_assert(sizeof(Type) == sizeof(Number) ||                                            \
-                      sizeof(Type) == components * sizeof(Number));                                \
+                      sizeof(Type) == (components) * sizeof(Number));                              \
         return _set_uniform_##field(name, reinterpret_cast<const Number*>(values), count,          \
                                     components);                                                   \
     }

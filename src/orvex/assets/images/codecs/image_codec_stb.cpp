@@ -95,7 +95,7 @@ void become_square(Image& image, const unsigned char* pixels, unsigned long widt
 /// The image shows the decoder's own memory from now on.
 void become_decoded(Image& image, StbPixels pixels, unsigned long width, unsigned long height) {
     lend_pixels(image, {pixels.get(), width * height * 3, stb_free});
-    pixels.release();
+    static_cast<void>(pixels.release()); // the image gives them back
     image.width = width;
     image.height = height;
     image.pixel_format = PF_RGB_U8;

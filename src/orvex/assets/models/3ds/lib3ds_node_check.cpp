@@ -93,7 +93,7 @@ bool NodeCheck::take_part(std::uint16_t id, Span content) {
     const unsigned char* const bytes = reader.take(content, 2);
     if (bytes)
         summaries.back().id = word_at(bytes);
-    return bytes != nullptr;
+    return bytes;
 }
 
 /// The name, two words of flags and the parent.
@@ -113,16 +113,14 @@ namespace {
 /// How many floats a key of a track has, by the number of its chunk.
 std::uint32_t floats_of(std::uint16_t track) {
     switch (track) {
-    case 0xB020:
-        return 3; // position
-    case 0xB021:
-        return 4; // rotation
-    case 0xB022:
-        return 3; // scale
-    case 0xB025:
-        return 3; // colour
-    case 0xB029:
-        return 0; // visible or not
+    case 0xB020: // position
+    case 0xB022: // scale
+    case 0xB025: // colour
+        return 3;
+    case 0xB021: // rotation
+        return 4;
+    case 0xB029: // visible or not
+        return 0;
     default:
         return 1;
     }

@@ -28,6 +28,7 @@ bool RendererOpenGL::gpu_program_bind_uniforms(GpuProgramData* program) {
 
 // By name
 
+// NOLINTBEGIN(bugprone-macro-parentheses): the argument is a type.
 #define ORVEX_SET_VALUE(kind, KIND, Type, components, field)                                       \
     void RendererOpenGL::gpu_program_set_uniform_##kind(                                           \
         GpuProgramData* program, const char* name, ORVEX_UNIFORM_PARAMETERS_##components(Type)) {  \
@@ -53,6 +54,7 @@ bool RendererOpenGL::gpu_program_bind_uniforms(GpuProgramData* program) {
         GpuProgramData* program, const char* name, Type* values, int count) {                      \
         uniforms.set_matrices(program, name, gl.ORVEX_MATRIX_ENTRY_##components, count, values);   \
     }
+// NOLINTEND(bugprone-macro-parentheses)
 
 ORVEX_UNIFORM_KINDS(ORVEX_SET_VALUE, ORVEX_SET_VALUE, ORVEX_SET_HANDLE, ORVEX_SET_ARRAY,
                     ORVEX_SET_HANDLES, ORVEX_SET_MATRIX, ORVEX_NO_UNIFORM)
@@ -65,6 +67,7 @@ ORVEX_UNIFORM_KINDS(ORVEX_SET_VALUE, ORVEX_SET_VALUE, ORVEX_SET_HANDLE, ORVEX_SE
 
 // By location, which only the setters of handles look at
 
+// NOLINTBEGIN(bugprone-macro-parentheses): the argument is a type.
 #define ORVEX_SET_VALUE_AT(setter, kind, Type, components)                                         \
     void RendererOpenGL::gpu_program_set_uniform_##setter(                                         \
         int location, ORVEX_UNIFORM_PARAMETERS_##components(Type)) {                               \
@@ -81,6 +84,7 @@ ORVEX_UNIFORM_KINDS(ORVEX_SET_VALUE, ORVEX_SET_VALUE, ORVEX_SET_HANDLE, ORVEX_SE
         if (values && gl.ORVEX_MATRIX_ENTRY_##components)                                          \
             gl.ORVEX_MATRIX_ENTRY_##components(location, count, GL_FALSE, values);                 \
     }
+// NOLINTEND(bugprone-macro-parentheses)
 
 ORVEX_UNIFORM_LOCATION_SETTERS(ORVEX_SET_VALUE_AT, ORVEX_SET_ARRAY_AT, ORVEX_SET_MATRIX_AT)
 

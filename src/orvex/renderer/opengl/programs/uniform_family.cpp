@@ -63,14 +63,14 @@ const float* numbers_of(const mat4& matrix) {
 }
 
 // The numbers of a field, as arguments.
-#define ORVEX_VECTOR_1(v) v.x
-#define ORVEX_VECTOR_2(v) v.x, v.y
-#define ORVEX_VECTOR_3(v) v.x, v.y, v.z
-#define ORVEX_VECTOR_4(v) v.x, v.y, v.z, v.w
-#define ORVEX_WORDS_1(v) v[0]
-#define ORVEX_WORDS_2(v) v[0], v[1]
-#define ORVEX_WORDS_3(v) v[0], v[1], v[2]
-#define ORVEX_WORDS_4(v) v[0], v[1], v[2], v[3]
+#define ORVEX_VECTOR_1(v) (v).x
+#define ORVEX_VECTOR_2(v) (v).x, (v).y
+#define ORVEX_VECTOR_3(v) (v).x, (v).y, (v).z
+#define ORVEX_VECTOR_4(v) (v).x, (v).y, (v).z, (v).w
+#define ORVEX_WORDS_1(v) (v)[0]
+#define ORVEX_WORDS_2(v) (v)[0], (v)[1]
+#define ORVEX_WORDS_3(v) (v)[0], (v)[1], (v)[2]
+#define ORVEX_WORDS_4(v) (v)[0], (v)[1], (v)[2], (v)[3]
 // The entries of matrices are named after their sides.
 #define ORVEX_MATRIX_ENTRY_9 glUniformMatrix3fv
 #define ORVEX_MATRIX_ENTRY_16 glUniformMatrix4fv
@@ -107,6 +107,7 @@ const float* numbers_of(const mat4& matrix) {
 // By the type that the record was made with, which a later setter of another kind leaves.
 void send_record(const ORVEX_Renderer_OpenGL_Func& gl, const GpuProgramUniform& u) {
     switch (u.type) {
+        // NOLINTNEXTLINE(bugprone-branch-clone): each kind of the list has a branch.
         ORVEX_UNIFORM_KINDS(ORVEX_SEND_VALUE, ORVEX_SEND_WORDS, ORVEX_SEND_HANDLE, ORVEX_SEND_ARRAY,
                             ORVEX_SEND_HANDLES, ORVEX_SEND_MATRIX, ORVEX_SEND_NOTHING)
     // No setter makes records of these.

@@ -1,5 +1,9 @@
 #pragma once
 
+/// @file
+/// The entropy coded part of a JPEG file. A coder keeps its bits in a register and its bytes in a
+/// buffer that always has room for a whole block, so that a bit costs no check.
+
 #include <bit>
 #include <cstddef>
 #include <cstdint>
@@ -7,10 +11,6 @@
 #include <cstring>
 
 #include "orvex/assets/images/codecs/private/jpeg_tables.h"
-
-/// @file
-/// The entropy coded part of a JPEG file. A coder keeps its bits in a register and its bytes in a
-/// buffer that always has room for a whole block, so that a bit costs no check.
 
 namespace orvex::jpeg {
 
@@ -73,7 +73,8 @@ inline ValueBits jo_calcBits(int value) {
 
 /// Writes the code of a symbol and the bits of its value as one.
 inline void write_value(BitStream& stream, const HuffmanTable& table, int zeroes, ValueBits value) {
-    const HuffmanCode symbol = table[static_cast<std::size_t>((zeroes << 4) + value.length)];
+    const HuffmanCode symbol =
+        table[(static_cast<std::size_t>(zeroes) << 4) + static_cast<std::size_t>(value.length)];
     stream.jo_writeBits((static_cast<unsigned int>(symbol.code) << value.length) | value.bits,
                         symbol.length + value.length);
 }
