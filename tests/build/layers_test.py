@@ -4,6 +4,7 @@ usage: layers_test.py <include root>
 """
 import re
 import sys
+from fnmatch import fnmatchcase
 from pathlib import Path
 
 INCLUDE = re.compile(r'^[ \t]*#[ \t]*include(?:_next)?[ \t]*(?:([<"])([^>"\n]*)[>"]|(\S.*))', re.M)
@@ -40,6 +41,9 @@ class Table:
     def may_borrow(self, file, header):
         """Whether a file of another room may include a private header."""
         rooms = self.lent.get(header, []) + self.lent.get(header[:header.rindex("/") + 1], [])
+        for pattern, borrowers in self.lent.items():
+            if "*" in pattern and fnmatchcase(header, pattern):
+                rooms = rooms + borrowers
         return "*" in rooms or any(file.startswith(room + "/") for room in rooms)
 
     def add_system(self, words):
