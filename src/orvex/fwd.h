@@ -164,12 +164,14 @@ class TextureMgr;
 // overlays
 class Font;
 class Graph2d;
-class Hud;
 class MadLedBar;
 class Skybox;
+namespace aux {
+class Hud;
 class TripodVisualizer;
 class TripodVisualizerCamera;
 class TripodVisualizerObject;
+} // namespace aux
 
 // diagnostics
 class ArtifactScanner;

@@ -1,8 +1,5 @@
 #pragma once
 
-#include "orvex/api.h"
-#include "orvex/fwd.h"
-
 /// @file
 /// Arrays at an address of a chosen alignment. An `AlignedNew_*` takes one raw block, hands it out
 /// through `raw` and returns the first aligned address in it; the matching `AlignedDelete_*` gives
@@ -19,6 +16,9 @@
 /// orvex::vec4* points = orvex::AlignedNew_vec4(100, 16, &raw);
 /// orvex::AlignedDelete_vec4(&points, 100, &raw);
 /// @endcode
+
+#include "orvex/api.h"
+#include "orvex/fwd.h"
 
 namespace orvex {
 

@@ -53,7 +53,7 @@ struct ORVEX_Renderer_OpenGL_Func {
 /// them before its first, so that nothing is left half made.
 template<class... Entries>
 constexpr bool has_entries(Entries... entries) {
-    return (... && (entries != nullptr));
+    return (... && entries);
 }
 
 } // namespace orvex
