@@ -3,6 +3,7 @@
 #include <cstdarg>
 
 #include "orvex/base/private/failure_text.h"
+#include "orvex/base/private/plugin_data.h"
 
 namespace orvex {
 
@@ -19,7 +20,9 @@ thread_local LastFailure last_failure;
 
 } // namespace
 
-ImageCodec::ImageCodec() = default;
+ImageCodec::ImageCodec() {
+    PluginData::of(*this).image_codec = this;
+}
 
 ImageCodec::~ImageCodec() {
     clear_failure_reason();

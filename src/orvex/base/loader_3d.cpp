@@ -4,6 +4,7 @@
 #include <string>
 
 #include "orvex/base/private/failure_text.h"
+#include "orvex/base/private/plugin_data.h"
 
 namespace orvex {
 
@@ -17,7 +18,9 @@ struct Loader3D::Loader3DData {
 };
 
 Loader3D::Loader3D()
-    : loader_data(std::make_unique<Loader3DData>()) {}
+    : loader_data(std::make_unique<Loader3DData>()) {
+    PluginData::of(*this).loader_3d = this;
+}
 
 Loader3D::~Loader3D() = default;
 

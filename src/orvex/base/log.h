@@ -28,8 +28,8 @@ enum LOG_LEVEL : int {
 /// no file behind. Each line reaches the operating system before the operation returns: the log
 /// survives a crash of its host. A line that the file doesn't take, on a full disk, say, is lost to
 /// it without a word, and so are those that follow, until the file is opened again: the other sinks
-/// go on. A line that finds no memory is dropped; a gap in the numbers tells of it. Nothing is thrown
-/// but what the callback throws.
+/// go on. A line that finds no memory is dropped; a gap in the numbers tells of it. Nothing is
+/// thrown but what the callback throws.
 ///
 /// A stamped line is "2014:03:04@08:56:44(0000000001) < > message": local date and time, the
 /// number of the line, the marker of the level.

@@ -11,35 +11,13 @@
 #include <cstring>
 #include <vector>
 
-#include "orvex/base/global_id.h"
 #include "orvex/base/log_mgr.h"
 #include "orvex/base/private/misuse.h"
+#include "orvex/base/private/plugin_data.h"
 #include "orvex/base/private/plugin_end.h"
-#include "orvex/base/thread.h"
-#include "orvex/base/thread_lock.h"
 #include "orvex/platform/private/loaded_library.h"
 
 namespace orvex {
-
-struct Plugin::PluginData {
-    int id = GenId();
-    char name[128] = {};
-    char full_filename[1024] = {};
-    char description[256] = {};
-    char author[128] = {};
-    char build_info[128] = {};
-    int version_major = 0;
-    int version_minor = 0;
-    int version_patch = 0;
-    PLUGIN_TYPE type = PLUGIN_TYPE_NONE;
-    bool core_plugin_state = false;
-    int ref = 0;
-    ThreadLock lock;
-    Thread thread;
-    void* dynlib_handle = nullptr;
-
-    void trace(LOG_LEVEL level, const char* format, va_list arguments) const ORVEX_PRINTF(3, 0);
-};
 
 Plugin::Plugin()
     : data(std::make_unique<PluginData>()) {}

@@ -126,12 +126,14 @@ public:
     /// Whether the calling thread is the one of `get_thread`.
     [[nodiscard]] bool check_thread() const;
 
+    /// The private record, which the engine alone defines.
+    struct PluginData;
+
 protected:
     bool initialized = false; ///< `initialize` has run
     bool started = false;     ///< `start` has run
 
 private:
-    struct PluginData;
     std::unique_ptr<PluginData> data;
 };
 

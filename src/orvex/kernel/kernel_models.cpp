@@ -15,6 +15,7 @@
 #include "orvex/base/loader_3d.h"
 #include "orvex/base/plugin_mgr.h"
 #include "orvex/base/private/misuse.h"
+#include "orvex/base/private/plugin_data.h"
 #include "orvex/geometry/mesh/model.h"
 
 namespace orvex {
@@ -80,8 +81,8 @@ bool load_with(Loader3D& loader, Model& model, const ModelRequest& request) {
 
 /// The 3D loader at an index of its type. A host can give the type to a plugin that is none.
 Loader3D* loader_at(unsigned long index) {
-    return dynamic_cast<Loader3D*>(
-        PluginMgr::get()->get_plugin_by_type(PLUGIN_TYPE_LOADER_3D, index));
+    const Plugin* const plugin = PluginMgr::get()->get_plugin_by_type(PLUGIN_TYPE_LOADER_3D, index);
+    return plugin ? plugin_as_loader_3d(*plugin) : nullptr;
 }
 
 unsigned long number_of_loaders() {

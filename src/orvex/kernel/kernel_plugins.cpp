@@ -18,6 +18,7 @@
 #include "orvex/base/log_mgr.h"
 #include "orvex/base/plugin_mgr.h"
 #include "orvex/base/private/misuse.h"
+#include "orvex/base/private/plugin_data.h"
 #include "orvex/kernel/private/kernel_data.h"
 #include "orvex/renderer/opengl/private/renderer_opengl.h"
 
@@ -78,7 +79,7 @@ Renderer* Kernel::load_core_opengl_renderer_plugin(bool create_new) {
     }
     // Only the first renderer is ever asked, however many there are.
     Plugin* const first = PluginMgr::get()->get_plugin_by_type(PLUGIN_TYPE_RENDERER, 0);
-    return first && first->get_core_plugin_state() ? dynamic_cast<Renderer*>(first) : nullptr;
+    return first && first->get_core_plugin_state() ? plugin_as_renderer(*first) : nullptr;
 }
 
 namespace {
@@ -104,7 +105,8 @@ Renderer* Kernel::get_null_renderer() const {
 
 namespace {
 
-int load_from_search_path(const std::vector<std::string>& directories, const char* filename,
+/// Walks a copy: modules run their code on the way, and may change the search path.
+int load_from_search_path(const std::vector<std::string> directories, const char* filename,
                           bool force) {
     PluginMgr* const registry = PluginMgr::get();
     for (const std::string& directory : directories) {

@@ -2,17 +2,9 @@
 
 #include <atomic>
 
-#include "orvex/base/global_id.h"
+#include "orvex/renderer/private/render_window_data.h"
 
 namespace orvex {
-
-struct RenderWindow::RenderWindowData {
-    int id = GenId();
-    int width = 0;
-    int height = 0;
-    unsigned int framebuffer = 0;
-    unsigned long framebuffer_turn = 0;
-};
 
 RenderWindow::RenderWindow()
     : data(std::make_unique<RenderWindowData>()) {}

@@ -249,6 +249,9 @@ public:
     /// @return what `set_framebuffer` was told last; 0 at first
     unsigned int get_framebuffer() const;
 
+    /// The private record, which the engine alone defines.
+    struct RenderWindowData;
+
 protected:
     /// Takes no window and no context yet: `initialize` does.
     RenderWindow();
@@ -262,7 +265,6 @@ protected:
     bool gl_ati_meminfo = false;
 
 private:
-    struct RenderWindowData;
     std::unique_ptr<RenderWindowData> data;
 };
 

@@ -2,6 +2,8 @@
 
 #include <cstring>
 
+#include "orvex/base/private/plugin_data.h"
+
 namespace orvex {
 
 struct Renderer::RendererData {
@@ -11,7 +13,9 @@ struct Renderer::RendererData {
 };
 
 Renderer::Renderer()
-    : renderer_data(std::make_unique<RendererData>()) {}
+    : renderer_data(std::make_unique<RendererData>()) {
+    PluginData::of(*this).renderer = this;
+}
 
 Renderer::~Renderer() = default;
 

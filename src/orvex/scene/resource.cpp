@@ -1,5 +1,6 @@
 #include "orvex/scene/resource.h"
 
+#include "orvex/scene/private/node_data.h"
 #include "orvex/scene/private/resource_data.h"
 
 namespace orvex {
@@ -7,6 +8,7 @@ namespace orvex {
 Resource::Resource()
     : resource_data(std::make_unique<ResourceData>()) {
     set_type(NODE_TYPE_RESOURCE);
+    NodeData::of(*this).resource = this;
 }
 
 Resource::~Resource() {

@@ -105,8 +105,8 @@ namespace {
 // The tag alone must not decide a cast: anyone can add tags.
 void release_by_type(Renderer* renderer, Node& node) {
     const NODE_TYPE type = node.get_type();
-    Resource* const resource = dynamic_cast<Resource*>(&node);
-    Texture* const texture = dynamic_cast<Texture*>(&node);
+    Resource* const resource = node_as_resource(node);
+    Texture* const texture = node_as_texture(node);
     if (type == NODE_TYPE_GPU_PROGRAM && resource)
         GpuProgramMgr::get()->release_resource(renderer, resource, nullptr);
     else if (type == NODE_TYPE_TEXTURE && texture)

@@ -1,3 +1,5 @@
+#include <cstdlib>
+#include <filesystem>
 #include <string>
 
 #include "kernel_fixture.h"
@@ -186,6 +188,21 @@ TEST_F(KernelTest, puts_no_separator_between_directory_and_file) {
     EXPECT_FALSE(log.has("<o> orvex::Kernel - Plugin (x.so) not loaded."))
         << "a walk that finds nothing says nothing of its own";
     EXPECT_STREQ(registry->get_current_plugin_dir(), "/some/prefix_");
+}
+
+TEST_F(KernelTest, a_module_that_changes_the_search_path_changes_it_for_the_next_call) {
+    const TempDir nothing_here;
+    const TempDir added;
+    const std::string modules = ORVEX_TEST_MODULE_DIR "/";
+    std::filesystem::copy_file(modules + "good.so", added.file("path_changer.so"));
+    setenv("ORVEX_TEST_ADDED_DIR", added.file("").c_str(), 1);
+    for (const std::string& directory : {modules, nothing_here.file("")})
+        kernel->plugin_search_path_add_dir(directory.c_str());
+    EXPECT_EQ(kernel->load_plugin("path_changer.so", false, true), nullptr);
+    Plugin* const found = kernel->load_plugin("path_changer.so", false, true);
+    unsetenv("ORVEX_TEST_ADDED_DIR");
+    ASSERT_TRUE(found);
+    EXPECT_STREQ(found->get_full_filename(), added.file("path_changer.so").c_str());
 }
 
 TEST_F(KernelTest, an_empty_search_path_finds_nothing) {

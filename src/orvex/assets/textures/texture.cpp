@@ -10,11 +10,13 @@
 #include "orvex/renderer/render_target.h"
 #include "orvex/renderer/renderer.h"
 #include "orvex/scene/node.h"
+#include "orvex/scene/private/node_data.h"
 
 namespace orvex {
 
 Texture::Texture() {
     set_type(NODE_TYPE_TEXTURE);
+    NodeData::of(*this).texture = this;
     init_texture_data(nullptr);
 }
 

@@ -14,9 +14,11 @@
 #include "orvex/base/image_codec.h"
 #include "orvex/base/plugin_mgr.h"
 #include "orvex/base/private/misuse.h"
+#include "orvex/base/private/plugin_data.h"
 #include "orvex/base/private/plugin_end.h"
 #include "orvex/renderer/records/texture_data.h"
 #include "orvex/renderer/renderer.h"
+#include "orvex/scene/private/node_data.h"
 
 namespace orvex {
 
@@ -65,9 +67,9 @@ unsigned long TextureMgr::register_all_image_codec_plugins() {
     unsigned long registered = 0;
     const PluginMgr* const plugins = PluginMgr::get();
     for (unsigned long i = 0; i < plugins->get_num_plugins(); ++i) {
-        Plugin* const plugin = plugins->get_plugin_by_index(i);
+        const Plugin* const plugin = plugins->get_plugin_by_index(i);
         if (plugin->get_type() == PLUGIN_TYPE_IMAGE_CODEC &&
-            register_image_codec_plugin(dynamic_cast<ImageCodec*>(plugin)))
+            register_image_codec_plugin(plugin_as_image_codec(*plugin)))
             ++registered;
     }
     return registered;
@@ -184,7 +186,8 @@ bool TextureMgr::release_texture(Renderer* renderer, Texture* texture, Thread* t
 
 bool TextureMgr::release_all_textures(Renderer* renderer, Thread* thread) {
     for (unsigned long i = 0; i < get_num_resources(); ++i) {
-        auto* const texture = dynamic_cast<Texture*>(get_resource_by_index(i));
+        const Resource* const resource = get_resource_by_index(i);
+        Texture* const texture = resource ? node_as_texture(*resource) : nullptr;
         if (texture && ends_pixels(renderer, *texture))
             give_back_pixels(*texture);
     }

@@ -22,6 +22,7 @@
 #include "orvex/renderer/records/mesh_data_packed.h"
 #include "orvex/renderer/renderer.h"
 #include "orvex/scene/node.h"
+#include "orvex/scene/private/node_data.h"
 
 namespace orvex {
 
@@ -52,6 +53,7 @@ Mesh::Mesh()
 Mesh::Mesh(VERTEX_FORMAT format)
     : mesh_data(nullptr) {
     set_type(NODE_TYPE_MESH);
+    NodeData::of(*this).mesh = this;
     init_mesh_data(nullptr, format);
 }
 

@@ -15,6 +15,7 @@
 #include "orvex/math/private/lanes.h"
 #include "orvex/renderer/records/mesh_data.h"
 #include "orvex/scene/camera.h"
+#include "orvex/scene/private/node_data.h"
 #include "orvex/scene/viewport.h"
 
 namespace orvex {
@@ -97,7 +98,7 @@ bool RayCaster::cast_ray_object(const Ray& ray, Object* object,
                                 RayObjectIntersection& result) const {
     if (!object || !object->is_type_of(NODE_TYPE_MESH))
         return false;
-    return _cast_ray_mesh(ray, dynamic_cast<Mesh*>(object), result);
+    return _cast_ray_mesh(ray, node_as_mesh(*object), result);
 }
 
 // Meeting a mesh. Nearly all faces are missed, so four at a time are first tested for being missed:

@@ -49,6 +49,11 @@ struct Node::NodeData : NodeFrameData {
     unsigned long listed = 0;
     Node* parent = nullptr;
     void* user_data = nullptr;
+    /// This node as one of the engine's own classes, set by their constructors, as `object` is. A
+    /// class of a host's may have been built without type information.
+    Resource* resource = nullptr;
+    Texture* texture = nullptr;
+    Mesh* mesh = nullptr;
     Thread thread;
     std::vector<NODE_TYPE> types;
     std::string name;
@@ -57,6 +62,21 @@ struct Node::NodeData : NodeFrameData {
 /// The node as an object, null if it is none.
 inline Object* node_as_object(const Node& node) {
     return Node::NodeData::of(node).object;
+}
+
+/// The node as a resource, null if it is none.
+inline Resource* node_as_resource(const Node& node) {
+    return Node::NodeData::of(node).resource;
+}
+
+/// The node as a texture, null if it is none.
+inline Texture* node_as_texture(const Node& node) {
+    return Node::NodeData::of(node).texture;
+}
+
+/// The node as a mesh, null if it is none.
+inline Mesh* node_as_mesh(const Node& node) {
+    return Node::NodeData::of(node).mesh;
 }
 
 /// The parent if it lives, else null.

@@ -12,6 +12,7 @@
 
 #include "orvex/renderer/opengl/gl/private/gl_debug.h"
 #include "orvex/renderer/opengl/window/private/render_window_opengl_data.h"
+#include "orvex/renderer/private/render_window_data.h"
 
 namespace orvex {
 
@@ -19,7 +20,9 @@ RenderWindowOpenGL::RenderWindowOpenGL()
     : platform(window_platform())
     , data(std::make_unique<RenderWindowOpenGLData>())
     , data2(std::make_unique<RenderWindowOpenGLData2>())
-    , data_osx(std::make_unique<RenderWindowOpenGLData_OSX>()) {}
+    , data_osx(std::make_unique<RenderWindowOpenGLData_OSX>()) {
+    RenderWindowData::of(*this).opengl = this;
+}
 
 RenderWindowOpenGL::~RenderWindowOpenGL() = default;
 

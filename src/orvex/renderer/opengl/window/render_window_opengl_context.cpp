@@ -8,6 +8,7 @@
 #include "orvex/renderer/opengl/gl/private/gl_debug.h"
 #include "orvex/renderer/opengl/gl/private/gl_functions.h"
 #include "orvex/renderer/opengl/window/private/render_window_opengl_data.h"
+#include "orvex/renderer/private/render_window_data.h"
 
 // The context of a window: a request goes to the platform, and what comes back is made current,
 // presented, resized and released here. Without a context each operation gives its failure value.
@@ -55,7 +56,7 @@ ContextRequest to_request(void* view, int width, int height, const char* msaa,
 bool RenderWindowOpenGL::create_context(ContextRequest& request, RenderWindow* parent) {
     data_osx->software_renderer = request.software_renderer;
     request.display = data_osx->display;
-    if (const auto* sharing = dynamic_cast<RenderWindowOpenGL*>(parent))
+    if (const auto* sharing = parent ? RenderWindowData::of(*parent).opengl : nullptr)
         request.share = sharing->data_osx->context.get();
     request.former = data_osx->context.get();
     std::unique_ptr<PlatformContext> context = platform.create_context(request);
