@@ -9,6 +9,7 @@
 #include <cstring>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "orvex/base/log_mgr.h"
@@ -25,6 +26,44 @@ struct PluginMgr::PluginsMgrData {
     bool holds(const Plugin* plugin) const {
         return std::find(plugins.begin(), plugins.end(), plugin) != plugins.end();
     }
+
+    class Watch;
+    Watch* watches = nullptr; ///< the innermost
+};
+
+/// Tells whether a plugin still lives while its own code runs. Watches stand inside each other, as
+/// the calls do that they are made in.
+class PluginMgr::PluginsMgrData::Watch {
+public:
+    Watch(PluginsMgrData& data, Plugin* plugin)
+        : data(data)
+        , outer(std::exchange(data.watches, this))
+        , plugin(plugin) {}
+    Watch(const Watch&) = delete;
+    Watch& operator=(const Watch&) = delete;
+    ~Watch() { data.watches = outer; }
+
+    /// Null once the plugin has ended.
+    Plugin* get() const { return plugin; }
+
+    static void forget(PluginsMgrData& data, const Plugin* ended) {
+        for (Watch* watch = data.watches; watch; watch = watch->outer)
+            if (watch->plugin == ended)
+                watch->plugin = nullptr;
+    }
+
+    /// Stops the plugin and terminates it, as long as it lives.
+    void stop_and_terminate() const {
+        if (plugin)
+            plugin->stop();
+        if (plugin)
+            plugin->terminate();
+    }
+
+private:
+    PluginsMgrData& data;
+    Watch* const outer;
+    Plugin* plugin;
 };
 
 PluginMgr* PluginMgr::get() {
@@ -34,7 +73,10 @@ PluginMgr* PluginMgr::get() {
 
 PluginMgr::PluginMgr()
     : data(std::make_unique<PluginsMgrData>()) {
-    listen_to_plugin_ends([](Plugin* plugin) { std::erase(get()->data->plugins, plugin); });
+    listen_to_plugin_ends([](Plugin* plugin) {
+        std::erase(get()->data->plugins, plugin);
+        PluginsMgrData::Watch::forget(*get()->data, plugin);
+    });
 }
 
 PluginMgr::~PluginMgr() = default;
@@ -155,10 +197,10 @@ int PluginMgr::unload_plugin(Plugin* plugin) {
     // The object may be gone before its end is logged.
     const std::string name = plugin->get_name();
     const int id = plugin->get_id();
+    const PluginsMgrData::Watch living(*data, plugin);
     remove_plugin(plugin);
-    plugin->stop();
-    plugin->terminate();
-    const int references = plugin->release();
+    living.stop_and_terminate();
+    const int references = living.get() ? plugin->release() : 0;
     if (references < 1)
         LogMgr::get()->tracef_debug("plugin %s (%d) unloaded.", name.c_str(), id);
     else
@@ -193,10 +235,13 @@ int PluginMgr::unload_all_plugins() {
         Plugin* const plugin = data->plugins.front();
         const std::string name = plugin->get_name();
         const int id = plugin->get_id();
-        plugin->stop();
-        plugin->terminate();
-        data->plugins.erase(data->plugins.begin());
-        const int references = plugin->release();
+        const PluginsMgrData::Watch living(*data, plugin);
+        living.stop_and_terminate();
+        // It may have left the registry by itself: then another stands first.
+        const auto entry = std::find(data->plugins.begin(), data->plugins.end(), plugin);
+        if (entry != data->plugins.end())
+            data->plugins.erase(entry);
+        const int references = living.get() ? plugin->release() : 0;
         if (references > 0) {
             LogMgr::get()->tracef_debug("Plugin %s (%d) not unloaded: still referenced (%d).",
                                         name.c_str(), id, references);

@@ -57,7 +57,9 @@ public:
     int unload_plugins_by_type(PLUGIN_TYPE type);
 
     /// Stops and terminates every plugin, first inserted first, takes off the registry's reference
-    /// and empties the registry. A plugin with further references lives on.
+    /// and empties the registry. A plugin with further references lives on. One whose own `stop`
+    /// leaves the registry is terminated and released all the same; one that ends there isn't
+    /// touched again.
     /// @return how many ended
     int unload_all_plugins();
 

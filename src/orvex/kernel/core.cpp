@@ -14,6 +14,9 @@ bool start(const char* log_filename, bool log_enabled, void (*callback)(const ch
 }
 
 bool stop(const char* message) {
+    // The outer stop still has lines to log.
+    if (Kernel::get()->is_stopping())
+        return true;
     Kernel::get()->stop();
     if (message)
         log_trace(message);

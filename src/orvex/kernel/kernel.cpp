@@ -56,8 +56,9 @@ bool Kernel::start() {
 }
 
 bool Kernel::stop() {
-    if (!started)
+    if (!started || data->stopping)
         return true;
+    data->stopping = true;
     MaterialMgr::get()->stop(nullptr);
     TextureMgr::get()->stop(nullptr);
     GpuProgramMgr::get()->stop(nullptr);
@@ -65,7 +66,12 @@ bool Kernel::stop() {
     plugin_search_path_clear();
     LogMgr::get()->tracef_debug("%s stopped ok.", engine_name);
     started = false;
+    data->stopping = false;
     return true;
+}
+
+bool Kernel::is_stopping() const {
+    return data->stopping;
 }
 
 int Kernel::get_version_major() const {

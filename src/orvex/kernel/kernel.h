@@ -41,9 +41,13 @@ public:
     bool start();
 
     /// Stops the managers, unloads all plugins and clears the search path. Does nothing unless
-    /// started; afterwards the kernel can start again.
+    /// started, nor while a stop goes on, when a plugin asks for it in its own end; afterwards the
+    /// kernel can start again.
     /// @return true
     bool stop();
+
+    /// Whether `stop` runs at this moment, for what plugins do in their own end.
+    bool is_stopping() const;
 
     /// @}
     /// @name Version
@@ -113,8 +117,10 @@ public:
     /// Loads a plugin from a shared library, without initializing or starting it.
     /// @param force            loads another instance of a file that is loaded already
     /// @param use_search_path  tries each search directory in order, put before `filename` as it
-    ///                         is, and notes it as the registry's current directory
-    /// @return the plugin, owned by the registry; null, with a log line, if it can't be loaded
+    ///                         is, and notes it as the registry's current directory. What a
+    ///                         module changes in the search path counts from the next call on
+    /// @return the plugin, owned by the registry; null, with a log line, if it can't be loaded. An
+    ///         empty search path, and null for the file name, give null without a line
     Plugin* load_plugin(const char* filename, bool force, bool use_search_path);
 
     /// Unloads a plugin as `PluginMgr::unload_plugin` does.

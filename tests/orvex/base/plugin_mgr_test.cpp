@@ -219,5 +219,59 @@ TEST_F(PluginMgrTest, unload_all_ends_a_plugin_that_was_inserted_twice_at_its_se
                               "a ends"}));
 }
 
+/// A plugin that does something about itself in its own `stop`.
+class SelfWilled : public Recorder {
+public:
+    using Recorder::Recorder;
+
+    bool stop() override {
+        Recorder::stop();
+        act(this);
+        return true;
+    }
+
+    void (*act)(Plugin*) = nullptr;
+};
+
+class SelfWilledPluginTest : public PluginMgrTest {
+protected:
+    /// Inserts a plugin that acts so, and another behind it.
+    void insert_two(void (*act)(Plugin*)) {
+        auto* const first = new SelfWilled(events, "a");
+        first->act = act;
+        mgr->insert_plugin(first);
+        insert("b");
+    }
+};
+
+TEST_F(SelfWilledPluginTest, one_that_leaves_in_its_stop_is_unloaded_and_takes_no_other_along) {
+    insert_two([](Plugin* plugin) { PluginMgr::get()->remove_plugin(plugin); });
+    EXPECT_EQ(mgr->unload_all_plugins(), 2);
+    EXPECT_EQ(events, (Events{"a stops, 2 registered", "a terminates", "a ends",
+                              "b stops, 1 registered", "b terminates", "b ends"}));
+}
+
+TEST_F(SelfWilledPluginTest, one_that_leaves_in_its_stop_may_be_the_last) {
+    auto* const only = new SelfWilled(events, "a");
+    only->act = [](Plugin* plugin) { PluginMgr::get()->remove_plugin(plugin); };
+    mgr->insert_plugin(only);
+    EXPECT_EQ(mgr->unload_all_plugins(), 1);
+    EXPECT_EQ(events, (Events{"a stops, 1 registered", "a terminates", "a ends"}));
+}
+
+TEST_F(SelfWilledPluginTest, one_that_ends_in_its_stop_is_not_touched_again) {
+    insert_two([](Plugin* plugin) { plugin->release(); });
+    EXPECT_EQ(mgr->unload_all_plugins(), 2);
+    EXPECT_EQ(events, (Events{"a stops, 2 registered", "a ends", "b stops, 1 registered",
+                              "b terminates", "b ends"}));
+}
+
+TEST_F(SelfWilledPluginTest, one_that_ends_in_its_stop_may_be_unloaded_alone) {
+    insert_two([](Plugin* plugin) { plugin->release(); });
+    EXPECT_EQ(mgr->unload_plugin(mgr->get_plugin_by_index(0)), 0);
+    EXPECT_EQ(events, (Events{"a stops, 1 registered", "a ends"}));
+    EXPECT_EQ(mgr->get_num_plugins(), 1u);
+}
+
 } // namespace
 } // namespace orvex_test

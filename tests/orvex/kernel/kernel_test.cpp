@@ -11,6 +11,7 @@
 #include "orvex/assets/textures/texture_mgr.h"
 #include "orvex/gpu/gpu_program.h"
 #include "orvex/gpu/gpu_program_mgr.h"
+#include "orvex/kernel/core.h"
 
 namespace orvex_test {
 
@@ -72,6 +73,40 @@ TEST_F(KernelTest, starts_again_after_a_stop_with_plugins_made_anew) {
 }
 
 /// A resource that notes its end.
+/// A plugin that stops the engine in its own end.
+class Stopper : public Plugin {
+public:
+    explicit Stopper(bool (*stop_engine)())
+        : stop_engine(stop_engine) {}
+
+    bool stop() override {
+        ++times;
+        EXPECT_TRUE(Kernel::get()->is_stopping());
+        return times > 1 || stop_engine();
+    }
+
+    static inline int times = 0;
+
+private:
+    bool (*const stop_engine)();
+};
+
+TEST_F(KernelTest, a_stop_within_a_stop_is_true_at_once) {
+    bool (*const stops[])() = {[] { return Kernel::get()->stop(); },
+                               [] { return core::stop("within"); }};
+    for (const auto stop : stops) {
+        Stopper::times = 0;
+        ASSERT_TRUE(kernel->start());
+        registry->insert_plugin(new Stopper(stop));
+        log.clear();
+        EXPECT_TRUE(kernel->stop());
+        EXPECT_EQ(Stopper::times, 1);
+        EXPECT_EQ(registry->get_num_plugins(), 0u);
+        EXPECT_EQ(log.messages().back(), "<o> orvex stopped ok.");
+        EXPECT_FALSE(kernel->is_stopping());
+    }
+}
+
 template<class Base>
 class Noting : public Base {
 public:

@@ -14,6 +14,7 @@ namespace orvex {
 struct Kernel::cKernelData {
     std::vector<std::string> plugin_search_path; ///< in order of insertion
     PlatformInformation platform;
+    bool stopping = false; ///< while `stop` runs: a plugin may ask for a stop in its own end
 };
 
 } // namespace orvex
