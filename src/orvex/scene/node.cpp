@@ -13,9 +13,9 @@
 //   visits. It reads their number once; children that came later wait for the next walk, those
 //   that ended are passed over, and the walk stops when the node itself is gone. Hooks may thus
 //   end anything.
-// - No list closes a circle: `add_child` refuses a node whose subtree holds the new parent, and
-//   `set_parent` stores a parent that would, but follows it nowhere. Walks need no marks
-//   therefore.
+// - No list closes a circle: `add_child` refuses a node whose subtree holds the new parent. Walks
+//   down need no marks therefore. Parent pointers are the host's to set and may form a circle: a
+//   walk towards the root counts its steps first.
 
 #include "orvex/scene/node.h"
 
@@ -200,22 +200,50 @@ Node* Node::get_parent() const {
     return node_data->parent;
 }
 
+void Node::set_parent(Node* parent) {
+    node_data->parent = parent;
+    node_data->living_parent = NodeHandle(parent);
+}
+
 namespace {
 
-/// Whether walking from `node` towards the root, itself included, meets `wanted`.
-bool stands_above(const Node& wanted, const Node* node) {
-    while (node && node != &wanted)
+/// The steps from a node to the first of the circle that the walk towards the root leads into. A
+/// second walk that is ahead by the length of the circle is then one round further, at the same
+/// node.
+std::size_t steps_to_circle(const Node* node, std::size_t length) {
+    const Node* ahead = node;
+    for (std::size_t i = 0; i < length; ++i)
+        ahead = node_living_parent(*ahead);
+    std::size_t steps = 0;
+    for (; node != ahead; ++steps) {
         node = node_living_parent(*node);
-    return node;
+        ahead = node_living_parent(*ahead);
+    }
+    return steps;
 }
 
 } // namespace
 
-void Node::set_parent(Node* parent) {
-    node_data->parent = parent;
-    node_data->living_parent = NodeHandle();
-    if (parent && !stands_above(*this, parent))
-        node_data->living_parent = NodeHandle(parent);
+/// The walk leaves a mark behind, at distances that double: in a circle it comes by the mark again,
+/// and the steps since then are the circle's length. Without a circle it ends, and costs one
+/// comparison a step.
+std::size_t count_parents(const Node& node) {
+    const Node* mark = &node;
+    std::size_t mark_after = 1;
+    std::size_t since_mark = 1;
+    std::size_t count = 0;
+    for (const Node* met = node_living_parent(node); met; met = node_living_parent(*met)) {
+        if (met == mark)
+            return steps_to_circle(&node, since_mark) + since_mark - 1;
+        ++count;
+        if (since_mark == mark_after) {
+            mark = met;
+            mark_after *= 2;
+            since_mark = 0;
+        }
+        ++since_mark;
+    }
+    return count;
 }
 
 unsigned long Node::get_num_children() const {
@@ -247,11 +275,11 @@ bool stands_below(const Node& wanted, const Node& top) {
     return false;
 }
 
-/// Whether a walk would come back to where it started once `child` stands below `parent`. Both ends
-/// of the search are cheap in a tree that is built from either end: a fresh child has no children,
-/// a fresh parent stands in no list.
+/// Whether a walk would come back to where it started once `child` stands below `parent`. Lists
+/// alone lead walks down: where the parent pointers lead doesn't count. It costs nothing in a tree
+/// that is built from either end: a fresh child has no children, a fresh parent stands in no list.
 bool would_close_a_circle(const Node& parent, const Node& child) {
-    if (stands_above(child, &parent))
+    if (&parent == &child)
         return true;
     return Node::NodeData::of(parent).listed > 0 && child.get_num_children() > 0 &&
            stands_below(parent, child);

@@ -171,8 +171,8 @@ public:
     /// The node that adopted this one last, null for none. Not a reference: the address stays even
     /// after that node has ended. The engine itself walks to living parents only.
     Node* get_parent() const;
-    /// Stores the parent; touches no list of children. A parent that has this node among its own
-    /// ancestors is stored, but walks towards the root don't follow it.
+    /// Stores the parent; touches no list of children. Parents may form a circle: a walk towards
+    /// the root meets each node once.
     void set_parent(Node* parent);
 
     /// Length of the list of children.
@@ -184,7 +184,8 @@ public:
 
     /// Adds a reference to `child`, appends it and becomes its parent. A former parent keeps it
     /// too: a node may stand in several lists and holds one reference for each entry. Ignored:
-    /// null, this node itself, and any node whose subtree already holds this one.
+    /// null, this node itself, and any node whose subtree, by the lists of children, already holds
+    /// this one.
     void add_child(Node* child);
 
     /// Looks for `child` among the children, then depth first below them; removes the entry and

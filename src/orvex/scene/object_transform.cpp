@@ -63,9 +63,12 @@ Tripod* Object::get_tripod() const {
 mat4 Object::get_absolute_transform() {
     mat4& absolute = object_data->absolute_transform;
     absolute = get_transform();
-    for (Node* node = node_living_parent(*this); node; node = node_living_parent(*node))
+    const Node* node = this;
+    for (std::size_t left = count_parents(*this); left > 0; --left) {
+        node = node_living_parent(*node);
         if (const Object* parent = node_as_object(*node))
             absolute = parent->get_transform() * absolute;
+    }
     return absolute;
 }
 

@@ -81,7 +81,9 @@ bool ResourceMgr::release_all_resources(Renderer* renderer, Thread*) {
     std::vector<Resource*>& resources = mgr_data->resources;
     const std::size_t outer_position = mgr_data->walk_position;
     ++mgr_data->walks;
-    for (std::size_t i = 0; i < resources.size(); ++i) {
+    // What the end of one adds waits for the next walk: each could bring another for ever.
+    const std::size_t count = resources.size();
+    for (std::size_t i = 0; i < count; ++i) {
         mgr_data->walk_position = i;
         if (resources[i] && may_release(renderer, *resources[i]))
             ResourceMgr::release_resource(renderer, resources[i], nullptr);

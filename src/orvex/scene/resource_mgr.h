@@ -43,7 +43,7 @@ public:
     virtual int release_resource(Renderer* renderer, Resource* resource, Thread* thread);
 
     /// Releases, first to last, every resource the renderer rule allows; the others stay, in their
-    /// order. @return true
+    /// order, and so do those that are added meanwhile. @return true
     virtual bool release_all_resources(Renderer* renderer, Thread* thread);
 
     /// Appends the resource and adds a reference, unless it is there already.

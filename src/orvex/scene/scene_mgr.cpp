@@ -84,11 +84,12 @@ bool SceneMgr::kill_scene(Renderer* renderer, Scene* scene) {
 
 bool SceneMgr::kill_all_scenes(Renderer* renderer) {
     const ScopedLock lock(data->lock);
-    for (auto& scene : data->scenes) {
-        cleanup_scene(renderer, scene.get());
-        scene.reset();
+    // Each leaves the list before it goes, so that hooks of the next find living ones only.
+    auto& scenes = data->scenes;
+    while (!scenes.empty()) {
+        cleanup_scene(renderer, scenes.front().get());
+        scenes.erase(scenes.begin());
     }
-    data->scenes.clear();
     return true;
 }
 
@@ -141,9 +142,8 @@ Scene* SceneMgr::get_scene_by_index(unsigned long index) const {
 
 Scene* SceneMgr::get_scene(int id) const {
     const auto& scenes = data->scenes;
-    const auto found = std::find_if(scenes.begin(), scenes.end(), [id](const auto& scene) {
-        return scene && scene->get_id() == id;
-    });
+    const auto found = std::find_if(scenes.begin(), scenes.end(),
+                                    [id](const auto& scene) { return scene->get_id() == id; });
     if (found != scenes.end())
         return found->get();
     misuse("SceneMgr::get_scene", "an id that no scene has");

@@ -12,8 +12,11 @@ namespace orvex {
 /// One for the process, made on first use and never destroyed. The engine never calls it: the host
 /// runs `cleanup` while its renderer is alive.
 ///
-/// Creating and killing scenes is safe from any thread; the look-ups take no lock. Hooks that run
-/// while a scene is killed must not create or kill scenes: the lock is not recursive.
+/// The list of scenes may grow and shrink from any thread, and nothing but the list: the look-ups
+/// take no lock, nor do the managers of programs, textures and materials that a scene gives such
+/// nodes back to, nor the counts of nodes. A scene that holds resources, or nodes that a drawn tree
+/// holds too, is made and killed on the thread that draws. Hooks that run while a scene is killed
+/// may look scenes up, and must not create or kill any: the lock is not recursive.
 class ORVEX_API SceneMgr {
 public:
     /// The one instance, made by the first call; never null.
@@ -34,7 +37,8 @@ public:
     /// Cleans the scene up, deletes it and drops it from the list.
     /// @return false if it isn't one of this manager's
     bool kill_scene(Renderer* renderer, Scene* scene);
-    /// Cleans up and deletes every scene, first to last. @return true
+    /// Cleans up and deletes every scene, first to last. Each stays in the list while it is cleaned
+    /// up, and has left it when it is deleted. @return true
     bool kill_all_scenes(Renderer* renderer);
 
     /// Releases the scene's nodes, its root last; the scene is then without a root.

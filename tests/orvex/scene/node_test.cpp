@@ -285,6 +285,15 @@ TEST(NodeFindChild, with_the_node_itself_the_whole_subtree_is_searched) {
     EXPECT_EQ(tree.root->find_child(nullptr, tree.root), nullptr);
 }
 
+TEST(NodeFindChild, what_lies_below_a_second_child_is_found_too) {
+    Tree tree;
+    Node* const below = new Node;
+    below->set_name("below");
+    tree.second->add_child(below);
+    EXPECT_EQ(tree.root->find_child("below", tree.root), below);
+    EXPECT_EQ(tree.root->find_child(below->get_id(), tree.root), below);
+}
+
 TEST(NodeFindChild, another_node_adds_what_lies_below_its_children_not_the_children) {
     Tree tree;
     EXPECT_EQ(tree.second->find_child("leaf", tree.root), tree.leaf);
@@ -299,18 +308,74 @@ TEST(NodeFindChild, direct_children_come_before_deeper_ones) {
     EXPECT_EQ(tree.root->find_child("second", tree.root), tree.first);
 }
 
-TEST(NodeParent, walks_do_not_follow_a_parent_that_leads_back) {
+TEST(NodeParent, is_the_one_that_was_set_last_though_it_leads_back) {
     Node first;
     Node second;
     first.set_parent(&second);
     second.set_parent(&first);
     EXPECT_EQ(second.get_parent(), &first);
     EXPECT_EQ(orvex::node_living_parent(first), &second);
-    EXPECT_EQ(orvex::node_living_parent(second), nullptr);
+    EXPECT_EQ(orvex::node_living_parent(second), &first);
     first.set_parent(&first);
     EXPECT_EQ(first.get_parent(), &first);
-    EXPECT_EQ(orvex::node_living_parent(first), nullptr);
 }
+
+TEST(NodeParent, a_child_that_was_taken_out_may_take_its_parent_in) {
+    for (const bool by_name : {true, false}) {
+        Node* const parent = new Node;
+        Node* const child = new Node;
+        parent->add_child(child);
+        child->add_ref();
+        child->add_ref();
+        if (by_name)
+            EXPECT_EQ(parent->remove_child(child), 2);
+        else
+            parent->clear_children_list();
+        child->add_child(parent);
+        EXPECT_EQ(child->get_num_children(), 1u);
+        EXPECT_EQ(parent->get_ref(), 1);
+        EXPECT_EQ(parent->get_parent(), child);
+        while (child->get_ref() > 1)
+            child->remove_ref();
+        child->kill(nullptr, nullptr);
+    }
+}
+
+TEST(NodeParent, a_grandchild_that_was_taken_out_may_take_the_root_in) {
+    Tree tree;
+    tree.leaf->add_ref();
+    ASSERT_EQ(tree.first->remove_child(tree.leaf), 1);
+    tree.leaf->add_child(tree.root);
+    EXPECT_EQ(tree.leaf->get_num_children(), 1u);
+    tree.root->add_ref(); // the tree's own end comes later
+    EXPECT_EQ(tree.leaf->remove_child(tree.root), 1);
+    tree.root->remove_ref();
+    tree.leaf->kill(nullptr, nullptr);
+}
+
+/// Builds a chain from one end, and takes it down from the other.
+class DeepChain : public testing::TestWithParam<bool> {};
+
+TEST_P(DeepChain, grows_at_the_same_cost_at_any_depth) {
+    constexpr std::size_t depth = 100000;
+    std::vector<Node*> chain;
+    for (std::size_t i = 0; i < depth; ++i)
+        chain.push_back(new Node);
+    if (GetParam())
+        for (std::size_t i = 1; i < depth; ++i)
+            chain[i - 1]->add_child(chain[i]);
+    else
+        for (std::size_t i = depth - 1; i > 0; --i)
+            chain[i - 1]->add_child(chain[i]);
+    EXPECT_EQ(chain.front()->get_child(0), chain[1]);
+    EXPECT_EQ(chain.back()->get_parent(), chain[depth - 2]);
+    for (std::size_t i = depth - 1; i > 0; --i)
+        EXPECT_EQ(chain[i - 1]->remove_child(chain[i]), 0);
+    chain.front()->kill(nullptr, nullptr);
+}
+
+INSTANTIATE_TEST_SUITE_P(From, DeepChain, testing::Bool(),
+                         [](const auto& from) { return from.param ? "the_top" : "the_bottom"; });
 
 TEST(NodeHandle, answers_the_node_until_it_ends) {
     NodeHandle handle;

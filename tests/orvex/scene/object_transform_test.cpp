@@ -187,7 +187,39 @@ TEST(ObjectAbsolute, the_walk_ends_in_a_circle_of_parents) {
     first.set_parent(&second);
     second.set_parent(&first);
     EXPECT_TRUE(is(first.get_absolute_transform(), translation(1, 2, 0)));
-    EXPECT_TRUE(is(second.get_absolute_transform(), translation(0, 2, 0)));
+    EXPECT_TRUE(is(second.get_absolute_transform(), translation(1, 2, 0)));
+    first.set_parent(&first);
+    EXPECT_TRUE(is(first.get_absolute_transform(), translation(1, 0, 0)));
+}
+
+TEST(ObjectAbsolute, the_walk_into_a_circle_meets_each_object_once) {
+    constexpr int most = 7;
+    for (int before = 0; before < most; ++before) {
+        for (int around = 1; around <= most; ++around) {
+            // A way of `before` objects into a circle of `around`, each a step of its own.
+            std::vector<Object> objects(static_cast<std::size_t>(before + around));
+            for (std::size_t i = 0; i < objects.size(); ++i) {
+                objects[i].set_position(static_cast<float>(1 << i), 0, 0);
+                objects[i].set_parent(
+                    &objects[i + 1 < objects.size() ? i + 1 : static_cast<std::size_t>(before)]);
+            }
+            const auto sum = static_cast<float>((1 << objects.size()) - 1);
+            EXPECT_TRUE(is(objects[0].get_absolute_transform(), translation(sum, 0, 0)))
+                << before << " before a circle of " << around;
+        }
+    }
+}
+
+TEST(ObjectAbsolute, the_walk_follows_the_parents_of_its_moment) {
+    Object* const parent = new Object;
+    Object* const child = new Object;
+    parent->add_child(child);
+    parent->set_position(1, 0, 0);
+    child->set_position(10, 0, 0);
+    parent->set_parent(child);
+    child->set_parent(nullptr);
+    EXPECT_TRUE(is(parent->get_absolute_transform(), translation(11, 0, 0)));
+    parent->kill(nullptr, nullptr);
 }
 
 TEST(ObjectAbsolute, a_node_in_two_lists_follows_the_parent_that_adopted_it_last) {

@@ -311,7 +311,25 @@ TEST(ResourceMgr, release_all_survives_entries_that_end_others) {
         manager.add_resource(new TestResource("late"));
     };
     EXPECT_TRUE(manager.release_all_resources(nullptr, nullptr));
-    EXPECT_EQ(manager.get_num_resources(), 0u);
+    EXPECT_EQ(names(manager), std::vector<std::string>{"late"}) << "it came after the walk began";
+}
+
+TEST(ResourceMgr, release_all_ends_though_each_end_brings_another) {
+    TestMgr manager;
+    constexpr int most = 100;
+    int made = 0;
+    const std::function<void(Renderer*)> make_another = [&](Renderer*) {
+        if (++made >= most)
+            return;
+        auto* const another = new TestResource("another");
+        another->at_cleanup = make_another;
+        manager.add_resource(another);
+    };
+    make_another(nullptr);
+    EXPECT_TRUE(manager.release_all_resources(nullptr, nullptr));
+    EXPECT_EQ(made, 2);
+    EXPECT_EQ(manager.get_num_resources(), 1u);
+    made = most;
 }
 
 TEST(ResourceMgr, look_ups_work_while_release_all_runs) {

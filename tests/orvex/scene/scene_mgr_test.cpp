@@ -111,6 +111,25 @@ TEST_F(SceneMgrTest, cleanup_kills_all_scenes_first_to_last) {
     EXPECT_TRUE(mgr->kill_all_scenes(nullptr));
 }
 
+TEST_F(SceneMgrTest, a_hook_finds_the_scenes_that_still_live) {
+    Scene* const first = mgr->create_scene();
+    Scene* const second = mgr->create_scene();
+    Scene* const third = mgr->create_scene();
+    const int ids[] = {first->get_id(), second->get_id(), third->get_id()};
+    std::vector<const Scene*> found;
+    auto* const node = new NotingNode("node", calls);
+    node->at_cleanup = [&] {
+        for (const int id : ids)
+            found.push_back(mgr->get_scene(id));
+        for (unsigned long i = 0; i < mgr->get_num_scenes(); ++i)
+            EXPECT_TRUE(mgr->get_scene_by_index(i));
+        EXPECT_EQ(mgr->get_num_scenes(), 2u);
+    };
+    second->add_node(node);
+    EXPECT_TRUE(mgr->kill_all_scenes(nullptr));
+    EXPECT_EQ(found, (std::vector<const Scene*>{nullptr, second, third}));
+}
+
 TEST_F(SceneMgrTest, kills_a_scene_that_was_cleaned_before) {
     Scene* scene = mgr->create_scene();
     scene->add_node(new NotingNode("node", calls));

@@ -16,7 +16,7 @@ namespace orvex {
 /// What a frame reads of a node: one line of the cache, together with the token.
 struct NodeFrameData : NodeToken {
     std::vector<NodeHandle> children;
-    /// The parent, for walks towards the root: empty where following it would never end.
+    /// The parent, for walks towards the root, which may lead into a circle.
     NodeHandle living_parent;
     /// This node as an object, set by `Object`'s constructor. Tags can be added by anyone, so a tag
     /// alone must not decide a cast.
@@ -83,6 +83,10 @@ inline Mesh* node_as_mesh(const Node& node) {
 inline Node* node_living_parent(const Node& node) {
     return Node::NodeData::of(node).living_parent.get();
 }
+
+/// How many nodes a walk towards the root meets before it ends or comes back to one that it met,
+/// the asking one not counted.
+std::size_t count_parents(const Node& node);
 
 struct NothingAhead {
     void operator()(const std::vector<NodeHandle>&, std::size_t) const {}
