@@ -9,11 +9,14 @@
 #include <cstdio>
 #include <cstring>
 #include <memory>
+#include <new>
 
+#include "orvex/assets/models/private/load_undo.h"
 #include "orvex/assets/textures/texture.h"
 #include "orvex/assets/textures/texture_mgr.h"
 #include "orvex/base/loader_3d.h"
 #include "orvex/base/plugin_mgr.h"
+#include "orvex/base/private/memory_out.h"
 #include "orvex/base/private/misuse.h"
 #include "orvex/base/private/plugin_data.h"
 #include "orvex/geometry/mesh/model.h"
@@ -50,6 +53,12 @@ public:
         std::snprintf(reason + length, sizeof reason - length, "%s%s", length > 0 ? "; " : "", why);
     }
 
+    /// Takes a reason that counts, whatever the loaders after this one say.
+    void set(const char* why) noexcept {
+        std::snprintf(reason, sizeof reason, "%s", why);
+        is_final = true;
+    }
+
     const char* text() const noexcept { return reason; }
 
 private:
@@ -60,23 +69,47 @@ private:
 /// Each thread that loads has its own.
 thread_local LoadFailure load_failure;
 
-std::unique_ptr<Model> new_model(const ModelRequest& request) {
+/// A model ends with its children, which a bare `delete` would leave.
+struct ModelEnd {
+    void operator()(Model* model) const { model->kill(nullptr, nullptr); }
+};
+using FreshModel = std::unique_ptr<Model, ModelEnd>;
+
+FreshModel new_model(const ModelRequest& request) {
     load_failure.clear();
-    auto model = std::make_unique<Model>();
+    FreshModel model(new Model);
     model->set_mesh_vertex_alloc_params(request.separate_vertex_arrays, request.vertex_alignment);
     return model;
 }
 
+/// Nothing that a loader throws gets past here: a plugin may be anybody's.
 bool load_with(Loader3D& loader, Model& model, const ModelRequest& request) {
-    loader.set_model_dir(request.model_dir);
-    loader.set_resource_dir(request.resource_dir);
-    loader.clear_failure_reason();
-    if (loader.load_from_file(&model, request.filename)) {
-        load_failure.clear();
-        return true;
+    try {
+        LoadUndo undo(model);
+        loader.set_model_dir(request.model_dir);
+        loader.set_resource_dir(request.resource_dir);
+        loader.clear_failure_reason();
+        if (loader.load_from_file(&model, request.filename)) {
+            undo.keep();
+            load_failure.clear();
+            return true;
+        }
+        load_failure.add(loader);
+    } catch (const std::bad_alloc&) {
+        load_failure.set("memory ran out");
+    } catch (...) {
+        load_failure.set("the loader threw an exception");
     }
-    load_failure.add(loader);
     return false;
+}
+
+/// What `load` gives; null where memory ran out around it.
+template<class Load>
+Model* null_without_memory(Load load) {
+    Model* model = nullptr;
+    or_undo([&] { return (model = load()) != nullptr; },
+            [] { load_failure.set("memory ran out"); });
+    return model;
 }
 
 /// The 3D loader at an index of its type. A host can give the type to a plugin that is none.
@@ -96,33 +129,39 @@ bool has_file(const ModelRequest& request) {
 Model* load_with_any_loader(const ModelRequest& request) {
     if (!has_file(request))
         return nullptr;
-    auto model = new_model(request);
-    for (unsigned long i = 0; i < number_of_loaders(); ++i) {
-        Loader3D* const loader = loader_at(i);
-        if (loader && load_with(*loader, *model, request))
-            return model.release();
-    }
-    return nullptr;
+    return null_without_memory([&]() -> Model* {
+        FreshModel model = new_model(request);
+        for (unsigned long i = 0; i < number_of_loaders(); ++i) {
+            Loader3D* const loader = loader_at(i);
+            if (loader && load_with(*loader, *model, request))
+                return model.release();
+        }
+        return nullptr;
+    });
 }
 
 Model* load_with_one_loader(Loader3D* loader, const ModelRequest& request) {
     if (!has_file(request) || !loader)
         return nullptr;
-    auto model = new_model(request);
-    return load_with(*loader, *model, request) ? model.release() : nullptr;
+    return null_without_memory([&] {
+        FreshModel model = new_model(request);
+        return load_with(*loader, *model, request) ? model.release() : nullptr;
+    });
 }
 
 Model* load_with_named_loader(const char* name, const ModelRequest& request) {
     if (!has_file(request))
         return nullptr;
     constexpr std::size_t compared_length = 127;
-    auto model = new_model(request);
-    for (unsigned long i = 0; i < number_of_loaders(); ++i) {
-        Loader3D* const loader = loader_at(i);
-        if (loader && std::strncmp(loader->get_name(), name, compared_length) == 0)
-            return load_with(*loader, *model, request) ? model.release() : nullptr;
-    }
-    return nullptr;
+    return null_without_memory([&]() -> Model* {
+        FreshModel model = new_model(request);
+        for (unsigned long i = 0; i < number_of_loaders(); ++i) {
+            Loader3D* const loader = loader_at(i);
+            if (loader && std::strncmp(loader->get_name(), name, compared_length) == 0)
+                return load_with(*loader, *model, request) ? model.release() : nullptr;
+        }
+        return nullptr;
+    });
 }
 
 } // namespace

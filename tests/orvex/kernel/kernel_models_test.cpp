@@ -1,11 +1,17 @@
+#include <functional>
 #include <memory>
+#include <new>
+#include <stdexcept>
 #include <string>
 #include <utility>
 
 #include "kernel_fixture.h"
+#include "orvex/assets/materials/material.h"
+#include "orvex/assets/materials/material_mgr.h"
 #include "orvex/assets/textures/texture.h"
 #include "orvex/assets/textures/texture_mgr.h"
 #include "orvex/base/loader_3d.h"
+#include "orvex/geometry/mesh/mesh.h"
 #include "orvex/geometry/mesh/model.h"
 #include "orvex/kernel/aux.h"
 #include "orvex/renderer/records/texture_data.h"
@@ -38,6 +44,37 @@ public:
 private:
     Lines& calls;
     bool accepts;
+};
+
+/// Adds a mesh, a material and a texture to what it is given, and then fails as it is told.
+class FailingLoader : public FakeLoader {
+public:
+    FailingLoader(Lines& calls, std::function<bool()> fail)
+        : FakeLoader(calls, "orvex_plugin_fbx", false)
+        , fail(std::move(fail)) {}
+
+    bool load_from_file(Model* model, const char* filename) override {
+        FakeLoader::load_from_file(model, filename);
+        Material* const material = MaterialMgr::get()->create_material("new");
+        material->add_texture(TextureMgr::get()->create_texture());
+        model->add_material(MaterialMgr::get()->create_material("of the model"), nullptr);
+        Mesh* const mesh = model->create_mesh();
+        mesh->add_material(material, nullptr);
+        model->add_child(mesh);
+        held = mesh;
+        held->add_ref();
+        return fail();
+    }
+
+    /// Ends what it has held. @return the references of its mesh, its own among them
+    int end_held() {
+        const int count = std::exchange(held, nullptr)->release(nullptr, nullptr);
+        return count + 1;
+    }
+
+private:
+    std::function<bool()> fail;
+    Mesh* held = nullptr;
 };
 
 class KernelModelsTest : public KernelTest {
@@ -97,6 +134,47 @@ TEST_F(KernelModelsTest, keeps_the_directories_of_the_load_before_for_null_ones)
     end(kernel->load_model_from_file("y", nullptr, nullptr));
     end(kernel->load_model_from_file("z", "", ""));
     EXPECT_EQ(calls, (Lines{"a x m/ r/ separate 0", "a y m/ r/ separate 0", "a z   separate 0"}));
+}
+
+TEST_F(KernelModelsTest, ends_what_a_loader_had_added_before_it_failed) {
+    Material* const kept = MaterialMgr::get()->create_material("kept");
+    const unsigned long num_materials = MaterialMgr::get()->get_num_resources();
+    const unsigned long num_textures = TextureMgr::get()->get_num_resources();
+    struct Row {
+        std::function<bool()> fail;
+        const char* reason;
+    };
+    for (const Row& row :
+         {Row{[]() -> bool { throw std::bad_alloc(); }, "memory ran out"},
+          Row{[]() -> bool { throw 7; }, "the loader threw an exception"},
+          Row{[]() -> bool { throw std::runtime_error("no"); }, "the loader threw an exception"},
+          Row{[] { return false; }, ""}}) {
+        auto* const loader = new FailingLoader(calls, row.fail);
+        registry->insert_plugin(loader);
+        for (const auto load : {&Kernel::load_model_from_file, &Kernel::load_model_from_file_fbx}) {
+            EXPECT_EQ((kernel->*load)("x", "m/", "r/"), nullptr);
+            EXPECT_STREQ(kernel->get_load_failure_reason(), row.reason);
+            EXPECT_EQ(loader->end_held(), 1) << "nobody else holds its mesh";
+            EXPECT_EQ(MaterialMgr::get()->get_num_resources(), num_materials);
+            EXPECT_EQ(TextureMgr::get()->get_num_resources(), num_textures);
+        }
+        kernel->unload_all_plugins();
+    }
+    EXPECT_EQ(MaterialMgr::get()->get_resource("kept"), kept);
+    MaterialMgr::get()->release_resource(nullptr, kept, nullptr);
+}
+
+TEST_F(KernelModelsTest, asks_the_next_loader_with_a_model_as_new) {
+    auto* const loader = new FailingLoader(calls, []() -> bool { throw std::bad_alloc(); });
+    registry->insert_plugin(loader);
+    add_loader("b", true);
+    Model* const model = kernel->load_model_from_file("x", "m/", "r/");
+    ASSERT_NE(model, nullptr);
+    EXPECT_EQ(model->get_num_children(), 0u);
+    EXPECT_EQ(model->get_num_materials(), 0u);
+    EXPECT_STREQ(kernel->get_load_failure_reason(), "");
+    EXPECT_EQ(loader->end_held(), 1);
+    end(model);
 }
 
 TEST_F(KernelModelsTest, passes_over_a_plugin_that_only_claims_to_be_a_loader) {

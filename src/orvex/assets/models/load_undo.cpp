@@ -2,6 +2,8 @@
 
 #include "orvex/assets/materials/material.h"
 #include "orvex/assets/materials/material_mgr.h"
+#include "orvex/assets/textures/texture.h"
+#include "orvex/assets/textures/texture_mgr.h"
 #include "orvex/geometry/mesh/mesh.h"
 #include "orvex/geometry/mesh/model.h"
 
@@ -15,7 +17,8 @@ LoadUndo::LoadUndo(Model& model)
     : model(model)
     , num_children(model.get_num_children())
     , num_model_materials(model.get_num_materials())
-    , num_materials(MaterialMgr::get()->get_num_resources()) {}
+    , num_materials(MaterialMgr::get()->get_num_resources())
+    , num_textures(TextureMgr::get()->get_num_resources()) {}
 
 LoadUndo::~LoadUndo() {
     if (is_kept)
@@ -29,6 +32,13 @@ LoadUndo::~LoadUndo() {
     while (materials.get_num_resources() > num_materials)
         materials.release_resource(
             nullptr, materials.get_resource_by_index(materials.get_num_resources() - 1), nullptr);
+    // And materials hold textures.
+    TextureMgr& textures = *TextureMgr::get();
+    while (textures.get_num_resources() > num_textures)
+        textures.release_texture(
+            nullptr,
+            static_cast<Texture*>(textures.get_resource_by_index(textures.get_num_resources() - 1)),
+            nullptr);
 }
 
 } // namespace orvex

@@ -15,9 +15,9 @@ struct MeshEnd {
 };
 using FreshMesh = std::unique_ptr<Mesh, MeshEnd>;
 
-/// Remembers what a model and the registry of materials hold when a load begins, and ends what came
-/// since when it goes out of scope, unless `keep` was called. A loader is the only one who adds to
-/// either while it loads, so that all that comes later is its own.
+/// Remembers what a model and the registries of materials and textures hold when a load begins, and
+/// ends what came since when it goes out of scope, unless `keep` was called. A loader is the only
+/// one who adds to any of them while it loads, so that all that comes later is its own.
 class LoadUndo {
 public:
     explicit LoadUndo(Model& model);
@@ -34,6 +34,7 @@ private:
     const unsigned long num_children;
     const unsigned long num_model_materials;
     const unsigned long num_materials;
+    const unsigned long num_textures;
     bool is_kept = false;
 };
 
