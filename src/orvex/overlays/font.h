@@ -76,8 +76,9 @@ public:
     /// `char` whose id is not in 0 to 255; one without id counts as 0. Offsets are read as unsigned
     /// 16-bit numbers: a negative one becomes very large.
     /// @param text  ends with a zero byte
-    /// @return false for null, for XML that can't be parsed or that has no root; the charset before
-    ///         stays then
+    /// @return false for null, for XML that can't be parsed, that has no root, or an element of
+    /// more
+    ///         than 256 attributes; the charset before stays then
     bool bm_load_charset_from_memory(const char* text);
     /// Name of the sheet's file, as it stands in the charset: relative to wherever the charset
     /// lies, at most 1023 characters. Empty if the charset names none, null without a charset.

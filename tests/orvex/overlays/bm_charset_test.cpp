@@ -51,6 +51,36 @@ TEST(BMCharset, is_zero_by_default) {
         EXPECT_EQ(c.x + c.y + c.width + c.height + c.xoffset + c.yoffset + c.xadvance + c.page, 0);
 }
 
+std::string attributes(int count) {
+    std::string text;
+    for (int i = 0; i < count; ++i)
+        text += " a" + std::to_string(i) + "='>'";
+    return text;
+}
+
+TEST(BMCharset, is_refused_for_an_element_of_endless_attributes) {
+    EXPECT_NE(read_elements("<info" + attributes(256) + "/>"), nullptr);
+    EXPECT_EQ(read_elements("<info" + attributes(257) + "/>"), nullptr);
+    EXPECT_EQ(read_elements("<info" + attributes(60000) + "/>"), nullptr);
+    EXPECT_EQ(read("<font" + attributes(60000)), nullptr);
+    EXPECT_EQ(read("<font" + attributes(60000) + " a='"), nullptr);
+    EXPECT_EQ(read("<!-- > --><!DOCTYPE x><?x?><font><![CDATA[>]]><a" + attributes(60000) + "/>"),
+              nullptr);
+    const std::string harmless = "<a" + attributes(600) + "/>";
+    EXPECT_NE(read("<?x " + harmless + "?><!--" + harmless + "--><font><![CDATA[" + harmless +
+                   "]]></font>"),
+              nullptr);
+}
+
+TEST(BMCharset, is_read_with_as_many_characters_as_there_are) {
+    std::string chars;
+    for (int i = 0; i < 400000; ++i)
+        chars += "<char id=\"" + std::to_string(i % 256) + "\" x=\"7\"/>";
+    const auto charset = read_elements("<chars>" + chars + "</chars>");
+    ASSERT_NE(charset, nullptr);
+    EXPECT_EQ(charset->chars[255].x, 7);
+}
+
 TEST(BMCharset, is_read_whole_from_a_file_with_kernings) {
     const auto charset = read(whole_file);
     ASSERT_NE(charset, nullptr);

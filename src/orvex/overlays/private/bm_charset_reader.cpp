@@ -89,11 +89,63 @@ void read_section(const XMLElement& element, BMCharset& charset) {
             section.read(element, charset);
 }
 
+/// Behind the next `end` from a place on; the end of the text without one.
+const char* behind(const char* place, const char* end) {
+    const char* const found = std::strstr(place, end);
+    return found ? found + std::strlen(end) : place + std::strlen(place);
+}
+
+/// Counts the attributes of an element, by their values.
+/// @param[in,out] place  behind the "<"; moves to the end of the tag, or of the text
+int count_attributes(const char*& place) {
+    int count = 0;
+    for (; *place != '\0' && *place != '>'; ++place) {
+        if (*place != '"' && *place != '\'')
+            continue;
+        ++count;
+        const char* const end = std::strchr(place + 1, *place);
+        if (!end) {
+            place += std::strlen(place);
+            break;
+        }
+        place = end;
+    }
+    return count;
+}
+
+/// What begins with "<" and is no element, and where it ends.
+struct NoElement {
+    const char* begin;
+    const char* end;
+};
+constexpr NoElement no_elements[] = {
+    {"<!--", "-->"}, {"<![CDATA[", "]]>"}, {"<?", "?>"}, {"<!", ">"}};
+
+const NoElement* no_element_at(const char* place) {
+    for (const NoElement& other : no_elements)
+        if (std::strncmp(place, other.begin, std::strlen(other.begin)) == 0)
+            return &other;
+    return nullptr;
+}
+
+/// Whether an element has far more attributes than any of a charset. The parser compares each with
+/// all before it, so that a file of them would take minutes.
+bool has_too_many_attributes(const char* text) {
+    constexpr int most = 256;
+    for (const char* place = std::strchr(text, '<'); place; place = std::strchr(place, '<')) {
+        if (const NoElement* const other = no_element_at(place))
+            place = behind(place + std::strlen(other->begin), other->end);
+        else if (count_attributes(++place) > most)
+            return true;
+    }
+    return false;
+}
+
 } // namespace
 
 std::unique_ptr<BMCharset> read_bm_charset(const char* text) {
     tinyxml2::XMLDocument document(true, tinyxml2::PRESERVE_WHITESPACE);
-    if (!text || document.Parse(text) != tinyxml2::XML_SUCCESS)
+    if (!text || has_too_many_attributes(text) || document.Parse(text) != tinyxml2::XML_SUCCESS)
         return nullptr;
     const XMLElement* const root = document.RootElement();
     if (!root)
