@@ -70,6 +70,13 @@ def exported_by(library):
     return [line.split()[-1] for line in lines]
 
 
+def unique_in(library):
+    """Symbols of which a process keeps one, and with it the library, even after dlclose."""
+    lines = subprocess.run(["nm", "-D", "--defined-only", library], check=True,
+                           capture_output=True, text=True).stdout.splitlines()
+    return [line.split()[-1] for line in lines if line.split()[-2] == "u"]
+
+
 def main(library, folder, headers):
     classes, functions = set(), set()
     for header in headers:
@@ -94,6 +101,7 @@ def main(library, folder, headers):
                  for name in sorted((classes - seen_classes - INLINE) | (functions - seen_functions))]
     mistakes += [f"listed as inline, but it isn't: {name}"
                  for name in sorted(INLINE & seen_classes | INLINE - classes)]
+    mistakes += [f"exported as unique: {name}" for name in unique_in(library)]
     print(f"{len(seen_classes)} classes and {len(seen_functions)} functions and variables are exported")
     print("\n".join(mistakes))
     if not classes or not functions:
