@@ -184,11 +184,17 @@ void write_picture(std::FILE* file, const Picture& picture, const Quantisation& 
     buffer.flush(stream.next);
 }
 
+/// Whether the 16 bits of the header hold a side; what they cut would be read as another picture.
+bool has_room_for(int side) {
+    return side >= 1 && side <= 65535;
+}
+
 } // namespace
 
 bool jo_write_jpg(const char* filename, const void* data, int width, int height, int comp,
                   int quality) {
-    if (!data || !filename || !width || !height || (comp != 1 && comp != 3 && comp != 4))
+    if (!data || !filename || !has_room_for(width) || !has_room_for(height) ||
+        (comp != 1 && comp != 3 && comp != 4))
         return false;
     std::FILE* file = std::fopen(filename, "wb");
     if (!file)

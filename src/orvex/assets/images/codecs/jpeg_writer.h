@@ -12,11 +12,12 @@ namespace orvex {
 /// @param filename  a path, taken as given; an existing file is replaced
 /// @param data      rows from the top down without padding, `width * height * comp` bytes, of which
 ///                  the first three per pixel are red, green and blue
-/// @param width,height  pixels; the format has room for sizes up to 65,535
+/// @param width,height  pixels, 1 to 65,535: the format has room for no more
 /// @param comp      bytes per pixel: 1 for grey, 3, or 4 with a byte that is skipped
 /// @param quality   1 to 100, clamped; 0 means 90
-/// @return false for null, a size of 0, another `comp`, or a file that can't be opened. A failure
-///         on the way through the file is not noticed.
+/// @return false, without a file, for null, a size out of range, another `comp`, or a file that
+///         can't be opened. A failure on the way through the file, as of a full disk, is not
+///         noticed.
 ///
 /// @code
 /// orvex::jo_write_jpg("frame.jpg", pixels, 1920, 1080, 4, 90);

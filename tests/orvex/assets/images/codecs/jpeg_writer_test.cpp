@@ -308,14 +308,18 @@ TEST(JpegWriter, refuses_what_is_no_picture) {
     EXPECT_FALSE(std::filesystem::exists(path));
 }
 
-TEST(JpegWriter, writes_no_block_for_a_negative_size) {
-    const Pixels picture = patterned(8, 8, 3);
+TEST(JpegWriter, refuses_sides_that_the_format_has_no_room_for) {
+    const Pixels picture = patterned(65536, 1, 1);
+    const void* data = picture.bytes.data();
     const TempDir directory;
     const std::string path = directory.file("picture.jpg");
-    EXPECT_TRUE(jo_write_jpg(path.c_str(), picture.bytes.data(), -8, 8, 3, 90));
-    EXPECT_EQ(file_bytes(path).size(), 607u + 2u);
-    EXPECT_TRUE(jo_write_jpg(path.c_str(), picture.bytes.data(), 8, -8, 3, 90));
-    EXPECT_EQ(file_bytes(path).size(), 607u + 2u);
+    for (const int side : {-65535, -8, -1, 0, 65536}) {
+        EXPECT_FALSE(jo_write_jpg(path.c_str(), data, side, 1, 1, 90)) << side;
+        EXPECT_FALSE(jo_write_jpg(path.c_str(), data, 1, side, 1, 90)) << side;
+        EXPECT_FALSE(std::filesystem::exists(path));
+    }
+    EXPECT_TRUE(jo_write_jpg(path.c_str(), data, 65535, 1, 1, 90));
+    EXPECT_TRUE(jo_write_jpg(path.c_str(), data, 1, 65535, 1, 90));
 }
 
 TEST(JpegWriter, refuses_a_file_it_cannot_open) {
