@@ -164,9 +164,14 @@ public:
     /// @{
 
     /// Writes the pixels of a 2D texture through the default codec, as JPEG whatever the name says.
-    /// @return the codec's result; false without a default codec, for null, and for other types
+    /// A disk that is full on the way isn't noticed: who must know writes to another name, looks
+    /// for the end of the picture (ff d9), and renames.
+    /// @return the codec's result, for its own false for sides above 65,535; false without a
+    /// default
+    ///         codec, for null, and for other types
     bool write_texture_2d_to_file(Texture* texture, const char* filename);
-    /// Writes the renderer's colour buffer, top row first, through the default codec.
+    /// Writes the renderer's colour buffer, top row first, through the default codec. A full disk
+    /// isn't noticed here either.
     /// @return the codec's result; false without a default codec and for null
     bool do_screenshot(Renderer* renderer, const char* filename);
     /// @}

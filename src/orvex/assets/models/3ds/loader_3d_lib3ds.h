@@ -35,6 +35,8 @@ struct sLib3dsMesh;
 /// - A material whose name `MaterialMgr` already knows is attached to the model, but the faces of
 ///   this load get a default material instead.
 /// - A face without material gets the first of the file.
+/// - In a file without keyframer nodes a mesh with a matrix other than identity is taken to its own
+///   axes: it lies on its back, and is moved by its origin.
 ///
 /// If two materials of a file share a name, all of them are called "orvex_mat_%d" by their index.
 ///

@@ -24,6 +24,8 @@ namespace orvex {
 /// Textures are not loaded: their names are queued on the materials, for
 /// `Material::async_loading_process_all_texture_filenames`. A material whose name `MaterialMgr`
 /// already knows is used as it is.
+///
+/// The steps of a load can't be called one by one, unlike those of `Loader3D_Lib3ds`.
 class ORVEX_API Loader3D_OBJ : public Loader3D {
 public:
     /// Named and described, not yet registered anywhere.
@@ -33,10 +35,9 @@ public:
     /// @param model     null is refused
     /// @param filename  appended to the model directory as it stands; null is refused
     /// @return false, with nothing added to the model and to `MaterialMgr`, if the file can't be
-    /// read,
-    ///         holds no vertex or no face, or needs more memory than there is; `get_failure_reason`
-    ///         then tells which. Nothing is logged but a mesh's want of memory, by the mesh. A
-    ///         missing material library only costs the colours.
+    ///         read, holds no vertex or no face, or needs more memory than there is;
+    ///         `get_failure_reason` then tells which. Nothing is logged but a mesh's want of
+    ///         memory, by the mesh. A missing material library only costs the colours.
     bool load_from_file(Model* model, const char* filename) override;
 
 private:
