@@ -29,4 +29,21 @@ unsigned long refuse_each_block(Work work, Look look) {
     }
 }
 
+/// The same for arrays, of which some are met by the work itself: each of the first `count` is
+/// refused once, whether the work throws then or not. `look` gives back all that was made.
+template<class Work, class Look>
+void refuse_each_array(unsigned long count, Work work, Look look) {
+    for (unsigned long n = 0; n < count; ++n) {
+        const long before = living_blocks();
+        try {
+            const RefuseArrays refusal({.granted = n, .refused = 1});
+            work();
+        } catch (const std::bad_alloc&) {
+            // looked at below
+        }
+        look();
+        EXPECT_EQ(living_blocks(), before) << "after array " << n;
+    }
+}
+
 } // namespace orvex_test

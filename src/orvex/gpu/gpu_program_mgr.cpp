@@ -1,6 +1,7 @@
 #include "orvex/gpu/gpu_program_mgr.h"
 
 #include <cstring>
+#include <memory>
 
 #include "orvex/base/log_mgr.h"
 #include "orvex/base/private/misuse.h"
@@ -32,10 +33,10 @@ bool GpuProgramMgr::stop(Renderer* renderer) {
 }
 
 GpuProgram* GpuProgramMgr::create_gpu_program(const char* name) {
-    auto* const program = new GpuProgram;
+    auto program = std::make_unique<GpuProgram>();
     program->set_name(name);
-    add_gpu_program(program);
-    return program;
+    add_gpu_program(program.get());
+    return program.release();
 }
 
 bool GpuProgramMgr::add_gpu_program(GpuProgram* program) {

@@ -18,6 +18,7 @@
 #include "orvex/geometry/lines/curve.h"
 #include "orvex/geometry/lines/line.h"
 #include "orvex/math/vec4.h"
+#include "orvex/scene/private/fresh_node.h"
 #include "orvex/scene/private/weak_node.h"
 #include "orvex/scene/viewport.h"
 
@@ -66,7 +67,8 @@ struct Axis {
 
 struct Graph2d::Graph2dData {
     std::vector<std::unique_ptr<GraphCurve>> curves;
-    Line* axis_line = new Line; ///< draws both axes, so that they cost one vertex buffer
+    /// Draws both axes, so that they cost one vertex buffer.
+    Fresh<Line> axis_line = make_fresh<Line>();
     Viewport viewport;
     bool viewport_enabled = true;
     Axis x_axis{vec4(0.0f, 0.0f, 0.0f, 1.0f), vec4(100.0f, 0.0f, 0.0f, 1.0f)};
@@ -106,9 +108,7 @@ Graph2d::Graph2d()
     set_type(NODE_TYPE_GRAPH2D);
 }
 
-Graph2d::~Graph2d() {
-    data->axis_line->release(nullptr, nullptr);
-}
+Graph2d::~Graph2d() = default;
 
 bool Graph2d::_cleanup(Renderer* renderer) {
     kill_all_curves(renderer);

@@ -15,6 +15,7 @@
 #include "orvex/math/vec4.h"
 #include "orvex/renderer/records/vertex.h"
 #include "orvex/scene/private/draw_ahead.h"
+#include "orvex/scene/private/fresh_node.h"
 #include "orvex/scene/private/node_data.h"
 #include "orvex/scene/private/weak_node.h"
 
@@ -136,9 +137,9 @@ Vertex MadLedBar::get_vertex_v2(unsigned long index) {
 bool MadLedBar::initialize(const vec3& start, const vec3& end, unsigned long num_leds) {
     data->set_row(start, end, num_leds);
     if (!data->vertex_pool.get()) {
-        VertexPool* const pool = new VertexPool;
-        data->vertex_pool.set(pool);
-        add_child(pool);
+        Fresh<VertexPool> pool = make_fresh<VertexPool>();
+        add_child(pool.get());
+        data->vertex_pool.set(pool.release());
     }
 
     // Points anew, in a row, white, and lit from above.
@@ -176,10 +177,10 @@ bool MadLedBar::initialize(const vec3& start, const vec3& end, unsigned long num
                            float height) {
     data->set_row(start, end, num_leds);
     if (!data->plane.get()) {
-        MeshPlane* const plane = new MeshPlane;
-        data->plane.set(plane);
+        Fresh<MeshPlane> plane = make_fresh<MeshPlane>();
         plane->set_vertex_alloc_params(false, 0);
-        add_child(plane);
+        add_child(plane.get());
+        data->plane.set(plane.release());
     }
 
     // A segment for each light, in one strip.

@@ -10,6 +10,7 @@
 #include "orvex/gpu/gpu_program.h"
 #include "orvex/gpu/gpu_program_mgr.h"
 #include "orvex/renderer/renderer.h"
+#include "orvex/scene/private/fresh_node.h"
 #include "orvex/scene/private/weak_node.h"
 
 namespace orvex {
@@ -32,11 +33,11 @@ struct Skybox::SkyboxData {
 Skybox::Skybox()
     : data(std::make_unique<SkyboxData>()) {
     set_type(NODE_TYPE_SKYBOX);
-    MeshQuad* const quad = new MeshQuad;
+    Fresh<MeshQuad> quad = make_fresh<MeshQuad>();
     quad->set_build_params(800.0f, 600.0f);
     quad->build(nullptr);
     quad->add_ref();
-    data->quad.set(quad);
+    data->quad.set(quad.release());
 }
 
 Skybox::~Skybox() {

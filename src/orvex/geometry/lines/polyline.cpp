@@ -25,7 +25,11 @@ Polyline::Polyline()
     init_polyline_data(nullptr);
 }
 
-Polyline::~Polyline() = default;
+// `_cleanup` has let go of the store already, but where the constructor of a class below met the
+// end of memory.
+Polyline::~Polyline() {
+    Polyline::_set_polyline_data(nullptr, nullptr);
+}
 
 bool Polyline::_cleanup(Renderer* renderer) {
     cleanup_polyline_data(renderer);

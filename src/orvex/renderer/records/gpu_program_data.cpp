@@ -36,9 +36,7 @@ bool is_stage_index(GPU_SHADER_TYPE type) {
 
 } // namespace
 
-GpuProgramData::GpuProgramData()
-    : uniforms(new GpuProgramUniform*[UNIFORM_SLOTS]())
-    , num_uniforms(UNIFORM_SLOTS) {
+GpuProgramData::GpuProgramData() {
     model_matrix_uniform_name.assign("orvex_ModelMatrix");
     view_matrix_uniform_name.assign("orvex_ViewMatrix");
     projection_matrix_uniform_name.assign("orvex_ProjectionMatrix");
@@ -48,6 +46,9 @@ GpuProgramData::GpuProgramData()
     viewport_uniform_name.assign("orvex_Viewport");
     for (unsigned long i = 0; i < std::size(standard_attrib_names); ++i)
         vertex_attrib_names[i].assign(standard_attrib_names[i]);
+    // Last, as nobody frees it where one of the names finds no memory.
+    uniforms = new GpuProgramUniform*[UNIFORM_SLOTS]();
+    num_uniforms = UNIFORM_SLOTS;
 }
 
 GpuProgramData::~GpuProgramData() {

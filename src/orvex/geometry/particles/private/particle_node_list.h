@@ -4,6 +4,7 @@
 /// The emitters or the actions of a particle system.
 
 #include <algorithm>
+#include <memory>
 #include <utility>
 #include <vector>
 
@@ -17,9 +18,9 @@ template<class T>
 class ParticleNodeList {
 public:
     T* create() {
-        T* const node = new T;
-        entries.push_back({NodeHandle(node), node});
-        return node;
+        auto node = std::make_unique<T>();
+        entries.push_back({NodeHandle(node.get()), node.get()});
+        return node.release();
     }
 
     unsigned long size() const { return entries.size(); }
