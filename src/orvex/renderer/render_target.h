@@ -70,9 +70,12 @@ public:
                                              unsigned long num_buffers, bool, int samples) = 0;
 
     /// Makes a target with one colour texture and a depth texture.
+    /// @param format   pixel format of the colour textures. Drivers needn't draw into floats of
+    ///                 three channels (`PF_RGB_F32`, `PF_RGB_F16`): take four.
     /// @param linear   linear filtering of the textures; nearest otherwise and with samples
-    /// @param clamp    clamp outside the texture; repeat otherwise, and always in a core profile,
-    ///                 which doesn't know the mode that is asked for
+    /// @param clamp    clamp outside the texture, to its border's black: with `linear` dark seams.
+    ///                 Repeat otherwise, and always in a core profile, which doesn't know the mode
+    ///                 that is asked for.
     /// @param samples  samples per pixel; below 1 for plain textures
     /// @return whether the framebuffer is complete; if not, `get_error_str` tells why
     virtual bool create_target(int width, int height, PIXEL_FORMAT format, bool, bool linear,

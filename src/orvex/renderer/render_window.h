@@ -4,6 +4,8 @@
 /// The engine's handle on one drawable surface with a graphics context.
 
 #include <memory>
+#include <string>
+#include <vector>
 
 #include "orvex/api.h"
 
@@ -32,6 +34,16 @@ struct RenderWindow_ExtraData {
     int stencil_bits = 0;
     /// Wanted colour bits: 16 gives 5/6/5, 24 gives 8/8/8, anything else 8/8/8/8.
     int color_bits = 32;
+};
+
+/// One device that off-screen windows can be drawn by, as `RenderWindow::list_devices` finds it.
+struct RenderWindow_Device {
+    int index = 0;         ///< from 0, in the system's order
+    std::string driver;    ///< its name, or the maker's; empty for a device that is refused
+    std::string node;      ///< such as "/dev/dri/renderD128"; empty for software
+    std::string pci;       ///< place on the bus, such as "0000:01:00.0"; empty where there is none
+    bool software = false; ///< the processor draws
+    std::string refusal;   ///< why it can't be used, in words; empty if it can
 };
 
 /// One drawable surface of the host, or an off-screen one, with a graphics context attached.
@@ -65,6 +77,14 @@ struct RenderWindow_ExtraData {
 /// for, such as "teapot (vertices)", for frame debuggers to show. A context of the host's keeps the
 /// host's own listener. The log's callback must not draw then. Without KHR_debug, and by default,
 /// nothing of this happens and no call is made for it.
+///
+/// Off-screen windows are drawn by the first device that can, processors of graphics before
+/// software, unless `ORVEX_GL_DEVICE` in the environment chooses one: by its index in
+/// `list_devices`, by its PCI path ("0000:01:00.0" or "01:00.0"), or as "software". A device that
+/// isn't there or is refused is a failure then, and the log has an error line with the reason.
+/// Windows on the screen, and those that were given a connection, are drawn by the device of their
+/// display. A debug line tells the device of each new context, and a warning the processors of
+/// graphics that were passed over for software.
 ///
 /// The operations whose names begin with `osx_` are the layer under `initialize`, `apply_context`,
 /// `display_framebuffer` and `vsync`, for hosts that need more than these.
@@ -105,8 +125,9 @@ public:
     ///                its own, and they are refused. On Wayland both need a drawable, as it has no
     ///                off-screen surfaces.
     /// @param extra   the request; null asks for a record of defaults
-    /// @return false, with nothing logged, when no configuration or no context could be had. A
-    ///         version that the driver can't give is no failure: see `get_api_3d`.
+    /// @return false when no configuration or no context could be had, with nothing logged unless
+    ///         `ORVEX_GL_DEVICE` chose a device. A version that the driver can't give is no
+    ///         failure: see `get_api_3d`.
     virtual bool initialize(void* window, void* view, int width, int height, const char* msaa,
                             RenderWindow* parent, RenderWindow_ExtraData* extra) = 0;
     /// Forgets the extension list and ends the context.
@@ -237,6 +258,10 @@ public:
     virtual bool osx_vsync_cocoa(bool state) = 0;
     /// @return null: Linux has no second kind of context
     virtual void* osx_get_nsgl_ctx() = 0;
+
+    /// Lists the devices that off-screen windows can be drawn by, and tries the driver of each. Any
+    /// thread; no context is needed or touched.
+    static std::vector<RenderWindow_Device> list_devices();
 
     /// Tells which framebuffer object stands for the window. Toolkits draw a widget into an object
     /// of their own: `Renderer::fbo_get_current_bound` tells its id at the begin of a frame, and as

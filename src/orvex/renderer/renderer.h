@@ -664,7 +664,11 @@ public:
     /// the start of the image.
     /// @param x,width  the part of the texture, in pixels
     virtual bool texture_1d_update(TextureData* texture, int x, int width) = 0;
-    /// Makes a 2D texture from the record's pixels; true at once if it is loaded.
+    /// Makes a 2D texture from the record's pixels; true at once if it is loaded. As with every
+    /// load nothing asks whether the API took the pixels: out of memory it is true all the same,
+    /// and `ORVEX_GL_DEBUG=1` or `get_opengl_error` tells. False when the pixels are fewer than the
+    /// API would read, with what a host has set for uploads (row length, skips), and while a buffer
+    /// of the host's is bound for uploads.
     virtual bool texture_2d_load(TextureData* texture, unsigned long unit) = 0;
     /// Sends pixels of a loaded 2D texture again, which must be bound. Mind the order: the offset
     /// in y comes first. The pixels are taken from the start of the image.

@@ -5,11 +5,13 @@
 
 #include <cstdio>
 #include <cstring>
+#include <string>
 #include <utility>
 
 #include <GL/gl.h>
 #include <GL/glext.h>
 
+#include "orvex/base/log_mgr.h"
 #include "orvex/renderer/opengl/gl/private/gl_debug.h"
 #include "orvex/renderer/opengl/window/private/render_window_opengl_data.h"
 #include "orvex/renderer/private/render_window_data.h"
@@ -38,13 +40,22 @@ bool RenderWindowOpenGL::initialize(void* window, void* view, int width, int hei
 
     data_osx->display = window;
     data->init_ok = osx_create_cgl_context(view, width, height, msaa, parent, extra);
-    if (apply_context(true))
+    if (apply_context(true)) {
         start_gl_messages();
+        tell_device();
+    }
 
     // A former context that stays keeps its version too.
     if (data->init_ok || !data_osx->context)
         read_version();
     return data->init_ok;
+}
+
+void RenderWindowOpenGL::tell_device() const {
+    const std::string device = is_context_current() ? data_osx->context->device() : "";
+    const char* const name = reinterpret_cast<const char*>(glGetString(GL_RENDERER));
+    if (!device.empty() && name)
+        LogMgr::get()->tracef_debug("OpenGL device: %s - %s", device.c_str(), name);
 }
 
 void RenderWindowOpenGL::read_version() {

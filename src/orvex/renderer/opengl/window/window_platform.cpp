@@ -20,4 +20,8 @@ void set_window_platform(WindowPlatform* platform) {
     replacement = platform;
 }
 
+std::vector<RenderWindow_Device> RenderWindow::list_devices() {
+    return window_platform().list_devices();
+}
+
 } // namespace orvex

@@ -7,6 +7,7 @@
 #include "orvex/renderer/opengl/state/private/contexts.h"
 #include "orvex/renderer/opengl/state/private/gl_quirks.h"
 #include "orvex/renderer/opengl/window/linux/private/egl_config.h"
+#include "orvex/renderer/opengl/window/linux/private/egl_device.h"
 
 // Contexts by EGL. What was current stays current, or comes back, whatever an operation needs in
 // between.
@@ -203,6 +204,11 @@ EglOwnContext::~EglOwnContext() {
     if (get_surface() != EGL_NO_SURFACE)
         eglDestroySurface(get_display(), get_surface());
     eglDestroyContext(get_display(), get_context());
+}
+
+std::string EglOwnContext::device() const {
+    const EglDevice device = egl_device_of(get_display());
+    return device.handle == EGL_NO_DEVICE_EXT ? std::string() : device_text(device.facts);
 }
 
 bool EglOwnContext::resize(int new_width, int new_height) {

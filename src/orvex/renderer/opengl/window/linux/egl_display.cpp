@@ -1,9 +1,8 @@
 #include "orvex/renderer/opengl/window/linux/private/egl_display.h"
 
 #include <algorithm>
-#include <array>
-#include <cstring>
 
+#include "orvex/renderer/opengl/window/linux/private/egl_extensions.h"
 #include "orvex/renderer/opengl/window/linux/private/x11_window.h"
 #include "orvex/renderer/opengl/window/private/window_platform.h"
 
@@ -11,87 +10,61 @@ namespace orvex {
 
 namespace {
 
-bool lists(const char* extensions, const char* wanted) {
-    if (!extensions)
-        return false;
-    const std::size_t length = std::strlen(wanted);
-    for (const char* found = std::strstr(extensions, wanted); found;
-         found = std::strstr(found + length, wanted)) {
-        const bool begins = found == extensions || found[-1] == ' ';
-        if (begins && (found[length] == ' ' || found[length] == '\0'))
-            return true;
-    }
-    return false;
-}
-
-bool client_lists(const char* wanted) {
-    return lists(eglQueryString(EGL_NO_DISPLAY, EGL_EXTENSIONS), wanted);
-}
-
-template<typename Function>
-Function entry(const char* name) {
-    return reinterpret_cast<Function>(eglGetProcAddress(name));
-}
-
-/// A display of one platform, or EGL_NO_DISPLAY where the platform is unknown.
-EGLDisplay platform_display(EGLenum platform, const char* extension, void* native) {
-    const auto get = entry<PFNEGLGETPLATFORMDISPLAYEXTPROC>("eglGetPlatformDisplayEXT");
-    if (!get || !client_lists(extension))
-        return EGL_NO_DISPLAY;
-    return get(platform, native, nullptr);
-}
-
-bool is_software(EGLDeviceEXT device) {
-    const auto query = entry<PFNEGLQUERYDEVICESTRINGEXTPROC>("eglQueryDeviceStringEXT");
-    return query && lists(query(device, EGL_EXTENSIONS), "EGL_MESA_device_software");
+EGLDisplay display_on(void* connection) {
+    return eglGetDisplay(static_cast<EGLNativeDisplayType>(connection));
 }
 
 /// The machine's devices: processors of graphics first, or the software device when that is asked
 /// for.
-std::vector<EGLDeviceEXT> devices(bool software_first) {
-    const auto query = entry<PFNEGLQUERYDEVICESEXTPROC>("eglQueryDevicesEXT");
-    if (!query || !client_lists("EGL_EXT_platform_device"))
-        return {};
-    std::array<EGLDeviceEXT, 64> found;
-    EGLint count = 0;
-    if (!query(static_cast<EGLint>(found.size()), found.data(), &count))
-        return {};
-    std::stable_partition(found.begin(), found.begin() + count, [&](EGLDeviceEXT device) {
-        return is_software(device) == software_first;
+std::vector<EglCandidate> on_devices(bool software_first, std::string_view choice) {
+    std::vector<EglDevice> devices = egl_devices();
+    std::stable_partition(devices.begin(), devices.end(), [&](const EglDevice& device) {
+        return device.facts.software == software_first;
     });
-    return {found.begin(), found.begin() + count};
+    std::vector<EglCandidate> candidates;
+    for (const EglDevice& device : devices)
+        if (choice.empty() || is_chosen(device.facts, choice))
+            candidates.push_back({device.display(), device});
+    return candidates;
 }
 
-std::vector<EGLDisplay> off_screen_displays(const ContextRequest& request) {
-    std::vector<EGLDisplay> displays;
+std::vector<EglCandidate> off_screen_candidates(const ContextRequest& request) {
+    // The connection of a host's says where to draw, and the choice where it doesn't.
+    const std::string_view choice = request.display ? std::string_view() : device_choice();
+    std::vector<EglCandidate> candidates = on_devices(request.software_renderer, choice);
+    if (!choice.empty())
+        return candidates;
     if (request.display)
-        displays.push_back(eglGetDisplay(static_cast<EGLNativeDisplayType>(request.display)));
-    for (EGLDeviceEXT device : devices(request.software_renderer))
-        displays.push_back(
-            platform_display(EGL_PLATFORM_DEVICE_EXT, "EGL_EXT_platform_device", device));
-    displays.push_back(platform_display(EGL_PLATFORM_SURFACELESS_MESA,
-                                        "EGL_MESA_platform_surfaceless", EGL_DEFAULT_DISPLAY));
-    displays.push_back(eglGetDisplay(EGL_DEFAULT_DISPLAY));
-    return displays;
+        candidates.insert(candidates.begin(), {display_on(request.display), {}});
+    candidates.push_back(
+        {egl_platform_display(EGL_PLATFORM_SURFACELESS_MESA, "EGL_MESA_platform_surfaceless",
+                              EGL_DEFAULT_DISPLAY),
+         {}});
+    candidates.push_back({display_on(EGL_DEFAULT_DISPLAY), {}});
+    return candidates;
 }
 
-std::vector<EGLDisplay> window_displays(const ContextRequest& request) {
+std::vector<EglCandidate> window_candidates(const ContextRequest& request) {
     if (request.display)
-        return {eglGetDisplay(static_cast<EGLNativeDisplayType>(request.display))};
+        return {{display_on(request.display), {}}};
     // A `wl_egl_window*` means nothing on any connection but its own.
     if (!is_x11_id(request.view))
         return {};
-    return {platform_display(EGL_PLATFORM_X11_EXT, "EGL_EXT_platform_x11", EGL_DEFAULT_DISPLAY),
-            eglGetDisplay(EGL_DEFAULT_DISPLAY)};
+    return {
+        {egl_platform_display(EGL_PLATFORM_X11_EXT, "EGL_EXT_platform_x11", EGL_DEFAULT_DISPLAY),
+         {}},
+        {display_on(EGL_DEFAULT_DISPLAY), {}}};
 }
 
 } // namespace
 
-std::vector<EGLDisplay> displays_for(const ContextRequest& request) {
-    std::vector<EGLDisplay> displays =
-        request.view ? window_displays(request) : off_screen_displays(request);
-    std::erase(displays, EGL_NO_DISPLAY);
-    return displays;
+std::vector<EglCandidate> candidates_for(const ContextRequest& request) {
+    std::vector<EglCandidate> candidates =
+        request.view ? window_candidates(request) : off_screen_candidates(request);
+    std::erase_if(candidates, [](const EglCandidate& candidate) {
+        return candidate.display == EGL_NO_DISPLAY;
+    });
+    return candidates;
 }
 
 } // namespace orvex

@@ -1,8 +1,11 @@
 #include "orvex/renderer/opengl/window/linux/private/egl_platform.h"
 
 #include <cstdio>
+#include <mutex>
+#include <string>
 #include <vector>
 
+#include "orvex/base/log_mgr.h"
 #include "orvex/renderer/opengl/state/private/gl_quirks.h"
 #include "orvex/renderer/opengl/window/linux/private/egl_context.h"
 #include "orvex/renderer/opengl/window/linux/private/egl_display.h"
@@ -14,11 +17,11 @@ namespace orvex {
 namespace {
 
 /// Objects are shared within one display only. A parent of another kind can't be shared with.
-std::vector<EGLDisplay> candidate_displays(const ContextRequest& request) {
+std::vector<EglCandidate> all_candidates(const ContextRequest& request) {
     if (!request.share)
-        return displays_for(request);
+        return candidates_for(request);
     if (const auto* share = dynamic_cast<EglAnyContext*>(request.share))
-        return {share->get_display()};
+        return {{share->get_display(), {}}};
     return {};
 }
 
@@ -28,22 +31,89 @@ bool is_drawable(const ContextRequest& request) {
            x11_window_may_exist(request.display, request.view);
 }
 
+std::unique_ptr<PlatformContext> create_on(EGLDisplay display, const ContextRequest& request) {
+    if (!eglInitialize(display, nullptr, nullptr) || !is_drawable(request))
+        return nullptr;
+    EglDrawableLoan drawable(request);
+    std::unique_ptr<PlatformContext> context = EglOwnContext::create(display, request);
+    if (context)
+        drawable.keep();
+    return context;
+}
+
+/// Logs a line, unless it was the last one: each window of a process would say the same.
+void warn_once(const std::string& line) {
+    static std::mutex mutex;
+    static std::string last;
+    const std::lock_guard<std::mutex> guard(mutex);
+    if (line == last)
+        return;
+    last = line;
+    LogMgr::get()->tracef_warning("%s", line.c_str());
+}
+
+std::string refusal_in_full(const EglDevice& device) {
+    const std::string refusal = egl_device_refusal(device);
+    return device_text(device.facts) + ", " +
+           (refusal.empty() ? "which has no such configuration, context or surface" : refusal);
+}
+
+/// Whoever wanted no software renderer and has one is told why.
+void tell_software(EGLDisplay display, const std::vector<EglDevice>& refused) {
+    if (!egl_device_of(display).facts.software)
+        return;
+    std::string passed_over;
+    for (const EglDevice& device : refused)
+        if (!device.facts.software)
+            passed_over += (passed_over.empty() ? "" : "; ") + refusal_in_full(device);
+    for (const std::string& node : unserved_nodes(egl_devices()))
+        passed_over += (passed_over.empty() ? "" : "; ") + node + ", which no driver serves";
+    if (!passed_over.empty())
+        warn_once("OpenGL is drawn by software. Passed over: " + passed_over);
+}
+
+/// Whoever chose a device that can't be drawn on is told why.
+void tell_choice(const std::vector<EglDevice>& refused) {
+    std::string reasons;
+    for (const EglDevice& device : refused)
+        reasons += (reasons.empty() ? "" : "; ") + refusal_in_full(device);
+    LogMgr::get()->tracef_error("ORVEX_GL_DEVICE=%s: %s", device_choice().data(),
+                                reasons.empty() ? "no such device" : reasons.c_str());
+}
+
 } // namespace
 
 std::unique_ptr<PlatformContext> EglPlatform::create_context(const ContextRequest& request) {
     const EglOpenGLScope api;
     if (is_x11_id(request.view))
         finish_x11_requests(request.display);
-    for (EGLDisplay display : candidate_displays(request)) {
-        if (!eglInitialize(display, nullptr, nullptr) || !is_drawable(request))
-            continue;
-        EglDrawableLoan drawable(request);
-        if (auto context = EglOwnContext::create(display, request)) {
-            drawable.keep();
+    const std::vector<EglCandidate> candidates = all_candidates(request);
+    std::vector<EglDevice> refused;
+    for (const EglCandidate& candidate : candidates) {
+        if (std::unique_ptr<PlatformContext> context = create_on(candidate.display, request)) {
+            if (!request.view && !request.share && !request.software_renderer &&
+                device_choice().empty())
+                tell_software(candidate.display, refused);
             return context;
         }
+        if (candidate.device.handle != EGL_NO_DEVICE_EXT)
+            refused.push_back(candidate.device);
     }
+    if (!request.view && !request.share && !request.display && !device_choice().empty())
+        tell_choice(refused);
     return nullptr;
+}
+
+std::vector<RenderWindow_Device> EglPlatform::list_devices() {
+    const EglOpenGLScope api;
+    std::vector<RenderWindow_Device> list;
+    for (const EglDevice& device : egl_devices()) {
+        list.push_back(device.facts);
+        list.back().refusal = egl_device_refusal(device);
+        if (list.back().refusal.empty())
+            list.back().driver = egl_driver_of(device.display());
+    }
+    return list;
 }
 
 std::unique_ptr<PlatformContext> EglPlatform::adopt_current_context(void* handle) {

@@ -82,6 +82,7 @@ private:
     bool adopt_context(void* context);
     void set_context(std::unique_ptr<PlatformContext> context, bool adopted);
     void read_version();
+    void tell_device() const;
 
     WindowPlatform& platform;
     // The last one holds the context, and ends first.

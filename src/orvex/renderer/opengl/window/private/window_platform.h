@@ -4,6 +4,10 @@
 /// The seam between the render window's logic and the window system under it.
 
 #include <memory>
+#include <string>
+#include <vector>
+
+#include "orvex/renderer/render_window.h"
 
 namespace orvex {
 
@@ -55,6 +59,8 @@ public:
     virtual const void* native() const = 0;
     /// @return whether the context is current on the calling thread
     virtual bool is_current() const = 0;
+    /// @return what draws, in words; empty where the system doesn't tell
+    virtual std::string device() const { return {}; }
     /// Makes the context current on the calling thread.
     virtual bool make_current() = 0;
     /// Releases whatever context is current on the calling thread.
@@ -88,6 +94,9 @@ public:
     /// null without one, and where the platform can't say. Asked before each draw: it has to be
     /// quick.
     virtual const void* current_context() { return nullptr; }
+    /// The devices that off-screen contexts can be made on, and why not. Those of a system that
+    /// has no choice are none.
+    virtual std::vector<RenderWindow_Device> list_devices() { return {}; }
     /// The version of the window-system interface.
     virtual void get_version(int& major, int& minor) = 0;
     /// The address under which the process's OpenGL serves a name. A non-null answer says nothing

@@ -53,6 +53,7 @@ public:
     ~EglOwnContext() override;
 
     void* handle() const override { return get_context(); }
+    std::string device() const override;
     bool resize(int width, int height) override;
 
     /// Ends the surface, so that another context can have one on the same drawable.

@@ -14,6 +14,7 @@ public:
     std::unique_ptr<PlatformContext> create_context(const ContextRequest& request) override;
     std::unique_ptr<PlatformContext> adopt_current_context(void* handle) override;
     const void* current_context() override;
+    std::vector<RenderWindow_Device> list_devices() override;
     void get_version(int& major, int& minor) override;
     void* get_proc_address(const char* name) override;
 };
