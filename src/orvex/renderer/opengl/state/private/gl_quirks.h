@@ -23,7 +23,11 @@ namespace orvex {
     X(endless_surface, \
       "software drivers under EGL", \
       "an off-screen surface of any size is made, and drawing into a huge one does nothing", \
-      "sizes beyond what OpenGL 4 promises, and beyond the driver's own limit, are refused")
+      "sizes beyond what OpenGL 4 promises, and beyond the driver's own limit, are refused") \
+    X(vector_width, \
+      "Mesa's software driver (22.3)", \
+      "with LP_NATIVE_VECTOR_WIDTH in the environment, other than 128 or 256, a resolve of samples and some draws end the process", \
+      "no context is made on it then")
 // clang-format on
 
 /// Which remedies are at work.

@@ -1,6 +1,7 @@
 #include "orvex/renderer/opengl/window/linux/private/egl_platform.h"
 
 #include <cstdio>
+#include <cstdlib>
 #include <mutex>
 #include <string>
 #include <vector>
@@ -31,16 +32,6 @@ bool is_drawable(const ContextRequest& request) {
            x11_window_may_exist(request.display, request.view);
 }
 
-std::unique_ptr<PlatformContext> create_on(EGLDisplay display, const ContextRequest& request) {
-    if (!eglInitialize(display, nullptr, nullptr) || !is_drawable(request))
-        return nullptr;
-    EglDrawableLoan drawable(request);
-    std::unique_ptr<PlatformContext> context = EglOwnContext::create(display, request);
-    if (context)
-        drawable.keep();
-    return context;
-}
-
 /// Logs a line, unless it was the last one: each window of a process would say the same.
 void warn_once(const std::string& line) {
     static std::mutex mutex;
@@ -50,6 +41,31 @@ void warn_once(const std::string& line) {
         return;
     last = line;
     LogMgr::get()->tracef_warning("%s", line.c_str());
+}
+
+/// Whether the software driver would end the process as it draws: see the quirk.
+bool ends_the_process(EGLDisplay display) {
+    const char* const text = std::getenv("LP_NATIVE_VECTOR_WIDTH");
+    if (!text || !GlQuirks::from_environment().vector_width)
+        return false;
+    char* end = nullptr;
+    const long width = std::strtol(text, &end, 0);
+    return end != text && width != 128 && width != 256 && egl_device_of(display).facts.software;
+}
+
+std::unique_ptr<PlatformContext> create_on(EGLDisplay display, const ContextRequest& request) {
+    if (!eglInitialize(display, nullptr, nullptr) || !is_drawable(request))
+        return nullptr;
+    if (ends_the_process(display)) {
+        warn_once(
+            "The software driver ends the process with this LP_NATIVE_VECTOR_WIDTH: unset it");
+        return nullptr;
+    }
+    EglDrawableLoan drawable(request);
+    std::unique_ptr<PlatformContext> context = EglOwnContext::create(display, request);
+    if (context)
+        drawable.keep();
+    return context;
 }
 
 std::string refusal_in_full(const EglDevice& device) {

@@ -198,6 +198,27 @@ TEST_P(EglWindow, of_a_size_that_no_driver_promises_is_made_without_the_quirk) {
     EXPECT_TRUE(made) << "the symptom: the driver takes any size";
 }
 
+/// The driver reads the variable once in a process: this one ends with it.
+[[noreturn]] void draw_with_vectors_of(const char* width, const char* quirks_off) {
+    setenv("LP_NATIVE_VECTOR_WIDTH", width, 1);
+    setenv("ORVEX_GL_QUIRKS_OFF", quirks_off, 1);
+    RenderWindowOpenGL window;
+    if (!begin(window, Profile::compatibility, 64, 48, nullptr, "4X MSAA"))
+        std::_Exit(2);
+    clear(1.0f, 0.0f, 0.0f);
+    std::_Exit(pixel(32, 24)[0] == 255 ? 0 : 3);
+}
+
+TEST(EglVectors, of_a_width_at_which_the_driver_dies_are_refused) {
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    EXPECT_EXIT(draw_with_vectors_of("512", ""), testing::ExitedWithCode(2), "");
+    EXPECT_EXIT(draw_with_vectors_of("64", ""), testing::ExitedWithCode(2), "");
+    EXPECT_EXIT(draw_with_vectors_of("128", ""), testing::ExitedWithCode(0), "");
+    EXPECT_EXIT(draw_with_vectors_of("256", ""), testing::ExitedWithCode(0), "");
+    EXPECT_EXIT(draw_with_vectors_of("no number", ""), testing::ExitedWithCode(0), "");
+    EXPECT_DEATH(draw_with_vectors_of("512", "vector_width"), "") << "the symptom";
+}
+
 TEST_P(EglWindow, draws_into_a_surface_beyond_the_limit_that_egl_tells) {
     RenderWindowOpenGL window;
     ASSERT_TRUE(begin(window, GetParam(), 16384, 4));
