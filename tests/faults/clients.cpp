@@ -1,0 +1,73 @@
+#include "clients.h"
+
+#include <chrono>
+#include <cstdlib>
+#include <cstring>
+
+#include <arpa/inet.h>
+#include <netinet/in.h>
+#include <sys/socket.h>
+#include <sys/time.h>
+#include <unistd.h>
+
+#include <orvex/base/log.h>
+#include <orvex/kernel/core.h>
+
+namespace orvex_test {
+
+using namespace orvex;
+
+void ServedPort::look(const char* line, void* self) {
+    static const char words[] = "listen_socket() - listen on port ";
+    if (const char* const found = std::strstr(line, words))
+        static_cast<ServedPort*>(self)->port = std::atoi(found + sizeof words - 1);
+}
+
+bool ServedPort::start(TcpServer& server, Style style) {
+    port = 0;
+    core::log_set_callback(look, this);
+    core::log_get_default()->set_trace_level_threshold(LOG_LEVEL_DEBUG);
+    result = std::async(std::launch::async, [&server, style] { return (server.*style)(0); });
+    while (!server.is_running() || port == 0)
+        if (result.wait_for(std::chrono::milliseconds(1)) == std::future_status::ready) {
+            core::log_set_callback(nullptr, nullptr);
+            // Throws what `run` let out.
+            return result.get();
+        }
+    return true;
+}
+
+bool ServedPort::wait() {
+    const bool returned = result.get();
+    core::log_set_callback(nullptr, nullptr);
+    for (int fd = 3; fd < 256; ++fd) {
+        sockaddr_in address{};
+        socklen_t size = sizeof address;
+        if (getsockname(fd, reinterpret_cast<sockaddr*>(&address), &size) == 0 &&
+            address.sin_family == AF_INET && ntohs(address.sin_port) == port)
+            close(fd);
+    }
+    return returned;
+}
+
+std::string ask(int port, const std::string& text) {
+    const int fd = socket(AF_INET, SOCK_STREAM, 0);
+    const timeval patience{1, 0};
+    setsockopt(fd, SOL_SOCKET, SO_RCVTIMEO, &patience, sizeof patience);
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    address.sin_port = htons(static_cast<std::uint16_t>(port));
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    std::string answer;
+    if (connect(fd, reinterpret_cast<sockaddr*>(&address), sizeof address) == 0 &&
+        send(fd, text.data(), text.size(), MSG_NOSIGNAL) == static_cast<ssize_t>(text.size())) {
+        char bytes[64];
+        const ssize_t count = recv(fd, bytes, sizeof bytes, 0);
+        if (count > 0)
+            answer.assign(bytes, static_cast<std::size_t>(count));
+    }
+    close(fd);
+    return answer;
+}
+
+} // namespace orvex_test
