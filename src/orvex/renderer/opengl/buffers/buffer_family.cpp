@@ -70,6 +70,7 @@ unsigned int BufferFamily::create_vertices(unsigned long size, BUFFER_OBJECT_USA
 bool BufferFamily::kill_vertices(unsigned int id) {
     if (id == 0 || !state.gl.glDeleteBuffers)
         return false;
+    state.look_at_context();
     delete_buffer(state, id);
     return true;
 }
@@ -173,10 +174,7 @@ unsigned int BufferFamily::create_counters(unsigned long num_counters, BUFFER_OB
 }
 
 bool BufferFamily::kill_counters(unsigned int id) {
-    if (id == 0 || !state.gl.glDeleteBuffers)
-        return false;
-    state.gl.glDeleteBuffers(1, &id);
-    return true;
+    return kill_vertices(id); // arrays may point into any buffer
 }
 
 bool BufferFamily::bind_counters(unsigned int id) {

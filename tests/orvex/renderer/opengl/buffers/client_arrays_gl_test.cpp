@@ -311,6 +311,16 @@ TEST_F(ClientArraysPath, disables_arrays_over_a_buffer_killed_by_its_id) {
     kill(store);
 }
 
+TEST_F(ClientArraysPath, disables_arrays_over_a_buffer_of_counters_that_is_killed) {
+    MeshData store;
+    make_client_triangle(store, false);
+    draw_quietly(store);
+    EXPECT_TRUE(renderer->atomic_counter_kill_buffer(store.vertex_buffer_id));
+    EXPECT_FALSE(glIsEnabled(GL_COLOR_ARRAY));
+    store.vertex_buffer_id = 0;
+    kill(store);
+}
+
 TEST_F(ClientArraysPath, disables_left_arrays_that_are_too_short_for_the_next_record) {
     MeshData small;
     make_client_triangle(small, false);
