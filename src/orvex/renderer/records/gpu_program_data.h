@@ -13,6 +13,16 @@
 
 namespace orvex {
 
+/// The API objects of a GPU program in one group of contexts that share.
+struct GpuProgramObjects {
+    unsigned long long group = 0;                     ///< number of the group; 0 for none
+    unsigned int program = 0;                         ///< API program name
+    unsigned int shaders[GPU_SHADER_TYPE_COUNT] = {}; ///< API shader names
+    bool linked = false;                              ///< as in the record
+    bool core_attribs_pending = true;                 ///< as in the record
+    bool instancing_attribs_pending = true;           ///< as in the record
+};
+
 /// What a GPU program is to a back end: API names, link state, sources, logs, the names that the
 /// engine fills in by itself, and the table of uniforms that wait for the next bind.
 ///
@@ -279,6 +289,11 @@ struct ORVEX_API GpuProgramData : ThreadRecord {
     OwnedText d3d11_entry_point_name[GPU_SHADER_TYPE_COUNT]; ///< unset: the stage's default
     void* d3d11_shader[5] = {}; ///< shader objects of stages 0 to 4, for a back end
     int renderer_id = 0;        ///< plugin id of the renderer that made the API program, 0 for none
+    unsigned long long gl_group = 0; ///< number of the group of contexts that has the API names
+    bool gl_group_known = false;     ///< which contexts belong to it is known
+    bool gl_lost = false;            ///< loaded, but not where it was asked for last
+    bool gl_link_told = false;       ///< the log has said that it can't be linked
+    std::vector<GpuProgramObjects> gl_elsewhere; ///< the API names in other groups
     UniformBufferData* uniform_buffer = nullptr; ///< owned; made by `GpuProgram::ub_init`
     OwnedText model_matrix_uniform_name;         ///< "orvex_ModelMatrix" at first
     OwnedText view_matrix_uniform_name;          ///< "orvex_ViewMatrix" at first

@@ -45,6 +45,8 @@ void TextureData::set_opengl_texture_id(unsigned int id) {
     opengl_texture_id_generated = false;
     opengl_texture_id_borrowed = false;
     needs_gpu_update = false;
+    gl_group = 0; // that of the context in which it is met next
+    gl_elsewhere.clear();
 }
 
 unsigned long TextureData::get_width() const {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <vector>
+
 #include "orvex/api.h"
 #include "orvex/fwd.h"
 #include "orvex/renderer/records/image.h"
@@ -20,6 +22,15 @@ enum TEXTURE_TYPE : int {
 struct TextureCubeMapFace {
     bool enabled = true; ///< free for a host; the engine reads every face
     Image image;         ///< pixels of the face
+};
+
+/// The GL texture of a record in one group of contexts that share.
+struct TextureObject {
+    unsigned long long group = 0; ///< number of the group; 0 for none
+    unsigned int id = 0;          ///< GL name
+    bool generated = false;       ///< as in the record
+    bool borrowed = false;        ///< as in the record
+    bool outdated = false;        ///< pixels were sent elsewhere since
 };
 
 /// What a texture is made of: its pixels in CPU memory and what the renderer keeps for it.
@@ -54,6 +65,9 @@ struct ORVEX_API TextureData : Image {
     bool opengl_texture_id_generated = false;
     /// The id is a render target's, which alone deletes it.
     bool opengl_texture_id_borrowed = false;
+    unsigned long long gl_group = 0; ///< number of the group of contexts that has the GL name
+    bool gl_group_known = false;     ///< which contexts belong to it is known
+    std::vector<TextureObject> gl_elsewhere; ///< the GL names in other groups
     /// Id of the renderer that loaded the texture; 0 for none.
     int renderer_id = 0;
     /// How many textures share this record.

@@ -10,14 +10,17 @@ struct UniformBufferData {
     /// Room for the block's name with its terminator.
     static constexpr unsigned long NAME_SIZE = 64;
 
-    unsigned int buffer = 0;       ///< API buffer name, 0 for none
-    unsigned int binding = 0;      ///< binding point of the block
-    unsigned int size = 0;         ///< bytes of the block's data, as the API reports them
-    unsigned int block_index = 0;  ///< the block's index in its program
-    char name[NAME_SIZE] = {};     ///< block name, always terminated
-    bool bound = false;            ///< bound since the last unbind; a second bind is passed over
-    void* mapped = nullptr;        ///< the mapped store, null while it isn't mapped
-    unsigned long mapped_size = 0; ///< bytes mapped; 0 stands for the whole block
+    unsigned int buffer = 0;      ///< API buffer name, 0 for none
+    unsigned int binding = 0;     ///< binding point of the block
+    unsigned int size = 0;        ///< bytes of the block's data, as the API reports them
+    unsigned int block_index = 0; ///< the block's index in its program
+    char name[NAME_SIZE] = {};    ///< block name, always terminated
+    bool bound = false;           ///< bound since the last unbind; a second bind is passed over
+    void* mapped = nullptr;       ///< the mapped store, null while it isn't mapped
+    unsigned long long gl_context = 0; ///< number of the context that `bound` speaks of
+    unsigned long long gl_group = 0;   ///< number of the group of contexts that has the buffer
+    bool gl_group_known = false;       ///< which contexts belong to it is known
+    unsigned long mapped_size = 0;     ///< bytes mapped; 0 stands for the whole block
 };
 
 } // namespace orvex

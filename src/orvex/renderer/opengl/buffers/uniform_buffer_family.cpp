@@ -3,6 +3,8 @@
 
 #include "orvex/renderer/opengl/buffers/private/uniform_buffer_family.h"
 
+#include <utility>
+
 #include "orvex/renderer/opengl/buffers/private/buffer_store.h"
 #include "orvex/renderer/opengl/gl/private/gl_enums.h"
 #include "orvex/renderer/opengl/state/private/gl_state.h"
@@ -17,6 +19,22 @@ void UniformBufferFamily::force_usage(BUFFER_OBJECT_USAGE usage) {
 void UniformBufferFamily::bind_uniform_buffer(unsigned int id) {
     state.gl.glBindBuffer(GL_UNIFORM_BUFFER, id);
     state.context().bound_uniforms = id;
+}
+
+/// Whether the block's buffer means something in the current context. Its mark speaks of the
+/// context that it was bound in.
+bool UniformBufferFamily::is_here(UniformBufferData& block) {
+    state.look_at_context();
+    const ContextState& here = state.context();
+    if (block.gl_context != 0 && block.gl_context != here.number)
+        block.bound = false;
+    block.gl_context = here.number;
+    if (block.gl_group == 0) {
+        block.gl_group = here.group->number;
+        block.gl_group_known = here.group->made_here;
+    }
+    // Whether a host's contexts share can't be asked.
+    return block.gl_group == here.group->number || !(block.gl_group_known && here.group->made_here);
 }
 
 bool UniformBufferFamily::can_initialize() const {
@@ -44,6 +62,7 @@ bool UniformBufferFamily::initialize(UniformBufferData* block, unsigned int prog
     const BUFFER_OBJECT_USAGE usage = state.forced_uniform_usage != BUFFER_USAGE_DEFAULT
                                           ? state.forced_uniform_usage
                                           : BUFFER_USAGE_STATIC_READ;
+    is_here(*block);
     block->buffer =
         create_buffer(gl, GL_UNIFORM_BUFFER, "uniforms", static_cast<unsigned long>(size), nullptr,
                       gl_buffer_usage(usage));
@@ -58,10 +77,17 @@ bool UniformBufferFamily::initialize(UniformBufferData* block, unsigned int prog
 bool UniformBufferFamily::kill(UniformBufferData* block) {
     if (!block || block->buffer == 0 || !state.gl.glDeleteBuffers)
         return false;
-    state.gl.glDeleteBuffers(1, &block->buffer);
-    if (state.context().bound_uniforms == block->buffer)
-        state.context().bound_uniforms = 0;
+    if (is_here(*block)) {
+        state.gl.glDeleteBuffers(1, &block->buffer);
+        if (state.context().bound_uniforms == block->buffer)
+            state.context().bound_uniforms = 0;
+    } else {
+        BuriedObjects buried;
+        buried.buffers.push_back(block->buffer);
+        contexts::bury(block->gl_group, buried);
+    }
     block->buffer = 0;
+    block->gl_group = 0;
     block->bound = false;
     block->mapped = nullptr;
     block->mapped_size = 0;
@@ -69,7 +95,8 @@ bool UniformBufferFamily::kill(UniformBufferData* block) {
 }
 
 void* UniformBufferFamily::map(UniformBufferData* block) {
-    if (!block || block->buffer == 0 || !has_entries(state.gl.glBindBuffer, state.gl.glMapBuffer))
+    if (!block || block->buffer == 0 || !has_entries(state.gl.glBindBuffer, state.gl.glMapBuffer) ||
+        !is_here(*block))
         return nullptr;
     bind(block);
     // A block that is bound stays so when another one is; what is mapped has to be this one's.
@@ -82,7 +109,7 @@ void* UniformBufferFamily::map(UniformBufferData* block) {
 
 void* UniformBufferFamily::map_range(UniformBufferData* block, unsigned long offset,
                                      unsigned long length) {
-    if (!block || block->buffer == 0 || !state.gl.glMapBufferRange)
+    if (!block || block->buffer == 0 || !state.gl.glMapBufferRange || !is_here(*block))
         return nullptr;
     block->mapped = state.gl.glMapBufferRange(GL_UNIFORM_BUFFER, static_cast<GLintptr>(offset),
                                               static_cast<GLsizeiptr>(length),
@@ -94,16 +121,17 @@ void* UniformBufferFamily::map_range(UniformBufferData* block, unsigned long off
 bool UniformBufferFamily::unmap(UniformBufferData* block) {
     if (!block)
         return false;
-    block->mapped = nullptr;
+    const bool was_mapped = std::exchange(block->mapped, nullptr) != nullptr;
     block->mapped_size = 0;
-    if (block->buffer == 0 || !has_entries(state.gl.glBindBuffer, state.gl.glUnmapBuffer))
+    if (!was_mapped || block->buffer == 0 ||
+        !has_entries(state.gl.glBindBuffer, state.gl.glUnmapBuffer) || !is_here(*block))
         return false;
     bind_uniform_buffer(block->buffer);
     return state.gl.glUnmapBuffer(GL_UNIFORM_BUFFER) == GL_TRUE;
 }
 
 bool UniformBufferFamily::bind(UniformBufferData* block) {
-    if (!block || block->buffer == 0 || !state.gl.glBindBuffer)
+    if (!block || block->buffer == 0 || !state.gl.glBindBuffer || !is_here(*block))
         return false;
     if (!block->bound) {
         bind_uniform_buffer(block->buffer);
@@ -113,7 +141,7 @@ bool UniformBufferFamily::bind(UniformBufferData* block) {
 }
 
 bool UniformBufferFamily::bind_base(UniformBufferData* block) {
-    if (!block || block->buffer == 0 || !state.gl.glBindBufferBase)
+    if (!block || block->buffer == 0 || !state.gl.glBindBufferBase || !is_here(*block))
         return false;
     if (!block->bound) {
         state.gl.glBindBufferBase(GL_UNIFORM_BUFFER, block->binding, block->buffer);

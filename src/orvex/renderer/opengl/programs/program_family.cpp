@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <cstring>
+#include <iterator>
+#include <utility>
 
 #include "orvex/renderer/opengl/gl/private/gl_debug.h"
 #include "orvex/renderer/opengl/gl/private/gl_enums.h"
@@ -27,6 +29,86 @@ ProgramFamily::~ProgramFamily() {
         ctx.active_program->remove_active_slot(&ctx.active_program);
 }
 
+// Contexts
+
+namespace {
+
+GpuProgramObjects objects_of(const GpuProgramData& program) {
+    GpuProgramObjects objects{
+        program.gl_group, program.gl_program,           {},
+        program.linked,   program.core_attribs_pending, program.instancing_attribs_pending};
+    std::copy(std::begin(program.shader_ids), std::end(program.shader_ids), objects.shaders);
+    return objects;
+}
+
+void set_objects(GpuProgramData& program, const GpuProgramObjects& objects) {
+    program.gl_program = objects.program;
+    std::copy(std::begin(objects.shaders), std::end(objects.shaders), program.shader_ids);
+    program.linked = objects.linked;
+    program.core_attribs_pending = objects.core_attribs_pending;
+    program.instancing_attribs_pending = objects.instancing_attribs_pending;
+}
+
+/// What a program has in other groups ends when one of their contexts is met.
+bool bury_elsewhere(GpuProgramData& program) {
+    const bool any = !program.gl_elsewhere.empty();
+    for (const GpuProgramObjects& objects : program.gl_elsewhere) {
+        BuriedObjects buried;
+        buried.programs.push_back(objects.program);
+        std::copy_if(std::begin(objects.shaders), std::end(objects.shaders),
+                     std::back_inserter(buried.shaders), [](GLuint id) { return id != 0; });
+        contexts::bury(objects.group, buried);
+    }
+    program.gl_elsewhere.clear();
+    return any;
+}
+
+// The values in the API are those of one program object: each is looked up and sent anew.
+void forget_locations(GpuProgramData* program) {
+    program->uniforms_optimized = false;
+    for (unsigned long i = 0; i < program->num_uniforms; ++i)
+        if (program->uniforms[i])
+            program->uniforms[i]->location = -1;
+}
+
+} // namespace
+
+/// Whether a host's contexts share can't be asked: there the name decides.
+bool ProgramFamily::has_objects_here(const GpuProgramData& program) const {
+    if (program.gl_group_known && state.context().group->made_here)
+        return false;
+    return program.gl_program != 0 && gl.glIsProgram && gl.glIsProgram(program.gl_program);
+}
+
+/// Makes the names of a record those of the current context; none, where it wasn't loaded.
+void ProgramFamily::enter_context(GpuProgramData& program) const {
+    state.look_at_context();
+    const ShareGroup& here = *state.context().group;
+    if (program.gl_group == here.number)
+        return;
+    if (program.gl_group != 0 && (program.gl_program != 0 || !program.gl_elsewhere.empty())) {
+        if (has_objects_here(program))
+            return;
+        std::vector<GpuProgramObjects>& elsewhere = program.gl_elsewhere;
+        if (program.gl_program != 0)
+            elsewhere.push_back(objects_of(program));
+        std::erase_if(elsewhere, [](const GpuProgramObjects& objects) {
+            return !contexts::find_group(objects.group);
+        });
+        const auto kept =
+            std::find_if(elsewhere.begin(), elsewhere.end(), [&](const GpuProgramObjects& objects) {
+                return objects.group == here.number;
+            });
+        program.gl_lost = kept == elsewhere.end();
+        set_objects(program, program.gl_lost ? GpuProgramObjects() : *kept);
+        if (!program.gl_lost)
+            elsewhere.erase(kept);
+        forget_locations(&program);
+    }
+    program.gl_group = here.number;
+    program.gl_group_known = here.made_here;
+}
+
 // Program objects
 
 bool ProgramFamily::can_make_programs() const {
@@ -37,11 +119,16 @@ bool ProgramFamily::can_make_programs() const {
 void ProgramFamily::make_program_object(GpuProgramData* program) const {
     program->gl_program = gl.glCreateProgram();
     label_gl_object(gl, GL_PROGRAM, program->gl_program, "program");
+    program->gl_lost = false;
+    program->gl_link_told = false;
     program->renderer_id = state.renderer_id();
 }
 
 bool ProgramFamily::remake(GpuProgramData* program) const {
     if (!program || program->gl_program == 0 || !can_make_programs())
+        return false;
+    enter_context(*program);
+    if (program->gl_lost)
         return false;
     gl.glDeleteProgram(program->gl_program);
     make_program_object(program);
@@ -53,10 +140,22 @@ bool ProgramFamily::remake(GpuProgramData* program) const {
     return true;
 }
 
+/// Ends the stages that were put into a record before its program object was made.
+void ProgramFamily::delete_stages(GpuProgramData& program) const {
+    for (unsigned int& shader : program.shader_ids)
+        if (const unsigned int id = std::exchange(shader, 0U))
+            gl.glDeleteShader(id);
+}
+
 bool ProgramFamily::kill(GpuProgramData* program) {
-    if (!program || program->gl_program == 0 ||
-        !has_entries(gl.glDetachShader, gl.glDeleteShader, gl.glDeleteProgram))
+    if (!program || !has_entries(gl.glDetachShader, gl.glDeleteShader, gl.glDeleteProgram))
         return false;
+    enter_context(*program);
+    const bool was_elsewhere = bury_elsewhere(*program);
+    if (program->gl_program == 0) {
+        delete_stages(*program);
+        return was_elsewhere;
+    }
     // Every draw reads the active program: it must not outlive its record.
     if (state.ctx.active_program == program)
         deactivate();
@@ -90,13 +189,19 @@ bool ProgramFamily::load_stage(GpuProgramData* program, GPU_SHADER_TYPE type, co
     if (!shaders.can_compile() || !can_make_programs())
         return false;
 
-    // The first stage makes the program, and so does one after the program object was lost.
-    GLuint old_shader = program->shader_ids[type];
+    // The first stage makes the program, and so does one after the program object was lost. The
+    // names of all stages went with it, and may be others' by now.
+    enter_context(*program);
     if (!gl.glIsProgram(program->gl_program)) {
+        if (program->gl_program == 0)
+            delete_stages(*program);
+        std::fill(std::begin(program->shader_ids), std::end(program->shader_ids), 0U);
         make_program_object(program);
         program->update_thread();
-        old_shader = 0; // its name went with the lost program, and may be another's by now
+        if (program->gl_program == 0)
+            return false;
     }
+    const GLuint old_shader = program->shader_ids[type];
 
     // The API is asked for every kind of stage, and refuses those that it doesn't have.
     const GLuint shader = gl.glCreateShader(gl_shader_type(type));
@@ -131,6 +236,7 @@ bool ProgramFamily::replace_stage(GpuProgramData* program, GPU_SHADER_TYPE type,
         gl.glDeleteShader(shader);
         return false;
     }
+    enter_context(*program);
     // It compiles: from here on the old stage goes.
     if (program->shader_ids[type] != 0) {
         gl.glDetachShader(program->gl_program, program->shader_ids[type]);
@@ -155,20 +261,11 @@ const char* ProgramFamily::log(GLuint program) {
     return log_buffer.data();
 }
 
-namespace {
-
-// A link sets all values in the API to zero and may move them: each is looked up and sent anew.
-void forget_locations(GpuProgramData* program) {
-    program->uniforms_optimized = false;
-    for (unsigned long i = 0; i < program->num_uniforms; ++i)
-        if (program->uniforms[i])
-            program->uniforms[i]->location = -1;
-}
-
-} // namespace
-
 bool ProgramFamily::link(GpuProgramData* program) {
     if (!program)
+        return false;
+    enter_context(*program);
+    if (program->gl_lost)
         return false;
     if (program->linked)
         return true;
@@ -180,15 +277,25 @@ bool ProgramFamily::link(GpuProgramData* program) {
     if (status == 0) {
         if (const char* const text = log(program->gl_program))
             program->set_info_log(text, std::strlen(text));
+        tell_link_failure(*program);
         return false;
     }
+    // A link sets all values in the API to zero, and may move them.
     forget_locations(program);
     program->linked = true;
     return true;
 }
 
+/// A program that can't be linked draws nothing, frame after frame: once is enough.
+void ProgramFamily::tell_link_failure(GpuProgramData& program) const {
+    if (std::exchange(program.gl_link_told, true))
+        return;
+    const char* const reason = program.get_info_log();
+    state.k_log_error("GPU program linking failed: %s", reason ? reason : "no reason told");
+}
+
 bool ProgramFamily::validate(const GpuProgramData* program) const {
-    if (!program || !has_entries(gl.glValidateProgram, gl.glGetProgramiv))
+    if (!program || program->gl_lost || !has_entries(gl.glValidateProgram, gl.glGetProgramiv))
         return false;
     GLint status = 0;
     gl.glValidateProgram(program->gl_program);
@@ -235,7 +342,7 @@ bool ProgramFamily::deactivate() {
 
 bool ProgramFamily::dispatch(GpuProgramData* program, unsigned int x, unsigned int y,
                              unsigned int z) const {
-    if (!program || !gl.glDispatchCompute)
+    if (!program || program->gl_lost || !gl.glDispatchCompute)
         return false;
     uniforms.send_table(program);
     gl.glDispatchCompute(x, y, z);

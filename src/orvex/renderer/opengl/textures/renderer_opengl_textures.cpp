@@ -101,6 +101,8 @@ unsigned int RendererOpenGL::_get_gl_texture_target(TextureData* texture) {
 // Units
 
 bool RendererOpenGL::texture_bind(TextureData* texture, unsigned long unit) {
+    if (texture && textures.enter_context(*texture))
+        textures.load(texture, unit);
     return texture_units.bind(texture, unit);
 }
 

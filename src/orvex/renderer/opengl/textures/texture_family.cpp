@@ -16,9 +16,65 @@ TextureFamily::TextureFamily(GlState& state, TextureUnitFamily& units, Renderer&
     , units(units)
     , renderer(renderer) {}
 
-bool TextureFamily::unload(TextureData* texture) {
-    if (!texture || texture->opengl_texture_id == 0)
+// Contexts
+
+/// Whether a host's contexts share can't be asked: there the name decides.
+bool TextureFamily::has_object_here(const TextureData& texture) const {
+    if (texture.gl_group_known && state.context().group->made_here)
         return false;
+    return glIsTexture(texture.opengl_texture_id) == GL_TRUE;
+}
+
+bool TextureFamily::enter_context(TextureData& texture) const {
+    state.look_at_context();
+    const ShareGroup& here = *state.context().group;
+    if (texture.gl_group == here.number)
+        return false;
+    std::vector<TextureObject>& elsewhere = texture.gl_elsewhere;
+    bool to_load = false;
+    if (texture.gl_group != 0 && (texture.opengl_texture_id != 0 || !elsewhere.empty())) {
+        if (texture.opengl_texture_id != 0 && has_object_here(texture))
+            return false;
+        // What it has there is put aside, unless it is gone.
+        if (texture.opengl_texture_id != 0)
+            elsewhere.push_back({texture.gl_group, texture.opengl_texture_id,
+                                 texture.opengl_texture_id_generated,
+                                 texture.opengl_texture_id_borrowed, texture.needs_gpu_update});
+        std::erase_if(elsewhere, [](const TextureObject& object) {
+            return !contexts::find_group(object.group);
+        });
+        // What it has here takes the place.
+        const auto kept =
+            std::find_if(elsewhere.begin(), elsewhere.end(),
+                         [&](const TextureObject& object) { return object.group == here.number; });
+        const TextureObject object = kept != elsewhere.end() ? *kept : TextureObject();
+        if (kept != elsewhere.end())
+            elsewhere.erase(kept);
+        texture.opengl_texture_id = object.id;
+        texture.opengl_texture_id_generated = object.generated;
+        texture.opengl_texture_id_borrowed = object.borrowed;
+        texture.loaded_in_gpu_memory = object.id != 0 && !object.outdated;
+        to_load = !texture.loaded_in_gpu_memory;
+    }
+    texture.gl_group = here.number;
+    texture.gl_group_known = here.made_here;
+    return to_load;
+}
+
+bool TextureFamily::unload(TextureData* texture) {
+    if (!texture)
+        return false;
+    enter_context(*texture);
+    for (const TextureObject& object : texture->gl_elsewhere) {
+        BuriedObjects buried;
+        if (!object.borrowed)
+            buried.textures.push_back(object.id);
+        contexts::bury(object.group, buried);
+    }
+    const bool was_elsewhere = !texture->gl_elsewhere.empty();
+    texture->gl_elsewhere.clear();
+    if (texture->opengl_texture_id == 0)
+        return was_elsewhere;
     remove_id(texture->opengl_texture_id);
     if (!texture->opengl_texture_id_borrowed)
         glDeleteTextures(1, &texture->opengl_texture_id);

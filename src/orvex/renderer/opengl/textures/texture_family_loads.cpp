@@ -75,9 +75,33 @@ void TextureFamily::set_up_2d_levels(const TextureData* texture) const {
     set_plain_filters(texture, GL_TEXTURE_2D);
 }
 
+namespace {
+
+bool has_pixels(const TextureData& texture) {
+    const Image& image =
+        texture.type == TEXTURE_TYPE_CUBE ? texture.cubemap_faces[0].image : texture;
+    return image.get_u8_ptr() || image.get_f32_ptr();
+}
+
+} // namespace
+
+bool TextureFamily::load(TextureData* texture, unsigned long unit) {
+    if (!texture || !has_pixels(*texture))
+        return false;
+    switch (texture->type) {
+    case TEXTURE_TYPE_1D:
+        return load_1d(texture, unit);
+    case TEXTURE_TYPE_CUBE:
+        return load_cube(texture, unit);
+    default:
+        return load_2d(texture, unit);
+    }
+}
+
 bool TextureFamily::load_1d(TextureData* texture, unsigned long unit) {
     if (!texture || texture->type != TEXTURE_TYPE_1D)
         return false;
+    enter_context(*texture);
     if (texture->loaded_in_gpu_memory)
         return true;
     const unsigned long width = texture->get_width();
@@ -108,6 +132,7 @@ bool TextureFamily::load_1d(TextureData* texture, unsigned long unit) {
 bool TextureFamily::load_2d(TextureData* texture, unsigned long unit) {
     if (!texture || texture->type != TEXTURE_TYPE_2D)
         return false;
+    enter_context(*texture);
     if (texture->loaded_in_gpu_memory)
         return true;
     const unsigned long width = texture->get_width();
@@ -144,6 +169,7 @@ constexpr GLenum cube_directions[] = {GL_TEXTURE_WRAP_S, GL_TEXTURE_WRAP_T, GL_T
 bool TextureFamily::load_cube(TextureData* texture, unsigned long unit) {
     if (!texture || texture->type != TEXTURE_TYPE_CUBE)
         return false;
+    enter_context(*texture);
     if (texture->loaded_in_gpu_memory)
         return true;
     const unsigned long size = texture->get_cubemap_size();

@@ -23,6 +23,13 @@ unsigned long as_size(int value) {
     return static_cast<unsigned long>(std::max(value, 0));
 }
 
+/// What the texture has in other contexts is to be loaded anew there.
+void mark_updated(TextureData& texture) {
+    texture.needs_gpu_update = false;
+    for (TextureObject& object : texture.gl_elsewhere)
+        object.outdated = true;
+}
+
 } // namespace
 
 bool TextureFamily::update_1d(TextureData* texture, int x, int width) const {
@@ -35,7 +42,7 @@ bool TextureFamily::update_1d(TextureData* texture, int x, int width) const {
         glPixelStorei(GL_UNPACK_ALIGNMENT, unpack_alignment(as_size(width)));
         glTexSubImage1D(GL_TEXTURE_1D, 0, x, width, pixels.gl.format, pixels.gl.type, pixels.data);
     }
-    texture->needs_gpu_update = false;
+    mark_updated(*texture);
     return true;
 }
 
@@ -50,7 +57,7 @@ bool TextureFamily::update_2d(TextureData* texture, int x, int y, int width, int
         glTexSubImage2D(GL_TEXTURE_2D, 0, x, y, width, height, pixels.gl.format, pixels.gl.type,
                         pixels.data);
     }
-    texture->needs_gpu_update = false;
+    mark_updated(*texture);
     return true;
 }
 
@@ -64,7 +71,7 @@ bool TextureFamily::update_2d_pixels(TextureData* texture, int x, int y, int wid
         glPixelStorei(GL_UNPACK_ALIGNMENT, unpack_alignment(as_size(width)));
         glTexSubImage2D(GL_TEXTURE_2D, 0, x, y, width, height, source.format, source.type, pixels);
     }
-    texture->needs_gpu_update = false;
+    mark_updated(*texture);
     // The sampler settings go out once more, as after a load.
     glTexParameterf(GL_TEXTURE_2D, GL_TEXTURE_MAX_ANISOTROPY_EXT, texture->anisotropy);
     set_up_2d_levels(texture);
@@ -91,7 +98,7 @@ bool TextureFamily::update_cube_face(TextureData* texture, CUBEMAP_FACE face) co
         glTexSubImage2D(gl_cubemap_face(face), 0, 0, 0, static_cast<GLsizei>(size),
                         static_cast<GLsizei>(size), pixels.gl.format, pixels.gl.type, pixels.data);
     }
-    texture->needs_gpu_update = false;
+    mark_updated(*texture);
     return true;
 }
 

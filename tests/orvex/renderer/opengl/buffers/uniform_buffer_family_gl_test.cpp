@@ -148,6 +148,16 @@ TEST_P(UniformBuffer, maps_its_own_buffer_when_another_was_bound_since) {
     EXPECT_TRUE(renderer->uniform_buffer_unmap(&block));
 }
 
+TEST_P(UniformBuffer, is_unmapped_only_while_it_is_mapped) {
+    make();
+    EXPECT_FALSE(renderer->uniform_buffer_unmap(&block));
+    EXPECT_EQ(recorder->take(), GlCalls());
+    ASSERT_NE(renderer->uniform_buffer_map(&block), nullptr);
+    EXPECT_TRUE(renderer->uniform_buffer_unmap(&block));
+    EXPECT_FALSE(renderer->uniform_buffer_unmap(&block));
+    EXPECT_EQ(recorder->count("glUnmapBuffer"), 1);
+}
+
 TEST_P(UniformBuffer, is_mapped_in_part_where_it_is_bound) {
     make();
     EXPECT_EQ(renderer->uniform_buffer_map_range(&block, 0, 8), nullptr) << "nothing is bound";

@@ -300,8 +300,69 @@ TEST_P(GpuProgramUpdate, refuses_null_emptiness_and_types_without_a_stage) {
 TEST_P(GpuProgramUpdate, of_a_program_that_is_not_made_yet_fails_but_keeps_the_stage) {
     EXPECT_FALSE(renderer->gpu_program_update_shader(&data, GPU_SHADER_PIXEL, PIXEL_SOURCE, 5));
     EXPECT_NE(data.shader_ids[GPU_SHADER_PIXEL], 0u);
-    glDeleteShader(data.shader_ids[GPU_SHADER_PIXEL]);
-    data.shader_ids[GPU_SHADER_PIXEL] = 0;
+}
+
+TEST_P(GpuProgramUpdate, of_a_program_that_is_not_made_yet_leaves_no_stage_behind) {
+    for (const bool by_load : {true, false}) {
+        EXPECT_FALSE(renderer->gpu_program_update_shader(&data, GPU_SHADER_PIXEL, PIXEL_SOURCE, 5));
+        const unsigned int stage = data.shader_ids[GPU_SHADER_PIXEL];
+        ASSERT_TRUE(glIsShader(stage));
+        if (by_load)
+            ASSERT_TRUE(load(GPU_SHADER_VERTEX, PLAIN_VERTEX_SOURCE));
+        else
+            EXPECT_FALSE(renderer->gpu_program_kill(&data));
+        EXPECT_TRUE(data.shader_ids[GPU_SHADER_VERTEX] == stage || !glIsShader(stage));
+        EXPECT_EQ(data.shader_ids[GPU_SHADER_PIXEL], 0u);
+        renderer->gpu_program_kill(&data);
+    }
+}
+
+class GpuProgramLoss : public GpuProgramGlTest {};
+ORVEX_BOTH_PROFILES(GpuProgramLoss);
+
+TEST_P(GpuProgramLoss, takes_all_stages_along) {
+    load_program(PLAIN_VERTEX_SOURCE);
+    // A host's context went, and others got the names.
+    for (const GPU_SHADER_TYPE type : {GPU_SHADER_VERTEX, GPU_SHADER_PIXEL})
+        glDeleteShader(data.shader_ids[type]);
+    glDeleteProgram(data.gl_program);
+    const unsigned int others[] = {glCreateShader(GL_VERTEX_SHADER),
+                                   glCreateShader(GL_FRAGMENT_SHADER)};
+    ASSERT_TRUE(load(GPU_SHADER_VERTEX, PLAIN_VERTEX_SOURCE));
+    EXPECT_EQ(data.shader_ids[GPU_SHADER_PIXEL], 0u);
+    EXPECT_TRUE(renderer->gpu_program_kill(&data));
+    for (const unsigned int other : others) {
+        EXPECT_TRUE(glIsShader(other));
+        glDeleteShader(other);
+    }
+}
+
+TEST_P(GpuProgramLoss, of_the_driver_makes_no_valid_program) {
+    renderer->gl.glCreateProgram = []() -> GLuint { return 0; };
+    EXPECT_FALSE(load(GPU_SHADER_VERTEX, PLAIN_VERTEX_SOURCE));
+    EXPECT_EQ(recorder->count("glAttachShader"), 0);
+    const std::string pixel = PIXEL_SOURCE;
+    GpuProgram* const program = GpuProgramMgr::get()->create_gpu_program_from_shaders(
+        renderer.get(), PLAIN_VERTEX_SOURCE, pixel.c_str(), nullptr, nullptr, nullptr, nullptr,
+        nullptr);
+    ASSERT_TRUE(program);
+    EXPECT_FALSE(program->is_valid());
+    GpuProgramMgr::get()->stop(nullptr);
+    forget_gl_errors();
+}
+
+TEST_P(GpuProgramLoss, of_its_link_is_told_once) {
+    load_program("#version 150\nvec4 place();\nvoid main() { gl_Position = place(); }\n");
+    LogCapture log;
+    const auto lines = [&log] {
+        return std::count_if(log.messages().begin(), log.messages().end(), [](const auto& line) {
+            return line.find("GPU program linking failed: ") != std::string::npos;
+        });
+    };
+    for (int frame = 0; frame < 3; ++frame)
+        EXPECT_FALSE(renderer->gpu_program_activate(&data));
+    ASSERT_EQ(lines(), 1);
+    EXPECT_NE(log.messages().back().find(data.get_info_log()), std::string::npos);
 }
 
 class GpuProgramRecreate : public GpuProgramGlTest {};

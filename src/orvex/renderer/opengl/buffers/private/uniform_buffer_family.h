@@ -32,6 +32,7 @@ public:
 
 private:
     bool can_initialize() const;
+    bool is_here(UniformBufferData& block);
     void bind_uniform_buffer(unsigned int id);
 
     GlState& state;

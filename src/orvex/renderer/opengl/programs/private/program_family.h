@@ -76,7 +76,11 @@ public:
     ShaderFamily shaders; ///< of the stages
 
 private:
+    void enter_context(GpuProgramData& program) const;
+    bool has_objects_here(const GpuProgramData& program) const;
+    void tell_link_failure(GpuProgramData& program) const;
     bool can_make_programs() const;
+    void delete_stages(GpuProgramData& program) const;
     void make_program_object(GpuProgramData* program) const;
     void set_active(GpuProgramData* program);
 

@@ -35,6 +35,8 @@ public:
     /// the context takes; false, too, where pixels are missing.
     /// @{
 
+    /// By the record's type. False for one without pixels, which the others would make empty.
+    bool load(TextureData* texture, unsigned long unit);
     bool load_1d(TextureData* texture, unsigned long unit);
     bool load_2d(TextureData* texture, unsigned long unit);
     bool load_cube(TextureData* texture, unsigned long unit);
@@ -89,7 +91,13 @@ public:
     bool remove_id(GLuint id);
     /// @}
 
+    /// Makes the name of a record that of the current context, or none. A bind of a record that was
+    /// loaded in another context only loads it here too, if it has its pixels yet.
+    /// @return whether it is to be loaded, as it was elsewhere
+    bool enter_context(TextureData& texture) const;
+
 private:
+    bool has_object_here(const TextureData& texture) const;
     bool can_load(const TextureData* texture) const;
     void start_load(TextureData* texture, GLenum target, unsigned long unit);
     void make_mipmaps(const TextureData* texture, GLenum target) const;
