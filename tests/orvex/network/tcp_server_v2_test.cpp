@@ -79,11 +79,11 @@ TEST_F(TcpServerV2Test, the_callback_sees_the_parameters_of_its_connection) {
         const auto* const params = static_cast<TcpServerClientThreadParams*>(argument);
         auto& note = *static_cast<Seen*>(user_data);
         note.is_right = params->server == note.server && params->socket_core == core &&
-                       params->port == 0 && !params->flag &&
-                       pthread_equal(params->thread, pthread_self()) &&
-                       params->client_socket == client && params->client_proc == nullptr &&
-                       params->client_proc_v2 != nullptr && params->user_data == user_data &&
-                       params->buffer_size == 0 && params->buffer == nullptr;
+                        params->port == 0 && !params->flag &&
+                        pthread_equal(params->thread, pthread_self()) &&
+                        params->client_socket == client && params->client_proc == nullptr &&
+                        params->client_proc_v2 != nullptr && params->user_data == user_data &&
+                        params->buffer_size == 0 && params->buffer == nullptr;
         note.listener_port = std::to_string(params->server_socket->local.port);
     };
     server.set_client_proc_v2(look, &seen);
