@@ -39,7 +39,7 @@ bool MeshFamily::prepare_separate_arrays(MeshData* mesh) {
 bool MeshFamily::draw(MeshData* mesh) {
     if (!mesh)
         return false;
-    state.look_at_context();
+    state.follow_context();
     return mesh->get_use_generic_vertex_attribs_state() ? vertex_buffer_draw_gl3(mesh)
                                                         : vertex_buffer_draw_gl2(mesh);
 }
@@ -47,7 +47,7 @@ bool MeshFamily::draw(MeshData* mesh) {
 bool MeshFamily::finish(MeshData* mesh) {
     if (!mesh)
         return false;
-    state.look_at_context();
+    state.follow_context();
     state.context().prepared_mesh = nullptr;
     return mesh->get_use_generic_vertex_attribs_state() ? vertex_buffer_finish_gl3(mesh)
                                                         : vertex_buffer_finish_gl2(mesh);
@@ -57,6 +57,7 @@ bool MeshFamily::kill(MeshData* mesh) {
     // Objects are deleted on the thread of their context only.
     if (!mesh || Thread() != mesh->thread)
         return false;
+    state.look_at_context();
     enter_context(state, *mesh);
     if (state.context().prepared_mesh == mesh)
         state.context().prepared_mesh = nullptr;
@@ -68,6 +69,7 @@ bool MeshFamily::resize(MeshData* mesh) {
     if (!mesh || mesh->separate_vertex_arrays || mesh->vertex_buffer_id == 0 ||
         !has_entries(state.gl.glBindBuffer, state.gl.glBufferData))
         return false;
+    state.look_at_context();
     enter_context(state, *mesh);
     BufferStore store = mesh_buffers::vertex_store(state, *mesh);
     if (!store.exists())

@@ -253,11 +253,14 @@ void step(const ContextState& now, Record& record) {
 
 template<class Record>
 void enter(GlState& state, Record& record) {
+    state.follow_context();
+    if (record.gpu_state.context == state.context().number) {
+        note_changes(record);
+        return;
+    }
     state.look_at_context();
     if (record.gpu_state.context != state.context().number)
         step(state.context(), record);
-    else
-        note_changes(record);
 }
 
 template<class Record>

@@ -24,7 +24,7 @@ void UniformBufferFamily::bind_uniform_buffer(unsigned int id) {
 /// Whether the block's buffer means something in the current context. Its mark speaks of the
 /// context that it was bound in.
 bool UniformBufferFamily::is_here(UniformBufferData& block) {
-    state.look_at_context();
+    state.follow_context();
     const ContextState& here = state.context();
     if (block.gl_context != 0 && block.gl_context != here.number)
         block.bound = false;
@@ -53,6 +53,7 @@ bool UniformBufferFamily::initialize(UniformBufferData* block, unsigned int prog
         return false;
 
     // The buffer before, if any, may have another size.
+    state.look_at_context();
     kill(block);
     block->block_index = index;
     GLint size = 0;
@@ -77,6 +78,7 @@ bool UniformBufferFamily::initialize(UniformBufferData* block, unsigned int prog
 bool UniformBufferFamily::kill(UniformBufferData* block) {
     if (!block || block->buffer == 0 || !state.gl.glDeleteBuffers)
         return false;
+    state.look_at_context();
     if (is_here(*block)) {
         state.gl.glDeleteBuffers(1, &block->buffer);
         if (state.context().bound_uniforms == block->buffer)

@@ -82,6 +82,9 @@ bool ProgramFamily::has_objects_here(const GpuProgramData& program) const {
 
 /// Makes the names of a record those of the current context; none, where it wasn't loaded.
 void ProgramFamily::enter_context(GpuProgramData& program) const {
+    state.follow_context();
+    if (program.gl_group == state.context().group->number)
+        return;
     state.look_at_context();
     const ShareGroup& here = *state.context().group;
     if (program.gl_group == here.number)
@@ -127,6 +130,7 @@ void ProgramFamily::make_program_object(GpuProgramData* program) const {
 bool ProgramFamily::remake(GpuProgramData* program) const {
     if (!program || program->gl_program == 0 || !can_make_programs())
         return false;
+    state.look_at_context();
     enter_context(*program);
     if (program->gl_lost)
         return false;
@@ -150,6 +154,7 @@ void ProgramFamily::delete_stages(GpuProgramData& program) const {
 bool ProgramFamily::kill(GpuProgramData* program) {
     if (!program || !has_entries(gl.glDetachShader, gl.glDeleteShader, gl.glDeleteProgram))
         return false;
+    state.look_at_context();
     enter_context(*program);
     const bool was_elsewhere = bury_elsewhere(*program);
     if (program->gl_program == 0) {
@@ -191,6 +196,7 @@ bool ProgramFamily::load_stage(GpuProgramData* program, GPU_SHADER_TYPE type, co
 
     // The first stage makes the program, and so does one after the program object was lost. The
     // names of all stages went with it, and may be others' by now.
+    state.look_at_context();
     enter_context(*program);
     if (!gl.glIsProgram(program->gl_program)) {
         if (program->gl_program == 0)
@@ -236,6 +242,7 @@ bool ProgramFamily::replace_stage(GpuProgramData* program, GPU_SHADER_TYPE type,
         gl.glDeleteShader(shader);
         return false;
     }
+    state.look_at_context();
     enter_context(*program);
     // It compiles: from here on the old stage goes.
     if (program->shader_ids[type] != 0) {

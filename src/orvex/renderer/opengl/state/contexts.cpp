@@ -38,6 +38,10 @@ unsigned long changes() {
     return change_count;
 }
 
+void switched() {
+    ++change_count;
+}
+
 void made(const void* native, const void* share) {
     Registry& all = registry();
     const std::lock_guard<std::mutex> guard(all.mutex);

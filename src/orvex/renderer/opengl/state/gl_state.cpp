@@ -27,11 +27,15 @@ int GlState::renderer_id() const {
 
 // The context
 
-void GlState::take_up_context(const void* native, unsigned long changes) {
-    current = contexts::of(native);
-    seen_native = native;
+void GlState::look_at_context() {
+    const unsigned long changes = contexts::changes();
+    const void* const native = window_platform().current_context();
+    if (native && (native != seen_native || changes != seen_changes)) {
+        current = contexts::of(native);
+        seen_native = native;
+        delete_buried();
+    }
     seen_changes = changes;
-    delete_buried();
 }
 
 namespace {

@@ -1,4 +1,5 @@
 // What the contract asks of the frame and of the shadow mapping passes, handed to their families.
+// What a host calls once a frame looks at the context: it may have switched to another one.
 
 #include "orvex/renderer/opengl/private/renderer_opengl.h"
 
@@ -7,6 +8,7 @@ namespace orvex {
 // Clearing and reading
 
 void RendererOpenGL::clear_color_buffer(float r, float g, float b, float a) {
+    look_at_context();
     frame.clear_color(r, g, b, a);
 }
 
@@ -15,10 +17,12 @@ void RendererOpenGL::clear_color_buffer(const vec4& color) {
 }
 
 void RendererOpenGL::clear_depth_buffer(float depth) {
+    look_at_context();
     frame.clear_depth(depth);
 }
 
 void RendererOpenGL::clear_color_depth_buffers(float r, float g, float b, float a, float depth) {
+    look_at_context();
     frame.clear_color_and_depth(r, g, b, a, depth);
 }
 
@@ -37,6 +41,7 @@ void RendererOpenGL::get_color_buffer(unsigned char* pixels) {
 // Matrices and viewport
 
 void RendererOpenGL::set_projection_matrix(mat4& matrix, bool apply) {
+    look_at_context();
     frame.set_projection_matrix(matrix, apply);
 }
 
@@ -53,6 +58,7 @@ mat4& RendererOpenGL::get_view_matrix() {
 }
 
 void RendererOpenGL::set_viewport(int x, int y, int width, int height) {
+    look_at_context();
     frame.set_viewport(x, y, width, height);
 }
 

@@ -26,6 +26,9 @@ bool TextureFamily::has_object_here(const TextureData& texture) const {
 }
 
 bool TextureFamily::enter_context(TextureData& texture) const {
+    state.follow_context();
+    if (texture.gl_group == state.context().group->number)
+        return false;
     state.look_at_context();
     const ShareGroup& here = *state.context().group;
     if (texture.gl_group == here.number)
@@ -64,6 +67,7 @@ bool TextureFamily::enter_context(TextureData& texture) const {
 bool TextureFamily::unload(TextureData* texture) {
     if (!texture)
         return false;
+    state.look_at_context();
     enter_context(*texture);
     for (const TextureObject& object : texture->gl_elsewhere) {
         BuriedObjects buried;

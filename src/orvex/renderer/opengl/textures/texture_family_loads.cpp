@@ -101,6 +101,7 @@ bool TextureFamily::load(TextureData* texture, unsigned long unit) {
 bool TextureFamily::load_1d(TextureData* texture, unsigned long unit) {
     if (!texture || texture->type != TEXTURE_TYPE_1D)
         return false;
+    state.look_at_context();
     enter_context(*texture);
     if (texture->loaded_in_gpu_memory)
         return true;
@@ -132,6 +133,7 @@ bool TextureFamily::load_1d(TextureData* texture, unsigned long unit) {
 bool TextureFamily::load_2d(TextureData* texture, unsigned long unit) {
     if (!texture || texture->type != TEXTURE_TYPE_2D)
         return false;
+    state.look_at_context();
     enter_context(*texture);
     if (texture->loaded_in_gpu_memory)
         return true;
@@ -169,6 +171,7 @@ constexpr GLenum cube_directions[] = {GL_TEXTURE_WRAP_S, GL_TEXTURE_WRAP_T, GL_T
 bool TextureFamily::load_cube(TextureData* texture, unsigned long unit) {
     if (!texture || texture->type != TEXTURE_TYPE_CUBE)
         return false;
+    state.look_at_context();
     enter_context(*texture);
     if (texture->loaded_in_gpu_memory)
         return true;

@@ -7,6 +7,7 @@
 #include "orvex/base/log_mgr.h"
 #include "orvex/renderer/opengl/gl/private/gl_debug.h"
 #include "orvex/renderer/opengl/gl/private/gl_functions.h"
+#include "orvex/renderer/opengl/state/private/contexts.h"
 #include "orvex/renderer/opengl/window/private/render_window_opengl_data.h"
 #include "orvex/renderer/private/render_window_data.h"
 
@@ -134,7 +135,10 @@ bool RenderWindowOpenGL::osx_kill_context() {
 bool RenderWindowOpenGL::osx_apply_context(bool state) {
     if (!data_osx->context)
         return false;
-    return state ? data_osx->context->make_current() : data_osx->context->release_current();
+    const bool done =
+        state ? data_osx->context->make_current() : data_osx->context->release_current();
+    contexts::switched();
+    return done;
 }
 
 bool RenderWindowOpenGL::osx_display_framebuffer() {

@@ -8,6 +8,7 @@
 
 #include "orvex/renderer/records/polyline_data.h"
 #include "orvex/renderer/records/vertex_pool_data.h"
+#include "orvex/renderer/render_window.h"
 #include "tests/orvex/renderer/opengl/buffers/vertex_buffers_fixture.h"
 
 namespace orvex_test {
@@ -338,6 +339,82 @@ TEST_P(RecordContexts, two_renderers_draw_one_mesh) {
     EXPECT_EQ(recorder->count("glGenBuffers"), 0) << "it is the same context";
     EXPECT_EQ(pixel(), green);
     EXPECT_TRUE(other.vertex_buffer_kill(&mesh));
+}
+
+/// Contexts of a host, on a compatibility profile, which shows vertices white by itself.
+class HostContexts : public testing::Test, protected RecordedRenderer {
+protected:
+    void SetUp() override {
+        make_triangle(mesh, true);
+        start();
+    }
+
+    void TearDown() override {
+        {
+            const GlRecorderPause pause(*recorder);
+            EXPECT_NO_GL_ERROR() << "left over at the end of the test";
+        }
+        renderer.reset();
+        recorder.reset();
+    }
+
+    /// Draws a frame, as hosts begin it, on either path.
+    void expect_drawn() {
+        for (const bool generic : {true, false}) {
+            mesh.set_use_generic_vertex_attribs_state(generic);
+            renderer->clear_color_depth_buffers(0.0f, 0.0f, 0.0f, 1.0f, 1.0f);
+            EXPECT_TRUE(renderer->vertex_buffer_prepare(&mesh));
+            EXPECT_TRUE(renderer->vertex_buffer_draw(&mesh));
+            EXPECT_TRUE(renderer->vertex_buffer_finish(&mesh));
+            const GlRecorderPause pause(*recorder);
+            EXPECT_NE(pixel_at(8, 8), black);
+        }
+    }
+
+    std::unique_ptr<GlContext> one = std::make_unique<GlContext>();
+    MeshData mesh;
+};
+
+TEST_F(HostContexts, are_met_where_a_frame_begins) {
+    for (unsigned long i = 0; i < 3; ++i)
+        mesh.set_color(i, vec4(1.0f, 1.0f, 1.0f, 1.0f));
+    expect_drawn();
+    const GlContext other;
+    expect_drawn();
+    recorder->clear();
+    for (int frame = 0; frame < 100; ++frame) {
+        one->make_current();
+        expect_drawn();
+        other.make_current();
+        expect_drawn();
+    }
+    for (const char* const name : uploads)
+        EXPECT_EQ(recorder->count(name), 0) << name;
+    renderer->vertex_buffer_kill(&mesh);
+    one->make_current();
+    expect_drawn();
+    renderer->vertex_buffer_kill(&mesh);
+    other.make_current();
+}
+
+TEST_F(HostContexts, that_are_adopted_are_new_whatever_their_address) {
+    for (unsigned long i = 0; i < 3; ++i)
+        mesh.set_color(i, vec4(1.0f, 1.0f, 1.0f, 1.0f));
+    RenderWindow* const window = renderer->create_render_window();
+    for (int i = 0; i < 4; ++i) {
+        one.reset();
+        one = std::make_unique<GlContext>();
+        ASSERT_TRUE(window->osx_init_with_cocoa_nsgl_ctx(&mesh));
+        renderer->stop();
+        renderer->start();
+        recorder->clear();
+        expect_drawn();
+        EXPECT_EQ(recorder->count("glGenBuffers"), 2) << "vertices and faces";
+        EXPECT_EQ(recorder->count("glDeleteBuffers"), 0);
+        expect_drawn();
+        EXPECT_EQ(recorder->count("glGenBuffers"), 2);
+    }
+    renderer->vertex_buffer_kill(&mesh);
 }
 
 } // namespace

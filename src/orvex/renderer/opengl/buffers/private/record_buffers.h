@@ -48,6 +48,7 @@ bool can_delete_objects(const GlState& state, const Record& record) {
 /// about them.
 template<class Record>
 void delete_objects(GlState& state, Record& record) {
+    state.look_at_context();
     enter_context(state, record);
     delete_vertex_array(state, record);
     delete_buffer(state, record.vertex_buffer_id);

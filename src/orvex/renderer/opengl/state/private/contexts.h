@@ -92,7 +92,11 @@ void bury(ContextNumber group, const BuriedObjects& objects);
 /// The same for a vertex array of a context.
 void bury_array(ContextNumber context, GLuint id);
 
-/// @return a number that grows whenever a context begins or ends, or something is buried
+/// A window made a context current, or released it.
+void switched();
+
+/// @return a number that grows whenever a context begins, ends or is switched to by a window, or
+///         something is buried
 unsigned long changes();
 
 } // namespace contexts

@@ -37,16 +37,19 @@ struct GlState {
     int renderer_id() const;
 
     /// @name The context
-    /// Which one is current is asked of the window system; that is no call of the API.
+    /// Which one is current is asked of the window system. That is no call of the API, but it may
+    /// cost as much as a draw: what runs once a frame (clears, the viewport, the projection, a
+    /// reset of the states), a load or a kill asks; what runs for each object follows the windows,
+    /// and trusts that a host who switches contexts by itself does one of these first.
     /// @{
 
     /// Takes up the context that is current on the calling thread, and deletes what was buried in
     /// it. Without one, the last one stays.
-    void look_at_context() {
-        const void* const native = window_platform().current_context();
-        const unsigned long changes = contexts::changes();
-        if (native && (native != seen_native || changes != seen_changes))
-            take_up_context(native, changes);
+    void look_at_context();
+    /// The same, if a window switched contexts since the last look.
+    void follow_context() {
+        if (contexts::changes() != seen_changes)
+            look_at_context();
     }
     /// @return what is known of the context that was looked at last
     ContextState& context() const { return *current; }
@@ -117,7 +120,6 @@ struct GlState {
     /// @}
 
 private:
-    void take_up_context(const void* native, unsigned long changes);
     void delete_buried();
 
     const Renderer* owner;

@@ -91,8 +91,7 @@ public:
     /// @return null when none is current
     virtual std::unique_ptr<PlatformContext> adopt_current_context(void* handle) = 0;
     /// The native handle of the context that is current on the calling thread, whoever made it;
-    /// null without one, and where the platform can't say. Asked before each draw: it has to be
-    /// quick.
+    /// null without one, and where the platform can't say.
     virtual const void* current_context() { return nullptr; }
     /// The devices that off-screen contexts can be made on, and why not. Those of a system that
     /// has no choice are none.
