@@ -110,10 +110,24 @@ bool Mesh::cleanup_mesh_data(Renderer* renderer) {
     return _set_mesh_data(renderer, nullptr);
 }
 
+namespace {
+
+/// On either path a kill leaves what the other one alone makes: the vertex array, or the edges of
+/// quads. A store that ends has to leave neither.
+void kill_objects(Renderer& renderer, MeshData& store) {
+    renderer.vertex_buffer_kill(&store);
+    if (store.vertex_array_id == 0 && store.quad_edge_buffer_id == 0)
+        return;
+    store.set_use_generic_vertex_attribs_state(!store.get_use_generic_vertex_attribs_state());
+    renderer.vertex_buffer_kill(&store);
+}
+
+} // namespace
+
 bool Mesh::_set_mesh_data(Renderer* renderer, MeshData* data) {
     take_store(mesh_data, data, [this, renderer] {
         if (renderer)
-            renderer->vertex_buffer_kill(mesh_data);
+            kill_objects(*renderer, *mesh_data);
         free_mesh_data();
         delete mesh_data;
     });

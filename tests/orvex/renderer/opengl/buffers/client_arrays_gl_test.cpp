@@ -160,6 +160,23 @@ TEST_F(ClientArraysPath, appends_user_attributes_behind_separate_blocks) {
     kill(store);
 }
 
+TEST_F(ClientArraysPath, puts_each_user_attribute_behind_the_one_before) {
+    MeshData store;
+    make_client_triangle(store, true, 0);
+    ASSERT_TRUE(store.alloc_user_vertex_attribs(3));
+    for (unsigned long i = 0; i < 3; ++i)
+        store.set_user_attrib_location(i, 11 + static_cast<int>(i));
+    const GlCalls calls = prepare(store);
+    EXPECT_EQ(calls[2], allocate(432)[0]);
+    EXPECT_EQ(GlCalls(calls.begin() + 9, calls.begin() + 12),
+              joined({upload(288, 48), upload(336, 48), upload(384, 48)}));
+    EXPECT_EQ(GlCalls(calls.end() - 6, calls.end()),
+              joined({generic_pointer(11, 4, 0, 288), generic_pointer(12, 4, 0, 336),
+                      generic_pointer(13, 4, 0, 384)}));
+    finish(store);
+    kill(store);
+}
+
 TEST_F(ClientArraysPath, ignores_instances_subsets_and_the_tessellation_of_faces) {
     MeshData store;
     make_client_triangle(store, true, 4);

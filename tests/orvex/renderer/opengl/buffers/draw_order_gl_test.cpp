@@ -3,6 +3,7 @@
 
 #include "tests/orvex/renderer/opengl/window_pair.h"
 
+#include "orvex/geometry/mesh/mesh.h"
 #include "tests/orvex/renderer/opengl/buffers/vertex_buffers_fixture.h"
 
 namespace orvex_test {
@@ -140,6 +141,43 @@ TEST_P(DrawOrder, a_mesh_may_be_killed_while_another_is_prepared) {
     EXPECT_TRUE(renderer->vertex_buffer_finish(&mesh));
     EXPECT_FALSE(glIsEnabled(GL_COLOR_ARRAY));
     renderer->vertex_buffer_kill(&mesh);
+}
+
+TEST_P(DrawOrder, a_mesh_that_is_killed_is_not_prepared_any_more) {
+    MeshData mesh;
+    MeshData other;
+    make_mesh(mesh, true, green_color);
+    make_mesh(other, true, red_color);
+    draw(other);
+    EXPECT_TRUE(renderer->vertex_buffer_prepare(&mesh));
+    EXPECT_TRUE(renderer->vertex_buffer_kill(&other));
+    EXPECT_EQ(renderer->context().prepared_mesh, &mesh);
+    EXPECT_TRUE(renderer->vertex_buffer_kill(&mesh));
+    EXPECT_EQ(renderer->context().prepared_mesh, nullptr);
+    EXPECT_TRUE(renderer->vertex_buffer_finish(&mesh));
+}
+
+TEST_P(DrawOrder, a_mesh_that_ends_leaves_nothing_of_the_other_path) {
+    if (GetParam().core)
+        return; // client arrays are of compatibility contexts
+    for (const bool generic_first : {true, false}) {
+        auto* const mesh = new Mesh;
+        ASSERT_TRUE(mesh->alloc_vertex_data(3));
+        MeshData& store = *mesh->get_mesh_data();
+        ASSERT_TRUE(store.alloc_quad_edge_data(4));
+        store.render_wireframe_quad = true;
+        for (const bool generic : {generic_first, !generic_first}) {
+            store.set_use_generic_vertex_attribs_state(generic);
+            draw(store);
+        }
+        const GlRecorderPause pause(*recorder);
+        const unsigned int array = store.vertex_array_id;
+        const unsigned int edges = store.quad_edge_buffer_id;
+        ASSERT_TRUE(glIsVertexArray(array) && glIsBuffer(edges));
+        EXPECT_EQ(mesh->release(renderer.get(), nullptr), 0);
+        EXPECT_FALSE(glIsVertexArray(array));
+        EXPECT_FALSE(glIsBuffer(edges));
+    }
 }
 
 TEST_P(DrawOrder, no_more_faces_are_drawn_than_the_buffer_has) {
