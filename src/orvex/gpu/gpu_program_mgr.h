@@ -46,7 +46,9 @@ public:
     /// @name Making a program from texts
     /// Each makes a program and loads it with the `init` operation of the same name. The program is
     /// returned even when it doesn't load: ask `GpuProgram::is_valid`. With a null renderer none
-    /// loads.
+    /// loads. What the compiler said is in `GpuProgram::get_shader_error_messages`; that text is
+    /// empty where nothing was compiled, as for a file that can't be read, and a text that has
+    /// neither the marker of a compute stage nor those of both a vertex and a pixel stage.
     /// @{
 
     /// From a file in the format of `GpuProgram::load_from_memory`.
