@@ -32,6 +32,20 @@ bool allocate_without_memory(Store& store) {
     return store.alloc_vertex_data(7);
 }
 
+TEST(UserAttributes, take_the_place_of_those_before) {
+    const auto replace = [] {
+        MeshData store;
+        EXPECT_TRUE(store.alloc_vertex_data_v2(4, 3));
+        EXPECT_TRUE(store.alloc_user_vertex_attribs(2));
+        EXPECT_TRUE(store.alloc_user_vertex_attribs(5));
+        EXPECT_EQ(store.num_user_attribs, 5u);
+    };
+    replace();
+    const long before = living_blocks();
+    replace();
+    EXPECT_EQ(living_blocks(), before);
+}
+
 TEST(AllocationFailure, of_no_standard_type_is_reported_by_the_full_format) {
     LogCapture log;
     MeshData store;

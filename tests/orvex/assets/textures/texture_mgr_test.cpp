@@ -10,6 +10,7 @@
 #include "orvex/assets/textures/texture.h"
 #include "orvex/base/plugin_mgr.h"
 #include "orvex/math/vec4.h"
+#include "orvex/renderer/records/private/image_access.h"
 #include "orvex/renderer/records/texture_data.h"
 #include "tests/support/fake_renderer.h"
 #include "tests/support/temp_dir.h"
@@ -762,6 +763,24 @@ TEST_F(TextureMgrTest, a_screenshot_stands_upright) {
     EXPECT_EQ(two->saved.pixel_format, PF_BGRA_U8);
     EXPECT_EQ(two->saved.pixmap_u8[0], 1) << "the top row comes first";
     EXPECT_EQ(two->saved.pixmap_u8[23], 0);
+}
+
+/// One that tells too few bytes for the pixels that it writes.
+class StintingRenderer : public FramebufferRenderer {
+public:
+    void get_color_buffer_size(int* size, int* w, int* h) override {
+        FramebufferRenderer::get_color_buffer_size(size, w, h);
+        *size = 4;
+    }
+};
+
+TEST_F(TextureMgrTest, a_screenshot_has_room_for_its_pixels_whatever_the_renderer_tells) {
+    StintingRenderer screen;
+    screen.width = 300;
+    screen.height = 200;
+    EXPECT_TRUE(mgr.do_screenshot(&screen, "shot.jpg"));
+    EXPECT_GE(ImageAccess::readable_bytes(two->saved, PF_BGRA_U8), 300u * 200u * 4u);
+    EXPECT_EQ(two->saved.pixmap_u8[0], 199);
 }
 
 TEST_F(TextureMgrTest, screenshots_of_one_size_share_a_buffer) {

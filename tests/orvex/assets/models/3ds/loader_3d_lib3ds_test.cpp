@@ -1,6 +1,8 @@
 #include "orvex/assets/models/3ds/loader_3d_lib3ds.h"
 
 #include <cmath>
+#include <filesystem>
+#include <iterator>
 
 #include <gtest/gtest.h>
 #include <lib3ds.h>
@@ -521,6 +523,23 @@ TEST_F(Loader3D_Lib3dsTest, fills_both_layouts_of_vertices) {
 }
 
 // --- Nodes -----------------------------------------------------------------------------------
+
+std::ptrdiff_t num_open_files() {
+    const auto files = std::filesystem::directory_iterator("/proc/self/fd");
+    return std::distance(begin(files), end(files));
+}
+
+TEST_F(Loader3D_Lib3dsTest, leaves_no_file_open) {
+    new_model();
+    ASSERT_TRUE(load_file("model.3ds", full_file()));
+    const std::ptrdiff_t before = num_open_files();
+    for (int i = 0; i < 3; ++i) {
+        new_model();
+        EXPECT_TRUE(load_file("model.3ds", full_file()));
+        EXPECT_FALSE(load_file("broken.3ds", full_file().substr(0, 100)));
+    }
+    EXPECT_EQ(num_open_files(), before);
+}
 
 TEST_F(Loader3D_Lib3dsTest, shows_every_mesh_of_a_file_without_nodes) {
     ASSERT_TRUE(
