@@ -25,7 +25,7 @@ struct Tally {
     unsigned crashes = 0;
     unsigned hangs = 0;
     unsigned leaks = 0;
-    unsigned lies = 0;       ///< a success with other values or pictures, or a second try that fails
+    unsigned lies = 0; ///< a success with other values or pictures, or a second try that fails
     unsigned exceptions = 0; ///< `std::bad_alloc` passed on where that is promised
     unsigned quiet = 0;      ///< OpenGL made something that it said nothing of: another picture
     std::string text;        ///< one line for each thing that was found

@@ -32,8 +32,8 @@ Census settled_census(const Census& before) {
     for (int i = 0; i < 2000 && census.exceeds(before); ++i) {
         const timespec pause{0, 1'000'000};
         nanosleep(&pause, nullptr);
-        const bool is_alone = census.threads <= before.threads &&
-                              census.descriptors <= before.descriptors;
+        const bool is_alone =
+            census.threads <= before.threads && census.descriptors <= before.descriptors;
         census = take_census();
         if (is_alone && i > 2)
             break;

@@ -100,8 +100,8 @@ struct Plan {
     std::atomic<const void*> place = nullptr;
 };
 /// Shared with the parent, which asks for it after a crash.
-Plan& plan = *new (mmap(nullptr, sizeof(Plan), PROT_READ | PROT_WRITE,
-                        MAP_SHARED | MAP_ANONYMOUS, -1, 0)) Plan;
+Plan& plan = *new (
+    mmap(nullptr, sizeof(Plan), PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0)) Plan;
 
 } // namespace
 
@@ -140,6 +140,10 @@ void arm_fault(FaultKind kind, unsigned long n) {
 
 unsigned long disarm_fault() {
     plan.is_armed = false;
+    return plan.counted;
+}
+
+unsigned long calls_counted() {
     return plan.counted;
 }
 

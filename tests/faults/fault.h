@@ -3,8 +3,8 @@
 #include <cstddef>
 
 /// @file
-/// The one fault that a run of a scenario meets. The functions that this program defines in place of
-/// the system's ask here whether this call is the one to fail.
+/// The one fault that a run of a scenario meets. The functions that this program defines in place
+/// of the system's ask here whether this call is the one to fail.
 ///
 /// Only what is asked for the engine counts: calls whose return address lies in its library or in
 /// lib3ds, and allocations that the standard library and TinyXML-2 make for it. The driver, the C
@@ -35,6 +35,8 @@ void arm_fault(FaultKind kind, unsigned long n);
 /// No more faults.
 /// @return how many calls of the kind were counted
 unsigned long disarm_fault();
+/// How many calls of the kind were counted since `arm_fault`.
+unsigned long calls_counted();
 /// Whether the call of that number was met since `arm_fault`.
 bool fault_was_met();
 /// The name of the function that failed; empty before.

@@ -1,6 +1,6 @@
 // What the engine asks of EGL and OpenGL: what makes something may be refused, and what was made is
-// counted until it ends. Functions that the engine links are defined here; those that it fetches by name
-// are given out by this program's eglGetProcAddress.
+// counted until it ends. Functions that the engine links are defined here; those that it fetches by
+// name are given out by this program's eglGetProcAddress.
 
 #include <array>
 #include <atomic>
@@ -159,8 +159,9 @@ GLenum APIENTRY my_glCheckFramebufferStatus(GLenum target) {
     return ORVEX_FETCHED(glCheckFramebufferStatus)(target);
 }
 
-/// What OpenGL does after it ran out is undefined, and the engine doesn't ask while it uploads: a store
-/// without the contents stands for all of it. A buffer without any store crashes the software driver.
+/// What OpenGL does after it ran out is undefined, and the engine doesn't ask while it uploads: a
+/// store without the contents stands for all of it. A buffer without any store crashes the software
+/// driver.
 void APIENTRY my_glBufferData(GLenum target, GLsizeiptr size, const void* data, GLenum usage) {
     const bool refused = runs_out("glBufferData", ORVEX_PLACE);
     ORVEX_FETCHED(glBufferData)(target, size, refused ? nullptr : data, usage);
@@ -201,7 +202,8 @@ struct Entry {
     void (*function)();
 };
 
-#define ORVEX_ENTRY(name) {#name, reinterpret_cast<void (*)()>(&my_##name)}
+#define ORVEX_ENTRY(name)                                                                          \
+    { #name, reinterpret_cast < void (*)()>(&my_##name) }
 const Entry entries[] = {
     ORVEX_ENTRY(glGenBuffers),
     ORVEX_ENTRY(glDeleteBuffers),

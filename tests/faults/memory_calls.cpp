@@ -1,5 +1,6 @@
-// The heap of this program and of all libraries in it. It hands every request on to the system's heap,
-// but for the one that is to fail, and keeps a list of the blocks that were taken for the engine.
+// The heap of this program and of all libraries in it. It hands every request on to the system's
+// heap, but for the one that is to fail, and keeps a list of the blocks that were taken for the
+// engine.
 
 #include <atomic>
 #include <cerrno>

@@ -28,7 +28,7 @@ const std::vector<Scenario>& all_scenarios() {
         {"plugin", play_plugin},
         {"points", play_points},
         {"rays", play_rays},
-        {"renderer_gl2", play_renderer_gl2},
+        {"renderer_gl2", play_renderer_gl2, Quiet::nothing, true},
         {"scanner", play_scanner},
         {"scene", play_scene},
         {"screenshot", play_screenshot, Quiet::pictures},
@@ -49,7 +49,7 @@ const std::vector<Scenario>& all_scenarios() {
         {"uniform_block", play_uniform_block},
         {"uniforms", play_uniforms},
         {"user_geometry", play_user_geometry},
-        {"window", play_window},
+        {"window", play_window, Quiet::nothing, true},
     };
     return scenarios;
 }

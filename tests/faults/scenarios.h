@@ -19,6 +19,7 @@ struct Scenario {
     const char* name;
     void (*play)(Stage& stage);
     Quiet quiet = Quiet::nothing;
+    bool with_start = false; ///< faults are tried before the window is open as well
 };
 
 /// All of them, by name.

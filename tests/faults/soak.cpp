@@ -2,10 +2,11 @@
 //
 //   soak [--minutes N]
 //
-// A round plays every scenario of the fault tests without a fault, each from the engine's start to its
-// stop, and then one long session: frames in which everything is made, drawn and ended, a window and a
-// target that change their sizes, and a server that is asked by many clients meanwhile. After each round
-// what is held is counted. The first rounds fill what is kept for good; from then on nothing may grow.
+// A round plays every scenario of the fault tests without a fault, each from the engine's start to
+// its stop, and then one long session: frames in which everything is made, drawn and ended, a
+// window and a target that change their sizes, and a server that is asked by many clients
+// meanwhile. After each round what is held is counted. The first rounds fill what is kept for good;
+// from then on nothing may grow.
 
 #include <algorithm>
 #include <chrono>
@@ -76,9 +77,8 @@ void play_frame(Stage& stage, int frame) {
               [&] { return TextureMgr::get()->upload_to_renderer(stage.renderer, texture, 0); });
     RenderTarget* const target =
         stage.get("create_render_target", [&] { return stage.renderer->create_render_target(); });
-    stage.get("create_target", [&] {
-        return target->create_target(32, 32, PF_RGBA_U8, false, true, false, 0);
-    });
+    stage.get("create_target",
+              [&] { return target->create_target(32, 32, PF_RGBA_U8, false, true, false, 0); });
     stage.get("resize", [&] { return target->resize(16 + frame % 7, 24); });
     GpuProgram* const program = stage.make_normal_program();
     Camera* const camera = stage.make_camera();
@@ -207,15 +207,12 @@ bool anything_grows(const std::vector<Sample>& samples) {
     found |= grows("descriptors", samples, 0, [](const Sample& sample) {
         return static_cast<double>(sample.census.descriptors);
     });
-    found |= grows("threads", samples, 0, [](const Sample& sample) {
-        return static_cast<double>(sample.census.threads);
-    });
-    found |= grows("bytes of the heap", samples, allowed_heap_bytes, [](const Sample& sample) {
-        return sample.heap;
-    });
-    found |= grows("bytes in memory", samples, allowed_resident_bytes, [](const Sample& sample) {
-        return sample.resident;
-    });
+    found |= grows("threads", samples, 0,
+                   [](const Sample& sample) { return static_cast<double>(sample.census.threads); });
+    found |= grows("bytes of the heap", samples, allowed_heap_bytes,
+                   [](const Sample& sample) { return sample.heap; });
+    found |= grows("bytes in memory", samples, allowed_resident_bytes,
+                   [](const Sample& sample) { return sample.resident; });
     return found;
 }
 

@@ -106,12 +106,12 @@ void Stage::open_window(Path wanted) {
     request.gl_major = is_gl3() ? 3 : 2;
     request.gl_minor = is_gl3() ? 2 : 1;
     request.depth_bits = 24;
-    get("RenderWindow::initialize", [&] {
-        return window->initialize(nullptr, nullptr, size, size, "", nullptr, &request);
-    });
+    get("RenderWindow::initialize",
+        [&] { return window->initialize(nullptr, nullptr, size, size, "", nullptr, &request); });
     // Whether the context is current is told here, not by `initialize`.
     get("osx_apply_context", [&] { return window->osx_apply_context(true); });
     get("Renderer::start", [&] { return renderer->start(); });
+    outcome.calls_of_start = calls_counted();
 }
 
 void Stage::close() {

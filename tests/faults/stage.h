@@ -26,9 +26,10 @@ struct Outcome {
     std::vector<std::string> told;     ///< values, in order
     std::vector<std::string> pictures; ///< digests of what was drawn, in order
     std::vector<std::string> complaints;
-    unsigned refusals = 0;   ///< failure values that a fault led to
-    unsigned exceptions = 0; ///< `std::bad_alloc` that passed to the host
-    bool broken = false;     ///< the scenario could not be carried to its end
+    unsigned refusals = 0;            ///< failure values that a fault led to
+    unsigned exceptions = 0;          ///< `std::bad_alloc` that passed to the host
+    unsigned long calls_of_start = 0; ///< counted before the window was open
+    bool broken = false;              ///< the scenario could not be carried to its end
 };
 
 /// Which drawing path a scenario takes.
@@ -50,8 +51,8 @@ public:
     void start_engine(const char* log = "");
     /// The engine with an off-screen window of 64 by 64 pixels, and the renderer started on it.
     void open_window(Path path);
-    /// Gives back what the managers hold, ends window and renderer, and stops the engine. A scenario
-    /// ends with it; nodes were killed before.
+    /// Gives back what the managers hold, ends window and renderer, and stops the engine. A
+    /// scenario ends with it; nodes were killed before.
     void close();
 
     /// @name Steps
@@ -124,7 +125,11 @@ public:
     Shape* build(Shape* shape) {
         run("set_opengl_2_3_rendering_states",
             [&] { shape->set_opengl_2_3_rendering_states(!is_gl3(), nullptr); });
-        get("build", [&] { return shape->build(nullptr); });
+        // A build takes its own flag back, also one that fails.
+        get("build", [&] {
+            shape->update_build_state(true);
+            return shape->build(nullptr);
+        });
         return shape;
     }
 

@@ -1,5 +1,5 @@
-// What the engine asks of the system. Each function hands its call on, unless it is the one to fail; then
-// the system is not asked, and the caller gets an error that this call may give.
+// What the engine asks of the system. Each function hands its call on, unless it is the one to
+// fail; then the system is not asked, and the caller gets an error that this call may give.
 
 #include <cerrno>
 #include <cstdarg>

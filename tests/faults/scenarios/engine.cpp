@@ -53,7 +53,8 @@ void play_log(Stage& stage) {
     Log* const log = stage.make<Log>();
     stage.get("open", [&] { return log->open(path.c_str(), false); });
     stage.run("trace", [&] { log->simple_trace(LOG_LEVEL_INFO, "a line"); });
-    stage.run("tracef", [&] { log->simple_tracef(LOG_LEVEL_ERROR, "%s", std::string(300, 'x').c_str()); });
+    stage.run("tracef",
+              [&] { log->simple_tracef(LOG_LEVEL_ERROR, "%s", std::string(300, 'x').c_str()); });
     stage.run("close", [&] { log->close(); });
     stage.run_quietly("~Log", [&] { delete log; });
     stage.tell("the file", digest_of_file(path));
@@ -62,9 +63,8 @@ void play_log(Stage& stage) {
 
 void play_plugin(Stage& stage) {
     stage.start_engine();
-    Plugin* const loader = stage.get("load_plugin", [] {
-        return Kernel::get()->load_plugin(ORVEX_SOUP_LOADER, false, false);
-    });
+    Plugin* const loader = stage.get(
+        "load_plugin", [] { return Kernel::get()->load_plugin(ORVEX_SOUP_LOADER, false, false); });
     stage.get("initialize", [&] { return loader->initialize(); });
     stage.get("start", [&] { return loader->start(); });
     Model* const model = stage.get_quietly("load_model_from_file", [] {

@@ -173,8 +173,8 @@ void play_lines(Stage& stage) {
     Camera* const camera = stage.make_camera();
     stage.frame([&] {
         stage.begin(camera);
-        for (Polyline* const object : {ring, static_cast<Polyline*>(line),
-                                       static_cast<Polyline*>(curve)})
+        for (Polyline* const object :
+             {ring, static_cast<Polyline*>(line), static_cast<Polyline*>(curve)})
             stage.draw(program, object);
     });
     stage.end(ring);
@@ -211,8 +211,8 @@ void play_points(Stage& stage) {
     VertexPool* const pool = stage.make<VertexPool>();
     stage.get("init_pool", [&] { return pool->init_pool(9, false); });
     for (unsigned long i = 0; i < 9; ++i) {
-        pool->set_vertex_position(i, vec4(static_cast<float>(i % 3) - 1.0f,
-                                          static_cast<float>(i / 3) - 1.0f, 0, 1));
+        pool->set_vertex_position(
+            i, vec4(static_cast<float>(i % 3) - 1.0f, static_cast<float>(i / 3) - 1.0f, 0, 1));
         pool->set_vertex_color(i, 1.0f, static_cast<float>(i) / 9.0f, 0.0f, 1.0f);
     }
     GpuProgram* const program = stage.make_colored_program();

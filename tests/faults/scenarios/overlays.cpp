@@ -65,12 +65,10 @@ void play_graph(Stage& stage) {
     graph->set_x_axis_positions(vec4(4, 4, 0, 1), vec4(60, 4, 0, 1));
     graph->set_y_axis_positions(vec4(4, 4, 0, 1), vec4(4, 60, 0, 1));
     stage.get("create_curve", [&] { return graph->create_curve(20); });
-    stage.get("set_curve_color",
-              [&] { return graph->set_curve_color(0, 0.5f, 1.0f, 0.5f, 1.0f); });
+    stage.get("set_curve_color", [&] { return graph->set_curve_color(0, 0.5f, 1.0f, 0.5f, 1.0f); });
     for (int i = 0; i < 24; ++i)
-        stage.get("add_curve_scalar", [&] {
-            return graph->add_curve_scalar(0, static_cast<float>(i * 7 % 50));
-        });
+        stage.get("add_curve_scalar",
+                  [&] { return graph->add_curve_scalar(0, static_cast<float>(i * 7 % 50)); });
     stage.get("sync_curve_scalars", [&] { return graph->sync_curve_scalars(0); });
     GpuProgram* const program = stage.make_colored_program();
     Camera* const camera = make_pixel_camera(stage);
@@ -87,9 +85,8 @@ void play_meters(Stage& stage) {
     stage.open_window(Path::gl3);
     MadLedBar* const strip = stage.make<MadLedBar>();
     MadLedBar* const dots = stage.make<MadLedBar>();
-    stage.get("initialize", [&] {
-        return strip->initialize(vec3(-20, 0, 0), vec3(20, 0, 0), 6, 8.0f);
-    });
+    stage.get("initialize",
+              [&] { return strip->initialize(vec3(-20, 0, 0), vec3(20, 0, 0), 6, 8.0f); });
     stage.get("initialize", [&] { return dots->initialize(vec3(-20, 0, 0), vec3(20, 0, 0), 6); });
     strip->set_orientation_euler_xyz(90, 0, 0);
     for (MadLedBar* const meter : {strip, dots}) {

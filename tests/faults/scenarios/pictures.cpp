@@ -39,14 +39,13 @@ Texture* decode(Stage& stage, const char* name) {
 
 /// A texture of four by four pixels whose colours all differ.
 Texture* make_texture(Stage& stage) {
-    Texture* const texture = stage.get("create_texture_2d", [] {
-        return TextureMgr::get()->create_texture_2d(4, 4, PF_RGBA_U8);
-    });
+    Texture* const texture = stage.get(
+        "create_texture_2d", [] { return TextureMgr::get()->create_texture_2d(4, 4, PF_RGBA_U8); });
     for (unsigned long y = 0; y < 4; ++y)
         for (unsigned long x = 0; x < 4; ++x)
-            texture->set_texel_2d(x, y,
-                                  vec4(60.0f * static_cast<float>(x), 60.0f * static_cast<float>(y),
-                                       128.0f, 255.0f));
+            texture->set_texel_2d(
+                x, y,
+                vec4(60.0f * static_cast<float>(x), 60.0f * static_cast<float>(y), 128.0f, 255.0f));
     return texture;
 }
 
@@ -76,9 +75,8 @@ void play_picture_jpeg(Stage& stage) {
     const std::string path = scratch_file("written.jpg");
     stage.start_engine();
     Texture* const texture = decode(stage, "lighthouse_stripes.png");
-    stage.get("write_texture_2d_to_file", [&] {
-        return TextureMgr::get()->write_texture_2d_to_file(texture, path.c_str());
-    });
+    stage.get("write_texture_2d_to_file",
+              [&] { return TextureMgr::get()->write_texture_2d_to_file(texture, path.c_str()); });
     stage.tell("the file", digest_of_file(path));
     release(stage, texture);
     stage.close();
@@ -87,9 +85,8 @@ void play_picture_jpeg(Stage& stage) {
 
 void play_texture_made(Stage& stage) {
     stage.start_engine();
-    Texture* const line = stage.get("create_texture_1d", [] {
-        return TextureMgr::get()->create_texture_1d(16, PF_RGBA_U8);
-    });
+    Texture* const line = stage.get(
+        "create_texture_1d", [] { return TextureMgr::get()->create_texture_1d(16, PF_RGBA_U8); });
     Texture* const noise = stage.get("create_texture_2d", [] {
         return TextureMgr::get()->create_texture_2d(16, 16, PF_RGB_U8);
     });

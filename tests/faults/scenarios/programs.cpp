@@ -62,9 +62,8 @@ void play_materials(Stage& stage) {
     Material* const material = stage.get("create_material", [] {
         return MaterialMgr::get()->create_material("a material with a long name");
     });
-    Texture* const texture = stage.get("create_texture_2d", [] {
-        return TextureMgr::get()->create_texture_2d(2, 2, PF_RGBA_U8);
-    });
+    Texture* const texture = stage.get(
+        "create_texture_2d", [] { return TextureMgr::get()->create_texture_2d(2, 2, PF_RGBA_U8); });
     texture->set_texel_2d(0, 0, vec4(255, 0, 0, 255));
     stage.get("upload_to_renderer",
               [&] { return TextureMgr::get()->upload_to_renderer(stage.renderer, texture, 0); });

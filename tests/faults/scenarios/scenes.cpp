@@ -19,8 +19,7 @@ void add(Stage& stage, Node* parent, Node* child) {
 
 void play_scene(Stage& stage) {
     stage.open_window(Path::gl3);
-    Scene* const scene =
-        stage.get("create_scene", [] { return SceneMgr::get()->create_scene(); });
+    Scene* const scene = stage.get("create_scene", [] { return SceneMgr::get()->create_scene(); });
     stage.run("set_name", [&] { scene->set_name("a scene with a name of some length"); });
     MeshBox* const box = stage.build(stage.make<MeshBox>());
     Light* const light = stage.make<Light>();
