@@ -127,12 +127,11 @@ bool RendererOpenGL::kill_render_window(RenderWindow* window) {
 }
 
 bool RendererOpenGL::kill_all_render_windows() {
-    // One after the other: a window is gone before the next one is terminated.
-    for (std::unique_ptr<RenderWindow>& window : render_windows) {
-        window->terminate();
-        window.reset();
+    // One after the other: a window is gone, from the list too, before the next one is terminated.
+    while (!render_windows.empty()) {
+        render_windows.front()->terminate();
+        render_windows.erase(render_windows.begin());
     }
-    render_windows.clear();
     return false;
 }
 

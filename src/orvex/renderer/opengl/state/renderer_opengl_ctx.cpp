@@ -32,8 +32,8 @@ unsigned int RendererOpenGLCtx::window_framebuffer() const {
     const RenderWindowOpenGL* last_told = nullptr;
     if (!windows)
         return 0;
-    for (const RenderWindow* window : *windows) {
-        const auto* const candidate = static_cast<const RenderWindowOpenGL*>(window);
+    for (const std::unique_ptr<RenderWindow>& window : *windows) {
+        const auto* const candidate = static_cast<const RenderWindowOpenGL*>(window.get());
         // Nobody is asked what is current while every window is its surface.
         if (candidate->told_framebuffer_after(last_told) && candidate->is_context_current())
             last_told = candidate;

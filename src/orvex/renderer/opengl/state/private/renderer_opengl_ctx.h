@@ -42,7 +42,7 @@ struct RendererOpenGLCtx {
     mat4 projection_matrix;
     mat4 view_matrix;
     /// The renderer's windows; null for none.
-    const std::vector<RenderWindow*>* windows = nullptr;
+    const std::vector<std::unique_ptr<RenderWindow>>* windows = nullptr;
 
     /// Gives the state its defaults; limits, texture units and matrices stay.
     void init();
