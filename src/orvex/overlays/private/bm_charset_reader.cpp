@@ -132,12 +132,11 @@ const NoElement* no_element_at(const char* place) {
 /// all before it, so that a file of them would take minutes.
 bool has_too_many_attributes(const char* text) {
     constexpr int most = 256;
-    for (const char* place = std::strchr(text, '<'); place; place = std::strchr(place, '<')) {
+    for (const char* place = std::strchr(text, '<'); place; place = std::strchr(place, '<'))
         if (const NoElement* const other = no_element_at(place))
             place = behind(place + std::strlen(other->begin), other->end);
         else if (count_attributes(++place) > most)
             return true;
-    }
     return false;
 }
 
