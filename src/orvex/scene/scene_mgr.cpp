@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <memory>
+#include <new>
 #include <utility>
 #include <vector>
 
@@ -65,8 +66,12 @@ bool SceneMgr::cleanup(Renderer* renderer) {
 Scene* SceneMgr::create_scene() {
     auto scene = std::make_unique<Scene>();
     const ScopedLock lock(data->lock);
-    data->scenes.push_back(std::move(scene));
-    return data->scenes.back().get();
+    try {
+        return data->scenes.emplace_back(std::move(scene)).get();
+    } catch (const std::bad_alloc&) {
+        cleanup_scene(nullptr, scene.get()); // its root, which no scene ends by itself
+        throw;
+    }
 }
 
 bool SceneMgr::kill_scene(Renderer* renderer, Scene* scene) {

@@ -7,6 +7,7 @@
 
 #include "orvex/base/global_id.h"
 #include "orvex/scene/object.h"
+#include "orvex/scene/private/fresh_node.h"
 #include "orvex/scene/scene.h"
 
 namespace orvex {
@@ -16,7 +17,8 @@ struct Scene::SceneData {
 
     int id = GenId();
     std::string name = "scene_" + std::to_string(id);
-    Object* root = new Object; ///< released by `SceneMgr::cleanup_scene`, never by the scene
+    /// Released by `SceneMgr::cleanup_scene`, never by the scene.
+    Object* root = make_fresh<Object>().release();
 };
 
 } // namespace orvex
