@@ -10,6 +10,7 @@
 #include "orvex/assets/materials/material_mgr.h"
 #include "orvex/assets/textures/texture.h"
 #include "orvex/assets/textures/texture_mgr.h"
+#include "orvex/base/global_id.h"
 #include "orvex/base/loader_3d.h"
 #include "orvex/geometry/mesh/mesh.h"
 #include "orvex/geometry/mesh/model.h"
@@ -116,6 +117,14 @@ TEST_F(KernelModelsTest, gives_null_if_no_loader_accepts_the_file) {
     add_loader("b", false);
     EXPECT_EQ(kernel->load_model_from_file("x", "", ""), nullptr);
     EXPECT_EQ(calls.size(), 2u);
+}
+
+// The leak checker tells whether it ends.
+TEST_F(KernelModelsTest, makes_a_model_and_ends_it_though_there_is_no_loader) {
+    ASSERT_EQ(registry->get_num_plugins_by_type(PLUGIN_TYPE_LOADER_3D), 0u);
+    const int before = GenId();
+    EXPECT_EQ(kernel->load_model_from_file("x", "", ""), nullptr);
+    EXPECT_GT(GenId(), before + 1) << "the model took a number";
 }
 
 TEST_F(KernelModelsTest, gives_null_for_a_null_file_name_without_asking_anybody) {
