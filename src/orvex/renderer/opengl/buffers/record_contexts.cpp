@@ -5,6 +5,7 @@
 #include <iterator>
 #include <utility>
 
+#include "orvex/base/private/memory_out.h"
 #include "orvex/renderer/records/mesh_data.h"
 #include "orvex/renderer/records/polyline_data.h"
 #include "orvex/renderer/records/vertex_pool_data.h"
@@ -237,6 +238,9 @@ template<class Record>
 void step(const ContextState& now, Record& record) {
     // Ids that a host wrote, and those of a first draw, are those of the current context.
     if (record.gpu_state.context != 0) {
+        // What needs memory comes before the first change.
+        record.gpu_elsewhere.arrays.reserve(record.gpu_elsewhere.arrays.size() + 1);
+        record.gpu_elsewhere.buffers.reserve(record.gpu_elsewhere.buffers.size() + 1);
         put_array_aside(record);
         const bool other_group = record.gpu_state.group != now.group->number;
         if (other_group)
@@ -275,10 +279,15 @@ void bury(Record& record) {
     for (const GpuVertexArray& array : record.gpu_elsewhere.arrays)
         contexts::bury_array(array.context, array.id);
     for (const GpuBuffers& buffers : record.gpu_elsewhere.buffers) {
-        BuriedObjects objects;
-        std::copy_if(std::begin(buffers.ids), std::end(buffers.ids),
-                     std::back_inserter(objects.buffers), [](unsigned int id) { return id != 0; });
-        contexts::bury(buffers.group, objects);
+        // What there is no memory for stays until its context ends.
+        or_false([&] {
+            BuriedObjects objects;
+            std::copy_if(std::begin(buffers.ids), std::end(buffers.ids),
+                         std::back_inserter(objects.buffers),
+                         [](unsigned int id) { return id != 0; });
+            contexts::bury(buffers.group, objects);
+            return true;
+        });
     }
     record.gpu_elsewhere = {};
 }

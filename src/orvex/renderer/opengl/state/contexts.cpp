@@ -1,7 +1,11 @@
 #include "orvex/renderer/opengl/state/private/contexts.h"
 
 #include <atomic>
+#include <cstddef>
 #include <map>
+#include <new>
+
+#include "orvex/base/private/memory_out.h"
 
 namespace orvex::contexts {
 
@@ -19,14 +23,22 @@ struct Registry {
         return state;
     }
 
+    /// One that isn't known is a host's.
+    std::shared_ptr<ContextState> met(const void* native) {
+        const auto known = by_native.find(native);
+        return known != by_native.end() ? known->second : enter(native, false, new_group(false));
+    }
+
     std::shared_ptr<ShareGroup> new_group(bool made_here) {
         return std::make_shared<ShareGroup>(++last_number, made_here);
     }
 };
 
-/// Never destroyed: a host's static object may end a window after everything else.
+/// Never destroyed: a host's static object may end a window after everything else. It needs no
+/// memory of its own, so that a window can always say what it made.
 Registry& registry() {
-    static Registry* const instance = new Registry;
+    alignas(Registry) static std::byte storage[sizeof(Registry)];
+    static Registry* const instance = new (storage) Registry;
     return *instance;
 }
 
@@ -45,10 +57,13 @@ void switched() {
 void made(const void* native, const void* share) {
     Registry& all = registry();
     const std::lock_guard<std::mutex> guard(all.mutex);
-    const auto sharing = all.by_native.find(share);
-    const bool shares = share && sharing != all.by_native.end();
-    all.enter(native, true, shares ? sharing->second->group : all.new_group(true));
+    all.by_native.erase(native);
     ++change_count;
+    // One that there is no memory for is entered when it is met, as a host's.
+    or_false([&] {
+        all.enter(native, true, share ? all.met(share)->group : all.new_group(true));
+        return true;
+    });
 }
 
 void adopted(const void* native) {
@@ -57,7 +72,7 @@ void adopted(const void* native) {
     const auto known = all.by_native.find(native);
     if (known != all.by_native.end() && known->second->made_here)
         return;
-    all.enter(native, false, all.new_group(false));
+    all.by_native.erase(native); // entered anew when it is met
     ++change_count;
 }
 
@@ -71,9 +86,7 @@ void ended(const void* native) {
 std::shared_ptr<ContextState> of(const void* native) {
     Registry& all = registry();
     const std::lock_guard<std::mutex> guard(all.mutex);
-    const auto known = all.by_native.find(native);
-    return known != all.by_native.end() ? known->second
-                                        : all.enter(native, false, all.new_group(false));
+    return all.met(native);
 }
 
 std::shared_ptr<ContextState> find(ContextNumber number) {
@@ -107,10 +120,14 @@ void bury(ContextNumber number, const BuriedObjects& objects) {
     if (!group)
         return;
     const std::lock_guard<std::mutex> guard(group->mutex);
-    append(group->buried.buffers, objects.buffers);
-    append(group->buried.textures, objects.textures);
-    append(group->buried.shaders, objects.shaders);
-    append(group->buried.programs, objects.programs);
+    // What there is no memory for stays until its context ends.
+    or_false([&] {
+        append(group->buried.buffers, objects.buffers);
+        append(group->buried.textures, objects.textures);
+        append(group->buried.shaders, objects.shaders);
+        append(group->buried.programs, objects.programs);
+        return true;
+    });
     ++change_count;
 }
 
@@ -119,7 +136,10 @@ void bury_array(ContextNumber number, GLuint id) {
     if (!context)
         return;
     const std::lock_guard<std::mutex> guard(context->group->mutex);
-    context->buried_arrays.push_back(id);
+    or_false([&] {
+        context->buried_arrays.push_back(id);
+        return true;
+    });
     ++change_count;
 }
 

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "orvex/base/log_mgr.h"
+#include "orvex/base/private/memory_out.h"
 #include "orvex/renderer/opengl/buffers/private/buffer_store.h"
 #include "orvex/renderer/renderer.h"
 
@@ -82,7 +83,11 @@ void GlState::begin_context() {
 }
 
 void GlState::disable_client_arrays() {
-    look_at_context();
+    // Also at a renderer's end, from which nothing is thrown.
+    or_false([this] {
+        look_at_context();
+        return true;
+    });
     current->client_arrays.disable_all(gl);
 }
 
