@@ -39,11 +39,7 @@ const char* name_of(FaultKind kind) {
 
 namespace {
 
-#if defined(__SANITIZE_ADDRESS__)
-constexpr std::chrono::seconds longest_run(180);
-#else
 constexpr std::chrono::seconds longest_run(30);
-#endif
 
 /// What both processes see.
 struct Board {

@@ -15,12 +15,7 @@
 
 #define ORVEX_EXPORT __attribute__((visibility("default")))
 
-// A sanitizer's heap stands before the C library's.
-#if defined(__SANITIZE_ADDRESS__)
-#define ORVEX_HEAP(name) __interceptor_##name
-#else
 #define ORVEX_HEAP(name) __libc_##name
-#endif
 
 extern "C" {
 void* ORVEX_HEAP(malloc)(std::size_t size);
