@@ -55,10 +55,30 @@ bool Kernel::start() {
     return true;
 }
 
+namespace {
+
+/// Raises a flag to the end of its scope.
+class StopMark {
+public:
+    explicit StopMark(bool& flag_of_kernel)
+        : flag(flag_of_kernel) {
+        flag = true;
+    }
+    ~StopMark() { flag = false; }
+    StopMark(const StopMark&) = delete;
+    StopMark& operator=(const StopMark&) = delete;
+
+private:
+    bool& flag;
+};
+
+} // namespace
+
 bool Kernel::stop() {
     if (!started || data->stopping)
         return true;
-    data->stopping = true;
+    // Taken back also when memory runs out on the way: the next call then goes on.
+    const StopMark mark(data->stopping);
     MaterialMgr::get()->stop(nullptr);
     TextureMgr::get()->stop(nullptr);
     GpuProgramMgr::get()->stop(nullptr);
@@ -66,7 +86,6 @@ bool Kernel::stop() {
     plugin_search_path_clear();
     LogMgr::get()->tracef_debug("%s stopped ok.", engine_name);
     started = false;
-    data->stopping = false;
     return true;
 }
 
