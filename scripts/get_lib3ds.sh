@@ -24,9 +24,9 @@ fail() {
 has_library() {
   [ -e "$prefix/lib/lib3ds-2.so" ] && [ -e "$prefix/include/lib3ds.h" ]
 }
-# One that was built before it had memory of its own is built again, from the source beside it.
+# One that was built with other memory functions than today's is built again, from the source beside it.
 has_memory() {
-  grep -qs lib3ds_run "$prefix/lib/lib3ds-2.so"
+  cmp -s scripts/lib3ds_memory.c "$prefix/src/orvex_memory.c"
 }
 if has_library && has_memory; then
   exit 0

@@ -75,15 +75,20 @@ void *lib3ds_calloc(size_t count, size_t size) {
     return block ? memset(block, 0, count * size) : NULL;
 }
 
-void *lib3ds_realloc(void *block, size_t size) {
-    return take(block ? (Link *)block - 1 : NULL, size);
-}
-
 void lib3ds_free(void *block) {
     if (!block)
         return;
     unlink_block((Link *)block - 1);
     free((Link *)block - 1);
+}
+
+/* To no size, a block is gone: lib3ds ends its tracks so. */
+void *lib3ds_realloc(void *block, size_t size) {
+    if (block && size == 0) {
+        lib3ds_free(block);
+        return NULL;
+    }
+    return take(block ? (Link *)block - 1 : NULL, size);
 }
 
 /* Runs work(self). Where memory runs out in it or its result is 0, the result is 0, and all blocks that
