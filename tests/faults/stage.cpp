@@ -7,55 +7,14 @@
 
 #include <GL/gl.h>
 
+#include "tools/common/shader.h"
+
 namespace orvex_test {
 
 using namespace orvex;
 
-namespace {
-
-const char* const gl3_vertex_head = R"(
-#version 150
-#define OUT out
-in vec4 orvex_Position;
-#define POSITION vec4(orvex_Position.xyz, 1.0)
-in vec4 orvex_Color;
-#define VERTEX_COLOR orvex_Color
-in vec4 orvex_Normal;
-#define NORMAL orvex_Normal.xyz
-in vec4 orvex_TexCoord0;
-#define TEXCOORD orvex_TexCoord0.xy
-)";
-
-const char* const gl2_vertex_head = R"(
-#version 120
-#define OUT varying
-#define POSITION vec4(gl_Vertex.xyz, 1.0)
-#define VERTEX_COLOR gl_Color
-#define NORMAL gl_Normal
-#define TEXCOORD gl_MultiTexCoord0.xy
-)";
-
-const char* const gl3_pixel_head = R"(
-#version 150
-#define IN in
-#define SAMPLE texture
-#define COLOR color
-out vec4 color;
-)";
-
-const char* const gl2_pixel_head = R"(
-#version 120
-#define IN varying
-#define SAMPLE texture2D
-#define COLOR gl_FragColor
-)";
-
-} // namespace
-
 std::string program_text(Path path, const char* vertex, const char* pixel) {
-    const bool gl3 = path == Path::gl3;
-    return std::string("[Vertex_Shader]") + (gl3 ? gl3_vertex_head : gl2_vertex_head) + vertex +
-           "[Pixel_Shader]" + (gl3 ? gl3_pixel_head : gl2_pixel_head) + pixel;
+    return ::program_text(path == Path::gl3, vertex, pixel);
 }
 
 std::string digest_of(const void* bytes, std::size_t size) {
