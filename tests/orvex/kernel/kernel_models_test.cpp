@@ -149,26 +149,25 @@ TEST_F(KernelModelsTest, ends_what_a_loader_had_added_before_it_failed) {
     Material* const kept = MaterialMgr::get()->create_material("kept");
     const unsigned long num_materials = MaterialMgr::get()->get_num_resources();
     const unsigned long num_textures = TextureMgr::get()->get_num_resources();
-    struct Row {
-        std::function<bool()> fail;
-        const char* reason;
-    };
-    for (const Row& row :
-         {Row{[]() -> bool { throw std::bad_alloc(); }, "memory ran out"},
-          Row{[]() -> bool { throw 7; }, "the loader threw an exception"},
-          Row{[]() -> bool { throw std::runtime_error("no"); }, "the loader threw an exception"},
-          Row{[] { return false; }, ""}}) {
-        auto* const loader = new FailingLoader(calls, row.fail);
-        registry->insert_plugin(loader);
-        for (const auto load : {&Kernel::load_model_from_file, &Kernel::load_model_from_file_fbx}) {
-            EXPECT_EQ((kernel->*load)("x", "m/", "r/"), nullptr);
-            EXPECT_STREQ(kernel->get_load_failure_reason(), row.reason);
+    const auto expect_nothing_left = [&](std::function<bool()> fail, const char* reason) {
+        auto* const loader = new FailingLoader(calls, std::move(fail));
+        const auto expect_failed = [&](const Model* model) {
+            EXPECT_EQ(model, nullptr);
+            EXPECT_STREQ(kernel->get_load_failure_reason(), reason);
             EXPECT_EQ(loader->end_held(), 1) << "nobody else holds its mesh";
             EXPECT_EQ(MaterialMgr::get()->get_num_resources(), num_materials);
             EXPECT_EQ(TextureMgr::get()->get_num_resources(), num_textures);
-        }
+        };
+        registry->insert_plugin(loader);
+        expect_failed(kernel->load_model_from_file("x", "m/", "r/"));
+        expect_failed(kernel->load_model_from_file_fbx("x", "m/", "r/"));
         kernel->unload_all_plugins();
-    }
+    };
+    expect_nothing_left([]() -> bool { throw std::bad_alloc(); }, "memory ran out");
+    expect_nothing_left([]() -> bool { throw 7; }, "the loader threw an exception");
+    expect_nothing_left([]() -> bool { throw std::runtime_error("no"); },
+                        "the loader threw an exception");
+    expect_nothing_left([] { return false; }, "");
     EXPECT_EQ(MaterialMgr::get()->get_resource("kept"), kept);
     MaterialMgr::get()->release_resource(nullptr, kept, nullptr);
 }

@@ -72,9 +72,16 @@ TEST(BMCharset, is_refused_for_an_element_of_endless_attributes) {
               nullptr);
 }
 
+// AddressSanitizer's checks of strings look at the rest of the file for each element.
+#if defined(__SANITIZE_ADDRESS__)
+constexpr int many = 2000;
+#else
+constexpr int many = 400000;
+#endif
+
 TEST(BMCharset, is_read_with_as_many_characters_as_there_are) {
     std::string chars;
-    for (int i = 0; i < 400000; ++i)
+    for (int i = 0; i < many; ++i)
         chars += "<char id=\"" + std::to_string(i % 256) + "\" x=\"7\"/>";
     const auto charset = read_elements("<chars>" + chars + "</chars>");
     ASSERT_NE(charset, nullptr);

@@ -309,8 +309,8 @@ TEST(JpegWriter, refuses_what_is_no_picture) {
 }
 
 TEST(JpegWriter, refuses_sides_that_the_format_has_no_room_for) {
-    const Pixels picture = patterned(65536, 1, 1);
-    const void* data = picture.bytes.data();
+    const std::vector<unsigned char> pixels(65536);
+    const void* data = pixels.data();
     const TempDir directory;
     const std::string path = directory.file("picture.jpg");
     for (const int side : {-65535, -8, -1, 0, 65536}) {
