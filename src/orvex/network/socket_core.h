@@ -17,8 +17,8 @@ namespace orvex {
 /// Ports are in host byte order. Operations block unless the socket was told otherwise, and each
 /// makes one plain system call: a short send or an interrupted call is the caller's matter. A peer
 /// that has gone is a failed send, never a signal. No descriptor goes on to a program that the
-/// process starts. A record whose `fd` is 0 counts as closed: a
-/// system call on it fails, and descriptor 0 of the process is never touched.
+/// process starts. A record whose `fd` is 0 counts as closed: a system call on it fails, and
+/// descriptor 0 of the process is never touched.
 ///
 /// There is no lock. Threads may use different sockets on one `SocketCore`. All operations are
 /// virtual, and those that are made of others go through the virtual ones.

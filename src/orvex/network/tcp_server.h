@@ -91,9 +91,8 @@ struct ORVEX_API TcpServerClientThreadParams {
 ///
 /// Any thread may call `send_stop_message`, `stop`, `is_running` and the setters. Stopping doesn't
 /// wait for a callback, and ends none: one that never returns keeps `run` on its thread. Callbacks
-/// run on
-/// the server's thread or on client threads: what belongs to the host's render thread is handed
-/// over to it by a queue.
+/// run on the server's thread or on client threads: what belongs to the host's render thread is
+/// handed over to it by a queue.
 ///
 /// @code
 /// void obey(orvex::SocketCore*, orvex::Socket*, unsigned char* text, int, void* queue);
@@ -132,8 +131,7 @@ public:
     /// server, unless `close_unserved_connections` is on. Throws nothing of its own once it
     /// listens; what a callback throws passes through.
     /// @param port  0 to 65,535; 0 lets the system choose, and the log shows its choice with the
-    /// line of
-    ///              `SocketCore::listen_socket`
+    ///              line of `SocketCore::listen_socket`
     /// @return true after a stop text, when the listener is closed; false after
     ///         `send_stop_message`, when it stays open, and with an error line if the port can't be
     ///         had

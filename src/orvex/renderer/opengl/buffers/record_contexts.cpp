@@ -10,8 +10,8 @@
 #include "orvex/renderer/records/polyline_data.h"
 #include "orvex/renderer/records/vertex_pool_data.h"
 
-// The step is told once, over what differs between the records: which buffers they have, how those
-// are divided, and which flags say that a part changed.
+// The step is written once, over what differs between the records: which buffers they have, how
+// those are divided, and which flags say that a part changed.
 
 namespace orvex {
 
