@@ -38,7 +38,7 @@ struct Remote {
     CommandQueue queue;
 };
 
-std::string trimmed(std::string text) {
+std::string trimmed(const std::string& text) {
     const std::size_t first = text.find_first_not_of(" \t\r\n");
     const std::size_t last = text.find_last_not_of(std::string(" \t\r\n\0", 5));
     return first == text.npos || last < first ? std::string()

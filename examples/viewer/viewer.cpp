@@ -23,7 +23,7 @@ std::string Viewer::open(void* context, const std::string& model) {
     // The engine uses what is current; it only keeps the handle.
     if (!stage.window->osx_init_with_cocoa_nsgl_ctx(context))
         return "no context to adopt";
-    if (const std::string mistake = stage.load(model); !mistake.empty())
+    if (std::string mistake = stage.load(model); !mistake.empty())
         return mistake;
     label = std::make_unique<Label>(stage.renderer, VIEWER_FONT);
     if (!label->is_ready())

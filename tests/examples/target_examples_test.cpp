@@ -49,8 +49,9 @@ TEST_P(TargetExample, finds_as_many_artifacts_as_were_planted) {
 TEST_P(TargetExample, tells_that_a_picture_cannot_be_written) {
     const orvex_test::TempDir folder;
     const std::string path = folder.path() + "/none/out.jpg";
-    for (const std::string program : {OFFSCREEN, SHADOW}) {
-        const std::string text = output_of("'" + program + "' " + GetParam() + " '" + path + "'");
+    const std::string arguments = std::string("' ") + GetParam() + " '" + path + "'";
+    for (const char* const program : {"'" OFFSCREEN, "'" SHADOW}) {
+        const std::string text = output_of(program + arguments);
         EXPECT_EQ(text.substr(0, text.find('\n')),
                   "can't write " + path + ": No such file or directory");
         EXPECT_NE(text.find("exit "), text.npos);

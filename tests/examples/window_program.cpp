@@ -55,6 +55,7 @@ void pass_over_leaks() {
     dup2(output, STDOUT_FILENO);
     dup2(output, STDERR_FILENO);
     std::vector<char*> arguments;
+    arguments.reserve(command.size() + 1);
     for (std::string& argument : command)
         arguments.push_back(argument.data());
     arguments.push_back(nullptr);
