@@ -17,7 +17,9 @@ const std::vector<Scenario>& all_scenarios() {
         {"log", play_log, Quiet::pictures},
         {"materials", play_materials},
         {"meters", play_meters},
+#ifdef ORVEX_WITH_LIB3DS
         {"model_3ds", play_3ds},
+#endif
         {"model_obj", play_obj},
         {"model_obj_drawn", play_obj_drawn},
         {"nodes", play_nodes},

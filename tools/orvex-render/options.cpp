@@ -198,7 +198,8 @@ std::string help_text() {
     Options unused;
     return "usage: orvex-render [options] MODEL\n"
            "\n"
-           "Renders a model file (OBJ, 3DS), with its materials and textures, to a picture.\n"
+           "Renders a model file (" ORVEX_RENDER_FORMATS
+           "), with its materials and textures, to a picture.\n"
            "\n" +
            rules_for(unused).help() +
            "\n"

@@ -45,7 +45,7 @@ ExitCode print(const std::string& text) {
 /// To be asked right after the load, of which the engine keeps the reason.
 std::string unreadable(const std::string& path) {
     const std::string reason = aux::get_load_failure_reason();
-    return path + ": no loader can read it as a model (OBJ, 3DS)" +
+    return path + ": no loader can read it as a model (" ORVEX_RENDER_FORMATS ")" +
            (reason.empty() ? "" : ": " + reason);
 }
 
