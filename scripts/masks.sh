@@ -64,9 +64,12 @@ gl_2_1 no_vertex_arrays | render_target_gl_test | on/RenderTargetTest.is_sampled
 gl_2_1 no_vertex_arrays | render_target_gl_test | on/RenderTargetTest.of_depth_alone_is_drawn_into_and_sampled/* | clears one buffer, by a call of 3.0
 gl_2_1 no_vertex_arrays | render_target_gl_test | on/RenderTargetTest.takes_a_draw_buffer_that_is_not_there_as_the_apis_affair/* | clears one buffer, by a call of 3.0
 gl_2_1 no_vertex_arrays | egl_window_test | on/EglWindow.keeps_the_pixels_that_are_drawn_into_it/* | the question for the version by names of 3.0 leaves an error
+gl_2_1 no_vertex_arrays | egl_window_test | on/EglWindow.adopts_a_hosts_context_and_never_ends_it/* | the question for the version by names of 3.0 leaves an error
+gl_2_1 no_vertex_arrays | egl_window_test | on/EglWindow.tells_the_version_of_an_adopted_context/* | asks for the version by names of 3.0
 gl_2_1 no_vertex_arrays | egl_window_test | on/EglWindow.takes_up_a_new_size/* | the question for the version by names of 3.0 leaves an error
 gl_2_1 no_vertex_arrays | egl_window_test | on/EglWindow.lists_the_contexts_extensions/* | asks for extensions one by one, as from 3.0 on
 gl_2_1 no_vertex_arrays | x11_window_test | on/X11Window.shows_what_was_drawn_in_its_own_pixels/* | the question for the version by names of 3.0 leaves an error
+gl_2_1 no_vertex_arrays | x11_window_test | X11ConnectionTest.a_second_context_takes_the_place_of_the_first_on_one_drawable | the driver refuses a core context
 gl_2_1 no_vertex_arrays | gl_debug_test | on/GlDebugWindows.tell_the_log_of_mistakes_while_they_happen/* | asks for the flags of a context, which 3.0 has
 gl_2_1 no_vertex_arrays | hud_gl_test | on/HudPictures.are_drawn_by_these_calls/* | asserts the program of contexts from 3.0 on; hud_2_1_test has the other
 gl_2_1 no_vertex_arrays | hud_gl_test | on/HudPictures.end_with_everything_they_made/* | asserts the program of contexts from 3.0 on; hud_2_1_test has the other
@@ -78,6 +81,12 @@ gl_2_1 no_vertex_arrays | tripod_visualizer_gl_test | on/TripodPictures.report_*
 gl_2_1 no_vertex_arrays | tripod_visualizer_gl_test | on/TripodPictures.take_texts_of_the_host/* | asserts the program of contexts from 3.0 on; tripod_visualizer_2_1_test has the other
 no_vertex_arrays | draw_allocation_gl_test | on/DrawingAllocations.are_none_with_a_program_and_a_material/* | draws from a vertex array
 no_vertex_arrays | vertex_buffers_gl_test | on/VertexBuffer*/compatibility:-*.makes_no_instance_buffer_*:*.fails_where_*:*.sends_no_indexed_call_*:*.draws_vertices_without_faces_*:*.kills_only_on_*:*.keeps_ids_*:*.makes_nothing_by_halves_*:*.refuses_null_*:*.makes_maps_orphans_*:*.forces_usages_on_buffers_* | asserts the path that draws from vertex arrays
+no_vertex_arrays | vertex_buffers_gl_test | of/DrawOrder*.*/compatibility | asserts the path that draws from vertex arrays
+no_vertex_arrays | vertex_buffers_gl_test | of/RecordContexts.*/compatibility*:-*.a_mesh_whose_window_is_gone_*/compatibility_shared:*.objects_of_windows_that_share_*/compatibility | asserts the path that draws from vertex arrays
+no_vertex_arrays | vertex_buffers_gl_test | of/DrawOrder.a_mesh_that_ends_leaves_nothing_of_the_other_path/client_arrays | draws on either path
+no_vertex_arrays | vertex_buffers_gl_test | of/DrawOrder.the_path_may_change_between_prepare_and_finish/client_arrays | draws on either path
+no_vertex_arrays | vertex_buffers_gl_test | HostContexts.* | draws on either path
+no_vertex_arrays no_debug | vertex_buffers_gl_test | of/RecordContexts.polylines_and_points_are_uploaded_once_for_each_window/client_arrays*:of/RecordContexts.polylines_and_points_are_uploaded_once_for_each_window/compatibility* | with any extension masked the driver refuses GL_POINT_SPRITE
 no_vertex_arrays | points_gl_test | on/*/compatibility:-*.without_vertices_make_nothing/*:*.refuse_null/*:*.do_nothing_without_the_entry_points/*:*.hand_the_path_of_client_arrays_*:*.wait_for_both_kinds_*:*.finish_nothing_without_* | asserts the path that draws from vertex arrays
 no_vertex_arrays | points_gl_test | PolylinesOfClientArrays.with_a_vertex_array_from_before* | makes a vertex array first
 no_vertex_arrays | graph_gl_test | on/GraphInAProgram.* | draws from vertex arrays

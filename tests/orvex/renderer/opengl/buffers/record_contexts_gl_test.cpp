@@ -407,6 +407,7 @@ TEST_F(HostContexts, that_are_adopted_are_new_whatever_their_address) {
         ASSERT_TRUE(window->osx_init_with_cocoa_nsgl_ctx(&mesh));
         renderer->stop();
         renderer->start();
+        forget_gl_errors(); // below 3.0, of the question for the version
         recorder->clear();
         expect_drawn();
         EXPECT_EQ(recorder->count("glGenBuffers"), 2) << "vertices and faces";
