@@ -1,4 +1,4 @@
-# What goes to a prefix, in three components: the library that a program runs on, what a host is
+# What goes to a prefix, in four components: the library that a program runs on, the kit's, what a host is
 # built with, and the tools.
 include(GNUInstallDirs)
 include(CMakePackageConfigHelpers)
@@ -8,13 +8,17 @@ set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/orvex)
 install(TARGETS orvex_r_osx EXPORT orvex
   LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT runtime NAMELINK_COMPONENT dev
   INCLUDES DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
+install(TARGETS orvex_kit EXPORT orvex
+  LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT kit NAMELINK_COMPONENT dev
+  INCLUDES DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
 install(EXPORT orvex NAMESPACE orvex:: DESTINATION ${package_dir}
   FILE orvex-targets.cmake COMPONENT dev)
 install(FILES "${PROJECT_SOURCE_DIR}/LICENSE" DESTINATION ${CMAKE_INSTALL_DOCDIR}
   COMPONENT runtime)
 
 get_property(headers GLOBAL PROPERTY ORVEX_PUBLIC_HEADERS)
-foreach(header IN LISTS headers)
+get_property(kit_headers GLOBAL PROPERTY ORVEX_KIT_PUBLIC_HEADERS)
+foreach(header IN LISTS headers kit_headers)
   cmake_path(GET header PARENT_PATH folder)
   install(FILES "src/${header}" DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}/${folder}"
     COMPONENT dev)
@@ -27,12 +31,14 @@ install(FILES "${CMAKE_CURRENT_BINARY_DIR}/orvex-config.cmake"
               "${CMAKE_CURRENT_BINARY_DIR}/orvex-config-version.cmake"
   DESTINATION ${package_dir} COMPONENT dev)
 
-# The file names its prefix by its own place, so that an installed tree can be moved.
+# The files name their prefix by their own place, so that an installed tree can be moved.
 set(pkgconfig_dir ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
 cmake_path(RELATIVE_PATH CMAKE_INSTALL_PREFIX BASE_DIRECTORY "${CMAKE_INSTALL_PREFIX}/${pkgconfig_dir}"
            OUTPUT_VARIABLE prefix_from_pkgconfig)
-configure_file(cmake/orvex.pc.in orvex.pc @ONLY)
-install(FILES "${CMAKE_CURRENT_BINARY_DIR}/orvex.pc" DESTINATION ${pkgconfig_dir} COMPONENT dev)
+foreach(file orvex.pc orvex-kit.pc)
+  configure_file(cmake/${file}.in ${file} @ONLY)
+  install(FILES "${CMAKE_CURRENT_BINARY_DIR}/${file}" DESTINATION ${pkgconfig_dir} COMPONENT dev)
+endforeach()
 
 # lib3ds goes beside the engine's library, with its licence, unless the system has it anyway.
 if(ORVEX_WITH_LIB3DS AND Lib3ds_PREFIX)

@@ -11,11 +11,12 @@ set(CPACK_VERBATIM_VARIABLES ON)
 set(CPACK_STRIP_FILES ON)
 set(CPACK_GENERATOR DEB)
 
-set(CPACK_COMPONENTS_ALL runtime dev)
-set(CPACK_COMPONENT_DEV_DEPENDS runtime)
+set(CPACK_COMPONENTS_ALL runtime kit dev)
+set(CPACK_COMPONENT_KIT_DEPENDS runtime)
+set(CPACK_COMPONENT_DEV_DEPENDS runtime kit)
 if(ORVEX_BUILD_TOOLS)
   list(APPEND CPACK_COMPONENTS_ALL tools)
-  set(CPACK_COMPONENT_TOOLS_DEPENDS runtime)
+  set(CPACK_COMPONENT_TOOLS_DEPENDS runtime kit)
 endif()
 
 set(soversion ${PROJECT_VERSION_MAJOR}.${PROJECT_VERSION_MINOR})
@@ -28,7 +29,8 @@ set(CPACK_ORVEX_LIB3DS FALSE)
 set(CPACK_DEBIAN_ENABLE_COMPONENT_DEPENDS ON)
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
-set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS "${PROJECT_BINARY_DIR}/src/orvex")
+set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS "${PROJECT_BINARY_DIR}/src/orvex"
+  "${PROJECT_BINARY_DIR}/src/orvex_kit")
 if(ORVEX_WITH_LIB3DS AND Lib3ds_PREFIX)
   list(APPEND CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS "${Lib3ds_PREFIX}/lib")
   set(CPACK_ORVEX_LIB3DS TRUE)
@@ -57,6 +59,18 @@ set(CPACK_DEBIAN_RUNTIME_PACKAGE_CONTROL_EXTRA
 set(CPACK_COMPONENT_RUNTIME_DESCRIPTION "${PROJECT_DESCRIPTION}: the shared library
 It loads models, builds scenes and draws them with OpenGL 2, 3.x and 4.x,
 in a window or with no display at all.")
+
+set(CPACK_DEBIAN_KIT_PACKAGE_NAME liborvex-kit${soversion})
+set(CPACK_DEBIAN_KIT_PACKAGE_SECTION libs)
+set(CPACK_DEBIAN_KIT_PACKAGE_SHLIBDEPS ON)
+file(WRITE "${control}/kit/shlibs"
+  "liborvex_kit ${soversion} ${CPACK_DEBIAN_KIT_PACKAGE_NAME} (= ${PROJECT_VERSION})\n")
+file(WRITE "${control}/kit/triggers" "activate-noawait ldconfig\n")
+set(CPACK_DEBIAN_KIT_PACKAGE_CONTROL_EXTRA
+  "${control}/kit/shlibs" "${control}/kit/triggers" "absent/postinst" "absent/postrm")
+set(CPACK_COMPONENT_KIT_DESCRIPTION "${PROJECT_DESCRIPTION}: the kit
+What hosts of the engine would otherwise write themselves, as a shared
+library of its own.")
 
 set(CPACK_DEBIAN_DEV_PACKAGE_NAME liborvex-dev)
 set(CPACK_DEBIAN_DEV_PACKAGE_SECTION libdevel)

@@ -3,19 +3,21 @@
 
 # orvex_add(PUBLIC <headers> SOURCES <sources and private headers>)
 #
-# Adds a folder's files to the library. Public headers are installed, compiled alone by the header
-# check, and listed in the umbrella header.
+# Adds a folder's files to the library that it lies in, src/<library>. Public headers are installed,
+# compiled alone by the header check, and listed in the umbrella header.
 function(orvex_add)
   cmake_parse_arguments(arg "" "" "PUBLIC;SOURCES" ${ARGN})
+  cmake_path(RELATIVE_PATH CMAKE_CURRENT_SOURCE_DIR BASE_DIRECTORY "${PROJECT_SOURCE_DIR}/src"
+             OUTPUT_VARIABLE folder)
+  string(REGEX MATCH "^[^/]+" library "${folder}")
+  string(TOUPPER "${library}_PUBLIC_HEADERS" headers)
   foreach(file IN LISTS arg_PUBLIC arg_SOURCES)
-    target_sources(orvex_objects PRIVATE "${CMAKE_CURRENT_SOURCE_DIR}/${file}")
+    target_sources(${library}_objects PRIVATE "${CMAKE_CURRENT_SOURCE_DIR}/${file}")
   endforeach()
   foreach(header IN LISTS arg_PUBLIC)
-    cmake_path(RELATIVE_PATH CMAKE_CURRENT_SOURCE_DIR BASE_DIRECTORY "${PROJECT_SOURCE_DIR}/src"
-               OUTPUT_VARIABLE folder)
     cmake_path(APPEND folder "${header}" OUTPUT_VARIABLE path)
     cmake_path(NORMAL_PATH path)
-    set_property(GLOBAL APPEND PROPERTY ORVEX_PUBLIC_HEADERS "${path}")
+    set_property(GLOBAL APPEND PROPERTY ${headers} "${path}")
   endforeach()
 endfunction()
 

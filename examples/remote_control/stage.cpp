@@ -3,12 +3,13 @@
 #include <filesystem>
 
 #include <orvex/orvex.h>
+#include <orvex_kit/whole_file.h>
 
 #include "model_scene.h"
 #include "picture_file.h"
-#include "whole_file.h"
 
 using namespace orvex;
+using namespace orvex::kit;
 
 Stage::Stage()
     : camera(new Camera) {}

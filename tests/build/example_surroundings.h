@@ -9,6 +9,7 @@
 #include <thread>
 
 #include <orvex/orvex.h>
+#include <orvex_kit/kit.h>
 
 namespace host {
 

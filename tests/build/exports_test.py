@@ -1,9 +1,10 @@
 """Compares what the shared library exports with what the public headers mark as exported.
 
-usage: exports_test.py [--unloadable] [--without=<class>] <shared library> <folder of the headers> <header>...
+usage: exports_test.py [--unloadable] [--without=<class>] [--mark=<macro>] <shared library> <folder of the headers> <header>...
 
 --unloadable: nothing that is exported may keep the library mapped after dlclose, either.
 --without: a class that this build leaves out.
+--mark: what the headers mark with, unless it is ORVEX_API.
 """
 import re
 import subprocess
@@ -22,17 +23,18 @@ def without_comments(text):
 
 
 def below_the_engine(namespaces, name):
-    return "::".join([inner for inner, _ in namespaces if inner != "orvex"] + [name])
+    inner = "::".join([name for name, _ in namespaces] + [name])
+    return inner.removeprefix("orvex::")
 
 
-def marked_in(text):
+def marked_in(text, mark):
     """The classes, and the functions and variables, that a header marks, with their namespaces below
     the engine's."""
     classes, functions = set(), set()
     namespaces = []
     depth = 0
-    token = re.compile(r"namespace\s+(\w+)\s*\{|[{}]|(?:class|struct)\s+ORVEX_API\s+(\w+)\s*([;:{])|"
-                       r"\bORVEX_API\s[^;{()]*?\b(operator<<|\w+)\s*[(;]")
+    token = re.compile(r"namespace\s+([\w:]+)\s*\{|[{}]|(?:class|struct)\s+" + mark + r"\s+(\w+)\s*([;:{])|"
+                       r"\b" + mark + r"\s[^;{()]*?\b(operator<<|\w+)\s*[(;]")
     for match in token.finditer(text):
         namespace, record, follows, function = match.groups()
         if namespace:
@@ -80,15 +82,16 @@ def unique_in(library):
     return [line.split()[-1] for line in lines if line.split()[-2] == "u"]
 
 
-def main(unloadable, without, library, folder, headers):
+def main(unloadable, without, mark, library, folder, headers):
     classes, functions = set(), set()
     for header in headers:
         with open(f"{folder}/{header}", encoding="utf-8") as file:
-            more_classes, more_functions = marked_in(without_comments(file.read()))
+            more_classes, more_functions = marked_in(without_comments(file.read()), mark)
         classes |= more_classes
         functions |= more_functions - DEFINED_BY_PLUGINS
 
     classes -= without
+    inline = INLINE if mark == "ORVEX_API" else set()
 
     seen_classes, seen_functions, strangers = set(), set(), []
     for symbol in exported_by(library):
@@ -103,9 +106,9 @@ def main(unloadable, without, library, folder, headers):
 
     mistakes = [f"exported, but no header marks it: {name}" for name in sorted(strangers)]
     mistakes += [f"marked, but not exported: {name}"
-                 for name in sorted((classes - seen_classes - INLINE) | (functions - seen_functions))]
+                 for name in sorted((classes - seen_classes - inline) | (functions - seen_functions))]
     mistakes += [f"listed as inline, but it isn't: {name}"
-                 for name in sorted(INLINE & seen_classes | INLINE - classes)]
+                 for name in sorted(inline & seen_classes | inline - classes)]
     if unloadable:
         mistakes += [f"exported as unique: {name}" for name in unique_in(library)]
     print(f"{len(seen_classes)} classes and {len(seen_functions)} functions and variables are exported")
@@ -119,4 +122,5 @@ if __name__ == "__main__":
     options = [word for word in sys.argv[1:] if word.startswith("--")]
     words = [word for word in sys.argv[1:] if not word.startswith("--")]
     without = {word.removeprefix("--without=") for word in options if word.startswith("--without=")}
-    sys.exit(main("--unloadable" in options, without, words[0], words[1], words[2:]))
+    mark = next((word.removeprefix("--mark=") for word in options if word.startswith("--mark=")), "ORVEX_API")
+    sys.exit(main("--unloadable" in options, without, mark, words[0], words[1], words[2:]))

@@ -51,7 +51,7 @@ def compile_text(name, command, text):
 
 def jobs(compilers, include, host, headers):
     """(name, command, source text) for each compilation."""
-    umbrella = "#include <orvex/orvex.h>\n"
+    umbrella = include_all(["orvex/orvex.h", "orvex_kit/kit.h"])
     for compiler, standard in itertools.product(compilers, ("17", "20")):
         flags = [f"-std=c++{standard}", f"-I{host}", f"-I{include}", *FLAGS]
         # Every header, once with and once without type information.

@@ -1,4 +1,4 @@
-"""Holds each include of the sources against the table of rooms.
+"""Holds each include of the sources against the tables: rooms of the engine, libraries of the house.
 
 usage: layers_test.py <include root>
 """
@@ -79,6 +79,46 @@ def refuse_system(table, file, header):
     return "" if STANDARD.fullmatch(header) else "no room is allowed this header"
 
 
+def includes_of(path):
+    """(line, quote, header, what else stands there) for each include."""
+    text = without_comments(path.read_text(encoding="utf-8"))
+    for match in INCLUDE.finditer(text):
+        yield text.count("\n", 0, match.start()) + 1, *match.groups()
+
+
+def refuse_of_library(name, others, system, quote, header):
+    """Why a library beside the engine may not include a header, or nothing."""
+    library, slash, rest = header.partition("/")
+    if library == name and slash:
+        return ""
+    if quote == '"':
+        return f"write the path from the include root: {name}/..."
+    if library in others and slash:
+        return f"{library} keeps it private" if "private/" in rest else ""
+    if STANDARD.fullmatch(header) or any(header.startswith(prefix) for prefix in system):
+        return ""
+    return f"{name} is not allowed this header"
+
+
+def mistakes_of_libraries(root):
+    """libraries.txt: a library a line, the libraries that it stands on, a bar, and the prefixes of the
+    system's headers that it may include."""
+    mistakes, count = [], 0
+    for line in (root / "libraries.txt").read_text(encoding="utf-8").splitlines():
+        if not line or line.startswith("#"):
+            continue
+        libraries, _, system = line.partition("|")
+        name, *others = libraries.split()
+        for path in sorted(path for path in (root / name).rglob("*") if path.suffix in (".h", ".cpp")):
+            count += 1
+            for number, quote, header, computed in includes_of(path):
+                why = ("computed includes can't be checked" if computed else
+                       refuse_of_library(name, others, system.split(), quote, header))
+                if why:
+                    mistakes.append(f"{path.relative_to(root)}:{number}: {header or computed}: {why}")
+    return mistakes, count
+
+
 def mistakes_of(root):
     engine = root / "orvex"
     table = Table(engine / "rooms.txt")
@@ -87,10 +127,7 @@ def mistakes_of(root):
     mistakes = []
     for path in files:
         file = path.relative_to(engine).as_posix()
-        text = without_comments(path.read_text(encoding="utf-8"))
-        for match in INCLUDE.finditer(text):
-            quote, header, computed = match.groups()
-            line = text.count("\n", 0, match.start()) + 1
+        for line, quote, header, computed in includes_of(path):
             if computed:
                 why = "computed includes can't be checked"
             elif header.startswith("orvex/"):
@@ -110,6 +147,9 @@ def mistakes_of(root):
 
 def main(root):
     mistakes, count = mistakes_of(Path(root))
+    more_mistakes, more = mistakes_of_libraries(Path(root))
+    mistakes += more_mistakes
+    count += more
     print(f"{count} files")
     print("\n".join(mistakes))
     return 1 if mistakes or not count else 0

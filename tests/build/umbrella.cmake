@@ -1,9 +1,11 @@
-# The umbrella header names every public header, and nothing else.
+# The umbrella header of a library names each of its public headers, and nothing else.
+#
+# Expects SOURCE_DIR, UMBRELLA below it, and HEADERS.
 
-file(STRINGS "${SOURCE_DIR}/orvex/orvex.h" lines REGEX "^#include \"")
+file(STRINGS "${SOURCE_DIR}/${UMBRELLA}" lines REGEX "^#include \"")
 list(TRANSFORM lines REPLACE "^#include \"(.*)\"$" "\\1")
 string(REPLACE "," ";" wanted "${HEADERS}")
-list(REMOVE_ITEM wanted orvex/orvex.h)
+list(REMOVE_ITEM wanted ${UMBRELLA})
 list(SORT lines)
 list(SORT wanted)
 set(missing ${wanted})
@@ -11,5 +13,5 @@ list(REMOVE_ITEM missing ${lines})
 set(strangers ${lines})
 list(REMOVE_ITEM strangers ${wanted})
 if(missing OR strangers)
-  message(FATAL_ERROR "orvex.h lacks: ${missing}\norvex.h names what is not public: ${strangers}")
+  message(FATAL_ERROR "${UMBRELLA} lacks: ${missing}\nIt names what is not public: ${strangers}")
 endif()

@@ -73,8 +73,9 @@ expect_version(0.1...0.8.9 0)
 # --- The headers lie below one folder, and nowhere else
 
 file(GLOB top RELATIVE "${prefix}/include" "${prefix}/include/*")
-if(NOT top STREQUAL "orvex")
-  message(FATAL_ERROR "include/ holds ${top}, not orvex alone")
+list(SORT top)
+if(NOT top STREQUAL "orvex;orvex_kit")
+  message(FATAL_ERROR "include/ holds ${top}, not orvex and orvex_kit alone")
 endif()
 file(GLOB_RECURSE strangers "${prefix}/include/*")
 list(FILTER strangers INCLUDE REGEX "/private/")

@@ -51,18 +51,19 @@ function(depends_of package variable)
 endfunction()
 
 set(runtime liborvex-r-osx${SOVERSION})
+set(kit liborvex-kit${SOVERSION})
 depends_of(${runtime} depends)
 foreach(library libc6 libegl1 libopengl0 "libstdc[+][+]6" libtinyxml2)
   expect_match("${depends}" "${library}" "what ${runtime} depends on")
 endforeach()
 run(dpkg-deb -f "${WORK_DIR}/packages/${runtime}_${VERSION}_${architecture}.deb" Recommends)
 expect_match("${output}" libgl1-mesa-dri "what ${runtime} recommends")
-foreach(package liborvex-dev orvex-tools)
+foreach(package ${kit} liborvex-dev orvex-tools)
   depends_of(${package} depends)
   expect_match("${depends}" "${runtime} \\(= ${VERSION}\\)" "what ${package} depends on")
 endforeach()
 
-foreach(package ${runtime} liborvex-dev orvex-tools)
+foreach(package ${runtime} ${kit} liborvex-dev orvex-tools)
   list(APPEND packages "${WORK_DIR}/packages/${package}_${VERSION}_${architecture}.deb")
   run(dpkg-deb -x "${WORK_DIR}/packages/${package}_${VERSION}_${architecture}.deb" "${root}")
 endforeach()
@@ -75,8 +76,9 @@ cmake_path(GET libdir PARENT_PATH libdir)
 cmake_path(RELATIVE_PATH libdir BASE_DIRECTORY "${root}")
 foreach(file
     ${libdir}/liborvex_r_osx.so.${SOVERSION} ${libdir}/liborvex_r_osx.so
-    ${libdir}/pkgconfig/orvex.pc ${libdir}/cmake/orvex/orvex-config.cmake
-    usr/include/orvex/orvex.h usr/include/orvex/scene/camera.h usr/share/doc/orvex/LICENSE
+    ${libdir}/liborvex_kit.so.${SOVERSION} ${libdir}/liborvex_kit.so
+    ${libdir}/pkgconfig/orvex.pc ${libdir}/pkgconfig/orvex-kit.pc ${libdir}/cmake/orvex/orvex-config.cmake
+    usr/include/orvex/orvex.h usr/include/orvex/scene/camera.h usr/include/orvex_kit/kit.h usr/share/doc/orvex/LICENSE
     usr/bin/orvex-render usr/share/man/man1/orvex-render.1.gz
     usr/share/bash-completion/completions/orvex-render)
   expect_one_file("${file}")

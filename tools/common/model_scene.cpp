@@ -21,10 +21,10 @@
 #include <orvex/math/mat4.h>
 #include <orvex/renderer/records/mesh_data.h>
 #include <orvex/renderer/renderer.h>
-
-#include "files.h"
+#include <orvex_kit/files.h>
 
 using namespace orvex;
+using namespace orvex::kit;
 
 std::unique_ptr<ModelScene> ModelScene::load(const std::string& path, Renderer* renderer) {
     // The loaders put the folder right before each name, with nothing between them.

@@ -12,8 +12,9 @@
 #include <unistd.h>
 
 #include <orvex/assets/textures/texture_mgr.h>
+#include <orvex_kit/whole_file.h>
 
-#include "whole_file.h"
+using namespace orvex::kit;
 
 namespace {
 

@@ -4,8 +4,11 @@
 #include <array>
 #include <cstddef>
 
-#include "files.h"
+#include <orvex_kit/files.h>
+
 #include "text_place.h"
+
+using namespace orvex::kit;
 
 namespace {
 

@@ -12,8 +12,9 @@
 #include <orvex/renderer/render_window.h>
 #include <orvex/renderer/renderer.h>
 #include <orvex/scene/camera.h>
+#include <orvex_kit/files.h>
+#include <orvex_kit/whole_file.h>
 
-#include "files.h"
 #include "framing.h"
 #include "messages.h"
 #include "model_scene.h"
@@ -24,9 +25,9 @@
 #include "shader.h"
 #include "stage.h"
 #include "text_overlay.h"
-#include "whole_file.h"
 
 using namespace orvex;
+using namespace orvex::kit;
 
 namespace {
 

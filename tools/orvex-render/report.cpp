@@ -10,11 +10,12 @@
 #include <orvex/geometry/mesh/mesh.h>
 #include <orvex/renderer/render_window.h>
 #include <orvex/renderer/renderer.h>
+#include <orvex_kit/files.h>
 
-#include "files.h"
 #include "model_scene.h"
 
 using namespace orvex;
+using namespace orvex::kit;
 
 namespace {
 

@@ -12,11 +12,12 @@
 #include <orvex/overlays/font.h>
 #include <orvex/renderer/renderer.h>
 #include <orvex/scene/camera.h>
+#include <orvex_kit/files.h>
 
 #include "builtin_font.h"
-#include "files.h"
 
 using namespace orvex;
+using namespace orvex::kit;
 
 TextOverlay::TextOverlay(Renderer* renderer, GpuProgram* program, bool gl3)
     : renderer(renderer)

@@ -1,4 +1,4 @@
-#include "files.h"
+#include "orvex_kit/files.h"
 
 #include <filesystem>
 
@@ -12,6 +12,7 @@ namespace orvex_test {
 
 namespace {
 
+using namespace orvex::kit;
 using orvex_test::TempDir;
 
 TEST(Files, lie_in_their_folders) {

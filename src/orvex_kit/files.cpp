@@ -1,4 +1,4 @@
-#include "files.h"
+#include "orvex_kit/files.h"
 
 #include <algorithm>
 #include <cctype>
@@ -6,6 +6,8 @@
 #include <cstdio>
 #include <cstring>
 #include <filesystem>
+
+namespace orvex::kit {
 
 std::string folder_of(const std::string& path) {
     const std::size_t slash = path.rfind('/');
@@ -46,3 +48,5 @@ std::string mistake_in_reading(const std::string& path) {
     std::fclose(file);
     return empty ? path + ": the file is empty" : std::string();
 }
+
+} // namespace orvex::kit

@@ -1,7 +1,14 @@
 #pragma once
 
+/// @file
+/// Files that are written whole or not at all.
+
 #include <string>
 #include <string_view>
+
+#include "orvex_kit/api.h"
+
+namespace orvex::kit {
 
 /// A file that is written whole or not at all. What is put in goes to a new file beside it, which
 /// takes its name at the end, once the system has all of it; until then what stood there stays as
@@ -9,7 +16,7 @@
 ///
 /// A link is followed. What is no regular file, as a pipe or a device, can't be replaced, and is
 /// written to as it stands. One such file at a time, on one thread.
-class WholeFile {
+class ORVEX_KIT_API WholeFile {
 public:
     explicit WholeFile(std::string name);
     /// Removes the new file, unless it has its name.
@@ -35,8 +42,10 @@ private:
 };
 
 /// Why a file can't be written; empty if it can. What stands there stays as it is.
-std::string mistake_in_writing(const std::string& name);
+ORVEX_KIT_API std::string mistake_in_writing(const std::string& name);
 
 /// Whether two names mean one file, links resolved. Files that aren't there are compared by where
 /// they would be.
-bool are_same_file(const std::string& a, const std::string& b);
+ORVEX_KIT_API bool are_same_file(const std::string& a, const std::string& b);
+
+} // namespace orvex::kit

@@ -1,7 +1,7 @@
 // Writing beside and renaming. The name of the new file also stands where a signal's handler finds
 // it: from the moment at which there is such a file to the moment at which it is one no longer.
 
-#include "whole_file.h"
+#include "orvex_kit/whole_file.h"
 
 #include <algorithm>
 #include <array>
@@ -15,7 +15,9 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include "files.h"
+#include "orvex_kit/files.h"
+
+namespace orvex::kit {
 
 namespace {
 
@@ -173,3 +175,5 @@ bool are_same_file(const std::string& a, const std::string& b) {
     std::error_code error;
     return std::filesystem::equivalent(a, b, error) || resolved(a) == resolved(b);
 }
+
+} // namespace orvex::kit

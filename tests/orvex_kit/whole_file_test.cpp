@@ -1,4 +1,4 @@
-#include "whole_file.h"
+#include "orvex_kit/whole_file.h"
 
 #include <csignal>
 #include <filesystem>
@@ -17,6 +17,7 @@ namespace orvex_test {
 
 namespace {
 
+using namespace orvex::kit;
 using orvex_test::content_of;
 using orvex_test::TempDir;
 
