@@ -1,12 +1,13 @@
 #include "model_stage.h"
 
 #include <orvex/orvex.h>
+#include <orvex_kit/look.h>
+#include <orvex_kit/model.h>
 
 #include "log_lines.h"
-#include "model_scene.h"
-#include "shader.h"
 
 using namespace orvex;
+using namespace orvex::kit;
 
 ModelStage::ModelStage()
     : camera(new Camera) {
@@ -42,7 +43,7 @@ std::string ModelStage::load(const std::string& path) {
         if (std::string mistake = start(); !mistake.empty())
             return mistake;
     scene.reset();
-    scene = ModelScene::load(path, renderer);
+    scene = kit::Model::load(path, renderer);
     if (!scene)
         return path + ": no loader can read it as a model";
     scene->stand_up();

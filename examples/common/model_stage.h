@@ -6,7 +6,7 @@
 #include <memory>
 #include <string>
 
-#include "framing.h"
+#include <orvex_kit/framing.h>
 
 namespace orvex {
 class Camera;
@@ -15,7 +15,9 @@ class Renderer;
 class RenderWindow;
 } // namespace orvex
 
-class ModelScene;
+namespace orvex::kit {
+class Model;
+}
 
 /// The engine with at most one model in it. All of it on the render thread.
 class ModelStage {
@@ -32,7 +34,7 @@ public:
     orvex::RenderWindow* window = nullptr;
     orvex::Renderer* renderer = nullptr;
     /// Null before a model was loaded, and after one could not be.
-    std::unique_ptr<ModelScene> scene;
+    std::unique_ptr<orvex::kit::Model> scene;
 
     /// Starts the renderer on the context that is current.
     /// @return what is wrong; empty if nothing is
@@ -44,7 +46,7 @@ public:
     /// Draws the model, seen as a whole. An empty window gets nothing, as does one without a model.
     void draw(int width, int height);
     /// Draws the model as a camera sees it, with its lights for an angle; or the bare background.
-    void draw(orvex::Camera& camera, const Angle& lit_from = {});
+    void draw(orvex::Camera& camera, const orvex::kit::Angle& lit_from = {});
 
 private:
     orvex::Camera* camera;

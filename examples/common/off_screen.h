@@ -8,10 +8,10 @@
 #include <string>
 
 #include <orvex/orvex.h>
+#include <orvex_kit/look.h>
 
 #include "log_lines.h"
 #include "picture_file.h"
-#include "shader.h"
 
 /// The engine, started with an off-screen window; stopped at the end.
 class OffScreen {
@@ -46,7 +46,7 @@ public:
 
     /// A program of two stages that are written for both paths, as `program_text` takes them.
     orvex::GpuProgram* make_program(const char* name, const char* vertex, const char* pixel) {
-        const std::string text = program_text(gl3, vertex, pixel);
+        const std::string text = orvex::kit::program_text(gl3, vertex, pixel);
         orvex::GpuProgram* const program =
             orvex::GpuProgramMgr::get()->create_gpu_program_from_memory(renderer, text.c_str(),
                                                                         text.size(), name);

@@ -6,11 +6,13 @@
 #include <cmath>
 #include <memory>
 
-#include "model_scene.h"
+#include <orvex_kit/look.h>
+#include <orvex_kit/model.h>
+
 #include "panel.h"
-#include "shader.h"
 
 using namespace orvex;
+using namespace orvex::kit;
 
 namespace {
 
@@ -51,7 +53,7 @@ Camera* make_camera() {
 }
 
 /// The sky first, behind everything and without a mark in the depth buffer.
-void draw_scene(OffScreen& stage, Camera& camera, Skybox& sky, ModelScene& scene) {
+void draw_scene(OffScreen& stage, Camera& camera, Skybox& sky, kit::Model& scene) {
     camera.bind(stage.renderer, true, true, true, true, !stage.gl3);
     stage.renderer->set_depth_buffer_writing_state(false);
     sky.render(stage.renderer, nullptr);
@@ -67,7 +69,7 @@ float frame_time(int frame) {
            (frame % 37 == 20 ? 12.0f : 0.0f);
 }
 
-bool draw(OffScreen& stage, Skybox& sky, ModelScene& scene) {
+bool draw(OffScreen& stage, Skybox& sky, kit::Model& scene) {
     const std::string shader = model_shader(stage.gl3);
     GpuProgram* const lit = GpuProgramMgr::get()->create_gpu_program_from_memory(
         stage.renderer, shader.c_str(), shader.size(), "lit");
@@ -96,9 +98,9 @@ int main(int argc, char** argv) {
     if (!stage.started)
         return 1;
     Skybox* const sky = make_sky(stage.renderer);
-    std::unique_ptr<ModelScene> scene;
+    std::unique_ptr<kit::Model> scene;
     if (sky)
-        scene = ModelScene::load(data_folder + "lighthouse.obj", stage.renderer);
+        scene = kit::Model::load(data_folder + "lighthouse.obj", stage.renderer);
     if (!scene) {
         std::fprintf(stderr, "the data of the examples is not at %s\n", data_folder.c_str());
         return 1;

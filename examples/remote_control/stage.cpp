@@ -3,9 +3,9 @@
 #include <filesystem>
 
 #include <orvex/orvex.h>
+#include <orvex_kit/model.h>
 #include <orvex_kit/whole_file.h>
 
-#include "model_scene.h"
 #include "picture_file.h"
 
 using namespace orvex;

@@ -31,7 +31,7 @@ public:
 private:
     ModelStage stage;
     orvex::Camera* camera;
-    Lens lens{1, 1};
-    Aim aim;
-    Angle angle; ///< from where the model is seen
+    orvex::kit::Lens lens{1, 1};
+    orvex::kit::Aim aim;
+    orvex::kit::Angle angle; ///< from where the model is seen
 };

@@ -5,10 +5,10 @@
 
 #include <orvex/math/quat.h>
 #include <orvex/scene/camera.h>
-
-#include "model_scene.h"
+#include <orvex_kit/model.h>
 
 using namespace orvex;
+using namespace orvex::kit;
 
 namespace {
 
@@ -65,7 +65,7 @@ Camera& Orbit::camera(int width, int height) {
 }
 
 /// Framed in a square, so that a window of any shape shows at least as much.
-std::unique_ptr<Orbit> orbit_around(const ModelScene& scene) {
+std::unique_ptr<Orbit> orbit_around(const kit::Model& scene) {
     constexpr int views_of_a_turn = 36;
     const Aim aim = turning_aim(scene.extent(), {first_yaw, -first_pitch}, {1, 1}, views_of_a_turn);
     return std::make_unique<Orbit>(scene.extent().middle, aim.distance);

@@ -8,7 +8,9 @@ namespace orvex {
 class Camera;
 }
 
-class ModelScene;
+namespace orvex::kit {
+class Model;
+}
 
 /// A camera that goes around a point at a distance, and always looks at it.
 class Orbit {
@@ -39,4 +41,4 @@ private:
 };
 
 /// An orbit around the middle of a model, where all of it is seen on the way around.
-std::unique_ptr<Orbit> orbit_around(const ModelScene& scene);
+std::unique_ptr<Orbit> orbit_around(const orvex::kit::Model& scene);

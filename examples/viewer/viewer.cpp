@@ -6,10 +6,10 @@
 #include <utility>
 
 #include <orvex/orvex.h>
-
-#include "model_scene.h"
+#include <orvex_kit/model.h>
 
 using namespace orvex;
+using namespace orvex::kit;
 
 Viewer::~Viewer() {
     label.reset();

@@ -5,4 +5,9 @@
 
 #include "orvex_kit/api.h"
 #include "orvex_kit/files.h"
+#include "orvex_kit/framing.h"
+#include "orvex_kit/look.h"
+#include "orvex_kit/model.h"
+#include "orvex_kit/normals.h"
+#include "orvex_kit/up_axis.h"
 #include "orvex_kit/whole_file.h"

@@ -17,9 +17,9 @@
 #include <orvex/renderer/render_window.h>
 #include <orvex/renderer/renderer.h>
 #include <orvex/scene/camera.h>
+#include <orvex_kit/look.h>
+#include <orvex_kit/model.h>
 
-#include "model_scene.h"
-#include "shader.h"
 #include "tests/support/gl_context.h"
 #include "tests/support/picture.h"
 #include "tests/support/x_window.h"
@@ -60,7 +60,7 @@ public:
     /// and again.
     void draw_sample(bool gl3, int loads = 1) {
         ASSERT_TRUE(renderer->start());
-        const std::string text = model_shader(gl3);
+        const std::string text = orvex::kit::model_shader(gl3);
         orvex::GpuProgram* const program =
             orvex::GpuProgramMgr::get()->create_gpu_program_from_memory(renderer, text.c_str(),
                                                                         text.size(), "light");
@@ -75,15 +75,15 @@ public:
 
 private:
     void draw_once(orvex::GpuProgram& program, bool gl3) {
-        const std::unique_ptr<ModelScene> scene =
-            ModelScene::load(EXAMPLE_DATA "/lighthouse.obj", renderer);
+        const std::unique_ptr<orvex::kit::Model> scene =
+            orvex::kit::Model::load(EXAMPLE_DATA "/lighthouse.obj", renderer);
         ASSERT_NE(scene, nullptr);
-        for (const TextureFile& file : scene->texture_files())
+        for (const orvex::kit::TextureFile& file : scene->texture_files())
             EXPECT_NE(file.texture, nullptr) << file.path;
         scene->use_program(&program, gl3);
 
         auto* const camera = new orvex::Camera;
-        see_all(*camera, scene->extent(), {}, {width, height});
+        orvex::kit::see_all(*camera, scene->extent(), {}, {width, height});
         camera->bind(renderer, true, true, true, true, !gl3);
         renderer->clear_color_depth_buffers(0.17f, 0.19f, 0.22f, 1.0f, 1.0f);
         scene->draw();

@@ -7,14 +7,14 @@
 
 #include <GL/gl.h>
 
-#include "tools/common/shader.h"
+#include <orvex_kit/look.h>
 
 namespace orvex_test {
 
 using namespace orvex;
 
 std::string program_text(Path path, const char* vertex, const char* pixel) {
-    return ::program_text(path == Path::gl3, vertex, pixel);
+    return orvex::kit::program_text(path == Path::gl3, vertex, pixel);
 }
 
 std::string digest_of(const void* bytes, std::size_t size) {

@@ -6,6 +6,7 @@ namespace orvex_test {
 
 namespace {
 
+using namespace orvex::kit;
 using Words = std::vector<std::string>;
 
 Options read_well(const Words& words) {

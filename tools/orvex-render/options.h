@@ -3,9 +3,10 @@
 #include <string>
 #include <vector>
 
+#include <orvex_kit/framing.h>
+#include <orvex_kit/normals.h>
+
 #include "arguments.h"
-#include "framing.h"
-#include "normals.h"
 #include "values.h"
 
 /// What the command line asks for.
@@ -13,14 +14,14 @@ struct Options {
     std::string model;
     std::string output; ///< empty: the model's name in the current folder, as JPEG
     Size size{1280, 960};
-    float azimuth = Angle().azimuth;
-    float elevation = Angle().elevation;
+    float azimuth = orvex::kit::Angle().azimuth;
+    float elevation = orvex::kit::Angle().elevation;
     float distance = 1.0f; ///< of the eye, in parts of the distance at which all is seen
     float zoom = 1.0f;     ///< magnification from there
-    UpAxis up = UpAxis::automatic;
+    orvex::kit::UpAxis up = orvex::kit::UpAxis::automatic;
     int turntable = 0; ///< pictures of a turn; 0: one picture and no turn
     bool wireframe = false;
-    Normals normals = Normals::by_file;
+    orvex::kit::Normals normals = orvex::kit::Normals::by_file;
     Color background{0.17f, 0.19f, 0.22f};
     int samples = 4; ///< per pixel; 0 and 1: no multisampling
     std::string text;

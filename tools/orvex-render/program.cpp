@@ -13,16 +13,16 @@
 #include <orvex/renderer/renderer.h>
 #include <orvex/scene/camera.h>
 #include <orvex_kit/files.h>
+#include <orvex_kit/framing.h>
+#include <orvex_kit/look.h>
+#include <orvex_kit/model.h>
 #include <orvex_kit/whole_file.h>
 
-#include "framing.h"
 #include "messages.h"
-#include "model_scene.h"
 #include "options.h"
 #include "picture_file.h"
 #include "progress_bar.h"
 #include "report.h"
-#include "shader.h"
 #include "stage.h"
 #include "text_overlay.h"
 
@@ -63,7 +63,7 @@ ExitCode tell_of_model(const Options& options) {
     if (!mistake.empty())
         return fail(mistake);
     const Engine engine;
-    const std::unique_ptr<ModelScene> scene = ModelScene::load(options.model, nullptr);
+    const std::unique_ptr<kit::Model> scene = kit::Model::load(options.model, nullptr);
     return scene ? print(report_of_model(options.model, *scene)) : fail(unreadable(options.model));
 }
 
@@ -99,7 +99,7 @@ private:
     const Options& options;
     Stage stage;
     Camera* camera;
-    std::unique_ptr<ModelScene> scene;
+    std::unique_ptr<kit::Model> scene;
     std::unique_ptr<TextOverlay> overlay;
     UpAxis up = UpAxis::y; ///< of the model
     std::vector<std::string> outputs;
@@ -148,7 +148,7 @@ std::string Painter::prepare_scene() {
         stage.compile(model_shader(options.gl3), "orvex-render model", mistake);
     if (!program)
         return mistake;
-    scene = ModelScene::load(options.model, stage.renderer);
+    scene = kit::Model::load(options.model, stage.renderer);
     if (!scene)
         return unreadable(options.model);
     for (const TextureFile& file : scene->texture_files())

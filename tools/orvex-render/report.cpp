@@ -11,8 +11,7 @@
 #include <orvex/renderer/render_window.h>
 #include <orvex/renderer/renderer.h>
 #include <orvex_kit/files.h>
-
-#include "model_scene.h"
+#include <orvex_kit/model.h>
 
 using namespace orvex;
 using namespace orvex::kit;
@@ -78,7 +77,7 @@ std::string report_of_textures(const std::vector<TextureFile>& files) {
 
 } // namespace
 
-std::string report_of_model(const std::string& path, const ModelScene& scene) {
+std::string report_of_model(const std::string& path, const kit::Model& scene) {
     std::string text = "model: " + path + "\n";
     text += text_of("meshes: %zu\n", scene.all_meshes().size());
     for (Mesh* mesh : scene.all_meshes())

@@ -6,10 +6,12 @@ namespace orvex {
 class Renderer;
 class RenderWindow;
 } // namespace orvex
-class ModelScene;
+namespace orvex::kit {
+class Model;
+}
 
 /// What a model holds, line by line: its meshes, materials and textures.
-std::string report_of_model(const std::string& path, const ModelScene& scene);
+std::string report_of_model(const std::string& path, const orvex::kit::Model& scene);
 
 /// What the running context offers, line by line.
 /// @param with_extensions  lists their names, instead of counting them

@@ -1,6 +1,8 @@
 // The texts of the shaders, for either path, and what makes a program of them.
 
-#include "shader.h"
+#include "orvex_kit/look.h"
+
+namespace orvex::kit {
 
 namespace {
 
@@ -144,3 +146,5 @@ std::string model_shader(bool gl3) {
 std::string text_shader(bool gl3) {
     return program_text(gl3, text_vertex, text_pixel);
 }
+
+} // namespace orvex::kit

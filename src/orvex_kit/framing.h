@@ -7,11 +7,14 @@
 
 #include <orvex/math/vec4.h>
 
-#include "up_axis.h"
+#include "orvex_kit/api.h"
+#include "orvex_kit/up_axis.h"
 
 namespace orvex {
 class Camera;
 }
+
+namespace orvex::kit {
 
 /// What is to be seen: the vertices of a model, in the world, and the middle of their box.
 struct Extent {
@@ -22,7 +25,7 @@ struct Extent {
 /// The way up of a model from a 3DS file: y, to which the file's z axis is turned, or -z, where
 /// many exporters leave the y axis of what they write. Models stand on their ground with many
 /// vertices: y, unless more than twice as many lie lowest the other way.
-UpAxis standing_axis(const Extent& extent);
+ORVEX_KIT_API UpAxis standing_axis(const Extent& extent);
 
 /// From where: a little from the right and from above, if nobody wants another.
 struct Angle {
@@ -44,7 +47,7 @@ struct Axes {
     orvex::vec4 up;
     orvex::vec4 toward; ///< from the model to the eye
 };
-Axes axes_of(const Angle& angle);
+ORVEX_KIT_API Axes axes_of(const Angle& angle);
 
 /// Where the camera looks, and from how far.
 struct Aim {
@@ -54,16 +57,20 @@ struct Aim {
 };
 
 /// The nearest aim by which all is seen through a lens of zoom 1, with a little room around.
-Aim tight_aim(const Extent& extent, const Axes& axes, const Lens& lens);
+ORVEX_KIT_API Aim tight_aim(const Extent& extent, const Axes& axes, const Lens& lens);
 
 /// The nearest aim at the middle itself by which all is seen.
-Aim middle_aim(const Extent& extent, const Axes& axes, const Lens& lens);
+ORVEX_KIT_API Aim middle_aim(const Extent& extent, const Axes& axes, const Lens& lens);
 
 /// The nearest aim at the middle by which all is seen throughout a turn, of as many views.
-Aim turning_aim(const Extent& extent, const Angle& first, const Lens& lens, int views);
+ORVEX_KIT_API Aim turning_aim(const Extent& extent, const Angle& first, const Lens& lens,
+                              int views);
 
 /// Places the camera.
-void place(orvex::Camera& camera, const Extent& extent, const Axes& axes, const Lens& lens,
-           const Aim& aim);
+ORVEX_KIT_API void place(orvex::Camera& camera, const Extent& extent, const Axes& axes,
+                         const Lens& lens, const Aim& aim);
 /// Places the camera as near as all can be seen from.
-void see_all(orvex::Camera& camera, const Extent& extent, const Angle& angle, const Lens& lens);
+ORVEX_KIT_API void see_all(orvex::Camera& camera, const Extent& extent, const Angle& angle,
+                           const Lens& lens);
+
+} // namespace orvex::kit

@@ -1,4 +1,4 @@
-#include "framing.h"
+#include "orvex_kit/framing.h"
 
 #include <algorithm>
 #include <cmath>
@@ -12,6 +12,7 @@ namespace orvex_test {
 
 namespace {
 
+using namespace orvex::kit;
 using orvex::vec4;
 
 constexpr Lens wide{400, 300, 1.0f};

@@ -1,7 +1,7 @@
 // Where the camera stands so that a model fills the picture: axes of the view first, then the aim
 // that just holds every point, for one picture or for a whole turn.
 
-#include "framing.h"
+#include "orvex_kit/framing.h"
 
 #include <algorithm>
 #include <cmath>
@@ -9,7 +9,7 @@
 
 #include <orvex/scene/camera.h>
 
-using namespace orvex;
+namespace orvex::kit {
 
 namespace {
 
@@ -191,3 +191,5 @@ void see_all(Camera& camera, const Extent& extent, const Angle& angle, const Len
     const Axes axes = axes_of(angle);
     place(camera, extent, axes, lens, tight_aim(extent, axes, lens));
 }
+
+} // namespace orvex::kit

@@ -1,7 +1,7 @@
 // A model, its textures and the runs of faces that share a material, drawn by one program. The
 // scene owns all that the load brought in, and gives it back at its end.
 
-#include "model_scene.h"
+#include "orvex_kit/model.h"
 
 #include <algorithm>
 #include <cmath>
@@ -21,24 +21,24 @@
 #include <orvex/math/mat4.h>
 #include <orvex/renderer/records/mesh_data.h>
 #include <orvex/renderer/renderer.h>
-#include <orvex_kit/files.h>
 
-using namespace orvex;
-using namespace orvex::kit;
+#include "orvex_kit/files.h"
 
-std::unique_ptr<ModelScene> ModelScene::load(const std::string& path, Renderer* renderer) {
+namespace orvex::kit {
+
+std::unique_ptr<Model> Model::load(const std::string& path, Renderer* renderer) {
     // The loaders put the folder right before each name, with nothing between them.
     const std::string folder = folder_of(path);
-    Model* const model =
+    orvex::Model* const model =
         aux::load_model_from_file(path.c_str() + folder.size(), folder.c_str(), folder.c_str());
     if (!model)
         return nullptr;
-    std::unique_ptr<ModelScene> scene(new ModelScene(renderer, model, path));
+    std::unique_ptr<Model> scene(new Model(renderer, model, path));
     scene->load_textures(folder);
     return scene;
 }
 
-ModelScene::ModelScene(Renderer* renderer, Model* model, const std::string& path)
+Model::Model(Renderer* renderer, orvex::Model* model, const std::string& path)
     : renderer(renderer)
     , model(model)
     , path(path)
@@ -51,14 +51,14 @@ ModelScene::ModelScene(Renderer* renderer, Model* model, const std::string& path
         up = standing_axis(bounds);
 }
 
-ModelScene::~ModelScene() {
+Model::~Model() {
     // Objects keep their program when they end, materials give theirs back.
     model->kill(renderer, nullptr);
     MaterialMgr::get()->release_all_resources(renderer, nullptr);
     TextureMgr::get()->release_all_textures(renderer, nullptr);
 }
 
-void ModelScene::gather(Node* node) {
+void Model::gather(Node* node) {
     for (unsigned long i = 0; i < node->get_num_children(); ++i) {
         Node* const child = node->get_child(i);
         if (auto* const mesh = dynamic_cast<Mesh*>(child))
@@ -67,7 +67,7 @@ void ModelScene::gather(Node* node) {
     }
 }
 
-void ModelScene::add_runs(Mesh* mesh) {
+void Model::add_runs(Mesh* mesh) {
     const MeshData* const data = mesh->get_mesh_data();
     const unsigned count = static_cast<unsigned>(data->num_faces);
     for (unsigned first = 0; first < count;) {
@@ -108,7 +108,7 @@ bool is_finite(const vec4& v) {
 
 } // namespace
 
-void ModelScene::measure() {
+void Model::measure() {
     Box box;
     for (Mesh* mesh : meshes) {
         const mat4 transform = mesh->get_absolute_transform();
@@ -123,7 +123,7 @@ void ModelScene::measure() {
     bounds.middle = bounds.points.empty() ? vec4(0.0f, 0.0f, 0.0f, 1.0f) : box.middle();
 }
 
-void ModelScene::stand_up() {
+void Model::stand_up() {
     if (up != UpAxis::minus_z)
         return;
     model->set_orientation_euler_xyz(90.0f, 0.0f, 0.0f);
@@ -132,28 +132,28 @@ void ModelScene::stand_up() {
     measure();
 }
 
-std::vector<Material*> ModelScene::all_materials() const {
+std::vector<Material*> Model::all_materials() const {
     std::vector<Material*> result;
     for (unsigned long i = 0; i < model->get_num_materials(); ++i)
         result.push_back(model->get_material_by_index(i));
     return result;
 }
 
-unsigned long ModelScene::num_vertices() const {
+unsigned long Model::num_vertices() const {
     unsigned long sum = 0;
     for (Mesh* mesh : meshes)
         sum += mesh->get_num_vertices(nullptr);
     return sum;
 }
 
-unsigned long ModelScene::num_faces() const {
+unsigned long Model::num_faces() const {
     unsigned long sum = 0;
     for (Mesh* mesh : meshes)
         sum += mesh->get_num_faces(nullptr);
     return sum;
 }
 
-Texture* ModelScene::texture_from(const std::string& path) {
+Texture* Model::texture_from(const std::string& path) {
     const auto [known, is_new] = texture_by_path.emplace(path, textures.size());
     if (!is_new)
         return textures[known->second].texture;
@@ -167,7 +167,7 @@ Texture* ModelScene::texture_from(const std::string& path) {
     return texture;
 }
 
-void ModelScene::load_textures(const std::string& folder) {
+void Model::load_textures(const std::string& folder) {
     for (Material* material : all_materials()) {
         for (unsigned long i = 0; i < material->async_loading_get_num_texture_filenames(); ++i) {
             const char* const name = material->async_loading_get_texture_filename(i);
@@ -198,7 +198,7 @@ std::vector<std::string> libraries_named_in(const std::string& path) {
 
 } // namespace
 
-std::vector<std::string> ModelScene::files() const {
+std::vector<std::string> Model::files() const {
     std::vector<std::string> names{path};
     if (!is_3ds)
         for (const std::string& library : libraries_named_in(path))
@@ -208,7 +208,7 @@ std::vector<std::string> ModelScene::files() const {
     return names;
 }
 
-void ModelScene::smooth_normals() {
+void Model::smooth_normals() {
     for (Mesh* mesh : meshes) {
         mesh->compute_faces_normal(nullptr);
         mesh->compute_vertices_normal(nullptr);
@@ -217,7 +217,7 @@ void ModelScene::smooth_normals() {
 
 /// Whether smooth normals don't fit: they look away from their faces by 25 degrees and more in the
 /// mean, as those of a box do.
-bool ModelScene::is_angular() const {
+bool Model::is_angular() const {
     double likeness = 0.0;
     double corners = 0.0;
     for (Mesh* mesh : meshes) {
@@ -235,11 +235,11 @@ bool ModelScene::is_angular() const {
     return corners > 0.0 && likeness < corners * cosine_of_25_degrees;
 }
 
-bool ModelScene::is_faceted(Normals normals) const {
+bool Model::is_faceted(Normals normals) const {
     return normals == Normals::flat || (normals == Normals::by_file && is_3ds && is_angular());
 }
 
-void ModelScene::use_program(GpuProgram* new_program, bool gl3, Normals normals) {
+void Model::use_program(GpuProgram* new_program, bool gl3, Normals normals) {
     program = new_program;
     for (Mesh* mesh : meshes)
         mesh->set_opengl_2_3_rendering_states(!gl3, nullptr);
@@ -255,7 +255,7 @@ void ModelScene::use_program(GpuProgram* new_program, bool gl3, Normals normals)
     program->set_uniform_1f(nullptr, "faceted", is_faceted(normals) ? 1.0f : 0.0f);
 }
 
-void ModelScene::draw(const Angle& lit_from) {
+void Model::draw(const Angle& lit_from) {
     set_lights(axes_of({lit_from.azimuth, 0.0f, lit_from.up}));
     renderer->set_blend_state(false);
     renderer->set_depth_buffer_writing_state(true);
@@ -272,7 +272,7 @@ void ModelScene::draw(const Angle& lit_from) {
     renderer->set_depth_buffer_writing_state(true);
 }
 
-void ModelScene::draw_run(const Run& run) {
+void Model::draw_run(const Run& run) {
     set_colors(run.material);
     if (run.material)
         run.material->bind(renderer);
@@ -293,7 +293,7 @@ void ModelScene::draw_run(const Run& run) {
         program->unbind(renderer);
 }
 
-void ModelScene::set_lights(const Axes& axes) {
+void Model::set_lights(const Axes& axes) {
     struct Light {
         const char* name;
         float right, up, toward;
@@ -306,7 +306,7 @@ void ModelScene::set_lights(const Axes& axes) {
     }
 }
 
-void ModelScene::set_colors(Material* material) {
+void Model::set_colors(Material* material) {
     const vec4 diffuse = material ? material->get_diffuse() : vec4(0.7f, 0.7f, 0.8f, 1.0f);
     const vec4 specular = material ? material->get_specular() : vec4(0.2f, 0.2f, 0.2f, 1.0f);
     const float opacity = material ? material->get_opacity() : 1.0f;
@@ -318,3 +318,5 @@ void ModelScene::set_colors(Material* material) {
     program->set_uniform_1f(nullptr, "textured", textured ? 1.0f : 0.0f);
     program->set_uniform_1i(nullptr, "diffuse_map", 0);
 }
+
+} // namespace orvex::kit

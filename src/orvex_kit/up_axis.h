@@ -1,5 +1,10 @@
 #pragma once
 
+/// @file
+/// Which way is up.
+
+namespace orvex::kit {
+
 /// The direction of a model's space that points up.
 enum class UpAxis {
     automatic, ///< y, or in a 3DS file the axis along which the model stands
@@ -10,3 +15,5 @@ enum class UpAxis {
     minus_y,
     minus_z
 };
+
+} // namespace orvex::kit

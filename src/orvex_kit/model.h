@@ -1,5 +1,8 @@
 #pragma once
 
+/// @file
+/// A model file with its textures, to be told of and to be drawn.
+
 #include <map>
 #include <memory>
 #include <string>
@@ -7,8 +10,9 @@
 
 #include <orvex/math/vec4.h>
 
-#include "framing.h"
-#include "normals.h"
+#include "orvex_kit/api.h"
+#include "orvex_kit/framing.h"
+#include "orvex_kit/normals.h"
 
 namespace orvex {
 class GpuProgram;
@@ -19,6 +23,8 @@ class Node;
 class Renderer;
 class Texture;
 } // namespace orvex
+
+namespace orvex::kit {
 
 /// A texture file that a material names.
 struct TextureFile {
@@ -32,18 +38,18 @@ struct TextureFile {
 /// It draws the meshes itself, face run by face run: a model in the engine draws its children
 /// twice, a scene renderer passes over meshes right under its start node, and a mesh drawn as a
 /// whole binds its first material only.
-class ModelScene {
+class ORVEX_KIT_API Model {
 public:
     /// Loads a model, with the textures that its materials name, each file once.
     /// @param path      the file; its materials and textures are looked for beside it
     /// @param renderer  outlives the scene; null serves for telling of it
     /// @return null if no loader reads it
-    static std::unique_ptr<ModelScene> load(const std::string& path, orvex::Renderer* renderer);
+    static std::unique_ptr<Model> load(const std::string& path, orvex::Renderer* renderer);
     /// Releases the model with everything on the GPU, and what it left with the managers: there is
     /// one scene at a time.
-    ~ModelScene();
-    ModelScene(const ModelScene&) = delete;
-    ModelScene& operator=(const ModelScene&) = delete;
+    ~Model();
+    Model(const Model&) = delete;
+    Model& operator=(const Model&) = delete;
 
     /// Puts the meshes and materials on a drawing path, and gives them the program that
     /// `model_shader` tells for it.
@@ -90,7 +96,7 @@ private:
     std::map<std::string, std::size_t> texture_by_path;
     Extent bounds;
 
-    ModelScene(orvex::Renderer* renderer, orvex::Model* model, const std::string& path);
+    Model(orvex::Renderer* renderer, orvex::Model* model, const std::string& path);
     void gather(orvex::Node* node);
     void add_runs(orvex::Mesh* mesh);
     void measure();
@@ -103,3 +109,5 @@ private:
     void set_lights(const Axes& axes);
     void set_colors(orvex::Material* material);
 };
+
+} // namespace orvex::kit
