@@ -9,5 +9,6 @@
 #include "orvex_kit/look.h"
 #include "orvex_kit/model.h"
 #include "orvex_kit/normals.h"
+#include "orvex_kit/outcome.h"
 #include "orvex_kit/up_axis.h"
 #include "orvex_kit/whole_file.h"
