@@ -67,7 +67,7 @@ void pass_over_leaks() {
 
 WindowProgram::WindowProgram(const std::vector<std::string>& command, Leaks leaks) {
     if (connection() && start(command, leaks))
-        find_window();
+        turn_to_window(0);
 }
 
 WindowProgram::~WindowProgram() {
@@ -107,26 +107,26 @@ bool WindowProgram::runs_on(int milliseconds) {
     return true;
 }
 
-/// Takes the first window that is large enough to look at: toolkits have small ones of their own.
-bool WindowProgram::note_mapped() {
+/// Takes the windows that are large enough to look at: toolkits have small ones of their own.
+void WindowProgram::note_mapped() {
     while (XPending(connection()) > 0) {
         XEvent event;
         XNextEvent(connection(), &event);
         XWindowAttributes attributes = {};
-        if (event.type != MapNotify ||
-            !XGetWindowAttributes(connection(), event.xmap.window, &attributes) ||
-            attributes.c_class != InputOutput || attributes.width < 32)
-            continue;
-        window = event.xmap.window;
-        return true;
+        if (event.type == MapNotify &&
+            XGetWindowAttributes(connection(), event.xmap.window, &attributes) &&
+            attributes.c_class == InputOutput && attributes.width >= 32)
+            windows.push_back(event.xmap.window);
     }
-    return false;
 }
 
-void WindowProgram::find_window() {
-    for (int look = 0; look < most_looks && runs_on(moment_ms); ++look)
-        if (note_mapped())
-            return;
+bool WindowProgram::turn_to_window(std::size_t number) {
+    for (int look = 0; look < most_looks && windows.size() <= number && runs_on(moment_ms); ++look)
+        note_mapped();
+    if (windows.size() <= number)
+        return false;
+    window = windows[number];
+    return true;
 }
 
 int WindowProgram::get_width() const {

@@ -4,6 +4,7 @@
 /// A program with a window, run on an X server of the test's own, and used as somebody at the
 /// screen would: its pixels are looked at, keys are hit, the pointer is moved.
 
+#include <cstddef>
 #include <functional>
 #include <string>
 #include <vector>
@@ -30,6 +31,10 @@ public:
 
     /// Whether a window came up.
     bool has_window() const { return window != 0; }
+    /// Waits until the program has shown so many windows, those that are gone by now among them,
+    /// and turns to one of them: what is looked at, hit and moved is that one from now on.
+    /// @param number  from 0, in the order in which they came up
+    bool turn_to_window(std::size_t number);
     int get_width() const;
     int get_height() const;
 
@@ -56,14 +61,14 @@ public:
     const std::string& get_output() const { return output; }
 
 private:
-    unsigned long window = 0;
+    unsigned long window = 0;           ///< one of these
+    std::vector<unsigned long> windows; ///< in the order in which they came up
     pid_t process = -1;
     int output_pipe = -1;
     std::string output;
 
     bool start(const std::vector<std::string>& command, Leaks leaks);
-    void find_window();
-    bool note_mapped();
+    void note_mapped();
     bool runs_on(int milliseconds);
 };
 
