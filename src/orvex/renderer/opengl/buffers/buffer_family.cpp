@@ -168,6 +168,8 @@ unsigned int BufferFamily::create_counters(unsigned long num_counters, BUFFER_OB
     const unsigned int id =
         make(gl, GL_ATOMIC_COUNTER_BUFFER, "counters", num_counters * counter_bytes,
              forced ? state.forced_atomic_usage : usage, data);
+    if (id == 0)
+        return 0;
     gl.glBindBufferBase(GL_ATOMIC_COUNTER_BUFFER, binding, id);
     gl.glBindBuffer(GL_ATOMIC_COUNTER_BUFFER, 0);
     return id;

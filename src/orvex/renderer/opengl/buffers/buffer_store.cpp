@@ -9,6 +9,8 @@ bool BufferStore::allocate(unsigned long wanted, const void* data, GLenum usage)
     const bool is_new = !exists();
     if (is_new)
         gl.glGenBuffers(1, &id);
+    if (!exists())
+        return false;
     bind();
     label_gl_object(gl, GL_BUFFER, id, use);
     gl.glBufferData(target, static_cast<GLsizeiptr>(wanted), data, usage);
@@ -27,6 +29,20 @@ unsigned int create_buffer(const ORVEX_Renderer_OpenGL_Func& gl, GLenum target, 
     unsigned long allocated = 0;
     BufferStore(gl, target, use, id, allocated).allocate(bytes, data, usage);
     return id;
+}
+
+bool refuse_draws(const GlState& state, const void* record) {
+    state.context().refused_record = record;
+    return false;
+}
+
+void accept_draws(const GlState& state, const void* record) {
+    if (is_refused(state, record))
+        state.context().refused_record = nullptr;
+}
+
+bool is_refused(const GlState& state, const void* record) {
+    return state.context().refused_record == record;
 }
 
 void delete_buffer(GlState& state, unsigned int& id) {

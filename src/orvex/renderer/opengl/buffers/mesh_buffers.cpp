@@ -191,4 +191,10 @@ void upload_quad_edges(const GlState& state, MeshData& mesh) {
     }
 }
 
+bool has_element_buffers(const MeshData& mesh) {
+    const bool draws_edges = mesh.render_wireframe_quad && mesh.quad_edges;
+    return (!face_list(mesh) || mesh.index_buffer_id != 0) &&
+           (!draws_edges || mesh.quad_edge_buffer_id != 0);
+}
+
 } // namespace orvex::mesh_buffers

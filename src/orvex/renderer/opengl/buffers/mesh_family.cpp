@@ -7,6 +7,7 @@ namespace orvex {
 
 void MeshFamily::begin_prepare(MeshData& mesh) {
     enter_context(state, mesh);
+    accept_draws(state, &mesh);
     // Client arrays would be pointed inside it.
     if (!mesh.get_use_generic_vertex_attribs_state())
         state.release_vertex_array();
@@ -40,6 +41,8 @@ bool MeshFamily::draw(MeshData* mesh) {
     if (!mesh)
         return false;
     state.follow_context();
+    if (is_refused(state, mesh))
+        return false;
     return mesh->get_use_generic_vertex_attribs_state() ? vertex_buffer_draw_gl3(mesh)
                                                         : vertex_buffer_draw_gl2(mesh);
 }

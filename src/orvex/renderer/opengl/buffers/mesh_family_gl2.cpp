@@ -101,6 +101,8 @@ bool MeshFamily::vertex_buffer_prepare_gl2(MeshData* mesh) {
     const unsigned long all_bytes = vertex_bytes + user_blocks_bytes(*mesh);
     const bool is_new = mesh->vertex_buffer_id == 0;
     bind_vertices(state, *mesh, all_bytes);
+    if (mesh->vertex_buffer_id == 0)
+        return refuse_draws(state, mesh);
 
     // On the frame of creation both calls below go by the size of the whole buffer: the user
     // attributes miss it then, and arrive with the next frame.
@@ -116,7 +118,7 @@ bool MeshFamily::vertex_buffer_prepare_gl2(MeshData* mesh) {
                       [&](const MeshArray& array) { point_client_array(state, *mesh, array); });
     state.context().client_arrays.end_prepare(state.gl, mesh->num_vertices);
     bind_elements(state, *mesh);
-    return true;
+    return has_element_buffers(*mesh) || refuse_draws(state, mesh);
 }
 
 bool MeshFamily::vertex_buffer_prepare_separate_arrays_gl2(MeshData* mesh) {
@@ -125,6 +127,8 @@ bool MeshFamily::vertex_buffer_prepare_separate_arrays_gl2(MeshData* mesh) {
         return false;
     // A new store takes every block at once: its flags are all raised.
     bind_vertices(state, *mesh, separate_bytes(*mesh, attributes));
+    if (mesh->vertex_buffer_id == 0)
+        return refuse_draws(state, mesh);
     upload_blocks(state, *mesh, attributes, Blocks::dirty);
 
     state.context().client_arrays.begin_prepare();
@@ -136,7 +140,7 @@ bool MeshFamily::vertex_buffer_prepare_separate_arrays_gl2(MeshData* mesh) {
     });
     state.context().client_arrays.end_prepare(state.gl, mesh->num_vertices);
     bind_elements(state, *mesh);
-    return true;
+    return has_element_buffers(*mesh) || refuse_draws(state, mesh);
 }
 
 bool MeshFamily::vertex_buffer_finish_gl2(MeshData* mesh) {

@@ -30,6 +30,8 @@ void upload_faces(const GlState& state, MeshData& mesh) {
         // A new buffer takes its faces as it is made.
         const bool is_new = !store.exists();
         store.allocate(bytes, is_new ? faces : nullptr, index_usage(state, mesh));
+        if (!store.exists())
+            return;
         store.unbind();
         if (!is_new)
             mesh.faces_need_update = true;
@@ -77,12 +79,17 @@ void record_vertex_array(const GlState& state, MeshData& mesh, Layout layout) {
 }
 
 /// Everything behind the vertices, the same for both layouts.
-void prepare_rest(const GlState& state, MeshData& mesh, Layout layout) {
-    upload_instances(state, mesh);
+/// @return whether all of it is there
+bool prepare_rest(const GlState& state, MeshData& mesh, Layout layout) {
+    const bool has_instances = upload_instances(state, mesh);
     upload_faces(state, mesh);
     upload_quad_edges(state, mesh);
+    if (!has_instances || !has_element_buffers(mesh))
+        return refuse_draws(state, &mesh);
     check_instances(mesh);
     const bool is_new = bind_vertex_array(state, mesh);
+    if (mesh.vertex_array_id == 0)
+        return refuse_draws(state, &mesh);
     // What the array of a host holds is the host's affair.
     const bool is_recorded_here = vertex_array_of(state.gl, mesh).is_recorded_here();
     if (is_new)
@@ -91,6 +98,7 @@ void prepare_rest(const GlState& state, MeshData& mesh, Layout layout) {
         bind_elements(state, mesh);
     state.context().prepared_elements =
         is_recorded_here ? mesh.gpu_state.vertex_array_element_buffer : drawn_elements(mesh);
+    return true;
 }
 
 void size_interleaved(const GlState& state, MeshData& mesh) {
@@ -111,7 +119,11 @@ void size_separate(const GlState& state, MeshData& mesh, const Attributes& attri
     const unsigned long bytes = separate_bytes(mesh, attributes);
     if (store.fits(bytes))
         return;
-    if (store.allocate(bytes, nullptr, vertex_usage(state, mesh.vertex_buffer_usage))) {
+    const bool is_new =
+        store.allocate(bytes, nullptr, vertex_usage(state, mesh.vertex_buffer_usage));
+    if (!store.exists())
+        return;
+    if (is_new) {
         mesh.renderer_id = state.renderer_id();
         upload_blocks(state, mesh, attributes, Blocks::all);
     } else {
@@ -130,6 +142,8 @@ bool MeshFamily::vertex_buffer_prepare_gl3(MeshData* mesh) {
     if (mesh->num_vertices == 0 || !vertices || !state.can_draw_vertex_arrays())
         return false;
     size_interleaved(state, *mesh);
+    if (mesh->vertex_buffer_id == 0)
+        return refuse_draws(state, mesh);
 
     // One flag uploads all records.
     unsigned long uploaded = 0;
@@ -142,8 +156,7 @@ bool MeshFamily::vertex_buffer_prepare_gl3(MeshData* mesh) {
         store.unbind();
     }
     upload_interleaved_users(state, *mesh, uploaded, Binding::each_binds);
-    prepare_rest(state, *mesh, Layout::interleaved);
-    return true;
+    return prepare_rest(state, *mesh, Layout::interleaved);
 }
 
 bool MeshFamily::vertex_buffer_prepare_separate_arrays_gl3(MeshData* mesh) {
@@ -151,14 +164,15 @@ bool MeshFamily::vertex_buffer_prepare_separate_arrays_gl3(MeshData* mesh) {
     if (mesh->num_vertices == 0 || !attributes[at_position].data || !state.can_draw_vertex_arrays())
         return false;
     size_separate(state, *mesh, attributes);
+    if (mesh->vertex_buffer_id == 0)
+        return refuse_draws(state, mesh);
     if (any_user_flag(*mesh) || any_vertex_flag(*mesh)) {
         const BufferStore store = vertex_store(state, *mesh);
         store.bind();
         upload_blocks(state, *mesh, attributes, Blocks::dirty);
         store.unbind();
     }
-    prepare_rest(state, *mesh, Layout::separate);
-    return true;
+    return prepare_rest(state, *mesh, Layout::separate);
 }
 
 bool MeshFamily::vertex_buffer_finish_gl3(MeshData*) {

@@ -74,16 +74,18 @@ void size_instance_buffer(const GlState& state, MeshData& mesh) {
 
 } // namespace
 
-void upload_instances(const GlState& state, MeshData& mesh) {
+bool upload_instances(const GlState& state, MeshData& mesh) {
     if (mesh.num_instances == 0)
-        return;
+        return true;
     size_instance_buffer(state, mesh);
     const BufferStore store = instance_store(state, mesh);
     const auto arrays = instance_arrays(mesh);
     const bool dirty = std::any_of(arrays.begin(), arrays.end(),
                                    [](const InstanceArray& a) { return a.need_update; });
-    if (!store.exists() || !dirty)
-        return;
+    if (!store.exists())
+        return instance_layout(mesh) == 0;
+    if (!dirty)
+        return true;
 
     store.bind();
     unsigned long offset = 0;
@@ -97,6 +99,7 @@ void upload_instances(const GlState& state, MeshData& mesh) {
         offset += block_bytes(mesh);
     }
     store.unbind();
+    return true;
 }
 
 void check_instances(MeshData& mesh) {

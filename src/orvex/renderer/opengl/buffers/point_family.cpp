@@ -103,7 +103,7 @@ bool PointFamily::prepare(VertexPoolData* pool) {
 }
 
 bool PointFamily::draw(VertexPoolData* pool) {
-    if (!pool)
+    if (!pool || is_refused(state, pool))
         return false;
     const int first = pool->render_start_offset;
     const int rest = static_cast<int>(static_cast<long>(pool->num_vertices) - first);
@@ -135,6 +135,8 @@ bool PointFamily::_vertex_pool_render_prepare_gl2(VertexPoolData* pool) {
     if (!pool->has_points() || !state.can_draw_client_arrays())
         return false;
     make_record_buffer(state, *pool);
+    if (pool->vertex_buffer_id == 0)
+        return refuse_draws(state, pool);
     vertex_store_of(state, *pool).bind();
     if (pool->vertices_need_update)
         upload_records(state, *pool);
@@ -154,6 +156,8 @@ bool PointFamily::_vertex_pool_render_prepare_separate_arrays_gl2(VertexPoolData
     if (!pool->has_points() || !state.can_draw_client_arrays())
         return false;
     make_block_buffer(state, *pool);
+    if (pool->vertex_buffer_id == 0)
+        return refuse_draws(state, pool);
     upload_blocks(state, *pool);
 
     state.context().client_arrays.begin_prepare();
@@ -194,7 +198,10 @@ bool PointFamily::_vertex_pool_render_prepare_gl3(VertexPoolData* pool) {
     if (!pool->has_points() || !state.can_draw_vertex_arrays())
         return false;
     const BufferStore store = vertex_store_of(state, *pool);
-    if (make_record_buffer(state, *pool))
+    const bool is_new = make_record_buffer(state, *pool);
+    if (!store.exists())
+        return refuse_draws(state, pool);
+    if (is_new)
         store.unbind();
     if (pool->vertices_need_update) {
         store.bind();
@@ -209,6 +216,8 @@ bool PointFamily::_vertex_pool_render_prepare_gl3(VertexPoolData* pool) {
         if (pool->has_normal)
             point_attribute(state.gl, 2, 4, sizeof(Vertex), offsetof(Vertex, normal));
     }
+    if (pool->vertex_array_id == 0)
+        return refuse_draws(state, pool);
     enable_point_state(false);
     return true;
 }
@@ -217,12 +226,16 @@ bool PointFamily::_vertex_pool_render_prepare_separate_arrays_gl3(VertexPoolData
     if (!pool->has_points() || !state.can_draw_vertex_arrays())
         return false;
     make_block_buffer(state, *pool);
+    if (pool->vertex_buffer_id == 0)
+        return refuse_draws(state, pool);
     // It stays bound: nothing but the vertex array matters to the draw.
     upload_blocks(state, *pool);
     if (bind_vertex_array(state, *pool)) {
         point_attribute(state.gl, 0, 3, 0, 0);
         point_attribute(state.gl, 1, 4, 0, positions_bytes(*pool));
     }
+    if (pool->vertex_array_id == 0)
+        return refuse_draws(state, pool);
     enable_point_state(false);
     return true;
 }

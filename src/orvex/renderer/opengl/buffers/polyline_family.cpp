@@ -63,7 +63,10 @@ bool PolylineFamily::prepare_gl3(PolylineData* polyline) {
         return false;
     begin_other_prepare(state, *polyline);
     const BufferStore store = vertex_store_of(state, *polyline);
-    if (make_buffer(state, *polyline))
+    const bool is_new = make_buffer(state, *polyline);
+    if (!store.exists())
+        return refuse_draws(state, polyline);
+    if (is_new)
         store.unbind();
     if (any_vertex_flag(*polyline)) {
         store.bind();
@@ -72,7 +75,7 @@ bool PolylineFamily::prepare_gl3(PolylineData* polyline) {
     }
 
     if (!bind_vertex_array(state, *polyline))
-        return true;
+        return polyline->vertex_array_id != 0 || refuse_draws(state, polyline);
     for (const Attribute& attribute : attributes_of(*polyline))
         if (attribute.present && attribute.location >= 0)
             point_attribute(state.gl, attribute.location, 4, sizeof(Vertex), attribute.offset);
@@ -84,8 +87,12 @@ bool PolylineFamily::prepare_gl2(PolylineData* polyline) {
         return false;
     begin_other_prepare(state, *polyline);
     state.release_vertex_array();
-    if (!make_buffer(state, *polyline))
-        vertex_store_of(state, *polyline).bind();
+    const BufferStore store = vertex_store_of(state, *polyline);
+    const bool is_new = make_buffer(state, *polyline);
+    if (!store.exists())
+        return refuse_draws(state, polyline);
+    if (!is_new)
+        store.bind();
     if (any_vertex_flag(*polyline))
         upload_records(state, *polyline);
 
@@ -122,7 +129,7 @@ std::optional<GLenum> primitive_of(const PolylineData& polyline) {
 } // namespace
 
 bool PolylineFamily::draw(PolylineData* polyline, int start, int count) {
-    if (!polyline)
+    if (!polyline || is_refused(state, polyline))
         return false;
     if (const std::optional<GLenum> primitive = primitive_of(*polyline))
         glDrawArrays(*primitive, start,
@@ -134,6 +141,9 @@ bool PolylineFamily::finish(PolylineData* polyline) {
     if (!polyline)
         return false;
     state.context().prepared_mesh = nullptr;
+    // A prepare that was refused left nothing bound.
+    if (is_refused(state, polyline))
+        return false;
     const ORVEX_Renderer_OpenGL_Func& gl = state.gl;
     if (polyline->vertex_array_id != 0) {
         // Whichever path ran: after the one of client arrays those stay enabled until the next

@@ -67,6 +67,8 @@ bool UniformBufferFamily::initialize(UniformBufferData* block, unsigned int prog
     block->buffer =
         create_buffer(gl, GL_UNIFORM_BUFFER, "uniforms", static_cast<unsigned long>(size), nullptr,
                       gl_buffer_usage(usage));
+    if (block->buffer == 0)
+        return false;
 
     // The block of the program and the buffer meet at the binding point.
     gl.glBindBufferBase(GL_UNIFORM_BUFFER, block->binding, block->buffer);

@@ -5,13 +5,16 @@
 
 namespace orvex {
 
-void VertexArray::make(unsigned int buffer) {
+bool VertexArray::make(unsigned int buffer) {
     destroy();
     gl.glGenVertexArrays(1, &id);
+    if (id == 0)
+        return false;
     gl.glBindVertexArray(id);
     label_gl_object(gl, GL_VERTEX_ARRAY, id, "vertex array");
     gl.glBindBuffer(GL_ARRAY_BUFFER, buffer);
     recorded_buffer = buffer;
+    return true;
 }
 
 void VertexArray::destroy() {

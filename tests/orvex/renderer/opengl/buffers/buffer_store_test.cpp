@@ -65,6 +65,33 @@ TEST_F(BufferStoreTest, is_made_without_a_record) {
     EXPECT_EQ(take_fake_calls(), Calls({"gen buffer 1", "bind buffer 1", "store 32 empty static"}));
 }
 
+TEST_F(BufferStoreTest, without_a_name_binds_nothing_and_is_tried_again) {
+    const auto gen_buffers = state.gl.glGenBuffers;
+    state.gl.glGenBuffers = [](GLsizei, GLuint*) {};
+    EXPECT_FALSE(store.allocate(16, nullptr, GL_STATIC_DRAW));
+    EXPECT_EQ(create_buffer(state.gl, GL_UNIFORM_BUFFER, "uniforms", 32, nullptr, GL_STATIC_DRAW),
+              0U);
+    EXPECT_EQ(take_fake_calls(), Calls());
+    EXPECT_FALSE(store.exists());
+    EXPECT_EQ(bytes, 0UL);
+    state.gl.glGenBuffers = gen_buffers;
+    EXPECT_TRUE(store.allocate(16, nullptr, GL_STATIC_DRAW));
+    EXPECT_EQ(bytes, 16UL);
+}
+
+TEST_F(BufferStoreTest, refuses_the_draws_of_one_record_until_it_is_prepared_again) {
+    const int record = 1;
+    const int other = 2;
+    EXPECT_FALSE(is_refused(state, &record));
+    EXPECT_FALSE(refuse_draws(state, &record));
+    EXPECT_TRUE(is_refused(state, &record));
+    EXPECT_FALSE(is_refused(state, &other));
+    accept_draws(state, &other);
+    EXPECT_TRUE(is_refused(state, &record));
+    accept_draws(state, &record);
+    EXPECT_FALSE(is_refused(state, &record));
+}
+
 TEST_F(BufferStoreTest, is_deleted_with_the_arrays_that_point_into_it) {
     state.context().client_arrays.enable_generic(state.gl, 5, 7, 3);
     take_fake_calls();

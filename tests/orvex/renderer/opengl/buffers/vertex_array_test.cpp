@@ -44,6 +44,17 @@ TEST_F(VertexArrayTest, is_made_anew_for_another_buffer_or_when_it_is_stale) {
     EXPECT_FALSE(stale);
 }
 
+TEST_F(VertexArrayTest, without_a_name_is_not_bound_and_is_tried_again) {
+    const auto gen_arrays = state.gl.glGenVertexArrays;
+    state.gl.glGenVertexArrays = [](GLsizei, GLuint*) {};
+    EXPECT_FALSE(array.bind(9));
+    EXPECT_EQ(take_fake_calls(), Calls());
+    EXPECT_EQ(id, 0U);
+    EXPECT_FALSE(array.is_recorded_here());
+    state.gl.glGenVertexArrays = gen_arrays;
+    EXPECT_TRUE(array.bind(9));
+}
+
 TEST_F(VertexArrayTest, of_a_host_is_never_changed) {
     id = 77;
     EXPECT_FALSE(array.bind(9));

@@ -12,6 +12,10 @@
 ///                                +--------+  allocate, resize_bound: another size
 ///
 /// An unknown size, 0, fits everything: a host made such a buffer, and it isn't touched.
+///
+/// A context without memory may refuse a name. The prepare that needs it is refused then, and the
+/// draw that follows it sends nothing: over buffer 0 the arrays would point into the host's memory.
+/// The next prepare tries again.
 
 #include "orvex/renderer/opengl/gl/private/gl_functions.h"
 
@@ -44,7 +48,8 @@ public:
     void bind() const { gl.glBindBuffer(target, id); }
     void unbind() const { gl.glBindBuffer(target, 0); }
 
-    /// Makes the buffer if there is none, gives it a store and leaves it bound.
+    /// Makes the buffer if there is none, gives it a store and leaves it bound. Without a name for
+    /// it nothing is bound, and it doesn't exist afterwards.
     /// @param data  `wanted` bytes that fill it, or null
     /// @return whether its name is new
     bool allocate(unsigned long wanted, const void* data, GLenum usage);
@@ -67,9 +72,17 @@ private:
 };
 
 /// Makes a buffer that no record holds, with a store, and leaves it bound.
-/// @return its id
+/// @return its id; 0 without memory
 unsigned int create_buffer(const ORVEX_Renderer_OpenGL_Func& gl, GLenum target, const char* use,
                            unsigned long bytes, const void* data, GLenum usage);
+
+/// Lets nothing of a record be drawn until it is prepared again.
+/// @return false
+bool refuse_draws(const GlState& state, const void* record);
+/// Takes that back.
+void accept_draws(const GlState& state, const void* record);
+/// @return whether the record's last prepare failed for want of a buffer
+bool is_refused(const GlState& state, const void* record);
 
 /// Deletes a buffer if there is one, and disables the client arrays that point into it.
 /// @param id  0 afterwards

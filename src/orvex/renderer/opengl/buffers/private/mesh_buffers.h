@@ -173,4 +173,7 @@ const void* face_list(const MeshData& mesh);
 /// the quad edges are what is drawn.
 void upload_quad_edges(const GlState& state, MeshData& mesh);
 
+/// @return whether faces and edges that are there have buffers by now
+bool has_element_buffers(const MeshData& mesh);
+
 } // namespace orvex::mesh_buffers

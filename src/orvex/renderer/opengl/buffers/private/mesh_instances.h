@@ -15,7 +15,8 @@ namespace mesh_buffers {
 
 /// Makes the instance buffer, or makes it anew for another size, and uploads the dirty blocks.
 /// Leaves nothing bound.
-void upload_instances(const GlState& state, MeshData& mesh);
+/// @return false if there is no buffer for the instances that the store has
+bool upload_instances(const GlState& state, MeshData& mesh);
 
 /// Before the vertex array is bound: one that points to other instances than those that are there
 /// by now, or to none, is to be recorded anew.

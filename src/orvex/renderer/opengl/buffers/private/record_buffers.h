@@ -24,7 +24,8 @@ unsigned long record_bytes(const Record& record) {
     return record.num_vertices * sizeof(Vertex);
 }
 
-/// Gives its buffer, which is made if there is none, a store, and leaves it bound.
+/// Gives its buffer, which is made if there is none, a store, and leaves it bound. The context may
+/// have no memory for its name.
 /// @param data  what fills it, or null
 template<class Record>
 void allocate_vertices(const GlState& state, Record& record, unsigned long bytes, const void* data,

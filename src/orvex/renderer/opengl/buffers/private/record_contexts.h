@@ -8,6 +8,7 @@
 /// unless the two share; what it has there takes their place, or nothing, so that it is uploaded
 /// as at its first draw. A change on the CPU is noted for the contexts that it didn't reach yet.
 
+#include "orvex/renderer/opengl/buffers/private/buffer_store.h"
 #include "orvex/renderer/opengl/state/private/gl_state.h"
 
 namespace orvex {
@@ -24,6 +25,7 @@ void enter_context(GlState& state, VertexPoolData& pool);
 template<class Record>
 void begin_other_prepare(GlState& state, Record& record) {
     enter_context(state, record);
+    accept_draws(state, &record);
     // Client arrays would be pointed inside it.
     if (!record.use_generic_vertex_attribs)
         state.release_vertex_array();

@@ -31,12 +31,11 @@ public:
 
     /// Binds it as it is, or makes it, with the buffer bound for the pointers to come.
     /// @param buffer  the record's vertex buffer
-    /// @return true if it was made: its pointers are to be recorded
+    /// @return true if it was made: its pointers are to be recorded. Where the context has no
+    ///         memory for it nothing is bound, and its id stays 0
     bool bind(unsigned int buffer) {
-        if (id == 0 || must_record_anew(buffer)) {
-            make(buffer);
-            return true;
-        }
+        if (id == 0 || must_record_anew(buffer))
+            return make(buffer);
         gl.glBindVertexArray(id);
         return false;
     }
@@ -48,7 +47,7 @@ private:
     bool must_record_anew(unsigned int buffer) const {
         return stale || (recorded_buffer != 0 && recorded_buffer != buffer);
     }
-    void make(unsigned int buffer);
+    bool make(unsigned int buffer);
 
     const ORVEX_Renderer_OpenGL_Func& gl;
     unsigned int& id;

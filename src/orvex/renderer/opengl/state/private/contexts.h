@@ -67,7 +67,8 @@ struct ContextState {
     /// Between its prepare and its finish, unless something else was prepared or finished since: an
     /// indexed draw without its buffers bound would read address zero.
     const MeshData* prepared_mesh = nullptr;
-    unsigned int prepared_elements = 0; ///< element buffer that its prepare left bound
+    unsigned int prepared_elements = 0;   ///< element buffer that its prepare left bound
+    const void* refused_record = nullptr; ///< lacked a buffer in its last prepare: isn't drawn
 };
 
 namespace contexts {
