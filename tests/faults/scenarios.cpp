@@ -41,6 +41,7 @@ const std::vector<Scenario>& all_scenarios() {
         {"sockets", play_sockets},
         {"splines", play_splines},
         {"target", play_target},
+        {"target_kinds", play_target_kinds},
         {"target_samples", play_target_samples},
         {"terrain", play_terrain},
         {"text", play_text},

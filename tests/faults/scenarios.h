@@ -69,6 +69,7 @@ void play_uniform_block(Stage& stage);
 void play_materials(Stage& stage);
 // scenarios/targets.cpp
 void play_target(Stage& stage);
+void play_target_kinds(Stage& stage);
 void play_target_samples(Stage& stage);
 void play_scanner(Stage& stage);
 // scenarios/overlays.cpp

@@ -1,5 +1,7 @@
 // Render targets, and the scanner that reads them.
 
+#include <functional>
+
 #include "../scenarios.h"
 
 namespace orvex_test {
@@ -59,6 +61,32 @@ void play_target_samples(Stage& stage) {
                                                   plain->get_fbo(), target_size, target_size);
     });
     tell_pixels(stage, plain);
+    stage.close();
+}
+
+void play_target_kinds(Stage& stage) {
+    stage.open_window(Path::gl3);
+    RenderTarget* const target =
+        stage.get("create_render_target", [&] { return stage.renderer->create_render_target(); });
+    const int size = target_size;
+    const std::function<bool()> kinds[] = {
+        [&] { return target->create_target_v2(size, size, PF_RGBA_U8, 2, false, true, true, 0); },
+        [&] { return target->create_target_rect(size, size, PF_RGBA_U8, false, true, true, 0); },
+        [&] { return target->create_target_depth(size, size, true, false); },
+        [&] { return target->create_target_depth_rect(size, size, true, false); },
+        [&] {
+            return target->create_render_buffer_target(size, size, PF_RGBA_U8, false, 2, false, 0);
+        },
+    };
+    for (const std::function<bool()>& create : kinds) {
+        stage.get("create", create);
+        stage.tell("it has a frame buffer", target->get_fbo() != 0);
+        stage.frame([&] {
+            fill(stage, target);
+            stage.renderer->clear_color_depth_buffers(0.5f, 0.25f, 0.0f, 1.0f, 1.0f);
+        });
+    }
+    stage.get("kill", [&] { return target->kill(); });
     stage.close();
 }
 

@@ -42,7 +42,9 @@ bool RenderTargetOpenGL::_create_fbo() {
 bool RenderTargetOpenGL::activate() {
     if (!gl || !has_entries(gl->glGenFramebuffers, gl->glBindFramebuffer))
         return false;
-    const bool is_new = fbo == 0 && _create_fbo();
+    const bool is_new = fbo == 0;
+    if (is_new && !_create_fbo())
+        return false;
     gl->glBindFramebuffer(GL_FRAMEBUFFER, fbo);
     if (is_new)
         label(GL_FRAMEBUFFER, fbo, "framebuffer");
@@ -132,6 +134,14 @@ bool RenderTargetOpenGL::check_status(const char* message) {
     char line[128];
     std::snprintf(line, sizeof(line), "%s - FBO creation error: %.4X\r\n", message, status);
     error_str += line;
+    return false;
+}
+
+/// A context without memory gives no name; 0 in its place would be the window's, or a texture that
+/// all share.
+/// @return false
+bool RenderTargetOpenGL::give_up() {
+    error_str += "RenderTargetOpenGL - no memory for a GL object\r\n";
     return false;
 }
 

@@ -68,24 +68,38 @@ void RenderTargetOpenGL::store_depth_texture(GLenum target, int texture_samples)
     store_texture(target, texture_samples, GL_DEPTH_COMPONENT32, GL_DEPTH_COMPONENT, GL_FLOAT);
 }
 
-void RenderTargetOpenGL::make_color_texture(GLenum target, std::size_t index, int texture_samples) {
+bool RenderTargetOpenGL::make_color_texture(GLenum target, std::size_t index, int texture_samples) {
     gl->glActiveTexture(GL_TEXTURE0 + static_cast<GLenum>(index));
     glGenTextures(1, &color_textures[index]);
+    if (color_textures[index] == 0)
+        return give_up();
     glBindTexture(target, color_textures[index]);
     label(GL_TEXTURE, color_textures[index], "color", index);
     if (texture_samples >= 1)
         limit_to_base_level(target);
     store_texture(target, texture_samples, internal_format, format, pixel_type);
     set_sampling(target, color_filter, color_wrap);
+    return true;
 }
 
-void RenderTargetOpenGL::make_depth_texture(GLenum target, int texture_samples) {
+bool RenderTargetOpenGL::make_depth_texture(GLenum target, int texture_samples) {
     glGenTextures(1, &depth_texture);
+    if (depth_texture == 0)
+        return give_up();
     glBindTexture(target, depth_texture);
     label(GL_TEXTURE, depth_texture, "depth");
     limit_to_base_level(target);
     set_sampling(target, depth_filter, depth_wrap);
     store_depth_texture(target, texture_samples);
+    return true;
+}
+
+bool RenderTargetOpenGL::make_textures(GLenum target, int texture_samples) {
+    for (std::size_t i = 0; i < num_color_textures; ++i)
+        if (!make_color_texture(target, i, texture_samples))
+            return false;
+    color_texture = color_textures[0];
+    return make_depth_texture(target, texture_samples);
 }
 
 void RenderTargetOpenGL::attach_textures(GLenum target) const {
@@ -120,11 +134,11 @@ bool RenderTargetOpenGL::_create_target(GLenum target, int new_width, int new_he
     format = static_cast<int>(pixels.format);
     pixel_type = static_cast<int>(pixels.type);
 
-    for (std::size_t i = 0; i < num_color_textures; ++i)
-        make_color_texture(target, i, texture_samples);
-    color_texture = color_textures[0];
-    make_depth_texture(target, texture_samples);
-    activate();
+    const bool has_names = make_textures(target, texture_samples) && (activate() || give_up());
+    if (!has_names) {
+        leave(target);
+        return false;
+    }
     gl->glBindFramebuffer(GL_FRAMEBUFFER, fbo);
     attach_textures(target);
     const bool complete = check_status("RenderTargetOpenGL");
@@ -178,13 +192,18 @@ bool RenderTargetOpenGL::_create_target_depth(GLenum target, int new_width, int 
 
     gl->glActiveTexture(GL_TEXTURE0);
     glGenTextures(1, &depth_texture);
+    if (depth_texture == 0)
+        return give_up();
     glBindTexture(target, depth_texture);
     label(GL_TEXTURE, depth_texture, "depth");
     store_depth_texture(target, 0);
     set_sampling(target, depth_filter, depth_wrap);
     // It goes to the unit's 2D texture, also for a rectangle.
     glTexParameteri(GL_TEXTURE_2D, GL_DEPTH_TEXTURE_MODE, GL_LUMINANCE);
-    activate();
+    if (!activate()) {
+        leave(target);
+        return give_up();
+    }
     gl->glBindFramebuffer(GL_FRAMEBUFFER, fbo);
     gl->glFramebufferTexture2D(GL_FRAMEBUFFER, GL_DEPTH_ATTACHMENT, target, depth_texture, 0);
     glDrawBuffer(GL_NONE);
@@ -240,15 +259,21 @@ void RenderTargetOpenGL::store_render_buffer(unsigned int id, GLenum internal) c
     gl->glRenderbufferStorageMultisample(GL_RENDERBUFFER, samples, internal, width, height);
 }
 
-void RenderTargetOpenGL::make_render_buffers() {
+bool RenderTargetOpenGL::make_render_buffers() {
     gl->glGenRenderbuffers(static_cast<GLsizei>(num_render_buffers), render_buffers);
+    if (std::find(render_buffers, render_buffers + num_render_buffers, 0U) !=
+        render_buffers + num_render_buffers)
+        return give_up();
     for (std::size_t i = 0; i < num_render_buffers; ++i) {
         store_render_buffer(render_buffers[i], static_cast<GLenum>(internal_format));
         label(GL_RENDERBUFFER, render_buffers[i], "color", i);
     }
     gl->glGenRenderbuffers(1, &depth_render_buffer);
+    if (depth_render_buffer == 0)
+        return give_up();
     store_render_buffer(depth_render_buffer, GL_DEPTH_COMPONENT);
     label(GL_RENDERBUFFER, depth_render_buffer, "depth");
+    return true;
 }
 
 void RenderTargetOpenGL::attach_render_buffers() const {
@@ -272,8 +297,9 @@ bool RenderTargetOpenGL::create_render_buffer_target(int new_width, int new_heig
     samples = std::min(new_samples, max_samples());
     num_render_buffers = std::min<unsigned long>(num_buffers, max_colors);
 
-    make_render_buffers();
-    _create_fbo();
+    const bool has_names = make_render_buffers() && (_create_fbo() || give_up());
+    if (!has_names)
+        return false;
     gl->glBindFramebuffer(GL_FRAMEBUFFER, fbo);
     label(GL_FRAMEBUFFER, fbo, "framebuffer");
     attach_render_buffers();

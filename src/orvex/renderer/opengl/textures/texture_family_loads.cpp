@@ -20,23 +20,29 @@ bool TextureFamily::can_load(const TextureData* texture) const {
            (!texture->gen_mipmaps || texture->type == TEXTURE_TYPE_1D || gl.glGenerateMipmap);
 }
 
-void TextureFamily::start_load(TextureData* texture, GLenum target, unsigned long unit) {
+bool TextureFamily::start_load(TextureData* texture, GLenum target, unsigned long unit) {
     // What a failed load left behind goes; an id that somebody else made isn't ours to delete.
     if (texture->opengl_texture_id_generated && texture->opengl_texture_id != 0)
         glDeleteTextures(1, &texture->opengl_texture_id);
+    texture->opengl_texture_id = 0;
 
     // A new texture on the unit, or on the last one there is
     RendererOpenGLCtx& ctx = state.ctx;
     const unsigned long last = ctx.num_texture_units > 0 ? ctx.num_texture_units - 1 : 0;
     units.activate(std::min(unit, last));
     glGenTextures(1, &texture->opengl_texture_id);
-    texture->opengl_texture_id_generated = true;
+    texture->opengl_texture_id_generated = texture->opengl_texture_id != 0;
     texture->opengl_texture_id_borrowed = false;
+    if (texture->opengl_texture_id == 0) {
+        state.k_log_error("texture loading failed (no memory for a GL object)");
+        return false;
+    }
     glBindTexture(target, texture->opengl_texture_id);
     label_gl_object(gl, GL_TEXTURE, texture->opengl_texture_id, "texture");
     ctx.set_texture_unit(unit, texture->opengl_texture_id);
     texture->renderer_id = state.renderer_id();
     glTexParameterf(target, GL_TEXTURE_MAX_ANISOTROPY_EXT, texture->anisotropy);
+    return true;
 }
 
 namespace {
@@ -115,7 +121,8 @@ bool TextureFamily::load_1d(TextureData* texture, unsigned long unit) {
     if (!can_load(texture) || !pixels.has(width, 1))
         return false;
 
-    start_load(texture, GL_TEXTURE_1D, unit);
+    if (!start_load(texture, GL_TEXTURE_1D, unit))
+        return false;
     glPixelStorei(GL_UNPACK_ALIGNMENT, unpack_alignment(width));
     glTexImage1D(GL_TEXTURE_1D, 0, pixels.gl.internal_format, static_cast<GLsizei>(width), 0,
                  pixels.gl.format, pixels.gl.type, pixels.data);
@@ -148,7 +155,8 @@ bool TextureFamily::load_2d(TextureData* texture, unsigned long unit) {
     if (!can_load(texture) || !pixels.has(width, height))
         return false;
 
-    start_load(texture, GL_TEXTURE_2D, unit);
+    if (!start_load(texture, GL_TEXTURE_2D, unit))
+        return false;
     glPixelStorei(GL_UNPACK_ALIGNMENT, unpack_alignment(width));
     glTexImage2D(GL_TEXTURE_2D, 0, pixels.gl.internal_format, static_cast<GLsizei>(width),
                  static_cast<GLsizei>(height), 0, pixels.gl.format, pixels.gl.type, pixels.data);
@@ -186,7 +194,8 @@ bool TextureFamily::load_cube(TextureData* texture, unsigned long unit) {
         return false;
 
     // A face without pixels ends the load; the next one deletes what this one has made.
-    start_load(texture, GL_TEXTURE_CUBE_MAP, unit);
+    if (!start_load(texture, GL_TEXTURE_CUBE_MAP, unit))
+        return false;
     for (int face = 0; face < num_cube_faces; ++face)
         if (!load_cube_face(texture, static_cast<CUBEMAP_FACE>(face)))
             return false;

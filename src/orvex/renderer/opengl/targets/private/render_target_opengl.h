@@ -82,12 +82,14 @@ private:
                        GLint type) const;
     void store_depth_texture(GLenum target, int texture_samples) const;
     void store_render_buffer(unsigned int id, GLenum internal) const;
-    void make_color_texture(GLenum target, std::size_t index, int texture_samples);
-    void make_depth_texture(GLenum target, int texture_samples);
+    bool make_color_texture(GLenum target, std::size_t index, int texture_samples);
+    bool make_depth_texture(GLenum target, int texture_samples);
     void attach_textures(GLenum target) const;
-    void make_render_buffers();
+    bool make_render_buffers();
     void attach_render_buffers() const;
+    bool make_textures(GLenum target, int texture_samples);
     bool check_status(const char* message);
+    bool give_up();
     void leave(GLenum target);
     void delete_render_buffers();
     void resize_render_buffers() const;

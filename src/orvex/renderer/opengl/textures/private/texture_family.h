@@ -99,7 +99,7 @@ public:
 private:
     bool has_object_here(const TextureData& texture) const;
     bool can_load(const TextureData* texture) const;
-    void start_load(TextureData* texture, GLenum target, unsigned long unit);
+    bool start_load(TextureData* texture, GLenum target, unsigned long unit);
     void make_mipmaps(const TextureData* texture, GLenum target) const;
     void set_up_2d_levels(const TextureData* texture) const;
 
