@@ -170,7 +170,8 @@ sockaddr* generic(sockaddr_in* address) {
     return reinterpret_cast<sockaddr*>(address);
 }
 
-std::uint16_t bound_port(int fd) {
+/// The port that a descriptor was bound to; 0 if the system doesn't tell.
+unsigned short bound_port(int fd) {
     sockaddr_in address{};
     socklen_t size = sizeof address;
     if (::getsockname(fd, generic(&address), &size) != 0)
@@ -180,12 +181,15 @@ std::uint16_t bound_port(int fd) {
 
 bool bind_to(Socket* socket, std::uint32_t host, unsigned short port) {
     sockaddr_in address = address_at(host, port);
-    if (::bind(descriptor_of(socket), generic(&address), sizeof address) != 0) {
+    const bool is_bound = ::bind(descriptor_of(socket), generic(&address), sizeof address) == 0;
+    const unsigned short bound = is_bound && port == 0 ? bound_port(socket->fd) : port;
+    // A port that nobody knows can't be told to anybody.
+    if (!is_bound || bound == 0) {
         log().tracef_error("orvex::SocketCore::bind_socket() - bind socket %d to port %d failed.",
                            socket->fd, port);
         return false;
     }
-    socket->local.port = port != 0 ? port : bound_port(socket->fd);
+    socket->local.port = bound;
     log().tracef_debug("orvex::SocketCore::bind_socket() - bind socket %d to port %d ok.",
                        socket->fd, port);
     return true;

@@ -69,7 +69,7 @@ public:
     /// Binds the socket to a port on every address of the machine.
     /// @param addr  `port` alone counts; 0 lets the system choose, and `socket->local.port` tells
     ///              what it chose. The log shows the port asked for.
-    /// @return false for null, and with an error line if the port can't be had
+    /// @return false for null, and with an error line if the port can't be had, or isn't told
     virtual bool bind_socket(Socket* socket, SockAddr* addr);
 
     /// Lets connections come in.
