@@ -10,6 +10,7 @@
 
 #include "orvex/base/global_id.h"
 #include "orvex/base/log_mgr.h"
+#include "orvex/base/private/memory_out.h"
 #include "orvex/base/private/misuse.h"
 #include "orvex/network/private/tcp_server_data.h"
 #include "orvex/platform/private/threads.h"
@@ -214,14 +215,16 @@ bool TcpServer::send_stop_message() {
         address = data->server_socket->local;
     }
     // Without a descriptor for it there is none to wait for, or too many connections were left
-    // open.
-    const auto new_socket = [&core] {
-        return OwnSocket(core->create_socket(SOCKET_TYPE_STREAM, SOCKET_PROTOCOL_TCP),
-                         {core.get()});
+    // open. A callback may ask, so that want of memory may not throw either.
+    OwnSocket socket(nullptr, {core.get()});
+    const auto make_socket = [&core, &socket] {
+        return or_false([&] {
+            socket.reset(core->create_socket(SOCKET_TYPE_STREAM, SOCKET_PROTOCOL_TCP));
+            return socket != nullptr;
+        });
     };
-    OwnSocket socket = new_socket();
-    if (!socket && data->give_one_up(*core))
-        socket = new_socket();
+    if (!make_socket() && data->give_one_up(*core))
+        make_socket();
     if (!socket && !data->starves)
         return false;
     data->stop_requested = true;

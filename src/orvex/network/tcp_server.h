@@ -128,13 +128,13 @@ public:
     /// Serves messages until it is stopped; see the class.
     ///
     /// A connection that closes without having sent anything is left open, until the end of the
-    /// server, unless `close_unserved_connections` is on. Throws nothing of its own once it
-    /// listens; what a callback throws passes through.
+    /// server, unless `close_unserved_connections` is on. Throws nothing of its own; what a
+    /// callback throws passes through.
     /// @param port  0 to 65,535; 0 lets the system choose, and the log shows its choice with the
     ///              line of `SocketCore::listen_socket`
     /// @return true after a stop text, when the listener is closed; false after
     ///         `send_stop_message`, when it stays open, and with an error line if the port can't be
-    ///         had
+    ///         had, or the memory for it
     bool run(unsigned short port);
 
     /// Hands out connections until it is stopped; see the class. It serves only with
@@ -191,9 +191,9 @@ public:
     /// Ends the connections of `run_v2`'s client threads and lets `run` or `run_v2` return false: a
     /// connection of its own wakes them, and a client that is waited for is shut down. No bytes are
     /// sent. Takes less than a second, from any thread, a callback's included.
-    /// @return false without a `SocketCore`, without a listener, and if there is no socket to
-    ///         connect with, which changes nothing else: it can be tried again. A server that has
-    ///         no descriptor for its next client needs none for this either
+    /// @return false without a `SocketCore`, without a listener, and if there is no socket, or no
+    ///         memory for one, to connect with, which changes nothing else: it can be tried again.
+    ///         A server that has no descriptor for its next client needs none for this either
     bool send_stop_message();
 
 private:

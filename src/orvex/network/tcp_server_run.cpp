@@ -8,7 +8,7 @@
 /// it after.
 ///
 /// Memory that runs out costs the client that it was needed for, never the server: nothing but a
-/// callback throws out of the loops.
+/// callback throws out of `run` and `run_v2`.
 
 #include "orvex/network/tcp_server.h"
 
@@ -33,13 +33,14 @@ public:
     Service(TcpServer* server, TcpServerData& data, unsigned short port);
 
     /// @return false if there is no listener
-    bool begin();
+    bool begin_or_tell();
     bool run();
     bool run_v2();
 
 private:
     using Message = std::unique_ptr<unsigned char[]>;
 
+    bool begin();
     OwnSocket next_client();
     int peek(Socket* client);
     bool show_peeked(TcpServerClientThreadData* peeked);
@@ -61,12 +62,12 @@ private:
 
 bool TcpServer::run(unsigned short port) {
     TcpServerData::Service service(this, *data, port);
-    return service.begin() && service.run();
+    return service.begin_or_tell() && service.run();
 }
 
 bool TcpServer::run_v2(unsigned short port) {
     TcpServerData::Service service(this, *data, port);
-    return service.begin() && service.run_v2();
+    return service.begin_or_tell() && service.run_v2();
 }
 
 TcpServer::TcpServerData::Service::Service(TcpServer* server, TcpServerData& data,
@@ -74,6 +75,15 @@ TcpServer::TcpServerData::Service::Service(TcpServer* server, TcpServerData& dat
     : server(server)
     , data(data)
     , port(port) {}
+
+/// A thread of the host's runs nothing else: what is thrown there ends the process.
+bool TcpServer::TcpServerData::Service::begin_or_tell() {
+    return or_undo([this] { return begin(); },
+                   [] {
+                       LogMgr::get()->trace_error(
+                           "orvex::TcpServer::run() - unable to create a TCP socket.");
+                   });
+}
 
 /// The listener and the flags change together: a stop that is asked for from now on must not be
 /// lost.
