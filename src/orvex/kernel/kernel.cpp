@@ -45,6 +45,7 @@ bool Kernel::start() {
     log->tracef_debug("%s v%d.%d.%d (codename: %s) is starting up...", engine_name, version_major,
                       version_minor, version_patch, codename);
     init_platform_information();
+    NewPlugins plugins;
     load_core_plugins();
     GpuProgramMgr::get()->start(nullptr);
     MaterialMgr::get()->start(nullptr);
@@ -52,7 +53,7 @@ bool Kernel::start() {
     TextureMgr::get()->register_all_image_codec_plugins();
     log->tracef_debug("%s started up ok.", engine_name);
     started = true;
-    return true;
+    return plugins.keep();
 }
 
 namespace {

@@ -24,10 +24,25 @@
 
 namespace orvex {
 
+NewPlugins::NewPlugins()
+    : num_before(PluginMgr::get()->get_num_plugins()) {}
+
+NewPlugins::~NewPlugins() {
+    // The registry drops the entry of a plugin that ends.
+    const PluginMgr* const registry = PluginMgr::get();
+    while (!is_kept && registry->get_num_plugins() > num_before) {
+        Plugin* const newest = registry->get_plugin_by_index(registry->get_num_plugins() - 1);
+        newest->stop();
+        newest->terminate();
+        newest->release();
+    }
+}
+
 bool Kernel::load_core_plugins() {
+    NewPlugins plugins;
     load_core_image_codec_plugins();
     load_core_loader3d_plugins();
-    return true;
+    return plugins.keep();
 }
 
 namespace {

@@ -66,6 +66,8 @@ bool TextureMgr::register_image_codec_plugin(ImageCodec* codec) {
 unsigned long TextureMgr::register_all_image_codec_plugins() {
     unsigned long registered = 0;
     const PluginMgr* const plugins = PluginMgr::get();
+    // All of them, or none if there is no memory.
+    data->image_codecs.reserve(data->image_codecs.size() + plugins->get_num_plugins());
     for (unsigned long i = 0; i < plugins->get_num_plugins(); ++i) {
         const Plugin* const plugin = plugins->get_plugin_by_index(i);
         if (plugin->get_type() == PLUGIN_TYPE_IMAGE_CODEC &&
