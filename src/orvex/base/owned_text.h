@@ -26,6 +26,10 @@ public:
     ~OwnedText() = default;
     OwnedText(const OwnedText&) = delete;
     OwnedText& operator=(const OwnedText&) = delete;
+    /// Takes the text of another one over, which is absent then.
+    OwnedText(OwnedText&&) = default;
+    /// The same, in place of its own.
+    OwnedText& operator=(OwnedText&&) = default;
 
     /// Returns the text, or null when it is absent. Valid until the next change.
     const char* get() const { return copy.get(); }

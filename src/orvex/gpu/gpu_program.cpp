@@ -6,6 +6,7 @@
 
 #include <cstring>
 #include <string>
+#include <utility>
 
 #include "orvex/base/log_mgr.h"
 #include "orvex/base/private/misuse.h"
@@ -81,12 +82,15 @@ bool GpuProgram::shader_load_from_memory(Renderer* renderer, GPU_SHADER_TYPE typ
     if (type < 0 || type >= GPU_SHADER_TYPE_COUNT)
         return misuse("GpuProgram::shader_load_from_memory", "a stage outside 0 to 7");
 
-    // The source of a stage is kept once it compiled, so that a host can show what runs.
+    // The source of a stage is kept once it compiled, so that a host can show what runs. Its memory
+    // comes first: a stage that is loaded twice would link against itself.
+    OwnedText kept;
+    kept.assign(source, size);
     const DebugName name(*this);
     data->shader_loaded[type] =
         renderer->gpu_program_load_shader_from_memory(data.get(), type, source, size);
     if (data->shader_loaded[type]) {
-        data->shader_source[type].assign(source, size);
+        data->shader_source[type] = std::move(kept);
         return true;
     }
     if (const char* const log = data->get_shader_info_log(type)) {
