@@ -3,6 +3,7 @@
 /// x y z u v. A line "texture <name>" gives the model its picture, "#" starts a comment.
 
 #include <fstream>
+#include <memory>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -83,6 +84,12 @@ bool fill(orvex::Mesh& mesh, const std::vector<Corner>& corners) {
     return true;
 }
 
+/// Ends a mesh that the model didn't get.
+struct MeshRelease {
+    void operator()(orvex::Mesh* mesh) const { mesh->release(nullptr, nullptr); }
+};
+using OwnMesh = std::unique_ptr<orvex::Mesh, MeshRelease>;
+
 class SoupLoader : public orvex::Loader3D {
 public:
     SoupLoader() {
@@ -92,21 +99,20 @@ public:
         set_type(orvex::PLUGIN_TYPE_LOADER_3D);
     }
 
-    // Everything that can fail comes before the model is touched: a loader that returns false
-    // leaves nothing behind.
+    // Everything that can fail comes before the model is touched: a loader that returns false, or
+    // whose memory runs out, leaves nothing behind.
     bool load_from_file(orvex::Model* model, const char* filename) override {
         Soup soup;
         if (!model || !filename || !read_soup(std::string(get_model_dir()) + filename, soup))
             return false;
-        orvex::Mesh* const mesh = model->create_mesh();
+        OwnMesh mesh(model->create_mesh());
         mesh->set_name(filename);
-        if (!fill(*mesh, soup.corners)) {
-            mesh->release(nullptr, nullptr);
+        if (!fill(*mesh, soup.corners))
             return false;
-        }
         if (!soup.texture.empty())
             mesh->add_material(make_material(filename, get_resource_dir() + soup.texture), nullptr);
-        model->add_child(mesh);
+        model->add_child(mesh.get());
+        mesh.release(); // the model's from here on
         return true;
     }
 };
