@@ -60,7 +60,8 @@ public:
     /// @return false, with nothing added to the model and to `MaterialMgr` and nothing logged, if
     /// the
     ///         file can't be read, or needs more memory than there is; `get_failure_reason` then
-    ///         tells which. A mesh that can't be built is left out, and the load still succeeds.
+    ///         tells which. A mesh without a face or with fewer than three vertices is left out,
+    ///         and the load still succeeds; one that finds no memory fails it.
     bool load_from_file(Model* model, const char* filename) override;
 
     /// @name The steps of a load
@@ -80,7 +81,9 @@ public:
     /// Nothing happens if the node shows no mesh, or one without vertices.
     void write_mesh(Lib3dsFile* file, Lib3dsMeshInstanceNode* node);
 
-    /// Makes all materials and meshes, and adds them to the model. @return false on null
+    /// Makes all materials and meshes, and adds them to the model. Meshes of fewer than three
+    /// vertices or without faces are left out.
+    /// @return false on null, and if memory runs out for a mesh: those before it were added
     bool build_model(Model* model);
     /// Makes one material and adds it to the model, or adds the one that has the name already.
     /// @return false if either is null
