@@ -168,6 +168,12 @@ bool is_to_fail(FaultKind kind, const char* function, const void* return_address
     return true;
 }
 
+bool is_tinyxml(const void* address) {
+    Dl_info info{};
+    return address && dladdr(address, &info) && info.dli_fname &&
+           std::strstr(info.dli_fname, "libtinyxml2");
+}
+
 const char* place_text(const void* address) {
     static char text[512];
     Dl_info info{};

@@ -73,6 +73,10 @@ void forget_gl_objects();
 /// The kinds of OpenGL objects that are left, as text.
 const char* names_of_gl_objects();
 
+/// Whether an address lies in TinyXML-2, which loses a block of its own when its list of blocks
+/// finds no memory to grow.
+bool is_tinyxml(const void* address);
+
 /// An address as library and offset, for addr2line.
 const char* place_text(const void* address);
 
