@@ -24,7 +24,8 @@ constexpr unsigned long max_texts = 512;
 Font::Font()
     : state(std::make_unique<State>()) {
     set_type(NODE_TYPE_FONT);
-    state->bm_data.alloc_strings(max_texts);
+    if (!state->bm_data.alloc_strings(max_texts))
+        throw std::bad_alloc();
     state->bm_mesh = new Mesh;
 }
 

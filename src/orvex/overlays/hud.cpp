@@ -15,6 +15,7 @@
 #include "orvex/overlays/private/overlay_program.h"
 #include "orvex/renderer/renderer.h"
 #include "orvex/scene/camera.h"
+#include "orvex/scene/private/fresh_node.h"
 #include "orvex/scene/private/weak_node.h"
 
 namespace orvex::aux {
@@ -87,15 +88,18 @@ bool Hud::make_program(Renderer& renderer) {
     return true;
 }
 
-void Hud::make_quad() {
+bool Hud::make_quad() {
     if (data->quad)
-        return;
-    data->quad = new MeshQuad;
-    data->quad->set_vertex_alloc_params(false, 0);
-    data->quad->set_build_params(2.0f, 2.0f);
-    data->quad->build(nullptr);
-    data->quad->set_use_gl2_vertex_array_state(data->gl2, nullptr);
-    data->quad->set_use_fixed_mvp_matrices_state(data->gl2, nullptr);
+        return true;
+    Fresh<MeshQuad> quad = make_fresh<MeshQuad>();
+    quad->set_vertex_alloc_params(false, 0);
+    quad->set_build_params(2.0f, 2.0f);
+    if (!quad->build(nullptr))
+        return false;
+    quad->set_use_gl2_vertex_array_state(data->gl2, nullptr);
+    quad->set_use_fixed_mvp_matrices_state(data->gl2, nullptr);
+    data->quad = quad.release();
+    return true;
 }
 
 namespace {
@@ -119,9 +123,9 @@ void Hud::render(Renderer* renderer, Texture* texture, int x, int y, int width, 
     if (!renderer || !texture)
         return;
     make_camera(x, y, width, height);
-    if (!make_program(*renderer))
+    // What finds no memory is made by the next draw.
+    if (!make_program(*renderer) || !make_quad())
         return;
-    make_quad();
 
     // The viewport is the host's and comes back at the end; the other states have fixed ends.
     int saved_x = 0;

@@ -81,7 +81,7 @@ private:
 
     bool make_program(Renderer& renderer);
     void make_camera(int x, int y, int width, int height);
-    void make_quad();
+    bool make_quad();
 
     std::unique_ptr<HudData> data;
 };

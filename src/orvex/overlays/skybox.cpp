@@ -4,6 +4,8 @@
 
 #include "orvex/overlays/skybox.h"
 
+#include <new>
+
 #include "orvex/assets/textures/texture.h"
 #include "orvex/assets/textures/texture_mgr.h"
 #include "orvex/geometry/shapes/mesh_quad.h"
@@ -35,7 +37,9 @@ Skybox::Skybox()
     set_type(NODE_TYPE_SKYBOX);
     Fresh<MeshQuad> quad = make_fresh<MeshQuad>();
     quad->set_build_params(800.0f, 600.0f);
-    quad->build(nullptr);
+    // Without its quad it would never be seen.
+    if (!quad->build(nullptr))
+        throw std::bad_alloc();
     quad->add_ref();
     data->quad.set(quad.release());
 }

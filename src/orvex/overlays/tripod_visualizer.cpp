@@ -12,6 +12,7 @@
 #include "orvex/overlays/private/overlay_program.h"
 #include "orvex/renderer/renderer.h"
 #include "orvex/scene/camera.h"
+#include "orvex/scene/private/fresh_node.h"
 #include "orvex/scene/private/weak_node.h"
 #include "orvex/scene/tripod.h"
 
@@ -69,14 +70,15 @@ void set_axis(Polyline& polyline, unsigned long line, const vec4& end, const vec
 void TripodVisualizerData::make_polyline() {
     if (polyline)
         return;
-    polyline = new Polyline;
-    polyline->set_opengl_2_3_rendering_states(!is_gl3, nullptr);
-    polyline->initialize(6, LINE_RENDER_MODE_LINES);
+    Fresh<Polyline> axes = make_fresh<Polyline>();
+    axes->set_opengl_2_3_rendering_states(!is_gl3, nullptr);
+    axes->initialize(6, LINE_RENDER_MODE_LINES);
     for (unsigned long line = 0; line < 3; ++line) {
         const vec4 direction(line == 0 ? 1.0f : 0.0f, line == 1 ? 1.0f : 0.0f,
                              line == 2 ? 1.0f : 0.0f, 1.0f);
-        set_axis(*polyline, line, direction, direction);
+        set_axis(*axes, line, direction, direction);
     }
+    polyline = axes.release();
 }
 
 bool TripodVisualizer::init(Renderer* renderer) {

@@ -193,7 +193,7 @@ void play_splines(Stage& stage) {
                   [&] { spline->add_keyframe(time, time - 2.5f, std::sin(time), 0.0f); });
     }
     float xyz[3] = {};
-    spline->get_value(2.5f, xyz);
+    stage.run("get_value", [&] { spline->get_value(2.5f, xyz); });
     stage.tell("x", xyz[0]);
     GpuProgram* const program = stage.make_normal_program();
     Camera* const camera = stage.make_camera();

@@ -33,6 +33,7 @@ struct MiniSpline::MiniSplineData {
         polyline = nullptr;
     }
 
+    void refresh_keys();
     void make_polyline(Renderer* renderer);
     void fill_polyline(Renderer* renderer, MiniSpline& spline);
 };
@@ -73,19 +74,22 @@ bool MiniSpline::set_keyframe(unsigned long i, float time, float x, float y, flo
     return true;
 }
 
+void MiniSpline::MiniSplineData::refresh_keys() {
+    if (keys_need_resize)
+        flat_keys = std::make_unique<vec4[]>(keyframes.size());
+    keys_need_resize = false;
+    if (!keys_need_update)
+        return;
+    for (unsigned long i = 0; i < keyframes.size(); ++i)
+        flat_keys[i] = *keyframes[i];
+    keys_need_update = false;
+}
+
 void MiniSpline::get_value(float t, float* xyz) {
     if (!xyz)
         return;
     const unsigned long count = data->keyframes.size();
-    if (data->keys_need_resize) {
-        data->keys_need_resize = false;
-        data->flat_keys = std::make_unique<vec4[]>(count);
-    }
-    if (data->keys_need_update) {
-        data->keys_need_update = false;
-        for (unsigned long i = 0; i < count; ++i)
-            data->flat_keys[i] = *data->keyframes[i];
-    }
+    data->refresh_keys();
     eval_spline(count > 0 ? &data->flat_keys[0].x : nullptr, static_cast<int>(count), 3, t, xyz);
 }
 
@@ -137,20 +141,31 @@ void MiniSpline::eval_spline(const float* keys, int num_keys, int dims, float t,
     }
 }
 
+namespace {
+
+struct EndPolyline {
+    void operator()(Polyline* line) const { line->release(nullptr, nullptr); }
+};
+
+} // namespace
+
 /// The GPU buffer is there from the first preparation on, so that it can be mapped.
 void MiniSpline::MiniSplineData::make_polyline(Renderer* renderer) {
-    polyline = new Polyline;
-    polyline->free_polyline_data();
-    polyline->alloc_vertex_data(num_render_points);
-    polyline->render_geometry_prepare(renderer);
-    polyline->render_geometry_finish(renderer);
+    std::unique_ptr<Polyline, EndPolyline> line(new Polyline);
+    line->free_polyline_data();
+    line->alloc_vertex_data(num_render_points);
+    line->render_geometry_prepare(renderer);
+    line->render_geometry_finish(renderer);
+    polyline = line.release();
 }
 
 void MiniSpline::MiniSplineData::fill_polyline(Renderer* renderer, MiniSpline& spline) {
-    polyline_need_update = false;
+    // Before the buffer is mapped, which it would stay if memory ran out then.
+    refresh_keys();
     auto* const vertices = static_cast<Vertex*>(polyline->map_vertex_buffer(renderer));
     if (!vertices)
         return;
+    polyline_need_update = false;
     for (unsigned long i = 0; i < num_render_points; ++i) {
         vec3 point;
         spline.get_value(static_cast<float>(i) / static_cast<float>(num_render_points), &point.x);
