@@ -7,6 +7,7 @@ namespace orvex_test {
 const std::vector<Scenario>& all_scenarios() {
     static const std::vector<Scenario> scenarios = {
         {"axes", play_axes},
+        {"context", play_context, Quiet::nothing, true},
         {"core", play_core},
         {"frame_gl2", play_frame_gl2},
         {"frame_gl3", play_frame_gl3},

@@ -31,6 +31,7 @@ std::string example_data(const char* name);
 std::string scratch_file(const char* name);
 
 // scenarios/engine.cpp
+void play_context(Stage& stage);
 void play_core(Stage& stage);
 void play_window(Stage& stage);
 void play_renderer_gl2(Stage& stage);

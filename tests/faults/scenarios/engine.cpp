@@ -16,6 +16,24 @@ void play_core(Stage& stage) {
     std::remove(log.c_str());
 }
 
+void play_context(Stage& stage) {
+    stage.start_engine();
+    stage.renderer = stage.get("load_core_opengl_renderer_plugin", [] {
+        return Kernel::get()->load_core_opengl_renderer_plugin(true);
+    });
+    stage.get("Renderer::initialize", [&] { return stage.renderer->initialize(); });
+    stage.window =
+        stage.get("create_render_window", [&] { return stage.renderer->create_render_window(); });
+    stage.get("RenderWindow::initialize", [&] {
+        return stage.window->initialize(nullptr, nullptr, 32, 16, "", nullptr, nullptr);
+    });
+    stage.tell("width", stage.window->get_width());
+    stage.get("terminate", [&] { return stage.window->terminate(); });
+    stage.run("kill_all_render_windows", [&] { stage.renderer->kill_all_render_windows(); });
+    stage.renderer = nullptr; // it wasn't started, and has nothing to stop
+    stage.close();
+}
+
 void play_window(Stage& stage) {
     stage.open_window(Path::gl3);
     RenderWindow* const second =

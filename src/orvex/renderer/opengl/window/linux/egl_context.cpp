@@ -168,20 +168,49 @@ EglOwnContext::EglOwnContext(EGLDisplay display, EGLConfig config, EGLContext co
     contexts::made(context, share ? share->get_context() : nullptr);
 }
 
+namespace {
+
+/// A surface and its context, which end with it unless they are taken over: memory may run out on
+/// the way.
+struct EglHandles {
+    explicit EglHandles(EGLDisplay display)
+        : display(display) {}
+    EglHandles(const EglHandles&) = delete;
+    EglHandles& operator=(const EglHandles&) = delete;
+    ~EglHandles() {
+        if (context != EGL_NO_CONTEXT)
+            eglDestroyContext(display, context);
+        if (surface != EGL_NO_SURFACE)
+            eglDestroySurface(display, surface);
+    }
+
+    void release() {
+        surface = EGL_NO_SURFACE;
+        context = EGL_NO_CONTEXT;
+    }
+
+    EGLDisplay display;
+    EGLSurface surface = EGL_NO_SURFACE;
+    EGLContext context = EGL_NO_CONTEXT;
+};
+
+} // namespace
+
 std::unique_ptr<EglOwnContext> EglOwnContext::create(EGLDisplay display, EGLConfig config,
                                                      const ContextRequest& request) {
     const auto* share = dynamic_cast<EglAnyContext*>(request.share);
-    const EGLSurface surface = create_surface(display, config, request);
-    if (surface == EGL_NO_SURFACE)
+    EglHandles made(display);
+    made.surface = create_surface(display, config, request);
+    if (made.surface == EGL_NO_SURFACE)
         return nullptr;
-    const EGLContext context = create_native_context(
-        display, config, share ? share->get_context() : EGL_NO_CONTEXT, request);
-    if (context == EGL_NO_CONTEXT) {
-        eglDestroySurface(display, surface);
+    made.context = create_native_context(display, config,
+                                         share ? share->get_context() : EGL_NO_CONTEXT, request);
+    if (made.context == EGL_NO_CONTEXT)
         return nullptr;
-    }
-    return std::unique_ptr<EglOwnContext>(
-        new EglOwnContext(display, config, context, surface, request));
+    std::unique_ptr<EglOwnContext> own(
+        new EglOwnContext(display, config, made.context, made.surface, request));
+    made.release();
+    return own;
 }
 
 std::unique_ptr<EglOwnContext> EglOwnContext::create(EGLDisplay display,
