@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <string>
 #include <thread>
+#include <type_traits>
 
 #include <gtest/gtest.h>
 
@@ -48,6 +49,32 @@ protected:
                GetParam().format == VERTEX_FORMAT_PHYSX_CLOTH;
     }
 
+    /// The separate arrays of a format carry the locations of the store.
+    template<class Store>
+    static void expect_arrays_of(MeshData& store) {
+        const auto& own = static_cast<Store&>(store);
+        EXPECT_EQ(own.position.attrib_location, store.get_position_attrib_location());
+        EXPECT_EQ(own.normal.attrib_location, store.get_normal_attrib_location());
+        EXPECT_EQ(own.uv0.attrib_location, store.get_uv0_attrib_location());
+        if constexpr (!std::is_same_v<Store, MeshData_32>) {
+            EXPECT_EQ(own.color.attrib_location, store.get_color_attrib_location());
+            EXPECT_EQ(own.tangent.attrib_location, store.get_tangent_attrib_location());
+        }
+    }
+
+    static void expect_arrays_at_their_locations(MeshData& store) {
+        switch (GetParam().format) {
+        case VERTEX_FORMAT_96:
+            return expect_arrays_of<MeshData>(store);
+        case VERTEX_FORMAT_64:
+            return expect_arrays_of<MeshData_64>(store);
+        case VERTEX_FORMAT_32:
+            return expect_arrays_of<MeshData_32>(store);
+        case VERTEX_FORMAT_PHYSX_CLOTH:
+            return expect_arrays_of<MeshData_PhysXCloth>(store);
+        }
+    }
+
     std::unique_ptr<MeshData> store;
 };
 
@@ -83,6 +110,7 @@ TEST_P(MeshDataLayouts, starts_as_the_documented_empty_store) {
     EXPECT_EQ(fresh->get_uv0_attrib_location(), 3);
     EXPECT_EQ(fresh->get_uv1_attrib_location(), has_uv1() ? 4 : -1);
     EXPECT_EQ(fresh->get_tangent_attrib_location(), has_color() ? 5 : -1);
+    expect_arrays_at_their_locations(*fresh);
     EXPECT_EQ(fresh->instance_positions.attrib_location, 6);
     EXPECT_EQ(fresh->instance_rotations.attrib_location, 7);
     EXPECT_EQ(fresh->instance_scales.attrib_location, 8);
