@@ -1,15 +1,19 @@
-// Numbers of a text: the common forms by exact arithmetic on plain digits, every other form by the
-// C library's own reading of the same bytes.
+// Numbers of a text: the common forms by exact arithmetic on plain digits, longer ones by the
+// standard library's conversion, every other form by the C library's own reading of the same bytes.
 
 #include "orvex/assets/models/obj/private/text_stream.h"
 
 #include <array>
 #include <bit>
 #include <cfloat>
+#include <charconv>
+#include <climits>
 #include <clocale>
+#include <cstddef>
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
+#include <system_error>
 
 namespace orvex {
 
@@ -127,6 +131,51 @@ const char* scan_decimal(const char* p, const char* end, Decimal& decimal) {
     return p;
 }
 
+const char* behind_digits(const char* p, const char* end) {
+    while (p < end && is_digit(*p))
+        ++p;
+    return p;
+}
+
+/// The place behind a number of `scan_decimal`'s form, of any length. Null if the text isn't
+/// plainly of that form.
+const char* behind_decimal(const char* p, const char* end) {
+    if (is_sign(*p))
+        ++p;
+    const char* const whole = p;
+    p = behind_digits(p, end);
+    std::ptrdiff_t num_digits = p - whole;
+    if (*p == '.') {
+        const char* const fraction = ++p;
+        p = behind_digits(p, end);
+        num_digits += p - fraction;
+    }
+    if (num_digits == 0 || *p == 'x' || *p == 'X')
+        return nullptr;
+    if (*p != 'e' && *p != 'E')
+        return p;
+    ++p;
+    if (is_sign(*p))
+        ++p;
+    const char* const exponent = p;
+    p = behind_digits(p, end);
+    return p == exponent ? nullptr : p;
+}
+
+/// Reads what `nearest_float` leaves: long numbers, those that lie half-way, and the smallest.
+/// @return the place behind; null for what isn't plain, and for numbers that are out of range
+const char* read_long_decimal(const char* p, const char* end, float& value) {
+    const char* const behind = behind_decimal(p, end);
+    if (!behind)
+        return nullptr;
+    float number = 0.0f;
+    const auto [stop, error] = std::from_chars(*p == '+' ? p + 1 : p, behind, number);
+    if (error != std::errc() || stop != behind)
+        return nullptr;
+    value = number;
+    return behind;
+}
+
 } // namespace
 
 bool TextStream::read_float(float& value) {
@@ -136,8 +185,23 @@ bool TextStream::read_float(float& value) {
     Decimal decimal;
     const char* behind = scan_decimal(place, end, decimal);
     if (!behind || !nearest_float(decimal, value))
+        behind = read_long_decimal(place, end, value);
+    if (!behind)
         return read_float_by_library(value);
     place = behind;
+    return true;
+}
+
+/// A number beyond a `long` is its nearest end, and then what an `int` holds of it.
+bool TextStream::read_long_int(int& value) {
+    const bool negative = *place == '-';
+    const char* const digits = is_sign(*place) ? place + 1 : place;
+    long number = 0;
+    const auto [stop, error] = std::from_chars(negative ? place : digits, end, number);
+    if (error == std::errc::result_out_of_range)
+        number = negative ? LONG_MIN : LONG_MAX;
+    value = static_cast<int>(number);
+    place = stop;
     return true;
 }
 

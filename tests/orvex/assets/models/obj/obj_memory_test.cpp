@@ -6,6 +6,7 @@
 
 #include "orvex/assets/materials/material_mgr.h"
 #include "orvex/assets/models/obj/loader_3d_obj.h"
+#include "orvex/assets/models/obj/private/text_stream.h"
 #include "orvex/geometry/mesh/mesh.h"
 #include "orvex/geometry/mesh/model.h"
 #include "tests/support/heap.h"
@@ -24,7 +25,7 @@ protected:
                            "newmtl blue\nKd 0 0 1\n");
         dir.write("m.obj", "mtllib m.mtl\nv 0 0 0\nv 1 0 0\nv 0 1 0\ng a_group_of_some_length\n"
                            "usemtl red\nf 1 2 3\nf 1 3 2\ng another_group_of_some_length\n"
-                           "usemtl blue\nf 1 2 3\nv 1e-40 0 0\n");
+                           "usemtl blue\nf 1 2 3\nv 0x1p-3 0 0\n");
         loader.set_model_dir((dir.path() + "/").c_str());
         // What lives before the load stays.
         model->add_ref();
@@ -97,6 +98,27 @@ TEST_F(ObjMemory, is_asked_for_in_proportion_to_the_file) {
     dir.write("fan.obj", text);
     const RefuseArrays refused({.min_size = 4 * text.size(), .single = true});
     EXPECT_TRUE(loader.load_from_file(model, "fan.obj")) << loader.get_failure_reason();
+}
+
+/// Blocks that are asked for while floats and whole numbers are read.
+unsigned long blocks_to_read(const std::string& floats, const std::string& ints) {
+    TextStream float_text(floats.c_str(), floats.size());
+    TextStream int_text(ints.c_str(), ints.size());
+    const CountAllocations counted;
+    float number = 0.0f;
+    int whole = 0;
+    while (float_text.read_float(number)) {
+    }
+    while (int_text.read_int(whole)) {
+    }
+    return counted.count();
+}
+
+TEST(ObjNumbers, of_any_length_are_read_without_a_stream_of_the_c_library) {
+    EXPECT_EQ(blocks_to_read("0.12345678901234567890123 1e-40 1.00000005960464477539062 +7",
+                             "99999999999999999999 -00000000000000000000012"),
+              0ul);
+    EXPECT_GT(blocks_to_read("0x1p-3", ""), 0ul) << "one that the library reads";
 }
 
 } // namespace

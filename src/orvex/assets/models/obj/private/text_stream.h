@@ -76,7 +76,8 @@ inline int take_digits(const char*& p, const char* end, std::uint64_t& number) {
 /// Model files are told apart by what those functions do at the odd places: a token that is cut at
 /// a width, a number that ends in the middle of a word, a scan that runs on into the next line. The
 /// common forms are read here, from plain digits, several times faster; every other form of a
-/// number is handed to the C library itself, so that the two can't disagree.
+/// number (not a number, infinite, hexadecimal, out of range, cut off) is handed to the C library
+/// itself, so that the two can't disagree.
 ///
 /// Numbers follow the calling thread's numeric locale only on that second road: hold a
 /// `NumericCLocale` while reading.
@@ -114,6 +115,7 @@ private:
         while (place < end && is_white_space(*place))
             ++place;
     }
+    bool read_long_int(int& value);
     bool read_int_by_library(int& value);
     bool read_float_by_library(float& value);
     std::FILE* library_stream();
@@ -162,7 +164,7 @@ inline bool TextStream::read_int(int& value) {
     if (num_digits == 0)
         return false;
     if (num_digits > 18)
-        return read_int_by_library(value);
+        return read_long_int(value);
     const auto magnitude = static_cast<std::int64_t>(number);
     value = static_cast<int>(negative ? -magnitude : magnitude);
     place = p;
