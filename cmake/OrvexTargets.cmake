@@ -56,11 +56,20 @@ function(orvex_bench name)
                         ${arg_LIBRARIES})
 endfunction()
 
-# orvex_fuzz(<name> SOURCES <files>): a libFuzzer program.
+# orvex_fuzz(<name> [LIBRARIES <more>] SOURCES <files>)
+#
+# A fuzz target. With ORVEX_BUILD_FUZZ it is a libFuzzer program, by clang; with the tests it is a test
+# that plays its corpus, fuzz/corpus/<name>, by any compiler.
 function(orvex_fuzz name)
-  cmake_parse_arguments(arg "" "" "SOURCES" ${ARGN})
+  cmake_parse_arguments(arg "" "" "LIBRARIES;SOURCES" ${ARGN})
   add_executable(${name} ${arg_SOURCES})
   target_include_directories(${name} PRIVATE "${PROJECT_SOURCE_DIR}")
-  target_link_libraries(${name} PRIVATE orvex_options orvex_archive)
-  target_link_options(${name} PRIVATE -fsanitize=fuzzer)
+  target_link_libraries(${name} PRIVATE orvex_options orvex_archive ${arg_LIBRARIES})
+  if(ORVEX_BUILD_FUZZ)
+    target_link_options(${name} PRIVATE -fsanitize=fuzzer)
+    return()
+  endif()
+  target_sources(${name} PRIVATE "${PROJECT_SOURCE_DIR}/fuzz/support/replay.cpp")
+  add_test(NAME ${name} COMMAND ${name} "${PROJECT_SOURCE_DIR}/fuzz/corpus/${name}")
+  set_tests_properties(${name} PROPERTIES TIMEOUT 600 ENVIRONMENT "${ORVEX_TEST_ENVIRONMENT}")
 endfunction()
