@@ -5,6 +5,7 @@
 
 #include "fuzz/api/operations.h"
 #include "fuzz/support/null_gl.h"
+#include "fuzz/support/target.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     static constexpr int versions[][2] = {{2, 1}, {3, 0}, {3, 3}, {4, 3}, {4, 6}};
@@ -13,6 +14,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const int* const version = versions[choice % 5];
     orvex_fuzz::NullGl gl;
     gl.set_version(version[0], version[1]);
+    // Mostly a willing driver.
+    gl.set_refusals(in.byte() < 16 ? in.byte() : 0);
     orvex_fuzz::Stage stage;
     stage.core = choice >= 128;
     stage.gl_major = stage.core ? 3 : 2;

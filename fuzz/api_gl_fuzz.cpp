@@ -4,6 +4,7 @@
 #include <cstdint>
 
 #include "fuzz/api/operations.h"
+#include "fuzz/support/target.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     orvex_fuzz::Bytes in(data, size);

@@ -29,6 +29,16 @@ public:
     /// What contexts of a plain request are: 2.1, 3.0, 3.3, 4.3 or 4.6. A core request gets at
     /// least 3.2.
     void set_version(int major, int minor);
+
+    /// What a driver may say no to.
+    enum Refusal : unsigned int {
+        framebuffers = 1, ///< none is complete
+        maps = 2,         ///< no buffer can be mapped
+        links = 4,        ///< no program links
+        memory = 8        ///< buffers stay empty
+    };
+    /// @param refusals  of `Refusal`, in any mix; none at first
+    void set_refusals(unsigned int refusals);
 };
 
 } // namespace orvex_fuzz

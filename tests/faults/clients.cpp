@@ -37,16 +37,27 @@ bool ServedPort::start(TcpServer& server, Style style) {
     return true;
 }
 
+namespace {
+
+/// Connections that were accepted have the same port.
+bool is_listener_at(int fd, int port) {
+    sockaddr_in address{};
+    socklen_t size = sizeof address;
+    int listens = 0;
+    socklen_t flag_size = sizeof listens;
+    return getsockname(fd, reinterpret_cast<sockaddr*>(&address), &size) == 0 &&
+           address.sin_family == AF_INET && ntohs(address.sin_port) == port &&
+           getsockopt(fd, SOL_SOCKET, SO_ACCEPTCONN, &listens, &flag_size) == 0 && listens;
+}
+
+} // namespace
+
 bool ServedPort::wait() {
     const bool returned = result.get();
     core::log_set_callback(nullptr, nullptr);
-    for (int fd = 3; fd < 256; ++fd) {
-        sockaddr_in address{};
-        socklen_t size = sizeof address;
-        if (getsockname(fd, reinterpret_cast<sockaddr*>(&address), &size) == 0 &&
-            address.sin_family == AF_INET && ntohs(address.sin_port) == port)
+    for (int fd = 3; fd < 256; ++fd)
+        if (is_listener_at(fd, port))
             close(fd);
-    }
     return returned;
 }
 

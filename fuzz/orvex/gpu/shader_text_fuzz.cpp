@@ -9,6 +9,7 @@
 #include <utility>
 #include <vector>
 
+#include "fuzz/support/target.h"
 #include "orvex/gpu/gpu_program.h"
 #include "orvex/renderer/records/gpu_program_uniform.h"
 #include "tests/orvex/gpu/fake_compiler.h"

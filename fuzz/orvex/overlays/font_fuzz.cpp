@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "fuzz/support/target.h"
 #include "orvex/overlays/private/bm_charset_reader.h"
 #include "orvex/overlays/private/bm_quads.h"
 

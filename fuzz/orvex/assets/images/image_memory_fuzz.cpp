@@ -5,6 +5,7 @@
 #include <cstdlib>
 #include <vector>
 
+#include "fuzz/support/target.h"
 #include "orvex/assets/images/codecs/image_codec_stb.h"
 #include "orvex/renderer/records/image.h"
 #include "orvex/renderer/renderer_types.h"

@@ -4,6 +4,7 @@
 #include <memory>
 #include <vector>
 
+#include "fuzz/support/target.h"
 #include "orvex/math/vec4.h"
 #include "orvex/renderer/records/image.h"
 

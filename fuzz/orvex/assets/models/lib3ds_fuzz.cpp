@@ -5,6 +5,7 @@
 
 #include <lib3ds.h>
 
+#include "fuzz/support/target.h"
 #include "orvex/assets/materials/material_mgr.h"
 #include "orvex/assets/models/3ds/loader_3d_lib3ds.h"
 #include "orvex/assets/models/3ds/private/lib3ds_open.h"

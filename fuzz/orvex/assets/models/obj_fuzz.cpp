@@ -5,6 +5,7 @@
 #include <cstdlib>
 #include <string>
 
+#include "fuzz/support/target.h"
 #include "orvex/assets/models/obj/private/obj_reader.h"
 
 namespace {
