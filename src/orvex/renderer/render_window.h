@@ -203,7 +203,10 @@ public:
     /// Adopts the context that the host made and holds current on the calling thread, whatever made
     /// it. It is never destroyed here, and presenting it is the host's affair unless EGL knows it.
     /// The surface that is current now belongs to it: a host that changes the surface adopts the
-    /// context again. Windows that adopt one context share its lock.
+    /// context again, and may do so in every frame. An adoption leaves a mark in the context, a
+    /// vertex array object with a label, by which it is known again; without vertex arrays or
+    /// KHR_debug, or after the host ended the mark, it counts as a new context, into which
+    /// everything is uploaded again. Windows that adopt one context share its lock.
     /// @param context  the host's native context; the window's own stays what it is
     /// @return false for null, when no context is current, when the window's own is, and for a
     ///         context that the engine's OpenGL knows nothing of; what the window had stays

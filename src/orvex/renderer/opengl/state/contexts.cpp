@@ -6,6 +6,7 @@
 #include <new>
 
 #include "orvex/base/private/memory_out.h"
+#include "orvex/renderer/opengl/state/private/context_mark.h"
 
 namespace orvex::contexts {
 
@@ -69,11 +70,20 @@ void made(const void* native, const void* share) {
 void adopted(const void* native) {
     Registry& all = registry();
     const std::lock_guard<std::mutex> guard(all.mutex);
-    const auto known = all.by_native.find(native);
-    if (known != all.by_native.end() && known->second->made_here)
-        return;
-    all.by_native.erase(native); // entered anew when it is met
     ++change_count;
+    const auto known = all.by_native.find(native);
+    if (known != all.by_native.end()) {
+        const ContextState& state = *known->second;
+        if (state.made_here || has_context_mark(state.mark, state.number))
+            return;
+        all.by_native.erase(known);
+    }
+    // One that there is no memory for is entered when it is met.
+    or_false([&] {
+        ContextState& state = *all.enter(native, false, all.new_group(false));
+        state.mark = leave_context_mark(state.number);
+        return true;
+    });
 }
 
 void ended(const void* native) {

@@ -108,6 +108,7 @@ bool RenderWindowOpenGL::adopt_context(void* context) {
     // An OpenGL that isn't the engine's may have made the context: nothing would ever be drawn.
     if (!adopted || !glGetString(GL_VERSION))
         return false;
+    contexts::adopted(adopted->native());
     set_context(std::move(adopted), true);
     read_version();
     return true;

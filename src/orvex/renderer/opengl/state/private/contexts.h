@@ -9,7 +9,8 @@
 ///
 ///   made by a window    its share group is known; ends when the window ends it
 ///   adopted, or seen    the host's: whether it shares with others can't be asked, so that it
-///   counts for the first time  as a group of its own. An adoption is always a new number
+///   counts for the first time  as a group of its own. An adoption marks it, and is a new number
+///                         unless the mark is there already
 ///
 /// What a renderer has to remember of a context's state belongs to the context, not to the
 /// renderer: several may draw in it, one after the other or in turns.
@@ -59,6 +60,7 @@ struct ContextState {
     const bool made_here; ///< by a window, which tells its end
     const std::shared_ptr<ShareGroup> group;
     std::vector<GLuint> buried_arrays; ///< vertex arrays, which are never shared
+    GLuint mark = 0; ///< of a host's context that was adopted; 0 where none could be left
 
     ClientArrays client_arrays;      ///< arrays outside vertex array objects left enabled
     unsigned int bound_array = 0;    ///< vertex array of a prepare that wasn't finished
@@ -76,7 +78,8 @@ namespace contexts {
 /// A window made a context. It is a new one, whatever had its address before.
 /// @param share  the native handle of the context that it shares with, or null
 void made(const void* native, const void* share);
-/// A window took a host's context over. It counts as new, unless a window made it.
+/// A window took a host's context over, which is current. It counts as new, unless a window made
+/// it or an adoption marked it.
 void adopted(const void* native);
 /// A window ends a context that it made.
 void ended(const void* native);

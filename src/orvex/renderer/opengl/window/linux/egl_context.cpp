@@ -297,8 +297,6 @@ EglDrawableLoan::~EglDrawableLoan() {
 
 EglHostContext::EglHostContext(const EglCurrent& current, void* host_handle)
     : EglAnyContext(current.display, current.context, current.draw, current.read)
-    , host_handle(host_handle) {
-    contexts::adopted(current.context);
-}
+    , host_handle(host_handle) {}
 
 } // namespace orvex

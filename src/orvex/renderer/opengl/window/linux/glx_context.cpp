@@ -3,7 +3,6 @@
 #include <atomic>
 
 #include "orvex/platform/private/loaded_library.h"
-#include "orvex/renderer/opengl/state/private/contexts.h"
 
 namespace orvex {
 
@@ -48,9 +47,7 @@ public:
         , context(api.get_context())
         , display(api.get_display())
         , draw(api.get_drawable())
-        , read(api.get_read_drawable()) {
-        contexts::adopted(context);
-    }
+        , read(api.get_read_drawable()) {}
 
     void* handle() const override { return host_handle; }
     const void* native() const override { return context; }
