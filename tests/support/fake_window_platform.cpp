@@ -38,7 +38,10 @@ public:
         platform.current = nullptr;
         return true;
     }
-    void present() override { platform.note("present " + number); }
+    bool present() override {
+        platform.note("present " + number);
+        return !platform.loses_contexts;
+    }
     void set_swap_interval(int interval) override {
         platform.note("interval " + std::to_string(interval) + " of " + number);
     }

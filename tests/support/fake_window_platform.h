@@ -31,6 +31,7 @@ public:
     bool refuses_contexts = false; ///< no configuration, or no context
     bool refuses_currency = false; ///< a context can't be made current or released
     bool refuses_sizes = false;    ///< no surface of a new size
+    bool loses_contexts = false;   ///< a shown frame tells that the context is lost
     bool has_host_context = false; ///< there is something to adopt
     void* current = nullptr;       ///< handle of the context that is current, null for none
     void* get_string_i = nullptr;  ///< served as "glGetStringi"

@@ -34,6 +34,10 @@ struct RenderWindow_ExtraData {
     int stencil_bits = 0;
     /// Wanted colour bits: 16 gives 5/6/5, 24 gives 8/8/8, anything else 8/8/8/8.
     int color_bits = 32;
+    /// Ask for a robust context, which tells when the driver was reset. A wish: where the driver
+    /// has none, and for a parent of the other kind, it gives way. Contexts share with their like
+    /// only: give false for a window with whose context a plain one of the host's is to share.
+    bool reset_notification = true;
 };
 
 /// One device that off-screen windows can be drawn by, as `RenderWindow::list_devices` finds it.
@@ -85,6 +89,15 @@ struct RenderWindow_Device {
 /// Windows on the screen, and those that were given a connection, are drawn by the device of their
 /// display. A debug line tells the device of each new context, and a warning the processors of
 /// graphics that were passed over for software.
+///
+/// A driver that is reset takes every context with it. Contexts are made robust where the driver
+/// can (`RenderWindow_ExtraData::reset_notification`), and are asked once a frame: when it is
+/// shown, when it is read (`Renderer::get_color_buffer`) and in `Renderer::reset_render_states`,
+/// which is where a context of the host's is asked. A loss is told in the log, as an error, once a
+/// context. From then on operations that draw, upload or bind programs and render targets give
+/// their failure values while that context is current, and others draw on. The host calls
+/// `initialize` again, or makes and adopts another context, and loads its programs anew; meshes,
+/// points, lines and textures with pixels come along by themselves.
 ///
 /// The operations whose names begin with `osx_` are the layer under `initialize`, `apply_context`,
 /// `display_framebuffer` and `vsync`, for hosts that need more than these.

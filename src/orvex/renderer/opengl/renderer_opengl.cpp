@@ -106,7 +106,7 @@ bool RendererOpenGL::stop() {
     log_life_cycle("stop");
     disable_client_arrays();
     stop_gl_messages();
-    gl.clear();
+    clear_entries();
     started = false;
     return true;
 }

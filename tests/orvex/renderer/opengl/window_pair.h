@@ -49,7 +49,7 @@ inline constexpr PairKind pair_kinds[] = {
 class WindowPairTest : public testing::TestWithParam<PairKind> {
 protected:
     void SetUp() override {
-        recorder = std::make_unique<GlRecorder>();
+        recorder = make_recorder();
         renderer = std::make_unique<orvex::RendererOpenGL>();
         first = open(nullptr);
         ASSERT_TRUE(first);
@@ -70,18 +70,25 @@ protected:
         recorder.reset();
     }
 
+    virtual std::unique_ptr<GlRecorder> make_recorder() { return std::make_unique<GlRecorder>(); }
+
     /// Opens an off-screen window of 16 by 16 pixels and leaves it current, with a program that
     /// shows the colours of vertices in use; a core context draws nothing without one.
     orvex::RenderWindow* open(orvex::RenderWindow* parent) {
         orvex::RenderWindow* const window = renderer->create_render_window();
+        return initialize(window, parent) ? window : nullptr;
+    }
+
+    /// Gives a window a context; a second time, another one.
+    bool initialize(orvex::RenderWindow* window, orvex::RenderWindow* parent) const {
         orvex::RenderWindow_ExtraData extra;
         extra.gl_major = GetParam().core ? 3 : 2;
         extra.gl_minor = GetParam().core ? 2 : 1;
-        if (!window->initialize(nullptr, nullptr, 16, 16, "Off", parent, &extra))
-            return nullptr;
+        const bool done = window->initialize(nullptr, nullptr, 16, 16, "Off", parent, &extra);
         forget_gl_errors(); // below 3.0, of the question for the version
-        use_program();
-        return window;
+        if (done)
+            use_program();
+        return done;
     }
 
     /// Makes a window current and clears it.

@@ -38,9 +38,8 @@ bool MeshFamily::prepare_separate_arrays(MeshData* mesh) {
 }
 
 bool MeshFamily::draw(MeshData* mesh) {
-    if (!mesh)
+    if (!mesh || !state.can_draw())
         return false;
-    state.follow_context();
     if (is_refused(state, mesh))
         return false;
     return mesh->get_use_generic_vertex_attribs_state() ? vertex_buffer_draw_gl3(mesh)

@@ -103,7 +103,7 @@ bool PointFamily::prepare(VertexPoolData* pool) {
 }
 
 bool PointFamily::draw(VertexPoolData* pool) {
-    if (!pool || is_refused(state, pool))
+    if (!pool || !state.can_draw() || is_refused(state, pool))
         return false;
     const int first = pool->render_start_offset;
     const int rest = static_cast<int>(static_cast<long>(pool->num_vertices) - first);

@@ -129,7 +129,7 @@ std::optional<GLenum> primitive_of(const PolylineData& polyline) {
 } // namespace
 
 bool PolylineFamily::draw(PolylineData* polyline, int start, int count) {
-    if (!polyline || is_refused(state, polyline))
+    if (!polyline || !state.can_draw() || is_refused(state, polyline))
         return false;
     if (const std::optional<GLenum> primitive = primitive_of(*polyline))
         glDrawArrays(*primitive, start,

@@ -58,6 +58,8 @@ GLuint leave_context_mark(unsigned long long number) {
     GLint bound = 0;
     glGetIntegerv(GL_VERTEX_ARRAY_BINDING, &bound);
     entries.gen_arrays(1, &mark);
+    if (mark == 0)
+        return 0;
     // It is an object, and can have a label, from its first bind on.
     entries.bind_array(mark);
     entries.bind_array(static_cast<GLuint>(bound));

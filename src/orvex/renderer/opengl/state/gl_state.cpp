@@ -7,6 +7,7 @@
 #include "orvex/base/log_mgr.h"
 #include "orvex/base/private/memory_out.h"
 #include "orvex/renderer/opengl/buffers/private/buffer_store.h"
+#include "orvex/renderer/opengl/state/private/context_loss.h"
 #include "orvex/renderer/renderer.h"
 
 namespace orvex {
@@ -34,9 +35,29 @@ void GlState::look_at_context() {
     if (native && (native != seen_native || changes != seen_changes)) {
         current = contexts::of(native);
         seen_native = native;
+        withhold_entries();
         delete_buried();
     }
     seen_changes = changes;
+}
+
+void GlState::look_for_loss() {
+    look_at_context();
+    if (current->number != 0 && orvex::look_for_loss(*current))
+        withhold_entries();
+}
+
+void GlState::withhold_entries() {
+    if (current->lost == withholding)
+        return;
+    std::swap(gl, withheld);
+    withholding = current->lost;
+}
+
+void GlState::clear_entries() {
+    gl.clear();
+    withheld.clear();
+    withholding = false;
 }
 
 namespace {

@@ -36,6 +36,7 @@ void RendererOpenGL::get_color_buffer_size(int* size, int* width, int* height) {
 
 void RendererOpenGL::get_color_buffer(unsigned char* pixels) {
     frame.get_color_buffer(pixels);
+    look_for_loss(); // whoever shows no frames reads them
 }
 
 // Matrices and viewport

@@ -5,7 +5,7 @@
 namespace orvex {
 
 bool RendererOpenGL::reset_render_states() {
-    look_at_context();
+    look_for_loss();
     states.reset();
     max_vertex_attribs = get_max_vertex_attribs();
     return true;

@@ -48,7 +48,7 @@ void place_raster(const FontData& font, int x, int y) {
 
 bool RasterTextFamily::draw(const FontData* font, int x, int y, const vec4& color, const char* text,
                             unsigned long length) {
-    if (!font || !text || length == 0 || !prepare())
+    if (!font || !text || length == 0 || !state.can_draw() || !prepare())
         return false;
     begin_text(color);
     place_raster(*font, x, y);
@@ -59,7 +59,7 @@ bool RasterTextFamily::draw(const FontData* font, int x, int y, const vec4& colo
 
 bool RasterTextFamily::draw_3d(const FontData* font, float x, float y, float z, const vec4& color,
                                const char* text, unsigned long length) {
-    if (!font || !text || length == 0 || !prepare())
+    if (!font || !text || length == 0 || !state.can_draw() || !prepare())
         return false;
     begin_text(color);
     glRasterPos4f(x, y, z, 1.0f);

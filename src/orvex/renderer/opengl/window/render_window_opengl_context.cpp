@@ -7,6 +7,7 @@
 #include "orvex/base/log_mgr.h"
 #include "orvex/renderer/opengl/gl/private/gl_debug.h"
 #include "orvex/renderer/opengl/gl/private/gl_functions.h"
+#include "orvex/renderer/opengl/state/private/context_loss.h"
 #include "orvex/renderer/opengl/state/private/contexts.h"
 #include "orvex/renderer/opengl/window/private/render_window_opengl_data.h"
 #include "orvex/renderer/private/render_window_data.h"
@@ -49,6 +50,7 @@ ContextRequest to_request(void* view, int width, int height, const char* msaa,
     request.width = width;
     request.height = height;
     request.debug = gl_debug_wanted();
+    request.robust = extra.reset_notification;
     return request;
 }
 
@@ -147,7 +149,12 @@ bool RenderWindowOpenGL::osx_display_framebuffer() {
         return false;
     if (data_osx->software_renderer)
         glFlush();
-    data_osx->context->present();
+    const bool alive = data_osx->context->present();
+    const std::shared_ptr<ContextState> state = contexts::of(data_osx->context->native());
+    if (!alive)
+        note_loss(*state, "the window system");
+    else if (is_context_current())
+        look_for_loss(*state);
     return true;
 }
 

@@ -40,7 +40,7 @@ private:
         bool is_current() const override { return real->is_current(); }
         bool make_current() override { return real->make_current(); }
         bool release_current() override { return real->release_current(); }
-        void present() override { real->present(); }
+        bool present() override { return real->present(); }
         void set_swap_interval(int interval) override { real->set_swap_interval(interval); }
         bool resize(int width, int height) override { return real->resize(width, height); }
 

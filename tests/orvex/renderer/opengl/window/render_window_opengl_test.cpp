@@ -282,6 +282,32 @@ TEST_F(RenderWindowOpenGLTest, flushes_a_software_renderer_before_it_shows_a_fra
     EXPECT_EQ(platform.take_events(), Events({"flush", "present 1"}));
 }
 
+TEST_F(RenderWindowOpenGLTest, tells_once_that_the_window_system_lost_a_context) {
+    const LogCapture log(LOG_LEVEL_ERROR);
+    for (std::size_t losses = 1; losses <= 2; ++losses) {
+        ASSERT_TRUE(initialize());
+        platform.loses_contexts = false;
+        EXPECT_TRUE(window.osx_display_framebuffer());
+        EXPECT_EQ(log.messages().size(), losses - 1);
+        platform.loses_contexts = true;
+        for (int i = 0; i < 3; ++i)
+            EXPECT_TRUE(window.osx_display_framebuffer()) << "as ever";
+        EXPECT_EQ(log.messages().size(), losses);
+    }
+    EXPECT_TRUE(log.has("<*> OpenGL context lost by the window system: nothing is drawn until the"
+                        " window has another"));
+}
+
+TEST_F(RenderWindowOpenGLTest, asks_for_a_context_that_tells_of_resets_unless_a_host_refuses) {
+    RenderWindow_ExtraData extra;
+    EXPECT_TRUE(extra.reset_notification);
+    for (const bool wanted : {true, false}) {
+        extra.reset_notification = wanted;
+        ASSERT_TRUE(initialize(&extra));
+        EXPECT_EQ(platform.requests.back().robust, wanted);
+    }
+}
+
 TEST_F(RenderWindowOpenGLTest, sets_the_swap_interval_to_one_or_zero) {
     EXPECT_TRUE(window.vsync(true)) << "even without a context";
     EXPECT_TRUE(initialize());

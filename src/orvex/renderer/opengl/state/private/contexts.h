@@ -17,6 +17,7 @@
 
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <vector>
 
 #include "orvex/fwd.h"
@@ -60,6 +61,9 @@ struct ContextState {
     const bool made_here; ///< by a window, which tells its end
     const std::shared_ptr<ShareGroup> group;
     std::vector<GLuint> buried_arrays; ///< vertex arrays, which are never shared
+    bool lost = false;                 ///< nothing can be drawn in it any more
+    /// What tells that it was lost, null where nothing does; looked up when first asked for.
+    std::optional<PFNGLGETGRAPHICSRESETSTATUSPROC> reset_status;
     GLuint mark = 0; ///< of a host's context that was adopted; 0 where none could be left
 
     ClientArrays client_arrays;      ///< arrays outside vertex array objects left enabled
@@ -96,7 +100,7 @@ void bury(ContextNumber group, const BuriedObjects& objects);
 /// The same for a vertex array of a context.
 void bury_array(ContextNumber context, GLuint id);
 
-/// A window made a context current, or released it.
+/// A window made a context current, or released it; or one was lost.
 void switched();
 
 /// @return a number that grows whenever a context begins, ends or is switched to by a window, or

@@ -51,6 +51,15 @@ struct GlState {
         if (contexts::changes() != seen_changes)
             look_at_context();
     }
+    /// The same as a look, and asks whether the context was lost: once a frame, since the driver
+    /// has to answer.
+    void look_for_loss();
+    /// Follows the context. Draws that need no entry of the table ask before they are sent.
+    /// @return whether it can draw: one that was lost can't
+    bool can_draw() {
+        follow_context();
+        return !current->lost;
+    }
     /// @return what is known of the context that was looked at last
     ContextState& context() const { return *current; }
     /// Unbinds the vertex array that a prepare without its finish left bound. Before anything that
@@ -62,6 +71,9 @@ struct GlState {
     /// Disables the arrays that draws left enabled in the current context.
     void disable_client_arrays();
     /// @}
+
+    /// Empties the table of entry points, and forgets those of contexts that aren't lost.
+    void clear_entries();
 
     /// @name Groups of entry points
     /// An operation of several calls asks for all that it needs before its first.
@@ -95,8 +107,10 @@ struct GlState {
     void k_log_error(const char* format, ...) ORVEX_PRINTF(2, 3);
     /// @}
 
-    ORVEX_Renderer_OpenGL_Func gl; ///< the entry points; render targets point to them
-    RendererOpenGLCtx ctx;         ///< what was sent last; render targets point to it
+    /// The entry points; render targets point to them. A lost context has none, so that each
+    /// operation gives the result that it has where it lacks them.
+    ORVEX_Renderer_OpenGL_Func gl;
+    RendererOpenGLCtx ctx; ///< what was sent last; render targets point to it
 
     /// @name What the context is
     /// @{
@@ -120,8 +134,11 @@ struct GlState {
     /// @}
 
 private:
+    void withhold_entries();
     void delete_buried();
 
+    ORVEX_Renderer_OpenGL_Func withheld; ///< the entry points while a lost context is current
+    bool withholding = false;
     const Renderer* owner;
     std::vector<char> log_buffer;
     std::shared_ptr<ContextState> current; ///< one of its own until a context is met

@@ -59,18 +59,21 @@ void EglAnyContext::set_swap_interval(int interval) {
         apply_swap_interval();
 }
 
-void EglAnyContext::present() {
+bool EglAnyContext::swap() const {
+    return eglSwapBuffers(display, draw) || eglGetError() != EGL_CONTEXT_LOST;
+}
+
+bool EglAnyContext::present() {
     const EglOpenGLScope api;
     const EglCurrent former;
-    if (former.context == context) {
-        eglSwapBuffers(display, draw);
-        return;
-    }
+    if (former.context == context)
+        return swap();
     // EGL presents nothing but the current surface.
     if (!make_current())
-        return;
-    eglSwapBuffers(display, draw);
+        return eglGetError() != EGL_CONTEXT_LOST;
+    const bool alive = swap();
     put_back(former);
+    return alive;
 }
 
 void EglAnyContext::put_back(const EglCurrent& former) {
@@ -84,46 +87,56 @@ namespace {
 
 using ContextAttributes = std::vector<EGLint>;
 
-/// With debugging if it is wished for and the driver has it.
 EGLContext create_with(EGLDisplay display, EGLConfig config, EGLContext share,
-                       ContextAttributes attributes, bool debug) {
-    const std::size_t plain = attributes.size();
+                       ContextAttributes attributes, bool robust, bool debug) {
+    if (robust)
+        attributes.insert(attributes.end(), {EGL_CONTEXT_OPENGL_ROBUST_ACCESS, EGL_TRUE,
+                                             EGL_CONTEXT_OPENGL_RESET_NOTIFICATION_STRATEGY,
+                                             EGL_LOSE_CONTEXT_ON_RESET});
     if (debug)
         attributes.insert(attributes.end(), {EGL_CONTEXT_OPENGL_DEBUG, EGL_TRUE});
     attributes.push_back(EGL_NONE);
-    const EGLContext context = eglCreateContext(display, config, share, attributes.data());
-    if (context != EGL_NO_CONTEXT || !debug)
-        return context;
-    attributes.resize(plain);
-    return create_with(display, config, share, std::move(attributes), false);
+    return eglCreateContext(display, config, share, attributes.data());
+}
+
+/// As robust as is wished for, and with debugging, if the driver has them. Of contexts that share
+/// either all are told of a reset or none, so that the wish gives way to what the other one is.
+EGLContext create_with_wishes(EGLDisplay display, EGLConfig config, EGLContext share,
+                              const ContextAttributes& attributes, const ContextRequest& request) {
+    for (const bool robust : {request.robust, !request.robust})
+        for (const bool debug : {true, false}) {
+            if (debug && !request.debug)
+                continue;
+            const EGLContext context =
+                create_with(display, config, share, attributes, robust, debug);
+            if (context != EGL_NO_CONTEXT)
+                return context;
+        }
+    return EGL_NO_CONTEXT;
 }
 
 EGLContext create_core_context(EGLDisplay display, EGLConfig config, EGLContext share, int major,
-                               int minor, bool debug) {
-    return create_with(display, config, share,
-                       {EGL_CONTEXT_MAJOR_VERSION, major, EGL_CONTEXT_MINOR_VERSION, minor,
-                        EGL_CONTEXT_OPENGL_PROFILE_MASK, EGL_CONTEXT_OPENGL_CORE_PROFILE_BIT},
-                       debug);
-}
-
-EGLContext create_legacy_context(EGLDisplay display, EGLConfig config, EGLContext share,
-                                 bool debug) {
-    return create_with(display, config, share,
-                       {EGL_CONTEXT_MAJOR_VERSION, 2, EGL_CONTEXT_MINOR_VERSION, 1}, debug);
+                               int minor, const ContextRequest& request) {
+    return create_with_wishes(display, config, share,
+                              {EGL_CONTEXT_MAJOR_VERSION, major, EGL_CONTEXT_MINOR_VERSION, minor,
+                               EGL_CONTEXT_OPENGL_PROFILE_MASK,
+                               EGL_CONTEXT_OPENGL_CORE_PROFILE_BIT},
+                              request);
 }
 
 /// A driver that can't give the asked core version may give 3.2, and with it often more.
 EGLContext create_native_context(EGLDisplay display, EGLConfig config, EGLContext share,
                                  const ContextRequest& request) {
     if (request.profile == CONTEXT_PROFILE_LEGACY)
-        return create_legacy_context(display, config, share, request.debug);
+        return create_with_wishes(display, config, share,
+                                  {EGL_CONTEXT_MAJOR_VERSION, 2, EGL_CONTEXT_MINOR_VERSION, 1},
+                                  request);
     const std::pair lowest(3, 2);
     const auto [major, minor] = std::max(lowest, std::pair(request.gl_major, request.gl_minor));
-    const EGLContext context =
-        create_core_context(display, config, share, major, minor, request.debug);
+    const EGLContext context = create_core_context(display, config, share, major, minor, request);
     if (context != EGL_NO_CONTEXT)
         return context;
-    return create_core_context(display, config, share, lowest.first, lowest.second, request.debug);
+    return create_core_context(display, config, share, lowest.first, lowest.second, request);
 }
 
 /// Drivers take any size and then draw nowhere: see the quirk. What OpenGL 4 promises of viewports

@@ -54,7 +54,7 @@ public:
     bool is_current() const override { return api.get_context() == context; }
     bool make_current() override { return api.make_current(display, draw, read, context) != 0; }
     bool release_current() override { return api.make_current(display, 0, 0, nullptr) != 0; }
-    void present() override {}
+    bool present() override { return true; }
     void set_swap_interval(int) override {}
     bool resize(int, int) override { return true; }
 

@@ -36,6 +36,7 @@ struct ContextRequest {
     int height = 0;                   ///< of an off-screen surface, in pixels
     PlatformContext* share = nullptr; ///< context to share objects with
     bool debug = false;               ///< a wish: the driver checks calls and tells of mistakes
+    bool robust = true; ///< a wish: stray reads are harmless, and a reset of the driver is told
     /// The context that gives way to this one, and may have its surface on the same drawable; null
     /// for none. It ends after the new one was made, and is whole if none could be.
     PlatformContext* former = nullptr;
@@ -66,7 +67,8 @@ public:
     /// Releases whatever context is current on the calling thread.
     virtual bool release_current() = 0;
     /// Shows the back buffer, whether or not the context is current.
-    virtual void present() = 0;
+    /// @return false when the system says that the context is lost
+    virtual bool present() = 0;
     /// Sets the swap interval, now or when the context is next made current.
     virtual void set_swap_interval(int interval) = 0;
     /// Takes up a new size. Surfaces of native drawables follow them by themselves.

@@ -461,6 +461,44 @@ TEST_P(EglWindow, knows_no_version_after_its_first_context_failed) {
     EXPECT_FALSE(window.is_opengl_version_supported(1, 0));
 }
 
+/// How the current context tells that its driver was reset.
+GLint reset_notification() {
+    return integer(GL_RESET_NOTIFICATION_STRATEGY);
+}
+
+TEST_P(EglWindow, is_told_when_the_driver_is_reset) {
+    RenderWindowOpenGL window;
+    ASSERT_TRUE(begin(window, GetParam()));
+    EXPECT_EQ(reset_notification(), GL_LOSE_CONTEXT_ON_RESET);
+    if (integer(GL_MAJOR_VERSION) >= 3)
+        EXPECT_NE(integer(GL_CONTEXT_FLAGS) & GL_CONTEXT_FLAG_ROBUST_ACCESS_BIT, 0);
+    EXPECT_TRUE(window.osx_display_framebuffer());
+    EXPECT_NO_GL_ERROR();
+}
+
+TEST_P(EglWindow, is_plain_where_a_host_asks_for_that) {
+    RenderWindowOpenGL window;
+    RenderWindow_ExtraData extra = request_of(GetParam());
+    extra.reset_notification = false;
+    ASSERT_TRUE(window.initialize(nullptr, nullptr, 8, 8, "Off", nullptr, &extra));
+    EXPECT_EQ(reset_notification(), GL_NO_RESET_NOTIFICATION);
+    EXPECT_TRUE(window.osx_display_framebuffer());
+    EXPECT_NO_GL_ERROR();
+}
+
+TEST_P(EglWindow, is_of_the_kind_of_its_parent) {
+    for (const bool told : {true, false}) {
+        RenderWindowOpenGL parent;
+        RenderWindow_ExtraData extra = request_of(GetParam());
+        extra.reset_notification = told;
+        ASSERT_TRUE(parent.initialize(nullptr, nullptr, 8, 8, "Off", nullptr, &extra));
+        RenderWindowOpenGL child;
+        extra.reset_notification = !told;
+        ASSERT_TRUE(child.initialize(nullptr, nullptr, 8, 8, "Off", &parent, &extra));
+        EXPECT_EQ(reset_notification(), told ? GL_LOSE_CONTEXT_ON_RESET : GL_NO_RESET_NOTIFICATION);
+    }
+}
+
 TEST_P(EglWindow, shares_with_an_adopted_context) {
     orvex_test::GlContext host(GetParam());
     GLuint texture = 0;

@@ -16,7 +16,7 @@ class EglAnyContext : public PlatformContext {
 public:
     bool make_current() override;
     bool release_current() override;
-    void present() override;
+    bool present() override;
     void set_swap_interval(int interval) override;
 
     EGLDisplay get_display() const { return display; }
@@ -41,6 +41,7 @@ private:
     bool swap_interval_pending = false;
 
     void apply_swap_interval();
+    bool swap() const;
 };
 
 /// A context and surface of the engine's. The display is never terminated: that would end the
