@@ -4,13 +4,17 @@
 /// All of the kit.
 
 #include "orvex_kit/api.h"
+#include "orvex_kit/compare.h"
 #include "orvex_kit/engine.h"
 #include "orvex_kit/files.h"
+#include "orvex_kit/frame_stream.h"
 #include "orvex_kit/framing.h"
 #include "orvex_kit/look.h"
 #include "orvex_kit/model.h"
 #include "orvex_kit/normals.h"
 #include "orvex_kit/outcome.h"
+#include "orvex_kit/picture.h"
+#include "orvex_kit/picture_file.h"
 #include "orvex_kit/ref.h"
 #include "orvex_kit/up_axis.h"
 #include "orvex_kit/whole_file.h"

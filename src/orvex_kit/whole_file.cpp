@@ -1,66 +1,30 @@
-// Writing beside and renaming. The name of the new file also stands where a signal's handler finds
-// it: from the moment at which there is such a file to the moment at which it is one no longer.
+// Writing beside and renaming. A new file has no name until it is whole; where the file system
+// can't do that it has one, which a signal's handler knows (new_file_name.h).
 
 #include "orvex_kit/whole_file.h"
 
-#include <algorithm>
-#include <array>
+#include <atomic>
 #include <cerrno>
-#include <climits>
-#include <csignal>
+#include <cstdio>
 #include <cstring>
 #include <filesystem>
+#include <utility>
 
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include "orvex_kit/files.h"
+#include "orvex_kit/private/new_file_name.h"
+#include "orvex_kit/private/unnamed_files.h"
+#include "orvex_kit/private/write_all.h"
 
 namespace orvex::kit {
 
 namespace {
 
-constexpr std::array ending_signals = {SIGINT, SIGTERM, SIGHUP};
-
-/// What a handler may touch: the new file's name, empty without one.
-char pending[PATH_MAX];
-
-/// Runs as a handler: the signal that it raises arrives when it has returned.
-void remove_pending(int signal) {
-    if (pending[0] != '\0')
-        unlink(pending);
-    std::signal(signal, SIG_DFL);
-    raise(signal);
-}
-
-/// Keeps the signals away from the steps between which a name and its file don't agree.
-class Quiet {
-public:
-    Quiet() {
-        sigset_t ours;
-        sigemptyset(&ours);
-        for (const int signal : ending_signals)
-            sigaddset(&ours, signal);
-        pthread_sigmask(SIG_BLOCK, &ours, &before);
-    }
-    ~Quiet() { pthread_sigmask(SIG_SETMASK, &before, nullptr); }
-    Quiet(const Quiet&) = delete;
-    Quiet& operator=(const Quiet&) = delete;
-
-private:
-    sigset_t before;
-};
-
-/// A signal that is ignored, as under nohup, or that the program handles itself, is left so.
-void listen_for_signals() {
-    for (const int signal : ending_signals) {
-        struct sigaction present {};
-        sigaction(signal, nullptr, &present);
-        if (present.sa_handler == SIG_DFL)
-            std::signal(signal, remove_pending);
-    }
-}
+std::atomic<bool> unnamed_files_are_used = true;
+std::atomic<unsigned> next_number = 0;
 
 /// Where a name leads; the name itself while nothing is there.
 std::string resolved(const std::string& name) {
@@ -73,91 +37,183 @@ bool is_there(const std::string& place, struct stat& status) {
     return stat(place.c_str(), &status) == 0;
 }
 
-} // namespace
-
-WholeFile::WholeFile(std::string name)
-    : name(std::move(name)) {}
-
-WholeFile::~WholeFile() {
-    if (file >= 0)
-        close(file);
-    const Quiet quiet;
-    if (!beside.empty())
-        unlink(beside.c_str());
-    pending[0] = '\0';
-}
-
-std::string WholeFile::mistake(int error) const {
+std::string mistake_of(const std::string& name, int error) {
     return "can't write " + name + ": " + std::strerror(error);
 }
 
-std::string WholeFile::begin() {
+/// How the system calls an open file, whether it has a name or not.
+std::string name_of_open(int file) {
+    return "/proc/self/fd/" + std::to_string(file);
+}
+
+} // namespace
+
+void use_unnamed_files(bool use) {
+    unnamed_files_are_used = use;
+}
+
+struct WholeFile::WholeFileData {
+    std::string name;   ///< as the caller knows it
+    std::string place;  ///< the same behind all links
+    NewFileName beside; ///< the new file's; empty while it has none
+    bool is_new = false;
+    int file = -1;
+
+    ~WholeFileData();
+    Outcome failure(int error) const { return Outcome::failure(mistake_of(name, error)); }
+    Outcome begin();
+    Outcome make_new();
+    bool make_unnamed();
+    Outcome make_named();
+    Outcome name_unnamed();
+    Outcome rename_beside();
+    int close_file();
+    template<class Make>
+    int make_beside(NewFileName::Change& change, Make make);
+};
+
+WholeFile::WholeFile(std::string name)
+    : data(std::make_unique<WholeFileData>()) {
+    data->name = std::move(name);
+}
+
+WholeFile::~WholeFile() = default;
+
+int WholeFile::WholeFileData::close_file() {
+    const int closed = close(file);
+    file = -1;
+    return closed;
+}
+
+WholeFile::WholeFileData::~WholeFileData() {
+    if (file >= 0)
+        close_file();
+    if (beside.text().empty() || !beside.is_ours())
+        return;
+    NewFileName::Change change(beside);
+    unlink(beside.text().c_str());
+    change.clear();
+}
+
+Outcome WholeFile::begin() {
+    if (data->file >= 0)
+        return Outcome::failure("can't write " + data->name + ": it is being written already");
+    return data->begin();
+}
+
+Outcome WholeFile::WholeFileData::begin() {
     place = resolved(name);
     struct stat status {};
     if (!is_there(place, status))
-        return make_beside();
+        return make_new();
     if (S_ISDIR(status.st_mode))
-        return mistake(EISDIR);
+        return failure(EISDIR);
     if (!S_ISREG(status.st_mode)) {
         file = open(place.c_str(), O_WRONLY | O_CLOEXEC);
-        return file < 0 ? mistake(errno) : "";
+        return file < 0 ? failure(errno) : Outcome::success();
     }
     // A file that is kept from being written isn't replaced either.
     if (access(place.c_str(), W_OK) != 0)
-        return mistake(errno);
-    const std::string wrong = make_beside();
-    if (wrong.empty() && fchmod(file, status.st_mode & 07777) != 0)
-        return mistake(errno);
-    return wrong;
+        return failure(errno);
+    Outcome made = make_new();
+    if (made && fchmod(file, status.st_mode & 07777) != 0)
+        return failure(errno);
+    return made;
 }
 
-/// The name is short, as that of the output may be as long as a name can be.
-std::string WholeFile::make_beside() {
-    listen_for_signals();
-    const Quiet quiet;
-    for (int number = 0; number < 1000; ++number) {
+Outcome WholeFile::WholeFileData::make_new() {
+    Outcome made = unnamed_files_are_used && make_unnamed() ? Outcome::success() : make_named();
+    is_new = static_cast<bool>(made);
+    return made;
+}
+
+/// It can get a name only through the system's list of open files.
+bool WholeFile::WholeFileData::make_unnamed() {
+    const std::string folder = folder_of(place);
+    file = open(folder.empty() ? "." : folder.c_str(), O_TMPFILE | O_WRONLY | O_CLOEXEC, 0666);
+    if (file >= 0 && access(name_of_open(file).c_str(), F_OK) != 0)
+        close_file();
+    return file >= 0;
+}
+
+/// Finds a name that nothing has, short, as that of the output may be as long as a name can be.
+/// @param make  makes a file of a name; false with `errno` where it can't
+/// @return 0, or the system's number
+template<class Make>
+int WholeFile::WholeFileData::make_beside(NewFileName::Change& change, Make make) {
+    for (int tries = 0; tries < 1000; ++tries) {
         const std::string candidate = folder_of(place) + ".orvex-new-" + std::to_string(getpid()) +
-                                      "-" + std::to_string(number);
-        file = open(candidate.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
-        if (file < 0 && errno == EEXIST)
-            continue;
-        if (file < 0)
-            return mistake(errno);
-        beside = candidate;
-        candidate.copy(pending, sizeof(pending) - 1);
-        pending[std::min(candidate.size(), sizeof(pending) - 1)] = '\0';
-        return "";
+                                      "-" + std::to_string(next_number++);
+        if (make(candidate.c_str())) {
+            change.set(candidate);
+            return 0;
+        }
+        if (errno != EEXIST)
+            return errno;
     }
-    return mistake(EEXIST);
+    return EEXIST;
 }
 
-std::string WholeFile::put(std::string_view bytes) {
-    while (!bytes.empty()) {
-        const ssize_t written = write(file, bytes.data(), bytes.size());
-        if (written > 0)
-            bytes.remove_prefix(static_cast<std::size_t>(written));
-        else if (written == 0 || errno != EINTR)
-            return mistake(written == 0 ? ENOSPC : errno);
-    }
-    return "";
+Outcome WholeFile::WholeFileData::make_named() {
+    NewFileName::Change change(beside);
+    const int error = make_beside(change, [&](const char* candidate) {
+        file = open(candidate, O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
+        return file >= 0;
+    });
+    return error != 0 ? failure(error) : Outcome::success();
 }
 
-std::string WholeFile::finish() {
+Outcome WholeFile::put(std::string_view bytes) {
+    const int error = data->file < 0 ? EBADF : write_all(data->file, bytes);
+    return error != 0 ? data->failure(error) : Outcome::success();
+}
+
+Outcome WholeFile::finish() {
+    if (data->file < 0)
+        return data->failure(EBADF);
     // Some systems tell of a full disk only now. Pipes and devices have nothing to sync.
-    if (!beside.empty() && fsync(file) != 0)
-        return mistake(errno);
-    const int closed = close(file);
-    file = -1;
-    if (closed != 0)
-        return mistake(errno);
-    if (beside.empty())
-        return "";
-    const Quiet quiet;
-    if (std::rename(beside.c_str(), place.c_str()) != 0)
-        return mistake(errno);
-    beside.clear();
-    pending[0] = '\0';
-    return "";
+    if (data->is_new && fsync(data->file) != 0)
+        return data->failure(errno);
+    if (data->is_new && data->beside.text().empty()) {
+        Outcome named = data->name_unnamed();
+        if (named)
+            data->close_file();
+        return named;
+    }
+    if (data->close_file() != 0)
+        return data->failure(errno);
+    return data->is_new ? data->rename_beside() : Outcome::success();
+}
+
+/// Only a name that is free can be given at once; an old file is replaced by way of another name.
+Outcome WholeFile::WholeFileData::name_unnamed() {
+    const std::string open_file = name_of_open(file);
+    const auto give = [&](const char* to) {
+        return linkat(AT_FDCWD, open_file.c_str(), AT_FDCWD, to, AT_SYMLINK_FOLLOW) == 0;
+    };
+    if (give(place.c_str()))
+        return Outcome::success();
+    if (errno != EEXIST)
+        return failure(errno);
+    NewFileName::Change change(beside);
+    if (const int error = make_beside(change, give); error != 0)
+        return failure(error);
+    if (std::rename(beside.text().c_str(), place.c_str()) != 0)
+        return failure(errno);
+    change.clear();
+    return Outcome::success();
+}
+
+Outcome WholeFile::WholeFileData::rename_beside() {
+    NewFileName::Change change(beside);
+    if (std::rename(beside.text().c_str(), place.c_str()) != 0)
+        return failure(errno);
+    change.clear();
+    return Outcome::success();
+}
+
+void remove_new_files_on_signals() {
+    listen_for_ending_signals();
 }
 
 std::string mistake_in_writing(const std::string& name) {
@@ -166,9 +222,8 @@ std::string mistake_in_writing(const std::string& name) {
     const bool is_other =
         is_there(name, status) && !S_ISREG(status.st_mode) && !S_ISDIR(status.st_mode);
     if (!is_other)
-        return WholeFile(name).begin();
-    return access(name.c_str(), W_OK) == 0 ? ""
-                                           : "can't write " + name + ": " + std::strerror(errno);
+        return WholeFile(name).begin().reason();
+    return access(name.c_str(), W_OK) == 0 ? "" : mistake_of(name, errno);
 }
 
 bool are_same_file(const std::string& a, const std::string& b) {

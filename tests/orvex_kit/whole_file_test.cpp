@@ -1,16 +1,21 @@
 #include "orvex_kit/whole_file.h"
 
+#include <atomic>
 #include <csignal>
 #include <filesystem>
-#include <functional>
+#include <memory>
+#include <thread>
+#include <vector>
 
 #include <gtest/gtest.h>
 
+#include <fcntl.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
+#include "orvex_kit/private/unnamed_files.h"
+#include "tests/orvex_kit/child_process.h"
 #include "tests/support/temp_dir.h"
 
 namespace orvex_test {
@@ -29,22 +34,12 @@ std::size_t num_files(const TempDir& folder) {
 /// Writes a file in one go. @return what went wrong
 std::string write_whole(const std::string& name, const std::string& content) {
     WholeFile file(name);
-    std::string mistake = file.begin();
-    if (mistake.empty())
-        mistake = file.put(content);
-    return mistake.empty() ? file.finish() : mistake;
-}
-
-/// Does something in a process of its own. @return the status that it ended with
-int status_of(const std::function<void()>& work) {
-    const pid_t child = fork();
-    if (child == 0) {
-        work();
-        _exit(0);
-    }
-    int status = 0;
-    waitpid(child, &status, 0);
-    return status;
+    Outcome outcome = file.begin();
+    if (outcome)
+        outcome = file.put(content);
+    if (outcome)
+        outcome = file.finish();
+    return outcome.reason();
 }
 
 TEST(Files, tell_why_they_cant_be_written) {
@@ -89,35 +84,46 @@ TEST(Files, are_the_same_behind_links) {
     EXPECT_FALSE(are_same_file(folder.file("none"), folder.file("nothing")));
 }
 
-TEST(WholeFile, takes_the_place_of_the_old_one_at_its_end) {
+/// New files without names, where the file system takes those, and with them.
+class WholeFileWays : public testing::TestWithParam<bool> {
+protected:
+    WholeFileWays() { use_unnamed_files(GetParam()); }
+    ~WholeFileWays() override { use_unnamed_files(true); }
+};
+
+INSTANTIATE_TEST_SUITE_P(WholeFile, WholeFileWays, testing::Bool(), [](const auto& way) {
+    return std::string(way.param ? "without_names" : "with_names");
+});
+
+TEST_P(WholeFileWays, takes_the_place_of_the_old_one_at_its_end) {
     const TempDir folder;
     const std::string name = folder.write("a.jpg", "old");
     {
         WholeFile file(name);
-        ASSERT_EQ(file.begin(), "");
-        ASSERT_EQ(file.put("new, "), "");
-        ASSERT_EQ(file.put("and more"), "");
+        ASSERT_EQ(file.begin().reason(), "");
+        ASSERT_EQ(file.put("new, ").reason(), "");
+        ASSERT_EQ(file.put("and more").reason(), "");
         EXPECT_EQ(content_of(name), "old");
-        ASSERT_EQ(file.finish(), "");
+        ASSERT_EQ(file.finish().reason(), "");
         EXPECT_EQ(content_of(name), "new, and more");
     }
     EXPECT_EQ(content_of(name), "new, and more");
     EXPECT_EQ(num_files(folder), 1u);
 }
 
-TEST(WholeFile, leaves_the_old_one_when_it_is_given_up) {
+TEST_P(WholeFileWays, leaves_the_old_one_when_it_is_given_up) {
     const TempDir folder;
     const std::string name = folder.write("a.jpg", "old");
     {
         WholeFile file(name);
-        ASSERT_EQ(file.begin(), "");
-        ASSERT_EQ(file.put("new"), "");
+        ASSERT_EQ(file.begin().reason(), "");
+        ASSERT_EQ(file.put("new").reason(), "");
     }
     EXPECT_EQ(content_of(name), "old");
     EXPECT_EQ(num_files(folder), 1u);
 }
 
-TEST(WholeFile, keeps_the_rights_of_the_old_one) {
+TEST_P(WholeFileWays, keeps_the_rights_of_the_old_one) {
     const TempDir folder;
     const std::string name = folder.write("a.jpg", "old");
     ASSERT_EQ(chmod(name.c_str(), 0640), 0);
@@ -127,7 +133,7 @@ TEST(WholeFile, keeps_the_rights_of_the_old_one) {
     EXPECT_EQ(status.st_mode & 07777, 0640u);
 }
 
-TEST(WholeFile, follows_links) {
+TEST_P(WholeFileWays, follows_links) {
     const TempDir folder;
     std::filesystem::create_directory(folder.file("deep"));
     folder.write("deep/a.jpg", "old");
@@ -138,14 +144,14 @@ TEST(WholeFile, follows_links) {
     EXPECT_EQ(content_of(folder.file("deep/a.jpg")), "new");
 }
 
-TEST(WholeFile, has_a_name_as_long_as_names_can_be) {
+TEST_P(WholeFileWays, has_a_name_as_long_as_names_can_be) {
     const TempDir folder;
     const std::string name = folder.file(std::string(251, 'n') + ".jpg");
     EXPECT_EQ(write_whole(name, "new"), "");
     EXPECT_EQ(content_of(name), "new");
 }
 
-TEST(WholeFile, tells_in_the_systems_words_that_a_device_is_full) {
+TEST_P(WholeFileWays, tells_in_the_systems_words_that_a_device_is_full) {
     const TempDir folder;
     const std::string link = folder.file("full.jpg");
     std::filesystem::create_symlink("/dev/full", link);
@@ -153,11 +159,10 @@ TEST(WholeFile, tells_in_the_systems_words_that_a_device_is_full) {
     EXPECT_EQ(num_files(folder), 1u);
 }
 
-TEST(WholeFile, leaves_the_old_one_where_there_is_no_room) {
+TEST_P(WholeFileWays, leaves_the_old_one_where_there_is_no_room) {
     const TempDir folder;
     const std::string name = folder.write("a.jpg", "old");
     const int status = status_of([&] {
-        std::signal(SIGXFSZ, SIG_IGN);
         const rlimit limit{1000, 1000};
         setrlimit(RLIMIT_FSIZE, &limit);
         if (write_whole(name, std::string(3000, 'n')) != "can't write " + name + ": File too large")
@@ -168,14 +173,15 @@ TEST(WholeFile, leaves_the_old_one_where_there_is_no_room) {
     EXPECT_EQ(num_files(folder), 1u);
 }
 
-TEST(WholeFile, is_removed_by_a_signal_that_ends_the_program) {
+TEST_P(WholeFileWays, is_removed_by_a_signal_that_ends_the_program) {
     for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
         const TempDir folder;
         const std::string name = folder.write("a.jpg", "old");
         const int status = status_of([&] {
             std::signal(signal, SIG_DFL);
+            remove_new_files_on_signals();
             WholeFile file(name);
-            if (file.begin().empty() && file.put("new").empty())
+            if (file.begin() && file.put("new"))
                 raise(signal);
         });
         EXPECT_TRUE(WIFSIGNALED(status)) << signal;
@@ -185,20 +191,200 @@ TEST(WholeFile, is_removed_by_a_signal_that_ends_the_program) {
     }
 }
 
-TEST(WholeFile, stays_when_a_signal_is_ignored) {
+TEST_P(WholeFileWays, stays_when_a_signal_is_ignored) {
     const TempDir folder;
     const std::string name = folder.file("a.jpg");
     const int status = status_of([&] {
         std::signal(SIGHUP, SIG_IGN);
+        remove_new_files_on_signals();
         WholeFile file(name);
-        if (file.begin().empty() && file.put("new").empty()) {
+        if (file.begin() && file.put("new")) {
             raise(SIGHUP);
-            _exit(file.finish().empty() ? 0 : 1);
+            _exit(file.finish() ? 0 : 1);
         }
         _exit(2);
     });
     EXPECT_EQ(status, 0);
     EXPECT_EQ(content_of(name), "new");
+}
+
+TEST_P(WholeFileWays, is_one_of_any_number) {
+    const TempDir folder;
+    std::vector<std::unique_ptr<WholeFile>> files;
+    for (int i = 0; i < 100; ++i) {
+        files.push_back(std::make_unique<WholeFile>(folder.file(std::to_string(i))));
+        ASSERT_EQ(files.back()->begin().reason(), "");
+        ASSERT_EQ(files.back()->put(std::to_string(i)).reason(), "");
+    }
+    for (int i = 0; i < 100; i += 2)
+        ASSERT_EQ(files[static_cast<std::size_t>(i)]->finish().reason(), "");
+    files.clear();
+    EXPECT_EQ(num_files(folder), 50u);
+    EXPECT_EQ(content_of(folder.file("98")), "98");
+}
+
+TEST_P(WholeFileWays, is_one_of_several_threads) {
+    const TempDir folder;
+    std::atomic<int> mistakes = 0;
+    std::vector<std::thread> threads;
+    for (int thread = 0; thread < 4; ++thread)
+        threads.emplace_back([&, thread] {
+            for (int i = 0; i < 50; ++i)
+                if (!write_whole(folder.file(std::to_string(thread)), std::to_string(i)).empty())
+                    ++mistakes;
+        });
+    for (std::thread& thread : threads)
+        thread.join();
+    EXPECT_EQ(mistakes, 0);
+    EXPECT_EQ(num_files(folder), 4u);
+    EXPECT_EQ(content_of(folder.file("3")), "49");
+}
+
+TEST_P(WholeFileWays, is_the_last_of_those_that_want_one_name) {
+    const TempDir folder;
+    const std::string name = folder.file("a");
+    WholeFile first(name), second(name);
+    ASSERT_EQ(first.begin().reason(), "");
+    ASSERT_EQ(second.begin().reason(), "");
+    ASSERT_EQ(first.put("first").reason(), "");
+    ASSERT_EQ(second.put("second").reason(), "");
+    ASSERT_EQ(second.finish().reason(), "");
+    ASSERT_EQ(first.finish().reason(), "");
+    EXPECT_EQ(content_of(name), "first");
+    EXPECT_EQ(num_files(folder), 1u);
+}
+
+TEST_P(WholeFileWays, refuses_what_comes_too_early_or_too_late) {
+    const TempDir folder;
+    const std::string name = folder.file("a");
+    WholeFile file(name);
+    EXPECT_EQ(file.put("x").reason(), "can't write " + name + ": Bad file descriptor");
+    EXPECT_EQ(file.finish().reason(), "can't write " + name + ": Bad file descriptor");
+    ASSERT_EQ(file.begin().reason(), "");
+    EXPECT_EQ(file.begin().reason(), "can't write " + name + ": it is being written already");
+    ASSERT_EQ(file.put("x").reason(), "");
+    ASSERT_EQ(file.finish().reason(), "");
+    EXPECT_FALSE(file.put("y"));
+    EXPECT_FALSE(file.finish());
+    EXPECT_EQ(content_of(name), "x");
+}
+
+TEST_P(WholeFileWays, isnt_written_where_it_has_no_right_to) {
+    const TempDir folder;
+    ASSERT_EQ(chmod(folder.path().c_str(), 0755), 0);
+    const std::string fresh = folder.file("fresh"), old = folder.write("old", "old");
+    ASSERT_EQ(chmod(old.c_str(), 0644), 0);
+    const int status = status_of([&] {
+        // The superuser may do anything; anybody else would own the folder.
+        if (geteuid() != 0)
+            chmod(folder.path().c_str(), 0500);
+        else if (seteuid(65534) != 0)
+            _exit(1);
+        if (geteuid() == getuid())
+            chmod(old.c_str(), 0400);
+        if (write_whole(fresh, "new") != "can't write " + fresh + ": Permission denied")
+            _exit(2);
+        if (write_whole(old, "new") != "can't write " + old + ": Permission denied")
+            _exit(3);
+    });
+    chmod(folder.path().c_str(), 0700);
+    EXPECT_EQ(WEXITSTATUS(status), 0);
+    EXPECT_EQ(content_of(old), "old");
+    EXPECT_EQ(num_files(folder), 1u);
+}
+
+TEST_P(WholeFileWays, is_left_by_a_child_that_ends_with_a_copy_of_it) {
+    const TempDir folder;
+    const std::string name = folder.file("a");
+    auto file = std::make_unique<WholeFile>(name);
+    ASSERT_EQ(file->begin().reason(), "");
+    ASSERT_EQ(status_of([&] {
+                  file.reset();
+                  remove_new_files_on_signals();
+              }),
+              0);
+    const int status = status_of([] {
+        std::signal(SIGTERM, SIG_DFL);
+        remove_new_files_on_signals();
+        raise(SIGTERM);
+    });
+    EXPECT_TRUE(WIFSIGNALED(status));
+    ASSERT_EQ(file->put("x").reason(), "");
+    ASSERT_EQ(file->finish().reason(), "");
+    EXPECT_EQ(content_of(name), "x");
+}
+
+TEST_P(WholeFileWays, leaves_the_handlers_of_a_program_that_doesnt_ask) {
+    const TempDir folder;
+    const int status = status_of([&] {
+        std::signal(SIGINT, SIG_DFL);
+        WholeFile file(folder.file("a"));
+        if (!file.begin())
+            _exit(1);
+        struct sigaction present {};
+        sigaction(SIGINT, nullptr, &present);
+        _exit(present.sa_handler == SIG_DFL ? 0 : 2);
+    });
+    EXPECT_EQ(status, 0);
+}
+
+TEST_P(WholeFileWays, tells_that_a_pipe_has_no_reader) {
+    const TempDir folder;
+    const std::string pipe = folder.file("pipe");
+    ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+    const int status = status_of([&] {
+        std::signal(SIGPIPE, SIG_DFL);
+        const int reader = open(pipe.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+        WholeFile file(pipe);
+        if (!file.begin())
+            _exit(1);
+        close(reader);
+        _exit(file.put("x").reason() == "can't write " + pipe + ": Broken pipe" ? 0 : 2);
+    });
+    EXPECT_EQ(status, 0);
+}
+
+bool takes_unnamed_files(const TempDir& folder) {
+    const int file = open(folder.path().c_str(), O_TMPFILE | O_WRONLY | O_CLOEXEC, 0600);
+    if (file >= 0)
+        close(file);
+    return file >= 0;
+}
+
+TEST(WholeFile, leaves_nothing_when_the_program_is_killed_where_files_need_no_names) {
+    const TempDir folder;
+    const std::string name = folder.write("a", "old");
+    const int status = status_of([&] {
+        WholeFile file(name);
+        if (file.begin() && file.put("new"))
+            raise(SIGKILL);
+    });
+    EXPECT_TRUE(WIFSIGNALED(status));
+    EXPECT_EQ(content_of(name), "old");
+    EXPECT_EQ(num_files(folder), takes_unnamed_files(folder) ? 1u : 2u);
+}
+
+TEST(WholeFile, is_removed_by_a_signal_on_any_thread_whatever_the_others_do) {
+    const TempDir folder;
+    const int status = status_of([&] {
+        use_unnamed_files(false);
+        std::signal(SIGTERM, SIG_DFL);
+        remove_new_files_on_signals();
+        std::atomic<int> written = 0;
+        std::vector<std::thread> threads;
+        for (int thread = 0; thread < 3; ++thread)
+            threads.emplace_back([&, thread] {
+                for (;; ++written)
+                    static_cast<void>(write_whole(folder.file(std::to_string(thread)), "new"));
+            });
+        while (written < 20)
+            std::this_thread::yield();
+        raise(SIGTERM);
+        _exit(1);
+    });
+    EXPECT_TRUE(WIFSIGNALED(status));
+    for (const auto& entry : std::filesystem::directory_iterator(folder.path()))
+        EXPECT_EQ(entry.path().filename().string().size(), 1u) << entry.path();
 }
 
 } // namespace

@@ -1,0 +1,126 @@
+// What becomes of pictures when memory runs out.
+
+#include <filesystem>
+#include <functional>
+
+#include <gtest/gtest.h>
+
+#include "orvex_kit/compare.h"
+#include "orvex_kit/frame_stream.h"
+#include "orvex_kit/picture_file.h"
+#include "tests/orvex_kit/sample_pictures.h"
+#include "tests/support/heap.h"
+#include "tests/support/temp_dir.h"
+
+namespace orvex_test {
+
+namespace {
+
+using namespace orvex::kit;
+
+constexpr std::size_t large = 4096;
+
+/// What an operation says when it is refused its n-th large block, among arrays or all others.
+std::string reason_without(unsigned long n, const std::function<Outcome()>& work,
+                           bool single = false) {
+    const RefuseArrays refusal({.granted = n, .refused = 1, .min_size = large, .single = single});
+    return work().reason();
+}
+
+TEST(Memory, that_runs_out_is_told_of_a_new_picture) {
+    Picture picture = make_picture(2, 1, 1, Sample::u8);
+    EXPECT_EQ(reason_without(0, [&] { return picture.create(100, 50, 4, Sample::f32); }),
+              "no memory for a picture of 100x50 pixels: 80000 bytes");
+    EXPECT_EQ(picture.width(), 2);
+}
+
+TEST(Memory, that_runs_out_is_told_of_a_copy_that_asks) {
+    const Picture picture = make_picture(100, 50, 4, Sample::f32);
+    Picture copy = make_picture(2, 1, 1, Sample::u8);
+    EXPECT_EQ(reason_without(0, [&] { return copy.copy_from(picture); }),
+              "no memory for a copy of a picture of 100x50 pixels: 80000 bytes");
+    EXPECT_EQ(copy.width(), 2);
+    EXPECT_EQ(reason_without(0, [&] { return copy.take_channels(picture, 3); }),
+              "no memory for a picture of 100x50 pixels: 60000 bytes");
+    EXPECT_EQ(copy.width(), 2);
+}
+
+TEST(Memory, that_runs_out_leaves_an_empty_copy) {
+    const Picture picture = make_picture(100, 50, 4, Sample::f32);
+    const RefuseArrays refusal({.min_size = large});
+    EXPECT_TRUE(Picture(picture).is_empty()); // NOLINT(performance-unnecessary-copy-initialization)
+    Picture assigned;
+    assigned = picture;
+    EXPECT_TRUE(assigned.is_empty());
+}
+
+TEST(Memory, that_runs_out_is_told_of_a_difference) {
+    const Picture picture = make_picture(100, 50, 4, Sample::f32);
+    Picture shown = make_picture(2, 1, 1, Sample::u8);
+    EXPECT_EQ(reason_without(0, [&] { return show_difference(picture, picture, shown); }),
+              "no memory for a picture of 100x50 pixels: 5000 bytes");
+    EXPECT_EQ(shown.width(), 2);
+}
+
+/// Refuses each large block once until the operation gets all of them.
+void expect_told(const std::string& path, const std::function<Outcome()>& work, bool single) {
+    for (unsigned long n = 0; n < 1000; ++n) {
+        const long before = living_blocks();
+        const std::string reason = reason_without(n, work, single);
+        if (reason.empty()) {
+            EXPECT_GT(n, 0u);
+            return;
+        }
+        EXPECT_EQ(reason.find("can't write " + path + ": "), 0u) << reason;
+        EXPECT_NE(reason.find("memory"), std::string::npos) << reason;
+        EXPECT_FALSE(std::filesystem::exists(path));
+        // The library of OpenEXR may keep what it made for good at its first call.
+        EXPECT_LE(living_blocks(), before + 2) << "after block " << n;
+    }
+    ADD_FAILURE() << "it never got all";
+}
+
+TEST(Memory, that_runs_out_is_told_of_a_picture_file) {
+    const TempDir folder;
+    const Picture picture = noise_picture(100, 100, 3, Sample::u8);
+    const std::string png = folder.file("x.png");
+    expect_told(
+        png, [&] { return write_picture(picture, png); }, false);
+    for (const char* const name : {"x.jpg", "x.y4m"}) {
+        const std::string path = folder.file(name);
+        expect_told(
+            path, [&] { return write_picture(picture, path); }, true);
+    }
+}
+
+TEST(Memory, that_runs_out_is_told_of_layers) {
+    if (!can_write_format(PictureFormat::exr))
+        return;
+    const TempDir folder;
+    const Picture picture = noise_picture(100, 100, 3, Sample::u8);
+    const std::string warm = folder.file("warm.exr"), path = folder.file("x.exr");
+    ASSERT_EQ(write_picture(picture, warm).reason(), "");
+    expect_told(
+        path, [&] { return write_picture(picture, path); }, true);
+}
+
+TEST(Memory, that_runs_out_is_told_of_a_reference) {
+    const TempDir folder;
+    const std::string path = folder.file("x.png");
+    ASSERT_EQ(write_picture(noise_picture(100, 100, 3, Sample::u8), path).reason(), "");
+    Picture picture = make_picture(2, 1, 1, Sample::u8);
+    std::string reason, last;
+    unsigned long n = 0;
+    do {
+        last = reason;
+        reason = reason_without(n++, [&] { return read_picture(path, picture); });
+        EXPECT_EQ(picture.width(), reason.empty() ? 100 : 2);
+    } while (!reason.empty() && n < 100);
+    EXPECT_EQ(reason, "");
+    EXPECT_EQ(last,
+              "can't read " + path + ": no memory for a picture of 100x100 pixels: 30000 bytes");
+}
+
+} // namespace
+
+} // namespace orvex_test
