@@ -196,19 +196,17 @@ bool is_equal(float a, float b) {
 
 } // namespace
 
-bool operator==(const Picture& a, const Picture& b) noexcept {
-    if (a.width() != b.width() || a.height() != b.height() || a.channels() != b.channels() ||
-        a.sample() != b.sample())
+bool Picture::operator==(const Picture& other) const noexcept {
+    if (columns != other.columns || rows != other.rows || depth != other.depth ||
+        kind != other.kind)
         return false;
-    if (a.is_empty())
+    if (is_empty() || std::memcmp(data(), other.data(), size_bytes()) == 0)
         return true;
-    if (std::memcmp(a.data(), b.data(), a.size_bytes()) == 0)
-        return true;
-    if (a.sample() != Sample::f32)
+    if (kind != Sample::f32)
         return false;
-    const auto* const samples = a.row<float>(0);
-    const std::size_t count = a.size_bytes() / sizeof(float);
-    return std::equal(samples, samples + count, b.row<float>(0), is_equal);
+    const auto* const samples = row<float>(0);
+    const std::size_t count = size_bytes() / sizeof(float);
+    return std::equal(samples, samples + count, other.row<float>(0), is_equal);
 }
 
 } // namespace orvex::kit

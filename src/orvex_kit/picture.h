@@ -101,6 +101,12 @@ public:
     /// @return as `create`; that there is nothing to take from if the other one is empty
     Outcome take_channels(const Picture& other, int count);
 
+    /// Whether sizes, kinds and every sample are the same. A NaN equals a NaN, 0 equals -0. Two
+    /// empty pictures are equal.
+    bool operator==(const Picture& other) const noexcept;
+    /// The opposite.
+    bool operator!=(const Picture& other) const noexcept { return !(*this == other); }
+
 private:
     int columns = 0;
     int rows = 0;
@@ -108,14 +114,6 @@ private:
     Sample kind = Sample::u8;
     std::unique_ptr<unsigned char[]> pixels;
 };
-
-/// Whether sizes, kinds and every sample are the same. A NaN equals a NaN, 0 equals -0. Two empty
-/// pictures are equal.
-ORVEX_KIT_API bool operator==(const Picture& a, const Picture& b) noexcept;
-/// The opposite.
-inline bool operator!=(const Picture& a, const Picture& b) noexcept {
-    return !(a == b);
-}
 
 /// @name What a type of samples is called; there are no others.
 /// @{
