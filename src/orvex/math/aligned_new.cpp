@@ -28,9 +28,11 @@ void* aligned_block_new(unsigned long count, unsigned long element_size, int ali
                         unsigned char** raw) {
     const std::uintptr_t slack = alignment < 1 ? 0 : static_cast<std::uintptr_t>(alignment) - 1;
     const unsigned long size = saturating_sum(saturating_product(count, element_size), slack);
+    constexpr bool is_64_bit = sizeof(void*) == 8;
+    const bool refused = size == largest_size || !is_64_bit;
     // An empty block of alignment 1 is still a block: malloc may answer null for no bytes.
     auto* const block =
-        size == largest_size ? nullptr : static_cast<unsigned char*>(std::malloc(size ? size : 1));
+        refused ? nullptr : static_cast<unsigned char*>(std::malloc(size ? size : 1));
     if (raw)
         *raw = block;
     if (!block)

@@ -9,7 +9,8 @@
 /// - alignment: bytes, a power of two; below 1 counts as 1; one that is no power of two gives an
 ///   address inside the block with no promise on its alignment
 /// - raw: receives the raw block; null keeps it from the caller, who then can't give it back
-/// - result: the first element; null, with `*raw` null, when memory is short
+/// - result: the first element; null, with `*raw` null, when memory is short, and always where
+///   `Is64BitApp` is false
 ///
 /// @code
 /// unsigned char* raw = nullptr;
