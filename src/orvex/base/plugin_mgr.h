@@ -14,7 +14,9 @@ namespace orvex {
 /// libraries.
 ///
 /// One per process, made on first use and never destroyed. Not locked: the host's main thread calls
-/// it. A plugin that ends while it is registered loses its entry.
+/// it. A plugin that ends while it is registered loses its entry. Where memory runs out an
+/// operation throws `std::bad_alloc`, and the registry is as before; a plugin's own entries throw
+/// nothing.
 class ORVEX_API PluginMgr {
 public:
     /// The only instance.

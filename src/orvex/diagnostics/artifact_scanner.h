@@ -27,7 +27,8 @@ namespace orvex {
 /// A render target is taken as a square of its width, as `Texture` reads it back: what is higher
 /// than that is not seen.
 ///
-/// Render thread: reading the frame needs the graphics context. Nothing is logged.
+/// Render thread: reading the frame needs the graphics context. Nothing is logged. The constructor
+/// and `run` may throw `std::bad_alloc`; the count is as before then.
 ///
 /// @code
 /// ArtifactScanner* scanner = new ArtifactScanner;

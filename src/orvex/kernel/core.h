@@ -9,7 +9,8 @@
 namespace orvex {
 
 /// Functions over the engine's single instances, with no state of their own. The host's main thread
-/// calls them; the trace functions may be called from any thread.
+/// calls them; the trace functions may be called from any thread. Where memory runs out `start` and
+/// `stop` may throw `std::bad_alloc`; the next call of the same goes on from there.
 ///
 /// @code
 /// orvex::core::start("host.txt", true, nullptr, nullptr);

@@ -38,9 +38,10 @@ namespace orvex {
 /// Raster text needs the fixed pipeline, thus a compatibility context, and the GLUT library on the
 /// machine; see `Renderer::font_bitmap_linux_render`.
 ///
-/// Failures are false results; nothing is logged. Used on the thread that owns the renderer's
-/// context. Texts may be queued on another thread if the caller orders that before `bm_update_vb`:
-/// nothing locks.
+/// Failures are false results; nothing is logged. Where memory runs out, the constructor and what
+/// keeps something may throw `std::bad_alloc`, and can be called again. Used on the thread that
+/// owns the renderer's context. Texts may be queued on another thread if the caller orders that
+/// before `bm_update_vb`: nothing locks.
 ///
 /// @code
 /// orvex::Font* font = new orvex::Font;

@@ -26,7 +26,8 @@ namespace orvex {
 ///
 /// Unless told otherwise, a null record, a null pointer or the id 0 is refused: the operation does
 /// nothing and returns false, null, 0 or -1. Where the running context lacks what an operation
-/// needs, it gives the same result. API errors are not polled: see `get_opengl_error`.
+/// needs, it gives the same result. API errors are not polled: see `get_opengl_error`. Where memory
+/// runs out an operation that keeps something throws `std::bad_alloc`, and the state is as before.
 ///
 /// A number goes to the API as it is, unless a range is told: one that the API doesn't take becomes
 /// an error of its own, and changes nothing. Channels of colours are 0 to 1 where the buffer holds
@@ -364,7 +365,8 @@ public:
     virtual bool vertex_buffer_prepare(MeshData* mesh) = 0;
     /// `vertex_buffer_prepare` for a record with one block per attribute.
     virtual bool vertex_buffer_prepare_separate_arrays(MeshData* mesh) = 0;
-    /// Draws the mesh by one draw call.
+    /// Draws the mesh by one draw call. @return false for null, and where the API had no memory for
+    /// a buffer in the record's last prepare: nothing is drawn until the next one
     virtual bool vertex_buffer_draw(MeshData* mesh) = 0;
     /// Always false: there are no effects here.
     virtual bool vertex_buffer_draw_with_shader_effect(MeshData* mesh, GpuProgramData* program) = 0;
@@ -784,9 +786,9 @@ public:
     /// Prepares, draws and finishes; true in any case.
     virtual bool vertex_pool_render(VertexPoolData* pool) = 0;
     /// Makes the buffer on first use, uploads what is dirty, sets up the arrays.
-    /// @return false for null and for a pool without points
+    /// @return false for null, for a pool without points, or if the buffer couldn't be made
     virtual bool vertex_pool_render_prepare(VertexPoolData* pool) = 0;
-    /// Draws the points. @return false for null
+    /// Draws the points. @return false for null, and without a buffer since the last prepare
     virtual bool vertex_pool_render_draw(VertexPoolData* pool) = 0;
     /// Undoes the set-up of the arrays. @return false for null
     virtual bool vertex_pool_render_finish(VertexPoolData* pool) = 0;
@@ -843,13 +845,13 @@ public:
 
     /// Makes the buffer on first use, uploads what is dirty, sets up the arrays by the record's
     /// path.
-    /// @return false for null and for a polyline without vertices
+    /// @return false for null, for a polyline without vertices, or if the buffer couldn't be made
     virtual bool polyline_vb_prepare(PolylineData* polyline) = 0;
     /// `polyline_vb_prepare` on the path of client arrays.
     virtual bool polyline_vb_prepare_gl2(PolylineData* polyline) = 0;
     /// Draws `count` vertices from `start` on; below 1 means the number of vertices, which `start`
     /// doesn't reduce.
-    /// @return false for null
+    /// @return false for null, and without a buffer since the last prepare
     virtual bool polyline_vb_draw(PolylineData* polyline, int start, int count) = 0;
     /// Undoes the set-up of the arrays. @return false for null
     virtual bool polyline_vb_finish(PolylineData* polyline) = 0;

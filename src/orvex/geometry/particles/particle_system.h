@@ -21,7 +21,8 @@ namespace orvex {
 /// host ended otherwise are passed over. A direct delete leaves them alive.
 ///
 /// Each update is a step: the emitters bring dead particles to life in the order they were created,
-/// the actions move the living in theirs, and all grow older. A step allocates nothing. The same
+/// the actions move the living in theirs, and all grow older. A step allocates nothing; making
+/// particles, emitters and actions may throw `std::bad_alloc`, and leaves what was. The same
 /// calls after the same `Math::srnd` give the same particles.
 ///
 /// Particles are drawn in the space of their pool of points, which is no child of the system: the
