@@ -1,5 +1,6 @@
 #include "picture.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <filesystem>
 
@@ -72,6 +73,35 @@ TEST(PictureDifferenceTest, is_near_by_both_limits) {
     EXPECT_FALSE(is_near(a, gradient(10, 11), {255, 1.0}));
 }
 
+/// What a processor is taken for, until the end of the test.
+class ProcessorClassTest : public testing::Test {
+protected:
+    void SetUp() override { unsetenv("GALLIUM_OVERRIDE_CPU_CAPS"); }
+    void TearDown() override { unsetenv("GALLIUM_OVERRIDE_CPU_CAPS"); }
+
+    static ProcessorClass class_with(const char* capabilities) {
+        setenv("GALLIUM_OVERRIDE_CPU_CAPS", capabilities, 1);
+        return processor_class();
+    }
+};
+
+TEST_F(ProcessorClassTest, is_what_the_driver_is_told) {
+    const ProcessorClass real = processor_class();
+    EXPECT_EQ(class_with("avx"), real) << "nothing is added to a processor";
+    EXPECT_EQ(class_with("ssse3"), std::max(real, ProcessorClass::ssse3));
+    EXPECT_EQ(class_with("sse4.1"), std::max(real, ProcessorClass::ssse3));
+    for (const char* const older : {"nosse", "sse", "sse2", "sse3"})
+        EXPECT_EQ(class_with(older), ProcessorClass::other) << older;
+}
+
+TEST_F(ProcessorClassTest, says_how_far_a_picture_may_be_from_the_golden_one) {
+    EXPECT_EQ(tolerance_on(ProcessorClass::avx).largest, 3);
+    EXPECT_EQ(tolerance_on(ProcessorClass::ssse3).largest, 3);
+    EXPECT_EQ(tolerance_on(ProcessorClass::other).largest, 10);
+    EXPECT_EQ(tolerance_on(ProcessorClass::other).share, PictureTolerance().share)
+        << "what is missing or in another place is no matter of rounding";
+}
+
 class GoldenPicture : public testing::Test {
 protected:
     const TempDir folder;
@@ -106,16 +136,42 @@ TEST_F(GoldenPicture, fails_beyond_the_tolerance) {
     EXPECT_FALSE(left("a-difference.png"));
 }
 
+TEST_F(GoldenPicture, may_be_drawn_darker_where_filters_cut) {
+    Picture darker = gradient(8, 8);
+    for (std::size_t i = 0; i < darker.pixels.size(); i += 4)
+        darker.pixels[i] = static_cast<unsigned char>(std::max(0, darker.pixels[i] - 9));
+    ASSERT_TRUE(write_png(golden + "/a.png", gradient(8, 8)));
+    EXPECT_FALSE(compare_with_golden(golden, output, "a", darker, false,
+                                     tolerance_on(ProcessorClass::ssse3)));
+    EXPECT_TRUE(compare_with_golden(golden, output, "a", darker, false,
+                                    tolerance_on(ProcessorClass::other)));
+    darker.at(1, 1)[2] = static_cast<unsigned char>(darker.at(1, 1)[2] + 100);
+    EXPECT_FALSE(compare_with_golden(golden, output, "a", darker, false,
+                                     tolerance_on(ProcessorClass::other)))
+        << "a pixel that is wrong";
+}
+
 TEST_F(GoldenPicture, is_missing) {
     EXPECT_FALSE(compare_with_golden(golden, output, "a", gradient(8, 8), true));
     EXPECT_TRUE(left("a.png"));
     EXPECT_FALSE(std::filesystem::exists(golden + "/a.png"));
 }
 
-TEST_F(GoldenPicture, is_written_when_asked) {
+TEST_F(GoldenPicture, is_written_on_no_other_processor) {
     setenv("ORVEX_UPDATE_GOLDEN", "1", 1);
-    EXPECT_TRUE(compare_with_golden(golden, output, "a", gradient(8, 8), true));
-    EXPECT_TRUE(read_picture(golden + "/a.png") == gradient(8, 8));
+    setenv("GALLIUM_OVERRIDE_CPU_CAPS", "ssse3", 1);
+    EXPECT_FALSE(compare_with_golden(golden, output, "a", gradient(8, 8), true));
+    unsetenv("GALLIUM_OVERRIDE_CPU_CAPS");
+    EXPECT_FALSE(std::filesystem::exists(golden + "/a.png"));
+}
+
+TEST_F(GoldenPicture, is_written_when_asked_on_a_processor_of_its_class) {
+    const bool may_write = processor_class() == ProcessorClass::avx;
+    setenv("ORVEX_UPDATE_GOLDEN", "1", 1);
+    const testing::AssertionResult written =
+        compare_with_golden(golden, output, "a", gradient(8, 8), true);
+    EXPECT_EQ(static_cast<bool>(written), may_write) << written.message();
+    EXPECT_EQ(read_picture(golden + "/a.png") == gradient(8, 8), may_write);
 }
 
 class Frame : public GlTest {};
