@@ -85,7 +85,7 @@ EGLContext create_context(EGLDisplay display, EGLConfig config, Profile profile,
     const bool core = profile == Profile::core;
     std::vector<EGLint> attributes = {EGL_CONTEXT_MAJOR_VERSION, core ? 3 : 2,
                                       EGL_CONTEXT_MINOR_VERSION, core ? 2 : 1,
-                                      EGL_CONTEXT_OPENGL_DEBUG,  EGL_TRUE};
+                                      EGL_CONTEXT_FLAGS_KHR,     EGL_CONTEXT_OPENGL_DEBUG_BIT_KHR};
     if (core)
         attributes.insert(attributes.end(),
                           {EGL_CONTEXT_OPENGL_PROFILE_MASK, EGL_CONTEXT_OPENGL_CORE_PROFILE_BIT});

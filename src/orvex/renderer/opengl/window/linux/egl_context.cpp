@@ -93,8 +93,10 @@ EGLContext create_with(EGLDisplay display, EGLConfig config, EGLContext share,
         attributes.insert(attributes.end(), {EGL_CONTEXT_OPENGL_ROBUST_ACCESS, EGL_TRUE,
                                              EGL_CONTEXT_OPENGL_RESET_NOTIFICATION_STRATEGY,
                                              EGL_LOSE_CONTEXT_ON_RESET});
+    // The flag is older than the attribute of the same meaning, which wants EGL 1.5.
     if (debug)
-        attributes.insert(attributes.end(), {EGL_CONTEXT_OPENGL_DEBUG, EGL_TRUE});
+        attributes.insert(attributes.end(),
+                          {EGL_CONTEXT_FLAGS_KHR, EGL_CONTEXT_OPENGL_DEBUG_BIT_KHR});
     attributes.push_back(EGL_NONE);
     return eglCreateContext(display, config, share, attributes.data());
 }
