@@ -304,10 +304,8 @@ INSTANTIATE_TEST_SUITE_P(of_toolkits, Hosts, testing::ValuesIn(of_toolkits()), h
 INSTANTIATE_TEST_SUITE_P(with_two_windows, Hosts, testing::ValuesIn(with_two_windows()), host_name);
 INSTANTIATE_TEST_SUITE_P(that_replace_their_window, Hosts,
                          testing::ValuesIn(that_replace_their_window()), host_name);
-#ifdef HOST_PLAIN
 INSTANTIATE_TEST_SUITE_P(without_exceptions_and_types, Hosts,
                          testing::ValuesIn(on_both_profiles({.command = {HOST_PLAIN}})), host_name);
-#endif
 
 } // namespace
 

@@ -87,8 +87,8 @@ ProcessorClass processor_class();
 /// On the last one every interpolation of a filter loses up to 1, so that a trilinear look-up loses
 /// 3, and each level that the driver makes for a mipmap 1 more: textured surfaces are darker by 5
 /// at most in the mean of 8 by 8 pixels. What the JPEG files of the examples make of it, measured
-/// over all golden pictures on sse2 and on nosse: 0.14 % of the pixels differ by more than 10 at
-/// the worst, and 19 % by more than 3.
+/// over all golden pictures with sse2: 0.14 % of the pixels differ by more than 10 at the worst,
+/// and 19 % by more than 3.
 PictureTolerance tolerance_on(ProcessorClass processor);
 
 /// Whether a picture is near enough to another.
