@@ -120,8 +120,8 @@ Renderer* Kernel::get_null_renderer() const {
 
 namespace {
 
-/// Walks a copy: modules run their code on the way, and may change the search path.
-int load_from_search_path(const std::vector<std::string> directories, const char* filename,
+/// @param directories  a copy to walk: modules run their code on the way, and may change the path
+int load_from_search_path(std::vector<std::string>&& directories, const char* filename,
                           bool force) {
     PluginMgr* const registry = PluginMgr::get();
     for (const std::string& directory : directories) {
@@ -143,7 +143,7 @@ Plugin* Kernel::load_plugin(const char* filename, bool force, bool use_search_pa
     // A search that finds nothing says nothing of its own.
     int id = -1;
     if (use_search_path) {
-        id = load_from_search_path(data->plugin_search_path, filename, force);
+        id = load_from_search_path(std::vector(data->plugin_search_path), filename, force);
         if (id <= 0)
             return nullptr;
     } else {

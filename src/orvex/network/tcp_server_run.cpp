@@ -182,7 +182,7 @@ void TcpServer::TcpServerData::Service::leave_open(OwnSocket client) {
     or_false([&] {
         const std::lock_guard guard(data.mutex);
         data.left_open.push_back(client.get());
-        client.release();
+        static_cast<void>(client.release()); // it is kept by its number
         return true;
     });
 }
