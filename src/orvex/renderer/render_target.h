@@ -16,8 +16,10 @@ namespace orvex {
 /// `kill` alone: the destructor deletes none.
 ///
 /// Sizes are in pixels, the origin is the lower left. Everything runs on the thread that holds the
-/// graphics context, and the GL objects belong to the context that was current at their creation:
-/// framebuffers aren't shared. Parameters without a name are taken and not used. Sizes are 1 to
+/// graphics context. In another context than that of the create the target is made once more, in
+/// the same form and with the last size, when it is activated or its ids are asked for: what was
+/// drawn into it stays where it was drawn, unless the contexts share, and ids are those of the
+/// current context. Parameters without a name are taken and not used. Sizes are 1 to
 /// `Renderer::get_max_texture_size`: with others the framebuffer stays incomplete, and a create
 /// returns false.
 ///

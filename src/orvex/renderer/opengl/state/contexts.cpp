@@ -134,6 +134,7 @@ void bury(ContextNumber number, const BuriedObjects& objects) {
     or_false([&] {
         append(group->buried.buffers, objects.buffers);
         append(group->buried.textures, objects.textures);
+        append(group->buried.render_buffers, objects.render_buffers);
         append(group->buried.shaders, objects.shaders);
         append(group->buried.programs, objects.programs);
         return true;
@@ -141,16 +142,28 @@ void bury(ContextNumber number, const BuriedObjects& objects) {
     ++change_count;
 }
 
-void bury_array(ContextNumber number, GLuint id) {
+namespace {
+
+void bury_in(ContextNumber number, std::vector<GLuint> BuriedContextObjects::*kind, GLuint id) {
     const std::shared_ptr<ContextState> context = find(number);
     if (!context)
         return;
     const std::lock_guard<std::mutex> guard(context->group->mutex);
     or_false([&] {
-        context->buried_arrays.push_back(id);
+        (context->buried.*kind).push_back(id);
         return true;
     });
     ++change_count;
+}
+
+} // namespace
+
+void bury_array(ContextNumber context, GLuint id) {
+    bury_in(context, &BuriedContextObjects::vertex_arrays, id);
+}
+
+void bury_framebuffer(ContextNumber context, GLuint id) {
+    bury_in(context, &BuriedContextObjects::framebuffers, id);
 }
 
 } // namespace orvex::contexts

@@ -69,24 +69,30 @@ void delete_all(Entry entry, const std::vector<GLuint>& ids) {
             entry(id);
 }
 
+template<class Entry>
+void delete_each(Entry entry, const std::vector<GLuint>& ids) {
+    for (const GLuint id : ids)
+        if (entry)
+            entry(1, &id);
+}
+
 } // namespace
 
 void GlState::delete_buried() {
     BuriedObjects objects;
-    std::vector<GLuint> arrays;
+    BuriedContextObjects unshared;
     {
         const std::lock_guard<std::mutex> guard(current->group->mutex);
         objects = std::exchange(current->group->buried, {});
-        arrays = std::exchange(current->buried_arrays, {});
+        unshared = std::exchange(current->buried, {});
     }
-    if (gl.glDeleteVertexArrays)
-        for (const GLuint id : arrays)
-            gl.glDeleteVertexArrays(1, &id);
+    delete_each(gl.glDeleteVertexArrays, unshared.vertex_arrays);
+    delete_each(gl.glDeleteFramebuffers, unshared.framebuffers);
     for (GLuint id : objects.buffers)
         if (gl.glDeleteBuffers)
             delete_buffer(*this, id);
-    for (const GLuint id : objects.textures)
-        glDeleteTextures(1, &id);
+    delete_each(glDeleteTextures, objects.textures);
+    delete_each(gl.glDeleteRenderbuffers, objects.render_buffers);
     delete_all(gl.glDeleteProgram, objects.programs);
     delete_all(gl.glDeleteShader, objects.shaders);
 }

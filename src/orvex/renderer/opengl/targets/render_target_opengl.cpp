@@ -40,8 +40,14 @@ bool RenderTargetOpenGL::_create_fbo() {
 }
 
 bool RenderTargetOpenGL::activate() {
-    if (!gl || !has_entries(gl->glGenFramebuffers, gl->glBindFramebuffer))
+    if (!gl)
         return false;
+    enter_and_make();
+    return !unmade && has_entries(gl->glGenFramebuffers, gl->glBindFramebuffer) && bind_own();
+}
+
+/// @return false where the API has no memory for a framebuffer
+bool RenderTargetOpenGL::bind_own() {
     const bool is_new = fbo == 0;
     if (is_new && !_create_fbo())
         return false;
@@ -106,18 +112,26 @@ void RenderTargetOpenGL::delete_render_buffers() {
     }
 }
 
+void RenderTargetOpenGL::delete_objects() {
+    delete_render_buffers();
+    for (unsigned int& id : color_textures)
+        delete_texture(id);
+    color_texture = 0;
+    delete_texture(depth_texture);
+}
+
 bool RenderTargetOpenGL::kill() {
+    enter_context();
     if (!can_delete()) {
         // The depth texture alone is deleted without the table; an id that can't be is kept.
         if (!gl)
             delete_texture(depth_texture);
         return !has_objects();
     }
-    delete_render_buffers();
-    for (unsigned int& id : color_textures)
-        delete_texture(id);
-    color_texture = 0;
-    delete_texture(depth_texture);
+    bury_elsewhere();
+    form = Form::none;
+    unmade = false;
+    delete_objects();
     if (fbo != 0) {
         gl->glDeleteFramebuffers(1, &fbo);
         fbo = 0;
@@ -176,7 +190,8 @@ bool level_has_size(GLenum target, GLint width, GLint height) {
 
 } // namespace
 
-bool RenderTargetOpenGL::read_color_pixmap(GLenum channels, unsigned char* pixels) const {
+bool RenderTargetOpenGL::read_color_pixmap(GLenum channels, unsigned char* pixels) {
+    enter_context();
     if (!gl || !pixels || samples >= 1 || color_texture == 0)
         return false;
     const GLenum target = rectangle ? GL_TEXTURE_RECTANGLE : GL_TEXTURE_2D;
@@ -207,7 +222,18 @@ bool RenderTargetOpenGL::read_color_pixmap_rgba_u8(unsigned char* pixels) {
     return read_color_pixmap(GL_RGBA, pixels);
 }
 
+unsigned int RenderTargetOpenGL::get_fbo() {
+    enter_and_make();
+    return fbo;
+}
+
+unsigned int RenderTargetOpenGL::get_depth_tex_id_opengl() {
+    enter_and_make();
+    return depth_texture;
+}
+
 unsigned int RenderTargetOpenGL::get_color_tex_id_opengl(int index) {
+    enter_and_make();
     const bool counted = index >= 0 && static_cast<unsigned long>(index) < num_color_textures;
     return counted ? color_textures[index] : color_texture;
 }

@@ -14,12 +14,12 @@ namespace orvex {
 
 // Before the first call of a create: everything it needs is there, and nothing is left behind.
 
-bool RenderTargetOpenGL::can_make_textures(int texture_samples) const {
+bool RenderTargetOpenGL::can_make_textures(int wanted_samples) const {
     return gl &&
            has_entries(gl->glActiveTexture, gl->glGenFramebuffers, gl->glBindFramebuffer,
                        gl->glFramebufferTexture2D, gl->glDrawBuffers,
                        gl->glCheckFramebufferStatus) &&
-           (texture_samples < 1 || gl->glTexImage2DMultisample);
+           (wanted_samples < 1 || gl->glTexImage2DMultisample);
 }
 
 bool RenderTargetOpenGL::can_make_render_buffers() const {
@@ -30,8 +30,10 @@ bool RenderTargetOpenGL::can_make_render_buffers() const {
 }
 
 bool RenderTargetOpenGL::start_over(bool rectangle_textures) {
-    if (has_objects() && !kill())
+    enter_context();
+    if ((has_objects() || has_elsewhere()) && !kill())
         return false;
+    unmade = false;
     rectangle = rectangle_textures;
     samples = 0;
     return true;
@@ -53,10 +55,14 @@ GLenum texture_target(int samples) {
 
 } // namespace
 
-void RenderTargetOpenGL::store_texture(GLenum target, int texture_samples, GLint internal,
+GLenum RenderTargetOpenGL::form_target() const {
+    return rectangle ? GL_TEXTURE_RECTANGLE : texture_target(samples);
+}
+
+void RenderTargetOpenGL::store_texture(GLenum target, int stored_samples, GLint internal,
                                        GLint pixels, GLint type) const {
-    if (texture_samples >= 1) {
-        gl->glTexImage2DMultisample(target, texture_samples, static_cast<GLenum>(internal), width,
+    if (stored_samples >= 1) {
+        gl->glTexImage2DMultisample(target, stored_samples, static_cast<GLenum>(internal), width,
                                     height, GL_FALSE);
         return;
     }
@@ -64,11 +70,11 @@ void RenderTargetOpenGL::store_texture(GLenum target, int texture_samples, GLint
                  static_cast<GLenum>(type), nullptr);
 }
 
-void RenderTargetOpenGL::store_depth_texture(GLenum target, int texture_samples) const {
-    store_texture(target, texture_samples, GL_DEPTH_COMPONENT32, GL_DEPTH_COMPONENT, GL_FLOAT);
+void RenderTargetOpenGL::store_depth_texture(GLenum target, int stored_samples) const {
+    store_texture(target, stored_samples, GL_DEPTH_COMPONENT32, GL_DEPTH_COMPONENT, GL_FLOAT);
 }
 
-bool RenderTargetOpenGL::make_color_texture(GLenum target, std::size_t index, int texture_samples) {
+bool RenderTargetOpenGL::make_color_texture(GLenum target, std::size_t index) {
     gl->glActiveTexture(GL_TEXTURE0 + static_cast<GLenum>(index));
     glGenTextures(1, &color_textures[index]);
     if (color_textures[index] == 0)
@@ -82,7 +88,7 @@ bool RenderTargetOpenGL::make_color_texture(GLenum target, std::size_t index, in
     return true;
 }
 
-bool RenderTargetOpenGL::make_depth_texture(GLenum target, int texture_samples) {
+bool RenderTargetOpenGL::make_depth_texture(GLenum target) {
     glGenTextures(1, &depth_texture);
     if (depth_texture == 0)
         return give_up();
@@ -94,12 +100,12 @@ bool RenderTargetOpenGL::make_depth_texture(GLenum target, int texture_samples) 
     return true;
 }
 
-bool RenderTargetOpenGL::make_textures(GLenum target, int texture_samples) {
+bool RenderTargetOpenGL::make_textures(GLenum target) {
     for (std::size_t i = 0; i < num_color_textures; ++i)
-        if (!make_color_texture(target, i, texture_samples))
+        if (!make_color_texture(target, i))
             return false;
     color_texture = color_textures[0];
-    return make_depth_texture(target, texture_samples);
+    return make_depth_texture(target);
 }
 
 void RenderTargetOpenGL::attach_textures(GLenum target) const {
@@ -121,11 +127,12 @@ void RenderTargetOpenGL::leave(GLenum target) {
 
 bool RenderTargetOpenGL::_create_target(GLenum target, int new_width, int new_height,
                                         PIXEL_FORMAT pixel_format, unsigned long num_textures,
-                                        bool linear, bool clamp, int texture_samples) {
+                                        bool linear, bool clamp, int new_samples) {
     const GlPixelFormat pixels = gl_pixel_format(pixel_format);
     width = new_width;
     height = new_height;
     num_color_textures = std::min<unsigned long>(num_textures, max_colors);
+    texture_samples = new_samples;
     color_filter = linear && texture_samples == 0 ? GL_LINEAR : GL_NEAREST;
     color_wrap = clamp ? GL_CLAMP : GL_REPEAT;
     depth_filter = color_filter;
@@ -133,8 +140,12 @@ bool RenderTargetOpenGL::_create_target(GLenum target, int new_width, int new_he
     internal_format = pixels.internal_format;
     format = static_cast<int>(pixels.format);
     pixel_type = static_cast<int>(pixels.type);
+    form = Form::textures;
+    return make_texture_target(target);
+}
 
-    const bool has_names = make_textures(target, texture_samples) && (activate() || give_up());
+bool RenderTargetOpenGL::make_texture_target(GLenum target) {
+    const bool has_names = make_textures(target) && (bind_own() || give_up());
     if (!has_names) {
         leave(target);
         return false;
@@ -183,13 +194,23 @@ bool RenderTargetOpenGL::create_target_rect(int new_width, int new_height,
 
 // Depth alone
 
+void RenderTargetOpenGL::attach_depth(GLenum target) const {
+    gl->glFramebufferTexture2D(GL_FRAMEBUFFER, GL_DEPTH_ATTACHMENT, target, depth_texture, 0);
+    glDrawBuffer(GL_NONE);
+    glReadBuffer(GL_NONE);
+}
+
 bool RenderTargetOpenGL::_create_target_depth(GLenum target, int new_width, int new_height,
                                               bool linear) {
     width = new_width;
     height = new_height;
     depth_filter = linear ? GL_LINEAR : GL_NEAREST;
     depth_wrap = GL_CLAMP;
+    form = Form::depth;
+    return make_depth_target(target);
+}
 
+bool RenderTargetOpenGL::make_depth_target(GLenum target) {
     gl->glActiveTexture(GL_TEXTURE0);
     glGenTextures(1, &depth_texture);
     if (depth_texture == 0)
@@ -200,14 +221,12 @@ bool RenderTargetOpenGL::_create_target_depth(GLenum target, int new_width, int 
     set_sampling(target, depth_filter, depth_wrap);
     // It goes to the unit's 2D texture, also for a rectangle.
     glTexParameteri(GL_TEXTURE_2D, GL_DEPTH_TEXTURE_MODE, GL_LUMINANCE);
-    if (!activate()) {
+    if (!bind_own()) {
         leave(target);
         return give_up();
     }
     gl->glBindFramebuffer(GL_FRAMEBUFFER, fbo);
-    gl->glFramebufferTexture2D(GL_FRAMEBUFFER, GL_DEPTH_ATTACHMENT, target, depth_texture, 0);
-    glDrawBuffer(GL_NONE);
-    glReadBuffer(GL_NONE);
+    attach_depth(target);
     const bool complete = check_status("RenderTargetOpenGL::create_target_depth()");
     leave(target);
     return complete;
@@ -296,12 +315,14 @@ bool RenderTargetOpenGL::create_render_buffer_target(int new_width, int new_heig
     internal_format = render_buffer_format(pixel_format);
     samples = std::min(new_samples, max_samples());
     num_render_buffers = std::min<unsigned long>(num_buffers, max_colors);
+    form = Form::render_buffers;
+    return make_render_buffer_target();
+}
 
-    const bool has_names = make_render_buffers() && (_create_fbo() || give_up());
+bool RenderTargetOpenGL::make_render_buffer_target() {
+    const bool has_names = make_render_buffers() && (bind_own() || give_up());
     if (!has_names)
         return false;
-    gl->glBindFramebuffer(GL_FRAMEBUFFER, fbo);
-    label(GL_FRAMEBUFFER, fbo, "framebuffer");
     attach_render_buffers();
     const bool complete = check_status("RenderTargetOpenGL");
     gl->glBindFramebuffer(GL_FRAMEBUFFER, window_framebuffer());
@@ -319,7 +340,7 @@ void RenderTargetOpenGL::resize_render_buffers() const {
 }
 
 void RenderTargetOpenGL::resize_textures() const {
-    const GLenum target = rectangle ? GL_TEXTURE_RECTANGLE : texture_target(samples);
+    const GLenum target = form_target();
     for (const unsigned int id : color_textures) {
         if (id != 0) {
             glBindTexture(target, id);
@@ -342,6 +363,7 @@ bool RenderTargetOpenGL::can_resize() const {
 }
 
 bool RenderTargetOpenGL::resize(int new_width, int new_height) {
+    enter_context();
     if (!can_resize())
         return false;
     width = new_width;

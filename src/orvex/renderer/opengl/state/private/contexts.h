@@ -34,8 +34,15 @@ using ContextNumber = unsigned long long;
 struct BuriedObjects {
     std::vector<GLuint> buffers;
     std::vector<GLuint> textures;
+    std::vector<GLuint> render_buffers;
     std::vector<GLuint> shaders;
     std::vector<GLuint> programs;
+};
+
+/// The same of objects that are never shared, but belong to one context.
+struct BuriedContextObjects {
+    std::vector<GLuint> vertex_arrays;
+    std::vector<GLuint> framebuffers;
 };
 
 /// Contexts that have buffers, textures and programs in common.
@@ -60,8 +67,8 @@ struct ContextState {
     const ContextNumber number;
     const bool made_here; ///< by a window, which tells its end
     const std::shared_ptr<ShareGroup> group;
-    std::vector<GLuint> buried_arrays; ///< vertex arrays, which are never shared
-    bool lost = false;                 ///< nothing can be drawn in it any more
+    BuriedContextObjects buried;
+    bool lost = false; ///< nothing can be drawn in it any more
     /// What tells that it was lost, null where nothing does; looked up when first asked for.
     std::optional<PFNGLGETGRAPHICSRESETSTATUSPROC> reset_status;
     GLuint mark = 0; ///< of a host's context that was adopted; 0 where none could be left
@@ -97,8 +104,9 @@ std::shared_ptr<ShareGroup> find_group(ContextNumber number);
 
 /// Puts objects into the earth of a group; dropped if it is gone, with its objects.
 void bury(ContextNumber group, const BuriedObjects& objects);
-/// The same for a vertex array of a context.
+/// The same for a vertex array and a framebuffer of a context.
 void bury_array(ContextNumber context, GLuint id);
+void bury_framebuffer(ContextNumber context, GLuint id);
 
 /// A window made a context current, or released it; or one was lost.
 void switched();
