@@ -927,7 +927,9 @@ public:
     /// @}
 
     /// @name Uniform buffers
-    /// They need GL 3.1.
+    /// They need GL 3.1. A record has a buffer in each window where it was initialized, or one for
+    /// all that share, and each operation takes that of the current context; without one there it
+    /// gives its failure value. What a host wrote into one isn't in the others.
     /// @{
 
     /// Makes the buffer of a uniform block, of the size that the block has in the program, and ties

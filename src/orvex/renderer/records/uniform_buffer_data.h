@@ -1,6 +1,18 @@
 #pragma once
 
+#include <vector>
+
 namespace orvex {
+
+/// What a uniform block has in one group of contexts.
+struct UniformBufferObject {
+    unsigned long long group = 0;  ///< number of the group
+    unsigned int buffer = 0;       ///< API buffer name, 0 for none
+    unsigned int size = 0;         ///< bytes of the block's data
+    unsigned int block_index = 0;  ///< the block's index in the group's program
+    void* mapped = nullptr;        ///< the mapped store, null while it isn't mapped
+    unsigned long mapped_size = 0; ///< bytes mapped; 0 stands for the whole block
+};
 
 /// One uniform block of a GPU program and the API buffer behind it.
 ///
@@ -21,6 +33,7 @@ struct UniformBufferData {
     unsigned long long gl_group = 0;   ///< number of the group of contexts that has the buffer
     bool gl_group_known = false;       ///< which contexts belong to it is known
     unsigned long mapped_size = 0;     ///< bytes mapped; 0 stands for the whole block
+    std::vector<UniformBufferObject> gl_elsewhere; ///< what the block has in other groups
 };
 
 } // namespace orvex

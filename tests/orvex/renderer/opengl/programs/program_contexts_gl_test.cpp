@@ -121,6 +121,71 @@ TEST_P(ProgramContexts, a_program_whose_window_is_gone_is_lost_until_it_is_loade
     EXPECT_TRUE(renderer->gpu_program_kill(&other));
 }
 
+TEST_P(ProgramContexts, a_uniform_block_has_a_buffer_in_each_window_where_it_was_made) {
+    if (GetParam().shared)
+        return; // one is enough
+    GpuProgramData program;
+    UniformBufferData block;
+    std::strcpy(block.name, "Block");
+    unsigned int ids[2] = {};
+    float value = 1.0f;
+    for (RenderWindow* const window : {first, second}) {
+        turn_to(window);
+        load(program);
+        EXPECT_TRUE(renderer->gpu_program_activate(&program));
+        ASSERT_TRUE(renderer->uniform_buffer_initialize(&block, program.gl_program));
+        auto* const place = static_cast<float*>(renderer->uniform_buffer_map(&block));
+        ASSERT_TRUE(place);
+        place[0] = value++;
+        EXPECT_TRUE(renderer->uniform_buffer_unmap(&block));
+        ids[window == second] = block.buffer;
+    }
+    for (int frame = 0; frame < 100; ++frame)
+        for (RenderWindow* const window : {first, second}) {
+            turn_to(window);
+            EXPECT_TRUE(renderer->gpu_program_activate(&program));
+            EXPECT_TRUE(renderer->uniform_buffer_bind_base(&block));
+            EXPECT_EQ(block.buffer, ids[window == second]);
+            const GlRecorderPause pause(*recorder);
+            float held = 0.0f;
+            glGetBufferSubData(GL_UNIFORM_BUFFER, 0, sizeof(held), &held);
+            EXPECT_EQ(held, window == second ? 2.0f : 1.0f);
+        }
+    renderer->gpu_program_deactivate(nullptr);
+    recorder->clear();
+    EXPECT_TRUE(renderer->uniform_buffer_kill(&block));
+    EXPECT_EQ(recorder->count("glDeleteBuffers"), 1);
+    turn_to(first);
+    EXPECT_TRUE(renderer->gpu_program_kill(&program));
+    EXPECT_EQ(recorder->count("glDeleteBuffers"), 2);
+    EXPECT_EQ(block.buffer, 0U);
+    EXPECT_FALSE(renderer->uniform_buffer_bind(&block));
+}
+
+TEST_P(ProgramContexts, a_uniform_block_outlives_its_window) {
+    GpuProgramData program;
+    UniformBufferData block;
+    std::strcpy(block.name, "Block");
+    load(program);
+    EXPECT_TRUE(renderer->gpu_program_activate(&program));
+    ASSERT_TRUE(renderer->uniform_buffer_initialize(&block, program.gl_program));
+    renderer->kill_all_render_windows();
+    first = open(nullptr);
+    ASSERT_TRUE(first);
+    const unsigned int others = renderer->vertex_buffer_create(16, BUFFER_USAGE_STATIC_DRAW);
+    recorder->clear();
+    EXPECT_FALSE(renderer->uniform_buffer_bind_base(&block));
+    EXPECT_FALSE(renderer->uniform_buffer_kill(&block)) << "it went with its context";
+    EXPECT_EQ(recorder->count("glDeleteBuffers"), 0);
+    load(program);
+    EXPECT_TRUE(renderer->gpu_program_activate(&program));
+    EXPECT_TRUE(renderer->uniform_buffer_initialize(&block, program.gl_program));
+    EXPECT_TRUE(renderer->uniform_buffer_bind_base(&block));
+    EXPECT_TRUE(renderer->uniform_buffer_kill(&block));
+    EXPECT_TRUE(renderer->vertex_buffer_kill(others));
+    EXPECT_TRUE(renderer->gpu_program_kill(&program));
+}
+
 TEST_P(ProgramContexts, a_uniform_block_is_used_where_it_was_made) {
     GpuProgramData program;
     load(program);

@@ -32,7 +32,8 @@ public:
 
 private:
     bool can_initialize() const;
-    bool is_here(UniformBufferData& block);
+    bool enter_context(UniformBufferData& block);
+    void delete_here(UniformBufferData& block);
     void bind_uniform_buffer(unsigned int id);
 
     GlState& state;
