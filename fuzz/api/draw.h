@@ -137,7 +137,7 @@ auto one_of(const List& list, Bytes& in) -> typename List::value_type {
         }                                                                                          \
     };
 ORVEX_FUZZ_PLACE(Renderer,
-                 in.byte() == 255 ? orvex::Kernel::get()->get_null_renderer() : world.renderer)
+                 world.second_renderer&& in.byte() > 200 ? world.second_renderer : world.renderer)
 ORVEX_FUZZ_PLACE(Plugin, world.renderer)
 ORVEX_FUZZ_PLACE(RenderTarget, one_of(world.targets, in))
 ORVEX_FUZZ_PLACE(RenderWindow, one_of(world.windows, in))

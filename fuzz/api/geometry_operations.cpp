@@ -118,7 +118,65 @@ void project(World& world, Bytes& in) {
     world.ray_caster.project_object_position_into_viewport(camera, draw<Object*>(world, in), out);
 }
 
+/// A shape that is there to be drawn, in any layout and on either path.
+void make_built(World& world, Bytes& in) {
+    const auto format = static_cast<VERTEX_FORMAT>(in.byte() % 4);
+    Mesh* mesh = nullptr;
+    switch (in.byte() % 4) {
+    case 0:
+        mesh = new MeshBox(format);
+        break;
+    case 1:
+        mesh = new MeshSphere(format);
+        break;
+    case 2:
+        mesh = new MeshPlane(format);
+        break;
+    default:
+        mesh = new MeshTriangle(format);
+    }
+    mesh->set_vertex_alloc_params(in.flag(), alignment(in));
+    mesh->set_opengl_2_3_rendering_states(in.flag(), nullptr);
+    mesh->build(nullptr);
+    world.hold(mesh);
+}
+
+/// Draws twice, so that the second time finds what the first one left.
+void draw_object(World& world, Bytes& in) {
+    Object* const object = world.reach<Object>(in);
+    if (!object)
+        return;
+    if (GpuProgram* const program = draw<GpuProgram*>(world, in))
+        program->bind(world.renderer);
+    object->render(world.renderer, nullptr);
+    if (in.flag())
+        object->scale_vertices_position(vec4(2, 2, 2, 1), nullptr);
+    if (in.flag() && !world.windows.empty())
+        one_of(world.windows, in)->apply_context(true);
+    object->render(world.renderer, nullptr);
+}
+
+/// A ray that meets most of what was built, as shapes stand around the origin.
+void cast_at_origin(World& world, Bytes& in) {
+    Ray ray;
+    ray.origin = vec4(static_cast<float>(in.real()), 50.0f, 0.1f, 1.0f);
+    ray.direction = vec4(0.01f, -1.0f, static_cast<float>(in.real()) / 100.0f, 0.0f);
+    Mesh* const mesh = world.reach<Mesh>(in);
+    if (mesh && in.flag())
+        mesh->update_bounding_sphere(nullptr);
+    world.intersection = RayObjectIntersection();
+    world.intersection.stop_at_first_hit = in.flag();
+    world.ray_caster.cast_ray_object(ray, mesh, world.intersection);
+}
+
 constexpr Operation rows[] = {
+    {"new shape", &make_built},
+    {"new shape", &make_built},
+    {"new shape", &make_built},
+    {"draw", &draw_object},
+    {"draw", &draw_object},
+    {"draw", &draw_object},
+    {"RayCaster::cast_ray_object", &cast_at_origin},
     {"new Mesh", &make<Mesh>},
     {"new Model", [](World& world, Bytes&) { world.hold(new Model); }},
     {"new MeshBox", &make<MeshBox>},

@@ -64,12 +64,12 @@ Operation draw_operation(Bytes& in) {
     static constexpr std::span<const Operation> (*rooms[])() = {
         &scene_operations,    &object_operations,  &geometry_operations, &line_operations,
         &resource_operations, &program_operations, &renderer_operations, &window_operations,
-        &overlay_operations,  &kernel_operations,
+        &overlay_operations,  &record_operations,  &kernel_operations,
     };
     // Few bytes for the kernel, whose start and stop take longest.
     const unsigned int room = in.byte();
     const std::span<const Operation> rows_of_room =
-        room > 250 ? kernel_operations() : rooms[room % 9]();
+        room > 250 ? kernel_operations() : rooms[room % 10]();
     return rows_of_room[in.below(static_cast<unsigned int>(rows_of_room.size()))];
 }
 

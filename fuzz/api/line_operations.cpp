@@ -38,7 +38,7 @@ void spawn(World& world, Bytes& in) {
 /// Emitters and actions of a system are its own: they are asked for each time.
 void set_emitter(World& world, Bytes& in) {
     auto* const system = world.reach<ParticleSystem>(in);
-    ParticleEmitter* const emitter = system ? system->get_emitter_by_index(in.integer()) : nullptr;
+    ParticleEmitter* const emitter = system ? system->get_emitter_by_index(in.byte() % 3) : nullptr;
     if (!emitter)
         return;
     emitter->set_particle_rate(static_cast<float>(in.real()));
@@ -54,7 +54,7 @@ void set_emitter(World& world, Bytes& in) {
 
 void set_action(World& world, Bytes& in) {
     auto* const system = world.reach<ParticleSystem>(in);
-    ParticleAction* const action = system ? system->get_action_by_index(in.integer()) : nullptr;
+    ParticleAction* const action = system ? system->get_action_by_index(in.byte() % 3) : nullptr;
     if (!action)
         return;
     action->set_action_type(draw<PARTICLE_ACTION_TYPE>(world, in));
@@ -69,7 +69,7 @@ void kill_emitter(World& world, Bytes& in) {
     auto* const system = world.reach<ParticleSystem>(in);
     if (!system)
         return;
-    const ParticleEmitter* const emitter = system->get_emitter_by_index(in.integer());
+    const ParticleEmitter* const emitter = system->get_emitter_by_index(in.byte() % 3);
     system->kill_emitter(draw<Renderer*>(world, in), emitter ? emitter->get_id() : in.integer());
 }
 
@@ -77,11 +77,41 @@ void kill_action(World& world, Bytes& in) {
     auto* const system = world.reach<ParticleSystem>(in);
     if (!system)
         return;
-    const ParticleAction* const action = system->get_action_by_index(in.integer());
+    const ParticleAction* const action = system->get_action_by_index(in.byte() % 3);
     system->kill_action(draw<Renderer*>(world, in), action ? action->get_id() : in.integer());
 }
 
+/// A system whose particles are born, moved and drawn.
+void make_fountain(World& world, Bytes& in) {
+    auto* const system = new ParticleSystem;
+    system->initialize(in.byte() % 40);
+    system->create_emitter()->set_particle_rate(static_cast<float>(in.real()) * 40.0f);
+    system->create_action();
+    system->set_opengl_2_3_rendering_states(in.flag(), nullptr);
+    system->update(0.1f, nullptr);
+    system->render(world.renderer, nullptr);
+    world.hold(system);
+}
+
+/// Lines and points that are there to be drawn.
+void make_line(World& world, Bytes& in) {
+    const unsigned long count = in.byte() % 12;
+    if (in.flag()) {
+        auto* const line = new Polyline;
+        line->initialize(count, draw<LINE_RENDER_MODE>(world, in));
+        line->set_opengl_2_3_rendering_states(in.flag(), nullptr);
+        world.hold(line);
+    } else {
+        auto* const pool = new VertexPool;
+        pool->init_pool(count, in.flag());
+        pool->set_opengl_2_3_rendering_states(in.flag(), nullptr);
+        world.hold(pool);
+    }
+}
+
 constexpr Operation rows[] = {
+    {"new fountain", &make_fountain},
+    {"new line or points", &make_line},
     {"new Polyline", &make<Polyline>},
     {"new Line", &make<Line>},
     {"new Curve", &make<Curve>},

@@ -32,6 +32,7 @@ std::span<const Operation> geometry_operations();
 std::span<const Operation> line_operations();
 std::span<const Operation> resource_operations();
 std::span<const Operation> program_operations();
+std::span<const Operation> record_operations();
 std::span<const Operation> renderer_operations();
 std::span<const Operation> window_operations();
 std::span<const Operation> overlay_operations();

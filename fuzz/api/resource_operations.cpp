@@ -78,7 +78,7 @@ void release_from_manager(World& world, Bytes& in) {
     auto* const renderer = draw<Renderer*>(world, in);
     if (in.flag())
         manager.release_resource(renderer, resource, nullptr);
-    else if (renderer != Kernel::get()->get_null_renderer())
+    else if (renderer != world.second_renderer)
         manager.remove_resource(renderer, resource);
 }
 
@@ -112,7 +112,43 @@ void create_image(World& world, Bytes& in) {
     image.create(width, height, in.size() % 3, draw<PIXEL_FORMAT>(world, in), in.flag());
 }
 
+/// From every format to every other.
+void convert_image(World& world, Bytes& in) {
+    Image& image = world.images[in.byte() % world.images.size()];
+    const unsigned long width = in.byte() % 9;
+    image.create(width, 3, 1, static_cast<PIXEL_FORMAT>(in.byte() % 9), in.flag());
+    image.update_pixel_format(static_cast<PIXEL_FORMAT>(in.byte() % 9));
+    image.update_pixel_format(static_cast<PIXEL_FORMAT>(in.byte() % 9));
+    world.images[in.byte() % world.images.size()] = image;
+}
+
+/// A texture that is there to be drawn with.
+void make_uploaded(World& world, Bytes& in) {
+    const auto format = static_cast<PIXEL_FORMAT>(1 + in.byte() % 10);
+    const unsigned long size = 1 + in.byte() % 9;
+    TextureMgr& textures = *TextureMgr::get();
+    Texture* texture = nullptr;
+    switch (in.byte() % 3) {
+    case 0:
+        texture = textures.create_texture_1d(size, format);
+        break;
+    case 1:
+        texture = textures.create_texture_2d(size, 1 + in.byte() % 9, format);
+        break;
+    default:
+        texture = textures.create_texture_cube(size, format);
+    }
+    if (!texture)
+        return;
+    world.hold(texture);
+    texture->upload(world.renderer);
+    texture->bind(world.renderer, in.byte() % 20);
+}
+
 constexpr Operation rows[] = {
+    {"convert", &convert_image},
+    {"new uploaded texture", &make_uploaded},
+    {"new uploaded texture", &make_uploaded},
     {"Image::create", &create_image},
     ORVEX_FUZZ_CALL(Image, update_pixel_format),
     ORVEX_FUZZ_CALL(Image, flip_vertical),

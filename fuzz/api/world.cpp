@@ -76,6 +76,9 @@ void World::stop() {
     object_axes.reset();
     renderer->kill_all_render_targets();
     targets.clear();
+    if (second_renderer)
+        second_renderer->stop();
+    second_renderer = nullptr;
     renderer->stop();
     renderer->kill_all_render_windows();
     windows.clear();
@@ -178,6 +181,14 @@ void World::kill_window(Bytes& in) {
         view->set_render_window(nullptr);
     renderer->kill_render_window(windows[index]);
     windows.erase(windows.begin() + static_cast<std::ptrdiff_t>(index));
+}
+
+void World::make_second_renderer() {
+    if (second_renderer)
+        return;
+    second_renderer = Kernel::get()->load_core_opengl_renderer_plugin(true);
+    second_renderer->initialize();
+    second_renderer->start();
 }
 
 void World::make_view() {

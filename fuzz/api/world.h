@@ -47,6 +47,8 @@ public:
     void kill_window(Bytes& in);
     void make_window(Bytes& in);
     void make_view();
+    /// One that draws in the same windows; once.
+    void make_second_renderer();
 
     /// A node of this type that the host holds; null if there is none.
     template<class Type>
@@ -76,7 +78,8 @@ public:
     }
 
     orvex::Renderer* renderer = nullptr;
-    std::vector<orvex::Node*> nodes; ///< each with a reference of the host's
+    orvex::Renderer* second_renderer = nullptr; ///< null until asked for
+    std::vector<orvex::Node*> nodes;            ///< each with a reference of the host's
     std::vector<orvex::RenderTarget*> targets;
     std::vector<orvex::RenderWindow*> windows;
     std::vector<std::unique_ptr<orvex::Window>> views;

@@ -40,10 +40,28 @@ struct Pointer {
     bool enabled = false;
 };
 
+struct VertexArray {
+    std::map<GLuint, Pointer> pointers; ///< by index; the fixed arrays by their enumerants
+    GLuint elements = 0;
+};
+
+/// What each context has of its own.
+struct Context {
+    std::map<GLenum, GLuint> bound_buffers;
+    std::map<GLenum, GLuint> bound_textures;
+    std::map<GLenum, GLint> pixel_store;
+    std::map<GLuint, VertexArray> vaos;
+    GLuint vertex_array = 0;
+    GLuint framebuffer = 0;
+    GLuint program = 0;
+    GLint viewport[4] = {0, 0, 64, 64};
+};
+
 struct State {
     int major = 4;
     int minor = 6;
     const orvex::PlatformContext* current = nullptr;
+    Context* context = nullptr; ///< of the current one
     int num_contexts = 0;
     unsigned int refusals = 0;
     bool starved =
@@ -51,21 +69,18 @@ struct State {
     GLuint last_id = 0;
     GLenum error = GL_NO_ERROR;
     std::map<GLuint, Buffer> buffers;
-    std::map<GLenum, GLuint> bound_buffers;
     std::map<GLuint, Picture> pictures;
-    std::map<GLenum, GLuint> bound_textures;
-    std::map<GLenum, GLint> pixel_store;
-    std::map<GLuint, bool> shaders;                   ///< whether it compiled
-    std::map<GLuint, std::map<GLuint, Pointer>> vaos; ///< by array and index; 100 and up: fixed
-    GLuint vertex_array = 0;
-    GLuint framebuffer = 0;
-    GLuint program = 0;
-    GLint viewport[4] = {0, 0, 64, 64};
+    std::map<GLuint, bool> shaders; ///< whether it compiled
 };
 
 State& state() {
     static State instance;
     return instance;
+}
+
+/// The current context; without one nothing is heard, and nobody asks.
+Context& here() {
+    return *state().context;
 }
 
 bool refuses(NullGl::Refusal what) {
@@ -98,8 +113,18 @@ void read(const void* bytes, unsigned long count) {
     std::abort();
 }
 
+VertexArray& bound_array() {
+    return here().vaos[here().vertex_array];
+}
+
+/// The binding of a target: that of indices is the vertex array's.
+GLuint& binding(GLenum target) {
+    return target == GL_ELEMENT_ARRAY_BUFFER ? bound_array().elements
+                                             : here().bound_buffers[target];
+}
+
 Buffer* bound_buffer(GLenum target) {
-    const auto found = state().buffers.find(state().bound_buffers[target]);
+    const auto found = state().buffers.find(binding(target));
     return found == state().buffers.end() ? nullptr : &found->second;
 }
 
@@ -115,9 +140,9 @@ unsigned long bytes_of_pixels(GLenum alignment_name, GLsizei width, GLsizei heig
                               GLenum type) {
     if (width <= 0 || height <= 0)
         return 0;
-    const auto set = state().pixel_store.find(alignment_name);
+    const auto set = here().pixel_store.find(alignment_name);
     const unsigned long alignment =
-        set == state().pixel_store.end() ? 4 : static_cast<unsigned long>(set->second);
+        set == here().pixel_store.end() ? 4 : static_cast<unsigned long>(set->second);
     const unsigned long row = static_cast<unsigned long>(width) * bytes_per_pixel(format, type);
     const unsigned long stride = (row + alignment - 1) / alignment * alignment;
     return stride * (static_cast<unsigned long>(height) - 1) + row;
@@ -135,7 +160,7 @@ void unpack(GLsizei width, GLsizei height, GLenum format, GLenum type, const voi
 }
 
 Picture& bound_picture(GLenum target) {
-    return state().pictures[state().bound_textures[target]];
+    return state().pictures[here().bound_textures[target]];
 }
 
 GLenum texture_target(GLenum target) {
@@ -145,27 +170,23 @@ GLenum texture_target(GLenum target) {
 }
 
 void set_pointer(GLuint index, const void* address) {
-    Pointer& pointer = state().vaos[state().vertex_array][index];
-    pointer.buffer = state().bound_buffers[GL_ARRAY_BUFFER];
+    Pointer& pointer = bound_array().pointers[index];
+    pointer.buffer = here().bound_buffers[GL_ARRAY_BUFFER];
     pointer.address = address;
 }
 
 void set_enabled(GLuint index, bool enabled) {
-    state().vaos[state().vertex_array][index].enabled = enabled;
+    bound_array().pointers[index].enabled = enabled;
 }
 
 /// A driver reads vertices from where the pointer of every enabled array says.
 void look_at_arrays(GLsizei count) {
     if (count <= 0)
         return;
-    for (const auto& [index, pointer] : state().vaos[state().vertex_array]) {
-        if (!pointer.enabled)
-            continue;
-        if (pointer.buffer == 0 && reinterpret_cast<std::uintptr_t>(pointer.address) < 65536)
+    for (const auto& [index, pointer] : bound_array().pointers)
+        if (pointer.enabled && pointer.buffer == 0 &&
+            reinterpret_cast<std::uintptr_t>(pointer.address) < 65536)
             fail("draws with an enabled array that points nowhere");
-        if (pointer.buffer != 0 && !state().buffers.contains(pointer.buffer))
-            fail("draws with an array in a buffer that was deleted");
-    }
 }
 
 void look_at_indices(GLsizei count, GLenum type, const void* indices) {
@@ -180,6 +201,21 @@ void look_at_indices(GLsizei count, GLenum type, const void* indices) {
     if (!state().starved &&
         reinterpret_cast<std::uintptr_t>(indices) + bytes > buffer->bytes.size())
         fail("draws with indices beyond the end of their buffer");
+}
+
+/// A buffer that is deleted leaves the bindings and the vertex array that is bound; others keep it.
+void forget_buffer(GLuint deleted) {
+    if (deleted == 0)
+        return;
+    for (auto& [target, id] : here().bound_buffers)
+        if (id == deleted)
+            id = 0;
+    VertexArray& array = bound_array();
+    if (array.elements == deleted)
+        array.elements = 0;
+    for (auto& [index, pointer] : array.pointers)
+        if (pointer.buffer == deleted)
+            pointer.buffer = 0;
 }
 
 void make_ids(GLsizei count, GLuint* ids) {
@@ -242,13 +278,11 @@ struct Spoken : Silent {
     static void GLAPIENTRY glDeleteBuffers(GLsizei n, const GLuint* ids) {
         for (GLsizei i = 0; i < n; ++i) {
             state().buffers.erase(ids[i]);
-            for (auto& [target, id] : state().bound_buffers)
-                if (id == ids[i])
-                    id = 0;
+            forget_buffer(ids[i]);
         }
     }
     static void GLAPIENTRY glBindBuffer(GLenum target, GLuint id) {
-        state().bound_buffers[target] = id;
+        binding(target) = id;
         if (id != 0)
             state().buffers.try_emplace(id);
     }
@@ -312,15 +346,15 @@ struct Spoken : Silent {
 
     // Arrays and drawing
     static void GLAPIENTRY glGenVertexArrays(GLsizei n, GLuint* ids) { make_ids(n, ids); }
-    static void GLAPIENTRY glBindVertexArray(GLuint id) { state().vertex_array = id; }
+    static void GLAPIENTRY glBindVertexArray(GLuint id) { here().vertex_array = id; }
     static void GLAPIENTRY glDeleteVertexArrays(GLsizei n, const GLuint* ids) {
         for (GLsizei i = 0; i < n; ++i) {
-            state().vaos.erase(ids[i]);
-            if (state().vertex_array == ids[i])
-                state().vertex_array = 0;
+            here().vaos.erase(ids[i]);
+            if (here().vertex_array == ids[i])
+                here().vertex_array = 0;
         }
     }
-    static GLboolean GLAPIENTRY glIsVertexArray(GLuint id) { return state().vaos.contains(id); }
+    static GLboolean GLAPIENTRY glIsVertexArray(GLuint id) { return here().vaos.contains(id); }
     static void GLAPIENTRY glVertexAttribPointer(GLuint index, GLint, GLenum, GLboolean, GLsizei,
                                                  const void* address) {
         set_pointer(index, address);
@@ -392,7 +426,7 @@ struct Spoken : Silent {
             *length = count;
     }
     static GLuint GLAPIENTRY glCreateProgram() { return ++state().last_id; }
-    static void GLAPIENTRY glUseProgram(GLuint program) { state().program = program; }
+    static void GLAPIENTRY glUseProgram(GLuint program) { here().program = program; }
     static GLboolean GLAPIENTRY glIsProgram(GLuint program) { return program != 0; }
     static void GLAPIENTRY glGetProgramiv(GLuint, GLenum name, GLint* value) {
         *value = name == GL_LINK_STATUS && refuses(NullGl::links) ? 0 : 9;
@@ -443,14 +477,14 @@ struct Spoken : Silent {
         make_ids(n, ids);
     }
     static void GLAPIENTRY glBindTexture(GLenum target, GLuint id) {
-        state().bound_textures[target] = id;
+        here().bound_textures[target] = id;
     }
     static void GLAPIENTRY glDeleteTextures(GLsizei n, const GLuint* ids) {
         for (GLsizei i = 0; i < n; ++i)
             state().pictures.erase(ids[i]);
     }
     static void GLAPIENTRY glPixelStorei(GLenum name, GLint value) {
-        state().pixel_store[name] = value;
+        here().pixel_store[name] = value;
     }
     static void GLAPIENTRY glTexImage1D(GLenum target, GLint, GLint, GLsizei width, GLint,
                                         GLenum format, GLenum type, const void* pixels) {
@@ -516,7 +550,7 @@ struct Spoken : Silent {
         make_ids(n, ids);
     }
     static void GLAPIENTRY glBindFramebuffer(GLenum, GLuint id) {
-        state().framebuffer = id;
+        here().framebuffer = id;
     }
     static GLenum GLAPIENTRY glCheckFramebufferStatus(GLenum) {
         return GL_FRAMEBUFFER_COMPLETE;
@@ -550,7 +584,7 @@ struct Spoken : Silent {
     static void GLAPIENTRY glViewport(GLint x, GLint y, GLsizei width, GLsizei height) {
         const GLint values[] = {x, y, width, height};
         if (width >= 0 && height >= 0)
-            std::copy(std::begin(values), std::end(values), state().viewport);
+            std::copy(std::begin(values), std::end(values), here().viewport);
     }
 
     static const GLubyte* text(const char* letters) {
@@ -571,7 +605,7 @@ struct Spoken : Silent {
         switch (name) {
         case GL_VIEWPORT:
         case GL_SCISSOR_BOX:
-            std::copy(std::begin(now.viewport), std::end(now.viewport), values);
+            std::copy(std::begin(here().viewport), std::end(here().viewport), values);
             break;
         case GL_MAX_VIEWPORT_DIMS:
             values[0] = values[1] = largest_texture;
@@ -589,28 +623,27 @@ struct Spoken : Silent {
             *values = 1;
             break;
         case GL_FRAMEBUFFER_BINDING:
-            *values = GLint(now.framebuffer);
+            *values = GLint(here().framebuffer);
             break;
         case GL_CURRENT_PROGRAM:
-            *values = GLint(now.program);
+            *values = GLint(here().program);
             break;
         case GL_VERTEX_ARRAY_BINDING:
-            *values = GLint(now.vertex_array);
+            *values = GLint(here().vertex_array);
             break;
         default:
             answer_more(name, values);
         }
     }
     static void answer_more(GLenum name, GLint* value) {
-        State& now = state();
         if (name == GL_ARRAY_BUFFER_BINDING)
-            *value = GLint(now.bound_buffers[GL_ARRAY_BUFFER]);
+            *value = GLint(here().bound_buffers[GL_ARRAY_BUFFER]);
         else if (name == GL_ELEMENT_ARRAY_BUFFER_BINDING)
-            *value = GLint(now.bound_buffers[GL_ELEMENT_ARRAY_BUFFER]);
+            *value = GLint(binding(GL_ELEMENT_ARRAY_BUFFER));
         else if (name == GL_TEXTURE_BINDING_2D)
-            *value = GLint(now.bound_textures[GL_TEXTURE_2D]);
+            *value = GLint(here().bound_textures[GL_TEXTURE_2D]);
         else if (name == GL_PACK_ALIGNMENT || name == GL_UNPACK_ALIGNMENT)
-            *value = now.pixel_store.contains(name) ? now.pixel_store[name] : 4;
+            *value = here().pixel_store.contains(name) ? here().pixel_store[name] : 4;
         else if (name == GL_PIXEL_UNPACK_BUFFER_BINDING || name == GL_PIXEL_PACK_BUFFER_BINDING ||
                  name == GL_UNPACK_ROW_LENGTH || name == GL_UNPACK_SKIP_ROWS ||
                  name == GL_UNPACK_SKIP_PIXELS || name == GL_UNPACK_IMAGE_HEIGHT ||
@@ -653,23 +686,25 @@ std::string_view stem(std::string_view name) {
     return name.ends_with("ARB") || name.ends_with("EXT") ? name.substr(0, name.size() - 3) : name;
 }
 
-class NullContext : public orvex::PlatformContext {
+class NullContext final : public orvex::PlatformContext {
 public:
     NullContext()
         : number(static_cast<std::uintptr_t>(++state().num_contexts)) {}
     ~NullContext() override {
         if (is_current())
-            state().current = nullptr;
+            release_current();
     }
     void* handle() const override { return reinterpret_cast<void*>(number * 16); }
     const void* native() const override { return handle(); }
     bool is_current() const override { return state().current == this; }
     bool make_current() override {
         state().current = this;
+        state().context = &own;
         return true;
     }
     bool release_current() override {
         state().current = nullptr;
+        state().context = nullptr;
         return true;
     }
     void present() override {}
@@ -678,6 +713,7 @@ public:
 
 private:
     std::uintptr_t number;
+    Context own;
 };
 
 } // namespace
