@@ -58,10 +58,9 @@ public:
     /// @param model     null is refused
     /// @param filename  appended to the model directory as it stands; null is refused
     /// @return false, with nothing added to the model and to `MaterialMgr` and nothing logged, if
-    /// the
-    ///         file can't be read, or needs more memory than there is; `get_failure_reason` then
-    ///         tells which. A mesh without a face or with fewer than three vertices is left out,
-    ///         and the load still succeeds; one that finds no memory fails it.
+    ///         the file can't be read, or needs more memory than there is; `get_failure_reason`
+    ///         then tells which. A mesh without a face or with fewer than three vertices is left
+    ///         out, and the load still succeeds.
     bool load_from_file(Model* model, const char* filename) override;
 
     /// @name The steps of a load
