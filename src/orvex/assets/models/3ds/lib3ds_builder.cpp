@@ -14,30 +14,17 @@
 
 namespace orvex {
 
-namespace {
-
-/// Whether a mesh is nothing that could be drawn: it is left out of its model.
-bool is_empty(const sLib3dsMesh& record) {
-    constexpr std::uint32_t vertices_of_a_face = 3;
-    return record.num_vertices < vertices_of_a_face || record.num_faces == 0;
-}
-
-} // namespace
-
 bool Loader3D_Lib3ds::build_model(Model* model) {
     if (!model)
         return false;
     for (std::uint64_t i = 0; i < lib3ds_data->num_materials; ++i)
         build_material(&lib3ds_data->materials[i], model);
-    for (const auto& record : lib3ds_data->meshes) {
-        if (is_empty(*record))
-            continue;
-        if (!build_mesh(record.get(), model))
-            return false;
-        FreshMesh mesh(record->mesh);
-        model->add_child(mesh.get());
-        static_cast<void>(mesh.release()); // the model holds it now
-    }
+    for (const auto& record : lib3ds_data->meshes)
+        if (build_mesh(record.get(), model)) {
+            FreshMesh mesh(record->mesh);
+            model->add_child(mesh.get());
+            static_cast<void>(mesh.release()); // the model holds it now
+        }
     return true;
 }
 
@@ -167,7 +154,8 @@ void build_vertices(const sLib3dsMesh& record, MeshData& store) {
 } // namespace
 
 bool Loader3D_Lib3ds::build_mesh(sLib3dsMesh* record, Model* model) {
-    if (!record || !model || is_empty(*record))
+    constexpr std::uint32_t vertices_of_a_face = 3;
+    if (!record || !model || record->num_vertices < vertices_of_a_face || record->num_faces == 0)
         return false;
     FreshMesh mesh(model->create_mesh());
     mesh->set_name(record->name);

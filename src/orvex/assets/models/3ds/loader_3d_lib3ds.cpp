@@ -1,7 +1,6 @@
 #include "orvex/assets/models/3ds/loader_3d_lib3ds.h"
 
 #include <memory>
-#include <new>
 #include <string>
 
 #include <lib3ds.h>
@@ -35,9 +34,7 @@ bool Loader3D_Lib3ds::load_from_file(Model* model, const char* filename) {
         if (!read_file(filename))
             return false;
         LoadUndo undo(*model);
-        // Nothing but want of memory keeps a mesh that was read from being made.
-        if (!build_model(model))
-            throw std::bad_alloc();
+        build_model(model);
         undo.keep();
         return true;
     };

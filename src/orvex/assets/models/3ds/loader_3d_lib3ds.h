@@ -59,8 +59,8 @@ public:
     /// @param filename  appended to the model directory as it stands; null is refused
     /// @return false, with nothing added to the model and to `MaterialMgr` and nothing logged, if
     ///         the file can't be read, or needs more memory than there is; `get_failure_reason`
-    ///         then tells which. A mesh without a face or with fewer than three vertices is left
-    ///         out, and the load still succeeds.
+    ///         then tells which. A mesh that can't be built, as one without a face, with fewer than
+    ///         three vertices or without memory, is left out, and the load still succeeds.
     bool load_from_file(Model* model, const char* filename) override;
 
     /// @name The steps of a load
@@ -80,9 +80,7 @@ public:
     /// Nothing happens if the node shows no mesh, or one without vertices.
     void write_mesh(Lib3dsFile* file, Lib3dsMeshInstanceNode* node);
 
-    /// Makes all materials and meshes, and adds them to the model. Meshes of fewer than three
-    /// vertices or without faces are left out.
-    /// @return false on null, and if memory runs out for a mesh: those before it were added
+    /// Makes all materials and meshes, and adds them to the model. @return false on null
     bool build_model(Model* model);
     /// Makes one material and adds it to the model, or adds the one that has the name already.
     /// @return false if either is null
