@@ -707,7 +707,7 @@ public:
         state().context = nullptr;
         return true;
     }
-    void present() override {}
+    bool present() override { return true; }
     void set_swap_interval(int) override {}
     bool resize(int width, int height) override { return width < 16384 && height < 16384; }
 
