@@ -25,7 +25,7 @@ OWN = ["api.h", "fwd.h", "math/vec3.h", "renderer/renderer.h", "scene/node.h",
 def foreign_includes(text, headers):
     """Includes that are neither of the standard library, which has no suffixes, nor public."""
     lines = re.findall(r"^\s*#\s*include\s+(.*?)\s*(?://.*)?$", text, flags=re.M)
-    known = {f'"{header}"' for header in headers} | SYSTEM
+    known = {f'"{header}"' for header in headers} | {f"<{header}>" for header in headers} | SYSTEM
     return [line for line in lines if line not in known and not re.fullmatch(r"<[a-z_]+>", line)]
 
 
