@@ -49,6 +49,8 @@ struct FoundPlugin {
 /// @endcode
 class ORVEX_KIT_API Engine {
 public:
+    /// Starts the engine, and loads the plugins that it finds. What one of them lacks is no
+    /// mistake.
     explicit Engine(EngineOptions options = {});
     /// Ends what the kit made, the last first, and stops the engine if this started it.
     ~Engine();

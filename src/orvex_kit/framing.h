@@ -18,8 +18,8 @@ namespace orvex::kit {
 
 /// What is to be seen: the vertices of a model, in the world, and the middle of their box.
 struct Extent {
-    std::vector<orvex::vec4> points;
-    orvex::vec4 middle;
+    std::vector<orvex::vec4> points; ///< finite ones, each with w 1
+    orvex::vec4 middle;              ///< of their box; the origin without points
 };
 
 /// The way up of a model from a 3DS file: y, to which the file's z axis is turned, or -z, where
@@ -43,17 +43,18 @@ struct Lens {
 
 /// The axes of the camera in the world, each of length 1.
 struct Axes {
-    orvex::vec4 right;
-    orvex::vec4 up;
+    orvex::vec4 right;  ///< of the picture
+    orvex::vec4 up;     ///< of the picture
     orvex::vec4 toward; ///< from the model to the eye
 };
+/// The axes of a camera that looks from an angle. Angles of any size go round.
 ORVEX_KIT_API Axes axes_of(const Angle& angle);
 
 /// Where the camera looks, and from how far.
 struct Aim {
-    float right = 0.0f; ///< from the middle, along the camera's axes
-    float up = 0.0f;
-    float distance = 1.0f;
+    float right = 0.0f;    ///< from the middle, along the camera's axes
+    float up = 0.0f;       ///< likewise
+    float distance = 1.0f; ///< of the eye, above 0
 };
 
 /// The nearest aim by which all is seen through a lens of zoom 1, with a little room around.

@@ -28,7 +28,7 @@ namespace orvex::kit {
 
 /// A texture file that a material names.
 struct TextureFile {
-    std::string path;
+    std::string path;        ///< as it was looked for
     orvex::Texture* texture; ///< null: missing, or no picture
 };
 
@@ -63,16 +63,19 @@ public:
     UpAxis up_axis() const { return up; }
     /// Turns the model so that y is its way up.
     void stand_up();
+    /// All vertices that are finite, in the world.
     const Extent& extent() const { return bounds; }
     /// Every texture file that was looked for, in the order of the materials, each once.
     const std::vector<TextureFile>& texture_files() const { return textures; }
     /// Every file that the scene was read from, and those that it looked for: the model, its
     /// material libraries, its textures.
     std::vector<std::string> files() const;
+    /// Its meshes, in the order of the file. They belong to the model.
     const std::vector<orvex::Mesh*>& all_meshes() const { return meshes; }
+    /// Its materials, in the order of the file. They belong to the model.
     std::vector<orvex::Material*> all_materials() const;
-    unsigned long num_vertices() const;
-    unsigned long num_faces() const;
+    unsigned long num_vertices() const; ///< of all meshes
+    unsigned long num_faces() const;    ///< of all meshes
 
 private:
     /// Faces in a row that share a material.

@@ -115,27 +115,29 @@ private:
     std::unique_ptr<unsigned char[]> pixels;
 };
 
-/// @name What a type of samples is called; there are no others.
-/// @{
+/// What a type of samples is called; there are no others than those below.
 template<class T>
 struct SampleOf;
+/// Samples of one byte.
 template<>
 struct SampleOf<std::uint8_t> {
-    static constexpr Sample value = Sample::u8; ///< one byte
+    static constexpr Sample value = Sample::u8; ///< its name
 };
+/// Samples of two bytes.
 template<>
 struct SampleOf<std::uint16_t> {
-    static constexpr Sample value = Sample::u16; ///< two bytes
+    static constexpr Sample value = Sample::u16; ///< its name
 };
+/// Samples of four bytes.
 template<>
 struct SampleOf<float> {
-    static constexpr Sample value = Sample::f32; ///< four bytes
+    static constexpr Sample value = Sample::f32; ///< its name
 };
+/// Samples of four bytes.
 template<>
 struct SampleOf<std::int32_t> {
-    static constexpr Sample value = Sample::i32; ///< four bytes
+    static constexpr Sample value = Sample::i32; ///< its name
 };
-/// @}
 
 template<class T>
 T* Picture::row(int y) noexcept {

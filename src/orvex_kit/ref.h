@@ -37,14 +37,17 @@ template<class T>
 class Ref {
 public:
     Ref() noexcept = default;
+    /// Empty.
     Ref(std::nullptr_t) noexcept {} // NOLINT(google-explicit-constructor): as pointers do
     /// Adds a hold, also to a node that has some; null makes an empty one.
     explicit Ref(T* node) noexcept
         : node(node) {
         hold(node);
     }
+    /// Adds a hold to the other's node.
     Ref(const Ref& other) noexcept
         : Ref(other.node) {}
+    /// Takes the other's hold over, which is empty then.
     Ref(Ref&& other) noexcept
         : node(std::exchange(other.node, nullptr)) {}
     /// Of a class that the other's derives from.
@@ -65,12 +68,15 @@ public:
     /// Lets go; empty from then on.
     void reset() noexcept { *this = Ref(); }
 
-    T* get() const noexcept { return node; } ///< null if empty
-    T* operator->() const noexcept { return node; }
-    T& operator*() const noexcept { return *node; }
+    T* get() const noexcept { return node; }        ///< null if empty
+    T* operator->() const noexcept { return node; } ///< as `get`
+    T& operator*() const noexcept { return *node; } ///< not of an empty one
+    /// Whether it holds a node.
     explicit operator bool() const noexcept { return node != nullptr; }
 
+    /// Whether both hold the same node, or none.
     friend bool operator==(const Ref& a, const Ref& b) noexcept { return a.node == b.node; }
+    /// The opposite.
     friend bool operator!=(const Ref& a, const Ref& b) noexcept { return a.node != b.node; }
 
 private:
