@@ -65,6 +65,7 @@ protected:
         {
             const GlRecorderPause pause(*recorder);
             EXPECT_NO_GL_ERROR() << "left over at the end of the test";
+            renderer->kill_all_render_targets(); // a renderer leaves them to those who hold them
         }
         renderer.reset();
         recorder.reset();
