@@ -21,7 +21,7 @@ TargetFamily::~TargetFamily() {
     for (std::unique_ptr<RenderTargetOpenGL>& target : list) {
         target->_set_opengl_func(nullptr);
         target->_set_opengl_ctx(nullptr);
-        target->_set_opengl_state(nullptr);
+        target->set_opengl_state(nullptr);
         // A host may still hold it; who deletes it then can't be known here.
         static_cast<void>(target.release());
     }
@@ -31,7 +31,7 @@ RenderTarget* TargetFamily::create() {
     auto target = std::make_unique<RenderTargetOpenGL>();
     target->_set_opengl_func(&state.gl);
     target->_set_opengl_ctx(&state.ctx);
-    target->_set_opengl_state(&state);
+    target->set_opengl_state(&state);
     list.push_back(std::move(target));
     return list.back().get();
 }

@@ -66,7 +66,7 @@ public:
     /// The renderer's record of the API's state, in which texture unit 0 is kept.
     void _set_opengl_ctx(RendererOpenGLCtx* state) { ctx = state; }
     /// The renderer's knowledge of contexts; null for a target that knows one alone.
-    void _set_opengl_state(GlState* contexts) { state = contexts; }
+    void set_opengl_state(GlState* contexts) { state = contexts; }
 
 private:
     static constexpr std::size_t max_colors = 8;
