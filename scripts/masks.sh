@@ -66,6 +66,8 @@ gl_2_1 no_vertex_arrays | render_target_gl_test | on/RenderTargetTest.takes_a_dr
 gl_2_1 no_vertex_arrays | egl_window_test | on/EglWindow.keeps_the_pixels_that_are_drawn_into_it/* | the question for the version by names of 3.0 leaves an error
 gl_2_1 no_vertex_arrays | egl_window_test | on/EglWindow.adopts_a_hosts_context_and_never_ends_it/* | the question for the version by names of 3.0 leaves an error
 gl_2_1 no_vertex_arrays | egl_window_test | on/EglWindow.tells_the_version_of_an_adopted_context/* | asks for the version by names of 3.0
+gl_2_1 no_vertex_arrays | egl_window_test | on/EglWindow.is_told_when_the_driver_is_reset/* | the question for the version by names of 3.0 leaves an error
+gl_2_1 no_vertex_arrays | egl_window_test | on/EglWindow.is_plain_where_a_host_asks_for_that/* | the question for the version by names of 3.0 leaves an error
 gl_2_1 no_vertex_arrays | egl_window_test | on/EglWindow.takes_up_a_new_size/* | the question for the version by names of 3.0 leaves an error
 gl_2_1 no_vertex_arrays | egl_window_test | on/EglWindow.lists_the_contexts_extensions/* | asks for extensions one by one, as from 3.0 on
 gl_2_1 no_vertex_arrays | x11_window_test | on/X11Window.shows_what_was_drawn_in_its_own_pixels/* | the question for the version by names of 3.0 leaves an error
@@ -85,6 +87,11 @@ no_vertex_arrays | vertex_buffers_gl_test | of/DrawOrder*.*/compatibility | asse
 no_vertex_arrays | vertex_buffers_gl_test | of/RecordContexts.*/compatibility*:-*.a_mesh_whose_window_is_gone_*/compatibility_shared:*.objects_of_windows_that_share_*/compatibility | asserts the path that draws from vertex arrays
 no_vertex_arrays | vertex_buffers_gl_test | of/DrawOrder.a_mesh_that_ends_leaves_nothing_of_the_other_path/client_arrays | draws on either path
 no_vertex_arrays | vertex_buffers_gl_test | of/DrawOrder.the_path_may_change_between_prepare_and_finish/client_arrays | draws on either path
+no_vertex_arrays | vertex_buffers_gl_test | on/AdoptedContexts.*/compatibility | draws on either path
+no_vertex_arrays | vertex_buffers_gl_test | of/ContextLoss.ends_with_*/compatibility*:of/ContextLoss.is_survived_*/compatibility*:of/ContextLoss.leaves_other_*/compatibility*:of/ContextLoss.refuses_every_draw/compatibility* | asserts the path that draws from vertex arrays
+no_vertex_arrays | vertex_buffers_gl_test | of/RefusedBuffers.leave_lines_*/compatibility:of/RefusedMeshBuffers.*/compatibility | asserts the path that draws from vertex arrays
+no_vertex_arrays no_debug | vertex_buffers_gl_test | of/RefusedBuffers.leave_points_undrawn_until_the_next_prepare/*:-*/core* | with any extension masked the driver refuses GL_POINT_SPRITE
+gl_2_1 | vertex_buffers_gl_test | on/AdoptedContexts.keep_what_the_host_had_bound/compatibility | the question for the version by names of 3.0 leaves an error
 no_vertex_arrays | vertex_buffers_gl_test | HostContexts.* | draws on either path
 no_vertex_arrays no_debug | vertex_buffers_gl_test | of/RecordContexts.polylines_and_points_are_uploaded_once_for_each_window/client_arrays*:of/RecordContexts.polylines_and_points_are_uploaded_once_for_each_window/compatibility* | with any extension masked the driver refuses GL_POINT_SPRITE
 no_vertex_arrays | points_gl_test | on/*/compatibility:-*.without_vertices_make_nothing/*:*.refuse_null/*:*.do_nothing_without_the_entry_points/*:*.hand_the_path_of_client_arrays_*:*.wait_for_both_kinds_*:*.finish_nothing_without_* | asserts the path that draws from vertex arrays
