@@ -69,6 +69,10 @@ expect_version(0.9.0...<0.9.1 1)
 expect_version(0.8...<0.9.0 0)
 expect_version(0.9.1...0.10 0)
 expect_version(0.1...0.8.9 0)
+# And the components.
+expect_version("0.9;COMPONENTS;orvex" 1)
+expect_version("0.9;COMPONENTS;orvex;kit" 1)
+expect_version("0.9;COMPONENTS;wings" 0)
 
 # --- The headers lie below one folder, and nowhere else
 
@@ -93,6 +97,10 @@ execute_process(COMMAND pkg-config --cflags --libs "orvex >= 0.9" OUTPUT_VARIABL
   RESULT_VARIABLE result OUTPUT_STRIP_TRAILING_WHITESPACE)
 if(NOT result EQUAL 0 OR NOT flags MATCHES "-lorvex_r_osx")
   message(FATAL_ERROR "pkg-config gives '${flags}'")
+endif()
+execute_process(COMMAND pkg-config --libs "orvex-kit >= 0.9" OUTPUT_VARIABLE kit_flags RESULT_VARIABLE result)
+if(NOT result EQUAL 0 OR NOT kit_flags MATCHES "-lorvex_kit.*-lorvex_r_osx")
+  message(FATAL_ERROR "pkg-config gives '${kit_flags}' for the kit")
 endif()
 separate_arguments(flags UNIX_COMMAND "${flags}")
 separate_arguments(own_flags UNIX_COMMAND "${CXX_FLAGS}")
