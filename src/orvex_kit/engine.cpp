@@ -93,7 +93,7 @@ bool started_here = false;
 
 } // namespace
 
-Engine::Engine(EngineOptions options) {
+Engine::Engine(const EngineOptions& options) {
     if (engine_runs()) {
         outcome =
             Outcome::failure("the engine runs already: a process has one kit::Engine at a time");

@@ -51,7 +51,7 @@ class ORVEX_KIT_API Engine {
 public:
     /// Starts the engine, and loads the plugins that it finds. What one of them lacks is no
     /// mistake.
-    explicit Engine(EngineOptions options = {});
+    explicit Engine(const EngineOptions& options = {});
     /// Ends what the kit made, the last first, and stops the engine if this started it.
     ~Engine();
     Engine(const Engine&) = delete;
