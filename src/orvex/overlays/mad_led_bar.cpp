@@ -188,12 +188,12 @@ bool MadLedBar::initialize(const vec3& start, const vec3& end, unsigned long num
     const float length = (data->start_position - data->end_position).length();
     const unsigned long segments = std::min<unsigned long>(num_leds, INT_MAX);
     plane.set_build_params(length, height, static_cast<int>(segments), 1);
-    if (!plane.build(nullptr))
-        return false;
+    plane.build(nullptr);
 
-    // White, and lit from above.
-    const bool has_vertices = plane.get_vertex(0);
-    for (unsigned long i = 0; has_vertices && i < num_leds; ++i) {
+    // White, and lit from above. A strip that no memory was found for has a number of vertices, and
+    // none of them.
+    const bool built = plane.get_vertex(0);
+    for (unsigned long i = 0; built && i < num_leds; ++i) {
         _plane_set_led_color(i, 1.0f, 1.0f, 1.0f, 1.0f);
         _plane_set_led_normal(i, 0.0f, 1.0f, 0.0f);
     }

@@ -68,9 +68,7 @@ public:
     /// @param start,end  their distance is the length of the strip
     /// @param num_leds  number of lights of the whole bar; with 0 it draws nothing
     /// @param height  of the strip, along Z, in units of the bar; any number
-    /// @return false if no memory was found for the strip, which the log tells then; the bar has
-    /// the
-    ///         number of lights all the same, and draws none of them
+    /// @return true, also where no memory was found for the strip, which the log tells then
     bool initialize(const vec3& start, const vec3& end, unsigned long num_leds, float height);
 
     unsigned long get_num_leds() const; ///< number of lights
