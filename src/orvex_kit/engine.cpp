@@ -4,10 +4,12 @@
 
 #include <algorithm>
 #include <cstdlib>
-#include <filesystem>
+#include <memory>
+#include <new>
 #include <sstream>
 #include <utility>
 
+#include <dirent.h>
 #include <dlfcn.h>
 
 #include <orvex/base/log.h>
@@ -53,18 +55,26 @@ std::vector<std::string> plugin_folders() {
             if (!word.empty())
                 folders.push_back(word);
     }
-    folders.push_back(own_folder() + "orvex/plugins");
+    // Never from wherever the program happens to be.
+    if (const std::string own = own_folder(); !own.empty())
+        folders.push_back(own + "orvex/plugins");
     return folders;
 }
 
-/// The plugins of a folder by their names; none where there is no such folder.
+struct CloseFolder {
+    void operator()(DIR* folder) const { closedir(folder); }
+};
+
+/// The plugins of a folder by their names; none where there is no such folder. The standard
+/// library's walk ends the process where memory runs out.
 std::vector<std::string> plugins_in(const std::string& folder) {
     std::vector<std::string> paths;
-    std::error_code error;
-    for (std::filesystem::directory_iterator entry(folder, error), end; !error && entry != end;
-         entry.increment(error))
-        if (has_suffix(entry->path().string(), ".so"))
-            paths.push_back(entry->path().string());
+    const std::unique_ptr<DIR, CloseFolder> open(opendir(folder.c_str()));
+    while (const dirent* const entry = open ? readdir(open.get()) : nullptr) {
+        std::string path = folder + "/" + entry->d_name;
+        if (has_suffix(path, ".so"))
+            paths.push_back(std::move(path));
+    }
     std::sort(paths.begin(), paths.end());
     return paths;
 }
@@ -88,8 +98,37 @@ bool begin_engine(const EngineOptions& options) {
     return true;
 }
 
+/// A stop that finds no memory goes on from there at the next call.
+void stop_engine() noexcept {
+    for (int tries = 0; tries < 3; ++tries) {
+        try {
+            core::stop(nullptr);
+            break;
+        } catch (const std::bad_alloc&) {
+            continue;
+        }
+    }
+    listener = nullptr;
+}
+
 /// Whether the engine that runs was started here.
 bool started_here = false;
+
+void end_engine() noexcept {
+    close_engine_parts();
+    set_engine_runs(false);
+    set_current_renderer(nullptr);
+    if (started_here)
+        stop_engine();
+}
+
+std::vector<FoundPlugin> load_plugins() {
+    std::vector<FoundPlugin> found;
+    for (const std::string& folder : plugin_folders())
+        for (const std::string& path : plugins_in(folder))
+            found.push_back(load_plugin(path));
+    return found;
+}
 
 } // namespace
 
@@ -100,28 +139,23 @@ Engine::Engine(const EngineOptions& options) {
         return;
     }
     started_here = !is_started();
-    if (started_here && !begin_engine(options)) {
-        outcome = Outcome::failure("the engine doesn't start");
-        return;
+    try {
+        if (started_here && !begin_engine(options)) {
+            outcome = Outcome::failure("the engine doesn't start");
+            return;
+        }
+        set_engine_runs(true);
+        if (options.find_plugins)
+            found = load_plugins();
+    } catch (...) {
+        end_engine();
+        throw;
     }
-    set_engine_runs(true);
-    if (!options.find_plugins)
-        return;
-    for (const std::string& folder : plugin_folders())
-        for (const std::string& path : plugins_in(folder))
-            found.push_back(load_plugin(path));
 }
 
 Engine::~Engine() {
-    if (!outcome)
-        return;
-    close_engine_parts();
-    set_engine_runs(false);
-    set_current_renderer(nullptr);
-    if (!started_here)
-        return;
-    core::stop(nullptr);
-    listener = nullptr;
+    if (outcome)
+        end_engine();
 }
 
 } // namespace orvex::kit

@@ -5,9 +5,13 @@
 
 #include <gtest/gtest.h>
 
+#include <orvex/kernel/core.h>
+
 #include "orvex_kit/compare.h"
+#include "orvex_kit/engine.h"
 #include "orvex_kit/frame_stream.h"
 #include "orvex_kit/picture_file.h"
+#include "orvex_kit/private/engine_parts.h"
 #include "tests/orvex_kit/sample_pictures.h"
 #include "tests/support/heap.h"
 #include "tests/support/temp_dir.h"
@@ -119,6 +123,27 @@ TEST(Memory, that_runs_out_is_told_of_a_reference) {
     EXPECT_EQ(reason, "");
     EXPECT_EQ(last,
               "can't read " + path + ": no memory for a picture of 100x100 pixels: 30000 bytes");
+}
+
+TEST(Memory, that_runs_out_leaves_no_engine_half_begun) {
+    const TempDir folder;
+    folder.write("broken.so", "no library");
+    setenv("ORVEX_PLUGIN_PATH", folder.path().c_str(), 1);
+    int thrown = 0;
+    for (unsigned long n = 0; n < 400; ++n)
+        for (const bool single : {true, false}) {
+            try {
+                const RefuseArrays refusal({.granted = n, .refused = 1, .single = single});
+                const Engine engine;
+                EXPECT_TRUE(engine);
+            } catch (const std::bad_alloc&) {
+                ++thrown;
+            }
+            EXPECT_FALSE(engine_runs()) << n;
+            EXPECT_EQ(orvex::core::log_get_default(), nullptr) << n;
+        }
+    EXPECT_GE(thrown, 1);
+    unsetenv("ORVEX_PLUGIN_PATH");
 }
 
 } // namespace
