@@ -112,7 +112,7 @@ public:
         if (!soup.texture.empty())
             mesh->add_material(make_material(filename, get_resource_dir() + soup.texture), nullptr);
         model->add_child(mesh.get());
-        mesh.release(); // the model's from here on
+        static_cast<void>(mesh.release()); // the model's from here on
         return true;
     }
 };

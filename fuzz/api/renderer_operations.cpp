@@ -144,10 +144,12 @@ std::vector<Operation> all_rows() {
         if (std::find(std::begin(elsewhere), std::end(elsewhere), row.name) == std::end(elsewhere))
             all.push_back(row);
     };
+    // NOLINTBEGIN(bugprone-macro-parentheses): the parameters are types.
 #define ORVEX_FUZZ_OPERATION(Result, name, parameters, arguments)                                  \
     add(row_of<static_cast<Result(Renderer::*) parameters>(&Renderer::name)>(#name));
     ORVEX_RENDERER_OPERATIONS(ORVEX_FUZZ_OPERATION, ORVEX_FUZZ_OPERATION)
 #undef ORVEX_FUZZ_OPERATION
+    // NOLINTEND(bugprone-macro-parentheses)
     return all;
 }
 

@@ -37,6 +37,7 @@ ParticleSystem::~ParticleSystem() = default;
 
 bool ParticleSystem::_cleanup(Renderer* renderer) {
     terminate(renderer);
+    // NOLINTNEXTLINE(clang-analyzer-unix.Malloc): a pool was freed, no memory.
     return Object::_cleanup(renderer);
 }
 
