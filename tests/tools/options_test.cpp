@@ -104,12 +104,13 @@ TEST(Options, tell_what_is_wrong) {
              Row{{"--info", "m", "-oa.jpg"},
                  "--info draws no picture: there is nothing for --output"},
              Row{{"-oa.png", "m"},
-                 "-o can't be 'a.png': a name that ends in .jpg or .jpeg, as JPEG is what is "
+                 "--output can't be 'a.png': a name that ends in .jpg or .jpeg, as JPEG is what is "
                  "written, is wanted"},
              Row{{"-o.jpg", "m"},
-                 "-o can't be '.jpg': a name that ends in .jpg or .jpeg, as JPEG is what is "
+                 "--output can't be '.jpg': a name that ends in .jpg or .jpeg, as JPEG is what is "
                  "written, is wanted"},
-             Row{{"-s4", "m"}, "-s can't be '4': WxH in pixels, each from 1 to 16384, is wanted"},
+             Row{{"-s4", "m"},
+                 "--size can't be '4': WxH in pixels, each from 1 to 16384, is wanted"},
              Row{{"--background=pink", "m"},
                  "--background can't be 'pink': #rgb, #rrggbb or one of black, white, gray, red, "
                  "green, blue, "

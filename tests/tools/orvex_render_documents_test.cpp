@@ -19,7 +19,9 @@ using orvex_test::TempDir;
 
 std::vector<std::string> option_names() {
     Options options;
-    return rules_for(options).names();
+    Arguments rules;
+    add_rules(rules, options);
+    return rules.names();
 }
 
 /// All long options in a text.

@@ -1,4 +1,4 @@
-// The command line, word by word: short and long options, values behind them or glued to them.
+// The command line. CLI11 reads it; what is wrong with it is told in the program's own words.
 
 #include "arguments.h"
 
@@ -6,47 +6,86 @@
 #include <numeric>
 #include <utility>
 
+#include <CLI/CLI.hpp>
+
+namespace {
+
+constexpr std::size_t help_column = 26;
+constexpr std::size_t help_width = 80;
+
+/// Breaks a text into lines that begin at the help's column.
+std::string broken(const std::string& text) {
+    std::string result;
+    std::size_t column = help_column;
+    std::istringstream words(text);
+    for (std::string word; words >> word; column += word.size()) {
+        if (column > help_column && column + 1 + word.size() > help_width) {
+            result += "\n" + std::string(help_column, ' ');
+            column = help_column;
+        } else if (column > help_column) {
+            result += ' ';
+            ++column;
+        }
+        result += word;
+    }
+    return result;
+}
+
+/// "  -s, --size WxH            its size in pixels (1280x960)".
+std::string explained(const CLI::Option& option) {
+    const std::string letter =
+        option.get_snames().empty() ? "    " : "-" + option.get_snames().front() + ", ";
+    const std::string value = option.get_type_name();
+    std::string head = "  " + letter + option.get_name() + (value.empty() ? "" : " " + value);
+    if (head.size() + 2 > help_column)
+        head += "\n" + std::string(help_column, ' ');
+    else
+        head.resize(help_column, ' ');
+    return head + broken(option.get_description()) + "\n";
+}
+
+std::string names_of(const std::string& name, char letter) {
+    return letter ? std::string("-") + letter + "," + name : name;
+}
+
+} // namespace
+
+Arguments::Arguments()
+    : app(std::make_unique<CLI::App>()) {
+    app->set_help_flag();
+    app->allow_extras(); // which `read` tells of, with the name that may be meant
+    app->add_option("operands", operands)->group("");
+}
+
+Arguments::~Arguments() = default;
+
 void Arguments::begin_group(std::string title) {
-    groups.push_back({std::move(title), {}});
+    group = std::move(title);
 }
 
-void Arguments::add(Rule rule) {
-    if (groups.empty())
-        begin_group("Options");
-    groups.back().rules.push_back(std::move(rule));
+void Arguments::add_flag(const std::string& name, char letter, const std::string& help,
+                         bool& target) {
+    app->add_flag(names_of(name, letter), target, help)
+        ->group(group)
+        ->type_name("")
+        ->disable_flag_override();
 }
 
-void Arguments::add_flag(std::string name, char letter, std::string help, bool& target) {
-    Taker take = [&target](const std::string&) {
-        target = true;
-        return std::string();
+void Arguments::add_value(const std::string& name, char letter, const std::string& value,
+                          const std::string& help, Taker take) {
+    const auto check = [name, take = std::move(take)](const std::string& word) {
+        const std::string wanted = take(word);
+        if (!wanted.empty())
+            throw CLI::ValidationError(name + " can't be '" + word + "': " + wanted + " is wanted");
     };
-    add({std::move(name), letter, "", std::move(help), std::move(take)});
-}
-
-void Arguments::add_value(std::string name, char letter, std::string value, std::string help,
-                          Taker take) {
-    add({std::move(name), letter, std::move(value), std::move(help), std::move(take)});
+    app->add_option_function<std::string>(names_of(name, letter), check, help)
+        ->group(group)
+        ->type_name(value)
+        ->take_last();
 }
 
 void Arguments::set_operand(Taker take) {
-    operand = std::move(take);
-}
-
-const Arguments::Rule* Arguments::find(const std::string& name) const {
-    for (const Group& group : groups)
-        for (const Rule& rule : group.rules)
-            if (rule.name == name)
-                return &rule;
-    return nullptr;
-}
-
-const Arguments::Rule* Arguments::find(char letter) const {
-    for (const Group& group : groups)
-        for (const Rule& rule : group.rules)
-            if (rule.letter != 0 && rule.letter == letter)
-                return &rule;
-    return nullptr;
+    take_operand = std::move(take);
 }
 
 namespace {
@@ -82,146 +121,76 @@ std::string Arguments::nearest_name(const std::string& name) const {
     return nearest;
 }
 
-/// One walk over the words.
-class Arguments::Reader {
-public:
-    Reader(const Arguments& arguments, const std::vector<std::string>& words)
-        : arguments(arguments)
-        , words(words) {}
-
-    std::string read() {
-        bool only_operands = false;
-        for (; at < words.size() && mistake.empty(); ++at) {
-            const std::string& word = words[at];
-            if (only_operands || word.size() < 2 || word[0] != '-')
-                take_operand(word);
-            else if (word == "--")
-                only_operands = true;
-            else if (word[1] == '-')
-                take_long(word);
-            else
-                take_letters(word);
-        }
-        return mistake;
-    }
-
-private:
-    const Arguments& arguments;
-    const std::vector<std::string>& words;
-    std::size_t at = 0;
-    std::string mistake;
-
-    void take_operand(const std::string& word) {
-        const std::string wanted = arguments.operand ? arguments.operand(word) : "no operand";
-        if (!wanted.empty())
-            mistake = "unexpected argument '" + word + "': " + wanted + " is wanted";
-    }
-
-    void take_long(const std::string& word) {
-        const std::size_t sign = word.find('=');
-        const std::string name = word.substr(0, sign);
-        const Rule* const rule = arguments.find(name);
-        if (!rule)
-            refuse(name, arguments.nearest_name(name));
-        else if (rule->value.empty() && sign != word.npos)
-            mistake = name + " takes no value";
-        else if (sign != word.npos)
-            take(*rule, name, word.substr(sign + 1));
-        else
-            take_with_next(*rule, name);
-    }
-
-    /// Letters without a value, and at the end one with a value, which may follow in the word.
-    void take_letters(const std::string& word) {
-        for (std::size_t i = 1; i < word.size() && mistake.empty(); ++i) {
-            const std::string name = {'-', word[i]};
-            const Rule* const rule = arguments.find(word[i]);
-            if (!rule) {
-                refuse(name, "");
-            } else if (!rule->value.empty() && i + 1 < word.size()) {
-                take(*rule, name, word.substr(i + 1));
-                return;
-            } else {
-                take_with_next(*rule, name);
-            }
-        }
-    }
-
-    void refuse(const std::string& name, const std::string& nearest) {
-        mistake = "unknown option '" + name + "'";
-        if (!nearest.empty())
-            mistake += "; did you mean '" + nearest + "'?";
-    }
-
-    void take_with_next(const Rule& rule, const std::string& name) {
-        if (rule.value.empty())
-            take(rule, name, "");
-        else if (at + 1 < words.size())
-            take(rule, name, words[++at]);
-        else
-            mistake = name + " needs a value, " + rule.value;
-    }
-
-    void take(const Rule& rule, const std::string& name, const std::string& value) {
-        const std::string wanted = rule.take(value);
-        if (!wanted.empty())
-            mistake = name + " can't be '" + value + "': " + wanted + " is wanted";
-    }
-};
-
-std::string Arguments::read(const std::vector<std::string>& words) const {
-    return Reader(*this, words).read();
+/// The sentence of what CLI11 refuses. It begins with the option's name, of a flag without dashes.
+std::string Arguments::mistake_of(const CLI::Error& error) const {
+    const std::string text = error.what();
+    const std::string name = text.substr(0, text.find_first_of(": "));
+    if (error.get_name() != "ArgumentMismatch")
+        return text;
+    if (const CLI::Option* const option = app->get_option_no_throw(name))
+        return name + " needs a value, " + option->get_type_name();
+    return "--" + name + " takes no value";
 }
 
-namespace {
-
-constexpr std::size_t help_column = 26;
-constexpr std::size_t help_width = 80;
-
-/// Breaks a text into lines that begin at the help's column.
-std::string broken(const std::string& text) {
-    std::string result;
-    std::size_t column = help_column;
-    std::size_t at = 0;
-    while (at < text.size()) {
-        const std::size_t end = std::min(text.find(' ', at), text.size());
-        if (column > help_column && column + 1 + (end - at) > help_width) {
-            result += "\n" + std::string(help_column, ' ');
-            column = help_column;
-        } else if (column > help_column) {
-            result += ' ';
-            ++column;
+/// The words from the last to the first, as CLI11 takes them. "--name=" becomes two of them: with
+/// nothing behind the sign the next word would be the value.
+std::vector<std::string> Arguments::reversed(const std::vector<std::string>& words) const {
+    std::vector<std::string> result;
+    const auto end = std::find(words.begin(), words.end(), "--");
+    for (auto word = words.begin(); word != words.end(); ++word) {
+        const std::string name = word->substr(0, word->find('='));
+        const CLI::Option* const option = word < end ? app->get_option_no_throw(name) : nullptr;
+        if (option && *word == name + "=" && !option->get_type_name().empty()) {
+            result.push_back(name);
+            result.emplace_back();
+        } else {
+            result.push_back(*word);
         }
-        result.append(text, at, end - at);
-        column += end - at;
-        at = end + 1;
     }
+    std::reverse(result.begin(), result.end());
     return result;
 }
 
-} // namespace
+std::string Arguments::read(const std::vector<std::string>& words) {
+    try {
+        app->parse(reversed(words));
+    } catch (const CLI::Error& error) {
+        return mistake_of(error);
+    }
+    for (const std::string& word : app->remaining()) {
+        if (word == "--")
+            continue;
+        const std::string name = word.substr(0, word.find('='));
+        const std::string nearest = nearest_name(name);
+        return "unknown option '" + name + "'" +
+               (nearest.empty() ? "" : "; did you mean '" + nearest + "'?");
+    }
+    for (const std::string& word : operands)
+        if (const std::string wanted = take_operand ? take_operand(word) : "no operand";
+            !wanted.empty())
+            return "unexpected argument '" + word + "': " + wanted + " is wanted";
+    return "";
+}
 
 std::string Arguments::help() const {
     std::string text;
-    for (const Group& group : groups) {
-        text += (text.empty() ? "" : "\n") + group.title + ":\n";
-        for (const Rule& rule : group.rules) {
-            std::string head = rule.letter ? std::string("  -") + rule.letter + ", " : "      ";
-            head += rule.name + (rule.value.empty() ? "" : " " + rule.value);
-            if (head.size() + 2 > help_column)
-                head += "\n" + std::string(help_column, ' ');
-            else
-                head.resize(help_column, ' ');
-            text += head + broken(rule.help) + "\n";
+    std::string title;
+    for (const CLI::Option* option : app->get_options()) {
+        if (option->get_group().empty())
+            continue;
+        if (option->get_group() != title) {
+            title = option->get_group();
+            text += (text.empty() ? "" : "\n") + title + ":\n";
         }
+        text += explained(*option);
     }
     return text;
 }
 
 std::vector<std::string> Arguments::names() const {
     std::vector<std::string> result;
-    for (const Group& group : groups)
-        for (const Rule& rule : group.rules)
-            result.push_back(rule.name);
+    for (const CLI::Option* option : app->get_options())
+        if (!option->get_lnames().empty())
+            result.push_back(option->get_name());
     return result;
 }

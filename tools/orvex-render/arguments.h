@@ -1,8 +1,14 @@
 #pragma once
 
 #include <functional>
+#include <memory>
 #include <string>
 #include <vector>
+
+namespace CLI {
+class App;
+class Error;
+} // namespace CLI
 
 /// Reads the words of a command line by rules.
 ///
@@ -22,44 +28,38 @@ public:
     /// Takes a value. @return what is wanted instead, as "a whole number"; empty if it is good
     using Taker = std::function<std::string(const std::string& value)>;
 
+    Arguments();
+    ~Arguments();
+    Arguments(const Arguments&) = delete;
+    Arguments& operator=(const Arguments&) = delete;
+
     /// Begins a group of the help, which a line of text heads.
     void begin_group(std::string title);
     /// An option without a value, that sets `target`.
-    void add_flag(std::string name, char letter, std::string help, bool& target);
+    void add_flag(const std::string& name, char letter, const std::string& help, bool& target);
     /// An option with a value.
     /// @param letter  0 for none
     /// @param value   the value's name in the help
-    void add_value(std::string name, char letter, std::string value, std::string help, Taker take);
+    void add_value(const std::string& name, char letter, const std::string& value,
+                   const std::string& help, Taker take);
     /// Who takes the operands; without one they are mistakes.
     void set_operand(Taker take);
 
-    /// Reads the words up to the first mistake.
-    /// @return that mistake as a sentence without a stop; empty if there is none
-    std::string read(const std::vector<std::string>& words) const;
+    /// Reads the words.
+    /// @return a mistake as a sentence without a stop; empty if there is none
+    std::string read(const std::vector<std::string>& words);
     /// The options with their explanations, group by group, at most 80 characters wide.
     std::string help() const;
     /// The long names, in their order.
     std::vector<std::string> names() const;
 
 private:
-    struct Rule {
-        std::string name;
-        char letter;
-        std::string value; ///< empty: takes none
-        std::string help;
-        Taker take;
-    };
-    struct Group {
-        std::string title;
-        std::vector<Rule> rules;
-    };
-    class Reader;
+    std::unique_ptr<CLI::App> app;
+    std::string group = "Options";
+    std::vector<std::string> operands;
+    Taker take_operand;
 
-    std::vector<Group> groups;
-    Taker operand;
-
-    void add(Rule rule);
-    const Rule* find(const std::string& name) const;
-    const Rule* find(char letter) const;
+    std::vector<std::string> reversed(const std::vector<std::string>& words) const;
+    std::string mistake_of(const CLI::Error& error) const;
     std::string nearest_name(const std::string& name) const;
 };

@@ -154,8 +154,7 @@ void add_other_rules(Arguments& rules, Options& options) {
 
 } // namespace
 
-Arguments rules_for(Options& options) {
-    Arguments rules;
+void add_rules(Arguments& rules, Options& options) {
     add_picture_rules(rules, options);
     add_camera_rules(rules, options);
     add_text_rules(rules, options);
@@ -168,7 +167,6 @@ Arguments rules_for(Options& options) {
         options.model = word;
         return "";
     });
-    return rules;
 }
 
 namespace {
@@ -191,7 +189,9 @@ std::string mistake_of(const Options& options) {
 } // namespace
 
 std::string read_options(const std::vector<std::string>& words, Options& options) {
-    const std::string mistake = rules_for(options).read(words);
+    Arguments rules;
+    add_rules(rules, options);
+    const std::string mistake = rules.read(words);
     if (!mistake.empty() || options.help || options.version)
         return mistake;
     return mistake_of(options);
@@ -199,12 +199,14 @@ std::string read_options(const std::vector<std::string>& words, Options& options
 
 std::string help_text() {
     Options unused;
+    Arguments rules;
+    add_rules(rules, unused);
     return "usage: orvex-render [options] MODEL\n"
            "\n"
            "Renders a model file (" ORVEX_RENDER_FORMATS
            "), with its materials and textures, to a picture.\n"
            "\n" +
-           rules_for(unused).help() +
+           rules.help() +
            "\n"
            "Ends with 0 when all went well, with 1 when something failed, and with 2 when\n"
            "the command line is wrong.\n";

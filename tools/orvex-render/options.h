@@ -38,8 +38,8 @@ struct Options {
     bool version = false;
 };
 
-/// The rules of the command line, which fill `options`.
-Arguments rules_for(Options& options);
+/// Adds the rules of the command line, which fill `options`.
+void add_rules(Arguments& rules, Options& options);
 
 /// Reads the command line. Looks at no file.
 /// @return what is wrong with it; empty if nothing is

@@ -77,6 +77,7 @@ std::vector<EglDevice> egl_devices() {
     if (!query(static_cast<EGLint>(found.size()), found.data(), &count))
         return {};
     std::vector<EglDevice> devices;
+    devices.reserve(static_cast<std::size_t>(count));
     for (int i = 0; i < count; ++i)
         devices.push_back(describe(found[static_cast<std::size_t>(i)], i));
     return devices;
