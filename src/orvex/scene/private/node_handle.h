@@ -38,6 +38,7 @@ public:
         return *this;
     }
     ~NodeHandle() {
+        // NOLINTNEXTLINE(clang-analyzer-cplusplus.NewDelete): its count tells of the other handles.
         if (token && --token->owners == 0)
             free_node_token(token);
     }

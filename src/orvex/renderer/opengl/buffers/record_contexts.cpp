@@ -294,6 +294,7 @@ void bury(Record& record) {
 
 } // namespace
 
+// NOLINTBEGIN(bugprone-macro-parentheses): the argument is a type.
 #define ORVEX_RECORD_STEPS(Record)                                                                 \
     void enter_context(GlState& state, Record& record) {                                           \
         enter(state, record);                                                                      \
@@ -308,6 +309,7 @@ void bury(Record& record) {
 ORVEX_RECORD_STEPS(MeshData)
 ORVEX_RECORD_STEPS(PolylineData)
 ORVEX_RECORD_STEPS(VertexPoolData)
+// NOLINTEND(bugprone-macro-parentheses)
 
 #undef ORVEX_RECORD_STEPS
 
