@@ -2,46 +2,11 @@
 
 #include "orvex_kit/look.h"
 
+#include "orvex_kit/private/program_source.h"
+
 namespace orvex::kit {
 
 namespace {
-
-const char* const gl3_vertex_head = R"(
-#version 150
-#define OUT out
-in vec4 orvex_Position;
-#define POSITION vec4(orvex_Position.xyz, 1.0)
-in vec4 orvex_Color;
-#define VERTEX_COLOR orvex_Color
-in vec4 orvex_Normal;
-#define NORMAL orvex_Normal.xyz
-in vec4 orvex_TexCoord0;
-#define TEXCOORD orvex_TexCoord0.xy
-)";
-
-const char* const gl2_vertex_head = R"(
-#version 120
-#define OUT varying
-#define POSITION vec4(gl_Vertex.xyz, 1.0)
-#define VERTEX_COLOR gl_Color
-#define NORMAL gl_Normal
-#define TEXCOORD gl_MultiTexCoord0.xy
-)";
-
-const char* const gl3_pixel_head = R"(
-#version 150
-#define IN in
-#define SAMPLE texture
-#define COLOR color
-out vec4 color;
-)";
-
-const char* const gl2_pixel_head = R"(
-#version 120
-#define IN varying
-#define SAMPLE texture2D
-#define COLOR gl_FragColor
-)";
 
 const char* const model_vertex = R"(
 uniform mat4 orvex_ModelViewMatrix;
@@ -133,10 +98,9 @@ void main()
 
 } // namespace
 
-// A stage begins right after its marker, and the version must be its first line but for blanks.
 std::string program_text(bool gl3, const char* vertex, const char* pixel) {
-    return std::string("[Vertex_Shader]") + (gl3 ? gl3_vertex_head : gl2_vertex_head) + vertex +
-           "[Pixel_Shader]" + (gl3 ? gl3_pixel_head : gl2_pixel_head) + pixel;
+    const std::string text = std::string("[Vertex_Shader]") + vertex + "[Pixel_Shader]" + pixel;
+    return ProgramSource(text, gl3 ? Path::gl3 : Path::gl2).text();
 }
 
 std::string model_shader(bool gl3) {

@@ -19,6 +19,7 @@
 #include "orvex_kit/private/npy_writer.h"
 #include "orvex_kit/private/output.h"
 #include "orvex_kit/private/png_writer.h"
+#include "orvex_kit/private/turn_upside_down.h"
 
 namespace orvex::kit {
 
@@ -128,17 +129,6 @@ Outcome write_layers(const std::vector<PictureLayer>& layers, const std::string&
         return cant_write(path, "only OpenEXR files have layers");
     return write_exr(layers, path);
 }
-
-namespace {
-
-/// The renderer gives the last row first.
-void turn_upside_down(Picture& picture) {
-    for (int top = 0, bottom = picture.height() - 1; top < bottom; ++top, --bottom)
-        std::swap_ranges(picture.row_data(top), picture.row_data(top) + picture.row_bytes(),
-                         picture.row_data(bottom));
-}
-
-} // namespace
 
 Outcome write_screenshot(Renderer* renderer, const std::string& path,
                          const PictureFileOptions& options) {
