@@ -73,7 +73,7 @@ public:
     Stage& operator=(const Stage&) = delete;
 
     kit::Picture render(const View& view) {
-        kit::see_all(*camera, model->extent(), {}, {width, height, view.zoom});
+        kit::see_all(model->extent(), {}, {width, height, view.zoom}).apply(*camera, width, height);
         renderer->rasterizer_set_polygon_mode(POLYGON_FACE_FRONT_AND_BACK,
                                               view.is_wire ? POLYGON_MODE_LINE : POLYGON_MODE_FILL);
         renderer->rasterizer_apply_state();

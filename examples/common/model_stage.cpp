@@ -10,7 +10,7 @@ using namespace orvex;
 using namespace orvex::kit;
 
 ModelStage::ModelStage()
-    : camera(new Camera) {
+    : camera(new orvex::Camera) {
     core::start("", true, show_log_line, nullptr);
     renderer = Kernel::get()->load_core_opengl_renderer_plugin(true);
     renderer->initialize();
@@ -54,11 +54,11 @@ std::string ModelStage::load(const std::string& path) {
 void ModelStage::draw(int width, int height) {
     if (!scene || width < 1 || height < 1)
         return;
-    see_all(*camera, scene->extent(), {}, {width, height});
+    see_all(scene->extent(), {}, {width, height}).apply(*camera, width, height);
     draw(*camera);
 }
 
-void ModelStage::draw(Camera& eye, const Angle& lit_from) {
+void ModelStage::draw(orvex::Camera& eye, const Angle& lit_from) {
     eye.bind(renderer, true, true, true, true, false);
     renderer->clear_color_depth_buffers(0.17f, 0.19f, 0.22f, 1.0f, 1.0f);
     if (scene)

@@ -44,8 +44,8 @@ Skybox* make_sky(Renderer* renderer) {
     return nullptr;
 }
 
-Camera* make_camera() {
-    Camera* const camera = new Camera;
+orvex::Camera* make_camera() {
+    orvex::Camera* const camera = new orvex::Camera;
     camera->set_viewport(0, 0, width, height);
     camera->build_projection_persp(42.0f, static_cast<float>(width) / height, 0.1f, 200.0f, true);
     camera->set_view_params(vec4(11, 6, 18.5f, 1), vec4(0, 4.3f, 0, 1), vec4(0, 1, 0, 0), true);
@@ -53,7 +53,7 @@ Camera* make_camera() {
 }
 
 /// The sky first, behind everything and without a mark in the depth buffer.
-void draw_scene(OffScreen& stage, Camera& camera, Skybox& sky, kit::Model& scene) {
+void draw_scene(OffScreen& stage, orvex::Camera& camera, Skybox& sky, kit::Model& scene) {
     camera.bind(stage.renderer, true, true, true, true, !stage.gl3);
     stage.renderer->set_depth_buffer_writing_state(false);
     sky.render(stage.renderer, nullptr);
@@ -83,7 +83,7 @@ bool draw(OffScreen& stage, Skybox& sky, kit::Model& scene) {
         panel.add_frame_time(frame_time(frame));
     panel.set_levels(0.95f, 0.65f);
 
-    Camera* const camera = make_camera();
+    orvex::Camera* const camera = make_camera();
     stage.renderer->clear_color_depth_buffers(0.0f, 0.0f, 0.0f, 1.0f, 1.0f);
     draw_scene(stage, *camera, sky, scene);
     panel.draw(camera);

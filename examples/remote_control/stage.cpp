@@ -12,7 +12,7 @@ using namespace orvex;
 using namespace orvex::kit;
 
 Stage::Stage()
-    : camera(new Camera) {}
+    : camera(new orvex::Camera) {}
 
 Stage::~Stage() {
     camera->release(nullptr, nullptr);
@@ -49,7 +49,7 @@ void Stage::turn(float degrees) {
 
 void Stage::draw() {
     if (stage.scene)
-        place(*camera, stage.scene->extent(), axes_of(angle), lens, aim);
+        aimed(stage.scene->extent(), angle, lens, aim).apply(*camera, lens.width, lens.height);
     stage.draw(*camera, angle);
 }
 

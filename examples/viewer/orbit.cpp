@@ -21,7 +21,7 @@ constexpr float steepest = 79.0f;
 } // namespace
 
 Orbit::Orbit(const vec4& center, float distance)
-    : eye(new Camera)
+    : eye(new orvex::Camera)
     , center(center)
     , first_distance(distance) {
     reset();
@@ -50,7 +50,7 @@ void Orbit::recede(float factor) {
 
 /// The camera adds up the way of the mouse, and turns by the whole of it each time: it starts from
 /// straight ahead, then. It stays where it is, so that moving it to its distance is left to do.
-Camera& Orbit::camera(int width, int height) {
+orvex::Camera& Orbit::camera(int width, int height) {
     eye->set_orientation(quat());
     eye->rotate_position_around_point_by_mouse(center, static_cast<int>(std::lround(-down)),
                                                static_cast<int>(std::lround(right)),

@@ -82,7 +82,7 @@ bool Viewer::advance(float seconds) {
     return left != 0.0f || up != 0.0f || away != 0.0f;
 }
 
-void Viewer::draw_axes(Camera& camera) {
+void Viewer::draw_axes(orvex::Camera& camera) {
     model_axes.render(stage.renderer, frame);
     corner_axes.render(stage.renderer, &camera, camera.get_viewport().width - 100, 0, 100, 100);
 }
@@ -94,7 +94,7 @@ void Viewer::draw(int width, int height) {
     stage.renderer->rasterizer_set_polygon_mode(POLYGON_FACE_FRONT_AND_BACK,
                                                 lines ? POLYGON_MODE_LINE : POLYGON_MODE_FILL);
     stage.renderer->rasterizer_apply_state();
-    Camera& camera = orbit->camera(width, height);
+    orvex::Camera& camera = orbit->camera(width, height);
     stage.draw(camera);
 
     // What comes now lies over the model.

@@ -7,7 +7,7 @@
 #include <cmath>
 #include <limits>
 
-#include <orvex/scene/camera.h>
+#include "orvex_kit/private/vector3.h"
 
 namespace orvex::kit {
 
@@ -114,7 +114,8 @@ struct Reaches {
     Reach upward;
 };
 
-Reaches reaches_of(const Extent& extent, const Axes& axes, const Lens& lens) {
+Reaches reaches_of(const Extent& extent, const Angle& angle, const Lens& lens) {
+    const Axes axes = axes_of(angle);
     constexpr float used = 0.95f; // of the picture
     const float tangent = std::tan(half_opening(1.0f)) * used;
     Reaches reaches{{tangent * aspect_of(lens)}, {tangent}};
@@ -133,18 +134,18 @@ float at_least_a_bit(float distance) {
 
 } // namespace
 
-Aim tight_aim(const Extent& extent, const Axes& axes, const Lens& lens) {
+Aim tight_aim(const Extent& extent, const Angle& angle, const Lens& lens) {
     if (extent.points.empty())
         return {};
-    const auto [across, upward] = reaches_of(extent, axes, lens);
+    const auto [across, upward] = reaches_of(extent, angle, lens);
     return {across.shift(), upward.shift(),
             at_least_a_bit(std::max(across.tight_distance(), upward.tight_distance()))};
 }
 
-Aim middle_aim(const Extent& extent, const Axes& axes, const Lens& lens) {
+Aim middle_aim(const Extent& extent, const Angle& angle, const Lens& lens) {
     if (extent.points.empty())
         return {};
-    const auto [across, upward] = reaches_of(extent, axes, lens);
+    const auto [across, upward] = reaches_of(extent, angle, lens);
     return {0.0f, 0.0f, at_least_a_bit(std::max(across.distance(), upward.distance()))};
 }
 
@@ -153,7 +154,7 @@ Aim turning_aim(const Extent& extent, const Angle& first, const Lens& lens, int 
     for (int view = 0; view < views; ++view) {
         Angle angle = first;
         angle.azimuth += 360.0f * static_cast<float>(view) / static_cast<float>(views);
-        all.distance = std::max(all.distance, middle_aim(extent, axes_of(angle), lens).distance);
+        all.distance = std::max(all.distance, middle_aim(extent, angle, lens).distance);
     }
     return all;
 }
@@ -166,8 +167,8 @@ vec4 moved(const vec4& point, const vec4& axis, float way) {
 
 } // namespace
 
-void place(Camera& camera, const Extent& extent, const Axes& axes, const Lens& lens,
-           const Aim& aim) {
+Camera aimed(const Extent& extent, const Angle& angle, const Lens& lens, const Aim& aim) {
+    const Axes axes = axes_of(angle);
     float nearest = std::numeric_limits<float>::lowest();
     float farthest = std::numeric_limits<float>::max();
     for (const vec4& point : extent.points) {
@@ -179,17 +180,30 @@ void place(Camera& camera, const Extent& extent, const Axes& axes, const Lens& l
     // A little before and behind it, so that rounding cuts nothing off.
     const float near_plane = std::max((aim.distance - nearest) * 0.99f, aim.distance * 0.01f);
     const float far_plane = std::max(aim.distance - farthest, near_plane) * 1.01f;
-    camera.set_viewport(0, 0, lens.width, lens.height);
-    camera.build_projection_persp(2.0f * half_opening(lens.zoom) / degree, aspect_of(lens),
-                                  near_plane, far_plane, true);
-    // The up vector of the view counts from the next turn on.
-    camera.set_up(axes.up);
-    camera.set_view_params(moved(target, axes.toward, aim.distance), target, axes.up, true);
+    Camera camera;
+    camera.set_opening(2.0f * half_opening(lens.zoom) / degree);
+    camera.set_clip(near_plane, far_plane);
+    camera.look_at(moved(target, axes.toward, aim.distance), target, axes.up);
+    return camera;
 }
 
-void see_all(Camera& camera, const Extent& extent, const Angle& angle, const Lens& lens) {
-    const Axes axes = axes_of(angle);
-    place(camera, extent, axes, lens, tight_aim(extent, axes, lens));
+Camera see_all(const Extent& extent, const Angle& angle, const Lens& lens) {
+    return aimed(extent, angle, lens, tight_aim(extent, angle, lens));
+}
+
+void fit_clip(Camera& camera, const Extent& extent) {
+    const Pose pose = camera.pose();
+    double nearest = std::numeric_limits<double>::max();
+    double farthest = 0.0;
+    for (const vec4& point : extent.points) {
+        const Vector3 forward{pose[2][0], pose[2][1], pose[2][2]};
+        const double depth = dot(forward, vector3_of(point)) + pose[2][3];
+        nearest = std::min(nearest, depth);
+        farthest = std::max(farthest, depth);
+    }
+    // Among what is to be seen, the eye sees from a ten thousandth of the way on.
+    const double near_plane = std::max(nearest * 0.99, farthest * 1e-4);
+    camera.set_clip(static_cast<float>(near_plane), static_cast<float>(farthest * 1.01));
 }
 
 } // namespace orvex::kit

@@ -1,18 +1,15 @@
 #pragma once
 
 /// @file
-/// Where the camera stands, so that a model is seen.
+/// Where a camera stands so that a model is seen.
 
 #include <vector>
 
 #include <orvex/math/vec4.h>
 
 #include "orvex_kit/api.h"
+#include "orvex_kit/camera.h"
 #include "orvex_kit/up_axis.h"
-
-namespace orvex {
-class Camera;
-}
 
 namespace orvex::kit {
 
@@ -47,7 +44,7 @@ struct Axes {
     orvex::vec4 up;     ///< of the picture
     orvex::vec4 toward; ///< from the model to the eye
 };
-/// The axes of a camera that looks from an angle. Angles of any size go round.
+/// Those of a camera that looks from an angle. Angles of any size go round.
 ORVEX_KIT_API Axes axes_of(const Angle& angle);
 
 /// Where the camera looks, and from how far.
@@ -58,20 +55,23 @@ struct Aim {
 };
 
 /// The nearest aim by which all is seen through a lens of zoom 1, with a little room around.
-ORVEX_KIT_API Aim tight_aim(const Extent& extent, const Axes& axes, const Lens& lens);
+ORVEX_KIT_API Aim tight_aim(const Extent& extent, const Angle& angle, const Lens& lens);
 
 /// The nearest aim at the middle itself by which all is seen.
-ORVEX_KIT_API Aim middle_aim(const Extent& extent, const Axes& axes, const Lens& lens);
+ORVEX_KIT_API Aim middle_aim(const Extent& extent, const Angle& angle, const Lens& lens);
 
 /// The nearest aim at the middle by which all is seen throughout a turn, of as many views.
 ORVEX_KIT_API Aim turning_aim(const Extent& extent, const Angle& first, const Lens& lens,
                               int views);
 
-/// Places the camera.
-ORVEX_KIT_API void place(orvex::Camera& camera, const Extent& extent, const Axes& axes,
-                         const Lens& lens, const Aim& aim);
-/// Places the camera as near as all can be seen from.
-ORVEX_KIT_API void see_all(orvex::Camera& camera, const Extent& extent, const Angle& angle,
-                           const Lens& lens);
+/// The camera of an aim. Its clip planes lie right before and behind what is to be seen.
+ORVEX_KIT_API Camera aimed(const Extent& extent, const Angle& angle, const Lens& lens,
+                           const Aim& aim);
+/// The camera that is as near as all can be seen from.
+ORVEX_KIT_API Camera see_all(const Extent& extent, const Angle& angle, const Lens& lens);
+
+/// Puts the clip planes of a camera right before and behind what is to be seen. Those of a camera
+/// that has all of it behind stay.
+ORVEX_KIT_API void fit_clip(Camera& camera, const Extent& extent);
 
 } // namespace orvex::kit

@@ -4,6 +4,7 @@
 /// All of the kit.
 
 #include "orvex_kit/api.h"
+#include "orvex_kit/camera.h"
 #include "orvex_kit/compare.h"
 #include "orvex_kit/engine.h"
 #include "orvex_kit/files.h"

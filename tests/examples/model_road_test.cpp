@@ -83,7 +83,7 @@ private:
         scene->use_program(&program, gl3);
 
         auto* const camera = new orvex::Camera;
-        orvex::kit::see_all(*camera, scene->extent(), {}, {width, height});
+        orvex::kit::see_all(scene->extent(), {}, {width, height}).apply(*camera, width, height);
         camera->bind(renderer, true, true, true, true, !gl3);
         renderer->clear_color_depth_buffers(0.17f, 0.19f, 0.22f, 1.0f, 1.0f);
         scene->draw();

@@ -13,6 +13,7 @@ namespace orvex_test {
 namespace {
 
 using namespace orvex::kit;
+namespace kit = orvex::kit;
 using orvex::vec4;
 
 constexpr Lens wide{400, 300, 1.0f};
@@ -109,7 +110,7 @@ protected:
     ~Framing() override { camera->release(nullptr, nullptr); }
 
     Seen look(const Extent& extent, const Angle& angle, const Lens& lens, const Aim& aim) {
-        place(*camera, extent, axes_of(angle), lens, aim);
+        aimed(extent, angle, lens, aim).apply(*camera, lens.width, lens.height);
         return seen_by(*camera, extent);
     }
 
@@ -122,7 +123,7 @@ TEST_F(Framing, fills_the_picture_up_to_a_margin_from_every_side) {
             for (float elevation : {-90.0f, -30.0f, 0.0f, 60.0f, 90.0f})
                 for (const Lens& lens : {wide, Lens{100, 300, 1.0f}}) {
                     const Angle angle{azimuth, elevation, UpAxis::y};
-                    const Aim aim = tight_aim(extent, axes_of(angle), lens);
+                    const Aim aim = tight_aim(extent, angle, lens);
                     const Seen seen = look(extent, angle, lens, aim);
                     EXPECT_LE(std::max(seen.right, -seen.left), 0.951f) << azimuth << elevation;
                     EXPECT_LE(std::max(seen.high, -seen.low), 0.951f) << azimuth << elevation;
@@ -136,10 +137,10 @@ TEST_F(Framing, fills_the_picture_up_to_a_margin_from_every_side) {
 TEST_F(Framing, keeps_the_middle_in_the_middle_of_a_turn) {
     const Extent extent = box_of(3, 2, 1);
     const Angle angle{30.0f, 20.0f, UpAxis::y};
-    const Aim aim = middle_aim(extent, axes_of(angle), wide);
+    const Aim aim = middle_aim(extent, angle, wide);
     EXPECT_EQ(aim.right, 0.0f);
     EXPECT_EQ(aim.up, 0.0f);
-    EXPECT_GE(aim.distance, tight_aim(extent, axes_of(angle), wide).distance);
+    EXPECT_GE(aim.distance, tight_aim(extent, angle, wide).distance);
     const Seen seen = look(extent, angle, wide, aim);
     EXPECT_NEAR(std::max({seen.right, -seen.left, seen.high, -seen.low}), 0.95f, 0.01f);
 }
@@ -160,9 +161,9 @@ TEST_F(Framing, sees_all_throughout_a_turn) {
 TEST_F(Framing, sees_all_by_itself) {
     const Extent extent = box_of(9, 2, 1);
     const Angle angle;
-    see_all(*camera, extent, angle, wide);
+    see_all(extent, angle, wide).apply(*camera, wide.width, wide.height);
     const Seen itself = seen_by(*camera, extent);
-    const Seen wanted = look(extent, angle, wide, tight_aim(extent, axes_of(angle), wide));
+    const Seen wanted = look(extent, angle, wide, tight_aim(extent, angle, wide));
     EXPECT_EQ(itself.left, wanted.left);
     EXPECT_EQ(itself.high, wanted.high);
     EXPECT_EQ(itself.nearest, wanted.nearest);
@@ -171,7 +172,7 @@ TEST_F(Framing, sees_all_by_itself) {
 TEST_F(Framing, magnifies_by_the_zoom) {
     const Extent extent = box_of(2, 2, 0);
     const Angle front{0.0f, 0.0f, UpAxis::y};
-    const Aim aim = tight_aim(extent, axes_of(front), wide);
+    const Aim aim = tight_aim(extent, front, wide);
     const Seen once = look(extent, front, wide, aim);
     const Seen twice = look(extent, front, {400, 300, 2.0f}, aim);
     EXPECT_NEAR(twice.high, 2 * once.high, 1e-4f);
@@ -183,12 +184,52 @@ TEST_F(Framing, copes_with_a_point_and_with_nothing) {
     point.middle = vec4(1, 2, 3, 1);
     point.points = {point.middle};
     const Angle angle{25.0f, 20.0f, UpAxis::y};
-    const Aim aim = tight_aim(point, axes_of(angle), wide);
+    const Aim aim = tight_aim(point, angle, wide);
     EXPECT_GT(aim.distance, 0.0f);
-    EXPECT_GT(middle_aim(point, axes_of(angle), wide).distance, 0.0f);
+    EXPECT_GT(middle_aim(point, angle, wide).distance, 0.0f);
     const Extent nothing;
-    EXPECT_EQ(tight_aim(nothing, axes_of(angle), wide).distance, 1.0f);
-    EXPECT_EQ(middle_aim(nothing, axes_of(angle), wide).distance, 1.0f);
+    EXPECT_EQ(tight_aim(nothing, angle, wide).distance, 1.0f);
+    EXPECT_EQ(middle_aim(nothing, angle, wide).distance, 1.0f);
+}
+
+TEST_F(Framing, looks_at_the_middle_from_the_side_that_was_asked_for) {
+    const Extent extent = box_of(3, 2, 1);
+    for (const UpAxis axis :
+         {UpAxis::x, UpAxis::y, UpAxis::z, UpAxis::minus_x, UpAxis::minus_y, UpAxis::minus_z})
+        for (float azimuth = 0.0f; azimuth < 360.0f; azimuth += 15.0f)
+            for (const float elevation : {-90.0f, -45.0f, 0.0f, 1e-3f, 20.0f, 90.0f}) {
+                const Angle angle{azimuth, elevation, axis};
+                const Axes axes = axes_of(angle);
+                look(extent, angle, wide, middle_aim(extent, angle, wide));
+                const orvex::mat4& view = camera->get_view_matrix();
+                const vec4 right(view.m[0], view.m[4], view.m[8], 0);
+                const vec4 up(view.m[1], view.m[5], view.m[9], 0);
+                SCOPED_TRACE(testing::Message()
+                             << azimuth << " " << elevation << " " << static_cast<int>(axis));
+                expect_near(right, axes.right, "right");
+                expect_near(up, axes.up, "up");
+            }
+}
+
+TEST(FitClip, holds_all_that_is_seen_and_little_else) {
+    const Extent extent = box_of(2, 2, 2);
+    kit::Camera camera;
+    camera.look_at(vec4(100, 50, 0, 1), extent.middle);
+    fit_clip(camera, extent);
+    EXPECT_NEAR(camera.near(), 19.0f, 0.2f);
+    EXPECT_LE(camera.near(), 19.0f);
+    EXPECT_NEAR(camera.far(), 21.0f, 0.3f);
+    EXPECT_GE(camera.far(), 21.0f);
+    // Among the points, and with all of them behind.
+    camera.look_at(extent.middle, vec4(0, 50, -20, 1));
+    fit_clip(camera, extent);
+    EXPECT_FLOAT_EQ(camera.near(), 1e-4f);
+    EXPECT_FLOAT_EQ(camera.far(), 1.01f);
+    camera.look_at(vec4(100, 50, 0, 1), vec4(100, 50, 20, 1));
+    fit_clip(camera, extent);
+    EXPECT_FLOAT_EQ(camera.far(), 1.01f);
+    fit_clip(camera, {});
+    EXPECT_FLOAT_EQ(camera.far(), 1.01f);
 }
 
 } // namespace

@@ -81,7 +81,7 @@ class Painter {
 public:
     explicit Painter(const Options& options)
         : options(options)
-        , camera(new Camera) {}
+        , camera(new orvex::Camera) {}
     ~Painter() { camera->release(nullptr, nullptr); }
     Painter(const Painter&) = delete;
     Painter& operator=(const Painter&) = delete;
@@ -98,7 +98,7 @@ public:
 private:
     const Options& options;
     Stage stage;
-    Camera* camera;
+    orvex::Camera* camera;
     std::unique_ptr<kit::Model> scene;
     std::unique_ptr<TextOverlay> overlay;
     UpAxis up = UpAxis::y; ///< of the model
@@ -212,14 +212,15 @@ Lens Painter::lens() const {
 Aim Painter::aim() const {
     const Angle first = angle_of(0);
     Aim one = options.turntable == 0
-                  ? tight_aim(scene->extent(), axes_of(first), lens())
+                  ? tight_aim(scene->extent(), first, lens())
                   : turning_aim(scene->extent(), first, lens(), std::min(options.turntable, 36));
     one.distance *= options.distance;
     return one;
 }
 
 void Painter::draw(const Angle& angle, const Aim& aim) {
-    place(*camera, scene->extent(), axes_of(angle), lens(), aim);
+    aimed(scene->extent(), angle, lens(), aim)
+        .apply(*camera, options.size.width, options.size.height);
     stage.renderer->rasterizer_set_polygon_mode(
         POLYGON_FACE_FRONT_AND_BACK, options.wireframe ? POLYGON_MODE_LINE : POLYGON_MODE_FILL);
     stage.begin_picture();

@@ -23,7 +23,7 @@ TextOverlay::TextOverlay(Renderer* renderer, GpuProgram* program, bool gl3)
     : renderer(renderer)
     , program(program)
     , font(new Font)
-    , camera(new Camera)
+    , camera(new orvex::Camera)
     , gl3(gl3) {
     font->set_opengl_2_3_rendering_states(!gl3, nullptr);
 }
