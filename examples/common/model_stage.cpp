@@ -54,12 +54,12 @@ std::string ModelStage::load(const std::string& path) {
 void ModelStage::draw(int width, int height) {
     if (!scene || width < 1 || height < 1)
         return;
-    see_all(scene->extent(), {}, {width, height}).apply(*camera, width, height);
-    draw(*camera);
+    draw(see_all(scene->extent(), {}, {width, height}), width, height);
 }
 
-void ModelStage::draw(orvex::Camera& eye, const Angle& lit_from) {
-    eye.bind(renderer, true, true, true, true, false);
+void ModelStage::draw(const kit::Camera& eye, int width, int height, const Angle& lit_from) {
+    eye.apply(*camera, width, height);
+    camera->bind(renderer, true, true, true, true, false);
     renderer->clear_color_depth_buffers(0.17f, 0.19f, 0.22f, 1.0f, 1.0f);
     if (scene)
         scene->draw(lit_from);

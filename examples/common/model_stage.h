@@ -46,7 +46,10 @@ public:
     /// Draws the model, seen as a whole. An empty window gets nothing, as does one without a model.
     void draw(int width, int height);
     /// Draws the model as a camera sees it, with its lights for an angle; or the bare background.
-    void draw(orvex::Camera& camera, const orvex::kit::Angle& lit_from = {});
+    void draw(const orvex::kit::Camera& eye, int width, int height,
+              const orvex::kit::Angle& lit_from = {});
+    /// That of the engine, as it stood for what was drawn last.
+    orvex::Camera& last_camera() { return *camera; }
 
 private:
     orvex::Camera* camera;

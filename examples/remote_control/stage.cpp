@@ -11,16 +11,8 @@
 using namespace orvex;
 using namespace orvex::kit;
 
-Stage::Stage()
-    : camera(new orvex::Camera) {}
-
-Stage::~Stage() {
-    camera->release(nullptr, nullptr);
-}
-
 std::string Stage::open(int width, int height) {
     lens = {width, height};
-    camera->set_viewport(0, 0, width, height);
     RenderWindow_ExtraData request;
     request.gl_major = 3;
     request.gl_minor = 2;
@@ -48,9 +40,9 @@ void Stage::turn(float degrees) {
 }
 
 void Stage::draw() {
-    if (stage.scene)
-        aimed(stage.scene->extent(), angle, lens, aim).apply(*camera, lens.width, lens.height);
-    stage.draw(*camera, angle);
+    const kit::Camera camera =
+        stage.scene ? aimed(stage.scene->extent(), angle, lens, aim) : kit::Camera();
+    stage.draw(camera, lens.width, lens.height, angle);
 }
 
 bool Stage::screenshot(const std::string& path) {

@@ -7,11 +7,6 @@
 /// What the host renders: at most one model, off screen. Everything on the render thread.
 class Stage {
 public:
-    Stage();
-    ~Stage();
-    Stage(const Stage&) = delete;
-    Stage& operator=(const Stage&) = delete;
-
     /// Makes the drawable.
     /// @return what is wrong; empty if nothing is
     std::string open(int width, int height);
@@ -30,7 +25,6 @@ public:
 
 private:
     ModelStage stage;
-    orvex::Camera* camera;
     orvex::kit::Lens lens{1, 1};
     orvex::kit::Aim aim;
     orvex::kit::Angle angle; ///< from where the model is seen

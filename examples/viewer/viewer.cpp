@@ -1,7 +1,5 @@
 #include "viewer.h"
 
-#include <algorithm>
-#include <cmath>
 #include <filesystem>
 #include <utility>
 
@@ -33,10 +31,10 @@ std::string Viewer::open(void* context, const std::string& model) {
     keyboard.init();
     title = std::filesystem::path(model).filename().string() + ", " +
             std::to_string(stage.scene->num_faces()) + " triangles";
-    orbit = orbit_around(*stage.scene);
+    orbit.frame(stage.scene->extent(), first_angle);
     // The model's axes lie where its own origin is.
     frame = new Object;
-    const float length = orbit->get_distance() / 5;
+    const float length = orbit.place().distance / 5;
     frame->set_scale(length, length, length);
     return {};
 }
@@ -56,33 +54,34 @@ void Viewer::set_key(int code, bool down) {
     text ^= is_hit(KEY_T);
     ended |= is_hit(KEY_ESCAPE);
     if (is_hit(KEY_HOME))
-        orbit->reset();
+        orbit.reset();
 }
 
 void Viewer::drag(float right, float down) {
-    orbit->drag(right, down);
+    orbit.turn(double{right}, double{down});
 }
 
 void Viewer::turn_wheel(float notches) {
-    orbit->recede(std::pow(0.9f, notches));
+    orbit.zoom(double{notches});
 }
 
-float Viewer::direction(KeyCode forward, KeyCode backward) {
-    return static_cast<float>(keyboard.is_key_down(forward)) -
-           static_cast<float>(keyboard.is_key_down(backward));
+OrbitKeys Viewer::held_keys() {
+    OrbitKeys keys;
+    keys.left = keyboard.is_key_down(KEY_LEFT);
+    keys.right = keyboard.is_key_down(KEY_RIGHT);
+    keys.up = keyboard.is_key_down(KEY_UP);
+    keys.down = keyboard.is_key_down(KEY_DOWN);
+    keys.nearer = keyboard.is_key_down(KEY_PAGE_UP);
+    keys.farther = keyboard.is_key_down(KEY_PAGE_DOWN);
+    return keys;
 }
 
 bool Viewer::advance(float seconds) {
-    constexpr float pixels_per_second = 360.0f;
-    const float left = direction(KEY_LEFT, KEY_RIGHT);
-    const float up = direction(KEY_UP, KEY_DOWN);
-    const float away = direction(KEY_PAGE_DOWN, KEY_PAGE_UP);
-    orbit->drag(left * pixels_per_second * seconds, up * pixels_per_second * seconds);
-    orbit->recede(std::pow(2.0f, away * seconds));
-    return left != 0.0f || up != 0.0f || away != 0.0f;
+    return orbit.move(held_keys(), double{seconds});
 }
 
-void Viewer::draw_axes(orvex::Camera& camera) {
+void Viewer::draw_axes() {
+    orvex::Camera& camera = stage.last_camera();
     model_axes.render(stage.renderer, frame);
     corner_axes.render(stage.renderer, &camera, camera.get_viewport().width - 100, 0, 100, 100);
 }
@@ -94,15 +93,14 @@ void Viewer::draw(int width, int height) {
     stage.renderer->rasterizer_set_polygon_mode(POLYGON_FACE_FRONT_AND_BACK,
                                                 lines ? POLYGON_MODE_LINE : POLYGON_MODE_FILL);
     stage.renderer->rasterizer_apply_state();
-    orvex::Camera& camera = orbit->camera(width, height);
-    stage.draw(camera);
+    stage.draw(orbit.camera({width, height}), width, height);
 
     // What comes now lies over the model.
     stage.renderer->set_depth_test_state(false);
     stage.renderer->rasterizer_set_polygon_mode(POLYGON_FACE_FRONT_AND_BACK, POLYGON_MODE_FILL);
     stage.renderer->rasterizer_apply_state();
     if (axes)
-        draw_axes(camera);
+        draw_axes();
     if (text)
         label->draw(width, height, {title},
                     {"arrows or mouse: turn   page keys: distance",

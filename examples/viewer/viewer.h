@@ -7,10 +7,13 @@
 
 #include <orvex/overlays/tripod_visualizer.h>
 #include <orvex/renderer/keyboard.h>
+#include <orvex_kit/orbit.h>
 
 #include "label.h"
 #include "model_stage.h"
-#include "orbit.h"
+
+/// From where the model is seen at first.
+constexpr orvex::kit::Angle first_angle{24.0f, 18.0f};
 
 /// A model to walk around, with axes and text over it. It knows nothing of the window: whoever made
 /// that hands over what the keys and the pointer do.
@@ -41,7 +44,7 @@ private:
     ModelStage stage;
     orvex::Keyboard keyboard;
     std::map<orvex::KeyCode, bool> was_down;
-    std::unique_ptr<Orbit> orbit;
+    orvex::kit::Orbit orbit;
     std::unique_ptr<Label> label;
     orvex::aux::TripodVisualizerObject model_axes;
     orvex::aux::TripodVisualizerCamera corner_axes;
@@ -53,6 +56,6 @@ private:
     bool ended = false;
 
     bool is_hit(orvex::KeyCode key);
-    void draw_axes(orvex::Camera& camera);
-    float direction(orvex::KeyCode forward, orvex::KeyCode backward);
+    void draw_axes();
+    orvex::kit::OrbitKeys held_keys();
 };

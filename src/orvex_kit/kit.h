@@ -13,6 +13,7 @@
 #include "orvex_kit/look.h"
 #include "orvex_kit/model.h"
 #include "orvex_kit/normals.h"
+#include "orvex_kit/orbit.h"
 #include "orvex_kit/outcome.h"
 #include "orvex_kit/path.h"
 #include "orvex_kit/picture.h"

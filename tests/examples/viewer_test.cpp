@@ -14,13 +14,14 @@
 
 #include <orvex/renderer/render_window.h>
 #include <orvex/renderer/renderer.h>
+#include <orvex_kit/model.h>
 
 #include "model_stage.h"
-#include "orbit.h"
 #include "tests/support/gl_context.h"
 #include "tests/support/picture.h"
 #include "tests/support/temp_dir.h"
 #include "tests/support/x_server.h"
+#include "viewer.h"
 #include "window_program.h"
 
 namespace orvex_test {
@@ -28,6 +29,7 @@ namespace orvex_test {
 namespace {
 
 using orvex_test::TempDir;
+namespace kit = orvex::kit;
 
 constexpr int width = 720;
 constexpr int height = 540;
@@ -297,14 +299,14 @@ TEST_F(ViewerTest, goes_nearer_and_further_with_the_page_keys_and_the_wheel) {
 }
 
 /// What the viewer draws without axes and text, by its own camera.
-Picture plain_frame(const std::string& model, const std::function<void(Orbit&)>& turn) {
+Picture plain_frame(const std::string& model, const std::function<void(kit::Orbit&)>& turn) {
     GlContext context(Profile::core, width, height);
     ModelStage stage;
     EXPECT_TRUE(stage.window->osx_init_with_cocoa_nsgl_ctx(eglGetCurrentContext()));
     EXPECT_EQ(stage.load(model), "");
-    const std::unique_ptr<Orbit> orbit = orbit_around(*stage.scene);
-    turn(*orbit);
-    stage.draw(orbit->camera(width, height));
+    kit::Orbit orbit(stage.scene->extent(), first_angle);
+    turn(orbit);
+    stage.draw(orbit.camera({width, height}), width, height);
     Picture frame = read_frame(width, height);
     for (std::size_t i = 3; i < frame.pixels.size(); i += 4)
         frame.pixels[i] = 255;
@@ -312,8 +314,8 @@ Picture plain_frame(const std::string& model, const std::function<void(Orbit&)>&
 }
 
 TEST_F(ViewerTest, turns_the_model_with_the_pointer) {
-    const Picture before = plain_frame(lighthouse, [](Orbit&) {});
-    const Picture after = plain_frame(lighthouse, [](Orbit& orbit) { orbit.drag(120, 30); });
+    const Picture before = plain_frame(lighthouse, [](kit::Orbit&) {});
+    const Picture after = plain_frame(lighthouse, [](kit::Orbit& orbit) { orbit.turn(120, 30); });
     open(lighthouse);
     viewer->move_pointer(300, 200);
     tap(XK_a);
@@ -329,17 +331,17 @@ TEST_F(ViewerTest, turns_the_model_with_the_pointer) {
     expect_end();
 }
 
-TEST_F(ViewerTest, stops_short_of_the_poles) {
+TEST_F(ViewerTest, goes_up_to_the_poles_and_no_farther) {
     const std::string cube = write_cube(folder);
-    const Picture top = plain_frame(cube, [](Orbit& orbit) { orbit.drag(0, 100000); });
-    EXPECT_TRUE(plain_frame(cube, [](Orbit& orbit) {
-                    orbit.drag(0, -5);
-                    orbit.drag(0, 100000);
-                    orbit.drag(0, 3);
+    const Picture top = plain_frame(cube, [](kit::Orbit& orbit) { orbit.turn(0, 100000); });
+    EXPECT_TRUE(plain_frame(cube, [](kit::Orbit& orbit) {
+                    orbit.turn(0, -5);
+                    orbit.turn(0, 100000);
+                    orbit.turn(0, 3);
                 }) == top);
-    EXPECT_FALSE(plain_frame(cube, [](Orbit& orbit) {
-                     orbit.drag(0, 100000);
-                     orbit.drag(100, 0);
+    EXPECT_FALSE(plain_frame(cube, [](kit::Orbit& orbit) {
+                     orbit.turn(0, 100000);
+                     orbit.turn(100, 0);
                  }) == top);
 }
 
