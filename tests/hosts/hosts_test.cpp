@@ -281,13 +281,11 @@ std::vector<Host> of_toolkits() {
 /// With contexts that GLFW makes in either way, and those of the engine.
 std::vector<Host> with_two_windows() {
     std::vector<Host> hosts;
-    for (const auto& [maker, sharing] : {std::pair<std::string, std::string>{"glx", "shared"},
-                                         {"egl", "shared"},
-                                         {"engine", "shared"},
-                                         {"engine", "apart"}})
-        append(hosts, on_both_profiles({.name = maker + "_" + sharing,
-                                        .command = {HOST_TWO_WINDOWS, maker, sharing},
-                                        .has_two = true}));
+    for (const std::string maker : {"glx", "egl", "engine"})
+        for (const std::string sharing : {"shared", "apart"})
+            append(hosts, on_both_profiles({.name = maker + "_" + sharing,
+                                            .command = {HOST_TWO_WINDOWS, maker, sharing},
+                                            .has_two = true}));
     return hosts;
 }
 

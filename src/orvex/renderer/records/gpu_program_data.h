@@ -289,10 +289,10 @@ struct ORVEX_API GpuProgramData : ThreadRecord {
     OwnedText d3d11_entry_point_name[GPU_SHADER_TYPE_COUNT]; ///< unset: the stage's default
     void* d3d11_shader[5] = {}; ///< shader objects of stages 0 to 4, for a back end
     int renderer_id = 0;        ///< plugin id of the renderer that made the API program, 0 for none
-    unsigned long long gl_group = 0; ///< number of the group of contexts that has the API names
-    bool gl_group_known = false;     ///< which contexts belong to it is known
-    bool gl_lost = false;            ///< loaded, but not where it was asked for last
-    bool gl_link_told = false;       ///< the log has said that it can't be linked
+    unsigned long long gl_group = 0;    ///< number of the group of contexts that has the API names
+    unsigned char gl_group_kinship = 0; ///< how its contexts are known; 0: not at all
+    bool gl_lost = false;               ///< loaded, but not where it was asked for last
+    bool gl_link_told = false;          ///< the log has said that it can't be linked
     std::vector<GpuProgramObjects> gl_elsewhere; ///< the API names in other groups
     UniformBufferData* uniform_buffer = nullptr; ///< owned; made by `GpuProgram::ub_init`
     OwnedText model_matrix_uniform_name;         ///< "orvex_ModelMatrix" at first

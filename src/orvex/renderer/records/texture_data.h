@@ -65,8 +65,8 @@ struct ORVEX_API TextureData : Image {
     bool opengl_texture_id_generated = false;
     /// The id is a render target's, which alone deletes it.
     bool opengl_texture_id_borrowed = false;
-    unsigned long long gl_group = 0; ///< number of the group of contexts that has the GL name
-    bool gl_group_known = false;     ///< which contexts belong to it is known
+    unsigned long long gl_group = 0;    ///< number of the group of contexts that has the GL name
+    unsigned char gl_group_kinship = 0; ///< how its contexts are known; 0: not at all
     std::vector<TextureObject> gl_elsewhere; ///< the GL names in other groups
     /// Id of the renderer that loaded the texture; 0 for none.
     int renderer_id = 0;

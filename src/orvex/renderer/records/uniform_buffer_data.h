@@ -29,10 +29,10 @@ struct UniformBufferData {
     char name[NAME_SIZE] = {};    ///< block name, always terminated
     bool bound = false;           ///< bound since the last unbind; a second bind is passed over
     void* mapped = nullptr;       ///< the mapped store, null while it isn't mapped
-    unsigned long long gl_context = 0; ///< number of the context that `bound` speaks of
-    unsigned long long gl_group = 0;   ///< number of the group of contexts that has the buffer
-    bool gl_group_known = false;       ///< which contexts belong to it is known
-    unsigned long mapped_size = 0;     ///< bytes mapped; 0 stands for the whole block
+    unsigned long long gl_context = 0;  ///< number of the context that `bound` speaks of
+    unsigned long long gl_group = 0;    ///< number of the group of contexts that has the buffer
+    unsigned char gl_group_kinship = 0; ///< how its contexts are known; 0: not at all
+    unsigned long mapped_size = 0;      ///< bytes mapped; 0 stands for the whole block
     std::vector<UniformBufferObject> gl_elsewhere; ///< what the block has in other groups
 };
 

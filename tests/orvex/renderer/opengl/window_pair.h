@@ -3,6 +3,7 @@
 /// @file
 /// Two render windows of one renderer, behind the recording layer, in every kind that matters.
 
+#include <map>
 #include <memory>
 #include <string>
 
@@ -23,8 +24,9 @@ namespace orvex_test {
 struct PairKind {
     const char* name;
     bool core;
-    bool generic; ///< generic attributes, else client arrays
-    bool shared;  ///< the second window shares with the first
+    bool generic;         ///< generic attributes, else client arrays
+    bool shared;          ///< the second window shares with the first
+    bool adopted = false; ///< the contexts are a host's
 };
 
 inline void PrintTo(const PairKind& kind, std::ostream* out) {
@@ -43,6 +45,14 @@ inline constexpr PairKind pair_kinds[] = {
     {"compatibility_shared", false, true, true},
     {"client_arrays", false, false, false},
     {"client_arrays_shared", false, false, true},
+};
+
+/// The same of a host's contexts, which tell of no share group.
+inline constexpr PairKind adopted_kinds[] = {
+    {"core", true, true, false, true},
+    {"core_shared", true, true, true, true},
+    {"compatibility", false, true, false, true},
+    {"compatibility_shared", false, true, true, true},
 };
 
 /// The first window is current at the start of a test; an error that GL kept fails it.
@@ -81,11 +91,8 @@ protected:
     }
 
     /// Gives a window a context; a second time, another one.
-    bool initialize(orvex::RenderWindow* window, orvex::RenderWindow* parent) const {
-        orvex::RenderWindow_ExtraData extra;
-        extra.gl_major = GetParam().core ? 3 : 2;
-        extra.gl_minor = GetParam().core ? 2 : 1;
-        const bool done = window->initialize(nullptr, nullptr, 16, 16, "Off", parent, &extra);
+    bool initialize(orvex::RenderWindow* window, orvex::RenderWindow* parent) {
+        const bool done = GetParam().adopted ? adopt(window, parent) : make_context(window, parent);
         forget_gl_errors(); // below 3.0, of the question for the version
         if (done)
             use_program();
@@ -126,12 +133,31 @@ protected:
         glUseProgram(program);
     }
 
+    /// A host's contexts end after the windows that adopted them.
+    std::map<orvex::RenderWindow*, std::unique_ptr<GlContext>> hosts;
     std::unique_ptr<GlRecorder> recorder;
     std::unique_ptr<orvex::RendererOpenGL> renderer;
     orvex::RenderWindow* first = nullptr;
     orvex::RenderWindow* second = nullptr;
 
 private:
+    static bool make_context(orvex::RenderWindow* window, orvex::RenderWindow* parent) {
+        orvex::RenderWindow_ExtraData extra;
+        extra.gl_major = GetParam().core ? 3 : 2;
+        extra.gl_minor = GetParam().core ? 2 : 1;
+        return window->initialize(nullptr, nullptr, 16, 16, "Off", parent, &extra);
+    }
+
+    bool adopt(orvex::RenderWindow* window, orvex::RenderWindow* parent) {
+        const GlRecorderPause pause(*recorder);
+        auto host =
+            std::make_unique<GlContext>(GetParam().core ? Profile::core : Profile::compatibility,
+                                        16, 16, parent ? hosts[parent].get() : nullptr);
+        const bool done = host->ok() && window->osx_init_with_cocoa_nsgl_ctx(host.get());
+        hosts[window] = std::move(host);
+        return done;
+    }
+
     static void attach(GLuint program, GLenum type, const char* text) {
         const GLuint shader = glCreateShader(type);
         glShaderSource(shader, 1, &text, nullptr);

@@ -57,7 +57,7 @@ void step_into(const ShareGroup& group, UniformBufferData& block) {
         set_object(block, {});
     }
     block.gl_group = group.number;
-    block.gl_group_known = group.made_here;
+    block.gl_group_kinship = static_cast<unsigned char>(group.kinship);
 }
 
 } // namespace
@@ -71,9 +71,9 @@ bool UniformBufferFamily::enter_context(UniformBufferData& block) {
     if (block.gl_context != 0 && block.gl_context != here.number)
         block.bound = false;
     block.gl_context = here.number;
-    // Whether a host's contexts share can't be asked.
+    // Whether a host's contexts share can't always be told.
     const bool is_elsewhere = block.gl_group != 0 && block.gl_group != here.group->number &&
-                              block.gl_group_known && here.group->made_here;
+                              here.group->is_apart_from(Kinship{block.gl_group_kinship});
     if (is_elsewhere || block.buffer == 0)
         step_into(*here.group, block);
     return block.buffer != 0;

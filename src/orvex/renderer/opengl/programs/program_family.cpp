@@ -73,9 +73,9 @@ void forget_locations(GpuProgramData* program) {
 
 } // namespace
 
-/// Whether a host's contexts share can't be asked: there the name decides.
+/// Whether a host's contexts share can't always be told: there the name decides.
 bool ProgramFamily::has_objects_here(const GpuProgramData& program) const {
-    if (program.gl_group_known && state.context().group->made_here)
+    if (state.context().group->is_apart_from(Kinship{program.gl_group_kinship}))
         return false;
     return program.gl_program != 0 && gl.glIsProgram && gl.glIsProgram(program.gl_program);
 }
@@ -109,7 +109,7 @@ void ProgramFamily::enter_context(GpuProgramData& program) const {
         forget_locations(&program);
     }
     program.gl_group = here.number;
-    program.gl_group_known = here.made_here;
+    program.gl_group_kinship = static_cast<unsigned char>(here.kinship);
 }
 
 // Program objects

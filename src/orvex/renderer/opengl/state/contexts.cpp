@@ -27,11 +27,23 @@ struct Registry {
     /// One that isn't known is a host's.
     std::shared_ptr<ContextState> met(const void* native) {
         const auto known = by_native.find(native);
-        return known != by_native.end() ? known->second : enter(native, false, new_group(false));
+        return known != by_native.end() ? known->second
+                                        : enter(native, false, new_group(Kinship::unknown));
     }
 
-    std::shared_ptr<ShareGroup> new_group(bool made_here) {
-        return std::make_shared<ShareGroup>(++last_number, made_here);
+    std::shared_ptr<ShareGroup> new_group(Kinship kinship) {
+        return std::make_shared<ShareGroup>(++last_number, kinship);
+    }
+
+    /// The group of a host's context that is current: the one whose mark it sees, or a new one.
+    /// @param likely  is looked for first; may be null
+    std::shared_ptr<ShareGroup> group_here(const std::shared_ptr<ShareGroup>& likely) {
+        if (likely && has_group_mark(likely->mark, likely->number))
+            return likely;
+        for (const auto& [native, state] : by_native)
+            if (has_group_mark(state->group->mark, state->group->number))
+                return state->group;
+        return new_group(Kinship::unknown);
     }
 };
 
@@ -44,6 +56,14 @@ Registry& registry() {
 }
 
 std::atomic<unsigned long> change_count = 0;
+
+/// Of the current context, which may be marked already.
+void mark_group(ShareGroup& group) {
+    if (group.mark == 0)
+        group.mark = leave_group_mark(group.number);
+    if (group.mark != 0)
+        group.kinship = Kinship::mark;
+}
 
 } // namespace
 
@@ -62,7 +82,7 @@ void made(const void* native, const void* share) {
     ++change_count;
     // One that there is no memory for is entered when it is met, as a host's.
     or_false([&] {
-        all.enter(native, true, share ? all.met(share)->group : all.new_group(true));
+        all.enter(native, true, share ? all.met(share)->group : all.new_group(Kinship::windows));
         return true;
     });
 }
@@ -72,16 +92,19 @@ void adopted(const void* native) {
     const std::lock_guard<std::mutex> guard(all.mutex);
     ++change_count;
     const auto known = all.by_native.find(native);
+    std::shared_ptr<ShareGroup> group_before;
     if (known != all.by_native.end()) {
         const ContextState& state = *known->second;
         if (state.made_here || has_context_mark(state.mark, state.number))
             return;
+        group_before = state.group;
         all.by_native.erase(known);
     }
     // One that there is no memory for is entered when it is met.
     or_false([&] {
-        ContextState& state = *all.enter(native, false, all.new_group(false));
+        ContextState& state = *all.enter(native, false, all.group_here(group_before));
         state.mark = leave_context_mark(state.number);
+        mark_group(*state.group);
         return true;
     });
 }

@@ -21,7 +21,8 @@ constexpr unsigned long log_buffer_bytes = 16384;
 GlState::GlState(const Renderer* owner)
     : owner(owner)
     , log_buffer(log_buffer_bytes)
-    , current(std::make_shared<ContextState>(0, false, std::make_shared<ShareGroup>(0, false))) {}
+    , current(std::make_shared<ContextState>(0, false,
+                                             std::make_shared<ShareGroup>(0, Kinship::unknown))) {}
 
 int GlState::renderer_id() const {
     return owner ? owner->getid() : 0;

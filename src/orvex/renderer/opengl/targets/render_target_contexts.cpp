@@ -86,9 +86,9 @@ bool RenderTargetOpenGL::has_elsewhere() const {
     return !framebuffers_elsewhere.empty() || !objects_elsewhere.empty();
 }
 
-/// Whether a host's contexts share can't be asked: there the names decide.
+/// Whether a host's contexts share can't always be told: there the names decide.
 bool RenderTargetOpenGL::has_textures_here() const {
-    if (group_known && state->context().group->made_here)
+    if (state->context().group->is_apart_from(group_kinship))
         return false;
     std::vector<GLuint> ids(std::begin(color_textures), std::end(color_textures));
     ids.push_back(depth_texture);
@@ -172,7 +172,7 @@ void RenderTargetOpenGL::step_into(const ContextState& here) {
     }
     if (!same_group) {
         group = here.group->number;
-        group_known = here.group->made_here;
+        group_kinship = here.group->kinship;
     }
     take_framebuffer_up(here.number);
     context = here.number;

@@ -18,9 +18,9 @@ TextureFamily::TextureFamily(GlState& state, TextureUnitFamily& units, Renderer&
 
 // Contexts
 
-/// Whether a host's contexts share can't be asked: there the name decides.
+/// Whether a host's contexts share can't always be told: there the name decides.
 bool TextureFamily::has_object_here(const TextureData& texture) const {
-    if (texture.gl_group_known && state.context().group->made_here)
+    if (state.context().group->is_apart_from(Kinship{texture.gl_group_kinship}))
         return false;
     return glIsTexture(texture.opengl_texture_id) == GL_TRUE;
 }
@@ -60,7 +60,7 @@ bool TextureFamily::enter_context(TextureData& texture) const {
         to_load = !texture.loaded_in_gpu_memory;
     }
     texture.gl_group = here.number;
-    texture.gl_group_known = here.made_here;
+    texture.gl_group_kinship = static_cast<unsigned char>(here.kinship);
     return to_load;
 }
 

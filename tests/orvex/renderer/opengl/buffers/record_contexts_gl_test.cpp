@@ -78,6 +78,12 @@ protected:
 };
 
 INSTANTIATE_TEST_SUITE_P(of, RecordContexts, testing::ValuesIn(pair_kinds), pair_name);
+INSTANTIATE_TEST_SUITE_P(adopted, RecordContexts, testing::ValuesIn(adopted_kinds), pair_name);
+
+/// Windows whose contexts end with them.
+class RecordsOfEndedWindows : public RecordContexts {};
+
+INSTANTIATE_TEST_SUITE_P(of, RecordsOfEndedWindows, testing::ValuesIn(pair_kinds), pair_name);
 
 TEST_P(RecordContexts, a_mesh_is_uploaded_once_for_each_window) {
     for (const bool separate : {true, false}) {
@@ -246,7 +252,7 @@ TEST_P(RecordContexts, a_kill_in_one_window_leaves_the_other_whole) {
         renderer->vertex_buffer_kill(mesh);
 }
 
-TEST_P(RecordContexts, a_mesh_outlives_its_windows) {
+TEST_P(RecordsOfEndedWindows, a_mesh_outlives_its_windows) {
     MeshData mesh;
     make_mesh(mesh, false, green);
     EXPECT_EQ(drawn(first, mesh), green);

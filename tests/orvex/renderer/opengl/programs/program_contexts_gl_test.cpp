@@ -40,6 +40,15 @@ INSTANTIATE_TEST_SUITE_P(of, ProgramContexts,
                          testing::Values(pair_kinds[0], pair_kinds[1], pair_kinds[2],
                                          pair_kinds[3]),
                          pair_name);
+INSTANTIATE_TEST_SUITE_P(adopted, ProgramContexts, testing::ValuesIn(adopted_kinds), pair_name);
+
+/// Windows whose contexts end with them.
+class ProgramsOfEndedWindows : public ProgramContexts {};
+
+INSTANTIATE_TEST_SUITE_P(of, ProgramsOfEndedWindows,
+                         testing::Values(pair_kinds[0], pair_kinds[1], pair_kinds[2],
+                                         pair_kinds[3]),
+                         pair_name);
 
 TEST_P(ProgramContexts, a_program_is_bound_where_it_was_loaded) {
     GpuProgramData program;
@@ -97,7 +106,7 @@ TEST_P(ProgramContexts, a_program_that_is_loaded_in_both_windows_is_bound_in_bot
     EXPECT_TRUE(renderer->gpu_program_kill(&next));
 }
 
-TEST_P(ProgramContexts, a_program_whose_window_is_gone_is_lost_until_it_is_loaded_again) {
+TEST_P(ProgramsOfEndedWindows, a_program_whose_window_is_gone_is_lost_until_it_is_loaded_again) {
     GpuProgramData program;
     load(program);
     EXPECT_TRUE(renderer->gpu_program_activate(&program));
@@ -162,7 +171,7 @@ TEST_P(ProgramContexts, a_uniform_block_has_a_buffer_in_each_window_where_it_was
     EXPECT_FALSE(renderer->uniform_buffer_bind(&block));
 }
 
-TEST_P(ProgramContexts, a_uniform_block_outlives_its_window) {
+TEST_P(ProgramsOfEndedWindows, a_uniform_block_outlives_its_window) {
     GpuProgramData program;
     UniformBufferData block;
     std::strcpy(block.name, "Block");

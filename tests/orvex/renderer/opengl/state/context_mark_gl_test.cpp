@@ -106,6 +106,19 @@ protected:
         return counts;
     }
 
+    /// A host ends every object of a kind that the current context has.
+    void end_arrays() const {
+        const GlRecorderPause pause(*recorder);
+        for (GLuint id = 1; id < most_names; ++id)
+            glDeleteVertexArrays(1, &id);
+    }
+    void end_shaders() const {
+        const GlRecorderPause pause(*recorder);
+        for (GLuint id = 1; id < most_names; ++id)
+            if (glIsShader(id))
+                glDeleteShader(id);
+    }
+
     std::unique_ptr<GlContext> host = make_context();
     RenderWindow* window = nullptr;
     MeshData mesh;
@@ -151,23 +164,31 @@ TEST_P(AdoptedContexts, are_new_where_another_one_ended) {
     }
 }
 
-TEST_P(AdoptedContexts, are_new_where_one_that_they_share_with_ended) {
+TEST_P(AdoptedContexts, have_what_those_that_they_share_with_have_where_one_ended) {
     const std::unique_ptr<GlContext> kept = make_context(host.get());
     host->make_current();
     EXPECT_EQ(buffers_of_a_frame(), 2);
     host.reset();
     host = make_context(kept.get());
-    EXPECT_EQ(buffers_of_a_frame(), 2);
     EXPECT_EQ(buffers_of_a_frame(), 0);
+    EXPECT_EQ(recorder->count("glBufferData"), 0);
+    EXPECT_EQ(recorder->count("glGenVertexArrays"), 2) << "the mark and that of the mesh";
+    EXPECT_EQ(recorder->count("glDeleteVertexArrays"), 0) << "that of another context";
+    renderer->vertex_buffer_kill(&mesh);
 }
 
-TEST_P(AdoptedContexts, are_new_to_a_host_that_ended_every_vertex_array) {
+TEST_P(AdoptedContexts, keep_their_buffers_where_the_host_ended_every_vertex_array) {
     EXPECT_EQ(buffers_of_a_frame(), 2);
-    {
-        const GlRecorderPause pause(*recorder);
-        for (GLuint id = 1; id < most_names; ++id)
-            glDeleteVertexArrays(1, &id);
-    }
+    end_arrays();
+    EXPECT_EQ(buffers_of_a_frame(), 0);
+    EXPECT_EQ(recorder->count("glGenVertexArrays"), 2) << "the mark and that of the mesh";
+    renderer->vertex_buffer_kill(&mesh);
+}
+
+TEST_P(AdoptedContexts, are_new_to_a_host_that_ended_every_vertex_array_and_shader) {
+    EXPECT_EQ(buffers_of_a_frame(), 2);
+    end_arrays();
+    end_shaders();
     EXPECT_EQ(buffers_of_a_frame(), 2);
     EXPECT_EQ(buffers_of_a_frame(), 0);
     renderer->vertex_buffer_kill(&mesh);
@@ -185,6 +206,14 @@ TEST_P(AdoptedContexts, keep_what_the_host_had_bound) {
     }
     glBindVertexArray(0);
     glDeleteVertexArrays(1, &array);
+}
+
+TEST_P(AdoptedContexts, whose_groups_nothing_can_mark_are_new_each_time) {
+    recorder->hide("glIsShader");
+    EXPECT_EQ(buffers_of_a_frame(), 2);
+    end_arrays();
+    EXPECT_EQ(buffers_of_a_frame(), 2);
+    renderer->vertex_buffer_kill(&mesh);
 }
 
 TEST_P(AdoptedContexts, are_new_each_time_where_nothing_can_mark_them) {

@@ -94,6 +94,7 @@ INSTANTIATE_TEST_SUITE_P(of, TargetContexts,
                          testing::Values(pair_kinds[0], pair_kinds[1], pair_kinds[2],
                                          pair_kinds[3]),
                          pair_name);
+INSTANTIATE_TEST_SUITE_P(adopted, TargetContexts, testing::ValuesIn(adopted_kinds), pair_name);
 
 TEST_P(TargetContexts, are_made_once_for_each_window) {
     ASSERT_TRUE(create(target));

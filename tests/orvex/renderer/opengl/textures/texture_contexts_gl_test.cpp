@@ -32,6 +32,15 @@ INSTANTIATE_TEST_SUITE_P(of, TextureContexts,
                          testing::Values(pair_kinds[0], pair_kinds[1], pair_kinds[2],
                                          pair_kinds[3]),
                          pair_name);
+INSTANTIATE_TEST_SUITE_P(adopted, TextureContexts, testing::ValuesIn(adopted_kinds), pair_name);
+
+/// Windows whose contexts end with them.
+class TexturesOfEndedWindows : public TextureContexts {};
+
+INSTANTIATE_TEST_SUITE_P(of, TexturesOfEndedWindows,
+                         testing::Values(pair_kinds[0], pair_kinds[1], pair_kinds[2],
+                                         pair_kinds[3]),
+                         pair_name);
 
 TEST_P(TextureContexts, a_bind_loads_a_texture_once_for_each_window) {
     TextureData texture;
@@ -68,7 +77,7 @@ TEST_P(TextureContexts, an_update_reaches_every_window) {
     EXPECT_TRUE(renderer->texture_unload(&texture));
 }
 
-TEST_P(TextureContexts, a_texture_outlives_its_window_with_its_pixels_only) {
+TEST_P(TexturesOfEndedWindows, a_texture_outlives_its_window_with_its_pixels_only) {
     TextureData texture;
     TextureData without_pixels;
     make(texture, 10);

@@ -8,9 +8,10 @@
 /// ended. So each context has a number that never comes again, and so has each share group.
 ///
 ///   made by a window    its share group is known; ends when the window ends it
-///   adopted, or seen    the host's: whether it shares with others can't be asked, so that it
-///   counts for the first time  as a group of its own. An adoption marks it, and is a new number
-///                         unless the mark is there already
+///   adopted             the host's: it is marked, and a new number unless its mark is there
+///                       already. A second mark, which is shared, tells its group
+///   seen for the first  the host's: whether it shares with others can't be asked, so that it
+///   time                counts as a group of its own
 ///
 /// What a renderer has to remember of a context's state belongs to the context, not to the
 /// renderer: several may draw in it, one after the other or in turns.
@@ -45,15 +46,29 @@ struct BuriedContextObjects {
     std::vector<GLuint> framebuffers;
 };
 
+/// By what it is known which contexts belong to a share group. Records keep it as a number.
+enum class Kinship : unsigned char {
+    unknown, ///< nothing: whether a name stands for the same object elsewhere can't be told
+    windows, ///< its contexts were made by windows, or share with one
+    mark,    ///< its first context was adopted, and left a mark that all of them see
+};
+
 /// Contexts that have buffers, textures and programs in common.
 struct ShareGroup {
-    ShareGroup(ContextNumber number, bool made_here)
+    ShareGroup(ContextNumber number, Kinship kinship)
         : number(number)
-        , made_here(made_here) {}
+        , kinship(kinship) {}
+
+    /// @param other  of another group
+    /// @return whether the two are known to have nothing in common
+    bool is_apart_from(Kinship other) const {
+        return kinship == other && kinship != Kinship::unknown;
+    }
 
     const ContextNumber number;
-    const bool made_here; ///< its first context was made by a window
-    std::mutex mutex;     ///< of what is buried, here and in the contexts
+    Kinship kinship;  ///< settled before the group is met
+    GLuint mark = 0;  ///< an object by which a host's context is known to belong to it, or 0
+    std::mutex mutex; ///< of what is buried, here and in the contexts
     BuriedObjects buried;
 };
 

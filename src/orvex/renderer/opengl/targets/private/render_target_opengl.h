@@ -12,6 +12,7 @@
 
 namespace orvex {
 
+enum class Kinship : unsigned char;
 struct ContextState;
 struct GlState;
 struct RendererOpenGLCtx;
@@ -159,7 +160,7 @@ private:
     bool unmade = false;            ///< it was made elsewhere, and not in the current context yet
     unsigned long long context = 0; ///< number of the context of `fbo`; 0 for none yet
     unsigned long long group = 0;   ///< number of the group of contexts of the other ids
-    bool group_known = false;       ///< which contexts belong to it is known
+    Kinship group_kinship = {};     ///< how its contexts are known
     std::vector<FramebufferElsewhere> framebuffers_elsewhere;
     std::vector<ObjectsElsewhere> objects_elsewhere;
     unsigned int fbo = 0;
