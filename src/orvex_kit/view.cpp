@@ -194,6 +194,13 @@ Outcome View::resize(int width, int height) {
     return Outcome::success();
 }
 
+void View::begin(const Camera& camera) {
+    if (!*this)
+        return;
+    camera.apply(*data->camera, data->width, data->height);
+    begin(*data->camera);
+}
+
 void View::begin(orvex::Camera& camera) {
     if (!make_current())
         return;
@@ -245,8 +252,7 @@ void View::draw(Model& model, const Angle& angle) {
     Angle from = angle;
     if (from.up == UpAxis::automatic)
         from.up = model.up_axis();
-    see_all(*data->camera, model.extent(), from, {data->width, data->height});
-    begin(*data->camera);
+    begin(see_all(model.extent(), from, {data->width, data->height}));
     add(model, from);
     end();
 }

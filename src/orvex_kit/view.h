@@ -10,6 +10,7 @@
 #include <orvex/math/vec4.h>
 
 #include "orvex_kit/api.h"
+#include "orvex_kit/camera.h"
 #include "orvex_kit/framing.h"
 #include "orvex_kit/outcome.h"
 #include "orvex_kit/path.h"
@@ -122,6 +123,8 @@ public:
 
     /// Begins a frame: makes the context current, fills it with the background, and binds the
     /// camera. Nodes of the engine may be drawn besides models, until `end`.
+    void begin(const Camera& camera);
+    /// The same with a camera of the engine.
     /// @param camera  with the viewport that is wanted, as a rule the view's size
     void begin(orvex::Camera& camera);
     /// Draws a model.
