@@ -51,7 +51,7 @@ std::string shown_log_line(const std::string& line, Wordiness wordiness) {
     return "";
 }
 
-void take_log_line(const char* line, void*) {
+void take_log_line(const std::string& line) {
     const std::string shown = shown_log_line(line, wanted);
     if (!shown.empty())
         write_line(shown);

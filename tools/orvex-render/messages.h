@@ -23,4 +23,4 @@ void tell(const std::string& message);
 /// The engine's log line as it is shown, without its stamp unless everything is; empty if it isn't.
 std::string shown_log_line(const std::string& line, Wordiness wordiness);
 /// Receives the engine's log.
-void take_log_line(const char* line, void* unused);
+void take_log_line(const std::string& line);

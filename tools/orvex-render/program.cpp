@@ -4,6 +4,8 @@
 #include "program.h"
 
 #include <algorithm>
+#include <cmath>
+#include <cstdint>
 #include <cstdio>
 #include <memory>
 
@@ -11,19 +13,19 @@
 #include <orvex/kernel/core.h>
 #include <orvex/renderer/render_window.h>
 #include <orvex/renderer/renderer.h>
-#include <orvex/scene/camera.h>
+#include <orvex_kit/engine.h>
 #include <orvex_kit/files.h>
 #include <orvex_kit/framing.h>
 #include <orvex_kit/look.h>
 #include <orvex_kit/model.h>
+#include <orvex_kit/program.h>
+#include <orvex_kit/view.h>
 #include <orvex_kit/whole_file.h>
 
 #include "messages.h"
 #include "options.h"
-#include "picture_file.h"
 #include "progress_bar.h"
 #include "report.h"
-#include "stage.h"
 #include "text_overlay.h"
 
 using namespace orvex;
@@ -58,31 +60,67 @@ std::string mistake_in_model(const Options& options) {
                : "a model is read from a file, not from standard input: name one";
 }
 
+/// The engine with its log on standard error.
+EngineOptions engine_options() {
+    EngineOptions options;
+    options.log = take_log_line;
+    options.debug_lines = get_wordiness() == Wordiness::verbose;
+    return options;
+}
+
+ViewOptions view_options(const Options& options, int samples) {
+    ViewOptions result;
+    result.path = options.gl3 ? Path::gl3 : Path::gl2;
+    result.samples = samples;
+    return result;
+}
+
+/// Why there is no view, with this program's options in place of the kit's.
+std::string mistake_in(const View& view) {
+    if (view)
+        return "";
+    switch (view.failure()) {
+    case ViewFailure::old_driver:
+        return "no OpenGL 3.2 context: the driver offers less; --path gl2 draws with OpenGL 2.1";
+    case ViewFailure::memory:
+        return "no OpenGL context: there isn't enough memory for a driver";
+    case ViewFailure::no_driver:
+        return "no OpenGL context: no driver is found; the package libgl1-mesa-dri has one";
+    case ViewFailure::samples: {
+        std::string reason = view.reason();
+        return reason.insert(reason.find("samples 0"), "--");
+    }
+    case ViewFailure::none:
+    case ViewFailure::no_engine:
+    case ViewFailure::size:
+    case ViewFailure::window:
+        break;
+    }
+    return view.reason();
+}
+
 ExitCode tell_of_model(const Options& options) {
     const std::string mistake = mistake_in_model(options);
     if (!mistake.empty())
         return fail(mistake);
-    const Engine engine;
+    const Engine engine(engine_options());
     const std::unique_ptr<kit::Model> scene = kit::Model::load(options.model, nullptr);
     return scene ? print(report_of_model(options.model, *scene)) : fail(unreadable(options.model));
 }
 
 ExitCode tell_of_context(const Options& options) {
-    const Engine engine;
-    Stage stage;
-    const std::string mistake = stage.open(16, 16, options.gl3);
-    if (!mistake.empty())
-        return fail(mistake);
-    return print(report_of_context(stage.renderer, stage.window, options.verbose));
+    const Engine engine(engine_options());
+    const View view(16, 16, view_options(options, 0));
+    if (!view)
+        return fail(mistake_in(view));
+    return print(report_of_context(view.renderer(), view.window(), options.verbose));
 }
 
 /// Draws the pictures of one model.
 class Painter {
 public:
     explicit Painter(const Options& options)
-        : options(options)
-        , camera(new orvex::Camera) {}
-    ~Painter() { camera->release(nullptr, nullptr); }
+        : options(options) {}
     Painter(const Painter&) = delete;
     Painter& operator=(const Painter&) = delete;
 
@@ -97,8 +135,9 @@ public:
 
 private:
     const Options& options;
-    Stage stage;
-    orvex::Camera* camera;
+    View view;
+    Program model_program;
+    Program text_program;
     std::unique_ptr<kit::Model> scene;
     std::unique_ptr<TextOverlay> overlay;
     UpAxis up = UpAxis::y; ///< of the model
@@ -117,20 +156,21 @@ private:
     void draw(const Angle& angle, const Aim& aim);
     TextOverlay::Setting setting() const;
     std::string draw_text();
+    std::string look_at_picture();
 };
 
 std::string Painter::prepare() {
-    std::string mistake = stage.open(options.size.width, options.size.height, options.gl3);
-    if (mistake.empty())
-        mistake = stage.use_samples(options.samples);
-    if (!mistake.empty())
-        return mistake;
-    if (options.samples > 1 && stage.samples() < options.samples)
+    view = View(options.size.width, options.size.height, view_options(options, options.samples));
+    if (!view)
+        return mistake_in(view);
+    const Color& behind = options.background;
+    view.set_background({behind.r, behind.g, behind.b, 1.0f});
+    if (options.samples > 1 && view.samples() < options.samples)
         tell_warning(std::to_string(options.samples) + " samples per pixel aren't offered here; " +
-                     std::to_string(stage.samples()) + " are");
+                     std::to_string(view.samples()) + " are");
     for (const auto step :
          {&Painter::prepare_scene, &Painter::prepare_text, &Painter::prepare_outputs})
-        if (mistake = (this->*step)(); !mistake.empty())
+        if (const std::string mistake = (this->*step)(); !mistake.empty())
             return mistake;
     return "";
 }
@@ -143,31 +183,27 @@ void warn_of(const TextureFile& file) {
 }
 
 std::string Painter::prepare_scene() {
-    std::string mistake;
-    GpuProgram* const program =
-        stage.compile(model_shader(options.gl3), "orvex-render model", mistake);
-    if (!program)
-        return mistake;
-    scene = kit::Model::load(options.model, stage.renderer);
+    model_program = Program::from_text(view, model_shader(options.gl3), "orvex-render model");
+    if (!model_program)
+        return model_program.reason();
+    scene = kit::Model::load(options.model, view.renderer());
     if (!scene)
         return unreadable(options.model);
     for (const TextureFile& file : scene->texture_files())
         if (!file.texture)
             warn_of(file);
     up = options.up == UpAxis::automatic ? scene->up_axis() : options.up;
-    scene->use_program(program, options.gl3, options.normals);
+    scene->use_program(model_program.gpu(), options.gl3, options.normals);
     return "";
 }
 
 std::string Painter::prepare_text() {
     if (options.text.empty())
         return "";
-    std::string mistake;
-    GpuProgram* const program =
-        stage.compile(text_shader(options.gl3), "orvex-render text", mistake);
-    if (!program)
-        return mistake;
-    overlay = std::make_unique<TextOverlay>(stage.renderer, program, options.gl3);
+    text_program = Program::from_text(view, text_shader(options.gl3), "orvex-render text");
+    if (!text_program)
+        return text_program.reason();
+    overlay = std::make_unique<TextOverlay>(view.renderer(), text_program.gpu(), options.gl3);
     return overlay->load(options.font);
 }
 
@@ -219,17 +255,11 @@ Aim Painter::aim() const {
 }
 
 void Painter::draw(const Angle& angle, const Aim& aim) {
-    aimed(scene->extent(), angle, lens(), aim)
-        .apply(*camera, options.size.width, options.size.height);
-    stage.renderer->rasterizer_set_polygon_mode(
+    view.renderer()->rasterizer_set_polygon_mode(
         POLYGON_FACE_FRONT_AND_BACK, options.wireframe ? POLYGON_MODE_LINE : POLYGON_MODE_FILL);
-    stage.begin_picture();
-    // A core context has no fixed matrices to load.
-    camera->bind(stage.renderer, true, true, true, true, !options.gl3);
-    const Color& behind = options.background;
-    stage.renderer->clear_color_depth_buffers(behind.r, behind.g, behind.b, 1.0f, 1.0f);
+    view.begin(aimed(scene->extent(), angle, lens(), aim));
     scene->draw(angle);
-    stage.resolve();
+    view.end();
 }
 
 TextOverlay::Setting Painter::setting() const {
@@ -248,11 +278,35 @@ std::string Painter::draw_text() {
     return "";
 }
 
+/// Whether a picture has no pixel in another colour, as when nothing was drawn.
+bool shows_only(const Color& color, const Picture& picture) {
+    // A driver rounds as it likes.
+    const auto is_near = [](std::uint8_t value, float wanted) {
+        return std::abs(static_cast<float>(value) - wanted * 255.0f) <= 1.0f;
+    };
+    for (int y = 0; y < picture.height(); ++y) {
+        const auto* pixel = picture.row<std::uint8_t>(y);
+        for (int x = 0; x < picture.width(); ++x, pixel += picture.channels())
+            if (!is_near(pixel[0], color.r) || !is_near(pixel[1], color.g) ||
+                !is_near(pixel[2], color.b))
+                return false;
+    }
+    return true;
+}
+
+std::string Painter::look_at_picture() {
+    Picture picture;
+    const kit::Outcome done = view.read(picture);
+    seen = done && !shows_only(options.background, picture);
+    return done.reason();
+}
+
 std::string Painter::paint(const Angle& angle, const Aim& from, const std::string& output) {
     draw(angle, from);
-    seen = seen || !stage.shows_only(options.background);
-    const std::string mistake = draw_text();
-    return mistake.empty() ? write_picture(stage.renderer, output) : mistake;
+    std::string mistake = seen ? "" : look_at_picture();
+    if (mistake.empty())
+        mistake = draw_text();
+    return mistake.empty() ? view.write(output, {PictureFormat::jpeg}).reason() : mistake;
 }
 
 std::string Painter::paint() {
@@ -263,7 +317,7 @@ std::string Painter::paint() {
         const std::string mistake = paint(angle_of(static_cast<int>(i)), steady, outputs[i]);
         if (!mistake.empty())
             return mistake;
-        stage.window->display_framebuffer();
+        view.present();
         bar.show(static_cast<int>(i) + 1);
     }
     return "";
@@ -281,7 +335,7 @@ ExitCode draw_model(const Options& options) {
         mistake = mistake_in_writing(outputs_of(options).front());
     if (!mistake.empty())
         return fail(mistake);
-    const Engine engine;
+    const Engine engine(engine_options());
     Painter painter(options);
     for (const auto step : {&Painter::prepare, &Painter::paint})
         if (mistake = (painter.*step)(); !mistake.empty())
