@@ -172,7 +172,12 @@ Program::Program(Program&& other) noexcept = default;
 Program& Program::operator=(Program&& other) noexcept = default;
 
 Program Program::from_text(View& view, const std::string& text, const std::string& name) {
-    auto data = std::make_unique<Data>(view.context(), name, "");
+    return from_text(view.context(), text, name);
+}
+
+Program Program::from_text(const std::shared_ptr<ViewContext>& context, const std::string& text,
+                           const std::string& name) {
+    auto data = std::make_unique<Data>(context, name, "");
     data->load(text);
     return Program(std::move(data));
 }

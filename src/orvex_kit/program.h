@@ -14,6 +14,7 @@
 namespace orvex::kit {
 
 class View;
+class ViewContext;
 
 /// A program of a view, compiled and linked, with the values of its uniforms.
 ///
@@ -76,10 +77,13 @@ public:
     orvex::GpuProgram* gpu() const noexcept;
 
 private:
+    friend class View;
     class Data;
     std::unique_ptr<Data> data;
 
     explicit Program(std::unique_ptr<Data> data) noexcept;
+    static Program from_text(const std::shared_ptr<ViewContext>& context, const std::string& text,
+                             const std::string& name);
 };
 
 } // namespace orvex::kit

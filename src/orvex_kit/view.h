@@ -19,6 +19,7 @@
 
 namespace orvex::kit {
 
+class Look;
 class Model;
 class Program;
 class ViewContext;
@@ -42,6 +43,10 @@ struct ViewOptions {
     /// there are where the driver has fewer. A host's framebuffer that has samples itself takes no
     /// others: 0 there.
     int samples = 4;
+    /// Pixels that are drawn for one, across and down, 1 to 8, and brought together as their mean:
+    /// slower than samples, and the same on every driver. From 2 on there are no samples. Of
+    /// cameras of the engine the viewport is scaled, too.
+    int supersampling = 1;
     /// Bits of depth that are wished for: 32 falls back to 24, then to 16.
     int depth_bits = 24;
 };
@@ -54,7 +59,7 @@ enum class ViewFailure {
     old_driver, ///< the driver has no context for the path: the other path has
     no_driver,  ///< no driver of OpenGL is found
     memory,     ///< too little for a driver
-    samples,    ///< no memory for so many samples, as a rule
+    samples,    ///< no memory for so many samples, as a rule, or for supersampling
     window      ///< the host's window or context can't be drawn in
 };
 
@@ -98,10 +103,11 @@ public:
     /// The same for programs.
     ViewFailure failure() const noexcept;
 
-    int width() const noexcept;   ///< pixels; 0 for an empty view
-    int height() const noexcept;  ///< pixels; 0 for an empty view
-    int samples() const noexcept; ///< a pixel, as many as there are; 0 without
-    Path path() const noexcept;   ///< as asked for
+    int width() const noexcept;         ///< pixels; 0 for an empty view
+    int height() const noexcept;        ///< pixels; 0 for an empty view
+    int samples() const noexcept;       ///< a pixel, as many as there are; 0 without
+    int supersampling() const noexcept; ///< pixels drawn for one, across and down; 1 without
+    Path path() const noexcept;         ///< as asked for
 
     /// Takes another size, and loses what was drawn.
     /// @param width,height  as at the beginning
@@ -112,6 +118,15 @@ public:
     /// clamped. A dark grey at first. `read` and `write` keep the opacity; where a window or a
     /// framebuffer of the host's has no alpha, and the view no samples, all of it is opaque.
     void set_background(const orvex::vec4& color) noexcept;
+
+    /// Has models look otherwise; at first they are `lit`.
+    /// @return what the compiler said, as `Program::reason`; why the look is empty; or that the
+    /// view
+    ///         is. Models look as before then
+    Outcome set_look(const Look& look);
+    /// The program of the look: for uniforms of the host's own, and to take up a changed file.
+    /// Empty for an empty view. The view's, until the look is another.
+    Program& look();
 
     /// @name A frame
     /// Nothing of it does anything for an empty view.

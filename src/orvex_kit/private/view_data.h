@@ -1,0 +1,74 @@
+#pragma once
+
+/// @file
+/// What a view consists of.
+
+#include <memory>
+#include <string>
+
+#include <orvex/math/vec4.h>
+
+#include "orvex_kit/private/view_context.h"
+#include "orvex_kit/program.h"
+#include "orvex_kit/ref.h"
+#include "orvex_kit/view.h"
+
+namespace orvex {
+class Camera;
+class MeshPlane;
+class RenderTarget;
+} // namespace orvex
+
+namespace orvex::kit {
+
+/// A context with a target, and what is drawn by.
+class View::Data {
+public:
+    Data(const ContextWish& wish, const ViewOptions& options);
+    ~Data();
+    Data(const Data&) = delete;
+    Data& operator=(const Data&) = delete;
+
+    bool is_open() const { return context->is_open(); }
+    bool is_opaque() const { return background.w >= 1.0f; }
+    /// The background as it stands in a target: multiplied by its opacity, so that it comes out of
+    /// samples as a model's edge does.
+    orvex::vec4 behind() const;
+
+    /// Sides of what is drawn into, in pixels.
+    int drawn_width() const { return width * fineness; }
+    int drawn_height() const { return height * fineness; }
+
+    void begin(orvex::Camera& camera);
+    void add(Model& model, const Angle& lit_from);
+    /// Brings what was drawn from the target to the framebuffer that is bound then, or to `fbo`.
+    void resolve(unsigned int fbo);
+    Outcome read(Picture& picture);
+    Outcome resize(int new_width, int new_height);
+
+    std::shared_ptr<ViewContext> context = std::make_shared<ViewContext>();
+    orvex::RenderTarget* target = nullptr;   ///< drawn into; null: the surface is
+    orvex::RenderTarget* readable = nullptr; ///< where a target is read; null: none as yet
+    int width = 0;
+    int height = 0;
+    orvex::vec4 background{0.17f, 0.19f, 0.22f, 1.0f};
+    Ref<orvex::Camera> camera;
+    Program look;
+    bool has_lines = false; ///< the look draws faces as their edges
+
+private:
+    int fineness; ///< pixels drawn for one, each way
+    bool is_window;
+    Program box; ///< brings the pixels drawn together; empty as yet or without need
+    Ref<orvex::MeshPlane> square;
+
+    void make_target(int samples);
+    void draw_edges(Model& model, const Angle& lit_from);
+    void average();
+    bool make_box();
+    bool make_readable();
+    bool read_target(unsigned char* pixels);
+    void read_surface(unsigned char* pixels);
+};
+
+} // namespace orvex::kit

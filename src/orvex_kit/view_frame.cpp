@@ -1,0 +1,210 @@
+// A frame: into a target of several samples, or of several pixels for one, and from there to the
+// surface.
+
+#include <algorithm>
+#include <cstddef>
+#include <string>
+
+#include <orvex/geometry/shapes/mesh_plane.h>
+#include <orvex/gpu/gpu_program.h>
+#include <orvex/renderer/render_target.h>
+#include <orvex/renderer/render_window.h>
+#include <orvex/renderer/renderer.h>
+#include <orvex/scene/camera.h>
+#include <orvex/scene/viewport.h>
+
+#include "orvex_kit/model.h"
+#include "orvex_kit/private/view_data.h"
+
+namespace orvex::kit {
+
+View::Data::Data(const ContextWish& wish, const ViewOptions& options)
+    : width(wish.width)
+    , height(wish.height)
+    , camera(make<orvex::Camera>())
+    , fineness(std::clamp(options.supersampling, 1, 8))
+    , is_window(wish.kind == ContextWish::Kind::window) {
+    context->open(wish);
+    if (is_open())
+        make_target(options.samples);
+}
+
+View::Data::~Data() {
+    // Programs of the host may live longer, with nothing in them.
+    context->close();
+}
+
+void View::Data::make_target(int samples) {
+    orvex::Renderer& renderer = *context->renderer;
+    const std::string size = std::to_string(drawn_width()) + "x" + std::to_string(drawn_height());
+    if (fineness > 1) {
+        target = renderer.create_render_target();
+        if (std::max(drawn_width(), drawn_height()) <= renderer.get_max_texture_size() &&
+            target->create_target(drawn_width(), drawn_height(), PF_RGBA_U8, false, false, true, 0))
+            return;
+        context->fail(ViewFailure::samples, "no target of " + size + " for a supersampling of " +
+                                                std::to_string(fineness) + " (1 needs none)");
+        return context->close();
+    }
+    const int offered = std::min(samples, renderer.get_GL_MAX_SAMPLES());
+    if (offered < 2)
+        return;
+    target = renderer.create_render_target();
+    if (target->create_render_buffer_target(width, height, PF_RGBA_U8, false, 1, true, offered))
+        return;
+    context->fail(ViewFailure::samples,
+                  "no target of " + size + " with " + std::to_string(offered) +
+                      " samples per pixel (samples 0 needs none): " + target->get_error_str());
+    context->close();
+}
+
+Outcome View::Data::resize(int new_width, int new_height) {
+    const auto refusal = [&](const char* why) {
+        return Outcome::failure("a view of " + std::to_string(new_width) + "x" +
+                                std::to_string(new_height) + " pixels: " + why);
+    };
+    if (new_width < 1 || new_height < 1)
+        return refusal("sides go from 1");
+    if (!context->make_current())
+        return refusal("its context can't be made current");
+    orvex::RenderWindow& window = *context->window;
+    if (std::max(new_width, new_height) > context->renderer->get_max_texture_size() / fineness)
+        return refusal("the driver has no surface of that size");
+    window.update_size(new_width, new_height);
+    if (!context->is_adopted && !window.osx_update_context_cocoa()) {
+        window.update_size(width, height);
+        return refusal("the driver has no surface of that size");
+    }
+    width = new_width;
+    height = new_height;
+    if (target)
+        target->resize(drawn_width(), drawn_height());
+    if (readable)
+        readable->resize(width, height);
+    return Outcome::success();
+}
+
+orvex::vec4 View::Data::behind() const {
+    return {background.x * background.w, background.y * background.w, background.z * background.w,
+            background.w};
+}
+
+void View::Data::begin(orvex::Camera& from) {
+    orvex::Renderer& renderer = *context->renderer;
+    if (context->is_adopted) {
+        // A toolkit draws a widget into a framebuffer of its own, and changes states.
+        context->window->set_framebuffer(renderer.fbo_get_current_bound());
+        renderer.reset_render_states();
+    }
+    if (target)
+        target->activate();
+    renderer.rasterizer_set_msaa_state(target && fineness == 1);
+    renderer.rasterizer_apply_state();
+    // A core context has no fixed matrices to load.
+    from.bind(&renderer, true, true, true, true, context->path == Path::gl2);
+    if (fineness > 1) {
+        const orvex::Viewport& port = from.get_viewport();
+        renderer.set_viewport(port.x * fineness, port.y * fineness, port.width * fineness,
+                              port.height * fineness);
+        renderer.set_line_width(static_cast<float>(fineness));
+    }
+    renderer.clear_color_depth_buffers(behind(), 1.0f);
+}
+
+void View::Data::add(Model& model, const Angle& lit_from) {
+    model.use_program(look.gpu(), context->path == Path::gl3);
+    if (has_lines)
+        draw_edges(model, lit_from);
+    else
+        model.draw(lit_from);
+}
+
+/// The faces first, a little farther away than their edges, in the background's colours.
+void View::Data::draw_edges(Model& model, const Angle& lit_from) {
+    orvex::Renderer& renderer = *context->renderer;
+    const auto draw_as = [&](RENDERER_POLYGON_MODE mode, float bias) {
+        renderer.rasterizer_set_polygon_mode(POLYGON_FACE_FRONT_AND_BACK, mode);
+        renderer.rasterizer_set_depth_bias(bias, bias);
+        renderer.rasterizer_apply_state();
+        renderer.set_depth_bias_state(bias > 0.0f);
+        look.set("laying_faces", mode == POLYGON_MODE_FILL ? 1.0f : 0.0f);
+        model.draw(lit_from);
+    };
+    look.set("behind", behind());
+    draw_as(POLYGON_MODE_FILL, 1.0f);
+    draw_as(POLYGON_MODE_LINE, 0.0f);
+    renderer.rasterizer_set_polygon_mode(POLYGON_FACE_FRONT_AND_BACK, POLYGON_MODE_FILL);
+    renderer.rasterizer_apply_state();
+}
+
+namespace {
+
+// The mean of n by n pixels of 8 bits, in whole numbers that no driver rounds otherwise: a quarter
+// keeps the quotient away from the next whole number.
+const char* const box_text = R"([Vertex_Shader]
+void main()
+{
+    gl_Position = vec4(POSITION.xz, 0.0, 1.0);
+}
+[Pixel_Shader]
+uniform sampler2D drawn;
+uniform vec4 size;  // n, and the sides of what was drawn
+
+void main()
+{
+    vec2 corner = floor(gl_FragCoord.xy) * size.x + 0.5;
+    vec4 sum = vec4(0.0);
+    for (int y = 0; y < 8; ++y)
+        for (int x = 0; x < 8; ++x)
+            if (float(x) < size.x && float(y) < size.x)
+                sum += floor(SAMPLE(drawn, (corner + vec2(x, y)) / size.yz) * 255.0 + 0.5);
+    float count = size.x * size.x;
+    COLOR = floor((sum + floor(count / 2.0) + 0.25) / count) / 255.0;
+}
+)";
+
+} // namespace
+
+bool View::Data::make_box() {
+    box = Program::from_text(context, box_text, "box");
+    square = make<orvex::MeshPlane>();
+    square->set_build_params(2.0f, 2.0f, 1, 1);
+    square->build(nullptr);
+    square->set_opengl_2_3_rendering_states(context->path == Path::gl2, nullptr);
+    return static_cast<bool>(box);
+}
+
+/// Draws the means into the framebuffer that is bound.
+void View::Data::average() {
+    if (!box && !make_box())
+        return;
+    orvex::Renderer& renderer = *context->renderer;
+    renderer.set_viewport(0, 0, width, height);
+    renderer.set_line_width(1.0f);
+    renderer.set_depth_test_state(false);
+    renderer.rasterizer_set_polygon_mode(POLYGON_FACE_FRONT_AND_BACK, POLYGON_MODE_FILL);
+    renderer.rasterizer_apply_state();
+    box.set("drawn", 0);
+    box.set("size", orvex::vec4(static_cast<float>(fineness), static_cast<float>(drawn_width()),
+                                static_cast<float>(drawn_height()), 0.0f));
+    box.gpu()->bind(&renderer);
+    renderer.render_target_bind_color_tex(target, 0, 0);
+    square->render(&renderer, nullptr);
+    box.gpu()->unbind(&renderer);
+    renderer.set_depth_test_state(true);
+}
+
+void View::Data::resolve(unsigned int fbo) {
+    orvex::Renderer& renderer = *context->renderer;
+    target->deactivate();
+    if (fineness == 1) {
+        renderer.fbo_blit(target->get_fbo(), 0, 0, width, height, fbo, 0, 0, width, height, true,
+                          false);
+        return;
+    }
+    if (fbo != 0)
+        renderer.fbo_bind(fbo);
+    average();
+}
+
+} // namespace orvex::kit
