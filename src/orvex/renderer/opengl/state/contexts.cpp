@@ -116,6 +116,46 @@ void ended(const void* native) {
     ++change_count;
 }
 
+namespace {
+
+bool has_buried(const BuriedObjects& objects) {
+    return !objects.buffers.empty() || !objects.textures.empty() ||
+           !objects.render_buffers.empty() || !objects.shaders.empty() || !objects.programs.empty();
+}
+
+bool has_buried(const ContextState& state) {
+    const std::lock_guard<std::mutex> guard(state.group->mutex);
+    return has_buried(state.group->buried) || !state.buried.vertex_arrays.empty() ||
+           !state.buried.framebuffers.empty();
+}
+
+void forget_buried(ContextState& state) {
+    const std::lock_guard<std::mutex> guard(state.group->mutex);
+    state.group->buried = {};
+    state.buried = {};
+}
+
+} // namespace
+
+std::shared_ptr<ContextState> looked_at(const void* native, bool was_elsewhere) {
+    Registry& all = registry();
+    const std::lock_guard<std::mutex> guard(all.mutex);
+    std::shared_ptr<ContextState> state = all.met(native);
+    if (state->made_here || state->lost)
+        return state;
+    // The names of one that ended may be those of other objects in the next one at its address.
+    if (has_buried(*state)) {
+        if (state->mark == 0)
+            forget_buried(*state);
+        else if (!has_context_mark(state->mark, state->number))
+            state = all.enter(native, false, all.group_here(state->group));
+    }
+    // A host that has one context is asked for nothing.
+    if (was_elsewhere && state->mark == 0)
+        state->mark = leave_context_mark(state->number);
+    return state;
+}
+
 std::shared_ptr<ContextState> of(const void* native) {
     Registry& all = registry();
     const std::lock_guard<std::mutex> guard(all.mutex);

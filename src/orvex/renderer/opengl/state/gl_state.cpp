@@ -34,7 +34,7 @@ void GlState::look_at_context() {
     const unsigned long changes = contexts::changes();
     const void* const native = window_platform().current_context();
     if (native && (native != seen_native || changes != seen_changes)) {
-        current = contexts::of(native);
+        current = contexts::looked_at(native, seen_native && native != seen_native);
         seen_native = native;
         withhold_entries();
         delete_buried();

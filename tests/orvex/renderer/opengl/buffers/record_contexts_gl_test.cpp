@@ -387,6 +387,8 @@ TEST_F(HostContexts, are_met_where_a_frame_begins) {
     expect_drawn();
     const GlContext other;
     expect_drawn();
+    one->make_current();
+    expect_drawn(); // each has its mark from the first time that it is switched to
     recorder->clear();
     for (int frame = 0; frame < 100; ++frame) {
         one->make_current();
@@ -422,6 +424,138 @@ TEST_F(HostContexts, that_are_adopted_are_new_whatever_their_address) {
         EXPECT_EQ(recorder->count("glGenBuffers"), 2);
     }
     renderer->vertex_buffer_kill(&mesh);
+}
+
+/// A system that gives the next context the address of one that ended.
+class ChosenAddress : public GlRecorder {
+public:
+    const void* current_context() override {
+        return GlRecorder::current_context() ? address : nullptr;
+    }
+    const char addresses[2] = {};
+    const void* address = &addresses[0];
+};
+
+/// Contexts of a host that the engine never adopts, two of which take turns.
+class UnadoptedContexts : public testing::TestWithParam<Profile>, protected RecordedRenderer {
+protected:
+    void SetUp() override {
+        make_triangle(mesh, true);
+        mesh.set_use_generic_vertex_attribs_state(true);
+        auto chosen = std::make_unique<ChosenAddress>();
+        system = chosen.get();
+        recorder = std::move(chosen);
+        renderer = std::make_unique<RendererOpenGL>();
+        renderer->start();
+    }
+
+    void TearDown() override {
+        {
+            const GlRecorderPause pause(*recorder);
+            EXPECT_NO_GL_ERROR() << "left over at the end of the test";
+        }
+        renderer.reset();
+        recorder.reset();
+    }
+
+    void turn_to(int i) {
+        hosts[i]->make_current();
+        system->address = &system->addresses[i];
+        renderer->clear_color_depth_buffers(0.0f, 0.0f, 0.0f, 1.0f, 1.0f);
+    }
+
+    void draw() {
+        EXPECT_TRUE(renderer->vertex_buffer_prepare(&mesh));
+        EXPECT_TRUE(renderer->vertex_buffer_draw(&mesh));
+        EXPECT_TRUE(renderer->vertex_buffer_finish(&mesh));
+        const GlRecorderPause pause(*recorder);
+        forget_gl_errors(); // a core context draws nothing without a program
+    }
+
+    /// The next context gets the first one's address, and its host names that may have been there.
+    void replace_first() {
+        hosts[0].reset();
+        hosts[0] = make_context();
+        const GlRecorderPause pause(*recorder);
+        for (GLuint& id : buffers) {
+            glGenBuffers(1, &id);
+            glBindBuffer(GL_ARRAY_BUFFER, id);
+        }
+        glBindBuffer(GL_ARRAY_BUFFER, 0);
+        for (GLuint& id : arrays) {
+            glGenVertexArrays(1, &id);
+            glBindVertexArray(id);
+        }
+        glBindVertexArray(0);
+    }
+
+    void expect_the_hosts_kept() const {
+        const GlRecorderPause pause(*recorder);
+        for (const GLuint id : buffers)
+            EXPECT_TRUE(glIsBuffer(id)) << id;
+        for (const GLuint id : arrays)
+            EXPECT_TRUE(glIsVertexArray(id)) << id;
+    }
+
+    std::unique_ptr<GlContext> make_context() const {
+        return std::make_unique<GlContext>(GetParam(), 16, 16);
+    }
+
+    std::unique_ptr<GlContext> hosts[2] = {make_context(), make_context()};
+    ChosenAddress* system = nullptr;
+    MeshData mesh;
+    GLuint buffers[16] = {};
+    GLuint arrays[16] = {};
+};
+ORVEX_BOTH_PROFILES(UnadoptedContexts);
+
+TEST_P(UnadoptedContexts, that_took_the_address_of_one_that_ended_keep_what_is_theirs) {
+    turn_to(0);
+    draw();
+    turn_to(1);
+    draw();
+    EXPECT_TRUE(renderer->vertex_buffer_kill(&mesh));
+    replace_first();
+    turn_to(0);
+    expect_the_hosts_kept();
+}
+
+TEST_P(UnadoptedContexts, that_took_the_address_of_one_that_took_turns_keep_what_is_theirs) {
+    for (const int i : {0, 1, 0, 1}) {
+        turn_to(i);
+        draw();
+    }
+    EXPECT_TRUE(renderer->vertex_buffer_kill(&mesh));
+    replace_first();
+    turn_to(0);
+    expect_the_hosts_kept();
+}
+
+TEST_P(UnadoptedContexts, that_take_turns_let_go_of_what_was_killed_elsewhere) {
+    for (const int i : {0, 1, 0}) {
+        turn_to(i);
+        draw();
+    }
+    const GLuint buffer = mesh.vertex_buffer_id;
+    const GLuint array = mesh.vertex_array_id;
+    turn_to(1);
+    EXPECT_TRUE(renderer->vertex_buffer_kill(&mesh));
+    turn_to(0);
+    const GlRecorderPause pause(*recorder);
+    EXPECT_FALSE(glIsBuffer(buffer));
+    EXPECT_FALSE(glIsVertexArray(array));
+}
+
+TEST_P(UnadoptedContexts, are_asked_for_nothing_that_marks_them_while_there_is_one) {
+    recorder->clear();
+    for (int frame = 0; frame < 3; ++frame) {
+        turn_to(0);
+        draw();
+    }
+    for (const char* const name : {"glObjectLabel", "glGetObjectLabel", "glCreateShader"})
+        EXPECT_EQ(recorder->count(name), 0) << name;
+    EXPECT_EQ(recorder->count("glGenVertexArrays"), 1) << "that of the mesh";
+    EXPECT_TRUE(renderer->vertex_buffer_kill(&mesh));
 }
 
 } // namespace

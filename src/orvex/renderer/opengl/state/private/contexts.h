@@ -11,7 +11,8 @@
 ///   adopted             the host's: it is marked, and a new number unless its mark is there
 ///                       already. A second mark, which is shared, tells its group
 ///   seen for the first  the host's: whether it shares with others can't be asked, so that it
-///   time                counts as a group of its own
+///   time                counts as a group of its own. A renderer that has seen another one marks
+///                       it, too
 ///
 /// What a renderer has to remember of a context's state belongs to the context, not to the
 /// renderer: several may draw in it, one after the other or in turns.
@@ -110,6 +111,12 @@ void adopted(const void* native);
 /// A window ends a context that it made.
 void ended(const void* native);
 
+/// A renderer met the current context. One of a host's that has the address of another counts as
+/// new where something that was buried would end in it.
+/// @param was_elsewhere  at its last look another one was current: a host's is marked, so that it
+///                       can be told from the next one at its address
+/// @return what is known of it; what was buried there is its own
+std::shared_ptr<ContextState> looked_at(const void* native, bool was_elsewhere);
 /// @return what is known of a native context, which is entered if it wasn't met yet
 std::shared_ptr<ContextState> of(const void* native);
 /// @return null for a context that ended
