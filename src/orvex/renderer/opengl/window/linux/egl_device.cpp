@@ -9,6 +9,7 @@
 #include <cstring>
 #include <filesystem>
 
+#include "orvex/platform/private/folder_names.h"
 #include "orvex/renderer/opengl/window/linux/private/egl_extensions.h"
 
 // Devices are asked for by extensions, each of which may be missing: what can't be told stays
@@ -170,16 +171,13 @@ std::string device_text(const RenderWindow_Device& device) {
 
 std::vector<std::string> unserved_nodes(const std::vector<EglDevice>& devices,
                                         const std::string& folder) {
-    namespace fs = std::filesystem;
     if (std::any_of(devices.begin(), devices.end(),
                     [](const EglDevice& device) { return !device.facts.software; }))
         return {};
     std::vector<std::string> nodes;
-    std::error_code error;
-    for (const fs::directory_entry& entry : fs::directory_iterator(folder + "/dri", error))
-        if (entry.path().filename().string().starts_with("renderD"))
-            nodes.push_back(entry.path().string());
-    std::sort(nodes.begin(), nodes.end());
+    for (const std::string& name : names_in_folder(folder + "/dri"))
+        if (name.starts_with("renderD"))
+            nodes.push_back(folder + "/dri/" + name);
     return nodes;
 }
 

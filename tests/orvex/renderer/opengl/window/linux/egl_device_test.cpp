@@ -13,6 +13,7 @@
 
 #include "orvex/renderer/opengl/window/private/render_window_opengl.h"
 #include "tests/support/log_capture.h"
+#include "tests/support/memory_runs_out.h"
 #include "tests/support/temp_dir.h"
 
 namespace orvex_test {
@@ -83,6 +84,17 @@ TEST(UnservedNodesTest, are_those_of_a_machine_on_which_only_software_draws) {
     EXPECT_EQ(unserved_nodes({device}, folder.path()), both);
     device.facts.software = false;
     EXPECT_EQ(unserved_nodes({device}, folder.path()), std::vector<std::string>());
+}
+
+TEST(UnservedNodesTest, are_not_told_where_memory_runs_out) {
+    const TempDir folder;
+    std::filesystem::create_directory(folder.path() + "/dri");
+    std::ofstream(folder.path() + "/dri/renderD128") << ' ';
+    EXPECT_EQ(unserved_nodes({}, folder.path()).size(), 1u);
+    const unsigned long refused =
+        refuse_each_block([&] { unserved_nodes({}, folder.path()); }, [] {});
+    EXPECT_GT(refused, 1u);
+    EXPECT_EQ(unserved_nodes({}, folder.path()).size(), 1u);
 }
 
 class DeviceListTest : public testing::Test {
