@@ -56,6 +56,8 @@ void FixedPipelineFamily::set_line_stipple(int factor, unsigned short pattern) {
 
 void FixedPipelineFamily::render_line(const vec4& a, const vec4& a_color, const vec4& b,
                                       const vec4& b_color) {
+    if (!state.can_draw())
+        return;
     glBegin(GL_LINES);
     glColor4fv(&a_color.x);
     glVertex4fv(&a.x);

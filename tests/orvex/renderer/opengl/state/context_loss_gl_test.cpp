@@ -168,6 +168,7 @@ TEST_P(ContextLoss, refuses_every_draw) {
     EXPECT_FALSE(renderer->polyline_vb_draw(&line, 0, 0));
     EXPECT_FALSE(renderer->vertex_pool_render_prepare(&pool));
     EXPECT_TRUE(renderer->vertex_pool_render(&pool)) << "as ever";
+    renderer->render_line(vec4(), vec4(), vec4(1.0f, 1.0f, 0.0f, 1.0f), vec4());
     EXPECT_FALSE(renderer->gpu_program_activate(&program));
     EXPECT_FALSE(target->activate());
     EXPECT_EQ(renderer->vertex_buffer_create(16, BUFFER_USAGE_STATIC_DRAW), 0U);
