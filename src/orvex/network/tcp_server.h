@@ -146,7 +146,9 @@ public:
 
     /// `cleanup_client_threads`, and the end of the `SocketCore`. The listener stays open. Client
     /// threads of `run` are not waited for and keep the core alive. It may be called twice, and
-    /// from any thread.
+    /// from any thread. It comes after `send_stop_message`, which is false without a core: a server
+    /// that is at work when it is called serves on, until a stop text, or until `init` has made
+    /// another core for `send_stop_message`.
     /// @return true
     bool stop();
 

@@ -123,6 +123,19 @@ TEST_F(TcpServerTest, run_uses_the_core_that_init_made) {
     EXPECT_EQ(first, second);
 }
 
+TEST_F(TcpServerTest,
+       a_stop_while_it_serves_ends_nothing_but_the_core_that_send_stop_message_needs) {
+    server.set_client_proc(Inbox::take, &inbox);
+    RunningServer running(server, &TcpServer::run, log);
+    EXPECT_TRUE(server.stop());
+    EXPECT_FALSE(server.send_stop_message());
+    EXPECT_TRUE(server.is_running());
+    EXPECT_EQ(running.ask("a"), "ok");
+    ASSERT_TRUE(server.init());
+    EXPECT_TRUE(server.send_stop_message());
+    EXPECT_FALSE(running.wait());
+}
+
 TEST_F(TcpServerTest, a_core_that_does_not_start_is_an_error) {
     NetworkCalls calls;
     calls.no_start = true;
