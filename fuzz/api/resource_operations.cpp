@@ -68,6 +68,12 @@ void write_file(World& world, Bytes& in) {
         TextureMgr::get()->do_screenshot(draw<Renderer*>(world, in), path);
 }
 
+/// Whether a manager gives its reference back; one that it drops elsewhere would be the host's.
+bool gives_back(Renderer* renderer, Resource* resource) {
+    const int owner = resource ? resource->get_renderer_id() : 0;
+    return owner < 1 || !renderer || owner == renderer->getid();
+}
+
 /// A manager gives back a reference of its own, so that it is asked for what it has.
 void release_from_manager(World& world, Bytes& in) {
     ResourceMgr* const managers[] = {TextureMgr::get(), MaterialMgr::get(), GpuProgramMgr::get()};
@@ -78,7 +84,7 @@ void release_from_manager(World& world, Bytes& in) {
     auto* const renderer = draw<Renderer*>(world, in);
     if (in.flag())
         manager.release_resource(renderer, resource, nullptr);
-    else if (renderer != world.second_renderer)
+    else if (gives_back(renderer, resource))
         manager.remove_resource(renderer, resource);
 }
 
