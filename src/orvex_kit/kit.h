@@ -20,6 +20,7 @@
 #include "orvex_kit/picture_file.h"
 #include "orvex_kit/program.h"
 #include "orvex_kit/ref.h"
+#include "orvex_kit/track.h"
 #include "orvex_kit/up_axis.h"
 #include "orvex_kit/view.h"
 #include "orvex_kit/whole_file.h"

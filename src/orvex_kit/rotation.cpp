@@ -71,24 +71,37 @@ Rotation rotation_of(const Quaternion& q) {
             Vector3{2 * (x * z + w * y), 2 * (y * z - w * x), 1 - 2 * (x * x + y * y)}};
 }
 
-Quaternion between(const Quaternion& from, Quaternion to, double part) {
-    double cosine = dot(from, to);
-    // Both signs of a quaternion are the same rotation.
-    if (cosine < 0.0) {
-        to = scaled(to, -1.0);
-        cosine = -cosine;
-    }
-    double first = 1.0 - part;
-    double second = part;
-    // Close to each other the arc is its chord.
-    if (cosine < 0.9999) {
-        const double angle = std::acos(cosine);
-        first = std::sin(first * angle) / std::sin(angle);
-        second = std::sin(second * angle) / std::sin(angle);
-    }
-    const Quaternion a = scaled(from, first);
-    const Quaternion b = scaled(to, second);
-    return normalized(Quaternion{a.x + b.x, a.y + b.y, a.z + b.z, a.w + b.w});
+namespace {
+
+Quaternion product(const Quaternion& a, const Quaternion& b) {
+    return {a.w * b.x + a.x * b.w + a.y * b.z - a.z * b.y,
+            a.w * b.y - a.x * b.z + a.y * b.w + a.z * b.x,
+            a.w * b.z + a.x * b.y - a.y * b.x + a.z * b.w,
+            a.w * b.w - a.x * b.x - a.y * b.y - a.z * b.z};
+}
+
+} // namespace
+
+Vector3 turn_between(const Quaternion& from, const Quaternion& to) {
+    Quaternion q = product({-from.x, -from.y, -from.z, from.w}, to);
+    // Both signs of a quaternion are the same rotation; this one is the shorter way.
+    if (q.w < 0.0)
+        q = scaled(q, -1.0);
+    const Vector3 axis{q.x, q.y, q.z};
+    const double sine = length(axis);
+    return sine < 1e-300 ? Vector3{} : axis * (2.0 * std::atan2(sine, q.w) / sine);
+}
+
+Quaternion turned_by(const Quaternion& q, const Vector3& turn) {
+    const double angle = length(turn);
+    if (angle < 1e-300)
+        return q;
+    const Vector3 axis = turn * (std::sin(angle / 2) / angle);
+    return normalized(product(q, {axis.x, axis.y, axis.z, std::cos(angle / 2)}));
+}
+
+Quaternion between(const Quaternion& from, const Quaternion& to, double part) {
+    return turned_by(from, turn_between(from, to) * part);
 }
 
 } // namespace orvex::kit

@@ -32,7 +32,11 @@ struct Quaternion {
 Quaternion quaternion_of(const Rotation& axes);
 /// The opposite.
 Rotation rotation_of(const Quaternion& q);
+/// The turn from one to another by the shorter way: its axis, as long as its angle in radians.
+Vector3 turn_between(const Quaternion& from, const Quaternion& to);
+/// A rotation turned on.
+Quaternion turned_by(const Quaternion& q, const Vector3& turn);
 /// From one to another by the shorter way. @param part  0 to 1
-Quaternion between(const Quaternion& from, Quaternion to, double part);
+Quaternion between(const Quaternion& from, const Quaternion& to, double part);
 
 } // namespace orvex::kit
