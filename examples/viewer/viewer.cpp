@@ -58,11 +58,11 @@ void Viewer::set_key(int code, bool down) {
 }
 
 void Viewer::drag(float right, float down) {
-    orbit.turn(double{right}, double{down});
+    orbit.turn(double(right), double(down));
 }
 
 void Viewer::turn_wheel(float notches) {
-    orbit.zoom(double{notches});
+    orbit.zoom(double(notches));
 }
 
 OrbitKeys Viewer::held_keys() {
@@ -77,7 +77,7 @@ OrbitKeys Viewer::held_keys() {
 }
 
 bool Viewer::advance(float seconds) {
-    return orbit.move(held_keys(), double{seconds});
+    return orbit.move(held_keys(), double(seconds));
 }
 
 void Viewer::draw_axes() {

@@ -149,7 +149,7 @@ std::optional<Intrinsics> Camera::intrinsics(int width, int height) const noexce
         return std::nullopt;
     if (kind == Kind::measured)
         return measured;
-    const double f = height / 2.0 / std::tan(double{opening} * degree / 2);
+    const double f = height / 2.0 / std::tan(double(opening) * degree / 2);
     return Intrinsics{{{f, 0.0, width / 2.0}, {0.0, f, height / 2.0}, {0.0, 0.0, 1.0}}};
 }
 
@@ -163,7 +163,7 @@ std::optional<ScreenPoint> Camera::project(const vec4& point, const Screen& scre
         x = ((*k)[0][0] * seen.x + (*k)[0][1] * seen.y) / seen.z + (*k)[0][2];
         y = (*k)[1][1] * seen.y / seen.z + (*k)[1][2];
     } else {
-        const double pixels = screen.height / double{span};
+        const double pixels = screen.height / double(span);
         x = screen.width / 2.0 + seen.x * pixels;
         y = screen.height / 2.0 + seen.y * pixels;
     }
@@ -180,7 +180,7 @@ Ray Camera::ray(double x, double y, const Screen& screen) const noexcept {
         const Vector3 way = rotation[0] * right + rotation[1] * down + rotation[2];
         return {eye(), vec4_of(normalized(way), 0.0f)};
     }
-    const double units = double{span} / screen.height;
+    const double units = double(span) / screen.height;
     const Vector3 aside = rotation[0] * ((u - screen.width / 2.0) * units) +
                           rotation[1] * ((v - screen.height / 2.0) * units);
     return {vec4_of(eye_of(placed) + aside, 1.0f), vec4_of(rotation[2], 0.0f)};

@@ -38,14 +38,14 @@ void Orbit::turn_by(double azimuth, double elevation) noexcept {
     if (!std::isfinite(azimuth) || !std::isfinite(elevation))
         return;
     Angle& angle = now.angle;
-    angle.azimuth = static_cast<float>(std::remainder(double{angle.azimuth} + azimuth, 360.0));
-    angle.elevation = static_cast<float>(double{angle.elevation} + elevation);
+    angle.azimuth = static_cast<float>(std::remainder(double(angle.azimuth) + azimuth, 360.0));
+    angle.elevation = static_cast<float>(double(angle.elevation) + elevation);
     keep_within();
 }
 
 void Orbit::pan(double right, double down, const Screen& screen) noexcept {
     const double units = screen.height / screen.scale;
-    const double shown = 2 * double{now.distance} * tangent_of_half_opening();
+    const double shown = 2 * double(now.distance) * tangent_of_half_opening();
     shift_by(-right * shown / units, down * shown / units);
 }
 
@@ -65,7 +65,7 @@ void Orbit::zoom(double notches) noexcept {
 void Orbit::recede(double factor) noexcept {
     if (!(factor >= 0.0))
         return;
-    now.distance = static_cast<float>(std::min(double{now.distance} * factor, 1e30));
+    now.distance = static_cast<float>(std::min(double(now.distance) * factor, 1e30));
     keep_within();
 }
 
@@ -77,7 +77,7 @@ bool Orbit::move(const OrbitKeys& held, double seconds) noexcept {
     const int up = held.up - held.down;
     const int away = held.farther - held.nearer;
     if (held.pans) {
-        const double way = double{now.distance} * tangent_of_half_opening() * seconds;
+        const double way = double(now.distance) * tangent_of_half_opening() * seconds;
         shift_by(right * way, up * way);
     } else {
         turn_by(right * degrees_per_second * seconds, up * degrees_per_second * seconds);
@@ -113,7 +113,7 @@ void Orbit::keep_within() noexcept {
         std::clamp(now.distance, first.distance * limits.nearest, first.distance * limits.farthest);
     const Vector3 middle = vector3_of(first.target);
     const Vector3 away = vector3_of(now.target) - middle;
-    const double reach = double{first.distance} * double{limits.reach};
+    const double reach = double(first.distance) * double(limits.reach);
     if (length(away) > reach)
         now.target = vec4_of(middle + away * (reach / length(away)), 1.0f);
 }
@@ -121,7 +121,7 @@ void Orbit::keep_within() noexcept {
 Camera Orbit::camera(const Screen& screen) const noexcept {
     const Axes axes = axes_of(now.angle);
     const Vector3 target = vector3_of(now.target);
-    const Vector3 eye = target + vector3_of(axes.toward) * double{now.distance};
+    const Vector3 eye = target + vector3_of(axes.toward) * double(now.distance);
     const double taller = std::max(1.0, double(screen.height) / double(screen.width));
     Camera camera;
     camera.look_at(vec4_of(eye, 1.0f), vec4_of(target, 1.0f), axes.up);

@@ -65,8 +65,8 @@ protected:
             EXPECT_NEAR(own->x, x, 0.01);
             EXPECT_NEAR(own->y, y, 0.01);
             const vec4 seen = place(point, on);
-            EXPECT_NEAR(own->x, double{seen.x}, 0.01);
-            EXPECT_NEAR(own->y, double{seen.y}, 0.01);
+            EXPECT_NEAR(own->x, double(seen.x), 0.01);
+            EXPECT_NEAR(own->y, double(seen.y), 0.01);
         }
     }
 
@@ -225,10 +225,10 @@ TEST_F(CameraTest, takes_every_rotation_to_the_engine) {
             const vec4 ahead = engine->get_view_vector();
             const vec4 upward = engine->get_up_vector();
             const Pose pose = camera.pose();
-            EXPECT_NEAR(double{ahead.x}, pose[2][0], 1e-6);
-            EXPECT_NEAR(double{ahead.y}, pose[2][1], 1e-6);
-            EXPECT_NEAR(double{upward.y}, -pose[1][1], 1e-6);
-            EXPECT_NEAR(double{upward.z}, -pose[1][2], 1e-6);
+            EXPECT_NEAR(double(ahead.x), pose[2][0], 1e-6);
+            EXPECT_NEAR(double(ahead.y), pose[2][1], 1e-6);
+            EXPECT_NEAR(double(upward.y), -pose[1][1], 1e-6);
+            EXPECT_NEAR(double(upward.z), -pose[1][2], 1e-6);
             EXPECT_NEAR(q.x * q.x + q.y * q.y + q.z * q.z + q.w * q.w, 1.0f, 1e-5f);
         }
 }

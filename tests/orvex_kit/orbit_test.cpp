@@ -38,7 +38,7 @@ double fullness(const Camera& camera, const Extent& extent, const Screen& on) {
     double fullest = 0.0;
     for (const vec4& point : extent.points) {
         const auto seen = camera.project(point, on);
-        if (!seen || seen->depth < double{camera.near()} || seen->depth > double{camera.far()})
+        if (!seen || seen->depth < double(camera.near()) || seen->depth > double(camera.far()))
             return 9.0;
         fullest = std::max({fullest, std::abs(seen->x * on.scale / on.width * 2 - 1),
                             std::abs(seen->y * on.scale / on.height * 2 - 1)});
@@ -127,7 +127,7 @@ TEST(Orbit, pans_no_farther_than_the_model_can_be_found) {
     orbit.turn(4 * 180, 0);
     for (const vec4& point : extent.points)
         if (const auto seen = orbit.camera(screen).project(point, screen))
-            EXPECT_LT(seen->depth, double{orbit.camera(screen).far()});
+            EXPECT_LT(seen->depth, double(orbit.camera(screen).far()));
 }
 
 TEST(Orbit, comes_nearer_by_a_tenth_a_notch_within_its_limits) {

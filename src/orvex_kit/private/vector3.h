@@ -20,7 +20,7 @@ struct Vector3 {
 };
 
 inline Vector3 vector3_of(const orvex::vec4& v) {
-    return {double{v.x}, double{v.y}, double{v.z}};
+    return {double(v.x), double(v.y), double(v.z)};
 }
 
 /// @param w  1 for a point, 0 for a direction
