@@ -54,14 +54,13 @@ public:
             std::exit(1);
         renderer->start();
         const std::string text = kit::model_shader(true);
-        GpuProgram* const program = GpuProgramMgr::get()->create_gpu_program_from_memory(
-            renderer, text.c_str(), text.size(), "lit");
-        model = kit::Model::load(ORVEX_BENCH_MODEL, renderer);
-        model->use_program(program, true);
-        model->stand_up();
+        program = GpuProgramMgr::get()->create_gpu_program_from_memory(renderer, text.c_str(),
+                                                                       text.size(), "lit");
+        model = kit::Model(ORVEX_BENCH_MODEL);
+        model.stand_up();
     }
     ~Stage() {
-        model.reset();
+        model = {};
         camera->release(nullptr, nullptr);
         renderer->kill_all_render_targets();
         GpuProgramMgr::get()->release_all_resources(renderer, nullptr);
@@ -73,13 +72,13 @@ public:
     Stage& operator=(const Stage&) = delete;
 
     kit::Picture render(const View& view) {
-        kit::see_all(model->extent(), {}, {width, height, view.zoom}).apply(*camera, width, height);
+        kit::see_all(model.extent(), {}, {width, height, view.zoom}).apply(*camera, width, height);
         renderer->rasterizer_set_polygon_mode(POLYGON_FACE_FRONT_AND_BACK,
                                               view.is_wire ? POLYGON_MODE_LINE : POLYGON_MODE_FILL);
         renderer->rasterizer_apply_state();
         camera->bind(renderer, true, true, true, true, false);
         renderer->clear_color_depth_buffers(0.2f, 0.2f, 0.25f, view.alpha, 1.0f);
-        model->draw();
+        model.draw(*renderer, *program, kit::Path::gl3);
         kit::Picture picture;
         if (!picture.create(width, height, 4, kit::Sample::u8))
             std::exit(1);
@@ -93,7 +92,8 @@ public:
 private:
     Renderer* renderer;
     Camera* camera = new Camera;
-    std::unique_ptr<kit::Model> model;
+    GpuProgram* program = nullptr;
+    kit::Model model;
 };
 
 void write_by_peer(const kit::Picture& picture, const std::string& path) {

@@ -2,7 +2,6 @@
 
 #include <orvex/orvex.h>
 #include <orvex_kit/look.h>
-#include <orvex_kit/model.h>
 
 #include "log_lines.h"
 
@@ -18,7 +17,7 @@ ModelStage::ModelStage()
 }
 
 ModelStage::~ModelStage() {
-    scene.reset();
+    scene = {};
     camera->release(nullptr, nullptr);
     GpuProgramMgr::get()->release_all_resources(renderer, nullptr);
     renderer->stop();
@@ -42,25 +41,21 @@ std::string ModelStage::load(const std::string& path) {
     if (!program)
         if (std::string mistake = start(); !mistake.empty())
             return mistake;
-    scene.reset();
-    scene = kit::Model::load(path, renderer);
-    if (!scene)
-        return path + ": no loader can read it as a model";
-    scene->stand_up();
-    scene->use_program(program, true);
-    return {};
+    scene = kit::Model(path);
+    scene.stand_up();
+    return scene.reason();
 }
 
 void ModelStage::draw(int width, int height) {
     if (!scene || width < 1 || height < 1)
         return;
-    draw(see_all(scene->extent(), {}, {width, height}), width, height);
+    draw(see_all(scene.extent(), {}, {width, height}), width, height);
 }
 
 void ModelStage::draw(const kit::Camera& eye, int width, int height, const Angle& lit_from) {
     eye.apply(*camera, width, height);
     camera->bind(renderer, true, true, true, true, false);
     renderer->clear_color_depth_buffers(0.17f, 0.19f, 0.22f, 1.0f, 1.0f);
-    if (scene)
-        scene->draw(lit_from);
+    if (program)
+        scene.draw(*renderer, *program, Path::gl3, lit_from);
 }

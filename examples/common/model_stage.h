@@ -3,10 +3,10 @@
 // What an example needs around one model, whatever it is shown in: the engine from its start to its
 // stop, the program that lights the model, and a camera that sees all of it.
 
-#include <memory>
 #include <string>
 
 #include <orvex_kit/framing.h>
+#include <orvex_kit/model.h>
 
 namespace orvex {
 class Camera;
@@ -14,10 +14,6 @@ class GpuProgram;
 class Renderer;
 class RenderWindow;
 } // namespace orvex
-
-namespace orvex::kit {
-class Model;
-}
 
 /// The engine with at most one model in it. All of it on the render thread.
 class ModelStage {
@@ -33,8 +29,8 @@ public:
     /// is drawn here needs a core context of 3.2 or later.
     orvex::RenderWindow* window = nullptr;
     orvex::Renderer* renderer = nullptr;
-    /// Null before a model was loaded, and after one could not be.
-    std::unique_ptr<orvex::kit::Model> scene;
+    /// Empty before a model was loaded, and after one could not be.
+    orvex::kit::Model scene;
 
     /// Starts the renderer on the context that is current.
     /// @return what is wrong; empty if nothing is

@@ -4,7 +4,6 @@
 // the platform's raster font: overlays [gl2|gl3] [picture.jpg]
 
 #include <cmath>
-#include <memory>
 
 #include <orvex_kit/look.h>
 #include <orvex_kit/model.h>
@@ -53,13 +52,14 @@ orvex::Camera* make_camera() {
 }
 
 /// The sky first, behind everything and without a mark in the depth buffer.
-void draw_scene(OffScreen& stage, orvex::Camera& camera, Skybox& sky, kit::Model& scene) {
+void draw_scene(OffScreen& stage, orvex::Camera& camera, Skybox& sky, GpuProgram& lit,
+                kit::Model& scene) {
     camera.bind(stage.renderer, true, true, true, true, !stage.gl3);
     stage.renderer->set_depth_buffer_writing_state(false);
     sky.render(stage.renderer, nullptr);
     stage.renderer->set_depth_buffer_writing_state(true);
     sky.get_cubemap_gpu_program()->unbind(stage.renderer);
-    scene.draw();
+    scene.draw(*stage.renderer, lit, stage.gl3 ? Path::gl3 : Path::gl2);
 }
 
 /// Frames of about 16 milliseconds, with a hitch now and then.
@@ -73,7 +73,6 @@ bool draw(OffScreen& stage, Skybox& sky, kit::Model& scene) {
     const std::string shader = model_shader(stage.gl3);
     GpuProgram* const lit = GpuProgramMgr::get()->create_gpu_program_from_memory(
         stage.renderer, shader.c_str(), shader.size(), "lit");
-    scene.use_program(lit, stage.gl3);
     Panel panel(stage, data_folder);
     if (!panel.ok()) {
         std::fprintf(stderr, "no glyphs at %s\n", data_folder.c_str());
@@ -85,7 +84,7 @@ bool draw(OffScreen& stage, Skybox& sky, kit::Model& scene) {
 
     orvex::Camera* const camera = make_camera();
     stage.renderer->clear_color_depth_buffers(0.0f, 0.0f, 0.0f, 1.0f, 1.0f);
-    draw_scene(stage, *camera, sky, scene);
+    draw_scene(stage, *camera, sky, *lit, scene);
     panel.draw(camera);
     camera->kill(stage.renderer, nullptr);
     return true;
@@ -98,15 +97,13 @@ int main(int argc, char** argv) {
     if (!stage.started)
         return 1;
     Skybox* const sky = make_sky(stage.renderer);
-    std::unique_ptr<kit::Model> scene;
-    if (sky)
-        scene = kit::Model::load(data_folder + "lighthouse.obj", stage.renderer);
-    if (!scene) {
+    kit::Model scene(data_folder + "lighthouse.obj");
+    if (!sky || !scene) {
         std::fprintf(stderr, "the data of the examples is not at %s\n", data_folder.c_str());
         return 1;
     }
-    const bool ok = draw(stage, *sky, *scene) && stage.write(argc > 2 ? argv[2] : "overlays.jpg");
-    scene.reset();
+    const bool ok = draw(stage, *sky, scene) && stage.write(argc > 2 ? argv[2] : "overlays.jpg");
+    scene = {};
     sky->kill(stage.renderer, nullptr);
     return ok ? 0 : 1;
 }

@@ -30,7 +30,7 @@ std::string Stage::load(const std::string& path) {
         return mistake;
     constexpr int views_of_a_turn = 36;
     angle = {};
-    aim = turning_aim(stage.scene->extent(), angle, lens, views_of_a_turn);
+    aim = turning_aim(stage.scene.extent(), angle, lens, views_of_a_turn);
     return {};
 }
 
@@ -41,13 +41,13 @@ void Stage::turn(float degrees) {
 
 void Stage::draw() {
     const kit::Camera camera =
-        stage.scene ? aimed(stage.scene->extent(), angle, lens, aim) : kit::Camera();
+        stage.scene ? aimed(stage.scene.extent(), angle, lens, aim) : kit::Camera();
     stage.draw(camera, lens.width, lens.height, angle);
 }
 
 bool Stage::screenshot(const std::string& path) {
     if (stage.scene)
-        for (const std::string& file : stage.scene->files())
+        for (const std::string& file : stage.scene.files())
             if (are_same_file(path, file))
                 return false;
     draw();

@@ -30,8 +30,8 @@ std::string Viewer::open(void* context, const std::string& model) {
         return "no axes in this context";
     keyboard.init();
     title = std::filesystem::path(model).filename().string() + ", " +
-            std::to_string(stage.scene->num_faces()) + " triangles";
-    orbit.frame(stage.scene->extent(), first_angle);
+            std::to_string(stage.scene.num_faces()) + " triangles";
+    orbit.frame(stage.scene.extent(), first_angle);
     // The model's axes lie where its own origin is.
     frame = new Object;
     const float length = orbit.place().distance / 5;

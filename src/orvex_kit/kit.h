@@ -12,6 +12,7 @@
 #include "orvex_kit/framing.h"
 #include "orvex_kit/look.h"
 #include "orvex_kit/model.h"
+#include "orvex_kit/model_parts.h"
 #include "orvex_kit/normals.h"
 #include "orvex_kit/orbit.h"
 #include "orvex_kit/outcome.h"

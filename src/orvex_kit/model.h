@@ -1,116 +1,150 @@
 #pragma once
 
 /// @file
-/// A model file with its textures, to be told of and to be drawn.
+/// A model file with its textures, to be told of, drawn and picked from.
 
-#include <map>
+#include <cstddef>
 #include <memory>
 #include <string>
 #include <vector>
 
-#include <orvex/math/vec4.h>
-
 #include "orvex_kit/api.h"
 #include "orvex_kit/framing.h"
+#include "orvex_kit/model_parts.h"
 #include "orvex_kit/normals.h"
+#include "orvex_kit/path.h"
 
 namespace orvex {
 class GpuProgram;
-class Material;
-class Mesh;
 class Model;
-class Node;
 class Renderer;
-class Texture;
 } // namespace orvex
 
 namespace orvex::kit {
 
-/// A texture file that a material names.
-struct TextureFile {
-    std::string path;        ///< as it was looked for
-    orvex::Texture* texture; ///< null: missing, or no picture
+/// What a `Model` is loaded with.
+struct ModelOptions {
+    Normals normals = Normals::by_file; ///< where they come from
+    /// Whether textures may lie outside the model's folder, wherever its file says. A file that
+    /// somebody else made could then name any picture of the system.
+    bool allow_outside = false;
+    /// The name of the loader's plugin; empty for whichever reads the file.
+    std::string loader{};
 };
 
-/// A loaded model with its textures, ready to be told of and to be drawn. All of it on the render
-/// thread.
+/// A model file, loaded with the textures that its materials name. Needs a running engine, an
+/// `Engine` or one that the host has started itself; when an `Engine` ends first, the model is
+/// empty from then on. All of it on the thread that draws.
 ///
-/// It draws the meshes itself, face run by face run: a model in the engine draws its children
-/// twice, a scene renderer passes over meshes right under its start node, and a mesh drawn as a
-/// whole binds its first material only.
+/// Any number at once: each has materials and textures of its own, whatever their names, and keeps
+/// them out of the engine's managers. A host's materials are never taken for a file's. An empty
+/// model, as one that couldn't be loaded or was moved from, says why and draws nothing.
+///
+/// Textures are looked for as people's files name them. Options before a name are passed over,
+/// backslashes taken for slashes, and letters in either case. What isn't where its path says, as on
+/// another machine, is looked for in the model's folder by the end of its path. Nothing outside
+/// that folder is read, by whatever links, unless the options allow it.
+///
+/// @code
+/// kit::Engine engine;
+/// kit::Model model("lighthouse.obj");
+/// if (!model)
+///     std::fprintf(stderr, "%s\n", model.reason().c_str());
+/// for (const kit::ModelTexture& texture : model.textures())
+///     if (!texture.reason.empty())
+///         std::printf("%s: %s\n", texture.name.c_str(), texture.reason.c_str());
+/// @endcode
 class ORVEX_KIT_API Model {
 public:
-    /// Loads a model, with the textures that its materials name, each file once.
-    /// @param path      the file; its materials and textures are looked for beside it
-    /// @param renderer  outlives the scene; null serves for telling of it
-    /// @return null if no loader reads it
-    static std::unique_ptr<Model> load(const std::string& path, orvex::Renderer* renderer);
-    /// Releases the model with everything on the GPU, and what it left with the managers: there is
-    /// one scene at a time.
+    /// Empty.
+    Model() noexcept;
+    /// Loads a file. Needs no renderer.
+    /// @param path  of the model; its material libraries are looked for beside it
+    explicit Model(const std::string& path, const ModelOptions& options = {});
+    /// Gives back what it holds, on the GPU by the renderer that drew it last, if that is still
+    /// there.
     ~Model();
-    Model(const Model&) = delete;
-    Model& operator=(const Model&) = delete;
+    /// Takes the other's model over, which is empty then.
+    Model(Model&& other) noexcept;
+    /// As the constructor; what it held before ends.
+    Model& operator=(Model&& other) noexcept;
 
-    /// Puts the meshes and materials on a drawing path, and gives them the program that
-    /// `model_shader` tells for it.
-    void use_program(orvex::GpuProgram* program, bool gl3, Normals normals = Normals::by_file);
-    /// Draws through the camera that is bound: what is opaque first, the rest blended. The lights
-    /// turn with the azimuth and the up axis of an angle: that of the camera has every side lit
-    /// alike.
-    void draw(const Angle& lit_from = {});
+    /// Whether it holds a model.
+    explicit operator bool() const noexcept;
+    /// Why it doesn't: that the file can't be read, or why no loader reads it and what can be read.
+    /// Empty if it does. Valid until the model ends or is assigned to.
+    const std::string& reason() const noexcept;
 
-    /// The way up of the model as its file leaves it.
-    UpAxis up_axis() const { return up; }
+    /// @name Drawing
+    /// @{
+
+    /// Draws it through the camera that is bound, in the order of `runs`, and unbinds the program.
+    /// Textures go to the GPU at the first draw. Blending is off afterwards, and the depth buffer
+    /// is written.
+    ///
+    /// The program is told, as far as it has such uniforms, of each run's material (vec4
+    /// `diffuse_color` with the opacity in w, `specular_color` with the shininess in w), its
+    /// textures on units from 0 on (float `textured`, 1 or 0; sampler2D `diffuse_map`), of lights
+    /// in the world (vec4 `to_sun`, `to_fill`, `to_sky`) and whether faces are flat (float
+    /// `faceted`, 1 or 0), beside the engine's own.
+    /// @param renderer  with its context current; another one at each draw, if need be
+    /// @param path      of the program and the context
+    /// @param lit_from  the lights turn with its azimuth and its up axis: that of the camera has
+    ///                  every side lit alike
+    void draw(orvex::Renderer& renderer, orvex::GpuProgram& program, Path path,
+              const Angle& lit_from = {});
+    /// What `draw` draws, in its order: opaque runs first, then the blended ones, both in the order
+    /// of the meshes and of their faces. Runs of a mesh follow each other, and none is empty.
+    const std::vector<FaceRun>& runs() const noexcept;
+
     /// Turns the model so that y is its way up.
     void stand_up();
-    /// All vertices that are finite, in the world.
-    const Extent& extent() const { return bounds; }
-    /// Every texture file that was looked for, in the order of the materials, each once.
-    const std::vector<TextureFile>& texture_files() const { return textures; }
-    /// Every file that the scene was read from, and those that it looked for: the model, its
-    /// material libraries, its textures.
+    /// The way up of the model as it stands.
+    UpAxis up_axis() const noexcept;
+    /// All vertices with a place, in the world: what a camera is to see.
+    const Extent& extent() const noexcept;
+    /// @}
+
+    /// @name What it holds
+    /// As the file has it, whether or not it was stood up. Empty for an empty model.
+    /// @{
+
+    /// The name of the loader's plugin.
+    const std::string& loader() const noexcept;
+    /// The way up of the file.
+    UpAxis file_up_axis() const noexcept;
+    /// Its meshes, in the order of the file, those without faces too. One that is used at two
+    /// places stands here twice.
+    const std::vector<ModelMesh>& meshes() const noexcept;
+    /// Its materials, in the order of the file; after them those that only a mesh knows.
+    const std::vector<ModelMaterial>& materials() const noexcept;
+    /// Every texture file that a material names, found or not, in the order of the materials, each
+    /// once.
+    const std::vector<ModelTexture>& textures() const noexcept;
+    /// Around all vertices with a place, in the model's own space.
+    const Bounds& bounds() const noexcept;
+    std::size_t num_vertices() const noexcept; ///< of all meshes
+    std::size_t num_faces() const noexcept;    ///< of all meshes
+    std::size_t num_points() const noexcept;   ///< vertices of meshes without faces; not drawn
+    /// Sentences without a full stop about what is odd: no faces, all vertices at one point,
+    /// vertices without a place, faces that name vertices which aren't there, no face with an area.
+    const std::vector<std::string>& notes() const noexcept;
+    /// Every file that it was read from, and those that were looked for: the model, its material
+    /// libraries, its textures.
     std::vector<std::string> files() const;
-    /// Its meshes, in the order of the file. They belong to the model.
-    const std::vector<orvex::Mesh*>& all_meshes() const { return meshes; }
-    /// Its materials, in the order of the file. They belong to the model.
-    std::vector<orvex::Material*> all_materials() const;
-    unsigned long num_vertices() const; ///< of all meshes
-    unsigned long num_faces() const;    ///< of all meshes
+    /// @}
+
+    /// The engine's own object, for what the kit doesn't offer; null for an empty model. The model
+    /// keeps it, and doesn't see what is changed in it.
+    orvex::Model* node() const noexcept;
 
 private:
-    /// Faces in a row that share a material.
-    struct Run {
-        orvex::Mesh* mesh;
-        orvex::Material* material; ///< null: none
-        unsigned first_face;
-        unsigned last_face;
-    };
-
-    orvex::Renderer* renderer;
-    orvex::Model* model;
-    std::string path;
-    bool is_3ds;
-    UpAxis up = UpAxis::y;
-    orvex::GpuProgram* program = nullptr;
-    std::vector<orvex::Mesh*> meshes;
-    std::vector<Run> opaque;
-    std::vector<Run> blended;
-    std::vector<TextureFile> textures;
-    std::map<std::string, std::size_t> texture_by_path;
-    Extent bounds;
-
-    Model(orvex::Renderer* renderer, orvex::Model* model, const std::string& path);
-    void gather(orvex::Node* node);
-    void add_runs(orvex::Mesh* mesh);
-    void measure();
-    void load_textures(const std::string& folder);
-    orvex::Texture* texture_from(const std::string& path);
-    void smooth_normals();
-    bool is_angular() const;
-    bool is_faceted(Normals normals) const;
-    void draw_run(const Run& run);
-    void set_lights(const Axes& axes);
-    void set_colors(orvex::Material* material);
+    class Data;
+    std::unique_ptr<Data> data;
 };
+
+/// What models can be read from, as "OBJ, 3DS": the formats of the engine's own loaders, and the
+/// names of the plugins that are loaders beside them. Empty without a running engine.
+ORVEX_KIT_API std::string readable_formats();
 
 } // namespace orvex::kit

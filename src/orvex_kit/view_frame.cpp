@@ -112,11 +112,10 @@ void View::Data::begin(orvex::Camera& from) {
 }
 
 void View::Data::add(Model& model, const Angle& lit_from) {
-    model.use_program(look.gpu(), context->path == Path::gl3);
     if (has_lines)
         draw_edges(model, lit_from);
     else
-        model.draw(lit_from);
+        model.draw(*context->renderer, *look.gpu(), context->path, lit_from);
 }
 
 /// The faces first, a little farther away than their edges, in the background's colours.
@@ -128,7 +127,7 @@ void View::Data::draw_edges(Model& model, const Angle& lit_from) {
         renderer.rasterizer_apply_state();
         renderer.set_depth_bias_state(bias > 0.0f);
         look.set("laying_faces", mode == POLYGON_MODE_FILL ? 1.0f : 0.0f);
-        model.draw(lit_from);
+        model.draw(renderer, *look.gpu(), context->path, lit_from);
     };
     look.set("behind", behind());
     draw_as(POLYGON_MODE_FILL, 1.0f);

@@ -1,7 +1,6 @@
 // The whole road from a model file to pixels, with the sample model, as a host goes it: public
 // headers, the shared library, and the way in which the tools and the examples draw a model.
 
-#include <memory>
 #include <string>
 #include <vector>
 
@@ -75,18 +74,16 @@ public:
 
 private:
     void draw_once(orvex::GpuProgram& program, bool gl3) {
-        const std::unique_ptr<orvex::kit::Model> scene =
-            orvex::kit::Model::load(EXAMPLE_DATA "/lighthouse.obj", renderer);
-        ASSERT_NE(scene, nullptr);
-        for (const orvex::kit::TextureFile& file : scene->texture_files())
-            EXPECT_NE(file.texture, nullptr) << file.path;
-        scene->use_program(&program, gl3);
+        orvex::kit::Model scene(EXAMPLE_DATA "/lighthouse.obj");
+        ASSERT_TRUE(scene) << scene.reason();
+        for (const orvex::kit::ModelTexture& texture : scene.textures())
+            EXPECT_EQ(texture.reason, "") << texture.path;
 
         auto* const camera = new orvex::Camera;
-        orvex::kit::see_all(scene->extent(), {}, {width, height}).apply(*camera, width, height);
+        orvex::kit::see_all(scene.extent(), {}, {width, height}).apply(*camera, width, height);
         camera->bind(renderer, true, true, true, true, !gl3);
         renderer->clear_color_depth_buffers(0.17f, 0.19f, 0.22f, 1.0f, 1.0f);
-        scene->draw();
+        scene.draw(*renderer, program, gl3 ? orvex::kit::Path::gl3 : orvex::kit::Path::gl2);
         camera->release(nullptr, nullptr);
     }
 

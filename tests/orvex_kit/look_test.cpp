@@ -39,8 +39,8 @@ protected:
         return result;
     }
     static Shot shot_of(View& view, const std::string& path, const Angle& angle = {}) {
-        const auto model = orvex::kit::Model::load(path, view.renderer());
-        view.draw(*model, angle);
+        orvex::kit::Model model(path);
+        view.draw(model, angle);
         return picture_of(view);
     }
 };
@@ -114,9 +114,9 @@ TEST_P(LookTest, of_wires_shows_no_edge_behind_a_face) {
     ASSERT_EQ(view.set_look(Look::named("wire")).reason(), "");
     const auto camera = flat_camera(64, 64);
     const auto shot = [&](const std::string& text) {
-        const auto model = orvex::kit::Model::load(folder.write("m.obj", text), view.renderer());
+        orvex::kit::Model model(folder.write("m.obj", text));
         view.begin(*camera);
-        view.add(*model);
+        view.add(model);
         view.end();
         return picture_of(view);
     };
@@ -125,12 +125,12 @@ TEST_P(LookTest, of_wires_shows_no_edge_behind_a_face) {
     EXPECT_EQ(pixel_at(one, 40, 48), (Pixel{43, 48, 56, 255}));
     EXPECT_GT(pixel_at(one, 32, 31)[0], 100); // the diagonal
     // Of models too, whatever their order.
-    const auto behind = orvex::kit::Model::load(
-        folder.write("b.obj", "v -.3 -.6 -1\nv .6 -.6 -1\nv .6 .6 -1\nf 1 2 3\n"), view.renderer());
-    const auto before = orvex::kit::Model::load(folder.write("f.obj", front), view.renderer());
+    orvex::kit::Model behind(
+        folder.write("b.obj", "v -.3 -.6 -1\nv .6 -.6 -1\nv .6 .6 -1\nf 1 2 3\n"));
+    orvex::kit::Model before(folder.write("f.obj", front));
     view.begin(*camera);
-    view.add(*behind);
-    view.add(*before);
+    view.add(behind);
+    view.add(before);
     view.end();
     EXPECT_EQ(picture_of(view), one);
 }

@@ -95,9 +95,9 @@ TEST_P(ViewTest, keeps_the_opacity_of_its_background_straight) {
 
 TEST_P(ViewTest, draws_a_model_whole) {
     View view(64, 64, options());
-    const auto square = orvex::kit::Model::load(write_square(folder), view.renderer());
+    orvex::kit::Model square(write_square(folder));
     ASSERT_TRUE(square);
-    view.draw(*square, {0.0f, 0.0f});
+    view.draw(square, {0.0f, 0.0f});
     const Picture picture = picture_of(view);
     const Pixel background{43, 48, 56, 255};
     EXPECT_EQ(pixel_at(picture, 0, 0), background);
@@ -111,11 +111,11 @@ TEST_P(ViewTest, draws_a_model_whole) {
 /// The first row of a picture is the uppermost.
 TEST_P(ViewTest, reads_the_upper_row_first) {
     View view(8, 8, options());
-    const auto square = orvex::kit::Model::load(write_square(folder), view.renderer());
+    orvex::kit::Model square(write_square(folder));
     const auto camera = flat_camera(8, 8);
     camera->set_position(orvex::vec4(0.0f, -1.0f, 5.0f, 1.0f));
     view.begin(*camera);
-    view.add(*square);
+    view.add(square);
     view.end();
     const Picture picture = picture_of(view);
     EXPECT_GT(pixel_at(picture, 4, 1)[0], 100);
@@ -125,9 +125,9 @@ TEST_P(ViewTest, reads_the_upper_row_first) {
 TEST_P(ViewTest, smooths_edges_with_samples) {
     const auto shades = [this](int samples) {
         View view(64, 64, options(samples));
-        const auto square = orvex::kit::Model::load(write_square(folder), view.renderer());
+        orvex::kit::Model square(write_square(folder));
         view.set_background({0.0f, 0.0f, 0.0f, 0.0f});
-        view.draw(*square, {30.0f, 25.0f});
+        view.draw(square, {30.0f, 25.0f});
         const Picture picture = picture_of(view);
         int between = 0;
         for (int y = 0; y < 64; ++y)

@@ -27,7 +27,7 @@ TEST(OrvexRenderInfo, tells_what_a_model_holds) {
           "  right: vertices 6, faces 2\n", "\nvertices: 9\n", "\nfaces: 3\n", "\nmaterials: 2\n",
           "  red: diffuse 1 0 0, ", "opacity 0.5, textures 0\n",
           "  blue: diffuse 0 0 1, specular 0.1 0.2 0.3, ", "\ntextures found: 0\n",
-          "\ntextures missing: 1\n  none.png\n"})
+          "\ntextures missing: 1\n  none.png: it isn't there\n"})
         EXPECT_TRUE(has(outcome.out, line)) << line << "in\n" << outcome.out;
 }
 

@@ -9,7 +9,6 @@
 #include <cstdio>
 #include <memory>
 
-#include <orvex/kernel/aux.h>
 #include <orvex/kernel/core.h>
 #include <orvex/renderer/render_window.h>
 #include <orvex/renderer/renderer.h>
@@ -43,13 +42,6 @@ ExitCode print(const std::string& text) {
     if (std::fputs(text.c_str(), stdout) < 0 || std::fflush(stdout) != 0)
         return fail("can't write to standard output");
     return EXIT_FINE;
-}
-
-/// To be asked right after the load, of which the engine keeps the reason.
-std::string unreadable(const std::string& path) {
-    const std::string reason = aux::get_load_failure_reason();
-    return path + ": no loader can read it as a model (" ORVEX_RENDER_FORMATS ")" +
-           (reason.empty() ? "" : ": " + reason);
 }
 
 /// Why the model's file can't be read; empty if it can.
@@ -104,8 +96,8 @@ ExitCode tell_of_model(const Options& options) {
     if (!mistake.empty())
         return fail(mistake);
     const Engine engine(engine_options());
-    const std::unique_ptr<kit::Model> scene = kit::Model::load(options.model, nullptr);
-    return scene ? print(report_of_model(options.model, *scene)) : fail(unreadable(options.model));
+    const kit::Model scene(options.model);
+    return scene ? print(report_of_model(options.model, scene)) : fail(scene.reason());
 }
 
 ExitCode tell_of_context(const Options& options) {
@@ -138,7 +130,7 @@ private:
     View view;
     Program model_program;
     Program text_program;
-    std::unique_ptr<kit::Model> scene;
+    kit::Model scene;
     std::unique_ptr<TextOverlay> overlay;
     UpAxis up = UpAxis::y; ///< of the model
     std::vector<std::string> outputs;
@@ -175,26 +167,16 @@ std::string Painter::prepare() {
     return "";
 }
 
-/// Tells of a texture that the picture lacks.
-void warn_of(const TextureFile& file) {
-    tell_warning("texture " + file.path +
-                 (mistake_in_reading(file.path).empty() ? " is no picture that can be decoded"
-                                                        : " is missing or can't be read"));
-}
-
 std::string Painter::prepare_scene() {
     model_program = Program::from_text(view, model_shader(options.gl3), "orvex-render model");
     if (!model_program)
         return model_program.reason();
-    scene = kit::Model::load(options.model, view.renderer());
-    if (!scene)
-        return unreadable(options.model);
-    for (const TextureFile& file : scene->texture_files())
-        if (!file.texture)
-            warn_of(file);
-    up = options.up == UpAxis::automatic ? scene->up_axis() : options.up;
-    scene->use_program(model_program.gpu(), options.gl3, options.normals);
-    return "";
+    scene = kit::Model(options.model, {options.normals});
+    for (const ModelTexture& texture : scene.textures())
+        if (!texture.reason.empty())
+            tell_warning("texture " + texture.name + ": " + texture.reason);
+    up = options.up == UpAxis::automatic ? scene.up_axis() : options.up;
+    return scene.reason();
 }
 
 std::string Painter::prepare_text() {
@@ -209,7 +191,7 @@ std::string Painter::prepare_text() {
 
 /// The first of the names that is a file from which the picture is made; empty without one.
 std::string Painter::input_among(const std::vector<std::string>& names) const {
-    std::vector<std::string> inputs = scene->files();
+    std::vector<std::string> inputs = scene.files();
     if (overlay)
         for (const std::string& file : overlay->files())
             inputs.push_back(file);
@@ -248,8 +230,8 @@ Lens Painter::lens() const {
 Aim Painter::aim() const {
     const Angle first = angle_of(0);
     Aim one = options.turntable == 0
-                  ? tight_aim(scene->extent(), first, lens())
-                  : turning_aim(scene->extent(), first, lens(), std::min(options.turntable, 36));
+                  ? tight_aim(scene.extent(), first, lens())
+                  : turning_aim(scene.extent(), first, lens(), std::min(options.turntable, 36));
     one.distance *= options.distance;
     return one;
 }
@@ -257,8 +239,8 @@ Aim Painter::aim() const {
 void Painter::draw(const Angle& angle, const Aim& aim) {
     view.renderer()->rasterizer_set_polygon_mode(
         POLYGON_FACE_FRONT_AND_BACK, options.wireframe ? POLYGON_MODE_LINE : POLYGON_MODE_FILL);
-    view.begin(aimed(scene->extent(), angle, lens(), aim));
-    scene->draw(angle);
+    view.begin(aimed(scene.extent(), angle, lens(), aim));
+    scene.draw(*view.renderer(), *model_program.gpu(), view.path(), angle);
     view.end();
 }
 

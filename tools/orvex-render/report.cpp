@@ -2,15 +2,13 @@
 
 #include "report.h"
 
+#include <algorithm>
 #include <cstdarg>
+#include <cstddef>
 #include <cstdio>
 
-#include <orvex/assets/materials/material.h>
-#include <orvex/assets/textures/texture.h>
-#include <orvex/geometry/mesh/mesh.h>
 #include <orvex/renderer/render_window.h>
 #include <orvex/renderer/renderer.h>
-#include <orvex_kit/files.h>
 #include <orvex_kit/model.h>
 
 using namespace orvex;
@@ -37,41 +35,33 @@ const char* text_or_nothing(const char* text) {
     return text ? text : "";
 }
 
-/// Whether a texture's file is there, though no texture came of it.
-bool is_no_picture(const TextureFile& file) {
-    return !file.texture && mistake_in_reading(file.path).empty();
+bool is_found(const ModelTexture& texture) {
+    return texture.reason.empty();
 }
 
-unsigned long num_missing(const std::vector<TextureFile>& files) {
-    unsigned long count = 0;
-    for (const TextureFile& file : files)
-        count += file.texture ? 0 : 1;
-    return count;
-}
-
-std::string report_of_material(Material& material) {
-    const vec4& diffuse = material.get_diffuse();
-    const vec4& specular = material.get_specular();
+std::string report_of_material(const ModelMaterial& material,
+                               const std::vector<ModelTexture>& textures) {
+    const vec4& diffuse = material.diffuse;
+    const vec4& specular = material.specular;
+    const auto found = std::count_if(material.textures.begin(), material.textures.end(),
+                                     [&](std::size_t i) { return is_found(textures[i]); });
     return text_of("  %s: diffuse %.3g %.3g %.3g, specular %.3g %.3g %.3g, shininess %.3g, "
-                   "opacity %.3g, textures %lu\n",
-                   text_or_nothing(material.get_name()), double(diffuse.x), double(diffuse.y),
-                   double(diffuse.z), double(specular.x), double(specular.y), double(specular.z),
-                   double(material.get_shininess()), double(material.get_opacity()),
-                   material.get_num_textures());
+                   "opacity %.3g, textures %td\n",
+                   material.name.c_str(), double(diffuse.x), double(diffuse.y), double(diffuse.z),
+                   double(specular.x), double(specular.y), double(specular.z),
+                   double(material.shininess), double(material.opacity), found);
 }
 
-std::string report_of_textures(const std::vector<TextureFile>& files) {
-    const unsigned long missing = num_missing(files);
-    std::string text = text_of("textures found: %lu\n", files.size() - missing);
-    for (const TextureFile& file : files)
-        if (file.texture)
-            text += text_of("  %s: %lux%lu\n", file.path.c_str(), file.texture->get_width(),
-                            file.texture->get_height());
-    text += text_of("textures missing: %lu\n", missing);
-    for (const TextureFile& file : files)
-        if (!file.texture)
-            text += "  " + file.path +
-                    (is_no_picture(file) ? ": no picture that can be decoded\n" : "\n");
+std::string report_of_textures(const std::vector<ModelTexture>& textures) {
+    const auto found = std::count_if(textures.begin(), textures.end(), is_found);
+    std::string text = text_of("textures found: %td\n", found);
+    for (const ModelTexture& texture : textures)
+        if (is_found(texture))
+            text += text_of("  %s: %dx%d\n", texture.path.c_str(), texture.width, texture.height);
+    text += text_of("textures missing: %td\n", std::ptrdiff_t(textures.size()) - found);
+    for (const ModelTexture& texture : textures)
+        if (!is_found(texture))
+            text += "  " + texture.name + ": " + texture.reason + "\n";
     return text;
 }
 
@@ -79,15 +69,18 @@ std::string report_of_textures(const std::vector<TextureFile>& files) {
 
 std::string report_of_model(const std::string& path, const kit::Model& scene) {
     std::string text = "model: " + path + "\n";
-    text += text_of("meshes: %zu\n", scene.all_meshes().size());
-    for (Mesh* mesh : scene.all_meshes())
-        text += text_of("  %s: vertices %lu, faces %lu\n", text_or_nothing(mesh->get_name()),
-                        mesh->get_num_vertices(nullptr), mesh->get_num_faces(nullptr));
-    text += text_of("vertices: %lu\nfaces: %lu\n", scene.num_vertices(), scene.num_faces());
-    text += text_of("materials: %zu\n", scene.all_materials().size());
-    for (Material* material : scene.all_materials())
-        text += report_of_material(*material);
-    return text + report_of_textures(scene.texture_files());
+    text += text_of("meshes: %zu\n", scene.meshes().size());
+    for (const ModelMesh& mesh : scene.meshes())
+        text += text_of("  %s: vertices %zu, faces %zu\n", mesh.name.c_str(), mesh.num_vertices,
+                        mesh.num_faces);
+    text += text_of("vertices: %zu\nfaces: %zu\n", scene.num_vertices(), scene.num_faces());
+    text += text_of("materials: %zu\n", scene.materials().size());
+    for (const ModelMaterial& material : scene.materials())
+        text += report_of_material(material, scene.textures());
+    text += report_of_textures(scene.textures());
+    for (const std::string& note : scene.notes())
+        text += "note: " + note + "\n";
+    return text;
 }
 
 namespace {

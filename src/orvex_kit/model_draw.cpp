@@ -1,0 +1,116 @@
+// A model on its way to the GPU: textures once, then the runs of faces, each with its material.
+
+#include <orvex/assets/materials/material.h>
+#include <orvex/assets/textures/texture.h>
+#include <orvex/assets/textures/texture_mgr.h>
+#include <orvex/base/plugin_mgr.h>
+#include <orvex/geometry/mesh/mesh.h>
+#include <orvex/geometry/mesh/model.h>
+#include <orvex/gpu/gpu_program.h>
+#include <orvex/renderer/records/mesh_data.h>
+#include <orvex/renderer/renderer.h>
+
+#include "orvex_kit/private/model_data.h"
+
+namespace orvex::kit {
+
+/// The renderer that drew it last, or else the one of the view that is current.
+Renderer* Model::Data::living_renderer() const {
+    const bool lives =
+        last_renderer && PluginMgr::get()->get_plugin(last_renderer_id) == last_renderer;
+    return lives ? static_cast<Renderer*>(last_renderer) : current_renderer();
+}
+
+/// To one context; the engine itself brings them to others.
+void Model::Data::upload(Renderer& renderer) {
+    is_uploaded = true;
+    for (Texture* texture : uploads)
+        TextureMgr::get()->upload_to_renderer(&renderer, texture, 0);
+}
+
+namespace {
+
+void set_lights(GpuProgram& program, const Axes& axes) {
+    struct Light {
+        const char* name;
+        float right, up, toward;
+    };
+    constexpr Light lights[] = {
+        {"to_sun", -0.79f, 0.62f, 0.75f}, {"to_fill", 0.81f, 0.08f, 0.59f}, {"to_sky", 0, 1, 0}};
+    for (const Light& light : lights) {
+        const vec4 to = axes.right * light.right + axes.up * light.up + axes.toward * light.toward;
+        program.set_uniform_4f(nullptr, light.name, to.x, to.y, to.z, 0.0f);
+    }
+}
+
+/// What is blended shows what is behind it, which stays in the depth buffer.
+void begin_blending(Renderer& renderer) {
+    renderer.set_blend_factors(BLEND_FACTOR_SRC_ALPHA, BLEND_FACTOR_ONE_MINUS_SRC_ALPHA);
+    renderer.set_blend_state(true);
+    renderer.set_depth_buffer_writing_state(false);
+}
+
+void end_blending(Renderer& renderer) {
+    renderer.set_blend_state(false);
+    renderer.set_depth_buffer_writing_state(true);
+}
+
+} // namespace
+
+void Model::Data::draw(Renderer& renderer, GpuProgram& program, Path path, const Angle& lit_from) {
+    last_renderer = &renderer;
+    last_renderer_id = renderer.get_id();
+    if (!is_uploaded)
+        upload(renderer);
+    for (Mesh* mesh : meshes)
+        mesh->set_opengl_2_3_rendering_states(path == Path::gl2, nullptr);
+    set_lights(program, axes_of({lit_from.azimuth, 0.0f, lit_from.up}));
+    program.set_uniform_1f(nullptr, "faceted", is_faceted ? 1.0f : 0.0f);
+    end_blending(renderer);
+    bool is_blending = false;
+    for (const FaceRun& run : facts.runs) {
+        if (run.is_blended && !is_blending)
+            begin_blending(renderer);
+        is_blending = run.is_blended;
+        draw_run(renderer, program, run);
+    }
+    if (is_blending)
+        end_blending(renderer);
+}
+
+void Model::Data::draw_run(Renderer& renderer, GpuProgram& program, const FaceRun& run) {
+    Mesh& mesh = *meshes[run.mesh];
+    Material* const material =
+        run.material < 0 ? nullptr : materials[static_cast<std::size_t>(run.material)];
+    set_material(program, material);
+    program.bind(&renderer);
+    if (material)
+        material->bind_textures(&renderer);
+    mesh.render_apply_automatic_uniforms(&renderer, renderer.gpu_program_get_active_program(),
+                                         mesh.get_use_fixed_mvp_matrices_state());
+    MaterialSubset subset;
+    subset.first_face = static_cast<unsigned>(run.first_face);
+    subset.last_face = static_cast<unsigned>(run.first_face + run.num_faces - 1);
+    MeshData* const store = mesh.get_mesh_data();
+    store->current_subset = &subset;
+    mesh.render_geometry(&renderer);
+    store->current_subset = nullptr;
+    program.unbind(&renderer);
+    if (material)
+        material->unbind_textures(&renderer);
+}
+
+void Model::Data::set_material(GpuProgram& program, const Material* material) const {
+    const vec4 diffuse = material ? material->get_diffuse() : vec4(0.7f, 0.7f, 0.8f, 1.0f);
+    const vec4 specular = material ? material->get_specular() : vec4(0.2f, 0.2f, 0.2f, 1.0f);
+    const float opacity = material ? material->get_opacity() : 1.0f;
+    const float shininess = material ? material->get_shininess() : 16.0f;
+    const bool textured = material && material->get_num_textures() > 0;
+    program.set_uniform_4f(nullptr, "diffuse_color", diffuse.x, diffuse.y, diffuse.z, opacity);
+    program.set_uniform_4f(nullptr, "specular_color", specular.x, specular.y, specular.z,
+                           shininess);
+    program.set_uniform_1f(nullptr, "textured", textured ? 1.0f : 0.0f);
+    program.set_uniform_1i(nullptr, "diffuse_map", 0);
+}
+
+} // namespace orvex::kit

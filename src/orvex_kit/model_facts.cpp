@@ -1,0 +1,157 @@
+// What is told of a model: looked at once, right after its load.
+
+#include <algorithm>
+#include <cmath>
+#include <unordered_map>
+#include <unordered_set>
+
+#include <orvex/assets/materials/material.h>
+#include <orvex/geometry/mesh/mesh.h>
+#include <orvex/geometry/mesh/model.h>
+#include <orvex/math/mat4.h>
+#include <orvex/renderer/records/mesh_data.h>
+
+#include "orvex_kit/private/model_data.h"
+
+namespace orvex::kit {
+
+bool place_of_vertex(const Mesh& mesh, unsigned long vertex, const mat4& transform, vec4& place) {
+    place = transform * mesh.get_vertex_position(vertex);
+    return std::isfinite(place.x) && std::isfinite(place.y) && std::isfinite(place.z);
+}
+
+void Model::Data::gather(Node& node) {
+    for (unsigned long i = 0; i < node.get_num_children(); ++i) {
+        Node* const child = node.get_child(i);
+        if (!child)
+            continue;
+        // A mesh that has lost its geometry is none.
+        if (auto* const mesh = dynamic_cast<Mesh*>(child); mesh && mesh->get_mesh_data())
+            meshes.push_back(mesh);
+        gather(*child);
+    }
+}
+
+namespace {
+
+std::string text_or_nothing(const char* text) {
+    return text ? text : "";
+}
+
+ModelMaterial told(const Material& material) {
+    return {text_or_nothing(material.get_name()),
+            material.get_ambient(),
+            material.get_diffuse(),
+            material.get_specular(),
+            material.get_shininess(),
+            material.get_opacity(),
+            {}};
+}
+
+} // namespace
+
+/// Those of the model first. A mesh may know more, as it does where a face of a 3DS file has none.
+void Model::Data::gather_materials() {
+    std::unordered_set<const Material*> known;
+    const auto add_those_of = [&](const Object& object) {
+        for (unsigned long i = 0; i < object.get_num_materials(); ++i)
+            if (Material* const material = object.get_material_by_index(i);
+                known.insert(material).second)
+                materials.push_back(material);
+    };
+    add_those_of(*loaded.model);
+    for (const Mesh* mesh : meshes)
+        add_those_of(*mesh);
+    for (const Material* material : materials)
+        facts.materials.push_back(told(*material));
+}
+
+void Model::Data::add_runs() {
+    std::unordered_map<const Material*, int> places;
+    for (const Material* material : materials)
+        places.emplace(material, static_cast<int>(places.size()));
+    for (std::size_t mesh = 0; mesh < meshes.size(); ++mesh) {
+        const MeshData& store = *meshes[mesh]->get_mesh_data();
+        for (std::size_t first = 0, next = 0; first < store.num_faces; first = next) {
+            const int id = store.face_materials[first];
+            for (next = first + 1; next < store.num_faces && store.face_materials[next] == id;)
+                ++next;
+            const auto place = places.find(meshes[mesh]->get_material(id));
+            const int material = place == places.end() ? -1 : place->second;
+            const bool is_opaque =
+                material < 0 || materials[static_cast<std::size_t>(material)]->get_opacity() >= 1;
+            facts.runs.push_back({mesh, material, first, next - first, !is_opaque});
+        }
+    }
+    std::stable_partition(facts.runs.begin(), facts.runs.end(),
+                          [](const FaceRun& run) { return !run.is_blended; });
+}
+
+// ------------------------------------------------------------------------------- places
+
+namespace {
+
+void add(Bounds& bounds, const vec4& place) {
+    if (bounds.is_empty)
+        bounds = {vec3(place.x, place.y, place.z), vec3(place.x, place.y, place.z), false};
+    bounds.min.set(std::min(bounds.min.x, place.x), std::min(bounds.min.y, place.y),
+                   std::min(bounds.min.z, place.z));
+    bounds.max.set(std::max(bounds.max.x, place.x), std::max(bounds.max.y, place.y),
+                   std::max(bounds.max.z, place.z));
+}
+
+/// Halves before the sum, which might be too large otherwise.
+vec4 middle_of(const Bounds& box) {
+    return vec4(box.min.x / 2 + box.max.x / 2, box.min.y / 2 + box.max.y / 2,
+                box.min.z / 2 + box.max.z / 2, 1.0f);
+}
+
+/// Calls `use` for each vertex of a mesh that has a place.
+template<class Use>
+void for_each_place(Mesh& mesh, Use use) {
+    const mat4 transform = mesh.get_absolute_transform();
+    vec4 place;
+    for (unsigned long i = 0; i < mesh.get_mesh_data()->num_vertices; ++i)
+        if (place_of_vertex(mesh, i, transform, place))
+            use(place);
+}
+
+} // namespace
+
+void Model::Data::tell_of_meshes() {
+    for (Mesh* mesh : meshes) {
+        const MeshData& store = *mesh->get_mesh_data();
+        ModelMesh one{text_or_nothing(mesh->get_name()), store.num_vertices, store.num_faces, {}};
+        for_each_place(*mesh, [&](const vec4& place) {
+            add(one.bounds, place);
+            add(facts.bounds, place);
+        });
+        facts.num_vertices += one.num_vertices;
+        facts.num_faces += one.num_faces;
+        facts.num_points += one.num_faces == 0 ? one.num_vertices : 0;
+        facts.meshes.push_back(std::move(one));
+    }
+    facts.notes = notes_about(meshes, facts);
+}
+
+void Model::Data::measure() {
+    Extent extent;
+    Bounds box;
+    for (Mesh* mesh : meshes)
+        for_each_place(*mesh, [&](const vec4& place) {
+            extent.points.push_back(place);
+            add(box, place);
+        });
+    extent.middle = middle_of(box);
+    facts.extent = std::move(extent);
+}
+
+void Model::Data::stand_up() {
+    if (facts.up != UpAxis::minus_z)
+        return;
+    loaded.model->set_orientation_euler_xyz(90.0f, 0.0f, 0.0f);
+    facts.up = UpAxis::y;
+    measure();
+}
+
+} // namespace orvex::kit

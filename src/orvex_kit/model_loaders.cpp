@@ -1,0 +1,182 @@
+// Every loader is asked as the engine would ask it. Materials are found by their names when loaders
+// make them: so the managers are emptied before, and get back their own after.
+
+#include "orvex_kit/private/model_loaders.h"
+
+#include <algorithm>
+#include <exception>
+#include <new>
+#include <utility>
+
+#include <orvex/assets/materials/material_mgr.h>
+#include <orvex/assets/textures/texture_mgr.h>
+#include <orvex/base/loader_3d.h>
+#include <orvex/base/plugin_mgr.h>
+
+#include "orvex_kit/files.h"
+#include "orvex_kit/model.h"
+
+namespace orvex::kit {
+
+const char* const loader_of_3ds = "orvex_plugin_core_lib3ds";
+
+void EndNode::operator()(orvex::Node* node) const {
+    node->release(nullptr, nullptr);
+}
+
+namespace {
+
+using Resources = std::vector<NodeHold<Resource>>;
+
+Resource* last_of(const ResourceMgr& manager) {
+    return manager.get_resource_by_index(manager.get_num_resources() - 1);
+}
+
+/// Takes what came last out of a manager, down to a number that stays.
+Resources take_out(ResourceMgr& manager, unsigned long stay = 0) {
+    Resources taken(manager.get_num_resources() - stay);
+    for (std::size_t i = taken.size(); i-- > 0;) {
+        taken[i].reset(last_of(manager));
+        taken[i]->add_ref();
+        manager.remove_resource(nullptr, taken[i].get());
+    }
+    return taken;
+}
+
+/// Gives back what came last, down to a number that stays.
+void drop(ResourceMgr& manager, unsigned long stay) {
+    while (manager.get_num_resources() > stay)
+        manager.remove_resource(nullptr, last_of(manager));
+}
+
+/// Keeps the materials of others away while it lives. What nobody took of what came meanwhile ends
+/// with it.
+class OthersAside {
+public:
+    OthersAside()
+        : materials(take_out(*MaterialMgr::get()))
+        , num_textures(TextureMgr::get()->get_num_resources()) {}
+    ~OthersAside() {
+        drop(*MaterialMgr::get(), 0);
+        drop(*TextureMgr::get(), num_textures);
+        // Finds no end of memory: the manager had room for them.
+        for (const NodeHold<Resource>& material : materials)
+            MaterialMgr::get()->add_resource(material.get());
+    }
+    OthersAside(const OthersAside&) = delete;
+    OthersAside& operator=(const OthersAside&) = delete;
+
+    static Resources new_materials() { return take_out(*MaterialMgr::get()); }
+    Resources new_textures() const { return take_out(*TextureMgr::get(), num_textures); }
+
+private:
+    Resources materials;
+    unsigned long num_textures;
+};
+
+std::vector<Loader3D*> all_loaders() {
+    std::vector<Loader3D*> loaders;
+    const PluginMgr& plugins = *PluginMgr::get();
+    for (unsigned long i = 0; i < plugins.get_num_plugins_by_type(PLUGIN_TYPE_LOADER_3D); ++i)
+        if (auto* const loader =
+                dynamic_cast<Loader3D*>(plugins.get_plugin_by_type(PLUGIN_TYPE_LOADER_3D, i)))
+            loaders.push_back(loader);
+    return loaders;
+}
+
+/// Offers the file to a loader. Nothing that it throws gets past here but the end of memory.
+/// @return whether it was read; else `reason` has why
+bool read_by(Loader3D& loader, orvex::Model& model, const std::string& path, std::string& reason) {
+    // The loaders put the folder right before each name, with nothing between them.
+    const std::string folder = folder_of(path);
+    loader.set_model_dir(folder.c_str());
+    loader.set_resource_dir(folder.c_str());
+    loader.clear_failure_reason();
+    try {
+        if (loader.load_from_file(&model, path.c_str() + folder.size()))
+            return true;
+        reason = loader.get_failure_reason();
+    } catch (const std::bad_alloc&) {
+        throw;
+    } catch (...) {
+        reason = "the loader threw an exception";
+    }
+    return false;
+}
+
+/// Asks one loader, and keeps what it read. Nothing of a refusal is left.
+/// @return whether it read the file; else `reason` has why not
+bool ask(Loader3D& loader, const std::string& path, LoadedModel& loaded, std::string& reason) {
+    const OthersAside aside;
+    NodeHold<orvex::Model> model(new orvex::Model);
+    if (!read_by(loader, *model, path, reason))
+        return false;
+    loaded.materials = OthersAside::new_materials();
+    loaded.textures = aside.new_textures();
+    loaded.model = std::move(model);
+    loaded.loader = loader.get_name();
+    return true;
+}
+
+/// The reason of the loader whose format the file has, or else those of all.
+void add_reason(LoadedModel& loaded, const Loader3D& loader, const std::string& reason,
+                bool& is_final) {
+    if (is_final || reason.empty())
+        return;
+    is_final = loader.get_format_known_state();
+    loaded.reason = is_final || loaded.reason.empty() ? reason : loaded.reason + "; " + reason;
+}
+
+} // namespace
+
+LoadedModel load_model(const std::string& path, const std::string& name) {
+    LoadedModel loaded;
+    std::string reason;
+    bool is_asked = false, is_final = false;
+    for (Loader3D* const loader : all_loaders()) {
+        if (!name.empty() && name != loader->get_name())
+            continue;
+        is_asked = true;
+        if (ask(*loader, path, loaded, reason)) {
+            loaded.reason.clear();
+            return loaded;
+        }
+        add_reason(loaded, *loader, reason, is_final);
+    }
+    if (!is_asked && !name.empty())
+        loaded.reason = "no loader is called " + name;
+    return loaded;
+}
+
+namespace {
+
+/// The formats of the engine's own loaders. Others go by their names.
+struct OwnFormat {
+    const char* loader;
+    const char* format;
+};
+constexpr OwnFormat own_formats[] = {{"orvex_plugin_core_obj", "OBJ"},
+                                     {"orvex_plugin_core_lib3ds", "3DS"}};
+
+} // namespace
+
+std::string readable_formats() {
+    std::string formats;
+    const auto add = [&formats](const std::string& format) {
+        formats += (formats.empty() ? "" : ", ") + format;
+    };
+    std::vector<std::string> names;
+    for (const Loader3D* const loader : all_loaders())
+        names.emplace_back(loader->get_name());
+    for (const OwnFormat& own : own_formats)
+        if (const auto name = std::find(names.begin(), names.end(), own.loader);
+            name != names.end()) {
+            add(own.format);
+            names.erase(name);
+        }
+    for (const std::string& name : names)
+        add(name);
+    return formats;
+}
+
+} // namespace orvex::kit

@@ -1,0 +1,93 @@
+#pragma once
+
+/// @file
+/// What a `Model` is behind its public face.
+
+#include <map>
+#include <string>
+#include <vector>
+
+#include <orvex/fwd.h>
+
+#include "orvex_kit/model.h"
+#include "orvex_kit/private/engine_parts.h"
+#include "orvex_kit/private/model_loaders.h"
+
+namespace orvex::kit {
+
+/// All that is told of a model, as its file has it.
+struct ModelFacts {
+    std::vector<ModelMesh> meshes;
+    std::vector<ModelMaterial> materials;
+    std::vector<ModelTexture> textures;
+    std::vector<FaceRun> runs; ///< opaque ones first
+    Bounds bounds;
+    std::size_t num_vertices = 0;
+    std::size_t num_faces = 0;
+    std::size_t num_points = 0;
+    std::vector<std::string> notes;
+    UpAxis file_up = UpAxis::y;
+    UpAxis up = UpAxis::y;
+    Extent extent;
+};
+
+/// The model, from its load to its end or that of the engine.
+///
+/// It draws the meshes itself, face run by face run: a model in the engine draws its children
+/// twice, a scene renderer passes over meshes right under its start node, and a mesh drawn as a
+/// whole binds its first material only.
+class Model::Data : public EnginePart {
+public:
+    Data(const std::string& path, const ModelOptions& options);
+    ~Data() override;
+    void close() override;
+
+    void draw(orvex::Renderer& renderer, orvex::GpuProgram& program, Path path,
+              const Angle& lit_from);
+    void stand_up();
+
+    std::string path;
+    std::string reason;
+    LoadedModel loaded;
+    ModelFacts facts;
+
+private:
+    std::vector<orvex::Mesh*> meshes;        ///< one a place, as `facts.meshes`
+    std::vector<orvex::Material*> materials; ///< as `facts.materials`
+    std::vector<orvex::Texture*> decoded;    ///< as `facts.textures`; null for what is missing
+    std::vector<orvex::Texture*> uploads;    ///< what goes to the GPU, each once
+    std::map<std::string, std::size_t> texture_places; ///< in `facts.textures`, by path
+    bool is_faceted = false;
+    bool is_uploaded = false;
+    orvex::Plugin* last_renderer = nullptr; ///< that drew it; it may have ended since
+    int last_renderer_id = 0;
+
+    void gather(orvex::Node& node);
+    void gather_materials();
+    void add_runs();
+    void measure();
+    void tell_of_meshes();
+    void load_textures(bool allow_outside);
+    void load_textures_of(std::size_t material, bool allow_outside);
+    orvex::Texture* texture_from(const std::string& name, bool allow_outside, std::size_t& place);
+    orvex::Texture* decode(ModelTexture& texture);
+    void take_normals(Normals normals);
+    void smooth_normals();
+    bool is_angular() const;
+
+    orvex::Renderer* living_renderer() const;
+    void upload(orvex::Renderer& renderer);
+    void draw_run(orvex::Renderer& renderer, orvex::GpuProgram& program, const FaceRun& run);
+    void set_material(orvex::GpuProgram& program, const orvex::Material* material) const;
+};
+
+/// The place of a vertex under a transform, as it is drawn.
+/// @return whether it is made of finite numbers
+bool place_of_vertex(const orvex::Mesh& mesh, unsigned long vertex, const orvex::mat4& transform,
+                     orvex::vec4& place);
+
+/// What is odd about meshes that stand in the model's own space.
+std::vector<std::string> notes_about(const std::vector<orvex::Mesh*>& meshes,
+                                     const ModelFacts& facts);
+
+} // namespace orvex::kit

@@ -1,0 +1,218 @@
+// Models on their way to pixels, on both paths.
+
+#include <memory>
+#include <string>
+
+#include <gtest/gtest.h>
+
+#include <orvex/gpu/gpu_program.h>
+#include <orvex/gpu/gpu_program_mgr.h>
+#include <orvex/kernel/kernel.h>
+#include <orvex/renderer/render_window.h>
+#include <orvex/renderer/renderer.h>
+#include <orvex/scene/camera.h>
+
+#include "orvex_kit/engine.h"
+#include "orvex_kit/look.h"
+#include "orvex_kit/model.h"
+#include "orvex_kit/ref.h"
+#include "tests/support/gl_context.h"
+#include "tests/support/picture.h"
+#include "tests/support/temp_dir.h"
+
+namespace orvex_test {
+
+namespace {
+
+using orvex::GpuProgram;
+using orvex::GpuProgramMgr;
+using orvex::kit::Engine;
+using orvex::kit::Model;
+using orvex::kit::Path;
+
+constexpr int width = 96;
+constexpr int height = 72;
+const std::string sample = ORVEX_EXAMPLE_DATA "/lighthouse.obj";
+
+/// An off-screen window with a renderer of its own.
+class Window {
+public:
+    explicit Window(Path path)
+        : path(path) {
+        renderer = orvex::Kernel::get()->load_core_opengl_renderer_plugin(true);
+        renderer->initialize();
+        window = renderer->create_render_window();
+        orvex::RenderWindow_ExtraData request;
+        request.gl_major = path == Path::gl3 ? 3 : 2;
+        request.gl_minor = path == Path::gl3 ? 2 : 1;
+        request.depth_bits = 24;
+        EXPECT_TRUE(window->initialize(nullptr, nullptr, width, height, "Off", nullptr, &request));
+        EXPECT_TRUE(renderer->start());
+    }
+    ~Window() {
+        window->apply_context(true);
+        GpuProgramMgr::get()->release_all_resources(renderer, nullptr);
+        renderer->stop();
+        renderer->kill_all_render_windows();
+    }
+    Window(const Window&) = delete;
+    Window& operator=(const Window&) = delete;
+
+    GpuProgram& compile(const std::string& text) {
+        GpuProgram* const program = GpuProgramMgr::get()->create_gpu_program_from_memory(
+            renderer, text.c_str(), text.size(), "program");
+        EXPECT_TRUE(program->is_valid()) << program->get_shader_error_messages();
+        return *program;
+    }
+    GpuProgram& lit() { return compile(orvex::kit::model_shader(path == Path::gl3)); }
+
+    /// What a model looks like here, as a whole.
+    Picture picture_of(Model& model, GpuProgram& program) {
+        window->apply_context(true);
+        const auto camera = orvex::kit::make<orvex::Camera>();
+        orvex::kit::see_all(model.extent(), {}, {width, height}).apply(*camera, width, height);
+        camera->bind(renderer, true, true, true, true, path == Path::gl2);
+        renderer->clear_color_depth_buffers(0.2f, 0.2f, 0.2f, 1.0f, 1.0f);
+        model.draw(*renderer, program, path);
+        EXPECT_NO_GL_ERROR();
+        return read_frame(width, height);
+    }
+
+    orvex::Renderer* renderer = nullptr;
+
+private:
+    Path path;
+    orvex::RenderWindow* window = nullptr;
+};
+
+/// Whether every pixel has one colour.
+bool is_blank(const Picture& picture) {
+    for (std::size_t i = 4; i < picture.pixels.size(); ++i)
+        if (picture.pixels[i] != picture.pixels[i - 4])
+            return false;
+    return true;
+}
+
+/// Of a channel.
+unsigned long sum_of(const Picture& picture, std::size_t channel) {
+    unsigned long sum = 0;
+    for (std::size_t i = channel; i < picture.pixels.size(); i += 4)
+        sum += picture.pixels[i];
+    return sum;
+}
+
+class ModelDrawTest : public testing::TestWithParam<Path> {
+protected:
+    const Engine engine{{{}, "", false, false}};
+};
+INSTANTIATE_TEST_SUITE_P(Paths, ModelDrawTest, testing::Values(Path::gl3, Path::gl2),
+                         [](const auto& row) { return row.param == Path::gl3 ? "gl3" : "gl2"; });
+
+TEST_P(ModelDrawTest, draws_the_same_in_one_renderer_after_the_other) {
+    Model model(sample);
+    ASSERT_TRUE(model) << model.reason();
+    Picture first;
+    {
+        Window window(GetParam());
+        GpuProgram& lit = window.lit();
+        first = window.picture_of(model, lit);
+        EXPECT_FALSE(is_blank(first));
+        EXPECT_TRUE(window.picture_of(model, lit) == first);
+    }
+    Window second(GetParam());
+    EXPECT_TRUE(second.picture_of(model, second.lit()) == first);
+}
+
+TEST_P(ModelDrawTest, draws_the_same_in_two_renderers_in_turns) {
+    Model model(sample);
+    Window one(GetParam());
+    GpuProgram& lit_of_one = one.lit();
+    const Picture first = one.picture_of(model, lit_of_one);
+    Window two(GetParam());
+    GpuProgram& lit_of_two = two.lit();
+    for (int turn = 0; turn < 2; ++turn) {
+        EXPECT_TRUE(two.picture_of(model, lit_of_two) == first) << turn;
+        EXPECT_TRUE(one.picture_of(model, lit_of_one) == first) << turn;
+    }
+}
+
+TEST_P(ModelDrawTest, draws_each_of_several_with_what_is_its_own) {
+    const TempDir folder;
+    const auto load = [&folder](const char* color) {
+        folder.write("m.mtl", std::string("newmtl paint\nKd ") + color + "\n");
+        return Model(folder.write("m.obj", "mtllib m.mtl\nv 0 0 0\nv 1 0 0\nv 0 1 0\n"
+                                           "usemtl paint\nf 1 2 3\n"));
+    };
+    Model red = load("1 0 0");
+    Model blue = load("0 0 1");
+    Window window(GetParam());
+    GpuProgram& lit = window.lit();
+    const Picture of_red = window.picture_of(red, lit);
+    const Picture of_blue = window.picture_of(blue, lit);
+    EXPECT_FALSE(of_red == of_blue);
+    red = {};
+    EXPECT_TRUE(window.picture_of(blue, lit) == of_blue);
+    EXPECT_GT(sum_of(of_red, 0), sum_of(of_red, 2));
+    EXPECT_GT(sum_of(of_blue, 2), sum_of(of_blue, 0));
+}
+
+TEST_P(ModelDrawTest, draws_with_programs_that_lack_its_uniforms) {
+    Model model(sample);
+    Window window(GetParam());
+    GpuProgram& plain = window.compile(orvex::kit::program_text(
+        GetParam() == Path::gl3,
+        "uniform mat4 orvex_ModelViewProjectionMatrix;\n"
+        "void main() { gl_Position = orvex_ModelViewProjectionMatrix * POSITION; }\n",
+        "void main() { COLOR = vec4(1.0, 0.5, 0.0, 1.0); }\n"));
+    GpuProgram& lit = window.lit();
+    const Picture lit_before = window.picture_of(model, lit);
+    const Picture flat = window.picture_of(model, plain);
+    EXPECT_FALSE(is_blank(flat));
+    std::size_t orange = 0;
+    for (std::size_t i = 0; i < flat.pixels.size(); i += 4)
+        orange += flat.pixels[i] == 255 && flat.pixels[i + 2] == 0 ? 1 : 0;
+    EXPECT_GT(orange, flat.pixels.size() / 4 / 20);
+    EXPECT_TRUE(window.picture_of(model, lit) == lit_before);
+}
+
+TEST_P(ModelDrawTest, gives_back_what_it_has_in_whatever_order_things_end) {
+    {
+        Model model(sample);
+        Window window(GetParam());
+        window.picture_of(model, window.lit());
+        model = Model(sample);
+        window.picture_of(model, window.lit());
+    } // the window first
+    Model longer;
+    {
+        Window window(GetParam());
+        Model model(sample);
+        window.picture_of(model, window.lit());
+        longer = std::move(model);
+        window.picture_of(longer, window.lit());
+    }
+    EXPECT_TRUE(longer);
+    longer = {};
+}
+
+TEST_P(ModelDrawTest, draws_nothing_of_an_empty_one) {
+    Window window(GetParam());
+    Model none;
+    EXPECT_TRUE(is_blank(window.picture_of(none, window.lit())));
+    Model missing("/none.obj");
+    EXPECT_TRUE(is_blank(window.picture_of(missing, window.lit())));
+}
+
+TEST(ModelDraw, outlives_the_engine_that_drew_it) {
+    Model model;
+    {
+        const Engine engine({{}, "", false, false});
+        Window window(Path::gl3);
+        model = Model(sample);
+        window.picture_of(model, window.lit());
+    }
+    EXPECT_FALSE(model);
+}
+
+} // namespace
+} // namespace orvex_test
