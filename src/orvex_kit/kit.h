@@ -17,6 +17,7 @@
 #include "orvex_kit/orbit.h"
 #include "orvex_kit/outcome.h"
 #include "orvex_kit/path.h"
+#include "orvex_kit/pick.h"
 #include "orvex_kit/picture.h"
 #include "orvex_kit/picture_file.h"
 #include "orvex_kit/program.h"

@@ -170,6 +170,7 @@ void Model::Data::close() {
         end(texture, renderer);
     loaded = {};
     facts = {};
+    tree.reset();
     reason = "the engine has ended, and the model with it";
 }
 

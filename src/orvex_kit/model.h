@@ -5,6 +5,7 @@
 
 #include <cstddef>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -13,11 +14,14 @@
 #include "orvex_kit/model_parts.h"
 #include "orvex_kit/normals.h"
 #include "orvex_kit/path.h"
+#include "orvex_kit/pick.h"
 
 namespace orvex {
+class Camera;
 class GpuProgram;
 class Model;
 class Renderer;
+struct Ray;
 } // namespace orvex
 
 namespace orvex::kit {
@@ -103,6 +107,24 @@ public:
     UpAxis up_axis() const noexcept;
     /// All vertices with a place, in the world: what a camera is to see.
     const Extent& extent() const noexcept;
+    /// @}
+
+    /// @name Picking
+    /// The nearest face as it is drawn, from either side, edges included; of several at one
+    /// distance the first in the order of meshes and faces. Exact: the same as asking face by face.
+    /// The first call looks at every face and makes a tree of boxes; later ones look at few.
+    /// @{
+
+    /// What a ray meets from its origin on; `Camera::ray` gives that of a place on a picture.
+    /// @param ray  in the world; a direction of any length but 0
+    /// @return nothing where it meets none, for rays that aren't finite, and for an empty model
+    std::optional<Pick> pick(const orvex::Ray& ray) const;
+    /// What a camera of the engine sees at a place of the picture, between the near and the far
+    /// plane. Distances are in the world's units, from the near plane.
+    /// @param x  pixels from the left edge of the window; 0.5 is the middle of the first one
+    /// @param y  pixels downwards; the viewport's `y` is taken as its upper edge
+    /// @return nothing where nothing is
+    std::optional<Pick> pick(const orvex::Camera& camera, float x, float y) const;
     /// @}
 
     /// @name What it holds

@@ -151,6 +151,7 @@ void Model::Data::stand_up() {
         return;
     loaded.model->set_orientation_euler_xyz(90.0f, 0.0f, 0.0f);
     facts.up = UpAxis::y;
+    tree.reset();
     measure();
 }
 

@@ -4,6 +4,8 @@
 /// What a `Model` is behind its public face.
 
 #include <map>
+#include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -11,6 +13,7 @@
 
 #include "orvex_kit/model.h"
 #include "orvex_kit/private/engine_parts.h"
+#include "orvex_kit/private/face_tree.h"
 #include "orvex_kit/private/model_loaders.h"
 
 namespace orvex::kit {
@@ -45,6 +48,7 @@ public:
     void draw(orvex::Renderer& renderer, orvex::GpuProgram& program, Path path,
               const Angle& lit_from);
     void stand_up();
+    std::optional<Pick> pick(const PointRay& ray);
 
     std::string path;
     std::string reason;
@@ -61,6 +65,7 @@ private:
     bool is_uploaded = false;
     orvex::Plugin* last_renderer = nullptr; ///< that drew it; it may have ended since
     int last_renderer_id = 0;
+    std::unique_ptr<const FaceTree> tree; ///< null until it is asked, and after a turn
 
     void gather(orvex::Node& node);
     void gather_materials();
@@ -74,6 +79,9 @@ private:
     void take_normals(Normals normals);
     void smooth_normals();
     bool is_angular() const;
+
+    const FaceTree& face_tree();
+    int material_of(std::size_t mesh, std::size_t face) const;
 
     orvex::Renderer* living_renderer() const;
     void upload(orvex::Renderer& renderer);

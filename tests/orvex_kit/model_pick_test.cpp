@@ -1,0 +1,371 @@
+// Picking against every face asked in turn, and by pixels against what was drawn there.
+
+#include <cmath>
+#include <limits>
+#include <optional>
+#include <random>
+
+#include <gtest/gtest.h>
+
+#include <orvex/geometry/mesh/mesh.h>
+#include <orvex/geometry/mesh/model.h>
+#include <orvex/geometry/rays/ray_caster.h>
+#include <orvex/math/mat4.h>
+#include <orvex/scene/camera.h>
+
+#include "orvex_kit/engine.h"
+#include "orvex_kit/model.h"
+#include "orvex_kit/private/face_tree.h"
+#include "orvex_kit/ref.h"
+#include "tests/support/temp_dir.h"
+
+namespace orvex_test {
+
+namespace {
+
+using namespace orvex::kit;
+using orvex::Ray;
+using orvex::vec3;
+using orvex::vec4;
+
+const std::string sample = ORVEX_EXAMPLE_DATA "/lighthouse.obj";
+constexpr double endless = std::numeric_limits<double>::max();
+
+// ------------------------------------------------------------------------------- the tree
+
+/// Numbers that are the same in every run.
+class Dice {
+public:
+    double number(double low, double high) {
+        return std::uniform_real_distribution<double>(low, high)(engine);
+    }
+    Point point(double size) {
+        return {number(-size, size), number(-size, size), number(-size, size)};
+    }
+
+private:
+    std::mt19937 engine{7};
+};
+
+std::vector<TreeFace> random_faces(Dice& dice, std::uint32_t count, double size) {
+    std::vector<TreeFace> faces(count);
+    for (std::uint32_t i = 0; i < count; ++i) {
+        const Point middle = dice.point(10);
+        for (std::array<float, 3>& corner : faces[i].corners) {
+            const Point offset = dice.point(size);
+            for (std::size_t axis = 0; axis < 3; ++axis)
+                corner[axis] = static_cast<float>(middle[axis] + offset[axis]);
+        }
+        faces[i].mesh = i / 100;
+        faces[i].face = i % 100;
+    }
+    return faces;
+}
+
+std::optional<TreeHit> first_of_all(const std::vector<TreeFace>& faces, const PointRay& ray) {
+    std::optional<TreeHit> best;
+    for (const TreeFace& face : faces)
+        if (const std::optional<TreeHit> hit = meet(ray, face);
+            hit && (!best || is_before(*hit, *best)))
+            best = hit;
+    return best;
+}
+
+/// @return whether both miss, or hit the same place of the same face
+bool are_equal(const std::optional<TreeHit>& a, const std::optional<TreeHit>& b) {
+    if (!a || !b)
+        return !a && !b;
+    return a->face->mesh == b->face->mesh && a->face->face == b->face->face &&
+           a->distance == b->distance && a->shares == b->shares;
+}
+
+TEST(FaceTree, finds_what_every_face_in_turn_gives) {
+    Dice dice;
+    std::size_t hits = 0;
+    for (const std::uint32_t count : {1u, 4u, 5u, 100u, 3000u}) {
+        const std::vector<TreeFace> faces = random_faces(dice, count, 2.0);
+        const FaceTree tree(faces);
+        for (int i = 0; i < 500; ++i) {
+            PointRay ray{dice.point(20), dice.point(8), endless};
+            for (std::size_t axis = 0; axis < 3; ++axis)
+                ray.direction[axis] -= ray.origin[axis];
+            if (i % 5 == 0)
+                ray.direction = {0, i % 2 ? 1.0 : 0.0, i % 2 ? 0.0 : -3.0};
+            const std::optional<TreeHit> hit = tree.first_hit(ray);
+            EXPECT_TRUE(are_equal(hit, first_of_all(faces, ray))) << count << " faces, ray " << i;
+            hits += hit ? 1 : 0;
+        }
+    }
+    EXPECT_GT(hits, 300u);
+}
+
+TEST(FaceTree, finds_nothing_among_no_faces_and_beyond_the_reach) {
+    const PointRay ray{{0, 0, 5}, {0, 0, -1}, endless};
+    EXPECT_FALSE(FaceTree({}).first_hit(ray));
+    const std::vector<TreeFace> one = {{{{{-1, -1, 0}, {1, -1, 0}, {0, 1, 0}}}, 0, 0}};
+    const FaceTree tree(one);
+    EXPECT_TRUE(tree.first_hit(ray));
+    EXPECT_TRUE(tree.first_hit({ray.origin, ray.direction, 5}));
+    EXPECT_FALSE(tree.first_hit({ray.origin, ray.direction, 4.99}));
+    EXPECT_FALSE(tree.first_hit({ray.origin, {0, 0, 1}, endless}));
+}
+
+TEST(FaceTree, has_no_gap_between_faces_that_share_an_edge_or_a_corner) {
+    // A fan of faces around the origin of a bent sheet: rays at it and at its spokes always hit.
+    Dice dice;
+    std::vector<TreeFace> fan;
+    std::array<std::array<float, 3>, 12> rim{};
+    for (std::size_t i = 0; i < rim.size(); ++i) {
+        const double angle = 0.5235987755982988 * static_cast<double>(i);
+        rim[i] = {static_cast<float>(std::cos(angle)), static_cast<float>(std::sin(angle)),
+                  static_cast<float>(dice.number(-0.2, 0.2))};
+    }
+    const std::array<float, 3> hub{0.01f, -0.02f, 0.1f};
+    for (std::uint32_t i = 0; i < rim.size(); ++i)
+        fan.push_back({{hub, rim[i], rim[(i + 1) % rim.size()]}, 0, i});
+    const FaceTree tree(fan);
+    for (int i = 0; i < 2000; ++i) {
+        const std::array<float, 3>& end = rim[static_cast<std::size_t>(i) % rim.size()];
+        const double part = i < 100 ? 0.0 : dice.number(0, 0.99);
+        const Point eye = {dice.number(-3, 3), dice.number(-3, 3), 10};
+        PointRay ray{eye, {}, endless};
+        for (std::size_t axis = 0; axis < 3; ++axis) {
+            const double from = static_cast<double>(hub[axis]);
+            ray.direction[axis] = from + part * (static_cast<double>(end[axis]) - from) - eye[axis];
+        }
+        EXPECT_TRUE(tree.first_hit(ray)) << i;
+    }
+}
+
+TEST(FaceTree, takes_many_faces_at_one_place) {
+    const TreeFace face{{{{-1, -1, 0}, {1, -1, 0}, {0, 1, 0}}}, 0, 0};
+    std::vector<TreeFace> faces(1000, face);
+    for (std::uint32_t i = 0; i < faces.size(); ++i)
+        faces[i].face = 999 - i;
+    const std::optional<TreeHit> hit = FaceTree(faces).first_hit({{0, 0, 1}, {0, 0, -1}, endless});
+    ASSERT_TRUE(hit);
+    EXPECT_EQ(hit->face->face, 0u);
+}
+
+// ------------------------------------------------------------------------------- models
+
+class ModelPickTest : public testing::Test {
+protected:
+    Model load(const std::string& text) const { return Model(folder.write("m.obj", text)); }
+
+    const Engine engine{{{}, "", false, false}};
+    const TempDir folder;
+};
+
+Ray ray_from(float x, float y, float z, float dx, float dy, float dz) {
+    return {vec4(x, y, z, 1), vec4(dx, dy, dz, 0)};
+}
+
+TEST_F(ModelPickTest, tells_mesh_face_material_and_place) {
+    folder.write("m.mtl", "newmtl a\nnewmtl b\nd 0.5\n");
+    const Model model = load("mtllib m.mtl\nv 0 0 0\nv 4 0 0\nv 0 4 0\nv 0 0 -2\nv 4 0 -2\n"
+                             "v 0 4 -2\ng front\nusemtl a\nf 1 2 3\ng back\nusemtl a\nf 4 6 5\n"
+                             "usemtl b\nf 4 5 6\n");
+    const std::optional<Pick> front = model.pick(ray_from(1, 2, 6, 0, 0, -2));
+    ASSERT_TRUE(front);
+    EXPECT_EQ(front->mesh, 0u);
+    EXPECT_EQ(front->face, 0u);
+    EXPECT_EQ(model.materials()[static_cast<std::size_t>(front->material)].name, "a");
+    EXPECT_EQ(front->distance, 3.0);
+    EXPECT_EQ(front->barycentric, (std::array<float, 3>{0.25f, 0.25f, 0.5f}));
+    EXPECT_EQ(front->point.x, 1.0f);
+    EXPECT_EQ(front->point.y, 2.0f);
+    EXPECT_EQ(front->point.z, 0.0f);
+    // From behind: the first of two at one place, both of which look another way.
+    const std::optional<Pick> back = model.pick(ray_from(1, 1, -5, 0, 0, 1));
+    ASSERT_TRUE(back);
+    EXPECT_EQ(back->mesh, 1u);
+    EXPECT_EQ(back->face, 0u);
+    EXPECT_EQ(back->distance, 3.0);
+    EXPECT_FALSE(model.pick(ray_from(5, 5, 5, 0, 0, -1)));
+    EXPECT_FALSE(model.pick(ray_from(1, 1, 5, 0, 0, 1)));
+}
+
+TEST_F(ModelPickTest, tells_the_material_of_a_blended_face) {
+    folder.write("m.mtl", "newmtl a\nnewmtl b\nd 0.5\n");
+    const Model model = load("mtllib m.mtl\nv 0 0 0\nv 4 0 0\nv 0 4 0\nv 9 0 0\nv 9 9 0\n"
+                             "usemtl b\nf 1 2 3\nusemtl a\nf 2 4 5\nusemtl b\nf 3 5 2\n");
+    const auto name_at = [&model](float x, float y) -> std::string {
+        const std::optional<Pick> pick = model.pick(ray_from(x, y, 1, 0, 0, -1));
+        return pick ? model.materials()[static_cast<std::size_t>(pick->material)].name : "none";
+    };
+    EXPECT_EQ(name_at(1, 1), "b");
+    EXPECT_EQ(name_at(8.5f, 1), "a");
+    EXPECT_EQ(name_at(4, 3), "b");
+    EXPECT_EQ(name_at(-1, 3), "none");
+}
+
+TEST_F(ModelPickTest, refuses_rays_that_are_none) {
+    const Model model(sample);
+    const float nan = std::numeric_limits<float>::quiet_NaN();
+    const float infinite = std::numeric_limits<float>::infinity();
+    EXPECT_TRUE(model.pick(ray_from(0, 3, 50, 0, 0, -1)));
+    EXPECT_FALSE(model.pick(ray_from(0, 3, 50, 0, 0, 0)));
+    EXPECT_FALSE(model.pick(ray_from(nan, 3, 50, 0, 0, -1)));
+    EXPECT_FALSE(model.pick(ray_from(0, 3, 50, 0, 0, -infinite)));
+    EXPECT_FALSE(Model().pick(ray_from(0, 3, 50, 0, 0, -1)));
+}
+
+TEST_F(ModelPickTest, passes_over_faces_without_a_place) {
+    const Model model = load("v nan 0 0\nv 1 0 0\nv 0 1 0\nv 0 0 0\nf 1 2 3\nf 4 2 3\n");
+    const std::optional<Pick> pick = model.pick(ray_from(0.2f, 0.2f, 1, 0, 0, -1));
+    ASSERT_TRUE(pick);
+    EXPECT_EQ(pick->face, 1u);
+}
+
+#ifdef ORVEX_WITH_LIB3DS
+TEST_F(ModelPickTest, follows_a_model_that_stands_up) {
+    Model model("/usr/share/glmark2/models/horse.3ds");
+    ASSERT_EQ(model.up_axis(), UpAxis::minus_z);
+    const vec4 before = model.extent().middle;
+    const Ray lying = {vec4(before.x, before.y + 1e4f, before.z, 1), vec4(0, -1, 0, 0)};
+    const std::optional<Pick> first = model.pick(lying);
+    model.stand_up();
+    const vec4 after = model.extent().middle;
+    // What was above is in front now.
+    const Ray standing = {vec4(after.x, after.y, after.z + 1e4f, 1), vec4(0, 0, -1, 0)};
+    const std::optional<Pick> second = model.pick(standing);
+    ASSERT_TRUE(first && second);
+    EXPECT_EQ(first->face, second->face);
+    EXPECT_NEAR(first->distance, second->distance, 1.0);
+}
+#endif
+
+/// The nearest face of a model's meshes, each asked in turn.
+std::optional<TreeHit> first_of_model(const Model& model, const PointRay& ray,
+                                      std::vector<TreeFace>& faces) {
+    if (faces.empty())
+        for (unsigned long m = 0; m < model.node()->get_num_children(); ++m) {
+            auto* const mesh = static_cast<orvex::Mesh*>(model.node()->get_child(m));
+            for (unsigned long f = 0; f < mesh->get_num_faces(nullptr); ++f) {
+                unsigned index[3];
+                mesh->get_face_indexes(f, &index[0], &index[1], &index[2]);
+                TreeFace face{{}, static_cast<std::uint32_t>(m), static_cast<std::uint32_t>(f)};
+                for (std::size_t i = 0; i < 3; ++i) {
+                    const vec4 corner = mesh->get_vertex_position(index[i]);
+                    face.corners[i] = {corner.x, corner.y, corner.z};
+                }
+                faces.push_back(face);
+            }
+        }
+    return first_of_all(faces, ray);
+}
+
+TEST_F(ModelPickTest, gives_for_the_sample_what_every_face_in_turn_gives) {
+    const Model model(sample);
+    std::vector<TreeFace> faces;
+    Dice dice;
+    std::size_t hits = 0;
+    for (int i = 0; i < 300; ++i) {
+        const Point to = dice.point(5);
+        const Point from = dice.point(30);
+        Ray ray = {vec4(float(from[0]), float(from[1]), float(from[2]), 1),
+                   vec4(float(to[0] - from[0]), float(to[1] - from[1]), float(to[2] - from[2]), 0)};
+        const PointRay points{
+            {double(ray.origin.x), double(ray.origin.y), double(ray.origin.z)},
+            {double(ray.direction.x), double(ray.direction.y), double(ray.direction.z)},
+            endless};
+        const std::optional<Pick> pick = model.pick(ray);
+        const std::optional<TreeHit> wanted = first_of_model(model, points, faces);
+        ASSERT_EQ(pick.has_value(), wanted.has_value()) << i;
+        if (!pick)
+            continue;
+        ++hits;
+        EXPECT_EQ(pick->mesh, wanted->face->mesh) << i;
+        EXPECT_EQ(pick->face, wanted->face->face) << i;
+        EXPECT_EQ(pick->distance, wanted->distance) << i;
+    }
+    EXPECT_GT(hits, 100u);
+}
+
+// ------------------------------------------------------------------------------- pixels
+
+constexpr int width = 160;
+constexpr int height = 120;
+
+TEST_F(ModelPickTest, finds_under_a_pixel_what_lies_on_its_line_of_sight) {
+    const Model model(sample);
+    const auto camera = make<orvex::Camera>();
+    see_all(model.extent(), {}, {width, height}).apply(*camera, width, height);
+    std::size_t hits = 0;
+    for (int y = 5; y < height; y += 10)
+        for (int x = 5; x < width; x += 10) {
+            const float u = static_cast<float>(x) + 0.5f, v = static_cast<float>(y) + 0.5f;
+            const std::optional<Pick> pick = model.pick(*camera, u, v);
+            if (!pick)
+                continue;
+            ++hits;
+            // Projected again it lies where it was looked for.
+            vec4 seen = camera->get_projection_matrix() *
+                        (camera->get_view_matrix() *
+                         vec4(pick->point.x, pick->point.y, pick->point.z, 1.0f));
+            EXPECT_NEAR((seen.x / seen.w + 1) / 2 * width, u, 0.01f);
+            EXPECT_NEAR((1 - seen.y / seen.w) / 2 * height, v, 0.01f);
+        }
+    EXPECT_GT(hits, 30u);
+    EXPECT_FALSE(model.pick(*camera, 0.5f, 0.5f));
+}
+
+TEST_F(ModelPickTest, meets_the_rays_of_cameras_of_the_kit_where_those_of_the_engine_look) {
+    const Model model(sample);
+    const auto camera = make<orvex::Camera>();
+    const Camera view = see_all(model.extent(), {}, {width, height});
+    view.apply(*camera, width, height);
+    const std::optional<Pick> by_pixel = model.pick(*camera, 80.5f, 60.5f);
+    const std::optional<Pick> by_ray = model.pick(view.ray(80.5, 60.5, {width, height}));
+    ASSERT_TRUE(by_pixel && by_ray);
+    EXPECT_EQ(by_pixel->mesh, by_ray->mesh);
+    EXPECT_EQ(by_pixel->face, by_ray->face);
+    EXPECT_NEAR(by_pixel->point.x, by_ray->point.x, 1e-3f);
+    EXPECT_NEAR(by_pixel->point.z, by_ray->point.z, 1e-3f);
+    EXPECT_GT(by_ray->distance, by_pixel->distance);
+}
+
+TEST_F(ModelPickTest, looks_between_the_near_and_the_far_plane) {
+    const Model model = load("v -9 -9 0\nv 9 -9 0\nv 0 9 0\nv -9 -9 -5\nv 9 -9 -5\nv 0 9 -5\n"
+                             "g a\nf 1 2 3\ng b\nf 4 5 6\n");
+    const auto camera = make<orvex::Camera>();
+    camera->set_viewport(0, 0, width, height);
+    camera->set_view_params(vec4(0, 0, 10, 1), vec4(0, 0, 0, 1), vec4(0, 1, 0, 0), true);
+    struct Row {
+        float near, far;
+        int mesh; ///< -1: none
+        double distance;
+    };
+    for (const Row& row : {Row{1, 100, 0, 9}, Row{12, 100, 1, 3}, Row{1, 9, -1, 0},
+                           Row{16, 100, -1, 0}, Row{11, 14, -1, 0}})
+        for (const bool is_ortho : {false, true}) {
+            if (is_ortho)
+                camera->build_projection_ortho(-5, 5, -5, 5, row.near, row.far, true);
+            else
+                camera->build_projection_persp(40, 4.0f / 3.0f, row.near, row.far, true);
+            const std::optional<Pick> pick = model.pick(*camera, width / 2.0f, height / 2.0f);
+            ASSERT_EQ(pick.has_value(), row.mesh >= 0) << row.near << " " << row.far;
+            if (!pick)
+                continue;
+            EXPECT_EQ(pick->mesh, static_cast<std::size_t>(row.mesh));
+            EXPECT_NEAR(pick->distance, row.distance, 1e-3);
+        }
+}
+
+TEST_F(ModelPickTest, finds_nothing_through_cameras_that_show_nothing) {
+    const Model model(sample);
+    const auto camera = make<orvex::Camera>();
+    see_all(model.extent(), {}, {width, height}).apply(*camera, width, height);
+    orvex::mat4 flat;
+    for (float& number : flat.m)
+        number = 0.0f;
+    camera->set_projection_matrix(flat);
+    EXPECT_FALSE(model.pick(*camera, 80, 60));
+    see_all(model.extent(), {}, {width, height}).apply(*camera, width, height);
+    camera->set_viewport(0, 0, 0, 0);
+    EXPECT_FALSE(model.pick(*camera, 0, 0));
+}
+
+} // namespace
+} // namespace orvex_test
