@@ -122,8 +122,12 @@ void end_engine() noexcept {
         stop_engine();
 }
 
-std::vector<FoundPlugin> load_plugins() {
+std::vector<FoundPlugin> load_plugins(const EngineOptions& options) {
     std::vector<FoundPlugin> found;
+    for (const std::string& path : options.plugins)
+        found.push_back(load_plugin(path));
+    if (!options.find_plugins)
+        return found;
     for (const std::string& folder : plugin_folders())
         for (const std::string& path : plugins_in(folder))
             found.push_back(load_plugin(path));
@@ -145,8 +149,7 @@ Engine::Engine(const EngineOptions& options) {
             return;
         }
         set_engine_runs(true);
-        if (options.find_plugins)
-            found = load_plugins();
+        found = load_plugins(options);
     } catch (...) {
         end_engine();
         throw;

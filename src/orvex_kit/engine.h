@@ -22,6 +22,8 @@ struct EngineOptions {
     std::string log_file;
     /// Whether debug lines are let through, too.
     bool debug_lines = false;
+    /// Files of plugins, which are loaded first.
+    std::vector<std::string> plugins;
     /// Whether plugins are looked for: in the folders that the environment names in
     /// `ORVEX_PLUGIN_PATH`, with colons between, and then in `orvex/plugins` beside the kit's
     /// library.
@@ -62,8 +64,8 @@ public:
     /// Why it doesn't; empty if it does.
     const std::string& reason() const noexcept { return outcome.reason(); }
 
-    /// Every plugin that was found at the start, in the order of the folders and then of the names,
-    /// loaded or not.
+    /// Every plugin that was named, and then that was found at the start, in the order of the
+    /// folders and then of the names, loaded or not.
     const std::vector<FoundPlugin>& plugins() const noexcept { return found; }
 
 private:

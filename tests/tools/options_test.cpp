@@ -103,16 +103,45 @@ TEST(Options, tell_what_is_wrong) {
              Row{{"--gl", "m"}, "--gl takes no model"},
              Row{{"--info", "m", "-oa.jpg"},
                  "--info draws no picture: there is nothing for --output"},
-             Row{{"-oa.png", "m"},
-                 "--output can't be 'a.png': a name that ends in .jpg or .jpeg, as JPEG is what is "
-                 "written, is wanted"},
+             Row{{"-oa.gif", "m"},
+                 "--output can't be 'a.gif' without a --format: a name that ends in png, jpg, npy, "
+                 "exr, raw or y4m is wanted"},
              Row{{"-o.jpg", "m"},
-                 "--output can't be '.jpg': a name that ends in .jpg or .jpeg, as JPEG is what is "
-                 "written, is wanted"},
+                 "--output can't be '.jpg' without a --format: a name that ends in png, jpg, npy, "
+                 "exr, raw or y4m is wanted"},
+             Row{{"-o", "", "m"},
+                 "--output can't be '': a file, or - for standard output, is wanted"},
+             Row{{"--format=gif", "m"},
+                 "--format can't be 'gif': png, jpg, npy, exr, raw or y4m is wanted"},
+             Row{{"-o-", "m"}, "--output - needs a --format"},
+             Row{{"--turntable=2", "--film=2", "m"},
+                 "--turntable, --film and --track exclude each other"},
+             Row{{"--turntable=2", "-o-", "m"},
+                 "--turntable writes a file a picture: --film writes one to standard output"},
+             Row{{"--film=2", "-oa.png", "m"}, "a film is written as y4m or raw"},
+             Row{{"--film=2", "--format=png", "m"}, "a film is written as y4m or raw"},
+             Row{{"--film=0", "m"},
+                 "--film can't be '0': a whole number from 1 to 100000 is wanted"},
+             Row{{"--ref=a.png", "--turntable=2", "m"}, "--ref compares one picture"},
+             Row{{"--ref=a.png", "--film=2", "m"}, "--ref compares one picture"},
+             Row{{"--track=a.json", "--film=2", "m"},
+                 "--turntable, --film and --track exclude each other"},
+             Row{{"--track=a.json", "-oa.png", "m"}, "a film is written as y4m or raw"},
+             Row{{"--ref=a.png", "--track=a.json", "m"}, "--ref compares one picture"},
+             Row{{"--look=shiny", "m"},
+                 "--look can't be 'shiny': lit, matcap, normals, plain, wire or a file is wanted"},
+             Row{{"--tolerance=2", "m"}, "--tolerance needs a --ref"},
+             Row{{"--tolerance=256", "m"},
+                 "--tolerance can't be '256': a whole number from 0 to 255 is wanted"},
+             Row{{"--ref=", "m"}, "--ref can't be '': a file is wanted"},
+             Row{{"--plugin=", "m"}, "--plugin can't be '': a file is wanted"},
+             Row{{"--loader=", "m"}, "--loader can't be '': a name is wanted"},
+             Row{{"--device=", "m"}, "--device can't be '': a device is wanted"},
              Row{{"-s4", "m"},
                  "--size can't be '4': WxH in pixels, each from 1 to 16384, is wanted"},
              Row{{"--background=pink", "m"},
-                 "--background can't be 'pink': #rgb, #rrggbb or one of black, white, gray, red, "
+                 "--background can't be 'pink': #rgb, #rrggbb, transparent or one of black, white, "
+                 "gray, red, "
                  "green, blue, "
                  "cyan, magenta, orange, yellow is wanted"},
              Row{{"--text-color=pink", "m"},
@@ -171,8 +200,64 @@ TEST(Options, name_the_picture_after_the_model) {
     };
     for (const Row& row :
          {Row{{"m.obj"}, "m.jpg"}, Row{{"a.b/m"}, "m.jpg"}, Row{{"a/m.x.3ds"}, "m.x.jpg"},
-          Row{{"/.hidden"}, ".hidden.jpg"}, Row{{"m.obj", "-oa/b.JPEG"}, "a/b.JPEG"}})
+          Row{{"/.hidden"}, ".hidden.jpg"}, Row{{"m.obj", "-oa/b.JPEG"}, "a/b.JPEG"},
+          Row{{"m.obj", "--format=png"}, "m.png"}, Row{{"m.obj", "--format=npy"}, "m.npy"},
+          Row{{"m.obj", "--format=raw"}, "m.raw"}, Row{{"m.obj", "--film=2"}, "m.y4m"},
+          Row{{"m.obj", "-oa.b", "--format=png"}, "a.b"}})
         EXPECT_EQ(output_of(read_well(row.words)), row.output);
+}
+
+TEST(Options, choose_the_format_of_the_picture) {
+    struct Row {
+        Words words;
+        PictureFormat format;
+    };
+    for (const Row& row :
+         {Row{{"m"}, PictureFormat::jpeg}, Row{{"m", "-oa.PNG"}, PictureFormat::png},
+          Row{{"m", "-o-", "--format=npy"}, PictureFormat::npy},
+          Row{{"m", "-oa.png", "--format=jpg"}, PictureFormat::jpeg},
+          Row{{"m", "--film=2", "-o-"}, PictureFormat::y4m},
+          Row{{"m", "--film=2", "-oa.raw"}, PictureFormat::raw}})
+        EXPECT_EQ(format_of(read_well(row.words)), row.format);
+}
+
+TEST(Options, of_comparison_and_machine_are_read) {
+    const Options options = read_well({"m", "--ref", "a.png", "--tolerance", "3", "--plugin",
+                                       "p.so", "--loader", "own", "--device", "software"});
+    EXPECT_EQ(options.reference, "a.png");
+    EXPECT_EQ(options.tolerance, 3);
+    EXPECT_EQ(options.plugin, "p.so");
+    EXPECT_EQ(options.loader, "own");
+    EXPECT_EQ(options.device, "software");
+}
+
+TEST(Options, take_looks_by_name_and_by_file) {
+    EXPECT_EQ(read_well({"m"}).look, "lit");
+    for (const char* look : {"matcap", "wire", "toon.glsl", "./toon"})
+        EXPECT_EQ(read_well({"m", "-l", look}).look, look);
+}
+
+TEST(Options, leave_a_background_transparent) {
+    EXPECT_EQ(read_well({"m", "-btransparent"}).background.a, 0.0f);
+    EXPECT_EQ(read_well({"m", "-bred"}).background.a, 1.0f);
+    EXPECT_EQ(read_well({"m"}).background.a, 1.0f);
+}
+
+TEST(Options, put_a_film_into_one_file) {
+    EXPECT_EQ(outputs_of(read_well({"m.obj", "--film=20"})), Words{"m.y4m"});
+    EXPECT_EQ(pictures_of(read_well({"m.obj", "--film=20"})), 20);
+    EXPECT_EQ(pictures_of(read_well({"m.obj", "--turntable=20"})), 20);
+    EXPECT_EQ(pictures_of(read_well({"m.obj"})), 1);
+    EXPECT_EQ(outputs_of(read_well({"m.obj", "--track=a.json"})), Words{"m.y4m"});
+    EXPECT_TRUE(is_film(read_well({"m.obj", "--track=a.json"})));
+    EXPECT_FALSE(is_film(read_well({"m.obj", "--turntable=2"})));
+    EXPECT_TRUE(is_turn(read_well({"m.obj", "--turntable=2"})));
+    EXPECT_FALSE(is_turn(read_well({"m.obj", "--track=a.json"})));
+}
+
+TEST(Options, put_the_difference_beside_the_picture) {
+    EXPECT_EQ(difference_of(read_well({"a/m.obj", "-oout/b.jpg"})), "out/b-difference.png");
+    EXPECT_EQ(difference_of(read_well({"a/m.obj", "-o-", "--format=png"})), "m-difference.png");
 }
 
 TEST(Options, number_the_pictures_of_a_turn) {

@@ -71,7 +71,7 @@ TEST(OrvexRenderManPage, tells_of_every_exit_code) {
     const std::string page = content_of(man_page);
     const std::size_t status = page.find(".SH EXIT STATUS");
     ASSERT_NE(status, page.npos);
-    for (const char* code : {".B 0\n", ".B 1\n", ".B 2\n"})
+    for (const char* code : {".B 0\n", ".B 1\n", ".B 2\n", ".B 3\n"})
         EXPECT_NE(page.find(code, status), page.npos) << code;
 }
 
@@ -114,6 +114,9 @@ TEST(OrvexRenderCompletion, offers_what_fits) {
              Row{{"orvex-render", "--path", "="}, "gl2 gl3 "},
              Row{{"orvex-render", "--path", "=", "gl3"}, "gl3 "},
              Row{{"orvex-render", "-n", "f"}, "file flat "},
+             Row{{"orvex-render", "--format", "p"}, "png "},
+             Row{{"orvex-render", "--look", "m"}, "matcap "},
+             Row{{"orvex-render", "-b", "t"}, "transparent "},
              Row{{"orvex-render", "--up", "-"}, "-x -y -z "},
              Row{{"orvex-render", "-b", "gr"}, "gray green "},
              Row{{"orvex-render", "--text-place", "top-"}, "top-left top-right "},
@@ -129,7 +132,8 @@ TEST(OrvexRenderCompletion, offers_words_that_the_program_takes) {
     };
     for (const Row& row :
          {Row{"--text-place", ""}, Row{"--background", ""}, Row{"--up", ""}, Row{"--normals", ""},
-          Row{"--path", ""}, Row{"--samples", ""}, Row{"--size", ""}}) {
+          Row{"--path", ""}, Row{"--samples", ""}, Row{"--size", ""}, Row{"--format", ""},
+          Row{"--look", ""}, Row{"--device", ""}}) {
         std::string word;
         for (char c : offered("/", {"orvex-render", row.option, row.value})) {
             if (c != ' ') {

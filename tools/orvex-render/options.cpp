@@ -5,6 +5,7 @@
 #include <cstddef>
 
 #include <orvex_kit/files.h>
+#include <orvex_kit/look.h>
 
 #include "text_place.h"
 
@@ -58,23 +59,44 @@ Arguments::Taker take_word(Value& target, std::string wanted,
                 });
 }
 
-std::string take_output(const std::string& word, std::string& output) {
-    if (!has_suffix(word, ".jpg") && !has_suffix(word, ".jpeg"))
-        return "a name that ends in .jpg or .jpeg, as JPEG is what is written,";
-    output = word;
-    return "";
+constexpr const char* formats = "png, jpg, npy, exr, raw or y4m";
+
+std::optional<PictureFormat> format_in(const std::string& word) {
+    const PictureFormat format = picture_format_named(word);
+    return format == PictureFormat::by_suffix ? std::nullopt : std::optional(format);
+}
+
+/// Its name, or the path of a file, which has a dot or a slash.
+std::optional<std::string> look_in(const std::string& word) {
+    const bool is_file = word.find_first_of("./") != word.npos;
+    return is_file || Look::named(word) ? std::optional(word) : std::nullopt;
+}
+
+std::string look_names() {
+    std::string text;
+    for (const std::string& name : Look::names())
+        text += (text.empty() ? "" : ", ") + name;
+    return text;
 }
 
 void add_picture_rules(Arguments& rules, Options& options) {
     rules.begin_group("The picture");
     rules.add_value("--output", 'o', "FILE",
-                    "where the picture goes, as JPEG (MODEL's name with .jpg, in this folder)",
-                    [&](const std::string& word) { return take_output(word, options.output); });
+                    "where the picture goes: .png, .jpg, .npy, .exr, .raw or .y4m, or - for "
+                    "standard output (MODEL's name with .jpg, in this folder)",
+                    take_text(options.output, "a file, or - for standard output,"));
+    rules.add_value("--format", 0, "FORMAT",
+                    std::string("how it is written, whatever its name: ") + formats,
+                    take(options.format, formats, format_in));
     rules.add_value("--size", 's', "WxH", "its size in pixels (1280x960)",
                     take(options.size, "WxH in pixels, each from 1 to 16384,", size_in));
     rules.add_value("--background", 'b', "COLOR",
-                    "colour behind the model: #rgb, #rrggbb or a name (#2b3038)",
-                    take_color(options.background));
+                    "colour behind the model: #rgb, #rrggbb, a name, or transparent (#2b3038)",
+                    take(options.background,
+                         "#rgb, #rrggbb, transparent or one of " + color_names(), background_in));
+    rules.add_value("--look", 'l', "LOOK",
+                    "how the model looks: " + look_names() + ", or a file of GLSL (lit)",
+                    take(options.look, look_names() + " or a file", look_in));
     rules.add_flag("--wireframe", 'w', "draws the edges of the triangles only", options.wireframe);
     rules.add_value(
         "--normals", 'n', "file|smooth|flat",
@@ -117,6 +139,13 @@ void add_camera_rules(Arguments& rules, Options& options) {
     rules.add_value("--turntable", 't', "N",
                     "N pictures of one turn around the model: FILE-001.jpg and so on",
                     take_whole_number(options.turntable, 1, 100000));
+    rules.add_value("--film", 0, "N",
+                    "N pictures of one turn as a film, .y4m or .raw, which encoders take from -",
+                    take_whole_number(options.film, 1, 100000));
+    rules.add_value("--track", 0, "FILE",
+                    "a film along the way of a camera, as a file of JSON tells it, 25 pictures a "
+                    "second",
+                    take_text(options.track, "a file"));
 }
 
 void add_text_rules(Arguments& rules, Options& options) {
@@ -140,6 +169,28 @@ void add_text_rules(Arguments& rules, Options& options) {
                     take_text(options.font, "a file"));
 }
 
+void add_reference_rules(Arguments& rules, Options& options) {
+    rules.begin_group("Comparison");
+    rules.add_value("--ref", 0, "PICTURE",
+                    "compares the picture's colours with another one; where they differ, a picture "
+                    "of that lies beside it, as FILE-difference.png",
+                    take_text(options.reference, "a file"));
+    rules.add_value("--tolerance", 0, "N",
+                    "largest difference of a channel that counts as equal, 0 to 255 (0)",
+                    take_whole_number(options.tolerance, 0, 255));
+}
+
+void add_machine_rules(Arguments& rules, Options& options) {
+    rules.begin_group("What reads and draws");
+    rules.add_value("--plugin", 0, "FILE", "a plugin beside those that are found",
+                    take_text(options.plugin, "a file"));
+    rules.add_value("--loader", 0, "NAME", "the only loader that is asked to read the model",
+                    take_text(options.loader, "a name"));
+    rules.add_value("--device", 0, "DEVICE",
+                    "what draws: an index, a PCI path or software, as ORVEX_GL_DEVICE",
+                    take_text(options.device, "a device"));
+}
+
 void add_other_rules(Arguments& rules, Options& options) {
     rules.begin_group("Instead of a picture");
     rules.add_flag("--info", 'i', "tells what the model holds", options.info);
@@ -158,6 +209,8 @@ void add_rules(Arguments& rules, Options& options) {
     add_picture_rules(rules, options);
     add_camera_rules(rules, options);
     add_text_rules(rules, options);
+    add_reference_rules(rules, options);
+    add_machine_rules(rules, options);
     add_other_rules(rules, options);
     rules.set_operand([&](const std::string& word) -> std::string {
         if (word.empty())
@@ -171,6 +224,32 @@ void add_rules(Arguments& rules, Options& options) {
 
 namespace {
 
+bool is_film_format(PictureFormat format) {
+    return format == PictureFormat::y4m || format == PictureFormat::raw;
+}
+
+/// What doesn't go together about the files.
+std::string mistake_in_outputs(const Options& options) {
+    if ((options.turntable > 0) + (options.film > 0) + !options.track.empty() > 1)
+        return "--turntable, --film and --track exclude each other";
+    if (options.turntable > 0 && options.output == "-")
+        return "--turntable writes a file a picture: --film writes one to standard output";
+    if (format_of(options) == PictureFormat::by_suffix)
+        return options.output == "-"
+                   ? "--output - needs a --format"
+                   : "--output can't be '" + options.output +
+                         "' without a --format: a name that ends in " + formats + " is wanted";
+    if (is_film(options) && !is_film_format(format_of(options)))
+        return "a film is written as y4m or raw";
+    if (!can_write_format(format_of(options)))
+        return "this build can't write OpenEXR files";
+    if ((is_turn(options) || is_film(options)) && !options.reference.empty())
+        return "--ref compares one picture";
+    if (options.tolerance > 0 && options.reference.empty())
+        return "--tolerance needs a --ref";
+    return "";
+}
+
 /// What doesn't go together.
 std::string mistake_of(const Options& options) {
     if (options.quiet && options.verbose)
@@ -183,7 +262,7 @@ std::string mistake_of(const Options& options) {
         return "no model given";
     if (options.info && !options.output.empty())
         return "--info draws no picture: there is nothing for --output";
-    return "";
+    return mistake_in_outputs(options);
 }
 
 } // namespace
@@ -208,9 +287,59 @@ std::string help_text() {
            "\n" +
            rules.help() +
            "\n"
-           "Ends with 0 when all went well, with 1 when something failed, and with 2 when\n"
-           "the command line is wrong.\n";
+           "Ends with 0 when all went well, with 1 when something failed or the picture\n"
+           "differs from its reference, with 2 when the command line is wrong, and with 3\n"
+           "when there is no reference.\n";
 }
+
+PictureFormat format_of(const Options& options) {
+    if (options.format != PictureFormat::by_suffix)
+        return options.format;
+    if (is_film(options) && (options.output.empty() || options.output == "-"))
+        return PictureFormat::y4m;
+    return options.output.empty() ? PictureFormat::jpeg : picture_format_of(options.output);
+}
+
+int pictures_of(const Options& options) {
+    return std::max({options.turntable, options.film, 1});
+}
+
+bool is_turn(const Options& options) {
+    return options.turntable > 0 || options.film > 0;
+}
+
+bool is_film(const Options& options) {
+    return options.film > 0 || !options.track.empty();
+}
+
+std::string difference_of(const Options& options) {
+    Options named = options;
+    if (named.output == "-")
+        named.output.clear();
+    const std::string output = output_of(named);
+    return output.substr(0, suffix_of(output)) + "-difference.png";
+}
+
+namespace {
+
+const char* suffix_for(PictureFormat format) {
+    switch (format) {
+    case PictureFormat::png:
+        return ".png";
+    case PictureFormat::npy:
+        return ".npy";
+    case PictureFormat::exr:
+        return ".exr";
+    case PictureFormat::raw:
+        return ".raw";
+    case PictureFormat::y4m:
+        return ".y4m";
+    default:
+        return ".jpg";
+    }
+}
+
+} // namespace
 
 std::string output_of(const Options& options) {
     if (!options.output.empty())
@@ -218,7 +347,7 @@ std::string output_of(const Options& options) {
     const std::size_t slash = options.model.rfind('/');
     const std::string name =
         slash == options.model.npos ? options.model : options.model.substr(slash + 1);
-    return name.substr(0, suffix_of(name)) + ".jpg";
+    return name.substr(0, suffix_of(name)) + suffix_for(format_of(options));
 }
 
 std::vector<std::string> outputs_of(const Options& options, const std::string& addition) {

@@ -5,6 +5,7 @@
 
 #include <orvex_kit/framing.h>
 #include <orvex_kit/normals.h>
+#include <orvex_kit/picture_file.h>
 
 #include "arguments.h"
 #include "values.h"
@@ -12,24 +13,33 @@
 /// What the command line asks for.
 struct Options {
     std::string model;
-    std::string output; ///< empty: the model's name in the current folder, as JPEG
+    std::string output; ///< empty: the model's name in the current folder
+    orvex::kit::PictureFormat format = orvex::kit::PictureFormat::by_suffix;
     Size size{1280, 960};
     float azimuth = orvex::kit::Angle().azimuth;
     float elevation = orvex::kit::Angle().elevation;
     float distance = 1.0f; ///< of the eye, in parts of the distance at which all is seen
     float zoom = 1.0f;     ///< magnification from there
     orvex::kit::UpAxis up = orvex::kit::UpAxis::automatic;
-    int turntable = 0; ///< pictures of a turn; 0: one picture and no turn
+    int turntable = 0;        ///< pictures of a turn, each in a file of its own; 0: none
+    int film = 0;             ///< pictures of a turn, all in one file; 0: none
+    std::string track;        ///< a file with the way of the camera, for a film; empty: none
+    std::string look = "lit"; ///< one of the kit's, or a file
     bool wireframe = false;
     orvex::kit::Normals normals = orvex::kit::Normals::by_file;
-    Color background{0.17f, 0.19f, 0.22f};
+    Color background{0.17f, 0.19f, 0.22f, 1.0f};
     int samples = 4; ///< per pixel; 0 and 1: no multisampling
     std::string text;
     std::string text_place = "bottom-left";
     int text_size = 24; ///< height of a line in pixels
-    Color text_color{1.0f, 1.0f, 1.0f};
-    std::string font; ///< a charset file; empty: the built-in one
-    bool gl3 = true;  ///< core context and generic attributes, or the compatibility way
+    Color text_color{1.0f, 1.0f, 1.0f, 1.0f};
+    std::string font;      ///< a charset file; empty: the built-in one
+    bool gl3 = true;       ///< core context and generic attributes, or the compatibility way
+    std::string device;    ///< that draws; empty: as the environment says
+    std::string plugin;    ///< a file; empty: only those that are found
+    std::string loader;    ///< the only one that is asked; empty: all of them
+    std::string reference; ///< a picture to compare with; empty: none
+    int tolerance = 0;     ///< largest difference of a channel from it
     bool info = false;
     bool gl = false;
     bool quiet = false;
@@ -48,9 +58,19 @@ std::string read_options(const std::vector<std::string>& words, Options& options
 /// What `--help` prints.
 std::string help_text();
 
+/// How pictures are written: as asked for, or as the file's suffix says; a film for a film.
+orvex::kit::PictureFormat format_of(const Options& options);
 /// The picture's file: as asked for, or the model's name.
 std::string output_of(const Options& options);
+/// Where a picture of the difference from the reference goes.
+std::string difference_of(const Options& options);
+/// How many pictures of a turn are drawn, 1 without one.
+int pictures_of(const Options& options);
+/// Whether there is a turn.
+bool is_turn(const Options& options);
+/// Whether all pictures go to one file.
+bool is_film(const Options& options);
 /// The files of all pictures: of a turntable each with its number, counted from 1, before its
-/// suffix, with as many digits as the last one needs and at least three.
+/// suffix, with as many digits as the last one needs and at least three; of a film one.
 /// @param addition  stands behind the name, before number and suffix
 std::vector<std::string> outputs_of(const Options& options, const std::string& addition = "");

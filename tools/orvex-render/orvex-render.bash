@@ -5,7 +5,7 @@ _orvex_render() {
   local colors='black white gray red green blue yellow cyan magenta orange'
   local options='--output --size --background --wireframe --normals --samples --path --azimuth --elevation
     --distance --zoom --up --turntable --text --text-place --text-size --text-color --font --info
-    --gl --help --version --quiet --verbose'
+    --gl --format --look --film --track --ref --tolerance --plugin --loader --device --help --version --quiet --verbose'
   local places='top-left top top-right left center-left center center-right right bottom-left
     bottom bottom-right'
   COMPREPLY=()
@@ -19,17 +19,24 @@ _orvex_render() {
 
   local words='' files=''
   case $before in
-    -b | --background | --text-color) words=$colors ;;
+    -b | --background) words="$colors transparent" ;;
+    --text-color) words=$colors ;;
+    -l | --look) words='lit matcap normals plain wire' ;;
+    --format) words='png jpg npy exr raw y4m' ;;
+    --device) words='software 0 1' ;;
     --path) words='gl2 gl3' ;;
     -n | --normals) words='file smooth flat' ;;
     -u | --up) words='auto x y z -x -y -z' ;;
     -m | --samples) words='0 2 4 8' ;;
     -s | --size) words='640x480 1280x960 1920x1080' ;;
     --text-place) words=$places ;;
-    -o | --output) files='jpg|jpeg|JPG' ;;
+    -o | --output) files='png|jpg|jpeg|JPG|npy|exr|raw|y4m' ;;
+    --ref) files='png|jpg|jpeg|JPG|bmp|tga' ;;
+    --plugin) files='so' ;;
+    --track) files='json' ;;
     --font) files='xml|fnt' ;;
     -a | --azimuth | -e | --elevation | -d | --distance | -z | --zoom | -t | --turntable | \
-      -x | --text | --text-size) return ;;
+      -x | --text | --text-size | --film | --tolerance | --loader) return ;;
     *) case $current in
          -*) words=$options ;;
          *) files='obj|OBJ|3ds|3DS' ;;

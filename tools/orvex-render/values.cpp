@@ -65,7 +65,7 @@ Color color_of(unsigned rgb) {
     const auto part = [rgb](unsigned shift) {
         return static_cast<float>(rgb >> shift & 0xffu) / 255.0f;
     };
-    return {part(16), part(8), part(0)};
+    return {part(16), part(8), part(0), 1.0f};
 }
 
 std::optional<unsigned> hexadecimal_in(const std::string& digits) {
@@ -92,4 +92,8 @@ std::optional<Color> color_in(const std::string& word) {
     if (digits.size() != 6 || !rgb)
         return std::nullopt;
     return color_of(*rgb);
+}
+
+std::optional<Color> background_in(const std::string& word) {
+    return word == "transparent" ? Color{0.0f, 0.0f, 0.0f, 0.0f} : color_in(word);
 }

@@ -12,11 +12,12 @@ struct Size {
     int height;
 };
 
-/// Red, green and blue, 0 to 1.
+/// Red, green, blue and opacity, 0 to 1.
 struct Color {
     float r;
     float g;
     float b;
+    float a = 1.0f;
 };
 
 /// A decimal number from `least` to `most`.
@@ -28,5 +29,7 @@ std::optional<Size> size_in(const std::string& word);
 /// "#rgb" and "#rrggbb" in hexadecimal digits, or a name: black, white, gray, red, green, blue,
 /// yellow, cyan, magenta, orange.
 std::optional<Color> color_in(const std::string& word);
+/// As `color_in`, or "transparent", which is black without opacity.
+std::optional<Color> background_in(const std::string& word);
 /// The names of colours, with commas between them.
 std::string color_names();

@@ -1,0 +1,255 @@
+// Pictures in every format, films, comparison with a reference, and what reads and draws.
+
+#include <filesystem>
+
+#include <gtest/gtest.h>
+
+#include <orvex_kit/picture_file.h>
+
+#include "program_run.h"
+#include "tests/support/temp_dir.h"
+
+namespace orvex_test {
+
+namespace {
+
+using namespace orvex::kit;
+using Words = std::vector<std::string>;
+
+/// Runs the program on the sample with a small picture.
+Outcome run_small(const TempDir& folder, Words words) {
+    words.insert(words.begin(), {sample(), "-s32x24"});
+    return run_render(folder.path(), words);
+}
+
+Picture picture_in(const TempDir& folder, const std::string& name) {
+    Picture picture;
+    EXPECT_EQ(read_picture(folder.file(name), picture).reason(), "");
+    return picture;
+}
+
+bool exists(const TempDir& folder, const std::string& name) {
+    return std::filesystem::exists(folder.file(name));
+}
+
+/// The bytes of a chunk's field in a PNG, whose header lies at fixed places.
+int color_type_of(const std::string& png) {
+    return png.size() > 25 ? png[25] : -1;
+}
+
+TEST(OrvexRenderFormat, follows_the_suffix_or_what_is_asked_for) {
+    struct Row {
+        Words words;
+        const char* file;
+        const char* begin;
+    };
+    const TempDir folder;
+    for (const Row& row :
+         {Row{{"-oa.png"}, "a.png", "\x89PNG"}, Row{{"-oa.jpg"}, "a.jpg", "\xff\xd8\xff"},
+          Row{{"-oa.npy"}, "a.npy", "\x93NUMPY"}, Row{{"-oa.y4m"}, "a.y4m", "YUV4MPEG2 W32 H24 "},
+          Row{{"-oa.dat", "--format=png"}, "a.dat", "\x89PNG"},
+          Row{{"--format=png"}, "lighthouse.png", "\x89PNG"}}) {
+        const Outcome outcome = run_small(folder, row.words);
+        EXPECT_EQ(outcome.code, 0) << outcome.errors;
+        EXPECT_EQ(outcome.errors, std::string("wrote ") + row.file + "\n");
+        EXPECT_EQ(content_of(folder.file(row.file)).rfind(row.begin, 0), 0u) << row.file;
+    }
+}
+
+TEST(OrvexRenderFormat, keeps_the_picture_whatever_it_is) {
+    const TempDir folder;
+    ASSERT_EQ(run_small(folder, {"-oa.png"}).code, 0);
+    ASSERT_EQ(run_small(folder, {"-oa.raw"}).code, 0);
+    const Picture png = picture_in(folder, "a.png");
+    const std::string raw = content_of(folder.file("a.raw"));
+    ASSERT_EQ(raw.size(), png.size_bytes());
+    EXPECT_EQ(raw, std::string(reinterpret_cast<const char*>(png.data()), png.size_bytes()));
+}
+
+TEST(OrvexRenderFormat, has_alpha_where_the_background_is_transparent) {
+    constexpr int rgb = 2;
+    constexpr int rgba = 6;
+    const TempDir folder;
+    ASSERT_EQ(run_small(folder, {"-oa.png"}).code, 0);
+    EXPECT_EQ(color_type_of(content_of(folder.file("a.png"))), rgb);
+    ASSERT_EQ(run_small(folder, {"-oa.png", "-btransparent"}).code, 0);
+    EXPECT_EQ(color_type_of(content_of(folder.file("a.png"))), rgba);
+    ASSERT_EQ(run_small(folder, {"-oa.raw", "-btransparent"}).code, 0);
+    const std::string raw = content_of(folder.file("a.raw"));
+    ASSERT_EQ(raw.size(), 32u * 24 * 4);
+    EXPECT_EQ(raw[3], 0);
+    EXPECT_EQ(raw[(12 * 32 + 16) * 4 + 3], '\xff');
+}
+
+TEST(OrvexRenderFormat, of_standard_output_gets_the_picture_alone) {
+    const TempDir folder;
+    ASSERT_EQ(run_small(folder, {"-oa.png"}).code, 0);
+    const Outcome outcome = run_small(folder, {"-o-", "--format=png"});
+    EXPECT_EQ(outcome.code, 0);
+    EXPECT_EQ(outcome.errors, "wrote standard output\n");
+    EXPECT_EQ(outcome.out, content_of(folder.file("a.png")));
+}
+
+TEST(OrvexRenderFilm, holds_the_pictures_of_a_turn) {
+    const TempDir folder;
+    ASSERT_EQ(run_small(folder, {"--film=3", "-oa.raw"}).code, 0);
+    std::string all;
+    ASSERT_EQ(run_small(folder, {"--turntable=3", "--format=raw"}).code, 0);
+    for (const char* name : {"lighthouse-001.raw", "lighthouse-002.raw", "lighthouse-003.raw"})
+        all += content_of(folder.file(name));
+    EXPECT_EQ(content_of(folder.file("a.raw")), all);
+}
+
+TEST(OrvexRenderFilm, goes_to_standard_output_for_encoders) {
+    const TempDir folder;
+    const Outcome outcome = run_small(folder, {"--film=2", "-o-"});
+    EXPECT_EQ(outcome.code, 0) << outcome.errors;
+    EXPECT_EQ(outcome.errors, "wrote standard output, a film of 2 pictures\n");
+    const std::size_t head = outcome.out.find('\n') + 1;
+    EXPECT_EQ(outcome.out.rfind("YUV4MPEG2 W32 H24 F25:1", 0), 0u);
+    EXPECT_EQ(outcome.out.size(), head + 2 * (6 + 32 * 24 * 3 / 2));
+}
+
+TEST(OrvexRenderFilm, follows_a_track) {
+    const TempDir folder;
+    folder.write("way.json", R"({"keys": [
+        {"time": 1, "eye": [4, 4, 14], "target": [0, 2, 0]},
+        {"time": 1.1, "eye": [-4, 4, 14], "target": [0, 2, 0]}]})");
+    const Outcome outcome = run_small(folder, {"--track=way.json", "-oa.raw"});
+    EXPECT_EQ(outcome.code, 0) << outcome.errors;
+    EXPECT_EQ(outcome.errors, "wrote a.raw, a film of 3 pictures\n");
+    const std::string film = content_of(folder.file("a.raw"));
+    constexpr std::size_t size = 32 * 24 * 3;
+    ASSERT_EQ(film.size(), 3 * size);
+    EXPECT_NE(film.substr(0, size), film.substr(2 * size));
+}
+
+TEST(OrvexRenderFilm, tells_what_is_wrong_with_its_track) {
+    const TempDir folder;
+    folder.write("way.json", R"({"keys": [{"time": "now"}]})");
+    const Outcome outcome = run_small(folder, {"--track=way.json"});
+    EXPECT_EQ(outcome.code, 1);
+    EXPECT_TRUE(has(outcome.errors, "orvex-render: way.json: ")) << outcome.errors;
+    EXPECT_TRUE(has(outcome.errors, "keys[0]")) << outcome.errors;
+}
+
+TEST(OrvexRenderReference, is_met_by_the_same_picture) {
+    const TempDir folder;
+    ASSERT_EQ(run_small(folder, {"-oa.png"}).code, 0);
+    const Outcome outcome = run_small(folder, {"-ob.png", "--ref=a.png"});
+    EXPECT_EQ(outcome.code, 0);
+    EXPECT_EQ(outcome.errors, "wrote b.png\n");
+    EXPECT_FALSE(exists(folder, "b-difference.png"));
+}
+
+TEST(OrvexRenderReference, shows_where_another_picture_differs) {
+    const TempDir folder;
+    ASSERT_EQ(run_small(folder, {"-oa.png", "-b#102030"}).code, 0);
+    const Outcome outcome = run_small(folder, {"-ob.png", "-b#112030", "--ref=a.png"});
+    EXPECT_EQ(outcome.code, 1);
+    EXPECT_TRUE(has(outcome.errors, "orvex-render: not as a.png: ")) << outcome.errors;
+    EXPECT_TRUE(has(outcome.errors, "; b-difference.png shows where\n")) << outcome.errors;
+    const Picture shown = picture_in(folder, "b-difference.png");
+    EXPECT_EQ(shown.width(), 32);
+    EXPECT_GT(shown.row<std::uint8_t>(0)[0], 0);
+    EXPECT_EQ(shown.row<std::uint8_t>(12)[3 * 16], 0);
+    EXPECT_EQ(run_small(folder, {"-ob.png", "-b#112030", "--ref=a.png", "--tolerance=1"}).code, 0);
+}
+
+TEST(OrvexRenderReference, of_another_size_differs) {
+    const TempDir folder;
+    ASSERT_EQ(run_small(folder, {"-oa.png"}).code, 0);
+    const Outcome outcome =
+        run_render(folder.path(), {sample(), "-s24x32", "-ob.png", "--ref=a.png"});
+    EXPECT_EQ(outcome.code, 1);
+    EXPECT_TRUE(has(outcome.errors, "orvex-render: not as a.png: ")) << outcome.errors;
+    EXPECT_FALSE(exists(folder, "b-difference.png"));
+}
+
+TEST(OrvexRenderReference, that_is_missing_ends_with_3) {
+    const TempDir folder;
+    folder.write("text.png", "no picture");
+    for (const char* name : {"none.png", "text.png"}) {
+        const Outcome outcome = run_small(folder, {"-ob.png", "--ref", name});
+        EXPECT_EQ(outcome.code, 3);
+        EXPECT_TRUE(has(outcome.errors, "orvex-render: no reference: ")) << outcome.errors;
+        EXPECT_TRUE(has(outcome.errors, name)) << outcome.errors;
+        EXPECT_FALSE(exists(folder, "b.png"));
+    }
+}
+
+TEST(OrvexRenderReference, isnt_written_over) {
+    const TempDir folder;
+    ASSERT_EQ(run_small(folder, {"-oa.png"}).code, 0);
+    const Outcome outcome = run_small(folder, {"-oa.png", "--ref=a.png"});
+    EXPECT_EQ(outcome.code, 1);
+    EXPECT_EQ(outcome.errors, "orvex-render: can't write a.png: the picture is made from it\n");
+}
+
+TEST(OrvexRenderLook, comes_from_the_kit_or_from_a_file) {
+    const TempDir folder;
+    ASSERT_EQ(run_small(folder, {"-olit.png"}).code, 0);
+    ASSERT_EQ(run_small(folder, {"-onormals.png", "--look=normals"}).code, 0);
+    EXPECT_NE(picture_in(folder, "lit.png"), picture_in(folder, "normals.png"));
+    folder.write("red.glsl",
+                 "[Vertex_Shader]\nuniform mat4 orvex_ModelViewProjectionMatrix;\n"
+                 "void main() { gl_Position = orvex_ModelViewProjectionMatrix * POSITION; }\n"
+                 "[Pixel_Shader]\nvoid main() { COLOR = vec4(1, 0, 0, 1); }\n");
+    const Outcome outcome = run_small(folder, {"-ored.png", "--look=red.glsl"});
+    ASSERT_EQ(outcome.code, 0) << outcome.errors;
+    const Picture red = picture_in(folder, "red.png");
+    const std::uint8_t* const middle = red.row<std::uint8_t>(12) + 3 * 16;
+    EXPECT_EQ(middle[0], 255);
+    EXPECT_EQ(middle[1], 0);
+}
+
+TEST(OrvexRenderLook, that_doesnt_compile_tells_its_lines) {
+    const TempDir folder;
+    folder.write("bad.glsl", "[Vertex_Shader]\nvoid main() { gl_Position = oops; }\n"
+                             "[Pixel_Shader]\nvoid main() { COLOR = vec4(1.0); }\n");
+    const Outcome outcome = run_small(folder, {"--look=bad.glsl"});
+    EXPECT_EQ(outcome.code, 1);
+    EXPECT_TRUE(has(outcome.errors, "bad.glsl:2: ")) << outcome.errors;
+    EXPECT_EQ(run_small(folder, {"--look=none.glsl"}).code, 1);
+}
+
+TEST(OrvexRenderLoader, is_the_only_one_that_is_asked) {
+    const TempDir folder;
+    EXPECT_EQ(run_small(folder, {"-oa.png", "--loader=orvex_plugin_core_obj"}).code, 0);
+    const Outcome outcome = run_small(folder, {"-ob.png", "--loader=none"});
+    EXPECT_EQ(outcome.code, 1);
+    EXPECT_TRUE(has(outcome.errors, "none")) << outcome.errors;
+    EXPECT_FALSE(exists(folder, "b.png"));
+}
+
+TEST(OrvexRenderPlugin, reads_its_models) {
+    const TempDir folder;
+    const Outcome outcome = run_render(folder.path(), {ORVEX_SOUP_DATA "/tent.soup", "-s32x24",
+                                                       "-oa.png", "--plugin", ORVEX_SOUP_LOADER});
+    EXPECT_EQ(outcome.code, 0) << outcome.errors;
+    EXPECT_TRUE(exists(folder, "a.png"));
+}
+
+TEST(OrvexRenderPlugin, that_isnt_one_is_refused) {
+    const TempDir folder;
+    for (const Words& words :
+         {Words{"-oa.png", "--plugin=none.so"}, Words{"-i", "--plugin=none.so"}}) {
+        const Outcome outcome = run_small(folder, words);
+        EXPECT_EQ(outcome.code, 1);
+        EXPECT_TRUE(has(outcome.errors, "orvex-render: none.so: it can't be loaded as a plugin"))
+            << outcome.errors;
+    }
+}
+
+TEST(OrvexRenderDevice, stands_above_the_environment) {
+    const TempDir folder;
+    EXPECT_EQ(run_render(folder.path(), {sample(), "-s32x24", "--device=software"},
+                         {"ORVEX_GL_DEVICE=99"})
+                  .code,
+              0);
+    EXPECT_EQ(run_small(folder, {"--device=99"}).code, 1);
+}
+
+} // namespace
+
+} // namespace orvex_test

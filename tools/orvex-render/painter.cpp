@@ -1,0 +1,246 @@
+// From the model's file to its pictures.
+
+#include "painter.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdint>
+#include <cstdio>
+
+#include <orvex/renderer/renderer.h>
+#include <orvex_kit/frame_stream.h>
+#include <orvex_kit/look.h>
+#include <orvex_kit/whole_file.h>
+
+#include "messages.h"
+#include "progress_bar.h"
+
+using namespace orvex;
+using namespace orvex::kit;
+
+namespace {
+
+/// Pictures of a track in a second, as films have them.
+const int rate = FrameStreamOptions().rate;
+
+} // namespace
+
+ViewOptions view_options(const Options& options, int samples) {
+    ViewOptions result;
+    result.path = options.gl3 ? Path::gl3 : Path::gl2;
+    result.samples = samples;
+    return result;
+}
+
+/// Why there is no view, with this program's options in place of the kit's.
+std::string mistake_in(const View& view) {
+    if (view)
+        return "";
+    switch (view.failure()) {
+    case ViewFailure::old_driver:
+        return "no OpenGL 3.2 context: the driver offers less; --path gl2 draws with OpenGL 2.1";
+    case ViewFailure::memory:
+        return "no OpenGL context: there isn't enough memory for a driver";
+    case ViewFailure::no_driver:
+        return "no OpenGL context: no driver is found; the package libgl1-mesa-dri has one";
+    case ViewFailure::samples: {
+        std::string reason = view.reason();
+        return reason.insert(reason.find("samples 0"), "--");
+    }
+    case ViewFailure::none:
+    case ViewFailure::no_engine:
+    case ViewFailure::size:
+    case ViewFailure::window:
+        break;
+    }
+    return view.reason();
+}
+
+std::string Painter::prepare() {
+    for (const auto step : {&Painter::prepare_view, &Painter::prepare_scene, &Painter::prepare_text,
+                            &Painter::prepare_track, &Painter::prepare_outputs})
+        if (std::string mistake = (this->*step)(); !mistake.empty())
+            return mistake;
+    steady = aim();
+    return "";
+}
+
+namespace {
+
+Look look_of(const Options& options) {
+    if (options.look.find_first_of("./") != std::string::npos)
+        return Look::from_file(options.look);
+    return Look::named(options.look);
+}
+
+} // namespace
+
+std::string Painter::prepare_view() {
+    view = View(options.size.width, options.size.height, view_options(options, options.samples));
+    if (!view)
+        return mistake_in(view);
+    const Color& behind = options.background;
+    view.set_background({behind.r, behind.g, behind.b, behind.a});
+    if (options.samples > 1 && view.samples() < options.samples)
+        tell_warning(std::to_string(options.samples) + " samples per pixel aren't offered here; " +
+                     std::to_string(view.samples()) + " are");
+    return view.set_look(look_of(options)).reason();
+}
+
+std::string Painter::prepare_scene() {
+    ModelOptions wanted;
+    wanted.normals = options.normals;
+    wanted.loader = options.loader;
+    scene = kit::Model(options.model, wanted);
+    for (const ModelTexture& texture : scene.textures())
+        if (!texture.reason.empty())
+            tell_warning("texture " + texture.name + ": " + texture.reason);
+    up = options.up == UpAxis::automatic ? scene.up_axis() : options.up;
+    return scene.reason();
+}
+
+std::string Painter::prepare_text() {
+    if (options.text.empty())
+        return "";
+    text_program = Program::from_text(view, text_shader(options.gl3), "orvex-render text");
+    if (!text_program)
+        return text_program.reason();
+    overlay = std::make_unique<TextOverlay>(view.renderer(), text_program.gpu(), options.gl3);
+    return overlay->load(options.font);
+}
+
+/// The first of the names that is a file from which the picture is made; empty without one.
+std::string Painter::input_among(const std::vector<std::string>& names) const {
+    std::vector<std::string> inputs = scene.files();
+    if (overlay)
+        for (const std::string& file : overlay->files())
+            inputs.push_back(file);
+    for (const std::string& own : {options.track, options.reference})
+        if (!own.empty())
+            inputs.push_back(own);
+    for (const std::string& name : names)
+        for (const std::string& input : inputs)
+            if (are_same_file(name, input))
+                return name;
+    return "";
+}
+
+std::string Painter::prepare_track() {
+    if (options.track.empty())
+        return "";
+    track = Track(options.track);
+    return track.reason();
+}
+
+/// A name that nobody asked for makes way for an input; one that was asked for is refused.
+std::string Painter::prepare_outputs() {
+    std::vector<std::string> outputs = outputs_of(options);
+    std::string taken = input_among(outputs);
+    if (!taken.empty() && options.output.empty()) {
+        outputs = outputs_of(options, "-render");
+        taken = input_among(outputs);
+    }
+    if (!taken.empty())
+        return "can't write " + taken + ": the picture is made from it";
+    sink = std::make_unique<Sink>(outputs, format_of(options), is_film(options));
+    return outputs.front() == "-" ? "" : mistake_in_writing(outputs.front());
+}
+
+int Painter::num_pictures() const {
+    return track ? 1 + static_cast<int>(std::floor((track.end() - track.begin()) * rate))
+                 : pictures_of(options);
+}
+
+Angle Painter::angle_of(int number) const {
+    const float turn =
+        360.0f * static_cast<float>(number) / static_cast<float>(pictures_of(options));
+    return {options.azimuth + (track ? 0.0f : turn), options.elevation, up};
+}
+
+Lens Painter::lens() const {
+    return {options.size.width, options.size.height, options.zoom};
+}
+
+/// A turn keeps to one aim, or the model would seem to breathe.
+Aim Painter::aim() const {
+    const Angle first = angle_of(0);
+    const int pictures = pictures_of(options);
+    Aim one = is_turn(options) ? turning_aim(scene.extent(), first, lens(), std::min(pictures, 36))
+                               : tight_aim(scene.extent(), first, lens());
+    one.distance *= options.distance;
+    return one;
+}
+
+kit::Camera Painter::camera_of(int number) const {
+    if (!track)
+        return aimed(scene.extent(), angle_of(number), lens(), steady);
+    kit::Camera camera = track.at(track.begin() + static_cast<double>(number) / rate);
+    fit_clip(camera, scene.extent());
+    return camera;
+}
+
+TextOverlay::Setting Painter::setting() const {
+    return {text_place_of(options.text_place).value(), options.text_size, options.text_color,
+            options.size.width, options.size.height};
+}
+
+std::string Painter::draw_text() {
+    if (!overlay)
+        return "";
+    if (!overlay->draw(options.text, setting()))
+        return "the text has too many lines";
+    if (!is_text_looked_at && !overlay->has_room_for(options.text, setting()))
+        tell_warning("the text runs out of the picture");
+    is_text_looked_at = true;
+    return "";
+}
+
+namespace {
+
+/// Whether a picture has no pixel in another colour, as when nothing was drawn.
+bool shows_only(const Color& color, const Picture& picture) {
+    // A driver rounds as it likes.
+    const auto is_near = [](std::uint8_t value, float wanted) {
+        return std::abs(static_cast<float>(value) - wanted * 255.0f) <= 1.0f;
+    };
+    for (int y = 0; y < picture.height(); ++y) {
+        const auto* pixel = picture.row<std::uint8_t>(y);
+        for (int x = 0; x < picture.width(); ++x, pixel += picture.channels())
+            if (!is_near(pixel[0], color.r) || !is_near(pixel[1], color.g) ||
+                !is_near(pixel[2], color.b))
+                return false;
+    }
+    return true;
+}
+
+} // namespace
+
+std::string Painter::paint(int number) {
+    view.renderer()->rasterizer_set_polygon_mode(
+        POLYGON_FACE_FRONT_AND_BACK, options.wireframe ? POLYGON_MODE_LINE : POLYGON_MODE_FILL);
+    view.begin(camera_of(number));
+    view.add(scene, angle_of(number));
+    view.end();
+    if (const kit::Outcome read = view.read(last); !read)
+        return read.reason();
+    seen = seen || !shows_only(options.background, last);
+    if (overlay) {
+        if (std::string mistake = draw_text(); !mistake.empty())
+            return mistake;
+        if (const kit::Outcome read = view.read(last); !read)
+            return read.reason();
+    }
+    view.present();
+    return sink->put(last, options.background.a < 1.0f);
+}
+
+std::string Painter::paint() {
+    const int count = num_pictures();
+    const ProgressBar bar(stderr, count, count > 1 && !options.quiet);
+    for (int i = 0; i < count; ++i) {
+        if (std::string mistake = paint(i); !mistake.empty())
+            return mistake;
+        bar.show(i + 1);
+    }
+    return sink->finish();
+}
