@@ -7,6 +7,7 @@
 #include <cstdio>
 
 #include <fcntl.h>
+#include <locale.h>
 #include <netdb.h>
 #include <poll.h>
 #include <pthread.h>
@@ -37,10 +38,13 @@ std::size_t cut_short(const char* function, const void* place, std::size_t count
 
 #define ORVEX_PLACE __builtin_return_address(0)
 
+// The system declares some of these with more than stands here: each is defined under a name of its
+// own. NOLINTBEGIN(bugprone-macro-parentheses): the arguments are types and lists.
+
 /// A call that fails with an error number.
 #define ORVEX_SYSTEM_CALL(result, name, parameters, arguments, error, failure)                     \
-    extern "C" ORVEX_EXPORT result name parameters;                                                \
-    extern "C" result name parameters {                                                            \
+    extern "C" ORVEX_EXPORT result replaced_##name parameters __asm__(#name);                      \
+    extern "C" result replaced_##name parameters {                                                 \
         if (fails(#name, ORVEX_PLACE)) {                                                           \
             errno = error;                                                                         \
             return failure;                                                                        \
@@ -50,8 +54,8 @@ std::size_t cut_short(const char* function, const void* place, std::size_t count
 
 /// A call that moves bytes: it fails, or moves half of them.
 #define ORVEX_TRANSFER(result, name, parameters, count, arguments, error, failure)                 \
-    extern "C" ORVEX_EXPORT result name parameters;                                                \
-    extern "C" result name parameters {                                                            \
+    extern "C" ORVEX_EXPORT result replaced_##name parameters __asm__(#name);                      \
+    extern "C" result replaced_##name parameters {                                                 \
         if (fails(#name, ORVEX_PLACE)) {                                                           \
             errno = error;                                                                         \
             return failure;                                                                        \
@@ -59,6 +63,8 @@ std::size_t cut_short(const char* function, const void* place, std::size_t count
         count = cut_short(#name, ORVEX_PLACE, count);                                              \
         return ORVEX_NEXT(name) arguments;                                                         \
     }
+
+// NOLINTEND(bugprone-macro-parentheses)
 
 // clang-format off
 ORVEX_TRANSFER(ssize_t, read, (int fd, void* bytes, size_t count), count, (fd, bytes, count), EIO, -1)

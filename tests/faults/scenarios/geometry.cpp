@@ -211,8 +211,9 @@ void play_points(Stage& stage) {
     VertexPool* const pool = stage.make<VertexPool>();
     stage.get("init_pool", [&] { return pool->init_pool(9, false); });
     for (unsigned long i = 0; i < 9; ++i) {
+        const unsigned long row = i / 3;
         pool->set_vertex_position(
-            i, vec4(static_cast<float>(i % 3) - 1.0f, static_cast<float>(i / 3) - 1.0f, 0, 1));
+            i, vec4(static_cast<float>(i % 3) - 1.0f, static_cast<float>(row) - 1.0f, 0, 1));
         pool->set_vertex_color(i, 1.0f, static_cast<float>(i) / 9.0f, 0.0f, 1.0f);
     }
     GpuProgram* const program = stage.make_colored_program();

@@ -43,8 +43,8 @@ void play_letters(Stage& stage, Path path) {
 Camera* make_pixel_camera(Stage& stage) {
     Camera* const camera = stage.make<Camera>();
     camera->set_viewport(0, 0, Stage::size, Stage::size);
-    camera->build_projection_ortho(-Stage::size / 2, Stage::size / 2, -Stage::size / 2,
-                                   Stage::size / 2, 1, 100, true);
+    constexpr float half = Stage::size / 2.0f;
+    camera->build_projection_ortho(-half, half, -half, half, 1, 100, true);
     return camera;
 }
 
