@@ -225,27 +225,54 @@ TEST(OrvexRender, tells_a_picture_that_cant_be_decoded_from_a_missing_one) {
                     "\ntextures missing: 1\n  bad.png: it is no picture that can be decoded"));
 }
 
-TEST(OrvexRender, tells_that_nothing_of_a_model_can_be_seen) {
+TEST(OrvexRender, tells_why_nothing_of_a_model_can_be_seen) {
     struct Row {
-        const char* name;
         const char* text;
+        const char* reason;
     };
     for (const Row& row : {
-             Row{"one point", "v 1 1 1\nv 1 1 1\nv 1 1 1\nf 1 2 3\n"},
-             Row{"no numbers", "v nan 0 0\nv 1 nan 0\nv 0 1 nan\nf 1 2 3\n"},
-             Row{"huge", "v 1e30 0 0\nv 0 1e30 0\nv 0 0 1e30\nf 1 2 3\n"},
-             Row{"tiny", "v 1e-30 0 0\nv 0 1e-30 0\nv 0 0 1e-30\nf 1 2 3\n"},
-             Row{"corners that aren't there", "v 0 0 0\nv 1 0 0\nv 0 1 0\nf 7 8 9\n"},
+             Row{"v 1 1 1\nv 1 1 1\nv 1 1 1\nf 1 2 3\n",
+                 "none of its faces has an area; all 3 of its vertices lie at one point"},
+             Row{"v nan 0 0\nv 1 nan 0\nv 0 1 nan\nf 1 2 3\n",
+                 "none of its faces has an area; 3 of its 3 vertices have coordinates that are no "
+                 "finite numbers"},
+             Row{"v 1e30 0 0\nv 0 1e30 0\nv 0 0 1e30\nf 1 2 3\n",
+                 "its coordinates are too large to draw with, beyond 1e15"},
+             Row{"v 1e-30 0 0\nv 0 1e-30 0\nv 0 0 1e-30\nf 1 2 3\n",
+                 "it is too small to draw, less than 1e-15 across"},
+             Row{"v 0 0 0\nv 1 0 0\nv 0 1 0\nf 7 8 9\n",
+                 "none of its faces has an area; all 3 of its vertices lie at one point, the "
+                 "origin, as they do where faces name vertices that the file doesn't have"},
          })
         for (const char* words : {"-q", "-t2"}) {
             const TempDir folder;
             folder.write("m.obj", row.text);
             const Outcome outcome = run_render(folder.path(), {"m.obj", "-s32x32", words});
-            EXPECT_EQ(outcome.code, 1) << row.name;
-            EXPECT_TRUE(
-                has(outcome.errors, "orvex-render: warning: nothing of m.obj can be seen\n"))
-                << row.name << ": " << outcome.errors;
+            EXPECT_EQ(outcome.code, 1) << row.text;
+            EXPECT_TRUE(has(outcome.errors, std::string("orvex-render: nothing of m.obj can be "
+                                                        "seen: ") +
+                                                row.reason + "\n"))
+                << outcome.errors;
         }
+}
+
+TEST(OrvexRender, tells_that_a_model_lies_outside_of_what_is_seen) {
+    const TempDir folder;
+    folder.write("m.mtl", "newmtl gone\nd 0\n");
+    folder.write("m.obj", "mtllib m.mtl\nv 0 0 0\nv 1 0 0\nv 0 1 0\nusemtl gone\nf 1 2 3\n");
+    folder.write("apart.obj", "v -5 0 0\nv -5 1 0\nv -4.9 0 0\nv 5 0 0\nv 5 1 0\nv 4.9 0 0\n"
+                              "f 1 2 3\nf 4 5 6\n");
+    const auto errors_of = [&folder](const std::vector<std::string>& words) {
+        const Outcome outcome = run_render(folder.path(), words);
+        EXPECT_EQ(outcome.code, 1);
+        return outcome.errors;
+    };
+    EXPECT_TRUE(has(
+        errors_of({"m.obj", "-s32x32"}),
+        "can be seen: its faces are seen edge-on, are transparent, or look like the background\n"));
+    EXPECT_TRUE(has(errors_of({"apart.obj", "-s32x32", "-z20"}),
+                    "can be seen: all of its vertices lie outside the picture: a smaller --zoom or "
+                    "a larger --distance helps\n"));
 }
 
 TEST(OrvexRender, names_the_option_that_needs_no_samples) {

@@ -49,6 +49,13 @@ TEST(OrvexRenderInfo, tells_of_3ds_files) {
 }
 #endif
 
+TEST(OrvexRenderInfo, notes_what_is_odd) {
+    const TempDir folder;
+    folder.write("m.obj", "v 0 0 0\nv 1 0 0\nv 2 0 0\nf 1 2 3\n");
+    EXPECT_TRUE(has(run_render(folder.path(), {"-i", "m.obj"}).out,
+                    "\nnote: none of its faces has an area\n"));
+}
+
 TEST(OrvexRenderGl, tells_what_the_context_offers) {
     for (const char* path : {"--path=gl2", "--path=gl3"}) {
         const Outcome outcome = run_render("/", {"--gl", path});

@@ -14,6 +14,7 @@
 
 #include "messages.h"
 #include "progress_bar.h"
+#include "unseen.h"
 
 using namespace orvex;
 using namespace orvex::kit;
@@ -243,4 +244,8 @@ std::string Painter::paint() {
         bar.show(i + 1);
     }
     return sink->finish();
+}
+
+std::string Painter::reason_for_nothing() const {
+    return ::reason_for_nothing(scene, camera_of(0), {options.size.width, options.size.height});
 }

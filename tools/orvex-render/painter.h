@@ -33,6 +33,8 @@ public:
     std::string told() const { return sink->told(); }
     /// Whether the model has left a pixel in any picture.
     bool has_shown_something() const { return seen; }
+    /// Why it hasn't.
+    std::string reason_for_nothing() const;
     /// The picture that was drawn last.
     const orvex::kit::Picture& picture() const { return last; }
 

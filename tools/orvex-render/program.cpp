@@ -68,7 +68,9 @@ ExitCode tell_of_model(const Options& options) {
     if (!refused.empty())
         return fail(refused);
     const kit::Model scene(options.model);
-    return scene ? print(report_of_model(options.model, scene)) : fail(scene.reason());
+    if (!scene)
+        return fail(scene.reason());
+    return print(report_of_model(options.model, scene));
 }
 
 ExitCode tell_of_context(const Options& options) {
@@ -128,7 +130,7 @@ ExitCode draw_model(const Options& options) {
     tell(painter.told());
     // In the exit code, so in every wordiness.
     if (!painter.has_shown_something())
-        return fail("warning: nothing of " + options.model + " can be seen");
+        return fail("nothing of " + options.model + " can be seen: " + painter.reason_for_nothing());
     return reference.is_empty() ? EXIT_FINE : compare_with(reference, painter.picture(), options);
 }
 
