@@ -56,6 +56,107 @@ TEST(OrvexRenderInfo, notes_what_is_odd) {
                     "\nnote: none of its faces has an area\n"));
 }
 
+TEST(OrvexRenderInfo, tells_it_as_json) {
+    const TempDir folder;
+    std::filesystem::copy(ORVEX_EXAMPLE_DATA "/lighthouse_wood.png", folder.file("wood.png"));
+    folder.write("m.mtl", "newmtl r\"e\\d\nKd 1 0 0.1\nd 0.5\nmap_Kd none.png\nmap_Kd WOOD.png\n"
+                          "newmtl \xff\xc3\xa4\nKd nan 0 1\n");
+    folder.write("m.obj", "mtllib m.mtl\nv 0 0 0\nv 1 0 0\nv 0 1.5 0\nv 1 1 -2e-7\nv nan 0 0\n"
+                          "g left\nusemtl r\"e\\d\nf 1 2 3\n"
+                          "g right\nusemtl \xff\xc3\xa4\nf 2 4 3\nf 1 2 5\n");
+    const Outcome outcome = run_render(folder.path(), {"--info", "--json", "m.obj"});
+    EXPECT_EQ(outcome.code, 0);
+    EXPECT_EQ(outcome.errors, "");
+    EXPECT_EQ(outcome.out, R"({
+  "model": "m.obj",
+  "loader": "orvex_plugin_core_obj",
+  "vertices": 9,
+  "faces": 3,
+  "points": 0,
+  "bounds": {
+    "min": [0, 0, -2e-07],
+    "max": [1, 1.5, 0]
+  },
+  "up": "y",
+  "meshes": [
+    {
+      "name": "left",
+      "vertices": 3,
+      "faces": 1,
+      "bounds": {
+        "min": [0, 0, 0],
+        "max": [1, 1.5, 0]
+      }
+    },
+    {
+      "name": "right",
+      "vertices": 6,
+      "faces": 2,
+      "bounds": {
+        "min": [0, 0, -2e-07],
+        "max": [1, 1.5, 0]
+      }
+    }
+  ],
+  "materials": [
+    {
+      "name": "r\"e\\d",
+      "ambient": [0.4, 0.4, 0.4, 1],
+      "diffuse": [1, 0, 0.1, 1],
+      "specular": [0.2, 0.2, 0.2, 1],
+      "shininess": 3.072,
+      "opacity": 0.5,
+      "textures": [
+        "none.png",
+        "WOOD.png"
+      ]
+    },
+    {
+      "name": "\ufffdä",
+      "ambient": [0.4, 0.4, 0.4, 1],
+      "diffuse": [null, 0, 1, 1],
+      "specular": [0.2, 0.2, 0.2, 1],
+      "shininess": 3.072,
+      "opacity": 1,
+      "textures": []
+    }
+  ],
+  "textures": {
+    "found": [
+      {
+        "name": "WOOD.png",
+        "path": "wood.png",
+        "width": 256,
+        "height": 256
+      }
+    ],
+    "missing": [
+      {
+        "name": "none.png",
+        "path": "none.png",
+        "reason": "it isn't there"
+      }
+    ]
+  },
+  "notes": [
+    "1 of its 9 vertices have coordinates that are no finite numbers"
+  ]
+}
+)");
+    folder.write("check.py", "import json, sys\njson.load(sys.stdin)\n");
+    EXPECT_EQ(std::system(("cd '" + folder.path() +
+                           "' && '" ORVEX_RENDER "' --info --json m.obj | python3 check.py")
+                              .c_str()),
+              0);
+}
+
+TEST(OrvexRenderInfo, tells_as_json_what_has_no_bounds) {
+    const TempDir folder;
+    folder.write("m.obj", "v nan 0 0\nf 1 1 1\n");
+    const Outcome outcome = run_render(folder.path(), {"--info", "--json", "m.obj"});
+    EXPECT_TRUE(has(outcome.out, "\n  \"bounds\": null,\n")) << outcome.out;
+}
+
 TEST(OrvexRenderGl, tells_what_the_context_offers) {
     for (const char* path : {"--path=gl2", "--path=gl3"}) {
         const Outcome outcome = run_render("/", {"--gl", path});

@@ -100,7 +100,7 @@ void add_picture_rules(Arguments& rules, Options& options) {
     rules.add_flag("--wireframe", 'w', "draws the edges of the triangles only", options.wireframe);
     rules.add_value(
         "--normals", 'n', "file|smooth|flat",
-        "where shading takes the normals from (for .3ds files smooth, or flat if they are angular; "
+        "where shading takes the normals from (for 3DS files smooth, or flat if they are angular; "
         "file for others)",
         take_word(options.normals, "file, smooth or flat",
                   std::array{std::pair{"file", Normals::file}, std::pair{"smooth", Normals::smooth},
@@ -194,6 +194,7 @@ void add_machine_rules(Arguments& rules, Options& options) {
 void add_other_rules(Arguments& rules, Options& options) {
     rules.begin_group("Instead of a picture");
     rules.add_flag("--info", 'i', "tells what the model holds", options.info);
+    rules.add_flag("--json", 0, "with --info: tells it as JSON", options.json);
     rules.add_flag("--gl", 0, "tells what OpenGL offers here; with -v its extensions too",
                    options.gl);
     rules.add_flag("--help", 'h', "this text", options.help);
@@ -256,6 +257,8 @@ std::string mistake_of(const Options& options) {
         return "--quiet and --verbose exclude each other";
     if (options.info && options.gl)
         return "--info and --gl exclude each other";
+    if (options.json && !options.info)
+        return "--json goes with --info";
     if (options.gl && !options.model.empty())
         return "--gl takes no model";
     if (!options.gl && options.model.empty())

@@ -41,6 +41,7 @@ struct Options {
     std::string reference; ///< a picture to compare with; empty: none
     int tolerance = 0;     ///< largest difference of a channel from it
     bool info = false;
+    bool json = false; ///< the way of `info`
     bool gl = false;
     bool quiet = false;
     bool verbose = false;

@@ -5,7 +5,8 @@ _orvex_render() {
   local colors='black white gray red green blue yellow cyan magenta orange'
   local options='--output --size --background --wireframe --normals --samples --path --azimuth --elevation
     --distance --zoom --up --turntable --text --text-place --text-size --text-color --font --info
-    --gl --format --look --film --track --ref --tolerance --plugin --loader --device --help --version --quiet --verbose'
+    --json --gl --format --look --film --track --ref --tolerance --plugin --loader --device
+    --help --version --quiet --verbose'
   local places='top-left top top-right left center-left center center-right right bottom-left
     bottom bottom-right'
   COMPREPLY=()

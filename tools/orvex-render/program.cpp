@@ -70,7 +70,8 @@ ExitCode tell_of_model(const Options& options) {
     const kit::Model scene(options.model);
     if (!scene)
         return fail(scene.reason());
-    return print(report_of_model(options.model, scene));
+    return print(options.json ? report_as_json(options.model, scene)
+                              : report_of_model(options.model, scene));
 }
 
 ExitCode tell_of_context(const Options& options) {
