@@ -17,16 +17,12 @@ namespace orvex::kit {
 
 namespace {
 
-/// What an empty model tells.
-const ModelFacts& no_facts() {
-    static const ModelFacts& none = *new ModelFacts; // never destroyed
-    return none;
-}
-
-const std::string& no_text() {
-    static const std::string& none = *new std::string;
-    return none;
-}
+// What an empty model tells: made with the library, as those who ask have no way to fail, and never
+// destroyed.
+const ModelFacts& no_facts = *new ModelFacts;
+const std::string& no_text = *new std::string;
+const std::string& no_model = *new std::string("no model is loaded");
+const std::string& no_engine_left = *new std::string("the engine has ended, and the model with it");
 
 } // namespace
 
@@ -42,8 +38,9 @@ Model::operator bool() const noexcept {
 }
 
 const std::string& Model::reason() const noexcept {
-    static const std::string& nothing = *new std::string("no model is loaded");
-    return data ? data->reason : nothing;
+    if (!data)
+        return no_model;
+    return *this || !data->reason.empty() ? data->reason : no_engine_left;
 }
 
 orvex::Model* Model::node() const noexcept {
@@ -64,7 +61,7 @@ void Model::stand_up() {
 
 #define ORVEX_KIT_FACT(Type, operation, field)                                                     \
     Type Model::operation() const noexcept {                                                       \
-        return (data ? data->facts : no_facts()).field;                                            \
+        return (data ? data->facts : no_facts).field;                                              \
     }
 
 ORVEX_KIT_FACT(const std::vector<ModelMesh>&, meshes, meshes)
@@ -83,7 +80,7 @@ ORVEX_KIT_FACT(UpAxis, file_up_axis, file_up)
 #undef ORVEX_KIT_FACT
 
 const std::string& Model::loader() const noexcept {
-    return data ? data->loaded.loader : no_text();
+    return data ? data->loaded.loader : no_text;
 }
 
 namespace {
@@ -171,7 +168,6 @@ void Model::Data::close() {
     loaded = {};
     facts = {};
     tree.reset();
-    reason = "the engine has ended, and the model with it";
 }
 
 } // namespace orvex::kit

@@ -45,7 +45,6 @@ Texture* Model::Data::decode(ModelTexture& told) {
         told.reason = "it can't be read" + mistake.substr(told.path.size());
         return nullptr;
     }
-    loaded.textures.reserve(loaded.textures.size() + 1); // may find no memory: first of all
     Texture* const texture =
         TextureMgr::get()->create_texture_2d_from_file(told.path.c_str(), false);
     if (!texture) {

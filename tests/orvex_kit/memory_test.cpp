@@ -1,15 +1,20 @@
-// What becomes of pictures when memory runs out.
+// What becomes of pictures and models when memory runs out.
 
 #include <filesystem>
 #include <functional>
 
 #include <gtest/gtest.h>
 
+#include <orvex/assets/materials/material.h>
+#include <orvex/assets/materials/material_mgr.h>
+#include <orvex/assets/textures/texture_mgr.h>
+#include <orvex/geometry/rays/ray_caster.h>
 #include <orvex/kernel/core.h>
 
 #include "orvex_kit/compare.h"
 #include "orvex_kit/engine.h"
 #include "orvex_kit/frame_stream.h"
+#include "orvex_kit/model.h"
 #include "orvex_kit/picture_file.h"
 #include "orvex_kit/private/engine_parts.h"
 #include "tests/orvex_kit/sample_pictures.h"
@@ -144,6 +149,44 @@ TEST(Memory, that_runs_out_leaves_no_engine_half_begun) {
         }
     EXPECT_GE(thrown, 1);
     unsetenv("ORVEX_PLUGIN_PATH");
+}
+
+/// A model of one triangle with two textures, one of which is missing.
+std::string write_model(const TempDir& folder) {
+    EXPECT_EQ(write_picture(noise_picture(20, 20, 3, Sample::u8), folder.file("t.png")).reason(),
+              "");
+    folder.write("m.mtl", "newmtl a\nmap_Kd C:\\x\\T.png\nmap_Kd none.png\n");
+    return folder.write("m.obj", "mtllib m.mtl\nv 0 0 0\nv 1 0 0\nv 0 1 0\nusemtl a\nf 1 2 3\n");
+}
+
+TEST(Memory, that_runs_out_leaves_nothing_of_a_model) {
+    const TempDir folder;
+    const std::string path = write_model(folder);
+    const Engine engine({{}, "", false, false});
+    orvex::Material* const of_host = orvex::MaterialMgr::get()->create_material("a");
+    { const Model warm(path); }
+    const long before = living_blocks();
+    int thrown = 0, loaded = 0;
+    for (unsigned long n = 0; n < 400; ++n)
+        for (const bool single : {true, false}) {
+            try {
+                const RefuseArrays refusal({.granted = n, .refused = 1, .single = single});
+                const Model model(path);
+                model.pick(orvex::Ray{{0.2f, 0.2f, 1, 1}, {0, 0, -1, 0}});
+                loaded += model ? 1 : 0;
+            } catch (const std::bad_alloc&) {
+                ++thrown;
+            }
+            ASSERT_EQ(orvex::MaterialMgr::get()->get_num_resources(), 1u) << n;
+            EXPECT_EQ(orvex::MaterialMgr::get()->get_resource_by_index(0), of_host);
+            EXPECT_EQ(of_host->get_ref(), 1) << n;
+            ASSERT_EQ(orvex::TextureMgr::get()->get_num_resources(), 0u) << n;
+        }
+    EXPECT_GT(thrown, 50);
+    EXPECT_GT(loaded, 50);
+    EXPECT_LE(living_blocks(), before + 8); // of texts that the engine's loaders keep
+    const Model model(path);
+    EXPECT_TRUE(model) << model.reason();
 }
 
 } // namespace

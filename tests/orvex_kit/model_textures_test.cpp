@@ -1,6 +1,8 @@
 // Where textures are found, as people's files name them, with real files.
 
 #include <filesystem>
+#include <iterator>
+#include <random>
 
 #include <gtest/gtest.h>
 
@@ -175,6 +177,33 @@ TEST_F(TextureSearchTest, takes_links_for_what_they_lead_to) {
     EXPECT_EQ(find_texture(root.file("short/"), "wood.png", false).path,
               root.file("short/wood.png"));
     EXPECT_EQ(find_texture(root.file("short/"), wood, false).path, wood);
+}
+
+TEST_F(TextureSearchTest, never_finds_anything_outside_whatever_the_name) {
+    picture("secret.png");
+    picture("house/wood.png");
+    picture("house/textures/wood.png");
+    fs::create_symlink("../secret.png", model_folder() + "link.png");
+    fs::create_directory_symlink("..", model_folder() + "up");
+    const std::string root_of_all = fs::canonical(model_folder()).string() + "/";
+    const std::string parts[] = {"..",         ".",         "/",    "\\",       "\\\\",
+                                 "C:",         "-s 2 ",     "-o ",  "wood.png", "up",
+                                 "link.png",   "\"",        " ",    "textures", "WOOD.PNG",
+                                 "secret.png", root.path(), "\xff", "house"};
+    std::mt19937 dice(11);
+    std::size_t found = 0;
+    for (int i = 0; i < 5000; ++i) {
+        std::string name;
+        for (std::size_t count = dice() % 7; count-- > 0;)
+            name += parts[dice() % std::size(parts)];
+        const FoundTexture texture = find(name);
+        if (!texture.reason.empty())
+            continue;
+        ++found;
+        const std::string real = fs::canonical(texture.path).string();
+        EXPECT_EQ(real.compare(0, root_of_all.size(), root_of_all), 0) << name << ": " << real;
+    }
+    EXPECT_GT(found, 100u);
 }
 
 // ------------------------------------------------------------------------------- in a model
