@@ -58,34 +58,6 @@ bool Look::has_lines() const {
     return marker != own_text.npos && marker < own_text.find("[Vertex_Shader]");
 }
 
-namespace {
-
-const char* const text_vertex = R"(
-uniform mat4 orvex_ModelViewProjectionMatrix;
-OUT vec4 ink;
-OUT vec2 uv;
-
-void main()
-{
-    ink = VERTEX_COLOR;
-    uv = vec2(TEXCOORD.x, 1.0 - TEXCOORD.y);
-    gl_Position = orvex_ModelViewProjectionMatrix * POSITION;
-}
-)";
-
-const char* const text_pixel = R"(
-uniform sampler2D sheet;
-IN vec4 ink;
-IN vec2 uv;
-
-void main()
-{
-    COLOR = vec4(ink.rgb, ink.a * SAMPLE(sheet, uv).r);
-}
-)";
-
-} // namespace
-
 std::string program_text(bool gl3, const char* vertex, const char* pixel) {
     const std::string text = std::string("[Vertex_Shader]") + vertex + "[Pixel_Shader]" + pixel;
     return ProgramSource(text, gl3 ? Path::gl3 : Path::gl2).text();
@@ -93,10 +65,6 @@ std::string program_text(bool gl3, const char* vertex, const char* pixel) {
 
 std::string model_shader(bool gl3) {
     return ProgramSource(Look().text(), gl3 ? Path::gl3 : Path::gl2).text();
-}
-
-std::string text_shader(bool gl3) {
-    return program_text(gl3, text_vertex, text_pixel);
 }
 
 } // namespace orvex::kit

@@ -65,8 +65,4 @@ ORVEX_KIT_API std::string program_text(bool gl3, const char* vertex, const char*
 /// The text of the program that lights models, with the uniforms that `Model` sets.
 ORVEX_KIT_API std::string model_shader(bool gl3);
 
-/// The text of the program that draws glyphs in the colours of their vertices: the sheet's red is
-/// how opaque a pixel is.
-ORVEX_KIT_API std::string text_shader(bool gl3);
-
 } // namespace orvex::kit

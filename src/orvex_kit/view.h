@@ -173,6 +173,7 @@ public:
 
 private:
     friend class Program;
+    friend class Text;
     class Data;
     std::unique_ptr<Data> data;
 

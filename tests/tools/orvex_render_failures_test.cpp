@@ -284,6 +284,20 @@ TEST(OrvexRender, names_the_option_that_needs_no_samples) {
         << outcome.errors;
 }
 
+TEST(OrvexRender, warns_of_what_its_font_has_no_glyph_for) {
+    const TempDir folder;
+    const Outcome fine = run_render(
+        folder.path(), {sample(), "-s64x64", "-x", "Tür Ω Ж", "--text-size=4", "-oa.jpg", "-q"});
+    EXPECT_EQ(fine.code, 0);
+    EXPECT_EQ(fine.errors, "");
+    const Outcome outcome = run_render(
+        folder.path(), {sample(), "-s64x64", "-x", "漢\\n字漢", "--text-size=4", "-oa.jpg", "-t2"});
+    EXPECT_EQ(outcome.code, 0);
+    EXPECT_TRUE(has(outcome.errors,
+                    "orvex-render: warning: the font has no glyph for U+6F22, U+5B57\nwrote "))
+        << outcome.errors << "and once";
+}
+
 TEST(OrvexRender, warns_of_a_text_that_runs_out_of_the_picture) {
     const TempDir folder;
     const std::string warning = "orvex-render: warning: the text runs out of the picture\n";

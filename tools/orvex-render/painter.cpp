@@ -6,6 +6,7 @@
 #include <cmath>
 #include <cstdint>
 #include <cstdio>
+#include <utility>
 
 #include <orvex/renderer/renderer.h>
 #include <orvex_kit/frame_stream.h>
@@ -103,10 +104,7 @@ std::string Painter::prepare_scene() {
 std::string Painter::prepare_text() {
     if (options.text.empty())
         return "";
-    text_program = Program::from_text(view, text_shader(options.gl3), "orvex-render text");
-    if (!text_program)
-        return text_program.reason();
-    overlay = std::make_unique<TextOverlay>(view.renderer(), text_program.gpu(), options.gl3);
+    overlay = std::make_unique<TextOverlay>(view);
     return overlay->load(options.font);
 }
 
@@ -185,14 +183,20 @@ TextOverlay::Setting Painter::setting() const {
             options.size.width, options.size.height};
 }
 
+void Painter::warn_of_text() const {
+    if (!overlay->has_room_for(options.text, setting()))
+        tell_warning("the text runs out of the picture");
+    if (const std::string missing = overlay->missing_glyphs(options.text); !missing.empty())
+        tell_warning("the font has no glyph for " + missing);
+}
+
 std::string Painter::draw_text() {
     if (!overlay)
         return "";
     if (!overlay->draw(options.text, setting()))
         return "the text has too many lines";
-    if (!is_text_looked_at && !overlay->has_room_for(options.text, setting()))
-        tell_warning("the text runs out of the picture");
-    is_text_looked_at = true;
+    if (!std::exchange(is_text_looked_at, true))
+        warn_of_text();
     return "";
 }
 

@@ -8,7 +8,6 @@
 #include <orvex_kit/framing.h>
 #include <orvex_kit/model.h>
 #include <orvex_kit/picture.h>
-#include <orvex_kit/program.h>
 #include <orvex_kit/track.h>
 #include <orvex_kit/view.h>
 
@@ -41,7 +40,6 @@ public:
 private:
     const Options& options;
     orvex::kit::View view;
-    orvex::kit::Program text_program;
     orvex::kit::Model scene;
     orvex::kit::Track track;
     std::unique_ptr<TextOverlay> overlay;
@@ -65,6 +63,7 @@ private:
     orvex::kit::Lens lens() const;
     orvex::kit::Aim aim() const;
     TextOverlay::Setting setting() const;
+    void warn_of_text() const;
     std::string draw_text();
 };
 

@@ -1,25 +1,19 @@
 #pragma once
 
+#include <memory>
 #include <string>
 #include <vector>
 
-#include "charset_metrics.h"
+#include <orvex_kit/text.h>
+
 #include "text_place.h"
 #include "values.h"
 
-namespace orvex {
-class Camera;
-class Font;
-class GpuProgram;
-class Renderer;
-} // namespace orvex
-
-/// Text on top of a picture, in a font of glyphs drawn on a sheet.
+/// Text on top of a picture, in the kit's font or in one of glyphs drawn on a sheet.
 class TextOverlay {
 public:
-    /// @param program  draws glyphs; see `text_shader`
-    TextOverlay(orvex::Renderer* renderer, orvex::GpuProgram* program, bool gl3);
-    ~TextOverlay();
+    explicit TextOverlay(orvex::kit::View& view)
+        : view(view) {}
     TextOverlay(const TextOverlay&) = delete;
     TextOverlay& operator=(const TextOverlay&) = delete;
 
@@ -36,27 +30,22 @@ public:
         int height;
     };
     /// The files that the font was loaded from; none for the built-in one.
-    const std::vector<std::string>& files() const { return read_files; }
+    const std::vector<std::string>& files() const { return font.files(); }
 
+    /// What of a text the font has no glyphs for, as "U+6F22, U+5B57"; empty if it has all.
+    std::string missing_glyphs(const std::string& words) const;
     /// Whether all lines lie within the picture.
-    bool has_room_for(const std::string& text, const Setting& setting) const;
+    bool has_room_for(const std::string& words, const Setting& setting) const;
     /// Draws lines of text, each set off by a shadow. @return false when there are too many
-    bool draw(const std::string& text, const Setting& setting);
+    bool draw(const std::string& words, const Setting& setting);
 
 private:
-    orvex::Renderer* renderer;
-    orvex::GpuProgram* program;
-    orvex::Font* font;
-    orvex::Camera* camera;
-    CharsetMetrics metrics;
-    std::vector<std::string> read_files;
-    bool gl3;
+    orvex::kit::View& view;
+    orvex::kit::Font font;
+    std::unique_ptr<orvex::kit::Text> text; ///< from a good `load` on
 
-    std::string load_builtin();
-    std::string load_file(const std::string& path);
-    bool queue(const std::string& text, const Setting& setting, float shift, const Color& color,
-               float opacity);
-    void draw_queue(const Setting& setting);
+    void add(const std::string& words, const Setting& setting, float shift,
+             const orvex::vec4& color);
 };
 
 /// The lines of a text: "\n" as it is written on a command line, and line feeds, end one.
