@@ -104,6 +104,17 @@ void read_target(World& world, Bytes& in) {
         target->read_color_pixmap_rgba_u8(pixels.data());
 }
 
+void read_target_floats(World& world, Bytes& in) {
+    RenderTarget* const target = one_of(world.targets, in);
+    if (!target || target->get_width() < 0 || target->get_width() > 512 ||
+        target->get_height() < 0 || target->get_height() > 256)
+        return;
+    const unsigned int channels = in.below(6);
+    const auto row_length = static_cast<unsigned long>(target->get_width()) + in.below(9);
+    std::vector<float> pixels(row_length * static_cast<std::size_t>(target->get_height()) * 4 + 1);
+    target->read_color_texture_f32(in.below(9), channels, pixels.data(), row_length);
+}
+
 constexpr Operation rows[] = {
     {"Renderer::shader_storage_buffer_create", &create_buffer},
     {"Renderer::shader_storage_buffer_create", &create_large_buffer},
@@ -112,6 +123,7 @@ constexpr Operation rows[] = {
     {"RenderTarget::create_target", &make_target},
     {"RenderTarget::create_target", &make_target},
     {"RenderTarget::read_color_pixmap_rgba_u8", &read_target},
+    {"RenderTarget::read_color_texture_f32", &read_target_floats},
     {"Renderer::kill_render_target", [](World& world, Bytes& in) { world.kill_target(in); }},
     ORVEX_FUZZ_CALL(RenderTarget, create_render_buffer_target),
     ORVEX_FUZZ_CALL(RenderTarget, create_target_v2),

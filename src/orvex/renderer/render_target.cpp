@@ -17,4 +17,8 @@ unsigned long RenderTarget::get_read_back_size(unsigned long channels) {
     return (columns * channels + 7) / 8 * 8 * rows;
 }
 
+bool RenderTarget::read_color_texture_f32(unsigned int, unsigned int, float*, unsigned long) {
+    return false;
+}
+
 } // namespace orvex

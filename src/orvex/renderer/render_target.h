@@ -176,6 +176,22 @@ protected:
     /// @param channels  bytes a pixel
     virtual unsigned long get_read_back_size(unsigned long channels);
 
+public:
+    /// Reads a colour texture as floats, bottom row first; of a float texture the very numbers. Red
+    /// alone, or red, green and blue, or with alpha; of a texture of bytes 0 to 1. How the API is
+    /// set to pack pixels doesn't matter, and stays.
+    /// @param index       colour texture, from 0
+    /// @param channels    of a pixel: 1, 3 or 4
+    /// @param pixels      the caller's, with room for all rows
+    /// @param row_length  pixels from the begin of one row to that of the next, from the width on;
+    ///                    what lies between stays as it is
+    /// @return false for null and numbers outside, with samples (resolve it into a plain target
+    ///         first), without such a texture, if the API refused the last size of it, and of a
+    ///         target that isn't the engine's
+    virtual bool read_color_texture_f32(unsigned int index, unsigned int channels, float* pixels,
+                                        unsigned long row_length);
+
+protected:
     int id;                ///< what `get_id` gives
     int width = 0;         ///< pixels, written by a create and by `resize`
     int height = 0;        ///< pixels, as `width`

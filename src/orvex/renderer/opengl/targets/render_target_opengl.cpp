@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <climits>
 #include <cstdio>
+#include <iterator>
 
 #include "orvex/renderer/opengl/gl/private/gl_debug.h"
 #include "orvex/renderer/opengl/state/private/renderer_opengl_ctx.h"
@@ -220,6 +221,49 @@ bool RenderTargetOpenGL::read_color_pixmap_rgb_u8(unsigned char* pixels) {
 
 bool RenderTargetOpenGL::read_color_pixmap_rgba_u8(unsigned char* pixels) {
     return read_color_pixmap(GL_RGBA, pixels);
+}
+
+namespace {
+
+/// Rows of a length of the caller's, aligned as floats are; at its end as the host had it.
+class FloatPacking {
+public:
+    explicit FloatPacking(unsigned long row_length) {
+        glPixelStorei(GL_PACK_ALIGNMENT, 4);
+        glPixelStorei(GL_PACK_ROW_LENGTH, static_cast<GLint>(row_length));
+        glPixelStorei(GL_PACK_SKIP_PIXELS, 0);
+        glPixelStorei(GL_PACK_SKIP_ROWS, 0);
+    }
+    ~FloatPacking() {
+        glPixelStorei(GL_PACK_ALIGNMENT, static_cast<GLint>(before.alignment));
+        glPixelStorei(GL_PACK_ROW_LENGTH, static_cast<GLint>(before.row_length));
+        glPixelStorei(GL_PACK_SKIP_PIXELS, static_cast<GLint>(before.skip_pixels));
+        glPixelStorei(GL_PACK_SKIP_ROWS, static_cast<GLint>(before.skip_rows));
+    }
+    FloatPacking(const FloatPacking&) = delete;
+    FloatPacking& operator=(const FloatPacking&) = delete;
+
+private:
+    const PixelPacking before = PixelPacking::current();
+};
+
+} // namespace
+
+bool RenderTargetOpenGL::read_color_texture_f32(unsigned int index, unsigned int channels,
+                                                float* pixels, unsigned long row_length) {
+    enter_context();
+    static constexpr GLenum kinds[] = {0, GL_RED, 0, GL_RGB, GL_RGBA};
+    if (!gl || !pixels || samples >= 1 || index >= num_color_textures ||
+        color_textures[index] == 0 || channels >= std::size(kinds) || kinds[channels] == 0 ||
+        row_length > INT_MAX || static_cast<long>(row_length) < width)
+        return false;
+    const GLenum target = rectangle ? GL_TEXTURE_RECTANGLE : GL_TEXTURE_2D;
+    glBindTexture(target, color_textures[index]);
+    if (!level_has_size(target, width, height))
+        return false;
+    const FloatPacking packing(row_length);
+    glGetTexImage(target, 0, kinds[channels], GL_FLOAT, pixels);
+    return true;
 }
 
 unsigned int RenderTargetOpenGL::get_fbo() {

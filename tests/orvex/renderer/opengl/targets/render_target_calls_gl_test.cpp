@@ -393,6 +393,26 @@ TEST_P(RenderTargetCalls, of_read_back) {
     }
 }
 
+TEST_P(RenderTargetCalls, of_a_read_back_of_floats) {
+    create(4, 4);
+    std::vector<float> pixels(6 * 4 * 3);
+    recorder->clear();
+    EXPECT_TRUE(target->read_color_texture_f32(0, 3, pixels.data(), 6));
+    // The packing is a host's, and comes back.
+    GlCalls expected = {call("glBindTexture(GL_TEXTURE_2D, %u)", color())};
+    for (const char* name : {"ALIGNMENT", "ROW_LENGTH", "SKIP_PIXELS", "SKIP_ROWS"})
+        expected.push_back(call("glGetIntegerv(GL_PACK_%s, ptr)", name));
+    for (const int row_length : {6, 0}) {
+        expected.push_back("glPixelStorei(GL_PACK_ALIGNMENT, 4)");
+        expected.push_back(call("glPixelStorei(GL_PACK_ROW_LENGTH, %d)", row_length));
+        expected.push_back("glPixelStorei(GL_PACK_SKIP_PIXELS, 0)");
+        expected.push_back("glPixelStorei(GL_PACK_SKIP_ROWS, 0)");
+        if (row_length > 0)
+            expected.push_back("glGetTexImage(GL_TEXTURE_2D, 0, GL_RGB, GL_FLOAT, ptr)");
+    }
+    EXPECT_EQ(recorder->take(), expected);
+}
+
 TEST_P(RenderTargetCalls, of_a_refused_read_back_are_none) {
     Bytes pixels(64);
     create(4, 4);

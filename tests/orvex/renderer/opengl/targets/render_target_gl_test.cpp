@@ -195,6 +195,72 @@ TEST_P(RenderTargetTest, is_drawn_into_and_read_back) {
     EXPECT_NO_GL_ERROR();
 }
 
+TEST_P(RenderTargetTest, reads_each_texture_as_floats_into_rows_of_any_length) {
+    EXPECT_TRUE(target->create_target_v2(3, 2, PF_RGBA_F32, 2, false, false, true, 0));
+    forget_gl_errors(); // of the clamp that a core context doesn't have
+    target->activate();
+    target->clear_color_buffer(0, 1e-6f, -2.5f, 3e7f, 4.0f);
+    target->clear_color_buffer(1, 5.0f, 6.0f, 7.0f, 8.0f);
+    target->deactivate();
+    // What a host set for reads of its own.
+    glPixelStorei(GL_PACK_ALIGNMENT, 8);
+    glPixelStorei(GL_PACK_ROW_LENGTH, 50);
+    glPixelStorei(GL_PACK_SKIP_PIXELS, 2);
+    glPixelStorei(GL_PACK_SKIP_ROWS, 1);
+    for (const unsigned channels : {1u, 3u, 4u})
+        for (const unsigned index : {0u, 1u}) {
+            constexpr unsigned long length = 5;
+            std::vector<float> pixels(length * 2 * channels, -1.0f);
+            EXPECT_TRUE(target->read_color_texture_f32(index, channels, pixels.data(), length));
+            const float expected[2][4] = {{1e-6f, -2.5f, 3e7f, 4.0f}, {5.0f, 6.0f, 7.0f, 8.0f}};
+            for (unsigned long i = 0; i < pixels.size(); ++i) {
+                const bool is_inside = i / channels % length < 3;
+                EXPECT_EQ(pixels[i], is_inside ? expected[index][i % channels] : -1.0f) << i;
+            }
+        }
+    EXPECT_EQ(asked(GL_PACK_ALIGNMENT), 8);
+    EXPECT_EQ(asked(GL_PACK_ROW_LENGTH), 50);
+    EXPECT_EQ(asked(GL_PACK_SKIP_PIXELS), 2);
+    EXPECT_EQ(asked(GL_PACK_SKIP_ROWS), 1);
+    EXPECT_NO_GL_ERROR();
+}
+
+TEST_P(RenderTargetTest, reads_bytes_as_floats) {
+    create(2, 1);
+    target->activate();
+    clear(0, 1, 0, 0.2f);
+    target->deactivate();
+    std::vector<float> pixels(8);
+    EXPECT_TRUE(target->read_color_texture_f32(0, 4, pixels.data(), 2));
+    for (std::size_t i = 0; i < pixels.size(); ++i)
+        EXPECT_FLOAT_EQ(pixels[i], i % 4 == 1 ? 1.0f : i % 4 == 3 ? 0.2f : 0.0f) << i;
+}
+
+TEST_P(RenderTargetTest, refuses_to_read_floats_that_it_hasnt) {
+    std::vector<float> pixels(16 * 16 * 4, 9.0f);
+    const auto reads = [&](unsigned index, unsigned channels, unsigned long length) {
+        return target->read_color_texture_f32(index, channels, pixels.data(), length);
+    };
+    create(4, 4);
+    EXPECT_FALSE(target->read_color_texture_f32(0, 4, nullptr, 4));
+    EXPECT_FALSE(reads(1, 4, 4)) << "one texture";
+    EXPECT_FALSE(reads(~0u, 4, 4));
+    for (const unsigned channels : {0u, 2u, 5u, ~0u})
+        EXPECT_FALSE(reads(0, channels, 4)) << channels;
+    EXPECT_FALSE(reads(0, 4, 3)) << "rows that overlap";
+    EXPECT_FALSE(reads(0, 4, ~0ul));
+    create(4, 4, 4);
+    EXPECT_FALSE(reads(0, 4, 4)) << "multisample";
+    target->create_target_depth(4, 4, false, false);
+    EXPECT_FALSE(reads(0, 4, 4)) << "no colours";
+    create(16, 16);
+    EXPECT_TRUE(target->resize(2, -1));
+    EXPECT_FALSE(reads(0, 4, 4)) << "a size that was refused";
+    target->kill();
+    EXPECT_FALSE(reads(0, 4, 16)) << "nothing";
+    EXPECT_EQ(pixels, std::vector<float>(pixels.size(), 9.0f));
+}
+
 TEST_P(RenderTargetTest, reads_back_a_rectangle) {
     EXPECT_TRUE(target->create_target_rect(5, 2, PF_RGBA_U8, false, false, true, 0));
     target->activate();

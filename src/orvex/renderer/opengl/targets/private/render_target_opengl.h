@@ -60,6 +60,9 @@ public:
     const char* get_error_str() override { return error_str.c_str(); }
     unsigned long get_error_str_size() override { return error_str.size(); }
 
+    bool read_color_texture_f32(unsigned int index, unsigned int channels, float* pixels,
+                                unsigned long row_length) override;
+
     unsigned long get_read_back_size(unsigned long channels) override;
 
     /// The entry points of the renderer; null makes the target inert.
