@@ -26,6 +26,8 @@ struct Ray;
 
 namespace orvex::kit {
 
+struct ModelNumbers;
+
 /// What a `Model` is loaded with.
 struct ModelOptions {
     Normals normals = Normals::by_file; ///< where they come from
@@ -161,6 +163,7 @@ public:
     orvex::Model* node() const noexcept;
 
 private:
+    friend struct ModelNumbers;
     class Data;
     std::unique_ptr<Data> data;
 };

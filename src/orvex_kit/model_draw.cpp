@@ -57,16 +57,20 @@ void end_blending(Renderer& renderer) {
 
 } // namespace
 
-void Model::Data::draw(Renderer& renderer, GpuProgram& program, Path path, const Angle& lit_from) {
+void Model::Data::begin_draw(Renderer& renderer, GpuProgram& program, Path path) {
     last_renderer = &renderer;
     last_renderer_id = renderer.get_id();
     if (!is_uploaded)
         upload(renderer);
     for (Mesh* mesh : meshes)
         mesh->set_opengl_2_3_rendering_states(path == Path::gl2, nullptr);
-    set_lights(program, axes_of({lit_from.azimuth, 0.0f, lit_from.up}));
     program.set_uniform_1f(nullptr, "faceted", is_faceted ? 1.0f : 0.0f);
     end_blending(renderer);
+}
+
+void Model::Data::draw(Renderer& renderer, GpuProgram& program, Path path, const Angle& lit_from) {
+    begin_draw(renderer, program, path);
+    set_lights(program, axes_of({lit_from.azimuth, 0.0f, lit_from.up}));
     bool is_blending = false;
     for (const FaceRun& run : facts.runs) {
         if (run.is_blended && !is_blending)

@@ -19,6 +19,7 @@
 
 namespace orvex::kit {
 
+class LayerPass;
 class Look;
 class Model;
 class Program;
@@ -172,6 +173,7 @@ public:
     orvex::RenderWindow* window() const noexcept;
 
 private:
+    friend class LayerPass;
     friend class Program;
     friend class Text;
     class Data;

@@ -89,13 +89,18 @@ orvex::vec4 View::Data::behind() const {
             background.w};
 }
 
+void View::Data::enter() {
+    orvex::Renderer& renderer = *context->renderer;
+    if (!context->is_adopted)
+        return;
+    // A toolkit draws a widget into a framebuffer of its own, and changes states.
+    context->window->set_framebuffer(renderer.fbo_get_current_bound());
+    renderer.reset_render_states();
+}
+
 void View::Data::begin(orvex::Camera& from) {
     orvex::Renderer& renderer = *context->renderer;
-    if (context->is_adopted) {
-        // A toolkit draws a widget into a framebuffer of its own, and changes states.
-        context->window->set_framebuffer(renderer.fbo_get_current_bound());
-        renderer.reset_render_states();
-    }
+    enter();
     if (target)
         target->activate();
     renderer.rasterizer_set_msaa_state(target && fineness == 1);

@@ -15,6 +15,7 @@
 #include "orvex_kit/private/engine_parts.h"
 #include "orvex_kit/private/face_tree.h"
 #include "orvex_kit/private/model_loaders.h"
+#include "orvex_kit/private/model_numbers.h"
 
 namespace orvex::kit {
 
@@ -47,6 +48,8 @@ public:
 
     void draw(orvex::Renderer& renderer, orvex::GpuProgram& program, Path path,
               const Angle& lit_from);
+    FirstNumbers draw_numbered(orvex::Renderer& renderer, orvex::GpuProgram& program,
+                               const FirstNumbers& first);
     void stand_up();
     std::optional<Pick> pick(const PointRay& ray);
 
@@ -85,6 +88,7 @@ private:
 
     orvex::Renderer* living_renderer() const;
     void upload(orvex::Renderer& renderer);
+    void begin_draw(orvex::Renderer& renderer, orvex::GpuProgram& program, Path path);
     void draw_run(orvex::Renderer& renderer, orvex::GpuProgram& program, const FaceRun& run);
     void set_material(orvex::GpuProgram& program, const orvex::Material* material) const;
 };

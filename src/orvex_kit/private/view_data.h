@@ -39,6 +39,8 @@ public:
     int drawn_width() const { return width * fineness; }
     int drawn_height() const { return height * fineness; }
 
+    /// Takes the context as it is at the begin of a frame.
+    void enter();
     void begin(orvex::Camera& camera);
     void add(Model& model, const Angle& lit_from);
     /// Brings what was drawn from the target to the framebuffer that is bound then, or to `fbo`.
@@ -54,7 +56,10 @@ public:
     orvex::vec4 background{0.17f, 0.19f, 0.22f, 1.0f};
     Ref<orvex::Camera> camera;
     Program look;
-    bool has_lines = false; ///< the look draws faces as their edges
+    Program layer_program;                       ///< empty as yet, or without need
+    orvex::RenderTarget* layer_target = nullptr; ///< null as yet
+    unsigned long layer_textures = 0;            ///< that it has
+    bool has_lines = false;                      ///< the look draws faces as their edges
 
 private:
     int fineness; ///< pixels drawn for one, each way
