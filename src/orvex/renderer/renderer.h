@@ -958,6 +958,18 @@ public:
     virtual bool uniform_buffer_unbind(UniformBufferData* buffer) = 0;
     /// @}
 
+    /// @name Blending of alpha by itself
+    /// @{
+
+    /// `set_blend_factors` with factors of their own for alpha, so that a target keeps how much of
+    /// a pixel is covered: one and one less the source's alpha beside the usual ones for colours.
+    /// Needs GL 1.4. @return false without; nothing is changed then
+    virtual bool set_blend_factors_separate(RENDERER_BLEND_FACTOR src_color,
+                                            RENDERER_BLEND_FACTOR dst_color,
+                                            RENDERER_BLEND_FACTOR src_alpha,
+                                            RENDERER_BLEND_FACTOR dst_alpha) = 0;
+    /// @}
+
 private:
     struct RendererData;
     std::unique_ptr<RendererData> renderer_data;

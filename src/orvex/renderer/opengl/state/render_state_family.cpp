@@ -5,6 +5,7 @@
 
 #include "orvex/renderer/opengl/gl/private/gl_enums.h"
 #include "orvex/renderer/opengl/state/private/gl_state.h"
+#include "orvex/renderer/opengl/window/private/window_platform.h"
 #include "orvex/renderer/records/gpu_program_data.h"
 
 namespace orvex {
@@ -111,6 +112,22 @@ void RenderStateFamily::set_blend_factors(RENDERER_BLEND_FACTOR src, RENDERER_BL
     state.ctx.blend_src = src;
     state.ctx.blend_dst = dst;
     glBlendFunc(gl_blend_factor(src), gl_blend_factor(dst));
+}
+
+bool RenderStateFamily::set_blend_factors_separate(RENDERER_BLEND_FACTOR src_color,
+                                                   RENDERER_BLEND_FACTOR dst_color,
+                                                   RENDERER_BLEND_FACTOR src_alpha,
+                                                   RENDERER_BLEND_FACTOR dst_alpha) {
+    // Not of the table, whose entries are told one by one at a start.
+    const auto blend = reinterpret_cast<PFNGLBLENDFUNCSEPARATEPROC>(
+        state.gl.ready ? window_platform().get_proc_address("glBlendFuncSeparate") : nullptr);
+    if (!blend)
+        return false;
+    state.ctx.blend_src = src_color;
+    state.ctx.blend_dst = dst_color;
+    blend(gl_blend_factor(src_color), gl_blend_factor(dst_color), gl_blend_factor(src_alpha),
+          gl_blend_factor(dst_alpha));
+    return true;
 }
 
 void RenderStateFamily::set_depth_bias_factors(float factor, float units) {

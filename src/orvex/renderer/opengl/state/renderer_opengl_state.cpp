@@ -45,6 +45,13 @@ void RendererOpenGL::set_blend_factors(RENDERER_BLEND_FACTOR src, RENDERER_BLEND
     states.set_blend_factors(src, dst);
 }
 
+bool RendererOpenGL::set_blend_factors_separate(RENDERER_BLEND_FACTOR src_color,
+                                                RENDERER_BLEND_FACTOR dst_color,
+                                                RENDERER_BLEND_FACTOR src_alpha,
+                                                RENDERER_BLEND_FACTOR dst_alpha) {
+    return states.set_blend_factors_separate(src_color, dst_color, src_alpha, dst_alpha);
+}
+
 void RendererOpenGL::set_depth_bias_factors(float factor, float units) {
     states.set_depth_bias_factors(factor, units);
 }

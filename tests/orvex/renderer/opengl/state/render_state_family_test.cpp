@@ -135,6 +135,10 @@ TEST_P(RendererOpenGLState, keeps_a_shadow_of_what_was_set) {
     renderer->set_blend_factors(BLEND_FACTOR_DST_ALPHA, BLEND_FACTOR_SRC_COLOR);
     EXPECT_EQ(renderer->ctx.blend_src, BLEND_FACTOR_DST_ALPHA);
     EXPECT_EQ(renderer->ctx.blend_dst, BLEND_FACTOR_SRC_COLOR);
+    renderer->set_blend_factors_separate(BLEND_FACTOR_ONE, BLEND_FACTOR_DST_COLOR,
+                                         BLEND_FACTOR_ZERO, BLEND_FACTOR_ZERO);
+    EXPECT_EQ(renderer->ctx.blend_src, BLEND_FACTOR_ONE) << "that of the colours";
+    EXPECT_EQ(renderer->ctx.blend_dst, BLEND_FACTOR_DST_COLOR);
     renderer->set_scissor_state(true);
     EXPECT_TRUE(renderer->ctx.scissor_test);
     renderer->set_line_width(1.0f);
@@ -155,6 +159,23 @@ TEST_P(RendererOpenGLState, really_reaches_the_api) {
     EXPECT_EQ(value, GL_ONE_MINUS_DST_ALPHA);
     glGetIntegerv(GL_DEPTH_FUNC, &value);
     EXPECT_EQ(value, GL_NOTEQUAL);
+}
+
+TEST_P(RendererOpenGLState, blends_alpha_by_itself_where_the_api_can) {
+    EXPECT_TRUE(renderer->set_blend_factors_separate(BLEND_FACTOR_SRC_ALPHA,
+                                                     BLEND_FACTOR_ONE_MINUS_SRC_ALPHA,
+                                                     BLEND_FACTOR_ONE, BLEND_FACTOR_DST_ALPHA));
+    GLint value = 0;
+    glGetIntegerv(GL_BLEND_SRC_ALPHA, &value);
+    EXPECT_EQ(value, GL_ONE);
+    glGetIntegerv(GL_BLEND_DST_ALPHA, &value);
+    EXPECT_EQ(value, GL_DST_ALPHA);
+    renderer->stop();
+    recorder->clear();
+    EXPECT_FALSE(renderer->set_blend_factors_separate(BLEND_FACTOR_ZERO, BLEND_FACTOR_ZERO,
+                                                      BLEND_FACTOR_ZERO, BLEND_FACTOR_ZERO));
+    EXPECT_EQ(recorder->take(), GlCalls());
+    EXPECT_EQ(renderer->ctx.blend_src, BLEND_FACTOR_SRC_ALPHA);
 }
 
 // The pending state.

@@ -33,6 +33,11 @@ public:
     void set_depth_func(RENDERER_CMP_FUNC func);
     void set_blend(bool enabled);
     void set_blend_factors(RENDERER_BLEND_FACTOR src, RENDERER_BLEND_FACTOR dst);
+    /// The colours' factors are noted.
+    bool set_blend_factors_separate(RENDERER_BLEND_FACTOR src_color,
+                                    RENDERER_BLEND_FACTOR dst_color,
+                                    RENDERER_BLEND_FACTOR src_alpha,
+                                    RENDERER_BLEND_FACTOR dst_alpha);
     void set_depth_bias_factors(float factor, float units);
     void set_depth_bias(bool enabled);
 
