@@ -45,7 +45,11 @@ void set_lights(GpuProgram& program, const Axes& axes) {
 
 /// What is blended shows what is behind it, which stays in the depth buffer.
 void begin_blending(Renderer& renderer) {
-    renderer.set_blend_factors(BLEND_FACTOR_SRC_ALPHA, BLEND_FACTOR_ONE_MINUS_SRC_ALPHA);
+    // Alpha is how much of a pixel is covered.
+    if (!renderer.set_blend_factors_separate(BLEND_FACTOR_SRC_ALPHA,
+                                             BLEND_FACTOR_ONE_MINUS_SRC_ALPHA, BLEND_FACTOR_ONE,
+                                             BLEND_FACTOR_ONE_MINUS_SRC_ALPHA))
+        renderer.set_blend_factors(BLEND_FACTOR_SRC_ALPHA, BLEND_FACTOR_ONE_MINUS_SRC_ALPHA);
     renderer.set_blend_state(true);
     renderer.set_depth_buffer_writing_state(false);
 }

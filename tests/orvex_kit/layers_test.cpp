@@ -248,14 +248,17 @@ TEST_P(LayersTest, have_the_colours_of_the_view) {
 }
 
 TEST_P(LayersTest, have_alpha_that_lies_over_any_background) {
+    folder.write("m.mtl", "newmtl glass\nKd 1 0 0\nd 0.3\n");
     const auto ball = load(write_ball(folder));
+    const auto glass = load(folder.write(
+        "glass.obj", "mtllib m.mtl\nv -2 -2 2\nv 2 -2 2\nv 2 2 2\nusemtl glass\nf 1 2 3\n"));
     view.set_background({0, 0, 0, 0});
-    draw(camera_for(*ball), {ball.get()}, {Layer::color});
+    draw(camera_for(*ball), {ball.get(), glass.get()}, {Layer::color});
     const Shot over = shots[0];
     for (const orvex::vec4& behind :
          {orvex::vec4(1, 1, 1, 1), orvex::vec4(0, 0, 0, 1), orvex::vec4(1, 0.2f, 0.4f, 1)}) {
         view.set_background(behind);
-        draw(camera_for(*ball), {ball.get()}, {Layer::color});
+        draw(camera_for(*ball), {ball.get(), glass.get()}, {Layer::color});
         for (int y = 0; y < height; ++y)
             for (int x = 0; x < width; ++x) {
                 const Pixel top = pixel_at(over, x, y), whole = pixel_at(shots[0], x, y);
