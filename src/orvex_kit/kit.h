@@ -11,6 +11,7 @@
 #include "orvex_kit/font.h"
 #include "orvex_kit/frame_stream.h"
 #include "orvex_kit/framing.h"
+#include "orvex_kit/host_state.h"
 #include "orvex_kit/layers.h"
 #include "orvex_kit/look.h"
 #include "orvex_kit/model.h"

@@ -1,0 +1,83 @@
+#include "orvex_kit/host_state.h"
+
+#include "orvex_kit/private/gl_states.h"
+
+namespace orvex::kit {
+
+namespace {
+
+/// The stacks of attributes, which keep what the groups of states don't hold.
+class Stacks {
+public:
+    Stacks() {
+        if (has_room(GL_ATTRIB_STACK_DEPTH, GL_MAX_ATTRIB_STACK_DEPTH)) {
+            glPushAttrib(GL_ALL_ATTRIB_BITS);
+            attributes = true;
+        }
+        if (has_room(GL_CLIENT_ATTRIB_STACK_DEPTH, GL_MAX_CLIENT_ATTRIB_STACK_DEPTH)) {
+            glPushClientAttrib(GL_CLIENT_ALL_ATTRIB_BITS);
+            client_attributes = true;
+        }
+        glColor4f(1.0f, 1.0f, 1.0f, 1.0f);
+    }
+    ~Stacks() {
+        if (client_attributes)
+            glPopClientAttrib();
+        if (attributes)
+            glPopAttrib();
+    }
+    Stacks(const Stacks&) = delete;
+    Stacks& operator=(const Stacks&) = delete;
+
+private:
+    bool attributes = false;
+    bool client_attributes = false;
+
+    static bool has_room(GLenum depth, GLenum most) {
+        GLint used = 0;
+        GLint available = 0;
+        glGetIntegerv(depth, &used);
+        glGetIntegerv(most, &available);
+        return used < available;
+    }
+};
+
+} // namespace
+
+class HostState::Data {
+public:
+    Data()
+        : version(GlVersion::current()) {
+        if (version.number == 0)
+            return;
+        kept.read(version);
+        if (version.compatibility)
+            stacks = std::make_unique<Stacks>();
+        // The host's framebuffer is what is drawn into.
+        GlStates fresh;
+        fresh.bindings.draw_framebuffer = kept.bindings.draw_framebuffer;
+        fresh.bindings.read_framebuffer = kept.bindings.draw_framebuffer;
+        fresh.raster.viewport = kept.raster.viewport;
+        fresh.raster.scissor = kept.raster.scissor;
+        fresh.apply(version);
+    }
+    ~Data() {
+        stacks.reset();
+        if (version.number != 0)
+            kept.apply(version);
+    }
+    Data(const Data&) = delete;
+    Data& operator=(const Data&) = delete;
+
+private:
+    GlVersion version;
+    GlStates kept;
+    std::unique_ptr<Stacks> stacks;
+};
+
+HostState::HostState()
+    : data(std::make_unique<Data>()) {}
+
+HostState::~HostState() = default;
+
+} // namespace orvex::kit

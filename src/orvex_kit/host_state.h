@@ -1,0 +1,42 @@
+#pragma once
+
+/// @file
+/// A frame in a context of the host's that leaves it as it was.
+
+#include <memory>
+
+#include "orvex_kit/api.h"
+
+namespace orvex::kit {
+
+/// Keeps the OpenGL states of the host's current context for as long as it lives. In the meantime
+/// they are those of a fresh context, so that what the engine draws doesn't depend on them; but the
+/// framebuffer that is bound stays.
+///
+/// Kept are: what is enabled, blending, masks, tests, depth and stencil, the rasterizer, viewport
+/// and scissor, clear values, how pixels are packed, the program, the vertex array, framebuffers,
+/// buffers with the first 8 uniform blocks, textures and samplers of the first 16 units; and in a
+/// compatibility context, as long as its stacks of attributes have room, all that they hold, and
+/// the matrices. An error that OpenGL kept may be taken.
+///
+/// The same context has to be current at its begin and its end; without one it does nothing.
+///
+/// @code
+/// {
+///     const kit::HostState kept;
+///     view.draw(model);
+/// }
+/// @endcode
+class ORVEX_KIT_API HostState {
+public:
+    HostState();
+    ~HostState();
+    HostState(const HostState&) = delete;
+    HostState& operator=(const HostState&) = delete;
+
+private:
+    class Data;
+    std::unique_ptr<Data> data;
+};
+
+} // namespace orvex::kit
