@@ -130,6 +130,21 @@ TEST(Options, tell_what_is_wrong) {
              Row{{"--ref=a.png", "--track=a.json", "m"}, "--ref compares one picture"},
              Row{{"--look=shiny", "m"},
                  "--look can't be 'shiny': lit, matcap, normals, plain, wire or a file is wanted"},
+             Row{{"--layers=depth,depth", "-oa.npy", "m"},
+                 "--layers can't be 'depth,depth': some of color, depth, normal, position, object, "
+                 "material and face, each once, with commas between, is wanted"},
+             Row{{"--layers=depth", "m"}, "--layers need an --output that is a file"},
+             Row{{"--layers=depth", "-o-", "--format=npy", "m"},
+                 "--layers need an --output that is a file"},
+             Row{{"--layers=depth", "-oa.jpg", "m"}, "--layers are written as png, npy or exr"},
+             Row{{"--layers=depth", "-oa.dat", "--format=npy", "m"},
+                 "--layers are written as the suffix says, whatever --format"},
+             Row{{"--layers=depth", "-oa.npy", "--turntable=2", "m"},
+                 "--layers are those of one picture"},
+             Row{{"--layers=depth", "-oa.npy", "--text=a", "m"},
+                 "--layers have no place for --text"},
+             Row{{"--layers=depth", "-oa.npy", "--ref=a.png", "m"},
+                 "--layers have no place for --ref"},
              Row{{"--tolerance=2", "m"}, "--tolerance needs a --ref"},
              Row{{"--tolerance=256", "m"},
                  "--tolerance can't be '256': a whole number from 0 to 255 is wanted"},
@@ -235,6 +250,12 @@ TEST(Options, take_looks_by_name_and_by_file) {
     EXPECT_EQ(read_well({"m"}).look, "lit");
     for (const char* look : {"matcap", "wire", "toon.glsl", "./toon"})
         EXPECT_EQ(read_well({"m", "-l", look}).look, look);
+}
+
+TEST(Options, name_layers) {
+    EXPECT_TRUE(read_well({"m"}).layers.empty());
+    EXPECT_EQ(read_well({"m", "-oa.npy", "--layers=face,color"}).layers,
+              (std::vector<Layer>{Layer::face, Layer::color}));
 }
 
 TEST(Options, leave_a_background_transparent) {

@@ -133,6 +133,64 @@ TEST(OrvexRenderFilm, tells_what_is_wrong_with_its_track) {
     EXPECT_TRUE(has(outcome.errors, "keys[0]")) << outcome.errors;
 }
 
+TEST(OrvexRenderLayers, have_a_file_each_as_arrays) {
+    const TempDir folder;
+    const Outcome outcome =
+        run_small(folder, {"-ox.npy", "--layers=color,depth,normal,position,object,material,face"});
+    ASSERT_EQ(outcome.code, 0) << outcome.errors;
+    EXPECT_EQ(outcome.errors, "wrote x.npy in 7 layers, told of by x.json\n");
+    struct Row {
+        const char* file;
+        const char* kind;
+    };
+    for (const Row& row :
+         {Row{"x.npy", "'descr': '|u1', 'fortran_order': False, 'shape': (24, 32, 4)"},
+          Row{"x.depth.npy", "'descr': '<f4', 'fortran_order': False, 'shape': (24, 32)"},
+          Row{"x.normal.npy", "'descr': '<f4', 'fortran_order': False, 'shape': (24, 32, 3)"},
+          Row{"x.position.npy", "'descr': '<f4', 'fortran_order': False, 'shape': (24, 32, 3)"},
+          Row{"x.object.npy", "'descr': '<i4', 'fortran_order': False, 'shape': (24, 32)"},
+          Row{"x.material.npy", "'descr': '<i4', 'fortran_order': False, 'shape': (24, 32)"},
+          Row{"x.face.npy", "'descr': '<i4', 'fortran_order': False, 'shape': (24, 32)"}})
+        EXPECT_TRUE(has(content_of(folder.file(row.file)), row.kind)) << row.file;
+}
+
+TEST(OrvexRenderLayers, are_told_of_beside_them) {
+    const TempDir folder;
+    ASSERT_EQ(run_small(folder, {"-ox.png", "--layers=depth,object"}).code, 0);
+    const std::string text = content_of(folder.file("x.json"));
+    for (const char* part :
+         {"\"size\": [32, 24]", "\"intrinsics\": [", "\"pose\": [",
+          "\"near\": ", "\"far\": ", "\"depth\": \"x.depth.png\"", "\"object\": \"x.object.png\"",
+          "\"depth_scale\": ", "\"objects\": [", "\"materials\": [", "\"stone\""})
+        EXPECT_TRUE(has(text, part)) << part << " in " << text;
+    EXPECT_FALSE(exists(folder, "x.png"));
+}
+
+TEST(OrvexRenderLayers, that_a_png_cant_hold_are_refused) {
+    const TempDir folder;
+    const Outcome outcome = run_small(folder, {"-ox.png", "--layers=position"});
+    EXPECT_EQ(outcome.code, 1);
+    EXPECT_EQ(outcome.errors, "orvex-render: PNG holds no positions: .npy and .exr do\n");
+    EXPECT_FALSE(exists(folder, "x.json"));
+}
+
+TEST(OrvexRenderLayers, are_drawn_by_either_path) {
+    const TempDir folder;
+    for (const char* path : {"--path=gl2", "--path=gl3"}) {
+        const Outcome outcome = run_small(folder, {"-ox.npy", "--layers=object", path});
+        EXPECT_EQ(outcome.code, 0) << path << outcome.errors;
+    }
+}
+
+TEST(OrvexRenderLayers, of_nothing_are_an_error) {
+    const TempDir folder;
+    folder.write("far.obj", "v 0 0 0\nv 0 0 0\nv 0 0 0\nf 1 2 3\n");
+    const Outcome outcome =
+        run_render(folder.path(), {"far.obj", "-s8x8", "-ox.npy", "--layers=depth"});
+    EXPECT_EQ(outcome.code, 1);
+    EXPECT_TRUE(has(outcome.errors, "nothing of far.obj can be seen: ")) << outcome.errors;
+}
+
 TEST(OrvexRenderReference, is_met_by_the_same_picture) {
     const TempDir folder;
     ASSERT_EQ(run_small(folder, {"-oa.png"}).code, 0);

@@ -54,7 +54,9 @@ std::string quoted(std::string_view value) {
     return result + '"';
 }
 
-std::string text_of(float value) {
+/// In as many digits as tell it from others of its precision.
+template<class Number>
+std::string text_of(Number value) {
     if (!std::isfinite(value))
         return "null";
     char digits[40];
@@ -114,12 +116,26 @@ void JsonText::number(float value) {
     out += text_of(value);
 }
 
-void JsonText::numbers(const std::vector<float>& values) {
+void JsonText::number(double value) {
+    begin_value();
+    out += text_of(value);
+}
+
+template<class Number>
+void JsonText::add_list(const std::vector<Number>& values) {
     begin_value();
     out += '[';
     for (std::size_t i = 0; i < values.size(); ++i)
         out += (i == 0 ? "" : ", ") + text_of(values[i]);
     out += ']';
+}
+
+void JsonText::numbers(const std::vector<float>& values) {
+    add_list(values);
+}
+
+void JsonText::doubles(const std::vector<double>& values) {
+    add_list(values);
 }
 
 void JsonText::null() {

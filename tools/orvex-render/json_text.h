@@ -27,7 +27,9 @@ public:
     void number(std::size_t value);
     /// In as many digits as tell it from others; null if it isn't finite.
     void number(float value);
+    void number(double value); ///< likewise
     void numbers(const std::vector<float>& values);
+    void doubles(const std::vector<double>& values); ///< likewise
     void null();
 
     /// All of it, with a line feed at its end.
@@ -41,5 +43,7 @@ private:
 
     void begin(char bracket, char end);
     void begin_value();
+    template<class Number>
+    void add_list(const std::vector<Number>& values);
     void new_line();
 };

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
+#include <sstream>
 
 #include <orvex_kit/files.h>
 #include <orvex_kit/look.h>
@@ -66,6 +67,21 @@ std::optional<PictureFormat> format_in(const std::string& word) {
     return format == PictureFormat::by_suffix ? std::nullopt : std::optional(format);
 }
 
+constexpr const char* layer_names = "color, depth, normal, position, object, material and face";
+
+/// Names with commas between them, each once.
+std::optional<std::vector<Layer>> layers_in(const std::string& word) {
+    std::vector<Layer> layers;
+    std::istringstream names(word);
+    for (std::string name; std::getline(names, name, ',');) {
+        const std::optional<Layer> layer = layer_named(name);
+        if (!layer || std::find(layers.begin(), layers.end(), *layer) != layers.end())
+            return std::nullopt;
+        layers.push_back(*layer);
+    }
+    return layers.empty() || word.back() == ',' ? std::nullopt : std::optional(layers);
+}
+
 /// Its name, or the path of a file, which has a dot or a slash.
 std::optional<std::string> look_in(const std::string& word) {
     const bool is_file = word.find_first_of("./") != word.npos;
@@ -88,6 +104,14 @@ void add_picture_rules(Arguments& rules, Options& options) {
     rules.add_value("--format", 0, "FORMAT",
                     std::string("how it is written, whatever its name: ") + formats,
                     take(options.format, formats, format_in));
+    rules.add_value(
+        "--layers", 0, "NAMES",
+        std::string("what each pixel shows, as data: some of ") + layer_names +
+            ", with commas between; as .png or .npy a file each, and what they mean in "
+            ".json",
+        take(options.layers,
+             std::string("some of ") + layer_names + ", each once, with commas between,",
+             layers_in));
     rules.add_value("--size", 's', "WxH", "its size in pixels (1280x960)",
                     take(options.size, "WxH in pixels, each from 1 to 16384,", size_in));
     rules.add_value("--background", 'b', "COLOR",
@@ -251,6 +275,26 @@ std::string mistake_in_outputs(const Options& options) {
     return "";
 }
 
+/// What doesn't go with layers.
+std::string mistake_in_layers(const Options& options) {
+    const PictureFormat format = format_of(options);
+    if (options.layers.empty())
+        return "";
+    if (is_turn(options) || is_film(options))
+        return "--layers are those of one picture";
+    if (options.output.empty() || options.output == "-")
+        return "--layers need an --output that is a file";
+    if (format != PictureFormat::png && format != PictureFormat::npy &&
+        format != PictureFormat::exr)
+        return "--layers are written as png, npy or exr";
+    if (options.format != PictureFormat::by_suffix)
+        return "--layers are written as the suffix says, whatever --format";
+    if (!options.text.empty() || !options.reference.empty())
+        return std::string("--layers have no place for ") +
+               (options.text.empty() ? "--ref" : "--text");
+    return "";
+}
+
 /// What doesn't go together.
 std::string mistake_of(const Options& options) {
     if (options.quiet && options.verbose)
@@ -265,7 +309,8 @@ std::string mistake_of(const Options& options) {
         return "no model given";
     if (options.info && !options.output.empty())
         return "--info draws no picture: there is nothing for --output";
-    return mistake_in_outputs(options);
+    const std::string mistake = mistake_in_outputs(options);
+    return mistake.empty() ? mistake_in_layers(options) : mistake;
 }
 
 } // namespace

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include <orvex_kit/framing.h>
+#include <orvex_kit/layers.h>
 #include <orvex_kit/normals.h>
 #include <orvex_kit/picture_file.h>
 
@@ -15,6 +16,8 @@ struct Options {
     std::string model;
     std::string output; ///< empty: the model's name in the current folder
     orvex::kit::PictureFormat format = orvex::kit::PictureFormat::by_suffix;
+    std::vector<orvex::kit::Layer>
+        layers; ///< pictures as data; empty: colours alone, as pictures are
     Size size{1280, 960};
     float azimuth = orvex::kit::Angle().azimuth;
     float elevation = orvex::kit::Angle().elevation;

@@ -5,7 +5,7 @@ _orvex_render() {
   local colors='black white gray red green blue yellow cyan magenta orange'
   local options='--output --size --background --wireframe --normals --samples --path --azimuth --elevation
     --distance --zoom --up --turntable --text --text-place --text-size --text-color --font --info
-    --json --gl --format --look --film --track --ref --tolerance --plugin --loader --device
+    --json --gl --layers --format --look --film --track --ref --tolerance --plugin --loader --device
     --help --version --quiet --verbose'
   local places='top-left top top-right left center-left center center-right right bottom-left
     bottom bottom-right'
@@ -23,6 +23,7 @@ _orvex_render() {
     -b | --background) words="$colors transparent" ;;
     --text-color) words=$colors ;;
     -l | --look) words='lit matcap normals plain wire' ;;
+    --layers) words='color depth normal position object material face' ;;
     --format) words='png jpg npy exr raw y4m' ;;
     --device) words='software 0 1' ;;
     --path) words='gl2 gl3' ;;

@@ -13,6 +13,7 @@
 #include <orvex_kit/look.h>
 #include <orvex_kit/whole_file.h>
 
+#include "layer_files.h"
 #include "messages.h"
 #include "progress_bar.h"
 #include "unseen.h"
@@ -133,7 +134,9 @@ std::string Painter::prepare_track() {
 
 /// A name that nobody asked for makes way for an input; one that was asked for is refused.
 std::string Painter::prepare_outputs() {
-    std::vector<std::string> outputs = outputs_of(options);
+    std::vector<std::string> outputs = options.layers.empty()
+                                           ? outputs_of(options)
+                                           : files_of_layers(options.layers, options.output);
     std::string taken = input_among(outputs);
     if (!taken.empty() && options.output.empty()) {
         outputs = outputs_of(options, "-render");
@@ -220,6 +223,19 @@ bool shows_only(const Color& color, const Picture& picture) {
 
 } // namespace
 
+namespace {
+
+bool has_ids(const Picture& picture) {
+    for (int y = 0; y < picture.height(); ++y) {
+        const auto* const ids = picture.row<std::int32_t>(y);
+        if (std::any_of(ids, ids + picture.width(), [](std::int32_t id) { return id >= 0; }))
+            return true;
+    }
+    return false;
+}
+
+} // namespace
+
 std::string Painter::paint(int number) {
     view.renderer()->rasterizer_set_polygon_mode(
         POLYGON_FACE_FRONT_AND_BACK, options.wireframe ? POLYGON_MODE_LINE : POLYGON_MODE_FILL);
@@ -239,7 +255,28 @@ std::string Painter::paint(int number) {
     return sink->put(last, options.background.a < 1.0f);
 }
 
+/// The layers of the one picture, in place of it.
+std::string Painter::paint_layers() {
+    const kit::Camera camera = camera_of(0);
+    LayerOptions wanted;
+    wanted.lit_from = angle_of(0);
+    // Ids of objects tell whether there is anything to be seen.
+    std::vector<Layer> layers = options.layers;
+    layers.push_back(Layer::object);
+    std::vector<Picture> pictures;
+    view.renderer()->rasterizer_set_polygon_mode(
+        POLYGON_FACE_FRONT_AND_BACK, options.wireframe ? POLYGON_MODE_LINE : POLYGON_MODE_FILL);
+    if (const kit::Outcome drawn = draw_layers(view, camera, {&scene}, layers, pictures, wanted);
+        !drawn)
+        return drawn.reason();
+    seen = has_ids(pictures.back());
+    pictures.pop_back();
+    return write_layer_files({options.layers, std::move(pictures), camera, scene}, options.output);
+}
+
 std::string Painter::paint() {
+    if (!options.layers.empty())
+        return paint_layers();
     const int count = num_pictures();
     const ProgressBar bar(stderr, count, count > 1 && !options.quiet);
     for (int i = 0; i < count; ++i) {
@@ -252,4 +289,11 @@ std::string Painter::paint() {
 
 std::string Painter::reason_for_nothing() const {
     return ::reason_for_nothing(scene, camera_of(0), {options.size.width, options.size.height});
+}
+
+std::string Painter::told() const {
+    return options.layers.empty()
+               ? sink->told()
+               : "wrote " + options.output + " in " + std::to_string(options.layers.size()) +
+                     " layers, told of by " + file_about_layers(options.output);
 }

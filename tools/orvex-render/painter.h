@@ -29,7 +29,7 @@ public:
     /// Draws and writes all pictures. @return what went wrong; empty if nothing did
     std::string paint();
     /// What was written, in words, after a good `paint`.
-    std::string told() const { return sink->told(); }
+    std::string told() const;
     /// Whether the model has left a pixel in any picture.
     bool has_shown_something() const { return seen; }
     /// Why it hasn't.
@@ -57,6 +57,7 @@ private:
     std::string prepare_outputs();
     std::string input_among(const std::vector<std::string>& names) const;
     std::string paint(int number);
+    std::string paint_layers();
     int num_pictures() const;
     orvex::kit::Angle angle_of(int number) const;
     orvex::kit::Camera camera_of(int number) const;

@@ -131,7 +131,8 @@ ExitCode draw_model(const Options& options) {
     tell(painter.told());
     // In the exit code, so in every wordiness.
     if (!painter.has_shown_something())
-        return fail("nothing of " + options.model + " can be seen: " + painter.reason_for_nothing());
+        return fail("nothing of " + options.model +
+                    " can be seen: " + painter.reason_for_nothing());
     return reference.is_empty() ? EXIT_FINE : compare_with(reference, painter.picture(), options);
 }
 
