@@ -59,25 +59,63 @@ void Model::stand_up() {
 
 // ------------------------------------------------------------------------------- what it holds
 
-#define ORVEX_KIT_FACT(Type, operation, field)                                                     \
-    Type Model::operation() const noexcept {                                                       \
-        return (data ? data->facts : no_facts).field;                                              \
-    }
+namespace {
 
-ORVEX_KIT_FACT(const std::vector<ModelMesh>&, meshes, meshes)
-ORVEX_KIT_FACT(const std::vector<ModelMaterial>&, materials, materials)
-ORVEX_KIT_FACT(const std::vector<ModelTexture>&, textures, textures)
-ORVEX_KIT_FACT(const std::vector<FaceRun>&, runs, runs)
-ORVEX_KIT_FACT(const std::vector<std::string>&, notes, notes)
-ORVEX_KIT_FACT(const Bounds&, bounds, bounds)
-ORVEX_KIT_FACT(const Extent&, extent, extent)
-ORVEX_KIT_FACT(std::size_t, num_vertices, num_vertices)
-ORVEX_KIT_FACT(std::size_t, num_faces, num_faces)
-ORVEX_KIT_FACT(std::size_t, num_points, num_points)
-ORVEX_KIT_FACT(UpAxis, up_axis, up)
-ORVEX_KIT_FACT(UpAxis, file_up_axis, file_up)
+/// Of an empty model, too.
+template<class Data>
+const ModelFacts& facts_of(const Data& data) {
+    return data ? data->facts : no_facts;
+}
 
-#undef ORVEX_KIT_FACT
+} // namespace
+
+const std::vector<ModelMesh>& Model::meshes() const noexcept {
+    return facts_of(data).meshes;
+}
+
+const std::vector<ModelMaterial>& Model::materials() const noexcept {
+    return facts_of(data).materials;
+}
+
+const std::vector<ModelTexture>& Model::textures() const noexcept {
+    return facts_of(data).textures;
+}
+
+const std::vector<FaceRun>& Model::runs() const noexcept {
+    return facts_of(data).runs;
+}
+
+const std::vector<std::string>& Model::notes() const noexcept {
+    return facts_of(data).notes;
+}
+
+const Bounds& Model::bounds() const noexcept {
+    return facts_of(data).bounds;
+}
+
+const Extent& Model::extent() const noexcept {
+    return facts_of(data).extent;
+}
+
+std::size_t Model::num_vertices() const noexcept {
+    return facts_of(data).num_vertices;
+}
+
+std::size_t Model::num_faces() const noexcept {
+    return facts_of(data).num_faces;
+}
+
+std::size_t Model::num_points() const noexcept {
+    return facts_of(data).num_points;
+}
+
+UpAxis Model::up_axis() const noexcept {
+    return facts_of(data).up;
+}
+
+UpAxis Model::file_up_axis() const noexcept {
+    return facts_of(data).file_up;
+}
 
 const std::string& Model::loader() const noexcept {
     return data ? data->loaded.loader : no_text;
@@ -143,7 +181,7 @@ Model::Data::Data(const std::string& path, const ModelOptions& options)
 }
 
 Model::Data::~Data() {
-    close();
+    Data::close();
 }
 
 namespace {

@@ -167,7 +167,7 @@ public:
     /// The file of a path that is told from the folder or from the root; empty if there is none
     /// that may be read.
     std::string at(const std::string& path) {
-        const std::string whole = path.rfind('/', 0) == 0 ? path : folder + path;
+        std::string whole = path.rfind('/', 0) == 0 ? path : folder + path;
         if (is_there(whole) && may_be_read(whole))
             return whole;
         return "";
