@@ -142,7 +142,8 @@ TEST(FaceTree, takes_many_faces_at_one_place) {
     std::vector<TreeFace> faces(1000, face);
     for (std::uint32_t i = 0; i < faces.size(); ++i)
         faces[i].face = 999 - i;
-    const std::optional<TreeHit> hit = FaceTree(faces).first_hit({{0, 0, 1}, {0, 0, -1}, endless});
+    const FaceTree tree(faces);
+    const std::optional<TreeHit> hit = tree.first_hit({{0, 0, 1}, {0, 0, -1}, endless});
     ASSERT_TRUE(hit);
     EXPECT_EQ(hit->face->face, 0u);
 }

@@ -29,7 +29,7 @@ struct TreeFace {
 
 /// Where a ray meets a face.
 struct TreeHit {
-    const TreeFace* face;
+    const TreeFace* face; ///< the tree's, or that which was asked
     double distance; ///< in lengths of the direction
     Point shares;    ///< of the corners
 };
