@@ -173,7 +173,6 @@ Model::Data::Data(const std::string& path, const ModelOptions& options)
     gather_materials();
     add_runs();
     tell_of_meshes();
-    measure();
     if (loaded.loader == loader_of_3ds)
         facts.file_up = facts.up = standing_axis(facts.extent);
     load_textures(options.allow_outside);

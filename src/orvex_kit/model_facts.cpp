@@ -123,17 +123,22 @@ void Model::Data::tell_of_meshes() {
         const MeshData& store = *mesh->get_mesh_data();
         ModelMesh one{text_or_nothing(mesh->get_name()), store.num_vertices, store.num_faces, {}};
         for_each_place(*mesh, [&](const vec4& place) {
+            facts.extent.points.push_back(place);
             add(one.bounds, place);
-            add(facts.bounds, place);
         });
+        if (!one.bounds.is_empty)
+            for (const vec3& corner : {one.bounds.min, one.bounds.max})
+                add(facts.bounds, vec4(corner.x, corner.y, corner.z, 1.0f));
         facts.num_vertices += one.num_vertices;
         facts.num_faces += one.num_faces;
         facts.num_points += one.num_faces == 0 ? one.num_vertices : 0;
         facts.meshes.push_back(std::move(one));
     }
+    facts.extent.middle = middle_of(facts.bounds);
     facts.notes = notes_about(meshes, facts);
 }
 
+/// Again, where the model was turned.
 void Model::Data::measure() {
     Extent extent;
     Bounds box;

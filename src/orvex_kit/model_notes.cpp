@@ -29,12 +29,13 @@ bool has_area(const vec4 (&corners)[3]) {
     return ay * bz != az * by || az * bx != ax * bz || ax * by != ay * bx;
 }
 
-void count_vertices(Mesh& mesh, Census& census) {
-    const mat4 transform = mesh.get_absolute_transform();
-    vec4 place;
-    for (unsigned long i = 0; i < mesh.get_mesh_data()->num_vertices; ++i)
-        if (!place_of_vertex(mesh, i, transform, place))
-            ++census.lost_vertices;
+/// Whether a face has an area; not if one of its corners has no place.
+bool has_area(Mesh& mesh, const unsigned (&index)[3], const mat4& transform) {
+    vec4 corners[3];
+    for (int i = 0; i < 3; ++i)
+        if (!place_of_vertex(mesh, index[i], transform, corners[i]))
+            return false;
+    return has_area(corners);
 }
 
 void count_faces(Mesh& mesh, Census& census) {
@@ -43,14 +44,10 @@ void count_faces(Mesh& mesh, Census& census) {
     for (unsigned long face = 0; face < store.num_faces; ++face) {
         unsigned index[3] = {};
         mesh.get_face_indexes(face, &index[0], &index[1], &index[2]);
-        vec4 corners[3];
-        bool is_there = true, has_place = true;
-        for (int i = 0; i < 3; ++i) {
-            is_there = is_there && index[i] < store.num_vertices;
-            has_place = place_of_vertex(mesh, index[i], transform, corners[i]) && has_place;
-        }
+        const bool is_there = index[0] < store.num_vertices && index[1] < store.num_vertices &&
+                              index[2] < store.num_vertices;
         census.lost_faces += is_there ? 0 : 1;
-        census.has_area = census.has_area || (is_there && has_place && has_area(corners));
+        census.has_area = census.has_area || (is_there && has_area(mesh, index, transform));
     }
 }
 
@@ -96,10 +93,9 @@ std::string note_about_faces(const ModelFacts& facts, const Census& census) {
 
 std::vector<std::string> notes_about(const std::vector<Mesh*>& meshes, const ModelFacts& facts) {
     Census census;
-    for (Mesh* mesh : meshes) {
-        count_vertices(*mesh, census);
+    census.lost_vertices = facts.num_vertices - facts.extent.points.size();
+    for (Mesh* mesh : meshes)
         count_faces(*mesh, census);
-    }
     std::vector<std::string> notes;
     const auto add = [&notes](const std::string& note) {
         if (!note.empty())
