@@ -75,7 +75,8 @@ std::string note_about_places(const ModelFacts& facts) {
         "all " + std::to_string(facts.num_vertices) + " of its vertices lie at one point";
     // Loaders put what an index out of range names there.
     if (is_origin(facts.bounds))
-        note += ", the origin, as they do where faces name vertices that the file doesn't have";
+        note += ", the origin, as they do where faces name vertices that the file doesn't have, or "
+                "count them backwards";
     return note;
 }
 

@@ -203,6 +203,18 @@ TEST_P(ModelDrawTest, draws_nothing_of_an_empty_one) {
     EXPECT_TRUE(is_blank(window.picture_of(missing, window.lit())));
 }
 
+TEST(ModelDraw, goes_from_one_path_to_the_other_and_back) {
+    const Engine engine({{}, "", false, false});
+    Model model(sample);
+    Window core(Path::gl3);
+    GpuProgram& core_lit = core.lit();
+    const Picture first = core.picture_of(model, core_lit);
+    Window old(Path::gl2);
+    GpuProgram& old_lit = old.lit();
+    EXPECT_TRUE(old.picture_of(model, old_lit) == first);
+    EXPECT_TRUE(core.picture_of(model, core_lit) == first);
+}
+
 TEST(ModelDraw, outlives_the_engine_that_drew_it) {
     Model model;
     {

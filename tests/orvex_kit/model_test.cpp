@@ -384,7 +384,11 @@ TEST_F(ModelTest, notes_what_is_odd_in_files) {
           Row{"v 1 1 1\nf 7 8 9\n",
               {"none of its faces has an area",
                "all 3 of its vertices lie at one point, the origin, as they do where faces name "
-               "vertices that the file doesn't have"}},
+               "vertices that the file doesn't have, or count them backwards"}},
+          Row{"v 1 1 1\nv 2 1 1\nv 1 2 1\nf -3 -2 -1\n",
+              {"none of its faces has an area",
+               "all 3 of its vertices lie at one point, the origin, as they do where faces name "
+               "vertices that the file doesn't have, or count them backwards"}},
           Row{"v 0 0 0\nv 1 0 0\nv 2 0 0\nf 1 2 3\n", {"none of its faces has an area"}},
           Row{"v nan 0 0\nv 1 0 0\nv 0 1 0\nv 0 0 1\nf 1 2 3\nf 2 3 4\n",
               {"1 of its 6 vertices have coordinates that are no finite numbers"}}}) {

@@ -242,7 +242,8 @@ TEST(OrvexRender, tells_why_nothing_of_a_model_can_be_seen) {
                  "it is too small to draw, less than 1e-15 across"},
              Row{"v 0 0 0\nv 1 0 0\nv 0 1 0\nf 7 8 9\n",
                  "none of its faces has an area; all 3 of its vertices lie at one point, the "
-                 "origin, as they do where faces name vertices that the file doesn't have"},
+                 "origin, as they do where faces name vertices that the file doesn't have, or "
+                 "count them backwards"},
          })
         for (const char* words : {"-q", "-t2"}) {
             const TempDir folder;
