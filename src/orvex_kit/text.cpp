@@ -4,6 +4,7 @@
 #include "orvex_kit/text.h"
 
 #include <algorithm>
+#include <new>
 #include <utility>
 #include <vector>
 
@@ -62,7 +63,7 @@ void main()
 
 constexpr unsigned long vertices_a_glyph = 6;
 
-/// The built-in sheet as pixels, white where its texels are high. @return nothing without memory
+/// The built-in sheet as pixels, white where its texels are high
 std::vector<unsigned char> builtin_pixels() {
     const std::size_t count = std::size_t(builtin_columns) * std::size_t(builtin_rows);
     std::vector<unsigned char> texels(count);
@@ -78,16 +79,22 @@ std::vector<unsigned char> builtin_pixels() {
     return pixels;
 }
 
+/// @return false without memory
+bool fill_builtin(Texture& sheet) try {
+    const std::vector<unsigned char> pixels = builtin_pixels();
+    return !pixels.empty() &&
+           sheet.create_2d(static_cast<unsigned long>(builtin_columns),
+                           static_cast<unsigned long>(builtin_rows), PF_RGBA_U8) &&
+           sheet.update_pixmap_rgba_u8(pixels.data());
+} catch (const std::bad_alloc&) {
+    return false;
+}
+
 /// Null without memory.
 Texture* make_builtin_sheet() {
-    const std::vector<unsigned char> pixels = builtin_pixels();
-    if (pixels.empty())
-        return nullptr;
     TextureMgr* const textures = TextureMgr::get();
-    Texture* const sheet =
-        textures->create_texture_2d(static_cast<unsigned long>(builtin_columns),
-                                    static_cast<unsigned long>(builtin_rows), PF_RGBA_U8);
-    if (sheet->update_pixmap_rgba_u8(pixels.data())) {
+    Texture* const sheet = textures->create_texture();
+    if (fill_builtin(*sheet)) {
         sheet->gen_mipmaps(false);
         sheet->set_addressing_mode(nullptr, ADDRESSING_CLAMP);
         return sheet;
@@ -216,8 +223,10 @@ bool Text::Data::make_sheet() {
         return false;
     }
     sheet->update_pixel_format(PF_RGBA_U8);
-    TextureMgr::get()->upload_to_renderer(renderer, sheet, 0);
-    return true;
+    if (TextureMgr::get()->upload_to_renderer(renderer, sheet, 0))
+        return true;
+    reason = "the driver takes no sheet of letters: there isn't enough memory";
+    return false;
 }
 
 void Text::Data::close() {

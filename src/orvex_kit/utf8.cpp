@@ -1,7 +1,5 @@
 #include "orvex_kit/private/utf8.h"
 
-#include <cstdio>
-
 namespace orvex::kit {
 
 namespace {
@@ -66,12 +64,6 @@ std::u32string code_points_of(std::string_view text, std::size_t& invalid) {
         text.remove_prefix(size);
     }
     return codes;
-}
-
-std::string name_of(char32_t code) {
-    char name[16];
-    std::snprintf(name, sizeof name, "U+%04X", static_cast<unsigned>(code));
-    return name;
 }
 
 } // namespace orvex::kit

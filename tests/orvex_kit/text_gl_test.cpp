@@ -261,6 +261,26 @@ TEST_P(TextTest, draws_nothing_without_memory_and_all_of_it_then) {
     EXPECT_EQ(ink_of(frame_with(text)).count, one);
 }
 
+/// Refuses each block as large as a sheet once, until there is a text. @return how many there were
+unsigned long refusals_of_a_text(View& view, bool single) {
+    for (unsigned long n = 0; n < 20; ++n) {
+        const RefuseArrays refusal(
+            {.granted = n, .refused = 1, .min_size = std::size_t{1} << 20, .single = single});
+        const Text text(view);
+        if (text)
+            return n;
+        EXPECT_EQ(text.reason(), "no memory for the built-in font");
+    }
+    ADD_FAILURE() << "it never got all";
+    return 0;
+}
+
+TEST_P(TextTest, tells_that_there_is_no_memory_for_its_letters) {
+    EXPECT_GE(refusals_of_a_text(view, true), 2u);
+    EXPECT_GE(refusals_of_a_text(view, false), 1u);
+    EXPECT_GT(ink_of(frame_with("A", 10, 10)).count, 20);
+}
+
 TEST(Text, needs_an_engine) {
     std::optional<Engine> engine(std::in_place);
     View view(16, 16);

@@ -13,7 +13,4 @@ inline constexpr char32_t replacement = 0xfffd;
 /// @param[out] invalid  how many bytes are none of it; each of them becomes a `replacement`
 std::u32string code_points_of(std::string_view text, std::size_t& invalid);
 
-/// "U+20AC".
-std::string name_of(char32_t code);
-
 } // namespace orvex::kit
