@@ -312,7 +312,7 @@ TEST_F(CameraTest, refuses_intrinsics_that_are_none_and_sees_as_before) {
         std::string reason;
     };
     Intrinsics endless = odd;
-    endless[0][2] = NAN;
+    endless[0][2] = std::nan("");
     Intrinsics lower = odd;
     lower[1][0] = 1.0;
     Intrinsics scaled = odd;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 #include <gtest/gtest.h>
 
@@ -233,14 +234,15 @@ TEST(Orbit, ignores_what_means_nothing) {
     Orbit orbit(box());
     const OrbitPlace before = orbit.place();
     const double nothing = std::nan("");
+    const double infinite = std::numeric_limits<double>::infinity();
     orbit.turn(nothing, 1);
-    orbit.turn(1, INFINITY);
+    orbit.turn(1, infinite);
     orbit.pan(nothing, 0, screen);
     orbit.pan(1, 1, {640, 0});
     orbit.zoom(nothing);
     EXPECT_FALSE(orbit.move({true}, -1.0));
     EXPECT_FALSE(orbit.move({true}, nothing));
-    EXPECT_FALSE(orbit.move({true}, INFINITY));
+    EXPECT_FALSE(orbit.move({true}, infinite));
     for (const auto spoil :
          {+[](OrbitPlace& p) { p.target.x = NAN; }, +[](OrbitPlace& p) { p.distance = 0.0f; },
           +[](OrbitPlace& p) { p.distance = INFINITY; },

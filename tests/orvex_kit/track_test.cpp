@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 #include <string>
 #include <vector>
 
@@ -83,7 +84,7 @@ TEST(Track, stands_still_before_its_first_key_and_behind_its_last) {
     for (const double early : {-1e300, 0.0, 1.0, std::nan("")})
         EXPECT_EQ(track.at(early).pose(), track.at(1).pose());
     EXPECT_EQ(track.at(1e300).pose(), track.at(2).pose());
-    EXPECT_EQ(track.at(INFINITY).pose(), track.at(2).pose());
+    EXPECT_EQ(track.at(std::numeric_limits<double>::infinity()).pose(), track.at(2).pose());
     const Track still = track_of_keys(R"({"time": 3, "eye": [0, 0, 8], "target": [0, 0, 0]})");
     EXPECT_EQ(still.size(), 1u);
     EXPECT_EQ(still.begin(), still.end());
