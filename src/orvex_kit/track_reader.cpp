@@ -1,11 +1,11 @@
-// Reads tracks by the JSON library, which no other source knows. A first walk looks for mistakes of
-// the notation, which have a line and a column, for names that stand twice, and for depths that no
-// track has; what is left is small enough to be held as a tree, whose mistakes have a path.
+// Reads tracks by the JSON library, which no other source knows. A first walk makes a tree, and
+// finds mistakes of the notation, which have a line and a column, names that stand twice, and more
+// than any track has. A second one takes the keys from the tree; its mistakes have a path.
 
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <set>
+#include <memory>
 #include <string>
 #include <utility>
 #include <vector>
@@ -49,34 +49,78 @@ std::string shown(const std::string& word) {
     return word.size() > most ? result + "..." : result;
 }
 
-/// The first walk.
+/// A value of the file. It ends without asking for memory, as the library's own wouldn't.
+struct Value {
+    struct Parts;
+
+    enum class Kind { other, number, list, object };
+    Kind kind = Kind::other;
+    double number = 0.0;
+    std::unique_ptr<Parts> parts; ///< of a list or an object
+
+    bool is(Kind wanted) const { return kind == wanted; }
+    std::size_t size() const;
+    const Value& operator[](std::size_t i) const;
+    /// Null if an object has no part of that name.
+    const Value* find(const std::string& name) const;
+};
+
+struct Value::Parts {
+    std::vector<Value> values;
+    std::vector<std::string> names; ///< of an object's
+};
+
+std::size_t Value::size() const {
+    return parts ? parts->values.size() : 0;
+}
+
+const Value& Value::operator[](std::size_t i) const {
+    return parts->values[i];
+}
+
+const Value* Value::find(const std::string& name) const {
+    if (!is(Kind::object))
+        return nullptr;
+    const auto at = std::find(parts->names.begin(), parts->names.end(), name);
+    return at == parts->names.end()
+               ? nullptr
+               : &parts->values[static_cast<std::size_t>(at - parts->names.begin())];
+}
+
+/// The first walk, which makes the tree.
 class Notation : public nlohmann::json_sax<json> {
 public:
     explicit Notation(const std::string& text)
         : text(text) {}
 
+    Value root;
     /// Where and what; empty if there is no mistake.
     std::string mistake;
 
-    bool null() override { return true; }
-    bool boolean(bool) override { return true; }
-    bool number_integer(number_integer_t) override { return true; }
-    bool number_unsigned(number_unsigned_t) override { return true; }
-    bool number_float(number_float_t, const string_t&) override { return true; }
-    bool string(string_t&) override { return true; }
-    bool binary(binary_t&) override { return true; }
-    bool start_array(std::size_t) override { return enter(); }
+    bool null() override { return add({}) != nullptr; }
+    bool boolean(bool) override { return add({}) != nullptr; }
+    bool string(string_t&) override { return add({}) != nullptr; }
+    bool binary(binary_t&) override { return add({}) != nullptr; }
+    bool number_integer(number_integer_t number) override {
+        return add_number(static_cast<double>(number));
+    }
+    bool number_unsigned(number_unsigned_t number) override {
+        return add_number(static_cast<double>(number));
+    }
+    bool number_float(number_float_t number, const string_t&) override {
+        return add_number(number);
+    }
+    bool start_array(std::size_t) override { return enter(Value::Kind::list); }
+    bool start_object(std::size_t) override { return enter(Value::Kind::object); }
     bool end_array() override { return leave(); }
-    bool start_object(std::size_t) override { return enter(); }
     bool end_object() override { return leave(); }
     bool key(string_t& name) override {
         constexpr std::size_t most_names = 16; // an object of a track has six
-        const bool is_new = names.back().insert(name).second;
-        if (is_new && names.back().size() <= most_names)
-            return true;
-        mistake = is_new ? " an object has more names than any of a track"
-                         : " '" + shown(name) + "' stands twice in one object";
-        return false;
+        std::vector<std::string>& names = open.back()->parts->names;
+        if (std::find(names.begin(), names.end(), name) != names.end())
+            return fail(" '" + shown(name) + "' stands twice in one object");
+        names.push_back(name);
+        return names.size() <= most_names || fail(" an object has more names than any of a track");
     }
     bool parse_error(std::size_t position, const std::string&,
                      const json::exception& error) override {
@@ -86,24 +130,47 @@ public:
             what = "the number that ends here is too large";
         else if (position > 0 && position <= text.size())
             what = "'" + shown(text.substr(position - 1, 1)) + "' is no JSON here";
-        mistake = line_and_column(text, position) + ": " + what;
-        return false;
+        return fail(line_and_column(text, position) + ": " + what);
     }
 
 private:
     const std::string& text;
-    std::vector<std::set<std::string>> names;
+    std::vector<Value*> open; ///< the lists and objects around what comes next
+    std::size_t count = 0;
 
-    bool enter() {
-        constexpr std::size_t deepest = 5; // a number of a pose stands in five
-        names.emplace_back();
-        if (names.size() <= deepest)
-            return true;
-        mistake = " brackets stand deeper in each other than in a track";
+    bool fail(std::string what) {
+        mistake = std::move(what);
         return false;
     }
+    /// Null, with the mistake, if there are too many.
+    Value* add(Value value) {
+        constexpr std::size_t most = 32 * most_keys; // a key with a pose has 23
+        if (++count > most) {
+            fail(" there are more values than in a track");
+            return nullptr;
+        }
+        if (open.empty()) {
+            root = std::move(value);
+            return &root;
+        }
+        std::vector<Value>& values = open.back()->parts->values;
+        values.push_back(std::move(value));
+        return &values.back();
+    }
+    bool add_number(double number) {
+        return add({Value::Kind::number, number, nullptr}) != nullptr;
+    }
+    bool enter(Value::Kind kind) {
+        constexpr std::size_t deepest = 5; // a number of a pose stands in five
+        if (open.size() == deepest)
+            return fail(" brackets stand deeper in each other than in a track");
+        Value* const entered = add({kind, 0.0, std::make_unique<Value::Parts>()});
+        if (entered)
+            open.push_back(entered);
+        return entered != nullptr;
+    }
     bool leave() {
-        names.pop_back();
+        open.pop_back();
         return true;
     }
 };
@@ -115,17 +182,17 @@ public:
         : track(track) {}
 
     /// @return the place and what is wrong; empty if nothing is
-    std::string read(const json& root) {
-        if (!root.is_object())
+    std::string read(const Value& root) {
+        if (!root.is(Value::Kind::object))
             return "an object with \"keys\" is wanted";
         if (!only_knows(root, "", {"keys"}))
             return mistake;
-        const auto keys = root.find("keys");
-        if (keys == root.end() || !keys->is_array() || keys->empty())
+        const Value* const keys = root.find("keys");
+        if (!keys || !keys->is(Value::Kind::list) || keys->size() == 0)
             return "keys: a list of at least one key is wanted";
         if (keys->size() > most_keys)
             return "keys: there are more than " + std::to_string(most_keys);
-        track.are_posed = keys->front().is_object() && keys->front().contains("pose");
+        track.are_posed = (*keys)[0].find("pose") != nullptr;
         for (std::size_t i = 0; i < keys->size(); ++i)
             if (!take_key((*keys)[i], "keys[" + std::to_string(i) + "]"))
                 return mistake;
@@ -141,9 +208,9 @@ private:
         return false;
     }
 
-    bool only_knows(const json& object, const std::string& place,
+    bool only_knows(const Value& object, const std::string& place,
                     const std::vector<std::string>& known) {
-        for (const auto& [name, value] : object.items()) {
+        for (const std::string& name : object.parts->names) {
             if (std::find(known.begin(), known.end(), name) != known.end())
                 continue;
             std::string names;
@@ -154,8 +221,8 @@ private:
         return true;
     }
 
-    bool take_key(const json& value, const std::string& place) {
-        if (!value.is_object())
+    bool take_key(const Value& value, const std::string& place) {
+        if (!value.is(Value::Kind::object))
             return fail(place, "an object is wanted");
         if (!only_knows(value, place, {"time", "eye", "target", "up", "pose", "opening"}))
             return false;
@@ -170,16 +237,16 @@ private:
         return true;
     }
 
-    bool take_number(const json& value, const std::string& place, double& number) {
-        if (!value.is_number())
+    bool take_number(const Value& value, const std::string& place, double& number) {
+        if (!value.is(Value::Kind::number))
             return fail(place, "a number is wanted");
-        number = value.get<double>();
+        number = value.number;
         return std::abs(number) <= farthest || fail(place, "a number from -1e15 to 1e15 is wanted");
     }
 
-    bool take_time(const json& value, const std::string& place, TrackKey& key) {
-        const auto time = value.find("time");
-        if (time == value.end())
+    bool take_time(const Value& value, const std::string& place, TrackKey& key) {
+        const Value* const time = value.find("time");
+        if (!time)
             return fail(place, "'time' is missing");
         if (!take_number(*time, place + ".time", key.time))
             return false;
@@ -188,9 +255,9 @@ private:
         return grows || fail(place + ".time", "it isn't later than the key before");
     }
 
-    bool take_opening(const json& value, const std::string& place, TrackKey& key) {
-        const auto opening = value.find("opening");
-        if (opening == value.end())
+    bool take_opening(const Value& value, const std::string& place, TrackKey& key) {
+        const Value* const opening = value.find("opening");
+        if (!opening)
             return true;
         if (!take_number(*opening, place + ".opening", key.opening))
             return false;
@@ -198,8 +265,8 @@ private:
                fail(place + ".opening", "degrees from 0.01 to 179.9 are wanted");
     }
 
-    bool take_vector(const json& value, const std::string& place, Vector3& vector) {
-        if (!value.is_array() || value.size() != 3)
+    bool take_vector(const Value& value, const std::string& place, Vector3& vector) {
+        if (!value.is(Value::Kind::list) || value.size() != 3)
             return fail(place, "three numbers are wanted");
         double* const parts[] = {&vector.x, &vector.y, &vector.z};
         for (std::size_t i = 0; i < 3; ++i)
@@ -208,22 +275,22 @@ private:
         return true;
     }
 
-    bool take_look(const json& value, const std::string& place, TrackKey& key) {
-        if (value.contains("pose"))
+    bool take_look(const Value& value, const std::string& place, TrackKey& key) {
+        if (value.find("pose"))
             return fail(place + ".pose", "the keys before have none");
         for (const char* const name : {"eye", "target"})
-            if (!value.contains(name))
+            if (!value.find(name))
                 return fail(place, std::string("'") + name + "' is missing");
-        if (!take_vector(value["eye"], place + ".eye", key.eye) ||
-            !take_vector(value["target"], place + ".target", key.target))
+        if (!take_vector(*value.find("eye"), place + ".eye", key.eye) ||
+            !take_vector(*value.find("target"), place + ".target", key.target))
             return false;
         // As far apart as the camera's own numbers can tell.
         const Vector3 eye = vector3_of(vec4_of(key.eye, 1.0f));
         if (!(length(vector3_of(vec4_of(key.target, 1.0f)) - eye) > nearest))
             return fail(place + ".target", "it is where the eye is");
-        if (!value.contains("up"))
+        if (!value.find("up"))
             return true;
-        if (!take_vector(value["up"], place + ".up", key.up))
+        if (!take_vector(*value.find("up"), place + ".up", key.up))
             return false;
         if (!(length(key.up) > nearest))
             return fail(place + ".up", "it has no length");
@@ -231,14 +298,14 @@ private:
         return true;
     }
 
-    bool take_pose(const json& value, const std::string& place, TrackKey& key) {
+    bool take_pose(const Value& value, const std::string& place, TrackKey& key) {
         for (const char* const name : {"eye", "target", "up"})
-            if (value.contains(name))
+            if (value.find(name))
                 return fail(place + "." + name, "the track is one of poses");
-        if (!value.contains("pose"))
+        if (!value.find("pose"))
             return fail(place, "'pose' is missing");
         Pose pose{};
-        if (!take_matrix(value["pose"], place + ".pose", pose))
+        if (!take_matrix(*value.find("pose"), place + ".pose", pose))
             return false;
         Camera camera;
         if (const Outcome outcome = camera.set_pose(pose); !outcome)
@@ -253,12 +320,12 @@ private:
         return true;
     }
 
-    bool take_matrix(const json& value, const std::string& place, Pose& pose) {
-        if (!value.is_array() || value.size() != 4)
+    bool take_matrix(const Value& value, const std::string& place, Pose& pose) {
+        if (!value.is(Value::Kind::list) || value.size() != 4)
             return fail(place, "four rows are wanted");
         for (std::size_t row = 0; row < 4; ++row) {
             const std::string line = place + "[" + std::to_string(row) + "]";
-            if (!value[row].is_array() || value[row].size() != 4)
+            if (!value[row].is(Value::Kind::list) || value[row].size() != 4)
                 return fail(line, "four numbers are wanted");
             for (std::size_t column = 0; column < 4; ++column)
                 if (!take_number(value[row][column], line + "[" + std::to_string(column) + "]",
@@ -277,7 +344,7 @@ std::string read_track(const std::string& text, const std::string& name, TrackKe
     Notation notation(text);
     if (!json::sax_parse(text, &notation))
         return name + ":" + notation.mistake;
-    const std::string mistake = Reader(track).read(json::parse(text));
+    const std::string mistake = Reader(track).read(notation.root);
     return mistake.empty() ? "" : name + ": " + mistake;
 }
 

@@ -3,11 +3,13 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <new>
 #include <string>
 #include <vector>
 
 #include <gtest/gtest.h>
 
+#include "tests/support/heap.h"
 #include "tests/support/temp_dir.h"
 
 namespace orvex_test {
@@ -301,11 +303,42 @@ INSTANTIATE_TEST_SUITE_P(
                      "{\"time\": 0, " + eye + ", \"pose\": " + front_pose + "}",
                      "keys[0].eye: the track is one of poses")));
 
+/// Refuses each block once, until a file is read. @return how many there were
+unsigned long refusals_of_a_track(const std::string& path) {
+    for (unsigned long n = 0; n < 5000; ++n) {
+        const long before = living_blocks();
+        try {
+            const RefuseArrays refusal({.granted = n, .refused = 1, .single = true});
+            const Track track(path);
+            if (track)
+                return n;
+            EXPECT_NE(track.reason(), "");
+        } catch (const std::bad_alloc&) { // NOLINT(bugprone-empty-catch): a small block
+        }
+        EXPECT_EQ(living_blocks(), before) << "after block " << n;
+    }
+    ADD_FAILURE() << "it never got all";
+    return 0;
+}
+
+TEST(Track, leaves_nothing_behind_when_memory_runs_out) {
+    const TempDir folder;
+    const std::string path =
+        folder.write("film.json", "{\"keys\": [" + good +
+                                      ", {\"time\": 1, \"opening\": 20, \"up\": [0, 1, 0], " + eye +
+                                      ", " + target + "}]}");
+    EXPECT_GT(refusals_of_a_track(path), 10u);
+}
+
 TEST(Track, refuses_more_keys_than_it_holds) {
     std::string keys = "0";
     for (int i = 0; i < 100000; ++i)
         keys += ",0";
     EXPECT_EQ(track_of_keys(keys).reason(), "film.json: keys: there are more than 100000");
+    std::string values = "0";
+    for (int i = 0; i < 3200000; ++i)
+        values += ",0";
+    EXPECT_EQ(track_of_keys(values).reason(), "film.json: there are more values than in a track");
 }
 
 } // namespace
