@@ -57,7 +57,8 @@ void main()
     float texels_a_pixel = max(fwidth(uv.x) * sheet_size.x, 0.001);
     float distance = (texel - 128.0 / 255.0) * 2.0 * spread / texels_a_pixel;
     float cover = spread > 0.0 ? clamp(distance + 0.5, 0.0, 1.0) : texel;
-    COLOR = vec4(ink.rgb, ink.a * cover);
+    // Multiplied by its opacity, as pictures are that have nothing behind them.
+    COLOR = vec4(ink.rgb, 1.0) * ink.a * cover;
 }
 )";
 
@@ -291,7 +292,7 @@ void Text::Data::set_states(int width, int height) {
     // A core context has no fixed matrices to load.
     camera->bind(renderer, true, true, true, true, path == Path::gl2);
     renderer->set_depth_test_state(false);
-    renderer->set_blend_factors(BLEND_FACTOR_SRC_ALPHA, BLEND_FACTOR_ONE_MINUS_SRC_ALPHA);
+    renderer->set_blend_factors(BLEND_FACTOR_ONE, BLEND_FACTOR_ONE_MINUS_SRC_ALPHA);
     renderer->set_blend_state(true);
     renderer->rasterizer_set_polygon_mode(POLYGON_FACE_FRONT_AND_BACK, POLYGON_MODE_FILL);
     renderer->rasterizer_apply_state();

@@ -159,6 +159,29 @@ TEST_P(TextTest, keeps_what_is_behind_it_where_there_is_no_ink) {
     EXPECT_EQ(pixel_at(bar, ink.right - 2, (ink.top + ink.bottom) / 2), middle);
 }
 
+TEST_P(TextTest, lies_over_nothing_as_over_what_is_put_behind_it_later) {
+    TextStyle style;
+    style.size = 60;
+    style.color = {1.0f, 0.6f, 0.2f, 0.5f};
+    view.set_background({0.0f, 0.0f, 0.0f, 0.0f});
+    const orvex::kit::Picture alone = frame_with("Over", 10, 10, style);
+    view.set_background({0.2f, 0.4f, 1.0f, 1.0f});
+    const orvex::kit::Picture wanted = frame_with("Over", 10, 10, style);
+    const Pixel behind = pixel_at(wanted, width - 1, height - 1);
+    int largest = 0;
+    for (int y = 0; y < 80; ++y)
+        for (int x = 0; x < 200; ++x) {
+            const Pixel over = pixel_at(alone, x, y);
+            for (std::size_t i = 0; i < 3; ++i) {
+                const double put = (over[i] * over[3] + behind[i] * (255 - over[3])) / 255.0;
+                largest = std::max(largest, static_cast<int>(std::abs(std::lround(put) -
+                                                                      pixel_at(wanted, x, y)[i])));
+            }
+        }
+    EXPECT_GT(ink_of(alone).count, 500);
+    EXPECT_LE(largest, 3) << "of what is rounded three times";
+}
+
 TEST_P(TextTest, is_drawn_once_for_each_time_it_was_added) {
     Text text(view);
     text.add("A", 10, 10);
