@@ -197,6 +197,7 @@ void Model::Data::close() {
     if (!loaded.model)
         return;
     Renderer* const renderer = living_renderer();
+    pieces.clear();
     loaded.model.release()->kill(renderer, nullptr);
     for (NodeHold<Resource>& material : loaded.materials)
         end(material, renderer);

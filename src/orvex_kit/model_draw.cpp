@@ -68,6 +68,8 @@ void Model::Data::begin_draw(Renderer& renderer, GpuProgram& program, Path path)
         upload(renderer);
     for (Mesh* mesh : meshes)
         mesh->set_opengl_2_3_rendering_states(path == Path::gl2, nullptr);
+    if (path == Path::gl2 && pieces.empty())
+        make_pieces();
     program.set_uniform_1f(nullptr, "faceted", is_faceted ? 1.0f : 0.0f);
     end_blending(renderer);
 }
@@ -76,17 +78,33 @@ void Model::Data::draw(Renderer& renderer, GpuProgram& program, Path path, const
     begin_draw(renderer, program, path);
     set_lights(program, axes_of({lit_from.azimuth, 0.0f, lit_from.up}));
     bool is_blending = false;
-    for (const FaceRun& run : facts.runs) {
+    for (std::size_t i = 0; i < facts.runs.size(); ++i) {
+        const FaceRun& run = facts.runs[i];
         if (run.is_blended && !is_blending)
             begin_blending(renderer);
         is_blending = run.is_blended;
-        draw_run(renderer, program, run);
+        draw_run(renderer, program, run, path == Path::gl2 ? pieces[i].get() : nullptr);
     }
     if (is_blending)
         end_blending(renderer);
 }
 
-void Model::Data::draw_run(Renderer& renderer, GpuProgram& program, const FaceRun& run) {
+namespace {
+
+void draw_faces(Renderer& renderer, Mesh& mesh, const FaceRun& run) {
+    MaterialSubset subset;
+    subset.first_face = static_cast<unsigned>(run.first_face);
+    subset.last_face = static_cast<unsigned>(run.first_face + run.num_faces - 1);
+    MeshData* const store = mesh.get_mesh_data();
+    store->current_subset = &subset;
+    mesh.render_geometry(&renderer);
+    store->current_subset = nullptr;
+}
+
+} // namespace
+
+void Model::Data::draw_run(Renderer& renderer, GpuProgram& program, const FaceRun& run,
+                           Mesh* piece) {
     Mesh& mesh = *meshes[run.mesh];
     Material* const material =
         run.material < 0 ? nullptr : materials[static_cast<std::size_t>(run.material)];
@@ -96,13 +114,10 @@ void Model::Data::draw_run(Renderer& renderer, GpuProgram& program, const FaceRu
         material->bind_textures(&renderer);
     mesh.render_apply_automatic_uniforms(&renderer, renderer.gpu_program_get_active_program(),
                                          mesh.get_use_fixed_mvp_matrices_state());
-    MaterialSubset subset;
-    subset.first_face = static_cast<unsigned>(run.first_face);
-    subset.last_face = static_cast<unsigned>(run.first_face + run.num_faces - 1);
-    MeshData* const store = mesh.get_mesh_data();
-    store->current_subset = &subset;
-    mesh.render_geometry(&renderer);
-    store->current_subset = nullptr;
+    if (piece)
+        piece->render_geometry(&renderer);
+    else
+        draw_faces(renderer, mesh, run);
     program.unbind(&renderer);
     if (material)
         material->unbind_textures(&renderer);

@@ -70,6 +70,27 @@ TEST_P(LookTest, of_each_name_is_as_its_picture_shows) {
     }
 }
 
+TEST_P(LookTest, gives_each_face_of_a_mesh_its_own_material) {
+    folder.write("m.mtl", "newmtl a\nKd 1 0 0\nnewmtl b\nKd 0 1 0\nnewmtl c\nKd 0 0 1\nd 0.5\n");
+    View view(64, 64, options());
+    ASSERT_EQ(view.set_look(Look::named("plain")).reason(), "");
+    orvex::kit::Model model(folder.write(
+        "m.obj", "mtllib m.mtl\nv -1 -1 0\nv 1 -1 0\nv 1 1 0\nv -1 1 0\nv 0 0 1\nv 1 0 1\n"
+                 "v 1 1 1\nusemtl a\nf 1 2 3\nusemtl b\nf 1 3 4\nusemtl c\nf 5 6 7\n"));
+    ASSERT_EQ(model.meshes().size(), 1u);
+    const auto camera = flat_camera(64, 64);
+    view.begin(*camera);
+    view.add(model);
+    view.end();
+    const Shot shot = picture_of(view);
+    EXPECT_EQ(pixel_at(shot, 48, 60), (Pixel{255, 0, 0, 255}));
+    EXPECT_EQ(pixel_at(shot, 4, 10), (Pixel{0, 255, 0, 255}));
+    const Pixel mixed = pixel_at(shot, 56, 24);
+    EXPECT_NEAR(mixed[0], 128, 1);
+    EXPECT_EQ(mixed[1], 0);
+    EXPECT_NEAR(mixed[2], 128, 1);
+}
+
 TEST_P(LookTest, is_lit_at_first) {
     View view(64, 64, options());
     const std::string box = write_box(folder);

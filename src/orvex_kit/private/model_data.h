@@ -10,12 +10,14 @@
 #include <vector>
 
 #include <orvex/fwd.h>
+#include <orvex/geometry/mesh/mesh.h>
 
 #include "orvex_kit/model.h"
 #include "orvex_kit/private/engine_parts.h"
 #include "orvex_kit/private/face_tree.h"
 #include "orvex_kit/private/model_loaders.h"
 #include "orvex_kit/private/model_numbers.h"
+#include "orvex_kit/ref.h"
 
 namespace orvex::kit {
 
@@ -68,6 +70,9 @@ private:
     bool is_uploaded = false;
     orvex::Plugin* last_renderer = nullptr; ///< that drew it; it may have ended since
     int last_renderer_id = 0;
+    /// A mesh for each run, for client arrays: those draw all faces of a mesh. Null where the run
+    /// is the whole mesh; empty until they are wanted.
+    std::vector<Ref<orvex::Mesh>> pieces;
     std::unique_ptr<const FaceTree> tree; ///< null until it is asked, and after a turn
 
     void gather(orvex::Node& node);
@@ -89,7 +94,9 @@ private:
     orvex::Renderer* living_renderer() const;
     void upload(orvex::Renderer& renderer);
     void begin_draw(orvex::Renderer& renderer, orvex::GpuProgram& program, Path path);
-    void draw_run(orvex::Renderer& renderer, orvex::GpuProgram& program, const FaceRun& run);
+    void make_pieces();
+    void draw_run(orvex::Renderer& renderer, orvex::GpuProgram& program, const FaceRun& run,
+                  orvex::Mesh* piece);
     void set_material(orvex::GpuProgram& program, const orvex::Material* material) const;
 };
 
