@@ -39,6 +39,9 @@ const std::vector<Layer> all_layers = {Layer::color,    Layer::depth,  Layer::no
 Vector vector_of(const orvex::vec4& v) {
     return {double(v.x), double(v.y), double(v.z)};
 }
+Vector vector_of(const float* v) {
+    return {double(v[0]), double(v[1]), double(v[2])};
+}
 Vector operator-(const Vector& a, const Vector& b) {
     return {a[0] - b[0], a[1] - b[1], a[2] - b[2]};
 }
@@ -158,9 +161,7 @@ void LayersTest::expect_pixel(const Hit& hit, const KitCamera& camera, int x, in
     SCOPED_TRACE(testing::Message() << x << "," << y);
     if (!hit.triangle) {
         EXPECT_EQ(*floats(1, x, y), infinity);
-        EXPECT_EQ(dot(Vector{floats(2, x, y)[0], floats(2, x, y)[1], floats(2, x, y)[2]},
-                      Vector{1, 1, 1}),
-                  0.0);
+        EXPECT_EQ(vector_of(floats(2, x, y)), Vector());
         EXPECT_TRUE(std::isnan(*floats(3, x, y)));
         for (const std::size_t layer : {4u, 5u, 6u})
             EXPECT_EQ(id(layer, x, y), -1);
@@ -172,9 +173,8 @@ void LayersTest::expect_pixel(const Hit& hit, const KitCamera& camera, int x, in
     const auto z = camera.pose()[2];
     const double depth = z[0] * hit.place[0] + z[1] * hit.place[1] + z[2] * hit.place[2] + z[3];
     EXPECT_NEAR(double(*floats(1, x, y)) / depth, 1.0, 1e-5);
-    const float* const normal = floats(2, x, y);
     constexpr double tenth_of_a_degree = 0.1 * M_PI / 180;
-    EXPECT_GT(dot(hit.normal, {normal[0], normal[1], normal[2]}), std::cos(tenth_of_a_degree));
+    EXPECT_GT(dot(hit.normal, vector_of(floats(2, x, y))), std::cos(tenth_of_a_degree));
     for (std::size_t i = 0; i < 3; ++i)
         EXPECT_NEAR(floats(3, x, y)[i], hit.place[i], depth * 1e-5);
 }
