@@ -23,6 +23,11 @@ foreach(header IN LISTS headers kit_headers)
   install(FILES "src/${header}" DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}/${folder}"
     COMPONENT dev)
 endforeach()
+# Each over a toolkit, which a host of another one hasn't got: kit.h leaves them out.
+foreach(toolkit glfw gtk4 qt6 sdl2 wayland x11)
+  install(FILES "src/orvex_kit/windows/${toolkit}.h"
+    DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}/orvex_kit/windows" COMPONENT dev)
+endforeach()
 
 configure_package_config_file(cmake/orvex-config.cmake.in orvex-config.cmake
   INSTALL_DESTINATION ${package_dir})

@@ -14,7 +14,7 @@ build=(cmake g++ ninja-build pkg-config libegl-dev libopengl-dev libgl-dev libst
        libegl-mesa0 libgl1-mesa-dri libdeflate-dev libopenexr-dev libcli11-dev nlohmann-json3-dev
        fonts-dejavu-core)
 test=(python3 libgtest-dev zlib1g-dev libjpeg62-turbo-dev libx11-dev libxtst-dev libwayland-dev
-      libglfw3-dev libsdl2-dev libgtk-3-dev qtbase5-dev xvfb weston
+      libglfw3-dev libsdl2-dev libgtk-3-dev libgtk-4-dev qtbase5-dev libqt6opengl6-dev xvfb weston
       libglut3.12 clang clang-format clang-tidy doxygen dpkg-dev file lintian groff-base glmark2-data
       libpng-dev)
 bench=(libbenchmark-dev libtinyobjloader-dev libglm-dev libspdlog-dev libjpeg62-turbo-dev libpng-dev)

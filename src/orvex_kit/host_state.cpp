@@ -44,6 +44,12 @@ private:
 
 } // namespace
 
+namespace {
+
+constexpr int most_errors = 16;
+
+} // namespace
+
 class HostState::Data {
 public:
     Data()
@@ -63,8 +69,12 @@ public:
     }
     ~Data() {
         stacks.reset();
-        if (version.number != 0)
-            kept.apply(version);
+        if (version.number == 0)
+            return;
+        kept.apply(version);
+        // Some of the engine's calls fail in a core context. A lost one has errors without end.
+        for (int i = 0; i < most_errors && glGetError() != GL_NO_ERROR; ++i) {
+        }
     }
     Data(const Data&) = delete;
     Data& operator=(const Data&) = delete;

@@ -17,7 +17,7 @@ namespace orvex::kit {
 /// and scissor, clear values, how pixels are packed, the program, the vertex array, framebuffers,
 /// buffers with the first 8 uniform blocks, textures and samplers of the first 16 units; and in a
 /// compatibility context, as long as its stacks of attributes have room, all that they hold, and
-/// the matrices. An error that OpenGL kept may be taken.
+/// the matrices. Errors that OpenGL keeps are taken.
 ///
 /// The same context has to be current at its begin and its end; without one it does nothing.
 ///

@@ -30,3 +30,4 @@
 #include "orvex_kit/up_axis.h"
 #include "orvex_kit/view.h"
 #include "orvex_kit/whole_file.h"
+#include "orvex_kit/windows/host_view.h"

@@ -75,6 +75,9 @@ Outcome View::Data::resize(int new_width, int new_height) {
         window.update_size(width, height);
         return refusal("the driver has no surface of that size");
     }
+    // A driver may look at a window's size after a swap alone, where another view drew since.
+    if (is_window)
+        window.display_framebuffer();
     width = new_width;
     height = new_height;
     if (target)
