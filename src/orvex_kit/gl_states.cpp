@@ -21,6 +21,12 @@ GLfloat read_float(GLenum name) {
     return value;
 }
 
+/// Before 3.0 the extensions are one text.
+bool lists(const char* extension) {
+    const auto* const all = reinterpret_cast<const char*>(glGetString(GL_EXTENSIONS));
+    return all && std::strstr(all, extension);
+}
+
 GLuint id_of(GLint value) {
     return static_cast<GLuint>(value);
 }
@@ -43,9 +49,7 @@ GlVersion GlVersion::current() {
             (read_int(GL_CONTEXT_PROFILE_MASK) & GL_CONTEXT_COMPATIBILITY_PROFILE_BIT) != 0;
     else
         version.compatibility = version.number < 31;
-    version.framebuffers = version.number >= 30 ||
-                           std::strstr(reinterpret_cast<const char*>(glGetString(GL_EXTENSIONS)),
-                                       "GL_ARB_framebuffer_object");
+    version.framebuffers = version.number >= 30 || lists("GL_ARB_framebuffer_object");
     version.texture_units =
         std::min(GlTextures::most_units, read_int(GL_MAX_COMBINED_TEXTURE_IMAGE_UNITS));
     return version;

@@ -1,5 +1,8 @@
 #include "orvex_kit/host_state.h"
 
+#include <new>
+#include <optional>
+
 #include "orvex_kit/private/gl_states.h"
 
 namespace orvex::kit {
@@ -58,7 +61,7 @@ public:
             return;
         kept.read(version);
         if (version.compatibility)
-            stacks = std::make_unique<Stacks>();
+            stacks.emplace();
         // The host's framebuffer is what is drawn into.
         GlStates fresh;
         fresh.bindings.draw_framebuffer = kept.bindings.draw_framebuffer;
@@ -82,11 +85,11 @@ public:
 private:
     GlVersion version;
     GlStates kept;
-    std::unique_ptr<Stacks> stacks;
+    std::optional<Stacks> stacks;
 };
 
-HostState::HostState()
-    : data(std::make_unique<Data>()) {}
+HostState::HostState() noexcept
+    : data(new (std::nothrow) Data) {}
 
 HostState::~HostState() = default;
 

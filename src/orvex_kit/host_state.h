@@ -19,7 +19,8 @@ namespace orvex::kit {
 /// compatibility context, as long as its stacks of attributes have room, all that they hold, and
 /// the matrices. Errors that OpenGL keeps are taken.
 ///
-/// The same context has to be current at its begin and its end; without one it does nothing.
+/// The same context has to be current at its begin and its end; without one it does nothing,
+/// nor where memory runs out.
 ///
 /// @code
 /// {
@@ -29,7 +30,7 @@ namespace orvex::kit {
 /// @endcode
 class ORVEX_KIT_API HostState {
 public:
-    HostState();
+    HostState() noexcept;
     ~HostState();
     HostState(const HostState&) = delete;
     HostState& operator=(const HostState&) = delete;

@@ -2,8 +2,11 @@
 
 #include <gtest/gtest.h>
 
+#include <GL/gl.h>
+
 #include "orvex_kit/engine.h"
 #include "orvex_kit/layers.h"
+#include "orvex_kit/windows/host_view.h"
 #include "tests/support/gl_context.h"
 #include "view_frame.h"
 
@@ -44,6 +47,30 @@ TEST(View, tells_which_path_a_hosts_context_draws) {
     EXPECT_FALSE(view);
     EXPECT_EQ(view.failure(), ViewFailure::old_driver);
     EXPECT_EQ(view.reason(), "the host's context offers OpenGL 2.1: ask for path gl2");
+}
+
+TEST(HostView, leaves_the_states_of_an_old_context) {
+    const Engine engine;
+    const GlContext host(Profile::gl_2_1, 8, 8);
+    glEnable(GL_BLEND);
+    glDisable(GL_DITHER);
+    glDepthFunc(GL_GREATER);
+    glMatrixMode(GL_PROJECTION);
+    ViewOptions options;
+    options.path = Path::gl2;
+    HostView view(options);
+    EXPECT_TRUE(view.frame(8, 8, [](View& shown) {
+        EXPECT_EQ(pixel_at(empty_frame(shown), 4, 4), (Pixel{43, 48, 56, 255}));
+    })) << view.reason();
+    view.leave();
+    GLint values[2] = {};
+    glGetIntegerv(GL_DEPTH_FUNC, &values[0]);
+    glGetIntegerv(GL_MATRIX_MODE, &values[1]);
+    EXPECT_TRUE(glIsEnabled(GL_BLEND));
+    EXPECT_FALSE(glIsEnabled(GL_DITHER));
+    EXPECT_EQ(values[0], GL_GREATER);
+    EXPECT_EQ(values[1], GL_PROJECTION);
+    EXPECT_NO_GL_ERROR();
 }
 
 } // namespace
