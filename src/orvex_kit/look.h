@@ -20,8 +20,9 @@ namespace orvex::kit {
 /// stands in the target; then come the edges, with a 0.
 ///
 /// @code
-/// view.set_look(kit::Look::named("matcap"));
-/// view.set_look(kit::Look::from_file("toon.glsl"));
+/// kit::View view(640, 480);
+/// kit::Outcome taken = view.set_look(kit::Look::named("matcap"));
+/// taken = view.set_look(kit::Look::from_file("toon.glsl"));
 /// @endcode
 class ORVEX_KIT_API Look {
 public:

@@ -27,6 +27,7 @@ class ViewContext;
 /// Belongs to the view's thread, and ends with the view: empty from then on.
 ///
 /// @code
+/// kit::View view(640, 480);
 /// kit::Program program = kit::Program::from_file(view, "toon.glsl");
 /// if (!program)
 ///     std::fprintf(stderr, "%s\n", program.reason().c_str());

@@ -1,8 +1,10 @@
-# The host that the README shows is the one that is compiled.
+# The hosts that the README shows are those that are compiled.
 
 file(READ "${SOURCE_DIR}/README.md" readme)
-file(READ "${SOURCE_DIR}/examples/first_model/main.cpp" host)
-string(FIND "${readme}" "```cpp\n${host}```" place)
-if(place EQUAL -1)
-  message(FATAL_ERROR "README.md does not show examples/first_model/main.cpp as it stands")
-endif()
+foreach(file first_picture/main.cpp first_picture/CMakeLists.txt first_model/main.cpp)
+  file(READ "${SOURCE_DIR}/examples/${file}" text)
+  string(FIND "${readme}" "\n${text}```" place)
+  if(place EQUAL -1)
+    message(FATAL_ERROR "README.md does not show examples/${file} as it stands")
+  endif()
+endforeach()
