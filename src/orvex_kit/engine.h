@@ -22,12 +22,12 @@ struct EngineOptions {
     std::string log_file;
     /// Whether debug lines are let through, too.
     bool debug_lines = false;
-    /// Files of plugins, which are loaded first.
-    std::vector<std::string> plugins;
     /// Whether plugins are looked for: in the folders that the environment names in
     /// `ORVEX_PLUGIN_PATH`, with colons between, and then in `orvex/plugins` beside the kit's
     /// library.
     bool find_plugins = true;
+    /// Files of plugins, which are loaded before those that are found.
+    std::vector<std::string> plugins{};
 };
 
 /// A plugin that was found.
