@@ -25,7 +25,7 @@ namespace orvex::kit {
 /// @code
 /// {
 ///     const kit::HostState kept;
-///     view.draw(model);
+///     // draw by a view on the host's context
 /// }
 /// @endcode
 class ORVEX_KIT_API HostState {

@@ -55,7 +55,7 @@ struct LayerOptions {
 
 /// Memory of the caller's for one layer, in the size of the view.
 struct LayerPlane {
-    Layer layer = Layer::color;
+    Layer layer = Layer::color;   ///< which
     void* rows = nullptr;         ///< the pixels of the row on top
     std::ptrdiff_t row_bytes = 0; ///< from one row to the next below it; a multiple of a sample's
                                   ///< size, and negative where they lie the other way round

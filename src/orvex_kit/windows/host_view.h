@@ -21,7 +21,7 @@ namespace orvex::kit {
 /// @code
 /// kit::HostView host;
 /// // in the toolkit's paint callback, with its context current:
-/// host.frame(width, height, [&](kit::View& view) { view.draw(model); });
+/// host.frame(640, 480, [](kit::View& view) { view.begin(kit::Camera()); });
 /// @endcode
 class HostView {
 public:
