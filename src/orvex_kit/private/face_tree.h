@@ -30,8 +30,8 @@ struct TreeFace {
 /// Where a ray meets a face.
 struct TreeHit {
     const TreeFace* face; ///< the tree's, or that which was asked
-    double distance; ///< in lengths of the direction
-    Point shares;    ///< of the corners
+    double distance;      ///< in lengths of the direction
+    Point shares;         ///< of the corners
 };
 
 /// Where a ray meets one face, edges and corners included. What two faces share has no gap. A face
