@@ -10,7 +10,7 @@ build=build/release
 data=examples/data
 images=docs/images
 
-targets=(orvex-render guide_first_model guide_text guide_textures_and_materials shapes "${examples[@]}")
+targets=(orvex-render guide_first_model guide_pictures_as_data guide_text guide_textures_and_materials shapes "${examples[@]}")
 for page in "${pages[@]}"; do
   targets+=("guide_$page")
 done
@@ -28,6 +28,7 @@ for page in "${pages[@]}"; do
   "$build/docs/guide/guide_$page" "$images/guide_$page.jpg"
 done
 "$build/docs/guide/guide_first_model" "$data/" "$images/guide_first_model.jpg"
+"$build/docs/guide/guide_pictures_as_data" "$data/" "$images/guide_pictures_as_data.jpg"
 "$build/docs/guide/guide_text" "$data/" "$images/guide_text.jpg"
 "$build/docs/guide/guide_textures_and_materials" "$data/lighthouse_stone.png" \
   "$images/guide_textures_and_materials.jpg"

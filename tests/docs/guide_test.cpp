@@ -40,6 +40,17 @@ INSTANTIATE_TEST_SUITE_P(
                     Page{"host_window", ""}),
     [](const auto& page) { return std::string(page.param.name); });
 
+TEST(GuidePages, on_pictures_as_data_tell_of_the_middle) {
+    const TempDir folder;
+    const std::string file = folder.file("depth.jpg");
+    EXPECT_EQ(output_of(program("pictures_as_data") + " '" + data + "' '" + file + "'"),
+              "in the middle: door, 20.6 away\n");
+    const std::optional<Picture> picture = read_picture(file);
+    ASSERT_TRUE(picture.has_value());
+    EXPECT_TRUE(compare_with_golden(ORVEX_TEST_DATA_DIR "/golden", ORVEX_TEST_OUTPUT_DIR,
+                                    "guide_pictures_as_data", *picture, false));
+}
+
 TEST(GuidePages, on_threads_and_ownership_counts_references) {
     EXPECT_EQ(output_of(program("threads_and_ownership") + " '" + data + "'"),
               "4 textures uploaded\n"
@@ -62,6 +73,7 @@ TEST(GuidePages, tell_a_program_without_its_arguments_to_fail) {
     EXPECT_EQ(output_of(program("first_model")), "exit 256");
     EXPECT_EQ(output_of(program("textures_and_materials")), "exit 256");
     EXPECT_EQ(output_of(program("text")), "exit 256");
+    EXPECT_EQ(output_of(program("pictures_as_data")), "exit 256");
 }
 
 } // namespace
