@@ -73,7 +73,7 @@ struct Leave {
 
 } // namespace
 
-class Program::Data : public EnginePart {
+class Program::Data final : public EnginePart {
 public:
     Data(std::shared_ptr<ViewContext> context, std::string name, std::string path)
         : context(std::move(context))

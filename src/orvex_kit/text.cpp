@@ -134,7 +134,7 @@ void add_quad(const SetGlyph& set, float scale, const GlyphSheet& font, const ve
 
 } // namespace
 
-class Text::Data : public EnginePart {
+class Text::Data final : public EnginePart {
 public:
     Data(std::shared_ptr<ViewContext> context, orvex::Renderer* renderer, Path path, Font font)
         : font(std::move(font))

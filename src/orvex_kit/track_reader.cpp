@@ -168,7 +168,7 @@ private:
         if (entered)
             open.push_back(entered);
         return entered != nullptr;
-    }
+    } // NOLINT(clang-analyzer-cplusplus.NewDeleteLeaks): the tree has what was entered.
     bool leave() {
         open.pop_back();
         return true;

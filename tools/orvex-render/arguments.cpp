@@ -123,7 +123,7 @@ std::string Arguments::nearest_name(const std::string& name) const {
 
 /// The sentence of what CLI11 refuses. It begins with the option's name, of a flag without dashes.
 std::string Arguments::mistake_of(const CLI::Error& error) const {
-    const std::string text = error.what();
+    std::string text = error.what();
     const std::string name = text.substr(0, text.find_first_of(": "));
     if (error.get_name() != "ArgumentMismatch")
         return text;
@@ -151,6 +151,14 @@ std::vector<std::string> Arguments::reversed(const std::vector<std::string>& wor
     return result;
 }
 
+namespace {
+
+std::string unexpected(const std::string& word, const std::string& wanted) {
+    return "unexpected argument '" + word + "': " + wanted + " is wanted";
+}
+
+} // namespace
+
 std::string Arguments::read(const std::vector<std::string>& words) {
     try {
         app->parse(reversed(words));
@@ -168,7 +176,7 @@ std::string Arguments::read(const std::vector<std::string>& words) {
     for (const std::string& word : operands)
         if (const std::string wanted = take_operand ? take_operand(word) : "no operand";
             !wanted.empty())
-            return "unexpected argument '" + word + "': " + wanted + " is wanted";
+            return unexpected(word, wanted);
     return "";
 }
 

@@ -318,7 +318,7 @@ std::string mistake_of(const Options& options) {
 std::string read_options(const std::vector<std::string>& words, Options& options) {
     Arguments rules;
     add_rules(rules, options);
-    const std::string mistake = rules.read(words);
+    std::string mistake = rules.read(words);
     if (!mistake.empty() || options.help || options.version)
         return mistake;
     return mistake_of(options);

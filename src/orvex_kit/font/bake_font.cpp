@@ -82,6 +82,7 @@ std::vector<Glyph> glyphs_of(const stbtt_fontinfo& face, float scale) {
 /// Puts them in rows, the highest first. @return the sheet
 std::vector<unsigned char> sheet_of(std::vector<Glyph>& glyphs) {
     std::vector<Glyph*> order;
+    order.reserve(glyphs.size());
     for (Glyph& glyph : glyphs)
         order.push_back(&glyph);
     std::stable_sort(order.begin(), order.end(),

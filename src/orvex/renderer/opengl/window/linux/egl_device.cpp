@@ -174,10 +174,11 @@ std::vector<std::string> unserved_nodes(const std::vector<EglDevice>& devices,
     if (std::any_of(devices.begin(), devices.end(),
                     [](const EglDevice& device) { return !device.facts.software; }))
         return {};
+    const std::string dri = folder + "/dri/";
     std::vector<std::string> nodes;
-    for (const std::string& name : names_in_folder(folder + "/dri"))
+    for (const std::string& name : names_in_folder(dri))
         if (name.starts_with("renderD"))
-            nodes.push_back(folder + "/dri/" + name);
+            nodes.push_back(dri + name);
     return nodes;
 }
 
