@@ -81,6 +81,20 @@ gl_2_1 no_vertex_arrays | tripod_visualizer_gl_test | on/TripodPictures.of_a_cam
 gl_2_1 no_vertex_arrays | tripod_visualizer_gl_test | on/TripodPictures.of_an_object_are_drawn_by_these_calls/* | asserts the program of contexts from 3.0 on; tripod_visualizer_2_1_test has the other
 gl_2_1 no_vertex_arrays | tripod_visualizer_gl_test | on/TripodPictures.report_* | asserts the program of contexts from 3.0 on; tripod_visualizer_2_1_test has the other
 gl_2_1 no_vertex_arrays | tripod_visualizer_gl_test | on/TripodPictures.take_texts_of_the_host/* | asserts the program of contexts from 3.0 on; tripod_visualizer_2_1_test has the other
+no_vertex_arrays | vertex_buffers_gl_test | adopted/RecordContexts.*/compatibility*:-*.a_mesh_whose_window_is_gone_*/compatibility_shared:*.objects_of_windows_that_share_*/compatibility | asserts the path that draws from vertex arrays
+no_vertex_arrays | vertex_buffers_gl_test | of/RecordsOfEndedWindows.a_mesh_outlives_its_windows/compat* | asserts the path that draws from vertex arrays
+no_vertex_arrays | vertex_buffers_gl_test | on/UnadoptedContexts.*/compatibility | contexts of hosts are known by a vertex array
+no_vertex_arrays | gpu_program_gl_test | adopted/ProgramContexts.a_program_is_bound_where_it_was_loaded/compatibility | a context that is adopted is known by a vertex array
+no_vertex_arrays | gpu_program_gl_test | adopted/ProgramContexts.a_program_that_is_loaded_in_both_windows_is_bound_in_both/compatibility | a context that is adopted is known by a vertex array
+no_vertex_arrays | gpu_program_gl_test | adopted/ProgramContexts.a_uniform_block_has_a_buffer_in_each_window_where_it_was_made/compatibility | a context that is adopted is known by a vertex array
+no_vertex_arrays | gpu_program_gl_test | adopted/ProgramContexts.a_uniform_block_is_used_where_it_was_made/compatibility | a context that is adopted is known by a vertex array
+no_vertex_arrays | textures_gl_test | adopted/TextureContexts.an_unload_in_one_window_ends_it_in_the_other/compatibility | a context that is adopted is known by a vertex array
+no_vertex_arrays | textures_gl_test | adopted/TextureContexts.an_update_reaches_every_window/compatibility | a context that is adopted is known by a vertex array
+no_vertex_arrays | render_target_gl_test | adopted/TargetContexts.have_the_last_size_in_every_window/compatibility | a context that is adopted is known by a vertex array
+no_vertex_arrays | render_target_gl_test | adopted/TargetContexts.outlive_their_windows/compat* | a context that is adopted is known by a vertex array
+no_vertex_arrays | render_target_gl_test | adopted/TargetContexts.take_nobody_elses_objects_for_theirs/compatibility | a context that is adopted is known by a vertex array
+no_vertex_arrays | render_target_gl_test | adopted/TargetContexts.that_are_killed_in_one_window_leave_nothing_in_the_other/compat* | a context that is adopted is known by a vertex array
+gl_2_1 no_vertex_arrays | render_target_gl_test | on/RenderTargetTest.reads_each_texture_as_floats_into_rows_of_any_length/* | clears one buffer, by a call of 3.0
 no_vertex_arrays | draw_allocation_gl_test | on/DrawingAllocations.are_none_with_a_program_and_a_material/* | draws from a vertex array
 no_vertex_arrays | vertex_buffers_gl_test | on/VertexBuffer*/compatibility:-*.makes_no_instance_buffer_*:*.fails_where_*:*.sends_no_indexed_call_*:*.draws_vertices_without_faces_*:*.kills_only_on_*:*.keeps_ids_*:*.makes_nothing_by_halves_*:*.refuses_null_*:*.makes_maps_orphans_*:*.forces_usages_on_buffers_* | asserts the path that draws from vertex arrays
 no_vertex_arrays | vertex_buffers_gl_test | of/DrawOrder*.*/compatibility | asserts the path that draws from vertex arrays
@@ -94,6 +108,7 @@ no_vertex_arrays no_debug | vertex_buffers_gl_test | of/RefusedBuffers.leave_poi
 gl_2_1 | vertex_buffers_gl_test | on/AdoptedContexts.keep_what_the_host_had_bound/compatibility | the question for the version by names of 3.0 leaves an error
 no_vertex_arrays | vertex_buffers_gl_test | HostContexts.* | draws on either path
 no_vertex_arrays no_debug | vertex_buffers_gl_test | of/RecordContexts.polylines_and_points_are_uploaded_once_for_each_window/client_arrays*:of/RecordContexts.polylines_and_points_are_uploaded_once_for_each_window/compatibility* | with any extension masked the driver refuses GL_POINT_SPRITE
+no_debug | vertex_buffers_gl_test | adopted/RecordContexts.polylines_and_points_are_uploaded_once_for_each_window/compatibility* | with any extension masked the driver refuses GL_POINT_SPRITE
 no_vertex_arrays | points_gl_test | on/*/compatibility:-*.without_vertices_make_nothing/*:*.refuse_null/*:*.do_nothing_without_the_entry_points/*:*.hand_the_path_of_client_arrays_*:*.wait_for_both_kinds_*:*.finish_nothing_without_* | asserts the path that draws from vertex arrays
 no_vertex_arrays | points_gl_test | PolylinesOfClientArrays.with_a_vertex_array_from_before* | makes a vertex array first
 no_vertex_arrays | graph_gl_test | on/GraphInAProgram.* | draws from vertex arrays
