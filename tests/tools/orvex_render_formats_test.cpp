@@ -168,8 +168,9 @@ TEST(OrvexRenderLayers, are_told_of_beside_them) {
 
 TEST(OrvexRenderLayers, that_a_png_cant_hold_are_refused) {
     const TempDir folder;
-    const Outcome outcome = run_small(folder, {"-ox.png", "--layers=position"});
+    const Outcome outcome = run_small(folder, {"-ox.png", "--layers=color,position"});
     EXPECT_EQ(outcome.code, 1);
+    EXPECT_FALSE(exists(folder, "x.png"));
     EXPECT_EQ(outcome.errors, "orvex-render: PNG holds no positions: .npy and .exr do\n");
     EXPECT_FALSE(exists(folder, "x.json"));
 }
@@ -189,6 +190,17 @@ TEST(OrvexRenderLayers, of_nothing_are_an_error) {
         run_render(folder.path(), {"far.obj", "-s8x8", "-ox.npy", "--layers=depth"});
     EXPECT_EQ(outcome.code, 1);
     EXPECT_TRUE(has(outcome.errors, "nothing of far.obj can be seen: ")) << outcome.errors;
+}
+
+TEST(OrvexRenderFilm, has_an_end_whatever_its_track) {
+    const TempDir folder;
+    folder.write("way.json", R"({"keys": [
+        {"time": 0, "eye": [4, 4, 14], "target": [0, 2, 0]},
+        {"time": 1e15, "eye": [-4, 4, 14], "target": [0, 2, 0]}]})");
+    const Outcome outcome = run_small(folder, {"--track=way.json"});
+    EXPECT_EQ(outcome.code, 1);
+    EXPECT_EQ(outcome.errors,
+              "orvex-render: way.json: takes longer than a film of 100000 pictures\n");
 }
 
 TEST(OrvexRenderReference, is_met_by_the_same_picture) {
@@ -244,6 +256,17 @@ TEST(OrvexRenderReference, isnt_written_over) {
     EXPECT_EQ(outcome.errors, "orvex-render: can't write a.png: the picture is made from it\n");
 }
 
+TEST(OrvexRenderReference, isnt_written_over_by_its_difference) {
+    const TempDir folder;
+    ASSERT_EQ(run_small(folder, {"-oa-difference.png", "-bred"}).code, 0);
+    const std::string before = content_of(folder.file("a-difference.png"));
+    const Outcome outcome = run_small(folder, {"-oa.png", "--ref=a-difference.png"});
+    EXPECT_EQ(outcome.code, 1);
+    EXPECT_EQ(outcome.errors,
+              "orvex-render: can't write a-difference.png: the picture is made from it\n");
+    EXPECT_EQ(content_of(folder.file("a-difference.png")), before);
+}
+
 TEST(OrvexRenderLook, comes_from_the_kit_or_from_a_file) {
     const TempDir folder;
     ASSERT_EQ(run_small(folder, {"-olit.png"}).code, 0);
@@ -274,9 +297,11 @@ TEST(OrvexRenderLook, that_doesnt_compile_tells_its_lines) {
 TEST(OrvexRenderLoader, is_the_only_one_that_is_asked) {
     const TempDir folder;
     EXPECT_EQ(run_small(folder, {"-oa.png", "--loader=orvex_plugin_core_obj"}).code, 0);
-    const Outcome outcome = run_small(folder, {"-ob.png", "--loader=none"});
-    EXPECT_EQ(outcome.code, 1);
-    EXPECT_TRUE(has(outcome.errors, "none")) << outcome.errors;
+    for (const Words& words : {Words{"-ob.png", "--loader=none"}, Words{"-i", "--loader=none"}}) {
+        const Outcome outcome = run_small(folder, words);
+        EXPECT_EQ(outcome.code, 1);
+        EXPECT_TRUE(has(outcome.errors, "none")) << outcome.errors;
+    }
     EXPECT_FALSE(exists(folder, "b.png"));
 }
 

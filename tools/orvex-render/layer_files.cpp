@@ -111,13 +111,20 @@ std::string in_png(Layer layer, const Picture& picture, Picture& png) {
     return ids_in_png(layer, picture, png);
 }
 
-std::string write_one(Layer layer, const Picture& picture, const std::string& output) {
-    const std::string file = file_of_layer(layer, output);
-    if (picture_format_of(output) != PictureFormat::png)
-        return write_picture(picture, file).reason();
-    Picture png;
-    std::string mistake = in_png(layer, picture, png);
-    return mistake.empty() ? write_picture(png, file).reason() : mistake;
+/// Each to its file, once the format is known to hold all of them.
+std::string write_each(const LayerPictures& drawn, const std::string& output) {
+    const bool is_png = picture_format_of(output) == PictureFormat::png;
+    std::vector<Picture> pngs(is_png ? drawn.layers.size() : 0);
+    for (std::size_t i = 0; i < pngs.size(); ++i)
+        if (std::string mistake = in_png(drawn.layers[i], drawn.pictures[i], pngs[i]);
+            !mistake.empty())
+            return mistake;
+    for (std::size_t i = 0; i < drawn.layers.size(); ++i)
+        if (const Outcome written = write_picture(is_png ? pngs[i] : drawn.pictures[i],
+                                                  file_of_layer(drawn.layers[i], output));
+            !written)
+            return written.reason();
+    return "";
 }
 
 /// The letters of a layer's channels in OpenEXR; empty for those that its samples have anyway.
@@ -211,12 +218,8 @@ std::string write_text(const std::string& text, const std::string& name) {
 } // namespace
 
 std::string write_layer_files(const LayerPictures& drawn, const std::string& output) {
-    std::string mistake;
-    if (is_exr(output))
-        mistake = write_all_in_one(drawn, output);
-    else
-        for (std::size_t i = 0; i < drawn.layers.size() && mistake.empty(); ++i)
-            mistake = write_one(drawn.layers[i], drawn.pictures[i], output);
+    const std::string mistake =
+        is_exr(output) ? write_all_in_one(drawn, output) : write_each(drawn, output);
     if (!mistake.empty())
         return mistake;
     return write_text(text_about(drawn, output), file_about_layers(output));

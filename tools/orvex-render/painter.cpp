@@ -35,6 +35,13 @@ ViewOptions view_options(const Options& options, int samples) {
     return result;
 }
 
+ModelOptions model_options(const Options& options) {
+    ModelOptions result;
+    result.normals = options.normals;
+    result.loader = options.loader;
+    return result;
+}
+
 /// Why there is no view, with this program's options in place of the kit's.
 std::string mistake_in(const View& view) {
     if (view)
@@ -91,10 +98,7 @@ std::string Painter::prepare_view() {
 }
 
 std::string Painter::prepare_scene() {
-    ModelOptions wanted;
-    wanted.normals = options.normals;
-    wanted.loader = options.loader;
-    scene = kit::Model(options.model, wanted);
+    scene = kit::Model(options.model, model_options(options));
     for (const ModelTexture& texture : scene.textures())
         if (!texture.reason.empty())
             tell_warning("texture " + texture.name + ": " + texture.reason);
@@ -115,7 +119,8 @@ std::string Painter::input_among(const std::vector<std::string>& names) const {
     if (overlay)
         for (const std::string& file : overlay->files())
             inputs.push_back(file);
-    for (const std::string& own : {options.track, options.reference})
+    for (const std::string& own :
+         {options.track, options.reference, options.plugin, look_of(options).path()})
         if (!own.empty())
             inputs.push_back(own);
     for (const std::string& name : names)
@@ -129,6 +134,10 @@ std::string Painter::prepare_track() {
     if (options.track.empty())
         return "";
     track = Track(options.track);
+    constexpr int most = 100000;
+    if (track && (track.end() - track.begin()) * rate >= most)
+        return options.track + ": takes longer than a film of " + std::to_string(most) +
+               " pictures";
     return track.reason();
 }
 
@@ -142,6 +151,8 @@ std::string Painter::prepare_outputs() {
         outputs = outputs_of(options, "-render");
         taken = input_among(outputs);
     }
+    if (taken.empty() && !options.reference.empty())
+        taken = input_among({difference_of(options)});
     if (!taken.empty())
         return "can't write " + taken + ": the picture is made from it";
     sink = std::make_unique<Sink>(outputs, format_of(options), is_film(options));
@@ -194,8 +205,6 @@ void Painter::warn_of_text() const {
 }
 
 std::string Painter::draw_text() {
-    if (!overlay)
-        return "";
     if (!overlay->draw(options.text, setting()))
         return "the text has too many lines";
     if (!std::exchange(is_text_looked_at, true))
@@ -221,10 +230,7 @@ bool shows_only(const Color& color, const Picture& picture) {
     return true;
 }
 
-} // namespace
-
-namespace {
-
+/// Whether any pixel of a layer of ids shows something.
 bool has_ids(const Picture& picture) {
     for (int y = 0; y < picture.height(); ++y) {
         const auto* const ids = picture.row<std::int32_t>(y);
@@ -242,8 +248,9 @@ std::string Painter::paint(int number) {
     view.begin(camera_of(number));
     view.add(scene, angle_of(number));
     view.end();
-    if (const kit::Outcome read = view.read(last); !read)
-        return read.reason();
+    if (!seen || !overlay)
+        if (const kit::Outcome read = view.read(last); !read)
+            return read.reason();
     seen = seen || !shows_only(options.background, last);
     if (overlay) {
         if (std::string mistake = draw_text(); !mistake.empty())

@@ -67,7 +67,7 @@ ExitCode tell_of_model(const Options& options) {
     const std::string refused = mistake_in_plugin(engine, options);
     if (!refused.empty())
         return fail(refused);
-    const kit::Model scene(options.model);
+    const kit::Model scene(options.model, model_options(options));
     if (!scene)
         return fail(scene.reason());
     return print(options.json ? report_as_json(options.model, scene)
