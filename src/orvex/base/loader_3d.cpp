@@ -1,7 +1,10 @@
 #include "orvex/base/loader_3d.h"
 
+#include <algorithm>
 #include <cstdarg>
+#include <new>
 #include <string>
+#include <vector>
 
 #include "orvex/base/private/failure_text.h"
 #include "orvex/base/private/plugin_data.h"
@@ -14,6 +17,8 @@ struct Loader3D::Loader3DData {
     std::string model_dir;
     std::string resource_dir;
     FailureText failure;
+    std::vector<std::string> notes;
+    std::vector<std::string> files;
     bool format_known = false;
 };
 
@@ -75,7 +80,30 @@ bool Loader3D::get_format_known_state() const noexcept {
 
 void Loader3D::clear_failure_reason() noexcept {
     loader_data->failure.clear();
+    loader_data->notes.clear();
+    loader_data->files.clear();
     loader_data->format_known = false;
+}
+
+unsigned long Loader3D::get_num_notes() const noexcept {
+    return loader_data->notes.size();
+}
+
+const char* Loader3D::get_note(unsigned long i) const noexcept {
+    return i < loader_data->notes.size() ? loader_data->notes[i].c_str() : "";
+}
+
+unsigned long Loader3D::get_num_files() const noexcept {
+    return loader_data->files.size();
+}
+
+const char* Loader3D::get_file(unsigned long i) const noexcept {
+    return i < loader_data->files.size() ? loader_data->files[i].c_str() : "";
+}
+
+void Loader3D::add_file(const char* path) {
+    if (path)
+        loader_data->files.emplace_back(path);
 }
 
 void Loader3D::set_failure_reason(const char* format, ...) noexcept {
@@ -92,6 +120,30 @@ void Loader3D::set_format_unknown(const char* format, ...) noexcept {
     loader_data->failure.set(format, arguments);
     va_end(arguments);
     loader_data->format_known = false;
+}
+
+namespace {
+
+constexpr std::size_t max_notes = 32;
+
+/// @throw std::bad_alloc
+void keep(std::vector<std::string>& notes, const char* text) {
+    if (notes.size() < max_notes && std::find(notes.begin(), notes.end(), text) == notes.end())
+        notes.emplace_back(text);
+}
+
+} // namespace
+
+void Loader3D::add_note(const char* format, ...) noexcept {
+    FailureText note;
+    std::va_list arguments;
+    va_start(arguments, format);
+    note.set(format, arguments);
+    va_end(arguments);
+    try {
+        keep(loader_data->notes, note.text);
+    } catch (const std::bad_alloc&) { // NOLINT(bugprone-empty-catch): a note less.
+    }
 }
 
 } // namespace orvex

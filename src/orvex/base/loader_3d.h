@@ -52,8 +52,27 @@ public:
     /// Whether the file that was refused is of this loader's format, so that its reason is the one
     /// to be told.
     [[nodiscard]] bool get_format_known_state() const noexcept;
-    /// Empties the reason.
+    /// Empties the reason, the notes and the list of files.
     void clear_failure_reason() noexcept;
+    /// @}
+
+    /// @name What a load left out
+    /// Sentences about what the file holds and the model doesn't. Kept until the next load, of
+    /// which `Kernel` makes them forgotten with the reason; at most 32 of them, each once.
+    /// @{
+    [[nodiscard]] unsigned long get_num_notes() const noexcept; ///< 0 unless the loader tells any
+    /// One of them, from 0 on; never null, empty past the end. Valid until the next load.
+    [[nodiscard]] const char* get_note(unsigned long i) const noexcept;
+    /// @}
+
+    /// @name What else a load has read
+    /// Files beside the one that it was asked for, as they were opened: material libraries,
+    /// buffers, parts. For hosts that watch them, or mustn't write onto them. Kept until the next
+    /// load.
+    /// @{
+    [[nodiscard]] unsigned long get_num_files() const noexcept; ///< 0 unless the loader tells any
+    /// One of them, from 0 on; never null, empty past the end. Valid until the next load.
+    [[nodiscard]] const char* get_file(unsigned long i) const noexcept;
     /// @}
 
 protected:
@@ -66,6 +85,13 @@ protected:
     /// A file of some other format.
     void set_format_unknown(const char* format, ...) noexcept ORVEX_PRINTF(2, 3);
     /// @}
+
+    /// Keeps a note, formatted as `printf` does and cut at 511 bytes. One that is kept already and
+    /// one beyond the thirty-second are dropped, and so is one that finds no memory.
+    void add_note(const char* format, ...) noexcept ORVEX_PRINTF(2, 3);
+
+    /// Keeps the path of a file that was read, too. Null is ignored.
+    void add_file(const char* path);
 
 private:
     struct Loader3DData;

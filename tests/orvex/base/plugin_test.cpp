@@ -238,6 +238,8 @@ TEST(Plugin, bases_without_a_concrete_class_have_no_type) {
 
 class EmptyLoader : public Loader3D {
 public:
+    using Loader3D::add_file;
+    using Loader3D::add_note;
     bool load_from_file(Model*, const char*) override { return false; }
 };
 
@@ -281,6 +283,37 @@ TEST(Loader3D, keeps_four_texts_and_ignores_null) {
         (loader.*row.set)("");
         EXPECT_STREQ((loader.*row.get)(), "");
     }
+}
+
+TEST(Loader3D, keeps_notes_each_once_until_the_next_load) {
+    EmptyLoader loader;
+    EXPECT_EQ(loader.get_num_notes(), 0u);
+    EXPECT_STREQ(loader.get_note(0), "");
+    loader.add_note("%d lights were left out", 3);
+    loader.add_note("3 lights were left out");
+    loader.add_note("%s", std::string(600, 'x').c_str());
+    ASSERT_EQ(loader.get_num_notes(), 2u);
+    EXPECT_STREQ(loader.get_note(0), "3 lights were left out");
+    EXPECT_EQ(loader.get_note(1), std::string(511, 'x'));
+    EXPECT_STREQ(loader.get_note(2), "");
+    for (int i = 0; i < 100; ++i)
+        loader.add_note("note %d", i);
+    EXPECT_EQ(loader.get_num_notes(), 32u);
+    loader.clear_failure_reason();
+    EXPECT_EQ(loader.get_num_notes(), 0u);
+}
+
+TEST(Loader3D, keeps_the_files_that_it_read_too_until_the_next_load) {
+    EmptyLoader loader;
+    EXPECT_EQ(loader.get_num_files(), 0u);
+    loader.add_file("a.mtl");
+    loader.add_file(nullptr);
+    loader.add_file("b.mtl");
+    ASSERT_EQ(loader.get_num_files(), 2u);
+    EXPECT_STREQ(loader.get_file(1), "b.mtl");
+    EXPECT_STREQ(loader.get_file(2), "");
+    loader.clear_failure_reason();
+    EXPECT_EQ(loader.get_num_files(), 0u);
 }
 
 } // namespace
