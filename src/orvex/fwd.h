@@ -154,12 +154,16 @@ struct _Curve2D;
 
 // assets
 class ImageCodecStb;
+class LoadUndo;
 class Loader3D_Lib3ds;
 class Loader3D_OBJ;
 class Material;
 class MaterialMgr;
 class Texture;
 class TextureMgr;
+struct MeshEnd;
+struct PhysicalMaterial;
+struct PhysicalTexture;
 
 // overlays
 class Font;

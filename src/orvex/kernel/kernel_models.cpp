@@ -11,7 +11,7 @@
 #include <memory>
 #include <new>
 
-#include "orvex/assets/models/private/load_undo.h"
+#include "orvex/assets/models/load_undo.h"
 #include "orvex/assets/textures/texture.h"
 #include "orvex/assets/textures/texture_mgr.h"
 #include "orvex/base/loader_3d.h"

@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "orvex/assets/materials/physical_material.h"
 #include "orvex/assets/textures/texture.h"
 #include "orvex/assets/textures/texture_mgr.h"
 #include "orvex/base/log_mgr.h"
@@ -33,6 +34,7 @@ struct Material::MaterialData {
     vec4 specular = vec4(0.9f, 0.9f, 0.9f, 1.0f);
     float shininess = 16.0f;
     float opacity = 1.0f;
+    std::unique_ptr<const PhysicalMaterial> physical; ///< null: none
 };
 
 Material::Material()
@@ -173,6 +175,14 @@ void Material::set_use_fixed_material_colors_state(bool enabled) {
 
 bool Material::get_use_fixed_material_colors_state() const {
     return data->use_fixed_material_colors;
+}
+
+void Material::set_physical(const PhysicalMaterial* values) {
+    data->physical = values ? std::make_unique<const PhysicalMaterial>(*values) : nullptr;
+}
+
+const PhysicalMaterial* Material::get_physical() const {
+    return data->physical.get();
 }
 
 // -------------------------------------------------------------------------------- binding

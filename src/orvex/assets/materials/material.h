@@ -99,6 +99,16 @@ public:
     bool get_use_fixed_material_colors_state() const; ///< see the setter
     /// @}
 
+    /// @name Physical values
+    /// Beside the colours above, for programs that draw metals, varnish and their like.
+    /// @{
+
+    /// Keeps a copy; null for none.
+    void set_physical(const PhysicalMaterial* values);
+    /// Null unless set; valid until the next `set_physical`.
+    const PhysicalMaterial* get_physical() const;
+    /// @}
+
     /// @name Binding
     /// A null renderer does nothing.
     /// @{

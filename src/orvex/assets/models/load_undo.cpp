@@ -1,4 +1,4 @@
-#include "orvex/assets/models/private/load_undo.h"
+#include "orvex/assets/models/load_undo.h"
 
 #include "orvex/assets/materials/material.h"
 #include "orvex/assets/materials/material_mgr.h"

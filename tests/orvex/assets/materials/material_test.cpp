@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include "orvex/assets/materials/material_mgr.h"
+#include "orvex/assets/materials/physical_material.h"
 #include "orvex/assets/textures/texture.h"
 #include "orvex/assets/textures/texture_mgr.h"
 #include "orvex/gpu/gpu_program.h"
@@ -369,6 +370,22 @@ TEST(MaterialMgr, makes_and_registers_named_materials) {
     EXPECT_EQ(mgr.get_num_resources(), 3u);
     EXPECT_TRUE(mgr.stop(nullptr));
     EXPECT_EQ(mgr.get_num_resources(), 0u);
+}
+
+TEST_F(MaterialTest, keeps_a_copy_of_its_physical_values) {
+    Material material;
+    EXPECT_EQ(material.get_physical(), nullptr);
+    PhysicalMaterial brass;
+    brass.roughness = 0.25f;
+    brass.base_color_texture.image = "brass.png";
+    material.set_physical(&brass);
+    brass.roughness = 1.0f;
+    ASSERT_NE(material.get_physical(), nullptr);
+    EXPECT_EQ(material.get_physical()->roughness, 0.25f);
+    EXPECT_EQ(material.get_physical()->base_color_texture.image, "brass.png");
+    EXPECT_EQ(material.get_physical()->metallic, 1.0f);
+    material.set_physical(nullptr);
+    EXPECT_EQ(material.get_physical(), nullptr);
 }
 
 } // namespace

@@ -7,7 +7,7 @@
 #include "orvex/assets/materials/material_mgr.h"
 #include "orvex/assets/models/3ds/loader_3d_lib3ds.h"
 #include "orvex/assets/models/3ds/private/lib3ds_records.h"
-#include "orvex/assets/models/private/load_undo.h"
+#include "orvex/assets/models/load_undo.h"
 #include "orvex/geometry/mesh/mesh.h"
 #include "orvex/geometry/mesh/model.h"
 #include "orvex/renderer/records/mesh_data.h"

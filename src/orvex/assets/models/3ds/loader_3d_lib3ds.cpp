@@ -8,7 +8,7 @@
 #include "orvex/assets/models/3ds/private/lib3ds_chunk_reader.h"
 #include "orvex/assets/models/3ds/private/lib3ds_open.h"
 #include "orvex/assets/models/3ds/private/lib3ds_records.h"
-#include "orvex/assets/models/private/load_undo.h"
+#include "orvex/assets/models/load_undo.h"
 #include "orvex/base/private/memory_out.h"
 #include "orvex/base/private/misuse.h"
 

@@ -3,9 +3,9 @@
 #include <memory>
 #include <string>
 
+#include "orvex/assets/models/load_undo.h"
 #include "orvex/assets/models/obj/private/obj_builder.h"
 #include "orvex/assets/models/obj/private/obj_reader.h"
-#include "orvex/assets/models/private/load_undo.h"
 #include "orvex/base/private/memory_out.h"
 #include "orvex/base/private/misuse.h"
 

@@ -12,7 +12,7 @@
 
 #include "orvex/assets/materials/material.h"
 #include "orvex/assets/materials/material_mgr.h"
-#include "orvex/assets/models/private/load_undo.h"
+#include "orvex/assets/models/load_undo.h"
 #include "orvex/geometry/mesh/mesh.h"
 #include "orvex/geometry/mesh/model.h"
 #include "orvex/renderer/records/mesh_data.h"
