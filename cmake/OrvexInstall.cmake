@@ -11,6 +11,10 @@ install(TARGETS orvex_r_osx EXPORT orvex
 install(TARGETS orvex_kit EXPORT orvex
   LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT kit NAMELINK_COMPONENT dev
   INCLUDES DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
+# Where the kit looks for plugins.
+get_property(formats GLOBAL PROPERTY ORVEX_FORMATS)
+install(TARGETS ${formats}
+  LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}/orvex/plugins COMPONENT kit)
 install(EXPORT orvex NAMESPACE orvex:: DESTINATION ${package_dir}
   FILE orvex-targets.cmake COMPONENT dev)
 install(FILES "${PROJECT_SOURCE_DIR}/LICENSE" DESTINATION ${CMAKE_INSTALL_DOCDIR}

@@ -145,9 +145,10 @@ std::vector<std::string> Model::files() const {
     if (!*this)
         return {};
     std::vector<std::string> names{data->path};
-    if (loader() != loader_of_3ds)
+    if (loader() == loader_of_obj) // which doesn't tell
         for (const std::string& library : libraries_named_in(data->path))
             names.push_back(folder_of(data->path) + library);
+    names.insert(names.end(), data->loaded.files.begin(), data->loaded.files.end());
     for (const ModelTexture& texture : textures())
         names.push_back(texture.path);
     return names;
@@ -173,7 +174,7 @@ Model::Data::Data(const std::string& path, const ModelOptions& options)
     gather_materials();
     add_runs();
     tell_of_meshes();
-    if (loaded.loader == loader_of_3ds)
+    if (has_no_sure_way_up(loaded.loader))
         facts.file_up = facts.up = standing_axis(facts.extent);
     load_textures(options.allow_outside);
     take_normals(options.normals);

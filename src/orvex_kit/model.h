@@ -152,9 +152,10 @@ public:
     std::size_t num_points() const noexcept;   ///< vertices of meshes without faces; not drawn
     /// Sentences without a full stop about what is odd: no faces, all vertices at one point,
     /// vertices without a place, faces that name vertices which aren't there, no face with an area.
+    /// Before them what the loader left out of the model, in its own words.
     const std::vector<std::string>& notes() const noexcept;
     /// Every file that it was read from, and those that were looked for: the model, its material
-    /// libraries, its textures.
+    /// libraries and what else its loader read, its textures.
     std::vector<std::string> files() const;
     /// @}
 
@@ -168,8 +169,9 @@ private:
     std::unique_ptr<Data> data;
 };
 
-/// What models can be read from, as "OBJ, 3DS": the formats of the engine's own loaders, and the
-/// names of the plugins that are loaders beside them. Empty without a running engine.
+/// What models can be read from, as "OBJ, 3DS, STL": the formats of the engine's own loaders, and
+/// of the plugins that are loaders beside them, by their names where they tell no format. Empty
+/// without a running engine.
 ORVEX_KIT_API std::string readable_formats();
 
 } // namespace orvex::kit

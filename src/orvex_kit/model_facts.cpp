@@ -4,6 +4,7 @@
 #include <cmath>
 #include <unordered_map>
 #include <unordered_set>
+#include <utility>
 
 #include <orvex/assets/materials/material.h>
 #include <orvex/geometry/mesh/mesh.h>
@@ -135,7 +136,9 @@ void Model::Data::tell_of_meshes() {
         facts.meshes.push_back(std::move(one));
     }
     facts.extent.middle = middle_of(facts.bounds);
-    facts.notes = notes_about(meshes, facts);
+    facts.notes = loaded.notes;
+    for (std::string& note : notes_about(meshes, facts))
+        facts.notes.push_back(std::move(note));
 }
 
 /// Again, where the model was turned.

@@ -18,6 +18,7 @@
 
 namespace orvex::kit {
 
+const char* const loader_of_obj = "orvex_plugin_core_obj";
 const char* const loader_of_3ds = "orvex_plugin_core_lib3ds";
 
 void EndNode::operator()(orvex::Node* node) const {
@@ -81,6 +82,9 @@ std::vector<Loader3D*> all_loaders() {
         if (auto* const loader =
                 dynamic_cast<Loader3D*>(plugins.get_plugin_by_type(PLUGIN_TYPE_LOADER_3D, i)))
             loaders.push_back(loader);
+    std::stable_partition(loaders.begin(), loaders.end(), [](const Loader3D* loader) {
+        return loader->get_full_filename()[0] != '\0';
+    });
     return loaders;
 }
 
@@ -115,6 +119,10 @@ bool ask(Loader3D& loader, const std::string& path, LoadedModel& loaded, std::st
     loaded.textures = aside.new_textures();
     loaded.model = std::move(model);
     loaded.loader = loader.get_name();
+    for (unsigned long i = 0; i < loader.get_num_notes(); ++i)
+        loaded.notes.emplace_back(loader.get_note(i));
+    for (unsigned long i = 0; i < loader.get_num_files(); ++i)
+        loaded.files.emplace_back(loader.get_file(i));
     return true;
 }
 
@@ -148,34 +156,40 @@ LoadedModel load_model(const std::string& path, const std::string& name) {
     return loaded;
 }
 
+bool has_no_sure_way_up(const std::string& loader) {
+    return loader == loader_of_3ds || loader == "orvex_stl" || loader == "orvex_ply" ||
+           loader == "orvex_off";
+}
+
 namespace {
 
-/// The formats of the engine's own loaders. Others go by their names.
-struct OwnFormat {
-    const char* loader;
-    const char* format;
-};
-constexpr OwnFormat own_formats[] = {{"orvex_plugin_core_obj", "OBJ"},
-                                     {"orvex_plugin_core_lib3ds", "3DS"}};
+/// The formats of the engine's own loaders, which tell none. Others do, or go by their names.
+std::string format_of(const Loader3D& loader) {
+    const std::string name = loader.get_name();
+    if (name == loader_of_obj)
+        return "OBJ";
+    if (name == loader_of_3ds)
+        return "3DS";
+    return loader.get_loader_name()[0] != '\0' ? loader.get_loader_name() : name;
+}
 
 } // namespace
 
 std::string readable_formats() {
+    std::vector<Loader3D*> loaders = all_loaders();
+    // What everybody knows comes first.
+    std::stable_partition(loaders.begin(), loaders.end(), [](const Loader3D* loader) {
+        return loader->get_full_filename()[0] == '\0';
+    });
     std::string formats;
-    const auto add = [&formats](const std::string& format) {
+    std::vector<std::string> known;
+    for (const Loader3D* const loader : loaders) {
+        const std::string format = format_of(*loader);
+        if (std::find(known.begin(), known.end(), format) != known.end())
+            continue;
         formats += (formats.empty() ? "" : ", ") + format;
-    };
-    std::vector<std::string> names;
-    for (const Loader3D* const loader : all_loaders())
-        names.emplace_back(loader->get_name());
-    for (const OwnFormat& own : own_formats)
-        if (const auto name = std::find(names.begin(), names.end(), own.loader);
-            name != names.end()) {
-            add(own.format);
-            names.erase(name);
-        }
-    for (const std::string& name : names)
-        add(name);
+        known.push_back(format);
+    }
     return formats;
 }
 

@@ -28,12 +28,19 @@ struct LoadedModel {
     NodeHold<orvex::Model> model;                     ///< null: nothing came of it
     std::string loader;                               ///< its plugin's name
     std::string reason;                               ///< why there is no model
+    std::vector<std::string> notes;                   ///< what the loader left out
+    std::vector<std::string> files;                   ///< what it read beside the model's own
 };
 
-/// Asks the loaders in their order, or the one of a name, for a model.
+/// Asks the loaders for a model, or the one of a name: plugins that came from files first, as they
+/// know their formats by the first bytes, and the engine's own behind them.
 LoadedModel load_model(const std::string& path, const std::string& loader);
 
-/// The name of the plugin that reads 3DS files, whose models have no normals and no sure way up.
+/// The names of the engine's own loaders. Models of 3DS files have no normals.
+extern const char* const loader_of_obj;
 extern const char* const loader_of_3ds;
+
+/// Whether a loader's files don't say which way is up.
+bool has_no_sure_way_up(const std::string& loader);
 
 } // namespace orvex::kit

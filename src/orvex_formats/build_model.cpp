@@ -1,0 +1,143 @@
+#include "orvex_formats/private/build_model.h"
+
+#include <memory>
+#include <new>
+#include <utility>
+#include <vector>
+
+#include <orvex/assets/materials/material.h>
+#include <orvex/assets/materials/material_mgr.h>
+#include <orvex/assets/models/load_undo.h>
+#include <orvex/geometry/mesh/mesh.h>
+#include <orvex/geometry/mesh/model.h>
+#include <orvex/geometry/points/vertex_pool.h>
+#include <orvex/renderer/records/mesh_data.h>
+
+#include "orvex_formats/private/normals.h"
+
+namespace orvex::formats {
+
+namespace {
+
+// --- Materials
+
+Material* make_material(const SurfaceMaterial& told) {
+    Material* const material = MaterialMgr::get()->create_material(told.name.c_str());
+    if (!material)
+        throw std::bad_alloc();
+    material->set_ambient(told.ambient);
+    material->set_diffuse(told.diffuse);
+    material->set_specular(told.specular);
+    material->set_shininess(told.shininess);
+    material->set_opacity(told.opacity);
+    for (const std::string& texture : told.textures)
+        material->async_loading_add_texture_filename(texture.c_str());
+    if (told.physical)
+        material->set_physical(&*told.physical);
+    return material;
+}
+
+// --- Surfaces
+
+void fill_vertices(const Surface& surface, MeshData& store) {
+    const vec4 white(1.0f, 1.0f, 1.0f, 1.0f);
+    for (std::size_t i = 0; i < surface.positions.size(); ++i) {
+        store.set_position(i, surface.positions[i]);
+        store.set_normal(i, surface.normals[i]);
+        store.set_color(i, surface.colors.empty() ? white : surface.colors[i]);
+    }
+    for (std::size_t i = 0; i < surface.uvs[0].size(); ++i)
+        store.set_uv0(i, vec4(surface.uvs[0][i].x, surface.uvs[0][i].y, 0.0f, 1.0f));
+    for (std::size_t i = 0; i < surface.uvs[1].size(); ++i)
+        store.set_uv1(i, vec4(surface.uvs[1][i].x, surface.uvs[1][i].y, 0.0f, 1.0f));
+}
+
+/// Gives a mesh the materials of its faces, each once.
+class FaceMaterials {
+public:
+    FaceMaterials(Mesh& mesh, const std::vector<Material*>& materials)
+        : mesh(mesh)
+        , materials(materials)
+        , is_known(materials.size()) {}
+
+    /// @return its id; 0 for none
+    int id_of(std::uint32_t place) {
+        if (place >= materials.size())
+            return 0;
+        if (!is_known[place])
+            mesh.add_material(materials[place], nullptr);
+        is_known[place] = true;
+        return materials[place]->getid();
+    }
+
+private:
+    Mesh& mesh;
+    const std::vector<Material*>& materials;
+    std::vector<bool> is_known;
+};
+
+void fill_faces(const Surface& surface, const std::vector<Material*>& materials, Mesh& mesh) {
+    MeshData& store = *mesh.get_mesh_data();
+    FaceMaterials known(mesh, materials);
+    for (std::size_t i = 0; i < surface.triangles.size(); ++i) {
+        const Triangle& corners = surface.triangles[i];
+        mesh.set_face_indexes(i, corners[0], corners[1], corners[2]);
+        store.face_materials[i] =
+            surface.triangle_materials.empty() ? 0 : known.id_of(surface.triangle_materials[i]);
+    }
+    mesh.compute_faces_normal(nullptr);
+}
+
+void add_surface(Surface surface, const std::vector<Material*>& materials, Model& model) {
+    if (surface.triangles.empty())
+        return;
+    add_normals(surface);
+    FreshMesh mesh(model.create_mesh());
+    mesh->set_name(surface.name.c_str());
+    if (!mesh->alloc_vertex_data(surface.positions.size()) ||
+        !mesh->alloc_face_data(surface.triangles.size(), false))
+        throw std::bad_alloc();
+    fill_vertices(surface, *mesh->get_mesh_data());
+    fill_faces(surface, materials, *mesh);
+    mesh->update_bounding_sphere(nullptr);
+    model.add_child(mesh.get());
+    static_cast<void>(mesh.release()); // the model holds it now
+}
+
+// --- Clouds
+
+struct EndPool {
+    void operator()(VertexPool* pool) const { pool->kill(nullptr, nullptr); }
+};
+
+void add_cloud(const Cloud& cloud, Model& model) {
+    std::unique_ptr<VertexPool, EndPool> pool(new VertexPool);
+    pool->set_name(cloud.name.c_str());
+    if (cloud.positions.empty())
+        return;
+    if (!pool->init_pool(cloud.positions.size(), false))
+        throw std::bad_alloc();
+    for (std::size_t i = 0; i < cloud.positions.size(); ++i) {
+        pool->set_vertex_position(i, cloud.positions[i]);
+        pool->set_vertex_color(i, cloud.colors.empty() ? vec4(1.0f, 1.0f, 1.0f, 1.0f)
+                                                       : cloud.colors[i]);
+    }
+    model.add_child(pool.get());
+    static_cast<void>(pool.release()); // the model holds it now
+}
+
+} // namespace
+
+void build_model(Draft&& draft, Model& model) {
+    std::vector<Material*> materials;
+    for (const SurfaceMaterial& told : draft.materials) {
+        materials.push_back(make_material(told));
+        model.add_material(materials.back(), nullptr);
+    }
+    for (Surface& surface : draft.surfaces)
+        add_surface(std::move(surface), materials, model);
+    for (const Cloud& cloud : draft.clouds)
+        add_cloud(cloud, model);
+}
+
+} // namespace orvex::formats

@@ -1,0 +1,18 @@
+#pragma once
+
+/// @file
+/// From a draft to the engine's nodes.
+
+#include <orvex/fwd.h>
+
+#include "orvex_formats/private/draft.h"
+
+namespace orvex::formats {
+
+/// Adds what a draft holds to a model: a mesh for each surface, a point pool for each cloud, and
+/// the materials, which the material manager gets as well. The draft is used up on the way, so that
+/// the memory of both isn't needed at once. When it throws, some of it may have been added.
+/// @throw std::bad_alloc
+void build_model(Draft&& draft, Model& model);
+
+} // namespace orvex::formats

@@ -1,0 +1,37 @@
+#pragma once
+
+/// @file
+/// What the loaders of all formats share.
+
+#include <orvex/base/loader_3d.h>
+
+#include "orvex_formats/private/draft.h"
+#include "orvex_formats/private/input_file.h"
+
+namespace orvex::formats {
+
+/// Opens files, and turns what a reader throws into reasons.
+class FormatLoader : public Loader3D {
+public:
+    /// @param reader  reads a whole file, or throws a `Refusal`
+    FormatLoader(const char* name, const char* format, const char* description,
+                 Draft (*reader)(const InputFile& file));
+
+    bool load_from_file(Model* model, const char* filename) override;
+
+private:
+    void load(Model& model, const std::string& path);
+
+    Draft (*reader)(const InputFile& file);
+};
+
+} // namespace orvex::formats
+
+/// The entry points of the module of a format, in its `plugin.cpp`.
+#define ORVEX_FORMAT_PLUGIN(name, format, description, reader)                                     \
+    orvex::Plugin* orvex_create_plugin() {                                                         \
+        return new (std::nothrow) orvex::formats::FormatLoader(name, format, description, reader); \
+    }                                                                                              \
+    void orvex_destroy_plugin(orvex::Plugin* plugin) {                                             \
+        delete plugin;                                                                             \
+    }

@@ -1,0 +1,48 @@
+#pragma once
+
+/// @file
+/// The bytes of a model file, wherever they are.
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace orvex::formats {
+
+/// A file whose bytes are copied out piece by piece. It isn't mapped: a file that somebody makes
+/// shorter meanwhile is refused, and ends no process.
+///
+/// Reading is safe from several threads at once.
+class InputFile {
+public:
+    /// Opens a regular file; a directory, a device or a FIFO is refused without waiting for it.
+    /// @throw Refusal
+    explicit InputFile(const std::string& path);
+    /// The same of bytes in memory.
+    explicit InputFile(std::vector<unsigned char> bytes);
+    ~InputFile();
+    InputFile(const InputFile&) = delete;
+    InputFile& operator=(const InputFile&) = delete;
+
+    /// As it was when the file was opened.
+    std::uint64_t size() const { return num_bytes; }
+
+    /// Empty for bytes in memory.
+    const std::string& path() const { return name; }
+
+    /// Copies bytes.
+    /// @throw Refusal  where the file doesn't hold them all
+    void read(std::uint64_t offset, void* to, std::size_t size) const;
+
+private:
+    std::string name;
+    std::vector<unsigned char> memory;
+    int descriptor = -1; ///< -1: the bytes are in `memory`
+    std::uint64_t num_bytes = 0;
+};
+
+/// Whether a path ends in a suffix of small letters, whatever its own letters' case.
+bool has_suffix(const std::string& path, const std::string& suffix);
+
+} // namespace orvex::formats

@@ -1,0 +1,78 @@
+#pragma once
+
+/// @file
+/// Finding out which vertices are equal.
+
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+#include <vector>
+
+namespace orvex::formats {
+
+/// A number that no file can foresee, so that none can be made whose vertices meet in one place of
+/// a table.
+std::uint64_t unforeseen_number();
+
+/// Numbers keys in the order in which they come, the same key always by the same number. Keys are
+/// compared bit by bit; they have no padding.
+template<class Key>
+class VertexJoiner {
+public:
+    VertexJoiner()
+        : table(first_size, empty)
+        , salt(unforeseen_number()) {}
+
+    /// The key's number, from 0 on.
+    /// @param[out] is_new  whether it came for the first time
+    std::uint32_t add(const Key& key, bool& is_new) {
+        if (keys.size() >= table.size() / 2)
+            grow();
+        std::uint32_t& slot = slot_of(key);
+        is_new = slot == empty;
+        if (is_new) {
+            keys.push_back(key);
+            slot = static_cast<std::uint32_t>(keys.size() - 1);
+        }
+        return slot;
+    }
+
+    /// All keys by their numbers.
+    const std::vector<Key>& all() const { return keys; }
+
+private:
+    static constexpr std::uint32_t empty = UINT32_MAX;
+    static constexpr std::size_t first_size = 1024; ///< a power of two, as all sizes are
+
+    std::uint64_t hash_of(const Key& key) const {
+        static_assert(sizeof(Key) % sizeof(std::uint32_t) == 0);
+        std::uint32_t words[sizeof(Key) / sizeof(std::uint32_t)];
+        std::memcpy(words, &key, sizeof key);
+        std::uint64_t hash = salt;
+        for (const std::uint32_t word : words) {
+            hash = (hash ^ word) * 0x9e3779b97f4a7c15u;
+            hash ^= hash >> 32;
+        }
+        return hash;
+    }
+
+    std::uint32_t& slot_of(const Key& key) {
+        const std::size_t mask = table.size() - 1;
+        std::size_t place = static_cast<std::size_t>(hash_of(key)) & mask;
+        while (table[place] != empty && std::memcmp(&keys[table[place]], &key, sizeof key) != 0)
+            place = (place + 1) & mask;
+        return table[place];
+    }
+
+    void grow() {
+        table.assign(table.size() * 2, empty);
+        for (std::uint32_t i = 0; i < keys.size(); ++i)
+            slot_of(keys[i]) = i;
+    }
+
+    std::vector<std::uint32_t> table;
+    std::vector<Key> keys;
+    std::uint64_t salt;
+};
+
+} // namespace orvex::formats

@@ -1,0 +1,96 @@
+// A host without the kit: a format's plugin is loaded, reads, is unloaded and loaded again.
+
+#include <string>
+
+#include <dlfcn.h>
+#include <gtest/gtest.h>
+
+#include <orvex/base/loader_3d.h>
+#include <orvex/base/plugin_mgr.h>
+#include <orvex/geometry/mesh/mesh.h>
+#include <orvex/geometry/mesh/model.h>
+#include <orvex/kernel/aux.h>
+#include <orvex/kernel/core.h>
+#include <orvex/kernel/kernel.h>
+
+#include "tests/support/temp_dir.h"
+
+namespace orvex_test {
+
+namespace {
+
+using namespace orvex;
+
+const char* const text = "solid tile\nfacet\nvertex 0 0 0\nvertex 1 0 0\nvertex 1 1 0\nendfacet\n";
+
+class FormatPluginTest : public testing::Test {
+protected:
+    void SetUp() override { ASSERT_TRUE(core::start("", false, nullptr, nullptr)); }
+    void TearDown() override { core::stop(nullptr); }
+
+    /// The loader of a format, by its plugin's name.
+    Loader3D* load(const std::string& name) {
+        Plugin* const plugin = Kernel::get()->load_plugin(
+            (ORVEX_PLUGIN_FOLDER "/" + name + ".so").c_str(), true, false);
+        return dynamic_cast<Loader3D*>(plugin);
+    }
+
+    TempDir folder;
+};
+
+TEST_F(FormatPluginTest, is_a_loader_that_the_engine_asks) {
+    Loader3D* const loader = load("orvex_stl");
+    ASSERT_NE(loader, nullptr);
+    EXPECT_STREQ(loader->get_name(), "orvex_stl");
+    EXPECT_STREQ(loader->get_loader_name(), "STL");
+    EXPECT_EQ(loader->get_type(), PLUGIN_TYPE_LOADER_3D);
+    const std::string path = folder.write("tile.stl", text);
+    Model* const model = aux::load_model_from_file("tile.stl", (folder.path() + "/").c_str(), "");
+    ASSERT_NE(model, nullptr);
+    ASSERT_EQ(model->get_num_children(), 1u);
+    const auto* const mesh = dynamic_cast<const Mesh*>(model->get_child(0));
+    ASSERT_NE(mesh, nullptr);
+    EXPECT_STREQ(mesh->get_name(), "tile");
+    EXPECT_EQ(mesh->get_vertex_normal(0).z, 1.0f);
+    EXPECT_EQ(mesh->get_vertex_color(2).x, 1.0f);
+    EXPECT_EQ(mesh->get_vertex_position(2).y, 1.0f);
+    model->kill(nullptr, nullptr);
+}
+
+TEST_F(FormatPluginTest, keeps_its_reason_and_leaves_nothing_behind) {
+    Loader3D* const loader = load("orvex_stl");
+    ASSERT_NE(loader, nullptr);
+    Model* const model = new Model;
+    folder.write("bad.stl", "solid\nfacet\nvertex 0 0\n");
+    folder.write("other.txt", "solid as a rock");
+    loader->set_model_dir((folder.path() + "/").c_str());
+    EXPECT_FALSE(loader->load_from_file(model, "bad.stl"));
+    EXPECT_STREQ(loader->get_failure_reason(), "line 3: a vertex without three numbers");
+    EXPECT_TRUE(loader->get_format_known_state());
+    EXPECT_FALSE(loader->load_from_file(model, "other.txt"));
+    EXPECT_FALSE(loader->get_format_known_state());
+    EXPECT_FALSE(loader->load_from_file(model, "missing.stl"));
+    EXPECT_STREQ(loader->get_failure_reason(),
+                 "the file can't be opened: No such file or directory");
+    EXPECT_FALSE(loader->load_from_file(model, ""));
+    EXPECT_STREQ(loader->get_failure_reason(), "no regular file");
+    EXPECT_FALSE(loader->load_from_file(nullptr, "bad.stl"));
+    EXPECT_FALSE(loader->load_from_file(model, nullptr));
+    EXPECT_EQ(model->get_num_children(), 0u);
+    model->kill(nullptr, nullptr);
+}
+
+TEST_F(FormatPluginTest, is_unloaded_and_loaded_again) {
+    const std::string path = ORVEX_PLUGIN_FOLDER "/orvex_stl.so";
+    for (int i = 0; i < 3; ++i) {
+        Loader3D* const loader = load("orvex_stl");
+        ASSERT_NE(loader, nullptr);
+        Kernel::get()->unload_plugin(loader);
+        void* const module = dlopen(path.c_str(), RTLD_LAZY | RTLD_NOLOAD);
+        EXPECT_EQ(module, nullptr);
+    }
+}
+
+} // namespace
+
+} // namespace orvex_test
