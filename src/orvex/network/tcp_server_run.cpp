@@ -141,8 +141,10 @@ OwnSocket TcpServer::TcpServerData::Service::next_client() {
     if (!is_client_waiting(listener, look_at_flag))
         return {nullptr, {core.get()}};
     OwnSocket client(nullptr, {core.get()});
+    // Before the line that says so: who reads it may want to stop.
+    const bool was_starving = data.starves.exchange(true);
     or_false([&] {
-        client.reset(data.starves ? accept_client(listener) : core->accept_connection(listener));
+        client.reset(was_starving ? accept_client(listener) : core->accept_connection(listener));
         return true;
     });
     data.starves = !client;

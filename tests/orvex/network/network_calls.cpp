@@ -46,7 +46,12 @@ int __real_accept4(int fd, sockaddr* address, socklen_t* size, int flags);
 int __wrap_accept4(int fd, sockaddr* address, socklen_t* size, int flags);
 int __wrap_accept4(int fd, sockaddr* address, socklen_t* size, int flags) {
     ++NetworkCalls::accepts;
-    return __real_accept4(fd, address, size, flags);
+    const int client = __real_accept4(fd, address, size, flags);
+    if (const int error = errno; client < 0 && NetworkCalls::at_refused_accept) {
+        NetworkCalls::at_refused_accept();
+        errno = error;
+    }
+    return client;
 }
 
 ssize_t __real_recv(int fd, void* buffer, std::size_t size, int flags);

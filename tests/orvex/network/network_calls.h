@@ -1,6 +1,7 @@
 #pragma once
 
 #include <atomic>
+#include <functional>
 
 namespace orvex_test {
 
@@ -19,6 +20,7 @@ public:
         lookups = 0;
         accepts = 0;
         thread_exits = 0;
+        at_refused_accept = nullptr;
     }
 
     static inline std::atomic<bool> keep_sockets_back = false; ///< `socket` fails, and is noted
@@ -30,6 +32,10 @@ public:
     static inline std::atomic<int> lookups = 0;      ///< of names
     static inline std::atomic<int> accepts = 0;      ///< asked for, whatever came
     static inline std::atomic<int> thread_exits = 0; ///< threads that ended in `pthread_exit`
+
+    /// Done on the thread that accepts when the system refuses, before it learns of that. To be set
+    /// before a server runs.
+    static inline std::function<void()> at_refused_accept;
 
     static inline std::atomic<int> domain = 0;
     static inline std::atomic<int> type = 0;

@@ -3,6 +3,7 @@
 /// no descriptors, signals.
 
 #include <algorithm>
+#include <atomic>
 #include <chrono>
 #include <future>
 #include <string>
@@ -149,6 +150,25 @@ TEST_F(TcpServerStopTest, is_stopped_without_descriptors) {
             EXPECT_FALSE(running.stop_and_wait()); // which asks for true of the stop
         });
     }
+}
+
+TEST_F(TcpServerStopTest, is_stopped_from_the_moment_that_it_has_no_descriptors) {
+    NetworkCalls calls;
+    std::promise<bool> stopped;
+    std::atomic<bool> is_first = true;
+    NetworkCalls::at_refused_accept = [&] {
+        if (is_first.exchange(false))
+            stopped.set_value(server.send_stop_message());
+    };
+    RunningServer running(server, &TcpServer::run, log);
+    RawClient client = RawClient::apart();
+    {
+        const DescriptorLimit none(3);
+        client.connect(running.port());
+        EXPECT_TRUE(stopped.get_future().get());
+    }
+    server.send_stop_message(); // else one that was refused is waited for
+    EXPECT_FALSE(running.wait());
 }
 
 TEST_F(TcpServerStopTest, serves_again_once_there_are_descriptors) {

@@ -62,8 +62,8 @@ struct TcpServer::TcpServerData {
     std::atomic<bool> stop_requested{false};
     std::atomic<bool> threaded_client_callback{false};
     std::atomic<bool> close_unserved{false};
-    std::atomic<bool> starves{
-        false}; ///< the serving thread has no descriptor or memory for a client
+    /// The serving thread has no descriptor or memory for a client, or is just finding out.
+    std::atomic<bool> starves{false};
     int id = 0;
 
     std::vector<std::unique_ptr<Socket>> old_listeners; ///< records; the descriptors stay open
