@@ -46,10 +46,10 @@ std::string ModelStage::load(const std::string& path) {
     return scene.reason();
 }
 
-void ModelStage::draw(int width, int height) {
+void ModelStage::draw(int width, int height, const Angle& from) {
     if (!scene || width < 1 || height < 1)
         return;
-    draw(see_all(scene.extent(), {}, {width, height}), width, height);
+    draw(see_all(scene.extent(), from, {width, height}), width, height, from);
 }
 
 void ModelStage::draw(const kit::Camera& eye, int width, int height, const Angle& lit_from) {

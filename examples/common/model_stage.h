@@ -40,7 +40,7 @@ public:
     /// @return what is wrong; empty if nothing is
     std::string load(const std::string& path);
     /// Draws the model, seen as a whole. An empty window gets nothing, as does one without a model.
-    void draw(int width, int height);
+    void draw(int width, int height, const orvex::kit::Angle& from = {});
     /// Draws the model as a camera sees it, with its lights for an angle; or the bare background.
     void draw(const orvex::kit::Camera& eye, int width, int height,
               const orvex::kit::Angle& lit_from = {});

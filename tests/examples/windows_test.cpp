@@ -89,6 +89,34 @@ TEST_P(WindowExample, follows_the_size_of_the_window_and_ends_when_it_is_closed)
     EXPECT_EQ(program.get_output(), "");
 }
 
+TEST(GlfwExample, goes_around_the_model_while_an_arrow_is_held_and_then_stays) {
+    const Picture first = frame_of(640, 480);
+    WindowProgram program({WINDOW_GLFW, model}, Leaks::passed_over);
+    ASSERT_TRUE(program.has_window()) << program.get_output();
+    EXPECT_TRUE(program.wait_until([&](const Picture& seen) { return seen == first; }))
+        << program.get_output();
+    for (const unsigned long key : {XK_Left, XK_Right}) {
+        Picture before = program.pixels();
+        int changes = 0;
+        program.press_key(key);
+        EXPECT_TRUE(program.wait_until([&](const Picture& seen) {
+            changes += seen != before;
+            before = seen;
+            return changes >= 3;
+        }));
+        program.release_key(key);
+        int equal_looks = 0;
+        EXPECT_TRUE(program.wait_until([&](const Picture& seen) {
+            equal_looks = seen == before ? equal_looks + 1 : 0;
+            before = seen;
+            return equal_looks == 20;
+        }));
+    }
+    program.press_key(XK_Escape);
+    EXPECT_EQ(program.exit_code(), 0);
+    program.release_key(XK_Escape);
+}
+
 TEST_P(WindowExample, tells_that_a_model_cant_be_read) {
     WindowProgram program({GetParam().program, "/none.obj"}, GetParam().leaks);
     EXPECT_EQ(program.exit_code(), 1);
