@@ -13,6 +13,7 @@ std::string line_with(const char* marker) {
 }
 
 TEST(Messages, show_errors_and_warnings_of_the_log_without_their_stamps) {
+    set_program_name("orvex-render");
     EXPECT_EQ(shown_log_line(line_with(" <*> "), Wordiness::normal),
               "orvex-render: error: text <*> more");
     EXPECT_EQ(shown_log_line(std::string(stamp) + " <!> text", Wordiness::normal),

@@ -42,7 +42,7 @@ TEST(OrvexRender, ends_with_2_when_its_command_line_is_wrong) {
     EXPECT_TRUE(is_empty(folder));
 }
 
-#define NO_LOADER ": no loader can read it as a model (" ORVEX_RENDER_FORMATS ")"
+#define NO_LOADER ": no loader can read it as a model (" ORVEX_TOOL_FORMATS ")"
 
 TEST(OrvexRender, tells_why_a_model_cant_be_read) {
     const TempDir models;

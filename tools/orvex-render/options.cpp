@@ -6,59 +6,13 @@
 #include <sstream>
 
 #include <orvex_kit/files.h>
-#include <orvex_kit/look.h>
 
+#include "takers.h"
 #include "text_place.h"
 
 using namespace orvex::kit;
 
 namespace {
-
-/// Stores what a reader of values gives, or says what is wanted.
-template<class Value, class Read>
-Arguments::Taker take(Value& target, std::string wanted, Read read) {
-    return [&target, wanted, read](const std::string& word) {
-        const auto value = read(word);
-        if (!value)
-            return wanted;
-        target = *value;
-        return std::string();
-    };
-}
-
-Arguments::Taker take_whole_number(int& target, int least, int most) {
-    return take(target,
-                "a whole number from " + std::to_string(least) + " to " + std::to_string(most),
-                [=](const std::string& word) { return whole_number_in(word, least, most); });
-}
-
-Arguments::Taker take_number(float& target, float least, float most, std::string wanted) {
-    return take(target, std::move(wanted),
-                [=](const std::string& word) { return number_in(word, least, most); });
-}
-
-Arguments::Taker take_color(Color& target) {
-    return take(target, "#rgb, #rrggbb or one of " + color_names(), color_in);
-}
-
-Arguments::Taker take_text(std::string& target, std::string wanted) {
-    return take(target, std::move(wanted), [](const std::string& word) {
-        return word.empty() ? std::nullopt : std::optional(word);
-    });
-}
-
-/// One word of a few, each with the value that it stands for.
-template<class Value, std::size_t count>
-Arguments::Taker take_word(Value& target, std::string wanted,
-                           std::array<std::pair<const char*, Value>, count> words) {
-    return take(target, std::move(wanted),
-                [words](const std::string& word) -> std::optional<Value> {
-                    for (const auto& [name, value] : words)
-                        if (word == name)
-                            return value;
-                    return std::nullopt;
-                });
-}
 
 constexpr const char* formats = "png, jpg, npy, exr, raw or y4m";
 
@@ -82,19 +36,6 @@ std::optional<std::vector<Layer>> layers_in(const std::string& word) {
     return layers.empty() || word.back() == ',' ? std::nullopt : std::optional(layers);
 }
 
-/// Its name, or the path of a file, which has a dot or a slash.
-std::optional<std::string> look_in(const std::string& word) {
-    const bool is_file = word.find_first_of("./") != word.npos;
-    return is_file || Look::named(word) ? std::optional(word) : std::nullopt;
-}
-
-std::string look_names() {
-    std::string text;
-    for (const std::string& name : Look::names())
-        text += (text.empty() ? "" : ", ") + name;
-    return text;
-}
-
 void add_picture_rules(Arguments& rules, Options& options) {
     rules.begin_group("The picture");
     rules.add_value("--output", 'o', "FILE",
@@ -112,54 +53,23 @@ void add_picture_rules(Arguments& rules, Options& options) {
         take(options.layers,
              std::string("some of ") + layer_names + ", each once, with commas between,",
              layers_in));
-    rules.add_value("--size", 's', "WxH", "its size in pixels (1280x960)",
-                    take(options.size, "WxH in pixels, each from 1 to 16384,", size_in));
+    add_size_rule(rules, options, "its size in pixels (1280x960)");
     rules.add_value("--background", 'b', "COLOR",
                     "colour behind the model: #rgb, #rrggbb, a name, or transparent (#2b3038)",
                     take(options.background,
                          "#rgb, #rrggbb, transparent or one of " + color_names(), background_in));
-    rules.add_value("--look", 'l', "LOOK",
-                    "how the model looks: " + look_names() + ", or a file of GLSL (lit)",
-                    take(options.look, look_names() + " or a file", look_in));
-    rules.add_flag("--wireframe", 'w', "draws the edges of the triangles only", options.wireframe);
-    rules.add_value(
-        "--normals", 'n', "file|smooth|flat",
-        "where shading takes the normals from (for 3DS files smooth, or flat if they are angular; "
-        "file for others)",
-        take_word(options.normals, "file, smooth or flat",
-                  std::array{std::pair{"file", Normals::file}, std::pair{"smooth", Normals::smooth},
-                             std::pair{"flat", Normals::flat}}));
-    rules.add_value("--samples", 'm', "N", "samples per pixel; 0 draws without multisampling (4)",
-                    take_whole_number(options.samples, 0, 64));
-    rules.add_value("--path", 0, "gl2|gl3",
-                    "compatibility context and fixed arrays, or core context and generic "
-                    "attributes (gl3)",
-                    take_word(options.gl3, "gl2 or gl3",
-                              std::array{std::pair{"gl2", false}, std::pair{"gl3", true}}));
+    add_look_rules(rules, options);
 }
 
 void add_camera_rules(Arguments& rules, Options& options) {
     rules.begin_group("The camera");
-    rules.add_value("--azimuth", 'a', "DEGREES",
-                    "direction around the model: 0 is the front, 90 its right side (25)",
-                    take_number(options.azimuth, -36000.0f, 36000.0f, "an angle in degrees"));
-    rules.add_value(
-        "--elevation", 'e', "DEGREES", "height above the horizon, -90 to 90 (20)",
-        take_number(options.elevation, -90.0f, 90.0f, "an angle from -90 to 90 degrees"));
+    add_angle_rules(rules, options);
     rules.add_value("--distance", 'd', "FACTOR",
                     "distance of the eye, in parts of that from which all is seen (1)",
                     take_number(options.distance, 0.01f, 1000.0f, "a factor from 0.01 to 1000"));
     rules.add_value("--zoom", 'z', "FACTOR", "magnification, from the same place (1)",
                     take_number(options.zoom, 0.01f, 1000.0f, "a factor from 0.01 to 1000"));
-    rules.add_value(
-        "--up", 'u', "AXIS",
-        "direction of the model that points up: x, y, z, -x, -y or -z; auto is y, but for a "
-        "3DS file the one on which the model stands (auto)",
-        take_word(options.up, "one of auto, x, y, z, -x, -y and -z",
-                  std::array{std::pair{"auto", UpAxis::automatic}, std::pair{"x", UpAxis::x},
-                             std::pair{"y", UpAxis::y}, std::pair{"z", UpAxis::z},
-                             std::pair{"-x", UpAxis::minus_x}, std::pair{"-y", UpAxis::minus_y},
-                             std::pair{"-z", UpAxis::minus_z}}));
+    add_up_rule(rules, options);
     rules.add_value("--turntable", 't', "N",
                     "N pictures of one turn around the model: FILE-001.jpg and so on",
                     take_whole_number(options.turntable, 1, 100000));
@@ -206,10 +116,7 @@ void add_reference_rules(Arguments& rules, Options& options) {
 
 void add_machine_rules(Arguments& rules, Options& options) {
     rules.begin_group("What reads and draws");
-    rules.add_value("--plugin", 0, "FILE", "a plugin beside those that are found",
-                    take_text(options.plugin, "a file"));
-    rules.add_value("--loader", 0, "NAME", "the only loader that is asked to read the model",
-                    take_text(options.loader, "a name"));
+    add_reader_rules(rules, options);
     rules.add_value("--device", 0, "DEVICE",
                     "what draws: an index, a PCI path or software, as ORVEX_GL_DEVICE",
                     take_text(options.device, "a device"));
@@ -221,11 +128,7 @@ void add_other_rules(Arguments& rules, Options& options) {
     rules.add_flag("--json", 0, "with --info: tells it as JSON", options.json);
     rules.add_flag("--gl", 0, "tells what OpenGL offers here; with -v its extensions too",
                    options.gl);
-    rules.add_flag("--help", 'h', "this text", options.help);
-    rules.add_flag("--version", 'V', "the version", options.version);
-    rules.begin_group("Messages");
-    rules.add_flag("--quiet", 'q', "errors only", options.quiet);
-    rules.add_flag("--verbose", 'v', "the engine's whole log", options.verbose);
+    add_message_rules(rules, options);
 }
 
 } // namespace
@@ -237,14 +140,7 @@ void add_rules(Arguments& rules, Options& options) {
     add_reference_rules(rules, options);
     add_machine_rules(rules, options);
     add_other_rules(rules, options);
-    rules.set_operand([&](const std::string& word) -> std::string {
-        if (word.empty())
-            return "a file";
-        if (!options.model.empty())
-            return "one model";
-        options.model = word;
-        return "";
-    });
+    set_model_operand(rules, options);
 }
 
 namespace {
@@ -297,8 +193,8 @@ std::string mistake_in_layers(const Options& options) {
 
 /// What doesn't go together.
 std::string mistake_of(const Options& options) {
-    if (options.quiet && options.verbose)
-        return "--quiet and --verbose exclude each other";
+    if (std::string mistake = mistake_of_shared(options); !mistake.empty())
+        return mistake;
     if (options.info && options.gl)
         return "--info and --gl exclude each other";
     if (options.json && !options.info)
@@ -330,7 +226,7 @@ std::string help_text() {
     add_rules(rules, unused);
     return "usage: orvex-render [options] MODEL\n"
            "\n"
-           "Renders a model file (" ORVEX_RENDER_FORMATS
+           "Renders a model file (" ORVEX_TOOL_FORMATS
            "), with its materials and textures, to a picture.\n"
            "\n" +
            rules.help() +

@@ -3,53 +3,33 @@
 #include <string>
 #include <vector>
 
-#include <orvex_kit/framing.h>
 #include <orvex_kit/layers.h>
-#include <orvex_kit/normals.h>
 #include <orvex_kit/picture_file.h>
 
-#include "arguments.h"
-#include "values.h"
+#include "shared_options.h"
 
 /// What the command line asks for.
-struct Options {
-    std::string model;
+struct Options : SharedOptions {
     std::string output; ///< empty: the model's name in the current folder
     orvex::kit::PictureFormat format = orvex::kit::PictureFormat::by_suffix;
     std::vector<orvex::kit::Layer>
-        layers; ///< pictures as data; empty: colours alone, as pictures are
-    Size size{1280, 960};
-    float azimuth = orvex::kit::Angle().azimuth;
-    float elevation = orvex::kit::Angle().elevation;
+        layers;            ///< pictures as data; empty: colours alone, as pictures are
     float distance = 1.0f; ///< of the eye, in parts of the distance at which all is seen
     float zoom = 1.0f;     ///< magnification from there
-    orvex::kit::UpAxis up = orvex::kit::UpAxis::automatic;
-    int turntable = 0;        ///< pictures of a turn, each in a file of its own; 0: none
-    int film = 0;             ///< pictures of a turn, all in one file; 0: none
-    std::string track;        ///< a file with the way of the camera, for a film; empty: none
-    std::string look = "lit"; ///< one of the kit's, or a file
-    bool wireframe = false;
-    orvex::kit::Normals normals = orvex::kit::Normals::by_file;
-    Color background{0.17f, 0.19f, 0.22f, 1.0f};
-    int samples = 4; ///< per pixel; 0 and 1: no multisampling
+    int turntable = 0;     ///< pictures of a turn, each in a file of its own; 0: none
+    int film = 0;          ///< pictures of a turn, all in one file; 0: none
+    std::string track;     ///< a file with the way of the camera, for a film; empty: none
     std::string text;
     std::string text_place = "bottom-left";
     int text_size = 24; ///< height of a line in pixels
     Color text_color{1.0f, 1.0f, 1.0f, 1.0f};
-    std::string font;      ///< a charset file; empty: the built-in one
-    bool gl3 = true;       ///< core context and generic attributes, or the compatibility way
     std::string device;    ///< that draws; empty: as the environment says
-    std::string plugin;    ///< a file; empty: only those that are found
-    std::string loader;    ///< the only one that is asked; empty: all of them
+    std::string font;      ///< a charset file; empty: the built-in one
     std::string reference; ///< a picture to compare with; empty: none
     int tolerance = 0;     ///< largest difference of a channel from it
     bool info = false;
     bool json = false; ///< the way of `info`
     bool gl = false;
-    bool quiet = false;
-    bool verbose = false;
-    bool help = false;
-    bool version = false;
 };
 
 /// Adds the rules of the command line, which fill `options`.

@@ -10,12 +10,12 @@
 
 #include <orvex/renderer/renderer.h>
 #include <orvex_kit/frame_stream.h>
-#include <orvex_kit/look.h>
 #include <orvex_kit/whole_file.h>
 
 #include "layer_files.h"
 #include "messages.h"
 #include "progress_bar.h"
+#include "start.h"
 #include "unseen.h"
 
 using namespace orvex;
@@ -28,44 +28,6 @@ const int rate = FrameStreamOptions().rate;
 
 } // namespace
 
-ViewOptions view_options(const Options& options, int samples) {
-    ViewOptions result;
-    result.path = options.gl3 ? Path::gl3 : Path::gl2;
-    result.samples = samples;
-    return result;
-}
-
-ModelOptions model_options(const Options& options) {
-    ModelOptions result;
-    result.normals = options.normals;
-    result.loader = options.loader;
-    return result;
-}
-
-/// Why there is no view, with this program's options in place of the kit's.
-std::string mistake_in(const View& view) {
-    if (view)
-        return "";
-    switch (view.failure()) {
-    case ViewFailure::old_driver:
-        return "no OpenGL 3.2 context: the driver offers less; --path gl2 draws with OpenGL 2.1";
-    case ViewFailure::memory:
-        return "no OpenGL context: there isn't enough memory for a driver";
-    case ViewFailure::no_driver:
-        return "no OpenGL context: no driver is found; the package libgl1-mesa-dri has one";
-    case ViewFailure::samples: {
-        std::string reason = view.reason();
-        return reason.insert(reason.find("samples 0"), "--");
-    }
-    case ViewFailure::none:
-    case ViewFailure::no_engine:
-    case ViewFailure::size:
-    case ViewFailure::window:
-        break;
-    }
-    return view.reason();
-}
-
 std::string Painter::prepare() {
     for (const auto step : {&Painter::prepare_view, &Painter::prepare_scene, &Painter::prepare_text,
                             &Painter::prepare_track, &Painter::prepare_outputs})
@@ -75,18 +37,8 @@ std::string Painter::prepare() {
     return "";
 }
 
-namespace {
-
-Look look_of(const Options& options) {
-    if (options.look.find_first_of("./") != std::string::npos)
-        return Look::from_file(options.look);
-    return Look::named(options.look);
-}
-
-} // namespace
-
 std::string Painter::prepare_view() {
-    view = View(options.size.width, options.size.height, view_options(options, options.samples));
+    view = View(options.size.width, options.size.height, view_options(options));
     if (!view)
         return mistake_in(view);
     const Color& behind = options.background;
@@ -94,7 +46,7 @@ std::string Painter::prepare_view() {
     if (options.samples > 1 && view.samples() < options.samples)
         tell_warning(std::to_string(options.samples) + " samples per pixel aren't offered here; " +
                      std::to_string(view.samples()) + " are");
-    return view.set_look(look_of(options)).reason();
+    return view.set_look(look_of(options.look)).reason();
 }
 
 std::string Painter::prepare_scene() {
@@ -120,7 +72,7 @@ std::string Painter::input_among(const std::vector<std::string>& names) const {
         for (const std::string& file : overlay->files())
             inputs.push_back(file);
     for (const std::string& own :
-         {options.track, options.reference, options.plugin, look_of(options).path()})
+         {options.track, options.reference, options.plugin, look_of(options.look).path()})
         if (!own.empty())
             inputs.push_back(own);
     for (const std::string& name : names)

@@ -67,10 +67,3 @@ private:
     void warn_of_text() const;
     std::string draw_text();
 };
-
-/// A view as the options want it. @param samples  a pixel
-orvex::kit::ViewOptions view_options(const Options& options, int samples);
-/// A model as the options want it.
-orvex::kit::ModelOptions model_options(const Options& options);
-/// Why there is no view, in the words of the options; empty if there is one.
-std::string mistake_in(const orvex::kit::View& view);

@@ -3,12 +3,9 @@
 
 #include "program.h"
 
-#include <cstdio>
 #include <cstdlib>
 
-#include <orvex/kernel/core.h>
 #include <orvex_kit/engine.h>
-#include <orvex_kit/files.h>
 #include <orvex_kit/model.h>
 #include <orvex_kit/view.h>
 #include <orvex_kit/whole_file.h>
@@ -23,41 +20,6 @@ using namespace orvex;
 using namespace orvex::kit;
 
 namespace {
-
-ExitCode fail(const std::string& message) {
-    tell_error(message);
-    return EXIT_FAILED;
-}
-
-/// Prints to standard output, all of it or a mistake.
-ExitCode print(const std::string& text) {
-    if (std::fputs(text.c_str(), stdout) < 0 || std::fflush(stdout) != 0)
-        return fail("can't write to standard output");
-    return EXIT_FINE;
-}
-
-/// Why the model's file can't be read; empty if it can.
-std::string mistake_in_model(const Options& options) {
-    const std::string mistake = mistake_in_reading(options.model);
-    return mistake.empty() || options.model != "-"
-               ? mistake
-               : "a model is read from a file, not from standard input: name one";
-}
-
-/// The engine with its log on standard error.
-EngineOptions engine_options(const Options& options) {
-    EngineOptions result;
-    result.log = take_log_line;
-    result.debug_lines = get_wordiness() == Wordiness::verbose;
-    if (!options.plugin.empty())
-        result.plugins.push_back(options.plugin);
-    return result;
-}
-
-/// Why the plugin that was asked for isn't there; empty if it is, or if none was.
-std::string mistake_in_plugin(const Engine& engine, const Options& options) {
-    return options.plugin.empty() || engine.plugins().empty() ? "" : engine.plugins()[0].reason;
-}
 
 ExitCode tell_of_model(const Options& options) {
     const std::string mistake = mistake_in_model(options);
@@ -76,7 +38,9 @@ ExitCode tell_of_model(const Options& options) {
 
 ExitCode tell_of_context(const Options& options) {
     const Engine engine(engine_options(options));
-    const View view(16, 16, view_options(options, 0));
+    ViewOptions wanted = view_options(options);
+    wanted.samples = 0;
+    const View view(16, 16, wanted);
     if (!view)
         return fail(mistake_in(view));
     return print(report_of_context(view.renderer(), view.window(), options.verbose));
@@ -136,27 +100,19 @@ ExitCode draw_model(const Options& options) {
     return reference.is_empty() ? EXIT_FINE : compare_with(reference, painter.picture(), options);
 }
 
-std::string version_text() {
-    return std::string("orvex-render " ORVEX_RENDER_VERSION " (") + core::get_engine_codename() +
-           ")\n";
-}
-
 } // namespace
 
 ExitCode run_program(const std::vector<std::string>& words) {
+    set_program_name("orvex-render");
     Options options;
     const std::string mistake = read_options(words, options);
-    if (!mistake.empty()) {
-        tell_error(mistake);
-        std::fputs("Try 'orvex-render --help'.\n", stderr);
-        return EXIT_USAGE;
-    }
+    if (!mistake.empty())
+        return fail_usage(mistake);
     if (options.help)
         return print(help_text());
     if (options.version)
         return print(version_text());
-    if (options.quiet || options.verbose)
-        set_wordiness(options.quiet ? Wordiness::quiet : Wordiness::verbose);
+    apply_wordiness(options);
     if (!options.device.empty())
         ::setenv("ORVEX_GL_DEVICE", options.device.c_str(), 1);
     if (options.gl)

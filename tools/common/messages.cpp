@@ -5,12 +5,21 @@
 namespace {
 
 Wordiness wanted = Wordiness::normal;
+std::string name_of_program;
 
 void write_line(const std::string& line) {
     std::fprintf(stderr, "%s\n", line.c_str());
 }
 
 } // namespace
+
+void set_program_name(const std::string& name) {
+    name_of_program = name;
+}
+
+const std::string& program_name() {
+    return name_of_program;
+}
 
 void set_wordiness(Wordiness wordiness) {
     wanted = wordiness;
@@ -21,12 +30,12 @@ Wordiness get_wordiness() {
 }
 
 void tell_error(const std::string& message) {
-    write_line("orvex-render: " + message);
+    write_line(name_of_program + ": " + message);
 }
 
 void tell_warning(const std::string& message) {
     if (wanted != Wordiness::quiet)
-        write_line("orvex-render: warning: " + message);
+        write_line(name_of_program + ": warning: " + message);
 }
 
 void tell(const std::string& message) {
@@ -46,7 +55,7 @@ std::string shown_log_line(const std::string& line, Wordiness wordiness) {
     for (const Level& level : {Level{" <*> ", "error: "}, Level{" <!> ", "warning: "}}) {
         const std::size_t found = line.find(level.marker);
         if (found != line.npos)
-            return std::string("orvex-render: ") + level.word + line.substr(found + 5);
+            return name_of_program + ": " + level.word + line.substr(found + 5);
     }
     return "";
 }

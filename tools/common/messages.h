@@ -9,13 +9,17 @@ enum class Wordiness {
     verbose, ///< the engine's whole log
 };
 
+/// What stands before each message; set before the first one.
+void set_program_name(const std::string& name);
+const std::string& program_name();
+
 /// Sets what is wanted from here on.
 void set_wordiness(Wordiness wordiness);
 Wordiness get_wordiness();
 
-/// "orvex-render: message", always.
+/// "orvex-render: message", by the name of the program, always.
 void tell_error(const std::string& message);
-/// "orvex-render: warning: message", unless quiet.
+/// "orvex-render: warning: message", likewise, unless quiet.
 void tell_warning(const std::string& message);
 /// The message alone, unless quiet.
 void tell(const std::string& message);
