@@ -21,9 +21,9 @@ cmake --build --preset release --target "${targets[@]}"
   --output "$images/lighthouse.jpg" -- "$data/lighthouse.obj"
 # On the path of OpenGL 2, which draws raster text too.
 for example in "${examples[@]}"; do
-  "$build/examples/$example/$example" gl2 "$images/$example.jpg"
+  "$build"/examples/*"$example/$example" gl2 "$images/$example.jpg"
 done
-"$build/examples/shapes/shapes" gl2 "$images/shapes.jpg" "$images/shapes_quads.jpg"
+"$build/examples/09_shapes/shapes" gl2 "$images/shapes.jpg" "$images/shapes_quads.jpg"
 for page in "${pages[@]}"; do
   "$build/docs/guide/guide_$page" "$images/guide_$page.jpg"
 done

@@ -1,7 +1,7 @@
 # The hosts that the README shows are those that are compiled.
 
 file(READ "${SOURCE_DIR}/README.md" readme)
-foreach(file first_picture/main.cpp first_picture/CMakeLists.txt first_model/main.cpp)
+foreach(file 01_first_picture/main.cpp 01_first_picture/CMakeLists.txt 16_first_model/main.cpp)
   file(READ "${SOURCE_DIR}/examples/${file}" text)
   string(FIND "${readme}" "\n${text}```" place)
   if(place EQUAL -1)

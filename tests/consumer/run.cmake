@@ -39,15 +39,15 @@ expect_shot_of("${WORK_DIR}/build/host")
 
 # --- The first example, copied out, which draws the README's picture as the tool does
 
-file(COPY "${EXAMPLES_DIR}/first_picture" DESTINATION "${WORK_DIR}")
+file(COPY "${EXAMPLES_DIR}/01_first_picture" DESTINATION "${WORK_DIR}")
 file(GLOB model "${EXAMPLES_DIR}/data/lighthouse*")
 file(COPY ${model} DESTINATION "${WORK_DIR}/pictures")
-run("${CMAKE_COMMAND}" -S "${WORK_DIR}/first_picture" -B "${WORK_DIR}/first_picture/build" -G "${GENERATOR}"
+run("${CMAKE_COMMAND}" -S "${WORK_DIR}/01_first_picture" -B "${WORK_DIR}/01_first_picture/build" -G "${GENERATOR}"
   "-DCMAKE_PREFIX_PATH=${prefix}"
   "-DCMAKE_CXX_COMPILER=${CXX_COMPILER}"
   "-DCMAKE_CXX_FLAGS=${CXX_FLAGS}")
-run("${CMAKE_COMMAND}" --build "${WORK_DIR}/first_picture/build")
-run("${CMAKE_COMMAND}" -E chdir "${WORK_DIR}/pictures" "${WORK_DIR}/first_picture/build/first_picture")
+run("${CMAKE_COMMAND}" --build "${WORK_DIR}/01_first_picture/build")
+run("${CMAKE_COMMAND}" -E chdir "${WORK_DIR}/pictures" "${WORK_DIR}/01_first_picture/build/first_picture")
 run("${prefix}/bin/orvex-render" --quiet --output "${WORK_DIR}/pictures/tool.jpg"
   "${WORK_DIR}/pictures/lighthouse.obj")
 run("${CMAKE_COMMAND}" -E compare_files "${WORK_DIR}/pictures/lighthouse.jpg" "${WORK_DIR}/pictures/tool.jpg")
