@@ -24,10 +24,6 @@ TEST_P(PointExample, shows_a_fountain_over_time) {
     expect_example_picture(PARTICLES, GetParam(), "particles");
 }
 
-TEST_P(PointExample, shows_hits_of_rays_on_the_surface_of_a_model) {
-    expect_example_picture(PICKING, GetParam(), "picking");
-}
-
 } // namespace
 
 } // namespace orvex_test
