@@ -16,10 +16,6 @@ TEST_P(PointExample, shows_points_before_and_after_a_compute_program_moved_them)
     expect_example_picture(COMPUTE_POINTS, GetParam(), "compute_points");
 }
 
-TEST_P(PointExample, shows_a_fountain_over_time) {
-    expect_example_picture(PARTICLES, GetParam(), "particles");
-}
-
 } // namespace
 
 } // namespace orvex_test
