@@ -52,7 +52,7 @@ protected:
 INSTANTIATE_TEST_SUITE_P(of, Example,
                          testing::Combine(testing::Values("02_orbit", "03_own_look", "04_text",
                                                           "05_picking", "06_layers", "09_shapes",
-                                                          "10_curves", "11_particles"),
+                                                          "10_curves", "11_particles", "13_shadow"),
                                           testing::Values("gl2", "gl3")),
                          [](const auto& row) {
                              return std::string(std::get<0>(row.param)) + "_on_" +
@@ -64,6 +64,45 @@ TEST_P(Example, draws_its_picture) {
     const std::string path = std::get<1>(GetParam());
     EXPECT_EQ(data.run(example, path == "gl2" ? "gl2" : ""), "");
     expect_picture(example.substr(example.find('_') + 1));
+}
+
+TEST(Examples, tell_that_their_picture_cannot_be_written) {
+    const DataFolder data;
+    fs::create_directory(data.file("orbit.jpg"));
+    EXPECT_EQ(data.run("02_orbit", ""), "can't write orbit.jpg: Is a directory\nexit 256");
+}
+
+TEST(Examples, tell_that_their_model_is_not_there) {
+    const DataFolder data;
+    fs::remove(data.file("lighthouse.obj"));
+    EXPECT_EQ(data.run("02_orbit", ""), "lighthouse.obj: No such file or directory\nexit 256");
+}
+
+TEST(ArtifactScanWords, get_its_usage_unless_they_are_known) {
+    const DataFolder data;
+    const std::string usage = "usage: artifact_scan [gl2|gl3] [frames] [faults]\nexit ";
+    for (const char* words : {"gl4", "gl3 many", "gl3 3x", "gl3 3 -1", "gl3 3 1 1"})
+        EXPECT_EQ(data.run("14_artifact_scan", words), usage + std::to_string(2 << 8)) << words;
+}
+
+class ArtifactScan : public testing::TestWithParam<const char*> {
+protected:
+    DataFolder data;
+
+    std::string scan(const std::string& numbers) const {
+        return data.run("14_artifact_scan", std::string(GetParam()) + " " + numbers);
+    }
+};
+INSTANTIATE_TEST_SUITE_P(on, ArtifactScan, testing::Values("gl2", "gl3"),
+                         [](const auto& row) { return std::string(row.param); });
+
+TEST_P(ArtifactScan, finds_no_artifacts_in_clean_frames) {
+    EXPECT_EQ(scan("10"), "0 artifacts in 10 frames, at most 0 in one\n");
+}
+
+TEST_P(ArtifactScan, finds_as_many_artifacts_as_were_planted) {
+    EXPECT_EQ(scan("3 1"), "1 artifacts in 4 frames, at most 1 in one\n");
+    EXPECT_EQ(scan("3 777"), "777 artifacts in 4 frames, at most 777 in one\n");
 }
 
 } // namespace
