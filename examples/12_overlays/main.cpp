@@ -1,109 +1,154 @@
-// What is drawn over a scene or around it, in one frame: a lit model with a sky around it; the
-// camera's axes in a corner; a graph of the last frame times; level meters, one as a strip and one
-// of points; a logo mixed with the picture; text from a sheet of glyphs and, on the path gl2, in
-// the platform's raster font: overlays [gl2|gl3] [picture.jpg]
+// What is drawn around a scene and over it: a sky; the axes of the camera; a graph of the last
+// frame times; a meter of lights; panels and a title: overlays [gl2]
 
 #include <cmath>
+#include <cstdio>
+#include <string>
 
-#include <orvex_kit/look.h>
-#include <orvex_kit/model.h>
-
-#include "panel.h"
+#include <orvex/orvex.h>
+#include <orvex_kit/kit.h>
 
 using namespace orvex;
-using namespace orvex::kit;
-
-namespace {
 
 constexpr int width = 960;
 constexpr int height = 540;
-const std::string data_folder = EXAMPLE_DATA;
 
-/// Its programs for OpenGL 2 need a driver that takes `inverse` in GLSL 1.20, so that the newer
-/// ones are taken wherever they can be.
-Skybox* make_sky(Renderer* renderer) {
+static const char paint_text[] = R"([Vertex_Shader]
+uniform mat4 orvex_ModelViewProjectionMatrix;
+OUT vec4 paint;
+void main() {
+    gl_Position = orvex_ModelViewProjectionMatrix * POSITION;
+    gl_PointSize = 9.0;
+    paint = VERTEX_COLOR;
+}
+[Pixel_Shader]
+IN vec4 paint;
+void main() { COLOR = paint; }
+)";
+
+/// Its programs for OpenGL 2 need a driver that takes `inverse` in GLSL 1.20: the newer ones are
+/// taken wherever they can be.
+static kit::Ref<Skybox> make_sky(Renderer* renderer) {
     int major = 0;
     int minor = 0;
     renderer->get_opengl_version(&major, &minor);
-    Skybox* const sky = new Skybox;
+    kit::Ref<Skybox> sky = kit::make<Skybox>();
     sky->set_opengl_2_3_rendering_states(major < 3, nullptr);
-    std::string paths[6];
-    const char* files[6];
-    const char* const names[] = {"px", "nx", "py", "ny", "pz", "nz"};
-    for (int face = 0; face < 6; ++face) {
-        paths[face] = data_folder + "sky_" + names[face] + ".png";
-        files[face] = paths[face].c_str();
-    }
-    if (sky->load_all_faces_from_files(renderer, files, PF_RGB_U8)) {
-        sky->get_cubemap()->bind(renderer, 0);
-        sky->get_cubemap()->set_addressing_mode(renderer, ADDRESSING_CLAMP);
-        return sky;
-    }
-    sky->kill(renderer, nullptr);
-    return nullptr;
+    const char* const files[] = {"sky_px.png", "sky_nx.png", "sky_py.png",
+                                 "sky_ny.png", "sky_pz.png", "sky_nz.png"};
+    if (!sky->load_all_faces_from_files(renderer, files, PF_RGB_U8))
+        return nullptr;
+    sky->get_cubemap()->bind(renderer, 0);
+    sky->get_cubemap()->set_addressing_mode(renderer, ADDRESSING_CLAMP);
+    return sky;
 }
 
-orvex::Camera* make_camera() {
-    orvex::Camera* const camera = new orvex::Camera;
+/// Behind everything, without a mark in the depth buffer.
+static void draw_sky(Renderer* renderer, Skybox& sky) {
+    renderer->set_depth_buffer_writing_state(false);
+    sky.render(renderer, nullptr);
+    renderer->set_depth_buffer_writing_state(true);
+    sky.get_cubemap_gpu_program()->unbind(renderer);
+}
+
+/// A dark pane that shows what is behind it.
+static void draw_panels(Renderer* renderer) {
+    Texture* const shade = TextureMgr::get()->create_texture_2d(1, 1, PF_RGBA_U8);
+    shade->set_texel_2d(0, 0, vec4(10, 16, 24, 150));
+    TextureMgr::get()->upload_to_renderer(renderer, shade, 0);
+    aux::Hud hud;
+    for (const int left : {16, width - 316})
+        hud.render(renderer, shade, left, 16, 300, 130, true, BLEND_FACTOR_SRC_ALPHA,
+                   BLEND_FACTOR_ONE_MINUS_SRC_ALPHA);
+    hud.cleanup(renderer);
+}
+
+/// Pixels, with the origin in the middle of the picture.
+static void bind_pixels(kit::View& view) {
+    const auto camera = kit::make<Camera>();
     camera->set_viewport(0, 0, width, height);
-    camera->build_projection_persp(42.0f, static_cast<float>(width) / height, 0.1f, 200.0f, true);
-    camera->set_view_params(vec4(11, 6, 18.5f, 1), vec4(0, 4.3f, 0, 1), vec4(0, 1, 0, 0), true);
-    return camera;
-}
-
-/// The sky first, behind everything and without a mark in the depth buffer.
-void draw_scene(OffScreen& stage, orvex::Camera& camera, Skybox& sky, GpuProgram& lit,
-                kit::Model& scene) {
-    camera.bind(stage.renderer, true, true, true, true, !stage.gl3);
-    stage.renderer->set_depth_buffer_writing_state(false);
-    sky.render(stage.renderer, nullptr);
-    stage.renderer->set_depth_buffer_writing_state(true);
-    sky.get_cubemap_gpu_program()->unbind(stage.renderer);
-    scene.draw(*stage.renderer, lit, stage.gl3 ? Path::gl3 : Path::gl2);
+    camera->build_projection_ortho(-width / 2, width / 2, -height / 2, height / 2, 1, 100, true);
+    camera->bind(view.renderer(), true, true, true, true, view.path() == kit::Path::gl2);
 }
 
 /// Frames of about 16 milliseconds, with a hitch now and then.
-float frame_time(int frame) {
-    const float t = static_cast<float>(frame);
-    return 16.0f + 2.0f * std::sin(0.35f * t) + std::sin(1.7f * t) +
-           (frame % 37 == 20 ? 12.0f : 0.0f);
+static kit::Ref<Graph2d> make_graph() {
+    const auto graph = kit::make<Graph2d>();
+    graph->set_x_axis_positions(vec4(30, 30, 0, 1), vec4(300, 30, 0, 1));
+    graph->set_y_axis_positions(vec4(30, 30, 0, 1), vec4(30, 110, 0, 1));
+    graph->create_curve(120);
+    graph->set_curve_color(0, 0.5f, 0.95f, 0.6f, 1.0f);
+    graph->set_viewport(0, 0, width, height);
+    for (int frame = 0; frame < 120; ++frame) {
+        const auto t = static_cast<float>(frame);
+        const float hitch = frame % 37 == 20 ? 12.0f : 0.0f;
+        const float milliseconds = 16 + 2 * std::sin(0.35f * t) + std::sin(1.7f * t) + hitch;
+        graph->add_curve_scalar(0, 2.5f * milliseconds);
+    }
+    graph->sync_curve_scalars(0);
+    return graph;
 }
 
-bool draw(OffScreen& stage, Skybox& sky, kit::Model& scene) {
-    const std::string shader = model_shader(stage.gl3);
-    GpuProgram* const lit = GpuProgramMgr::get()->create_gpu_program_from_memory(
-        stage.renderer, shader.c_str(), shader.size(), "lit");
-    Panel panel(stage, data_folder);
-    if (!panel.ok()) {
-        std::fprintf(stderr, "no glyphs at %s\n", data_folder.c_str());
-        return false;
-    }
-    for (int frame = 0; frame < 150; ++frame)
-        panel.add_frame_time(frame_time(frame));
-    panel.set_levels(0.95f, 0.65f);
-
-    orvex::Camera* const camera = make_camera();
-    stage.renderer->clear_color_depth_buffers(0.0f, 0.0f, 0.0f, 1.0f, 1.0f);
-    draw_scene(stage, *camera, sky, *lit, scene);
-    panel.draw(camera);
-    camera->kill(stage.renderer, nullptr);
-    return true;
+/// Lights in a row: green, then yellow, and dark from the level on.
+static kit::Ref<MadLedBar> make_meter(kit::Path path) {
+    constexpr unsigned long lights = 24;
+    const auto meter = kit::make<MadLedBar>();
+    meter->initialize(vec3(0, 0, 0), vec3(270, 0, 0), lights);
+    meter->set_position(width / 2 - 296, 66 - height / 2, 0);
+    meter->set_opengl_2_3_rendering_states(path == kit::Path::gl2, nullptr);
+    for (unsigned long i = 0; i < lights; ++i)
+        meter->set_led_color(i, i >= 20  ? vec4(0.12f, 0.15f, 0.18f, 1)
+                                : i < 12 ? vec4(0.2f, 0.9f, 0.35f, 1)
+                                         : vec4(0.95f, 0.85f, 0.2f, 1));
+    return meter;
 }
 
-} // namespace
+static void draw_panel_contents(kit::View& view, kit::Program& program) {
+    bind_pixels(view);
+    program.gpu()->bind(view.renderer());
+    make_graph()->render(view.renderer(), nullptr);
+    make_meter(view.path())->render(view.renderer(), nullptr);
+    program.gpu()->unbind(view.renderer());
 
-int main(int argc, char** argv) {
-    OffScreen stage(wants_gl3(argc, argv), width, height);
-    if (!stage.started)
-        return 1;
-    Skybox* const sky = make_sky(stage.renderer);
-    kit::Model scene(data_folder + "lighthouse.obj");
-    if (!sky || !scene) {
-        std::fprintf(stderr, "the data of the examples is not at %s\n", data_folder.c_str());
+    kit::Text text(view);
+    kit::TextStyle style;
+    style.size = 22;
+    text.add("frame time", 30, height - 140, style);
+    text.add("level", width - 301, height - 140, style);
+    style.size = 36;
+    text.add("The lighthouse, and what lies over it", 30, 20, style);
+    text.draw(width, height);
+}
+
+int main(int argc, char**) {
+    const kit::Engine engine;
+    kit::View view(width, height, {argc > 1 ? kit::Path::gl2 : kit::Path::gl3});
+    kit::Model model("lighthouse.obj");
+    kit::Program program = kit::Program::from_text(view, paint_text, "paint");
+    const kit::Ref<Skybox> sky = program ? make_sky(view.renderer()) : nullptr;
+    aux::TripodVisualizerCamera axes;
+    if (!model || !sky || !axes.init(view.renderer())) {
+        std::fprintf(stderr, "%s%s\n", program.reason().c_str(), model.reason().c_str());
         return 1;
     }
-    const bool ok = draw(stage, *sky, scene) && stage.write(argc > 2 ? argv[2] : "overlays.jpg");
-    scene = {};
-    sky->kill(stage.renderer, nullptr);
-    return ok ? 0 : 1;
+    kit::Camera eye;
+    eye.look_at({11, 6, 18.5f, 1}, {0, 2.4f, 0, 1});
+    eye.set_opening(46);
+    const auto camera = kit::make<Camera>();
+    eye.apply(*camera, width, height);
+
+    view.begin(*camera);
+    draw_sky(view.renderer(), *sky);
+    view.add(model);
+    draw_panels(view.renderer());
+    view.renderer()->set_depth_test_state(false);
+    axes.render(view.renderer(), camera.get(), width - 120, height - 120, 110, 110);
+    draw_panel_contents(view, program);
+    view.end();
+    axes.cleanup(view.renderer());
+
+    const kit::Outcome written = view.write("overlays.jpg");
+    if (!written)
+        std::fprintf(stderr, "%s\n", written.reason().c_str());
+    return written ? 0 : 1;
 }

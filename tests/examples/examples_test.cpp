@@ -52,7 +52,8 @@ protected:
 INSTANTIATE_TEST_SUITE_P(of, Example,
                          testing::Combine(testing::Values("02_orbit", "03_own_look", "04_text",
                                                           "05_picking", "06_layers", "09_shapes",
-                                                          "10_curves", "11_particles", "13_shadow"),
+                                                          "10_curves", "11_particles",
+                                                          "12_overlays", "13_shadow"),
                                           testing::Values("gl2", "gl3")),
                          [](const auto& row) {
                              return std::string(std::get<0>(row.param)) + "_on_" +
