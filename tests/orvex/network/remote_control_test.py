@@ -101,11 +101,11 @@ class RemoteControlTest(unittest.TestCase):
         rows = {
             "dance": "error: load FILE, turn DEGREES, screenshot FILE or quit\n",
             " \n": "error: load FILE, turn DEGREES, screenshot FILE or quit\n",
-            "load /nowhere/to/be.obj": "error: /nowhere/to/be.obj: no such file\n",
+            "load /nowhere/to/be.obj": "error: /nowhere/to/be.obj: No such file or directory\n",
             "turn": "error: turn DEGREES\n",
             "turn left": "error: turn DEGREES\n",
             "turn nan": "error: turn DEGREES\n",
-            "screenshot /nowhere/to/be.jpg": "error: can't write /nowhere/to/be.jpg\n",
+            "screenshot /nowhere/to/be.jpg": "error: can't write /nowhere/to/be.jpg: No such file or directory\n",
         }
         for text, answer in rows.items():
             with self.subTest(text):
