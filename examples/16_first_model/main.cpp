@@ -21,13 +21,18 @@ int main(int argc, char** argv) {
     Camera* camera = new Camera;
     camera->set_viewport(0, 0, 640, 480);
     camera->build_projection_persp(40.0f, 640.0f / 480.0f, 0.1f, 100.0f, true);
-    camera->set_view_params(vec4(9, 8, 16, 1), vec4(0, 3, 0, 1), vec4(0, 1, 0, 0), true);
+    camera->set_view_params(vec4(10, 9, 18, 1), vec4(0, 2, 0, 1), vec4(0, 1, 0, 0), true);
+    RenderTarget* samples = renderer->create_render_target();
+    samples->create_render_buffer_target(640, 480, PF_RGBA_U8, false, 1, true, 4);
+    samples->activate();
     camera->bind(renderer, true, true, true, true, true);
     renderer->clear_color_depth_buffers(0.15f, 0.17f, 0.2f, 1.0f, 1.0f);
     GpuProgramMgr::get()
         ->create_gpu_program_from_memory(renderer, shader, sizeof shader, "normals")
         ->bind(renderer);
     model->render_geometry(renderer);
+    samples->deactivate();
+    renderer->fbo_resolve_multisampling(samples->get_fbo(), 640, 480, 0, 640, 480);
     bool ok = TextureMgr::get()->do_screenshot(renderer, argv[2]);
     camera->release(renderer, nullptr);
     model->kill(renderer, nullptr);
