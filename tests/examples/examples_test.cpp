@@ -35,18 +35,18 @@ private:
     TempDir folder;
 };
 
+/// Compares an example's picture with the golden one of its name. What is stored with losses says
+/// nothing by its last bit.
+void expect_picture(const DataFolder& data, const std::string& name) {
+    const std::optional<Picture> picture = read_picture(data.file(name + ".jpg"));
+    ASSERT_TRUE(picture.has_value());
+    EXPECT_TRUE(compare_with_golden(ORVEX_TEST_DATA_DIR "/golden", ORVEX_TEST_OUTPUT_DIR, name,
+                                    *picture, false));
+}
+
 class Example : public testing::TestWithParam<std::tuple<const char*, const char*>> {
 protected:
     DataFolder data;
-
-    /// Compares with a golden picture of its name. What is stored with losses says nothing by its
-    /// last bit.
-    void expect_picture(const std::string& name) const {
-        const std::optional<Picture> picture = read_picture(data.file(name + ".jpg"));
-        ASSERT_TRUE(picture.has_value());
-        EXPECT_TRUE(compare_with_golden(ORVEX_TEST_DATA_DIR "/golden", ORVEX_TEST_OUTPUT_DIR, name,
-                                        *picture, false));
-    }
 };
 
 INSTANTIATE_TEST_SUITE_P(of, Example,
@@ -64,7 +64,19 @@ TEST_P(Example, draws_its_picture) {
     const std::string example = std::get<0>(GetParam());
     const std::string path = std::get<1>(GetParam());
     EXPECT_EQ(data.run(example, path == "gl2" ? "gl2" : ""), "");
-    expect_picture(example.substr(example.find('_') + 1));
+    expect_picture(data, example.substr(example.find('_') + 1));
+}
+
+TEST(ExampleOnTheEngineAlone, draws_a_model) {
+    const DataFolder data;
+    EXPECT_EQ(data.run("16_first_model", "lighthouse.obj first_model.jpg"), "");
+    expect_picture(data, "first_model");
+}
+
+TEST(ExampleOnTheEngineAlone, draws_points_that_a_compute_program_moved) {
+    const DataFolder data;
+    EXPECT_EQ(data.run("17_compute_points", ""), "");
+    expect_picture(data, "compute_points");
 }
 
 TEST(Examples, tell_that_their_picture_cannot_be_written) {
