@@ -51,6 +51,54 @@ TEST(GuidePages, on_pictures_as_data_tell_of_the_middle) {
                                     "guide_pictures_as_data", *picture, false));
 }
 
+TEST(GuidePages, on_the_black_screen_show_each_cause_of_the_engine) {
+    // The compiler's words, and the log's, are on the other stream.
+    EXPECT_EQ(output_of("(" + program("screen_stays_black") + " 2>/dev/null)"),
+              "a program that doesn't compile\n"
+              "a program of the other path: 0 with an error, mended 401\n"
+              "a uniform that nobody set: 0, mended 401\n"
+              "no viewport: 0, mended 401\n"
+              "it looks elsewhere: 0, mended 401\n"
+              "the far plane is too near: 0, mended 401\n"
+              "the aspect of whole numbers: 0, mended 401\n"
+              "an opening in radians: 1000, mended 401\n"
+              "a left-handed projection: 0, mended 401\n"
+              "a mesh that was never built: 0 with an error, mended 401\n"
+              "it is hidden: 0, mended 401\n"
+              "a scale of 0: 0, mended 401\n"
+              "the depth cleared to 0: 0, mended 401\n"
+              "blended, with an alpha of 0: 0, mended 401\n"
+              "every side culled: 0, mended 401\n"
+              "in the target: 401, in the window: 0\n"
+              "a texture that nobody bound: 0, mended 401\n"
+              "no context is current: 0, mended 401\n");
+}
+
+TEST(GuidePages, on_the_black_screen_tell_why_a_program_does_not_compile) {
+    const std::string words = output_of("(" + program("screen_stays_black") + " 2>&1 >/dev/null)");
+    EXPECT_NE(words.find("GPU program sphere - Vertex shader: "), std::string::npos) << words;
+    EXPECT_NE(words.find("Vertex shader error: "), std::string::npos) << words;
+    EXPECT_NE(words.find("orvex_Positoin"), std::string::npos) << words;
+}
+
+TEST(GuidePages, on_the_black_screen_show_each_cause_of_the_kit) {
+    EXPECT_EQ(output_of(program("screen_stays_black_kit") + " '" + data + "'"),
+              "the engine doesn't run: make a kit::Engine first\n"
+              "a view of 0x48 pixels: sides go from 1\n"
+              "none.obj: No such file or directory\n"
+              "the far plane is too near: 0\n"
+              "clip planes that fit: 30\n"
+              "it looks elsewhere: 0\n"
+              "a camera that sees all: 434\n"
+              "added after the end: 0\n"
+              "read before the end: 0, after it: 434\n"
+              "there is no look 'gold'; there are lit, matcap, normals, plain, wire\n"
+              "look: no [Vertex_Shader] with a [Pixel_Shader], and no [Compute_Shader]\n"
+              "another uniform was set: 0\n"
+              "the uniform was set: 434\n"
+              "the engine has ended\n");
+}
+
 TEST(GuidePages, on_threads_and_ownership_counts_references) {
     EXPECT_EQ(output_of(program("threads_and_ownership") + " '" + data + "'"),
               "4 textures uploaded\n"
@@ -74,6 +122,7 @@ TEST(GuidePages, tell_a_program_without_its_arguments_to_fail) {
     EXPECT_EQ(output_of(program("textures_and_materials")), "exit 256");
     EXPECT_EQ(output_of(program("text")), "exit 256");
     EXPECT_EQ(output_of(program("pictures_as_data")), "exit 256");
+    EXPECT_EQ(output_of(program("screen_stays_black_kit")), "exit 256");
 }
 
 } // namespace
