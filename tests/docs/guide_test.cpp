@@ -99,6 +99,24 @@ TEST(GuidePages, on_the_black_screen_show_each_cause_of_the_kit) {
               "the engine has ended\n");
 }
 
+TEST(GuidePages, on_other_engines_tell_the_truth) {
+    EXPECT_EQ(output_of(program("coming_from_another_engine")),
+              "90 degrees about y take z to: (1, 0, 0)\n"
+              "a new camera stands at: (0, 0, 10)\n"
+              "and looks along: (0, 0, -1)\n"
+              "a translation lies in m[12] to m[14]: 5 6 7\n"
+              "move * turn turns first: (6, 6, 7)\n"
+              "depth of the near plane -1, of the far one 1\n"
+              "the scalar part of a quaternion comes last: 4\n"
+              "a child at (0, 0, 1) of a turned parent stands at: (11, 0, 0)\n"
+              "a sphere is counter-clockwise\n"
+              "a quad is clockwise\n"
+              "0.5, 0.25 and 1 are written as 128, 64 and 255\n"
+              "(0, 1, 0) is seen above the middle, 10 before the eye\n"
+              "the pose turns y to -1 and z to -1\n"
+              "cx 320, cy 240\n");
+}
+
 TEST(GuidePages, on_threads_and_ownership_counts_references) {
     EXPECT_EQ(output_of(program("threads_and_ownership") + " '" + data + "'"),
               "4 textures uploaded\n"
