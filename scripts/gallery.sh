@@ -5,13 +5,14 @@ set -euo pipefail
 cd "$(dirname "$0")/.."
 
 examples=(compute_points curves offscreen overlays particles picking shadow)
-pages=(first_triangle own_shader render_targets particles)
+pages=(text_on_pictures first_triangle own_shader render_targets particles)
 build=build/release
 data=examples/data
 images=docs/images
 
-targets=(orvex-render guide_first_model guide_pictures_as_data guide_text guide_textures_and_materials shapes "${examples[@]}")
-for page in "${pages[@]}"; do
+of_data=(first_model models_and_looks cameras pictures_as_data text)
+targets=(orvex-render guide_first_picture guide_textures_and_materials shapes "${examples[@]}")
+for page in "${pages[@]}" "${of_data[@]}"; do
   targets+=("guide_$page")
 done
 cmake --preset release >/dev/null
@@ -27,9 +28,10 @@ done
 for page in "${pages[@]}"; do
   "$build/docs/guide/guide_$page" "$images/guide_$page.jpg"
 done
-"$build/docs/guide/guide_first_model" "$data/" "$images/guide_first_model.jpg"
-"$build/docs/guide/guide_pictures_as_data" "$data/" "$images/guide_pictures_as_data.jpg"
-"$build/docs/guide/guide_text" "$data/" "$images/guide_text.jpg"
+for page in "${of_data[@]}"; do
+  "$build/docs/guide/guide_$page" "$data/" "$images/guide_$page.jpg"
+done
+"$build/docs/guide/guide_first_picture" "$data/lighthouse.obj" "$images/guide_first_picture.jpg"
 "$build/docs/guide/guide_textures_and_materials" "$data/lighthouse_stone.png" \
   "$images/guide_textures_and_materials.jpg"
 git status --short "$images"

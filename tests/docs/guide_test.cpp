@@ -37,19 +37,46 @@ INSTANTIATE_TEST_SUITE_P(
     testing::Values(Page{"first_triangle", ""}, Page{"first_model", data}, Page{"own_shader", ""},
                     Page{"textures_and_materials", data + "lighthouse_stone.png"},
                     Page{"render_targets", ""}, Page{"particles", ""}, Page{"text", data},
-                    Page{"host_window", ""}),
+                    Page{"host_window", ""}, Page{"first_picture", data + "lighthouse.obj"}),
     [](const auto& page) { return std::string(page.param.name); });
 
-TEST(GuidePages, on_pictures_as_data_tell_of_the_middle) {
+struct Tale {
+    const char* name;
+    std::string arguments; ///< before the picture's name
+    const char* words;     ///< that the program prints
+};
+
+void PrintTo(const Tale& tale, std::ostream* out) {
+    *out << tale.name;
+}
+
+class GuideTale : public testing::TestWithParam<Tale> {};
+
+TEST_P(GuideTale, prints_its_words_and_draws_its_picture) {
+    const Tale& tale = GetParam();
     const TempDir folder;
-    const std::string file = folder.file("depth.jpg");
-    EXPECT_EQ(output_of(program("pictures_as_data") + " '" + data + "' '" + file + "'"),
-              "in the middle: door, 20.6 away\n");
+    const std::string file = folder.file("picture.jpg");
+    EXPECT_EQ(output_of(program(tale.name) + " " + tale.arguments + " '" + file + "'"), tale.words);
     const std::optional<Picture> picture = read_picture(file);
     ASSERT_TRUE(picture.has_value());
     EXPECT_TRUE(compare_with_golden(ORVEX_TEST_DATA_DIR "/golden", ORVEX_TEST_OUTPUT_DIR,
-                                    "guide_pictures_as_data", *picture, false));
+                                    std::string("guide_") + tale.name, *picture, false));
 }
+
+INSTANTIATE_TEST_SUITE_P(of, GuideTale,
+                         testing::Values(Tale{"pictures_as_data", data,
+                                              "in the middle: door, 20.6 away\n"},
+                                         Tale{"models_and_looks", data,
+                                              "12 meshes, 9 materials, 9082 faces\n"
+                                              "at 240, 180: the door, face 36, 20.5 away\n"},
+                                         Tale{"cameras", data,
+                                              "all of it: 8.6 9.2 18.5\n"
+                                              "around it: 16.0 9.6 13.9\n"
+                                              "on the track: -7.8 7.1 12.2\n"},
+                                         Tale{"text_on_pictures", "",
+                                              "no glyph for U+706F\n"
+                                              "no glyph for U+53F0\n"}),
+                         [](const auto& tale) { return std::string(tale.param.name); });
 
 TEST(GuidePages, on_the_black_screen_show_each_cause_of_the_engine) {
     // The compiler's words, and the log's, are on the other stream.
@@ -134,12 +161,22 @@ TEST(GuidePages, on_surprises_shows_them_in_numbers) {
                                                "two steps of 30 degrees look up by 60\n");
 }
 
+TEST(GuidePages, on_the_first_picture_tell_what_fails) {
+    EXPECT_EQ(output_of(program("first_picture") + " none.obj x.jpg"),
+              "none.obj: No such file or directory\nexit 256");
+    EXPECT_EQ(output_of(program("first_picture") + " '" + data + "lighthouse.obj' none/x.jpg"),
+              "can't write none/x.jpg: No such file or directory\nexit 256");
+}
+
 TEST(GuidePages, tell_a_program_without_its_arguments_to_fail) {
     EXPECT_EQ(output_of(program("threads_and_ownership")), "exit 256");
     EXPECT_EQ(output_of(program("first_model")), "exit 256");
     EXPECT_EQ(output_of(program("textures_and_materials")), "exit 256");
     EXPECT_EQ(output_of(program("text")), "exit 256");
     EXPECT_EQ(output_of(program("pictures_as_data")), "exit 256");
+    EXPECT_EQ(output_of(program("first_picture")), "first_picture model.obj picture.jpg\nexit 256");
+    EXPECT_EQ(output_of(program("models_and_looks")), "exit 256");
+    EXPECT_EQ(output_of(program("cameras")), "exit 256");
     EXPECT_EQ(output_of(program("screen_stays_black_kit")), "exit 256");
 }
 
