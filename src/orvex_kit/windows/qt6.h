@@ -56,6 +56,7 @@ protected:
         Base::doneCurrent();
     }
 
+    /// Draws a frame by `draw`, when Qt wants one.
     void paintGL() override {
         if (!host)
             begin();
