@@ -1,5 +1,5 @@
-# What goes to a prefix, in four components: the library that a program runs on, the kit's, what a host is
-# built with, and the tools.
+# What goes to a prefix, in five components: the library that a program runs on, the kit's, what a host is
+# built with, the tools, and what people read.
 include(GNUInstallDirs)
 include(CMakePackageConfigHelpers)
 
@@ -33,8 +33,14 @@ foreach(toolkit glfw gtk4 qt6 sdl2 wayland x11)
     DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}/orvex_kit/windows" COMPONENT dev)
 endforeach()
 
+# The kit has its letters in it. A host of the engine alone draws text from a sheet: this one is for a start.
+set(font_dir ${CMAKE_INSTALL_DATADIR}/orvex/fonts)
+foreach(suffix xml png txt)
+  install(FILES "examples/data/dejavu_sans_24.${suffix}" DESTINATION ${font_dir} COMPONENT dev)
+endforeach()
+
 configure_package_config_file(cmake/orvex-config.cmake.in orvex-config.cmake
-  INSTALL_DESTINATION ${package_dir})
+  INSTALL_DESTINATION ${package_dir} PATH_VARS font_dir)
 configure_file(cmake/orvex-config-version.cmake.in orvex-config-version.cmake @ONLY)
 install(FILES "${CMAKE_CURRENT_BINARY_DIR}/orvex-config.cmake"
               "${CMAKE_CURRENT_BINARY_DIR}/orvex-config-version.cmake"
@@ -55,3 +61,10 @@ if(ORVEX_WITH_LIB3DS AND Lib3ds_PREFIX)
   install(DIRECTORY "${Lib3ds_PREFIX}/share/doc/lib3ds" DESTINATION ${CMAKE_INSTALL_DOCDIR}
     COMPONENT runtime)
 endif()
+
+# The site, where the target `docs` has made it, and programs to begin with.
+install(DIRECTORY "${PROJECT_BINARY_DIR}/docs/html" DESTINATION ${CMAKE_INSTALL_DOCDIR}
+  COMPONENT doc OPTIONAL)
+install(DIRECTORY examples DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT doc
+  PATTERN __pycache__ EXCLUDE)
+install(DIRECTORY docs/guide/code/ DESTINATION ${CMAKE_INSTALL_DOCDIR}/examples/guide COMPONENT doc)

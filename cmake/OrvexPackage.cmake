@@ -11,7 +11,7 @@ set(CPACK_VERBATIM_VARIABLES ON)
 set(CPACK_STRIP_FILES ON)
 set(CPACK_GENERATOR DEB)
 
-set(CPACK_COMPONENTS_ALL runtime kit dev)
+set(CPACK_COMPONENTS_ALL runtime kit dev doc)
 set(CPACK_COMPONENT_KIT_DEPENDS runtime)
 set(CPACK_COMPONENT_DEV_DEPENDS runtime kit)
 if(ORVEX_BUILD_TOOLS)
@@ -77,6 +77,15 @@ set(CPACK_DEBIAN_DEV_PACKAGE_SECTION libdevel)
 set(CPACK_COMPONENT_DEV_DESCRIPTION "${PROJECT_DESCRIPTION}: headers for hosts
 Headers, and what CMake and pkg-config want to know to build a host against
 the library.")
+
+set(CPACK_DEBIAN_DEV_PACKAGE_SUGGESTS liborvex-doc)
+
+set(CPACK_DEBIAN_DOC_PACKAGE_NAME liborvex-doc)
+set(CPACK_DEBIAN_DOC_PACKAGE_SECTION doc)
+set(CPACK_DEBIAN_DOC_PACKAGE_ARCHITECTURE all)
+set(CPACK_COMPONENT_DOC_DESCRIPTION "${PROJECT_DESCRIPTION}: guide and reference
+A guide for newcomers with the reference of engine and kit, as a site to
+be read in a browser, and the source of the examples.")
 
 set(CPACK_DEBIAN_TOOLS_PACKAGE_NAME orvex-tools)
 set(CPACK_DEBIAN_TOOLS_PACKAGE_SECTION graphics)

@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
-# Makes the Debian packages and the source tarball, in out/packages: liborvex-r-osx0.9 (the
-# library), liborvex-dev (what hosts are built with) and orvex-tools (orvex-render).
+# Makes the Debian packages and the source tarball, in out/packages: liborvex-r-osx0.9 and liborvex-kit0.9 (the
+# libraries), liborvex-dev (what hosts are built with), liborvex-doc (guide, reference, examples) and
+# orvex-tools (the programs).
 set -euo pipefail
 cd "$(dirname "$0")/.."
 

@@ -52,3 +52,11 @@ if(CPACK_ORVEX_LIB3DS)
   file(READ "${CMAKE_CURRENT_LIST_DIR}/copyright-lib3ds" stanza)
   file(APPEND "${runtime}/share/doc/${CPACK_DEBIAN_RUNTIME_PACKAGE_NAME}/copyright" "${stanza}")
 endif()
+
+# The letters of the kit, and the sheet of them.
+file(READ "${CMAKE_CURRENT_LIST_DIR}/copyright-font" stanza)
+foreach(component kit dev doc)
+  string(TOUPPER "${component}" key)
+  set(prefix "${CPACK_TEMPORARY_DIRECTORY}/${component}${CPACK_PACKAGING_INSTALL_PREFIX}")
+  file(APPEND "${prefix}/share/doc/${CPACK_DEBIAN_${key}_PACKAGE_NAME}/copyright" "${stanza}")
+endforeach()

@@ -1,5 +1,5 @@
-# Makes the packages of a build, unpacks them into an empty root, and works there: a host is built
-# and run, the tool renders. Then makes the source tarball and configures what is in it.
+# Makes the packages of a build, unpacks them into an empty root, and works there: a host and the first
+# example are built and run, the tool renders. Then makes the source tarball and configures what is in it.
 #
 # Expects SOURCE_DIR, BUILD_DIR, HOST_DIR, WORK_DIR, GENERATOR, CXX_COMPILER, VERSION and SOVERSION.
 
@@ -65,7 +65,11 @@ endforeach()
 
 foreach(package ${runtime} ${kit} liborvex-dev orvex-tools)
   list(APPEND packages "${WORK_DIR}/packages/${package}_${VERSION}_${architecture}.deb")
-  run(dpkg-deb -x "${WORK_DIR}/packages/${package}_${VERSION}_${architecture}.deb" "${root}")
+endforeach()
+# What people read is the same on every machine.
+list(APPEND packages "${WORK_DIR}/packages/liborvex-doc_${VERSION}_all.deb")
+foreach(package IN LISTS packages)
+  run(dpkg-deb -x "${package}" "${root}")
 endforeach()
 file(GLOB top RELATIVE "${root}" "${root}/*")
 if(NOT top STREQUAL "usr")
@@ -80,7 +84,10 @@ foreach(file
     ${libdir}/pkgconfig/orvex.pc ${libdir}/pkgconfig/orvex-kit.pc ${libdir}/cmake/orvex/orvex-config.cmake
     usr/include/orvex/orvex.h usr/include/orvex/scene/camera.h usr/include/orvex_kit/kit.h usr/share/doc/orvex/LICENSE
     usr/bin/orvex-render usr/share/man/man1/orvex-render.1.gz
-    usr/share/bash-completion/completions/orvex-render)
+    usr/share/bash-completion/completions/orvex-render
+    usr/share/doc/orvex/html/index.html usr/share/doc/orvex/html/md_docs_guide_first_picture.html
+    usr/share/doc/orvex/html/classorvex_1_1kit_1_1View.html usr/share/doc/orvex/html/guide_first_picture.jpg
+    usr/share/doc/orvex/examples/guide/first_picture.cpp)
   expect_one_file("${file}")
 endforeach()
 
@@ -103,6 +110,31 @@ expect_jpeg("${WORK_DIR}/host.jpg")
 run("${root}/usr/bin/orvex-render" "${HOST_DIR}/square.obj" --size 64x48 --text Hello
   --output "${WORK_DIR}/tool.jpg")
 expect_jpeg("${WORK_DIR}/tool.jpg")
+
+# --- The first example, copied out of what people read: it draws the model beside it
+
+file(GLOB example "${root}/usr/share/doc/orvex/examples/*first_picture")
+file(COPY "${example}/" DESTINATION "${WORK_DIR}/first_picture")
+run("${CMAKE_COMMAND}" -S "${WORK_DIR}/first_picture" -B "${WORK_DIR}/first_picture/build" -G "${GENERATOR}"
+  "-DCMAKE_PREFIX_PATH=${root}/usr" "-DCMAKE_CXX_COMPILER=${CXX_COMPILER}")
+run("${CMAKE_COMMAND}" --build "${WORK_DIR}/first_picture/build")
+file(COPY "${root}/usr/share/doc/orvex/examples/data" DESTINATION "${WORK_DIR}")
+run("${CMAKE_COMMAND}" -E chdir "${WORK_DIR}/data" "${WORK_DIR}/first_picture/build/first_picture")
+expect_jpeg("${WORK_DIR}/data/lighthouse.jpg")
+
+# --- A font for hosts of the engine alone, where the package says
+
+file(WRITE "${WORK_DIR}/font/CMakeLists.txt" [[
+cmake_minimum_required(VERSION 3.25)
+project(font LANGUAGES NONE)
+find_package(orvex 0.9 CONFIG REQUIRED)
+foreach(file dejavu_sans_24.xml dejavu_sans_24.png)
+  if(NOT EXISTS "${orvex_FONT_DIR}/${file}")
+    message(FATAL_ERROR "no ${file} in '${orvex_FONT_DIR}'")
+  endif()
+endforeach()
+]])
+run("${CMAKE_COMMAND}" -S "${WORK_DIR}/font" -B "${WORK_DIR}/font/build" "-DCMAKE_PREFIX_PATH=${root}/usr")
 
 # --- The source tarball
 
