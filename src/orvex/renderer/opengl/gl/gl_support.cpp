@@ -74,8 +74,6 @@ constexpr GlRow rows[] = {
 #undef ORVEX_GL_ROW
 };
 
-static_assert(sizeof(rows) / sizeof(rows[0]) == 126);
-
 const GlRow* find_row(const char* name) {
     for (const GlRow& row : rows)
         if (std::strcmp(row.name, name) == 0)
