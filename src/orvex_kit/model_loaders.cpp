@@ -75,6 +75,11 @@ private:
     unsigned long num_textures;
 };
 
+/// Whether it is a plugin that was loaded, and none of the engine's own.
+bool is_from_file(const Loader3D& loader) {
+    return loader.get_full_filename()[0] != '\0';
+}
+
 std::vector<Loader3D*> all_loaders() {
     std::vector<Loader3D*> loaders;
     const PluginMgr& plugins = *PluginMgr::get();
@@ -82,9 +87,8 @@ std::vector<Loader3D*> all_loaders() {
         if (auto* const loader =
                 dynamic_cast<Loader3D*>(plugins.get_plugin_by_type(PLUGIN_TYPE_LOADER_3D, i)))
             loaders.push_back(loader);
-    std::stable_partition(loaders.begin(), loaders.end(), [](const Loader3D* loader) {
-        return loader->get_full_filename()[0] != '\0';
-    });
+    std::stable_partition(loaders.begin(), loaders.end(),
+                          [](const Loader3D* loader) { return is_from_file(*loader); });
     return loaders;
 }
 
@@ -126,13 +130,17 @@ bool ask(Loader3D& loader, const std::string& path, LoadedModel& loaded, std::st
     return true;
 }
 
-/// The reason of the loader whose format the file has, or else those of all.
+/// The reason of the loader whose format the file has, or else those of all that it may concern:
+/// plugins of other formats have nothing to say.
 void add_reason(LoadedModel& loaded, const Loader3D& loader, const std::string& reason,
                 bool& is_final) {
     if (is_final || reason.empty())
         return;
     is_final = loader.get_format_known_state();
-    loaded.reason = is_final || loaded.reason.empty() ? reason : loaded.reason + "; " + reason;
+    if (is_final)
+        loaded.reason = reason;
+    else if (!is_from_file(loader))
+        loaded.reason += (loaded.reason.empty() ? "" : "; ") + reason;
 }
 
 } // namespace
@@ -178,9 +186,13 @@ std::string format_of(const Loader3D& loader) {
 std::string readable_formats() {
     std::vector<Loader3D*> loaders = all_loaders();
     // What everybody knows comes first.
-    std::stable_partition(loaders.begin(), loaders.end(), [](const Loader3D* loader) {
-        return loader->get_full_filename()[0] == '\0';
-    });
+    const auto rank = [](const Loader3D* loader) {
+        return format_of(*loader) == "OBJ"                        ? 0
+               : loader->get_name() == std::string(loader_of_3ds) ? 1
+                                                                  : 2;
+    };
+    std::stable_sort(loaders.begin(), loaders.end(),
+                     [&rank](const Loader3D* a, const Loader3D* b) { return rank(a) < rank(b); });
     std::string formats;
     std::vector<std::string> known;
     for (const Loader3D* const loader : loaders) {
