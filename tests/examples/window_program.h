@@ -35,6 +35,8 @@ public:
     /// and turns to one of them: what is looked at, hit and moved is that one from now on.
     /// @param number  from 0, in the order in which they came up
     bool turn_to_window(std::size_t number);
+    /// Its number on the X server; 0 without one.
+    unsigned long get_window() const { return window; }
     int get_width() const;
     int get_height() const;
 

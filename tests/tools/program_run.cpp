@@ -93,6 +93,13 @@ Outcome run_render(const std::string& folder, const std::vector<std::string>& ar
     return run(folder, arguments, environment, open_pipe());
 }
 
+#ifdef ORVEX_VIEW
+Outcome run_view(const std::string& folder, const std::vector<std::string>& arguments,
+                 const std::vector<std::string>& environment) {
+    return run(folder, arguments, environment, open_pipe(), ORVEX_VIEW);
+}
+#endif
+
 Outcome run_render_limited(const std::string& folder, const std::string& before,
                            const std::vector<std::string>& arguments) {
     std::vector<std::string> words{"-c", before + " && exec \"$0\" \"$@\"", ORVEX_RENDER};

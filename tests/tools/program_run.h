@@ -1,7 +1,7 @@
 #pragma once
 
 /// @file
-/// Runs orvex-render and keeps what it says.
+/// Runs the tools and keeps what they say.
 
 #include <string>
 #include <vector>
@@ -20,7 +20,11 @@ struct Outcome {
 Outcome run_render(const std::string& folder, const std::vector<std::string>& arguments,
                    const std::vector<std::string>& environment = {});
 
-/// The same in a shell that has run another command first, as one that sets limits.
+/// Runs orvex-view likewise, where the test has it.
+Outcome run_view(const std::string& folder, const std::vector<std::string>& arguments,
+                 const std::vector<std::string>& environment = {});
+
+/// The same as `run_render` in a shell that has run another command first, as one that sets limits.
 Outcome run_render_limited(const std::string& folder, const std::string& before,
                            const std::vector<std::string>& arguments);
 
