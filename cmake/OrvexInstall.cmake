@@ -1,5 +1,5 @@
 # What goes to a prefix, in five components: the library that a program runs on, the kit's, what a host is
-# built with, the tools, and what people read.
+# built with, the tools, and what people read; where it is built, a sixth with the viewer.
 include(GNUInstallDirs)
 include(CMakePackageConfigHelpers)
 

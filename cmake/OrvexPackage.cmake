@@ -18,6 +18,10 @@ if(ORVEX_BUILD_TOOLS)
   list(APPEND CPACK_COMPONENTS_ALL tools)
   set(CPACK_COMPONENT_TOOLS_DEPENDS runtime kit)
 endif()
+if(TARGET orvex-view)
+  list(APPEND CPACK_COMPONENTS_ALL view)
+  set(CPACK_COMPONENT_VIEW_DEPENDS runtime kit)
+endif()
 
 set(soversion ${PROJECT_VERSION_MAJOR}.${PROJECT_VERSION_MINOR})
 set(CPACK_DEB_COMPONENT_INSTALL ON)
@@ -93,6 +97,14 @@ set(CPACK_DEBIAN_TOOLS_PACKAGE_SHLIBDEPS ON)
 set(CPACK_COMPONENT_TOOLS_DESCRIPTION "${PROJECT_DESCRIPTION}: pictures from model files
 orvex-render draws a model file to a picture, from the command line and with
 no display.")
+
+# Apart from the tools, which are for machines without a display, too.
+set(CPACK_DEBIAN_VIEW_PACKAGE_NAME orvex-view)
+set(CPACK_DEBIAN_VIEW_PACKAGE_SECTION graphics)
+set(CPACK_DEBIAN_VIEW_PACKAGE_SHLIBDEPS ON)
+set(CPACK_COMPONENT_VIEW_DESCRIPTION "${PROJECT_DESCRIPTION}: a viewer of model files
+orvex-view shows a model file in a window, in several looks and layers, and
+follows its changes on disk.")
 
 set(CPACK_SOURCE_GENERATOR TGZ)
 set(CPACK_SOURCE_PACKAGE_FILE_NAME orvex-${PROJECT_VERSION})

@@ -19,7 +19,7 @@ test=(python3 libgtest-dev zlib1g-dev libjpeg62-turbo-dev libx11-dev libxtst-dev
       libpng-dev)
 bench=(libbenchmark-dev libtinyobjloader-dev libglm-dev libspdlog-dev libjpeg62-turbo-dev libpng-dev)
 fuzz=(clang libclang-rt-14-dev)
-package=(dpkg-dev file lintian doxygen python3)
+package=(dpkg-dev file lintian doxygen python3 libglfw3-dev)
 
 wanted=("${build[@]}")
 case "${1:-}" in

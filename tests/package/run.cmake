@@ -58,12 +58,19 @@ foreach(library libc6 libegl1 libopengl0 "libstdc[+][+]6" libtinyxml2)
 endforeach()
 run(dpkg-deb -f "${WORK_DIR}/packages/${runtime}_${VERSION}_${architecture}.deb" Recommends)
 expect_match("${output}" libgl1-mesa-dri "what ${runtime} recommends")
-foreach(package ${kit} liborvex-dev orvex-tools)
+foreach(package ${kit} liborvex-dev orvex-tools orvex-view)
   depends_of(${package} depends)
   expect_match("${depends}" "${runtime} \\(= ${VERSION}\\)" "what ${package} depends on")
 endforeach()
 
-foreach(package ${runtime} ${kit} liborvex-dev orvex-tools)
+depends_of(orvex-view depends)
+expect_match("${depends}" libglfw3 "what orvex-view depends on")
+depends_of(orvex-tools depends)
+if(depends MATCHES libglfw3)
+  message(FATAL_ERROR "orvex-tools wants a display's library: ${depends}")
+endif()
+
+foreach(package ${runtime} ${kit} liborvex-dev orvex-tools orvex-view)
   list(APPEND packages "${WORK_DIR}/packages/${package}_${VERSION}_${architecture}.deb")
 endforeach()
 # What people read is the same on every machine.
@@ -87,7 +94,9 @@ foreach(file
     usr/share/bash-completion/completions/orvex-render
     usr/share/doc/orvex/html/index.html usr/share/doc/orvex/html/md_docs_guide_first_picture.html
     usr/share/doc/orvex/html/classorvex_1_1kit_1_1View.html usr/share/doc/orvex/html/guide_first_picture.jpg
-    usr/share/doc/orvex/examples/guide/first_picture.cpp)
+    usr/share/doc/orvex/examples/guide/first_picture.cpp
+    usr/bin/orvex-view usr/share/man/man1/orvex-view.1.gz
+    usr/share/bash-completion/completions/orvex-view)
   expect_one_file("${file}")
 endforeach()
 
@@ -110,6 +119,8 @@ expect_jpeg("${WORK_DIR}/host.jpg")
 run("${root}/usr/bin/orvex-render" "${HOST_DIR}/square.obj" --size 64x48 --text Hello
   --output "${WORK_DIR}/tool.jpg")
 expect_jpeg("${WORK_DIR}/tool.jpg")
+run("${root}/usr/bin/orvex-view" --version)
+expect_match("${output}" "^orvex-view ${VERSION}" "the viewer's version")
 
 # --- The first example, copied out of what people read: it draws the model beside it
 

@@ -7,8 +7,8 @@
 
 #include "options.h"
 #include "program_run.h"
-#include "tests/support/command.h"
 #include "tests/support/temp_dir.h"
+#include "tool_documents.h"
 
 namespace orvex_test {
 
@@ -22,18 +22,6 @@ std::vector<std::string> option_names() {
     Arguments rules;
     add_rules(rules, options);
     return rules.names();
-}
-
-/// All long options in a text.
-std::set<std::string> names_in(const std::string& text) {
-    std::set<std::string> names;
-    for (std::size_t at = text.find("--"); at != text.npos; at = text.find("--", at + 2)) {
-        const std::size_t end = text.find_first_not_of("abcdefghijklmnopqrstuvwxyz-", at);
-        const std::string name = text.substr(at, end == text.npos ? end : end - at);
-        if (name.size() > 2)
-            names.insert(name);
-    }
-    return names;
 }
 
 constexpr char man_page[] = ORVEX_RENDER_SOURCES "/orvex-render.1";
@@ -57,14 +45,13 @@ TEST(OrvexRenderVersion, is_that_of_the_engine) {
 }
 
 TEST(OrvexRenderManPage, tells_of_every_option_and_of_no_other) {
-    std::string page = content_of(man_page);
-    page.erase(std::remove(page.begin(), page.end(), '\\'), page.end());
+    const std::string page = text_of_man_page(man_page);
     const std::vector<std::string> names = option_names();
     EXPECT_EQ(names_in(page), std::set<std::string>(names.begin(), names.end()));
 }
 
 TEST(OrvexRenderManPage, is_set_without_a_warning) {
-    EXPECT_EQ(output_of(std::string("groff -man -ww -z -Tutf8 '") + man_page + "'"), "");
+    EXPECT_EQ(warnings_of_man_page(man_page), "");
 }
 
 TEST(OrvexRenderManPage, tells_of_every_exit_code) {
@@ -75,15 +62,8 @@ TEST(OrvexRenderManPage, tells_of_every_exit_code) {
         EXPECT_NE(page.find(code, status), page.npos) << code;
 }
 
-/// What bash offers behind some words, in a folder.
 std::string offered(const std::string& folder, const std::vector<std::string>& words) {
-    std::string script = std::string("cd '") + folder + "'; . '" + completion + "'; COMP_WORDS=(";
-    for (const std::string& word : words)
-        script += "'" + word + "' ";
-    script += "); COMP_CWORD=" + std::to_string(words.size() - 1) +
-              "; _orvex_render; printf \"%s \" \"${COMPREPLY[@]}\"";
-    return output_of("bash --norc -c \"$(cat <<'EOF_OF_SCRIPT'\n" + script +
-                     "\nEOF_OF_SCRIPT\n)\"");
+    return offered_by(completion, "_orvex_render", folder, words);
 }
 
 TEST(OrvexRenderCompletion, offers_every_option_and_no_other) {

@@ -3,6 +3,7 @@
 
 #include <array>
 #include <cstdio>
+#include <cstring>
 #include <filesystem>
 #include <memory>
 
@@ -273,6 +274,17 @@ TEST_F(OrvexView, tells_why_it_shows_nothing) {
         WindowProgram refused(command, Leaks::passed_over);
         EXPECT_EQ(refused.exit_code(), row.code) << row.message;
         EXPECT_EQ(refused.get_output().substr(0, row.message.size()), row.message);
+    }
+}
+
+TEST_F(OrvexView, helps_without_a_display) {
+    for (const auto& [option, begin] :
+         {std::pair{"--help", "usage: orvex-view [options] [MODEL]\n"},
+          {"--version", "orvex-view " ORVEX_RENDER_VERSION " (Brell)\n"}}) {
+        const Outcome outcome = run_view("/", {option}, {"DISPLAY="});
+        EXPECT_EQ(outcome.code, 0);
+        EXPECT_EQ(outcome.out.substr(0, std::strlen(begin)), begin);
+        EXPECT_EQ(outcome.errors, "");
     }
 }
 
