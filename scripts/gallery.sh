@@ -11,7 +11,7 @@ data=examples/data
 images=docs/images
 
 of_data=(first_model models_and_looks cameras pictures_as_data text)
-targets=(orvex-render guide_first_picture guide_textures_and_materials shapes "${examples[@]}")
+targets=(orvex-render orvex_view_gallery guide_first_picture guide_textures_and_materials shapes "${examples[@]}")
 for page in "${pages[@]}" "${of_data[@]}"; do
   targets+=("guide_$page")
 done
@@ -20,6 +20,7 @@ cmake --build --preset release --target "${targets[@]}"
 
 "$build/tools/orvex-render/orvex-render" --size 1280x960 --samples 4 \
   --output "$images/lighthouse.jpg" -- "$data/lighthouse.obj"
+"$build/tools/orvex-view/orvex_view_gallery" "$data/lighthouse.obj" "$images/view.jpg"
 # On the path of OpenGL 2, which draws raster text too.
 for example in "${examples[@]}"; do
   "$build"/examples/*"$example/$example" gl2 "$images/$example.jpg"
