@@ -1,7 +1,7 @@
 # Installs the engine into a prefix of its own, moves it, builds the host against it and runs it
 # there: by CMake's package, and by pkg-config.
 #
-# Expects BUILD_DIR, EXAMPLES_DIR, HOST_DIR, WORK_DIR, GENERATOR, CXX_COMPILER and CXX_FLAGS.
+# Expects BUILD_DIR, HOST_DIR, WORK_DIR, GENERATOR, CXX_COMPILER and CXX_FLAGS.
 
 cmake_minimum_required(VERSION 3.25)
 
@@ -36,21 +36,6 @@ run("${CMAKE_COMMAND}" -S "${HOST_DIR}" -B "${WORK_DIR}/build" -G "${GENERATOR}"
   "-DCMAKE_CXX_FLAGS=${CXX_FLAGS}")
 run("${CMAKE_COMMAND}" --build "${WORK_DIR}/build")
 expect_shot_of("${WORK_DIR}/build/host")
-
-# --- The first example, copied out, which draws the README's picture as the tool does
-
-file(COPY "${EXAMPLES_DIR}/01_first_picture" DESTINATION "${WORK_DIR}")
-file(GLOB model "${EXAMPLES_DIR}/data/lighthouse*")
-file(COPY ${model} DESTINATION "${WORK_DIR}/pictures")
-run("${CMAKE_COMMAND}" -S "${WORK_DIR}/01_first_picture" -B "${WORK_DIR}/01_first_picture/build" -G "${GENERATOR}"
-  "-DCMAKE_PREFIX_PATH=${prefix}"
-  "-DCMAKE_CXX_COMPILER=${CXX_COMPILER}"
-  "-DCMAKE_CXX_FLAGS=${CXX_FLAGS}")
-run("${CMAKE_COMMAND}" --build "${WORK_DIR}/01_first_picture/build")
-run("${CMAKE_COMMAND}" -E chdir "${WORK_DIR}/pictures" "${WORK_DIR}/01_first_picture/build/first_picture")
-run("${prefix}/bin/orvex-render" --quiet --output "${WORK_DIR}/pictures/tool.jpg"
-  "${WORK_DIR}/pictures/lighthouse.obj")
-run("${CMAKE_COMMAND}" -E compare_files "${WORK_DIR}/pictures/lighthouse.jpg" "${WORK_DIR}/pictures/tool.jpg")
 
 # --- The versions that a host may ask for: those of the same minor number up to this one, and each
 # --- range that holds this one
