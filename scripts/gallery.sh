@@ -1,31 +1,71 @@
 #!/usr/bin/env bash
 # Draws the pictures of docs/images anew: those of the gallery, the README and the guide. Look at what
-# git shows as changed before committing it.
+# git shows as changed before committing it. Wants ffmpeg (apt-get install ffmpeg), which only this uses.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
-examples=(compute_points curves offscreen overlays particles picking shadow)
+command -v ffmpeg >/dev/null || { echo "gallery.sh wants ffmpeg: apt-get install ffmpeg" >&2; exit 1; }
+examples=(compute_points curves layers orbit overlays own_look particles picking shadow shapes text)
 pages=(text_on_pictures first_triangle own_shader render_targets particles)
-build=build/release
-data=examples/data
-images=docs/images
-
 of_data=(first_model models_and_looks cameras pictures_as_data text)
-targets=(orvex-render orvex_view_gallery guide_first_picture guide_textures_and_materials shapes "${examples[@]}")
+build=$PWD/build/release
+data=$PWD/examples/data
+images=$PWD/docs/images
+render=$build/tools/orvex-render/orvex-render
+
+targets=(orvex-render orvex_view_gallery film guide_first_picture guide_textures_and_materials
+         "${examples[@]}")
 for page in "${pages[@]}" "${of_data[@]}"; do
   targets+=("guide_$page")
 done
 cmake --preset release >/dev/null
 cmake --build --preset release --target "${targets[@]}"
+folder=$(mktemp -d)
+trap 'rm -rf "$folder"' EXIT
+cp "$data"/* "$folder"
 
-"$build/tools/orvex-render/orvex-render" --size 1280x960 --samples 4 \
-  --output "$images/lighthouse.jpg" -- "$data/lighthouse.obj"
+film() { ffmpeg -v error -y "$@"; }
+
+# --- The README: a picture, and a turn around the model, 480 pixels wide
+
+"$render" --quiet --output "$images/lighthouse.jpg" -- "$data/lighthouse.obj"
+"$render" --quiet --film 32 --size 960x720 --format y4m --output - -- "$data/lighthouse.obj" |
+  film -r 12 -i - -filter_complex \
+    "crop=960:600:0:120,scale=480:-1:flags=area,split[a][b];[a]palettegen=max_colors=64[p];[b][p]paletteuse=dither=none:diff_mode=rectangle" \
+    "$images/lighthouse_turn.gif"
+
+# --- The examples
+
 "$build/tools/orvex-view/orvex_view_gallery" "$data/lighthouse.obj" "$images/view.jpg"
-# On the path of OpenGL 2, which draws raster text too.
 for example in "${examples[@]}"; do
-  "$build"/examples/*"$example/$example" gl2 "$images/$example.jpg"
+  (cd "$folder" && "$build"/examples/*_"$example/$example")
+  film -i "$folder/$example.jpg" -frames:v 1 -q:v 5 -pix_fmt yuvj420p "$images/$example.jpg"
 done
-"$build/examples/09_shapes/shapes" gl2 "$images/shapes.jpg" "$images/shapes_quads.jpg"
+(cd "$folder" && "$build/examples/07_film/film")
+film -i "$folder/film.y4m" -frames:v 1 -q:v 3 -vf "select='not(mod(n,5))',tile=4x1,scale=960:-1" "$images/film.jpg"
+
+# --- Every look on three models, on either path: the same, bit for bit
+
+looks=(lit matcap normals plain wire)
+models=(lighthouse knot vase)
+scripts/gallery_models.py "$folder"
+for path in gl2 gl3; do
+  cells=0
+  for model in "${models[@]}"; do
+    for look in "${looks[@]}"; do
+      label=()
+      [ "$model" = lighthouse ] && label=(--text "$look" --text-place top-left --text-size 36)
+      "$render" --quiet --path "$path" --size 512x384 --look "$look" "${label[@]}" \
+        --output "$folder/$path-$cells.png" -- "$folder/$model.obj"
+      [ "$path" = gl2 ] || cmp "$folder/gl2-$cells.png" "$folder/gl3-$cells.png"
+      cells=$((cells + 1))
+    done
+  done
+  film -i "$folder/$path-%d.png" -frames:v 1 -q:v 3 -vf "scale=256:-1:flags=area,tile=5x3" "$images/looks_$path.jpg"
+done
+
+# --- The guide
+
 for page in "${pages[@]}"; do
   "$build/docs/guide/guide_$page" "$images/guide_$page.jpg"
 done
