@@ -46,7 +46,7 @@ film -i "$folder/film.y4m" -frames:v 1 -q:v 3 -vf "select='not(mod(n,5))',tile=4
 
 # --- Every look on three models, on either path: the same, bit for bit
 
-looks=(lit matcap normals plain wire)
+looks=($(basename -s .glsl src/orvex_kit/looks/*.glsl))
 models=(lighthouse knot vase)
 scripts/gallery_models.py "$folder"
 for path in gl2 gl3; do
@@ -61,7 +61,7 @@ for path in gl2 gl3; do
       cells=$((cells + 1))
     done
   done
-  film -i "$folder/$path-%d.png" -frames:v 1 -q:v 3 -vf "scale=256:-1:flags=area,tile=5x3" "$images/looks_$path.jpg"
+  film -i "$folder/$path-%d.png" -frames:v 1 -q:v 3 -vf "scale=256:-1:flags=area,tile=${#looks[@]}x${#models[@]}" "$images/looks_$path.jpg"
 done
 
 # --- The guide

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <orvex_kit/look.h>
+
 namespace orvex_test {
 
 namespace {
@@ -88,10 +90,18 @@ TEST(Options, of_help_and_version_need_no_model) {
     EXPECT_TRUE(read_well({"--gl"}).gl);
 }
 
+/// The names of the kit's looks, as they are told.
+std::string looks() {
+    std::string names;
+    for (const std::string& name : Look::names())
+        names += (names.empty() ? "" : ", ") + name;
+    return names;
+}
+
 TEST(Options, tell_what_is_wrong) {
     struct Row {
         Words words;
-        const char* mistake;
+        std::string mistake;
     };
     for (const Row& row : {
              Row{{}, "no model given"},
@@ -129,7 +139,7 @@ TEST(Options, tell_what_is_wrong) {
              Row{{"--track=a.json", "-oa.png", "m"}, "a film is written as y4m or raw"},
              Row{{"--ref=a.png", "--track=a.json", "m"}, "--ref compares one picture"},
              Row{{"--look=shiny", "m"},
-                 "--look can't be 'shiny': lit, matcap, normals, plain, wire or a file is wanted"},
+                 "--look can't be 'shiny': " + looks() + " or a file is wanted"},
              Row{{"--layers=depth,depth", "-oa.npy", "m"},
                  "--layers can't be 'depth,depth': some of color, depth, normal, position, object, "
                  "material and face, each once, with commas between, is wanted"},

@@ -5,6 +5,8 @@
 
 #include <gtest/gtest.h>
 
+#include <orvex_kit/look.h>
+
 #include "options.h"
 #include "program_run.h"
 #include "tests/support/temp_dir.h"
@@ -50,6 +52,14 @@ TEST(OrvexRenderManPage, tells_of_every_option_and_of_no_other) {
     EXPECT_EQ(names_in(page), std::set<std::string>(names.begin(), names.end()));
 }
 
+TEST(OrvexRenderManPage, tells_of_every_look) {
+    const std::string page = content_of(man_page);
+    const std::size_t begin = page.find("How the model looks: ");
+    const std::string told = page.substr(begin, page.find("a file with a program", begin) - begin);
+    for (const std::string& name : orvex::kit::Look::names())
+        EXPECT_NE(told.find(name), told.npos) << name;
+}
+
 TEST(OrvexRenderManPage, is_set_without_a_warning) {
     EXPECT_EQ(warnings_of_man_page(man_page), "");
 }
@@ -70,6 +80,13 @@ TEST(OrvexRenderCompletion, offers_every_option_and_no_other) {
     const std::vector<std::string> names = option_names();
     EXPECT_EQ(names_in(offered("/", {"orvex-render", "--"})),
               std::set<std::string>(names.begin(), names.end()));
+}
+
+TEST(OrvexRenderCompletion, offers_every_look) {
+    std::string names;
+    for (const std::string& name : orvex::kit::Look::names())
+        names += name + " ";
+    EXPECT_EQ(offered("/", {"orvex-render", "--look", ""}), names);
 }
 
 TEST(OrvexRenderCompletion, offers_what_fits) {
