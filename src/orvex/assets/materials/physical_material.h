@@ -66,7 +66,7 @@ struct PhysicalMaterial {
     PhysicalTexture clearcoat_roughness_texture; ///< in green
     PhysicalTexture clearcoat_normal_texture;    ///< tangent space, +y upward
 
-    Alpha alpha = Alpha::opaque;
+    Alpha alpha = Alpha::opaque;  ///< what the alpha of the base color does
     float alpha_cutoff = 0.5f;    ///< for `Alpha::mask`
     bool is_double_sided = false; ///< whether the back of a face is seen
     bool is_unlit = false;        ///< `base_color` is what is seen, whatever the light
