@@ -53,10 +53,14 @@ if(CPACK_ORVEX_LIB3DS)
   file(APPEND "${runtime}/share/doc/${CPACK_DEBIAN_RUNTIME_PACKAGE_NAME}/copyright" "${stanza}")
 endif()
 
-# The letters of the kit, and the sheet of them.
-file(READ "${CMAKE_CURRENT_LIST_DIR}/copyright-font" stanza)
-foreach(component kit dev doc)
+# What others made, beside it: the letters of the kit and the sheet of them, and what pages of a site run.
+function(add_copyright component stanza_of)
   string(TOUPPER "${component}" key)
   set(prefix "${CPACK_TEMPORARY_DIRECTORY}/${component}${CPACK_PACKAGING_INSTALL_PREFIX}")
+  file(READ "${CMAKE_CURRENT_LIST_DIR}/copyright-${stanza_of}" stanza)
   file(APPEND "${prefix}/share/doc/${CPACK_DEBIAN_${key}_PACKAGE_NAME}/copyright" "${stanza}")
+endfunction()
+foreach(component kit dev doc)
+  add_copyright(${component} font)
 endforeach()
+add_copyright(doc site)
