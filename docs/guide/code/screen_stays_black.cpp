@@ -166,7 +166,8 @@ void show_cameras(OffScreen& stage) {
         [](Frame& frame) { frame.see(45.0f, 0.75f, 2.0f, vec4(0, 0, 0, 1)); }, right);
     show(
         stage, "the aspect of whole numbers",
-        [](Frame& frame) { frame.see(45.0f, width / height, 100.0f, vec4(0, 0, 0, 1)); }, right);
+        [](Frame& frame) { frame.see(45.0f, float(width / height), 100.0f, vec4(0, 0, 0, 1)); },
+        right);
     show(
         stage, "an opening in radians",
         [](Frame& frame) { frame.see(0.785f, 0.75f, 100.0f, vec4(0, 0, 0, 1)); }, right);
