@@ -79,8 +79,15 @@ public:
         : context(std::move(context))
         , name(std::move(name))
         , path(std::move(path))
-        , state(this->path) {}
-    ~Data() override { close(); }
+        , state(this->path) {
+        this->context->add(*this);
+    }
+    ~Data() override {
+        close();
+        context->remove(*this);
+    }
+    Data(const Data&) = delete;
+    Data& operator=(const Data&) = delete;
 
     void close() override;
     bool is_open() const { return program && context->is_open(); }

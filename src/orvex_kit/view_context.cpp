@@ -160,6 +160,10 @@ ViewContext::Visit::~Visit() {
         before->make_current();
 }
 
+void ViewContext::remove(const EnginePart& part) {
+    parts.erase(std::remove(parts.begin(), parts.end(), &part), parts.end());
+}
+
 void ViewContext::close() {
     if (!is_open())
         return;
@@ -168,6 +172,8 @@ void ViewContext::close() {
     const auto found = std::find(all.begin(), all.end(), this);
     if (found != all.end()) {
         make_current();
+        for (EnginePart* const part : parts)
+            part->close();
         renderer->kill_all_render_targets();
         renderer->stop();
         all.erase(std::find(all.begin(), all.end(), this));

@@ -4,6 +4,7 @@
 /// A context with its renderer: what a view draws in, and what its programs belong to.
 
 #include <string>
+#include <vector>
 
 #include "orvex_kit/path.h"
 #include "orvex_kit/private/engine_parts.h"
@@ -42,6 +43,11 @@ public:
     /// Ends the targets, the renderer and the context. What remains of a reason stays.
     void close() override;
 
+    /// What is compiled in the context is closed with it: a host's own context lives on, and would
+    /// keep it.
+    void add(EnginePart& part) { parts.push_back(&part); }
+    void remove(const EnginePart& part);
+
     bool is_open() const { return renderer != nullptr; }
     /// Makes the context current and its renderer the kit's; a host's context has to be current.
     bool make_current();
@@ -72,6 +78,8 @@ public:
     };
 
 private:
+    std::vector<EnginePart*> parts; ///< not owned
+
     bool begin_context(const ContextWish& wish);
     void explain(const ContextWish& wish);
     void explain_adoption(Path path);

@@ -3,14 +3,21 @@
 
 #include "orvex_kit/windows/host_view.h"
 
+#include <cstddef>
+#include <fstream>
+#include <string>
+#include <vector>
+
 #include <gtest/gtest.h>
 
 #include "orvex_kit/compare.h"
 #include "orvex_kit/engine.h"
+#include "orvex_kit/model.h"
 #include "tests/orvex_kit/gl_states.h"
 #include "tests/orvex_kit/turning_torus.h"
 #include "tests/orvex_kit/view_frame.h"
 #include "tests/support/gl_context.h"
+#include "tests/support/temp_dir.h"
 
 namespace orvex_test {
 
@@ -30,14 +37,17 @@ protected:
         return GetParam() == kit::Path::gl3 ? Profile::core : Profile::compatibility;
     }
     /// How many objects the current context has.
+    static constexpr std::size_t programs = 5; ///< of `objects`
     static std::vector<int> objects() {
-        std::vector<int> counts(5);
+        std::vector<int> counts(7);
         for (GLuint id = 1; id < 500; ++id) {
             counts[0] += glIsBuffer(id);
             counts[1] += glIsTexture(id);
             counts[2] += glIsVertexArray(id);
             counts[3] += glIsFramebuffer(id);
             counts[4] += glIsRenderbuffer(id);
+            counts[5] += glIsProgram(id);
+            counts[6] += glIsShader(id);
         }
         return counts;
     }
@@ -58,6 +68,7 @@ protected:
     }
 
     kit::Engine engine;
+    TempDir folder;
 };
 INSTANTIATE_TEST_SUITE_P(on, HostViews, testing::Values(kit::Path::gl3, kit::Path::gl2), path_name);
 
@@ -122,6 +133,27 @@ TEST_P(HostViews, begin_again_in_the_next_context) {
         EXPECT_EQ(kit::compare(draw(host, torus, 1, 16, 16), wanted).reason, "");
         host.leave();
         EXPECT_FALSE(host.view());
+    }
+}
+
+TEST_P(HostViews, leave_no_program_in_a_context_that_lives_on) {
+    const std::string path = folder.file("some.obj");
+    std::ofstream(path) << "v 0 0 0\nv 1 0 0\nv 0 1 0\nf 1 2 3\n";
+    kit::Model model(path);
+    ASSERT_TRUE(model) << model.reason();
+    const GlContext context(profile(), 16, 16);
+    kit::HostView host(options());
+    TurningTorus torus;
+    std::vector<int> before;
+    for (int i = 0; i < 3; ++i) {
+        draw(host, torus, 1, 16, 16);
+        EXPECT_TRUE(host.frame(16, 16, [&](kit::View& view) { view.draw(model); }));
+        EXPECT_GT(objects()[programs], 0);
+        host.leave();
+        EXPECT_EQ(objects()[programs], 0);
+        if (i > 0)
+            EXPECT_EQ(objects(), before) << "time " << i;
+        before = objects();
     }
 }
 
