@@ -129,6 +129,12 @@ bool WindowProgram::turn_to_window(std::size_t number) {
     return true;
 }
 
+void WindowProgram::turn_to_last_window() {
+    note_mapped();
+    if (!windows.empty())
+        window = windows.back();
+}
+
 int WindowProgram::get_width() const {
     XWindowAttributes attributes = {};
     return XGetWindowAttributes(connection(), window, &attributes) ? attributes.width : 0;

@@ -37,6 +37,8 @@ public:
     bool turn_to_window(std::size_t number);
     /// Its number on the X server; 0 without one.
     unsigned long get_window() const { return window; }
+    /// Turns to the window that came up last.
+    void turn_to_last_window();
     int get_width() const;
     int get_height() const;
 

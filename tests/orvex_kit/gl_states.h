@@ -5,6 +5,7 @@
 
 #include <map>
 #include <string>
+#include <utility>
 #include <vector>
 
 #define GL_GLEXT_PROTOTYPES // tests ask the driver straight
@@ -153,13 +154,14 @@ inline constexpr StateName fixed_states[] = {STATE(GL_ALPHA_TEST),
 /// By their names.
 using GlStates = std::map<std::string, std::vector<GLfloat>>;
 
-/// What the current context tells.
+/// What the current context tells; what it doesn't have is left out.
 inline GlStates states_here(bool is_compatible) {
     GlStates states;
     const auto read = [&](const StateName& state) {
-        std::vector<GLfloat>& values = states[state.text];
-        values.resize(16);
+        std::vector<GLfloat> values(16);
         glGetFloatv(state.name, values.data());
+        if (glGetError() == GL_NO_ERROR)
+            states.emplace(state.text, std::move(values));
     };
     for (const StateName& state : core_states)
         read(state);

@@ -12,6 +12,7 @@
 #include "orvex_kit/windows/x11.h"
 #include "tests/orvex_kit/turning_torus.h"
 #include "tests/orvex_kit/view_frame.h"
+#include "tests/orvex_kit/windows/cycles.h"
 #include "tests/support/wayland_server.h"
 #include "tests/support/x_server.h"
 #include "tests/support/x_window.h"
@@ -70,6 +71,40 @@ TEST_P(X11Windows, show_each_frame_in_their_size) {
         window.resize(width, 40);
     }
     EXPECT_EQ(host.reason(), "");
+}
+
+/// A window as `Cycles` has it.
+struct CycledX11Window {
+    Cycles& cycles;
+    XWindow window;
+    XWindow other;
+    kit::X11View host;
+
+    CycledX11Window(Cycles& cycles, const kit::ViewOptions& options)
+        : cycles(cycles)
+        , window(Cycles::width, Cycles::height)
+        , other(400, 300)
+        , host(x_connection(), number_of(window), options) {}
+    void resize(int width, int height) { window.resize(width, height); }
+    void hide() { XUnmapWindow(x_connection(), number_of(window)); }
+    void show() { XMapWindow(x_connection(), number_of(window)); }
+    void change(int cycle) {
+        const bool enters = cycle % 2 == 0;
+        XReparentWindow(x_connection(), number_of(window),
+                        enters ? number_of(other) : DefaultRootWindow(x_connection()), 0, 0);
+    }
+    void turn() {
+        host.frame([&](kit::View& view) { cycles.draw(view); });
+    }
+};
+
+TEST_P(X11Windows, hold_no_more_after_cycles_of_resize_hide_and_other_parents) {
+    ASSERT_NE(x_connection(), nullptr);
+    Cycles cycles(options_for(GetParam()), cycle_count());
+    CycledX11Window window(cycles, options_for(GetParam()));
+    EXPECT_TRUE(cycles.play(window));
+    EXPECT_EQ(
+        difference(window.window, Cycles::last_frame, Cycles::last_width, Cycles::last_height), "");
 }
 
 TEST_P(X11Windows, side_by_side_keep_to_themselves) {
@@ -131,6 +166,33 @@ TEST_P(WaylandSurfaces, get_each_frame_in_their_size) {
         width = number % 2 == 0 ? 90 : 60;
         EXPECT_EQ(host.resize(width, 40).reason(), "");
     }
+}
+
+/// A surface as `Cycles` has it. Without a picture it is hidden.
+struct CycledSurface {
+    Cycles& cycles;
+    wl_surface* surface;
+    kit::WaylandView host;
+
+    void resize(int width, int height) { EXPECT_EQ(host.resize(width, height).reason(), ""); }
+    void hide() {
+        wl_surface_attach(surface, nullptr, 0, 0);
+        wl_surface_commit(surface);
+    }
+    static void show() {}
+    static void change(int) {}
+    void turn() {
+        EXPECT_TRUE(host.frame([&](kit::View& view) { cycles.draw(view); }));
+        EXPECT_GE(wl_display_roundtrip(WaylandServer::get().connection()), 0);
+    }
+};
+
+TEST_P(WaylandSurfaces, hold_no_more_after_cycles_of_resize_and_hide) {
+    const kit::ViewOptions options = options_for(GetParam());
+    Cycles cycles(options, cycle_count());
+    CycledSurface shown{
+        cycles, surface, {display(), surface, Cycles::width, Cycles::height, options}};
+    EXPECT_TRUE(cycles.play(shown));
 }
 
 TEST_P(WaylandSurfaces, refuse_sizes_that_cant_be) {

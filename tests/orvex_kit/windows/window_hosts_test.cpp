@@ -2,6 +2,7 @@
 // size, and find their context as it was.
 
 #include <algorithm>
+#include <cstdio>
 #include <cstdlib>
 #include <ostream>
 #include <string>
@@ -15,6 +16,7 @@
 #include "orvex_kit/engine.h"
 #include "tests/examples/window_program.h"
 #include "tests/orvex_kit/turning_torus.h"
+#include "tests/orvex_kit/windows/cycles.h"
 #include "tests/support/picture.h"
 #include "tests/support/temp_dir.h"
 #include "tests/support/x_server.h"
@@ -154,6 +156,45 @@ std::string host_name(const testing::TestParamInfo<Host>& info) {
     return info.param.name;
 }
 
+class CycledHosts : public WindowHosts {};
+
+TEST_P(CycledHosts, hold_no_more_after_cycles_of_resize_and_hide) {
+    const char* const path = GetParam().path == kit::Path::gl3 ? "gl3" : "gl2";
+    WindowProgram program({GetParam().command[0], path}, Leaks::passed_over);
+    ASSERT_TRUE(program.has_window()) << program.get_output();
+    const Picture last =
+        expected(GetParam().path, Cycles::last_frame, Cycles::last_width, Cycles::last_height);
+    bool is_seen = false;
+    // Each wait has its end; that of many cycles comes later.
+    for (int waits = 0; waits <= cycle_count() / 100 && !is_seen; ++waits)
+        is_seen = program.wait_until([&](const Picture& seen) {
+            program.turn_to_last_window();
+            return seen == last;
+        });
+    EXPECT_TRUE(is_seen);
+    hit(program, XK_Escape);
+    EXPECT_EQ(program.exit_code(), 0) << program.get_output();
+    EXPECT_EQ(program.get_output().find("a frame changed"), std::string::npos)
+        << program.get_output();
+    if (std::getenv("ORVEX_CYCLES"))
+        std::printf("%s", program.get_output().c_str());
+}
+
+std::vector<Host> that_cycle() {
+    std::vector<Host> hosts;
+    for (const kit::Path path : {kit::Path::gl3, kit::Path::gl2}) {
+        const std::string suffix = path == kit::Path::gl3 ? "_gl3" : "_gl2";
+        hosts.push_back({"glfw" + suffix, {CYCLES_GLFW}, path});
+        hosts.push_back({"sdl2" + suffix, {CYCLES_SDL2}, path});
+        hosts.push_back({"qt6_widget" + suffix, {CYCLES_QT6_WIDGET}, path});
+        hosts.push_back({"qt6_window" + suffix, {CYCLES_QT6_WINDOW}, path});
+    }
+    hosts.push_back({"gtk3", {CYCLES_GTK3}, kit::Path::gl3});
+    hosts.push_back({"gtk4", {CYCLES_GTK4}, kit::Path::gl3});
+    return hosts;
+}
+
+INSTANTIATE_TEST_SUITE_P(of, CycledHosts, testing::ValuesIn(that_cycle()), host_name);
 INSTANTIATE_TEST_SUITE_P(of, WindowHosts, testing::ValuesIn(on_both_paths()), host_name);
 
 } // namespace

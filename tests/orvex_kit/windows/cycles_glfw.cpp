@@ -1,0 +1,52 @@
+// Cycles of resize and hide in GLFW: cycles_glfw (gl3|gl2) [SCALE].
+
+#include "cycles.h"
+#include "orvex_kit/windows/glfw.h"
+#include "window_host.h"
+
+using namespace orvex;
+
+namespace {
+
+struct Host {
+    orvex_test::Cycles& cycles;
+    GLFWwindow* window;
+    kit::GlfwView host;
+    bool ends = false;
+
+    Host(orvex_test::Cycles& cycles, const kit::ViewOptions& options)
+        : cycles(cycles)
+        , window(glfwCreateWindow(cycles.width, cycles.height, "cycles", nullptr, nullptr))
+        , host(window, options) {
+        glfwSetWindowUserPointer(window, this);
+        glfwSetKeyCallback(window, [](GLFWwindow* window, int key, int, int, int) {
+            static_cast<Host*>(glfwGetWindowUserPointer(window))->ends = key == GLFW_KEY_ESCAPE;
+        });
+    }
+    void resize(int width, int height) { glfwSetWindowSize(window, width, height); }
+    void hide() { glfwHideWindow(window); }
+    void show() { glfwShowWindow(window); }
+    void change(int) {}
+    void turn() {
+        glfwWaitEventsTimeout(0.002);
+        glfwMakeContextCurrent(window);
+        const StateWatch watch;
+        host.frame([&](kit::View& view) { cycles.draw(view); });
+    }
+};
+
+} // namespace
+
+int main(int argc, char** argv) {
+    if (!glfwInit())
+        return 1;
+    int code = 1;
+    {
+        const kit::Engine engine;
+        orvex_test::Cycles cycles = cycles_of(argc, argv);
+        Host host(cycles, options_of(argc, argv));
+        code = cycles.run(host);
+    }
+    glfwTerminate();
+    return code;
+}

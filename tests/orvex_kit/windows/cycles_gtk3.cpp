@@ -1,0 +1,86 @@
+// Cycles of resize, hide and other windows in GTK 3, which has no adapter: a view on the context
+// that is current. cycles_gtk3 gl3 [SCALE].
+
+#include <gtk/gtk.h>
+
+#include "cycles.h"
+#include "orvex_kit/windows/host_view.h"
+#include "window_host.h"
+
+using namespace orvex;
+
+namespace {
+
+struct Host {
+    orvex_test::Cycles& cycles;
+    GtkWidget* area = GTK_WIDGET(g_object_ref_sink(gtk_gl_area_new()));
+    GtkWidget* window = nullptr;
+    bool ends = false;
+    kit::HostView host;
+
+    explicit Host(orvex_test::Cycles& cycles)
+        : cycles(cycles) {
+        g_signal_connect(area, "render", G_CALLBACK(&Host::on_render), this);
+        g_signal_connect(area, "unrealize", G_CALLBACK(&Host::on_unrealize), this);
+        open(cycles.width, cycles.height);
+        // A moment lasts that long at most.
+        g_timeout_add(
+            5, [](gpointer) -> gboolean { return TRUE; }, nullptr);
+    }
+    ~Host() {
+        gtk_widget_destroy(window);
+        g_object_unref(area);
+    }
+    Host(const Host&) = delete;
+    Host& operator=(const Host&) = delete;
+
+    void open(int width, int height) {
+        window = gtk_window_new(GTK_WINDOW_TOPLEVEL);
+        gtk_window_set_default_size(GTK_WINDOW(window), width, height);
+        g_signal_connect(window, "key-press-event", G_CALLBACK(&Host::on_key), this);
+        gtk_container_add(GTK_CONTAINER(window), area);
+        gtk_widget_show_all(window);
+    }
+    static gboolean on_render(GtkGLArea* area, GdkGLContext*, gpointer self) {
+        auto& owner = *static_cast<Host*>(self);
+        GtkWidget* const widget = GTK_WIDGET(area);
+        const int scale = gtk_widget_get_scale_factor(widget);
+        const StateWatch watch;
+        owner.host.frame(gtk_widget_get_allocated_width(widget) * scale,
+                         gtk_widget_get_allocated_height(widget) * scale,
+                         [&](kit::View& view) { owner.cycles.draw(view); });
+        return TRUE;
+    }
+    static void on_unrealize(GtkGLArea* area, gpointer self) {
+        gtk_gl_area_make_current(area);
+        static_cast<Host*>(self)->host.leave();
+    }
+    static gboolean on_key(GtkWidget*, GdkEventKey* event, gpointer self) {
+        static_cast<Host*>(self)->ends |= event->keyval == GDK_KEY_Escape;
+        return TRUE;
+    }
+
+    void resize(int width, int height) { gtk_window_resize(GTK_WINDOW(window), width, height); }
+    void hide() { gtk_widget_hide(window); }
+    void show() { gtk_widget_show(window); }
+    void change(int cycle) {
+        if (cycle % 5 != 4)
+            return;
+        GtkWidget* const former = window;
+        gtk_container_remove(GTK_CONTAINER(former), area);
+        open(orvex_test::Cycles::width, orvex_test::Cycles::height);
+        gtk_widget_destroy(former);
+    }
+    static void turn() { g_main_context_iteration(nullptr, TRUE); }
+};
+
+} // namespace
+
+int main(int argc, char** argv) {
+    if (!gtk_init_check(&argc, &argv))
+        return 1;
+    const kit::Engine engine;
+    orvex_test::Cycles cycles = cycles_of(argc, argv);
+    Host host(cycles);
+    return cycles.run(host);
+}
