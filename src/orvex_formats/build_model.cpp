@@ -1,5 +1,7 @@
 #include "orvex_formats/private/build_model.h"
 
+#include <algorithm>
+#include <map>
 #include <memory>
 #include <new>
 #include <utility>
@@ -8,20 +10,80 @@
 #include <orvex/assets/materials/material.h>
 #include <orvex/assets/materials/material_mgr.h>
 #include <orvex/assets/models/load_undo.h>
+#include <orvex/assets/textures/texture.h>
+#include <orvex/assets/textures/texture_mgr.h>
+#include <orvex/geometry/lines/polyline.h>
 #include <orvex/geometry/mesh/mesh.h>
 #include <orvex/geometry/mesh/model.h>
 #include <orvex/geometry/points/vertex_pool.h>
+#include <orvex/renderer/records/image.h>
 #include <orvex/renderer/records/mesh_data.h>
 
 #include "orvex_formats/private/normals.h"
+#include "orvex_formats/private/refusal.h"
 
 namespace orvex::formats {
 
 namespace {
 
+// --- Pictures
+
+/// Makes textures of pictures, each once, when it is asked for: many a file carries pictures that
+/// no material names.
+class Textures {
+public:
+    explicit Textures(std::vector<Picture>& pictures) {
+        for (Picture& picture : pictures)
+            told.emplace(picture.name, &picture);
+    }
+
+    bool knows(const std::string& name) const { return told.find(name) != told.end(); }
+
+    /// @param name  a known one
+    Texture* of(const std::string& name) {
+        const auto [entry, is_new] = made.emplace(name, nullptr);
+        if (is_new)
+            entry->second = make(*told.at(name));
+        return entry->second;
+    }
+
+    std::vector<std::string> notes;
+
+private:
+    Texture* make(Picture& picture) {
+        Texture* texture = picture.bytes.empty() ? make_white() : decode(picture);
+        std::vector<unsigned char>().swap(picture.bytes);
+        if (!texture) {
+            notes.push_back("the picture \"" + in_words(picture.name) +
+                            "\" can't be decoded, and is white");
+            texture = make_white(); // so that those behind it keep their places
+        }
+        texture->set_name(picture.name.c_str());
+        texture->set_filtering_mode(nullptr, FILTERING_TRILINEAR);
+        return texture;
+    }
+
+    static Texture* decode(const Picture& picture) {
+        return TextureMgr::get()->create_texture_2d_from_memory(picture.bytes.data(),
+                                                                picture.bytes.size(), false);
+    }
+
+    static Texture* make_white() {
+        Texture* const texture = TextureMgr::get()->create_texture_2d(1, 1, PF_RGBA_U8);
+        const Image* const image = texture->get_image_ptr();
+        if (!image || !image->pixmap_u8)
+            throw std::bad_alloc();
+        std::fill_n(image->pixmap_u8, 4, static_cast<unsigned char>(255));
+        return texture;
+    }
+
+    std::map<std::string, Picture*> told;
+    std::map<std::string, Texture*> made;
+};
+
 // --- Materials
 
-Material* make_material(const SurfaceMaterial& told) {
+Material* make_material(const SurfaceMaterial& told, Textures& textures) {
     Material* const material = MaterialMgr::get()->create_material(told.name.c_str());
     if (!material)
         throw std::bad_alloc();
@@ -30,8 +92,11 @@ Material* make_material(const SurfaceMaterial& told) {
     material->set_specular(told.specular);
     material->set_shininess(told.shininess);
     material->set_opacity(told.opacity);
-    for (const std::string& texture : told.textures)
-        material->async_loading_add_texture_filename(texture.c_str());
+    for (const std::string& name : told.textures)
+        if (!textures.knows(name))
+            material->async_loading_add_texture_filename(name.c_str());
+        else
+            material->add_texture(textures.of(name));
     if (told.physical)
         material->set_physical(&*told.physical);
     return material;
@@ -126,18 +191,44 @@ void add_cloud(const Cloud& cloud, Model& model) {
     static_cast<void>(pool.release()); // the model holds it now
 }
 
+// --- Lines
+
+struct EndLines {
+    void operator()(Polyline* lines) const { lines->kill(nullptr, nullptr); }
+};
+
+void add_lines(const Lines& told, Model& model) {
+    if (told.positions.empty())
+        return;
+    std::unique_ptr<Polyline, EndLines> lines(new Polyline);
+    lines->set_name(told.name.c_str());
+    if (!lines->initialize(told.positions.size(), LINE_RENDER_MODE_LINES))
+        throw std::bad_alloc();
+    for (std::size_t i = 0; i < told.positions.size(); ++i) {
+        lines->set_vertex_position(i, told.positions[i]);
+        lines->set_vertex_color(i, told.colors.empty() ? vec4(1.0f, 1.0f, 1.0f, 1.0f)
+                                                       : told.colors[i]);
+    }
+    model.add_child(lines.get());
+    static_cast<void>(lines.release()); // the model holds it now
+}
+
 } // namespace
 
-void build_model(Draft&& draft, Model& model) {
+std::vector<std::string> build_model(Draft&& draft, Model& model) {
+    Textures textures(draft.pictures);
     std::vector<Material*> materials;
     for (const SurfaceMaterial& told : draft.materials) {
-        materials.push_back(make_material(told));
+        materials.push_back(make_material(told, textures));
         model.add_material(materials.back(), nullptr);
     }
     for (Surface& surface : draft.surfaces)
         add_surface(std::move(surface), materials, model);
     for (const Cloud& cloud : draft.clouds)
         add_cloud(cloud, model);
+    for (const Lines& lines : draft.lines)
+        add_lines(lines, model);
+    return std::move(textures.notes);
 }
 
 } // namespace orvex::formats

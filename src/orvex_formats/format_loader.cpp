@@ -48,7 +48,8 @@ void FormatLoader::load(Model& model, const std::string& path) {
     for (const std::string& file : draft.files)
         add_file(file.c_str());
     LoadUndo undo(model);
-    build_model(std::move(draft), model);
+    for (const std::string& note : build_model(std::move(draft), model))
+        add_note("%s", note.c_str());
     undo.keep();
 }
 

@@ -35,6 +35,9 @@ inline bool holds_together(const orvex::formats::Draft& draft) {
     for (const Cloud& cloud : draft.clouds)
         if (!fits(cloud.colors.size(), cloud.positions.size()))
             return false;
+    for (const Lines& lines : draft.lines)
+        if (lines.positions.size() % 2 != 0 || !fits(lines.colors.size(), lines.positions.size()))
+            return false;
     return true;
 }
 

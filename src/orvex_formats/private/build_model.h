@@ -3,16 +3,21 @@
 /// @file
 /// From a draft to the engine's nodes.
 
+#include <string>
+#include <vector>
+
 #include <orvex/fwd.h>
 
 #include "orvex_formats/private/draft.h"
 
 namespace orvex::formats {
 
-/// Adds what a draft holds to a model: a mesh for each surface, a point pool for each cloud, and
-/// the materials, which the material manager gets as well. The draft is used up on the way, so that
-/// the memory of both isn't needed at once. When it throws, some of it may have been added.
+/// Adds what a draft holds to a model: a mesh for each surface, a point pool for each cloud, a
+/// polyline for each of its lines, and the materials, which the material manager gets as well, and
+/// the texture manager their pictures. The draft is used up on the way, so that the memory of both
+/// isn't needed at once. When it throws, some of it may have been added.
+/// @return notes about pictures that no codec can decode: they are white
 /// @throw std::bad_alloc
-void build_model(Draft&& draft, Model& model);
+std::vector<std::string> build_model(Draft&& draft, Model& model);
 
 } // namespace orvex::formats

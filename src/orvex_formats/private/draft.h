@@ -39,6 +39,19 @@ struct Cloud {
     std::vector<vec4> colors; ///< one a point, or empty
 };
 
+/// Separate lines.
+struct Lines {
+    std::string name;
+    std::vector<vec3> positions; ///< two a line
+    std::vector<vec4> colors;    ///< one a position, or empty
+};
+
+/// A picture that the model's file carries within itself.
+struct Picture {
+    std::string name;                 ///< as materials name it
+    std::vector<unsigned char> bytes; ///< as a file would have them; none: a white picture
+};
+
 /// How faces look.
 struct SurfaceMaterial {
     std::string name;
@@ -47,7 +60,9 @@ struct SurfaceMaterial {
     vec4 specular = vec4(0.0f, 0.0f, 0.0f, 1.0f);
     float shininess = 16.0f;
     float opacity = 1.0f;
-    std::vector<std::string> textures; ///< names of files, as the model's file has them
+    /// Names of pictures, or else of files, as the model's file has them. Looks that know one
+    /// picture only take the first one. Pictures come before files, whatever the order here.
+    std::vector<std::string> textures;
     std::optional<PhysicalMaterial> physical;
 };
 
@@ -55,7 +70,9 @@ struct SurfaceMaterial {
 struct Draft {
     std::vector<Surface> surfaces;
     std::vector<Cloud> clouds;
+    std::vector<Lines> lines;
     std::vector<SurfaceMaterial> materials;
+    std::vector<Picture> pictures;
     std::vector<std::string> notes; ///< sentences about what the file has and the draft hasn't
     std::vector<std::string> files; ///< paths of what was read beside the model's own file
 };
