@@ -60,7 +60,7 @@ Beside find_beside(const std::string& model, std::string_view name) {
     std::string path = folder + std::string(name);
     const std::string real = resolved(path);
     if (real.empty())
-        return {"", std::string("it can't be opened: ") + std::strerror(errno)};
+        return {"", std::string("it can't be opened: ") + std::strerror(errno), errno == ENOENT};
     std::string root = resolved(folder.empty() ? "." : folder);
     if (root != "/")
         root += "/";

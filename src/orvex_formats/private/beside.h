@@ -11,7 +11,8 @@ namespace orvex::formats {
 /// Where a file lies that another one names, or why it isn't read.
 struct Beside {
     std::string path;
-    std::string mistake; ///< empty where `path` may be opened
+    std::string mistake;     ///< empty where `path` may be opened
+    bool is_missing = false; ///< the mistake is no other than that there is no such file
 };
 
 /// Finds a file in the folder of a model's file, or below it. Names that lead elsewhere are

@@ -1,0 +1,180 @@
+#include "orvex_formats/gltf/private/gltf_nodes.h"
+
+#include <array>
+#include <string>
+#include <utility>
+
+namespace orvex::formats {
+
+namespace {
+
+constexpr std::uint32_t no_parent = UINT32_MAX;
+constexpr std::uint32_t deepest = 10000; ///< far deeper than any scene that somebody made
+
+} // namespace
+
+GltfNodes::GltfNodes(const Json& json, GltfAccessors& accessors, GltfBudget& budget,
+                     GltfNotes& notes)
+    : json(json)
+    , nodes(json.list("nodes"))
+    , skins(json.list("skins"))
+    , accessors(accessors)
+    , budget(budget)
+    , notes(notes)
+    , joints(skins.size()) {
+    find_parents();
+    compute_worlds();
+}
+
+// ------------------------------------------------------------------------------------ trees
+
+void GltfNodes::find_parents() {
+    parents.assign(nodes.size(), no_parent);
+    for (std::size_t i = 0; i < nodes.size(); ++i) {
+        const Json children = nodes.at(i).list("children");
+        for (std::size_t k = 0; k < children.size(); ++k) {
+            const std::size_t child = children.at(k).as_index(nodes.size(), "nodes");
+            if (parents[child] != no_parent)
+                children.at(k).refuse("node " + std::to_string(child) + " has a parent already");
+            parents[child] = static_cast<std::uint32_t>(i);
+        }
+    }
+    for (std::size_t i = 0; i < nodes.size(); ++i)
+        if (parents[i] == no_parent)
+            roots.push_back(static_cast<std::uint32_t>(i));
+}
+
+void GltfNodes::follow(std::vector<std::uint32_t>& order) const {
+    for (std::size_t i = 0; i < order.size(); ++i) {
+        const Json children = nodes.at(order[i]).list("children");
+        for (std::size_t k = 0; k < children.size(); ++k)
+            order.push_back(static_cast<std::uint32_t>(children.at(k).whole()));
+    }
+}
+
+GltfTransform GltfNodes::local(const Json& node) const {
+    if (node.find("matrix")) {
+        const auto told = node.numbers<16>("matrix", {});
+        GltfTransform made;
+        for (std::size_t column = 0; column < 4; ++column)
+            for (std::size_t row = 0; row < 3; ++row)
+                made.columns[3 * column + row] = told[4 * column + row];
+        return made;
+    }
+    return GltfTransform::of_parts(node.numbers<3>("translation", {0.0, 0.0, 0.0}),
+                                   node.numbers<4>("rotation", {0.0, 0.0, 0.0, 1.0}),
+                                   node.numbers<3>("scale", {1.0, 1.0, 1.0}));
+}
+
+void GltfNodes::compute_worlds() {
+    std::vector<std::uint32_t> order = roots;
+    order.reserve(nodes.size());
+    follow(order);
+    // With one parent each, those that no root leads to go round in a ring.
+    std::vector<bool> is_reached(nodes.size());
+    for (const std::uint32_t node : order)
+        is_reached[node] = true;
+    for (std::size_t i = 0; i < nodes.size(); ++i)
+        if (!is_reached[i])
+            nodes.at(i).refuse("the node is its own ancestor, or a descendant of one that is");
+
+    std::vector<std::uint32_t> depths(nodes.size(), 0);
+    worlds.resize(nodes.size());
+    for (const std::uint32_t node : order) {
+        worlds[node] = local(nodes.at(node));
+        const std::uint32_t parent = parents[node];
+        if (parent == no_parent)
+            continue;
+        worlds[node] = worlds[parent] * worlds[node];
+        depths[node] = depths[parent] + 1;
+        if (depths[node] > deepest)
+            nodes.at(node).refuse("more than " + std::to_string(deepest) +
+                                  " nodes lie above the node");
+    }
+}
+
+// ------------------------------------------------------------------------------------ scenes
+
+std::vector<std::uint32_t> GltfNodes::roots_of_scene() const {
+    const Json scenes = json.list("scenes");
+    const std::size_t place = json.index("scene", scenes.size(), "scenes", 0);
+    if (scenes.size() == 0)
+        return roots;
+    const Json told = scenes.at(place).list("nodes");
+    std::vector<std::uint32_t> chosen;
+    std::vector<bool> is_chosen(nodes.size());
+    for (std::size_t i = 0; i < told.size(); ++i) {
+        const std::size_t node = told.at(i).as_index(nodes.size(), "nodes");
+        if (parents[node] != no_parent)
+            told.at(i).refuse("node " + std::to_string(node) + " is no root");
+        if (is_chosen[node])
+            told.at(i).refuse("node " + std::to_string(node) + " is in the scene already");
+        is_chosen[node] = true;
+        chosen.push_back(static_cast<std::uint32_t>(node));
+    }
+    return chosen;
+}
+
+void GltfNodes::add_scene(GltfMeshes& meshes) {
+    if (json.list("scenes").size() > 1)
+        notes.add(json.find("scenes"), "scenes but the one that is shown first were left out");
+    std::vector<std::uint32_t> order = roots_of_scene();
+    follow(order);
+    for (const std::uint32_t node : order)
+        add_mesh(node, meshes);
+}
+
+void GltfNodes::add_mesh(std::uint32_t place, GltfMeshes& meshes) {
+    const Json node = nodes.at(place);
+    const std::size_t mesh = node.index("mesh", meshes.size(), "meshes");
+    const std::size_t skin = node.index("skin", skins.size(), "skins");
+    if (node.find("camera"))
+        notes.add(node, "cameras were left out");
+    if (node.object("extensions").find("KHR_lights_punctual"))
+        notes.add(node, "lights were left out");
+    if (mesh == Json::no_index)
+        return;
+    GltfStand stand;
+    stand.world = worlds[place];
+    stand.joints = skin == Json::no_index ? nullptr : &joints_of(skin);
+    stand.weights = node.list("weights");
+    stand.name = node.text("name");
+    meshes.add(mesh, stand);
+}
+
+// ------------------------------------------------------------------------------------ skins
+
+const std::vector<GltfTransform>& GltfNodes::joints_of(std::size_t skin) {
+    if (!joints[skin])
+        joints[skin] = make_joints(skins.at(skin));
+    return *joints[skin];
+}
+
+std::vector<GltfTransform> GltfNodes::make_joints(const Json& skin) {
+    notes.add(skin, "skins stay in their rest pose");
+    const Json told = skin.list("joints");
+    if (told.size() == 0)
+        skin.refuse("it has no joints");
+    budget.take(told.size(), sizeof(GltfTransform), skin);
+    std::vector<float> numbers;
+    const std::size_t accessor = skin.index("inverseBindMatrices", accessors.size(), "accessors");
+    if (accessor != Json::no_index) {
+        if (accessors.width(accessor) != 16 || accessors.count(accessor) < told.size())
+            skin.need("inverseBindMatrices")
+                .refuse("accessor " + std::to_string(accessor) + " isn't " +
+                        std::to_string(told.size()) + " matrices");
+        numbers = accessors.floats(accessor);
+    }
+    std::vector<GltfTransform> made;
+    made.reserve(told.size());
+    for (std::size_t i = 0; i < told.size(); ++i) {
+        const GltfTransform& world = worlds[told.at(i).as_index(nodes.size(), "nodes")];
+        GltfTransform inverse;
+        for (std::size_t k = 0; k < 12 && !numbers.empty(); ++k)
+            inverse.columns[k] = static_cast<double>(numbers[16 * i + 4 * (k / 3) + k % 3]);
+        made.push_back(world * inverse);
+    }
+    return made;
+}
+
+} // namespace orvex::formats
