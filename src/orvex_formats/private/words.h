@@ -16,10 +16,17 @@ public:
     explicit Words(std::string_view text)
         : rest(text) {}
 
-    /// The next word; empty when there is none.
-    std::string_view take() {
+    /// Whether a word is left.
+    bool has_more() {
         while (!rest.empty() && is_blank(rest.front()))
             rest.remove_prefix(1);
+        return !rest.empty();
+    }
+
+    /// The next word; empty when there is none.
+    std::string_view take() {
+        if (!has_more())
+            return {};
         std::size_t length = 0;
         while (length < rest.size() && !is_blank(rest[length]))
             ++length;
@@ -37,11 +44,11 @@ public:
         if (word.size() > 1 && word[0] == '+' && word[1] != '-')
             word.remove_prefix(1);
         const char* const end = word.data() + word.size();
-        if constexpr (std::is_same_v<Number, float>) {
+        if constexpr (std::is_floating_point_v<Number>) {
             // As many programs write numbers that only doubles tell from 0.
             double wide = 0.0;
             const auto [behind, error] = std::from_chars(word.data(), end, wide);
-            number = static_cast<float>(wide);
+            number = static_cast<Number>(wide);
             const std::size_t exponent = word.find_first_of("eE");
             const bool is_tiny = error == std::errc::result_out_of_range &&
                                  exponent < word.size() && word.substr(exponent + 1, 1) == "-";

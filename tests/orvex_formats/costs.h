@@ -1,0 +1,48 @@
+#pragma once
+
+/// @file
+/// What refusing a file may cost. For programs that link `orvex_test_heap`.
+
+#include <ctime>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "tests/orvex_formats/bytes.h"
+#include "tests/support/heap.h"
+
+namespace orvex_test {
+
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+constexpr double slowness = 20.0;
+#elif defined(__has_feature)
+#if __has_feature(address_sanitizer) || __has_feature(thread_sanitizer)
+constexpr double slowness = 20.0;
+#else
+constexpr double slowness = 1.0;
+#endif
+#else
+constexpr double slowness = 1.0;
+#endif
+
+/// Seconds of work, which other programs don't add to as they do to hours.
+inline double work_of_thread() {
+    timespec now{};
+    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &now);
+    return static_cast<double>(now.tv_sec) + 1e-9 * static_cast<double>(now.tv_nsec);
+}
+
+/// Why a reader refuses bytes; it may take a tenth of a second, and no block of 32 MB.
+template<class Draft>
+std::string cheap_refusal_of(Draft (*reader)(const orvex::formats::InputFile&),
+                             const std::vector<unsigned char>& bytes) {
+    const CountAllocations large(std::size_t{32} << 20);
+    const double begin = work_of_thread();
+    const std::string reason = refusal_of(reader, bytes);
+    EXPECT_LT(work_of_thread() - begin, 0.1 * slowness) << reason;
+    EXPECT_EQ(large.count(), 0u) << reason;
+    return reason;
+}
+
+} // namespace orvex_test
