@@ -1,5 +1,6 @@
 #include "orvex_formats/ply/private/ply_reader.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstdint>
 #include <string>
@@ -256,6 +257,22 @@ TEST(Ply, strips_and_faces_with_looks_of_their_own_are_one_surface) {
         EXPECT_EQ(surface.positions[strip[1]].x, 1.0f);
         EXPECT_EQ(surface.positions[strip[1]].y, 1.0f);
     }
+}
+
+TEST(Ply, concave_faces_are_cut_within_their_edges) {
+    const std::string rows = "0 0 0\n2 2 0\n0 1 0\n-2 2 0\n";
+    const Draft draft = read(head(square) + rows + "4 3 0 1 2\n");
+    const std::vector<Triangle>& triangles = draft.surfaces.at(0).triangles;
+    ASSERT_EQ(triangles.size(), 2u);
+    for (const Triangle& triangle : triangles) // which the line from 0 to 2 parts
+        EXPECT_NE(std::count(triangle.begin(), triangle.end(), 1u),
+                  std::count(triangle.begin(), triangle.end(), 3u));
+    EXPECT_TRUE(draft.notes.empty());
+    const Draft crossed = read(head("element vertex 5\n" + places +
+                                    "element face 1\nproperty list uchar int vertex_indices\n") +
+                               "0 0 0\n6 0 0\n6 6 0\n2 -3 0\n1 -3 0\n5 0 1 2 3 4\n");
+    ASSERT_EQ(crossed.notes.size(), 1u);
+    EXPECT_EQ(crossed.notes[0], "polygons that cross themselves were cut as well as they could be");
 }
 
 TEST(Ply, faces_may_stand_before_their_vertices) {

@@ -151,9 +151,16 @@ void PlyShape::add_face(const PlyFace& face) {
 
 void PlyShape::cut_polygon(const std::vector<std::uint32_t>& polygon) {
     cut.clear();
+    if (polygon.size() > 3 && !positions.empty()) {
+        polygon_places.clear();
+        for (const std::uint32_t corner : polygon)
+            polygon_places.push_back(positions[corner]);
+        has_turned_parts = !cutter.cut(polygon_places, cut) || has_turned_parts;
+        return;
+    }
     for (std::uint32_t i = 2; i < polygon.size(); ++i)
         cut.push_back({0, i - 1, i});
-    has_fans = has_fans || (polygon.size() > 3 && positions.empty());
+    has_fans = has_fans || polygon.size() > 3;
 }
 
 std::uint32_t PlyShape::joined(const PlyFace& face, std::size_t corner) {
@@ -272,6 +279,9 @@ Draft PlyShape::finish() {
                               list_of(unknown_properties));
     if (has_fans)
         draft.notes.emplace_back("polygons that stand before their vertices were cut as if convex");
+    if (has_turned_parts)
+        draft.notes.emplace_back(
+            "polygons that cross themselves were cut as well as they could be");
     if (triangles.empty())
         draft.clouds.push_back(finish_cloud());
     else

@@ -10,6 +10,7 @@
 #include "orvex_formats/ply/private/ply_columns.h"
 #include "orvex_formats/ply/private/ply_header.h"
 #include "orvex_formats/private/draft.h"
+#include "orvex_formats/private/polygon.h"
 #include "orvex_formats/private/vertex_joiner.h"
 
 namespace orvex::formats {
@@ -74,7 +75,9 @@ private:
     std::vector<vec4> colors;
     std::vector<vec2> uvs;
     std::vector<Triangle> triangles;
-    std::vector<Triangle> cut; ///< places in the list of a polygon's corners
+    PolygonCutter cutter;
+    std::vector<vec3> polygon_places; ///< of the corners of one
+    std::vector<Triangle> cut;        ///< places in the list of a polygon's corners
     std::vector<std::uint32_t> triangle_materials;
     VertexJoiner<Corner> corners; ///< empty where faces have nothing of their own
     std::vector<std::string> unknown_elements, unknown_properties; ///< a few of each
@@ -82,7 +85,8 @@ private:
     bool has_normals = false, has_colors = false, has_uvs = false;
     bool has_face_colors = false, has_face_uvs = false, has_pictures = false;
     bool has_float_colors = false;
-    bool has_fans = false; ///< for polygons whose vertices weren't known yet
+    bool has_fans = false;         ///< for polygons whose vertices weren't known yet
+    bool has_turned_parts = false; ///< polygons couldn't be cut without
 };
 
 } // namespace orvex::formats
