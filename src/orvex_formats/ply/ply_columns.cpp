@@ -63,8 +63,6 @@ PlyColumns::PlyColumns(const PlyElement& element) {
             const double largest = largest_of(property.type);
             if (is_color(known->column) && largest > 0.0)
                 place.scale = static_cast<float>(1.0 / largest);
-            are_colors_floats =
-                are_colors_floats || (known->column == column_red && largest == 0.0);
         } else
             others.push_back(property.name);
         places.push_back(place);

@@ -11,8 +11,8 @@
 #include "orvex_formats/ply/private/ply_columns.h"
 #include "orvex_formats/ply/private/ply_header.h"
 #include "orvex_formats/ply/private/ply_rows.h"
-#include "orvex_formats/ply/private/ply_shape.h"
 #include "orvex_formats/private/byte_stream.h"
+#include "orvex_formats/private/polygon_shape.h"
 #include "orvex_formats/private/refusal.h"
 
 namespace orvex::formats {
@@ -20,6 +20,20 @@ namespace orvex::formats {
 namespace {
 
 constexpr std::uint64_t most_vertices = UINT32_MAX - 1;
+
+constexpr std::size_t most_names = 8; ///< in a note
+
+void add_name(std::vector<std::string>& names, const std::string& name) {
+    if (names.size() <= most_names && std::find(names.begin(), names.end(), name) == names.end())
+        names.push_back(name);
+}
+
+std::string list_of(const std::vector<std::string>& names) {
+    std::string list;
+    for (std::size_t i = 0; i < names.size() && i < most_names; ++i)
+        list += (i == 0 ? "" : ", ") + in_words(names[i]);
+    return names.size() > most_names ? list + " and others" : list;
+}
 
 /// A property of lists of vertices, under either name.
 int find_indices(const PlyElement& element) {
@@ -49,7 +63,7 @@ std::vector<Part> parts_of(const PlyHeader& header) {
 template<class Rows>
 class BodyReader {
 public:
-    BodyReader(const PlyHeader& header, Rows rows, PlyShape& shape)
+    BodyReader(const PlyHeader& header, Rows rows, PolygonShape& shape)
         : header(header)
         , rows(rows)
         , shape(shape) {}
@@ -65,7 +79,8 @@ public:
             read(header.elements[i], parts[i]);
         for (std::size_t i = 0; i < parts.size(); ++i)
             if (parts[i] == Part::unknown && header.elements[i].num_rows > 0)
-                shape.leave_out_element(header.elements[i].name);
+                add_name(unknown_elements, header.elements[i].name);
+        tell_of_unknown();
         if (const std::string rest = rows.rest(); !rest.empty() && num_read == parts.size())
             shape.add_note(rest);
     }
@@ -106,6 +121,22 @@ private:
             skip(element);
     }
 
+    void note_properties(const PlyColumns& columns) {
+        for (const std::string& name : columns.unknown())
+            if (name != "vertex_indices" && name != "vertex_index" && name != "texcoord" &&
+                name != "texnumber")
+                add_name(unknown_properties, name);
+    }
+
+    void tell_of_unknown() {
+        if (!unknown_elements.empty())
+            shape.add_note("elements that aren't known were left out: " +
+                           list_of(unknown_elements));
+        if (!unknown_properties.empty())
+            shape.add_note("properties that aren't known were left out: " +
+                           list_of(unknown_properties));
+    }
+
     // --- Lists
 
     std::uint64_t take_count(const PlyProperty& property) {
@@ -143,17 +174,19 @@ private:
 
     void read_vertices(const PlyElement& element) {
         const PlyColumns columns(element);
-        shape.begin_vertices(columns, element.num_rows);
+        if (!columns.has_positions())
+            refuse("the vertices have no x, y and z");
+        note_properties(columns);
+        shape.begin_vertices(columns.parts(), element.num_rows);
         for (std::uint64_t i = 0; i < element.num_rows; ++i) {
-            PlyValues values = no_ply_values;
+            ShapeValues values = no_shape_values;
             for (std::size_t p = 0; p < element.properties.size(); ++p)
                 take_value(element.properties[p], columns.of(p), values);
             shape.add_vertex(values);
         }
-        shape.end_vertices();
     }
 
-    void take_value(const PlyProperty& property, PlyColumns::Place place, PlyValues& values) {
+    void take_value(const PlyProperty& property, PlyColumns::Place place, ShapeValues& values) {
         if (place.column < 0)
             skip(property);
         else
@@ -165,10 +198,12 @@ private:
         const int indices = find_indices(element), coordinates = element.find("texcoord"),
                   picture = element.find("texnumber");
         const PlyColumns columns(element);
-        shape.begin_faces(columns, coordinates >= 0, picture >= 0);
-        PlyFace face;
+        note_properties(columns);
+        ShapeFace face;
+        face.has_color = columns.has_colors();
+        ShapeValues values;
         for (std::uint64_t i = 0; i < element.num_rows; ++i) {
-            face.values = no_ply_values;
+            values = no_shape_values;
             for (std::size_t p = 0; p < element.properties.size(); ++p) {
                 const PlyProperty& property = element.properties[p];
                 if (const int place = static_cast<int>(p); place == indices)
@@ -178,8 +213,10 @@ private:
                 else if (place == picture && !property.is_list)
                     face.picture = rows.number(property.type);
                 else
-                    take_value(property, columns.of(p), face.values);
+                    take_value(property, columns.of(p), values);
             }
+            face.color = vec4(values[column_red], values[column_red + 1], values[column_red + 2],
+                              values[column_alpha]);
             shape.add_face(face);
         }
     }
@@ -225,8 +262,9 @@ private:
 
     const PlyHeader& header;
     Rows rows;
-    PlyShape& shape;
+    PolygonShape& shape;
     std::uint64_t num_vertices = 0;
+    std::vector<std::string> unknown_elements, unknown_properties; ///< a few of each
 };
 
 } // namespace
@@ -234,7 +272,7 @@ private:
 Draft read_ply(const InputFile& file) {
     ByteStream stream(file);
     const PlyHeader header = read_ply_header(file, stream);
-    PlyShape shape(header);
+    PolygonShape shape;
     ByteStream bytes(file, header.end);
     switch (header.encoding) {
     case PlyEncoding::text:
@@ -247,7 +285,7 @@ Draft read_ply(const InputFile& file) {
         BodyReader(header, PlyBinaryRows<std::endian::big>(bytes), shape).read();
         break;
     }
-    return shape.finish();
+    return shape.finish(header.textures);
 }
 
 } // namespace orvex::formats

@@ -9,16 +9,9 @@
 #include <vector>
 
 #include "orvex_formats/ply/private/ply_header.h"
+#include "orvex_formats/private/polygon_shape.h"
 
 namespace orvex::formats {
-
-/// The numbers of a row that mean something, by their place here.
-enum PlyColumn { column_x, column_nx = 3, column_red = 6, column_alpha = 9, column_u, column_v };
-inline constexpr std::size_t num_ply_columns = 12;
-using PlyValues = std::array<float, num_ply_columns>;
-
-/// What a row has that says nothing: black would be a colour, full cover is none.
-inline constexpr PlyValues no_ply_values = {0, 0, 0, 0, 0, 0, 0, 0, 0, 1, 0, 0};
 
 /// Which property is which number.
 class PlyColumns {
@@ -34,11 +27,8 @@ public:
     Place of(std::size_t property) const { return places[property]; }
 
     bool has_positions() const { return has(column_x, 3); }
-    bool has_normals() const { return has(column_nx, 3); }
     bool has_colors() const { return has(column_red, 3); }
-    bool has_uvs() const { return has(column_u, 2); }
-    /// Whether colours are fractions, or should be.
-    bool has_float_colors() const { return has_colors() && are_colors_floats; }
+    ShapeParts parts() const { return {has(column_nx, 3), has_colors(), has(column_u, 2)}; }
 
     /// The names of the properties that go nowhere.
     const std::vector<std::string>& unknown() const { return others; }
@@ -52,8 +42,7 @@ private:
     }
 
     std::vector<Place> places;
-    std::array<bool, num_ply_columns> is_there{};
-    bool are_colors_floats = false;
+    std::array<bool, num_shape_columns> is_there{};
     std::vector<std::string> others;
 };
 

@@ -1,4 +1,4 @@
-#include "orvex_formats/ply/private/ply_shape.h"
+#include "orvex_formats/private/polygon_shape.h"
 
 #include <algorithm>
 #include <cmath>
@@ -11,20 +11,6 @@ namespace orvex::formats {
 namespace {
 
 constexpr std::size_t most_triangles = UINT32_MAX / 3;
-constexpr std::size_t most_names = 8; ///< in a note
-
-void add_name(std::vector<std::string>& names, const std::string& name) {
-    if (names.size() <= most_names && std::find(names.begin(), names.end(), name) == names.end())
-        names.push_back(name);
-}
-
-std::string list_of(const std::vector<std::string>& names) {
-    std::string list;
-    for (std::size_t i = 0; i < names.size() && i < most_names; ++i)
-        list += (i == 0 ? "" : ", ") + in_words(names[i]);
-    return names.size() > most_names ? list + " and others" : list;
-}
-
 /// A unit vector; what has no direction looks along z.
 vec3 direction_of(double x, double y, double z) {
     const double length = std::hypot(x, y, z);
@@ -32,11 +18,6 @@ vec3 direction_of(double x, double y, double z) {
         return vec3(0.0f, 0.0f, 1.0f);
     return {static_cast<float>(x / length), static_cast<float>(y / length),
             static_cast<float>(z / length)};
-}
-
-vec4 color_of(const PlyValues& values) {
-    return vec4(values[column_red], values[column_red + 1], values[column_red + 2],
-                values[column_alpha]);
 }
 
 /// Brings what goes beyond 1 back, as far as it is a byte.
@@ -48,86 +29,72 @@ void settle_part(std::vector<vec4>& colors, float vec4::*part, float largest) {
     }
 }
 
-/// The largest of a part; what is no number is no part.
+/// The largest of a part, of those that are finite numbers.
 float largest_of(const std::vector<vec4>& colors, float vec4::*part) {
     float largest = 0.0f;
     for (const vec4& color : colors)
-        largest = color.*part > largest ? color.*part : largest;
+        if (color.*part > largest && std::isfinite(color.*part))
+            largest = color.*part;
     return largest;
+}
+
+/// Some programs write bytes as floats.
+void settle(std::vector<vec4>& colors) {
+    const float largest = std::max(
+        {largest_of(colors, &vec4::x), largest_of(colors, &vec4::y), largest_of(colors, &vec4::z)});
+    settle_part(colors, &vec4::x, largest);
+    settle_part(colors, &vec4::y, largest);
+    settle_part(colors, &vec4::z, largest);
+    settle_part(colors, &vec4::w, largest_of(colors, &vec4::w));
 }
 
 } // namespace
 
-PlyShape::PlyShape(const PlyHeader& header)
-    : header(header) {}
-
-void PlyShape::add_note(const std::string& note) {
+void PolygonShape::add_note(const std::string& note) {
     draft.notes.push_back(note);
-}
-
-void PlyShape::leave_out_element(const std::string& name) {
-    add_name(unknown_elements, name);
-}
-
-void PlyShape::leave_out_properties(const PlyColumns& columns) {
-    for (const std::string& name : columns.unknown())
-        add_name(unknown_properties, name);
 }
 
 // ------------------------------------------------------------------------------- vertices
 
-void PlyShape::begin_vertices(const PlyColumns& columns, std::uint64_t count) {
-    if (!columns.has_positions())
-        refuse("the vertices have no x, y and z");
-    leave_out_properties(columns);
-    has_normals = columns.has_normals();
-    has_colors = columns.has_colors();
-    has_uvs = columns.has_uvs();
-    has_float_colors = has_float_colors || columns.has_float_colors();
-    has_more_than_places = has_normals || has_colors || has_uvs;
+void PolygonShape::begin_vertices(const ShapeParts& told, std::uint64_t count) {
+    parts = told;
+    has_more_than_places = parts.has_normals || parts.has_colors || parts.has_uvs;
     const auto size = static_cast<std::size_t>(count);
     positions.reserve(size);
-    normals.reserve(has_normals ? size : 0);
-    colors.reserve(has_colors ? size : 0);
-    uvs.reserve(has_uvs ? size : 0);
+    normals.reserve(parts.has_normals ? size : 0);
+    colors.reserve(parts.has_colors ? size : 0);
+    uvs.reserve(parts.has_uvs ? size : 0);
 }
 
-void PlyShape::add_more(const PlyValues& values) {
-    if (has_normals)
+void PolygonShape::add_more(const ShapeValues& values) {
+    if (parts.has_normals)
         normals.push_back(direction_of(static_cast<double>(values[column_nx]),
                                        static_cast<double>(values[column_nx + 1]),
                                        static_cast<double>(values[column_nx + 2])));
-    if (has_colors)
-        colors.push_back(color_of(values));
-    if (has_uvs)
+    if (parts.has_colors)
+        colors.emplace_back(values[column_red], values[column_red + 1], values[column_red + 2],
+                            values[column_alpha]);
+    if (parts.has_uvs)
         uvs.emplace_back().set(values[column_u], values[column_v]);
-}
-
-void PlyShape::end_vertices() {
-    settle(colors);
 }
 
 // ------------------------------------------------------------------------------- faces
 
-void PlyShape::begin_faces(const PlyColumns& columns, bool has_coordinates, bool has_picture) {
-    for (const std::string& name : columns.unknown())
-        if (name != "vertex_indices" && name != "vertex_index" && name != "texcoord" &&
-            name != "texnumber")
-            add_name(unknown_properties, name);
+/// Whether faces have looks of their own shows with the first one that has.
+void PolygonShape::take_notice_of(const ShapeFace& face) {
     const bool had_corners = has_corners();
-    has_face_colors = has_face_colors || columns.has_colors();
-    has_face_uvs = has_face_uvs || has_coordinates;
-    has_float_colors = has_float_colors || columns.has_float_colors();
+    has_face_colors = has_face_colors || face.has_color;
+    has_face_uvs = has_face_uvs || !face.coordinates.empty();
     if (has_corners() && !had_corners)
         begin_corners();
-    if (has_picture)
+    if (face.picture != 0.0 && !has_pictures)
         triangle_materials.resize(triangles.size());
-    has_pictures = has_pictures || has_picture;
+    has_pictures = has_pictures || face.picture != 0.0;
 }
 
 /// What was made of vertices until now is made of corners from now on.
-void PlyShape::begin_corners() {
-    PlyFace face;
+void PolygonShape::begin_corners() {
+    ShapeFace face;
     for (Triangle& triangle : triangles) {
         face.corners.assign(triangle.begin(), triangle.end());
         for (std::size_t i = 0; i < 3; ++i)
@@ -135,7 +102,8 @@ void PlyShape::begin_corners() {
     }
 }
 
-void PlyShape::add_face(const PlyFace& face) {
+void PolygonShape::add_face(const ShapeFace& face) {
+    take_notice_of(face);
     const bool is_picture = face.picture >= 0.0 && face.picture < 65536.0;
     const std::uint32_t picture =
         is_picture ? static_cast<std::uint32_t>(face.picture) : no_material;
@@ -149,7 +117,7 @@ void PlyShape::add_face(const PlyFace& face) {
                 picture);
 }
 
-void PlyShape::cut_polygon(const std::vector<std::uint32_t>& polygon) {
+void PolygonShape::cut_polygon(const std::vector<std::uint32_t>& polygon) {
     cut.clear();
     if (polygon.size() > 3 && !positions.empty()) {
         polygon_places.clear();
@@ -163,24 +131,24 @@ void PlyShape::cut_polygon(const std::vector<std::uint32_t>& polygon) {
     has_fans = has_fans || polygon.size() > 3;
 }
 
-std::uint32_t PlyShape::joined(const PlyFace& face, std::size_t corner) {
-    Corner key{face.corners[corner], 0, 0, 0, 0, 0, 0};
-    if (has_face_uvs && 2 * corner + 1 < face.coordinates.size()) {
+std::uint32_t PolygonShape::joined(const ShapeFace& face, std::size_t corner) {
+    Corner key{face.corners[corner], 0, 0, 1, 1, 1, -1};
+    if (2 * corner + 1 < face.coordinates.size()) {
         key.u = face.coordinates[2 * corner];
         key.v = face.coordinates[2 * corner + 1];
     }
-    if (has_face_colors) {
-        key.red = face.values[column_red];
-        key.green = face.values[column_red + 1];
-        key.blue = face.values[column_red + 2];
-        key.alpha = face.values[column_alpha];
+    if (face.has_color) {
+        key.red = face.color.x;
+        key.green = face.color.y;
+        key.blue = face.color.z;
+        key.alpha = std::max(face.color.w, 0.0f);
     }
     bool is_new = false;
     return corners.add(key, is_new);
 }
 
-void PlyShape::add_triangle(const Triangle& triangle) {
-    PlyFace face;
+void PolygonShape::add_triangle(const Triangle& triangle) {
+    ShapeFace face;
     if (!has_corners()) {
         add(triangle, 0);
         return;
@@ -189,7 +157,7 @@ void PlyShape::add_triangle(const Triangle& triangle) {
     add({joined(face, 0), joined(face, 1), joined(face, 2)}, 0);
 }
 
-void PlyShape::add(const Triangle& triangle, std::uint32_t picture) {
+void PolygonShape::add(const Triangle& triangle, std::uint32_t picture) {
     if (triangles.size() >= most_triangles)
         refuse("more triangles than any that are read");
     triangles.push_back(triangle);
@@ -199,20 +167,8 @@ void PlyShape::add(const Triangle& triangle, std::uint32_t picture) {
 
 // ------------------------------------------------------------------------------- end
 
-/// Some programs write bytes as floats.
-void PlyShape::settle(std::vector<vec4>& values) {
-    if (!has_float_colors || values.empty())
-        return;
-    const float largest = std::max(
-        {largest_of(values, &vec4::x), largest_of(values, &vec4::y), largest_of(values, &vec4::z)});
-    settle_part(values, &vec4::x, largest);
-    settle_part(values, &vec4::y, largest);
-    settle_part(values, &vec4::z, largest);
-    settle_part(values, &vec4::w, largest_of(values, &vec4::w));
-}
-
-void PlyShape::add_materials() {
-    for (const std::string& texture : header.textures) {
+void PolygonShape::add_materials(const std::vector<std::string>& textures) {
+    for (const std::string& texture : textures) {
         SurfaceMaterial material;
         material.name = texture;
         material.diffuse = vec4(1.0f, 1.0f, 1.0f, 1.0f);
@@ -221,36 +177,45 @@ void PlyShape::add_materials() {
     }
 }
 
-void PlyShape::take_corners(Surface& surface) const {
+void PolygonShape::take_corners(Surface& surface) const {
     for (const Corner& corner : corners.all()) {
         surface.positions.push_back(positions[corner.vertex]);
-        if (has_normals)
+        if (parts.has_normals)
             surface.normals.push_back(normals[corner.vertex]);
-        if (has_face_colors)
-            surface.colors.emplace_back(corner.red, corner.green, corner.blue, corner.alpha);
-        else if (has_colors)
+        if (parts.has_colors && !has_face_colors)
             surface.colors.push_back(colors[corner.vertex]);
         if (has_face_uvs)
             surface.uvs[0].emplace_back().set(corner.u, corner.v);
-        else if (has_uvs)
+        else if (parts.has_uvs)
             surface.uvs[0].push_back(uvs[corner.vertex]);
     }
+    if (has_face_colors)
+        take_face_colors(surface);
 }
 
-Surface PlyShape::finish_surface() {
+/// Faces without a colour beside such that have one are white.
+void PolygonShape::take_face_colors(Surface& surface) const {
+    for (const Corner& corner : corners.all())
+        surface.colors.emplace_back(corner.red, corner.green, corner.blue, corner.alpha);
+    settle(surface.colors);
+    for (std::size_t i = 0; i < surface.colors.size(); ++i)
+        if (corners.all()[i].alpha < 0.0f)
+            surface.colors[i] = vec4(1.0f, 1.0f, 1.0f, 1.0f);
+}
+
+Surface PolygonShape::finish_surface(const std::vector<std::string>& textures) {
     Surface surface;
-    if (has_corners()) {
+    settle(colors);
+    if (has_corners())
         take_corners(surface);
-        if (has_face_colors)
-            settle(surface.colors);
-    } else {
+    else {
         surface.positions = std::move(positions);
         surface.normals = std::move(normals);
         surface.colors = std::move(colors);
         surface.uvs[0] = std::move(uvs);
     }
     surface.triangles = std::move(triangles);
-    add_materials();
+    add_materials(textures);
     if (draft.materials.empty())
         return surface;
     surface.triangle_materials = std::move(triangle_materials);
@@ -261,22 +226,17 @@ Surface PlyShape::finish_surface() {
     return surface;
 }
 
-Cloud PlyShape::finish_cloud() {
-    if (has_normals)
+Cloud PolygonShape::finish_cloud() {
+    if (parts.has_normals)
         draft.notes.emplace_back("the normals of the points were left out");
+    settle(colors);
     Cloud cloud;
     cloud.positions = std::move(positions);
     cloud.colors = std::move(colors);
     return cloud;
 }
 
-Draft PlyShape::finish() {
-    if (!unknown_elements.empty())
-        draft.notes.push_back("elements that aren't known were left out: " +
-                              list_of(unknown_elements));
-    if (!unknown_properties.empty())
-        draft.notes.push_back("properties that aren't known were left out: " +
-                              list_of(unknown_properties));
+Draft PolygonShape::finish(const std::vector<std::string>& textures) {
     if (has_fans)
         draft.notes.emplace_back("polygons that stand before their vertices were cut as if convex");
     if (has_turned_parts)
@@ -285,7 +245,7 @@ Draft PlyShape::finish() {
     if (triangles.empty())
         draft.clouds.push_back(finish_cloud());
     else
-        draft.surfaces.push_back(finish_surface());
+        draft.surfaces.push_back(finish_surface(textures));
     return std::move(draft);
 }
 
