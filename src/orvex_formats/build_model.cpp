@@ -104,17 +104,56 @@ Material* make_material(const SurfaceMaterial& told, Textures& textures) {
 
 // --- Surfaces
 
-void fill_vertices(const Surface& surface, MeshData& store) {
-    const vec4 white(1.0f, 1.0f, 1.0f, 1.0f);
-    for (std::size_t i = 0; i < surface.positions.size(); ++i) {
-        store.set_position(i, surface.positions[i]);
-        store.set_normal(i, surface.normals[i]);
-        store.set_color(i, surface.colors.empty() ? white : surface.colors[i]);
+/// One attribute of all vertices, in an array of its own or in the records of the vertices. Filling
+/// it is many times as fast as the store's operations, which look at its layout for each vertex.
+class Column {
+public:
+    Column(MeshData& store, VertexAttribArray& array, vec4 Vertex::*member)
+        : first(reinterpret_cast<unsigned char*>(
+              store.separate_vertex_arrays ? array.data : &(store.vertices->*member)))
+        , stride(store.separate_vertex_arrays ? sizeof(vec4) : sizeof(Vertex)) {}
+
+    template<class ValueOf>
+    void fill(std::size_t size, ValueOf value_of) const {
+        for (std::size_t i = 0; i < size; ++i)
+            *reinterpret_cast<vec4*>(first + i * stride) = value_of(i);
     }
-    for (std::size_t i = 0; i < surface.uvs[0].size(); ++i)
-        store.set_uv0(i, vec4(surface.uvs[0][i].x, surface.uvs[0][i].y, 0.0f, 1.0f));
-    for (std::size_t i = 0; i < surface.uvs[1].size(); ++i)
-        store.set_uv1(i, vec4(surface.uvs[1][i].x, surface.uvs[1][i].y, 0.0f, 1.0f));
+
+private:
+    unsigned char* first;
+    std::size_t stride;
+};
+
+void fill_uvs(const Column& column, const std::vector<vec2>& uvs) {
+    column.fill(uvs.size(), [&](std::size_t i) { return vec4(uvs[i].x, uvs[i].y, 0.0f, 1.0f); });
+}
+
+void fill_vertices(const Surface& surface, MeshData& store) {
+    const std::size_t size = surface.positions.size();
+    Column(store, store.position, &Vertex::position).fill(size, [&](std::size_t i) {
+        const vec3& place = surface.positions[i];
+        return vec4(place.x, place.y, place.z, 1.0f);
+    });
+    Column(store, store.normal, &Vertex::normal).fill(size, [&](std::size_t i) {
+        const vec3& normal = surface.normals[i];
+        return vec4(normal.x, normal.y, normal.z, 0.0f);
+    });
+    const Column colors(store, store.color, &Vertex::color);
+    if (surface.colors.empty())
+        colors.fill(size, [](std::size_t) { return vec4(1.0f, 1.0f, 1.0f, 1.0f); });
+    else
+        colors.fill(size, [&](std::size_t i) { return surface.colors[i]; });
+    fill_uvs(Column(store, store.uv0, &Vertex::uv0), surface.uvs[0]);
+    fill_uvs(Column(store, store.uv1, &Vertex::uv1), surface.uvs[1]);
+}
+
+/// Faces of few vertices are narrow.
+template<class Face>
+void fill_corners(const std::vector<Triangle>& triangles, Face* faces) {
+    using Index = decltype(Face::a);
+    for (std::size_t i = 0; i < triangles.size(); ++i)
+        faces[i] = {static_cast<Index>(triangles[i][0]), static_cast<Index>(triangles[i][1]),
+                    static_cast<Index>(triangles[i][2])};
 }
 
 /// Gives a mesh the materials of its faces, each once.
@@ -144,12 +183,13 @@ private:
 void fill_faces(const Surface& surface, const std::vector<Material*>& materials, Mesh& mesh) {
     MeshData& store = *mesh.get_mesh_data();
     FaceMaterials known(mesh, materials);
-    for (std::size_t i = 0; i < surface.triangles.size(); ++i) {
-        const Triangle& corners = surface.triangles[i];
-        mesh.set_face_indexes(i, corners[0], corners[1], corners[2]);
-        store.face_materials[i] =
-            surface.triangle_materials.empty() ? 0 : known.id_of(surface.triangle_materials[i]);
-    }
+    if (store.index_bits == 16)
+        fill_corners(surface.triangles, store.faces_u16);
+    else
+        fill_corners(surface.triangles, store.faces_u32);
+    for (std::size_t i = 0; i < surface.triangle_materials.size(); ++i)
+        store.face_materials[i] = known.id_of(surface.triangle_materials[i]);
+    store.faces_need_update = true;
     mesh.compute_faces_normal(nullptr);
 }
 

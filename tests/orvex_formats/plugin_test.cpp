@@ -57,6 +57,32 @@ TEST_F(FormatPluginTest, is_a_loader_that_the_engine_asks) {
     model->kill(nullptr, nullptr);
 }
 
+TEST_F(FormatPluginTest, fills_meshes_in_both_layouts) {
+    Loader3D* const loader = load("orvex_off");
+    ASSERT_NE(loader, nullptr);
+    folder.write("tile.off", "STCNOFF\n3 1 0\n1 2 3  0 1 0  1 0.5 0 1  0.25 0.75\n"
+                             "2 0 0  0 0 1  0 0 1 0.5  0 1\n3 1 0  0 0 1  0 1 0 1  1 0\n3 0 1 2\n");
+    loader->set_model_dir((folder.path() + "/").c_str());
+    for (const bool is_separate : {true, false}) {
+        Model* const model = new Model;
+        model->set_mesh_vertex_alloc_params(is_separate, 0);
+        ASSERT_TRUE(loader->load_from_file(model, "tile.off"));
+        auto* const mesh = dynamic_cast<Mesh*>(model->get_child(0));
+        ASSERT_NE(mesh, nullptr);
+        EXPECT_EQ(mesh->get_vertex(0) != nullptr, !is_separate);
+        const Vertex vertex = mesh->get_vertex_v2(0);
+        EXPECT_EQ(vertex.position.z, 3.0f);
+        EXPECT_EQ(vertex.position.w, 1.0f);
+        EXPECT_EQ(vertex.normal.y, 1.0f);
+        EXPECT_EQ(vertex.normal.w, 0.0f);
+        EXPECT_EQ(vertex.color.y, 0.5f);
+        EXPECT_EQ(vertex.uv0.y, 0.75f);
+        EXPECT_EQ(vertex.uv0.w, 1.0f);
+        EXPECT_EQ(mesh->get_vertex_v2(1).color.w, 0.5f);
+        model->kill(nullptr, nullptr);
+    }
+}
+
 TEST_F(FormatPluginTest, keeps_its_reason_and_leaves_nothing_behind) {
     Loader3D* const loader = load("orvex_stl");
     ASSERT_NE(loader, nullptr);

@@ -3,9 +3,11 @@
 /// @file
 /// Finding out which vertices are equal.
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <span>
 #include <vector>
 
 namespace orvex::formats {
@@ -37,11 +39,37 @@ public:
         return slot;
     }
 
+    /// Numbers many keys as `add` would, one by one. Tables of millions don't fit into the
+    /// processor's caches, so that what a key needs is asked for while others are looked at.
+    void add(std::span<const Key> added, std::uint32_t* numbers) {
+        for (; !added.empty(); added = added.subspan(std::min(added.size(), batch_size))) {
+            const std::size_t size = std::min(added.size(), batch_size);
+            while (keys.size() + size >= table.size() / 2)
+                grow();
+            fetch(added.first(size));
+            for (std::size_t i = 0; i < size; ++i) {
+                bool is_new = false;
+                *numbers++ = add(added[i], is_new);
+            }
+        }
+    }
+
+    /// Makes room for so many different keys.
+    void reserve(std::size_t count) {
+        keys.reserve(count);
+        std::size_t size = table.size();
+        while (size / 2 <= count)
+            size *= 2;
+        if (size > table.size())
+            resize(size);
+    }
+
     /// All keys by their numbers.
     const std::vector<Key>& all() const { return keys; }
 
 private:
     static constexpr std::uint32_t empty = UINT32_MAX;
+    static constexpr std::size_t batch_size = 48;
     static constexpr std::size_t first_size = 1024; ///< a power of two, as all sizes are
 
     std::uint64_t hash_of(const Key& key) const {
@@ -64,8 +92,22 @@ private:
         return table[place];
     }
 
-    void grow() {
-        table.assign(table.size() * 2, empty);
+    void fetch(std::span<const Key> wanted) const {
+        std::size_t places[batch_size];
+        const std::size_t mask = table.size() - 1;
+        for (std::size_t i = 0; i < wanted.size(); ++i) {
+            places[i] = static_cast<std::size_t>(hash_of(wanted[i])) & mask;
+            __builtin_prefetch(&table[places[i]]);
+        }
+        for (std::size_t i = 0; i < wanted.size(); ++i)
+            if (const std::uint32_t number = table[places[i]]; number != empty)
+                __builtin_prefetch(&keys[number]);
+    }
+
+    void grow() { resize(table.size() * 2); }
+
+    void resize(std::size_t size) {
+        table.assign(size, empty);
         for (std::uint32_t i = 0; i < keys.size(); ++i)
             slot_of(keys[i]) = i;
     }

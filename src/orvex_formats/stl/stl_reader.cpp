@@ -2,9 +2,11 @@
 
 #include <algorithm>
 #include <cstring>
+#include <span>
 #include <string>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 #include "orvex_formats/private/byte_stream.h"
 #include "orvex_formats/private/refusal.h"
@@ -17,6 +19,7 @@ namespace {
 
 constexpr std::uint64_t head_size = 84; ///< 80 bytes of text, and the count
 constexpr std::uint64_t record_size = 50;
+constexpr std::size_t triangles_at_once = 256;
 constexpr std::uint64_t most_triangles = UINT32_MAX / 3;
 
 // --- Triangles
@@ -35,9 +38,19 @@ public:
         vertex =
             joiner.add({corner.x + 0.0f, corner.y + 0.0f, corner.z + 0.0f, corner.color}, is_new);
     }
+    /// Three corners a triangle.
+    void add(std::span<const Corner> corners) {
+        const std::size_t first = surface.triangles.size();
+        surface.triangles.resize(first + corners.size() / 3);
+        joiner.add(corners, surface.triangles[first].data()); // which stand one behind the other
+    }
     void add(const Triangle& triangle) { surface.triangles.push_back(triangle); }
     std::size_t num_triangles() const { return surface.triangles.size(); }
-    void reserve(std::size_t count) { surface.triangles.reserve(count); }
+    /// Closed surfaces have half as many vertices as triangles.
+    void reserve(std::size_t count) {
+        surface.triangles.reserve(count);
+        joiner.reserve(count / 2 + 2);
+    }
 
     /// @param color_of  what a corner's number for a colour stands for; null: there are no colours
     template<class ColorOf>
@@ -110,19 +123,22 @@ Draft read_binary(const InputFile& file, std::uint64_t count) {
 
     SurfaceBuilder builder;
     builder.reserve(count);
+    std::vector<Corner> corners;
     for (std::uint64_t i = 0; i < count; ++i) {
         const unsigned char* const record = stream.take(record_size);
         const std::uint32_t bits = number_at<std::uint16_t>(record + 48);
         colors.is_any =
             colors.is_any || (colors.is_of_head ? (bits & 0x8000u) == 0 : (bits & 0x8000u) != 0);
-        Triangle triangle{};
         for (std::size_t corner = 0; corner < 3; ++corner) {
             const unsigned char* const place = record + 12 + 12 * corner;
-            builder.add({number_at<float>(place), number_at<float>(place + 4),
-                         number_at<float>(place + 8), bits},
-                        triangle[corner]);
+            // Adding 0 makes one number of 0 and -0.
+            corners.push_back({number_at<float>(place) + 0.0f, number_at<float>(place + 4) + 0.0f,
+                               number_at<float>(place + 8) + 0.0f, bits});
         }
-        builder.add(triangle);
+        if (corners.size() == 3 * triangles_at_once || i + 1 == count) {
+            builder.add(corners);
+            corners.clear();
+        }
     }
 
     Draft draft;
