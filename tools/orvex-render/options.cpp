@@ -226,8 +226,8 @@ std::string help_text() {
     add_rules(rules, unused);
     return "usage: orvex-render [options] MODEL\n"
            "\n"
-           "Renders a model file (" ORVEX_TOOL_FORMATS
-           "), with its materials and textures, to a picture.\n"
+           "Renders a model file, with its materials and textures, to a picture.\n"
+           "Reads " ORVEX_TOOL_FORMATS ".\n"
            "\n" +
            rules.help() +
            "\n"

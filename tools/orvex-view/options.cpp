@@ -63,9 +63,9 @@ std::string help_text() {
     add_rules(rules, unused);
     return "usage: orvex-view [options] [MODEL]\n"
            "\n"
-           "Shows a model file (" ORVEX_TOOL_FORMATS
-           "), with its materials and textures, in a window. A file\n"
-           "that is dropped on the window is shown; what changes on disk is read again.\n"
+           "Shows a model file, with its materials and textures, in a window. A file that\n"
+           "is dropped on the window is shown; what changes on disk is read again.\n"
+           "Reads " ORVEX_TOOL_FORMATS ".\n"
            "\n" +
            rules.help() + "\nMouse and keys:\n" + keys_text() +
            "\n"
