@@ -36,6 +36,7 @@ int main(int argc, char** argv) {
     bool ok = TextureMgr::get()->do_screenshot(renderer, argv[2]);
     camera->release(renderer, nullptr);
     model->kill(renderer, nullptr);
+    renderer->kill_render_target(samples);
     core::stop("done");
     return ok ? 0 : 1;
 }
