@@ -60,9 +60,12 @@ def title_of(page):
     return re.search(r"^# (.*)", page.read_text(), re.M).group(1)
 
 
-def pages_in_order():
-    """The pages of the guide as its list of contents has them."""
-    return [stem for _, stem in PAGE_LINK.findall((GUIDE / "README.md").read_text())]
+def pages_in_order(part="# A guide for newcomers"):
+    """The pages of the guide, or of one of its parts, as its list of contents has them."""
+    level = part.split()[0]
+    text = (GUIDE / "README.md").read_text() + f"\n{level} "
+    listed = text[text.index(part):].split(f"\n{level} ", 1)[0]
+    return [stem for _, stem in PAGE_LINK.findall(listed)]
 
 
 def names_of_header(header):
@@ -143,7 +146,7 @@ def steps_from(page):
 def of_page(page):
     stem = page.stem
     of_kit = stem == "mainpage" or page.parent == GUIDE and (
-        stem == "README" or stem in pages_in_order()[:6])
+        stem == "README" or stem in pages_in_order("## The kit"))
     linker = Linker(of_kit)
     lists_pages = stem in ("mainpage", "README")
     in_code = False
