@@ -31,3 +31,4 @@
 #include "orvex_kit/view.h"
 #include "orvex_kit/whole_file.h"
 #include "orvex_kit/windows/host_view.h"
+#include "orvex_kit/windows/swapped_view.h"

@@ -75,9 +75,12 @@ Outcome View::Data::resize(int new_width, int new_height) {
         window.update_size(width, height);
         return refusal("the driver has no surface of that size");
     }
-    // A driver may look at a window's size after a swap alone, where another view drew since.
-    if (is_window)
+    // A driver may look at a window's size after a swap alone, where another view drew since. One
+    // of Wayland copies beyond its buffer's end where nothing was drawn in the new size.
+    if (is_window) {
+        context->renderer->clear_color_depth_buffers(behind(), 1.0f);
         window.display_framebuffer();
+    }
     width = new_width;
     height = new_height;
     if (target)

@@ -42,7 +42,7 @@ void note_global(void* compositor, wl_registry* registry, std::uint32_t name, co
                  std::uint32_t) {
     if (std::strcmp(interface, "wl_compositor") == 0)
         *static_cast<wl_compositor**>(compositor) = static_cast<wl_compositor*>(
-            wl_registry_bind(registry, name, &wl_compositor_interface, 1));
+            wl_registry_bind(registry, name, &wl_compositor_interface, 3));
 }
 
 void forget_global(void*, wl_registry*, std::uint32_t) {}

@@ -3,8 +3,6 @@
 /// @file
 /// A view in a window of GLFW 3.
 
-#include <utility>
-
 #include <GLFW/glfw3.h>
 
 #include "orvex_kit/windows/swapped_view.h"
@@ -19,11 +17,15 @@ struct GlfwSurface {
     explicit operator bool() const { return window != nullptr; }       ///< whether there is one
     void make_current() const { glfwMakeContextCurrent(window); }      ///< on this thread
     void swap() const { glfwSwapBuffers(window); }                     ///< shows what was drawn
-    /// In pixels.
-    std::pair<int, int> size() const {
-        std::pair<int, int> size;
-        glfwGetFramebufferSize(window, &size.first, &size.second);
-        return size;
+    /// Its size in pixels, and how many of them are a unit of the mouse's places.
+    Screen screen() const {
+        Screen screen{0, 0};
+        int units = 0;
+        glfwGetFramebufferSize(window, &screen.width, &screen.height);
+        glfwGetWindowSize(window, &units, nullptr);
+        if (units > 0 && screen.width > 0)
+            screen.scale = static_cast<double>(screen.width) / units;
+        return screen;
     }
 };
 

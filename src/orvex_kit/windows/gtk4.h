@@ -9,6 +9,7 @@
 
 #include <gtk/gtk.h>
 
+#include "orvex_kit/camera.h"
 #include "orvex_kit/windows/host_view.h"
 
 namespace orvex::kit {
@@ -43,6 +44,13 @@ public:
     GtkView(const GtkView&) = delete;
     GtkView& operator=(const GtkView&) = delete;
 
+    /// What the mouse's places are counted in, for `Camera` and `Orbit`.
+    Screen screen() const {
+        GtkWidget* const widget = GTK_WIDGET(area);
+        const int scale = gtk_widget_get_scale_factor(widget);
+        return {gtk_widget_get_width(widget) * scale, gtk_widget_get_height(widget) * scale,
+                static_cast<double>(scale)};
+    }
     View& view() { return host.view(); }                        ///< empty before the first frame
     const std::string& reason() const { return host.reason(); } ///< why there was no frame
 
@@ -52,12 +60,10 @@ private:
     HostView host;
     gulong signals[2] = {};
 
-    static gboolean on_render(GtkGLArea* area, GdkGLContext*, gpointer self) {
+    static gboolean on_render(GtkGLArea*, GdkGLContext*, gpointer self) {
         auto& owner = *static_cast<GtkView*>(self);
-        GtkWidget* const widget = GTK_WIDGET(area);
-        const int scale = gtk_widget_get_scale_factor(widget);
-        owner.host.frame(gtk_widget_get_width(widget) * scale,
-                         gtk_widget_get_height(widget) * scale, owner.draw);
+        const Screen now = owner.screen();
+        owner.host.frame(now.width, now.height, owner.draw);
         return TRUE;
     }
     static void on_unrealize(GtkWidget*, gpointer self) { static_cast<GtkView*>(self)->leave(); }

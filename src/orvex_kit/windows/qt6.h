@@ -11,6 +11,7 @@
 #include <QOpenGLWidget>
 #include <QOpenGLWindow>
 
+#include "orvex_kit/camera.h"
 #include "orvex_kit/windows/host_view.h"
 
 namespace orvex::kit {
@@ -37,6 +38,12 @@ public:
     /// Takes effect when the next view begins: before the first frame, as a rule. 0 samples where
     /// the format asks for some.
     void set_view_options(const ViewOptions& wanted) { options = wanted; }
+    /// What the mouse's places are counted in, for `kit::Camera` and `Orbit`.
+    Screen screen_of_mouse() const {
+        const double scale = Base::devicePixelRatio();
+        return {static_cast<int>(std::lround(Base::width() * scale)),
+                static_cast<int>(std::lround(Base::height() * scale)), scale};
+    }
     /// Why there was no frame; empty if there was.
     const std::string& reason() const {
         static const std::string nothing;
@@ -60,10 +67,8 @@ protected:
     void paintGL() override {
         if (!host)
             begin();
-        const double scale = Base::devicePixelRatio();
-        host->frame(static_cast<int>(std::lround(Base::width() * scale)),
-                    static_cast<int>(std::lround(Base::height() * scale)),
-                    [this](View& view) { draw(view); });
+        const Screen now = screen_of_mouse();
+        host->frame(now.width, now.height, [this](View& view) { draw(view); });
     }
 
 private:

@@ -3,8 +3,6 @@
 /// @file
 /// A view in a window of SDL 2.
 
-#include <utility>
-
 #include <SDL.h>
 
 #include "orvex_kit/windows/swapped_view.h"
@@ -21,11 +19,15 @@ struct Sdl2Surface {
     explicit operator bool() const { return context != nullptr; }      ///< whether there is one
     void make_current() const { SDL_GL_MakeCurrent(window, context); } ///< on this thread
     void swap() const { SDL_GL_SwapWindow(window); }                   ///< shows what was drawn
-    /// In pixels.
-    std::pair<int, int> size() const {
-        std::pair<int, int> size;
-        SDL_GL_GetDrawableSize(window, &size.first, &size.second);
-        return size;
+    /// Its size in pixels, and how many of them are a unit of the mouse's places.
+    Screen screen() const {
+        Screen screen{0, 0};
+        int units = 0;
+        SDL_GL_GetDrawableSize(window, &screen.width, &screen.height);
+        SDL_GetWindowSize(window, &units, nullptr);
+        if (units > 0 && screen.width > 0)
+            screen.scale = static_cast<double>(screen.width) / units;
+        return screen;
     }
 };
 

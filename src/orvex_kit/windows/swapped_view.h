@@ -6,6 +6,7 @@
 #include <string>
 #include <utility>
 
+#include "orvex_kit/camera.h"
 #include "orvex_kit/windows/host_view.h"
 
 namespace orvex::kit {
@@ -13,8 +14,8 @@ namespace orvex::kit {
 /// A view in a window of a toolkit, with the context that it made for it. `GlfwView` and `Sdl2View`
 /// are such; a toolkit without an adapter is served by a class of a few lines.
 ///
-/// @tparam Surface  the toolkit's window, as a value: `make_current()`, `size()` in pixels as a
-///                  `std::pair`, `swap()`, a static `current()`, and false where there is none
+/// @tparam Surface  the toolkit's window, as a value: `make_current()`, `screen()`, `swap()`, a
+///                  static `current()`, and false where there is none
 template<class Surface>
 class SwappedView {
 public:
@@ -35,16 +36,17 @@ public:
     template<class Draw>
     bool frame(Draw&& draw) {
         const Current current(surface);
-        const std::pair<int, int> size = surface.size();
-        // A driver may look at a window's size after a swap alone.
-        if (std::exchange(known, size) != size)
-            surface.swap();
-        if (!host.frame(size.first, size.second, std::forward<Draw>(draw)))
+        const Screen now = surface.screen();
+        if (now.width != known.width || now.height != known.height)
+            show_size(now);
+        if (!host.frame(now.width, now.height, std::forward<Draw>(draw)))
             return false;
         surface.swap();
         return true;
     }
 
+    /// What the mouse's places are counted in, for `Camera` and `Orbit`.
+    Screen screen() const { return surface.screen(); }
     View& view() { return host.view(); }                        ///< empty before the first frame
     const std::string& reason() const { return host.reason(); } ///< why there was no frame
 
@@ -69,7 +71,18 @@ private:
 
     Surface surface;
     HostView host;
-    std::pair<int, int> known; ///< the size at the frame before
+    Screen known{0, 0}; ///< at the frame before
+
+    /// Shows the background. A driver may look at a window's size after a swap alone.
+    void show_size(const Screen& now) {
+        known = now;
+        const auto nothing = [](View& view) {
+            view.begin(Camera());
+            view.end();
+        };
+        if (host.frame(now.width, now.height, nothing))
+            surface.swap();
+    }
 };
 
 } // namespace orvex::kit

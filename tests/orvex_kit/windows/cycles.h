@@ -12,6 +12,9 @@
 #include <string>
 #include <utility>
 
+#include <orvex/geometry/rays/ray_caster.h>
+
+#include "orvex_kit/camera.h"
 #include "orvex_kit/compare.h"
 #include "orvex_kit/engine.h"
 #include "orvex_kit/view.h"
@@ -70,6 +73,17 @@ public:
         while (!window.ends)
             window.turn();
         return is_right ? 0 : 1;
+    }
+
+    /// Tells which pixel the mouse's button was pressed on, by way of the ray through it.
+    void press(const orvex::kit::Screen& screen, double x, double y) const {
+        orvex::kit::Camera camera;
+        camera.look_at(orvex::vec4(4.0f, 3.0f, 4.0f, 1.0f), orvex::vec4(0.0f, 0.0f, 0.0f, 1.0f));
+        const orvex::Ray ray = camera.ray(x, y, screen);
+        const auto seen =
+            camera.project(ray.origin + ray.direction * 5.0f, {screen.width, screen.height});
+        std::fprintf(stderr, "pressed on %ld %ld of %dx%d\n", seen ? std::lround(seen->x) : -1,
+                     seen ? std::lround(seen->y) : -1, screen.width, screen.height);
     }
 
     /// Plays them. The window has `resize`, `hide`, `show`, `change` (what else is done to it, by

@@ -22,6 +22,14 @@ struct Host {
         glfwSetKeyCallback(window, [](GLFWwindow* window, int key, int, int, int) {
             static_cast<Host*>(glfwGetWindowUserPointer(window))->ends = key == GLFW_KEY_ESCAPE;
         });
+        glfwSetMouseButtonCallback(window, [](GLFWwindow* window, int, int action, int) {
+            const Host& self = *static_cast<Host*>(glfwGetWindowUserPointer(window));
+            double x = 0.0;
+            double y = 0.0;
+            glfwGetCursorPos(window, &x, &y);
+            if (action == GLFW_PRESS)
+                self.cycles.press(self.host.screen(), x, y);
+        });
     }
     void resize(int width, int height) { glfwSetWindowSize(window, width, height); }
     void hide() { glfwHideWindow(window); }

@@ -22,6 +22,8 @@ struct Host {
         : cycles(cycles) {
         g_signal_connect(area, "render", G_CALLBACK(&Host::on_render), this);
         g_signal_connect(area, "unrealize", G_CALLBACK(&Host::on_unrealize), this);
+        g_signal_connect(area, "button-press-event", G_CALLBACK(&Host::on_press), this);
+        gtk_widget_add_events(area, GDK_BUTTON_PRESS_MASK);
         open(cycles.width, cycles.height);
         // A moment lasts that long at most.
         g_timeout_add(
@@ -41,19 +43,26 @@ struct Host {
         gtk_container_add(GTK_CONTAINER(window), area);
         gtk_widget_show_all(window);
     }
-    static gboolean on_render(GtkGLArea* area, GdkGLContext*, gpointer self) {
+    kit::Screen screen() const {
+        const int scale = gtk_widget_get_scale_factor(area);
+        return {gtk_widget_get_allocated_width(area) * scale,
+                gtk_widget_get_allocated_height(area) * scale, static_cast<double>(scale)};
+    }
+    static gboolean on_render(GtkGLArea*, GdkGLContext*, gpointer self) {
         auto& owner = *static_cast<Host*>(self);
-        GtkWidget* const widget = GTK_WIDGET(area);
-        const int scale = gtk_widget_get_scale_factor(widget);
+        const kit::Screen now = owner.screen();
         const StateWatch watch;
-        owner.host.frame(gtk_widget_get_allocated_width(widget) * scale,
-                         gtk_widget_get_allocated_height(widget) * scale,
-                         [&](kit::View& view) { owner.cycles.draw(view); });
+        owner.host.frame(now.width, now.height, [&](kit::View& view) { owner.cycles.draw(view); });
         return TRUE;
     }
     static void on_unrealize(GtkGLArea* area, gpointer self) {
         gtk_gl_area_make_current(area);
         static_cast<Host*>(self)->host.leave();
+    }
+    static gboolean on_press(GtkWidget*, GdkEventButton* event, gpointer self) {
+        const Host& pressed = *static_cast<Host*>(self);
+        pressed.cycles.press(pressed.screen(), event->x, event->y);
+        return TRUE;
     }
     static gboolean on_key(GtkWidget*, GdkEventKey* event, gpointer self) {
         static_cast<Host*>(self)->ends |= event->keyval == GDK_KEY_Escape;

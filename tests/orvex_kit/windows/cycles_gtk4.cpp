@@ -23,6 +23,9 @@ struct Host {
         g_signal_connect(area, "render", G_CALLBACK(&Host::watch), this);
         host = std::make_unique<kit::GtkView>(GTK_GL_AREA(area),
                                               [this](kit::View& view) { this->cycles.draw(view); });
+        GtkGesture* const clicks = gtk_gesture_click_new();
+        g_signal_connect(clicks, "pressed", G_CALLBACK(&Host::on_press), this);
+        gtk_widget_add_controller(area, GTK_EVENT_CONTROLLER(clicks));
         open(cycles.width, cycles.height);
         // A moment lasts that long at most.
         g_timeout_add(
@@ -56,6 +59,10 @@ struct Host {
         }
         g_signal_handlers_unblock_by_func(area, reinterpret_cast<gpointer>(&Host::watch), self);
         return is_drawn;
+    }
+    static void on_press(GtkGestureClick*, int, double x, double y, gpointer self) {
+        const Host& pressed = *static_cast<Host*>(self);
+        pressed.cycles.press(pressed.host->screen(), x, y);
     }
     static gboolean on_key(GtkEventControllerKey*, guint key, guint, GdkModifierType,
                            gpointer self) {

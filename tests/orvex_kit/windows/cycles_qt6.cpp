@@ -3,6 +3,7 @@
 
 #include <QApplication>
 #include <QKeyEvent>
+#include <QMouseEvent>
 
 #include "cycles.h"
 #include "orvex_kit/windows/qt6.h"
@@ -49,6 +50,9 @@ protected:
         kit::HOST_BASE::paintGL();
     }
     void keyPressEvent(QKeyEvent* event) override { ends = ends || event->key() == Qt::Key_Escape; }
+    void mousePressEvent(QMouseEvent* event) override {
+        cycles.press(screen_of_mouse(), event->position().x(), event->position().y());
+    }
 
 private:
     orvex_test::Cycles& cycles;

@@ -20,9 +20,12 @@ struct Host {
     void change(int) {}
     void turn() {
         SDL_Event event = {};
-        SDL_WaitEventTimeout(&event, 2);
-        ends = ends || event.type == SDL_QUIT ||
-               (event.type == SDL_KEYDOWN && event.key.keysym.sym == SDLK_ESCAPE);
+        for (int more = SDL_WaitEventTimeout(&event, 2); more != 0; more = SDL_PollEvent(&event)) {
+            ends = ends || event.type == SDL_QUIT ||
+                   (event.type == SDL_KEYDOWN && event.key.keysym.sym == SDLK_ESCAPE);
+            if (event.type == SDL_MOUSEBUTTONDOWN)
+                cycles.press(host.screen(), event.button.x, event.button.y);
+        }
         const StateWatch watch;
         host.frame([&](kit::View& view) { cycles.draw(view); });
     }
@@ -46,6 +49,8 @@ int play(orvex_test::Cycles& cycles, const kit::ViewOptions& options) {
 } // namespace
 
 int main(int argc, char** argv) {
+    // The first click counts as well, not only for the keyboard.
+    SDL_SetHint(SDL_HINT_MOUSE_FOCUS_CLICKTHROUGH, "1");
     if (SDL_Init(SDL_INIT_VIDEO) != 0)
         return 1;
     int code = 1;

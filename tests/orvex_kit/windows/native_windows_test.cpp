@@ -195,6 +195,22 @@ TEST_P(WaylandSurfaces, hold_no_more_after_cycles_of_resize_and_hide) {
     EXPECT_TRUE(cycles.play(shown));
 }
 
+TEST_P(WaylandSurfaces, have_more_pixels_on_a_fine_screen) {
+    wl_surface_set_buffer_scale(surface, 2);
+    kit::WaylandView host(display(), surface, 2 * 60, 2 * 40, options_for(GetParam()));
+    TurningTorus torus;
+    for (const int width : {60, 90}) {
+        EXPECT_EQ(host.resize(2 * width, 2 * 40).reason(), "");
+        kit::Picture drawn;
+        EXPECT_TRUE(host.frame([&](kit::View& view) {
+            torus.draw(view, 1);
+            drawn = picture_of(view);
+        }));
+        EXPECT_EQ(kit::compare(drawn, expected(GetParam(), 1, 2 * width, 2 * 40)).reason, "");
+        EXPECT_GE(wl_display_roundtrip(display()), 0) << "the compositor took it";
+    }
+}
+
 TEST_P(WaylandSurfaces, refuse_sizes_that_cant_be) {
     kit::WaylandView none(display(), surface, 0, 40, options_for(GetParam()));
     EXPECT_FALSE(none.frame([](kit::View&) { ADD_FAILURE() << "there is nothing to draw"; }));

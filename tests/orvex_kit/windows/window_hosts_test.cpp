@@ -2,9 +2,11 @@
 // size, and find their context as it was.
 
 #include <algorithm>
+#include <cmath>
 #include <cstdio>
 #include <cstdlib>
 #include <ostream>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -37,6 +39,7 @@ struct Host {
     kit::Path path = kit::Path::gl3;
     bool has_two = false;  ///< a second window is some frames ahead
     bool replaces = false; ///< w takes the view into another window
+    double scale = 1.0;    ///< pixels in a unit of the toolkit's
 };
 
 void PrintTo(const Host& host, std::ostream* out) {
@@ -74,6 +77,15 @@ protected:
         setenv("GTK_A11Y", "none", 1);
         setenv("GDK_BACKEND", "x11", 1);
         setenv("QT_QPA_PLATFORM", "xcb", 1);
+        setenv("GDK_SCALE", scale().c_str(), 1);
+        setenv("QT_SCALE_FACTOR", scale().c_str(), 1);
+    }
+
+    /// As a toolkit reads it, without a fraction where it has none.
+    static std::string scale() {
+        std::ostringstream text;
+        text << GetParam().scale;
+        return text.str();
     }
 
     static testing::AssertionResult shows(WindowProgram& program, int number, int width,
@@ -156,14 +168,18 @@ std::string host_name(const testing::TestParamInfo<Host>& info) {
     return info.param.name;
 }
 
-class CycledHosts : public WindowHosts {};
+class CycledHosts : public WindowHosts {
+protected:
+    static int pixels(int units) { return static_cast<int>(std::lround(units * GetParam().scale)); }
+};
 
 TEST_P(CycledHosts, hold_no_more_after_cycles_of_resize_and_hide) {
     const char* const path = GetParam().path == kit::Path::gl3 ? "gl3" : "gl2";
-    WindowProgram program({GetParam().command[0], path}, Leaks::passed_over);
+    WindowProgram program({GetParam().command[0], path, scale()}, Leaks::passed_over);
     ASSERT_TRUE(program.has_window()) << program.get_output();
-    const Picture last =
-        expected(GetParam().path, Cycles::last_frame, Cycles::last_width, Cycles::last_height);
+    const int width = pixels(Cycles::last_width);
+    const int height = pixels(Cycles::last_height);
+    const Picture last = expected(GetParam().path, Cycles::last_frame, width, height);
     bool is_seen = false;
     // Each wait has its end; that of many cycles comes later.
     for (int waits = 0; waits <= cycle_count() / 100 && !is_seen; ++waits)
@@ -172,10 +188,16 @@ TEST_P(CycledHosts, hold_no_more_after_cycles_of_resize_and_hide) {
             return seen == last;
         });
     EXPECT_TRUE(is_seen);
+    program.move_pointer(150, 90);
+    program.press_button(1);
+    program.release_button(1);
     hit(program, XK_Escape);
     EXPECT_EQ(program.exit_code(), 0) << program.get_output();
     EXPECT_EQ(program.get_output().find("a frame changed"), std::string::npos)
         << program.get_output();
+    const std::string pressed =
+        "pressed on 150 90 of " + std::to_string(width) + "x" + std::to_string(height) + "\n";
+    EXPECT_NE(program.get_output().find(pressed), std::string::npos) << program.get_output();
     if (std::getenv("ORVEX_CYCLES"))
         std::printf("%s", program.get_output().c_str());
 }
@@ -194,7 +216,22 @@ std::vector<Host> that_cycle() {
     return hosts;
 }
 
+/// On screens with more pixels in a unit than one.
+std::vector<Host> on_fine_screens() {
+    const auto host = [](const char* name, const char* program, double scale) {
+        Host result{name, {program}};
+        result.scale = scale;
+        return result;
+    };
+    return {host("gtk3", CYCLES_GTK3, 2.0), host("gtk4", CYCLES_GTK4, 2.0),
+            host("qt6_widget_2", CYCLES_QT6_WIDGET, 2.0),
+            host("qt6_widget_1_5", CYCLES_QT6_WIDGET, 1.5),
+            host("qt6_window_1_5", CYCLES_QT6_WINDOW, 1.5)};
+}
+
 INSTANTIATE_TEST_SUITE_P(of, CycledHosts, testing::ValuesIn(that_cycle()), host_name);
+INSTANTIATE_TEST_SUITE_P(on_fine_screens, CycledHosts, testing::ValuesIn(on_fine_screens()),
+                         host_name);
 INSTANTIATE_TEST_SUITE_P(of, WindowHosts, testing::ValuesIn(on_both_paths()), host_name);
 
 } // namespace
