@@ -152,11 +152,12 @@ void list_textures(SurfaceMaterial& material, GltfTextures& textures) {
 
 GltfMaterials::GltfMaterials(const Json& json, const std::string& path, GltfBuffers& buffers,
                              GltfBudget& budget, GltfNotes& notes, Draft& draft)
-    : budget(budget)
-    , notes(notes)
+    : notes(notes)
     , draft(draft)
     , textures(json, path, buffers, budget, notes, draft) {
     const Json told = json.list("materials");
+    if (told)
+        budget.take(told.size(), cost_of_material, told);
     for (std::size_t i = 0; i < told.size(); ++i)
         add(told.at(i), i);
 }
@@ -164,7 +165,6 @@ GltfMaterials::GltfMaterials(const Json& json, const std::string& path, GltfBuff
 void GltfMaterials::add(const Json& json, std::size_t place) {
     if (!json.is_object())
         json.refuse("no object");
-    budget.take(cost_of_material, json);
     SurfaceMaterial material;
     material.name = json.text("name", "material " + std::to_string(place));
     PhysicalMaterial& physical = material.physical.emplace();

@@ -11,10 +11,6 @@ namespace orvex::formats {
 
 namespace {
 
-float encoded(float linear) {
-    return std::min(encoded_color(linear), 1.0f);
-}
-
 std::vector<vec3> as_vec3(const std::vector<float>& numbers) {
     std::vector<vec3> vectors;
     vectors.reserve(numbers.size() / 3);
@@ -85,8 +81,8 @@ void GltfMeshes::read_colors(const Json& attributes, Vertices& vertices) {
         return;
     vertices.colors.reserve(numbers.size() / width);
     for (std::size_t i = 0; i + width <= numbers.size(); i += width)
-        vertices.colors.emplace_back(encoded(numbers[i]), encoded(numbers[i + 1]),
-                                     encoded(numbers[i + 2]),
+        vertices.colors.emplace_back(encoded_color(numbers[i]), encoded_color(numbers[i + 1]),
+                                     encoded_color(numbers[i + 2]),
                                      width == 4 ? std::clamp(numbers[i + 3], 0.0f, 1.0f) : 1.0f);
 }
 

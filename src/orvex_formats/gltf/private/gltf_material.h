@@ -47,7 +47,6 @@ private:
     void read_core(const Json& json, PhysicalMaterial& physical);
     void read_extensions(const Json& extensions, PhysicalMaterial& physical);
 
-    GltfBudget& budget;
     GltfNotes& notes;
     Draft& draft;
     GltfTextures textures;
