@@ -59,7 +59,6 @@ private:
             texture = make_white(); // so that those behind it keep their places
         }
         texture->set_name(picture.name.c_str());
-        texture->set_filtering_mode(nullptr, FILTERING_TRILINEAR);
         return texture;
     }
 
