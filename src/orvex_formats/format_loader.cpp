@@ -1,5 +1,6 @@
 #include "orvex_formats/private/format_loader.h"
 
+#include <cstdint>
 #include <new>
 #include <string>
 #include <utility>
@@ -7,6 +8,7 @@
 #include <orvex/assets/models/load_undo.h>
 
 #include "orvex_formats/private/build_model.h"
+#include "orvex_formats/private/model_file.h"
 #include "orvex_formats/private/refusal.h"
 
 namespace orvex::formats {
@@ -20,6 +22,30 @@ FormatLoader::FormatLoader(const char* name, const char* format, const char* des
     set_author("orvex");
     set_type(PLUGIN_TYPE_LOADER_3D);
 }
+
+namespace {
+
+/// What small files may become; only compressed ones can hold more.
+constexpr std::uint64_t small_file = 1u << 20, most_of_small_file = 256u << 20;
+
+/// Roughly what the engine's stores take.
+std::uint64_t model_size_of(const Draft& draft) {
+    std::uint64_t size = 0;
+    for (const Surface& surface : draft.surfaces)
+        size += surface.positions.size() * 112 + surface.triangles.size() * 32;
+    for (const Cloud& cloud : draft.clouds)
+        size += cloud.positions.size() * 96;
+    return size;
+}
+
+void check_size(const Draft& draft, std::uint64_t stored_size) {
+    const std::uint64_t size = model_size_of(draft);
+    if (stored_size < small_file && size > most_of_small_file)
+        refuse("a file of %llu bytes that becomes a model of %llu",
+               static_cast<unsigned long long>(stored_size), static_cast<unsigned long long>(size));
+}
+
+} // namespace
 
 bool FormatLoader::load_from_file(Model* model, const char* filename) {
     clear_failure_reason();
@@ -42,7 +68,11 @@ bool FormatLoader::load_from_file(Model* model, const char* filename) {
 }
 
 void FormatLoader::load(Model& model, const std::string& path) {
-    Draft draft = reader(InputFile(path));
+    const ModelFile opened = open_model_file(path, get_loader_name());
+    Draft draft = reader(opened.file);
+    check_size(draft, opened.stored_size);
+    for (const std::string& note : opened.notes)
+        add_note("%s", note.c_str());
     for (const std::string& note : draft.notes)
         add_note("%s", note.c_str());
     for (const std::string& file : draft.files)

@@ -39,8 +39,9 @@ InputFile::InputFile(const std::string& path)
     num_bytes = static_cast<std::uint64_t>(size);
 }
 
-InputFile::InputFile(std::vector<unsigned char> bytes)
-    : memory(std::move(bytes))
+InputFile::InputFile(std::vector<unsigned char> bytes, std::string path)
+    : name(std::move(path))
+    , memory(std::move(bytes))
     , num_bytes(memory.size()) {}
 
 InputFile::~InputFile() {

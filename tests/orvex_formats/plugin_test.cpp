@@ -13,6 +13,7 @@
 #include <orvex/kernel/core.h>
 #include <orvex/kernel/kernel.h>
 
+#include "tests/orvex_formats/archives.h"
 #include "tests/support/temp_dir.h"
 
 namespace orvex_test {
@@ -81,6 +82,39 @@ TEST_F(FormatPluginTest, fills_meshes_in_both_layouts) {
         EXPECT_EQ(mesh->get_vertex_v2(1).color.w, 0.5f);
         model->kill(nullptr, nullptr);
     }
+}
+
+TEST_F(FormatPluginTest, reads_compressed_files) {
+    Loader3D* const loader = load("orvex_stl");
+    ASSERT_NE(loader, nullptr);
+    folder.write("tile.stl.gz", gzip(text));
+    folder.write("tile.zip", Zip().add("tile.stl", text).add("readme.txt", "?").text());
+    loader->set_model_dir((folder.path() + "/").c_str());
+    for (const char* name : {"tile.stl.gz", "tile.zip"}) {
+        Model* const model = new Model;
+        EXPECT_TRUE(loader->load_from_file(model, name)) << loader->get_failure_reason();
+        EXPECT_EQ(model->get_num_children(), 1u);
+        model->kill(nullptr, nullptr);
+    }
+    ASSERT_EQ(loader->get_num_notes(), 1u);
+    EXPECT_STREQ(loader->get_note(0), "the other files of the archive were left out: 1");
+}
+
+TEST_F(FormatPluginTest, makes_no_huge_model_of_a_small_file) {
+    Loader3D* const loader = load("orvex_ply");
+    ASSERT_NE(loader, nullptr);
+    std::string points = "ply\nformat binary_little_endian 1.0\nelement vertex 5000000\n"
+                         "property char x\nproperty char y\nproperty char z\nend_header\n";
+    points.append(15000000, '\0');
+    folder.write("points.ply.gz", gzip(points));
+    Model* const model = new Model;
+    loader->set_model_dir((folder.path() + "/").c_str());
+    EXPECT_FALSE(loader->load_from_file(model, "points.ply.gz"));
+    EXPECT_NE(
+        std::string(loader->get_failure_reason()).find("bytes that becomes a model of 480000000"),
+        std::string::npos)
+        << loader->get_failure_reason();
+    model->kill(nullptr, nullptr);
 }
 
 TEST_F(FormatPluginTest, keeps_its_reason_and_leaves_nothing_behind) {

@@ -20,7 +20,8 @@ public:
     /// @throw Refusal
     explicit InputFile(const std::string& path);
     /// The same of bytes in memory.
-    explicit InputFile(std::vector<unsigned char> bytes);
+    /// @param path  that they are told by; nothing is opened
+    explicit InputFile(std::vector<unsigned char> bytes, std::string path = "");
     ~InputFile();
     InputFile(const InputFile&) = delete;
     InputFile& operator=(const InputFile&) = delete;
@@ -28,7 +29,7 @@ public:
     /// As it was when the file was opened.
     std::uint64_t size() const { return num_bytes; }
 
-    /// Empty for bytes in memory.
+    /// As it was told.
     const std::string& path() const { return name; }
 
     /// Copies bytes.
