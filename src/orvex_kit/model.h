@@ -90,9 +90,10 @@ public:
     ///
     /// The program is told, as far as it has such uniforms, of each run's material (vec4
     /// `diffuse_color` with the opacity in w, `specular_color` with the shininess in w), its
-    /// textures on units from 0 on (float `textured`, 1 or 0; sampler2D `diffuse_map`), of lights
-    /// in the world (vec4 `to_sun`, `to_fill`, `to_sky`) and whether faces are flat (float
-    /// `faceted`, 1 or 0), beside the engine's own.
+    /// textures on units from 0 on (float `textured`, 1 or 0; sampler2D `diffuse_map`), whether
+    /// vertices have colours of their own (float `colored`, 1 or 0), of lights in the world (vec4
+    /// `to_sun`, `to_fill`, `to_sky`) and whether faces are flat (float `faceted`, 1 or 0), beside
+    /// the engine's own.
     /// @param renderer  with its context current; another one at each draw, if need be
     /// @param path      of the program and the context
     /// @param lit_from  the lights turn with its azimuth and its up axis: that of the camera has

@@ -108,7 +108,7 @@ void Model::Data::draw_run(Renderer& renderer, GpuProgram& program, const FaceRu
     Mesh& mesh = *meshes[run.mesh];
     Material* const material =
         run.material < 0 ? nullptr : materials[static_cast<std::size_t>(run.material)];
-    set_material(program, material);
+    set_material(program, material, has_colors[run.mesh]);
     program.bind(&renderer);
     if (material)
         material->bind_textures(&renderer);
@@ -123,8 +123,11 @@ void Model::Data::draw_run(Renderer& renderer, GpuProgram& program, const FaceRu
         material->unbind_textures(&renderer);
 }
 
-void Model::Data::set_material(GpuProgram& program, const Material* material) const {
-    const vec4 diffuse = material ? material->get_diffuse() : vec4(0.7f, 0.7f, 0.8f, 1.0f);
+void Model::Data::set_material(GpuProgram& program, const Material* material,
+                               bool is_colored) const {
+    // Vertices that have colours of their own need no other.
+    const vec4 bare = is_colored ? vec4(1.0f, 1.0f, 1.0f, 1.0f) : vec4(0.7f, 0.7f, 0.8f, 1.0f);
+    const vec4 diffuse = material ? material->get_diffuse() : bare;
     const vec4 specular = material ? material->get_specular() : vec4(0.2f, 0.2f, 0.2f, 1.0f);
     const float opacity = material ? material->get_opacity() : 1.0f;
     const float shininess = material ? material->get_shininess() : 16.0f;
@@ -133,6 +136,7 @@ void Model::Data::set_material(GpuProgram& program, const Material* material) co
     program.set_uniform_4f(nullptr, "specular_color", specular.x, specular.y, specular.z,
                            shininess);
     program.set_uniform_1f(nullptr, "textured", textured ? 1.0f : 0.0f);
+    program.set_uniform_1f(nullptr, "colored", is_colored ? 1.0f : 0.0f);
     program.set_uniform_1i(nullptr, "diffuse_map", 0);
 }
 

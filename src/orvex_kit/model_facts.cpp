@@ -119,7 +119,31 @@ void for_each_place(Mesh& mesh, Use use) {
 
 } // namespace
 
+namespace {
+
+bool is_same(const vec4& a, const vec4& b) {
+    return a.x == b.x && a.y == b.y && a.z == b.z;
+}
+
+/// Whether vertices differ from white, and from what they are where a loader gives them no colour.
+bool has_own_colors(const Mesh& mesh) {
+    const vec4 white(1.0f, 1.0f, 1.0f, 1.0f);
+    const vec4 fresh = Vertex().color;
+    bool is_white = true, is_fresh = true;
+    for (unsigned long i = 0; (is_white || is_fresh) && i < mesh.get_mesh_data()->num_vertices;
+         ++i) {
+        const vec4 color = mesh.get_vertex_color(i);
+        is_white = is_white && is_same(color, white);
+        is_fresh = is_fresh && is_same(color, fresh);
+    }
+    return !is_white && !is_fresh;
+}
+
+} // namespace
+
 void Model::Data::tell_of_meshes() {
+    for (const Mesh* mesh : meshes)
+        has_colors.push_back(has_own_colors(*mesh));
     for (Mesh* mesh : meshes) {
         const MeshData& store = *mesh->get_mesh_data();
         ModelMesh one{text_or_nothing(mesh->get_name()), store.num_vertices, store.num_faces, {}};

@@ -2,14 +2,19 @@
 
 #include <algorithm>
 #include <cstring>
+#include <optional>
 #include <vector>
 
 #include <gtest/gtest.h>
+
+#include <orvex/geometry/mesh/mesh.h>
+#include <orvex/geometry/mesh/model.h>
 
 #include "orvex_kit/engine.h"
 #include "orvex_kit/model.h"
 #include "orvex_kit/program.h"
 #include "sample_models.h"
+#include "scripted_loader.h"
 #include "tests/support/picture.h"
 #include "view_frame.h"
 
@@ -71,6 +76,52 @@ TEST_P(LookTest, of_each_name_is_as_its_picture_shows) {
             shots.push_back(shot_of(view, model));
         EXPECT_TRUE(matches_golden("kit-look-" + name, joined(shots))) << name;
     }
+}
+
+/// A square from -1 to 1 whose vertices a loader gave a colour, or none.
+orvex::kit::Model square_of(const char* name, const TempDir& folder,
+                            const std::optional<orvex::vec4>& color) {
+    ScriptedLoader::add(name, [color](orvex::Model& model, const std::string&) {
+        orvex::Mesh* const mesh = model.create_mesh();
+        mesh->alloc_vertex_data(4);
+        mesh->alloc_face_data(2, false);
+        for (unsigned long i = 0; i < 4; ++i) {
+            mesh->set_vertex_position(
+                i, orvex::vec4(i % 2 == 0 ? -1.0f : 1.0f, i < 2 ? -1.0f : 1.0f, 0.0f, 1.0f));
+            mesh->set_vertex_normal(i, orvex::vec4(0.0f, 0.0f, 1.0f, 0.0f));
+        }
+        if (color)
+            mesh->set_vertices_color(*color, nullptr);
+        mesh->set_face_indexes(0, 0, 1, 2);
+        mesh->set_face_indexes(1, 1, 3, 2);
+        model.add_child(mesh);
+        return true;
+    });
+    ModelOptions options;
+    options.loader = name;
+    return orvex::kit::Model(folder.write("square.none", "-"), options);
+}
+
+TEST_P(LookTest, shows_the_colours_that_vertices_have_of_their_own) {
+    View view(32, 32, options());
+    ASSERT_EQ(view.set_look(Look::named("plain")).reason(), "");
+    const auto camera = flat_camera(32, 32);
+    const auto middle_of_square = [&](const char* name, const std::optional<orvex::vec4>& color) {
+        orvex::kit::Model model = square_of(name, folder, color);
+        EXPECT_TRUE(model) << model.reason();
+        view.begin(*camera);
+        view.add(model);
+        view.end();
+        return pixel_at(picture_of(view), 16, 16);
+    };
+    const Pixel bare = middle_of_square("without", std::nullopt);
+    EXPECT_EQ(middle_of_square("red", orvex::vec4(1.0f, 0.0f, 0.0f, 1.0f)),
+              (Pixel{255, 0, 0, 255}));
+    EXPECT_EQ(middle_of_square("white", orvex::vec4(1.0f, 1.0f, 1.0f, 1.0f)), bare);
+    EXPECT_EQ(bare, (Pixel{178, 178, 204, 255})) << "the colour of what has none";
+    ASSERT_EQ(view.set_look(Look::named("lit")).reason(), "");
+    const Pixel lit = middle_of_square("lit_red", orvex::vec4(1.0f, 0.0f, 0.0f, 1.0f));
+    EXPECT_GT(lit[0], 2 * lit[1]);
 }
 
 TEST_P(LookTest, gives_each_face_of_a_mesh_its_own_material) {

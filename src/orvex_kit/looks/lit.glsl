@@ -5,9 +5,11 @@ uniform mat4 orvex_ModelViewProjectionMatrix;
 OUT vec3 eye_position;
 OUT vec3 eye_normal;
 OUT vec2 uv;
+OUT vec3 tint;
 
 void main()
 {
+    tint = VERTEX_COLOR.rgb;
     eye_position = (orvex_ModelViewMatrix * POSITION).xyz;
     eye_normal = mat3(orvex_ModelViewMatrix) * NORMAL;
     // Images have their first row at the top, texture coordinates their origin at the bottom.
@@ -22,11 +24,13 @@ uniform vec4 to_sky;
 uniform vec4 diffuse_color;   // w: opacity
 uniform vec4 specular_color;  // w: shininess
 uniform float textured;       // 0 or 1
+uniform float colored;        // 1: vertices have colours of their own
 uniform float faceted;        // 1: the normals are those of the faces
 uniform sampler2D diffuse_map;
 IN vec3 eye_position;
 IN vec3 eye_normal;
 IN vec2 uv;
+IN vec3 tint;
 
 vec3 to_linear(vec3 srgb) { return pow(srgb, vec3(2.2)); }
 vec3 to_srgb(vec3 linear) { return pow(linear, vec3(1.0 / 2.2)); }
@@ -45,7 +49,7 @@ vec3 light(vec3 to_light, vec3 strength, vec3 albedo, vec3 normal, vec3 to_eye)
 void main()
 {
     vec4 texel = mix(vec4(1.0), SAMPLE(diffuse_map, uv), textured);
-    vec3 albedo = to_linear(diffuse_color.rgb * texel.rgb);
+    vec3 albedo = to_linear(diffuse_color.rgb * texel.rgb * mix(vec3(1.0), tint, colored));
     vec3 to_eye = normalize(-eye_position);
     vec3 face_normal = normalize(cross(dFdx(eye_position), dFdy(eye_position)));
     bool has_normal = faceted < 0.5 && dot(eye_normal, eye_normal) > 0.0;

@@ -62,6 +62,7 @@ public:
 
 private:
     std::vector<orvex::Mesh*> meshes;        ///< one a place, as `facts.meshes`
+    std::vector<bool> has_colors;            ///< of their vertices, as `meshes`
     std::vector<orvex::Material*> materials; ///< as `facts.materials`
     std::vector<orvex::Texture*> decoded;    ///< as `facts.textures`; null for what is missing
     std::vector<orvex::Texture*> uploads;    ///< what goes to the GPU, each once
@@ -97,7 +98,8 @@ private:
     void make_pieces();
     void draw_run(orvex::Renderer& renderer, orvex::GpuProgram& program, const FaceRun& run,
                   orvex::Mesh* piece);
-    void set_material(orvex::GpuProgram& program, const orvex::Material* material) const;
+    void set_material(orvex::GpuProgram& program, const orvex::Material* material,
+                      bool is_colored) const;
 };
 
 /// The place of a vertex under a transform, as it is drawn.
