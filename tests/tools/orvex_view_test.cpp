@@ -3,6 +3,7 @@
 
 #include <array>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <filesystem>
 #include <memory>
@@ -275,6 +276,39 @@ TEST_F(OrvexView, tells_why_it_shows_nothing) {
         EXPECT_EQ(refused.exit_code(), row.code) << row.message;
         EXPECT_EQ(refused.get_output().substr(0, row.message.size()), row.message);
     }
+}
+
+/// Has programs that are started find a driver of OpenGL 2.1.
+class OldDriver {
+public:
+    OldDriver() {
+        setenv("MESA_GL_VERSION_OVERRIDE", "2.1", 1);
+        setenv("MESA_GLSL_VERSION_OVERRIDE", "120", 1);
+    }
+    ~OldDriver() {
+        unsetenv("MESA_GL_VERSION_OVERRIDE");
+        unsetenv("MESA_GLSL_VERSION_OVERRIDE");
+    }
+};
+
+TEST_F(OrvexView, tells_what_an_old_driver_draws_and_what_it_doesnt) {
+    const OldDriver driver;
+    WindowProgram refused({ORVEX_VIEW, lighthouse}, Leaks::passed_over);
+    EXPECT_EQ(refused.exit_code(), 1);
+    EXPECT_TRUE(has_match(refused.get_output(),
+                          "^orvex-view: no window: .*; --path gl2 draws with OpenGL 2.1\n$"))
+        << refused.get_output();
+    open({"--bare", "--path=gl2", lighthouse});
+    const Picture lit = rendered(lighthouse, {"--path=gl2"});
+    EXPECT_TRUE(comes(lit));
+    tap(XK_Tab);
+    EXPECT_TRUE(leaves(lit));
+    tap(XK_Home);
+    EXPECT_TRUE(comes(lit));
+    expect_end();
+    EXPECT_TRUE(has(program->get_output(), "orvex-view: warning: no layer depth: this driver has "
+                                           "no shading language 1.50 on path gl2"))
+        << program->get_output();
 }
 
 TEST_F(OrvexView, helps_without_a_display) {

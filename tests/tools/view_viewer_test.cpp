@@ -2,6 +2,7 @@
 
 #include <filesystem>
 #include <memory>
+#include <random>
 
 #include <gtest/gtest.h>
 
@@ -69,7 +70,7 @@ protected:
         kit::Model model(options.model);
         kit::Orbit orbit(model.extent(), {options.azimuth, options.elevation, model.up_axis()});
         kit::Camera camera = orbit.camera({width, height, 1.0});
-        kit::fit_clip(camera, model.extent());
+        camera.set_clip(viewer->camera().near(), viewer->camera().far());
         own.begin(camera);
         own.add(model, orbit.place().angle);
         own.end();
@@ -190,6 +191,23 @@ TEST_P(ViewerTest, turns_every_axis_up_and_begins_again) {
     EXPECT_EQ(kit::compare(draw(), first).reason, "");
 }
 
+TEST_P(ViewerTest, cuts_nothing_off_of_a_large_model) {
+    // More points than are looked at for each frame.
+    open(write_ball(folder, 480));
+    ASSERT_GT(viewer->model().extent().points.size(), 100'000u);
+    viewer->move_pointer(0, 0);
+    viewer->press_button(Button::left);
+    for (const double x : {40.0, 150.0, 290.0}) {
+        viewer->move_pointer(x, x / 3);
+        const kit::Camera seen = viewer->camera();
+        kit::Camera tight = seen;
+        kit::fit_clip(tight, viewer->model().extent());
+        EXPECT_LE(seen.near(), tight.near());
+        EXPECT_GE(seen.far(), tight.far());
+        EXPECT_GT(seen.near(), tight.near() / 2);
+    }
+}
+
 TEST_P(ViewerTest, draws_edges_alone_and_faces_again) {
     open(lighthouse);
     const kit::Picture filled = draw();
@@ -203,6 +221,8 @@ TEST_P(ViewerTest, draws_edges_alone_and_faces_again) {
 TEST_P(ViewerTest, writes_texts_over_the_model_and_takes_them_away) {
     options.bare = false;
     open(lighthouse);
+    EXPECT_EQ(notice(), "h shows the keys");
+    pass_over_notice();
     EXPECT_EQ(viewer->words().title, "lighthouse.obj\nlit");
     const kit::Picture with_text = draw();
     press('t');
@@ -472,6 +492,72 @@ TEST_P(ViewerTest, draws_nothing_anew_while_nothing_changes) {
     }
     viewer->refresh();
     EXPECT_TRUE(viewer->needs_frame());
+}
+
+/// One of all things that somebody can do.
+void do_anything(Viewer& viewer, std::mt19937& random, const std::vector<std::string>& files) {
+    static const std::vector<Key> keys = {
+        key_of('l'), key_of('w'), key_of('u'), key_of('t'), key_of('s'),  key_of('r'),
+        key_of('h'), key_of('1'), key_of('5'), key_of('9'), Key::tab,     Key::home,
+        Key::left,   Key::right,  Key::up,     Key::down,   Key::page_up, Key::page_down,
+        Key::shift,  Key::f1,     key_of('x')};
+    const auto one_of = [&](const auto& things) { return things[random() % things.size()]; };
+    const double x = random() % 200, y = random() % 200;
+    switch (random() % 8) {
+    case 0:
+        viewer.move_pointer(x, y);
+        viewer.press_button(static_cast<Button>(random() % 3));
+        break;
+    case 1:
+        viewer.move_pointer(x, y);
+        viewer.release_button(static_cast<Button>(random() % 3));
+        break;
+    case 2:
+        viewer.turn_wheel(double(random() % 9) - 4);
+        break;
+    case 3:
+        viewer.drop({one_of(files)});
+        break;
+    case 4:
+        viewer.advance(0.1);
+        viewer.look_at_files();
+        break;
+    default:
+        const Key key = one_of(keys);
+        viewer.press(key);
+        if (random() % 4 > 0)
+            viewer.release(key);
+    }
+}
+
+TEST_P(ViewerTest, is_itself_again_whatever_was_done) {
+    const std::vector<std::string> files = {write_ball(folder), write_square(folder), "/none.obj",
+                                            folder.write("bad.obj", "nothing"), "/none.glsl"};
+    std::mt19937 random(GetParam() == kit::Path::gl3 ? 3 : 2);
+    open(write_box(folder));
+    for (int i = 0; i < 150; ++i) {
+        do_anything(*viewer, random, files);
+        if (i % 10 == 0)
+            viewer->resize({width, height, 1.0 + i % 3}, 1.0f);
+        if (i % 3 == 0)
+            viewer->draw(view);
+    }
+    viewer->let_go();
+    viewer->drop({options.model});
+    viewer->resize({width, height, 1.0}, 1.0f);
+    press('1');
+    while (viewer->layer() != kit::Layer::color)
+        press(Key::tab);
+    for (const auto& [key, is_on] : {std::pair{'w', viewer->is_wireframe()},
+                                     {'h', viewer->words().has_help},
+                                     {'s', viewer->is_measuring()},
+                                     {'t', !viewer->words().title.empty()}})
+        if (is_on)
+            press(key);
+    const Words words = viewer->words();
+    EXPECT_EQ(words.title + words.statistics + words.notice + words.middle, "");
+    EXPECT_FALSE(words.has_help || words.is_notice_bad);
+    EXPECT_EQ(kit::compare(draw(), expected()).reason, "");
 }
 
 TEST_P(ViewerTest, ends_with_escape_with_q_and_with_its_window) {

@@ -115,6 +115,8 @@ GLFWwindow* open_window(const Options& options) {
         glfwWindowHint(GLFW_OPENGL_PROFILE, GLFW_OPENGL_CORE_PROFILE);
     }
     glfwWindowHint(GLFW_SCALE_TO_MONITOR, GLFW_TRUE);
+    // Nobody sees it before there is something to see in it.
+    glfwWindowHint(GLFW_VISIBLE, GLFW_FALSE);
     return glfwCreateWindow(options.size.width, options.size.height, "orvex-view", nullptr,
                             nullptr);
 }
@@ -166,6 +168,7 @@ void GlfwViewerWindow::attach(Viewer& viewer) {
     glfwSetWindowUserPointer(data->window, &viewer);
     listen(data->window);
     follow_size(data->window);
+    glfwShowWindow(data->window);
 }
 
 double GlfwViewerWindow::now() {

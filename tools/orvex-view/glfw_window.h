@@ -8,7 +8,7 @@
 /// A window of GLFW. One at a time.
 class GlfwViewerWindow final : public ViewerWindow {
 public:
-    /// Opens it. Nothing happens to the viewer before `attach`.
+    /// Makes it, hidden as yet.
     explicit GlfwViewerWindow(const Options& options);
     ~GlfwViewerWindow() override;
     GlfwViewerWindow(const GlfwViewerWindow&) = delete;
@@ -16,7 +16,8 @@ public:
 
     /// Why there is none; empty if there is one.
     const std::string& mistake() const { return why; }
-    /// Tells a viewer, which lives as long as events are waited for, of what happens.
+    /// Shows it, and tells a viewer, which lives as long as events are waited for, of what happens
+    /// in it.
     void attach(Viewer& viewer);
 
     double now() override;

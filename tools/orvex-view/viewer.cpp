@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstddef>
 #include <cstdio>
 
 #include <orvex_kit/files.h>
@@ -22,6 +23,19 @@ std::string name_of(const std::string& path) {
 /// Sentences with a semicolon between.
 void append(std::string& text, const std::string& sentence) {
     text += (text.empty() ? "" : "; ") + sentence;
+}
+
+constexpr const char* hint = "h shows the keys";
+
+/// The corners of the box around a model.
+Extent corners_of(const Bounds& bounds) {
+    Extent corners;
+    const auto pick = [](bool is_high, float low, float high) { return is_high ? high : low; };
+    for (int i = 0; i < 8 && !bounds.is_empty; ++i)
+        corners.points.emplace_back(pick(i & 1, bounds.min.x, bounds.max.x),
+                                    pick(i & 2, bounds.min.y, bounds.max.y),
+                                    pick(i & 4, bounds.min.z, bounds.max.z), 1.0f);
+    return corners;
 }
 
 /// What a model lacks, or what is odd about it; empty if nothing is.
@@ -55,6 +69,8 @@ std::string Viewer::open() {
     frame_model();
     if (const std::string odd = what_is_odd(shown.model()); !odd.empty())
         warn(odd);
+    else if (has_text)
+        notice = hint;
     return "";
 }
 
@@ -236,11 +252,18 @@ void Viewer::warn(const std::string& text) {
 
 void Viewer::forget_notice() {
     notice.clear();
+    is_notice_bad = false;
 }
 
 orvex::kit::Camera Viewer::camera() const {
     orvex::kit::Camera seen = eye.orbit.camera(screen);
-    fit_clip(seen, shown.model().extent());
+    // To look at every point of a large model takes longer than to draw it.
+    constexpr std::size_t most_points = 100'000;
+    const Extent& extent = shown.model().extent();
+    if (extent.points.size() > most_points)
+        fit_clip(seen, corners_of(shown.model().bounds()));
+    else
+        fit_clip(seen, extent);
     return seen;
 }
 
@@ -265,7 +288,7 @@ Words Viewer::words() const {
     if (has_text && shown.model())
         words.title = title();
     if (has_text && !shown.model() && !has_help)
-        words.middle = "drop a model here\n\nh shows the keys";
+        words.middle = std::string("drop a model here\n\n") + hint;
     if (!has_statistics)
         return words;
     std::array<char, 160> text{};

@@ -2,7 +2,6 @@
 
 #include "viewer.h"
 
-#include <algorithm>
 #include <utility>
 #include <vector>
 
@@ -16,21 +15,6 @@
 using namespace orvex::kit;
 
 namespace {
-
-/// The box of a model as it stands in the world.
-Bounds bounds_of(const Extent& extent) {
-    Bounds bounds;
-    for (const orvex::vec4& p : extent.points) {
-        const orvex::vec3 point(p.x, p.y, p.z);
-        if (std::exchange(bounds.is_empty, false))
-            bounds.min = bounds.max = point;
-        for (const auto axis : {&orvex::vec3::x, &orvex::vec3::y, &orvex::vec3::z}) {
-            bounds.min.*axis = std::min(bounds.min.*axis, point.*axis);
-            bounds.max.*axis = std::max(bounds.max.*axis, point.*axis);
-        }
-    }
-    return bounds;
-}
 
 /// Whether faces are drawn as their edges, or filled.
 void set_edges(View& view, bool are_drawn) {
@@ -80,8 +64,7 @@ std::string Viewer::draw_layer(View& view, Picture& picture) {
         !drawn)
         return drawn.reason();
     const Color& behind = options.background;
-    const FalseColors colors{{behind.r, behind.g, behind.b, 1.0f},
-                             bounds_of(shown.model().extent())};
+    const FalseColors colors{{behind.r, behind.g, behind.b, 1.0f}, shown.model().bounds()};
     if (const Outcome shaded =
             show_in_false_colors(current_layer, data.front(), colors, picture, caption);
         !shaded)
