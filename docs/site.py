@@ -48,6 +48,7 @@ IMAGE = re.compile(r"(!\[[^\]]*\])\((?:[^()\s]*/)?([^()/\s]+)\)")
 PAGE_LINK = re.compile(r"\[([^\]]+)\]\(((?:\w+/)*\w+)\.md\)")
 CLASS = re.compile(r"^(?:class|struct|enum class|enum) (?:ORVEX_\w+ |\[\[\w+\]\] )?(\w+)(?![^;{]*;)")
 FUNCTION = re.compile(r"^ORVEX_KIT_API [\w:<>,&* ]*?(\w+)\(")
+ALIAS = re.compile(r"^using (\w+) =")
 NAMESPACE = re.compile(r"^namespace ((?:\w+::)*\w+) \{")
 
 
@@ -74,7 +75,7 @@ def names_of_header(header):
     for line in header.read_text().splitlines():
         opened = NAMESPACE.match(line)
         scope = opened.group(1) if opened else scope
-        named = CLASS.match(line) or FUNCTION.match(line)
+        named = CLASS.match(line) or FUNCTION.match(line) or ALIAS.match(line)
         if named and scope:
             yield f"{scope}::{named.group(1)}"
 
