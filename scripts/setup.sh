@@ -52,3 +52,6 @@ if [ ${#missing[@]} -gt 0 ]; then
 fi
 
 "$(dirname "$0")/get_lib3ds.sh"
+if [ "${1:-}" = test ]; then
+  "$(dirname "$0")/get_gltf_validator.sh"
+fi

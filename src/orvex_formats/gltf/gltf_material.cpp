@@ -208,7 +208,7 @@ void GltfMaterials::read_core(const Json& json, PhysicalMaterial& physical) {
     else if (mode == "BLEND")
         physical.alpha = PhysicalMaterial::Alpha::blend;
     else if (mode != "OPAQUE")
-        json.need("alphaMode").refuse("no mode of alpha");
+        notes.add(json.need("alphaMode"), "a mode of alpha that isn't known was left out");
 }
 
 void GltfMaterials::read_extensions(const Json& extensions, PhysicalMaterial& physical) {
