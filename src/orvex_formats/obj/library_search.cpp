@@ -1,0 +1,145 @@
+#include "orvex_formats/obj/private/library_search.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <memory>
+
+#include <dirent.h>
+#include <sys/stat.h>
+
+#include "orvex_formats/obj/private/map_options.h"
+#include "orvex_formats/private/words.h"
+
+namespace orvex::formats {
+
+namespace {
+
+struct CloseFolder {
+    void operator()(DIR* folder) const { closedir(folder); }
+};
+struct FreeText {
+    void operator()(char* text) const { std::free(text); }
+};
+
+/// Where a path leads, behind all links; empty if nowhere.
+std::string resolved(const std::string& path) {
+    const std::unique_ptr<char, FreeText> real(realpath(path.c_str(), nullptr));
+    return real ? real.get() : "";
+}
+
+bool is_regular_file(const std::string& path) {
+    struct stat status {};
+    return stat(path.c_str(), &status) == 0 && S_ISREG(status.st_mode);
+}
+
+bool is_there(const std::string& path) {
+    struct stat status {};
+    return stat(path.c_str(), &status) == 0;
+}
+
+char small(char letter) {
+    return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
+}
+
+/// How a folder calls what has a name in other letters; of several the first by its bytes.
+std::string name_in_any_case(const std::string& folder, const std::string& name) {
+    std::string found;
+    const std::unique_ptr<DIR, CloseFolder> open(opendir(folder.empty() ? "." : folder.c_str()));
+    while (const dirent* const entry = open ? readdir(open.get()) : nullptr) {
+        const std::string_view known = entry->d_name;
+        if (std::equal(known.begin(), known.end(), name.begin(), name.end(),
+                       [](char a, char b) { return small(a) == small(b); }) &&
+            (found.empty() || known < found))
+            found = known;
+    }
+    return found;
+}
+
+/// The names between the slashes of a path, without those that lead nowhere or up, and without a
+/// drive.
+std::vector<std::string> steps_of(std::string path) {
+    std::replace(path.begin(), path.end(), '\\', '/');
+    if (path.size() > 1 && path[1] == ':')
+        path.erase(0, 2);
+    std::vector<std::string> steps;
+    for (std::size_t first = 0; first < path.size();) {
+        const std::size_t end = std::min(path.find('/', first), path.size());
+        std::string step = path.substr(first, end - first);
+        if (!step.empty() && step != "." && step != "..")
+            steps.push_back(std::move(step));
+        first = end + 1;
+    }
+    return steps;
+}
+
+/// The file of names from a folder on.
+std::string below(const std::string& folder, const std::vector<std::string>& steps,
+                  std::size_t first) {
+    std::string path = folder;
+    for (std::size_t i = first; i < steps.size(); ++i) {
+        const std::string name =
+            is_there(path + steps[i]) ? steps[i] : name_in_any_case(path, steps[i]);
+        if (name.empty())
+            return "";
+        path += name + (i + 1 == steps.size() ? "" : "/");
+    }
+    std::string root = resolved(folder.empty() ? "." : folder);
+    if (root != "/")
+        root += '/';
+    const std::string real = resolved(path);
+    return real.compare(0, root.size(), root) == 0 && is_regular_file(real) ? path : "";
+}
+
+} // namespace
+
+std::string find_library(const std::string& model, std::string_view name) {
+    constexpr std::size_t longest_path = 4096, most_steps = 16;
+    if (model.empty() || name.size() > longest_path || name.find('\0') != name.npos)
+        return "";
+    const std::string folder = model.substr(0, model.rfind('/') + 1);
+    const std::vector<std::string> steps = steps_of(std::string(name));
+    const std::size_t longest = steps.size() - std::min(steps.size(), most_steps);
+    for (std::size_t i = longest; i < steps.size(); ++i)
+        if (std::string path = below(folder, steps, i); !path.empty())
+            return path;
+    return "";
+}
+
+namespace {
+
+/// Where a word ends that begins at a place: at a blank, or behind the quote that ends it.
+std::size_t end_of_word(std::string_view text, std::size_t begin) {
+    const std::size_t quote = text[begin] == '"' ? text.find('"', begin + 1) : text.npos;
+    if (quote != text.npos)
+        return quote + 1;
+    const std::size_t end = text.find_first_of(" \t", begin);
+    return std::min(end, text.size());
+}
+
+} // namespace
+
+std::vector<std::string> library_names(const std::string& model, std::string_view rest) {
+    constexpr std::size_t most_words = 8;  ///< of one name
+    constexpr std::size_t most_names = 64; ///< each costs a few looks at the disk
+    std::vector<std::string> names;
+    rest = Words(rest).remaining();
+    while (!rest.empty() && names.size() < most_names) {
+        // The ends of the next words.
+        std::vector<std::size_t> ends;
+        for (std::size_t place = 0; place < rest.size() && ends.size() < most_words;) {
+            ends.push_back(end_of_word(rest, place));
+            place = std::min(rest.find_first_not_of(" \t", ends.back()), rest.size());
+        }
+        std::size_t taken = ends.front();
+        for (std::size_t i = ends.size(); i-- > 1;)
+            if (!find_library(model, rest.substr(0, ends[i])).empty()) {
+                taken = ends[i];
+                break;
+            }
+        names.push_back(without_quotes(rest.substr(0, taken)));
+        rest = Words(rest.substr(taken)).remaining();
+    }
+    return names;
+}
+
+} // namespace orvex::formats
