@@ -40,7 +40,8 @@ std::string base64_text() {
         for (const std::uint32_t corner : {i, i + side, i + 1, i + 1, i + side, i + side + 1})
             indices.add_number(corner);
     const std::string view = ",'bufferView':";
-    file.add_accessor("VEC3", 5126, side * side, view + std::to_string(file.add_view(places.bytes)));
+    file.add_accessor("VEC3", 5126, side * side,
+                      view + std::to_string(file.add_view(places.bytes)));
     file.add_accessor("VEC3", 5126, side * side,
                       view + std::to_string(file.add_view(normals.bytes)));
     file.add_accessor("SCALAR", 5125, indices.bytes.size() / 4,
@@ -56,8 +57,8 @@ std::string lines_text() {
     std::string nodes;
     for (int i = 0; i < 10000; ++i)
         nodes += std::string(i == 0 ? "" : ",") + "\n    {\n      'name': 'node " +
+                 std::to_string(i) + "',\n      'mesh': 0,\n      'translation': [\n        " +
                  std::to_string(i) +
-                 "',\n      'mesh': 0,\n      'translation': [\n        " + std::to_string(i) +
                  ".25,\n        0.5,\n        -1.75\n      ],\n      'scale': [1, 1.5, 1]\n    }";
     GltfFile file = triangle();
     file.rest = "'meshes':[{'primitives':[{'attributes':{'POSITION':0,'TEXCOORD_0':1}}]}],"
