@@ -37,7 +37,7 @@ static std::vector<kit::Pick> picks_of(const kit::Model& model, const kit::Camer
 }
 
 static kit::Ref<VertexPool> points_at(const std::vector<kit::Pick>& picks, const kit::Camera& eye) {
-    const kit::Ref<VertexPool> points = kit::make<VertexPool>();
+    kit::Ref<VertexPool> points = kit::make<VertexPool>();
     points->init_pool(picks.size(), false);
     for (unsigned long i = 0; i < picks.size(); ++i) {
         const auto away = static_cast<float>(picks[i].distance);

@@ -44,14 +44,16 @@ struct Painting {
 /// A quarter of the sheet: the means of two by two pixels.
 static void paint(kit::Picture& sheet, int left, int top, const Painting& painting,
                   vec3 (Painting::*painted)(int, int) const) {
-    for (int y = 0; y < height; y += 2)
-        for (int x = 0; x < width; x += 2) {
+    for (int y = 0; y < height; y += 2) {
+        std::uint8_t* const row = sheet.row<std::uint8_t>(top + y / 2);
+        for (int x = 0; row && x < width; x += 2) {
             const vec3 sum = (painting.*painted)(x, y) + (painting.*painted)(x + 1, y) +
                              (painting.*painted)(x, y + 1) + (painting.*painted)(x + 1, y + 1);
-            std::uint8_t* pixel = sheet.row<std::uint8_t>(top + y / 2) + 3 * (left + x / 2);
+            std::uint8_t* pixel = row + 3 * (left + x / 2);
             for (const float channel : {sum.x, sum.y, sum.z})
                 *pixel++ = static_cast<std::uint8_t>(255.0f / 4.0f * channel);
         }
+    }
 }
 
 int main(int argc, char**) {

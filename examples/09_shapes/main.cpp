@@ -40,8 +40,10 @@ struct Shelf {
     int taken = 0;
 
     void draw(Mesh& shape, const vec3& tint, bool is_lit = true) {
-        shape.set_position(3.3f * static_cast<float>(taken % 4) - 4.95f,
-                           3.0f - 3.0f * static_cast<float>(taken / 4), 0.0f);
+        const int column = taken % 4;
+        const int row = taken / 4;
+        shape.set_position(3.3f * static_cast<float>(column) - 4.95f,
+                           3.0f - 3.0f * static_cast<float>(row), 0.0f);
         shape.set_render_wireframe_quad_state(!is_lit);
         program.set("tint", tint);
         program.set("is_lit", is_lit ? 1.0f : 0.0f);

@@ -59,7 +59,7 @@ static void add_jet(ParticleSystem& fountain, const vec3& place, const vec3& dir
 }
 
 static kit::Ref<ParticleSystem> make_fountain(kit::Path path) {
-    const auto fountain = kit::make<ParticleSystem>();
+    auto fountain = kit::make<ParticleSystem>();
     fountain->initialize(10000);
     fountain->set_opengl_2_3_rendering_states(path == kit::Path::gl2, nullptr);
     fountain->set_particle_lifetime(1.8f);
@@ -84,7 +84,7 @@ static void run(ParticleSystem& fountain, int steps) {
 }
 
 static kit::Ref<MeshTorus> make_rim(kit::Path path) {
-    const auto rim = kit::make<MeshTorus>();
+    auto rim = kit::make<MeshTorus>();
     rim->set_build_params(basin_radius, 0.05f, 64);
     rim->build(nullptr);
     rim->set_opengl_2_3_rendering_states(path == kit::Path::gl2, nullptr);

@@ -12,6 +12,8 @@ using namespace orvex;
 
 constexpr int width = 960;
 constexpr int height = 540;
+constexpr float right = width / 2.0f; // from the middle
+constexpr float top = height / 2.0f;
 
 static const char paint_text[] = R"([Vertex_Shader]
 uniform mat4 orvex_ModelViewProjectionMatrix;
@@ -67,13 +69,13 @@ static void draw_panels(Renderer* renderer) {
 static void bind_pixels(kit::View& view) {
     const auto camera = kit::make<Camera>();
     camera->set_viewport(0, 0, width, height);
-    camera->build_projection_ortho(-width / 2, width / 2, -height / 2, height / 2, 1, 100, true);
+    camera->build_projection_ortho(-right, right, -top, top, 1, 100, true);
     camera->bind(view.renderer(), true, true, true, true, view.path() == kit::Path::gl2);
 }
 
 /// Frames of about 16 milliseconds, with a hitch now and then.
 static kit::Ref<Graph2d> make_graph() {
-    const auto graph = kit::make<Graph2d>();
+    auto graph = kit::make<Graph2d>();
     graph->set_x_axis_positions(vec4(30, 30, 0, 1), vec4(300, 30, 0, 1));
     graph->set_y_axis_positions(vec4(30, 30, 0, 1), vec4(30, 110, 0, 1));
     graph->create_curve(120);
@@ -92,9 +94,9 @@ static kit::Ref<Graph2d> make_graph() {
 /// Lights in a row: green, then yellow, and dark from the level on.
 static kit::Ref<MadLedBar> make_meter(kit::Path path) {
     constexpr unsigned long lights = 24;
-    const auto meter = kit::make<MadLedBar>();
+    auto meter = kit::make<MadLedBar>();
     meter->initialize(vec3(0, 0, 0), vec3(270, 0, 0), lights);
-    meter->set_position(width / 2 - 296, 66 - height / 2, 0);
+    meter->set_position(right - 296, 66 - top, 0);
     meter->set_opengl_2_3_rendering_states(path == kit::Path::gl2, nullptr);
     for (unsigned long i = 0; i < lights; ++i)
         meter->set_led_color(i, i >= 20  ? vec4(0.12f, 0.15f, 0.18f, 1)

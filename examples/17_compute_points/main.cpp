@@ -57,10 +57,11 @@ static GpuProgram* make_program(Renderer* renderer, const char* text, const char
 static VertexPool* make_points(Renderer* renderer) {
     VertexPool* const points = new VertexPool;
     points->init_pool(side * side, false);
+    const auto place = [](unsigned int n) {
+        return (static_cast<float>(n) / (side - 1) - 0.5f) * 10.0f;
+    };
     for (unsigned int i = 0; i < side * side; ++i)
-        points->set_vertex_position(i,
-                                    vec3((static_cast<float>(i % side) / (side - 1) - 0.5f) * 10, 0,
-                                         (static_cast<float>(i / side) / (side - 1) - 0.5f) * 10));
+        points->set_vertex_position(i, vec3(place(i % side), 0.0f, place(i / side)));
     points->shader_storage_init(renderer, BUFFER_USAGE_DYNAMIC_DRAW);
     return points;
 }
