@@ -19,6 +19,8 @@ namespace orvex::kit {
 template<class Surface>
 class SwappedView {
 public:
+    /// @param surface  a copy is kept: the window itself lives longer
+    /// @param options  of the view; 0 samples where the window was asked for some
     SwappedView(const Surface& surface, const ViewOptions& options)
         : surface(surface)
         , host(options) {}
