@@ -12,14 +12,7 @@
 #include "tests/orvex_formats/gltf_file.h"
 
 #ifdef ORVEX_BENCH_TINYGLTF
-#define TINYGLTF_IMPLEMENTATION
-#define TINYGLTF_NO_STB_IMAGE
-#define TINYGLTF_NO_STB_IMAGE_WRITE
-#define TINYGLTF_NO_EXTERNAL_IMAGE
-#pragma GCC diagnostic push
-#pragma GCC diagnostic ignored "-Wmissing-declarations"
 #include <tiny_gltf.h>
-#pragma GCC diagnostic pop
 #endif
 
 namespace {

@@ -1,6 +1,8 @@
 #include "orvex_formats/gltf/private/gltf_accessor.h"
 
 #include <algorithm>
+#include <bit>
+#include <cstring>
 #include <limits>
 #include <string>
 #include <type_traits>
@@ -166,6 +168,13 @@ Value converted(Number number, bool is_normalized) {
 template<class Number, class Value>
 void copy_elements(const Elements& from, std::size_t count, const std::uint32_t* selection,
                    Value* to) {
+    // Most lie side by side and need no more than a copy.
+    const std::size_t size = from.rows * from.columns * sizeof(Number);
+    if (std::is_same_v<Number, Value> && !selection && from.stride == size &&
+        std::endian::native == std::endian::little) {
+        std::memcpy(to, from.bytes, count * size);
+        return;
+    }
     for (std::size_t i = 0; i < count; ++i) {
         const unsigned char* const element =
             from.bytes + (selection ? selection[i] : i) * from.stride;

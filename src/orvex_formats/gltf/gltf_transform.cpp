@@ -80,29 +80,34 @@ vec3 GltfTransform::place(const vec3& point) const {
     return {row(0), row(1), row(2)};
 }
 
-vec3 GltfTransform::normal(const vec3& normal) const {
-    // The cofactors turn normals as the inverse's transpose does, and also where there is none; but
-    // for their sign.
-    const std::array<double, 3> by_x = cross(columns, 1, 2), by_y = cross(columns, 2, 0),
-                                by_z = cross(columns, 0, 1);
-    const double sign = is_mirrored() ? -1.0 : 1.0;
-    double turned[3];
-    double square = 0.0;
-    for (std::size_t i = 0; i < 3; ++i) {
-        turned[i] = sign * (by_x[i] * static_cast<double>(normal.x) +
-                            by_y[i] * static_cast<double>(normal.y) +
-                            by_z[i] * static_cast<double>(normal.z));
-        square += turned[i] * turned[i];
+bool GltfTransform::is_mirrored() const {
+    return determinant(columns) < 0.0;
+}
+
+// The cofactors turn normals as the inverse's transpose does, and also where there is none; but for
+// their sign.
+GltfNormalTurn::GltfNormalTurn(const GltfTransform& transform) {
+    const double sign = transform.is_mirrored() ? -1.0 : 1.0;
+    for (std::size_t column = 0; column < 3; ++column) {
+        const std::array<double, 3> axis =
+            cross(transform.columns, (column + 1) % 3, (column + 2) % 3);
+        for (std::size_t row = 0; row < 3; ++row)
+            columns[3 * column + row] = sign * axis[row];
     }
-    const double length = std::sqrt(square);
+}
+
+vec3 GltfNormalTurn::operator()(const vec3& normal) const {
+    const double x = normal.x, y = normal.y, z = normal.z;
+    const auto row = [&](std::size_t i) {
+        return columns[i] * x + columns[3 + i] * y + columns[6 + i] * z;
+    };
+    const double turned[] = {row(0), row(1), row(2)};
+    const double length =
+        std::sqrt(turned[0] * turned[0] + turned[1] * turned[1] + turned[2] * turned[2]);
     if (!(length > 0.0) || !std::isfinite(length))
         return {0.0f, 0.0f, 1.0f};
     return {static_cast<float>(turned[0] / length), static_cast<float>(turned[1] / length),
             static_cast<float>(turned[2] / length)};
-}
-
-bool GltfTransform::is_mirrored() const {
-    return determinant(columns) < 0.0;
 }
 
 } // namespace orvex::formats

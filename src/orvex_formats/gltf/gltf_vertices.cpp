@@ -157,8 +157,9 @@ void GltfMeshes::place(const Primitive& primitive, Vertices& vertices) {
     const GltfTransform& world = primitive.stand->world;
     for (vec3& position : vertices.positions)
         position = world.place(position);
+    const GltfNormalTurn turn(world);
     for (vec3& normal : vertices.normals)
-        normal = world.normal(normal);
+        normal = turn(normal);
     vertices.is_mirrored = world.is_mirrored();
 }
 
@@ -197,7 +198,7 @@ void GltfMeshes::place_by_joints(const Primitive& primitive, Vertices& vertices)
         const GltfTransform& moved = weights_of[i] != 0.0 ? sums[i] : primitive.stand->world;
         vertices.positions[i] = moved.place(vertices.positions[i]);
         if (!vertices.normals.empty())
-            vertices.normals[i] = moved.normal(vertices.normals[i]);
+            vertices.normals[i] = GltfNormalTurn(moved)(vertices.normals[i]);
         vertices.is_mirrored = i == 0 ? moved.is_mirrored() : vertices.is_mirrored;
     }
 }

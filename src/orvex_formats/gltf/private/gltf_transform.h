@@ -23,10 +23,20 @@ struct GltfTransform {
     void add(const GltfTransform& other, double weight);
 
     vec3 place(const vec3& point) const;
-    /// Where a normal looks afterwards; a unit vector, along z where it has no direction.
-    vec3 normal(const vec3& normal) const;
     /// Whether left and right are swapped.
     bool is_mirrored() const;
+};
+
+/// What a transform does to normals.
+class GltfNormalTurn {
+public:
+    explicit GltfNormalTurn(const GltfTransform& transform);
+
+    /// Where a normal looks afterwards; a unit vector, along z where it has no direction.
+    vec3 operator()(const vec3& normal) const;
+
+private:
+    std::array<double, 9> columns;
 };
 
 } // namespace orvex::formats
