@@ -9,7 +9,7 @@
 
 int main() {
     constexpr int width = 640, height = 480;
-    EGLDisplay const display =
+    const EGLDisplay display =
         eglGetPlatformDisplay(EGL_PLATFORM_SURFACELESS_MESA, EGL_DEFAULT_DISPLAY, nullptr);
     if (!eglInitialize(display, nullptr, nullptr) || !eglBindAPI(EGL_OPENGL_API))
         return 1;
@@ -28,8 +28,8 @@ int main() {
         return 1;
     const EGLint size[] = {EGL_WIDTH, width, EGL_HEIGHT, height, EGL_NONE};
     const EGLint version[] = {EGL_CONTEXT_MAJOR_VERSION, 3, EGL_CONTEXT_MINOR_VERSION, 2, EGL_NONE};
-    EGLSurface const surface = eglCreatePbufferSurface(display, config, size);
-    EGLContext const context = eglCreateContext(display, config, EGL_NO_CONTEXT, version);
+    const EGLSurface surface = eglCreatePbufferSurface(display, config, size);
+    const EGLContext context = eglCreateContext(display, config, EGL_NO_CONTEXT, version);
     if (!eglMakeCurrent(display, surface, surface, context))
         return 1;
     std::vector<unsigned char> pixels(std::size_t{4} * width * height);

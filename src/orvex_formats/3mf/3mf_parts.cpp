@@ -167,12 +167,11 @@ private:
         const auto id = xml.number<std::uint32_t>("id");
         const std::uint32_t entry = number_or(xml, "pindex", 0);
         const Look3mf look{number_or(xml, "pid", 0), {entry, entry, entry}};
-        while (xml.next() == XmlReader::Step::begin || xml.name() != "object") {
+        while (xml.next() == XmlReader::Step::begin || xml.name() != "object")
             if (xml.name() == "beamlattice")
                 leave_out(xml.name(), xml);
             else
                 read_row(xml, look, object);
-        }
         for (const Triangle& triangle : object.triangles)
             for (const std::uint32_t corner : triangle)
                 if (corner >= object.positions.size())

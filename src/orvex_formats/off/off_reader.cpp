@@ -35,7 +35,7 @@ bool take(std::string_view& word, std::string_view begin) {
 
 /// @return whether a word is "OFF" with what may stand before it, in whatever order
 bool read_kind(std::string_view word, Kind& kind) {
-    while (word.size() > 3) {
+    while (word.size() > 3)
         if (take(word, "ST"))
             kind.parts.has_uvs = true;
         else if (take(word, "C"))
@@ -46,7 +46,6 @@ bool read_kind(std::string_view word, Kind& kind) {
             kind.is_four_dimensional = true;
         else
             return false;
-    }
     return word == "OFF";
 }
 
