@@ -76,7 +76,8 @@ private:
                                                  "framebuffers", "renderbuffers", "programs",
                                                  "shaders",      "descriptors",   "threads"};
     static constexpr std::size_t most_looks = 20000;
-    static constexpr GLuint most_names = 400;
+    /// A driver gives names that are free again only after all others.
+    static constexpr GLuint most_names = 20000;
     static constexpr std::size_t looks_for_a_slope = 500;
     /// A toolkit's own lists and caches grow by less; the smallest picture is larger by far.
     static constexpr double most_bytes = 512.0;
