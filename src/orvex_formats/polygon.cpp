@@ -100,8 +100,8 @@ void PolygonCutter::flatten(std::span<const vec3> corners, const Normal& normal)
     for (std::uint32_t i = 0; i < count; ++i) {
         const vec3& place = corners[i];
         Corner& corner = plane[i];
-        corner.x = axis == 0 ? place.y : axis == 1 ? place.z : place.x;
-        corner.y = axis == 0 ? place.z : axis == 1 ? place.x : place.y;
+        corner.x = double(axis == 0 ? place.y : axis == 1 ? place.z : place.x);
+        corner.y = double(axis == 0 ? place.z : axis == 1 ? place.x : place.y);
         if (is_mirrored)
             std::swap(corner.x, corner.y);
         corner.previous = i == 0 ? count - 1 : i - 1;
@@ -223,10 +223,10 @@ bool PolygonCutter::reaches_into(std::uint32_t other, std::uint32_t ear) const {
         const double length = std::hypot(x, y);
         return std::pair(x / length, y / length);
     };
-    const auto [x1, y1] = direction_to(corner.previous);
-    const auto [x2, y2] = direction_to(corner.next);
+    const std::pair<double, double> a = direction_to(corner.previous);
+    const std::pair<double, double> b = direction_to(corner.next);
     const auto is_right_of = [&](double x, double y) {
-        return x * (y1 + y2) - y * (x1 + x2) < 0.0;
+        return x * (a.second + b.second) - y * (a.first + b.first) < 0.0;
     };
     return is_right_of(corner.x - plane[dent.previous].x, corner.y - plane[dent.previous].y) &&
            is_right_of(plane[dent.next].x - corner.x, plane[dent.next].y - corner.y);
