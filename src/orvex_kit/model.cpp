@@ -52,6 +52,11 @@ void Model::draw(Renderer& renderer, GpuProgram& program, Path path, const Angle
         data->draw(renderer, program, path, lit_from);
 }
 
+void Model::draw_points(Renderer& renderer, GpuProgram& program) {
+    if (*this)
+        data->draw_points(renderer, program);
+}
+
 void Model::stand_up() {
     if (*this)
         data->stand_up();
@@ -176,6 +181,8 @@ Model::Data::Data(const std::string& path, const ModelOptions& options)
     tell_of_meshes();
     if (has_no_sure_way_up(loaded.loader))
         facts.file_up = facts.up = standing_axis(facts.extent);
+    else if (has_z_up(loaded.loader))
+        facts.file_up = facts.up = UpAxis::z;
     load_textures(options.allow_outside);
     take_normals(options.normals);
 }

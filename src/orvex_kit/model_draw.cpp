@@ -6,6 +6,7 @@
 #include <orvex/base/plugin_mgr.h>
 #include <orvex/geometry/mesh/mesh.h>
 #include <orvex/geometry/mesh/model.h>
+#include <orvex/geometry/points/vertex_pool.h>
 #include <orvex/gpu/gpu_program.h>
 #include <orvex/renderer/records/mesh_data.h>
 #include <orvex/renderer/renderer.h>
@@ -87,6 +88,18 @@ void Model::Data::draw(Renderer& renderer, GpuProgram& program, Path path, const
     }
     if (is_blending)
         end_blending(renderer);
+}
+
+void Model::Data::draw_points(Renderer& renderer, GpuProgram& program) {
+    last_renderer = &renderer;
+    last_renderer_id = renderer.get_id();
+    program.bind(&renderer);
+    for (VertexPool* cloud : clouds) {
+        cloud->render_apply_automatic_uniforms(&renderer, renderer.gpu_program_get_active_program(),
+                                               cloud->get_use_fixed_mvp_matrices_state());
+        cloud->render_geometry(&renderer);
+    }
+    program.unbind(&renderer);
 }
 
 namespace {

@@ -9,6 +9,7 @@
 #include <orvex/assets/materials/material.h>
 #include <orvex/geometry/mesh/mesh.h>
 #include <orvex/geometry/mesh/model.h>
+#include <orvex/geometry/points/vertex_pool.h>
 #include <orvex/math/mat4.h>
 #include <orvex/renderer/records/mesh_data.h>
 
@@ -16,9 +17,17 @@
 
 namespace orvex::kit {
 
+namespace {
+
+bool is_finite(const vec4& place) {
+    return std::isfinite(place.x) && std::isfinite(place.y) && std::isfinite(place.z);
+}
+
+} // namespace
+
 bool place_of_vertex(const Mesh& mesh, unsigned long vertex, const mat4& transform, vec4& place) {
     place = transform * mesh.get_vertex_position(vertex);
-    return std::isfinite(place.x) && std::isfinite(place.y) && std::isfinite(place.z);
+    return is_finite(place);
 }
 
 void Model::Data::gather(Node& node) {
@@ -29,6 +38,8 @@ void Model::Data::gather(Node& node) {
         // A mesh that has lost its geometry is none.
         if (auto* const mesh = dynamic_cast<Mesh*>(child); mesh && mesh->get_mesh_data())
             meshes.push_back(mesh);
+        else if (auto* const cloud = dynamic_cast<VertexPool*>(child))
+            clouds.push_back(cloud);
         gather(*child);
     }
 }
@@ -117,6 +128,15 @@ void for_each_place(Mesh& mesh, Use use) {
             use(place);
 }
 
+/// The same for the points of a cloud.
+template<class Use>
+void for_each_place(VertexPool& cloud, Use use) {
+    const mat4 transform = cloud.get_absolute_transform();
+    for (unsigned long i = 0; i < cloud.get_pool_size(); ++i)
+        if (const vec4 place = transform * cloud.get_vertex_position(i); is_finite(place))
+            use(place);
+}
+
 } // namespace
 
 namespace {
@@ -159,10 +179,23 @@ void Model::Data::tell_of_meshes() {
         facts.num_points += one.num_faces == 0 ? one.num_vertices : 0;
         facts.meshes.push_back(std::move(one));
     }
-    facts.extent.middle = middle_of(facts.bounds);
     facts.notes = loaded.notes;
-    for (std::string& note : notes_about(meshes, facts))
-        facts.notes.push_back(std::move(note));
+    // A model of points alone lacks nothing.
+    if (!meshes.empty() || clouds.empty())
+        for (std::string& note : notes_about(meshes, facts))
+            facts.notes.push_back(std::move(note));
+    tell_of_clouds();
+    facts.extent.middle = middle_of(facts.bounds);
+}
+
+void Model::Data::tell_of_clouds() {
+    for (VertexPool* cloud : clouds) {
+        for_each_place(*cloud, [&](const vec4& place) {
+            facts.extent.points.push_back(place);
+            add(facts.bounds, place);
+        });
+        facts.num_points += cloud->get_pool_size();
+    }
 }
 
 /// Again, where the model was turned.
@@ -171,6 +204,11 @@ void Model::Data::measure() {
     Bounds box;
     for (Mesh* mesh : meshes)
         for_each_place(*mesh, [&](const vec4& place) {
+            extent.points.push_back(place);
+            add(box, place);
+        });
+    for (VertexPool* cloud : clouds)
+        for_each_place(*cloud, [&](const vec4& place) {
             extent.points.push_back(place);
             add(box, place);
         });

@@ -169,6 +169,10 @@ bool has_no_sure_way_up(const std::string& loader) {
            loader == "orvex_off";
 }
 
+bool has_z_up(const std::string& loader) {
+    return loader == "orvex_3mf";
+}
+
 namespace {
 
 /// The formats of the engine's own loaders, which tell none. Others do, or go by their names.

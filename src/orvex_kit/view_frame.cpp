@@ -127,6 +127,44 @@ void View::Data::add(Model& model, const Angle& lit_from) {
         draw_edges(model, lit_from);
     else
         model.draw(*context->renderer, *look.gpu(), context->path, lit_from);
+    if (model.num_points() > 0)
+        add_points(model);
+}
+
+namespace {
+
+/// As wide as points have to be to be seen on a picture that is looked at as a whole.
+constexpr float point_size = 3.0f;
+
+const char* const points_text = R"([Vertex_Shader]
+uniform mat4 orvex_ModelViewProjectionMatrix;
+uniform float point_size;
+OUT vec4 point_color;
+
+void main()
+{
+    point_color = VERTEX_COLOR;
+    gl_Position = orvex_ModelViewProjectionMatrix * POSITION;
+    gl_PointSize = point_size;
+}
+[Pixel_Shader]
+IN vec4 point_color;
+
+void main()
+{
+    COLOR = vec4(point_color.rgb, 1.0);
+}
+)";
+
+} // namespace
+
+void View::Data::add_points(Model& model) {
+    if (!points)
+        points = Program::from_text(context, points_text, "points");
+    if (!points)
+        return;
+    points.set("point_size", point_size * static_cast<float>(fineness));
+    model.draw_points(*context->renderer, *points.gpu());
 }
 
 /// The faces first, a little farther away than their edges, in the background's colours.

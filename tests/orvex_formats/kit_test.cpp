@@ -1,13 +1,19 @@
 // What the kit makes of the formats that lie beside its library.
 
-#include <algorithm>
+#include <array>
+#include <cstdint>
 #include <string>
 
 #include <gtest/gtest.h>
 
+#include <orvex/scene/camera.h>
 #include <orvex_kit/engine.h>
 #include <orvex_kit/model.h>
+#include <orvex_kit/picture.h>
+#include <orvex_kit/ref.h>
+#include <orvex_kit/view.h>
 
+#include "tests/orvex_formats/packages.h"
 #include "tests/support/temp_dir.h"
 
 namespace orvex_test {
@@ -45,6 +51,71 @@ TEST_F(KitFormatsTest, tells_the_reason_of_the_format_that_a_file_has) {
     EXPECT_EQ(model.reason(), folder.file("bad.stl") + ": no loader can read it as a model (" +
                                   orvex::kit::readable_formats() +
                                   "): line 3: a vertex without three numbers");
+}
+
+// ------------------------------------------------------------------------------- clouds
+
+/// A red point in the middle, a green one above it, and one without a place.
+const char* const points = "ply\nformat ascii 1.0\nelement vertex 3\nproperty float x\n"
+                           "property float y\nproperty float z\nproperty uchar red\n"
+                           "property uchar green\nproperty uchar blue\nend_header\n"
+                           "0 0 0 255 0 0\n0 0.5 0 0 255 0\nnan 0 0 0 0 255\n";
+
+class KitCloudsTest : public testing::TestWithParam<orvex::kit::Path> {
+protected:
+    orvex::kit::Engine engine;
+    TempDir folder;
+};
+INSTANTIATE_TEST_SUITE_P(on, KitCloudsTest,
+                         testing::Values(orvex::kit::Path::gl3, orvex::kit::Path::gl2),
+                         [](const testing::TestParamInfo<orvex::kit::Path>& path) {
+                             return path.param == orvex::kit::Path::gl3 ? "gl3" : "gl2";
+                         });
+
+TEST_P(KitCloudsTest, are_counted_and_have_a_place) {
+    const Model model(folder.write("points.ply", points));
+    ASSERT_TRUE(model) << model.reason();
+    EXPECT_EQ(model.num_points(), 3u);
+    EXPECT_EQ(model.num_faces(), 0u);
+    EXPECT_EQ(model.extent().points.size(), 2u) << "of those with a place";
+    EXPECT_EQ(model.bounds().max.y, 0.5f);
+    EXPECT_TRUE(model.notes().empty()) << model.notes()[0];
+}
+
+TEST_P(KitCloudsTest, are_seen_in_their_colours) {
+    orvex::kit::ViewOptions options;
+    options.path = GetParam();
+    options.samples = 0;
+    orvex::kit::View view(64, 64, options);
+    ASSERT_TRUE(view) << view.reason();
+    Model model(folder.write("points.ply", points));
+    ASSERT_TRUE(model) << model.reason();
+    const auto camera = orvex::kit::make<orvex::Camera>();
+    camera->set_viewport(0, 0, 64, 64);
+    camera->build_projection_ortho(-1.0f, 1.0f, -1.0f, 1.0f, 1.0f, 10.0f, true);
+    camera->set_position(orvex::vec4(0.0f, 0.0f, 5.0f, 1.0f));
+    view.begin(*camera);
+    view.add(model);
+    view.end();
+    orvex::kit::Picture picture;
+    ASSERT_EQ(view.read(picture).reason(), "");
+    const auto color_at = [&](int x, int y) {
+        const auto* const pixel = picture.row<std::uint8_t>(y) + std::ptrdiff_t{4} * x;
+        return std::array<int, 3>{pixel[0], pixel[1], pixel[2]};
+    };
+    EXPECT_EQ(color_at(32, 32), (std::array<int, 3>{255, 0, 0}));
+    EXPECT_EQ(color_at(32, 16), (std::array<int, 3>{0, 255, 0}));
+    EXPECT_EQ(color_at(31, 31), (std::array<int, 3>{255, 0, 0})) << "some pixels wide";
+    EXPECT_NE(color_at(32, 24), (std::array<int, 3>{255, 0, 0}));
+}
+
+TEST_F(KitFormatsTest, knows_that_z_is_up_in_3mf) {
+    const Model model(folder.write(
+        "tile.3mf", package_of(model_of("<object id=\"1\">" + triangle_mesh + "</object>",
+                                        "<item objectid=\"1\"/>"))
+                        .text()));
+    ASSERT_TRUE(model) << model.reason();
+    EXPECT_EQ(model.file_up_axis(), orvex::kit::UpAxis::z);
 }
 
 } // namespace

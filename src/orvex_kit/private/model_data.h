@@ -52,6 +52,7 @@ public:
               const Angle& lit_from);
     FirstNumbers draw_numbered(orvex::Renderer& renderer, orvex::GpuProgram& program,
                                const FirstNumbers& first);
+    void draw_points(orvex::Renderer& renderer, orvex::GpuProgram& program);
     void stand_up();
     std::optional<Pick> pick(const PointRay& ray);
 
@@ -61,8 +62,9 @@ public:
     ModelFacts facts;
 
 private:
-    std::vector<orvex::Mesh*> meshes;        ///< one a place, as `facts.meshes`
-    std::vector<bool> has_colors;            ///< of their vertices, as `meshes`
+    std::vector<orvex::Mesh*> meshes; ///< one a place, as `facts.meshes`
+    std::vector<bool> has_colors;     ///< of their vertices, as `meshes`
+    std::vector<orvex::VertexPool*> clouds;
     std::vector<orvex::Material*> materials; ///< as `facts.materials`
     std::vector<orvex::Texture*> decoded;    ///< as `facts.textures`; null for what is missing
     std::vector<orvex::Texture*> uploads;    ///< what goes to the GPU, each once
@@ -81,6 +83,7 @@ private:
     void add_runs();
     void measure();
     void tell_of_meshes();
+    void tell_of_clouds();
     void load_textures(bool allow_outside);
     void load_textures_of(std::size_t material, bool allow_outside);
     orvex::Texture* texture_from(const std::string& name, bool allow_outside, std::size_t& place);

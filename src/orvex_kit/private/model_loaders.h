@@ -42,5 +42,7 @@ extern const char* const loader_of_3ds;
 
 /// Whether a loader's files don't say which way is up.
 bool has_no_sure_way_up(const std::string& loader);
+/// Whether z is up in them.
+bool has_z_up(const std::string& loader);
 
 } // namespace orvex::kit
