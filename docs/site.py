@@ -27,6 +27,7 @@ TOLD = {
     "own_window": "kit::HostView kit::HostState kit::GlfwView kit::Sdl2View kit::QtView "
                   "kit::GtkView kit::X11View kit::WaylandView",
     "pictures_as_data": "kit::Picture kit::LayerPlane kit::LayerOptions",
+    "formats": "Loader3D LoadUndo PhysicalMaterial",
     "first_triangle": "Renderer RenderWindow Kernel MeshTriangle",
     "first_model": "Model",
     "own_shader": "GpuProgram GpuProgramMgr",
