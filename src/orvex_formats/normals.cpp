@@ -27,7 +27,7 @@ vec3 between(const vec3& from, const vec3& to) {
 
 /// Makes it a unit vector. @return false for what has no direction
 bool normalize(vec3& vector) {
-    const double x = vector.x, y = vector.y, z = vector.z;
+    const auto x = double(vector.x), y = double(vector.y), z = double(vector.z);
     const double length = std::sqrt(x * x + y * y + z * z);
     if (!(length > 0.0) || !std::isfinite(length))
         return false;

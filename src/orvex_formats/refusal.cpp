@@ -7,7 +7,8 @@ namespace orvex::formats {
 
 namespace {
 
-std::string text_of(const char* format, std::va_list arguments) {
+__attribute__((format(printf, 1, 0))) std::string text_of(const char* format,
+                                                          std::va_list arguments) {
     char text[512] = "";
     static_cast<void>(std::vsnprintf(text, sizeof text, format, arguments));
     return text;

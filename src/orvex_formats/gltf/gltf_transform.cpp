@@ -72,7 +72,7 @@ void GltfTransform::add(const GltfTransform& other, double weight) {
 }
 
 vec3 GltfTransform::place(const vec3& point) const {
-    const double x = point.x, y = point.y, z = point.z;
+    const auto x = double(point.x), y = double(point.y), z = double(point.z);
     const auto row = [&](std::size_t i) {
         return static_cast<float>(columns[i] * x + columns[3 + i] * y + columns[6 + i] * z +
                                   columns[9 + i]);
@@ -97,7 +97,7 @@ GltfNormalTurn::GltfNormalTurn(const GltfTransform& transform) {
 }
 
 vec3 GltfNormalTurn::operator()(const vec3& normal) const {
-    const double x = normal.x, y = normal.y, z = normal.z;
+    const auto x = double(normal.x), y = double(normal.y), z = double(normal.z);
     const auto row = [&](std::size_t i) {
         return columns[i] * x + columns[3 + i] * y + columns[6 + i] * z;
     };

@@ -89,7 +89,7 @@ public:
         case PlyType::uint32:
             return number_at<std::uint32_t, order>(bytes);
         case PlyType::float32:
-            return number_at<float, order>(bytes);
+            return double(number_at<float, order>(bytes));
         case PlyType::float64:
             return number_at<double, order>(bytes);
         }
