@@ -202,6 +202,8 @@ TEST(Stl, of_text_with_a_mistake_is_refused_with_its_line) {
         {"solid\nfacet\nvertex 0 0 0\nvertex 1 0 0\nvertex 1 1 0\nvertex 0 1 0\n",
          "line 6: a fourth corner of a facet"},
         {"solid\nfacet\nvertex 0 0 0\n", "line 3: the file ends within a facet"},
+        {"solid\nfacet\nvertex 0 0 0\nvertex 1 0 0\nvertex 1 1 0\nsolid b\nendfacet\n",
+         "line 6: a solid begins within a facet"},
         {"solid\nendsolid\n", "line 2: the file ends without a facet"},
     };
     for (const Row& row : rows)

@@ -137,7 +137,7 @@ Outcome show_positions(const Picture& data, const Bounds& bounds, const Color8& 
 Outcome show_ids(const Picture& data, const Color8& behind, Picture& shown, std::string& caption) {
     std::vector<bool> seen;
     std::size_t count = 0;
-    const Outcome painted = paint<std::int32_t>(data, shown, [&](const std::int32_t* id) {
+    Outcome painted = paint<std::int32_t>(data, shown, [&](const std::int32_t* id) {
         if (*id < 0)
             return behind;
         const auto place = static_cast<std::size_t>(*id);

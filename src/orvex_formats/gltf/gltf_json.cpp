@@ -182,10 +182,11 @@ std::string Json::path() const {
     for (std::uint32_t at = place; at != 0 && path.size() < longest_path;) {
         const Value& value = store->values[at];
         const Value& parent = store->values[value.parent];
-        path = (parent.kind == Kind::list ? "[" + std::to_string(at - parent.first) + "]"
-                                          : (value.parent == 0 ? "" : ".") +
-                                                in_words(std::string(value.key, value.key_size))) +
-               path;
+        if (parent.kind == Kind::list)
+            path.insert(0, "[" + std::to_string(at - parent.first) + "]");
+        else
+            path.insert(0, (value.parent == 0 ? "" : ".") +
+                               in_words(std::string(value.key, value.key_size)));
         at = value.parent;
     }
     return path;

@@ -77,7 +77,7 @@ void GltfMeshes::read_vertices(const Primitive& primitive, Vertices& vertices) {
 void GltfMeshes::read_colors(const Json& attributes, Vertices& vertices) {
     std::size_t width = 0;
     const std::vector<float> numbers = read(attributes, "COLOR_0", vertices, 3, 4, width);
-    if (numbers.empty())
+    if (numbers.empty() || width == 0)
         return;
     vertices.colors.reserve(numbers.size() / width);
     for (std::size_t i = 0; i + width <= numbers.size(); i += width)

@@ -25,7 +25,7 @@ struct Surface {
     std::vector<vec3> positions;
     std::vector<vec3> normals; ///< unit vectors; may be empty: then `add_normals` makes them
     std::vector<vec4> colors;  ///< red, green, blue, alpha, 0 to 1; may be empty
-    std::vector<vec2> uvs[2];  ///< v upward from the picture's lower edge; may be empty
+    std::array<std::vector<vec2>, 2> uvs; ///< v upward from the picture's lower edge; may be empty
     std::vector<Triangle> triangles;
     /// One a triangle, a place in the list of materials or `no_material`; may be empty: none.
     std::vector<std::uint32_t> triangle_materials;

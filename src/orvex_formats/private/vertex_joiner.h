@@ -73,8 +73,9 @@ private:
     static constexpr std::size_t first_size = 1024; ///< a power of two, as all sizes are
 
     std::uint64_t hash_of(const Key& key) const {
-        static_assert(sizeof(Key) % sizeof(std::uint32_t) == 0);
-        std::uint32_t words[sizeof(Key) / sizeof(std::uint32_t)];
+        constexpr std::size_t word_size = sizeof(std::uint32_t);
+        static_assert(sizeof key % word_size == 0);
+        std::uint32_t words[sizeof key / word_size];
         std::memcpy(words, &key, sizeof key);
         std::uint64_t hash = salt;
         for (const std::uint32_t word : words) {
@@ -87,6 +88,7 @@ private:
     std::uint32_t& slot_of(const Key& key) {
         const std::size_t mask = table.size() - 1;
         std::size_t place = static_cast<std::size_t>(hash_of(key)) & mask;
+        // NOLINTNEXTLINE(bugprone-suspicious-memory-comparison): bit by bit, as the class says.
         while (table[place] != empty && std::memcmp(&keys[table[place]], &key, sizeof key) != 0)
             place = (place + 1) & mask;
         return table[place];

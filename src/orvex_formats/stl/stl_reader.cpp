@@ -201,6 +201,9 @@ private:
     }
 
     void begin_solid(const std::string& new_name) {
+        // Its corners are numbered by the solid that they began in.
+        if (num_corners != 0)
+            refuse_line("a solid begins within a facet");
         end_solid();
         name = new_name;
     }
