@@ -55,7 +55,7 @@ run_tests asan "$@"
 
 step 'thread sanitizer: what uses threads'
 cmake --preset tsan >/dev/null
-threads=(base_test plugin_test network_test tcp_load_test render_window_opengl_test formats_test)
+threads=(base_test plugin_test network_test tcp_load_test render_window_opengl_test)
 cmake --build --preset tsan --target "${threads[@]}"
 run_tests tsan -R "^($(IFS='|'; echo "${threads[*]}"))\$"
 

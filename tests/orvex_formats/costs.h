@@ -39,7 +39,7 @@ std::string cheap_refusal_of(Draft (*reader)(const orvex::formats::InputFile&),
                              const std::vector<unsigned char>& bytes) {
     const CountAllocations large(std::size_t{32} << 20);
     const double begin = work_of_thread();
-    const std::string reason = refusal_of(reader, bytes);
+    std::string reason = refusal_of(reader, bytes);
     EXPECT_LT(work_of_thread() - begin, 0.1 * slowness) << reason;
     EXPECT_EQ(large.count(), 0u) << reason;
     return reason;

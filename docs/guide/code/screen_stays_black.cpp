@@ -166,7 +166,10 @@ void show_cameras(OffScreen& stage) {
         [](Frame& frame) { frame.see(45.0f, 0.75f, 2.0f, vec4(0, 0, 0, 1)); }, right);
     show(
         stage, "the aspect of whole numbers",
-        [](Frame& frame) { frame.see(45.0f, float(width / height), 100.0f, vec4(0, 0, 0, 1)); },
+        [](Frame& frame) {
+            constexpr int aspect = width / height; // 0, where 0.75 is meant
+            frame.see(45.0f, float(aspect), 100.0f, vec4(0, 0, 0, 1));
+        },
         right);
     show(
         stage, "an opening in radians",
