@@ -5,6 +5,7 @@ usage: reference_test.py <python> <doxygen> <folder of the Doxyfile> <folder of 
 import html
 import importlib.util
 import re
+import shutil
 import subprocess
 import sys
 from pathlib import Path
@@ -16,6 +17,8 @@ PLACE = re.compile(r'\b(?:id|name)="([^"]+)"')
 
 def build(python, doxygen, folder, docs):
     """Whether no step of the target `docs` has a warning."""
+    # Of what is no longer documented no page stays.
+    shutil.rmtree(Path(folder) / "html", ignore_errors=True)
     steps = [[python, docs / "site.py", "documented.txt", "sources"], [doxygen, "Doxyfile"]]
     return all(subprocess.run(step, cwd=folder, check=False).returncode == 0 for step in steps)
 
