@@ -2,10 +2,9 @@
 
 #include <algorithm>
 #include <cstdlib>
-#include <filesystem>
 #include <memory>
-#include <system_error>
 
+#include <dirent.h>
 #include <sys/stat.h>
 
 #include "orvex_formats/obj/private/map_options.h"
@@ -15,6 +14,9 @@ namespace orvex::formats {
 
 namespace {
 
+struct CloseFolder {
+    void operator()(DIR* folder) const { closedir(folder); }
+};
 struct FreeText {
     void operator()(char* text) const { std::free(text); }
 };
@@ -42,10 +44,9 @@ char small(char letter) {
 /// How a folder calls what has a name in other letters; of several the first by its bytes.
 std::string name_in_any_case(const std::string& folder, const std::string& name) {
     std::string found;
-    std::error_code error;
-    std::filesystem::directory_iterator entry(folder.empty() ? "." : folder, error);
-    for (; !error && entry != std::filesystem::directory_iterator(); entry.increment(error)) {
-        const std::string known = entry->path().filename();
+    const std::unique_ptr<DIR, CloseFolder> open(opendir(folder.empty() ? "." : folder.c_str()));
+    while (const dirent* const entry = open ? readdir(open.get()) : nullptr) {
+        const std::string_view known = entry->d_name;
         if (std::equal(known.begin(), known.end(), name.begin(), name.end(),
                        [](char a, char b) { return small(a) == small(b); }) &&
             (found.empty() || known < found))
