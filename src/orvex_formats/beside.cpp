@@ -14,12 +14,6 @@ struct FreeText {
     void operator()(char* text) const { std::free(text); }
 };
 
-/// Where a path leads, behind all links; empty if nowhere.
-std::string resolved(const std::string& path) {
-    const std::unique_ptr<char, FreeText> real(realpath(path.c_str(), nullptr));
-    return real ? real.get() : "";
-}
-
 /// Whether one of the steps between slashes is "..".
 bool goes_up(std::string_view name) {
     for (std::size_t first = 0; first <= name.size();) {
@@ -49,6 +43,11 @@ const char* mistake_in(std::string_view name) {
 }
 
 } // namespace
+
+std::string resolved(const std::string& path) {
+    const std::unique_ptr<char, FreeText> real(realpath(path.c_str(), nullptr));
+    return real ? real.get() : "";
+}
 
 Beside find_beside(const std::string& model, std::string_view name) {
     if (const char* const mistake = mistake_in(name))

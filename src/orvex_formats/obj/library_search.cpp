@@ -1,13 +1,13 @@
 #include "orvex_formats/obj/private/library_search.h"
 
 #include <algorithm>
-#include <cstdlib>
 #include <memory>
 
 #include <dirent.h>
 #include <sys/stat.h>
 
 #include "orvex_formats/obj/private/map_options.h"
+#include "orvex_formats/private/beside.h"
 #include "orvex_formats/private/words.h"
 
 namespace orvex::formats {
@@ -17,15 +17,6 @@ namespace {
 struct CloseFolder {
     void operator()(DIR* folder) const { closedir(folder); }
 };
-struct FreeText {
-    void operator()(char* text) const { std::free(text); }
-};
-
-/// Where a path leads, behind all links; empty if nowhere.
-std::string resolved(const std::string& path) {
-    const std::unique_ptr<char, FreeText> real(realpath(path.c_str(), nullptr));
-    return real ? real.get() : "";
-}
 
 bool is_regular_file(const std::string& path) {
     struct stat status {};

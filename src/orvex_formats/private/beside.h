@@ -21,6 +21,9 @@ struct Beside {
 /// @param name   as it is meant, without escapes
 Beside find_beside(const std::string& model, std::string_view name);
 
+/// Where a path leads, behind all links; empty if nowhere.
+std::string resolved(const std::string& path);
+
 /// A URI's path with its percent signs resolved.
 /// @return false where one isn't followed by two digits
 bool unescape_uri(std::string_view uri, std::string& name);
