@@ -1,6 +1,7 @@
 #include "orvex_formats/private/format_loader.h"
 
 #include <cstdint>
+#include <exception>
 #include <new>
 #include <string>
 #include <utility>
@@ -63,6 +64,8 @@ bool FormatLoader::load_from_file(Model* model, const char* filename) {
             set_format_unknown("%s", refusal.what());
     } catch (const std::bad_alloc&) {
         set_failure_reason("there isn't enough memory");
+    } catch (const std::exception& error) { // of a library: no host is to meet it
+        set_failure_reason("%s", error.what());
     }
     return false;
 }

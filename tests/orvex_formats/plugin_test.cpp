@@ -1,5 +1,6 @@
 // A host without the kit: a format's plugin is loaded, reads, is unloaded and loaded again.
 
+#include <stdexcept>
 #include <string>
 
 #include <dlfcn.h>
@@ -13,6 +14,7 @@
 #include <orvex/kernel/core.h>
 #include <orvex/kernel/kernel.h>
 
+#include "orvex_formats/private/format_loader.h"
 #include "tests/orvex_formats/archives.h"
 #include "tests/support/temp_dir.h"
 
@@ -149,6 +151,18 @@ TEST_F(FormatPluginTest, is_unloaded_and_loaded_again) {
         void* const module = dlopen(path.c_str(), RTLD_LAZY | RTLD_NOLOAD);
         EXPECT_EQ(module, nullptr);
     }
+}
+
+TEST_F(FormatPluginTest, lets_nothing_be_thrown_at_its_host) {
+    orvex::formats::FormatLoader loader(
+        "thrower", "none", "", [](const orvex::formats::InputFile&) -> orvex::formats::Draft {
+            throw std::length_error("a list that is too long");
+        });
+    Model* const model = new Model;
+    EXPECT_NO_THROW(
+        EXPECT_FALSE(loader.load_from_file(model, folder.write("a.none", "a").c_str())));
+    EXPECT_STREQ(loader.get_failure_reason(), "a list that is too long");
+    model->kill(nullptr, nullptr);
 }
 
 } // namespace
