@@ -169,7 +169,7 @@ def main():
         print(f'{name:22}{"valid" if judge["valid"] else judge["first"]:30}{"read" if ours["read"] else "refused":8}'
               f'{counts}')
         mistakes += mistakes_in(name, judge, ours, is_valid, is_read)
-    sys.exit('\n'.join(mistakes))
+    sys.exit('\n'.join(mistakes) or 0)
 
 
 if __name__ == '__main__':
