@@ -25,10 +25,9 @@ endfunction()
 # optimises it as long as all the rest, three times as long under the sanitizers; and it is the engine that is
 # watched for undefined behaviour, which takes another third.
 function(orvex_test_options name)
+  target_compile_options(${name} PRIVATE -O0)
   if(ORVEX_SANITIZE)
-    target_compile_options(${name} PRIVATE -O0 -fno-sanitize=undefined)
-  else()
-    target_compile_options(${name} PRIVATE $<$<CONFIG:Release>:-O1>)
+    target_compile_options(${name} PRIVATE -fno-sanitize=undefined)
   endif()
   # Behind a precompiled header GCC takes the standard library's strings for code of ours, and is wrong.
   target_compile_options(${name} PRIVATE -Wno-array-bounds -Wno-stringop-overflow)

@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Installs what is missing, builds, and runs every test.
 #
-#   scripts/test.sh          format, names, release tests, the sanitizers' tests, the libraries by Clang
+#   scripts/test.sh          format, release tests, Clang's warnings and names, the sanitizers' tests
 #   scripts/test.sh quick    format and release tests alone
 #   scripts/test.sh all      as without a word, and what takes longer: clang-tidy over everything, a build
 #                            without lib3ds, GL tests with parts of the driver masked, the tests under load
@@ -46,8 +46,9 @@ build release
 run_tests release "$@"
 [ "$mode" = quick ] && exit 0
 
-step names
-scripts/check_names.py build/release
+step 'names, and what Clang warns of, conversions of sign included'
+cmake --preset clang >/dev/null
+scripts/check_clang.py build/clang
 
 step 'address and undefined behaviour sanitizers'
 build asan
@@ -58,9 +59,6 @@ cmake --preset tsan >/dev/null
 threads=(base_test plugin_test network_test tcp_load_test render_window_opengl_test)
 cmake --build --preset tsan --target "${threads[@]}"
 run_tests tsan -R "^($(IFS='|'; echo "${threads[*]}"))\$"
-
-step 'the libraries by Clang, conversions of sign included'
-build clang
 
 [ "$mode" = all ] || exit 0
 

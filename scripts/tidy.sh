@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Runs clang-tidy, as .clang-tidy says, over every source of a build folder: scripts/tidy.sh [build/release]
-# [more of clang-tidy's words]. Names are held by scripts/check_names.py; GCC's own warnings are unknown here.
+# [more of clang-tidy's words]. Names are held by scripts/check_clang.py; GCC's own warnings are unknown here.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
