@@ -3,6 +3,7 @@
 #include "painter.h"
 
 #include <algorithm>
+#include <chrono>
 #include <cmath>
 #include <cstdint>
 #include <cstdio>
@@ -26,30 +27,51 @@ namespace {
 /// Pictures of a track in a second, as films have them.
 const int rate = FrameStreamOptions().rate;
 
+/// Adds the seconds of its life to a sum.
+class Clock {
+public:
+    explicit Clock(double& sum)
+        : sum(sum) {}
+    ~Clock() {
+        sum += std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count();
+    }
+    Clock(const Clock&) = delete;
+    Clock& operator=(const Clock&) = delete;
+
+private:
+    double& sum;
+    const std::chrono::steady_clock::time_point begin = std::chrono::steady_clock::now();
+};
+
 } // namespace
 
 std::string Painter::prepare() {
-    for (const auto step : {&Painter::prepare_view, &Painter::prepare_scene, &Painter::prepare_text,
-                            &Painter::prepare_track, &Painter::prepare_outputs})
-        if (std::string mistake = (this->*step)(); !mistake.empty())
+    struct Step {
+        Work work;
+        std::string (Painter::*prepare)();
+    };
+    for (const Step& step :
+         {Step{Work::view, &Painter::prepare_view}, Step{Work::model, &Painter::prepare_scene},
+          Step{Work::extras, &Painter::prepare_text}, Step{Work::extras, &Painter::prepare_track},
+          Step{Work::outputs, &Painter::prepare_outputs}}) {
+        at = step.work;
+        if (std::string mistake = (this->*step.prepare)(); !mistake.empty())
             return mistake;
+    }
     steady = aim();
     return "";
 }
 
 std::string Painter::prepare_view() {
-    view = View(options.size.width, options.size.height, view_options(options));
-    if (!view)
-        return mistake_in(view);
-    const Color& behind = options.background;
-    view.set_background({behind.r, behind.g, behind.b, behind.a});
-    if (options.samples > 1 && view.samples() < options.samples)
-        tell_warning(std::to_string(options.samples) + " samples per pixel aren't offered here; " +
-                     std::to_string(view.samples()) + " are");
-    return view.set_look(look_of(options.look)).reason();
+    return easel.prepare(options);
 }
 
 std::string Painter::prepare_scene() {
+    const Clock clock(taken.load);
+    return load_scene();
+}
+
+std::string Painter::load_scene() {
     scene = kit::Model(options.model, model_options(options));
     for (const ModelTexture& texture : scene.textures())
         if (!texture.reason.empty())
@@ -59,14 +81,13 @@ std::string Painter::prepare_scene() {
 }
 
 std::string Painter::prepare_text() {
-    if (options.text.empty())
-        return "";
-    overlay = std::make_unique<TextOverlay>(view);
-    return overlay->load(options.font);
+    std::string reason;
+    if (!options.text.empty())
+        overlay = easel.text(options.font, reason);
+    return reason;
 }
 
-/// The first of the names that is a file from which the picture is made; empty without one.
-std::string Painter::input_among(const std::vector<std::string>& names) const {
+std::vector<std::string> Painter::inputs() const {
     std::vector<std::string> inputs = scene.files();
     if (overlay)
         for (const std::string& file : overlay->files())
@@ -75,8 +96,14 @@ std::string Painter::input_among(const std::vector<std::string>& names) const {
          {options.track, options.reference, options.plugin, look_of(options.look).path()})
         if (!own.empty())
             inputs.push_back(own);
+    return inputs;
+}
+
+/// The first of the names that is a file from which the picture is made; empty without one.
+std::string Painter::input_among(const std::vector<std::string>& names) const {
+    const std::vector<std::string> known = inputs();
     for (const std::string& name : names)
-        for (const std::string& input : inputs)
+        for (const std::string& input : known)
             if (are_same_file(name, input))
                 return name;
     return "";
@@ -95,20 +122,36 @@ std::string Painter::prepare_track() {
 
 /// A name that nobody asked for makes way for an input; one that was asked for is refused.
 std::string Painter::prepare_outputs() {
-    std::vector<std::string> outputs = options.layers.empty()
-                                           ? outputs_of(options)
-                                           : files_of_layers(options.layers, options.output);
-    std::string taken = input_among(outputs);
-    if (!taken.empty() && options.output.empty()) {
-        outputs = outputs_of(options, "-render");
-        taken = input_among(outputs);
+    std::vector<std::string> names = options.layers.empty()
+                                         ? outputs_of(options)
+                                         : files_of_layers(options.layers, options.output);
+    std::string input = input_among(names);
+    if (!input.empty() && options.output.empty()) {
+        names = outputs_of(options, "-render");
+        input = input_among(names);
     }
-    if (taken.empty() && !options.reference.empty())
-        taken = input_among({difference_of(options)});
-    if (!taken.empty())
-        return "can't write " + taken + ": the picture is made from it";
-    sink = std::make_unique<Sink>(outputs, format_of(options), is_film(options));
-    return outputs.front() == "-" ? "" : mistake_in_writing(outputs.front());
+    if (input.empty() && !options.reference.empty())
+        input = input_among({difference_of(options)});
+    if (!input.empty())
+        return "can't write " + input + ": the picture is made from it";
+    tell_of_files(names);
+    sink = std::make_unique<Sink>(names, format_of(options), is_film(options));
+    return names.front() == "-" ? "" : mistake_in_writing(names.front());
+}
+
+void Painter::tell_of_files(const std::vector<std::string>& names) {
+    for (const std::string& name : names)
+        outputs.push_back({name, is_film(options) ? "film" : "picture"});
+    if (options.layers.empty())
+        return;
+    for (PaintedFile& file : outputs)
+        for (const Layer layer : options.layers)
+            if (file.path == file_of_layer(layer, options.output) && layer != Layer::color)
+                file.kind = name_of(layer);
+    // In OpenEXR one file has all layers.
+    if (picture_format_of(options.output) == PictureFormat::exr)
+        outputs.front().kind = "picture";
+    outputs.back().kind = "layers";
 }
 
 int Painter::num_pictures() const {
@@ -194,7 +237,10 @@ bool has_ids(const Picture& picture) {
 
 } // namespace
 
-std::string Painter::paint(int number) {
+/// Draws one picture, and reads it.
+std::string Painter::draw(int number) {
+    const Clock clock(taken.draw);
+    View& view = easel.view();
     view.renderer()->rasterizer_set_polygon_mode(
         POLYGON_FACE_FRONT_AND_BACK, options.wireframe ? POLYGON_MODE_LINE : POLYGON_MODE_FILL);
     view.begin(camera_of(number));
@@ -211,26 +257,46 @@ std::string Painter::paint(int number) {
             return read.reason();
     }
     view.present();
+    return "";
+}
+
+std::string Painter::paint(int number) {
+    at = Work::drawing;
+    if (std::string mistake = draw(number); !mistake.empty())
+        return mistake;
+    at = Work::writing;
+    const Clock clock(taken.write);
     return sink->put(last, options.background.a < 1.0f);
 }
 
 /// The layers of the one picture, in place of it.
 std::string Painter::paint_layers() {
     const kit::Camera camera = camera_of(0);
+    std::vector<Picture> pictures;
+    at = Work::drawing;
+    if (std::string mistake = draw_layers(camera, pictures); !mistake.empty())
+        return mistake;
+    at = Work::writing;
+    const Clock clock(taken.write);
+    return write_layer_files({options.layers, std::move(pictures), camera, scene}, options.output);
+}
+
+std::string Painter::draw_layers(const kit::Camera& camera, std::vector<Picture>& pictures) {
+    const Clock clock(taken.draw);
     LayerOptions wanted;
     wanted.lit_from = angle_of(0);
     // Ids of objects tell whether there is anything to be seen.
     std::vector<Layer> layers = options.layers;
     layers.push_back(Layer::object);
-    std::vector<Picture> pictures;
-    view.renderer()->rasterizer_set_polygon_mode(
+    easel.view().renderer()->rasterizer_set_polygon_mode(
         POLYGON_FACE_FRONT_AND_BACK, options.wireframe ? POLYGON_MODE_LINE : POLYGON_MODE_FILL);
-    if (const kit::Outcome drawn = draw_layers(view, camera, {&scene}, layers, pictures, wanted);
+    if (const kit::Outcome drawn =
+            kit::draw_layers(easel.view(), camera, {&scene}, layers, pictures, wanted);
         !drawn)
         return drawn.reason();
     seen = has_ids(pictures.back());
     pictures.pop_back();
-    return write_layer_files({options.layers, std::move(pictures), camera, scene}, options.output);
+    return "";
 }
 
 std::string Painter::paint() {
@@ -243,6 +309,7 @@ std::string Painter::paint() {
             return mistake;
         bar.show(i + 1);
     }
+    const Clock clock(taken.write);
     return sink->finish();
 }
 

@@ -10,6 +10,7 @@
 #include <orvex_kit/view.h>
 #include <orvex_kit/whole_file.h>
 
+#include "easel.h"
 #include "messages.h"
 #include "options.h"
 #include "painter.h"
@@ -86,7 +87,8 @@ ExitCode draw_model(const Options& options) {
     mistake = mistake_in_plugin(engine, options);
     if (!mistake.empty())
         return fail(mistake);
-    Painter painter(options);
+    Easel easel;
+    Painter painter(options, easel);
     mistake = painter.prepare();
     if (mistake.empty())
         mistake = painter.paint();
