@@ -48,34 +48,34 @@ TEST(Sink, tells_what_went_wrong) {
     EXPECT_NE(empty.finish(), "");
 }
 
-TEST(Verdict, is_empty_for_equal_colors_whatever_the_alpha) {
+TEST(Likeness, is_empty_for_equal_colors_whatever_the_alpha) {
     const Picture picture = noise_picture(4, 3, 4, Sample::u8);
     Picture colors;
     ASSERT_TRUE(colors.take_channels(picture, 3));
-    const Verdict verdict = judge(picture, colors, 0);
-    EXPECT_EQ(verdict.mistake, "");
-    EXPECT_EQ(verdict.difference, "");
-    EXPECT_TRUE(verdict.shown.is_empty());
+    const Likeness likeness = judge(picture, colors, 0);
+    EXPECT_EQ(likeness.mistake, "");
+    EXPECT_EQ(likeness.difference, "");
+    EXPECT_TRUE(likeness.shown.is_empty());
 }
 
-TEST(Verdict, counts_what_exceeds_the_tolerance) {
+TEST(Likeness, counts_what_exceeds_the_tolerance) {
     const Picture picture = make_picture(4, 3, 3, Sample::u8);
     Picture other = picture;
     other.row<std::uint8_t>(1)[5] = 3;
     EXPECT_EQ(judge(picture, other, 3).difference, "");
-    const Verdict verdict = judge(picture, other, 2);
-    EXPECT_EQ(verdict.mistake, "");
-    EXPECT_NE(verdict.difference, "");
-    ASSERT_EQ(verdict.shown.width(), 4);
-    EXPECT_EQ(verdict.shown.row<std::uint8_t>(1)[1], 255);
-    EXPECT_EQ(verdict.shown.row<std::uint8_t>(0)[0], 0);
+    const Likeness likeness = judge(picture, other, 2);
+    EXPECT_EQ(likeness.mistake, "");
+    EXPECT_NE(likeness.difference, "");
+    ASSERT_EQ(likeness.shown.width(), 4);
+    EXPECT_EQ(likeness.shown.row<std::uint8_t>(1)[1], 255);
+    EXPECT_EQ(likeness.shown.row<std::uint8_t>(0)[0], 0);
 }
 
-TEST(Verdict, on_another_size_has_no_picture) {
-    const Verdict verdict =
+TEST(Likeness, on_another_size_has_no_picture) {
+    const Likeness likeness =
         judge(make_picture(4, 3, 3, Sample::u8), make_picture(3, 4, 3, Sample::u8), 255);
-    EXPECT_NE(verdict.difference, "");
-    EXPECT_TRUE(verdict.shown.is_empty());
+    EXPECT_NE(likeness.difference, "");
+    EXPECT_TRUE(likeness.shown.is_empty());
 }
 
 } // namespace

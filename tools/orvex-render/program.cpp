@@ -59,19 +59,19 @@ ExitCode read_reference(const Options& options, Picture& reference) {
 }
 
 ExitCode compare_with(const Picture& reference, const Picture& picture, const Options& options) {
-    const Verdict verdict = judge(picture, reference, options.tolerance);
-    if (!verdict.mistake.empty())
-        return fail(verdict.mistake);
-    if (verdict.difference.empty())
+    const Likeness likeness = judge(picture, reference, options.tolerance);
+    if (!likeness.mistake.empty())
+        return fail(likeness.mistake);
+    if (likeness.difference.empty())
         return EXIT_FINE;
     std::string shown;
-    if (!verdict.shown.is_empty()) {
+    if (!likeness.shown.is_empty()) {
         const std::string name = difference_of(options);
-        if (const kit::Outcome written = write_picture(verdict.shown, name); !written)
+        if (const kit::Outcome written = write_picture(likeness.shown, name); !written)
             return fail(written.reason());
         shown = "; " + name + " shows where";
     }
-    return fail("not as " + options.reference + ": " + verdict.difference + shown);
+    return fail("not as " + options.reference + ": " + likeness.difference + shown);
 }
 
 ExitCode draw_model(const Options& options) {

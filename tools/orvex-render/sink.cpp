@@ -44,19 +44,19 @@ std::string Sink::told() const {
                                    " to " + names.back();
 }
 
-Verdict judge(const Picture& picture, const Picture& reference, int largest) {
-    Verdict verdict;
+Likeness judge(const Picture& picture, const Picture& reference, int largest) {
+    Likeness likeness;
     Picture colors;
     if (const Outcome outcome = colors.take_channels(picture, 3); !outcome) {
-        verdict.mistake = outcome.reason();
-        return verdict;
+        likeness.mistake = outcome.reason();
+        return likeness;
     }
     const CompareLimits limits{static_cast<double>(largest), 0.0};
     const Comparison comparison = compare(colors, reference, limits);
     if (comparison.is_equal)
-        return verdict;
-    verdict.difference = comparison.reason;
+        return likeness;
+    likeness.difference = comparison.reason;
     // Other sizes have no picture of that.
-    static_cast<void>(show_difference(colors, reference, verdict.shown, limits));
-    return verdict;
+    static_cast<void>(show_difference(colors, reference, likeness.shown, limits));
+    return likeness;
 }

@@ -37,7 +37,7 @@ private:
 };
 
 /// How a picture compares with a reference, of which the three colours count.
-struct Verdict {
+struct Likeness {
     std::string mistake;       ///< why they can't be compared
     std::string difference;    ///< in words; empty if they are equal
     orvex::kit::Picture shown; ///< where they differ; empty without a picture of that
@@ -45,5 +45,5 @@ struct Verdict {
 
 /// Compares a picture with a reference.
 /// @param largest  difference of a channel that still counts as equal, 0 to 255
-Verdict judge(const orvex::kit::Picture& picture, const orvex::kit::Picture& reference,
-              int largest);
+Likeness judge(const orvex::kit::Picture& picture, const orvex::kit::Picture& reference,
+               int largest);
