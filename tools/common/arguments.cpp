@@ -69,19 +69,25 @@ void Arguments::add_flag(const std::string& name, char letter, const std::string
         ->group(group)
         ->type_name("")
         ->disable_flag_override();
+    rules[name.substr(2)] = {nullptr, "", &target};
 }
 
 void Arguments::add_value(const std::string& name, char letter, const std::string& value,
                           const std::string& help, Taker take) {
-    const auto check = [name, take = std::move(take)](const std::string& word) {
+    const auto mistake_in = [name, take = std::move(take)](const std::string& word) {
         const std::string wanted = take(word);
-        if (!wanted.empty())
-            throw CLI::ValidationError(name + " can't be '" + word + "': " + wanted + " is wanted");
+        return wanted.empty() ? wanted
+                              : name + " can't be '" + word + "': " + wanted + " is wanted";
+    };
+    const auto check = [mistake_in](const std::string& word) {
+        if (const std::string mistake = mistake_in(word); !mistake.empty())
+            throw CLI::ValidationError(mistake);
     };
     app->add_option_function<std::string>(names_of(name, letter), check, help)
         ->group(group)
         ->type_name(value)
         ->take_last();
+    rules[name.substr(2)] = {mistake_in, value, nullptr};
 }
 
 void Arguments::set_operand(Taker take) {
@@ -107,7 +113,6 @@ std::size_t edits_between(const std::string& a, const std::string& b) {
 
 } // namespace
 
-/// The known name that differs in at most two letters; empty if there is none.
 std::string Arguments::nearest_name(const std::string& name) const {
     std::string nearest;
     std::size_t fewest = 3;
@@ -178,6 +183,26 @@ std::string Arguments::read(const std::vector<std::string>& words) {
             !wanted.empty())
             return unexpected(word, wanted);
     return "";
+}
+
+std::string Arguments::set(const std::string& name, const std::string& value) const {
+    return rules.at(name).take(value);
+}
+
+void Arguments::set(const std::string& name, bool value) const {
+    *rules.at(name).flag = value;
+}
+
+Arguments::Kind Arguments::kind_of(const std::string& name) const {
+    const auto found = rules.find(name);
+    if (found == rules.end())
+        return Kind::unknown;
+    return found->second.flag ? Kind::flag : Kind::value;
+}
+
+std::string Arguments::value_of(const std::string& name) const {
+    const auto found = rules.find(name);
+    return found == rules.end() ? "" : found->second.value;
 }
 
 std::string Arguments::help() const {

@@ -3,6 +3,7 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 namespace CLI {
@@ -48,18 +49,40 @@ public:
     /// Reads the words.
     /// @return a mistake as a sentence without a stop; empty if there is none
     std::string read(const std::vector<std::string>& words);
+    /// Sets one option that takes a value, as `--name=value` would.
+    /// @param name  known, long, without its dashes
+    /// @return as `read`
+    std::string set(const std::string& name, const std::string& value) const;
+    /// Sets one that takes none, or takes that back.
+    void set(const std::string& name, bool value) const;
+    enum class Kind { unknown, flag, value };
+    /// What an option takes.
+    /// @param name  long, without its dashes
+    Kind kind_of(const std::string& name) const;
+    /// The value's name in the help; empty for a flag.
+    std::string value_of(const std::string& name) const;
+    /// The known long name that differs from one in at most two letters, both with their dashes;
+    /// empty if there is none.
+    std::string nearest_name(const std::string& name) const;
+
     /// The options with their explanations, group by group, at most 80 characters wide.
     std::string help() const;
     /// The long names, in their order.
     std::vector<std::string> names() const;
 
 private:
+    struct Rule {
+        Taker take; ///< of a value; says the whole mistake
+        std::string value;
+        bool* flag = nullptr;
+    };
+
     std::unique_ptr<CLI::App> app;
+    std::unordered_map<std::string, Rule> rules; ///< by the name without its dashes
     std::string group = "Options";
     std::vector<std::string> operands;
     Taker take_operand;
 
     std::vector<std::string> reversed(const std::vector<std::string>& words) const;
     std::string mistake_of(const CLI::Error& error) const;
-    std::string nearest_name(const std::string& name) const;
 };

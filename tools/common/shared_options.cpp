@@ -73,9 +73,12 @@ void add_up_rule(Arguments& rules, SharedOptions& options) {
                              std::pair{"-z", UpAxis::minus_z}}));
 }
 
-void add_reader_rules(Arguments& rules, SharedOptions& options) {
+void add_plugin_rule(Arguments& rules, SharedOptions& options) {
     rules.add_value("--plugin", 0, "FILE", "a plugin beside those that are found",
                     take_text(options.plugin, "a file"));
+}
+
+void add_loader_rule(Arguments& rules, SharedOptions& options) {
     rules.add_value("--loader", 0, "NAME", "the only loader that is asked to read the model",
                     take_text(options.loader, "a name"));
 }

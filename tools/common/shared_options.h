@@ -41,8 +41,10 @@ void add_look_rules(Arguments& rules, SharedOptions& options);
 /// Azimuth and elevation.
 void add_angle_rules(Arguments& rules, SharedOptions& options);
 void add_up_rule(Arguments& rules, SharedOptions& options);
-/// Plugin and loader.
-void add_reader_rules(Arguments& rules, SharedOptions& options);
+/// Plugin, which is of the whole program.
+void add_plugin_rule(Arguments& rules, SharedOptions& options);
+/// Loader, which is of one model.
+void add_loader_rule(Arguments& rules, SharedOptions& options);
 /// Help and version; then begins a group of its own, how many messages.
 void add_message_rules(Arguments& rules, SharedOptions& options);
 /// The operand: one model.

@@ -33,7 +33,29 @@ std::size_t length_of_character(std::string_view text) {
     return 0;
 }
 
-std::string quoted(std::string_view value) {
+} // namespace
+
+bool is_utf8(std::string_view text) {
+    while (!text.empty()) {
+        const std::size_t length = length_of_character(text);
+        if (length == 0)
+            return false;
+        text.remove_prefix(length);
+    }
+    return true;
+}
+
+std::string text_in_utf8(std::string_view value) {
+    std::string result;
+    while (!value.empty()) {
+        const std::size_t length = length_of_character(value);
+        result += length == 0 ? "\xef\xbf\xbd" : value.substr(0, length);
+        value.remove_prefix(length == 0 ? 1 : length);
+    }
+    return result;
+}
+
+std::string json_text_of(std::string_view value) {
     std::string result = "\"";
     while (!value.empty()) {
         const std::size_t length = length_of_character(value);
@@ -54,6 +76,8 @@ std::string quoted(std::string_view value) {
     return result + '"';
 }
 
+namespace {
+
 /// In as many digits as tell it from others of its precision.
 template<class Number>
 std::string text_of(Number value) {
@@ -64,6 +88,10 @@ std::string text_of(Number value) {
 }
 
 } // namespace
+
+std::string number_text(double value) {
+    return text_of(value);
+}
 
 void JsonText::new_line() {
     out += '\n';
@@ -96,14 +124,14 @@ void JsonText::end() {
 
 JsonText& JsonText::key(std::string_view name) {
     begin_value();
-    out += quoted(name) + ": ";
+    out += json_text_of(name) + ": ";
     has_key = true;
     return *this;
 }
 
 void JsonText::text(std::string_view value) {
     begin_value();
-    out += quoted(value);
+    out += json_text_of(value);
 }
 
 void JsonText::number(std::size_t value) {

@@ -4,6 +4,16 @@
 #include <string_view>
 #include <vector>
 
+/// Whether all of a text is UTF-8.
+bool is_utf8(std::string_view text);
+/// A text of any bytes as JSON has it, in its quotes: what isn't UTF-8 becomes U+FFFD, byte by
+/// byte.
+std::string json_text_of(std::string_view value);
+/// The same text without quotes and escapes.
+std::string text_in_utf8(std::string_view value);
+/// A number as JSON has it, in as many digits as tell it from others; null if it isn't finite.
+std::string number_text(double value);
+
 /// Writes JSON: objects and lists with two blanks an indent, small lists of numbers on one line.
 ///
 /// @code

@@ -116,7 +116,8 @@ void add_reference_rules(Arguments& rules, Options& options) {
 
 void add_machine_rules(Arguments& rules, Options& options) {
     rules.begin_group("What reads and draws");
-    add_reader_rules(rules, options);
+    add_plugin_rule(rules, options);
+    add_loader_rule(rules, options);
     rules.add_value("--device", 0, "DEVICE",
                     "what draws: an index, a PCI path or software, as ORVEX_GL_DEVICE",
                     take_text(options.device, "a device"));
@@ -132,6 +133,13 @@ void add_other_rules(Arguments& rules, Options& options) {
 }
 
 } // namespace
+
+void add_model_rules(Arguments& rules, Options& options) {
+    add_picture_rules(rules, options);
+    add_camera_rules(rules, options);
+    add_text_rules(rules, options);
+    add_loader_rule(rules, options);
+}
 
 void add_rules(Arguments& rules, Options& options) {
     add_picture_rules(rules, options);
@@ -191,7 +199,8 @@ std::string mistake_in_layers(const Options& options) {
     return "";
 }
 
-/// What doesn't go together.
+} // namespace
+
 std::string mistake_of(const Options& options) {
     if (std::string mistake = mistake_of_shared(options); !mistake.empty())
         return mistake;
@@ -208,8 +217,6 @@ std::string mistake_of(const Options& options) {
     const std::string mistake = mistake_in_outputs(options);
     return mistake.empty() ? mistake_in_layers(options) : mistake;
 }
-
-} // namespace
 
 std::string read_options(const std::vector<std::string>& words, Options& options) {
     Arguments rules;
@@ -264,8 +271,6 @@ std::string difference_of(const Options& options) {
     return output.substr(0, suffix_of(output)) + "-difference.png";
 }
 
-namespace {
-
 const char* suffix_for(PictureFormat format) {
     switch (format) {
     case PictureFormat::png:
@@ -282,8 +287,6 @@ const char* suffix_for(PictureFormat format) {
         return ".jpg";
     }
 }
-
-} // namespace
 
 std::string output_of(const Options& options) {
     if (!options.output.empty())

@@ -35,6 +35,13 @@ struct Options : SharedOptions {
 /// Adds the rules of the command line, which fill `options`.
 void add_rules(Arguments& rules, Options& options);
 
+/// Adds those of them that are about one model and its pictures, and not about the program as a
+/// whole.
+void add_model_rules(Arguments& rules, Options& options);
+
+/// What doesn't go together in options; empty if all does.
+std::string mistake_of(const Options& options);
+
 /// Reads the command line. Looks at no file.
 /// @return what is wrong with it; empty if nothing is
 std::string read_options(const std::vector<std::string>& words, Options& options);
@@ -44,6 +51,8 @@ std::string help_text();
 
 /// How pictures are written: as asked for, or as the file's suffix says; a film for a film.
 orvex::kit::PictureFormat format_of(const Options& options);
+/// What a name ends in for a format, as ".png".
+const char* suffix_for(orvex::kit::PictureFormat format);
 /// The picture's file: as asked for, or the model's name.
 std::string output_of(const Options& options);
 /// Where a picture of the difference from the reference goes.

@@ -27,7 +27,8 @@ void add_rules(Arguments& rules, Options& options) {
     add_angle_rules(rules, options);
     add_up_rule(rules, options);
     rules.begin_group("What reads");
-    add_reader_rules(rules, options);
+    add_plugin_rule(rules, options);
+    add_loader_rule(rules, options);
     rules.begin_group("Instead of a window");
     add_message_rules(rules, options);
     set_model_operand(rules, options);
