@@ -134,24 +134,8 @@ std::string Painter::prepare_outputs() {
         input = input_among({difference_of(options)});
     if (!input.empty())
         return "can't write " + input + ": the picture is made from it";
-    tell_of_files(names);
     sink = std::make_unique<Sink>(names, format_of(options), is_film(options));
     return names.front() == "-" ? "" : mistake_in_writing(names.front());
-}
-
-void Painter::tell_of_files(const std::vector<std::string>& names) {
-    for (const std::string& name : names)
-        outputs.push_back({name, is_film(options) ? "film" : "picture"});
-    if (options.layers.empty())
-        return;
-    for (PaintedFile& file : outputs)
-        for (const Layer layer : options.layers)
-            if (file.path == file_of_layer(layer, options.output) && layer != Layer::color)
-                file.kind = name_of(layer);
-    // In OpenEXR one file has all layers.
-    if (picture_format_of(options.output) == PictureFormat::exr)
-        outputs.front().kind = "picture";
-    outputs.back().kind = "layers";
 }
 
 int Painter::num_pictures() const {

@@ -15,13 +15,6 @@
 #include "sink.h"
 #include "text_overlay.h"
 
-/// A file with what was drawn.
-struct PaintedFile {
-    std::string path; ///< "-" for standard output
-    std::string
-        kind; ///< "picture", "film", the name of a layer, or "layers" for what tells of them
-};
-
 /// Draws the pictures of one model, and gives them away. Needs a running engine.
 class Painter {
 public:
@@ -65,8 +58,6 @@ public:
 
     Work work() const { return at; }
     const Seconds& seconds() const { return taken; }
-    /// The files that it writes, after a good `prepare`.
-    const std::vector<PaintedFile>& files() const { return outputs; }
     /// Every file that it reads: the model's, those of font, look, track, plugin and reference.
     std::vector<std::string> inputs() const;
 
@@ -79,7 +70,6 @@ private:
     std::unique_ptr<Sink> sink;
     Work at = Work::view;
     Seconds taken;
-    std::vector<PaintedFile> outputs;
     orvex::kit::UpAxis up = orvex::kit::UpAxis::y; ///< of the model
     orvex::kit::Aim steady;                        ///< of all pictures of a turn
     orvex::kit::Picture last;
@@ -93,7 +83,6 @@ private:
     std::string prepare_track();
     std::string prepare_outputs();
     std::string input_among(const std::vector<std::string>& names) const;
-    void tell_of_files(const std::vector<std::string>& names);
     std::string draw(int number);
     std::string paint(int number);
     std::string paint_layers();
