@@ -147,6 +147,7 @@ void add_rules(Arguments& rules, Options& options) {
     add_text_rules(rules, options);
     add_reference_rules(rules, options);
     add_machine_rules(rules, options);
+    batch::add_batch_rules(rules, options.batch);
     add_other_rules(rules, options);
     set_model_operand(rules, options);
 }
@@ -218,13 +219,39 @@ std::string mistake_of(const Options& options) {
     return mistake.empty() ? mistake_in_layers(options) : mistake;
 }
 
+namespace {
+
+/// What has no place beside many models.
+std::string mistake_of_many(const Options& options) {
+    if (std::string mistake = mistake_of_shared(options); !mistake.empty())
+        return mistake;
+    const std::string which = options.batch.serve ? "--serve" : "a batch";
+    if (!options.model.empty())
+        return which + " takes its models from entries, not from the command line";
+    if (!options.output.empty())
+        return "--output is of one model: " + which + " has --output-dir";
+    if (!options.reference.empty() || options.tolerance > 0)
+        return "--ref and --tolerance compare the picture of one model";
+    if (options.info || options.json || options.gl)
+        return "--info, --json and --gl tell of one model";
+    return batch::mistake_of_batch(options.batch);
+}
+
+/// What isn't for one model, or doesn't go together for one.
+std::string mistake_of_one(const Options& options) {
+    const std::string mistake = batch::mistake_without_batch(options.batch);
+    return mistake.empty() ? mistake_of(options) : mistake;
+}
+
+} // namespace
+
 std::string read_options(const std::vector<std::string>& words, Options& options) {
     Arguments rules;
     add_rules(rules, options);
     std::string mistake = rules.read(words);
     if (!mistake.empty() || options.help || options.version)
         return mistake;
-    return mistake_of(options);
+    return batch::is_batch(options.batch) ? mistake_of_many(options) : mistake_of_one(options);
 }
 
 std::string help_text() {
@@ -232,6 +259,7 @@ std::string help_text() {
     Arguments rules;
     add_rules(rules, unused);
     return "usage: orvex-render [options] MODEL\n"
+           "       orvex-render [options] --batch MANIFEST\n"
            "\n"
            "Renders a model file, with its materials and textures, to a picture.\n"
            "Reads " ORVEX_TOOL_FORMATS ".\n"

@@ -6,6 +6,7 @@
 #include <orvex_kit/layers.h>
 #include <orvex_kit/picture_file.h>
 
+#include "batch/batch_options.h"
 #include "shared_options.h"
 
 /// What the command line asks for.
@@ -30,6 +31,7 @@ struct Options : SharedOptions {
     bool info = false;
     bool json = false; ///< the way of `info`
     bool gl = false;
+    batch::BatchOptions batch; ///< of many models, in place of one
 };
 
 /// Adds the rules of the command line, which fill `options`.

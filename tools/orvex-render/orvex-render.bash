@@ -6,6 +6,8 @@ _orvex_render() {
   local options='--output --size --background --wireframe --normals --samples --path --azimuth --elevation
     --distance --zoom --up --turntable --text --text-place --text-size --text-color --font --info
     --json --gl --layers --format --look --film --track --ref --tolerance --plugin --loader --device
+    --batch --files --null --output-dir --results --resume --shard --keep-going --serve --socket
+    --workers --recycle --limit-memory --limit-seconds --limit-pixels --limit-file
     --help --version --quiet --verbose'
   local places='top-left top top-right left center-left center center-right right bottom-left
     bottom bottom-right'
@@ -18,7 +20,7 @@ _orvex_render() {
     before=${COMP_WORDS[COMP_CWORD-2]}
   fi
 
-  local words='' files=''
+  local words='' files='' folders=''
   case $before in
     -b | --background) words="$colors transparent" ;;
     --text-color) words=$colors ;;
@@ -36,9 +38,13 @@ _orvex_render() {
     --ref) files='png|jpg|jpeg|JPG|bmp|tga' ;;
     --plugin) files='so' ;;
     --track) files='json' ;;
+    --batch | --results) files='json|jsonl|ndjson' ;;
+    --files) files='txt|list' ;;
+    --output-dir) folders=yes ;;
     --font) files='xml|fnt' ;;
     -a | --azimuth | -e | --elevation | -d | --distance | -z | --zoom | -t | --turntable | \
-      -x | --text | --text-size | --film | --tolerance | --loader) return ;;
+      -x | --text | --text-size | --film | --tolerance | --loader | --shard | --socket | --workers | \
+      --recycle | --limit-*) return ;;
     *) case $current in
          -*) words=$options ;;
          *) files='obj|OBJ|3ds|3DS' ;;
@@ -52,7 +58,7 @@ _orvex_render() {
   local path
   compopt -o filenames 2>/dev/null
   while IFS= read -r path; do
-    if [ -d "$path" ] || [[ $path =~ \.($files)$ ]]; then
+    if [ -d "$path" ] || [[ -z $folders && $path =~ \.($files)$ ]]; then
       COMPREPLY+=("$path")
     fi
   done < <(compgen -f -- "$current")

@@ -41,6 +41,9 @@ void add_batch_rules(Arguments& rules, BatchOptions& options);
 /// Whether models are drawn by a batch or a service.
 bool is_batch(const BatchOptions& options);
 
+/// What is said though there is no batch; empty if nothing is.
+std::string mistake_without_batch(const BatchOptions& options);
+
 /// What doesn't go together; empty if all does.
 std::string mistake_of_batch(const BatchOptions& options);
 

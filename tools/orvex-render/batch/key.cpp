@@ -134,7 +134,8 @@ bool still_holds(const Verdict& verdict, const Entry& entry) {
     // Another try of these may go well.
     if (verdict.fate == Fate::driver || verdict.fate == Fate::io || verdict.key.empty())
         return false;
-    if (verdict.id != entry.id || verdict.key != key_of(entry, verdict.files))
+    if (verdict.id != entry.id || verdict.output != entry.output ||
+        verdict.key != key_of(entry, verdict.files))
         return false;
     if (verdict.fate != Fate::ok)
         return true;

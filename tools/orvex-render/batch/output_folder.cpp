@@ -2,7 +2,6 @@
 
 #include <cerrno>
 #include <cstring>
-#include <utility>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -12,37 +11,37 @@ namespace batch {
 
 namespace {
 
-/// A folder that is open.
+/// A folder on the way from the root, which isn't closed with it.
 class Folder {
 public:
-    explicit Folder(int descriptor)
-        : descriptor(descriptor) {}
-    ~Folder() {
-        if (descriptor >= 0)
-            ::close(descriptor);
-    }
+    explicit Folder(int root)
+        : root(root)
+        , descriptor(root) {}
+    ~Folder() { leave(); }
     Folder(const Folder&) = delete;
     Folder& operator=(const Folder&) = delete;
 
     int get() const { return descriptor; }
-    bool is_open() const { return descriptor >= 0; }
     /// Goes to a folder within it that is no link.
     bool enter(const std::string& name) {
         const int next =
             ::openat(descriptor, name.c_str(), O_PATH | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC);
         if (next < 0)
             return false;
-        ::close(std::exchange(descriptor, next));
+        leave();
+        descriptor = next;
         return true;
     }
 
 private:
+    int root;
     int descriptor;
-};
 
-int open_folder(const std::string& folder) {
-    return ::open(folder.empty() ? "." : folder.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC);
-}
+    void leave() const {
+        if (descriptor != root)
+            ::close(descriptor);
+    }
+};
 
 std::string system_words() {
     return std::strerror(errno);
@@ -60,59 +59,62 @@ std::string mistake_in_folder(const Folder& within, const std::string& name,
     return shown + (S_ISDIR(status.st_mode) ? ": " + words : " is no folder");
 }
 
-/// Walks along the folders of a name.
-/// @param arrive  is called with the folder of the file and the file's own name
-template<class Missing, class Arrive>
-std::string walk(const std::string& folder, const std::string& name, Missing missing,
-                 Arrive arrive) {
-    Folder at(open_folder(folder));
-    if (!at.is_open())
-        return (folder.empty() ? "." : folder) + ": " + system_words();
-    std::size_t begin = 0;
+enum class Missing { fine, made };
+
+/// Enters the folders of a name.
+/// @param begin  becomes where the file's own name begins; npos where a folder isn't there
+std::string enter_folders(Folder& at, const std::string& name, Missing missing,
+                          std::size_t& begin) {
+    begin = 0;
     for (std::size_t slash; (slash = name.find('/', begin)) != name.npos; begin = slash + 1) {
         const std::string part = name.substr(begin, slash - begin);
-        bool is_done = false;
-        if (!at.enter(part)) {
-            if (errno != ENOENT)
-                return mistake_in_folder(at, part, name.substr(0, slash));
-            std::string mistake = missing(at, part, is_done);
-            if (!mistake.empty() || is_done)
-                return mistake;
-            if (!at.enter(part))
-                return mistake_in_folder(at, part, name.substr(0, slash));
+        if (at.enter(part))
+            continue;
+        if (errno == ENOENT && missing == Missing::fine) {
+            begin = name.npos;
+            return "";
         }
+        // Another process may have made it meanwhile.
+        if (errno == ENOENT && ::mkdirat(at.get(), part.c_str(), 0777) != 0 && errno != EEXIST)
+            return "can't make the folder " + name.substr(0, slash) + ": " + system_words();
+        if (!at.enter(part))
+            return mistake_in_folder(at, part, name.substr(0, slash));
     }
-    return arrive(at, name.substr(begin));
+    return "";
 }
 
 } // namespace
 
-std::string mistake_in_place(const std::string& folder, const std::string& name) {
-    const auto missing = [](const Folder&, const std::string&, bool& is_done) {
-        is_done = true;
-        return std::string();
-    };
-    return walk(folder, name, missing, [&](const Folder& at, const std::string& file) {
-        struct stat status {};
-        if (::fstatat(at.get(), file.c_str(), &status, AT_SYMLINK_NOFOLLOW) != 0)
-            return errno == ENOENT ? std::string() : name + ": " + system_words();
-        if (S_ISREG(status.st_mode))
-            return std::string();
-        return name + (S_ISLNK(status.st_mode)
-                           ? " is a link, which may lead out of the output folder"
-                           : " is there and is no regular file");
-    });
+OutputFolder::OutputFolder(std::string path)
+    : root(::open(path.empty() ? "." : path.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC)) {
+    if (root < 0)
+        reason = "can't write to the folder " + path + ": " + system_words();
 }
 
-std::string make_folders(const std::string& folder, const std::string& name) {
-    const auto make = [&](const Folder& at, const std::string& part, bool&) {
-        // Another process may have made it meanwhile.
-        if (::mkdirat(at.get(), part.c_str(), 0777) == 0 || errno == EEXIST)
-            return std::string();
-        return "can't make the folder " + part + " of " + name + ": " + system_words();
-    };
-    return walk(folder, name, make,
-                [](const Folder&, const std::string&) { return std::string(); });
+OutputFolder::~OutputFolder() {
+    if (root >= 0)
+        ::close(root);
+}
+
+std::string OutputFolder::mistake_in_place(const std::string& name) const {
+    std::size_t begin = 0;
+    Folder at(root);
+    if (std::string mistake = enter_folders(at, name, Missing::fine, begin);
+        !mistake.empty() || begin == name.npos)
+        return mistake;
+    struct stat status {};
+    if (::fstatat(at.get(), name.c_str() + begin, &status, AT_SYMLINK_NOFOLLOW) != 0)
+        return errno == ENOENT ? "" : name + ": " + system_words();
+    if (S_ISREG(status.st_mode))
+        return "";
+    return name + (S_ISLNK(status.st_mode) ? " is a link, which may lead out of the output folder"
+                                           : " is there and is no regular file");
+}
+
+std::string OutputFolder::make_folders(const std::string& name) const {
+    std::size_t begin = 0;
+    Folder at(root);
+    return enter_folders(at, name, Missing::made, begin);
 }
 
 } // namespace batch

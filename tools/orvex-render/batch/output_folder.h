@@ -5,19 +5,34 @@
 
 #include <string>
 
-#include "batch/entry.h"
-
 namespace batch {
 
-/// Why a file isn't a place for an output: a folder or a link stands there, or a link or a file is
-/// among its folders. Folders that aren't there yet are fine.
-/// @param folder  the output folder, which may be a link itself; empty is the current one
-/// @param name    of the file, within that folder
-/// @return a sentence without a stop; empty if it is a place
-std::string mistake_in_place(const std::string& folder, const std::string& name);
+/// The folder in which a batch writes. Follows no link below it, whoever puts one there meanwhile.
+/// Any number; each on one thread.
+class OutputFolder {
+public:
+    /// @param path  of the folder, which may be a link itself; empty is the current one
+    explicit OutputFolder(std::string path);
+    ~OutputFolder();
+    OutputFolder(const OutputFolder&) = delete;
+    OutputFolder& operator=(const OutputFolder&) = delete;
 
-/// Makes the folders for an output, without following a link below the output folder.
-/// @return what went wrong, as a sentence without a stop; empty if nothing did
-std::string make_folders(const std::string& folder, const std::string& name);
+    /// Why the folder can't be used, as a sentence without a stop; empty if it can.
+    const std::string& mistake() const { return reason; }
+
+    /// Why a file isn't a place for an output: a folder or a link stands there, or a link or a file
+    /// is among its folders. Folders that aren't there yet are fine.
+    /// @param name  of the file, within the folder
+    /// @return a sentence without a stop; empty if it is a place
+    std::string mistake_in_place(const std::string& name) const;
+
+    /// Makes the folders for an output.
+    /// @return what went wrong, as a sentence without a stop; empty if nothing did
+    std::string make_folders(const std::string& name) const;
+
+private:
+    int root;
+    std::string reason;
+};
 
 } // namespace batch

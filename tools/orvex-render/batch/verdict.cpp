@@ -6,6 +6,7 @@
 
 #include <nlohmann/json.hpp>
 
+#include "batch/key.h"
 #include "json_text.h"
 
 namespace batch {
@@ -37,6 +38,15 @@ std::optional<Fate> fate_of(std::string_view word) {
         if (word == known)
             return value;
     return std::nullopt;
+}
+
+Verdict verdict_on(const Entry& entry) {
+    Verdict verdict;
+    verdict.id = entry.id;
+    verdict.model = entry.options.model;
+    verdict.output = entry.output;
+    verdict.engine = engine_version();
+    return verdict;
 }
 
 namespace {
@@ -105,6 +115,7 @@ std::string line_of(const Verdict& verdict) {
         members.whole("line", verdict.line);
     members.text("id", verdict.id);
     members.text("model", verdict.model);
+    members.text("output", verdict.output);
     members.text("verdict", word_of(verdict.fate));
     members.text("reason", verdict.reason);
     put_outputs(verdict.outputs, members.key("outputs"));
@@ -213,6 +224,7 @@ std::optional<Verdict> verdict_of_line(std::string_view line) {
         taker.whole("line", verdict.line);
     taker.text("id", verdict.id);
     taker.text("model", verdict.model);
+    taker.text("output", verdict.output);
     taker.text("verdict", word);
     taker.text("reason", verdict.reason);
     take_outputs(taker, verdict.outputs);

@@ -10,6 +10,8 @@
 #include <string_view>
 #include <vector>
 
+#include "batch/entry.h"
+
 namespace batch {
 
 /// How it went, in a word.
@@ -49,6 +51,7 @@ struct Seconds {
 struct Verdict {
     std::string id;
     std::string model;
+    std::string output; ///< of the entry: its picture within the output folder
     Fate fate = Fate::ok;
     std::string reason; ///< a sentence without a stop, with its place; empty for `ok`
     std::vector<Output> outputs;
@@ -63,6 +66,9 @@ struct Verdict {
     std::string driver;   ///< its renderer and version; empty if there was none
     std::size_t line = 0; ///< of a line that is no entry, its number; 0 otherwise
 };
+
+/// A verdict that tells which entry it is about, and which engine; the rest is to be filled.
+Verdict verdict_on(const Entry& entry);
 
 /// A verdict as one line of JSON, line feed included. What isn't UTF-8 becomes U+FFFD.
 std::string line_of(const Verdict& verdict);

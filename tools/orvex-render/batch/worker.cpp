@@ -119,6 +119,7 @@ public:
     explicit Worker(const WorkerSetting& setting)
         : setting(setting)
         , reader(setting.defaults, setting.batch.output_dir)
+        , folder(setting.batch.output_dir)
         , limits(setting.batch) {}
 
     bool run();
@@ -126,6 +127,7 @@ public:
 private:
     const WorkerSetting& setting;
     EntryReader reader;
+    OutputFolder folder;
     ModelLimits limits;
     Easel easel;
     std::string received; ///< and not taken yet
@@ -135,6 +137,7 @@ private:
     bool send(std::string_view text) const;
     Verdict draw(const Entry& entry);
     MaybeFailure draw(const Entry& entry, Verdict& verdict);
+    std::string mistake_in_places(const Entry& entry) const;
     MaybeFailure paint(const Entry& entry, Painter& painter);
     void tell_of_files(const Entry& entry, Verdict& verdict);
 };
@@ -194,6 +197,18 @@ MaybeFailure Worker::paint(const Entry& entry, Painter& painter) {
                                       " can be seen: " + painter.reason_for_nothing()};
 }
 
+/// Why there is no place for its files; the folders are there from then on.
+std::string Worker::mistake_in_places(const Entry& entry) const {
+    std::string mistake = folder.mistake();
+    for (const OutputFile& file : output_files_of(entry)) {
+        if (mistake.empty())
+            mistake = folder.mistake_in_place(file.name);
+        if (mistake.empty())
+            mistake = folder.make_folders(file.name);
+    }
+    return mistake;
+}
+
 MaybeFailure Worker::draw(const Entry& entry, Verdict& verdict) {
     if (MaybeFailure failure = failure_in_file(entry.options.model, setting.batch))
         return failure;
@@ -201,10 +216,8 @@ MaybeFailure Worker::draw(const Entry& entry, Verdict& verdict) {
         return failure;
     verdict.key = key_of(entry, {});
     copy(verdict.key, setting.mark.key, sizeof setting.mark.key);
-    for (const OutputFile& file : output_files_of(entry))
-        if (MaybeFailure failure =
-                failure_of(Fate::io, make_folders(setting.batch.output_dir, file.name)))
-            return failure;
+    if (MaybeFailure failure = failure_of(Fate::io, mistake_in_places(entry)))
+        return failure;
     setting.mark.work = static_cast<int>(Painter::Work::model);
     Painter painter(entry.options, easel);
     MaybeFailure failure = paint(entry, painter);

@@ -1,0 +1,183 @@
+#include "batch/manifest.h"
+
+#include <cerrno>
+#include <cstdint>
+#include <cstring>
+#include <utility>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include "batch/results.h"
+#include "batch/sum.h"
+
+namespace batch {
+
+namespace {
+
+constexpr std::size_t longest_line = std::size_t{1} << 20;
+
+} // namespace
+
+Manifest::Manifest(const Setting& given)
+    : setting(given)
+    , reader(setting.defaults, setting.folder)
+    , folder(setting.folder) {}
+
+Manifest::~Manifest() {
+    if (input > STDIN_FILENO)
+        ::close(input);
+}
+
+std::string Manifest::open() {
+    if (!folder.mistake().empty())
+        return folder.mistake();
+    const bool is_standard = setting.path == "-";
+    const std::string name = is_standard ? "standard input" : setting.path;
+    input = is_standard ? STDIN_FILENO : ::open(setting.path.c_str(), O_RDONLY | O_CLOEXEC);
+    struct stat status {};
+    if (input < 0 || ::fstat(input, &status) != 0)
+        return "can't read the manifest " + name + ": " + std::strerror(errno);
+    if (S_ISDIR(status.st_mode))
+        return "can't read the manifest " + name + ": " + std::strerror(EISDIR);
+    // What was read before a file's place belongs to somebody else.
+    file = S_ISREG(status.st_mode) && ::lseek(input, 0, SEEK_CUR) == 0;
+    constexpr std::uint64_t bytes_of_line = 40;
+    outputs.emplace(file ? static_cast<std::uint64_t>(status.st_size) / bytes_of_line : 0);
+    return rewind();
+}
+
+/// Begins with the first line.
+std::string Manifest::rewind() {
+    if (file && ::lseek(input, 0, SEEK_SET) != 0)
+        return std::strerror(errno);
+    lines.emplace(input, longest_line, setting.is_list && setting.null ? '\0' : '\n', file);
+    return outputs->mistake();
+}
+
+namespace {
+
+bool is_blank(std::string_view line) {
+    return line.find_first_not_of(" \t\r") == line.npos;
+}
+
+} // namespace
+
+/// The next line that has a word.
+LineReader::State Manifest::next_line() {
+    for (;;) {
+        const LineReader::State state = lines->next();
+        if (state != LineReader::State::line || !is_blank(lines->line()))
+            return state;
+    }
+}
+
+/// Makes the entry of a line. @return why it is refused; empty if it isn't
+std::string Manifest::take_line() {
+    std::string_view line = lines->line();
+    if (setting.is_list)
+        return reader.read_path(line, lines->number(), entry);
+    if (line.back() == '\r')
+        line.remove_suffix(1);
+    return reader.read(line, lines->number(), entry);
+}
+
+std::string Manifest::mistake_in_outputs() {
+    for (const OutputFile& output : output_files_of(entry)) {
+        if (std::string mistake = folder.mistake_in_place(output.name); !mistake.empty())
+            return mistake;
+        const auto first = outputs->note(output.name, entry.line);
+        if (first && *first != entry.line)
+            return "line " + std::to_string(*first) + " writes " + output.name +
+                   " already: give one of them another output, or another id";
+    }
+    return "";
+}
+
+RefusedLine Manifest::refused(std::string reason) const {
+    return {lines->number(), std::move(reason), reader.last_id()};
+}
+
+bool Manifest::is_in_shard() const {
+    return is_in(setting.shard, entry.id);
+}
+
+namespace {
+
+std::string too_long() {
+    return "it is longer than " + std::to_string(longest_line) + " bytes";
+}
+
+} // namespace
+
+std::string Manifest::check(const std::function<void(const RefusedLine&)>& refuse) {
+    std::size_t count = 0;
+    for (;;) {
+        const LineReader::State state = next_line();
+        if (state == LineReader::State::end)
+            break;
+        if (state == LineReader::State::failed)
+            return "can't read " + setting.path + ": " + lines->reason();
+        if (state == LineReader::State::too_long) {
+            refuse({lines->number(), too_long(), ""});
+            continue;
+        }
+        std::string mistake = take_line();
+        if (mistake.empty())
+            mistake = mistake_in_outputs();
+        if (!outputs->mistake().empty())
+            return outputs->mistake();
+        if (!mistake.empty())
+            refuse(refused(std::move(mistake)));
+        else if (is_in_shard())
+            ++count;
+    }
+    entries = count;
+    return rewind();
+}
+
+NextEntry Manifest::next() {
+    while (!broken) {
+        switch (next_line()) {
+        case LineReader::State::end:
+            return EndOfEntries{};
+        case LineReader::State::nothing_yet:
+            return NothingYet{};
+        case LineReader::State::failed:
+            broken = "can't read " + setting.path + ": " + lines->reason();
+            continue;
+        case LineReader::State::too_long:
+            return RefusedLine{lines->number(), too_long(), ""};
+        case LineReader::State::line:
+            break;
+        }
+        std::string mistake = take_line();
+        if (mistake.empty())
+            mistake = mistake_in_outputs();
+        if (!outputs->mistake().empty())
+            broken = outputs->mistake();
+        else if (!mistake.empty())
+            return refused(std::move(mistake));
+        else if (is_in_shard() && earlier && earlier->still_hold(entry))
+            ++num_kept;
+        else if (is_in_shard())
+            return entry;
+    }
+    return BrokenSource{*broken};
+}
+
+bool is_in(const Shard& shard, std::string_view id) {
+    if (shard.parts == 1)
+        return true;
+    Sum sum;
+    sum.add(id);
+    std::uint64_t number = 0;
+    const auto bytes = sum.finish();
+    for (std::size_t i = 0; i < 8; ++i)
+        number = number << 8 | bytes[i];
+    return number % static_cast<std::uint64_t>(shard.parts) ==
+           static_cast<std::uint64_t>(shard.part - 1);
+}
+
+} // namespace batch
