@@ -33,9 +33,11 @@ constexpr std::uint64_t small_file = 1u << 20, most_of_small_file = 256u << 20;
 std::uint64_t model_size_of(const Draft& draft) {
     std::uint64_t size = 0;
     for (const Surface& surface : draft.surfaces)
-        size += surface.positions.size() * 112 + surface.triangles.size() * 32;
+        size += size_of_node + surface.positions.size() * 112 + surface.triangles.size() * 32;
     for (const Cloud& cloud : draft.clouds)
-        size += cloud.positions.size() * 96;
+        size += size_of_node + cloud.positions.size() * 96;
+    for (const Lines& lines : draft.lines)
+        size += size_of_node + lines.positions.size() * 96;
     return size;
 }
 

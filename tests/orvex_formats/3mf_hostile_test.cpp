@@ -45,6 +45,19 @@ TEST(HostileThreeMf, doubles_a_mesh_again_and_again) {
               std::string::npos);
 }
 
+TEST(HostileThreeMf, puts_a_mesh_in_a_hundred_thousand_places) {
+    std::string items, components;
+    for (int i = 0; i < 100000; ++i) {
+        items += "<item objectid=\"1\"/>";
+        components += component(1);
+    }
+    const std::string tile = "<object id=\"1\">" + triangle_mesh + "</object>";
+    EXPECT_NE(refusal(model_of(tile, items)).find("the file builds more"), std::string::npos);
+    EXPECT_NE(refusal(model_of(tile + object(2, components), "<item objectid=\"2\"/>"))
+                  .find("the file builds more"),
+              std::string::npos);
+}
+
 TEST(HostileThreeMf, has_components_a_hundred_thousand_deep) {
     std::string resources = "<object id=\"0\">" + triangle_mesh + "</object>";
     for (int i = 1; i < 100000; ++i)

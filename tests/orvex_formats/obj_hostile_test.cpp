@@ -33,9 +33,11 @@ std::string repeated(const std::string& text, std::size_t count) {
 /// Reads a file of up to a megabyte; it may take a second of all threads.
 Draft read_cheaply(const std::string& text) {
     EXPECT_LE(text.size(), 1u << 20);
+    const HeapPeak peak;
     const std::clock_t begin = std::clock();
     Draft draft = read_obj(InputFile(Bytes(text).bytes));
     EXPECT_LT(static_cast<double>(std::clock() - begin) / CLOCKS_PER_SEC, 1.0 * slowness);
+    EXPECT_LE(peak.bytes(), most_of_draft);
     EXPECT_TRUE(holds_together(draft));
     return draft;
 }

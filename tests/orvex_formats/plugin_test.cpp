@@ -113,9 +113,25 @@ TEST_F(FormatPluginTest, makes_no_huge_model_of_a_small_file) {
     loader->set_model_dir((folder.path() + "/").c_str());
     EXPECT_FALSE(loader->load_from_file(model, "points.ply.gz"));
     EXPECT_NE(
-        std::string(loader->get_failure_reason()).find("bytes that becomes a model of 480000000"),
+        std::string(loader->get_failure_reason()).find("bytes that becomes a model of 480002560"),
         std::string::npos)
         << loader->get_failure_reason();
+    model->kill(nullptr, nullptr);
+}
+
+TEST_F(FormatPluginTest, makes_no_hundred_thousands_of_meshes_of_a_small_file) {
+    orvex::formats::FormatLoader loader(
+        "doubler", "none", "", [](const orvex::formats::InputFile&) -> orvex::formats::Draft {
+            orvex::formats::Draft draft;
+            draft.surfaces.resize(50000);
+            draft.clouds.resize(50000);
+            draft.lines.resize(50000);
+            return draft;
+        });
+    Model* const model = new Model;
+    EXPECT_FALSE(loader.load_from_file(model, folder.write("a.none", "a").c_str()));
+    EXPECT_EQ(std::string(loader.get_failure_reason()).find("a file of 1 bytes that becomes"), 0u)
+        << loader.get_failure_reason();
     model->kill(nullptr, nullptr);
 }
 

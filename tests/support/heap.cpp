@@ -6,12 +6,15 @@
 #include <new>
 #include <stdexcept>
 
+#include <malloc.h>
+
 namespace orvex_test {
 namespace {
 
 thread_local CountAllocations* innermost = nullptr;
 
 std::atomic<long> living = 0;
+std::atomic<long> living_bytes = 0, most_bytes = 0;
 
 thread_local Refusal refusal;
 thread_local bool is_refusing = false;
@@ -39,6 +42,15 @@ void CountAllocations::tell(void* block, std::size_t size) {
 
 long living_blocks() {
     return living;
+}
+
+HeapPeak::HeapPeak()
+    : before(living_bytes) {
+    most_bytes = before;
+}
+
+std::size_t HeapPeak::bytes() const {
+    return static_cast<std::size_t>(std::max(most_bytes - before, 0l));
 }
 
 RefuseArrays::RefuseArrays(const Refusal& arrays) {
@@ -76,6 +88,19 @@ void refuse() {
     }
 }
 
+long size_of(void* block) noexcept {
+    return static_cast<long>(malloc_usable_size(block));
+}
+
+void count(void* block) noexcept {
+    living.fetch_add(1, std::memory_order_relaxed);
+    const long size = size_of(block);
+    const long now = living_bytes.fetch_add(size, std::memory_order_relaxed) + size;
+    long most = most_bytes.load(std::memory_order_relaxed);
+    while (now > most && !most_bytes.compare_exchange_weak(most, now, std::memory_order_relaxed)) {
+    }
+}
+
 constexpr std::align_val_t least_alignment{alignof(std::max_align_t)};
 
 void* allocate_or_null(std::size_t size, std::align_val_t alignment) noexcept {
@@ -87,14 +112,16 @@ void* allocate_or_null(std::size_t size, std::align_val_t alignment) noexcept {
         return nullptr;
     if (!block)
         return nullptr;
-    living.fetch_add(1, std::memory_order_relaxed);
+    count(block);
     CountAllocations::tell(block, size);
     return block;
 }
 
 void give_back(void* block) noexcept {
-    if (block)
+    if (block) {
         living.fetch_sub(1, std::memory_order_relaxed);
+        living_bytes.fetch_sub(size_of(block), std::memory_order_relaxed);
+    }
     std::free(block);
 }
 

@@ -36,6 +36,20 @@ private:
 /// shows as a difference.
 long living_blocks();
 
+/// Follows how much `new` has given, of all threads, from its begin on. One at a time.
+class HeapPeak {
+public:
+    HeapPeak();
+    HeapPeak(const HeapPeak&) = delete;
+    HeapPeak& operator=(const HeapPeak&) = delete;
+
+    /// The most bytes that were held at once, beyond those that were there before.
+    std::size_t bytes() const;
+
+private:
+    long before;
+};
+
 /// What an array that is refused throws.
 enum class Thrown {
     bad_alloc,

@@ -5,6 +5,7 @@
 #include <new>
 #include <stdexcept>
 #include <thread>
+#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -218,6 +219,20 @@ TEST(TestHeap, throws_what_it_is_told) {
     } catch (const std::runtime_error& error) {
         EXPECT_STREQ(error.what(), "refused");
     }
+}
+
+TEST(TestHeap, knows_the_most_that_was_held_at_once) {
+    constexpr std::size_t size = 1u << 20;
+    const std::vector<char> before(size);
+    const HeapPeak peak;
+    EXPECT_EQ(peak.bytes(), 0u);
+    for (int i = 0; i < 3; ++i)
+        const std::vector<char> one(size), other(size);
+    EXPECT_GE(peak.bytes(), 2 * size);
+    EXPECT_LT(peak.bytes(), 3 * size);
+    std::thread([] { const std::vector<char> third(4 * size); }).join();
+    EXPECT_GE(peak.bytes(), 4 * size);
+    EXPECT_EQ(HeapPeak().bytes(), 0u);
 }
 
 } // namespace

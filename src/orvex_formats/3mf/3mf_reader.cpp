@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "orvex_formats/3mf/private/3mf_parts.h"
+#include "orvex_formats/private/build_model.h"
 #include "orvex_formats/private/refusal.h"
 #include "orvex_formats/private/vertex_joiner.h"
 
@@ -92,7 +93,8 @@ private:
         const std::uint64_t triangles = object.triangles.size();
         const std::uint64_t vertices =
             has_colors(package, object) ? 3 * triangles : object.positions.size();
-        return 64 + 112 * vertices + 32 * triangles;
+        const std::uint64_t of_itself = triangles == 0 ? sizeof(Placement3mf) : size_of_node;
+        return of_itself + 112 * vertices + 32 * triangles;
     }
 
     void find(std::size_t root) {

@@ -64,7 +64,6 @@ GltfAccessors::GltfAccessors(const Json& json, GltfBuffers& buffers, GltfBudget&
     : buffers(buffers)
     , budget(budget) {
     const Json told = json.list("accessors");
-    accessors.reserve(told.size());
     for (std::size_t i = 0; i < told.size(); ++i)
         add(told.at(i));
 }

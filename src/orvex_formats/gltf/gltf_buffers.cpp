@@ -15,10 +15,8 @@ GltfBuffers::GltfBuffers(const Json& json, GltfParts& parts, const std::string& 
     : path(path)
     , budget(budget) {
     const Json told_buffers = json.list("buffers"), told_views = json.list("bufferViews");
-    buffers.reserve(told_buffers.size());
     for (std::size_t i = 0; i < told_buffers.size(); ++i)
         add_buffer(told_buffers.at(i), parts, i == 0);
-    views.reserve(told_views.size());
     for (std::size_t i = 0; i < told_views.size(); ++i)
         add_view(told_views.at(i));
 }

@@ -6,6 +6,7 @@
 
 #include <cmath>
 #include <cstdio>
+#include <deque>
 #include <limits>
 #include <utility>
 #include <vector>
@@ -27,8 +28,8 @@ struct Value {
     union {
         double number = 0.0;
         const char* text;
+        std::uint32_t first; ///< of an object or a list: where its values begin
     };
-    std::uint32_t first = 0; ///< of an object or a list: where its values begin
     std::uint32_t count = 0; ///< of an object or a list: its values; of a text: its bytes
     Kind kind = Kind::null;
 };
@@ -38,7 +39,7 @@ constexpr double largest_whole = 9007199254740991.0; // the last one that differ
 } // namespace
 
 struct Json::Store {
-    simdjson::dom::parser parser; ///< has the texts
+    simdjson::dom::document document; ///< has the texts
     std::vector<Value> values;
 };
 
@@ -61,8 +62,8 @@ public:
 
     void run(simdjson::dom::element root) {
         add(root, 0, {});
-        for (std::size_t i = 0; i < values.size(); ++i)
-            add_values_of(i);
+        for (; !open.empty(); open.pop_front())
+            add_values_of(open.front());
     }
 
 private:
@@ -72,8 +73,9 @@ private:
         value.key_size = static_cast<std::uint32_t>(key.size());
         value.parent = static_cast<std::uint32_t>(parent);
         set(value, element);
+        if (value.kind == Kind::object || value.kind == Kind::list)
+            open.push_back({element, values.size()});
         values.push_back(value);
-        elements.push_back(element);
     }
 
     static void set(Value& value, simdjson::dom::element element) {
@@ -107,23 +109,26 @@ private:
         }
     }
 
-    void add_values_of(std::size_t i) {
-        const simdjson::dom::element element = elements[i];
+    /// A list or an object whose values aren't there yet.
+    struct Open {
+        simdjson::dom::element element;
+        std::size_t place;
+    };
+
+    void add_values_of(const Open& told) {
         const std::size_t first = values.size();
-        if (values[i].kind == Kind::object)
-            for (const auto field : taken<simdjson::dom::object>(element))
-                add(field.value, i, field.key);
-        else if (values[i].kind == Kind::list)
-            for (const simdjson::dom::element child : taken<simdjson::dom::array>(element))
-                add(child, i, {});
+        if (values[told.place].kind == Kind::object)
+            for (const auto field : taken<simdjson::dom::object>(told.element))
+                add(field.value, told.place, field.key);
         else
-            return;
-        values[i].first = static_cast<std::uint32_t>(first);
-        values[i].count = static_cast<std::uint32_t>(values.size() - first);
+            for (const simdjson::dom::element child : taken<simdjson::dom::array>(told.element))
+                add(child, told.place, {});
+        values[told.place].first = static_cast<std::uint32_t>(first);
+        values[told.place].count = static_cast<std::uint32_t>(values.size() - first);
     }
 
     std::vector<Value>& values;
-    std::vector<simdjson::dom::element> elements; ///< as `values`
+    std::deque<Open> open;
 };
 
 /// As the parser calls its errors; those of a text's content come first.
@@ -150,6 +155,17 @@ private:
     }
 }
 
+/// Ends the text once all of it is in the document.
+simdjson::dom::element parse(std::string& text, std::size_t size,
+                             simdjson::dom::document& document) {
+    simdjson::dom::parser parser;
+    simdjson::dom::element root;
+    if (const auto error = parser.parse_into_document(document, text.data(), size, false).get(root))
+        refuse_error(error);
+    std::string().swap(text);
+    return root;
+}
+
 } // namespace
 
 JsonTree::JsonTree(std::string&& text)
@@ -159,11 +175,8 @@ JsonTree::JsonTree(std::string&& text)
         refuse("the JSON has %zu bytes; more than %zu aren't read", text.size(), longest_text);
     const std::size_t size = text.size();
     text.append(padding, ' ');
-    simdjson::dom::element root;
-    if (const auto error = store->parser.parse(text.data(), size, false).get(root))
-        refuse_error(error);
-    std::string().swap(text); // all of it is in the parser now
-    Planter(store->values).run(root);
+    Planter(store->values).run(parse(text, size, store->document));
+    store->document.tape.reset(); // none of the parser's own tree is asked any more
 }
 
 JsonTree::~JsonTree() = default;

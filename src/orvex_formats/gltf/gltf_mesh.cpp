@@ -4,14 +4,9 @@
 #include <numeric>
 #include <utility>
 
+#include "orvex_formats/private/build_model.h"
+
 namespace orvex::formats {
-
-namespace {
-
-constexpr std::uint64_t cost_of_surface =
-    2048; ///< in the draft and in the engine, when it is empty
-
-} // namespace
 
 void GltfMeshes::add(std::size_t place, const GltfStand& stand) {
     const Json mesh = meshes.at(place);
@@ -30,7 +25,7 @@ void GltfMeshes::add(std::size_t place, const GltfStand& stand) {
 
 void GltfMeshes::add(const Primitive& told) {
     Primitive primitive = told;
-    budget.take(cost_of_surface, primitive.json);
+    budget.take(size_of_node, primitive.json);
     primitive.mode = primitive.json.whole("mode", 4);
     if (primitive.mode > 6)
         primitive.json.need("mode").refuse(std::to_string(primitive.mode) +

@@ -4,14 +4,9 @@
 #include <string>
 #include <utility>
 
+#include "orvex_formats/gltf/private/gltf_chains.h"
+
 namespace orvex::formats {
-
-namespace {
-
-constexpr std::uint32_t no_parent = UINT32_MAX;
-constexpr std::uint32_t deepest = 10000; ///< far deeper than any scene that somebody made
-
-} // namespace
 
 GltfNodes::GltfNodes(const Json& json, GltfAccessors& accessors, GltfBudget& budget,
                      GltfNotes& notes)
@@ -67,29 +62,15 @@ GltfTransform GltfNodes::local(const Json& node) const {
 }
 
 void GltfNodes::compute_worlds() {
+    check_chains(parents);
     std::vector<std::uint32_t> order = roots;
     order.reserve(nodes.size());
     follow(order);
-    // With one parent each, those that no root leads to go round in a ring.
-    std::vector<bool> is_reached(nodes.size());
-    for (const std::uint32_t node : order)
-        is_reached[node] = true;
-    for (std::size_t i = 0; i < nodes.size(); ++i)
-        if (!is_reached[i])
-            nodes.at(i).refuse("the node is its own ancestor, or a descendant of one that is");
-
-    std::vector<std::uint32_t> depths(nodes.size(), 0);
     worlds.resize(nodes.size());
     for (const std::uint32_t node : order) {
         worlds[node] = local(nodes.at(node));
-        const std::uint32_t parent = parents[node];
-        if (parent == no_parent)
-            continue;
-        worlds[node] = worlds[parent] * worlds[node];
-        depths[node] = depths[parent] + 1;
-        if (depths[node] > deepest)
-            nodes.at(node).refuse("more than " + std::to_string(deepest) +
-                                  " nodes lie above the node");
+        if (parents[node] != no_parent)
+            worlds[node] = worlds[parents[node]] * worlds[node];
     }
 }
 

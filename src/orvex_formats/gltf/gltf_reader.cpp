@@ -11,6 +11,7 @@
 #include "orvex_formats/gltf/private/gltf_accessor.h"
 #include "orvex_formats/gltf/private/gltf_budget.h"
 #include "orvex_formats/gltf/private/gltf_buffers.h"
+#include "orvex_formats/gltf/private/gltf_chains.h"
 #include "orvex_formats/gltf/private/gltf_json.h"
 #include "orvex_formats/gltf/private/gltf_material.h"
 #include "orvex_formats/gltf/private/gltf_mesh.h"
@@ -66,6 +67,9 @@ void check_version(const Json& root) {
 
 /// Parses the text. What isn't called glTF, and has no asset, is some other JSON.
 void parse(const InputFile& file, bool is_sure, std::string&& text, std::optional<JsonTree>& tree) {
+    constexpr std::size_t long_text = 1u << 20;
+    if (text.size() > long_text)
+        check_chains(text);
     try {
         tree.emplace(std::move(text));
         tree->root().need("asset");

@@ -3,6 +3,7 @@
 /// @file
 /// From a draft to the engine's nodes.
 
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -11,6 +12,9 @@
 #include "orvex_formats/private/draft.h"
 
 namespace orvex::formats {
+
+/// Roughly the bytes of a mesh, a cloud or lines in the engine that hold next to nothing.
+inline constexpr std::uint64_t size_of_node = 2560;
 
 /// Adds what a draft holds to a model: a mesh for each surface, a point pool for each cloud, a
 /// polyline for each of its lines, and the materials, which the material manager gets as well, and
