@@ -18,6 +18,7 @@
 #include <orvex/geometry/points/vertex_pool.h>
 #include <orvex/renderer/records/image.h>
 #include <orvex/renderer/records/mesh_data.h>
+#include <orvex/scene/camera.h>
 
 #include "orvex_formats/private/normals.h"
 #include "orvex_formats/private/refusal.h"
@@ -252,6 +253,31 @@ void add_lines(const Lines& told, Model& model) {
     static_cast<void>(lines.release()); // the model holds it now
 }
 
+// --- Cameras
+
+struct EndCamera {
+    void operator()(Camera* camera) const { camera->kill(nullptr, nullptr); }
+};
+
+void add_camera(const Viewpoint& told, Model& model) {
+    std::unique_ptr<Camera, EndCamera> camera(new Camera);
+    camera->set_name(told.name.c_str());
+    camera->set_position(vec4(told.eye.x, told.eye.y, told.eye.z, 1.0f));
+    // It stays level about what is upward.
+    camera->set_up(vec4(told.up.x, told.up.y, told.up.z, 0.0f));
+    camera->set_lookat(vec4(told.forward.x, told.forward.y, told.forward.z, 0.0f));
+    const float aspect = told.aspect > 0.0f ? told.aspect : camera->get_aspect();
+    if (told.height > 0.0f) {
+        const float up = told.height / 2.0f, right = up * aspect;
+        camera->build_projection_ortho(-right, right, -up, up, told.near, told.far, true);
+    } else {
+        const float far = told.far > 0.0f ? told.far : -1.0f; // which is nowhere
+        camera->build_projection_persp(told.opening, aspect, told.near, far, true);
+    }
+    model.add_child(camera.get());
+    static_cast<void>(camera.release()); // the model holds it now
+}
+
 } // namespace
 
 std::vector<std::string> build_model(Draft&& draft, Model& model) {
@@ -267,6 +293,8 @@ std::vector<std::string> build_model(Draft&& draft, Model& model) {
         add_cloud(cloud, model);
     for (const Lines& lines : draft.lines)
         add_lines(lines, model);
+    for (const Viewpoint& camera : draft.cameras)
+        add_camera(camera, model);
     return std::move(textures.notes);
 }
 

@@ -1,5 +1,6 @@
 #include "orvex_formats/private/format_loader.h"
 
+#include <cmath>
 #include <cstdint>
 #include <exception>
 #include <new>
@@ -14,14 +15,28 @@
 
 namespace orvex::formats {
 
+namespace {
+
+void introduce(Loader3D& loader, const char* name, const char* format, const char* description) {
+    loader.set_name(name);
+    loader.set_loader_name(format);
+    loader.set_description(description);
+    loader.set_author("orvex");
+    loader.set_type(PLUGIN_TYPE_LOADER_3D);
+}
+
+} // namespace
+
 FormatLoader::FormatLoader(const char* name, const char* format, const char* description,
                            Draft (*reader)(const InputFile& file))
     : reader(reader) {
-    set_name(name);
-    set_loader_name(format);
-    set_description(description);
-    set_author("orvex");
-    set_type(PLUGIN_TYPE_LOADER_3D);
+    introduce(*this, name, format, description);
+}
+
+FormatLoader::FormatLoader(const char* name, const char* format, const char* description,
+                           Draft (*reader)(const InputFile& file, std::optional<float> time))
+    : timed_reader(reader) {
+    introduce(*this, name, format, description);
 }
 
 namespace {
@@ -38,6 +53,7 @@ std::uint64_t model_size_of(const Draft& draft) {
         size += size_of_node + cloud.positions.size() * 96;
     for (const Lines& lines : draft.lines)
         size += size_of_node + lines.positions.size() * 96;
+    size += size_of_node * draft.cameras.size();
     return size;
 }
 
@@ -72,9 +88,16 @@ bool FormatLoader::load_from_file(Model* model, const char* filename) {
     return false;
 }
 
+Draft FormatLoader::read(const InputFile& file) const {
+    if (reader)
+        return reader(file);
+    const float time = get_time();
+    return timed_reader(file, std::isnan(time) ? std::nullopt : std::optional(time));
+}
+
 void FormatLoader::load(Model& model, const std::string& path) {
     const ModelFile opened = open_model_file(path, get_loader_name());
-    Draft draft = reader(opened.file);
+    Draft draft = read(opened.file);
     check_size(draft, opened.stored_size);
     for (const std::string& note : opened.notes)
         add_note("%s", note.c_str());

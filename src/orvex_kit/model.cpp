@@ -94,6 +94,10 @@ const std::vector<std::string>& Model::notes() const noexcept {
     return facts_of(data).notes;
 }
 
+const std::vector<ModelCamera>& Model::cameras() const noexcept {
+    return facts_of(data).cameras;
+}
+
 const Bounds& Model::bounds() const noexcept {
     return facts_of(data).bounds;
 }
@@ -169,7 +173,7 @@ Model::Data::Data(const std::string& path, const ModelOptions& options)
     }
     if (reason = mistake_in_reading(path); !reason.empty())
         return;
-    loaded = load_model(path, options.loader);
+    loaded = load_model(path, options.loader, options.time);
     if (!loaded.model) {
         reason = path + ": no loader can read it as a model (" + readable_formats() + ")" +
                  (loaded.reason.empty() ? "" : ": " + loaded.reason);

@@ -36,6 +36,9 @@ struct ModelOptions {
     bool allow_outside = false;
     /// The name of the loader's plugin; empty for whichever reads the file.
     std::string loader{};
+    /// A moment of a file that moves, in seconds on the clock of its first animation, whose ends
+    /// stand still; nothing: all at rest, as in files of formats that don't move.
+    std::optional<float> time{};
 };
 
 /// A model file, loaded with the textures that its materials name. Needs a running engine, an
@@ -150,6 +153,8 @@ public:
     /// Every texture file that a material names, found or not, in the order of the materials, each
     /// once.
     const std::vector<ModelTexture>& textures() const noexcept;
+    /// From where the file would have it seen, in the order of the file.
+    const std::vector<ModelCamera>& cameras() const noexcept;
     /// Around all vertices and points with a place, in the model's own space.
     const Bounds& bounds() const noexcept;
     std::size_t num_vertices() const noexcept; ///< of all meshes

@@ -12,6 +12,7 @@
 #include <orvex/geometry/points/vertex_pool.h>
 #include <orvex/math/mat4.h>
 #include <orvex/renderer/records/mesh_data.h>
+#include <orvex/scene/camera.h>
 
 #include "orvex_kit/private/model_data.h"
 
@@ -40,6 +41,8 @@ void Model::Data::gather(Node& node) {
             meshes.push_back(mesh);
         else if (auto* const cloud = dynamic_cast<VertexPool*>(child))
             clouds.push_back(cloud);
+        else if (const auto* const camera = dynamic_cast<orvex::Camera*>(child))
+            cameras.push_back(camera);
         gather(*child);
     }
 }
@@ -186,6 +189,7 @@ void Model::Data::tell_of_meshes() {
             facts.notes.push_back(std::move(note));
     tell_of_clouds();
     facts.extent.middle = middle_of(facts.bounds);
+    tell_of_cameras();
 }
 
 void Model::Data::tell_of_clouds() {

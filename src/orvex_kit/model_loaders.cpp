@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <exception>
+#include <limits>
 #include <new>
 #include <utility>
 
@@ -92,14 +93,33 @@ std::vector<Loader3D*> all_loaders() {
     return loaders;
 }
 
+/// Has a loader read a moment, as long as it lives.
+class AtTime {
+public:
+    AtTime(Loader3D& loader, float time)
+        : loader(loader)
+        , before(loader.get_time()) {
+        loader.set_time(time);
+    }
+    ~AtTime() { loader.set_time(before); }
+    AtTime(const AtTime&) = delete;
+    AtTime& operator=(const AtTime&) = delete;
+
+private:
+    Loader3D& loader;
+    float before;
+};
+
 /// Offers the file to a loader. Nothing that it throws gets past here but the end of memory.
 /// @return whether it was read; else `reason` has why
-bool read_by(Loader3D& loader, orvex::Model& model, const std::string& path, std::string& reason) {
+bool read_by(Loader3D& loader, orvex::Model& model, const std::string& path,
+             std::optional<float> time, std::string& reason) {
     // The loaders put the folder right before each name, with nothing between them.
     const std::string folder = folder_of(path);
     loader.set_model_dir(folder.c_str());
     loader.set_resource_dir(folder.c_str());
     loader.clear_failure_reason();
+    const AtTime moment(loader, time.value_or(std::numeric_limits<float>::quiet_NaN()));
     try {
         if (loader.load_from_file(&model, path.c_str() + folder.size()))
             return true;
@@ -114,10 +134,11 @@ bool read_by(Loader3D& loader, orvex::Model& model, const std::string& path, std
 
 /// Asks one loader, and keeps what it read. Nothing of a refusal is left.
 /// @return whether it read the file; else `reason` has why not
-bool ask(Loader3D& loader, const std::string& path, LoadedModel& loaded, std::string& reason) {
+bool ask(Loader3D& loader, const std::string& path, std::optional<float> time, LoadedModel& loaded,
+         std::string& reason) {
     const OthersAside aside;
     NodeHold<orvex::Model> model(new orvex::Model);
-    if (!read_by(loader, *model, path, reason))
+    if (!read_by(loader, *model, path, time, reason))
         return false;
     loaded.materials = OthersAside::new_materials();
     loaded.textures = aside.new_textures();
@@ -145,7 +166,8 @@ void add_reason(LoadedModel& loaded, const Loader3D& loader, const std::string& 
 
 } // namespace
 
-LoadedModel load_model(const std::string& path, const std::string& name) {
+LoadedModel load_model(const std::string& path, const std::string& name,
+                       std::optional<float> time) {
     LoadedModel loaded;
     std::string reason;
     bool is_asked = false, is_final = false;
@@ -153,7 +175,7 @@ LoadedModel load_model(const std::string& path, const std::string& name) {
         if (!name.empty() && name != loader->get_name())
             continue;
         is_asked = true;
-        if (ask(*loader, path, loaded, reason)) {
+        if (ask(*loader, path, time, loaded, reason)) {
             loaded.reason.clear();
             return loaded;
         }

@@ -10,6 +10,8 @@
 #include <orvex/math/vec3.h>
 #include <orvex/math/vec4.h>
 
+#include "orvex_kit/camera.h"
+
 namespace orvex::kit {
 
 /// A box along the axes, around points that are finite numbers.
@@ -46,6 +48,13 @@ struct ModelTexture {
     std::string reason; ///< why the picture lacks it; empty if it was found and read
     int width = 0;      ///< pixels; 0 without a picture
     int height = 0;     ///< as `width`
+};
+
+/// A camera of a model.
+struct ModelCamera {
+    std::string name; ///< in the bytes of the file
+    /// In the model's own space. Where the file says no end of sight, it lies behind the model.
+    Camera camera;
 };
 
 /// Faces of a mesh in a row that share a material: what is drawn at once.

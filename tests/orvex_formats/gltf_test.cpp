@@ -262,8 +262,9 @@ TEST(Gltf, notes_what_it_left_out_each_kind_once) {
             .bytes);
     const std::vector<std::string> expected = {
         "extensionsUsed[1]: \"A_b\" isn't known, and was left out",
-        "animations: animations were left out", "nodes[0]: cameras were left out",
-        "nodes[2]: lights were left out"};
+        "animations: animations were left out, as no time was asked for",
+        "cameras[0]: a camera that sees nothing was left out",
+        "nodes[2]: lights were left out, as looks have their own"};
     EXPECT_EQ(draft.notes, expected);
 }
 

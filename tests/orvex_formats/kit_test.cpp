@@ -3,6 +3,7 @@
 #include <array>
 #include <cstdint>
 #include <string>
+#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -13,6 +14,7 @@
 #include <orvex_kit/ref.h>
 #include <orvex_kit/view.h>
 
+#include "tests/orvex_formats/gltf_file.h"
 #include "tests/orvex_formats/packages.h"
 #include "tests/support/temp_dir.h"
 
@@ -51,6 +53,70 @@ TEST_F(KitFormatsTest, tells_the_reason_of_the_format_that_a_file_has) {
     EXPECT_EQ(model.reason(), folder.file("bad.stl") + ": no loader can read it as a model (" +
                                   orvex::kit::readable_formats() +
                                   "): line 3: a vertex without three numbers");
+}
+
+// ------------------------------------------------------------------------------- cameras, time
+
+std::string text_of(const GltfFile& file) {
+    const std::vector<unsigned char> bytes = file.as_binary();
+    return {bytes.begin(), bytes.end()};
+}
+
+TEST_F(KitFormatsTest, reads_the_moment_that_is_asked_for) {
+    GltfFile file = triangle();
+    file.add_floats("SCALAR", 1, {0, 2});
+    file.add_floats("VEC3", 3, {0, 0, 0, 10, 0, 0});
+    file.rest += ",'animations':[{'channels':[{'sampler':0,'target':{'node':0,'path':"
+                 "'translation'}}],'samplers':[{'input':2,'output':3}]}]";
+    const std::string path = folder.write("moving.glb", text_of(file));
+    orvex::kit::ModelOptions options;
+    EXPECT_EQ(Model(path, options).bounds().min.x, 0.0f);
+    EXPECT_EQ(Model(path, options).notes().size(), 1u);
+    options.time = 1.0f;
+    EXPECT_EQ(Model(path, options).bounds().min.x, 5.0f);
+    EXPECT_TRUE(Model(path, options).notes().empty());
+    options.time.reset();
+    EXPECT_EQ(Model(path, options).bounds().min.x, 0.0f) << "loaders don't remember it";
+}
+
+TEST_F(KitFormatsTest, tells_from_where_a_file_would_be_seen) {
+    GltfFile file = triangle();
+    file.rest = "'meshes':[{'primitives':[{'attributes':{'POSITION':0}}]}],'nodes':["
+                "{'mesh':0},{'camera':0,'name':'right','translation':[7,0,0],"
+                "'rotation':[0,0.70710678,0,0.70710678]},{'camera':1,'translation':[0,0,5]},"
+                "{'camera':2,'translation':[0,0,5]}],'cameras':["
+                "{'type':'perspective','perspective':{'yfov':1.5707963,'znear':0.5,'zfar':20}},"
+                "{'name':'flat','type':'orthographic','orthographic':{'xmag':3,'ymag':2,"
+                "'znear':1,'zfar':30}},"
+                "{'type':'perspective','perspective':{'yfov':1.5707963,'znear':0.5}}]";
+    const Model model(folder.write("seen.glb", text_of(file)));
+    ASSERT_TRUE(model) << model.reason();
+    EXPECT_TRUE(model.notes().empty());
+    ASSERT_EQ(model.cameras().size(), 3u);
+    const orvex::kit::Screen screen{200, 100};
+
+    // A right angle from below to above: as high as it is far.
+    const orvex::kit::ModelCamera& right = model.cameras()[0];
+    EXPECT_EQ(right.name, "right");
+    EXPECT_FLOAT_EQ(right.camera.near(), 0.5f);
+    EXPECT_FLOAT_EQ(right.camera.far(), 20.0f);
+    const auto above = right.camera.project(orvex::vec4(2.0f, 2.5f, 0.0f, 1.0f), screen);
+    ASSERT_TRUE(above.has_value());
+    EXPECT_NEAR(above->depth, 5.0, 1e-4);
+    EXPECT_NEAR(above->x, 100.0, 1e-3);
+    EXPECT_NEAR(above->y, 25.0, 1e-3);
+
+    const orvex::kit::ModelCamera& flat = model.cameras()[1];
+    EXPECT_EQ(flat.name, "flat");
+    EXPECT_NEAR(flat.camera.near(), 1.0f, 1e-5f);
+    EXPECT_NEAR(flat.camera.far(), 30.0f, 1e-4f);
+    for (const float z : {0.0f, -9.0f}) {
+        const auto place = flat.camera.project(orvex::vec4(1.0f, 1.0f, z, 1.0f), screen);
+        ASSERT_TRUE(place.has_value());
+        EXPECT_NEAR(place->x, 125.0, 1e-3);
+        EXPECT_NEAR(place->y, 25.0, 1e-3);
+    }
+    EXPECT_GT(model.cameras()[2].camera.far(), 5.0f) << "behind the model";
 }
 
 // ------------------------------------------------------------------------------- clouds

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdarg>
+#include <limits>
 #include <new>
 #include <string>
 #include <vector>
@@ -19,6 +20,7 @@ struct Loader3D::Loader3DData {
     FailureText failure;
     std::vector<std::string> notes;
     std::vector<std::string> files;
+    float time = std::numeric_limits<float>::quiet_NaN();
     bool format_known = false;
 };
 
@@ -68,6 +70,14 @@ void Loader3D::set_loader_description(const char* description) {
 
 const char* Loader3D::get_loader_description() const {
     return loader_data->loader_description.c_str();
+}
+
+void Loader3D::set_time(float seconds) noexcept {
+    loader_data->time = seconds;
+}
+
+float Loader3D::get_time() const noexcept {
+    return loader_data->time;
 }
 
 const char* Loader3D::get_failure_reason() const noexcept {

@@ -41,6 +41,17 @@ public:
     void set_loader_description(const char* description);
     const char* get_loader_description() const; ///< never null; empty unless set
 
+    /// @name Which moment is read
+    /// @{
+
+    /// Chooses a moment of a file that moves, for all loads from now on. Loaders that know no time
+    /// pass it over.
+    /// @param seconds  on the clock of the file's first animation, whose ends stand still; NaN, as
+    ///                 at first, has everything at rest
+    void set_time(float seconds) noexcept;
+    [[nodiscard]] float get_time() const noexcept; ///< as set
+    /// @}
+
     /// @name Why a load failed
     /// Kept until the next load. `Kernel` forgets it before each, and makes one answer of those of
     /// all loaders that it asked: `Kernel::get_load_failure_reason`.

@@ -5,17 +5,20 @@
 #include <utility>
 
 #include "orvex_formats/gltf/private/gltf_chains.h"
+#include "orvex_formats/private/refusal.h"
 
 namespace orvex::formats {
 
-GltfNodes::GltfNodes(const Json& json, GltfAccessors& accessors, GltfBudget& budget,
-                     GltfNotes& notes)
+GltfNodes::GltfNodes(const Json& json, std::optional<float> time, GltfAccessors& accessors,
+                     GltfBudget& budget, GltfNotes& notes)
     : json(json)
     , nodes(json.list("nodes"))
     , skins(json.list("skins"))
+    , is_timed(time.has_value())
     , accessors(accessors)
     , budget(budget)
     , notes(notes)
+    , animation(time ? GltfAnimation(json, *time, accessors, notes) : GltfAnimation())
     , joints(skins.size()) {
     find_parents();
     compute_worlds();
@@ -47,8 +50,11 @@ void GltfNodes::follow(std::vector<std::uint32_t>& order) const {
     }
 }
 
-GltfTransform GltfNodes::local(const Json& node) const {
-    if (node.find("matrix")) {
+GltfTransform GltfNodes::local(std::uint32_t place) const {
+    const Json node = nodes.at(place);
+    const GltfPose* const pose = animation.pose_of(place);
+    const bool is_moved = pose && (pose->translation || pose->rotation || pose->scale);
+    if (!is_moved && node.find("matrix")) {
         const auto told = node.numbers<16>("matrix", {});
         GltfTransform made;
         for (std::size_t column = 0; column < 4; ++column)
@@ -56,9 +62,13 @@ GltfTransform GltfNodes::local(const Json& node) const {
                 made.columns[3 * column + row] = told[4 * column + row];
         return made;
     }
-    return GltfTransform::of_parts(node.numbers<3>("translation", {0.0, 0.0, 0.0}),
-                                   node.numbers<4>("rotation", {0.0, 0.0, 0.0, 1.0}),
-                                   node.numbers<3>("scale", {1.0, 1.0, 1.0}));
+    const auto translation = node.numbers<3>("translation", {0.0, 0.0, 0.0});
+    const auto rotation = node.numbers<4>("rotation", {0.0, 0.0, 0.0, 1.0});
+    const auto scale = node.numbers<3>("scale", {1.0, 1.0, 1.0});
+    if (!is_moved)
+        return GltfTransform::of_parts(translation, rotation, scale);
+    return GltfTransform::of_parts(pose->translation.value_or(translation),
+                                   pose->rotation.value_or(rotation), pose->scale.value_or(scale));
 }
 
 void GltfNodes::compute_worlds() {
@@ -68,7 +78,7 @@ void GltfNodes::compute_worlds() {
     follow(order);
     worlds.resize(nodes.size());
     for (const std::uint32_t node : order) {
-        worlds[node] = local(nodes.at(node));
+        worlds[node] = local(node);
         if (parents[node] != no_parent)
             worlds[node] = worlds[parents[node]] * worlds[node];
     }
@@ -96,29 +106,42 @@ std::vector<std::uint32_t> GltfNodes::roots_of_scene() const {
     return chosen;
 }
 
-void GltfNodes::add_scene(GltfMeshes& meshes) {
-    if (json.list("scenes").size() > 1)
-        notes.add(json.find("scenes"), "scenes but the one that is shown first were left out");
+void GltfNodes::note_scenes() const {
+    const Json scenes = json.list("scenes");
+    if (scenes.size() < 2)
+        return;
+    const std::size_t place = json.index("scene", scenes.size(), "scenes", 0);
+    const std::string name = in_words(std::string(scenes.at(place).text("name")));
+    notes.add(scenes, "scene " + std::to_string(place) +
+                          (name.empty() ? "" : ", \"" + name + "\",") +
+                          " was read, and the others were left out");
+}
+
+void GltfNodes::add_scene(GltfMeshes& meshes, GltfCameras& cameras) {
+    note_scenes();
     std::vector<std::uint32_t> order = roots_of_scene();
     follow(order);
     for (const std::uint32_t node : order)
-        add_mesh(node, meshes);
+        add_node(node, meshes, cameras);
 }
 
-void GltfNodes::add_mesh(std::uint32_t place, GltfMeshes& meshes) {
+void GltfNodes::add_node(std::uint32_t place, GltfMeshes& meshes, GltfCameras& cameras) {
     const Json node = nodes.at(place);
     const std::size_t mesh = node.index("mesh", meshes.size(), "meshes");
     const std::size_t skin = node.index("skin", skins.size(), "skins");
     if (node.find("camera"))
-        notes.add(node, "cameras were left out");
+        cameras.add(node, worlds[place]);
     if (node.object("extensions").find("KHR_lights_punctual"))
-        notes.add(node, "lights were left out");
+        notes.add(node, "lights were left out, as looks have their own");
     if (mesh == Json::no_index)
         return;
     GltfStand stand;
     stand.world = worlds[place];
     stand.joints = skin == Json::no_index ? nullptr : &joints_of(skin);
     stand.weights = node.list("weights");
+    const GltfPose* const pose = animation.pose_of(place);
+    stand.moved_weights = pose && pose->weights ? &*pose->weights : nullptr;
+    stand.is_timed = is_timed;
     stand.name = node.text("name");
     meshes.add(mesh, stand);
 }
@@ -132,7 +155,8 @@ const std::vector<GltfTransform>& GltfNodes::joints_of(std::size_t skin) {
 }
 
 std::vector<GltfTransform> GltfNodes::make_joints(const Json& skin) {
-    notes.add(skin, "skins stay in their rest pose");
+    if (!is_timed)
+        notes.add(skin, "skins stay in their rest pose");
     const Json told = skin.list("joints");
     if (told.size() == 0)
         skin.refuse("it has no joints");

@@ -11,6 +11,7 @@
 #include "orvex_formats/gltf/private/gltf_accessor.h"
 #include "orvex_formats/gltf/private/gltf_budget.h"
 #include "orvex_formats/gltf/private/gltf_buffers.h"
+#include "orvex_formats/gltf/private/gltf_camera.h"
 #include "orvex_formats/gltf/private/gltf_chains.h"
 #include "orvex_formats/gltf/private/gltf_json.h"
 #include "orvex_formats/gltf/private/gltf_material.h"
@@ -83,6 +84,10 @@ void parse(const InputFile& file, bool is_sure, std::string&& text, std::optiona
 } // namespace
 
 Draft read_gltf(const InputFile& file) {
+    return read_gltf_at(file, {});
+}
+
+Draft read_gltf_at(const InputFile& file, std::optional<float> time) {
     GltfParts parts = take_apart(file);
     std::optional<JsonTree> tree;
     parse(file, parts.is_binary, std::move(parts.json), tree);
@@ -93,8 +98,8 @@ Draft read_gltf(const InputFile& file) {
     GltfNotes notes(draft.notes);
     check_version(root);
     check_extensions(root, notes);
-    if (root.list("animations").size() > 0)
-        notes.add(root.find("animations"), "animations were left out");
+    if (!time && root.list("animations").size() > 0)
+        notes.add(root.find("animations"), "animations were left out, as no time was asked for");
 
     GltfBudget budget;
     budget.add_source(file.size());
@@ -102,7 +107,8 @@ Draft read_gltf(const InputFile& file) {
     GltfAccessors accessors(root, buffers, budget);
     GltfMaterials materials(root, file.path(), buffers, budget, notes, draft);
     GltfMeshes meshes(root, accessors, materials, budget, notes, draft);
-    GltfNodes(root, accessors, budget, notes).add_scene(meshes);
+    GltfCameras cameras(root, budget, notes, draft);
+    GltfNodes(root, time, accessors, budget, notes).add_scene(meshes, cameras);
     draft.files = buffers.files();
     return draft;
 }

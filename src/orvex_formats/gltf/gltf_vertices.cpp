@@ -137,15 +137,18 @@ void GltfMeshes::apply_targets(const Primitive& primitive, Vertices& vertices) {
     const Json targets = primitive.json.list("targets");
     if (targets.size() == 0)
         return;
-    notes.add(targets, "morph targets stay as the file's weights have them");
-    if (!primitive.weights)
+    if (!primitive.stand->is_timed)
+        notes.add(targets, "morph targets stay as the file's weights have them");
+    const std::vector<double>* const moved = primitive.stand->moved_weights;
+    if (!moved && !primitive.weights)
         return;
-    if (primitive.weights.size() != targets.size())
-        primitive.weights.refuse("not one weight for each of the " +
-                                 std::to_string(targets.size()) + " targets of " +
-                                 primitive.json.path());
+    if ((moved ? moved->size() : primitive.weights.size()) != targets.size())
+        (moved ? targets : primitive.weights)
+            .refuse("not one weight for each of the " + std::to_string(targets.size()) +
+                    " targets of " + primitive.json.path());
     for (std::size_t i = 0; i < targets.size(); ++i) {
-        const auto weight = static_cast<float>(primitive.weights.at(i).number());
+        const auto weight =
+            static_cast<float>(moved ? (*moved)[i] : primitive.weights.at(i).number());
         if (weight == 0.0f)
             continue;
         add_scaled(vertices.positions, read_vec3(targets.at(i), "POSITION", vertices), weight);

@@ -46,6 +46,18 @@ struct Lines {
     std::vector<vec4> colors;    ///< one a position, or empty
 };
 
+/// From where a scene may be seen.
+struct Viewpoint {
+    std::string name;
+    vec3 eye;
+    vec3 forward, up;     ///< unit vectors, at a right angle
+    float opening = 0.0f; ///< degrees from below to above; 0: without perspective
+    float height = 0.0f;  ///< of what is seen; 0: in perspective
+    float aspect = 0.0f;  ///< width by height; 0: that of any picture
+    float near = 0.0f;    ///< where sight begins
+    float far = 0.0f;     ///< where it ends; 0: nowhere
+};
+
 /// A picture that the model's file carries within itself.
 struct Picture {
     std::string name;                 ///< as materials name it
@@ -71,6 +83,7 @@ struct Draft {
     std::vector<Surface> surfaces;
     std::vector<Cloud> clouds;
     std::vector<Lines> lines;
+    std::vector<Viewpoint> cameras;
     std::vector<SurfaceMaterial> materials;
     std::vector<Picture> pictures;
     std::vector<std::string> notes; ///< sentences about what the file has and the draft hasn't

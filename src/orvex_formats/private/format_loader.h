@@ -3,6 +3,8 @@
 /// @file
 /// What the loaders of all formats share.
 
+#include <optional>
+
 #include <orvex/base/loader_3d.h>
 
 #include "orvex_formats/private/draft.h"
@@ -17,12 +19,19 @@ public:
     FormatLoader(const char* name, const char* format, const char* description,
                  Draft (*reader)(const InputFile& file));
 
+    /// @param reader  the same of files that move: at a moment, in seconds, or else at rest
+    FormatLoader(const char* name, const char* format, const char* description,
+                 Draft (*reader)(const InputFile& file, std::optional<float> time));
+
     bool load_from_file(Model* model, const char* filename) override;
 
 private:
     void load(Model& model, const std::string& path);
+    Draft read(const InputFile& file) const;
 
-    Draft (*reader)(const InputFile& file);
+    // Either is null.
+    Draft (*reader)(const InputFile& file) = nullptr;
+    Draft (*timed_reader)(const InputFile& file, std::optional<float> time) = nullptr;
 };
 
 } // namespace orvex::formats

@@ -26,6 +26,7 @@ struct ModelFacts {
     std::vector<ModelMesh> meshes;
     std::vector<ModelMaterial> materials;
     std::vector<ModelTexture> textures;
+    std::vector<ModelCamera> cameras;
     std::vector<FaceRun> runs; ///< opaque ones first
     Bounds bounds;
     std::size_t num_vertices = 0;
@@ -65,9 +66,10 @@ private:
     std::vector<orvex::Mesh*> meshes; ///< one a place, as `facts.meshes`
     std::vector<bool> has_colors;     ///< of their vertices, as `meshes`
     std::vector<orvex::VertexPool*> clouds;
-    std::vector<orvex::Material*> materials; ///< as `facts.materials`
-    std::vector<orvex::Texture*> decoded;    ///< as `facts.textures`; null for what is missing
-    std::vector<orvex::Texture*> uploads;    ///< what goes to the GPU, each once
+    std::vector<const orvex::Camera*> cameras; ///< as `facts.cameras`
+    std::vector<orvex::Material*> materials;   ///< as `facts.materials`
+    std::vector<orvex::Texture*> decoded;      ///< as `facts.textures`; null for what is missing
+    std::vector<orvex::Texture*> uploads;      ///< what goes to the GPU, each once
     std::map<std::string, std::size_t> texture_places; ///< in `facts.textures`, by path
     bool is_faceted = false;
     bool is_uploaded = false;
@@ -84,6 +86,7 @@ private:
     void measure();
     void tell_of_meshes();
     void tell_of_clouds();
+    void tell_of_cameras();
     void load_textures(bool allow_outside);
     void load_textures_of(std::size_t material, bool allow_outside);
     orvex::Texture* texture_from(const std::string& name, bool allow_outside, std::size_t& place);

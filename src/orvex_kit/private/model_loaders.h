@@ -4,6 +4,7 @@
 /// Asking the loaders for a model, and taking what they leave with the managers.
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -34,7 +35,9 @@ struct LoadedModel {
 
 /// Asks the loaders for a model, or the one of a name: plugins that came from files first, as they
 /// know their formats by the first bytes, and the engine's own behind them.
-LoadedModel load_model(const std::string& path, const std::string& loader);
+/// @param time  as `ModelOptions` have it
+LoadedModel load_model(const std::string& path, const std::string& loader,
+                       std::optional<float> time);
 
 /// The names of the engine's own loaders. Models of 3DS files have no normals.
 extern const char* const loader_of_obj;

@@ -1,5 +1,6 @@
 #include "orvex/base/plugin.h"
 
+#include <cmath>
 #include <set>
 #include <string>
 #include <thread>
@@ -283,6 +284,16 @@ TEST(Loader3D, keeps_four_texts_and_ignores_null) {
         (loader.*row.set)("");
         EXPECT_STREQ((loader.*row.get)(), "");
     }
+}
+
+TEST(Loader3D, keeps_the_moment_that_is_read) {
+    EmptyLoader loader;
+    EXPECT_TRUE(std::isnan(loader.get_time()));
+    loader.set_time(2.5f);
+    loader.clear_failure_reason();
+    EXPECT_EQ(loader.get_time(), 2.5f) << "for all loads";
+    loader.set_time(std::nanf(""));
+    EXPECT_TRUE(std::isnan(loader.get_time()));
 }
 
 TEST(Loader3D, keeps_notes_each_once_until_the_next_load) {

@@ -22,8 +22,10 @@ namespace orvex::formats {
 struct GltfStand {
     GltfTransform world;
     const std::vector<GltfTransform>* joints = nullptr; ///< instead of `world`; null for none
-    Json weights;     ///< of the morph targets, those of the node; none: those of the mesh
-    std::string name; ///< for a mesh without one
+    Json weights; ///< of the morph targets, those of the node; none: those of the mesh
+    const std::vector<double>* moved_weights = nullptr; ///< those of an animation; null for none
+    bool is_timed = false; ///< whether a host asked for a moment, so that nothing is left out
+    std::string name;      ///< for a mesh without one
 };
 
 /// All meshes of a file.

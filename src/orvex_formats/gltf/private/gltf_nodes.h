@@ -9,7 +9,9 @@
 #include <vector>
 
 #include "orvex_formats/gltf/private/gltf_accessor.h"
+#include "orvex_formats/gltf/private/gltf_animation.h"
 #include "orvex_formats/gltf/private/gltf_budget.h"
+#include "orvex_formats/gltf/private/gltf_camera.h"
 #include "orvex_formats/gltf/private/gltf_json.h"
 #include "orvex_formats/gltf/private/gltf_mesh.h"
 #include "orvex_formats/gltf/private/gltf_notes.h"
@@ -22,28 +24,33 @@ namespace orvex::formats {
 class GltfNodes {
 public:
     /// @throw Refusal
-    GltfNodes(const Json& json, GltfAccessors& accessors, GltfBudget& budget, GltfNotes& notes);
+    /// @param time  in seconds, of the first animation; none: at rest
+    GltfNodes(const Json& json, std::optional<float> time, GltfAccessors& accessors,
+              GltfBudget& budget, GltfNotes& notes);
 
-    /// Adds the meshes of the scene that the file shows first, or of all roots where it has no
-    /// scene, each as often as nodes have it.
+    /// Adds the meshes and cameras of the scene that the file shows first, or of all roots where it
+    /// has no scene, each as often as nodes have it.
     /// @throw Refusal
-    void add_scene(GltfMeshes& meshes);
+    void add_scene(GltfMeshes& meshes, GltfCameras& cameras);
 
 private:
     void find_parents();
     /// Appends the children of nodes, and theirs, to a list of nodes.
     void follow(std::vector<std::uint32_t>& order) const;
     void compute_worlds();
-    GltfTransform local(const Json& node) const;
+    GltfTransform local(std::uint32_t node) const;
     std::vector<std::uint32_t> roots_of_scene() const;
-    void add_mesh(std::uint32_t node, GltfMeshes& meshes);
+    void add_node(std::uint32_t node, GltfMeshes& meshes, GltfCameras& cameras);
+    void note_scenes() const;
     const std::vector<GltfTransform>& joints_of(std::size_t skin);
     std::vector<GltfTransform> make_joints(const Json& skin);
 
     Json json, nodes, skins;
+    const bool is_timed;
     GltfAccessors& accessors;
     GltfBudget& budget;
     GltfNotes& notes;
+    GltfAnimation animation;
     std::vector<std::uint32_t> parents; ///< by node; `no_parent` for roots
     std::vector<std::uint32_t> roots;
     std::vector<GltfTransform> worlds;                             ///< by node

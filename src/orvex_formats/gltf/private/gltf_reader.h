@@ -3,6 +3,8 @@
 /// @file
 /// glTF 2.0, text and binary.
 
+#include <optional>
+
 #include "orvex_formats/private/draft.h"
 #include "orvex_formats/private/input_file.h"
 
@@ -16,5 +18,8 @@ namespace orvex::formats {
 /// the file, and in files of its folder, as buffers may; nothing else is opened.
 /// @throw Refusal
 Draft read_gltf(const InputFile& file);
+/// The same as it stands at a moment of its first animation.
+/// @param time  seconds; none: at rest
+Draft read_gltf_at(const InputFile& file, std::optional<float> time);
 
 } // namespace orvex::formats
