@@ -57,6 +57,11 @@ void Model::draw_points(Renderer& renderer, GpuProgram& program) {
         data->draw_points(renderer, program);
 }
 
+void Model::draw_lines(Renderer& renderer, GpuProgram& program) {
+    if (*this)
+        data->draw_lines(renderer, program);
+}
+
 void Model::stand_up() {
     if (*this)
         data->stand_up();
@@ -116,6 +121,10 @@ std::size_t Model::num_faces() const noexcept {
 
 std::size_t Model::num_points() const noexcept {
     return facts_of(data).num_points;
+}
+
+std::size_t Model::num_lines() const noexcept {
+    return facts_of(data).num_lines;
 }
 
 UpAxis Model::up_axis() const noexcept {

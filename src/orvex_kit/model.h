@@ -107,6 +107,8 @@ public:
     /// points have no faces to be lit. VERTEX_COLOR has their colours, `gl_PointSize` their size. A
     /// view does it by itself; pictures of layers are without them.
     void draw_points(orvex::Renderer& renderer, orvex::GpuProgram& program);
+    /// Draws its lines, as `draw_points` does points: as wide as the renderer draws lines.
+    void draw_lines(orvex::Renderer& renderer, orvex::GpuProgram& program);
     /// What `draw` draws, in its order: opaque runs first, then the blended ones, both in the order
     /// of the meshes and of their faces. Runs of a mesh follow each other, and none is empty.
     const std::vector<FaceRun>& runs() const noexcept;
@@ -115,7 +117,7 @@ public:
     void stand_up();
     /// The way up of the model as it stands.
     UpAxis up_axis() const noexcept;
-    /// All vertices and points with a place, in the world: what a camera is to see.
+    /// All vertices, points and ends of lines with a place, in the world: what a camera is to see.
     const Extent& extent() const noexcept;
     /// @}
 
@@ -155,12 +157,13 @@ public:
     const std::vector<ModelTexture>& textures() const noexcept;
     /// From where the file would have it seen, in the order of the file.
     const std::vector<ModelCamera>& cameras() const noexcept;
-    /// Around all vertices and points with a place, in the model's own space.
+    /// Around all vertices, points and ends of lines with a place, in the model's own space.
     const Bounds& bounds() const noexcept;
     std::size_t num_vertices() const noexcept; ///< of all meshes
     std::size_t num_faces() const noexcept;    ///< of all meshes
     std::size_t num_points() const noexcept;   ///< of clouds, and vertices of meshes without faces;
                                                ///< the latter aren't drawn
+    std::size_t num_lines() const noexcept;    ///< of two ends each, beside meshes
     /// Sentences without a full stop about what is odd: no faces, all vertices at one point,
     /// vertices without a place, faces that name vertices which aren't there, no face with an area.
     /// Before them what the loader left out of the model, in its own words.

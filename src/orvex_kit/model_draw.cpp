@@ -4,6 +4,7 @@
 #include <orvex/assets/textures/texture.h>
 #include <orvex/assets/textures/texture_mgr.h>
 #include <orvex/base/plugin_mgr.h>
+#include <orvex/geometry/lines/polyline.h>
 #include <orvex/geometry/mesh/mesh.h>
 #include <orvex/geometry/mesh/model.h>
 #include <orvex/geometry/points/vertex_pool.h>
@@ -90,16 +91,33 @@ void Model::Data::draw(Renderer& renderer, GpuProgram& program, Path path, const
         end_blending(renderer);
 }
 
+namespace {
+
+/// Draws objects that need no material.
+template<class Drawn>
+void draw_each(const std::vector<Drawn*>& objects, Renderer& renderer, GpuProgram& program) {
+    program.bind(&renderer);
+    for (Drawn* object : objects) {
+        object->render_apply_automatic_uniforms(&renderer,
+                                                renderer.gpu_program_get_active_program(),
+                                                object->get_use_fixed_mvp_matrices_state());
+        object->render_geometry(&renderer);
+    }
+    program.unbind(&renderer);
+}
+
+} // namespace
+
 void Model::Data::draw_points(Renderer& renderer, GpuProgram& program) {
     last_renderer = &renderer;
     last_renderer_id = renderer.get_id();
-    program.bind(&renderer);
-    for (VertexPool* cloud : clouds) {
-        cloud->render_apply_automatic_uniforms(&renderer, renderer.gpu_program_get_active_program(),
-                                               cloud->get_use_fixed_mvp_matrices_state());
-        cloud->render_geometry(&renderer);
-    }
-    program.unbind(&renderer);
+    draw_each(clouds, renderer, program);
+}
+
+void Model::Data::draw_lines(Renderer& renderer, GpuProgram& program) {
+    last_renderer = &renderer;
+    last_renderer_id = renderer.get_id();
+    draw_each(lines, renderer, program);
 }
 
 namespace {

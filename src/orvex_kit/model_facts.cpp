@@ -7,11 +7,13 @@
 #include <utility>
 
 #include <orvex/assets/materials/material.h>
+#include <orvex/geometry/lines/polyline.h>
 #include <orvex/geometry/mesh/mesh.h>
 #include <orvex/geometry/mesh/model.h>
 #include <orvex/geometry/points/vertex_pool.h>
 #include <orvex/math/mat4.h>
 #include <orvex/renderer/records/mesh_data.h>
+#include <orvex/renderer/records/polyline_data.h>
 #include <orvex/scene/camera.h>
 
 #include "orvex_kit/private/model_data.h"
@@ -41,6 +43,9 @@ void Model::Data::gather(Node& node) {
             meshes.push_back(mesh);
         else if (auto* const cloud = dynamic_cast<VertexPool*>(child))
             clouds.push_back(cloud);
+        else if (auto* const line = dynamic_cast<Polyline*>(child);
+                 line && line->get_polyline_data())
+            lines.push_back(line);
         else if (const auto* const camera = dynamic_cast<orvex::Camera*>(child))
             cameras.push_back(camera);
         gather(*child);
@@ -140,6 +145,16 @@ void for_each_place(VertexPool& cloud, Use use) {
             use(place);
 }
 
+/// The same for the vertices of lines.
+template<class Use>
+void for_each_place(Polyline& line, Use use) {
+    const mat4 transform = line.get_absolute_transform();
+    const PolylineData& store = *line.get_polyline_data();
+    for (unsigned long i = 0; i < store.num_vertices; ++i)
+        if (const vec4 place = transform * store.vertices[i].position; is_finite(place))
+            use(place);
+}
+
 } // namespace
 
 namespace {
@@ -183,11 +198,12 @@ void Model::Data::tell_of_meshes() {
         facts.meshes.push_back(std::move(one));
     }
     facts.notes = loaded.notes;
-    // A model of points alone lacks nothing.
-    if (!meshes.empty() || clouds.empty())
+    // A model of points or lines alone lacks nothing.
+    if (!meshes.empty() || (clouds.empty() && lines.empty()))
         for (std::string& note : notes_about(meshes, facts))
             facts.notes.push_back(std::move(note));
     tell_of_clouds();
+    tell_of_lines();
     facts.extent.middle = middle_of(facts.bounds);
     tell_of_cameras();
 }
@@ -202,20 +218,46 @@ void Model::Data::tell_of_clouds() {
     }
 }
 
+namespace {
+
+std::size_t count_lines(const PolylineData& store) {
+    switch (store.render_mode) {
+    case LINE_RENDER_MODE_LINES:
+        return store.num_vertices / 2;
+    case LINE_RENDER_MODE_LINE_STRIP:
+        return store.num_vertices > 0 ? store.num_vertices - 1 : 0;
+    case LINE_RENDER_MODE_LINE_LOOP:
+        return store.num_vertices;
+    }
+    return 0;
+}
+
+} // namespace
+
+void Model::Data::tell_of_lines() {
+    for (Polyline* line : lines) {
+        for_each_place(*line, [&](const vec4& place) {
+            facts.extent.points.push_back(place);
+            add(facts.bounds, place);
+        });
+        facts.num_lines += count_lines(*line->get_polyline_data());
+    }
+}
+
 /// Again, where the model was turned.
 void Model::Data::measure() {
     Extent extent;
     Bounds box;
+    const auto take = [&](const vec4& place) {
+        extent.points.push_back(place);
+        add(box, place);
+    };
     for (Mesh* mesh : meshes)
-        for_each_place(*mesh, [&](const vec4& place) {
-            extent.points.push_back(place);
-            add(box, place);
-        });
+        for_each_place(*mesh, take);
     for (VertexPool* cloud : clouds)
-        for_each_place(*cloud, [&](const vec4& place) {
-            extent.points.push_back(place);
-            add(box, place);
-        });
+        for_each_place(*cloud, take);
+    for (Polyline* line : lines)
+        for_each_place(*line, take);
     extent.middle = middle_of(box);
     facts.extent = std::move(extent);
 }

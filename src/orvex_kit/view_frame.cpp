@@ -127,8 +127,8 @@ void View::Data::add(Model& model, const Angle& lit_from) {
         draw_edges(model, lit_from);
     else
         model.draw(*context->renderer, *look.gpu(), context->path, lit_from);
-    if (model.num_points() > 0)
-        add_points(model);
+    if (model.num_points() > 0 || model.num_lines() > 0)
+        add_points_and_lines(model);
 }
 
 namespace {
@@ -158,13 +158,14 @@ void main()
 
 } // namespace
 
-void View::Data::add_points(Model& model) {
+void View::Data::add_points_and_lines(Model& model) {
     if (!points)
         points = Program::from_text(context, points_text, "points");
     if (!points)
         return;
     points.set("point_size", point_size * static_cast<float>(fineness));
     model.draw_points(*context->renderer, *points.gpu());
+    model.draw_lines(*context->renderer, *points.gpu());
 }
 
 /// The faces first, a little farther away than their edges, in the background's colours.

@@ -2,6 +2,8 @@
 
 #include <array>
 #include <cstdint>
+#include <functional>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -127,8 +129,32 @@ const char* const points = "ply\nformat ascii 1.0\nelement vertex 3\nproperty fl
                            "property uchar green\nproperty uchar blue\nend_header\n"
                            "0 0 0 255 0 0\n0 0.5 0 0 255 0\nnan 0 0 0 0 255\n";
 
+using Color = std::array<int, 3>;
+
 class KitCloudsTest : public testing::TestWithParam<orvex::kit::Path> {
 protected:
+    /// A picture of 64 pixels, from -1 to 1 either way.
+    std::function<Color(int x, int y)> seen(Model& model) {
+        orvex::kit::ViewOptions options;
+        options.path = GetParam();
+        options.samples = 0;
+        orvex::kit::View view(64, 64, options);
+        EXPECT_TRUE(view) << view.reason();
+        const auto camera = orvex::kit::make<orvex::Camera>();
+        camera->set_viewport(0, 0, 64, 64);
+        camera->build_projection_ortho(-1.0f, 1.0f, -1.0f, 1.0f, 1.0f, 10.0f, true);
+        camera->set_position(orvex::vec4(0.0f, 0.0f, 5.0f, 1.0f));
+        view.begin(*camera);
+        view.add(model);
+        view.end();
+        const auto picture = std::make_shared<orvex::kit::Picture>();
+        EXPECT_EQ(view.read(*picture).reason(), "");
+        return [picture](int x, int y) {
+            const auto* const pixel = picture->row<std::uint8_t>(y) + std::ptrdiff_t{4} * x;
+            return Color{pixel[0], pixel[1], pixel[2]};
+        };
+    }
+
     orvex::kit::Engine engine;
     TempDir folder;
 };
@@ -149,30 +175,52 @@ TEST_P(KitCloudsTest, are_counted_and_have_a_place) {
 }
 
 TEST_P(KitCloudsTest, are_seen_in_their_colours) {
-    orvex::kit::ViewOptions options;
-    options.path = GetParam();
-    options.samples = 0;
-    orvex::kit::View view(64, 64, options);
-    ASSERT_TRUE(view) << view.reason();
     Model model(folder.write("points.ply", points));
     ASSERT_TRUE(model) << model.reason();
-    const auto camera = orvex::kit::make<orvex::Camera>();
-    camera->set_viewport(0, 0, 64, 64);
-    camera->build_projection_ortho(-1.0f, 1.0f, -1.0f, 1.0f, 1.0f, 10.0f, true);
-    camera->set_position(orvex::vec4(0.0f, 0.0f, 5.0f, 1.0f));
-    view.begin(*camera);
-    view.add(model);
-    view.end();
-    orvex::kit::Picture picture;
-    ASSERT_EQ(view.read(picture).reason(), "");
-    const auto color_at = [&](int x, int y) {
-        const auto* const pixel = picture.row<std::uint8_t>(y) + std::ptrdiff_t{4} * x;
-        return std::array<int, 3>{pixel[0], pixel[1], pixel[2]};
-    };
-    EXPECT_EQ(color_at(32, 32), (std::array<int, 3>{255, 0, 0}));
-    EXPECT_EQ(color_at(32, 16), (std::array<int, 3>{0, 255, 0}));
-    EXPECT_EQ(color_at(31, 31), (std::array<int, 3>{255, 0, 0})) << "some pixels wide";
-    EXPECT_NE(color_at(32, 24), (std::array<int, 3>{255, 0, 0}));
+    const auto color_at = seen(model);
+    EXPECT_EQ(color_at(32, 32), (Color{255, 0, 0}));
+    EXPECT_EQ(color_at(32, 16), (Color{0, 255, 0}));
+    EXPECT_EQ(color_at(31, 31), (Color{255, 0, 0})) << "some pixels wide";
+    EXPECT_NE(color_at(32, 24), (Color{255, 0, 0}));
+}
+
+// ------------------------------------------------------------------------------- lines
+
+/// A red line through the middle of a picture of 64 pixels and a green one above, and one without
+/// a place.
+const char* const lines = "v -0.5 0.015625 0 1 0 0\nv 0.5 0.015625 0 1 0 0\n"
+                          "v -0.5 0.515625 0 0 1 0\nv 0.5 0.515625 0 0 1 0\nv nan 0 0 0 0 1\n"
+                          "l 1 2\nl 3 4\nl 5 1\n";
+
+TEST_P(KitCloudsTest, may_be_of_lines) {
+    const Model model(folder.write("lines.obj", lines));
+    ASSERT_TRUE(model) << model.reason();
+    EXPECT_EQ(model.num_lines(), 3u);
+    EXPECT_EQ(model.num_points(), 0u);
+    EXPECT_EQ(model.extent().points.size(), 5u) << "of those with a place";
+    EXPECT_EQ(model.bounds().max.y, 0.515625f);
+    EXPECT_TRUE(model.notes().empty()) << model.notes()[0];
+}
+
+TEST_P(KitCloudsTest, show_lines_in_their_colours) {
+    GltfFile file;
+    file.add_floats(
+        "VEC3", 3,
+        {-0.5f, 0.015625f, 0, 0.5f, 0.015625f, 0, 0.5f, 0.515625f, 0, -0.5f, 0.515625f, 0});
+    file.add_floats("VEC3", 3, {1, 0, 0, 1, 0, 0, 0, 1, 0, 0, 1, 0});
+    file.rest = "'meshes':[{'primitives':[{'mode':3,'attributes':{'POSITION':0,'COLOR_0':1}}]}],"
+                "'nodes':[{'mesh':0}]";
+    for (const std::string& path :
+         {folder.write("lines.obj", lines), folder.write("lines.glb", text_of(file))}) {
+        Model model(path);
+        ASSERT_TRUE(model) << model.reason();
+        const auto color_at = seen(model);
+        EXPECT_EQ(color_at(20, 31), (Color{255, 0, 0})) << path;
+        EXPECT_EQ(color_at(44, 31), (Color{255, 0, 0})) << path;
+        EXPECT_EQ(color_at(32, 15), (Color{0, 255, 0})) << path;
+        EXPECT_NE(color_at(32, 24), (Color{255, 0, 0})) << path;
+        EXPECT_NE(color_at(10, 31), (Color{255, 0, 0})) << path;
+    }
 }
 
 TEST_F(KitFormatsTest, knows_that_z_is_up_in_3mf) {

@@ -49,6 +49,17 @@ TEST(OrvexRenderInfo, tells_of_3ds_files) {
 }
 #endif
 
+TEST(OrvexRenderInfo, tells_of_points_and_lines) {
+    const TempDir folder;
+    folder.write("m.obj", "v 0 0 0\nv 1 0 0\nv 0 1 0\nl 1 2 3\np 1\n");
+    const Outcome outcome = run_render(folder.path(), {"-i", "m.obj"});
+    EXPECT_EQ(outcome.code, 0) << outcome.errors;
+    EXPECT_TRUE(has(outcome.out, "\nfaces: 0\npoints: 1\nlines: 2\nmaterials: 0\n")) << outcome.out;
+    EXPECT_FALSE(has(outcome.out, "note:")) << outcome.out;
+    EXPECT_TRUE(has(run_render(folder.path(), {"-i", "--json", "m.obj"}).out,
+                    "\n  \"points\": 1,\n  \"lines\": 2,\n"));
+}
+
 TEST(OrvexRenderInfo, notes_what_is_odd) {
     const TempDir folder;
     folder.write("m.obj", "v 0 0 0\nv 1 0 0\nv 2 0 0\nf 1 2 3\n");
@@ -75,6 +86,7 @@ TEST(OrvexRenderInfo, tells_it_as_json) {
   "vertices": 9,
   "faces": 3,
   "points": 0,
+  "lines": 0,
   "bounds": {
     "min": [0, 0, -2e-07],
     "max": [1, 1.5, 0]

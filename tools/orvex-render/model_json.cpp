@@ -110,6 +110,7 @@ std::string report_as_json(const std::string& path, const Model& model) {
     json.key("vertices").number(model.num_vertices());
     json.key("faces").number(model.num_faces());
     json.key("points").number(model.num_points());
+    json.key("lines").number(model.num_lines());
     put_bounds(json, model.bounds());
     json.key("up").text(word_of(model.file_up_axis()));
     put_meshes(json, model);

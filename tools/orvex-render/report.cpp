@@ -74,6 +74,12 @@ std::string report_of_model(const std::string& path, const kit::Model& scene) {
         text += text_of("  %s: vertices %zu, faces %zu\n", mesh.name.c_str(), mesh.num_vertices,
                         mesh.num_faces);
     text += text_of("vertices: %zu\nfaces: %zu\n", scene.num_vertices(), scene.num_faces());
+    if (scene.num_points() > 0)
+        text += text_of("points: %zu\n", scene.num_points());
+    if (scene.num_lines() > 0)
+        text += text_of("lines: %zu\n", scene.num_lines());
+    for (const ModelCamera& camera : scene.cameras())
+        text += "camera: " + camera.name + "\n";
     text += text_of("materials: %zu\n", scene.materials().size());
     for (const ModelMaterial& material : scene.materials())
         text += report_of_material(material, scene.textures());

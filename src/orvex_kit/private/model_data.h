@@ -32,6 +32,7 @@ struct ModelFacts {
     std::size_t num_vertices = 0;
     std::size_t num_faces = 0;
     std::size_t num_points = 0;
+    std::size_t num_lines = 0;
     std::vector<std::string> notes;
     UpAxis file_up = UpAxis::y;
     UpAxis up = UpAxis::y;
@@ -54,6 +55,7 @@ public:
     FirstNumbers draw_numbered(orvex::Renderer& renderer, orvex::GpuProgram& program,
                                const FirstNumbers& first);
     void draw_points(orvex::Renderer& renderer, orvex::GpuProgram& program);
+    void draw_lines(orvex::Renderer& renderer, orvex::GpuProgram& program);
     void stand_up();
     std::optional<Pick> pick(const PointRay& ray);
 
@@ -66,6 +68,7 @@ private:
     std::vector<orvex::Mesh*> meshes; ///< one a place, as `facts.meshes`
     std::vector<bool> has_colors;     ///< of their vertices, as `meshes`
     std::vector<orvex::VertexPool*> clouds;
+    std::vector<orvex::Polyline*> lines;
     std::vector<const orvex::Camera*> cameras; ///< as `facts.cameras`
     std::vector<orvex::Material*> materials;   ///< as `facts.materials`
     std::vector<orvex::Texture*> decoded;      ///< as `facts.textures`; null for what is missing
@@ -86,6 +89,7 @@ private:
     void measure();
     void tell_of_meshes();
     void tell_of_clouds();
+    void tell_of_lines();
     void tell_of_cameras();
     void load_textures(bool allow_outside);
     void load_textures_of(std::size_t material, bool allow_outside);

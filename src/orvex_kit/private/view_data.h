@@ -64,12 +64,12 @@ public:
 private:
     int fineness; ///< pixels drawn for one, each way
     bool is_window;
-    Program points; ///< draws clouds; empty as yet or without need
+    Program points; ///< draws clouds, and lines; empty as yet or without need
     Program box;    ///< brings the pixels drawn together; empty as yet or without need
     Ref<orvex::MeshPlane> square;
 
     void make_target(int samples);
-    void add_points(Model& model);
+    void add_points_and_lines(Model& model);
     void draw_edges(Model& model, const Angle& lit_from);
     void average();
     bool make_box();
