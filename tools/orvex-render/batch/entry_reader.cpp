@@ -23,14 +23,14 @@ EntryReader::EntryReader(const Options& given, std::string output_folder)
     add_rules(all, unused);
 }
 
-void EntryReader::begin() {
+void EntryReader::forget() {
     current = defaults;
     id.clear();
     output.clear();
 }
 
 std::string EntryReader::read(std::string_view text, std::size_t line, Entry& entry) {
-    begin();
+    forget();
     if (std::string mistake = members.read(text); !mistake.empty())
         return mistake;
     for (const Member& member : members)
@@ -43,7 +43,7 @@ std::string EntryReader::read(std::string_view text, std::size_t line, Entry& en
 }
 
 std::string EntryReader::read_path(std::string_view path, std::size_t line, Entry& entry) {
-    begin();
+    forget();
     current.model = path;
     if (std::string mistake = finish(line, entry); !mistake.empty())
         return mistake;

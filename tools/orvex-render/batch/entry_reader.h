@@ -43,6 +43,8 @@ public:
     std::optional<Entry> entry_of_line(std::string_view line);
     /// The id of the text that was refused last, as far as it was read.
     const std::string& last_id() const { return id; }
+    /// Forgets what was read.
+    void forget();
 
 private:
     Options defaults;
@@ -55,7 +57,6 @@ private:
     std::string id;
     std::string output;
 
-    void begin();
     std::string take(const Member& member);
     std::string take_option(const Member& member);
     std::string unknown(const std::string& name) const;

@@ -43,8 +43,10 @@ std::string Manifest::open() {
         return "can't read the manifest " + name + ": " + std::strerror(EISDIR);
     // What was read before a file's place belongs to somebody else.
     file = S_ISREG(status.st_mode) && ::lseek(input, 0, SEEK_CUR) == 0;
-    constexpr std::uint64_t bytes_of_line = 40;
-    outputs.emplace(file ? static_cast<std::uint64_t>(status.st_size) / bytes_of_line : 0);
+    if (file)
+        doubles.emplace();
+    else
+        outputs.emplace();
     return rewind();
 }
 
@@ -53,7 +55,7 @@ std::string Manifest::rewind() {
     if (file && ::lseek(input, 0, SEEK_SET) != 0)
         return std::strerror(errno);
     lines.emplace(input, longest_line, setting.is_list && setting.null ? '\0' : '\n', file);
-    return outputs->mistake();
+    return file ? doubles->mistake() : outputs->mistake();
 }
 
 namespace {
@@ -74,7 +76,11 @@ LineReader::State Manifest::next_line() {
 }
 
 /// Makes the entry of a line. @return why it is refused; empty if it isn't
-std::string Manifest::take_line() {
+std::string Manifest::take_line(LineReader::State state) {
+    if (state == LineReader::State::too_long) {
+        reader.forget();
+        return "it is longer than " + std::to_string(longest_line) + " bytes";
+    }
     std::string_view line = lines->line();
     if (setting.is_list)
         return reader.read_path(line, lines->number(), entry);
@@ -83,16 +89,26 @@ std::string Manifest::take_line() {
     return reader.read(line, lines->number(), entry);
 }
 
+namespace {
+
+std::string as_line(std::uint64_t first) {
+    return "it writes a file that line " + std::to_string(first) +
+           " writes: give one of them another output, or another id";
+}
+
+} // namespace
+
 std::string Manifest::mistake_in_outputs() {
     for (const OutputFile& output : output_files_of(entry)) {
         if (std::string mistake = folder.mistake_in_place(output.name); !mistake.empty())
             return mistake;
-        const auto first = outputs->note(output.name, entry.line);
+        const auto first = outputs ? outputs->note(output.name, entry.line) : std::nullopt;
         if (first && *first != entry.line)
-            return "line " + std::to_string(*first) + " writes " + output.name +
-                   " already: give one of them another output, or another id";
+            return as_line(*first);
     }
-    return "";
+    const auto first =
+        doubles && doubles->size() > 0 ? doubles->find(std::to_string(entry.line)) : std::nullopt;
+    return first ? as_line(*first) : "";
 }
 
 RefusedLine Manifest::refused(std::string reason) const {
@@ -103,43 +119,44 @@ bool Manifest::is_in_shard() const {
     return is_in(setting.shard, entry.id);
 }
 
-namespace {
-
-std::string too_long() {
-    return "it is longer than " + std::to_string(longest_line) + " bytes";
+std::string Manifest::find_doubles(DoubleTexts& names,
+                                   const std::function<void(const RefusedLine&)>& refuse) {
+    names.find([&](std::uint64_t line, std::uint64_t first) {
+        if (!doubles->note(std::to_string(line), first))
+            refuse({line, as_line(first), ""});
+    });
+    return names.mistake().empty() ? doubles->mistake() : names.mistake();
 }
-
-} // namespace
 
 std::string Manifest::check(const std::function<void(const RefusedLine&)>& refuse) {
     std::size_t count = 0;
-    for (;;) {
-        const LineReader::State state = next_line();
-        if (state == LineReader::State::end)
-            break;
+    DoubleTexts names;
+    for (LineReader::State state; (state = next_line()) != LineReader::State::end;) {
         if (state == LineReader::State::failed)
             return "can't read " + setting.path + ": " + lines->reason();
-        if (state == LineReader::State::too_long) {
-            refuse({lines->number(), too_long(), ""});
-            continue;
-        }
-        std::string mistake = take_line();
+        std::string mistake = take_line(state);
         if (mistake.empty())
-            mistake = mistake_in_outputs();
-        if (!outputs->mistake().empty())
-            return outputs->mistake();
-        if (!mistake.empty())
+            for (const OutputFile& output : output_files_of(entry)) {
+                if (folder.may_lack_place(output.name) && mistake.empty())
+                    mistake = folder.mistake_in_place(output.name);
+                names.add(output.name, entry.line);
+            }
+        const bool is_refused = !mistake.empty();
+        if (is_refused)
             refuse(refused(std::move(mistake)));
-        else if (is_in_shard())
+        if (is_refused || is_in_shard())
             ++count;
     }
+    if (std::string mistake = find_doubles(names, refuse); !mistake.empty())
+        return mistake;
     entries = count;
     return rewind();
 }
 
 NextEntry Manifest::next() {
     while (!broken) {
-        switch (next_line()) {
+        const LineReader::State state = next_line();
+        switch (state) {
         case LineReader::State::end:
             return EndOfEntries{};
         case LineReader::State::nothing_yet:
@@ -148,14 +165,13 @@ NextEntry Manifest::next() {
             broken = "can't read " + setting.path + ": " + lines->reason();
             continue;
         case LineReader::State::too_long:
-            return RefusedLine{lines->number(), too_long(), ""};
         case LineReader::State::line:
             break;
         }
-        std::string mistake = take_line();
+        std::string mistake = take_line(state);
         if (mistake.empty())
             mistake = mistake_in_outputs();
-        if (!outputs->mistake().empty())
+        if (outputs && !outputs->mistake().empty())
             broken = outputs->mistake();
         else if (!mistake.empty())
             return refused(std::move(mistake));

@@ -10,6 +10,7 @@
 #include <string_view>
 
 #include "batch/batch_options.h"
+#include "batch/double_texts.h"
 #include "batch/entry_reader.h"
 #include "batch/entry_source.h"
 #include "batch/line_reader.h"
@@ -61,7 +62,8 @@ private:
     EntryReader reader;
     OutputFolder folder;
     std::optional<LineReader> lines;
-    std::optional<SumTable> outputs; ///< the line that writes each file first
+    std::optional<SumTable> outputs; ///< the line that writes each file first, of a pipe
+    std::optional<SumTable> doubles; ///< of a file: the lines that write what earlier ones do
     Entry entry;                     ///< of the line that was read last
     int input = -1;
     bool file = false;
@@ -71,8 +73,10 @@ private:
     std::optional<std::string> broken;
 
     LineReader::State next_line();
-    std::string take_line();
+    std::string take_line(LineReader::State state);
     std::string mistake_in_outputs();
+    std::string find_doubles(DoubleTexts& names,
+                             const std::function<void(const RefusedLine&)>& refuse);
     RefusedLine refused(std::string reason) const;
     bool is_in_shard() const;
     std::string rewind();

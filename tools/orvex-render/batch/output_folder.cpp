@@ -3,6 +3,7 @@
 #include <cerrno>
 #include <cstring>
 
+#include <dirent.h>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -109,6 +110,38 @@ std::string OutputFolder::mistake_in_place(const std::string& name) const {
         return "";
     return name + (S_ISLNK(status.st_mode) ? " is a link, which may lead out of the output folder"
                                            : " is there and is no regular file");
+}
+
+void OutputFolder::look_at(const std::string& inner) {
+    constexpr std::size_t most = 10000; // more are looked at one by one
+    looked_at = inner;
+    odd.clear();
+    std::size_t begin = 0;
+    Folder at(root);
+    is_odd = !enter_folders(at, inner, Missing::fine, begin).empty();
+    if (is_odd || begin == inner.npos)
+        return;
+    const int readable = ::openat(at.get(), ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    DIR* const entries = readable >= 0 ? ::fdopendir(readable) : nullptr;
+    is_odd = !entries;
+    while (const dirent* const entry = entries && !is_odd ? ::readdir(entries) : nullptr)
+        if (entry->d_type != DT_REG) {
+            odd.insert(entry->d_name);
+            is_odd = odd.size() > most;
+        }
+    if (entries)
+        ::closedir(entries);
+    else if (readable >= 0)
+        ::close(readable);
+}
+
+bool OutputFolder::may_lack_place(const std::string& name) {
+    const std::size_t begin = name.rfind('/') + 1;
+    if (!looked_at || name.compare(0, begin, *looked_at) != 0)
+        look_at(name.substr(0, begin));
+    constexpr std::size_t longest = 255;
+    return is_odd || name.size() - begin > longest ||
+           (!odd.empty() && odd.count(name.substr(begin)) > 0);
 }
 
 std::string OutputFolder::make_folders(const std::string& name) const {

@@ -3,7 +3,9 @@
 /// @file
 /// Outputs stay in their folder.
 
+#include <optional>
 #include <string>
+#include <unordered_set>
 
 namespace batch {
 
@@ -26,6 +28,10 @@ public:
     /// @return a sentence without a stop; empty if it is a place
     std::string mistake_in_place(const std::string& name) const;
 
+    /// Whether a file may have no place; false if it surely has one, as long as nothing changes.
+    /// Quicker than `mistake_in_place` for many files of one folder: that is looked through once.
+    bool may_lack_place(const std::string& name);
+
     /// Makes the folders for an output.
     /// @return what went wrong, as a sentence without a stop; empty if nothing did
     std::string make_folders(const std::string& name) const;
@@ -33,6 +39,11 @@ public:
 private:
     int root;
     std::string reason;
+    std::optional<std::string> looked_at; ///< the folder that was looked through, within this one
+    std::unordered_set<std::string> odd;  ///< what isn't surely a plain file there
+    bool is_odd = false;                  ///< the whole folder
+
+    void look_at(const std::string& inner);
 };
 
 } // namespace batch

@@ -4,35 +4,17 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <cstdlib>
 #include <cstring>
 #include <utility>
 #include <vector>
 
-#include <fcntl.h>
 #include <unistd.h>
+
+#include "batch/unnamed_file.h"
 
 namespace batch {
 
 namespace {
-
-std::string folder_for_files() {
-    const char* const named = std::getenv("TMPDIR");
-    return named && *named ? named : "/tmp";
-}
-
-int open_file_without_name() {
-    const std::string folder = folder_for_files();
-    const int file = ::open(folder.c_str(), O_TMPFILE | O_RDWR | O_CLOEXEC, 0600);
-    if (file >= 0)
-        return file;
-    // Not every file system takes files without a name.
-    std::string name = folder + "/orvex-render-XXXXXX";
-    const int named = ::mkostemp(name.data(), O_CLOEXEC);
-    if (named >= 0)
-        ::unlink(name.c_str());
-    return named;
-}
 
 std::uint64_t capacity_for(std::uint64_t expected) {
     std::uint64_t capacity = 4096;
@@ -44,7 +26,7 @@ std::uint64_t capacity_for(std::uint64_t expected) {
 } // namespace
 
 SumTable::SumTable(std::uint64_t expected)
-    : file(open_file_without_name())
+    : file(open_unnamed_file())
     , capacity(capacity_for(expected)) {
     static_assert(sizeof(Slot) == 16);
     // What was never written reads as zeros.
