@@ -193,6 +193,13 @@ TEST(OrvexRenderGl, lists_the_extensions_when_verbose) {
     EXPECT_TRUE(has(outcome.errors, "plugin_core_opengl")) << outcome.errors;
 }
 
+TEST(OrvexRenderDevices, are_listed_with_the_numbers_by_which_they_are_chosen) {
+    const Outcome outcome = run_render("/", {"--list-devices"});
+    EXPECT_EQ(outcome.code, 0);
+    EXPECT_EQ(outcome.errors, "");
+    EXPECT_TRUE(has_match(outcome.out, "(^|\n)[0-9]+: [^\n]*, software")) << outcome.out;
+}
+
 TEST(OrvexRenderMessages, are_as_many_as_asked_for) {
     const TempDir folder;
     const std::vector<std::string> words = {sample(), "-s16x16", "-oa.jpg"};

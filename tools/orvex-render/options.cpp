@@ -129,6 +129,8 @@ void add_other_rules(Arguments& rules, Options& options) {
     rules.add_flag("--json", 0, "with --info: tells it as JSON", options.json);
     rules.add_flag("--gl", 0, "tells what OpenGL offers here; with -v its extensions too",
                    options.gl);
+    rules.add_flag("--list-devices", 0, "tells what can draw here, for --device",
+                   options.list_devices);
     add_message_rules(rules, options);
 }
 
@@ -205,13 +207,14 @@ std::string mistake_in_layers(const Options& options) {
 std::string mistake_of(const Options& options) {
     if (std::string mistake = mistake_of_shared(options); !mistake.empty())
         return mistake;
-    if (options.info && options.gl)
-        return "--info and --gl exclude each other";
+    if (options.info + options.gl + options.list_devices > 1)
+        return "--info, --gl and --list-devices exclude each other";
     if (options.json && !options.info)
         return "--json goes with --info";
-    if (options.gl && !options.model.empty())
-        return "--gl takes no model";
-    if (!options.gl && options.model.empty())
+    const bool needs_model = !options.gl && !options.list_devices;
+    if (!needs_model && !options.model.empty())
+        return std::string(options.gl ? "--gl" : "--list-devices") + " takes no model";
+    if (needs_model && options.model.empty())
         return "no model given";
     if (options.info && !options.output.empty())
         return "--info draws no picture: there is nothing for --output";
@@ -232,8 +235,8 @@ std::string mistake_of_many(const Options& options) {
         return "--output is of one model: " + which + " has --output-dir";
     if (!options.reference.empty() || options.tolerance > 0)
         return "--ref and --tolerance compare the picture of one model";
-    if (options.info || options.json || options.gl)
-        return "--info, --json and --gl tell of one model";
+    if (options.info || options.json || options.gl || options.list_devices)
+        return "--info, --json, --gl and --list-devices draw nothing";
     return batch::mistake_of_batch(options.batch);
 }
 

@@ -31,6 +31,7 @@ struct Options : SharedOptions {
     bool info = false;
     bool json = false; ///< the way of `info`
     bool gl = false;
+    bool list_devices = false;
     batch::BatchOptions batch; ///< of many models, in place of one
 };
 

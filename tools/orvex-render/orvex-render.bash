@@ -6,6 +6,7 @@ _orvex_render() {
   local options='--output --size --background --wireframe --normals --samples --path --azimuth --elevation
     --distance --zoom --up --turntable --text --text-place --text-size --text-color --font --info
     --json --gl --layers --format --look --film --track --ref --tolerance --plugin --loader --device
+    --list-devices
     --batch --files --null --output-dir --results --resume --shard --keep-going --serve --socket
     --workers --recycle --limit-memory --limit-seconds --limit-pixels --limit-file
     --help --version --quiet --verbose'

@@ -10,6 +10,7 @@
 #include <orvex_kit/view.h>
 #include <orvex_kit/whole_file.h>
 
+#include "batch/run_service.h"
 #include "easel.h"
 #include "messages.h"
 #include "options.h"
@@ -115,6 +116,10 @@ ExitCode run_program(const std::vector<std::string>& words) {
     if (options.version)
         return print(version_text());
     apply_wordiness(options);
+    if (options.list_devices)
+        return print(report_of_devices());
+    if (options.batch.serve)
+        return batch::run_service(options);
     if (!options.device.empty())
         ::setenv("ORVEX_GL_DEVICE", options.device.c_str(), 1);
     if (options.gl)

@@ -89,6 +89,20 @@ std::string report_of_model(const std::string& path, const kit::Model& scene) {
     return text;
 }
 
+std::string report_of_devices() {
+    std::string text;
+    for (const RenderWindow_Device& device : RenderWindow::list_devices()) {
+        text += text_of("%d: %s", device.index,
+                        device.driver.empty() ? "no driver" : device.driver.c_str());
+        if (!device.pci.empty())
+            text += ", at " + device.pci;
+        if (device.software)
+            text += ", software";
+        text += device.refusal.empty() ? "\n" : ", can't draw: " + device.refusal + "\n";
+    }
+    return text.empty() ? "no device is found\n" : text;
+}
+
 namespace {
 
 std::string report_of_extensions(RenderWindow* window, bool with_names) {

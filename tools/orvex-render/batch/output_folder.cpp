@@ -150,4 +150,11 @@ std::string OutputFolder::make_folders(const std::string& name) const {
     return enter_folders(at, name, Missing::made, begin);
 }
 
+std::string make_output_folder(const std::string& path) {
+    constexpr mode_t mode = 0777;
+    if (path.empty() || ::mkdir(path.c_str(), mode) == 0 || errno == EEXIST)
+        return "";
+    return "can't make the folder " + path + ": " + std::strerror(errno);
+}
+
 } // namespace batch

@@ -46,4 +46,8 @@ private:
     void look_at(const std::string& inner);
 };
 
+/// Makes the folder of a batch, unless it is there. An empty path is the current one.
+/// @return what went wrong, as a sentence without a stop; empty if nothing did
+std::string make_output_folder(const std::string& path);
+
 } // namespace batch

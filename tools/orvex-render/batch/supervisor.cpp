@@ -110,7 +110,7 @@ void Supervisor::take_next(NextEntry next) {
         verdict.reason = line->reason;
         verdict.line = line->line;
         verdict.engine = engine_version();
-        put(verdict);
+        ending.mistake = sink.put(verdict);
         if (batch.keep_going || batch.serve)
             return;
         ending.refused = "line " + std::to_string(line->line) + ": " + line->reason;
@@ -126,10 +126,9 @@ void Supervisor::take_next(NextEntry next) {
     }
 }
 
-void Supervisor::put(const Verdict& verdict) {
-    if (!ending.mistake.empty())
-        return;
-    ending.mistake = sink.put(verdict);
+void Supervisor::answer(const Entry& entry, const Verdict& verdict) {
+    if (ending.mistake.empty())
+        ending.mistake = sink.answer(entry, verdict);
 }
 
 // ------------------------------------------------------------------------------- workers
@@ -304,7 +303,7 @@ void Supervisor::take_verdict(WorkerProcess& worker, Verdict verdict) {
     if (is_second_wanted && !is_stopping())
         again.push_back(std::move(job));
     else
-        put(verdict);
+        answer(job.entry, verdict);
     if (is_spent || has_outgrown(worker))
         worker.dismiss();
 }
@@ -394,7 +393,7 @@ void Supervisor::mourn(WorkerProcess& worker, Job job) {
         verdict.reason =
             "the process ended twice " + work_in_words(work) + ": " + worker.end_in_words();
     }
-    put(verdict);
+    answer(job.entry, verdict);
 }
 
 /// No worker starts: the models are no more to blame than one another.
@@ -409,8 +408,8 @@ void Supervisor::fail_next_job(const std::string& reason) {
     verdict.reason = reason;
     verdict.tries = jobs.front().tries + 1;
     verdict.engine = engine_version();
+    answer(jobs.front().entry, verdict);
     jobs.pop_front();
-    put(verdict);
 }
 
 } // namespace batch

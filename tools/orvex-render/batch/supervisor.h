@@ -87,7 +87,7 @@ private:
     void watch(WorkerProcess& worker);
     bool has_outgrown(WorkerProcess& worker) const;
     int milliseconds_to_wait() const;
-    void put(const Verdict& verdict);
+    void answer(const Entry& entry, const Verdict& verdict);
 };
 
 } // namespace batch
