@@ -262,9 +262,9 @@ TEST_F(BatchResultsTest, that_still_hold_are_known_again) {
     folder.write("b", "2");
     batch::Results file(results);
     ASSERT_EQ(file.open(true), "");
-    EXPECT_TRUE(file.still_hold(entry_of("a")));
-    EXPECT_FALSE(file.still_hold(entry_of("b")));
-    EXPECT_FALSE(file.still_hold(entry_of("c")));
+    EXPECT_EQ(batch::Fate::ok, file.fate_of(entry_of("a")));
+    EXPECT_FALSE(file.fate_of(entry_of("b")));
+    EXPECT_FALSE(file.fate_of(entry_of("c")));
 }
 
 TEST_F(BatchResultsTest, have_one_line_for_each_entry_in_the_end) {
@@ -277,14 +277,14 @@ TEST_F(BatchResultsTest, have_one_line_for_each_entry_in_the_end) {
     {
         batch::Results file(results);
         ASSERT_EQ(file.open(true), "");
-        EXPECT_FALSE(file.still_hold(entry_of("b")));
+        EXPECT_FALSE(file.fate_of(entry_of("b")));
         ASSERT_EQ(file.put(b), "");
         // Here it ends before its time.
     }
     batch::Results file(results);
     ASSERT_EQ(file.open(true), "");
-    EXPECT_TRUE(file.still_hold(entry_of("a")));
-    EXPECT_TRUE(file.still_hold(entry_of("b")));
+    EXPECT_EQ(batch::Fate::ok, file.fate_of(entry_of("a")));
+    EXPECT_EQ(batch::Fate::ok, file.fate_of(entry_of("b")));
     EXPECT_EQ(file.finish(), "");
     EXPECT_EQ(content_of(results), line_of(a) + line_of(b));
 }
@@ -299,7 +299,7 @@ TEST_F(BatchResultsTest, that_were_cut_are_mended_wherever_that_was) {
         batch::Results file(results);
         ASSERT_EQ(file.open(true), "") << length;
         EXPECT_EQ(content_of(results), first) << length;
-        EXPECT_FALSE(file.still_hold(entry_of("b")));
+        EXPECT_FALSE(file.fate_of(entry_of("b")));
     }
 }
 
@@ -323,7 +323,8 @@ TEST_F(BatchResultsTest, that_hold_are_passed_over_by_a_manifest) {
     ASSERT_EQ(manifest.open(), "");
     manifest.keep(file);
     EXPECT_EQ(told(manifest), "2=" + folder.file("b") + " end");
-    EXPECT_EQ(manifest.kept(), 1u);
+    EXPECT_EQ(manifest.kept().all, 1u);
+    EXPECT_EQ(manifest.kept().failed, 0u);
 }
 
 TEST(BatchTable, remembers_many_numbers) {

@@ -18,6 +18,8 @@ enum ExitCode : int {
     EXIT_FAILED = 1,       ///< the command line was right, and what it asks for went wrong
     EXIT_USAGE = 2,        ///< the command line is wrong
     EXIT_NO_REFERENCE = 3, ///< there is nothing to compare a picture with
+    EXIT_MODELS = 3,       ///< some of many models are no good
+    EXIT_TRY_AGAIN = 4,    ///< with some of many models, another try may go well
 };
 
 /// Tells an error. @return what the tool ends with then

@@ -10,6 +10,7 @@
 #include <orvex_kit/view.h>
 #include <orvex_kit/whole_file.h>
 
+#include "batch/run_batch.h"
 #include "batch/run_service.h"
 #include "easel.h"
 #include "messages.h"
@@ -120,6 +121,8 @@ ExitCode run_program(const std::vector<std::string>& words) {
         return print(report_of_devices());
     if (options.batch.serve)
         return batch::run_service(options);
+    if (!options.batch.manifest.empty() || !options.batch.list.empty())
+        return batch::run_batch(options);
     if (!options.device.empty())
         ::setenv("ORVEX_GL_DEVICE", options.device.c_str(), 1);
     if (options.gl)

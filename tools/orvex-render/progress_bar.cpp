@@ -6,9 +6,6 @@
 #include <sys/ioctl.h>
 #include <unistd.h>
 
-namespace {
-
-/// "0:41", "12:05", "3:12:05".
 std::string clock_of(double seconds) {
     const long whole = std::lround(std::min(seconds, 359999.0));
     char text[32];
@@ -20,6 +17,8 @@ std::string clock_of(double seconds) {
     return text;
 }
 
+namespace {
+
 /// What the time so far lets expect; nothing before the first step is done.
 std::string time_of(int done, int total, double seconds) {
     if (done <= 0)
@@ -29,13 +28,13 @@ std::string time_of(int done, int total, double seconds) {
     return "  " + clock_of(seconds / done * (total - done)) + " left";
 }
 
+} // namespace
+
 int columns_of(std::FILE* stream) {
     winsize size{};
     const bool known = ioctl(fileno(stream), TIOCGWINSZ, &size) == 0 && size.ws_col > 0;
     return known ? size.ws_col : 80;
 }
-
-} // namespace
 
 std::string progress_line(int done, int total, double seconds, int columns) {
     const std::string count = std::to_string(total);

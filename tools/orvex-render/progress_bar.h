@@ -9,6 +9,11 @@
 /// @param columns  width of the terminal; the bar takes what the numbers leave
 std::string progress_line(int done, int total, double seconds, int columns);
 
+/// A time as "0:41", "12:05" or "3:12:05".
+std::string clock_of(double seconds);
+/// The width of a terminal; 80 for what is none.
+int columns_of(std::FILE* stream);
+
 /// Draws the bar on a terminal, and nothing elsewhere. The end of its scope ends the line.
 class ProgressBar {
 public:

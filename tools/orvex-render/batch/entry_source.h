@@ -45,8 +45,13 @@ public:
     virtual int descriptor() const { return -1; }
     /// How many entries there are, with those that need no drawing; nothing for a pipe.
     virtual std::optional<std::size_t> total() const { return std::nullopt; }
-    /// How many entries so far were passed over, as what they ask for is there already.
-    virtual std::size_t kept() const { return 0; }
+    /// Entries that were passed over, as an earlier verdict on them still holds.
+    struct Kept {
+        std::size_t all = 0;
+        std::size_t failed = 0; ///< of which the verdict isn't ok
+    };
+    /// How many so far.
+    virtual Kept kept() const { return {}; }
 };
 
 } // namespace batch

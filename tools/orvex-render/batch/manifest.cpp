@@ -153,6 +153,13 @@ std::string Manifest::check(const std::function<void(const RefusedLine&)>& refus
     return rewind();
 }
 
+bool Manifest::is_kept() {
+    const std::optional<Fate> fate = earlier ? earlier->fate_of(entry) : std::nullopt;
+    num_kept.all += fate ? 1 : 0;
+    num_kept.failed += fate && *fate != Fate::ok ? 1 : 0;
+    return fate.has_value();
+}
+
 NextEntry Manifest::next() {
     while (!broken) {
         const LineReader::State state = next_line();
@@ -175,9 +182,7 @@ NextEntry Manifest::next() {
             broken = outputs->mistake();
         else if (!mistake.empty())
             return refused(std::move(mistake));
-        else if (is_in_shard() && earlier && earlier->still_hold(entry))
-            ++num_kept;
-        else if (is_in_shard())
+        else if (is_in_shard() && !is_kept())
             return entry;
     }
     return BrokenSource{*broken};

@@ -55,7 +55,7 @@ public:
     NextEntry next() override;
     int descriptor() const override { return file ? -1 : input; }
     std::optional<std::size_t> total() const override { return entries; }
-    std::size_t kept() const override { return num_kept; }
+    Kept kept() const override { return num_kept; }
 
 private:
     Setting setting;
@@ -69,7 +69,7 @@ private:
     bool file = false;
     Results* earlier = nullptr;
     std::optional<std::size_t> entries;
-    std::size_t num_kept = 0;
+    Kept num_kept;
     std::optional<std::string> broken;
 
     LineReader::State next_line();
@@ -79,6 +79,7 @@ private:
                              const std::function<void(const RefusedLine&)>& refuse);
     RefusedLine refused(std::string reason) const;
     bool is_in_shard() const;
+    bool is_kept();
     std::string rewind();
 };
 

@@ -116,15 +116,15 @@ std::optional<Verdict> Results::verdict_at(std::uint64_t place) const {
     return verdict_of_line(line);
 }
 
-bool Results::still_hold(const Entry& entry) {
+std::optional<Fate> Results::fate_of(const Entry& entry) {
     const auto place = places ? places->find(entry.output) : std::nullopt;
     if (!place)
-        return false;
+        return std::nullopt;
     const std::optional<Verdict> verdict = verdict_at(*place);
-    const bool holds = verdict && still_holds(*verdict, entry);
-    if (!holds)
-        put_aside(*place);
-    return holds;
+    if (verdict && still_holds(*verdict, entry))
+        return verdict->fate;
+    put_aside(*place);
+    return std::nullopt;
 }
 
 std::string Results::put(const Verdict& verdict) {

@@ -29,8 +29,8 @@ public:
     /// @param resume  goes on with what is there; needs a file
     /// @return what is wrong, as a sentence without a stop; empty if nothing is
     std::string open(bool resume);
-    /// Whether there is an earlier verdict on an entry that is still so.
-    bool still_hold(const Entry& entry);
+    /// What became of an entry, if there is an earlier verdict that still holds.
+    std::optional<Fate> fate_of(const Entry& entry);
 
     std::string put(const Verdict& verdict) override;
 

@@ -372,11 +372,8 @@ void Supervisor::mourn(WorkerProcess& worker, Job job) {
         return;
     }
     const int work = worker.mark().work;
-    Verdict verdict;
-    verdict.id = job.entry.id;
-    verdict.model = job.entry.options.model;
+    Verdict verdict = verdict_on(job.entry);
     verdict.tries = job.tries;
-    verdict.engine = engine_version();
     verdict.driver = worker.mark().driver;
     verdict.key = worker.mark().key;
     verdict.fate = Fate::over_limit;
@@ -401,13 +398,10 @@ void Supervisor::fail_next_job(const std::string& reason) {
     std::deque<Job>& jobs = again.empty() ? waiting : again;
     if (jobs.empty())
         return;
-    Verdict verdict;
-    verdict.id = jobs.front().entry.id;
-    verdict.model = jobs.front().entry.options.model;
+    Verdict verdict = verdict_on(jobs.front().entry);
     verdict.fate = Fate::driver;
     verdict.reason = reason;
     verdict.tries = jobs.front().tries + 1;
-    verdict.engine = engine_version();
     answer(jobs.front().entry, verdict);
     jobs.pop_front();
 }

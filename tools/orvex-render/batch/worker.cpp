@@ -226,6 +226,8 @@ MaybeFailure Worker::draw(const Entry& entry, Verdict& verdict) {
     for (std::string& file : painter.model().files())
         if (file != entry.options.model)
             verdict.files.push_back(std::move(file));
+    // What is no good now is tried again once any of its files has changed.
+    verdict.key = key_of(entry, verdict.files);
     return failure;
 }
 
@@ -241,7 +243,6 @@ void Worker::tell_of_files(const Entry& entry, Verdict& verdict) {
         verdict.outputs.clear();
         return;
     }
-    verdict.key = key_of(entry, verdict.files);
 }
 
 Verdict Worker::draw(const Entry& entry) {
@@ -250,9 +251,7 @@ Verdict Worker::draw(const Entry& entry) {
     WorkerMark& mark = setting.mark;
     mark.is_out_of_memory = false;
     mark.key[0] = '\0';
-    Verdict verdict;
-    verdict.id = entry.id;
-    verdict.model = entry.options.model;
+    Verdict verdict = verdict_on(entry);
     MaybeFailure failure;
     limits.begin();
     try {
@@ -274,7 +273,6 @@ Verdict Worker::draw(const Entry& entry) {
         remove_leavings(entry, since);
     else
         tell_of_files(entry, verdict);
-    verdict.engine = engine_version();
     verdict.driver = mark.driver;
     verdict.peak_bytes = limits.peak_bytes();
     verdict.seconds.total =
