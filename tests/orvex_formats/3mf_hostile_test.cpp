@@ -70,6 +70,22 @@ TEST(HostileThreeMf, has_components_a_hundred_thousand_deep) {
     EXPECT_EQ(draft.surfaces.size(), 1u);
 }
 
+TEST(HostileThreeMf, has_pictures_that_grow) {
+    std::string textures;
+    Zip package;
+    for (const char* id : {"1", "2", "3", "4"}) {
+        textures += std::string("<texture2d id=\"") + id + "\" path=\"" + id +
+                    "\"/><texture2dgroup id=\"1" + id + "\" texid=\"" + id + "\"/>";
+        package.add(id, std::string(10000000, '\0'));
+    }
+    const std::string model = model_of(textures + "<object id=\"9\">" + triangle_mesh + "</object>",
+                                       "<item objectid=\"9\"/>");
+    const std::string name = "3D/3dmodel.model"; // which no relation names
+    EXPECT_NE(cheap_refusal_of(read_3mf, Bytes(package.add(name, model).text()).bytes)
+                  .find("more than any picture"),
+              std::string::npos);
+}
+
 TEST(HostileThreeMf, is_a_bomb_of_xml) {
     EXPECT_NE(refusal("<!DOCTYPE m [<!ENTITY a \"aaaa\"><!ENTITY b \"&a;&a;\">]><model/>")
                   .find("definitions within the text aren't read"),

@@ -106,6 +106,47 @@ TEST(ThreeMf, has_colours_of_corners) {
     EXPECT_EQ(surface.positions.at(first[2]).y, 1.0f);
 }
 
+const std::string wood =
+    "<m:texture2d id=\"4\" path=\"/3D/Textures/wood.png\" contenttype=\"image/png\"/>"
+    "<m:texture2dgroup id=\"5\" texid=\"4\"><m:tex2coord u=\"0\" v=\"0\"/><m:tex2coord u=\"1\" "
+    "v=\"0\"/><m:tex2coord u=\"0.5\" v=\"0.75\"/></m:texture2dgroup>";
+
+TEST(ThreeMf, has_pictures_on_its_faces) {
+    const Draft draft =
+        read(package_of(model_of(wood + two("", "pid=\"5\" p1=\"0\" p2=\"1\" p3=\"2\"",
+                                            "pid=\"5\" p1=\"1\" p2=\"2\" p3=\"9\""),
+                                 "<item objectid=\"9\"/>"))
+                 .add("3D/Textures/wood.png", "png"));
+    ASSERT_EQ(draft.pictures.size(), 1u);
+    EXPECT_EQ(draft.pictures[0].bytes.size(), 3u);
+    ASSERT_EQ(draft.materials.size(), 1u);
+    EXPECT_EQ(draft.materials[0].textures, std::vector<std::string>{draft.pictures[0].name});
+    EXPECT_EQ(draft.materials[0].diffuse.x, 1.0f);
+    const Surface& surface = draft.surfaces.at(0);
+    EXPECT_EQ(surface.triangle_materials, (std::vector<std::uint32_t>{0, 0}));
+    EXPECT_TRUE(surface.colors.empty());
+    EXPECT_EQ(surface.positions.size(), 5u) << "one corner is the same on both";
+    EXPECT_EQ(surface.uvs[0].at(surface.triangles.at(0)[2]).x, 0.5f);
+    EXPECT_EQ(surface.uvs[0].at(surface.triangles.at(0)[2]).y, 0.75f);
+    EXPECT_EQ(surface.uvs[0].at(surface.triangles.at(1)[2]).y, 0.0f) << "beyond the list";
+    EXPECT_TRUE(draft.notes.empty());
+}
+
+TEST(ThreeMf, keeps_a_picture_once_and_misses_one_with_a_note) {
+    const std::string other = "<m:texture2dgroup id=\"6\" texid=\"4\"><m:tex2coord u=\"0\" "
+                              "v=\"0\"/></m:texture2dgroup>";
+    const Zip package = package_of(model_of(wood + other + tile, item));
+    EXPECT_EQ(read(Zip(package).add("3d/textures/Wood.png", "png")).pictures.size(), 1u);
+    const Draft draft = read(package);
+    EXPECT_TRUE(draft.pictures.empty());
+    ASSERT_EQ(draft.notes.size(), 1u);
+    EXPECT_EQ(draft.notes[0],
+              "a picture that the package doesn't have was left out: 3D/Textures/wood.png");
+    EXPECT_NE(refusal(package_of(model_of("<m:texture2dgroup id=\"6\" texid=\"7\"/>" + tile, item)))
+                  .find("a picture that the part doesn't have"),
+              std::string::npos);
+}
+
 TEST(ThreeMf, reads_objects_of_other_parts) {
     const Draft draft = read(
         package_of(model_of("<object id=\"1\"><components><component objectid=\"1\" "
@@ -122,12 +163,12 @@ TEST(ThreeMf, reads_objects_of_other_parts) {
 
 TEST(ThreeMf, notes_its_unit_and_what_is_left_out) {
     const Draft draft = read(package_of(
-        "<model unit=\"inch\"><resources><m:texture2dgroup id=\"3\" texid=\"4\"><m:tex2coord "
-        "u=\"0\" v=\"0\"/></m:texture2dgroup><m:texture2dgroup id=\"6\"/>" +
+        "<model unit=\"inch\"><resources><m:multiproperties id=\"3\" pids=\"4\"><m:multi "
+        "pindices=\"0\"/></m:multiproperties><m:multiproperties id=\"6\" pids=\"4\"/>" +
         tile + "</resources><build>" + item + "</build></model>"));
     ASSERT_EQ(draft.notes.size(), 2u);
     EXPECT_EQ(draft.notes[0], "numbers are as the file has them; its unit is the inch");
-    EXPECT_EQ(draft.notes[1], "elements that aren't read were left out: texture2dgroup");
+    EXPECT_EQ(draft.notes[1], "elements that aren't read were left out: multiproperties");
 }
 
 TEST(ThreeMf, with_a_mistake_is_refused) {

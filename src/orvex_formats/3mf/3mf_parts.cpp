@@ -34,7 +34,8 @@ class PackageReader {
 public:
     explicit PackageReader(const InputFile& file)
         : archive(file)
-        , text_left(most_text(file.size())) {}
+        , text_left(most_text(file.size()))
+        , picture_left(most_inflated(file.size())) {}
 
     Package3mf read() {
         add_part(find_root());
@@ -88,6 +89,7 @@ private:
         const std::string path = paths[number], text = read_text(path);
         part = number;
         package.groups.emplace_back();
+        pictures.clear();
         XmlReader xml(text, path);
         for (auto step = xml.next(); step != XmlReader::Step::done; step = xml.next())
             if (step == XmlReader::Step::begin)
@@ -106,8 +108,11 @@ private:
             read_colors(xml);
         else if (name == "item" && part == 0)
             package.items.push_back(use_of(xml));
-        else if (name == "texture2dgroup" || name == "compositematerials" ||
-                 name == "multiproperties")
+        else if (name == "texture2d")
+            pictures[xml.number<std::uint32_t>("id")] = without_slash(xml.text("path"));
+        else if (name == "texture2dgroup")
+            read_places(xml);
+        else if (name == "compositematerials" || name == "multiproperties")
             leave_out(name, xml);
     }
 
@@ -253,13 +258,64 @@ private:
         package.groups[part].emplace(id, std::move(group));
     }
 
+    // --- Pictures
+
+    /// Places on a picture are a material of their own.
+    void read_places(XmlReader& xml) {
+        if (package.materials.size() >= most_materials)
+            xml.refuse_here("more materials than any that are read");
+        Group3mf group;
+        group.first_material = package.materials.size();
+        group.num_materials = 1;
+        const auto id = xml.number<std::uint32_t>("id");
+        const auto picture = pictures.find(xml.number<std::uint32_t>("texid"));
+        if (picture == pictures.end())
+            xml.refuse_here("a picture that the part doesn't have");
+        SurfaceMaterial material;
+        material.name = picture->second;
+        material.diffuse = vec4(1.0f, 1.0f, 1.0f, 1.0f);
+        if (has_picture(picture->second))
+            material.textures.push_back(picture->second);
+        package.materials.push_back(std::move(material));
+        while (xml.next() == XmlReader::Step::begin || xml.name() != "texture2dgroup")
+            if (xml.is_at_begin() && xml.name() == "tex2coord") {
+                vec2 uv;
+                group.uvs.push_back(uv.set(xml.number<float>("u"), xml.number<float>("v")));
+            }
+        package.groups[part].emplace(id, std::move(group));
+    }
+
+    /// Reads a picture, once. @return whether the package has it
+    bool has_picture(const std::string& path) {
+        const auto [known, is_new] = known_pictures.emplace(path, false);
+        if (is_new)
+            known->second = read_picture(path);
+        return known->second;
+    }
+
+    bool read_picture(const std::string& path) {
+        const ZipArchive::Entry* const entry = archive.find(path);
+        if (!entry || entry->size == 0) {
+            note("a picture that the package doesn't have was left out: " + in_words(path));
+            return false;
+        }
+        if (entry->size > picture_left)
+            refuse("%s grows beyond %llu bytes, more than any picture", in_words(path).c_str(),
+                   static_cast<unsigned long long>(picture_left));
+        picture_left -= entry->size;
+        package.pictures.push_back({path, archive.read(*entry)});
+        return true;
+    }
+
     ZipArchive archive;
-    std::uint64_t text_left;
+    std::uint64_t text_left, picture_left;
     Package3mf package;
     std::map<std::string, std::size_t> parts;
     std::vector<std::string> paths;                                       ///< of the parts
     std::map<std::pair<std::size_t, std::uint32_t>, std::size_t> objects; ///< by part and id
     std::size_t part = 0;                                                 ///< that is being read
+    std::map<std::uint32_t, std::string> pictures; ///< of that part: paths by their ids
+    std::map<std::string, bool> known_pictures;    ///< by path: whether there is one
 };
 
 } // namespace

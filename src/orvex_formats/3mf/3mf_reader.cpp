@@ -27,11 +27,21 @@ const Group3mf* group_of(const Package3mf& package, const Object3mf& object, con
     return found == groups.end() ? nullptr : &found->second;
 }
 
-bool has_colors(const Package3mf& package, const Object3mf& object) {
-    return std::any_of(object.looks.begin(), object.looks.end(), [&](const Look3mf& look) {
-        const Group3mf* const group = group_of(package, object, look);
-        return group && !group->colors.empty();
-    });
+/// What the corners of an object have, beside their places.
+struct CornerKinds {
+    bool has_colors = false, has_uvs = false;
+
+    bool is_any() const { return has_colors || has_uvs; }
+};
+
+CornerKinds kinds_of(const Package3mf& package, const Object3mf& object) {
+    CornerKinds kinds;
+    for (const Look3mf& look : object.looks)
+        if (const Group3mf* const group = group_of(package, object, look)) {
+            kinds.has_colors = kinds.has_colors || !group->colors.empty();
+            kinds.has_uvs = kinds.has_uvs || !group->uvs.empty();
+        }
+    return kinds;
 }
 
 /// First one placement, then the other.
@@ -92,7 +102,7 @@ private:
     std::uint64_t own_cost(const Object3mf& object) const {
         const std::uint64_t triangles = object.triangles.size();
         const std::uint64_t vertices =
-            has_colors(package, object) ? 3 * triangles : object.positions.size();
+            kinds_of(package, object).is_any() ? 3 * triangles : object.positions.size();
         const std::uint64_t of_itself = triangles == 0 ? sizeof(Placement3mf) : size_of_node;
         return of_itself + 112 * vertices + 32 * triangles;
     }
@@ -131,11 +141,28 @@ private:
     std::vector<State> states;
 };
 
-/// A vertex in one of its colours.
+/// A vertex in one of its colours, and at one of its places on a picture.
 struct Corner {
     std::uint32_t vertex;
-    float red, green, blue, alpha;
+    float red = 1.0f, green = 1.0f, blue = 1.0f, alpha = 1.0f;
+    float u = 0.0f, v = 0.0f;
 };
+
+Corner corner_of(const Group3mf* group, std::uint32_t entry, std::uint32_t vertex) {
+    Corner corner{vertex};
+    if (group && entry < group->colors.size()) {
+        const vec4& color = group->colors[entry];
+        corner.red = color.x;
+        corner.green = color.y;
+        corner.blue = color.z;
+        corner.alpha = color.w;
+    }
+    if (group && entry < group->uvs.size()) {
+        corner.u = group->uvs[entry].x;
+        corner.v = group->uvs[entry].y;
+    }
+    return corner;
+}
 
 class Placer {
 public:
@@ -165,7 +192,7 @@ private:
             surface.positions.push_back(placed(place, by));
         surface.triangles = object.triangles;
         add_materials(object, surface);
-        add_colors(object, surface);
+        part_corners(object, surface);
         if (is_mirror(by))
             for (Triangle& triangle : surface.triangles)
                 std::swap(triangle[1], triangle[2]);
@@ -176,36 +203,39 @@ private:
         for (std::size_t i = 0; i < object.looks.size(); ++i) {
             const Look3mf& look = object.looks[i];
             const Group3mf* const group = group_of(package, object, look);
-            if (!group || look.entries[0] >= group->num_materials)
+            const std::uint32_t entry = !group || !group->uvs.empty() ? 0 : look.entries[0];
+            if (!group || entry >= group->num_materials)
                 continue;
             if (surface.triangle_materials.empty())
                 surface.triangle_materials.resize(surface.triangles.size(), no_material);
             surface.triangle_materials[i] =
-                static_cast<std::uint32_t>(group->first_material + look.entries[0]);
+                static_cast<std::uint32_t>(group->first_material + entry);
         }
     }
 
-    /// Vertices at which colours meet become several.
-    void add_colors(const Object3mf& object, Surface& surface) const {
-        if (!has_colors(package, object))
+    /// Vertices at which colours, or pieces of a picture, meet become several.
+    void part_corners(const Object3mf& object, Surface& surface) const {
+        const CornerKinds kinds = kinds_of(package, object);
+        if (!kinds.is_any())
             return;
         VertexJoiner<Corner> corners;
         for (std::size_t i = 0; i < surface.triangles.size(); ++i) {
-            const Group3mf* const group = group_of(package, object, object.looks[i]);
+            const Look3mf& look = object.looks[i];
+            const Group3mf* const group = group_of(package, object, look);
             for (std::size_t corner = 0; corner < 3; ++corner) {
-                const std::uint32_t entry = object.looks[i].entries[corner];
-                const vec4 color = group && entry < group->colors.size()
-                                       ? group->colors[entry]
-                                       : vec4(1.0f, 1.0f, 1.0f, 1.0f);
                 std::uint32_t& vertex = surface.triangles[i][corner];
                 bool is_new = false;
-                vertex = corners.add({vertex, color.x, color.y, color.z, color.w}, is_new);
+                vertex = corners.add(corner_of(group, look.entries[corner], vertex), is_new);
             }
         }
         const std::vector<vec3> places = std::exchange(surface.positions, {});
         for (const Corner& corner : corners.all()) {
             surface.positions.push_back(places[corner.vertex]);
-            surface.colors.emplace_back(corner.red, corner.green, corner.blue, corner.alpha);
+            if (kinds.has_colors)
+                surface.colors.emplace_back(corner.red, corner.green, corner.blue, corner.alpha);
+            vec2 uv;
+            if (kinds.has_uvs)
+                surface.uvs[0].push_back(uv.set(corner.u, corner.v));
         }
     }
 
@@ -225,6 +255,7 @@ Draft read_3mf(const InputFile& file) {
     if (draft.surfaces.empty())
         refuse("the file builds no mesh");
     draft.materials = std::move(package.materials);
+    draft.pictures = std::move(package.pictures);
     draft.notes = std::move(package.notes);
     return draft;
 }

@@ -26,11 +26,12 @@ struct Use3mf {
     Placement3mf placement = nowhere_else;
 };
 
-/// Materials, or colours of corners.
+/// Materials, or else colours of corners, or else their places on a picture.
 struct Group3mf {
     std::size_t first_material = 0;
     std::uint32_t num_materials = 0;
-    std::vector<vec4> colors; ///< empty: materials
+    std::vector<vec4> colors;
+    std::vector<vec2> uvs; ///< v upward; all faces have the first material then
 };
 
 /// What a triangle, or a whole object, looks like.
@@ -54,6 +55,7 @@ struct Package3mf {
     std::vector<std::map<std::uint32_t, Group3mf>> groups; ///< by parts, and by their ids
     std::vector<Use3mf> items;
     std::vector<SurfaceMaterial> materials;
+    std::vector<Picture> pictures;
     std::vector<std::string> notes;
 };
 

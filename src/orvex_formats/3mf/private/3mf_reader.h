@@ -9,8 +9,8 @@
 namespace orvex::formats {
 
 /// Reads what the file builds: each mesh where its item puts it, over components of any depth, with
-/// base materials and groups of colours. Objects of further parts of the package are read too.
-/// Numbers stay as they are, whatever the unit; z is up.
+/// base materials, groups of colours and pictures. Objects of further parts of the package are read
+/// too. Numbers stay as they are, whatever the unit; z is up.
 /// @throw Refusal
 Draft read_3mf(const InputFile& file);
 
