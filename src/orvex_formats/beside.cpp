@@ -5,6 +5,9 @@
 #include <cstdlib>
 #include <cstring>
 #include <memory>
+#include <utility>
+
+#include "orvex_formats/private/archived_files.h"
 
 namespace orvex::formats {
 
@@ -66,6 +69,35 @@ Beside find_beside(const std::string& model, std::string_view name) {
     if (real.compare(0, root.size(), root) != 0)
         return {"", "a link leads out of the model's folder, where nothing is read"};
     return {std::move(path), ""};
+}
+
+Beside find_beside(const InputFile& model, std::string_view name) {
+    if (!model.archive())
+        return find_beside(model.path(), name);
+    if (const char* const mistake = mistake_in(name))
+        return {"", mistake};
+    std::string found = model.archive()->find(name);
+    const bool is_missing = found.empty();
+    return {std::move(found), is_missing ? "the archive doesn't have it" : "", is_missing};
+}
+
+InputFile open_beside(const InputFile& model, const std::string& path) {
+    return model.archive() ? InputFile(model.archive()->read(path), path) : InputFile(path);
+}
+
+std::vector<std::string> steps_of(std::string path) {
+    std::replace(path.begin(), path.end(), '\\', '/');
+    if (path.size() > 1 && path[1] == ':')
+        path.erase(0, 2);
+    std::vector<std::string> steps;
+    for (std::size_t first = 0; first < path.size();) {
+        const std::size_t end = std::min(path.find('/', first), path.size());
+        std::string step = path.substr(first, end - first);
+        if (!step.empty() && step != "." && step != "..")
+            steps.push_back(std::move(step));
+        first = end + 1;
+    }
+    return steps;
 }
 
 bool unescape_uri(std::string_view uri, std::string& name) {

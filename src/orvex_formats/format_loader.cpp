@@ -4,11 +4,13 @@
 #include <cstdint>
 #include <exception>
 #include <new>
+#include <set>
 #include <string>
 #include <utility>
 
 #include <orvex/assets/models/load_undo.h>
 
+#include "orvex_formats/private/archived_files.h"
 #include "orvex_formats/private/build_model.h"
 #include "orvex_formats/private/model_file.h"
 #include "orvex_formats/private/refusal.h"
@@ -88,6 +90,29 @@ bool FormatLoader::load_from_file(Model* model, const char* filename) {
     return false;
 }
 
+namespace {
+
+/// Makes the pictures that lie in a model's archive parts of the draft. What isn't there is a file
+/// as any other.
+void embed_pictures(ArchivedFiles& archive, Draft& draft) {
+    std::set<std::string> known;
+    for (const Picture& picture : draft.pictures)
+        known.insert(picture.name);
+    for (const SurfaceMaterial& material : draft.materials)
+        for (const std::string& name : material.textures) {
+            const std::string found = archive.find(name);
+            if (found.empty() || !known.insert(name).second)
+                continue;
+            try {
+                draft.pictures.push_back({name, archive.read(found)});
+            } catch (const Refusal& refusal) {
+                draft.notes.emplace_back(refusal.what());
+            }
+        }
+}
+
+} // namespace
+
 Draft FormatLoader::read(const InputFile& file) const {
     if (reader)
         return reader(file);
@@ -99,6 +124,11 @@ void FormatLoader::load(Model& model, const std::string& path) {
     const ModelFile opened = open_model_file(path, get_loader_name());
     Draft draft = read(opened.file);
     check_size(draft, opened.stored_size);
+    if (ArchivedFiles* const archive = opened.file.archive()) {
+        embed_pictures(*archive, draft);
+        if (const std::size_t count = archive->num_left_out(); count > 0)
+            add_note("the other files of the archive were left out: %zu", count);
+    }
     for (const std::string& note : opened.notes)
         add_note("%s", note.c_str());
     for (const std::string& note : draft.notes)

@@ -44,6 +44,13 @@ InputFile::InputFile(std::vector<unsigned char> bytes, std::string path)
     , memory(std::move(bytes))
     , num_bytes(memory.size()) {}
 
+InputFile::InputFile(InputFile&& other) noexcept
+    : name(std::move(other.name))
+    , memory(std::move(other.memory))
+    , descriptor(std::exchange(other.descriptor, -1))
+    , num_bytes(std::exchange(other.num_bytes, 0))
+    , around(std::move(other.around)) {}
+
 InputFile::~InputFile() {
     if (descriptor >= 0)
         close(descriptor);

@@ -1,9 +1,11 @@
 #include "orvex_formats/private/model_file.h"
 
 #include <array>
+#include <memory>
 #include <utility>
 
 #include "orvex_formats/private/archive.h"
+#include "orvex_formats/private/archived_files.h"
 #include "orvex_formats/private/refusal.h"
 
 namespace orvex::formats {
@@ -60,15 +62,9 @@ ModelFile open_gzip(const InputFile& packed, const std::string& format) {
 
 // --- zip
 
-/// What is no file of the user's: folders, and what some systems add for themselves.
-bool is_passed_over(const std::string& name) {
-    const std::string last = name.substr(name.rfind('/') + 1);
-    return last.empty() || last[0] == '.' || name.rfind("__MACOSX/", 0) == 0;
-}
-
 struct Content {
     const ZipArchive::Entry* model = nullptr;
-    std::size_t num_models = 0, num_others = 0;
+    std::size_t num_models = 0;
     bool is_package = false; ///< a model itself, of several parts
 };
 
@@ -76,46 +72,41 @@ Content content_of(const ZipArchive& archive) {
     Content content;
     content.is_package = archive.find("[Content_Types].xml") != nullptr;
     for (const ZipArchive::Entry& entry : archive.entries()) {
-        if (is_passed_over(entry.name))
+        if (is_passed_over(entry.name) || format_of(entry.name).empty())
             continue;
-        if (format_of(entry.name).empty())
-            ++content.num_others;
-        else {
-            content.model = &entry;
-            ++content.num_models;
-        }
+        content.model = &entry;
+        ++content.num_models;
     }
     return content;
 }
 
-ModelFile open_zip(const InputFile& packed, const std::string& path, const std::string& format) {
-    const ZipArchive archive(packed);
-    const Content content = content_of(archive);
-    if (content.is_package)
-        return {InputFile(path), packed.size(), {}};
+ModelFile open_zip(InputFile&& packed, const std::string& format) {
+    const std::string path = packed.path();
+    const auto files = std::make_shared<ArchivedFiles>(std::move(packed));
+    const Content content = content_of(files->archive());
     if (content.num_models == 0)
         refuse_format("an archive without a model");
     if (content.num_models > 1)
         refuse("an archive of %zu models; such of one are read", content.num_models);
     const std::string& name = content.model->name;
     check_format(name, format);
-    std::vector<std::string> notes;
-    if (content.num_others > 0)
-        notes.push_back("the other files of the archive were left out: " +
-                        std::to_string(content.num_others));
-    const std::string inner = folder_of(path) + name.substr(name.rfind('/') + 1);
-    return {InputFile(archive.read(*content.model), inner), packed.size(), std::move(notes)};
+    InputFile model(files->archive().read(*content.model),
+                    folder_of(path) + name.substr(name.rfind('/') + 1));
+    files->set_model(*content.model);
+    model.set_archive(files);
+    return {std::move(model), files->stored_size(), {}};
 }
 
 } // namespace
 
 ModelFile open_model_file(const std::string& path, const std::string& format) {
-    const InputFile packed(path);
+    InputFile packed(path);
     if (is_gzip(packed))
         return open_gzip(packed, format);
-    if (is_zip(packed))
-        return open_zip(packed, path, format);
-    return {InputFile(path), packed.size(), {}};
+    if (is_zip(packed) && !content_of(ZipArchive(packed)).is_package)
+        return open_zip(std::move(packed), format);
+    const std::uint64_t size = packed.size();
+    return {std::move(packed), size, {}};
 }
 
 } // namespace orvex::formats

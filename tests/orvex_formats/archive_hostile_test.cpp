@@ -7,6 +7,7 @@
 
 #include <gtest/gtest.h>
 
+#include "orvex_formats/private/archived_files.h"
 #include "tests/orvex_formats/archives.h"
 #include "tests/orvex_formats/costs.h"
 #include "tests/orvex_formats/mutants.h"
@@ -48,6 +49,23 @@ TEST(HostileArchive, of_zip_grows_a_thousandfold_whatever_it_says) {
     EXPECT_NE(cheap_refusal_of(inflate_zip, Bytes(Zip().add(file).text()).bytes)
                   .find("grows beyond 10 bytes"),
               std::string::npos);
+}
+
+Draft read_all_beside(const InputFile& file) {
+    std::vector<unsigned char> bytes(static_cast<std::size_t>(file.size()));
+    file.read(0, bytes.data(), bytes.size());
+    ArchivedFiles files{InputFile(std::move(bytes))};
+    for (const ZipArchive::Entry& entry : files.archive().entries())
+        files.read(files.find(entry.name));
+    return {};
+}
+
+TEST(HostileArchive, of_zip_grows_by_many_files_that_a_model_names) {
+    Zip zip;
+    for (const char* name : {"a.mtl", "b.mtl", "c.mtl", "d.mtl"})
+        zip.add(name, std::string(10000000, ' '));
+    const std::string reason = cheap_refusal_of(read_all_beside, Bytes(zip.text()).bytes);
+    EXPECT_NE(reason.find("the files of the archive grow beyond"), std::string::npos) << reason;
 }
 
 TEST(HostileArchive, of_many_small_members_takes_its_time_in_proportion) {

@@ -25,11 +25,12 @@ struct Opened {
         : tree(file.text("")) {
         parts.has_bytes = true;
         parts.bytes = file.bytes;
-        buffers.emplace(tree.root(), parts, "", budget);
+        buffers.emplace(tree.root(), parts, none, budget);
         accessors.emplace(tree.root(), *buffers, budget);
     }
 
     JsonTree tree;
+    const InputFile none{std::vector<unsigned char>()};
     GltfParts parts;
     GltfBudget budget;
     std::optional<GltfBuffers> buffers;
@@ -276,7 +277,8 @@ std::string mistake_of_packed(const std::vector<unsigned char>& bytes, const std
         parts.has_bytes = true;
         parts.bytes = file.bytes;
         GltfBudget budget;
-        GltfBuffers opened(tree.root(), parts, "", budget);
+        const InputFile none{std::vector<unsigned char>()};
+        GltfBuffers opened(tree.root(), parts, none, budget);
         GltfAccessors accessors(tree.root(), opened, budget);
         const Floats found = accessors.floats(0);
         if (floats)

@@ -1,11 +1,14 @@
 // A host without the kit: a format's plugin is loaded, reads, is unloaded and loaded again.
 
+#include <fstream>
+#include <iterator>
 #include <stdexcept>
 #include <string>
 
 #include <dlfcn.h>
 #include <gtest/gtest.h>
 
+#include <orvex/assets/materials/material.h>
 #include <orvex/base/loader_3d.h>
 #include <orvex/base/plugin_mgr.h>
 #include <orvex/geometry/mesh/mesh.h>
@@ -16,6 +19,8 @@
 
 #include "orvex_formats/private/format_loader.h"
 #include "tests/orvex_formats/archives.h"
+#include "tests/orvex_formats/gltf_file.h"
+#include "tests/support/picture.h"
 #include "tests/support/temp_dir.h"
 
 namespace orvex_test {
@@ -36,6 +41,13 @@ protected:
         Plugin* const plugin = Kernel::get()->load_plugin(
             (ORVEX_PLUGIN_FOLDER "/" + name + ".so").c_str(), true, false);
         return dynamic_cast<Loader3D*>(plugin);
+    }
+
+    std::string png_of_one_pixel() const {
+        const std::string path = folder.file("pixel.png");
+        EXPECT_TRUE(write_png(path, orvex_test::Picture(1, 1)));
+        std::ifstream file(path, std::ios::binary);
+        return {std::istreambuf_iterator<char>(file), {}};
     }
 
     TempDir folder;
@@ -100,6 +112,69 @@ TEST_F(FormatPluginTest, reads_compressed_files) {
     }
     ASSERT_EQ(loader->get_num_notes(), 1u);
     EXPECT_STREQ(loader->get_note(0), "the other files of the archive were left out: 1");
+}
+
+TEST_F(FormatPluginTest, reads_what_lies_beside_a_model_in_its_archive) {
+    const std::string picture = png_of_one_pixel();
+    struct Row {
+        const char* plugin;
+        const char* name;
+        std::string archive;
+        std::size_t num_left_out;
+    };
+    GltfFile file = triangle();
+    file.rest += ",'materials':[{'pbrMetallicRoughness':{'baseColorTexture':{'index':0}}}],"
+                 "'textures':[{'source':0}],'images':[{'uri':'pictures/wood.png'}]";
+    file.rest.insert(file.rest.find("'attributes'"), "'material':0,");
+    const std::string bytes(file.bytes.begin(), file.bytes.end());
+    const Row rows[] = {
+        {"orvex_obj", "tile.obj",
+         Zip()
+             .add("a/tile.obj", "mtllib B/Tile.MTL\nv 0 0 0\nv 1 0 0\nv 0 1 0\nusemtl w\nf 1 2 3\n")
+             .add("a/tile.mtl", "newmtl w\nKd 0.5 0 0\nmap_Kd -s 1 1 1 C:\\x\\Pictures\\WOOD.png\n")
+             .add("a/pictures/wood.png", picture)
+             .add("readme.txt", "?")
+             .text(),
+         1},
+        {"orvex_gltf", "tile.gltf",
+         Zip()
+             .add("tile.gltf", file.text("tile%20data.bin"))
+             .add("tile data.bin", bytes)
+             .add("pictures/wood.png", picture)
+             .text(),
+         0},
+    };
+    for (const Row& row : rows) {
+        Loader3D* const loader = load(row.plugin);
+        ASSERT_NE(loader, nullptr);
+        loader->set_model_dir((folder.path() + "/").c_str());
+        folder.write("tile.zip", row.archive);
+        Model* const model = new Model;
+        ASSERT_TRUE(loader->load_from_file(model, "tile.zip")) << loader->get_failure_reason();
+        ASSERT_EQ(model->get_num_materials(), 1u) << row.name;
+        const Material& material = *model->get_material_by_index(0);
+        ASSERT_EQ(material.get_num_textures(), 1u) << row.name << ": a part of the model";
+        EXPECT_EQ(loader->get_num_files(), 0u) << "none on the disk";
+        EXPECT_EQ(loader->get_num_notes(), row.num_left_out) << loader->get_note(0);
+        model->kill(nullptr, nullptr);
+    }
+}
+
+TEST_F(FormatPluginTest, misses_what_its_archive_does_not_have) {
+    Loader3D* const loader = load("orvex_gltf");
+    ASSERT_NE(loader, nullptr);
+    loader->set_model_dir((folder.path() + "/").c_str());
+    const GltfFile file = triangle();
+    folder.write("tile.bin", std::string(file.bytes.begin(), file.bytes.end()));
+    Model* const model = new Model;
+    for (const char* uri : {"tile.bin", "../tile.bin", "/etc/passwd", "http://a/b"}) {
+        folder.write("tile.zip",
+                     Zip().add("a/tile.gltf", file.text(uri)).add("tile.bin", "?").text());
+        EXPECT_FALSE(loader->load_from_file(model, "tile.zip"));
+        EXPECT_EQ(std::string(loader->get_failure_reason()).find("buffers[0].uri: \""), 0u)
+            << loader->get_failure_reason();
+    }
+    model->kill(nullptr, nullptr);
 }
 
 TEST_F(FormatPluginTest, makes_no_huge_model_of_a_small_file) {

@@ -10,9 +10,9 @@
 
 namespace orvex::formats {
 
-GltfBuffers::GltfBuffers(const Json& json, GltfParts& parts, const std::string& path,
+GltfBuffers::GltfBuffers(const Json& json, GltfParts& parts, const InputFile& file,
                          GltfBudget& budget)
-    : path(path)
+    : file(file)
     , budget(budget) {
     const Json told_buffers = json.list("buffers"), told_views = json.list("bufferViews");
     for (std::size_t i = 0; i < told_buffers.size(); ++i)
@@ -142,16 +142,16 @@ const std::vector<unsigned char>& GltfBuffers::read_file(const Json& uri) {
     std::string name;
     if (!unescape_uri(uri.text(), name))
         uri.refuse("a percent sign without two digits");
-    const Beside beside = find_beside(path, name);
+    const Beside beside = find_beside(file, name);
     if (!beside.mistake.empty())
         uri.refuse("\"" + in_words(name) + "\": " + beside.mistake);
     const auto known = read_files.find(beside.path);
     if (known != read_files.end())
         return known->second;
     try {
-        const InputFile file(beside.path);
-        std::vector<unsigned char> bytes(static_cast<std::size_t>(file.size()));
-        file.read(0, bytes.data(), bytes.size());
+        const InputFile opened = open_beside(file, beside.path);
+        std::vector<unsigned char> bytes(static_cast<std::size_t>(opened.size()));
+        opened.read(0, bytes.data(), bytes.size());
         budget.add_source(bytes.size());
         return read_files.emplace(beside.path, std::move(bytes)).first->second;
     } catch (const Refusal& refusal) {
@@ -161,6 +161,8 @@ const std::vector<unsigned char>& GltfBuffers::read_file(const Json& uri) {
 
 std::vector<std::string> GltfBuffers::files() const {
     std::vector<std::string> paths;
+    if (file.archive())
+        return paths; // none of them lies on the disk
     for (const auto& [file, bytes] : read_files)
         paths.push_back(file);
     return paths;

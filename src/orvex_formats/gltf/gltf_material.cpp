@@ -150,11 +150,11 @@ void list_textures(SurfaceMaterial& material, GltfTextures& textures) {
 
 // ------------------------------------------------------------------------------------ materials
 
-GltfMaterials::GltfMaterials(const Json& json, const std::string& path, GltfBuffers& buffers,
+GltfMaterials::GltfMaterials(const Json& json, const InputFile& file, GltfBuffers& buffers,
                              GltfBudget& budget, GltfNotes& notes, Draft& draft)
     : notes(notes)
     , draft(draft)
-    , textures(json, path, buffers, budget, notes, draft) {
+    , textures(json, file, buffers, budget, notes, draft) {
     const Json told = json.list("materials");
     if (told)
         budget.take(told.size(), cost_of_material, told);

@@ -103,9 +103,9 @@ Draft read_gltf_at(const InputFile& file, std::optional<float> time) {
 
     GltfBudget budget;
     budget.add_source(file.size());
-    GltfBuffers buffers(root, parts, file.path(), budget);
+    GltfBuffers buffers(root, parts, file, budget);
     GltfAccessors accessors(root, buffers, budget);
-    GltfMaterials materials(root, file.path(), buffers, budget, notes, draft);
+    GltfMaterials materials(root, file, buffers, budget, notes, draft);
     GltfMeshes meshes(root, accessors, materials, budget, notes, draft);
     GltfCameras cameras(root, budget, notes, draft);
     GltfNodes(root, time, accessors, budget, notes).add_scene(meshes, cameras);

@@ -8,9 +8,9 @@
 
 namespace orvex::formats {
 
-GltfTextures::GltfTextures(const Json& json, const std::string& path, GltfBuffers& buffers,
+GltfTextures::GltfTextures(const Json& json, const InputFile& file, GltfBuffers& buffers,
                            GltfBudget& budget, GltfNotes& notes, Draft& draft)
-    : path(path)
+    : file(file)
     , buffers(buffers)
     , budget(budget)
     , notes(notes)
@@ -135,7 +135,7 @@ void GltfTextures::name_file(Image& image, const Json& uri) {
         return;
     }
     // A file that isn't there is told of by those who look for it.
-    const Beside beside = find_beside(path, name);
+    const Beside beside = find_beside(file, name);
     if (!beside.mistake.empty() && !beside.is_missing) {
         notes.add(uri, "the picture \"" + in_words(name) + "\" was left out: " + beside.mistake);
         return;

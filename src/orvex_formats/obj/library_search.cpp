@@ -7,6 +7,7 @@
 #include <sys/stat.h>
 
 #include "orvex_formats/obj/private/map_options.h"
+#include "orvex_formats/private/archived_files.h"
 #include "orvex_formats/private/beside.h"
 #include "orvex_formats/private/words.h"
 
@@ -28,10 +29,6 @@ bool is_there(const std::string& path) {
     return stat(path.c_str(), &status) == 0;
 }
 
-char small(char letter) {
-    return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
-}
-
 /// How a folder calls what has a name in other letters; of several the first by its bytes.
 std::string name_in_any_case(const std::string& folder, const std::string& name) {
     std::string found;
@@ -39,28 +36,11 @@ std::string name_in_any_case(const std::string& folder, const std::string& name)
     while (const dirent* const entry = open ? readdir(open.get()) : nullptr) {
         const std::string_view known = entry->d_name;
         if (std::equal(known.begin(), known.end(), name.begin(), name.end(),
-                       [](char a, char b) { return small(a) == small(b); }) &&
+                       [](char a, char b) { return small_letter(a) == small_letter(b); }) &&
             (found.empty() || known < found))
             found = known;
     }
     return found;
-}
-
-/// The names between the slashes of a path, without those that lead nowhere or up, and without a
-/// drive.
-std::vector<std::string> steps_of(std::string path) {
-    std::replace(path.begin(), path.end(), '\\', '/');
-    if (path.size() > 1 && path[1] == ':')
-        path.erase(0, 2);
-    std::vector<std::string> steps;
-    for (std::size_t first = 0; first < path.size();) {
-        const std::size_t end = std::min(path.find('/', first), path.size());
-        std::string step = path.substr(first, end - first);
-        if (!step.empty() && step != "." && step != "..")
-            steps.push_back(std::move(step));
-        first = end + 1;
-    }
-    return steps;
 }
 
 /// The file of names from a folder on.
@@ -83,8 +63,11 @@ std::string below(const std::string& folder, const std::vector<std::string>& ste
 
 } // namespace
 
-std::string find_library(const std::string& model, std::string_view name) {
+std::string find_library(const InputFile& file, std::string_view name) {
     constexpr std::size_t longest_path = 4096, most_steps = 16;
+    if (file.archive())
+        return file.archive()->find(name);
+    const std::string& model = file.path();
     if (model.empty() || name.size() > longest_path || name.find('\0') != name.npos)
         return "";
     const std::string folder = model.substr(0, model.rfind('/') + 1);
@@ -109,7 +92,7 @@ std::size_t end_of_word(std::string_view text, std::size_t begin) {
 
 } // namespace
 
-std::vector<std::string> library_names(const std::string& model, std::string_view rest) {
+std::vector<std::string> library_names(const InputFile& model, std::string_view rest) {
     constexpr std::size_t most_words = 8;  ///< of one name
     constexpr std::size_t most_names = 64; ///< each costs a few looks at the disk
     std::vector<std::string> names;

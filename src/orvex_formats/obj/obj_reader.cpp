@@ -13,6 +13,7 @@
 #include "orvex_formats/obj/private/map_options.h"
 #include "orvex_formats/obj/private/obj_model.h"
 #include "orvex_formats/obj/private/text_encoding.h"
+#include "orvex_formats/private/beside.h"
 #include "orvex_formats/private/refusal.h"
 #include "orvex_formats/private/words.h"
 
@@ -61,12 +62,13 @@ void expect_obj(const InputFile& file, std::uint64_t begin, const std::string& p
 
 class ObjReader {
 public:
-    explicit ObjReader(std::string path)
-        : path(std::move(path)) {}
+    /// @param model  whose folder or archive has what the file names
+    explicit ObjReader(const InputFile& model)
+        : model(model) {}
 
     Draft read(const InputFile& file, const ObjCutting& cutting) {
         const std::uint64_t begin = begin_of_text(file);
-        expect_obj(file, begin, path);
+        expect_obj(file, begin, model.path());
         blocks = read_obj_blocks(file, begin, cutting);
         find_bases();
         merge_lists();
@@ -78,6 +80,8 @@ public:
         expect_something();
         drop_unused_materials();
         draft.notes = notes.take();
+        if (model.archive())
+            draft.files.clear(); // none of them lies on the disk
         return std::move(draft);
     }
 
@@ -155,8 +159,8 @@ private:
         if (mentions.size() > most_mentions)
             return notes.add("libraries", at_line(line) + "further material libraries were left "
                                                           "out");
-        for (const std::string& name : library_names(path, rest)) {
-            const std::string found = find_library(path, name);
+        for (const std::string& name : library_names(model, rest)) {
+            const std::string found = find_library(model, name);
             if (found.empty())
                 notes.add("missing " + name, at_line(line) + "the material library \"" +
                                                  in_words(name) + "\" isn't in the model's folder");
@@ -168,7 +172,7 @@ private:
     void read_library(const std::string& found, const std::string& name, std::size_t line) {
         constexpr std::uint64_t most = 64u << 20;
         try {
-            const InputFile file(found);
+            const InputFile file = open_beside(model, found);
             if (file.size() > most)
                 refuse("it is larger than any that is read");
             std::string text;
@@ -360,7 +364,7 @@ private:
                 place = places_left[place];
     }
 
-    const std::string path;
+    const InputFile& model;
     std::deque<ObjBlock> blocks;
     std::vector<ObjBase> bases; ///< of each block
     ObjBase all;
@@ -389,8 +393,8 @@ Draft read_obj(const InputFile& file) {
 
 Draft read_obj(const InputFile& file, const ObjCutting& cutting) {
     if (auto text = from_utf16(file))
-        return ObjReader(file.path()).read(InputFile(std::move(*text)), cutting);
-    return ObjReader(file.path()).read(file, cutting);
+        return ObjReader(file).read(InputFile(std::move(*text)), cutting);
+    return ObjReader(file).read(file, cutting);
 }
 
 } // namespace orvex::formats

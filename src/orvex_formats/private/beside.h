@@ -5,6 +5,9 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
+
+#include "orvex_formats/private/input_file.h"
 
 namespace orvex::formats {
 
@@ -20,6 +23,23 @@ struct Beside {
 /// @param model  the path of the model's file; empty for one in memory, which has no folder
 /// @param name   as it is meant, without escapes
 Beside find_beside(const std::string& model, std::string_view name);
+
+/// The same of an opened file: one from an archive has what it names there, and `path` is the name
+/// in the archive.
+Beside find_beside(const InputFile& model, std::string_view name);
+
+/// Opens what `find_beside` or `ArchivedFiles::find` has found.
+/// @throw Refusal
+InputFile open_beside(const InputFile& model, const std::string& path);
+
+/// The names between the slashes of a path, of either kind, without those that lead nowhere or up,
+/// and without a drive.
+std::vector<std::string> steps_of(std::string path);
+
+/// A letter of ASCII in lower case.
+constexpr char small_letter(char letter) {
+    return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
+}
 
 /// Where a path leads, behind all links; empty if nowhere.
 std::string resolved(const std::string& path);

@@ -5,10 +5,14 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace orvex::formats {
+
+class ArchivedFiles;
 
 /// A file whose bytes are copied out piece by piece. It isn't mapped: a file that somebody makes
 /// shorter meanwhile is refused, and ends no process.
@@ -23,6 +27,8 @@ public:
     /// @param path  that they are told by; nothing is opened
     explicit InputFile(std::vector<unsigned char> bytes, std::string path = "");
     ~InputFile();
+    /// What was moved from holds no bytes.
+    InputFile(InputFile&& other) noexcept;
     InputFile(const InputFile&) = delete;
     InputFile& operator=(const InputFile&) = delete;
 
@@ -31,6 +37,10 @@ public:
 
     /// As it was told.
     const std::string& path() const { return name; }
+
+    /// What lies beside it in an archive; null where its folder on the disk has that.
+    ArchivedFiles* archive() const { return around.get(); }
+    void set_archive(std::shared_ptr<ArchivedFiles> archive) { around = std::move(archive); }
 
     /// Copies bytes.
     /// @throw Refusal  where the file doesn't hold them all
@@ -41,6 +51,7 @@ private:
     std::vector<unsigned char> memory;
     int descriptor = -1; ///< -1: the bytes are in `memory`
     std::uint64_t num_bytes = 0;
+    std::shared_ptr<ArchivedFiles> around;
 };
 
 /// Whether a path ends in a suffix of small letters, whatever its own letters' case.

@@ -15,12 +15,12 @@ namespace orvex::formats {
 struct ModelFile {
     InputFile file;
     std::uint64_t stored_size;      ///< of what lies on the disk
-    std::vector<std::string> notes; ///< what of an archive wasn't read
+    std::vector<std::string> notes; ///< what of a compressed file wasn't read
 };
 
 /// Opens a file. One that is compressed by gzip, and the one model of a zip archive, is inflated
-/// into memory first, and has the path that it would have beside the archive. An archive that is a
-/// model itself stays as it is.
+/// into memory first, and has the path that it would have beside the archive; what else lies in
+/// that is for the model's reader to ask. An archive that is a model itself stays as it is.
 /// @param format  the reader's, as "STL": files of which an archive says that they are of another
 ///                aren't inflated for it; empty: of any
 /// @throw Refusal

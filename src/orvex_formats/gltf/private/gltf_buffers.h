@@ -24,9 +24,9 @@ public:
 
     /// @param json   the whole text, which has to live on
     /// @param parts  of the file; its bytes are taken
-    /// @param path   of the file; empty for one in memory
+    /// @param file   that the parts are of
     /// @throw Refusal
-    GltfBuffers(const Json& json, GltfParts& parts, const std::string& path, GltfBudget& budget);
+    GltfBuffers(const Json& json, GltfParts& parts, const InputFile& file, GltfBudget& budget);
 
     std::size_t num_views() const { return views.size(); }
 
@@ -76,7 +76,7 @@ private:
     void read(Buffer& buffer);
     void unpack(View& view);
 
-    const std::string path;
+    const InputFile& file;
     GltfBudget& budget;
     std::vector<Buffer> buffers;
     std::vector<View> views;

@@ -31,11 +31,10 @@ struct UvChange {
 /// All materials of a file, and the pictures that they name.
 class GltfMaterials {
 public:
-    /// @param path   of the file; empty for one in memory
     /// @param draft  gets the materials, the pictures and the notes
     /// @throw Refusal
-    GltfMaterials(const Json& json, const std::string& path, GltfBuffers& buffers,
-                  GltfBudget& budget, GltfNotes& notes, Draft& draft);
+    GltfMaterials(const Json& json, const InputFile& file, GltfBuffers& buffers, GltfBudget& budget,
+                  GltfNotes& notes, Draft& draft);
 
     std::size_t size() const { return changes.size(); }
     /// What has to become of the coordinates of faces of a material, so that looks that know one

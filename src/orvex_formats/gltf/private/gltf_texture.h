@@ -19,10 +19,9 @@ namespace orvex::formats {
 /// All textures of a file. A picture is looked at when a material names it, once.
 class GltfTextures {
 public:
-    /// @param path   of the file; empty for one in memory
     /// @param draft  gets the pictures that the file carries
-    GltfTextures(const Json& json, const std::string& path, GltfBuffers& buffers,
-                 GltfBudget& budget, GltfNotes& notes, Draft& draft);
+    GltfTextures(const Json& json, const InputFile& file, GltfBuffers& buffers, GltfBudget& budget,
+                 GltfNotes& notes, Draft& draft);
 
     /// What an object says of a picture; one that can't be had is none, with a note.
     /// @throw Refusal
@@ -47,7 +46,7 @@ private:
     void name_file(Image& image, const Json& uri);
     void set_wrap(const Json& texture, PhysicalTexture& told) const;
 
-    const std::string path;
+    const InputFile& file;
     GltfBuffers& buffers;
     GltfBudget& budget;
     GltfNotes& notes;
