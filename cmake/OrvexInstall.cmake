@@ -1,5 +1,5 @@
 # What goes to a prefix, in five components: the library that a program runs on, the kit's, what a host is
-# built with, the tools, and what people read; where it is built, a sixth with the viewer.
+# built with, the tools, and what people read; where they are built, two more with the viewer and the importer.
 include(GNUInstallDirs)
 include(CMakePackageConfigHelpers)
 
@@ -13,8 +13,16 @@ install(TARGETS orvex_kit EXPORT orvex
   INCLUDES DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
 # Where the kit looks for plugins.
 get_property(formats GLOBAL PROPERTY ORVEX_FORMATS)
+list(REMOVE_ITEM formats orvex_import)
 install(TARGETS ${formats}
   LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}/orvex/plugins COMPONENT kit)
+# Apart from the kit, which needs no more libraries for what it reads itself.
+if(TARGET orvex-import)
+  install(TARGETS orvex_import
+    LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}/orvex/plugins COMPONENT import)
+  install(TARGETS orvex-import
+    RUNTIME DESTINATION ${CMAKE_INSTALL_LIBDIR}/orvex COMPONENT import)
+endif()
 install(EXPORT orvex NAMESPACE orvex:: DESTINATION ${package_dir}
   FILE orvex-targets.cmake COMPONENT dev)
 install(FILES "${PROJECT_SOURCE_DIR}/LICENSE" DESTINATION ${CMAKE_INSTALL_DOCDIR}

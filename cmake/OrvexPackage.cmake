@@ -22,6 +22,10 @@ if(TARGET orvex-view)
   list(APPEND CPACK_COMPONENTS_ALL view)
   set(CPACK_COMPONENT_VIEW_DEPENDS runtime kit)
 endif()
+if(TARGET orvex-import)
+  list(APPEND CPACK_COMPONENTS_ALL import)
+  set(CPACK_COMPONENT_IMPORT_DEPENDS runtime kit)
+endif()
 
 set(soversion ${PROJECT_VERSION_MAJOR}.${PROJECT_VERSION_MINOR})
 set(CPACK_DEB_COMPONENT_INSTALL ON)
@@ -105,6 +109,14 @@ set(CPACK_DEBIAN_VIEW_PACKAGE_SHLIBDEPS ON)
 set(CPACK_COMPONENT_VIEW_DESCRIPTION "${PROJECT_DESCRIPTION}: a viewer of model files
 orvex-view shows a model file in a window, in several looks and layers, and
 follows its changes on disk.")
+
+# Apart from the kit as well: it is what brings others' readers of models to a machine.
+set(CPACK_DEBIAN_IMPORT_PACKAGE_NAME orvex-import)
+set(CPACK_DEBIAN_IMPORT_PACKAGE_SECTION graphics)
+set(CPACK_DEBIAN_IMPORT_PACKAGE_SHLIBDEPS ON)
+set(CPACK_COMPONENT_IMPORT_DESCRIPTION "${PROJECT_DESCRIPTION}: more model formats
+The kit and the tools read FBX, COLLADA, Blender and other models by it, in
+a process of its own that is kept from files, memory and the network.")
 
 set(CPACK_SOURCE_GENERATOR TGZ)
 set(CPACK_SOURCE_PACKAGE_FILE_NAME orvex-${PROJECT_VERSION})

@@ -12,7 +12,8 @@ set -euo pipefail
 
 build=(cmake g++ ninja-build pkg-config libegl-dev libopengl-dev libgl-dev libstb-dev libtinyxml2-dev
        libegl-mesa0 libgl1-mesa-dri libdeflate-dev libopenexr-dev libcli11-dev nlohmann-json3-dev
-       nettle-dev zlib1g-dev fonts-dejavu-core libsimdjson-dev libmeshoptimizer-dev libseccomp-dev)
+       nettle-dev zlib1g-dev fonts-dejavu-core libsimdjson-dev libmeshoptimizer-dev libseccomp-dev
+       libassimp-dev libdraco-dev)
 test=(python3 libgtest-dev libjpeg62-turbo-dev libx11-dev libxtst-dev libwayland-dev
       libglfw3-dev libsdl2-dev libgtk-3-dev libgtk-4-dev qtbase5-dev libqt6opengl6-dev xvfb weston
       libglut3.12 clang clang-format clang-tidy doxygen dpkg-dev file lintian groff-base glmark2-data

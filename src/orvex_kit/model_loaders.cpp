@@ -81,6 +81,10 @@ bool is_from_file(const Loader3D& loader) {
     return loader.get_full_filename()[0] != '\0';
 }
 
+/// Reads what nobody else does.
+const char* const loader_of_others = "orvex_import";
+
+/// In the order in which they are asked.
 std::vector<Loader3D*> all_loaders() {
     std::vector<Loader3D*> loaders;
     const PluginMgr& plugins = *PluginMgr::get();
@@ -88,8 +92,11 @@ std::vector<Loader3D*> all_loaders() {
         if (auto* const loader =
                 dynamic_cast<Loader3D*>(plugins.get_plugin_by_type(PLUGIN_TYPE_LOADER_3D, i)))
             loaders.push_back(loader);
-    std::stable_partition(loaders.begin(), loaders.end(),
-                          [](const Loader3D* loader) { return is_from_file(*loader); });
+    const auto rank = [](const Loader3D* loader) {
+        return !is_from_file(*loader) ? 2 : loader->get_name() == std::string(loader_of_others);
+    };
+    std::stable_sort(loaders.begin(), loaders.end(),
+                     [&rank](const Loader3D* a, const Loader3D* b) { return rank(a) < rank(b); });
     return loaders;
 }
 

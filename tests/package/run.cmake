@@ -58,7 +58,7 @@ foreach(library libc6 libegl1 libopengl0 "libstdc[+][+]6" libtinyxml2)
 endforeach()
 run(dpkg-deb -f "${WORK_DIR}/packages/${runtime}_${VERSION}_${architecture}.deb" Recommends)
 expect_match("${output}" libgl1-mesa-dri "what ${runtime} recommends")
-foreach(package ${kit} liborvex-dev orvex-tools orvex-view)
+foreach(package ${kit} liborvex-dev orvex-import orvex-tools orvex-view)
   depends_of(${package} depends)
   expect_match("${depends}" "${runtime} \\(= ${VERSION}\\)" "what ${package} depends on")
 endforeach()
@@ -70,7 +70,14 @@ if(depends MATCHES libglfw3)
   message(FATAL_ERROR "orvex-tools wants a display's library: ${depends}")
 endif()
 
-foreach(package ${runtime} ${kit} liborvex-dev orvex-tools orvex-view)
+depends_of(orvex-import depends)
+expect_match("${depends}" libassimp "what orvex-import depends on")
+depends_of(${kit} depends)
+if(depends MATCHES libassimp)
+  message(FATAL_ERROR "${kit} wants the importer's library: ${depends}")
+endif()
+
+foreach(package ${runtime} ${kit} liborvex-dev orvex-import orvex-tools orvex-view)
   list(APPEND packages "${WORK_DIR}/packages/${package}_${VERSION}_${architecture}.deb")
 endforeach()
 # What people read is the same on every machine.
@@ -95,6 +102,7 @@ foreach(file
     usr/share/doc/orvex/html/index.html usr/share/doc/orvex/html/md_docs_guide_first_picture.html
     usr/share/doc/orvex/html/classorvex_1_1kit_1_1View.html usr/share/doc/orvex/html/guide_first_picture.jpg
     usr/share/doc/orvex/examples/guide/first_picture.cpp
+    ${libdir}/orvex/orvex-import ${libdir}/orvex/plugins/orvex_import.so
     usr/bin/orvex-view usr/share/man/man1/orvex-view.1.gz
     usr/share/bash-completion/completions/orvex-view)
   expect_one_file("${file}")

@@ -1,0 +1,19 @@
+#pragma once
+
+/// @file
+/// The kinds of work that the importer does.
+
+#include <cstdint>
+#include <string>
+
+#include "orvex_formats/import/program/answer_writer.h"
+
+namespace orvex::formats {
+
+/// Reads the input as a model by assimp.
+/// @param name    of its file, without folders
+/// @param folder  -1: other files aren't read
+/// @throw std::runtime_error
+void import_model(const std::string& name, int folder, std::uint64_t most_bytes, AnswerRoom& room);
+
+} // namespace orvex::formats

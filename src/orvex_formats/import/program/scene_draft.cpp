@@ -1,0 +1,224 @@
+#include "orvex_formats/import/program/scene_draft.h"
+
+#include <algorithm>
+#include <cmath>
+#include <stdexcept>
+#include <string>
+#include <utility>
+
+#include <assimp/scene.h>
+
+#include "orvex_formats/import/program/scene_materials.h"
+
+namespace orvex::formats {
+
+namespace {
+
+vec3 vector_of(const aiVector3D& vector) {
+    return {vector.x, vector.y, vector.z};
+}
+
+/// Turns a file whose axes aren't the engine's, x to the right, y upward, z to the viewer. FBX tells
+/// its own, and assimp leaves them as they are; of other formats it turns what has to be turned.
+aiMatrix4x4 turn_of(const aiScene& scene) {
+    const char* const names[3][2] = {
+        {"CoordAxis", "CoordAxisSign"}, {"UpAxis", "UpAxisSign"}, {"FrontAxis", "FrontAxisSign"}};
+    aiMatrix4x4 turn;
+    unsigned known = 0;
+    for (unsigned row = 0; row < 3 && scene.mMetaData; ++row) {
+        std::int32_t axis = -1, sign = 0;
+        if (!scene.mMetaData->Get(names[row][0], axis) ||
+            !scene.mMetaData->Get(names[row][1], sign) || axis < 0 || axis > 2)
+            return {};
+        for (int column = 0; column < 3; ++column)
+            turn[row][column] = column == axis ? (sign < 0 ? -1.0f : 1.0f) : 0.0f;
+        known |= 1u << axis;
+    }
+    return known == 7 ? turn : aiMatrix4x4();
+}
+
+/// A node and where it stands.
+struct Stand {
+    const aiNode* node;
+    aiMatrix4x4 world; ///< of its parent, until it is looked at
+};
+
+class SceneDraft {
+public:
+    SceneDraft(const aiScene& scene, std::uint64_t most_bytes)
+        : scene(scene)
+        , bytes_left(most_bytes) {}
+
+    Draft make() {
+        add_materials(scene, draft);
+        std::vector<Stand> waiting = {{scene.mRootNode, turn_of(scene)}};
+        while (!waiting.empty()) {
+            const Stand parent = waiting.back();
+            waiting.pop_back();
+            if (!parent.node)
+                continue;
+            const Stand stand = {parent.node, parent.world * parent.node->mTransformation};
+            add_meshes(stand);
+            for (unsigned i = parent.node->mNumChildren; i-- > 0;)
+                waiting.push_back({parent.node->mChildren[i], stand.world});
+        }
+        if (draft.surfaces.empty() && draft.clouds.empty() && draft.lines.empty())
+            throw std::runtime_error("the file has nothing that can be drawn");
+        add_notes();
+        return std::move(draft);
+    }
+
+private:
+    void add_meshes(const Stand& stand) {
+        for (unsigned i = 0; i < stand.node->mNumMeshes; ++i) {
+            const unsigned place = stand.node->mMeshes[i];
+            if (place >= scene.mNumMeshes)
+                throw std::runtime_error("a node names a mesh beyond their list");
+            const aiMesh& mesh = *scene.mMeshes[place];
+            check(mesh);
+            const std::string name = mesh.mName.length > 0 ? mesh.mName.C_Str()
+                                                           : stand.node->mName.C_Str();
+            if (mesh.mPrimitiveTypes & (aiPrimitiveType_TRIANGLE | aiPrimitiveType_POLYGON))
+                add_surface(mesh, stand.world, name);
+            else if (mesh.mPrimitiveTypes & aiPrimitiveType_LINE)
+                add_lines(mesh, stand.world, name);
+            else
+                add_cloud(mesh, stand.world, name);
+        }
+    }
+
+    /// All corners lie in the list of vertices; and there is room for the whole.
+    void check(const aiMesh& mesh) {
+        const std::uint64_t size = std::uint64_t{mesh.mNumVertices} * 64 +
+                                   std::uint64_t{mesh.mNumFaces} * 16 + 256;
+        if (size > bytes_left)
+            throw std::runtime_error("the model would be far larger than its file");
+        bytes_left -= size;
+        for (unsigned i = 0; i < mesh.mNumFaces; ++i)
+            for (unsigned corner = 0; corner < mesh.mFaces[i].mNumIndices; ++corner)
+                if (mesh.mFaces[i].mIndices[corner] >= mesh.mNumVertices)
+                    throw std::runtime_error("a face has a corner beyond the vertices");
+    }
+
+    // --- Vertices
+
+    static std::vector<vec3> places_of(const aiMesh& mesh, const aiMatrix4x4& world) {
+        std::vector<vec3> places;
+        places.reserve(mesh.mNumVertices);
+        for (unsigned i = 0; i < mesh.mNumVertices; ++i)
+            places.push_back(vector_of(world * mesh.mVertices[i]));
+        return places;
+    }
+
+    static std::vector<vec3> normals_of(const aiMesh& mesh, const aiMatrix4x4& world) {
+        std::vector<vec3> normals;
+        if (!mesh.mNormals)
+            return normals;
+        normals.reserve(mesh.mNumVertices);
+        aiMatrix3x3 turn(world);
+        turn.Inverse().Transpose();
+        for (unsigned i = 0; i < mesh.mNumVertices; ++i) {
+            const aiVector3D normal = turn * mesh.mNormals[i];
+            const float length = normal.Length();
+            const bool is_right = std::isfinite(length) && length > 0.0f;
+            normals.push_back(is_right ? vector_of(normal / length) : vec3(0.0f, 0.0f, 1.0f));
+        }
+        return normals;
+    }
+
+    static std::vector<vec4> colors_of(const aiMesh& mesh) {
+        std::vector<vec4> colors;
+        if (!mesh.mColors[0])
+            return colors;
+        colors.reserve(mesh.mNumVertices);
+        const auto share = [](float part) { return part > 0.0f ? std::min(part, 1.0f) : 0.0f; };
+        for (unsigned i = 0; i < mesh.mNumVertices; ++i) {
+            const aiColor4D& color = mesh.mColors[0][i];
+            colors.emplace_back(share(color.r), share(color.g), share(color.b), share(color.a));
+        }
+        return colors;
+    }
+
+    static std::vector<vec2> uvs_of(const aiMesh& mesh, unsigned layer) {
+        std::vector<vec2> uvs;
+        if (!mesh.mTextureCoords[layer])
+            return uvs;
+        uvs.resize(mesh.mNumVertices);
+        const auto finite = [](float part) { return std::isfinite(part) ? part : 0.0f; };
+        for (unsigned i = 0; i < mesh.mNumVertices; ++i)
+            uvs[i].set(finite(mesh.mTextureCoords[layer][i].x),
+                       finite(mesh.mTextureCoords[layer][i].y));
+        return uvs;
+    }
+
+    // --- Pieces
+
+    void add_surface(const aiMesh& mesh, const aiMatrix4x4& world, const std::string& name) {
+        Surface surface;
+        surface.name = name;
+        const bool is_mirrored = aiMatrix3x3(world).Determinant() < 0.0f;
+        for (unsigned i = 0; i < mesh.mNumFaces; ++i) {
+            const aiFace& face = mesh.mFaces[i];
+            if (face.mNumIndices != 3)
+                continue;
+            surface.triangles.push_back({face.mIndices[0], face.mIndices[is_mirrored ? 2 : 1],
+                                         face.mIndices[is_mirrored ? 1 : 2]});
+        }
+        if (surface.triangles.empty())
+            return;
+        surface.positions = places_of(mesh, world);
+        surface.normals = normals_of(mesh, world);
+        surface.colors = colors_of(mesh);
+        for (unsigned layer = 0; layer < 2; ++layer)
+            surface.uvs[layer] = uvs_of(mesh, layer);
+        if (mesh.mMaterialIndex < draft.materials.size())
+            surface.triangle_materials.assign(surface.triangles.size(), mesh.mMaterialIndex);
+        has_bones = has_bones || mesh.mNumBones > 0;
+        draft.surfaces.push_back(std::move(surface));
+    }
+
+    void add_lines(const aiMesh& mesh, const aiMatrix4x4& world, const std::string& name) {
+        Lines lines;
+        lines.name = name;
+        const std::vector<vec4> colors = colors_of(mesh);
+        for (unsigned i = 0; i < mesh.mNumFaces; ++i)
+            for (unsigned end = 0; end < 2 && mesh.mFaces[i].mNumIndices == 2; ++end) {
+                const unsigned place = mesh.mFaces[i].mIndices[end];
+                lines.positions.push_back(vector_of(world * mesh.mVertices[place]));
+                if (!colors.empty())
+                    lines.colors.push_back(colors[place]);
+            }
+        if (!lines.positions.empty())
+            draft.lines.push_back(std::move(lines));
+    }
+
+    void add_cloud(const aiMesh& mesh, const aiMatrix4x4& world, const std::string& name) {
+        if (mesh.mNumVertices == 0)
+            return;
+        draft.clouds.push_back({name, places_of(mesh, world), colors_of(mesh)});
+    }
+
+    void add_notes() {
+        const auto add = [this](bool is_so, const char* note) {
+            if (is_so)
+                draft.notes.emplace_back(note);
+        };
+        add(scene.mNumAnimations > 0, "animations were left out");
+        add(scene.mNumCameras > 0, "cameras were left out");
+        add(scene.mNumLights > 0, "lights were left out");
+        add(has_bones, "bones were left out: meshes stand as they were made");
+    }
+
+    const aiScene& scene;
+    std::uint64_t bytes_left;
+    bool has_bones = false;
+    Draft draft;
+};
+
+} // namespace
+
+Draft draft_of(const aiScene& scene, std::uint64_t most_bytes) {
+    return SceneDraft(scene, most_bytes).make();
+}
+
+} // namespace orvex::formats

@@ -1,0 +1,19 @@
+#pragma once
+
+/// @file
+/// From assimp's scene to a draft.
+
+#include "orvex_formats/private/draft.h"
+
+struct aiScene;
+
+namespace orvex::formats {
+
+/// A scene as it stands at rest. A mesh that stands in two places comes twice, each in the
+/// coordinates of the scene. Names of pictures are those that the file has; what it carries within
+/// itself is a picture of the draft.
+/// @param most_bytes  of all vertices and triangles
+/// @throw std::runtime_error  for what can't be right, and where there is nothing to draw
+Draft draft_of(const aiScene& scene, std::uint64_t most_bytes);
+
+} // namespace orvex::formats

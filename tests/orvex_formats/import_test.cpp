@@ -1,0 +1,370 @@
+// Models that the importer reads.
+
+#include <algorithm>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <orvex_kit/engine.h>
+#include <orvex_kit/look.h>
+#include <orvex_kit/model.h>
+#include <orvex_kit/view.h>
+
+#include "orvex_formats/import/private/import_reader.h"
+#include "orvex_formats/private/importer_protocol.h"
+#include "orvex_formats/private/refusal.h"
+#include "tests/orvex_formats/answers.h"
+#include "tests/orvex_formats/check_draft.h"
+#include "tests/orvex_formats/made_scene.h"
+#include "tests/orvex_kit/view_frame.h"
+#include "tests/support/picture.h"
+#include "tests/support/temp_dir.h"
+
+namespace orvex_test {
+
+namespace {
+
+using namespace orvex::formats;
+
+Importer real_importer() {
+    Importer importer;
+    importer.program = ORVEX_IMPORTER;
+    return importer;
+}
+
+/// Red and green above, blue and white below.
+void write_four_colors(const std::string& path) {
+    orvex_test::Picture picture(16, 16);
+    const unsigned char colors[4][4] = {
+        {255, 0, 0, 255}, {0, 255, 0, 255}, {0, 0, 255, 255}, {255, 255, 255, 255}};
+    for (int y = 0; y < 16; ++y)
+        for (int x = 0; x < 16; ++x)
+            std::copy_n(colors[x / 8 + y / 8 * 2], 4, picture.at(x, y));
+    EXPECT_TRUE(write_png(path, picture));
+}
+
+std::string refusal_of_file(const std::string& path, const Importer& importer = real_importer()) {
+    try {
+        read_imported_by(importer, InputFile(path));
+    } catch (const Refusal& refusal) {
+        return std::string(refusal.is_format_known() ? "" : "other format: ") + refusal.what();
+    }
+    return "";
+}
+
+std::string replaced(std::string text, const std::string& from, const std::string& to) {
+    const std::size_t place = text.find(from);
+    EXPECT_NE(place, text.npos) << from;
+    return place == text.npos ? text : text.replace(place, from.size(), to);
+}
+
+// ------------------------------------------------------------------------------------ models
+
+class ImportTest : public testing::Test {
+protected:
+    Draft read(const std::string& path) { return read_imported_by(real_importer(), InputFile(path)); }
+    Draft read_made(const std::string& format, const std::string& suffix) {
+        MadeScene scene;
+        const std::string path = folder.file("made" + suffix);
+        scene.write(format, path);
+        return read(path);
+    }
+
+    TempDir folder;
+};
+
+struct Made {
+    const char* format;
+    const char* suffix;
+};
+
+/// Whether the first face of a surface looks along z, 1, or against it, -1.
+float front_of(const Surface& surface) {
+    const auto at = [&](std::size_t corner) {
+        return surface.positions[surface.triangles[0][corner]];
+    };
+    const orvex::vec3 along = at(1) - at(0), up = at(2) - at(0);
+    return along.x * up.y - along.y * up.x > 0.0f ? 1.0f : -1.0f;
+}
+
+class ImportFormatsTest : public ImportTest, public testing::WithParamInterface<Made> {};
+INSTANTIATE_TEST_SUITE_P(of, ImportFormatsTest,
+                         testing::Values(Made{"fbxa", ".fbx"}, Made{"collada", ".dae"},
+                                         Made{"assbin", ".assbin"}, Made{"x", ".x"}),
+                         [](const auto& made) { return std::string(made.param.format); });
+
+TEST_P(ImportFormatsTest, have_their_places_faces_colours_and_pictures) {
+    const Draft draft = read_made(GetParam().format, GetParam().suffix);
+    ASSERT_EQ(draft.surfaces.size(), 2u);
+    EXPECT_TRUE(holds_together(draft));
+    const Surface& sign = draft.surfaces[0];
+    const Surface& flag = draft.surfaces[1];
+    EXPECT_EQ(sign.positions.size(), 4u);
+    EXPECT_EQ(sign.triangles.size(), 2u);
+    ASSERT_EQ(flag.positions.size(), 3u);
+    EXPECT_EQ(flag.triangles.size(), 1u);
+    // The node's place is that of its vertices, and the picture's lower edge is its own.
+    for (std::size_t i = 0; i < flag.positions.size(); ++i)
+        EXPECT_GE(flag.positions[i].y, 3.0f);
+    ASSERT_EQ(sign.uvs[0].size(), 4u);
+    for (std::size_t i = 0; i < 4; ++i) {
+        EXPECT_EQ(sign.uvs[0][i].y, sign.positions[i].y / 2.0f);
+        EXPECT_EQ(sign.uvs[0][i].x, (sign.positions[i].x + 1.0f) / 2.0f);
+    }
+    // The writer of X forgets that z leads away from the viewer there.
+    EXPECT_EQ(front_of(flag), 1.0f);
+    for (const orvex::vec3& normal : flag.normals)
+        EXPECT_EQ(normal.z, GetParam().format == std::string("x") ? -1.0f : 1.0f);
+    ASSERT_FALSE(sign.triangle_materials.empty());
+    const SurfaceMaterial& painted = draft.materials[sign.triangle_materials[0]];
+    EXPECT_EQ(painted.textures, std::vector<std::string>{"four.png"});
+    EXPECT_EQ(painted.diffuse.y, 1.0f);
+}
+
+TEST_F(ImportTest, turns_the_left_handed_files_of_x) {
+    const Draft draft = read(folder.write(
+        "left.x", "xof 0303txt 0032\nMesh {\n 3;\n 0;0;1;,\n 0;1;1;,\n 1;0;1;;\n 1;\n 3;0,1,2;;\n"
+                  " MeshNormals {\n 1;\n 0;0;-1;;\n 1;\n 3;0,0,0;;\n }\n}\n"));
+    ASSERT_EQ(draft.surfaces.size(), 1u);
+    const Surface& surface = draft.surfaces[0];
+    EXPECT_EQ(surface.positions[0].z, -1.0f);
+    EXPECT_EQ(surface.normals[0].z, 1.0f);
+    EXPECT_EQ(front_of(surface), 1.0f);
+}
+
+TEST_F(ImportTest, keeps_names_and_materials_of_fbx) {
+    const Draft draft = read_made("fbxa", ".fbx");
+    EXPECT_EQ(draft.surfaces[0].name, "sign");
+    const SurfaceMaterial& red = draft.materials[draft.surfaces[1].triangle_materials[0]];
+    EXPECT_EQ(red.name, "red");
+    EXPECT_EQ(red.diffuse.x, 1.0f);
+    EXPECT_EQ(red.diffuse.y, 0.0f);
+    EXPECT_TRUE(red.textures.empty());
+}
+
+TEST_F(ImportTest, turns_fbx_files_whose_z_points_upward) {
+    MadeScene scene;
+    scene.write("fbxa", folder.file("y.fbx"));
+    std::string text = content_of(folder.file("y.fbx"));
+    text = replaced(text, "\"UpAxis\", \"int\", \"Integer\", \"\", 1",
+                    "\"UpAxis\", \"int\", \"Integer\", \"\", 2");
+    text = replaced(text, "\"FrontAxis\", \"int\", \"Integer\", \"\", 2",
+                    "\"FrontAxis\", \"int\", \"Integer\", \"\", 1");
+    text = replaced(text, "\"FrontAxisSign\", \"int\", \"Integer\", \"\", 1",
+                    "\"FrontAxisSign\", \"int\", \"Integer\", \"\", -1");
+    const Draft draft = read(folder.write("z.fbx", text));
+    // What was at y = 2 lies two to the back; normals, which looked along z, look upward.
+    const Surface& sign = draft.surfaces[0];
+    for (std::size_t i = 0; i < sign.positions.size(); ++i) {
+        EXPECT_EQ(sign.positions[i].y, 0.0f);
+        EXPECT_EQ(sign.positions[i].z, -2.0f * sign.uvs[0][i].y);
+        EXPECT_EQ(sign.normals[i].y, 1.0f);
+    }
+}
+
+TEST_F(ImportTest, turns_the_faces_of_mirrored_nodes) {
+    MadeScene scene;
+    aiMatrix4x4 mirror;
+    mirror.a1 = -1.0f;
+    scene.add_node("mirrored", 1, mirror);
+    scene.write("assbin", folder.file("mirrored.assbin"));
+    const Draft draft = read(folder.file("mirrored.assbin"));
+    ASSERT_EQ(draft.surfaces.size(), 3u);
+    EXPECT_EQ(front_of(draft.surfaces[1]), 1.0f);
+    EXPECT_EQ(front_of(draft.surfaces[2]), 1.0f);
+    EXPECT_EQ(draft.surfaces[2].normals[0].z, 1.0f);
+}
+
+TEST_F(ImportTest, takes_pictures_within_a_file) {
+    MadeScene scene;
+    write_four_colors(folder.file("four.png"));
+    const std::string png = content_of(folder.file("four.png"));
+    scene.add_picture({png.begin(), png.end()}, "four");
+    const aiString name("*0");
+    scene.material(0).RemoveProperty(AI_MATKEY_TEXTURE_DIFFUSE(0));
+    scene.material(0).AddProperty(&name, AI_MATKEY_TEXTURE_DIFFUSE(0));
+    scene.write("assbin", folder.file("within.assbin"));
+    const Draft draft = read(folder.file("within.assbin"));
+    ASSERT_EQ(draft.pictures.size(), 1u);
+    EXPECT_EQ(std::string(draft.pictures[0].bytes.begin(), draft.pictures[0].bytes.end()), png);
+    EXPECT_EQ(draft.materials[0].textures, std::vector<std::string>{draft.pictures[0].name});
+}
+
+TEST_F(ImportTest, looks_for_pictures_in_the_folder_of_the_model_alone) {
+    write_four_colors(folder.file("four.png"));
+    const struct {
+        const char* told;
+        const char* meant;
+    } names[] = {{"C:\\work\\four.png", "four.png"},
+                 {"/somewhere/four.png", "four.png"},
+                 {"../../four.png", "four.png"},
+                 {".\\four.png", "four.png"},
+                 {"maps\\five.png", "maps/five.png"},
+                 {"/etc/passwd", "passwd"},
+                 {"http://host/six.png", "six.png"}};
+    for (const auto& name : names) {
+        MadeScene scene;
+        const aiString path(name.told);
+        scene.material(0).RemoveProperty(AI_MATKEY_TEXTURE_DIFFUSE(0));
+        scene.material(0).AddProperty(&path, AI_MATKEY_TEXTURE_DIFFUSE(0));
+        scene.write("assbin", folder.file("named.assbin"));
+        const Draft draft = read(folder.file("named.assbin"));
+        EXPECT_EQ(draft.materials[0].textures, std::vector<std::string>{name.meant}) << name.told;
+    }
+}
+
+TEST_F(ImportTest, has_the_physical_values_of_a_material) {
+    MadeScene scene;
+    const ai_real metallic = 0.25, roughness = 0.5;
+    const aiString normals("normals.png");
+    scene.material(1).AddProperty(&metallic, 1, AI_MATKEY_METALLIC_FACTOR);
+    scene.material(1).AddProperty(&roughness, 1, AI_MATKEY_ROUGHNESS_FACTOR);
+    scene.material(1).AddProperty(&normals, AI_MATKEY_TEXTURE(aiTextureType_NORMALS, 0));
+    scene.write("assbin", folder.file("physical.assbin"));
+    const Draft draft = read(folder.file("physical.assbin"));
+    EXPECT_FALSE(draft.materials[0].physical);
+    ASSERT_TRUE(draft.materials[1].physical);
+    const orvex::PhysicalMaterial& physical = *draft.materials[1].physical;
+    EXPECT_EQ(physical.metallic, 0.25f);
+    EXPECT_EQ(physical.roughness, 0.5f);
+    EXPECT_EQ(physical.base_color.x, 1.0f);
+    EXPECT_EQ(physical.base_color.y, 0.0f);
+    EXPECT_EQ(physical.normal_texture.image, "normals.png");
+    // The place of the colour's picture stays its own.
+    EXPECT_EQ(draft.materials[1].textures, (std::vector<std::string>{"white", "normals.png"}));
+}
+
+TEST_F(ImportTest, reads_files_beside_the_model_and_no_others) {
+    // A scene of this format names the files of its meshes.
+    const auto scene_of = [](const std::string& mesh) {
+        return "LWSC\r\n1\r\n\r\nLoadObject " + mesh + "\r\nShowObject 8 7\r\n";
+    };
+    const std::string inner = folder.path() + "/inner";
+    ASSERT_EQ(mkdir(inner.c_str(), 0700), 0);
+    MadeScene().write("assbin", folder.file("mesh.assbin"));
+    MadeScene().write("assbin", inner + "/own.assbin");
+    ASSERT_EQ(symlink("../mesh.assbin", (inner + "/link.assbin").c_str()), 0);
+    const Draft draft = read(folder.write("inner/scene.lws", scene_of("own.assbin")));
+    EXPECT_EQ(draft.surfaces.size(), 2u);
+    EXPECT_EQ(draft.files, std::vector<std::string>{inner + "/own.assbin"});
+    for (const std::string& name :
+         {std::string("../mesh.assbin"), std::string("link.assbin"), folder.file("mesh.assbin")})
+        EXPECT_NE(refusal_of_file(folder.write("inner/bad.lws", scene_of(name))), "") << name;
+}
+
+TEST_F(ImportTest, refuses_with_the_reason_that_assimp_has) {
+    EXPECT_EQ(refusal_of_file(folder.write("a.dae", "<COLLADA")),
+              "Unable to read file, malformed XML");
+    const std::string reason = refusal_of_file(folder.write("a.fbx", "; FBX 7.5.0\nObjects: {"));
+    EXPECT_EQ(reason.rfind("FBX", 0), 0u) << reason;
+    EXPECT_NE(refusal_of_file(folder.write("empty.fbx", "")), "");
+}
+
+TEST_F(ImportTest, leaves_files_of_other_readers_to_them) {
+    for (const char* const name : {"a.obj", "a.stl", "a.gltf", "a.3ds", "a.txt", "fbx"})
+        EXPECT_EQ(refusal_of_file(folder.write(name, "x")),
+                  "other format: its name isn't that of a format that the importer reads");
+    const std::string formats = std::string(", ") + imported_formats() + ",";
+    for (const char* const format : {"FBX", "DAE", "X", "B3D", "LWO", "BLEND"})
+        EXPECT_NE(formats.find(std::string(", ") + format + ","), formats.npos) << formats;
+    EXPECT_EQ(formats.find("OBJ"), formats.npos) << formats;
+}
+
+TEST_F(ImportTest, bounds_the_memory_of_the_program) {
+    MadeScene().write("fbxa", folder.file("made.fbx"));
+    std::string text = content_of(folder.file("made.fbx"));
+    text += "; " + std::string(64u << 20, 'x') + "\n";
+    Importer importer = real_importer();
+    importer.most_memory = 60u << 20;
+    EXPECT_EQ(refusal_of_file(folder.write("large.fbx", text), importer),
+              "the importer took more than 60 MB");
+}
+
+TEST_F(ImportTest, bounds_the_size_of_an_answer) {
+    MadeScene().write("assbin", folder.file("made.assbin"));
+    Importer importer = real_importer();
+    importer.most_answer = 600;
+    const std::string reason = refusal_of_file(folder.file("made.assbin"), importer);
+    EXPECT_EQ(reason.rfind("the model would be far larger than its file", 0), 0u) << reason;
+}
+
+TEST_F(ImportTest, keeps_the_program_from_all_but_its_folder) {
+    const InputFile input(folder.write("a.fbx", "x"));
+    for (const bool has_folder : {true, false})
+        try {
+            ask_importer(real_importer(), {{"confinement"}, has_folder}, input);
+            ADD_FAILURE() << "no refusal";
+        } catch (const Refusal& refusal) {
+            EXPECT_STREQ(refusal.what(), "reading barred, writing barred, network barred, "
+                                         "sockets barred, processes barred, programs barred");
+        }
+}
+
+TEST_F(ImportTest, checks_what_a_program_answers) {
+    Draft draft = small_draft();
+    draft.surfaces[0].triangles[0][0] = 77;
+    const std::vector<unsigned char> bytes = answer_with(draft);
+    // The model's bytes are what the program answers.
+    const std::string path = folder.write(
+        "repeat.fbx", std::string(bytes.begin() + sizeof(AnswerHead), bytes.end()));
+    Importer importer;
+    importer.program = ORVEX_FAKE_IMPORTER;
+    const std::string reason = refusal_of_file(path, importer);
+    EXPECT_NE(reason.find("a corner beyond the vertices"), reason.npos) << reason;
+}
+
+// ------------------------------------------------------------------------------------ the kit
+
+class KitImportTest : public testing::TestWithParam<orvex::kit::Path> {
+protected:
+    orvex::kit::Engine engine;
+    TempDir folder;
+};
+INSTANTIATE_TEST_SUITE_P(on, KitImportTest,
+                         testing::Values(orvex::kit::Path::gl3, orvex::kit::Path::gl2), path_name);
+
+TEST_P(KitImportTest, draws_fbx_upright_in_its_colours) {
+    using namespace orvex::kit;
+    write_four_colors(folder.file("four.png"));
+    MadeScene().write("fbxa", folder.file("made.fbx"));
+    Model model(folder.file("made.fbx"));
+    ASSERT_TRUE(model) << model.reason();
+    EXPECT_EQ(model.loader(), "orvex_import");
+    EXPECT_EQ(model.num_faces(), 3u);
+    EXPECT_EQ(model.bounds().max.y, 4.0f);
+    ViewOptions options;
+    options.path = GetParam();
+    options.samples = 0;
+    View view(64, 128, options);
+    ASSERT_EQ(view.set_look(Look::named("plain")).reason(), "");
+    view.draw(model, {0.0f, 0.0f});
+    const orvex::kit::Picture picture = picture_of(view);
+    // The sign is two wide and four high with the flag above it, whatever the frame around.
+    std::vector<Pixel> colors;
+    for (int y = 0; y < 128; ++y)
+        for (int x = 0; x < 64; ++x)
+            if (const Pixel pixel = pixel_at(picture, x, y);
+                std::find(colors.begin(), colors.end(), pixel) == colors.end())
+                for (const Pixel& known : {Pixel{255, 0, 0, 255}, Pixel{0, 255, 0, 255},
+                                           Pixel{0, 0, 255, 255}, Pixel{255, 255, 255, 255}})
+                    if (pixel == known)
+                        colors.push_back(pixel);
+    // From above: the flag's red, the green beside it, and below them blue and white.
+    EXPECT_EQ(colors, (std::vector<Pixel>{{255, 0, 0, 255},
+                                          {0, 255, 0, 255},
+                                          {0, 0, 255, 255},
+                                          {255, 255, 255, 255}}));
+}
+
+TEST_P(KitImportTest, lists_what_the_program_reads_behind_the_rest) {
+    const std::string formats = orvex::kit::readable_formats();
+    EXPECT_GT(formats.find(", FBX"), formats.find(", STL")) << formats;
+    EXPECT_NE(formats.find(", FBX"), formats.npos) << formats;
+}
+
+} // namespace
+
+} // namespace orvex_test
