@@ -1,5 +1,5 @@
-// The program gets copies of a few descriptors, and gives back one block of shared memory whose size
-// was settled before, and a sentence. Whatever it does, this side copies, checks and goes on.
+// The program gets copies of a few descriptors, and gives back one block of shared memory whose
+// size was settled before, and a sentence. Whatever it does, this side copies, checks and goes on.
 
 #include "orvex_formats/private/importer.h"
 
@@ -303,10 +303,9 @@ std::uint64_t size_of_answer(const Descriptor& room, std::uint64_t most) {
 std::vector<std::string> words_for(const Importer& importer, const Request& request,
                                    bool has_folder) {
     const auto seconds = std::chrono::ceil<std::chrono::seconds>(importer.longest).count();
-    std::vector<std::string> words = {
-        importer.program, std::to_string(importer.most_memory),
-        std::to_string(importer.most_answer), std::to_string(seconds),
-        has_folder ? "folder" : "alone"};
+    std::vector<std::string> words = {importer.program, std::to_string(importer.most_memory),
+                                      std::to_string(importer.most_answer), std::to_string(seconds),
+                                      has_folder ? "folder" : "alone"};
     words.insert(words.end(), request.words.begin(), request.words.end());
     return words;
 }

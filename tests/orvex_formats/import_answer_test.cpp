@@ -48,7 +48,8 @@ TEST(ImportAnswer, is_refused_where_it_lies) {
         const char* reason;
         std::function<void(Draft&)> change;
     } lies[] = {
-        {"a corner beyond the vertices", [](Draft& draft) { draft.surfaces[0].triangles[0][1] = 3; }},
+        {"a corner beyond the vertices",
+         [](Draft& draft) { draft.surfaces[0].triangles[0][1] = 3; }},
         {"a corner beyond the vertices",
          [](Draft& draft) { draft.surfaces[0].triangles[0][2] = UINT32_MAX; }},
         {"a material beyond their list",
@@ -62,11 +63,16 @@ TEST(ImportAnswer, is_refused_where_it_lies) {
         {"a number that isn't finite",
          [](Draft& draft) { draft.surfaces[0].positions[1].y = infinity; }},
         {"a number that isn't finite",
-         [](Draft& draft) { draft.lines[0].positions[1].z = std::numeric_limits<float>::quiet_NaN(); }},
+         [](Draft& draft) {
+             draft.lines[0].positions[1].z = std::numeric_limits<float>::quiet_NaN();
+         }},
         {"a number beyond its range", [](Draft& draft) { draft.surfaces[0].normals[0].x = 2.0f; }},
         {"a number beyond its range", [](Draft& draft) { draft.surfaces[0].colors[0].w = -1.0f; }},
-        {"a line without an end", [](Draft& draft) { draft.lines[0].positions.pop_back();
-                                                     draft.lines[0].colors.pop_back(); }},
+        {"a line without an end",
+         [](Draft& draft) {
+             draft.lines[0].positions.pop_back();
+             draft.lines[0].colors.pop_back();
+         }},
         {"no vertices, or more than any that are read",
          [](Draft& draft) { draft.clouds[0].positions.clear(); }},
         {"no triangles, or more than any that are read",
@@ -90,7 +96,7 @@ TEST(ImportAnswer, is_refused_where_it_is_cut_off_or_goes_on) {
     }
     std::vector<unsigned char> longer = whole;
     longer.push_back(0);
-    EXPECT_NE(refusal_of(read_answer, longer).find("more than a model"), std::string::npos);
+    EXPECT_NE(refusal_of(read_answer, longer).find("more than was asked for"), std::string::npos);
 }
 
 TEST(ImportAnswer, takes_no_memory_for_counts_that_lie) {

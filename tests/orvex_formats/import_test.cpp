@@ -65,7 +65,9 @@ std::string replaced(std::string text, const std::string& from, const std::strin
 
 class ImportTest : public testing::Test {
 protected:
-    Draft read(const std::string& path) { return read_imported_by(real_importer(), InputFile(path)); }
+    Draft read(const std::string& path) {
+        return read_imported_by(real_importer(), InputFile(path));
+    }
     Draft read_made(const std::string& format, const std::string& suffix) {
         MadeScene scene;
         const std::string path = folder.file("made" + suffix);
@@ -198,12 +200,9 @@ TEST_F(ImportTest, looks_for_pictures_in_the_folder_of_the_model_alone) {
     const struct {
         const char* told;
         const char* meant;
-    } names[] = {{"C:\\work\\four.png", "four.png"},
-                 {"/somewhere/four.png", "four.png"},
-                 {"../../four.png", "four.png"},
-                 {".\\four.png", "four.png"},
-                 {"maps\\five.png", "maps/five.png"},
-                 {"/etc/passwd", "passwd"},
+    } names[] = {{"C:\\work\\four.png", "four.png"},  {"/somewhere/four.png", "four.png"},
+                 {"../../four.png", "four.png"},      {".\\four.png", "four.png"},
+                 {"maps\\five.png", "maps/five.png"}, {"/etc/passwd", "passwd"},
                  {"http://host/six.png", "six.png"}};
     for (const auto& name : names) {
         MadeScene scene;
@@ -308,8 +307,8 @@ TEST_F(ImportTest, checks_what_a_program_answers) {
     draft.surfaces[0].triangles[0][0] = 77;
     const std::vector<unsigned char> bytes = answer_with(draft);
     // The model's bytes are what the program answers.
-    const std::string path = folder.write(
-        "repeat.fbx", std::string(bytes.begin() + sizeof(AnswerHead), bytes.end()));
+    const std::string path =
+        folder.write("repeat.fbx", std::string(bytes.begin() + sizeof(AnswerHead), bytes.end()));
     Importer importer;
     importer.program = ORVEX_FAKE_IMPORTER;
     const std::string reason = refusal_of_file(path, importer);
@@ -353,10 +352,9 @@ TEST_P(KitImportTest, draws_fbx_upright_in_its_colours) {
                     if (pixel == known)
                         colors.push_back(pixel);
     // From above: the flag's red, the green beside it, and below them blue and white.
-    EXPECT_EQ(colors, (std::vector<Pixel>{{255, 0, 0, 255},
-                                          {0, 255, 0, 255},
-                                          {0, 0, 255, 255},
-                                          {255, 255, 255, 255}}));
+    EXPECT_EQ(colors,
+              (std::vector<Pixel>{
+                  {255, 0, 0, 255}, {0, 255, 0, 255}, {0, 0, 255, 255}, {255, 255, 255, 255}}));
 }
 
 TEST_P(KitImportTest, lists_what_the_program_reads_behind_the_rest) {

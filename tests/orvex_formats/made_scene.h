@@ -26,9 +26,9 @@ public:
         scene->mRootNode = new aiNode("root");
         const unsigned painted = add_material("painted", aiColor3D(1, 1, 1), "four.png");
         const unsigned red = add_material("red", aiColor3D(1, 0, 0), "");
-        const unsigned sign = add_mesh("sign", painted,
-                                       {{-1, 0, 0}, {1, 0, 0}, {1, 2, 0}, {-1, 2, 0}}, {0, 1, 2, 3},
-                                       {{0, 0, 0}, {1, 0, 0}, {1, 1, 0}, {0, 1, 0}});
+        const unsigned sign =
+            add_mesh("sign", painted, {{-1, 0, 0}, {1, 0, 0}, {1, 2, 0}, {-1, 2, 0}}, {0, 1, 2, 3},
+                     {{0, 0, 0}, {1, 0, 0}, {1, 1, 0}, {0, 1, 0}});
         const unsigned flag =
             add_mesh("flag", red, {{0, 0, 0}, {1, 0, 0}, {0, 1, 0}}, {0, 1, 2}, {});
         add_node("sign", sign, aiMatrix4x4());

@@ -270,6 +270,8 @@ std::vector<Value> GltfAccessors::read(Accessor& accessor, Selection selection) 
     const std::size_t width = accessor.rows * accessor.columns;
     budget.take(count, width * sizeof(Value), accessor.json);
     std::vector<Value> values(count * width);
+    if (read_unpacked(accessor, selection, values))
+        return values;
     if (accessor.view != Json::no_index) {
         Elements from;
         from.rows = accessor.rows;
@@ -285,6 +287,67 @@ std::vector<Value> GltfAccessors::read(Accessor& accessor, Selection selection) 
         replace(accessor, selection, values);
     return values;
 }
+
+// ------------------------------------------------------------------------------------ unpacked
+
+void GltfAccessors::unpack_numbers(std::size_t i, const std::vector<float>& numbers,
+                                   std::size_t told_width, const Json& by) {
+    Accessor& accessor = accessors[i];
+    if (told_width != width(i) || numbers.size() != accessor.count * told_width)
+        by.refuse("accessor " + std::to_string(i) + " has " + std::to_string(accessor.count) +
+                  " elements of " + std::to_string(width(i)) + ", and the packed mesh " +
+                  std::to_string(numbers.size() / told_width) + " of " +
+                  std::to_string(told_width));
+    accessor.unpacked_numbers = numbers;
+}
+
+void GltfAccessors::unpack_indices(std::size_t i, const std::vector<std::uint32_t>& indices,
+                                   const Json& by) {
+    Accessor& accessor = accessors[i];
+    if (indices.size() != accessor.count)
+        by.refuse("accessor " + std::to_string(i) + " has " + std::to_string(accessor.count) +
+                  " indices, and the packed mesh " + std::to_string(indices.size()));
+    accessor.unpacked_indices = indices;
+}
+
+namespace {
+
+/// The divisor of normalized numbers, which are stored as whole ones.
+float largest_of(GltfNumber number) {
+    return number == GltfNumber::int8     ? 127.0f
+           : number == GltfNumber::uint8  ? 255.0f
+           : number == GltfNumber::int16  ? 32767.0f
+           : number == GltfNumber::uint16 ? 65535.0f
+                                          : 1.0f;
+}
+
+} // namespace
+
+bool GltfAccessors::read_unpacked(const Accessor& accessor, Selection selection,
+                                  std::vector<float>& values) {
+    const std::vector<float>& numbers = accessor.unpacked_numbers;
+    if (numbers.empty())
+        return false;
+    const std::size_t width = accessor.rows * accessor.columns;
+    const float divisor = accessor.is_normalized ? largest_of(accessor.number) : 1.0f;
+    for (std::size_t i = 0; i < values.size(); ++i) {
+        const std::size_t place = selection ? (*selection)[i / width] * width + i % width : i;
+        values[i] = numbers[place] / divisor;
+        if (accessor.is_normalized)
+            values[i] = std::max(values[i], -1.0f);
+    }
+    return true;
+}
+
+bool GltfAccessors::read_unpacked(const Accessor& accessor, Selection selection,
+                                  std::vector<std::uint32_t>& values) {
+    if (accessor.unpacked_indices.empty() || selection)
+        return false;
+    values = accessor.unpacked_indices;
+    return true;
+}
+
+// ------------------------------------------------------------------------------------ all of them
 
 std::vector<float> GltfAccessors::floats(std::size_t i, Selection selection) {
     return read<float>(accessors[i], selection);

@@ -7,6 +7,7 @@
 #include <string_view>
 #include <utility>
 
+#include "orvex_formats/gltf/private/draco_meshes.h"
 #include "orvex_formats/gltf/private/glb.h"
 #include "orvex_formats/gltf/private/gltf_accessor.h"
 #include "orvex_formats/gltf/private/gltf_budget.h"
@@ -32,10 +33,11 @@ constexpr std::string_view known_extensions[] = {
     "KHR_materials_ior",     "KHR_materials_specular",  "KHR_materials_unlit",
     "KHR_mesh_quantization", "KHR_texture_transform"};
 
-constexpr std::string_view draco = "KHR_draco_mesh_compression"; ///< beside it lies what is read
+constexpr std::string_view draco = "KHR_draco_mesh_compression";
 
 bool is_known(std::string_view name) {
     return (name == "EXT_meshopt_compression" && can_unpack_meshopt()) ||
+           (name == draco && can_unpack_draco()) ||
            std::find(std::begin(known_extensions), std::end(known_extensions), name) !=
                std::end(known_extensions);
 }
@@ -53,6 +55,15 @@ void check_extensions(const Json& root, GltfNotes& notes) {
         if (const std::string_view name = used.at(i).text(); !is_known(name) && name != draco)
             notes.add(used.at(i),
                       "\"" + in_words(std::string(name)) + "\" isn't known, and was left out");
+}
+
+/// Whether meshes are there packed alone; else what is read lies beside them.
+bool needs_draco(const Json& root) {
+    const Json required = root.list("extensionsRequired");
+    for (std::size_t i = 0; i < required.size(); ++i)
+        if (required.at(i).text() == draco)
+            return true;
+    return false;
 }
 
 void check_version(const Json& root) {
@@ -105,6 +116,8 @@ Draft read_gltf_at(const InputFile& file, std::optional<float> time) {
     budget.add_source(file.size());
     GltfBuffers buffers(root, parts, file, budget);
     GltfAccessors accessors(root, buffers, budget);
+    if (needs_draco(root))
+        unpack_draco(root, buffers, accessors, budget, installed_importer(file.size()));
     GltfMaterials materials(root, file, buffers, budget, notes, draft);
     GltfMeshes meshes(root, accessors, materials, budget, notes, draft);
     GltfCameras cameras(root, budget, notes, draft);

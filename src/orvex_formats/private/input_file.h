@@ -26,15 +26,15 @@ public:
     /// The same of bytes in memory.
     /// @param path  that they are told by; nothing is opened
     explicit InputFile(std::vector<unsigned char> bytes, std::string path = "");
-    /// The same of an open file, from its begin on.
+    /// The same of an open file, from its first byte on.
     /// @param opened  is closed at the end
     /// @param size    what of it is read
     InputFile(int opened, std::uint64_t size)
         : descriptor(opened)
         , num_bytes(size) {}
-    ~InputFile();
     /// What was moved from holds no bytes.
     InputFile(InputFile&& other) noexcept;
+    ~InputFile();
     InputFile(const InputFile&) = delete;
     InputFile& operator=(const InputFile&) = delete;
 
@@ -47,6 +47,7 @@ public:
     /// What lies beside it in an archive; null where its folder on the disk has that.
     ArchivedFiles* archive() const { return around.get(); }
     void set_archive(std::shared_ptr<ArchivedFiles> archive) { around = std::move(archive); }
+
     /// What another process can read the file by; -1 for bytes in memory.
     int get_descriptor() const { return descriptor; }
 

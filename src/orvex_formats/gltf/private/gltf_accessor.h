@@ -41,6 +41,15 @@ public:
     GltfNumber number(std::size_t i) const { return accessors[i].number; }
     const Json& json(std::size_t i) const { return accessors[i].json; }
 
+    /// @name What a packed mesh has for an accessor, instead of its view
+    /// @param by  where it is told
+    /// @throw Refusal  for another count than the accessor's, or another type
+    /// @{
+    void unpack_numbers(std::size_t i, const std::vector<float>& numbers, std::size_t width,
+                        const Json& by);
+    void unpack_indices(std::size_t i, const std::vector<std::uint32_t>& indices, const Json& by);
+    /// @}
+
     /// The numbers of the elements one after the other, those of a matrix column by column.
     /// @param selection  places below the count
     /// @throw Refusal
@@ -69,6 +78,8 @@ private:
         GltfNumber number = GltfNumber::float32;
         bool is_normalized = false;
         Sparse sparse;
+        std::vector<float> unpacked_numbers;         ///< empty for none
+        std::vector<std::uint32_t> unpacked_indices; ///< empty for none
     };
 
     void add(const Json& json);
@@ -82,6 +93,11 @@ private:
 
     template<class Value>
     std::vector<Value> read(Accessor& accessor, Selection selection);
+    /// @return whether a packed mesh had the numbers
+    static bool read_unpacked(const Accessor& accessor, Selection selection,
+                              std::vector<float>& values);
+    static bool read_unpacked(const Accessor& accessor, Selection selection,
+                              std::vector<std::uint32_t>& values);
     template<class Value>
     void replace(Accessor& accessor, Selection selection, std::vector<Value>& values);
 

@@ -68,10 +68,9 @@ bool confine_files(int folder) {
     landlock_path_beneath_attr allowed{};
     allowed.allowed_access = LANDLOCK_ACCESS_FS_READ_FILE;
     allowed.parent_fd = folder;
-    const bool is_set =
-        (folder < 0 ||
-         syscall(SYS_landlock_add_rule, rules, LANDLOCK_RULE_PATH_BENEATH, &allowed, 0) == 0) &&
-        syscall(SYS_landlock_restrict_self, rules, 0) == 0;
+    const bool is_set = (folder < 0 || syscall(SYS_landlock_add_rule, rules,
+                                               LANDLOCK_RULE_PATH_BENEATH, &allowed, 0) == 0) &&
+                        syscall(SYS_landlock_restrict_self, rules, 0) == 0;
     close(rules);
     return is_set;
 }
@@ -88,20 +87,39 @@ bool confine_calls(bool may_open) {
     const auto allow = [&](int call) {
         is_right = is_right && seccomp_rule_add(filter, SCMP_ACT_ALLOW, call, 0) == 0;
     };
-    for (const int call :
-         {SCMP_SYS(read), SCMP_SYS(pread64), SCMP_SYS(readv), SCMP_SYS(lseek), SCMP_SYS(write),
-          SCMP_SYS(pwrite64), SCMP_SYS(writev), SCMP_SYS(close), SCMP_SYS(fstat),
-          SCMP_SYS(brk), SCMP_SYS(mmap), SCMP_SYS(munmap), SCMP_SYS(mremap), SCMP_SYS(madvise),
-          SCMP_SYS(futex), SCMP_SYS(sched_yield), SCMP_SYS(clock_gettime), SCMP_SYS(gettimeofday),
-          SCMP_SYS(time), SCMP_SYS(getrandom), SCMP_SYS(getpid), SCMP_SYS(gettid),
-          SCMP_SYS(tgkill), SCMP_SYS(rt_sigaction), SCMP_SYS(rt_sigprocmask),
-          SCMP_SYS(rt_sigreturn), SCMP_SYS(restart_syscall), SCMP_SYS(exit),
-          SCMP_SYS(exit_group)})
+    for (const int call : {SCMP_SYS(read),
+                           SCMP_SYS(pread64),
+                           SCMP_SYS(readv),
+                           SCMP_SYS(lseek),
+                           SCMP_SYS(write),
+                           SCMP_SYS(pwrite64),
+                           SCMP_SYS(writev),
+                           SCMP_SYS(close),
+                           SCMP_SYS(fstat),
+                           SCMP_SYS(brk),
+                           SCMP_SYS(mmap),
+                           SCMP_SYS(munmap),
+                           SCMP_SYS(mremap),
+                           SCMP_SYS(madvise),
+                           SCMP_SYS(futex),
+                           SCMP_SYS(sched_yield),
+                           SCMP_SYS(clock_gettime),
+                           SCMP_SYS(gettimeofday),
+                           SCMP_SYS(time),
+                           SCMP_SYS(getrandom),
+                           SCMP_SYS(getpid),
+                           SCMP_SYS(gettid),
+                           SCMP_SYS(tgkill),
+                           SCMP_SYS(rt_sigaction),
+                           SCMP_SYS(rt_sigprocmask),
+                           SCMP_SYS(rt_sigreturn),
+                           SCMP_SYS(restart_syscall),
+                           SCMP_SYS(exit),
+                           SCMP_SYS(exit_group)})
         allow(call);
     // What is mapped or made so is never code.
-    is_right = is_right &&
-               seccomp_rule_add(filter, SCMP_ACT_ALLOW, SCMP_SYS(mprotect), 1,
-                                SCMP_A2(SCMP_CMP_MASKED_EQ, 4 /* PROT_EXEC */, 0)) == 0;
+    is_right = is_right && seccomp_rule_add(filter, SCMP_ACT_ALLOW, SCMP_SYS(mprotect), 1,
+                                            SCMP_A2(SCMP_CMP_MASKED_EQ, 4 /* PROT_EXEC */, 0)) == 0;
     // By a descriptor alone: the standard library tells sizes by it.
     is_right = is_right && seccomp_rule_add(filter, SCMP_ACT_ALLOW, SCMP_SYS(newfstatat), 1,
                                             SCMP_A3(SCMP_CMP_EQ, AT_EMPTY_PATH)) == 0;

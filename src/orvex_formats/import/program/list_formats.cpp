@@ -12,8 +12,9 @@
 
 int main() {
     // Own readers; archives, which are opened before; and names that tell nothing.
-    const std::set<std::string> others = {"3ds", "3mf", "glb",    "gltf", "obj", "off",     "ply",
-                                          "stl", "bsp", "ifczip", "pk3",  "zae", "zgl", "xml", "mesh.xml"};
+    const std::set<std::string> others = {"3ds", "3mf", "glb", "gltf", "obj",
+                                          "off", "ply", "stl", "bsp",  "ifczip",
+                                          "pk3", "zae", "zgl", "xml",  "mesh.xml"};
     std::set<std::string> suffixes;
     const Assimp::Importer importer;
     for (std::size_t i = 0; i < importer.GetImporterCount(); ++i) {

@@ -1,5 +1,5 @@
-// orvex-import: reads a file by libraries that nobody has to trust, and hands back plain arrays. The
-// loaders of formats start it; it does nothing for people.
+// orvex-import: reads a file by libraries that nobody has to trust, and hands back plain arrays.
+// The loaders of formats start it; it does nothing for people.
 
 #include <algorithm>
 #include <cstdlib>
@@ -62,6 +62,8 @@ void work(int count, char** words) {
     AnswerRoom room(answer_descriptor, limits.most_answer);
     if (request == "model")
         import_model(name, folder, limits.most_answer, room);
+    else if (request == "draco")
+        unpack_meshes(std::strtoull(name.c_str(), nullptr, 10), room);
     else if (request == "confinement")
         throw std::runtime_error(tell_confinement());
     else

@@ -16,4 +16,8 @@ namespace orvex::formats {
 /// @throw std::runtime_error
 void import_model(const std::string& name, int folder, std::uint64_t most_bytes, AnswerRoom& room);
 
+/// Unpacks meshes that lie in the input one behind the other, the size of each before it, by draco.
+/// @throw std::runtime_error
+void unpack_meshes(std::size_t count, AnswerRoom& room);
+
 } // namespace orvex::formats

@@ -18,8 +18,9 @@ vec3 vector_of(const aiVector3D& vector) {
     return {vector.x, vector.y, vector.z};
 }
 
-/// Turns a file whose axes aren't the engine's, x to the right, y upward, z to the viewer. FBX tells
-/// its own, and assimp leaves them as they are; of other formats it turns what has to be turned.
+/// Turns a file whose axes aren't the engine's, x to the right, y upward, z to the viewer. FBX
+/// tells its own, and assimp leaves them as they are; of other formats it turns what has to be
+/// turned.
 aiMatrix4x4 turn_of(const aiScene& scene) {
     const char* const names[3][2] = {
         {"CoordAxis", "CoordAxisSign"}, {"UpAxis", "UpAxisSign"}, {"FrontAxis", "FrontAxisSign"}};
@@ -76,8 +77,8 @@ private:
                 throw std::runtime_error("a node names a mesh beyond their list");
             const aiMesh& mesh = *scene.mMeshes[place];
             check(mesh);
-            const std::string name = mesh.mName.length > 0 ? mesh.mName.C_Str()
-                                                           : stand.node->mName.C_Str();
+            const std::string name =
+                mesh.mName.length > 0 ? mesh.mName.C_Str() : stand.node->mName.C_Str();
             if (mesh.mPrimitiveTypes & (aiPrimitiveType_TRIANGLE | aiPrimitiveType_POLYGON))
                 add_surface(mesh, stand.world, name);
             else if (mesh.mPrimitiveTypes & aiPrimitiveType_LINE)
@@ -89,8 +90,8 @@ private:
 
     /// All corners lie in the list of vertices; and there is room for the whole.
     void check(const aiMesh& mesh) {
-        const std::uint64_t size = std::uint64_t{mesh.mNumVertices} * 64 +
-                                   std::uint64_t{mesh.mNumFaces} * 16 + 256;
+        const std::uint64_t size =
+            std::uint64_t{mesh.mNumVertices} * 64 + std::uint64_t{mesh.mNumFaces} * 16 + 256;
         if (size > bytes_left)
             throw std::runtime_error("the model would be far larger than its file");
         bytes_left -= size;

@@ -26,10 +26,24 @@ std::vector<unsigned char> targa_of(const aiTexture& texture) {
     const auto low = [](unsigned size) { return static_cast<unsigned char>(size & 255u); };
     const auto high = [](unsigned size) { return static_cast<unsigned char>(size >> 8); };
     constexpr unsigned char true_color = 2, bits = 32, alpha_and_top_down = 0x28;
-    std::vector<unsigned char> file = {0, 0, true_color, 0, 0, 0, 0, 0, 0, 0, 0, 0,
-                                       low(texture.mWidth), high(texture.mWidth),
-                                       low(texture.mHeight), high(texture.mHeight),
-                                       bits, alpha_and_top_down};
+    std::vector<unsigned char> file = {0,
+                                       0,
+                                       true_color,
+                                       0,
+                                       0,
+                                       0,
+                                       0,
+                                       0,
+                                       0,
+                                       0,
+                                       0,
+                                       0,
+                                       low(texture.mWidth),
+                                       high(texture.mWidth),
+                                       low(texture.mHeight),
+                                       high(texture.mHeight),
+                                       bits,
+                                       alpha_and_top_down};
     const std::size_t head = file.size();
     const std::size_t size = std::size_t{texture.mWidth} * texture.mHeight * sizeof(aiTexel);
     file.resize(head + size);
