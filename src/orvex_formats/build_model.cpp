@@ -124,8 +124,13 @@ private:
     std::size_t stride;
 };
 
-void fill_uvs(const Column& column, const std::vector<vec2>& uvs) {
-    column.fill(uvs.size(), [&](std::size_t i) { return vec4(uvs[i].x, uvs[i].y, 0.0f, 1.0f); });
+void fill_uvs(MeshData& store, VertexAttribArray& array, vec4 Vertex::*member,
+              const std::vector<vec2>& uvs) {
+    if (uvs.size() == store.num_vertices)
+        store.prepare_to_fill(array);
+    Column(store, array, member).fill(uvs.size(), [&](std::size_t i) {
+        return vec4(uvs[i].x, uvs[i].y, 0.0f, 1.0f);
+    });
 }
 
 void fill_vertices(const Surface& surface, MeshData& store) {
@@ -138,13 +143,14 @@ void fill_vertices(const Surface& surface, MeshData& store) {
         const vec3& normal = surface.normals[i];
         return vec4(normal.x, normal.y, normal.z, 0.0f);
     });
-    const Column colors(store, store.color, &Vertex::color);
-    if (surface.colors.empty())
-        colors.fill(size, [](std::size_t) { return vec4(1.0f, 1.0f, 1.0f, 1.0f); });
-    else
-        colors.fill(size, [&](std::size_t i) { return surface.colors[i]; });
-    fill_uvs(Column(store, store.uv0, &Vertex::uv0), surface.uvs[0]);
-    fill_uvs(Column(store, store.uv1, &Vertex::uv1), surface.uvs[1]);
+    if (!surface.colors.empty()) {
+        store.prepare_to_fill(store.color);
+        Column(store, store.color, &Vertex::color).fill(size, [&](std::size_t i) {
+            return surface.colors[i];
+        });
+    }
+    fill_uvs(store, store.uv0, &Vertex::uv0, surface.uvs[0]);
+    fill_uvs(store, store.uv1, &Vertex::uv1, surface.uvs[1]);
 }
 
 /// Faces of few vertices are narrow.
@@ -202,6 +208,8 @@ void add_surface(Surface surface, const std::vector<Material*>& materials, Model
     if (!mesh->alloc_vertex_data(surface.positions.size()) ||
         !mesh->alloc_face_data(surface.triangles.size(), false))
         throw std::bad_alloc();
+    if (surface.colors.empty())
+        mesh->set_vertices_color(1.0f, 1.0f, 1.0f, 1.0f, nullptr);
     fill_vertices(surface, *mesh->get_mesh_data());
     fill_faces(surface, materials, *mesh);
     mesh->update_bounding_sphere(nullptr);

@@ -38,6 +38,9 @@ Ref<Mesh> piece_of(const Mesh& mesh, const FaceRun& run) {
     Ref<Mesh> piece = make<Mesh>(mesh.get_mesh_data()->vertex_format);
     if (!piece->alloc_vertex_data(used.size()) || !piece->alloc_face_data(run.num_faces, false))
         return nullptr;
+    MeshData& store = *piece->get_mesh_data();
+    store.prepare_to_fill(store.color);
+    store.prepare_to_fill(store.uv0);
     for (std::size_t i = 0; i < used.size(); ++i) {
         piece->set_vertex_position(i, mesh.get_vertex_position(used[i]));
         piece->set_vertex_normal(i, mesh.get_vertex_normal(used[i]));

@@ -92,6 +92,7 @@ ORVEX_SYSTEM_CALL(int, rename, (const char* from, const char* to), (from, to), E
 ORVEX_SYSTEM_CALL(int, pipe, (int* fds), (fds), EMFILE, -1)
 ORVEX_SYSTEM_CALL(int, pipe2, (int* fds, int flags), (fds, flags), EMFILE, -1)
 ORVEX_SYSTEM_CALL(void*, mmap, (void* address, size_t size, int protection, int flags, int fd, off_t offset), (address, size, protection, flags, fd, offset), ENOMEM, MAP_FAILED)
+ORVEX_SYSTEM_CALL(int, memfd_create, (const char* name, unsigned int flags), (name, flags), EMFILE, -1)
 ORVEX_SYSTEM_CALL(int, madvise, (void* address, size_t size, int advice), (address, size, advice), EINVAL, -1)
 ORVEX_SYSTEM_CALL(FILE*, fopen, (const char* path, const char* mode), (path, mode), EMFILE, nullptr)
 ORVEX_SYSTEM_CALL(FILE*, fopencookie, (void* cookie, const char* mode, cookie_io_functions_t functions), (cookie, mode, functions), ENOMEM, nullptr)

@@ -12,6 +12,7 @@
 
 #include "orvex/base/private/misuse.h"
 #include "orvex/geometry/mesh/private/mesh_contents.h"
+#include "orvex/platform/private/constant_array.h"
 #include "orvex/renderer/records/mesh_data.h"
 
 namespace orvex {
@@ -158,12 +159,25 @@ void Mesh::flip_vertex_normals(Node* node) {
     Object::flip_vertex_normals(node);
 }
 
+namespace {
+
+/// Gives all vertices a colour without touching the memory of each, where that can be.
+bool spread_color(MeshData& store, const vec4& color) {
+    void* const colors = store.separate_vertex_arrays ? store.get_color_ptr() : nullptr;
+    return colors && store.get_color_elt_size() == sizeof(vec4) &&
+           spread_again(colors, store.num_vertices * sizeof(vec4), pattern_of(color));
+}
+
+} // namespace
+
 void Mesh::set_vertices_color(const vec4& color, Node*) {
     if (!has_vertices(mesh_data))
         return;
+    mesh_data->colors_need_update = true;
+    if (spread_color(*mesh_data, color))
+        return;
     for (unsigned long i = 0; i < mesh_data->num_vertices; ++i)
         mesh_data->set_color(i, color);
-    mesh_data->colors_need_update = true;
 }
 
 void Mesh::set_vertices_color(float r, float g, float b, float a, Node* node) {

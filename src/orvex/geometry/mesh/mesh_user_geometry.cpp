@@ -92,6 +92,8 @@ bool Mesh::user_geometry_cleanup() {
 namespace {
 
 void fill_vertices(MeshData& store, const std::vector<Vertex>& vertices) {
+    store.prepare_to_fill(store.color);
+    store.prepare_to_fill(store.uv0);
     for (unsigned long i = 0; i < vertices.size(); ++i) {
         store.set_position(i, vertices[i].position.get_vec3());
         store.set_normal(i, vertices[i].normal.get_vec3());

@@ -32,13 +32,14 @@ namespace {
 // Below this, asking costs about as much as it spares.
 constexpr std::size_t smallest_block_at_once = std::size_t{128} << 10;
 
-/// Whether the system has given memory for a page. Where it can't tell, it has.
-bool is_present(std::uintptr_t page, std::size_t page_size) {
+} // namespace
+
+bool is_page_present(const void* address) {
+    const auto page_size = static_cast<std::uintptr_t>(::sysconf(_SC_PAGESIZE));
+    const std::uintptr_t page = reinterpret_cast<std::uintptr_t>(address) & ~(page_size - 1);
     unsigned char state = 1;
     return ::mincore(reinterpret_cast<void*>(page), page_size, &state) != 0 || (state & 1) != 0;
 }
-
-} // namespace
 
 void advise_filling(void* block, std::size_t bytes) {
     advise_large_pages(block, bytes);
@@ -50,7 +51,7 @@ void advise_filling(void* block, std::size_t bytes) {
     const std::uintptr_t first = (address + page_size - 1) & ~(page_size - 1);
     const std::uintptr_t last = (address + bytes) & ~(page_size - 1);
     // A block is new memory, or memory that was given back, or begins there and ends in new one.
-    if (last > first && !is_present(last - page_size, page_size))
+    if (last > first && !is_page_present(reinterpret_cast<void*>(last - page_size)))
         ::madvise(reinterpret_cast<void*>(first), last - first, MADV_POPULATE_WRITE);
 #endif
 }

@@ -23,6 +23,10 @@ void advise_large_pages(void* block, std::size_t bytes);
 /// A wish only, too. Memory that the program has had before goes on as it is.
 void advise_filling(void* block, std::size_t bytes);
 
+/// Whether the system has given memory for the page that a byte lies on. Where it can't tell, it
+/// has.
+bool is_page_present(const void* address);
+
 /// `new T[count]`, every element default-initialised, on large pages where there are many. Ends by
 /// `delete[]`.
 template<class T>

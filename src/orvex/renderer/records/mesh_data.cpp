@@ -6,6 +6,7 @@
 #include "orvex/base/log_mgr.h"
 #include "orvex/base/private/memory_out.h"
 #include "orvex/math/aligned_new.h"
+#include "orvex/platform/private/constant_array.h"
 #include "orvex/platform/private/large_pages.h"
 #include "orvex/renderer/records/private/mesh_upload.h"
 #include "orvex/renderer/records/private/vertex_access.h"
@@ -60,7 +61,10 @@ void allocate_separate_arrays(MeshData& store, unsigned long count) {
     VertexAttribArray* aligned[] = {&store.position, &store.color, &store.normal,
                                     &store.uv0,      &store.uv1,   &store.tangent};
     for (VertexAttribArray* array : store.alignment < 1 ? plain : aligned)
-        allocate_array(*array, count, store.alignment, AlignedNew_vec4);
+        if (array == &store.position || array == &store.normal)
+            allocate_array(*array, count, store.alignment, AlignedNew_vec4);
+        else
+            allocate_optional_array(*array, count, store.alignment);
 }
 
 void log_failure(unsigned long count, const char* error) {
@@ -89,7 +93,7 @@ bool MeshData::alloc_vertex_data_v2(unsigned long count, unsigned long num_attri
             allocate_records(*this, count, AlignedNew_Vertex);
         if (num_attribs > 0)
             make_user_vertex_attribs(num_attribs);
-        vertex_particles = new_large_array<vec4>(count);
+        vertex_particles = new_constant_array<vec4>(count, vec4());
     };
     return allocate_or_report(allocate, [&](const char* error) { log_failure(count, error); });
 }
@@ -204,6 +208,11 @@ void MeshData::free_vertex_attrib_array(VertexAttribArray_2f& array) {
     free_array(array, AlignedDelete_vec2);
 }
 
+void MeshData::prepare_to_fill(VertexAttribArray& array) {
+    if (array.data && !array.raw_ptr)
+        take_for_filling(array.data, array.num_elements * sizeof(vec4));
+}
+
 void MeshData::update_attrib_locations() {
     position.attrib_location = position_attrib_location;
     color.attrib_location = color_attrib_location;
@@ -220,7 +229,7 @@ void MeshData::free_vertex_arrays() {
 }
 
 void MeshData::free_vertex_particles() {
-    delete[] vertex_particles;
+    delete_spread(vertex_particles, num_vertices);
     vertex_particles = nullptr;
 }
 

@@ -297,6 +297,13 @@ struct ORVEX_API MeshData : CountedRecord, ThreadRecord {
     void free_vertex_attrib_array(VertexAttribArray_3f& array); ///< frees and resets an array
     void free_vertex_attrib_array(VertexAttribArray_2f& array); ///< frees and resets an array
 
+    /// Says that every element of a separate array of this store is about to be written. Large
+    /// arrays of colours, texture coordinates and tangents have memory only where somebody wrote,
+    /// which costs more than filling where all of it is written. Any other array stays as it is.
+    ///
+    /// What the elements hold is undefined until they are written.
+    void prepare_to_fill(VertexAttribArray& array);
+
 protected:
     /// Called when an attribute location changed, to hand it on to the format's own arrays.
     virtual void update_attrib_locations();

@@ -2,6 +2,7 @@
 
 #include "orvex/base/log_mgr.h"
 #include "orvex/math/aligned_new.h"
+#include "orvex/platform/private/constant_array.h"
 #include "orvex/renderer/records/private/vertex_access.h"
 
 // One template makes the three packed stores out of their records: which fields a record has
@@ -297,7 +298,7 @@ void MeshDataPacked<Store, Record>::set_tangent([[maybe_unused]] unsigned long i
 namespace {
 
 void allocate(VertexAttribArray& array, unsigned long count, int alignment) {
-    allocate_array(array, count, alignment, AlignedNew_vec4);
+    allocate_optional_array(array, count, alignment);
 }
 
 void allocate(VertexAttribArray_3f& array, unsigned long count, int alignment) {
@@ -335,7 +336,7 @@ bool MeshDataPacked<Store, Record>::alloc_vertex_data(unsigned long count) {
             for_each_array<Record>(self(), [&](auto& array) { allocate(array, count, alignment); });
         else
             allocate_records(self(), count, Format<Store>::aligned_new);
-        vertex_particles = new vec4[count];
+        vertex_particles = new_constant_array<vec4>(count, vec4());
     };
     return allocate_or_report(allocate_all, [](const char* error) {
         LogMgr::get()->tracef_debug(Format<Store>::failure, error ? error : "unknown");

@@ -138,6 +138,8 @@ private:
 };
 
 void build_vertices(const sLib3dsMesh& record, MeshData& store) {
+    if (record.num_texcoords >= record.num_vertices)
+        store.prepare_to_fill(store.uv0);
     for (std::uint32_t i = 0; i < record.num_vertices; ++i) {
         const Lib3dsFloat3& position = record.vertices[i];
         store.set_position(i, vec3(position[0], position[2], -position[1]));

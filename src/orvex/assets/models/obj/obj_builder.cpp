@@ -132,7 +132,10 @@ public:
         , store(*mesh.get_mesh_data())
         , positions(store, store.position.data, &Vertex::position)
         , normals(store, store.normal.data, &Vertex::normal)
-        , uvs(store, store.uv0.data, &Vertex::uv0) {}
+        , uvs(store, store.uv0.data, &Vertex::uv0) {
+        if (!source.texcoords.empty())
+            store.prepare_to_fill(store.uv0);
+    }
 
     void add_run(const OBJ_TriangleRun& run) {
         Material* material = source.materials[run.material].material;

@@ -179,6 +179,8 @@ bool build_grid(Mesh& mesh, const Grid& grid, WriteVertices write_vertices, Spli
     MeshData& store = *mesh.get_mesh_data();
     if (!allocate_quad_edges(store))
         return false;
+    store.prepare_to_fill(store.color);
+    store.prepare_to_fill(store.uv0);
     write_vertices(store);
 
     FaceWriter faces(store);

@@ -7,10 +7,13 @@
 #include <memory>
 #include <new>
 
+#include "orvex/math/aligned_new.h"
 #include "orvex/math/vec2.h"
 #include "orvex/math/vec3.h"
 #include "orvex/math/vec4.h"
+#include "orvex/platform/private/constant_array.h"
 #include "orvex/platform/private/large_pages.h"
+#include "orvex/renderer/records/vertex_attrib_array.h"
 
 namespace orvex::vertex_access {
 
@@ -135,6 +138,14 @@ void allocate_array(Array& array, unsigned long count, int alignment,
     array.num_elements = count;
 }
 
+/// The same for an array that many a host never writes: it has memory where somebody does.
+inline void allocate_optional_array(VertexAttribArray& array, unsigned long count, int alignment) {
+    if (alignment >= 1)
+        return allocate_array(array, count, alignment, AlignedNew_vec4);
+    array.data = new_constant_array<vec4>(count, vec4());
+    array.num_elements = count;
+}
+
 /// Frees the interleaved records of a store by the road they came. A packed store shares
 /// `raw_vertices` with its base, so a store without records leaves it alone.
 template<class Store, class Record>
@@ -154,7 +165,7 @@ void free_array(Array& array, void (*aligned_delete)(Element**, unsigned long, u
     if (array.raw_ptr)
         aligned_delete(&array.data, array.num_elements, &array.raw_ptr);
     else
-        delete[] array.data;
+        delete_spread(array.data, array.num_elements);
     array.reset();
 }
 
