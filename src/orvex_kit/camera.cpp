@@ -113,7 +113,7 @@ void Camera::set_opening(float degrees) noexcept {
     if (!(degrees > 0.0f && degrees < 180.0f))
         return;
     kind = Kind::opening;
-    opening = degrees;
+    opening_degrees = degrees;
 }
 
 Outcome Camera::set_intrinsics(const Intrinsics& k) {
@@ -149,7 +149,7 @@ std::optional<Intrinsics> Camera::intrinsics(int width, int height) const noexce
         return std::nullopt;
     if (kind == Kind::measured)
         return measured;
-    const double f = height / 2.0 / std::tan(double(opening) * degree / 2);
+    const double f = height / 2.0 / std::tan(double(opening_degrees) * degree / 2);
     return Intrinsics{{{f, 0.0, width / 2.0}, {0.0, f, height / 2.0}, {0.0, 0.0, 1.0}}};
 }
 
@@ -201,7 +201,7 @@ void Camera::put_projection(orvex::Camera& camera, int width, int height) const 
         return;
     }
     if (kind == Kind::opening) {
-        camera.build_projection_persp(opening, aspect, near_plane, far_plane, true);
+        camera.build_projection_persp(opening_degrees, aspect, near_plane, far_plane, true);
         return;
     }
     // The angle that comes nearest is there for those who ask the engine's camera.

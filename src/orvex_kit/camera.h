@@ -83,6 +83,7 @@ public:
     /// Sees in perspective, with the picture's middle straight ahead.
     /// @param degrees  from the lower to the upper edge, above 0 and below 180; ignored outside
     void set_opening(float degrees) noexcept;
+    float opening() const noexcept { return opening_degrees; } ///< as set; counts in perspective
     /// Sees as a measured camera does: the numbers hold for pictures of the size that they were
     /// measured on, and the middle may lie anywhere.
     /// @return what is wrong with them; the camera stays as it was then
@@ -134,7 +135,7 @@ private:
     Pose placed{};
 
     Kind kind = Kind::opening;
-    float opening = 35.0f;
+    float opening_degrees = 35.0f;
     float span = 1.0f;
     Intrinsics measured{};
     float near_plane = 0.1f;

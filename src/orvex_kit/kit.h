@@ -14,6 +14,7 @@
 #include "orvex_kit/host_state.h"
 #include "orvex_kit/layers.h"
 #include "orvex_kit/look.h"
+#include "orvex_kit/mesh_numbers.h"
 #include "orvex_kit/model.h"
 #include "orvex_kit/model_parts.h"
 #include "orvex_kit/normals.h"

@@ -248,12 +248,10 @@ Outcome LayerPass::draw_colors(const Camera& camera, const std::vector<Model*>& 
         if (model)
             view.add(*model, options.lit_from);
     view.end();
-    Picture picture;
-    if (Outcome done = data.read(picture); !done)
-        return done;
     for (const LayerPlane& plane : planes)
-        for (int y = 0; is_color(plane) && y < data.height; ++y)
-            std::copy_n(picture.row_data(y), picture.row_bytes(), row_of(plane, y));
+        if (is_color(plane))
+            if (Outcome done = data.read(plane.rows, plane.row_bytes); !done)
+                return done;
     return Outcome::success();
 }
 

@@ -3,6 +3,7 @@
 #include "orvex_kit/model.h"
 
 #include <algorithm>
+#include <cmath>
 #include <fstream>
 #include <sstream>
 #include <utility>
@@ -29,6 +30,8 @@ const std::string& no_engine_left = *new std::string("the engine has ended, and 
 Model::Model() noexcept = default;
 Model::Model(const std::string& path, const ModelOptions& options)
     : data(std::make_unique<Data>(path, options)) {}
+Model::Model(std::unique_ptr<Data> data) noexcept
+    : data(std::move(data)) {}
 Model::~Model() = default;
 Model::Model(Model&& other) noexcept = default;
 Model& Model::operator=(Model&& other) noexcept = default;
@@ -65,6 +68,20 @@ void Model::draw_lines(Renderer& renderer, GpuProgram& program) {
 void Model::stand_up() {
     if (*this)
         data->stand_up();
+}
+
+Outcome Model::set_transform(const mat4& transform) {
+    if (!*this)
+        return Outcome::failure(reason());
+    for (int i = 0; i < 16; ++i)
+        if (!std::isfinite(transform.m[i]))
+            return Outcome::failure("element " + std::to_string(i) + " of the transform is " +
+                                    std::to_string(transform.m[i]));
+    const float* const m = transform.m;
+    if (m[3] != 0.0f || m[7] != 0.0f || m[11] != 0.0f || m[15] != 1.0f)
+        return Outcome::failure("the last row of the transform isn't 0 0 0 1");
+    data->place(transform);
+    return Outcome::success();
 }
 
 // ------------------------------------------------------------------------------- what it holds
@@ -160,7 +177,7 @@ std::vector<std::string> libraries_named_in(const std::string& path) {
 } // namespace
 
 std::vector<std::string> Model::files() const {
-    if (!*this)
+    if (!*this || data->path.empty())
         return {};
     std::vector<std::string> names{data->path};
     if (loader() == loader_of_obj) // which doesn't tell

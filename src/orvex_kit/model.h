@@ -13,6 +13,7 @@
 #include "orvex_kit/framing.h"
 #include "orvex_kit/model_parts.h"
 #include "orvex_kit/normals.h"
+#include "orvex_kit/outcome.h"
 #include "orvex_kit/path.h"
 #include "orvex_kit/pick.h"
 
@@ -21,11 +22,13 @@ class Camera;
 class GpuProgram;
 class Model;
 class Renderer;
+class mat4;
 struct Ray;
 } // namespace orvex
 
 namespace orvex::kit {
 
+struct MeshNumbers;
 struct ModelNumbers;
 
 /// What a `Model` is loaded with.
@@ -70,6 +73,9 @@ public:
     /// Loads a file. Needs no renderer.
     /// @param path  of the model; its material libraries are looked for beside it
     explicit Model(const std::string& path, const ModelOptions& options = {});
+    /// Makes one of a mesh of the host's numbers, which stands with y up. Needs no renderer. Empty
+    /// where they make none: the reason names the number, as "positions[3] holds nan".
+    static Model from_numbers(const MeshNumbers& numbers);
     /// Gives back what it holds, on the GPU by the renderer that drew it last, if that is still
     /// there.
     ~Model();
@@ -113,8 +119,20 @@ public:
     /// of the meshes and of their faces. Runs of a mesh follow each other, and none is empty.
     const std::vector<FaceRun>& runs() const noexcept;
 
+    /// Gives a model from numbers other ones. What isn't there in them stays as it is; where there
+    /// are more vertices or fewer, what isn't there is gone, the faces as well. What it is told of
+    /// is looked at anew.
+    /// @param numbers  a number of vertices or faces that is 0 stays, too
+    /// @return why not, as `from_numbers`, or that it is no model from numbers; it stays as it was
+    Outcome update(const MeshNumbers& numbers);
+
     /// Turns the model so that y is its way up.
     void stand_up();
+    /// Places the model in the world, whatever it was before. Looks at every vertex, and normals
+    /// are bent by scales that are uneven.
+    /// @param transform  the last row is 0 0 0 1
+    /// @return why not, as a number isn't finite, or that the model is empty
+    Outcome set_transform(const orvex::mat4& transform);
     /// The way up of the model as it stands.
     UpAxis up_axis() const noexcept;
     /// All vertices, points and ends of lines with a place, in the world: what a camera is to see.
@@ -181,6 +199,8 @@ private:
     friend struct ModelNumbers;
     class Data;
     std::unique_ptr<Data> data;
+
+    explicit Model(std::unique_ptr<Data> data) noexcept;
 };
 
 /// What models can be read from, as "OBJ, 3DS, STL": the formats of the engine's own loaders, and

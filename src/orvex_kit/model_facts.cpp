@@ -267,6 +267,17 @@ void Model::Data::stand_up() {
         return;
     loaded.model->set_orientation_euler_xyz(90.0f, 0.0f, 0.0f);
     facts.up = UpAxis::y;
+    if (std::exchange(is_placed, false))
+        return place(placed);
+    tree.reset();
+    measure();
+}
+
+void Model::Data::place(const mat4& transform) {
+    if (!std::exchange(is_placed, true))
+        own_place = loaded.model->get_transform();
+    placed = transform;
+    loaded.model->set_transform(placed * own_place);
     tree.reset();
     measure();
 }

@@ -21,7 +21,7 @@ namespace {
 
 ContextWish wish_of(ContextWish::Kind kind, const NativeWindow& window, int width, int height,
                     const ViewOptions& options) {
-    return {kind, window, width, height, options.path, options.depth_bits};
+    return {kind, window, width, height, options.path, options.depth_bits, options.device};
 }
 
 } // namespace
@@ -175,6 +175,10 @@ void View::present() {
 
 Outcome View::read(Picture& picture) {
     return make_current() ? data->read(picture) : empty_view(reason());
+}
+
+Outcome View::read(void* rows, std::ptrdiff_t row_bytes) {
+    return make_current() ? data->read(rows, row_bytes) : empty_view(reason());
 }
 
 Outcome View::write(const std::string& path, const PictureFileOptions& options) {

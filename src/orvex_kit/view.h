@@ -3,6 +3,7 @@
 /// @file
 /// Where models are drawn: off screen, in a window of the host's, or on its context.
 
+#include <cstddef>
 #include <memory>
 #include <string>
 
@@ -50,6 +51,10 @@ struct ViewOptions {
     int supersampling = 1;
     /// Bits of depth that are wished for: 32 falls back to 24, then to 16.
     int depth_bits = 24;
+    /// The device that draws off screen, as `ORVEX_GL_DEVICE` in the environment names it; empty
+    /// for what that says. It is set while the view is made: no other thread may look into the
+    /// environment then.
+    std::string device{};
 };
 
 /// Why there is no view, for hosts that try another way; `View::reason` tells people.
@@ -159,6 +164,12 @@ public:
     /// @param picture  receives it, in the view's size; stays as it was on failure
     /// @return that the view is empty, or memory ran out
     Outcome read(Picture& picture);
+    /// The same into memory of the caller's.
+    /// @param rows       the pixels of the row on top
+    /// @param row_bytes  from one row to the next below it; negative where they lie the other way
+    ///                   round. What lies between rows stays
+    /// @return as above; also that there is no memory, or that rows are too short
+    Outcome read(void* rows, std::ptrdiff_t row_bytes);
     /// Writes that picture as `write_picture` does; without alpha where the background is opaque.
     /// @return as `read` and `write_picture`
     Outcome write(const std::string& path, const PictureFileOptions& options = {});

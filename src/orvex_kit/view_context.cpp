@@ -6,7 +6,10 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <cstdlib>
+#include <memory>
 #include <new>
+#include <optional>
 #include <utility>
 #include <vector>
 
@@ -39,6 +42,32 @@ bool begin_window(RenderWindow& window, const ContextWish& wish) {
                              "Off", nullptr, &request);
 }
 
+/// Chooses a device by the environment while it lives.
+class DeviceChoice {
+public:
+    explicit DeviceChoice(const std::string& device)
+        : is_made(!device.empty()) {
+        if (!is_made)
+            return;
+        if (const char* const value = std::getenv(name))
+            before = value;
+        setenv(name, device.c_str(), 1);
+    }
+    ~DeviceChoice() {
+        if (is_made && before)
+            setenv(name, before->c_str(), 1);
+        else if (is_made)
+            unsetenv(name);
+    }
+    DeviceChoice(const DeviceChoice&) = delete;
+    DeviceChoice& operator=(const DeviceChoice&) = delete;
+
+private:
+    static constexpr const char* name = "ORVEX_GL_DEVICE";
+    bool is_made;
+    std::optional<std::string> before;
+};
+
 std::string size_text(const ContextWish& wish) {
     return std::to_string(wish.width) + "x" + std::to_string(wish.height) + " pixels";
 }
@@ -57,6 +86,7 @@ void ViewContext::open(const ContextWish& wish) {
     if (wish.width < 1 || wish.height < 1)
         return fail(ViewFailure::size, "a view of " + size_text(wish) + ": sides go from 1");
     open_contexts().reserve(open_contexts().size() + 1);
+    const DeviceChoice choice(wish.device);
     renderer = Kernel::get()->load_core_opengl_renderer_plugin(true);
     renderer->initialize();
     window = renderer->create_render_window();
@@ -118,7 +148,8 @@ bool is_room_for_a_driver() {
 
 /// Tries what would have done.
 void ViewContext::explain(const ContextWish& wish) {
-    ContextWish smaller{ContextWish::Kind::off_screen, {}, 16, 16, wish.path, wish.depth_bits};
+    ContextWish smaller{
+        ContextWish::Kind::off_screen, {}, 16, 16, wish.path, wish.depth_bits, wish.device};
     RenderWindow& other = *renderer->create_render_window();
     if (begin_window(other, smaller))
         return wish.kind == ContextWish::Kind::window
@@ -135,6 +166,9 @@ void ViewContext::explain(const ContextWish& wish) {
                                                  "." + std::to_string(minor) +
                                                  ": ask for path gl2");
     }
+    if (!wish.device.empty())
+        return fail(ViewFailure::no_driver, "the device \"" + wish.device +
+                                                "\" isn't there, or can't draw: the log says why");
     if (!is_room_for_a_driver())
         return fail(ViewFailure::memory, "there isn't enough memory for an OpenGL driver");
     fail(ViewFailure::no_driver, "no EGL driver is found: install libgl1-mesa-dri");

@@ -4,30 +4,46 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <cstdlib>
 #include <utility>
 
 #include <orvex/renderer/render_target.h>
 #include <orvex/renderer/renderer.h>
 
-#include "orvex_kit/private/turn_upside_down.h"
-
 namespace orvex::kit {
 
 namespace {
 
-/// Rows that lie the last first, with colours multiplied by their alpha, as a picture has them.
-void straighten(Picture& picture, bool is_opaque) {
-    turn_upside_down(picture);
-    for (int y = 0; y < picture.height(); ++y) {
-        auto* pixel = picture.row<std::uint8_t>(y);
-        for (int x = 0; x < picture.width(); ++x, pixel += 4) {
-            const int alpha = is_opaque ? 255 : pixel[3];
-            pixel[3] = static_cast<std::uint8_t>(alpha);
-            for (int i = 0; alpha < 255 && i < 3; ++i)
-                pixel[i] = static_cast<std::uint8_t>(
-                    alpha == 0 ? 0 : std::min((pixel[i] * 255 + alpha / 2) / alpha, 255));
-        }
+/// Pixels in memory, four bytes each.
+struct Rows {
+    unsigned char* top;
+    std::ptrdiff_t row_bytes;
+    int width;
+    int height;
+
+    unsigned char* row(int y) const { return top + row_bytes * y; }
+    std::ptrdiff_t needed() const { return static_cast<std::ptrdiff_t>(width) * 4; }
+    /// Whether nothing lies between them, in whatever order.
+    bool are_dense() const { return std::abs(row_bytes) == needed(); }
+    /// Where they begin in memory.
+    unsigned char* begin() const { return row_bytes > 0 ? top : row(height - 1); }
+};
+
+/// Colours that are multiplied by their alpha become straight.
+void straighten(unsigned char* pixel, int count, bool is_opaque) {
+    for (int x = 0; x < count; ++x, pixel += 4) {
+        const int alpha = is_opaque ? 255 : pixel[3];
+        pixel[3] = static_cast<std::uint8_t>(alpha);
+        for (int i = 0; alpha < 255 && i < 3; ++i)
+            pixel[i] = static_cast<std::uint8_t>(
+                alpha == 0 ? 0 : std::min((pixel[i] * 255 + alpha / 2) / alpha, 255));
     }
+}
+
+/// The renderer gives the last row first.
+void turn_over(const Rows& rows) {
+    for (int top = 0, bottom = rows.height - 1; top < bottom; ++top, --bottom)
+        std::swap_ranges(rows.row(top), rows.row(top) + rows.needed(), rows.row(bottom));
 }
 
 } // namespace
@@ -64,19 +80,55 @@ void View::Data::read_surface(unsigned char* pixels) {
     renderer.set_viewport(x, y, across, down);
 }
 
+/// Into memory without gaps, the last row first.
+Outcome View::Data::read_pixels(unsigned char* pixels) {
+    const bool is_target_wanted = context->is_adopted || (is_window && target && !is_opaque());
+    if (!is_target_wanted)
+        read_surface(pixels);
+    else if (!read_target(pixels))
+        return Outcome::failure("there is no target to read a picture of " + std::to_string(width) +
+                                "x" + std::to_string(height) +
+                                " pixels by: " + readable->get_error_str());
+    return Outcome::success();
+}
+
 Outcome View::Data::read(Picture& picture) {
     Picture result;
     if (Outcome made = result.create(width, height, 4, Sample::u8); !made)
         return made;
-    const bool is_target_wanted = context->is_adopted || (is_window && target && !is_opaque());
-    if (!is_target_wanted)
-        read_surface(result.row_data(0));
-    else if (!read_target(result.row_data(0)))
-        return Outcome::failure("there is no target to read a picture of " + std::to_string(width) +
-                                "x" + std::to_string(height) +
-                                " pixels by: " + readable->get_error_str());
-    straighten(result, is_opaque());
+    if (Outcome done = read(result.row_data(0), static_cast<std::ptrdiff_t>(result.row_bytes()));
+        !done)
+        return done;
     picture = std::move(result);
+    return Outcome::success();
+}
+
+Outcome View::Data::read(void* memory, std::ptrdiff_t row_bytes) {
+    const Rows rows{static_cast<unsigned char*>(memory), row_bytes, width, height};
+    if (!memory)
+        return Outcome::failure("there is no memory to read a picture into");
+    if (std::abs(row_bytes) < rows.needed())
+        return Outcome::failure("rows of " + std::to_string(row_bytes) +
+                                " bytes: " + std::to_string(rows.needed()) + " are needed");
+    if (!rows.are_dense())
+        return read_apart(memory, row_bytes);
+    if (Outcome done = read_pixels(rows.begin()); !done)
+        return done;
+    if (row_bytes > 0)
+        turn_over(rows);
+    for (int y = 0; y < height; ++y)
+        straighten(rows.row(y), width, is_opaque());
+    return Outcome::success();
+}
+
+/// Where something lies between the rows.
+Outcome View::Data::read_apart(void* memory, std::ptrdiff_t row_bytes) {
+    Picture picture;
+    if (Outcome done = read(picture); !done)
+        return done;
+    for (int y = 0; y < height; ++y)
+        std::copy_n(picture.row_data(y), picture.row_bytes(),
+                    static_cast<unsigned char*>(memory) + row_bytes * y);
     return Outcome::success();
 }
 

@@ -1,5 +1,6 @@
 #include "orvex_kit/view.h"
 
+#include <array>
 #include <cmath>
 #include <cstdlib>
 #include <filesystem>
@@ -54,6 +55,42 @@ TEST_P(ViewTest, is_what_was_asked_for) {
     EXPECT_EQ(view.path(), GetParam());
     EXPECT_NE(view.renderer(), nullptr);
     EXPECT_NE(view.window(), nullptr);
+}
+
+TEST_P(ViewTest, is_read_into_memory_of_the_hosts) {
+    View view(5, 4, options());
+    view.set_background({1, 0, 0, 0.5f});
+    view.begin(Camera());
+    view.end();
+    Picture picture;
+    ASSERT_TRUE(view.read(picture));
+    std::array<unsigned char, 4 * 24> apart{};
+    ASSERT_TRUE(view.read(apart.data(), 24));
+    std::array<unsigned char, 4 * 20> turned{};
+    ASSERT_TRUE(view.read(turned.data() + 60, -20));
+    for (int y = 0; y < 4; ++y)
+        for (int x = 0; x < 20; ++x) {
+            EXPECT_EQ(apart.at(y * 24 + x), picture.row_data(y)[x]);
+            EXPECT_EQ(turned.at((3 - y) * 20 + x), picture.row_data(y)[x]);
+        }
+    EXPECT_EQ(apart[20], 0);
+    EXPECT_EQ(view.read(apart.data(), 19).reason(), "rows of 19 bytes: 20 are needed");
+    EXPECT_EQ(view.read(nullptr, 20).reason(), "there is no memory to read a picture into");
+    EXPECT_FALSE(View().read(apart.data(), 20));
+}
+
+TEST_P(ViewTest, is_drawn_by_the_device_that_was_chosen) {
+    ViewOptions chosen = options();
+    chosen.device = "software";
+    setenv("ORVEX_GL_DEVICE", "77", 1);
+    EXPECT_TRUE(View(8, 8, chosen));
+    EXPECT_STREQ(std::getenv("ORVEX_GL_DEVICE"), "77");
+    unsetenv("ORVEX_GL_DEVICE");
+    chosen.device = "77";
+    const View view(8, 8, chosen);
+    EXPECT_EQ(view.failure(), ViewFailure::no_driver);
+    EXPECT_EQ(view.reason(), "the device \"77\" isn't there, or can't draw: the log says why");
+    EXPECT_EQ(std::getenv("ORVEX_GL_DEVICE"), nullptr);
 }
 
 TEST_P(ViewTest, has_as_many_samples_as_there_are) {

@@ -11,7 +11,9 @@
 
 #include <orvex/fwd.h>
 #include <orvex/geometry/mesh/mesh.h>
+#include <orvex/math/mat4.h>
 
+#include "orvex_kit/mesh_numbers.h"
 #include "orvex_kit/model.h"
 #include "orvex_kit/private/engine_parts.h"
 #include "orvex_kit/private/face_tree.h"
@@ -39,6 +41,18 @@ struct ModelFacts {
     Extent extent;
 };
 
+struct MeshParts;
+
+/// What a model from numbers is made with beside them.
+struct MeshStyle {
+    Normals shading = Normals::by_file;
+    std::optional<orvex::vec4> color; ///< none: there is no material, but for a texture
+    std::string name;
+    NodeHold<orvex::Resource> texture; ///< null: none
+    bool has_normals = false;          ///< of its own
+    bool has_colors = false;           ///< of its own
+};
+
 /// The model, from its load to its end or that of the engine.
 ///
 /// It draws the meshes itself, face run by face run: a model in the engine draws its children
@@ -46,6 +60,7 @@ struct ModelFacts {
 /// whole binds its first material only.
 class Model::Data : public EnginePart {
 public:
+    Data() = default;
     Data(const std::string& path, const ModelOptions& options);
     ~Data() override;
     void close() override;
@@ -57,12 +72,17 @@ public:
     void draw_points(orvex::Renderer& renderer, orvex::GpuProgram& program);
     void draw_lines(orvex::Renderer& renderer, orvex::GpuProgram& program);
     void stand_up();
+    void place(const orvex::mat4& transform);
     std::optional<Pick> pick(const PointRay& ray);
+
+    bool make_mesh(const MeshNumbers& numbers);
+    std::string update(const MeshNumbers& numbers, std::unique_ptr<Data>& fresh);
 
     std::string path;
     std::string reason;
     LoadedModel loaded;
     ModelFacts facts;
+    std::unique_ptr<MeshStyle> style; ///< of a model from numbers; null: from a file
 
 private:
     std::vector<orvex::Mesh*> meshes; ///< one a place, as `facts.meshes`
@@ -82,11 +102,20 @@ private:
     /// is the whole mesh; empty until they are wanted.
     std::vector<Ref<orvex::Mesh>> pieces;
     std::unique_ptr<const FaceTree> tree; ///< null until it is asked, and after a turn
+    orvex::mat4 placed;                   ///< in the world, by the host
+    orvex::mat4 own_place;                ///< without the host, once it was placed
+    bool is_placed = false;
 
     void gather(orvex::Node& node);
     void gather_materials();
     void add_runs();
     void measure();
+    void take_style(const MeshNumbers& numbers);
+    void build_mesh(const MeshParts& parts);
+    void add_material(orvex::Mesh& mesh);
+    void tell_of_mesh();
+    void refill(const MeshParts& parts);
+    std::unique_ptr<Data> rebuilt(const MeshNumbers& numbers, const MeshParts& parts);
     void tell_of_meshes();
     void tell_of_clouds();
     void tell_of_lines();

@@ -29,6 +29,7 @@ struct ContextWish {
     int height = 0;
     Path path = Path::gl3;
     int depth_bits = 24;
+    std::string device{}; ///< empty: as the environment says
 };
 
 /// Open from a good `open` to `close`. A view and its programs share it, so that programs know when

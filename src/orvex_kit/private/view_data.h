@@ -3,6 +3,7 @@
 /// @file
 /// What a view consists of.
 
+#include <cstddef>
 #include <memory>
 #include <string>
 
@@ -46,6 +47,7 @@ public:
     /// Brings what was drawn from the target to the framebuffer that is bound then, or to `fbo`.
     void resolve(unsigned int fbo);
     Outcome read(Picture& picture);
+    Outcome read(void* memory, std::ptrdiff_t row_bytes);
     Outcome resize(int new_width, int new_height);
 
     std::shared_ptr<ViewContext> context = std::make_shared<ViewContext>();
@@ -74,6 +76,8 @@ private:
     void average();
     bool make_box();
     bool make_readable();
+    Outcome read_pixels(unsigned char* pixels);
+    Outcome read_apart(void* memory, std::ptrdiff_t row_bytes);
     bool read_target(unsigned char* pixels);
     void read_surface(unsigned char* pixels);
 };

@@ -1,0 +1,145 @@
+#include <array>
+#include <cmath>
+#include <cstdint>
+#include <limits>
+
+#include <gtest/gtest.h>
+
+#include <orvex/geometry/rays/ray_caster.h>
+#include <orvex/math/mat4.h>
+
+#include "orvex_kit/engine.h"
+#include "orvex_kit/look.h"
+#include "orvex_kit/mesh_numbers.h"
+#include "orvex_kit/model.h"
+#include "orvex_kit/view.h"
+#include "sample_models.h"
+
+namespace orvex_test {
+
+namespace {
+
+using namespace orvex::kit;
+
+constexpr std::array<float, 12> places = {-1, -1, 0, 1, -1, 0, 1, 1, 0, -1, 1, 0};
+constexpr std::array<float, 12> normals = {0, 0, 1, 0, 0, 1, 0, 0, 1, 0, 0, 1};
+constexpr std::array<std::uint16_t, 6> corners = {0, 1, 2, 0, 2, 3};
+
+MeshNumbers square() {
+    MeshNumbers numbers;
+    numbers.num_vertices = 4;
+    numbers.positions = {places.data()};
+    numbers.num_faces = 2;
+    numbers.faces = {corners.data(), Number::u16};
+    return numbers;
+}
+
+class ModelMeshTest : public testing::Test {
+protected:
+    Engine engine;
+    TempDir folder;
+};
+
+TEST_F(ModelMeshTest, numbers_make_the_model_that_a_file_makes) {
+    const Model mesh = Model::from_numbers(square());
+    ASSERT_TRUE(mesh) << mesh.reason();
+    const Model file(write_square(folder));
+    EXPECT_EQ(mesh.num_faces(), file.num_faces());
+    EXPECT_EQ(mesh.bounds().max.y, file.bounds().max.y);
+    EXPECT_EQ(mesh.extent().points.size(), 4u);
+    EXPECT_TRUE(mesh.files().empty());
+    EXPECT_EQ(mesh.loader(), "");
+    EXPECT_TRUE(mesh.notes().empty());
+}
+
+TEST_F(ModelMeshTest, numbers_draw_as_a_file_does) {
+    Model file(write_square(folder));
+    MeshNumbers numbers = square();
+    numbers.normals = {normals.data()};
+    numbers.color = file.materials().at(0).diffuse;
+    Model mesh = Model::from_numbers(numbers);
+    for (const Path path : {Path::gl3, Path::gl2}) {
+        ViewOptions options;
+        options.path = path;
+        View view(32, 32, options);
+        ASSERT_TRUE(view.set_look(Look::named("plain")));
+        Picture of_mesh, of_file;
+        view.draw(mesh);
+        ASSERT_TRUE(view.read(of_mesh));
+        view.draw(file);
+        ASSERT_TRUE(view.read(of_file));
+        EXPECT_EQ(of_mesh, of_file);
+    }
+}
+
+TEST_F(ModelMeshTest, other_numbers_are_seen_and_met) {
+    Model mesh = Model::from_numbers(square());
+    const orvex::Ray ray{{0.5f, 0.5f, 10, 1}, {0, 0, -1, 0}};
+    EXPECT_EQ(mesh.pick(ray)->distance, 10.0);
+    std::array<float, 12> nearer = places;
+    for (std::size_t i = 2; i < nearer.size(); i += 3)
+        nearer[i] = 4;
+    MeshNumbers numbers;
+    numbers.positions = {nearer.data()};
+    ASSERT_TRUE(mesh.update(numbers));
+    EXPECT_EQ(mesh.pick(ray)->distance, 6.0);
+    EXPECT_EQ(mesh.bounds().min.z, 4.0f);
+    EXPECT_EQ(mesh.num_faces(), 2u);
+}
+
+TEST_F(ModelMeshTest, bad_numbers_leave_an_empty_model_with_the_reason) {
+    MeshNumbers numbers = square();
+    std::array<float, 12> bad = places;
+    bad[10] = std::numeric_limits<float>::infinity();
+    numbers.positions = {bad.data()};
+    const Model mesh = Model::from_numbers(numbers);
+    EXPECT_FALSE(mesh);
+    EXPECT_EQ(mesh.reason(), "positions[3] holds inf, which is no finite float");
+}
+
+TEST_F(ModelMeshTest, a_model_from_a_file_keeps_its_numbers) {
+    Model file(write_square(folder));
+    const Outcome refused = file.update(square());
+    EXPECT_EQ(refused.reason(), "a model from a file keeps its numbers");
+    Model none;
+    EXPECT_FALSE(none.update(square()));
+}
+
+TEST_F(ModelMeshTest, a_transform_moves_what_is_seen_and_met) {
+    Model model(write_square(folder));
+    orvex::mat4 aside;
+    aside.init_translate(5, 0, 0);
+    ASSERT_TRUE(model.set_transform(aside));
+    EXPECT_EQ(model.extent().middle.x, 5.0f);
+    EXPECT_EQ(model.bounds().max.x, 1.0f);
+    EXPECT_TRUE(model.pick({{5.5f, 0, 10, 1}, {0, 0, -1, 0}}));
+    EXPECT_FALSE(model.pick({{0.5f, 0, 10, 1}, {0, 0, -1, 0}}));
+    ASSERT_TRUE(model.set_transform(orvex::mat4()));
+    EXPECT_EQ(model.extent().middle.x, 0.0f);
+    aside.m[3] = 1;
+    EXPECT_EQ(model.set_transform(aside).reason(), "the last row of the transform isn't 0 0 0 1");
+    aside.m[3] = std::nanf("");
+    EXPECT_EQ(model.set_transform(aside).reason(), "element 3 of the transform is nan");
+    Model none;
+    EXPECT_FALSE(none.set_transform(orvex::mat4()));
+}
+
+TEST(ModelMeshTestWithoutEngine, numbers_need_an_engine) {
+    EXPECT_NE(Model::from_numbers(square()).reason().find("the engine doesn't run"),
+              std::string::npos);
+}
+
+TEST(ModelMeshTestWithoutEngine, a_mesh_ends_with_its_engine) {
+    Model mesh;
+    {
+        const Engine engine;
+        mesh = Model::from_numbers(square());
+        EXPECT_TRUE(mesh);
+    }
+    EXPECT_FALSE(mesh);
+    EXPECT_NE(mesh.reason().find("the engine has ended"), std::string::npos);
+}
+
+} // namespace
+
+} // namespace orvex_test
