@@ -351,7 +351,7 @@ ORVEX_C_API orvex_result orvex_model_load(orvex_engine engine, const char* path,
 /// Ends a model, from a file or from numbers, with what it has on the GPU.
 ORVEX_C_API orvex_result orvex_model_destroy(orvex_model model);
 
-/// What a model holds. Strings are the model's, valid until it ends.
+/// What a model holds. Strings here and below are the model's, valid until it ends or is updated.
 typedef struct orvex_model_info {
     size_t size;                ///< of this record
     const char* loader;         ///< the name of the loader's plugin; empty for a mesh
@@ -391,7 +391,7 @@ typedef struct orvex_material_info {
     float shininess;        ///< exponent of the highlight
     float opacity;          ///< below 1 it is blended
     const size_t* textures; ///< those named by it, for `orvex_model_get_texture`; the model's,
-                            ///< valid until it ends
+                            ///< valid as strings are
     size_t texture_count;   ///< of those
 } orvex_material_info;
 
@@ -418,11 +418,11 @@ ORVEX_C_API orvex_result orvex_model_get_texture(orvex_model model, size_t index
                                                  orvex_texture_info* info);
 /// A sentence about what is odd, as that no face has an area, or what the loader left out.
 /// @param index      from 0, below their count
-/// @param[out] note  the model's, valid until it ends or is updated
+/// @param[out] note  the model's, valid as told above
 ORVEX_C_API orvex_result orvex_model_get_note(orvex_model model, size_t index, const char** note);
 /// A file that it was read from, or that was looked for: the first is the model itself.
 /// @param index      from 0, below their count
-/// @param[out] path  the model's, valid until it ends
+/// @param[out] path  the model's, valid as told above
 ORVEX_C_API orvex_result orvex_model_get_file(orvex_model model, size_t index, const char** path);
 
 /// The box around a model as it stands in the world. Looks at every vertex.
@@ -490,7 +490,7 @@ typedef struct orvex_mesh_data {
     size_t vertex_count;   ///< of each array of vertices
     orvex_array positions; ///< F32 by default, or F64; 3 numbers
     orvex_array normals;   ///< likewise, of any length; without, those of `shading`
-    orvex_array texcoords; ///< F32 by default, or F64; 2 numbers, (0, 0) is the texture's upper
+    orvex_array texcoords; ///< F32 by default, or F64; 2 numbers, (0, 0) is the texture's lower
                            ///< left corner
     orvex_array colors;    ///< F32 by default, or F64, 0 to 1; U8, 0 to 255; 4 numbers by default,
                            ///< or 3: red, green, blue, alpha. Colours of vertices don't blend
