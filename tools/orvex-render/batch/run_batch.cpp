@@ -2,15 +2,13 @@
 
 #include "batch/run_batch.h"
 
-#include <cerrno>
 #include <csignal>
 #include <cstdio>
-#include <cstring>
 
-#include <sys/stat.h>
 #include <unistd.h>
 
 #include "batch/manifest.h"
+#include "batch/output_folder.h"
 #include "batch/results.h"
 #include "batch/supervisor.h"
 #include "batch/tally.h"
@@ -44,13 +42,6 @@ Manifest::Setting setting_of(const Options& options) {
     setting.shard = batch.shard;
     setting.defaults = options;
     return setting;
-}
-
-std::string mistake_in_folder(const std::string& folder) {
-    constexpr mode_t mode = 0777;
-    if (folder.empty() || ::mkdir(folder.c_str(), mode) == 0 || errno == EEXIST)
-        return "";
-    return "can't make the folder " + folder + ": " + std::strerror(errno);
 }
 
 /// Looks at all lines of a file. @return what ends the batch before it has begun
@@ -104,7 +95,7 @@ ExitCode run_batch(const Options& options) {
     // A reader of results that has gone is told of as a full disk is.
     std::signal(SIGPIPE, SIG_IGN);
     const BatchOptions& batch = options.batch;
-    if (const std::string mistake = mistake_in_folder(batch.output_dir); !mistake.empty())
+    if (const std::string mistake = make_output_folder(batch.output_dir); !mistake.empty())
         return fail(mistake);
     Manifest manifest(setting_of(options));
     if (const std::string mistake = manifest.open(); !mistake.empty()) {
