@@ -1,0 +1,164 @@
+#!/usr/bin/env python3
+"""How fast a batch draws, and in how little memory.
+
+    bench/orvex_render/batch_bench.py [--program FILE] [--models N] [--lines N] [--long N]
+
+Three rows: many small models by two workers, beside f3d with a process for each picture where that is
+installed; the supervisor of a manifest of a million lines; and one worker over many models, whose memory,
+descriptors and threads stay as they are. Ends with 1 where a goal is missed: 15 models a second and 60 ms of
+the processor for each, on 2 idle cores; 20 MB, and the first picture within 3 seconds; no growth.
+"""
+
+import argparse
+import json
+import math
+import os
+import pathlib
+import resource
+import shutil
+import signal
+import subprocess
+import sys
+import tempfile
+import time
+
+
+def sphere(rings, seed):
+    """A ball with bumps, of 2 * rings * rings faces, as the text of an OBJ file."""
+    lines = []
+    for i in range(rings + 1):
+        for k in range(rings):
+            down, around = math.pi * i / rings, 2 * math.pi * k / rings
+            size = 1 + 0.1 * math.sin(seed + 5 * around) * math.sin(3 * down)
+            lines.append(f"v {size * math.sin(down) * math.cos(around):.5f} {size * math.cos(down):.5f} "
+                         f"{size * math.sin(down) * math.sin(around):.5f}")
+    for i in range(rings):
+        for k in range(rings):
+            a, b = i * rings + k + 1, i * rings + (k + 1) % rings + 1
+            lines += [f"f {a} {b} {b + rings}", f"f {a} {b + rings} {a + rings}"]
+    return "\n".join(lines) + "\n"
+
+
+def write_models(folder, count):
+    paths = []
+    for i in range(count):
+        path = folder / f"model-{i:05}.obj"
+        path.write_text(sphere(10 + i % 20, i))
+        paths.append(path)
+    return paths
+
+
+def manifest_of(folder, paths, count):
+    file = folder / "manifest.jsonl"
+    with open(file, "w") as out:
+        for i in range(count):
+            out.write(json.dumps({"id": f"{i}", "model": str(paths[i % len(paths)])}) + "\n")
+    return file
+
+
+def processor_seconds():
+    usage = resource.getrusage(resource.RUSAGE_CHILDREN)
+    return usage.ru_utime + usage.ru_stime
+
+
+def command(program, manifest, folder, *more):
+    return [program, "--batch", str(manifest), "--output-dir", str(folder / "out"), "--size", "256x256",
+            "--quiet", *more]
+
+
+def row(name, is_reached, figures):
+    print(f"{'  ' if is_reached else '! '}{name}: {figures}", flush=True)
+    return is_reached
+
+
+def many_small(program, folder, count):
+    paths = write_models(folder, count)
+    manifest = manifest_of(folder, paths, count)
+    before, begin = processor_seconds(), time.monotonic()
+    subprocess.run(command(program, manifest, folder, "--workers", "2"), check=True, stdout=subprocess.DEVNULL)
+    taken, spent = time.monotonic() - begin, processor_seconds() - before
+    rate, each = count / taken, 1000 * spent / count
+    figures = f"{rate:.1f} models a second, {each:.1f} ms of the processor each"
+    if shutil.which("f3d"):
+        figures += beside_f3d(paths[:10], folder)
+    return row(f"{count} small models, 2 workers", rate >= 15 and each <= 60, figures)
+
+
+def beside_f3d(paths, folder):
+    before, begin = processor_seconds(), time.monotonic()
+    for path in paths:
+        subprocess.run(["f3d", str(path), "--resolution=256,256", "--output", str(folder / "f3d.png")],
+                       check=True, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+    taken, spent = time.monotonic() - begin, processor_seconds() - before
+    return f" (f3d: {len(paths) / taken:.1f} a second, {1000 * spent / len(paths):.0f} ms each)"
+
+
+def peak_megabytes(process):
+    for line in pathlib.Path(f"/proc/{process}/status").read_text().splitlines():
+        if line.startswith("VmHWM:"):
+            return int(line.split()[1]) / 1024
+    return 0
+
+
+def long_manifest(program, folder, count):
+    paths = write_models(folder, 1)
+    manifest = manifest_of(folder, paths, count)
+    begin = time.monotonic()
+    batch = subprocess.Popen(command(program, manifest, folder), stdout=subprocess.PIPE)
+    batch.stdout.readline()
+    first = time.monotonic() - begin
+    for _ in range(50):
+        batch.stdout.readline()
+    peak = peak_megabytes(batch.pid)
+    batch.send_signal(signal.SIGTERM)
+    batch.stdout.read()
+    batch.wait()
+    return row(f"{count} lines", peak < 20 and first <= 3,
+               f"peak {peak:.1f} MB, first verdict after {first:.2f} s")
+
+
+def state_of(process):
+    pages = int(pathlib.Path(f"/proc/{process}/statm").read_text().split()[1])
+    files = len(os.listdir(f"/proc/{process}/fd"))
+    threads = len(os.listdir(f"/proc/{process}/task"))
+    return pages * os.sysconf("SC_PAGESIZE") / 2**20, files, threads
+
+
+def long_worker(program, folder, count):
+    paths = write_models(folder, 200)
+    manifest = manifest_of(folder, paths, count)
+    batch = subprocess.Popen(command(program, manifest, folder, "--workers", "1", "--recycle", str(count + 1),
+                                     "--samples", "0"), stdout=subprocess.PIPE)
+    states = []
+    for i in range(1, count + 1):
+        batch.stdout.readline()
+        if i % max(count // 20, 1) == 0 and i < count:
+            worker = pathlib.Path(f"/proc/{batch.pid}/task/{batch.pid}/children").read_text().split()[0]
+            states.append(state_of(worker))
+    batch.wait()
+    # The first fifth warms up.
+    states = states[len(states) // 5:]
+    begin, end = states[0], states[-1]
+    growth = end[0] - begin[0]
+    return row(f"{count} models, 1 worker", growth < 4 and begin[1:] == end[1:],
+               f"resident {begin[0]:.1f} to {end[0]:.1f} MB, descriptors {begin[1]} to {end[1]}, "
+               f"threads {begin[2]} to {end[2]}")
+
+
+def main():
+    parser = argparse.ArgumentParser(description=__doc__, formatter_class=argparse.RawDescriptionHelpFormatter)
+    parser.add_argument("--program", default="build/release/tools/orvex-render/orvex-render")
+    parser.add_argument("--models", type=int, default=500)
+    parser.add_argument("--lines", type=int, default=1000000)
+    parser.add_argument("--long", type=int, default=10000)
+    options = parser.parse_args()
+    is_fine = True
+    for measure, count in ((many_small, options.models), (long_manifest, options.lines),
+                           (long_worker, options.long)):
+        with tempfile.TemporaryDirectory() as folder:
+            is_fine = measure(options.program, pathlib.Path(folder), count) and is_fine
+    return 0 if is_fine else 1
+
+
+if __name__ == "__main__":
+    sys.exit(main())
