@@ -1,9 +1,11 @@
 // A supervisor and its workers: who is started, who is ended, and what is left.
 
 #include <algorithm>
+#include <atomic>
 #include <csignal>
 #include <fstream>
 #include <set>
+#include <thread>
 
 #include <gtest/gtest.h>
 
@@ -79,6 +81,49 @@ TEST_F(BatchSupervisorTest, gets_over_the_death_of_a_worker) {
     EXPECT_EQ(test.run().mistake, "");
     expect_all_fine(8);
     EXPECT_TRUE(children().empty());
+}
+
+/// Kills workers at their models, which wait while a file is there.
+class Killer {
+public:
+    explicit Killer(const TestBatch& test)
+        : test(test)
+        , file(test.folder.write("held", "")) {}
+
+    const std::string& held() const { return file; }
+    void kill_and_let_go(int times) {
+        for (std::set<int> killed; !is_over && static_cast<int>(killed.size()) < times;)
+            for (const int child : children())
+                if (test.has_file("held-" + std::to_string(child)) && killed.insert(child).second)
+                    kill(child, SIGKILL);
+        std::filesystem::remove(file);
+    }
+    std::atomic<bool> is_over = false; ///< the batch; there is nothing more to be killed
+
+private:
+    const TestBatch& test;
+    std::string file;
+};
+
+TEST_F(BatchSupervisorTest, blames_no_model_for_what_somebody_else_has_killed) {
+    test.options.workers = 1;
+    Killer killer(test);
+    test.add_model("held", "hold " + killer.held());
+    std::thread thread([&] { killer.kill_and_let_go(3); });
+    EXPECT_EQ(test.run().mistake, "");
+    killer.is_over = true;
+    thread.join();
+    EXPECT_EQ(test.verdict_of("held").fate, Fate::ok) << test.verdict_of("held").reason;
+    EXPECT_EQ(test.verdict_of("held").tries, 1);
+}
+
+TEST_F(BatchSupervisorTest, blames_a_model_in_which_processes_are_killed_again_and_again) {
+    test.add_model("die", "die");
+    test.add_model("fine");
+    EXPECT_EQ(test.run().mistake, "");
+    EXPECT_EQ(test.verdict_of("die").fate, Fate::crashed);
+    EXPECT_EQ(test.verdict_of("die").tries, 2);
+    EXPECT_EQ(test.verdict_of("fine").fate, Fate::ok);
 }
 
 TEST_F(BatchSupervisorTest, replaces_a_worker_after_its_share_of_models) {

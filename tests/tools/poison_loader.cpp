@@ -61,6 +61,13 @@ void escape(const std::string& elsewhere) {
     execl("/bin/sh", "sh", "-c", "kill -9 $$", nullptr);
 }
 
+/// Waits until a file is taken away, and tells by another one that it does.
+void hold(const std::string& file) {
+    std::ofstream(file + "-" + std::to_string(getpid())) << "here";
+    while (access(file.c_str(), F_OK) == 0)
+        usleep(1000);
+}
+
 void do_harm(const std::string& word, const std::string& rest) {
     ++num_seen;
     if (word == "crash")
@@ -83,6 +90,10 @@ void do_harm(const std::string& word, const std::string& rest) {
     }
     if (word == "age" && num_seen > 1)
         crash();
+    if (word == "hold")
+        hold(rest);
+    if (word == "die")
+        kill(getpid(), SIGKILL);
     if (word == "escape")
         escape(rest);
 }

@@ -366,6 +366,12 @@ void Supervisor::mourn(WorkerProcess& worker, Job job) {
     remove_leavings(job.entry, job.since);
     if (worker.cause() == Cause::stop)
         return;
+    // What somebody else has killed isn't the model's fault, unless it happens again and again.
+    constexpr int most_kills = 3;
+    if (worker.was_killed() && job.kills < most_kills) {
+        ++job.kills;
+        --job.tries;
+    }
     if (job.tries < 2) {
         if (!is_stopping())
             again.push_back(std::move(job));

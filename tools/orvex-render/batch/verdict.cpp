@@ -64,9 +64,9 @@ public:
     }
     void text(const char* name, std::string_view value) { key(name) += json_text_of(value); }
     void whole(const char* name, std::uint64_t value) { key(name) += std::to_string(value); }
-    /// In milliseconds.
+    /// In microseconds.
     void seconds(const char* name, double value) {
-        key(name) += number_text(std::round(value * 1000.0) / 1000.0);
+        key(name) += number_text(std::round(value * 1e6) / 1e6);
     }
 
 private:

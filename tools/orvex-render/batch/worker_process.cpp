@@ -241,6 +241,10 @@ std::string WorkerProcess::end_in_words() const {
     return words.empty() ? text : text + ", and said: " + words;
 }
 
+bool WorkerProcess::was_killed() const {
+    return WIFSIGNALED(status) && WTERMSIG(status) == SIGKILL && why_ended == Cause::none;
+}
+
 bool WorkerProcess::looks_out_of_memory(const BatchOptions& limits) const {
     if (why_ended == Cause::memory || shared->is_out_of_memory)
         return true;

@@ -22,6 +22,7 @@ namespace batch {
 struct Job {
     Entry entry;
     int tries = 0;    ///< begun ones
+    int kills = 0;    ///< tries that somebody else has ended
     timespec since{}; ///< when the first try began, as files are marked
 };
 
@@ -73,6 +74,8 @@ public:
     std::string end_in_words() const;
     /// Whether it died for want of memory, as far as can be told.
     bool looks_out_of_memory(const BatchOptions& limits) const;
+    /// Whether it was killed by somebody else: a person, or the system for want of memory.
+    bool was_killed() const;
     Cause cause() const { return why_ended; }
     const WorkerMark& mark() const { return *shared; }
 
