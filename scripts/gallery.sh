@@ -64,6 +64,12 @@ for path in gl2 gl3; do
   film -i "$folder/$path-%d.png" -frames:v 1 -q:v 3 -vf "scale=256:-1:flags=area,tile=${#looks[@]}x${#models[@]}" "$images/looks_$path.jpg"
 done
 
+# --- A batch of a hundred
+
+(cd "$folder" && "$render" --quiet --batch hundred.jsonl --size 192x192 --output-dir hundred --results hundred.txt)
+film -i "$folder/hundred/%02d.png" -frames:v 1 -q:v 6 -pix_fmt yuvj420p -vf "scale=44:-1:flags=area,tile=20x5" \
+  "$images/guide_batch.jpg"
+
 # --- The guide
 
 for page in "${pages[@]}"; do

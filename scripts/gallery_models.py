@@ -1,11 +1,14 @@
 #!/usr/bin/env python3
-"""Writes two models for the gallery beside the lighthouse's: knot.obj, a smooth tube of two materials, and
-vase.obj, a turned body with a texture.
+"""Writes models for the gallery beside the lighthouse's: knot.obj, a smooth tube of two materials, vase.obj, a
+turned body with a texture, and a hundred knots and vases of all forms with a manifest, hundred.jsonl.
 
     gallery_models.py FOLDER    the textures of examples/data are to lie there
 """
+import colorsys
+import json
 import math
 import pathlib
+import random
 import sys
 
 
@@ -18,30 +21,31 @@ def unit(a):
     return [x / length for x in a]
 
 
-def knot_point(t):
-    radius = 2.0 + math.cos(3 * t)
-    return [radius * math.cos(2 * t), radius * math.sin(2 * t), 1.2 * math.sin(3 * t)]
+def knot_point(t, turns, waves):
+    radius = 2.0 + math.cos(waves * t)
+    return [radius * math.cos(turns * t), radius * math.sin(turns * t), 1.2 * math.sin(waves * t)]
 
 
-def tube(along, around):
-    """Rings of (place, normal, texture place) along the knot."""
+def tube(along, around, turns=2, waves=3, thickness=0.55):
+    """Rings of (place, normal, texture place) along a knot."""
     for i in range(along + 1):
         t = 2 * math.pi * i / along
-        way = unit([b - a for a, b in zip(knot_point(t - 0.001), knot_point(t + 0.001))])
+        way = unit([b - a for a, b in zip(knot_point(t - 0.001, turns, waves),
+                                          knot_point(t + 0.001, turns, waves))])
         side = unit(cross(way, [0, 0, 1]))
         up = cross(side, way)
         ring = []
         for j in range(around + 1):
             angle = 2 * math.pi * j / around
             normal = [math.cos(angle) * s + math.sin(angle) * u for s, u in zip(side, up)]
-            place = [p + 0.55 * n for p, n in zip(knot_point(t), normal)]
+            place = [p + thickness * n for p, n in zip(knot_point(t, turns, waves), normal)]
             ring.append((place, normal, (i / along, j / around)))
         yield ring
 
 
-def vase(along, around):
+def vase(along, around, belly=0.75, waist=0.9, rim=0.35):
     """Rings of a body that was turned on a wheel, from its foot to its rim."""
-    radius = lambda h: 0.55 + 0.75 * math.sin(0.9 * math.pi * h + 0.35) ** 2 + 0.35 * h ** 6
+    radius = lambda h: 0.55 + belly * math.sin(waist * math.pi * h + 0.35) ** 2 + rim * h ** 6
     for i in range(along + 1):
         h = i / along
         slope = (radius(h + 0.001) - radius(h - 0.001)) / 0.002 / 3.4
@@ -69,6 +73,26 @@ def write(path, library, rings, material_of):
                     file.write("f " + " ".join(f"{n}/{n}/{n}" for n in face) + "\n")
 
 
+def write_hundred(folder):
+    chance = random.Random(7)
+    knots = [(2, 3), (3, 2), (2, 5), (3, 4), (5, 2), (4, 3), (1, 4), (1, 6), (3, 5), (2, 7)]
+    entries = []
+    for i in range(100):
+        red, green, blue = colorsys.hsv_to_rgb(i * 0.618 % 1, 0.6, 0.85)
+        (folder / f"{i:02}.mtl").write_text(f"newmtl glaze\nKd {red:.3f} {green:.3f} {blue:.3f}\n"
+                                            "Ks 0.5 0.5 0.5\nNs 50\n")
+        if i % 2 == chance.randrange(2):
+            turns, waves = chance.choice(knots)
+            rings = tube(240, 16, turns, waves, chance.uniform(0.2, 0.45))
+        else:
+            rings = vase(40, 48, chance.uniform(0.2, 1.6), chance.uniform(0.7, 2.4),
+                         chance.uniform(-0.3, 0.8))
+        write(folder / f"{i:02}.obj", f"{i:02}.mtl", rings, lambda _: "glaze")
+        entries.append({"model": f"{i:02}.obj", "id": f"{i:02}",
+                        "elevation": chance.randrange(15, 50), "azimuth": chance.randrange(360)})
+    (folder / "hundred.jsonl").write_text("".join(json.dumps(entry) + "\n" for entry in entries))
+
+
 def main():
     folder = pathlib.Path(sys.argv[1])
     (folder / "knot.mtl").write_text("newmtl copper\nKd 0.8 0.4 0.22\nKs 0.5 0.45 0.4\nNs 40\n"
@@ -76,6 +100,7 @@ def main():
     write(folder / "knot.obj", "knot.mtl", tube(192, 24), lambda i: ("copper", "slate")[i // 16 % 2])
     (folder / "vase.mtl").write_text("newmtl glaze\nKd 1 1 1\nKs 0.5 0.5 0.5\nNs 60\nmap_Kd lighthouse_stone.png\n")
     write(folder / "vase.obj", "vase.mtl", vase(40, 64), lambda i: "glaze")
+    write_hundred(folder)
 
 
 main()
