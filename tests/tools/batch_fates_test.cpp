@@ -161,6 +161,19 @@ TEST_F(BatchFatesTest, an_output_folder_that_is_gone_is_no_fault_of_the_model) {
     EXPECT_EQ(test.verdict_of("b").fate, Fate::io);
 }
 
+TEST_F(BatchFatesTest, an_output_folder_that_takes_nothing_is_no_fault_of_the_model) {
+    const std::string model = test.write_model("a.obj");
+    test.options.output_dir = "/proc";
+    batch::EntryReader reader(test.defaults, test.options.output_dir);
+    batch::Entry into_proc;
+    ASSERT_EQ(reader.read(entry(model), 1, into_proc), "");
+    test.entries.list.emplace_back(std::move(into_proc));
+    EXPECT_EQ(test.run().mistake, "");
+    EXPECT_EQ(test.verdict_of("a").fate, Fate::io);
+    EXPECT_TRUE(test.verdict_of("a").reason.find("/proc/a.png") != std::string::npos)
+        << test.verdict_of("a").reason;
+}
+
 TEST_F(BatchFatesTest, no_driver_is_no_fault_of_the_model) {
     test.defaults.device = "99";
     const Verdict& verdict = verdict_of_one(entry(test.write_model("a.obj")));
