@@ -127,6 +127,8 @@ TEST_F(BatchEntryTest, what_is_no_entry_is_refused_with_a_sentence) {
                  "--info is about the whole program, not about one model"},
              Row{R"({"model":"a","plugin":"p.so"})",
                  "--plugin is about the whole program, not about one model"},
+             Row{R"({"model":"a","layers":"color,position"})",
+                 "PNG holds no positions: .npy and .exr do"},
              Row{R"({"model":"a","turntable":3,"film":4})",
                  "--turntable, --film and --track exclude each other"},
          })

@@ -1,9 +1,13 @@
 #include "batch/manifest.h"
 
+#include <csignal>
+
 #include <gtest/gtest.h>
 
 #include <fcntl.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include "batch/key.h"
@@ -18,6 +22,13 @@ using batch::Entry;
 using batch::Manifest;
 using batch::NextEntry;
 using batch::RefusedLine;
+
+/// The most memory that this process has had.
+long peak_kilobytes() {
+    rusage usage{};
+    getrusage(RUSAGE_SELF, &usage);
+    return usage.ru_maxrss;
+}
 
 class BatchManifestTest : public testing::Test {
 protected:
@@ -122,17 +133,19 @@ TEST_F(BatchManifestTest, refuses_outputs_that_a_link_leads_out_of_the_folder) {
 
 TEST_F(BatchManifestTest, refuses_a_long_line_without_holding_it) {
     const std::string path = folder.file("long");
-    std::ofstream file(path);
-    file << "{\"model\":\"a\"}\n{\"model\":\"";
-    const std::string block(1 << 20, 'x');
-    for (int i = 0; i < 100; ++i)
-        file << block;
-    file << "\"}\n{\"model\":\"b\"}\n" << block << block;
-    file.close();
+    const std::string begin = "{\"model\":\"a\"}\n{\"model\":\"";
+    const std::string end = "\"}\n{\"model\":\"b\"}\n" + std::string(2 << 20, 'x');
+    constexpr std::size_t length = 100 << 20;
+    std::ofstream(path) << begin;
+    // A hole: zeros that take no room.
+    std::filesystem::resize_file(path, begin.size() + length);
+    std::ofstream(path, std::ios::app) << end;
+    const long before = peak_kilobytes();
     setting.path = path;
     const std::string two = "2!it is longer than 1048576 bytes ";
     const std::string four = "4!it is longer than 1048576 bytes ";
     EXPECT_EQ(checked(), two + four + "| 1=a " + two + "3=b " + four + "end");
+    EXPECT_LT(peak_kilobytes() - before, 50 << 10);
 }
 
 TEST_F(BatchManifestTest, that_cannot_be_read_says_why) {
@@ -301,6 +314,26 @@ TEST_F(BatchResultsTest, that_were_cut_are_mended_wherever_that_was) {
         EXPECT_EQ(content_of(results), first) << length;
         EXPECT_FALSE(file.fate_of(entry_of("b")));
     }
+}
+
+TEST_F(BatchResultsTest, are_written_by_one_batch_at_a_time) {
+    put({});
+    const pid_t child = fork();
+    while (child == 0) {
+        batch::Results other(results);
+        if (other.open(true).empty())
+            pause();
+    }
+    std::string mistake;
+    do {
+        batch::Results file(results);
+        mistake = file.open(true);
+    } while (mistake.empty());
+    kill(child, SIGKILL);
+    waitpid(child, nullptr, 0);
+    EXPECT_EQ(mistake, "another batch writes the results " + results);
+    batch::Results file(results);
+    EXPECT_EQ(file.open(true), "");
 }
 
 TEST_F(BatchResultsTest, tell_that_a_disk_is_full) {

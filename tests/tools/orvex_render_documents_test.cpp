@@ -1,6 +1,7 @@
 // What the program, its man page and its completion say of the same options.
 
 #include <algorithm>
+#include <filesystem>
 #include <set>
 
 #include <gtest/gtest.h>
@@ -96,6 +97,7 @@ TEST(OrvexRenderCompletion, offers_what_fits) {
     folder.write("c.jpg", "");
     folder.write("d.xml", "");
     folder.write("e.txt", "");
+    folder.write("f.jsonl", "");
     struct Row {
         std::vector<std::string> words;
         const char* offer;
@@ -113,6 +115,9 @@ TEST(OrvexRenderCompletion, offers_what_fits) {
              Row{{"orvex-render", "-n", "f"}, "file flat "},
              Row{{"orvex-render", "--format", "p"}, "png "},
              Row{{"orvex-render", "--look", "m"}, "matcap "},
+             Row{{"orvex-render", "--batch", ""}, "f.jsonl "},
+             Row{{"orvex-render", "--results", "f"}, "f.jsonl "},
+             Row{{"orvex-render", "--shard", ""}, " "},
              Row{{"orvex-render", "-b", "t"}, "transparent "},
              Row{{"orvex-render", "--up", "-"}, "-x -y -z "},
              Row{{"orvex-render", "-b", "gr"}, "gray green "},
@@ -120,6 +125,8 @@ TEST(OrvexRenderCompletion, offers_what_fits) {
              Row{{"orvex-render", "--azimuth", ""}, " "},
          })
         EXPECT_EQ(offered(folder.path(), row.words), row.offer) << row.words.back();
+    std::filesystem::create_directory(folder.file("g"));
+    EXPECT_EQ(offered(folder.path(), {"orvex-render", "--output-dir", ""}), "g ");
 }
 
 TEST(OrvexRenderCompletion, offers_words_that_the_program_takes) {

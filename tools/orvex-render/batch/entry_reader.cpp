@@ -1,5 +1,6 @@
 #include "batch/entry_reader.h"
 
+#include <algorithm>
 #include <charconv>
 #include <utility>
 
@@ -152,6 +153,10 @@ std::string EntryReader::finish(std::size_t line, Entry& entry) {
         return "'output' is a file: - isn't one here";
     if (std::string mistake = mistake_of(current); !mistake.empty())
         return mistake;
+    if (std::find(current.layers.begin(), current.layers.end(), orvex::kit::Layer::position) !=
+            current.layers.end() &&
+        format_of(current) == PictureFormat::png)
+        return "PNG holds no positions: .npy and .exr do";
     entry.line = line;
     entry.id = id;
     entry.output = std::move(name);

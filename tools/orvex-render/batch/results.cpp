@@ -54,12 +54,23 @@ std::string Results::open_file(bool resume) {
     if (file < 0 || ::fstat(file, &status) != 0)
         return mistake("write");
     is_regular = S_ISREG(status.st_mode) && path != "-";
+    if (is_regular && !lock())
+        return "another batch writes the results " + path;
     if (resume && !is_regular)
         return "--resume needs a file of --results, which " + path + " isn't";
     if (!resume && is_regular && status.st_size > 0)
         return "the results " + path +
                " are there already: --resume goes on with them, another name begins anew";
     return "";
+}
+
+/// For this process alone: what it has forked doesn't hold the file when it has ended itself.
+bool Results::lock() const {
+    struct flock all {};
+    all.l_type = F_WRLCK;
+    all.l_whence = SEEK_SET;
+    // Where a file system knows no locks, nobody is kept out.
+    return ::fcntl(file, F_SETLK, &all) == 0 || (errno != EAGAIN && errno != EACCES);
 }
 
 std::string Results::cut(std::uint64_t size) const {

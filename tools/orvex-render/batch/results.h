@@ -16,9 +16,9 @@ namespace batch {
 /// Writes verdicts to a file, a pipe or standard output, each by one write of a whole line.
 ///
 /// A file of an earlier run can be gone on with: what stands in its last line without an end is cut
-/// off. Where several verdicts are about one output, as after a model has changed, the last one
-/// counts; `finish` takes the others out, so that there is one for each entry. That file is written
-/// beside and renamed.
+/// off. Only one process at a time has it. Where several verdicts are about one output, as after a
+/// model has changed, the last one counts; `finish` takes the others out, so that there is one for
+/// each entry. That file is written beside and renamed.
 class Results : public VerdictSink {
 public:
     /// @param path  - is standard output
@@ -45,6 +45,7 @@ private:
     std::optional<SumTable> stale;  ///< lines that another one follows, by where they begin
 
     std::string open_file(bool resume);
+    bool lock() const;
     std::string read_earlier();
     std::string cut(std::uint64_t size) const;
     std::string mistake(const char* what) const;
