@@ -68,10 +68,11 @@ struct Given {
         mesh = mesh_of(told);
         if (!told.texture)
             return;
-        texture = picture_of(told.texture, "data->texture");
-        if (texture.sample() != kit::Sample::u8)
-            refuse_argument("data->texture->type", std::to_string(told.texture->type),
+        const orvex_type type = record_in(told.texture, "data->texture").type;
+        if (type != ORVEX_TYPE_DEFAULT && type != ORVEX_TYPE_U8)
+            refuse_argument("data->texture->type", std::to_string(type),
                             "textures are of ORVEX_TYPE_U8");
+        texture = picture_of(told.texture, "data->texture");
         mesh.texture = &texture;
     }
     Given(const Given&) = delete;
