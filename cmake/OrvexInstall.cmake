@@ -1,5 +1,6 @@
-# What goes to a prefix, in five components: the library that a program runs on, the kit's, what a host is
-# built with, the tools, and what people read; where they are built, two more with the viewer and the importer.
+# What goes to a prefix, in seven components: the library that a program runs on, the kit's and that for C, what
+# a host is built with, in C++ and in C, the tools, and what people read; where they are built, two more with the
+# viewer and the importer.
 include(GNUInstallDirs)
 include(CMakePackageConfigHelpers)
 
@@ -11,6 +12,13 @@ install(TARGETS orvex_r_osx EXPORT orvex
 install(TARGETS orvex_kit EXPORT orvex
   LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT kit NAMELINK_COMPONENT dev
   INCLUDES DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
+# For C: targets of their own, as hosts of the kit have no need of the library.
+install(TARGETS orvex_c EXPORT orvex_c
+  LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT c NAMELINK_COMPONENT c_dev
+  INCLUDES DESTINATION ${CMAKE_INSTALL_INCLUDEDIR})
+install(EXPORT orvex_c NAMESPACE orvex:: DESTINATION ${package_dir}
+  FILE orvex-c-targets.cmake COMPONENT c_dev)
+install(FILES src/orvex_c/orvex.h DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/orvex_c COMPONENT c_dev)
 # Where the kit looks for plugins.
 get_property(formats GLOBAL PROPERTY ORVEX_FORMATS)
 list(REMOVE_ITEM formats orvex_import)
@@ -62,6 +70,8 @@ foreach(file orvex.pc orvex-kit.pc)
   configure_file(cmake/${file}.in ${file} @ONLY)
   install(FILES "${CMAKE_CURRENT_BINARY_DIR}/${file}" DESTINATION ${pkgconfig_dir} COMPONENT dev)
 endforeach()
+configure_file(cmake/orvex-c.pc.in orvex-c.pc @ONLY)
+install(FILES "${CMAKE_CURRENT_BINARY_DIR}/orvex-c.pc" DESTINATION ${pkgconfig_dir} COMPONENT c_dev)
 
 # lib3ds goes beside the engine's library, with its licence, unless the system has it anyway.
 if(ORVEX_WITH_LIB3DS AND Lib3ds_PREFIX)

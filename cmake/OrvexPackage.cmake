@@ -11,9 +11,11 @@ set(CPACK_VERBATIM_VARIABLES ON)
 set(CPACK_STRIP_FILES ON)
 set(CPACK_GENERATOR DEB)
 
-set(CPACK_COMPONENTS_ALL runtime kit dev doc)
+set(CPACK_COMPONENTS_ALL runtime kit c dev c_dev doc)
 set(CPACK_COMPONENT_KIT_DEPENDS runtime)
 set(CPACK_COMPONENT_DEV_DEPENDS runtime kit)
+set(CPACK_COMPONENT_C_DEPENDS runtime kit)
+set(CPACK_COMPONENT_C_DEV_DEPENDS c dev)
 if(ORVEX_BUILD_TOOLS)
   list(APPEND CPACK_COMPONENTS_ALL tools)
   set(CPACK_COMPONENT_TOOLS_DEPENDS runtime kit)
@@ -79,6 +81,25 @@ set(CPACK_DEBIAN_KIT_PACKAGE_CONTROL_EXTRA
 set(CPACK_COMPONENT_KIT_DESCRIPTION "${PROJECT_DESCRIPTION}: the kit
 What hosts of the engine would otherwise write themselves, as a shared
 library of its own.")
+
+# Numbered by the interface, which only grows.
+set(CPACK_DEBIAN_C_PACKAGE_NAME liborvex-c0)
+set(CPACK_DEBIAN_C_PACKAGE_SECTION libs)
+set(CPACK_DEBIAN_C_PACKAGE_SHLIBDEPS ON)
+file(WRITE "${control}/c/shlibs"
+  "liborvex_c 0 ${CPACK_DEBIAN_C_PACKAGE_NAME} (>= ${PROJECT_VERSION})\n")
+file(WRITE "${control}/c/triggers" "activate-noawait ldconfig\n")
+set(CPACK_DEBIAN_C_PACKAGE_CONTROL_EXTRA
+  "${control}/c/shlibs" "${control}/c/triggers" "absent/postinst" "absent/postrm")
+set(CPACK_COMPONENT_C_DESCRIPTION "${PROJECT_DESCRIPTION}: the kit for C
+Engine, views, models and cameras by handles and records of C99, for programs
+in C and in every language that can call it.")
+
+set(CPACK_DEBIAN_C_DEV_PACKAGE_NAME liborvex-c-dev)
+set(CPACK_DEBIAN_C_DEV_PACKAGE_SECTION libdevel)
+set(CPACK_COMPONENT_C_DEV_DESCRIPTION "${PROJECT_DESCRIPTION}: the header for hosts in C
+The header, and what CMake and pkg-config want to know to build a host in C
+against the library.")
 
 set(CPACK_DEBIAN_DEV_PACKAGE_NAME liborvex-dev)
 set(CPACK_DEBIAN_DEV_PACKAGE_SECTION libdevel)

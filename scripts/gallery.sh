@@ -5,7 +5,7 @@ set -euo pipefail
 cd "$(dirname "$0")/.."
 
 command -v ffmpeg >/dev/null || { echo "gallery.sh wants ffmpeg: apt-get install ffmpeg" >&2; exit 1; }
-examples=(compute_points curves layers orbit overlays own_look particles picking shadow shapes text)
+examples=(compute_points curves layers orbit overlays own_look particles picking shadow shapes text from_c)
 pages=(text_on_pictures first_triangle own_shader render_targets particles)
 of_data=(first_model models_and_looks cameras pictures_as_data text)
 build=$PWD/build/release

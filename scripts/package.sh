@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
-# Makes the Debian packages and the source tarball, in out/packages: liborvex-r-osx0.9 and liborvex-kit0.9 (the
-# libraries), liborvex-dev (what hosts are built with), liborvex-doc (guide, reference, examples), orvex-tools
-# (orvex-render), orvex-view (the viewer) and orvex-import (more formats).
+# Makes the Debian packages and the source tarball, in out/packages: liborvex-r-osx0.9, liborvex-kit0.9 and
+# liborvex-c0 (the libraries), liborvex-dev and liborvex-c-dev (what hosts are built with), liborvex-doc (guide,
+# reference, examples), orvex-tools (orvex-render), orvex-view (the viewer) and orvex-import (more formats).
 set -euo pipefail
 cd "$(dirname "$0")/.."
 

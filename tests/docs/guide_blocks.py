@@ -1,4 +1,4 @@
-"""Every block of C++ in a page of the guide stands in the programs that the page names.
+"""Every block of C++ or C in a page of the guide stands in the programs that the page names.
 
     guide_blocks.py docs/guide
 
@@ -11,7 +11,7 @@ import sys
 import textwrap
 
 CODE = re.compile(r"<!-- code: ([^>]*?) -->")
-BLOCK = re.compile(r"^```cpp\n(.*?)^```$", re.MULTILINE | re.DOTALL)
+BLOCK = re.compile(r"^```c(?:pp)?\n(.*?)^```$", re.MULTILINE | re.DOTALL)
 
 
 def stands_in(block, program):

@@ -58,11 +58,15 @@ foreach(library libc6 libegl1 libopengl0 "libstdc[+][+]6" libtinyxml2)
 endforeach()
 run(dpkg-deb -f "${WORK_DIR}/packages/${runtime}_${VERSION}_${architecture}.deb" Recommends)
 expect_match("${output}" libgl1-mesa-dri "what ${runtime} recommends")
-foreach(package ${kit} liborvex-dev orvex-import orvex-tools orvex-view)
+foreach(package ${kit} liborvex-c0 liborvex-dev orvex-import orvex-tools orvex-view)
   depends_of(${package} depends)
   expect_match("${depends}" "${runtime} \\(= ${VERSION}\\)" "what ${package} depends on")
 endforeach()
 
+depends_of(liborvex-c0 depends)
+expect_match("${depends}" "${kit} \\(= ${VERSION}\\)" "what liborvex-c0 depends on")
+depends_of(liborvex-c-dev depends)
+expect_match("${depends}" "liborvex-c0 \\(= ${VERSION}\\)" "what liborvex-c-dev depends on")
 depends_of(orvex-view depends)
 expect_match("${depends}" libglfw3 "what orvex-view depends on")
 depends_of(orvex-tools depends)
@@ -77,7 +81,8 @@ if(depends MATCHES libassimp)
   message(FATAL_ERROR "${kit} wants the importer's library: ${depends}")
 endif()
 
-foreach(package ${runtime} ${kit} liborvex-dev orvex-import orvex-tools orvex-view)
+foreach(package ${runtime} ${kit} liborvex-c0 liborvex-dev liborvex-c-dev orvex-import orvex-tools
+        orvex-view)
   list(APPEND packages "${WORK_DIR}/packages/${package}_${VERSION}_${architecture}.deb")
 endforeach()
 # What people read is the same on every machine.
@@ -95,6 +100,8 @@ cmake_path(RELATIVE_PATH libdir BASE_DIRECTORY "${root}")
 foreach(file
     ${libdir}/liborvex_r_osx.so.${SOVERSION} ${libdir}/liborvex_r_osx.so
     ${libdir}/liborvex_kit.so.${SOVERSION} ${libdir}/liborvex_kit.so
+    ${libdir}/liborvex_c.so.0 ${libdir}/liborvex_c.so ${libdir}/pkgconfig/orvex-c.pc
+    usr/include/orvex_c/orvex.h ${libdir}/cmake/orvex/orvex-c-targets.cmake
     ${libdir}/pkgconfig/orvex.pc ${libdir}/pkgconfig/orvex-kit.pc ${libdir}/cmake/orvex/orvex-config.cmake
     usr/include/orvex/orvex.h usr/include/orvex/scene/camera.h usr/include/orvex_kit/kit.h usr/share/doc/orvex/LICENSE
     usr/bin/orvex-render usr/share/man/man1/orvex-render.1.gz
@@ -140,6 +147,16 @@ run("${CMAKE_COMMAND}" --build "${WORK_DIR}/first_picture/build")
 file(COPY "${root}/usr/share/doc/orvex/examples/data" DESTINATION "${WORK_DIR}")
 run("${CMAKE_COMMAND}" -E chdir "${WORK_DIR}/data" "${WORK_DIR}/first_picture/build/first_picture")
 expect_jpeg("${WORK_DIR}/data/lighthouse.jpg")
+
+# --- The last one, in C
+
+file(GLOB example "${root}/usr/share/doc/orvex/examples/*from_c")
+file(COPY "${example}/" DESTINATION "${WORK_DIR}/from_c")
+run("${CMAKE_COMMAND}" -S "${WORK_DIR}/from_c" -B "${WORK_DIR}/from_c/build" -G "${GENERATOR}"
+  "-DCMAKE_PREFIX_PATH=${root}/usr")
+run("${CMAKE_COMMAND}" --build "${WORK_DIR}/from_c/build")
+run("${CMAKE_COMMAND}" -E chdir "${WORK_DIR}/data" "${WORK_DIR}/from_c/build/from_c")
+expect_jpeg("${WORK_DIR}/data/from_c.jpg")
 
 # --- A font for hosts of the engine alone, where the package says
 
