@@ -20,6 +20,7 @@
 #include "orvex_formats/private/format_loader.h"
 #include "tests/orvex_formats/archives.h"
 #include "tests/orvex_formats/gltf_file.h"
+#include "tests/support/command.h"
 #include "tests/support/picture.h"
 #include "tests/support/temp_dir.h"
 
@@ -242,6 +243,29 @@ TEST_F(FormatPluginTest, is_unloaded_and_loaded_again) {
         void* const module = dlopen(path.c_str(), RTLD_LAZY | RTLD_NOLOAD);
         EXPECT_EQ(module, nullptr);
     }
+}
+
+TEST_F(FormatPluginTest, serves_a_host_that_knows_the_engine_alone) {
+    GltfFile file = triangle();
+    file.rest.replace(file.rest.find("{'mesh':0}"), 10, "{'mesh':0,'camera':0}");
+    file.rest += ",'cameras':[{'type':'perspective','perspective':{'yfov':1,'znear':1}}]";
+    const std::vector<unsigned char> bytes = file.as_binary();
+    folder.write("tile.glb", std::string(bytes.begin(), bytes.end()));
+
+    // The same file as it would be for a library of another version.
+    const std::string plugin = ORVEX_PLUGIN_FOLDER "/orvex_gltf.so";
+    std::ifstream built(plugin, std::ios::binary);
+    std::string other{std::istreambuf_iterator<char>(built), {}};
+    const std::string library = "liborvex_r_osx.so.";
+    const std::size_t place = other.find(library);
+    ASSERT_NE(place, other.npos);
+    char& version = other[place + library.size()];
+    version = version == '7' ? '8' : '7';
+
+    const std::string seen = "loaded orvex_gltf\nfaces 1\npixel 0 0 255\npixel 0 0 0\n";
+    EXPECT_EQ(output_of(ORVEX_GLB_HOST " " + plugin + " " + folder.write("other.so", other) + " " +
+                        folder.path() + "/ tile.glb"),
+              "other version -1\n" + seen + seen);
 }
 
 TEST_F(FormatPluginTest, lets_nothing_be_thrown_at_its_host) {
