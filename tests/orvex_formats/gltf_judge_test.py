@@ -4,7 +4,7 @@
     gltf_judge_test.py NODE VALIDATOR VERDICT
         NODE       the program that runs JavaScript
         VALIDATOR  the folder of the npm package gltf-validator
-        VERDICT    the program gltf_verdict
+        VERDICT    the program model_verdict
 """
 import base64
 import copy
