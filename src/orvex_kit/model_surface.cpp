@@ -98,7 +98,7 @@ void Model::Data::load_textures(bool allow_outside) {
         load_textures_of(place, allow_outside);
     for (Texture* texture : decoded)
         if (texture) {
-            texture->set_filtering_mode(nullptr, FILTERING_TRILINEAR);
+            // They are linear at first, with which an upload mixes their mip levels, too.
             texture->set_anisotropy(nullptr, 8.0f);
             uploads.push_back(texture);
         }

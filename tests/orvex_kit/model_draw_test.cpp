@@ -3,11 +3,16 @@
 #include <memory>
 #include <string>
 
+#include <GL/gl.h>
 #include <gtest/gtest.h>
 
+#include <orvex/assets/materials/material.h>
+#include <orvex/assets/textures/texture.h>
+#include <orvex/geometry/mesh/model.h>
 #include <orvex/gpu/gpu_program.h>
 #include <orvex/gpu/gpu_program_mgr.h>
 #include <orvex/kernel/kernel.h>
+#include <orvex/renderer/records/texture_data.h>
 #include <orvex/renderer/render_window.h>
 #include <orvex/renderer/renderer.h>
 #include <orvex/scene/camera.h>
@@ -154,6 +159,26 @@ TEST_P(ModelDrawTest, draws_each_of_several_with_what_is_its_own) {
     EXPECT_TRUE(window.picture_of(blue, lit) == of_blue);
     EXPECT_GT(sum_of(of_red, 0), sum_of(of_red, 2));
     EXPECT_GT(sum_of(of_blue, 2), sum_of(of_blue, 0));
+}
+
+TEST_P(ModelDrawTest, mixes_texels_and_mip_levels_of_pictures) {
+    const TempDir folder;
+    ASSERT_TRUE(write_png(folder.file("two.png"), Picture(2, 2)));
+    folder.write("m.mtl", "newmtl m\nmap_Kd two.png\n");
+    Model model(
+        folder.write("m.obj", "mtllib m.mtl\nv 0 0 0\nv 2 0 0\nv 2 1 0\nusemtl m\nf 1 2 3\n"));
+    ASSERT_TRUE(model) << model.reason();
+    Window window(GetParam());
+    window.picture_of(model, window.lit());
+    const orvex::Texture* const texture =
+        model.node()->get_material_by_index(0)->get_texture_by_index(0);
+    ASSERT_NE(texture, nullptr);
+    glBindTexture(GL_TEXTURE_2D, texture->get_data_ptr()->opengl_texture_id);
+    GLint nearby = 0, far_away = 0;
+    glGetTexParameteriv(GL_TEXTURE_2D, GL_TEXTURE_MAG_FILTER, &nearby);
+    glGetTexParameteriv(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, &far_away);
+    EXPECT_EQ(nearby, GL_LINEAR);
+    EXPECT_EQ(far_away, GL_LINEAR_MIPMAP_LINEAR);
 }
 
 TEST_P(ModelDrawTest, draws_with_programs_that_lack_its_uniforms) {
