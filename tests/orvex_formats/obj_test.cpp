@@ -127,14 +127,18 @@ TEST(Obj, leaves_out_faces_that_name_what_is_not_there_and_says_where) {
         {"f 1//1 2//0 3//1", "line 7: a face that names a normal beyond the 1 that there are"},
     };
     for (const Row& row : rows) {
-        const Draft draft =
-            read(square + "vt 0 0\nvn 0 0 1\n" + row.face + "\n" + row.face + "\nf 1 2 3\n");
+        const std::string lists = square + "vt 0 0\nvn 0 0 1\n",
+                          face = std::string(row.face) + "\n";
+        const std::string note = std::string(row.note) + " was left out";
+        const Draft draft = read(lists + face + "f 1 2 3\n");
         EXPECT_EQ(draft.surfaces.at(0).triangles.size(), 1u) << row.face;
-        EXPECT_EQ(draft.notes, (std::vector<std::string>{std::string(row.note) +
-                                                         " was left out, and so were others"}));
+        EXPECT_EQ(draft.notes, std::vector<std::string>{note});
+        for (const std::string& more : {face, face + face})
+            EXPECT_EQ(read(lists + face + more + "f 1 2 3\n").notes,
+                      std::vector<std::string>{note + ", and so were others"});
     }
     EXPECT_EQ(refusal("v 0 0 0\nf 1 2 3\n"), "line 2: a face that names a vertex beyond the 1 that "
-                                             "there are was left out, and so were others");
+                                             "there are was left out");
 }
 
 TEST(Obj, passes_over_coordinates_and_normals_that_the_file_never_has) {

@@ -66,10 +66,18 @@ std::uint32_t MtlTable::use(const std::string& name) {
     return find_or_add(name);
 }
 
-void Notes::add(const std::string& kind, const std::string& sentence) {
+void Notes::add(const std::string& kind, const std::string& sentence, const char* others) {
     constexpr std::size_t most = 64; // which nobody reads to their end
-    if (kinds.size() < most && kinds.try_emplace(kind, true).second)
-        sentences.push_back(sentence);
+    constexpr std::size_t none = SIZE_MAX;
+    const auto known = kinds.find(kind);
+    if (known == kinds.end()) {
+        if (kinds.size() < most) {
+            kinds.emplace(kind, sentences.size());
+            sentences.push_back(sentence);
+        }
+    } else if (const std::size_t place = std::exchange(known->second, none); place != none) {
+        sentences[place] += others;
+    }
 }
 
 // --- Libraries

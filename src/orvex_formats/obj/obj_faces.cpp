@@ -91,10 +91,11 @@ void SurfaceMaker::reserve(const ObjGroup& group) {
 
 void SurfaceMaker::note_wrong(const ObjRun& run, std::uint32_t face, const char* what,
                               std::size_t num_entries) {
-    notes.add(what, "line " + std::to_string(run.base->lines + run.block->faces[face].line) +
-                        ": a face that names " + what + " beyond the " +
-                        std::to_string(num_entries) +
-                        " that there are was left out, and so were others");
+    notes.add(what,
+              "line " + std::to_string(run.base->lines + run.block->faces[face].line) +
+                  ": a face that names " + what + " beyond the " + std::to_string(num_entries) +
+                  " that there are was left out",
+              ", and so were others");
 }
 
 bool SurfaceMaker::take_corner(const ObjRun& run, std::uint32_t face, const ObjCorner& corner,

@@ -39,12 +39,13 @@ private:
 /// Sentences, of each kind once.
 class Notes {
 public:
-    /// @param kind   what two sentences of one kind share
-    void add(const std::string& kind, const std::string& sentence);
+    /// @param kind    what two sentences of one kind share
+    /// @param others  what the first one says behind its end, when another one comes
+    void add(const std::string& kind, const std::string& sentence, const char* others = "");
     std::vector<std::string> take() { return std::move(sentences); }
 
 private:
-    std::unordered_map<std::string, bool> kinds;
+    std::unordered_map<std::string, std::size_t> kinds; ///< places of those that stand alone yet
     std::vector<std::string> sentences;
 };
 
