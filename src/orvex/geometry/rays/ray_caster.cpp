@@ -3,16 +3,18 @@
 
 #include "orvex/geometry/rays/ray_caster.h"
 
+#include <algorithm>
 #include <bit>
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 
 #include "orvex/base/private/misuse.h"
 #include "orvex/geometry/mesh/mesh.h"
 #include "orvex/geometry/mesh/private/mesh_contents.h"
+#include "orvex/geometry/rays/private/face_filter.h"
 #include "orvex/math/mat4.h"
 #include "orvex/math/math.h"
-#include "orvex/math/private/lanes.h"
 #include "orvex/renderer/records/mesh_data.h"
 #include "orvex/scene/camera.h"
 #include "orvex/scene/private/node_data.h"
@@ -101,66 +103,12 @@ bool RayCaster::cast_ray_object(const Ray& ray, Object* object,
     return _cast_ray_mesh(ray, node_as_mesh(*object), result);
 }
 
-// Meeting a mesh. Nearly all faces are missed, so four at a time are first tested for being missed:
-// their corners are gathered from the store and transformed, one face in each lane of a register,
-// and the lanes compute what `Math::ray_triangle_intersection` computes, by the same operations in
-// the same order. Every lane is rounded as a single float is, so a face that the lanes rule out is
-// missed by `Math` too. The few that are left go to `Math`, whose answer is the one that counts.
+// Meeting a mesh: a filter leaves the few faces that may be met, and `Math` decides on those.
 
 namespace {
 
-/// A vector for each of four faces.
-struct Lanes3 {
-    floats4 x;
-    floats4 y;
-    floats4 z;
-};
-
-Lanes3 splat(const vec4& v) {
-    return {lanes::splat(v.x), lanes::splat(v.y), lanes::splat(v.z)};
-}
-
-Lanes3 operator-(const Lanes3& a, const Lanes3& b) {
-    return {a.x - b.x, a.y - b.y, a.z - b.z};
-}
-
-floats4 dot(const Lanes3& a, const Lanes3& b) {
-    return a.x * b.x + a.y * b.y + a.z * b.z;
-}
-
-Lanes3 cross(const Lanes3& a, const Lanes3& b) {
-    return {a.y * b.z - a.z * b.y, a.z * b.x - a.x * b.z, a.x * b.y - a.y * b.x};
-}
-
-/// The first three rows of M * v for a point: its w of 1 leaves the last column as it is.
-Lanes3 transform(const mat4& m, const Lanes3& v) {
-    const auto row = [&m, &v](int r) {
-        return lanes::splat(m.m[r]) * v.x + lanes::splat(m.m[4 + r]) * v.y +
-               lanes::splat(m.m[8 + r]) * v.z + lanes::splat(m.m[12 + r]);
-    };
-    return {row(0), row(1), row(2)};
-}
-
-ints4 in_unit_range(floats4 value) {
-    return (value >= lanes::splat(0.0f)) & (value <= lanes::splat(1.0f));
-}
-
-/// Whether one of four triangles may be met.
-bool may_be_met(const Lanes3& origin, const Lanes3& direction, const Lanes3& p0, const Lanes3& p1,
-                const Lanes3& p2) {
-    const Lanes3 e1 = p0 - p1;
-    const Lanes3 s = p0 - origin;
-    const Lanes3 a = cross(p0 - p2, direction);
-    const floats4 det = dot(e1, a);
-    const ints4 gamma_fits = in_unit_range(dot(s, a) / det);
-    if (!lanes::any(gamma_fits))
-        return false;
-    return lanes::any(gamma_fits & in_unit_range(dot(direction, cross(e1, s)) / det));
-}
-
 /// The positions of a store, wherever its layout has them.
-class Positions {
-public:
+struct Positions {
     explicit Positions(MeshData& store)
         : first(static_cast<const std::byte*>(
               store.separate_vertex_arrays ? store.get_position_ptr() : store.get_vertex_ptr()))
@@ -174,48 +122,49 @@ public:
         return i < count ? reinterpret_cast<const float*>(first + i * stride) : none;
     }
 
-private:
+    /// How many of the first have 16 bytes behind them: of three floats, all but the last one.
+    unsigned int num_readable() const {
+        constexpr std::size_t register_size = 16;
+        const unsigned long readable = stride >= register_size ? count : count - 1;
+        return static_cast<unsigned int>(std::min(readable, 0xFFFFFFFFul));
+    }
+
     const std::byte* first;
     std::size_t stride;
     unsigned long count;
 };
-
-Lanes3 gather(const float* a, const float* b, const float* c, const float* d) {
-    return {floats4{a[0], b[0], c[0], d[0]}, floats4{a[1], b[1], c[1], d[1]},
-            floats4{a[2], b[2], c[2], d[2]}};
-}
 
 /// A ray on its way through the faces of a mesh.
 class FaceWalk {
 public:
     FaceWalk(const Ray& ray, MeshData& store, const mat4& transform, RayObjectIntersection& out)
         : ray(ray)
-        , origin(splat(ray.origin))
-        , direction(splat(ray.direction))
         , positions(store)
         , to_world(transform)
+        , probe(make_probe(ray, positions, transform))
         , result(out) {}
 
     /// Goes through the faces in order, up to where the result is certain.
     template<class Face>
-    void run(const Face* faces, unsigned long count) {
-        const unsigned long in_fours = count - count % 4;
-        unsigned long i = 0;
-        for (; i < in_fours; i += 4)
-            if (may_meet_four(faces + i) && meet(faces, i, i + 4))
+    void run(const Face* faces, unsigned long count, SkipMissed<Face> skip) {
+        const unsigned long in_groups = count - count % faces_at_once;
+        for (unsigned long i = skip(probe, faces, 0, in_groups); i < in_groups;
+             i = skip(probe, faces, i + faces_at_once, in_groups))
+            if (meet(faces, i, i + faces_at_once))
                 return;
-        meet(faces, in_fours, count);
+        meet(faces, in_groups, count);
     }
 
 private:
-    template<class Face>
-    bool may_meet_four(const Face* f) const {
-        const auto corner = [this, f](auto Face::*index) {
-            return transform(to_world,
-                             gather(positions.at(f[0].*index), positions.at(f[1].*index),
-                                    positions.at(f[2].*index), positions.at(f[3].*index)));
-        };
-        return may_be_met(origin, direction, corner(&Face::a), corner(&Face::b), corner(&Face::c));
+    static FaceProbe make_probe(const Ray& ray, const Positions& positions, const mat4& transform) {
+        static constexpr mat4 identity;
+        const bool is_identity = std::memcmp(&transform, &identity, sizeof identity) == 0;
+        return {{ray.origin.x, ray.origin.y, ray.origin.z},
+                {ray.direction.x, ray.direction.y, ray.direction.z},
+                is_identity ? nullptr : transform.m,
+                positions.first,
+                positions.stride,
+                positions.num_readable()};
     }
 
     /// @return whether the result is certain
@@ -250,10 +199,9 @@ private:
     }
 
     const Ray& ray;
-    const Lanes3 origin;
-    const Lanes3 direction;
     const Positions positions;
     const mat4& to_world;
+    const FaceProbe probe;
     RayObjectIntersection& result;
 };
 
@@ -286,9 +234,9 @@ bool RayCaster::_cast_ray_mesh(const Ray& ray, Mesh* mesh, RayObjectIntersection
     result.face_index = 0;
     FaceWalk walk(ray, *store, to_world, result);
     if (store->index_bits == 16)
-        walk.run(store->faces_u16, store->num_faces);
+        walk.run(store->faces_u16, store->num_faces, face_filters().front().skip_u16);
     else
-        walk.run(store->faces_u32, store->num_faces);
+        walk.run(store->faces_u32, store->num_faces, face_filters().front().skip_u32);
     if (result.hit)
         result.position = point_along(ray, result.distance);
     return result.hit;
