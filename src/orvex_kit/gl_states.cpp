@@ -246,6 +246,27 @@ void GlRaster::apply(const GlVersion& version) const {
     glClearStencil(clear_stencil);
 }
 
+// What comes between a program and its pixels
+
+GlBareDrawing::GlBareDrawing()
+    : version(GlVersion::current()) {
+    switches.read(version);
+    tests.read();
+    raster.read(version);
+    GlRaster fresh;
+    fresh.viewport = raster.viewport;
+    fresh.scissor = raster.scissor;
+    GlSwitches().apply(version);
+    GlTests().apply();
+    fresh.apply(version);
+}
+
+GlBareDrawing::~GlBareDrawing() {
+    switches.apply(version);
+    tests.apply();
+    raster.apply(version);
+}
+
 // Pixels
 
 namespace {

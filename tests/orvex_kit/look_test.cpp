@@ -9,7 +9,9 @@
 
 #include <orvex/geometry/mesh/mesh.h>
 #include <orvex/geometry/mesh/model.h>
+#include <orvex/renderer/renderer.h>
 
+#include "gl_states.h"
 #include "orvex_kit/engine.h"
 #include "orvex_kit/model.h"
 #include "orvex_kit/program.h"
@@ -211,15 +213,17 @@ TEST_P(LookTest, of_wires_shows_no_edge_behind_a_face) {
 }
 
 TEST_P(LookTest, of_wires_stands_out_from_the_background) {
-    View view(64, 64, options());
-    ASSERT_EQ(view.set_look(Look::named("wire")).reason(), "");
-    view.set_background({1.0f, 1.0f, 1.0f, 1.0f});
-    const Shot dark = shot_of(view, write_square(folder), {0, 0});
-    EXPECT_EQ(pixel_at(dark, 40, 48), (Pixel{255, 255, 255, 255}));
-    EXPECT_LT(pixel_at(dark, 32, 31)[0], 150);
-    view.set_background({0.0f, 0.0f, 0.0f, 0.0f});
-    const Shot clear = shot_of(view, write_square(folder), {0, 0});
-    EXPECT_EQ(pixel_at(clear, 40, 48), (Pixel{0, 0, 0, 0}));
+    for (const int n : {1, 2}) {
+        View view(64, 64, options(n));
+        ASSERT_EQ(view.set_look(Look::named("wire")).reason(), "");
+        view.set_background({1.0f, 1.0f, 1.0f, 1.0f});
+        const Shot dark = shot_of(view, write_square(folder), {0, 0});
+        EXPECT_EQ(pixel_at(dark, 40, 48), (Pixel{255, 255, 255, 255})) << n;
+        EXPECT_LT(pixel_at(dark, 32, 31)[0], 150) << n;
+        view.set_background({0.0f, 0.0f, 0.0f, 0.0f});
+        const Shot clear = shot_of(view, write_square(folder), {0, 0});
+        EXPECT_EQ(pixel_at(clear, 40, 48), (Pixel{0, 0, 0, 0})) << n;
+    }
 }
 
 /// The means of n by n pixels, to the nearest.
@@ -272,6 +276,44 @@ TEST_P(LookTest, is_supersampled_as_far_as_there_is_room) {
     View view(8, 8, options(8));
     EXPECT_EQ(view.resize(8192, 4).reason(),
               "a view of 8192x4 pixels: the driver has no surface of that size");
+}
+
+/// As a host's own drawing may leave them.
+void leave_states() {
+    for (const GLenum state : {GL_BLEND, GL_CULL_FACE, GL_DEPTH_TEST, GL_STENCIL_TEST})
+        glEnable(state);
+    glBlendFunc(GL_ONE, GL_ONE);
+    glCullFace(GL_FRONT_AND_BACK);
+    glDepthFunc(GL_NEVER);
+    glStencilFunc(GL_NEVER, 0, 255);
+    glColorMask(GL_TRUE, GL_FALSE, GL_TRUE, GL_FALSE);
+    glPolygonMode(GL_FRONT_AND_BACK, GL_LINE);
+    glPolygonOffset(1.0f, 2.0f);
+}
+
+TEST_P(LookTest, comes_out_of_samples_whatever_states_a_host_has_left) {
+    const std::string box = write_box(folder);
+    for (const int n : {1, 2}) {
+        View view(40, 30, options(n));
+        orvex::kit::Model model(box);
+        const Shot usual = shot_of(view, box);
+        view.begin(see_all(model.extent(), {}, {40, 30}));
+        view.add(model);
+        leave_states();
+        view.renderer()->get_opengl_error();
+        GlStates before = states_here(GetParam() == Path::gl2);
+        view.end();
+        GlStates after = states_here(GetParam() == Path::gl2);
+        // The target is no longer drawn into, and a pixel is one again.
+        for (const char* const moves :
+             {"GL_DRAW_FRAMEBUFFER_BINDING", "GL_READ_FRAMEBUFFER_BINDING", "GL_DRAW_BUFFER",
+              "GL_READ_BUFFER", "GL_VIEWPORT", "GL_LINE_WIDTH", "GL_MULTISAMPLE"}) {
+            before.erase(moves);
+            after.erase(moves);
+        }
+        EXPECT_EQ(after, before) << n;
+        EXPECT_EQ(picture_of(view), usual) << n;
+    }
 }
 
 TEST_P(LookTest, of_a_view_that_is_empty_is_none) {

@@ -122,6 +122,22 @@ struct GlMatrices {
     void apply() const;
 };
 
+/// For as long as it lives, nothing but a program decides what becomes of a pixel: tests, masks and
+/// the rasterizer are those of a fresh context. The viewport stays.
+class GlBareDrawing {
+public:
+    GlBareDrawing();
+    ~GlBareDrawing();
+    GlBareDrawing(const GlBareDrawing&) = delete;
+    GlBareDrawing& operator=(const GlBareDrawing&) = delete;
+
+private:
+    GlVersion version;
+    GlSwitches switches;
+    GlTests tests;
+    GlRaster raster;
+};
+
 /// All of them.
 struct GlStates {
     GlSwitches switches;

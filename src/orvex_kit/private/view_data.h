@@ -10,13 +10,13 @@
 #include <orvex/math/vec4.h>
 
 #include "orvex_kit/private/view_context.h"
+#include "orvex_kit/private/whole_square.h"
 #include "orvex_kit/program.h"
 #include "orvex_kit/ref.h"
 #include "orvex_kit/view.h"
 
 namespace orvex {
 class Camera;
-class MeshPlane;
 class RenderTarget;
 } // namespace orvex
 
@@ -64,17 +64,20 @@ public:
     bool has_lines = false;                      ///< the look draws faces as their edges
 
 private:
-    int fineness; ///< pixels drawn for one, each way
+    int fineness;            ///< pixels drawn for one, each way
+    int texture_samples = 0; ///< of a pixel of the target, where programs can read them
     bool is_window;
     Program points; ///< draws clouds, and lines; empty as yet or without need
-    Program box;    ///< brings the pixels drawn together; empty as yet or without need
-    Ref<orvex::MeshPlane> square;
+    Program mean;   ///< brings the pixels or samples drawn together; empty as yet or without need
+    std::unique_ptr<WholeSquare> square; ///< that the means are drawn by
 
     void make_target(int samples);
+    bool make_sampled_texture(int samples);
     void add_points_and_lines(Model& model);
+    float depth_step() const;
     void draw_edges(Model& model, const Angle& lit_from);
     void average();
-    bool make_box();
+    bool make_mean();
     bool make_readable();
     Outcome read_pixels(unsigned char* pixels);
     Outcome read_apart(void* memory, std::ptrdiff_t row_bytes);
