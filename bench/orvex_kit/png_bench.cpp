@@ -53,7 +53,7 @@ public:
         if (!window->initialize(nullptr, nullptr, width, height, "Off", nullptr, &request))
             std::exit(1);
         renderer->start();
-        const std::string text = kit::model_shader(true);
+        const std::string text = kit::program_text_for(kit::Path::gl3, kit::Look().text());
         program = GpuProgramMgr::get()->create_gpu_program_from_memory(renderer, text.c_str(),
                                                                        text.size(), "lit");
         model = kit::Model(ORVEX_BENCH_MODEL);

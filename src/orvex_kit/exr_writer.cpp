@@ -173,15 +173,6 @@ std::string encoded(const std::vector<PictureLayer>& layers, const std::string& 
     return std::move(stream.bytes);
 }
 
-Outcome write_encoded(const std::vector<PictureLayer>& layers, const std::string& path) {
-    const std::string bytes = encoded(layers, path);
-    Output output(path);
-    Outcome outcome = output.begin();
-    if (outcome)
-        outcome = output.put(bytes);
-    return outcome ? output.finish() : outcome;
-}
-
 } // namespace
 
 bool has_exr() {
@@ -192,7 +183,7 @@ Outcome write_exr(const std::vector<PictureLayer>& layers, const std::string& pa
     if (const std::string mistake = mistake_in(layers); !mistake.empty())
         return cant_write(path, mistake);
     try {
-        return write_encoded(layers, path);
+        return write_whole(path, encoded(layers, path));
     } catch (const std::bad_alloc&) {
         return no_memory_to_write(path);
     } catch (const std::exception& refusal) {

@@ -38,11 +38,7 @@ Outcome write_encoded(const Picture& picture, const std::string& path, int quali
     errno = 0;
     if (!encode(picture, quality, bytes))
         return cant_write(path, errno != 0 ? std::strerror(errno) : "the picture came out cut");
-    Output output(path);
-    Outcome outcome = output.begin();
-    if (outcome)
-        outcome = output.put(bytes);
-    return outcome ? output.finish() : outcome;
+    return write_whole(path, bytes);
 }
 
 } // namespace

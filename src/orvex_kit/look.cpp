@@ -8,7 +8,6 @@
 
 #include "orvex_kit/files.h"
 #include "orvex_kit/private/builtin_looks.h"
-#include "orvex_kit/private/program_source.h"
 
 namespace orvex::kit {
 
@@ -56,15 +55,6 @@ Look::Look(std::string reason)
 bool Look::has_lines() const {
     const std::size_t marker = own_text.find("[Lines]");
     return marker != own_text.npos && marker < own_text.find("[Vertex_Shader]");
-}
-
-std::string program_text(bool gl3, const char* vertex, const char* pixel) {
-    const std::string text = std::string("[Vertex_Shader]") + vertex + "[Pixel_Shader]" + pixel;
-    return ProgramSource(text, gl3 ? Path::gl3 : Path::gl2).text();
-}
-
-std::string model_shader(bool gl3) {
-    return ProgramSource(Look().text(), gl3 ? Path::gl3 : Path::gl2).text();
 }
 
 } // namespace orvex::kit

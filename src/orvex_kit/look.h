@@ -58,12 +58,4 @@ private:
     explicit Look(std::string reason);
 };
 
-/// The text of a program whose two stages are written for both drawing paths, for one of them:
-/// POSITION, NORMAL, TEXCOORD and VERTEX_COLOR are the vertex, OUT and IN what the stages share,
-/// SAMPLE reads a texture, COLOR is the pixel.
-ORVEX_KIT_API std::string program_text(bool gl3, const char* vertex, const char* pixel);
-
-/// The text of the program that lights models, with the uniforms that `Model` sets.
-ORVEX_KIT_API std::string model_shader(bool gl3);
-
 } // namespace orvex::kit

@@ -44,4 +44,12 @@ Outcome Output::finish() {
     return is_standard ? Outcome::success() : file.finish();
 }
 
+Outcome write_whole(const std::string& path, std::string_view bytes) {
+    Output output(path);
+    Outcome outcome = output.begin();
+    if (outcome)
+        outcome = output.put(bytes);
+    return outcome ? output.finish() : outcome;
+}
+
 } // namespace orvex::kit

@@ -30,6 +30,7 @@ struct FormatName {
     PictureFormat format;
 };
 
+// The first of a format is its name.
 constexpr std::array format_names = {
     FormatName{".png", PictureFormat::png},   FormatName{".jpg", PictureFormat::jpeg},
     FormatName{".jpeg", PictureFormat::jpeg}, FormatName{".npy", PictureFormat::npy},
@@ -55,11 +56,8 @@ Outcome choose_format(const std::string& path, PictureFormat& format) {
 }
 
 Outcome write_raw(const Picture& picture, const std::string& path) {
-    Output output(path);
-    Outcome outcome = output.begin();
-    if (outcome)
-        outcome = output.put(picture.row_data(0), picture.size_bytes());
-    return outcome ? output.finish() : outcome;
+    const auto* const bytes = reinterpret_cast<const char*>(picture.row_data(0));
+    return write_whole(path, {bytes, picture.size_bytes()});
 }
 
 Outcome write_film(const Picture& picture, const std::string& path) {
@@ -90,6 +88,13 @@ Outcome write_as(PictureFormat format, const Picture& picture, const std::string
 }
 
 } // namespace
+
+const char* name_of(PictureFormat format) noexcept {
+    for (const FormatName& known : format_names)
+        if (known.format == format)
+            return known.suffix + 1;
+    return "";
+}
 
 PictureFormat picture_format_named(const std::string& name) {
     const auto* const found = std::ranges::find_if(

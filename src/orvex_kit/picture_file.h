@@ -25,6 +25,9 @@ enum class PictureFormat {
     y4m,       ///< `.y4m`: 8-bit, a film of one picture; `FrameStream` takes more
 };
 
+/// What a format is called, which is also the suffix of its files without the dot: "png", "jpg",
+/// "npy", "exr", "raw", "y4m"; empty for `PictureFormat::by_suffix` and a value outside the list.
+ORVEX_KIT_API const char* name_of(PictureFormat format) noexcept;
 /// The format of a name as people type it: "png", "jpg" or "jpeg", "npy", "exr", "raw", "y4m".
 /// @return `PictureFormat::by_suffix` for any other
 ORVEX_KIT_API PictureFormat picture_format_named(const std::string& name);

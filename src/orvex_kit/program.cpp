@@ -212,6 +212,10 @@ orvex::GpuProgram* Program::gpu() const noexcept {
     return data && data->is_open() ? data->program : nullptr;
 }
 
+std::string program_text_for(Path path, const std::string& text) {
+    return ProgramSource(text, path).text();
+}
+
 void Program::set(const std::string& name, int value) {
     if (data)
         data->set(name, value);

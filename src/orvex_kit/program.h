@@ -87,4 +87,8 @@ private:
                              const std::string& name);
 };
 
+/// What the engine gets of a program's text: for a host that makes an `orvex::GpuProgram` of it
+/// itself, without a view. Pure; any thread.
+ORVEX_KIT_API std::string program_text_for(Path path, const std::string& text);
+
 } // namespace orvex::kit

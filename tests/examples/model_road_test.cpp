@@ -18,6 +18,7 @@
 #include <orvex/scene/camera.h>
 #include <orvex_kit/look.h>
 #include <orvex_kit/model.h>
+#include <orvex_kit/program.h>
 
 #include "tests/support/gl_context.h"
 #include "tests/support/picture.h"
@@ -59,7 +60,8 @@ public:
     /// and again.
     void draw_sample(bool gl3, int loads = 1) {
         ASSERT_TRUE(renderer->start());
-        const std::string text = orvex::kit::model_shader(gl3);
+        const std::string text = orvex::kit::program_text_for(
+            gl3 ? orvex::kit::Path::gl3 : orvex::kit::Path::gl2, orvex::kit::Look().text());
         orvex::GpuProgram* const program =
             orvex::GpuProgramMgr::get()->create_gpu_program_from_memory(renderer, text.c_str(),
                                                                         text.size(), "light");

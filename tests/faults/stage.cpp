@@ -7,14 +7,16 @@
 
 #include <GL/gl.h>
 
-#include <orvex_kit/look.h>
+#include <orvex_kit/program.h>
 
 namespace orvex_test {
 
 using namespace orvex;
 
 std::string program_text(Path path, const char* vertex, const char* pixel) {
-    return orvex::kit::program_text(path == Path::gl3, vertex, pixel);
+    return orvex::kit::program_text_for(
+        path == Path::gl3 ? orvex::kit::Path::gl3 : orvex::kit::Path::gl2,
+        std::string("[Vertex_Shader]") + vertex + "[Pixel_Shader]" + pixel);
 }
 
 std::string digest_of(const void* bytes, std::size_t size) {

@@ -20,6 +20,7 @@
 #include "orvex_kit/engine.h"
 #include "orvex_kit/look.h"
 #include "orvex_kit/model.h"
+#include "orvex_kit/program.h"
 #include "orvex_kit/ref.h"
 #include "tests/support/gl_context.h"
 #include "tests/support/picture.h"
@@ -69,7 +70,9 @@ public:
         EXPECT_TRUE(program->is_valid()) << program->get_shader_error_messages();
         return *program;
     }
-    GpuProgram& lit() { return compile(orvex::kit::model_shader(path == Path::gl3)); }
+    GpuProgram& lit() {
+        return compile(orvex::kit::program_text_for(path, orvex::kit::Look().text()));
+    }
 
     /// What a model looks like here, as a whole.
     Picture picture_of(Model& model, GpuProgram& program) {
@@ -184,11 +187,10 @@ TEST_P(ModelDrawTest, mixes_texels_and_mip_levels_of_pictures) {
 TEST_P(ModelDrawTest, draws_with_programs_that_lack_its_uniforms) {
     Model model(sample);
     Window window(GetParam());
-    GpuProgram& plain = window.compile(orvex::kit::program_text(
-        GetParam() == Path::gl3,
-        "uniform mat4 orvex_ModelViewProjectionMatrix;\n"
-        "void main() { gl_Position = orvex_ModelViewProjectionMatrix * POSITION; }\n",
-        "void main() { COLOR = vec4(1.0, 0.5, 0.0, 1.0); }\n"));
+    GpuProgram& plain = window.compile(orvex::kit::program_text_for(
+        GetParam(), "[Vertex_Shader]\nuniform mat4 orvex_ModelViewProjectionMatrix;\n"
+                    "void main() { gl_Position = orvex_ModelViewProjectionMatrix * POSITION; }\n"
+                    "[Pixel_Shader]\nvoid main() { COLOR = vec4(1.0, 0.5, 0.0, 1.0); }\n"));
     GpuProgram& lit = window.lit();
     const Picture lit_before = window.picture_of(model, lit);
     const Picture flat = window.picture_of(model, plain);

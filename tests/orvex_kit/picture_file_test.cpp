@@ -52,6 +52,12 @@ std::string written_to_standard_output(const Picture& picture, PictureFormat for
 }
 
 TEST(PictureFormats, have_names_and_suffixes) {
+    for (const PictureFormat format : {PictureFormat::png, PictureFormat::jpeg, PictureFormat::npy,
+                                       PictureFormat::exr, PictureFormat::raw, PictureFormat::y4m})
+        EXPECT_EQ(picture_format_named(name_of(format)), format);
+    EXPECT_STREQ(name_of(PictureFormat::jpeg), "jpg");
+    EXPECT_STREQ(name_of(PictureFormat::by_suffix), "");
+    EXPECT_STREQ(name_of(static_cast<PictureFormat>(99)), "");
     EXPECT_EQ(picture_format_named("png"), PictureFormat::png);
     EXPECT_EQ(picture_format_named("jpg"), PictureFormat::jpeg);
     EXPECT_EQ(picture_format_named("jpeg"), PictureFormat::jpeg);

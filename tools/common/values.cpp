@@ -3,6 +3,11 @@
 #include <charconv>
 #include <cmath>
 
+#include <orvex_kit/layers.h>
+#include <orvex_kit/picture_file.h>
+
+using namespace orvex::kit;
+
 namespace {
 
 template<class Number>
@@ -57,6 +62,33 @@ std::string color_names() {
     for (const NamedColor& color : named_colors)
         names += (names.empty() ? "" : ", ") + std::string(color.name);
     return names;
+}
+
+namespace {
+
+/// The names of the values of a list that ends where names do.
+template<class Value>
+std::string names_from(Value first, const std::string& prefix, const std::string& last_word) {
+    std::string names;
+    for (int value = static_cast<int>(first);; ++value) {
+        const std::string name = name_of(static_cast<Value>(value));
+        if (name.empty())
+            return names;
+        const bool is_last = *name_of(static_cast<Value>(value + 1)) == '\0';
+        if (!names.empty())
+            names += is_last ? last_word : ", ";
+        names += prefix + name;
+    }
+}
+
+} // namespace
+
+std::string layer_names(const std::string& last_word) {
+    return names_from(Layer::color, "", last_word);
+}
+
+std::string format_names(const std::string& prefix) {
+    return names_from(PictureFormat::png, prefix, " or ");
 }
 
 namespace {

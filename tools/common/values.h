@@ -33,3 +33,7 @@ std::optional<Color> color_in(const std::string& word);
 std::optional<Color> background_in(const std::string& word);
 /// The names of colours, with commas between them.
 std::string color_names();
+/// The names of layers, as "color, depth and face".
+std::string layer_names(const std::string& last_word = " and ");
+/// The names of formats, each behind a prefix, as "png, jpg or npy".
+std::string format_names(const std::string& prefix = "");

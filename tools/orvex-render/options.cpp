@@ -14,14 +14,10 @@ using namespace orvex::kit;
 
 namespace {
 
-constexpr const char* formats = "png, jpg, npy, exr, raw or y4m";
-
 std::optional<PictureFormat> format_in(const std::string& word) {
     const PictureFormat format = picture_format_named(word);
     return format == PictureFormat::by_suffix ? std::nullopt : std::optional(format);
 }
-
-constexpr const char* layer_names = "color, depth, normal, position, object, material and face";
 
 /// Names with commas between them, each once.
 std::optional<std::vector<Layer>> layers_in(const std::string& word) {
@@ -39,20 +35,19 @@ std::optional<std::vector<Layer>> layers_in(const std::string& word) {
 void add_picture_rules(Arguments& rules, Options& options) {
     rules.begin_group("The picture");
     rules.add_value("--output", 'o', "FILE",
-                    "where the picture goes: .png, .jpg, .npy, .exr, .raw or .y4m, or - for "
-                    "standard output (MODEL's name with .jpg, in this folder)",
+                    "where the picture goes: " + format_names(".") +
+                        ", or - for standard output (MODEL's name with .jpg, in this folder)",
                     take_text(options.output, "a file, or - for standard output,"));
     rules.add_value("--format", 0, "FORMAT",
-                    std::string("how it is written, whatever its name: ") + formats,
-                    take(options.format, formats, format_in));
-    rules.add_value(
-        "--layers", 0, "NAMES",
-        std::string("what each pixel shows, as data: some of ") + layer_names +
-            ", with commas between; as .png or .npy a file each, and what they mean in "
-            ".json",
-        take(options.layers,
-             std::string("some of ") + layer_names + ", each once, with commas between,",
-             layers_in));
+                    "how it is written, whatever its name: " + format_names(),
+                    take(options.format, format_names(), format_in));
+    rules.add_value("--layers", 0, "NAMES",
+                    "what each pixel shows, as data: some of " + layer_names() +
+                        ", with commas between; as .png or .npy a file each, and what they mean in "
+                        ".json",
+                    take(options.layers,
+                         "some of " + layer_names() + ", each once, with commas between,",
+                         layers_in));
     add_size_rule(rules, options, "its size in pixels (1280x960)");
     rules.add_value("--background", 'b', "COLOR",
                     "colour behind the model: #rgb, #rrggbb, a name, or transparent (#2b3038)",
@@ -167,10 +162,10 @@ std::string mistake_in_outputs(const Options& options) {
     if (options.turntable > 0 && options.output == "-")
         return "--turntable writes a file a picture: --film writes one to standard output";
     if (format_of(options) == PictureFormat::by_suffix)
-        return options.output == "-"
-                   ? "--output - needs a --format"
-                   : "--output can't be '" + options.output +
-                         "' without a --format: a name that ends in " + formats + " is wanted";
+        return options.output == "-" ? "--output - needs a --format"
+                                     : "--output can't be '" + options.output +
+                                           "' without a --format: a name that ends in " +
+                                           format_names() + " is wanted";
     if (is_film(options) && !is_film_format(format_of(options)))
         return "a film is written as y4m or raw";
     if (!can_write_format(format_of(options)))
@@ -302,21 +297,9 @@ std::string difference_of(const Options& options) {
     return output.substr(0, suffix_of(output)) + "-difference.png";
 }
 
-const char* suffix_for(PictureFormat format) {
-    switch (format) {
-    case PictureFormat::png:
-        return ".png";
-    case PictureFormat::npy:
-        return ".npy";
-    case PictureFormat::exr:
-        return ".exr";
-    case PictureFormat::raw:
-        return ".raw";
-    case PictureFormat::y4m:
-        return ".y4m";
-    default:
-        return ".jpg";
-    }
+std::string suffix_for(PictureFormat format) {
+    return std::string(".") +
+           name_of(format == PictureFormat::by_suffix ? PictureFormat::jpeg : format);
 }
 
 std::string output_of(const Options& options) {

@@ -55,7 +55,7 @@ std::string help_text();
 /// How pictures are written: as asked for, or as the file's suffix says; a film for a film.
 orvex::kit::PictureFormat format_of(const Options& options);
 /// What a name ends in for a format, as ".png".
-const char* suffix_for(orvex::kit::PictureFormat format);
+std::string suffix_for(orvex::kit::PictureFormat format);
 /// The picture's file: as asked for, or the model's name.
 std::string output_of(const Options& options);
 /// Where a picture of the difference from the reference goes.

@@ -18,11 +18,8 @@ void add_rules(Arguments& rules, Options& options) {
     rules.begin_group("The model");
     add_look_rules(rules, options);
     rules.add_value("--layer", 0, "NAME",
-                    "what each pixel shows: color, depth, normal, position, object, material or "
-                    "face (color)",
-                    take(options.layer,
-                         "one of color, depth, normal, position, object, material and face",
-                         layer_named));
+                    "what each pixel shows: " + layer_names(" or ") + " (color)",
+                    take(options.layer, "one of " + layer_names(), layer_named));
     rules.begin_group("The first view");
     add_angle_rules(rules, options);
     add_up_rule(rules, options);

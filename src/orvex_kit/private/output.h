@@ -26,6 +26,9 @@ private:
     WholeFile file;
 };
 
+/// Puts out a file of which all bytes are there. @return why it can't be written
+Outcome write_whole(const std::string& path, std::string_view bytes);
+
 /// Whether a path means standard output.
 bool is_standard_output(const std::string& path);
 /// "can't write a.png: " and the reason.
