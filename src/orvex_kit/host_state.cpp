@@ -3,7 +3,10 @@
 #include <new>
 #include <optional>
 
+#include <EGL/egl.h>
+
 #include "orvex_kit/private/gl_states.h"
+#include "orvex_kit/private/view_context.h"
 
 namespace orvex::kit {
 
@@ -92,5 +95,22 @@ HostState::HostState() noexcept
     : data(new (std::nothrow) Data) {}
 
 HostState::~HostState() = default;
+
+HostContext::HostContext() noexcept
+    : display(eglGetCurrentDisplay())
+    , context(eglGetCurrentContext())
+    , surfaces{eglGetCurrentSurface(EGL_DRAW), eglGetCurrentSurface(EGL_READ)}
+    , api(eglQueryAPI())
+    , view(ViewContext::last()) {}
+
+HostContext::~HostContext() {
+    if (!context)
+        return;
+    ViewContext::make_last(view);
+    eglBindAPI(api);
+    if (eglGetCurrentContext() != context || eglGetCurrentSurface(EGL_DRAW) != surfaces[0] ||
+        eglGetCurrentSurface(EGL_READ) != surfaces[1])
+        eglMakeCurrent(display, surfaces[0], surfaces[1], context);
+}
 
 } // namespace orvex::kit

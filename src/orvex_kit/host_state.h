@@ -40,4 +40,30 @@ private:
     std::unique_ptr<Data> data;
 };
 
+/// Keeps which OpenGL context is current for as long as it lives: what makes another one current in
+/// the meantime, as a view in a window of its own does, gives it back at the end. That of EGL with
+/// its surfaces, and with it the view that was drawn in last. Where none is current at the begin,
+/// the one at the end stays.
+///
+/// @code
+/// {
+///     const kit::HostContext kept;
+///     // draw by a view on a context of its own
+/// }
+/// @endcode
+class ORVEX_KIT_API HostContext {
+public:
+    HostContext() noexcept;
+    ~HostContext();
+    HostContext(const HostContext&) = delete;
+    HostContext& operator=(const HostContext&) = delete;
+
+private:
+    void* display;
+    void* context;
+    void* surfaces[2]; ///< drawn into, read from
+    unsigned int api;
+    const void* view; ///< what the view drawn in last belongs to; it may have ended since
+};
+
 } // namespace orvex::kit

@@ -185,8 +185,20 @@ bool ViewContext::make_current() {
     return true;
 }
 
+ViewContext* ViewContext::last() {
+    return open_contexts().empty() ? nullptr : open_contexts().back();
+}
+
+void ViewContext::make_last(const void* context) {
+    for (ViewContext* const open : open_contexts())
+        if (open == context && open != last()) {
+            open->make_current();
+            return;
+        }
+}
+
 ViewContext::Visit::Visit(ViewContext& context)
-    : before(open_contexts().empty() ? nullptr : open_contexts().back())
+    : before(last())
     , there(context.make_current()) {}
 
 ViewContext::Visit::~Visit() {

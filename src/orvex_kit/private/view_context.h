@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "orvex_kit/host_state.h"
 #include "orvex_kit/path.h"
 #include "orvex_kit/private/engine_parts.h"
 #include "orvex_kit/view.h"
@@ -62,8 +63,13 @@ public:
 
     void fail(ViewFailure failure, std::string reason);
 
+    /// The one that was made current last; null where none is open.
+    static ViewContext* last();
+    /// Makes one current again that `last` gave, unless it has closed since.
+    static void make_last(const void* context);
+
     /// Makes a context current for a while, and after that the one that was, so that programs come
-    /// and go between the steps of another view's frame.
+    /// and go between the steps of another view's frame, or of a host's own.
     class Visit {
     public:
         explicit Visit(ViewContext& context);
@@ -74,6 +80,7 @@ public:
         bool is_there() const { return there; }
 
     private:
+        HostContext kept;
         ViewContext* before;
         bool there;
     };

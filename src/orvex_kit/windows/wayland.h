@@ -11,6 +11,7 @@
 
 #include <orvex/renderer/render_window.h>
 
+#include "orvex_kit/host_state.h"
 #include "orvex_kit/view.h"
 
 namespace orvex::kit {
@@ -18,6 +19,7 @@ namespace orvex::kit {
 /// A view on a surface of Wayland that has a role, on a context that the view makes; the host links
 /// `wayland-egl`. It waits for no screen, so that a surface that is hidden holds nobody up: the
 /// host draws when the surface's frame callback tells. Ends before the surface, on its thread.
+/// Another context that is current stays so.
 ///
 /// @code
 /// kit::WaylandView host(display, surface, 640, 480);
@@ -30,6 +32,7 @@ public:
     WaylandView(wl_display* display, wl_surface* surface, int width, int height,
                 const ViewOptions& options = {})
         : window(width < 1 || height < 1 ? nullptr : wl_egl_window_create(surface, width, height)) {
+        const HostContext kept;
         // Null would stand for a view off screen.
         if (window)
             shown = View(NativeWindow{display, window}, width, height, options);
@@ -37,6 +40,7 @@ public:
             shown.window()->osx_vsync(false);
     }
     ~WaylandView() {
+        const HostContext kept;
         shown = View();
         if (window)
             wl_egl_window_destroy(window);
@@ -47,6 +51,7 @@ public:
     /// Takes the size of a `configure` event; its own is right once more after a failure.
     /// @param width,height  in pixels, from 1
     Outcome resize(int width, int height) {
+        const HostContext kept;
         if (shown && width > 0 && height > 0)
             wl_egl_window_resize(window, width, height, 0, 0);
         Outcome done = shown.resize(width, height);
@@ -60,6 +65,7 @@ public:
     /// @return whether it was drawn
     template<class Draw>
     bool frame(Draw&& draw) {
+        const HostContext kept;
         if (!shown)
             return false;
         std::forward<Draw>(draw)(shown);

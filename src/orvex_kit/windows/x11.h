@@ -9,12 +9,13 @@
 
 #include <X11/Xlib.h>
 
+#include "orvex_kit/host_state.h"
 #include "orvex_kit/view.h"
 
 namespace orvex::kit {
 
 /// A view in a plain window of X11, on a context that the view makes. Ends before the window, on
-/// its thread.
+/// its thread. Another context that is current stays so.
 ///
 /// @code
 /// kit::X11View host(display, window);
@@ -29,9 +30,14 @@ public:
         int width = 1;
         int height = 1;
         find_size(width, height);
+        const HostContext kept;
         const NativeWindow native{display,
                                   reinterpret_cast<void*>(static_cast<std::uintptr_t>(window))};
         shown = View(native, width, height, options);
+    }
+    ~X11View() {
+        const HostContext kept;
+        shown = View();
     }
     X11View(const X11View&) = delete;
     X11View& operator=(const X11View&) = delete;
@@ -41,6 +47,7 @@ public:
     /// @return whether it was drawn
     template<class Draw>
     bool frame(Draw&& draw) {
+        const HostContext kept;
         if (!follow())
             return false;
         std::forward<Draw>(draw)(shown);

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <cstring>
 
+#include <EGL/egl.h>
 #include <gtest/gtest.h>
 
 #include "orvex_kit/compare.h"
@@ -13,6 +14,7 @@
 #include "tests/orvex_kit/turning_torus.h"
 #include "tests/orvex_kit/view_frame.h"
 #include "tests/orvex_kit/windows/cycles.h"
+#include "tests/support/gl_context.h"
 #include "tests/support/wayland_server.h"
 #include "tests/support/x_server.h"
 #include "tests/support/x_window.h"
@@ -124,6 +126,50 @@ TEST_P(X11Windows, side_by_side_keep_to_themselves) {
     }
 }
 
+/// A host's own context, made current, and what is current.
+struct HostsContext {
+    GlContext context{Profile::core, 16, 16};
+    EGLContext own = eglGetCurrentContext();
+    EGLSurface surface = eglGetCurrentSurface(EGL_DRAW);
+
+    bool is_current() const {
+        return eglGetCurrentContext() == own && eglGetCurrentSurface(EGL_DRAW) == surface &&
+               eglGetCurrentSurface(EGL_READ) == surface;
+    }
+};
+
+TEST_P(X11Windows, leave_the_context_of_a_host_current) {
+    ASSERT_NE(x_connection(), nullptr);
+    XWindow window(60, 40);
+    const HostsContext hosts;
+    ASSERT_NE(hosts.own, EGL_NO_CONTEXT);
+    {
+        kit::X11View host(x_connection(), number_of(window), options_for(GetParam()));
+        EXPECT_TRUE(hosts.is_current());
+        TurningTorus torus;
+        for (const int width : {90, 60}) {
+            window.resize(width, 40);
+            EXPECT_TRUE(host.frame([&](kit::View& view) { torus.draw(view, 1); }));
+            EXPECT_TRUE(hosts.is_current()) << width;
+        }
+    }
+    EXPECT_TRUE(hosts.is_current());
+}
+
+TEST_P(X11Windows, come_between_the_steps_of_another_view) {
+    ASSERT_NE(x_connection(), nullptr);
+    const XWindow window(60, 40);
+    kit::View view(60, 40, options_for(GetParam()));
+    kit::X11View host(x_connection(), number_of(window), options_for(GetParam()));
+    TurningTorus torus;
+    view.set_background({1.0f, 0.0f, 0.0f, 1.0f});
+    view.begin(kit::Camera());
+    EXPECT_TRUE(host.frame([&](kit::View& shown) { torus.draw(shown, 1); }));
+    view.end();
+    EXPECT_EQ(pixel_at(picture_of(view), 30, 20), (Pixel{255, 0, 0, 255}));
+    EXPECT_EQ(difference(window, 1, 60, 40), "");
+}
+
 TEST(X11WindowsWithout, an_engine_say_so) {
     ASSERT_NE(x_connection(), nullptr);
     const XWindow window(60, 40);
@@ -209,6 +255,21 @@ TEST_P(WaylandSurfaces, have_more_pixels_on_a_fine_screen) {
         EXPECT_EQ(kit::compare(drawn, expected(GetParam(), 1, 2 * width, 2 * 40)).reason, "");
         EXPECT_GE(wl_display_roundtrip(display()), 0) << "the compositor took it";
     }
+}
+
+TEST_P(WaylandSurfaces, leave_the_context_of_a_host_current) {
+    const HostsContext hosts;
+    ASSERT_NE(hosts.own, EGL_NO_CONTEXT);
+    {
+        kit::WaylandView host(display(), surface, 60, 40, options_for(GetParam()));
+        EXPECT_TRUE(hosts.is_current());
+        TurningTorus torus;
+        EXPECT_TRUE(host.frame([&](kit::View& view) { torus.draw(view, 1); }));
+        EXPECT_TRUE(hosts.is_current());
+        EXPECT_EQ(host.resize(90, 40).reason(), "");
+        EXPECT_TRUE(hosts.is_current());
+    }
+    EXPECT_TRUE(hosts.is_current());
 }
 
 TEST_P(WaylandSurfaces, refuse_sizes_that_cant_be) {
