@@ -18,33 +18,10 @@ TREE = DOCS.parent
 SOURCES = TREE / "src"
 GUIDE = DOCS / "guide"
 
-# Which page tells of a class: the one that a reader of the reference is led to.
-TOLD = {
-    "first_picture": "kit::Engine kit::View kit::Outcome",
-    "models_and_looks": "kit::Model kit::Look kit::Program kit::Pick",
-    "cameras": "kit::Camera kit::Orbit kit::Track",
-    "text_on_pictures": "kit::Text kit::Font",
-    "own_window": "kit::HostView kit::HostState kit::GlfwView kit::Sdl2View kit::QtView "
-                  "kit::GtkView kit::X11View kit::WaylandView",
-    "pictures_as_data": "kit::Picture kit::LayerPlane kit::LayerOptions",
-    "formats": "Loader3D LoadUndo PhysicalMaterial",
-    "first_triangle": "Renderer RenderWindow Kernel MeshTriangle",
-    "first_model": "Model",
-    "own_shader": "GpuProgram GpuProgramMgr",
-    "textures_and_materials": "Texture TextureMgr Material MaterialMgr",
-    "render_targets": "RenderTarget",
-    "particles": "ParticleSystem ParticleEmitter ParticleAction",
-    "text": "Font",
-    "loader_plugin": "Plugin Loader3D",
-    "threads_and_ownership": "Node Object kit::Ref",
-    "host_window": "RenderWindow",
-    "coming_from_another_engine": "Camera mat4 quat",
-    "surprises": "Camera TcpServer",
-}
-
 FENCE = re.compile(r"^\s*```")
 SPAN = re.compile(r"(?<![\[`])`([^`\n]+)`(?!`)")
 NAME = re.compile(r"(?:(?:orvex|kit|aux|core)::)*\w+(?:::\w+)*")
+TELLS = re.compile(r"^<!-- tells of: (.*) -->$", re.M)
 IMAGE = re.compile(r"(!\[[^\]]*\])\((?:[^()\s]*/)?([^()/\s]+)\)")
 PAGE_LINK = re.compile(r"\[([^\]]+)\]\(((?:\w+/)*\w+)\.md\)")
 CLASS = re.compile(r"^(?:class|struct|enum class|enum) (?:ORVEX_\w+ |\[\[\w+\]\] )?(\w+)(?![^;{]*;)")
@@ -122,6 +99,12 @@ class Linker:
         return f'<code>\\ref {target} "{span.group(1)}"</code>'
 
 
+def told_by(page):
+    """The classes that a page says it tells of: their readers are led to it."""
+    said = TELLS.search(page.read_text())
+    return said.group(1).split() if said else []
+
+
 def with_branches(line, folder):
     """The pages that a list names as branches of the tree."""
     def branch(link):
@@ -139,7 +122,7 @@ def steps_from(page):
     at = pages.index(page.stem)
     steps = [f"{word} [{title_of(GUIDE / (pages[i] + '.md'))}]({pages[i]}.md)"
              for word, i in (("Before:", at - 1), ("Next:", at + 1)) if 0 <= i < len(pages)]
-    told = [f'\\ref orvex::{name} "{name}"' for name in TOLD.get(page.stem, "").split()]
+    told = [f'\\ref orvex::{name} "{name}"' for name in told_by(page)]
     if told:
         steps.append("Reference: " + ", ".join(told))
     return f'\n<div class="steps">{" · ".join(steps)}</div>\n'
@@ -154,7 +137,7 @@ def of_page(page):
     in_code = False
     lines = []
     for line in page.read_text().splitlines():
-        if line.startswith("<!-- code:"):
+        if line.startswith(("<!-- code:", "<!-- tells of:")):
             continue
         in_code ^= bool(FENCE.match(line))
         if not in_code and not line.startswith(("#", "    ")):
@@ -167,8 +150,8 @@ def of_page(page):
 def pages_that_tell():
     """For each class by its whole name the pages that tell of it."""
     pages = {}
-    for stem, classes in TOLD.items():
-        for name in classes.split():
+    for stem in pages_in_order():
+        for name in told_by(GUIDE / (stem + ".md")):
             pages.setdefault("orvex::" + name, []).append(stem)
     return pages
 
