@@ -254,6 +254,7 @@ TEST(OrvexRender, tells_why_nothing_of_a_model_can_be_seen) {
                                                         "seen: ") +
                                                 row.reason + "\n"))
                 << outcome.errors;
+            EXPECT_FALSE(has(outcome.errors, "wrote")) << outcome.errors;
         }
 }
 

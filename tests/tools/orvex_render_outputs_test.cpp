@@ -19,6 +19,12 @@ std::size_t num_files(const TempDir& folder) {
     return static_cast<std::size_t>(std::distance(begin(files), end(files)));
 }
 
+/// Whether a file is a JPEG picture with its end.
+bool is_whole(const std::string& file) {
+    const std::string bytes = content_of(file);
+    return bytes.starts_with("\xff\xd8") && bytes.ends_with("\xff\xd9");
+}
+
 TEST(OrvexRenderOutput, leaves_the_old_picture_where_there_is_no_room) {
     const TempDir folder;
     folder.write("keep.jpg", "old");
@@ -47,6 +53,38 @@ TEST(OrvexRenderOutput, tells_that_a_device_is_full) {
     const Outcome outcome = run_render(folder.path(), {sample(), "-s16x16", "-oa.jpg"});
     EXPECT_EQ(outcome.code, 1);
     EXPECT_EQ(outcome.errors, "orvex-render: can't write a.jpg: No space left on device\n");
+}
+
+TEST(OrvexRenderOutput, keeps_the_pictures_of_a_turn_that_came_before_a_full_disk) {
+    const TempDir folder;
+    std::filesystem::create_symlink("/dev/full", folder.file("a-002.jpg"));
+    const Outcome outcome = run_render(folder.path(), {sample(), "-s16x16", "-t3", "-oa.jpg"});
+    EXPECT_EQ(outcome.code, 1);
+    EXPECT_TRUE(
+        has(outcome.errors, "orvex-render: can't write a-002.jpg: No space left on device\n"))
+        << outcome.errors;
+    EXPECT_FALSE(has(outcome.errors, "wrote")) << outcome.errors;
+    EXPECT_TRUE(is_whole(folder.file("a-001.jpg")));
+    EXPECT_EQ(num_files(folder), 2u);
+}
+
+TEST(OrvexRenderOutput, is_whole_whenever_a_turn_is_ended) {
+    for (const char* const signal : {"INT", "TERM", "HUP", "KILL"}) {
+        const TempDir folder;
+        // The shell becomes the program, under its number.
+        const std::string killer =
+            std::string("(until [ -e a-0003.jpg ]; do sleep 0.01; done; kill -") + signal +
+            " $$) & true";
+        const Outcome outcome =
+            run_render_limited(folder.path(), killer, {sample(), "-s64x64", "-t9999", "-oa.jpg"});
+        EXPECT_EQ(outcome.code, -1) << signal;
+        EXPECT_FALSE(has(outcome.errors, "wrote")) << outcome.errors;
+        EXPECT_GE(num_files(folder), 3u);
+        for (const auto& file : std::filesystem::directory_iterator(folder.path()))
+            // Between two steps of the end of a file nothing can be done about this one.
+            if (std::string(signal) != "KILL" || file.path().extension() == ".jpg")
+                EXPECT_TRUE(is_whole(file.path())) << signal << " " << file.path();
+    }
 }
 
 /// A model in the current folder with a texture and a material library, all of which look like

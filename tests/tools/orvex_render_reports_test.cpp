@@ -24,8 +24,8 @@ TEST(OrvexRenderInfo, tells_what_a_model_holds) {
     EXPECT_EQ(outcome.errors, "");
     for (const char* line :
          {"model: m.obj\n", "\nmeshes: 2\n", "  left: vertices 3, faces 1\n",
-          "  right: vertices 4, faces 2\n", "\nvertices: 7\n", "\nfaces: 3\n", "\nmaterials: 2\n",
-          "  red: diffuse 1 0 0, ", "opacity 0.5, textures 0\n",
+          "  right: vertices 4, faces 2\n", "\nvertices: 7\n", "\nfaces: 3\n", "\npoints: 0\n",
+          "\nmaterials: 2\n", "  red: diffuse 1 0 0, ", "opacity 0.5, textures 0\n",
           "  blue: diffuse 0 0 1, specular 0.1 0.2 0.3, ", "\ntextures found: 0\n",
           "\ntextures missing: 1\n  none.png: it isn't there\n"})
         EXPECT_TRUE(has(outcome.out, line)) << line << "in\n" << outcome.out;
@@ -34,7 +34,8 @@ TEST(OrvexRenderInfo, tells_what_a_model_holds) {
 TEST(OrvexRenderInfo, tells_the_sizes_of_textures_and_each_once) {
     const Outcome outcome = run_render("/", {"-i", sample()});
     EXPECT_EQ(outcome.code, 0);
-    EXPECT_TRUE(has(outcome.out, "\nvertices: 6695\nfaces: 9082\nmaterials: 9\n")) << outcome.out;
+    EXPECT_TRUE(has(outcome.out, "\nvertices: 6695\nfaces: 9082\npoints: 0\nmaterials: 9\n"))
+        << outcome.out;
     EXPECT_TRUE(has(outcome.out, "\ntextures found: 4\n  " ORVEX_EXAMPLE_DATA
                                  "/lighthouse_water.png: 256x256\n"))
         << outcome.out;
@@ -45,7 +46,8 @@ TEST(OrvexRenderInfo, tells_the_sizes_of_textures_and_each_once) {
 TEST(OrvexRenderInfo, tells_of_3ds_files) {
     const Outcome outcome = run_render("/usr/share/glmark2/models", {"-i", "cat.3ds"});
     EXPECT_EQ(outcome.code, 0);
-    EXPECT_TRUE(has(outcome.out, "vertices: 7340\nfaces: 14348\nmaterials: 1\n")) << outcome.out;
+    EXPECT_TRUE(has(outcome.out, "vertices: 7340\nfaces: 14348\npoints: 0\nmaterials: 1\n"))
+        << outcome.out;
 }
 #endif
 

@@ -96,11 +96,11 @@ ExitCode draw_model(const Options& options) {
         mistake = painter.paint();
     if (!mistake.empty())
         return fail(mistake);
-    tell(painter.told());
-    // In the exit code, so in every wordiness.
+    // In the exit code, so in every wordiness. What was written is no success to tell of.
     if (!painter.has_shown_something())
         return fail("nothing of " + options.model +
                     " can be seen: " + painter.reason_for_nothing());
+    tell(painter.told());
     return reference.is_empty() ? EXIT_FINE : compare_with(reference, painter.picture(), options);
 }
 

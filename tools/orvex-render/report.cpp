@@ -73,9 +73,8 @@ std::string report_of_model(const std::string& path, const kit::Model& scene) {
     for (const ModelMesh& mesh : scene.meshes())
         text += text_of("  %s: vertices %zu, faces %zu\n", mesh.name.c_str(), mesh.num_vertices,
                         mesh.num_faces);
-    text += text_of("vertices: %zu\nfaces: %zu\n", scene.num_vertices(), scene.num_faces());
-    if (scene.num_points() > 0)
-        text += text_of("points: %zu\n", scene.num_points());
+    text += text_of("vertices: %zu\nfaces: %zu\npoints: %zu\n", scene.num_vertices(),
+                    scene.num_faces(), scene.num_points());
     if (scene.num_lines() > 0)
         text += text_of("lines: %zu\n", scene.num_lines());
     for (const ModelCamera& camera : scene.cameras())

@@ -127,7 +127,7 @@ std::string name_within(const std::string& path) {
 }
 
 /// The suffix of outputs whose names nobody gave.
-const char* default_suffix(const Options& options) {
+std::string default_suffix(const Options& options) {
     if (options.format != PictureFormat::by_suffix)
         return suffix_for(options.format);
     return is_film(options) ? ".y4m" : ".png";
