@@ -74,9 +74,8 @@ protected:
         EXPECT_FALSE(model);
         const std::string start = "meshes[0].primitives[0]";
         const std::string reason = model.reason();
-        return reason.find(start) == reason.npos
-                   ? reason
-                   : reason.substr(reason.find(start) + start.size());
+        return reason.find(start) == reason.npos ? reason
+                                                 : reason.substr(reason.find(start) + start.size());
     }
 
     orvex::kit::Engine engine;

@@ -137,6 +137,21 @@ TEST_F(ImportTest, turns_the_left_handed_files_of_x) {
     EXPECT_EQ(front_of(surface), 1.0f);
 }
 
+TEST_F(ImportTest, turns_formats_whose_z_points_upward) {
+    const Draft draft = read(folder.write(
+        "Up.SMD", "version 1\nnodes\n0 \"root\" -1\nend\nskeleton\ntime 0\n0 0 0 0 0 0 0\nend\n"
+                  "triangles\nskin.bmp\n0 0 0 0 0 -1 0 0 0\n0 1 0 0 0 -1 0 1 0\n"
+                  "0 0 0 1 0 -1 0 0 1\nend\n"));
+    ASSERT_EQ(draft.surfaces.size(), 1u);
+    const Surface& surface = draft.surfaces[0];
+    EXPECT_EQ(front_of(surface), 1.0f);
+    EXPECT_EQ(surface.normals[0].z, 1.0f);
+    float top = 0.0f;
+    for (const orvex::vec3& place : surface.positions)
+        top = std::max(top, place.y);
+    EXPECT_EQ(top, 1.0f);
+}
+
 TEST_F(ImportTest, keeps_names_and_materials_of_fbx) {
     const Draft draft = read_made("fbxa", ".fbx");
     EXPECT_EQ(draft.surfaces[0].name, "sign");

@@ -24,7 +24,7 @@ std::string end_of(const std::string& word, const InputFile& input, bool may_rea
     Importer importer;
     importer.program = ORVEX_FAKE_IMPORTER;
     importer.most_answer = 64u << 10;
-    if (word.find("hang") != word.npos || word == "talk")
+    if (word.find("hang") != word.npos)
         importer.longest = std::chrono::milliseconds(300);
     try {
         return "answer of " +

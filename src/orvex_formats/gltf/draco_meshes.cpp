@@ -104,8 +104,7 @@ private:
     };
 
     void find_in(const Json& primitive) {
-        const Json told =
-            primitive.object("extensions").object("KHR_draco_mesh_compression");
+        const Json told = primitive.object("extensions").object("KHR_draco_mesh_compression");
         if (!told)
             return;
         if (primitive.whole("mode", 4) != 4)
@@ -143,8 +142,7 @@ private:
             if (place == Json::no_index || found == mesh.attributes.end())
                 ids.at(i).refuse("the packed mesh or the primitive has no such attribute");
             budget.take(found->second.numbers.size(), sizeof(float), ids.at(i));
-            accessors.unpack_numbers(place, found->second.numbers, found->second.width,
-                                     ids.at(i));
+            accessors.unpack_numbers(place, found->second.numbers, found->second.width, ids.at(i));
         }
     }
 

@@ -87,40 +87,24 @@ bool confine_calls(bool may_open) {
     const auto allow = [&](int call) {
         is_right = is_right && seccomp_rule_add(filter, SCMP_ACT_ALLOW, call, 0) == 0;
     };
-    for (const int call : {SCMP_SYS(read),
-                           SCMP_SYS(pread64),
-                           SCMP_SYS(readv),
-                           SCMP_SYS(lseek),
-                           SCMP_SYS(write),
-                           SCMP_SYS(pwrite64),
-                           SCMP_SYS(writev),
-                           SCMP_SYS(close),
-                           SCMP_SYS(fstat),
-                           SCMP_SYS(brk),
-                           SCMP_SYS(mmap),
-                           SCMP_SYS(munmap),
-                           SCMP_SYS(mremap),
-                           SCMP_SYS(madvise),
-                           SCMP_SYS(futex),
-                           SCMP_SYS(sched_yield),
-                           SCMP_SYS(clock_gettime),
-                           SCMP_SYS(gettimeofday),
-                           SCMP_SYS(time),
-                           SCMP_SYS(getrandom),
-                           SCMP_SYS(getpid),
-                           SCMP_SYS(gettid),
-                           SCMP_SYS(tgkill),
-                           SCMP_SYS(rt_sigaction),
-                           SCMP_SYS(rt_sigprocmask),
-                           SCMP_SYS(rt_sigreturn),
-                           SCMP_SYS(restart_syscall),
-                           SCMP_SYS(exit),
-                           SCMP_SYS(exit_group)})
+    for (const int call :
+         {SCMP_SYS(read),          SCMP_SYS(pread64),         SCMP_SYS(readv),
+          SCMP_SYS(lseek),         SCMP_SYS(write),           SCMP_SYS(pwrite64),
+          SCMP_SYS(writev),        SCMP_SYS(close),           SCMP_SYS(fstat),
+          SCMP_SYS(brk),           SCMP_SYS(munmap),          SCMP_SYS(mremap),
+          SCMP_SYS(madvise),       SCMP_SYS(futex),           SCMP_SYS(sched_yield),
+          SCMP_SYS(clock_gettime), SCMP_SYS(gettimeofday),    SCMP_SYS(time),
+          SCMP_SYS(getrandom),     SCMP_SYS(getpid),          SCMP_SYS(gettid),
+          SCMP_SYS(tgkill),        SCMP_SYS(rt_sigaction),    SCMP_SYS(rt_sigprocmask),
+          SCMP_SYS(rt_sigreturn),  SCMP_SYS(restart_syscall), SCMP_SYS(exit),
+          SCMP_SYS(exit_group)})
         allow(call);
-    // What is mapped or made so is never code.
-    is_right = is_right && seccomp_rule_add(filter, SCMP_ACT_ALLOW, SCMP_SYS(mprotect), 1,
-                                            SCMP_A2(SCMP_CMP_MASKED_EQ, 4 /* PROT_EXEC */, 0)) == 0;
-    // By a descriptor alone: the standard library tells sizes by it.
+    // What is mapped is never code, and never becomes any.
+    constexpr scmp_datum_t executable = 4;
+    for (const int call : {SCMP_SYS(mmap), SCMP_SYS(mprotect)})
+        is_right = is_right && seccomp_rule_add(filter, SCMP_ACT_ALLOW, call, 1,
+                                                SCMP_A2(SCMP_CMP_MASKED_EQ, executable, 0)) == 0;
+    // The standard library tells the sizes of open files by it.
     is_right = is_right && seccomp_rule_add(filter, SCMP_ACT_ALLOW, SCMP_SYS(newfstatat), 1,
                                             SCMP_A3(SCMP_CMP_EQ, AT_EMPTY_PATH)) == 0;
     if (may_open)

@@ -1,5 +1,7 @@
-#include <exception>
+#include <algorithm>
+#include <cctype>
 #include <stdexcept>
+#include <string>
 
 #include <assimp/Importer.hpp>
 #include <assimp/config.h>
@@ -11,6 +13,18 @@
 #include "orvex_formats/import/program/scene_draft.h"
 
 namespace orvex::formats {
+
+namespace {
+
+/// Formats whose z points upward, and which assimp doesn't turn.
+bool is_of_z_up(const std::string& name) {
+    std::string suffix = name.substr(std::min(name.rfind('.'), name.size()));
+    for (char& letter : suffix)
+        letter = static_cast<char>(std::tolower(static_cast<unsigned char>(letter)));
+    return suffix == ".blend" || suffix == ".cob" || suffix == ".scn" || suffix == ".smd";
+}
+
+} // namespace
 
 void import_model(const std::string& name, int folder, std::uint64_t most_bytes, AnswerRoom& room) {
     auto* const files = new ModelFiles(name, folder);
@@ -24,7 +38,7 @@ void import_model(const std::string& name, int folder, std::uint64_t most_bytes,
         throw std::runtime_error(importer.GetErrorString()[0] != '\0'
                                      ? importer.GetErrorString()
                                      : "assimp can't read it, and says nothing more");
-    Draft draft = draft_of(*scene, most_bytes);
+    Draft draft = draft_of(*scene, is_of_z_up(name), most_bytes);
     draft.files = files->opened();
     write_answer(draft, room);
 }

@@ -19,9 +19,11 @@ vec3 vector_of(const aiVector3D& vector) {
 }
 
 /// Turns a file whose axes aren't the engine's, x to the right, y upward, z to the viewer. FBX
-/// tells its own, and assimp leaves them as they are; of other formats it turns what has to be
+/// tells its own, and assimp leaves them as they are; of most other formats it turns what has to be
 /// turned.
-aiMatrix4x4 turn_of(const aiScene& scene) {
+aiMatrix4x4 turn_of(const aiScene& scene, bool is_z_up) {
+    if (is_z_up)
+        return {1, 0, 0, 0, 0, 0, 1, 0, 0, -1, 0, 0, 0, 0, 0, 1};
     const char* const names[3][2] = {
         {"CoordAxis", "CoordAxisSign"}, {"UpAxis", "UpAxisSign"}, {"FrontAxis", "FrontAxisSign"}};
     aiMatrix4x4 turn;
@@ -46,13 +48,14 @@ struct Stand {
 
 class SceneDraft {
 public:
-    SceneDraft(const aiScene& scene, std::uint64_t most_bytes)
+    SceneDraft(const aiScene& scene, bool is_z_up, std::uint64_t most_bytes)
         : scene(scene)
+        , is_z_up(is_z_up)
         , bytes_left(most_bytes) {}
 
     Draft make() {
         add_materials(scene, draft);
-        std::vector<Stand> waiting = {{scene.mRootNode, turn_of(scene)}};
+        std::vector<Stand> waiting = {{scene.mRootNode, turn_of(scene, is_z_up)}};
         while (!waiting.empty()) {
             const Stand parent = waiting.back();
             waiting.pop_back();
@@ -211,6 +214,7 @@ private:
     }
 
     const aiScene& scene;
+    bool is_z_up;
     std::uint64_t bytes_left;
     bool has_bones = false;
     Draft draft;
@@ -218,8 +222,8 @@ private:
 
 } // namespace
 
-Draft draft_of(const aiScene& scene, std::uint64_t most_bytes) {
-    return SceneDraft(scene, most_bytes).make();
+Draft draft_of(const aiScene& scene, bool is_z_up, std::uint64_t most_bytes) {
+    return SceneDraft(scene, is_z_up, most_bytes).make();
 }
 
 } // namespace orvex::formats
