@@ -253,6 +253,28 @@ TEST(Normals, are_smooth_over_a_gentle_fold) {
     EXPECT_NEAR(middle.z, std::cos(lean), 1e-6f);
 }
 
+TEST(Normals, are_smooth_across_colours) {
+    const auto folded = [](std::uint16_t first, std::uint16_t second) {
+        std::vector<Facet> facets = {{{-1, 0, 0, 0, 0, 0, 0, 1, 0}, first},
+                                     {{0, 0, 0, 1, 0, 0.5f, 0, 1, 0}, second}};
+        Surface surface = std::move(read(binary(facets)).surfaces.at(0));
+        add_normals(surface);
+        return surface;
+    };
+    const Surface plain = folded(0, 0), colored = folded(0x8000u, 0x8000u | 31u);
+    EXPECT_EQ(plain.positions.size(), 4u);
+    ASSERT_EQ(colored.positions.size(), 6u);
+    for (std::size_t face = 0; face < 2; ++face)
+        for (std::size_t i = 0; i < 3; ++i) {
+            const vec3& smooth = plain.normals.at(plain.triangles[face][i]);
+            const vec3& other = colored.normals.at(colored.triangles[face][i]);
+            EXPECT_EQ(other.x, smooth.x) << face << i;
+            EXPECT_EQ(other.z, smooth.z) << face << i;
+        }
+    // Attributes that are no colours part nothing.
+    EXPECT_EQ(folded(1, 2).positions.size(), 4u);
+}
+
 TEST(Normals, part_at_an_edge) {
     const Surface surface = fold(60.0f);
     EXPECT_EQ(surface.positions.size(), 8u);

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "orvex_formats/private/byte_stream.h"
+#include "orvex_formats/private/normals.h"
 #include "orvex_formats/private/refusal.h"
 #include "orvex_formats/private/vertex_joiner.h"
 #include "orvex_formats/private/words.h"
@@ -24,10 +25,9 @@ constexpr std::uint64_t most_triangles = UINT32_MAX / 3;
 
 // --- Triangles
 
-/// A corner's place, and the colour of its triangle as it stands in the file.
+/// A corner's place.
 struct Corner {
     float x, y, z;
-    std::uint32_t color;
 };
 
 class SurfaceBuilder {
@@ -35,8 +35,7 @@ public:
     void add(const Corner& corner, std::uint32_t& vertex) {
         bool is_new = false;
         // Adding 0 makes one number of 0 and -0.
-        vertex =
-            joiner.add({corner.x + 0.0f, corner.y + 0.0f, corner.z + 0.0f, corner.color}, is_new);
+        vertex = joiner.add({corner.x + 0.0f, corner.y + 0.0f, corner.z + 0.0f}, is_new);
     }
     /// Three corners a triangle.
     void add(std::span<const Corner> corners) {
@@ -52,16 +51,11 @@ public:
         joiner.reserve(count / 2 + 2);
     }
 
-    /// @param color_of  what a corner's number for a colour stands for; null: there are no colours
-    template<class ColorOf>
-    Surface finish(const std::string& name, bool has_colors, ColorOf color_of) {
+    Surface finish(const std::string& name) {
         surface.name = name;
         surface.positions.reserve(joiner.all().size());
-        for (const Corner& corner : joiner.all()) {
+        for (const Corner& corner : joiner.all())
             surface.positions.emplace_back(corner.x, corner.y, corner.z);
-            if (has_colors)
-                surface.colors.push_back(color_of(corner.color));
-        }
         return std::move(surface);
     }
 
@@ -105,6 +99,30 @@ Colors colors_of_head(const unsigned char* head) {
     return colors;
 }
 
+/// A vertex in one of its colours.
+struct PaintedVertex {
+    std::uint32_t vertex, bits;
+};
+
+/// Gives triangles their colours. Vertices at which colours meet become several; but the surface is
+/// smooth across.
+void paint(Surface& surface, const std::vector<std::uint16_t>& bits, const Colors& colors) {
+    add_normals(surface);
+    VertexJoiner<PaintedVertex> joiner;
+    for (std::size_t i = 0; i < surface.triangles.size(); ++i)
+        for (std::uint32_t& vertex : surface.triangles[i]) {
+            bool is_new = false;
+            vertex = joiner.add({vertex, bits[i]}, is_new);
+        }
+    const std::vector<vec3> places = std::exchange(surface.positions, {});
+    const std::vector<vec3> normals = std::exchange(surface.normals, {});
+    for (const PaintedVertex& painted : joiner.all()) {
+        surface.positions.push_back(places[painted.vertex]);
+        surface.normals.push_back(normals[painted.vertex]);
+        surface.colors.push_back(colors(painted.bits));
+    }
+}
+
 /// The words of a binary file's head that may be a name.
 std::string name_of_head(const unsigned char* head) {
     std::string name(reinterpret_cast<const char*>(head), 80);
@@ -124,16 +142,18 @@ Draft read_binary(const InputFile& file, std::uint64_t count) {
     SurfaceBuilder builder;
     builder.reserve(count);
     std::vector<Corner> corners;
+    std::vector<std::uint16_t> attributes;
     for (std::uint64_t i = 0; i < count; ++i) {
         const unsigned char* const record = stream.take(record_size);
-        const std::uint32_t bits = number_at<std::uint16_t>(record + 48);
+        const auto bits = number_at<std::uint16_t>(record + 48);
+        attributes.push_back(bits);
         colors.is_any =
             colors.is_any || (colors.is_of_head ? (bits & 0x8000u) == 0 : (bits & 0x8000u) != 0);
         for (std::size_t corner = 0; corner < 3; ++corner) {
             const unsigned char* const place = record + 12 + 12 * corner;
             // Adding 0 makes one number of 0 and -0.
             corners.push_back({number_at<float>(place) + 0.0f, number_at<float>(place + 4) + 0.0f,
-                               number_at<float>(place + 8) + 0.0f, bits});
+                               number_at<float>(place + 8) + 0.0f});
         }
         if (corners.size() == 3 * triangles_at_once || i + 1 == count) {
             builder.add(corners);
@@ -142,7 +162,9 @@ Draft read_binary(const InputFile& file, std::uint64_t count) {
     }
 
     Draft draft;
-    draft.surfaces.push_back(builder.finish(name, colors.is_of_head || colors.is_any, colors));
+    draft.surfaces.push_back(builder.finish(name));
+    if (colors.is_of_head || colors.is_any)
+        paint(draft.surfaces.back(), attributes, colors);
     if (!stream.is_at_end())
         draft.notes.push_back(std::to_string(stream.left()) +
                               " bytes behind the last triangle were left out");
@@ -210,8 +232,7 @@ private:
 
     void end_solid() {
         if (builder.num_triangles() > 0)
-            draft.surfaces.push_back(
-                builder.finish(name, false, [](std::uint32_t) { return vec4(); }));
+            draft.surfaces.push_back(builder.finish(name));
         builder = {};
     }
 
