@@ -44,17 +44,18 @@ FormatLoader::FormatLoader(const char* name, const char* format, const char* des
 namespace {
 
 /// What small files may become; only compressed ones can hold more.
-constexpr std::uint64_t small_file = 1u << 20, most_of_small_file = 256u << 20;
+constexpr std::uint64_t small_file = 1u << 20, most_of_small_file = most_of_model(0);
 
 /// Roughly what the engine's stores take.
 std::uint64_t model_size_of(const Draft& draft) {
     std::uint64_t size = 0;
     for (const Surface& surface : draft.surfaces)
-        size += size_of_node + surface.positions.size() * 112 + surface.triangles.size() * 32;
+        size += size_of_node + surface.positions.size() * size_of_vertex +
+                surface.triangles.size() * size_of_triangle;
     for (const Cloud& cloud : draft.clouds)
-        size += size_of_node + cloud.positions.size() * 96;
+        size += size_of_node + cloud.positions.size() * size_of_point;
     for (const Lines& lines : draft.lines)
-        size += size_of_node + lines.positions.size() * 96;
+        size += size_of_node + lines.positions.size() * size_of_point;
     size += size_of_node * draft.cameras.size();
     return size;
 }

@@ -45,6 +45,22 @@ TEST(HostileThreeMf, doubles_a_mesh_again_and_again) {
               std::string::npos);
 }
 
+TEST(HostileThreeMf, that_is_long_and_even_is_a_model) {
+    std::string rows = "<mesh><vertices>";
+    for (int i = 0; i < 400000; ++i)
+        rows += "<vertex x=\"0\" y=\"0\" z=\"1\"/>";
+    rows += "</vertices><triangles><triangle v1=\"0\" v2=\"1\" v3=\"2\"/></triangles></mesh>";
+    const std::vector<unsigned char> bytes =
+        Bytes(
+            package_of(model_of("<object id=\"1\">" + rows + "</object>", "<item objectid=\"1\"/>"))
+                .text())
+            .bytes;
+    ASSERT_LT(bytes.size(), 100000u);
+    const HeapPeak peak;
+    EXPECT_EQ(read_3mf(InputFile(bytes)).surfaces.at(0).positions.size(), 400000u);
+    EXPECT_LE(peak.bytes(), most_of_draft / 2);
+}
+
 TEST(HostileThreeMf, puts_a_mesh_in_a_hundred_thousand_places) {
     std::string items, components;
     for (int i = 0; i < 100000; ++i) {

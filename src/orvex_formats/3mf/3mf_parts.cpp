@@ -17,11 +17,6 @@ namespace {
 constexpr std::uint32_t most_materials = 65536;
 constexpr const char* usual_root = "3D/3dmodel.model";
 
-/// Lists take several times the room of their texts, so that those grow less than others may.
-constexpr std::uint64_t most_text(std::uint64_t packed_size) {
-    return (std::uint64_t{8} << 20) + 16 * packed_size;
-}
-
 std::string without_slash(const std::string& path) {
     return path.substr(0, 1) == "/" ? path.substr(1) : path;
 }
@@ -34,7 +29,7 @@ class PackageReader {
 public:
     explicit PackageReader(const InputFile& file)
         : archive(file)
-        , text_left(most_text(file.size()))
+        , text_left(most_inflated(file.size()))
         , picture_left(most_inflated(file.size())) {}
 
     Package3mf read() {

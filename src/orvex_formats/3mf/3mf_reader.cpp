@@ -16,11 +16,6 @@ namespace orvex::formats {
 
 namespace {
 
-/// What the model of a package may take: few objects can be put in many places.
-constexpr std::uint64_t most_of(std::uint64_t file_size) {
-    return (std::uint64_t{128} << 20) + 128 * file_size;
-}
-
 const Group3mf* group_of(const Package3mf& package, const Object3mf& object, const Look3mf& look) {
     const auto& groups = package.groups[object.part];
     const auto found = groups.find(look.group);
@@ -104,7 +99,7 @@ private:
         const std::uint64_t vertices =
             kinds_of(package, object).is_any() ? 3 * triangles : object.positions.size();
         const std::uint64_t of_itself = triangles == 0 ? sizeof(Placement3mf) : size_of_node;
-        return of_itself + 112 * vertices + 32 * triangles;
+        return of_itself + size_of_vertex * vertices + size_of_triangle * triangles;
     }
 
     void find(std::size_t root) {
@@ -247,7 +242,7 @@ private:
 
 Draft read_3mf(const InputFile& file) {
     Package3mf package = read_3mf_package(file);
-    Costs(package, most_of(file.size())).check();
+    Costs(package, most_of_model(file.size())).check(); // few objects can be put in many places
     Draft draft;
     Placer placer(package, draft);
     for (const Use3mf& item : package.items)

@@ -269,6 +269,8 @@ std::vector<Value> GltfAccessors::read(Accessor& accessor, Selection selection) 
         selection ? selection->size() : static_cast<std::size_t>(accessor.count);
     const std::size_t width = accessor.rows * accessor.columns;
     budget.take(count, width * sizeof(Value), accessor.json);
+    if (accessor.view != Json::no_index)
+        buffers.bytes_of_view(accessor.view); // before room is made for them
     std::vector<Value> values(count * width);
     if (read_unpacked(accessor, selection, values))
         return values;

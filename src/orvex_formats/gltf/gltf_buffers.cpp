@@ -33,6 +33,8 @@ void GltfBuffers::add_buffer(const Json& json, GltfParts& parts, bool is_first) 
         buffer.own = std::move(parts.bytes);
         buffer.is_read = true;
     }
+    if (json.find("uri"))
+        budget.add_promise(buffer.size);
     buffers.push_back(std::move(buffer));
     if (buffers.back().is_read)
         buffers.back().bytes = buffers.back().own;

@@ -8,6 +8,27 @@
 
 namespace orvex::formats {
 
+std::uint64_t GltfMeshes::size_of(std::size_t place) const {
+    const Json primitives = meshes.at(place).list("primitives");
+    std::uint64_t size = 0;
+    for (std::size_t i = 0; i < primitives.size(); ++i) {
+        const Json primitive = primitives.at(i);
+        const std::size_t positions =
+            primitive.object("attributes").index("POSITION", accessors.size(), "accessors");
+        const std::size_t indices = primitive.index("indices", accessors.size(), "accessors");
+        if (positions == Json::no_index)
+            continue;
+        const std::uint64_t vertices = accessors.count(positions);
+        const std::uint64_t corners =
+            indices == Json::no_index ? vertices : accessors.count(indices);
+        const std::uint64_t triangles = primitive.whole("mode", 4) == 4 ? corners / 3 : corners;
+        // Counts are below 2^32, so that no sum is too large.
+        size += size_of_node + size_of_vertex * std::min(vertices, corners) +
+                size_of_triangle * triangles;
+    }
+    return size;
+}
+
 void GltfMeshes::add(std::size_t place, const GltfStand& stand) {
     const Json mesh = meshes.at(place);
     const Json primitives = mesh.list("primitives");

@@ -121,8 +121,26 @@ void GltfNodes::add_scene(GltfMeshes& meshes, GltfCameras& cameras) {
     note_scenes();
     std::vector<std::uint32_t> order = roots_of_scene();
     follow(order);
+    check_size(order, meshes);
     for (const std::uint32_t node : order)
         add_node(node, meshes, cameras);
+}
+
+void GltfNodes::check_size(const std::vector<std::uint32_t>& order,
+                           const GltfMeshes& meshes) const {
+    std::vector<std::optional<std::uint64_t>> sizes(meshes.size());
+    std::uint64_t sum = 0;
+    for (const std::uint32_t place : order) {
+        const Json node = nodes.at(place);
+        const std::size_t mesh = node.index("mesh", meshes.size(), "meshes");
+        if (mesh == Json::no_index)
+            continue;
+        if (!sizes[mesh])
+            sizes[mesh] = meshes.size_of(mesh);
+        sum += *sizes[mesh];
+        if (!budget.allows(sum))
+            node.refuse("the model would become far larger than its file");
+    }
 }
 
 void GltfNodes::add_node(std::uint32_t place, GltfMeshes& meshes, GltfCameras& cameras) {

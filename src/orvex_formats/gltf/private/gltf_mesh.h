@@ -42,6 +42,10 @@ public:
 
     std::size_t size() const { return meshes.size(); }
 
+    /// Roughly the bytes that a mesh takes in the engine, each time that it stands somewhere.
+    /// @throw Refusal
+    std::uint64_t size_of(std::size_t mesh) const;
+
     /// Adds what a mesh has to the draft, once more for each call, in its place in the scene.
     /// @throw Refusal
     void add(std::size_t mesh, const GltfStand& stand);

@@ -42,6 +42,8 @@ private:
     std::vector<std::uint32_t> roots_of_scene() const;
     void add_node(std::uint32_t node, GltfMeshes& meshes, GltfCameras& cameras);
     void note_scenes() const;
+    /// Refuses nodes whose meshes come to far more than the file.
+    void check_size(const std::vector<std::uint32_t>& order, const GltfMeshes& meshes) const;
     const std::vector<GltfTransform>& joints_of(std::size_t skin);
     std::vector<GltfTransform> make_joints(const Json& skin);
 
