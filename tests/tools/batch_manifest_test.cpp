@@ -1,6 +1,7 @@
 #include "batch/manifest.h"
 
 #include <csignal>
+#include <map>
 
 #include <gtest/gtest.h>
 
@@ -358,6 +359,40 @@ TEST_F(BatchResultsTest, that_hold_are_passed_over_by_a_manifest) {
     EXPECT_EQ(told(manifest), "2=" + folder.file("b") + " end");
     EXPECT_EQ(manifest.kept().all, 1u);
     EXPECT_EQ(manifest.kept().failed, 0u);
+}
+
+TEST(BatchFolder, makes_folders_and_follows_no_link) {
+    const TempDir elsewhere;
+    const TempDir folder;
+    const batch::OutputFolder outputs(folder.path());
+    EXPECT_EQ(outputs.make_folders("a.png"), "");
+    EXPECT_EQ(outputs.make_folders("b/c/a.png"), "");
+    EXPECT_EQ(outputs.make_folders("b/c/a.png"), "");
+    EXPECT_TRUE(std::filesystem::is_directory(folder.file("b/c")));
+    std::filesystem::create_directory_symlink(elsewhere.path(), folder.file("b/d"));
+    EXPECT_EQ(outputs.make_folders("b/d/e/a.png"),
+              "b/d is a link, which may lead out of the output folder");
+    EXPECT_TRUE(std::filesystem::is_empty(elsewhere.path()));
+    folder.write("f", "");
+    EXPECT_EQ(outputs.make_folders("f/a.png"), "f is no folder");
+}
+
+TEST(BatchDoubles, are_found_among_more_texts_than_are_held) {
+    batch::DoubleTexts texts;
+    constexpr std::uint64_t many = 140000;
+    for (std::uint64_t i = 1; i <= many; ++i)
+        texts.add("text " + std::to_string(i), i);
+    texts.add("text 7", many + 1);
+    texts.add("text 139999", many + 2);
+    texts.add("text 7", many + 3);
+    texts.add("text 140001", many + 4);
+    texts.add("text 140001", many + 4); // the same line
+    std::map<std::uint64_t, std::uint64_t> found;
+    texts.find([&](std::uint64_t number, std::uint64_t first) { found[number] = first; });
+    const std::map<std::uint64_t, std::uint64_t> expected{
+        {many + 1, 7}, {many + 2, 139999}, {many + 3, 7}};
+    EXPECT_EQ(found, expected);
+    EXPECT_EQ(texts.mistake(), "");
 }
 
 TEST(BatchTable, remembers_many_numbers) {
