@@ -51,6 +51,8 @@ protected:
                 text += std::to_string(entry->line) + "=" + entry->id + " ";
             else if (const auto* refused = std::get_if<RefusedLine>(&next))
                 text += told(*refused);
+            else if (std::holds_alternative<batch::KeptEntry>(next))
+                text += "kept ";
             else
                 return text + (std::holds_alternative<batch::EndOfEntries>(next) ? "end" : "?");
         }
@@ -356,7 +358,7 @@ TEST_F(BatchResultsTest, that_hold_are_passed_over_by_a_manifest) {
     Manifest manifest(setting);
     ASSERT_EQ(manifest.open(), "");
     manifest.keep(file);
-    EXPECT_EQ(told(manifest), "2=" + folder.file("b") + " end");
+    EXPECT_EQ(told(manifest), "kept 2=" + folder.file("b") + " end");
     EXPECT_EQ(manifest.kept().all, 1u);
     EXPECT_EQ(manifest.kept().failed, 0u);
 }

@@ -162,6 +162,31 @@ TEST_F(BatchSupervisorTest, finishes_the_models_at_hand_when_it_is_asked_to_end)
     }
 }
 
+TEST_F(BatchSupervisorTest, draws_what_comes_after_entries_that_are_kept) {
+    test.entries.list = {batch::KeptEntry{}, batch::KeptEntry{}};
+    test.add_model("model");
+    test.entries.list.push_back(batch::KeptEntry{});
+    EXPECT_EQ(test.run().mistake, "");
+    expect_all_fine(1);
+}
+
+TEST_F(BatchSupervisorTest, can_be_asked_to_end_while_entries_are_kept) {
+    class Endless final : public batch::EntrySource {
+    public:
+        batch::NextEntry next() override {
+            if (++count == 5)
+                raise(SIGTERM);
+            return batch::KeptEntry{};
+        }
+
+    private:
+        int count = 0;
+    };
+    Endless entries;
+    batch::Supervisor supervisor(test.defaults, test.options, entries, test.verdicts);
+    EXPECT_EQ(supervisor.run().signal, SIGTERM);
+}
+
 TEST_F(BatchSupervisorTest, ends_models_at_hand_when_it_is_asked_twice) {
     test.options.workers = 2;
     test.add_model("fine");

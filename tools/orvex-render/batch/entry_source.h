@@ -18,6 +18,8 @@ struct RefusedLine {
     std::string reason;   ///< a sentence without a stop, without the number
     std::string id;       ///< as far as it could be read
 };
+/// An entry that needs no drawing: an earlier verdict on it still holds.
+struct KeptEntry {};
 /// There is no entry yet: the pipe has to be waited for.
 struct NothingYet {};
 /// There are no more entries.
@@ -27,7 +29,8 @@ struct BrokenSource {
     std::string reason; ///< a sentence without a stop
 };
 
-using NextEntry = std::variant<Entry, RefusedLine, NothingYet, EndOfEntries, BrokenSource>;
+using NextEntry =
+    std::variant<Entry, RefusedLine, KeptEntry, NothingYet, EndOfEntries, BrokenSource>;
 
 /// Gives the entries of a manifest, one by one, in its order. One thread.
 class EntrySource {
@@ -45,7 +48,7 @@ public:
     virtual int descriptor() const { return -1; }
     /// How many entries there are, with those that need no drawing; nothing for a pipe.
     virtual std::optional<std::size_t> total() const { return std::nullopt; }
-    /// Entries that were passed over, as an earlier verdict on them still holds.
+    /// Entries that were kept.
     struct Kept {
         std::size_t all = 0;
         std::size_t failed = 0; ///< of which the verdict isn't ok

@@ -182,8 +182,8 @@ NextEntry Manifest::next() {
             broken = outputs->mistake();
         else if (!mistake.empty())
             return refused(std::move(mistake));
-        else if (is_in_shard() && !is_kept())
-            return entry;
+        else if (is_in_shard())
+            return is_kept() ? NextEntry(KeptEntry{}) : NextEntry(entry);
     }
     return BrokenSource{*broken};
 }

@@ -49,7 +49,7 @@ public:
     /// @param refuse  is called for each that is no entry
     /// @return why the file can't be read; empty if it can
     std::string check(const std::function<void(const RefusedLine&)>& refuse);
-    /// Passes over entries of which earlier results still hold. `results` outlive this.
+    /// Keeps entries of which earlier results still hold. `results` outlive this.
     void keep(Results& results) { earlier = &results; }
 
     NextEntry next() override;

@@ -94,8 +94,9 @@ bool Supervisor::is_done() const {
 // ------------------------------------------------------------------------------- entries
 
 void Supervisor::fetch() {
-    is_source_waiting = false;
-    while (!is_stopping() && !is_source_empty && !is_source_waiting &&
+    is_source_waiting = is_source_busy = false;
+    // Between kept entries, of which there may be millions, the others are looked after.
+    while (!is_stopping() && !is_source_empty && !is_source_waiting && !is_source_busy &&
            waiting.size() < workers.size())
         take_next(source.next());
 }
@@ -119,6 +120,8 @@ void Supervisor::take_next(NextEntry next) {
         // What was fetched is drawn; the mistake is told in the end.
         ending.refused = broken->reason;
         is_source_empty = true;
+    } else if (std::holds_alternative<KeptEntry>(next)) {
+        is_source_busy = true;
     } else if (std::holds_alternative<EndOfEntries>(next)) {
         is_source_empty = true;
     } else {
@@ -210,6 +213,8 @@ void add(std::vector<pollfd>& files, int file) {
 } // namespace
 
 int Supervisor::milliseconds_to_wait() const {
+    if (is_source_busy)
+        return 0;
     double seconds = 3600.0;
     for (const auto& worker : workers) {
         if (!worker)

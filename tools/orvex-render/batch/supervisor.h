@@ -64,6 +64,7 @@ private:
     std::deque<Job> again;                               ///< for a second one
     bool is_source_empty = false;
     bool is_source_waiting = false; ///< a pipe had nothing
+    bool is_source_busy = false;    ///< it kept an entry, for which it may have read long
     int failed_starts = 0;          ///< since a worker became ready
     Ending ending;
 
