@@ -301,7 +301,6 @@ orvex_result orvex_camera_orbit(const orvex_model* models, size_t count, int32_t
                                 int32_t height, const orvex_orbit* orbit, orvex_camera* camera) {
     return guarded([&] {
         fresh_camera(camera);
-        require_caller();
         orvex_orbit told = record_in(orbit, "orbit");
         if (!orbit) {
             told.azimuth = static_cast<double>(kit::Angle().azimuth);
@@ -333,7 +332,6 @@ orvex_result orvex_camera_orbit(const orvex_model* models, size_t count, int32_t
 
 orvex_result orvex_camera_fit(orvex_camera* camera, const orvex_model* models, size_t count) {
     return guarded([&] {
-        require_caller();
         orvex_camera told = camera_in(camera);
         told.near_plane = told.far_plane = 0.0;
         kit::Camera seen = camera_of(told);

@@ -103,14 +103,14 @@ orvex_result orvex_engine_formats(orvex_engine engine, const char** formats) {
 orvex_result orvex_device_count(size_t* count) {
     return guarded([&] {
         require_pointer(count, "count");
-        this_thread().devices = orvex::RenderWindow::list_devices();
-        *count = this_thread().devices.size();
+        store_of_thread().devices = orvex::RenderWindow::list_devices();
+        *count = store_of_thread().devices.size();
     });
 }
 
 orvex_result orvex_device(size_t index, orvex_device_info* info) {
     return guarded([&] {
-        const auto& devices = this_thread().devices;
+        const auto& devices = store_of_thread().devices;
         require_index(index, devices.size());
         const orvex::RenderWindow_Device& device = devices[index];
         record_out({0, device.driver.c_str(), device.node.c_str(), device.pci.c_str(),

@@ -3,6 +3,7 @@
 
 #include "orvex_c/private/handles.h"
 
+#include <algorithm>
 #include <atomic>
 #include <limits>
 #include <utility>
@@ -53,14 +54,14 @@ void require_no_fork() {
         refuse(ORVEX_ERROR_FORK,
                "this process was forked off while an engine ran, which belongs to "
                "its parent: fork before the start, or run another program");
-    if (this_thread().is_in_callback)
+    if (this_thread.is_in_callback)
         refuse(ORVEX_ERROR_CALLBACK, "a log callback can't call back: let it keep the line");
 }
 
 void require_caller() {
     require_no_fork();
     const std::uint64_t owner = table().owner.load(std::memory_order_acquire);
-    if (owner != 0 && owner != this_thread().number)
+    if (owner != 0 && owner != number_of_thread())
         refuse(ORVEX_ERROR_THREAD,
                "the engine belongs to the thread that started it, and this is another");
 }
@@ -69,10 +70,10 @@ void claim_engine() {
     require_no_fork();
     watch_forks();
     std::uint64_t nobody = 0;
-    if (!table().owner.compare_exchange_strong(nobody, this_thread().number))
+    if (!table().owner.compare_exchange_strong(nobody, number_of_thread()))
         refuse(ORVEX_ERROR_ENGINE,
                std::string("an engine runs already, on ") +
-                   (nobody == this_thread().number ? "this thread" : "another thread") +
+                   (nobody == number_of_thread() ? "this thread" : "another thread") +
                    ": a process has one at a time");
 }
 
@@ -162,11 +163,14 @@ void end_all_handles() noexcept {
 }
 
 std::vector<kit::Model*> models_of(const orvex_model* handles, std::size_t count) {
-    if (count > 0)
+    if (count == 0)
+        require_caller(); // as handles would
+    else
         require_pointer(handles, "models");
     if (count > low_half)
         refuse_argument("count", std::to_string(count), "there are no so many models");
     std::vector<kit::Model*> models;
+    models.reserve(std::min<std::size_t>(count, 64));
     for (std::size_t i = 0; i < count; ++i)
         models.push_back(&model_of(handles[i]).model);
     return models;

@@ -191,7 +191,6 @@ orvex_result orvex_model_set_transform(orvex_model model, const float* matrix) {
 orvex_result orvex_pick_ray(const orvex_model* models, size_t count, const double* origin,
                             const double* direction, orvex_pick* pick) {
     return guarded([&] {
-        require_caller();
         const std::vector<kit::Model*> asked = models_of(models, count);
         require_finite(origin, 3, "origin");
         require_finite(direction, 3, "direction");

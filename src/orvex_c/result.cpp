@@ -17,24 +17,30 @@ std::atomic<std::uint64_t> num_threads{0};
 
 } // namespace
 
-Thread& this_thread() {
-    thread_local Thread thread;
-    if (thread.number == 0)
-        thread.number = ++num_threads;
-    return thread;
+thread_local constinit Thread this_thread;
+
+std::uint64_t number_of_thread() {
+    if (this_thread.number == 0)
+        this_thread.number = ++num_threads;
+    return this_thread.number;
+}
+
+ThreadStore& store_of_thread() {
+    thread_local ThreadStore store;
+    return store;
 }
 
 void forget_error() noexcept {
-    this_thread().sentence = "";
+    this_thread.sentence = "";
 }
 
 orvex_result remember_error(orvex_result result, const char* sentence) noexcept {
-    Thread& thread = this_thread();
     try {
-        thread.error = sentence;
-        thread.sentence = thread.error.c_str();
+        std::string& error = store_of_thread().error;
+        error = sentence;
+        this_thread.sentence = error.c_str();
     } catch (...) {
-        thread.sentence = "there isn't enough memory to say what went wrong";
+        this_thread.sentence = "there isn't enough memory to say what went wrong";
     }
     return result;
 }
@@ -114,7 +120,7 @@ void require_sides(std::int32_t width, std::int32_t height) {
 } // namespace orvex::c
 
 const char* orvex_last_error(void) {
-    return orvex::c::this_thread().sentence;
+    return orvex::c::this_thread.sentence;
 }
 
 const char* orvex_result_name(orvex_result result) {
