@@ -4,6 +4,7 @@
 #include <array>
 #include <cmath>
 #include <limits>
+#include <optional>
 #include <utility>
 
 #include "orvex_c/private/cameras.h"
@@ -297,34 +298,53 @@ orvex_camera record_of(const kit::Camera& camera, const kit::Aim& aim, const kit
 
 } // namespace
 
+namespace {
+
+/// The caller's wish, or that of those who have none.
+orvex_orbit orbit_in(const orvex_orbit* given) {
+    orvex_orbit told = record_in(given, "orbit");
+    if (!given) {
+        told.azimuth = static_cast<double>(kit::Angle().azimuth);
+        told.elevation = static_cast<double>(kit::Angle().elevation);
+    }
+    require_finite(&told.azimuth, 1, "orbit->azimuth");
+    require_finite(&told.elevation, 1, "orbit->elevation");
+    require_choice(told.aim, ORVEX_AIM_TURN, "orbit->aim");
+    require_factor(told.zoom, "orbit->zoom");
+    require_factor(told.distance, "orbit->distance");
+    return told;
+}
+
+float factor_of(double number) {
+    return number == 0.0 ? 1.0f : static_cast<float>(number);
+}
+
+kit::Angle angle_of(const orvex_orbit& told, const kit::Model& first) {
+    kit::Angle angle{static_cast<float>(told.azimuth), static_cast<float>(told.elevation),
+                     up_axis_of(told.up, "orbit->up")};
+    if (angle.up == kit::UpAxis::automatic)
+        angle.up = first.up_axis();
+    return angle;
+}
+
+} // namespace
+
 orvex_result orvex_camera_orbit(const orvex_model* models, size_t count, int32_t width,
                                 int32_t height, const orvex_orbit* orbit, orvex_camera* camera) {
     return guarded([&] {
+        // What is wanted.
         fresh_camera(camera);
-        orvex_orbit told = record_in(orbit, "orbit");
-        if (!orbit) {
-            told.azimuth = static_cast<double>(kit::Angle().azimuth);
-            told.elevation = static_cast<double>(kit::Angle().elevation);
-        }
+        const orvex_orbit told = orbit_in(orbit);
         require_sides(width, height);
-        require_finite(&told.azimuth, 1, "orbit->azimuth");
-        require_finite(&told.elevation, 1, "orbit->elevation");
-        require_choice(told.aim, ORVEX_AIM_TURN, "orbit->aim");
-        require_factor(told.zoom, "orbit->zoom");
-        require_factor(told.distance, "orbit->distance");
         const std::vector<kit::Model*> seen = models_of(models, count);
         if (seen.empty())
             refuse_argument("count", "0", "there is nothing to look at");
-        kit::Angle angle{static_cast<float>(told.azimuth), static_cast<float>(told.elevation),
-                         up_axis_of(told.up, "orbit->up")};
-        if (angle.up == kit::UpAxis::automatic)
-            angle.up = seen.front()->up_axis();
+        // From where, and from how far.
+        const kit::Angle angle = angle_of(told, *seen.front());
         const kit::Extent extent = extent_of(seen);
-        const float zoom = told.zoom == 0.0 ? 1.0f : static_cast<float>(told.zoom);
-        const kit::Lens lens{width, height, zoom};
+        const kit::Lens lens{width, height, factor_of(told.zoom)};
         kit::Aim aim = aim_of(told.aim, extent, angle, lens);
-        if (told.distance != 0.0)
-            aim.distance *= static_cast<float>(told.distance);
+        aim.distance *= factor_of(told.distance);
         const kit::Camera made = kit::aimed(extent, angle, lens, aim);
         record_out(record_of(made, aim, angle, extent.middle), camera, "camera");
     });

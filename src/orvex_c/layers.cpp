@@ -1,5 +1,6 @@
 // Layers: pictures as data, into the caller's memory.
 
+#include <optional>
 #include <string>
 #include <vector>
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <limits>
 #include <memory>
+#include <optional>
 #include <utility>
 
 #include <orvex/math/mat4.h>
@@ -188,32 +189,50 @@ orvex_result orvex_model_set_transform(orvex_model model, const float* matrix) {
     });
 }
 
+namespace {
+
+orvex::Ray ray_of(const double* origin, const double* direction) {
+    require_finite(origin, 3, "origin");
+    require_finite(direction, 3, "direction");
+    const auto vector_of = [](const double* from, float w) {
+        return orvex::vec4(static_cast<float>(from[0]), static_cast<float>(from[1]),
+                           static_cast<float>(from[2]), w);
+    };
+    const orvex::Ray ray{vector_of(origin, 1.0f), vector_of(direction, 0.0f)};
+    if (ray.direction.x == 0.0f && ray.direction.y == 0.0f && ray.direction.z == 0.0f)
+        refuse_argument("direction", "0 0 0", "it has a length");
+    return ray;
+}
+
+/// @param first  what the ids of the model's meshes count on from
+orvex_pick record_of(const kit::Pick& met, std::size_t model, std::size_t first) {
+    orvex_pick own{};
+    own.hit = 1;
+    own.material = met.material;
+    own.model = model;
+    own.mesh = met.mesh;
+    own.face = met.face;
+    own.object = first + met.mesh;
+    std::copy_n(met.barycentric.begin(), 3, own.barycentric);
+    own.distance = met.distance;
+    const float point[] = {met.point.x, met.point.y, met.point.z};
+    std::copy_n(point, 3, own.point);
+    return own;
+}
+
+} // namespace
+
 orvex_result orvex_pick_ray(const orvex_model* models, size_t count, const double* origin,
                             const double* direction, orvex_pick* pick) {
     return guarded([&] {
         const std::vector<kit::Model*> asked = models_of(models, count);
-        require_finite(origin, 3, "origin");
-        require_finite(direction, 3, "direction");
-        const auto vector_of = [](const double* from, float w) {
-            return orvex::vec4(static_cast<float>(from[0]), static_cast<float>(from[1]),
-                               static_cast<float>(from[2]), w);
-        };
-        const orvex::Ray ray{vector_of(origin, 1.0f), vector_of(direction, 0.0f)};
-        if (ray.direction.x == 0.0f && ray.direction.y == 0.0f && ray.direction.z == 0.0f)
-            refuse_argument("direction", "0 0 0", "it has a length");
-        orvex_pick own{};
+        const orvex::Ray ray = ray_of(origin, direction);
+        orvex_pick nearest{};
         std::size_t first = 0;
-        for (std::size_t i = 0; i < asked.size(); first += asked[i]->meshes().size(), ++i) {
-            const std::optional<kit::Pick> met = asked[i]->pick(ray);
-            if (!met || (own.hit == 1 && met->distance >= own.distance))
-                continue;
-            own = {
-                0, 1, met->material, i, met->mesh, met->face, first + met->mesh, {}, met->distance,
-                {}};
-            std::copy_n(met->barycentric.begin(), 3, own.barycentric);
-            const float point[] = {met->point.x, met->point.y, met->point.z};
-            std::copy_n(point, 3, own.point);
-        }
-        record_out(own, pick, "pick");
+        for (std::size_t i = 0; i < asked.size(); first += asked[i]->meshes().size(), ++i)
+            if (const std::optional<kit::Pick> met = asked[i]->pick(ray);
+                met && (nearest.hit == 0 || met->distance < nearest.distance))
+                nearest = record_of(*met, i, first);
+        record_out(nearest, pick, "pick");
     });
 }

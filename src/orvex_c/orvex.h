@@ -46,7 +46,7 @@
 /// if (orvex_engine_start(NULL, &engine) || orvex_view_create(engine, 640, 480, NULL, &view) ||
 ///     orvex_model_load(engine, "lighthouse.obj", NULL, &model) ||
 ///     orvex_camera_orbit(&model, 1, 640, 480, NULL, &camera) ||
-///     orvex_view_draw(view, &camera, &model, 1, NULL) ||
+///     orvex_view_draw(view, &camera, &model, 1) ||
 ///     orvex_view_write(view, "lighthouse.png", NULL))
 ///     fprintf(stderr, "%s\n", orvex_last_error());
 /// orvex_engine_stop(engine);

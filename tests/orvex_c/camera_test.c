@@ -147,7 +147,7 @@ static void records_with_bad_words_are_refused(void) {
 }
 
 static void models_are_seen_as_a_whole(void) {
-    stage all = begin_stage();
+    stage all = begin_engine();
     orvex_model models[2] = {new_square(all.engine), new_square(all.engine)};
     const float aside[16] = {1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 10, 0, 0, 1};
     const double corners[12] = {-1, -1, 0, 1, 1, 0, 9, -1, 0, 11, 1, 0};
@@ -169,7 +169,7 @@ static void models_are_seen_as_a_whole(void) {
 }
 
 static void an_orbit_turns_comes_nearer_and_goes_farther(void) {
-    stage all = begin_stage();
+    stage all = begin_engine();
     orvex_model model = new_square(all.engine);
     orvex_camera first = new_camera(), second = new_camera();
     orvex_orbit orbit = {.size = sizeof orbit, .azimuth = 25, .elevation = 20};
@@ -191,7 +191,7 @@ static void an_orbit_turns_comes_nearer_and_goes_farther(void) {
 }
 
 static void orbits_of_bad_numbers_are_refused(void) {
-    stage all = begin_stage();
+    stage all = begin_engine();
     orvex_model model = new_square(all.engine);
     orvex_camera camera = new_camera();
     orvex_orbit orbit = {.size = sizeof orbit, .azimuth = NAN};
@@ -216,7 +216,7 @@ static void orbits_of_bad_numbers_are_refused(void) {
 }
 
 static void planes_are_put_around_models(void) {
-    stage all = begin_stage();
+    stage all = begin_engine();
     orvex_model model = new_square(all.engine);
     const double up[3] = {0, 1, 0}, before[3] = {0, 0, 5}, beyond[3] = {0, 0, 9};
     orvex_camera camera = new_camera();

@@ -38,6 +38,8 @@ typedef struct stage {
     orvex_view view;
 } stage;
 stage begin_stage(void);
+/// The same without a view, for what isn't drawn.
+stage begin_engine(void);
 /// Stops the engine.
 void end_stage(const stage* all);
 /// The number in an empty camera's size and all else as 0.

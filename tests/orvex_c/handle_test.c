@@ -121,7 +121,7 @@ static void handles_of_an_engine_that_was_stopped_are_refused(void) {
     stage second;
     end_stage(&first);
     check_all(first.engine, first.view, model, text);
-    second = begin_stage();
+    second = begin_engine();
     check_all(first.engine, first.view, model, text);
     CHECK_RESULT(ORVEX_ERROR_HANDLE, orvex_model_destroy(model));
     CHECK_SAYS("its engine was stopped");

@@ -70,10 +70,15 @@ size_t read_start(const char* from, unsigned char* bytes, size_t size) {
     return count;
 }
 
-stage begin_stage(void) {
+stage begin_engine(void) {
     stage all = {NULL, NULL};
     orvex_engine_options options = {.size = sizeof options, .skip_plugins = 1};
     CHECK_OK(orvex_engine_start(&options, &all.engine));
+    return all;
+}
+
+stage begin_stage(void) {
+    stage all = begin_engine();
     CHECK_OK(orvex_view_create(all.engine, 32, 32, NULL, &all.view));
     return all;
 }

@@ -37,7 +37,7 @@ static orvex_mesh_data square_data(void) {
 }
 
 static void a_mesh_is_a_model(void) {
-    stage all = begin_stage();
+    stage all = begin_engine();
     orvex_mesh_data data = square_data();
     orvex_model_info info = {.size = sizeof info};
     orvex_mesh_info mesh = {.size = sizeof mesh};
@@ -186,7 +186,7 @@ static void normals_are_given_smooth_or_flat(void) {
 }
 
 static void bad_meshes_are_refused_by_the_number(void) {
-    stage all = begin_stage();
+    stage all = begin_engine();
     const float bad[12] = {0, 0, 0, 0, 0, 0, 0, NAN, 0, 0, 0, 0};
     const double huge[12] = {0, 0, 0, 1e300, 0, 0, 0, 0, 0, 0, 0, 0};
     const int64_t faces[6] = {0, 1, 2, 0, 2, 4}, negative[6] = {0, 1, 2, 0, -2, 3};
@@ -306,7 +306,7 @@ static void a_mesh_takes_other_counts_and_keeps_its_place(void) {
 }
 
 static void a_bad_update_leaves_the_mesh(void) {
-    stage all = begin_stage();
+    stage all = begin_engine();
     orvex_model model = new_square(all.engine);
     orvex_model file = NULL;
     const float bad[12] = {9, 9, 9, NAN};

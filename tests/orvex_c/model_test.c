@@ -18,7 +18,7 @@ static orvex_model load_square(orvex_engine engine) {
 }
 
 static void a_model_tells_what_it_holds(void) {
-    stage all = begin_stage();
+    stage all = begin_engine();
     orvex_model model = load_square(all.engine);
     orvex_model_info info = {.size = sizeof info};
     orvex_mesh_info mesh = {.size = sizeof mesh};
@@ -45,7 +45,7 @@ static void a_model_tells_what_it_holds(void) {
 }
 
 static void indices_beyond_the_end_are_refused(void) {
-    stage all = begin_stage();
+    stage all = begin_engine();
     orvex_model model = load_square(all.engine);
     orvex_mesh_info mesh = {.size = sizeof mesh};
     orvex_material_info material = {.size = sizeof material};
@@ -66,7 +66,7 @@ static void indices_beyond_the_end_are_refused(void) {
 }
 
 static void what_is_odd_is_noted(void) {
-    stage all = begin_stage();
+    stage all = begin_engine();
     orvex_model model = NULL;
     orvex_model_info info = {.size = sizeof info};
     const char* note = NULL;
@@ -81,7 +81,7 @@ static void what_is_odd_is_noted(void) {
 }
 
 static void a_file_that_is_none_is_named(void) {
-    stage all = begin_stage();
+    stage all = begin_engine();
     orvex_model model = (orvex_model)&all;
     orvex_model_options options = {.size = sizeof options, .loader = "nobody"};
     CHECK_RESULT(ORVEX_ERROR_FILE, orvex_model_load(all.engine, "/no/such.obj", NULL, &model));
@@ -106,7 +106,7 @@ static void a_file_that_is_none_is_named(void) {
 }
 
 static void a_model_stands_where_its_transform_says(void) {
-    stage all = begin_stage();
+    stage all = begin_engine();
     orvex_model model = load_square(all.engine);
     double low[3], high[3];
     float matrix[16] = {2, 0, 0, 0, 0, 2, 0, 0, 0, 0, 2, 0, 5, 6, 7, 1};
@@ -135,7 +135,7 @@ static void a_model_stands_where_its_transform_says(void) {
 }
 
 static void a_ray_meets_the_nearest_of_several_models(void) {
-    stage all = begin_stage();
+    stage all = begin_engine();
     orvex_model models[2] = {load_square(all.engine), new_square(all.engine)};
     const float nearer[16] = {1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0.5f, 0, 2, 1};
     const double from[3] = {0.25, 0.5, 10}, beside[3] = {-0.75, 0.5, 10}, away[3] = {9, 9, 10};
@@ -154,7 +154,7 @@ static void a_ray_meets_the_nearest_of_several_models(void) {
 }
 
 static void rays_that_are_none_are_refused(void) {
-    stage all = begin_stage();
+    stage all = begin_engine();
     orvex_model model = new_square(all.engine);
     const double zero[3] = {0, 0, 0}, bad[3] = {0, INFINITY, 0};
     orvex_pick pick = {.size = sizeof pick};

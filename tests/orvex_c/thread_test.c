@@ -69,10 +69,10 @@ static void* draw_on_this_thread(void* argument) {
 }
 
 static void the_next_engine_may_belong_to_another_thread(void) {
-    stage all = begin_stage();
+    stage all = begin_engine();
     end_stage(&all);
     run_beside(draw_on_this_thread, NULL);
-    all = begin_stage();
+    all = begin_engine();
     end_stage(&all);
 }
 
@@ -126,7 +126,7 @@ static int starts_here(const outcome* told) {
 }
 
 static void a_child_process_that_came_before_the_start_has_its_own_engine(void) {
-    stage all = begin_stage();
+    stage all = begin_engine();
     end_stage(&all);
     CHECK(holds_in_child(starts_here, NULL));
 }
