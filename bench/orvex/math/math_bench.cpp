@@ -30,6 +30,13 @@ struct OrvexTypes {
     }
 };
 
+struct OrvexInverted : OrvexTypes {
+    static void invert(const matrix& m, matrix& inverse) { inverse = m.inverted(); }
+};
+struct OrvexInvertTo : OrvexTypes {
+    static void invert(const matrix& m, matrix& inverse) { m.invert_to(inverse); }
+};
+
 #ifdef ORVEX_BENCH_GLM
 template<typename Matrix, typename Vector>
 struct GlmTypes {
@@ -105,6 +112,8 @@ void inverse(benchmark::State& state) {
 BENCHMARK(product<OrvexTypes>)->Name("product/orvex");
 BENCHMARK(product_with_vector<OrvexTypes>)->Name("product_with_vector/orvex");
 BENCHMARK(inverse<OrvexTypes>)->Name("inverse/orvex");
+BENCHMARK(inverse<OrvexInverted>)->Name("inverse/orvex_inverted");
+BENCHMARK(inverse<OrvexInvertTo>)->Name("inverse/orvex_invert_to");
 #ifdef ORVEX_BENCH_GLM
 BENCHMARK(product<Glm>)->Name("product/glm");
 BENCHMARK(product<GlmAligned>)->Name("product/glm_aligned");

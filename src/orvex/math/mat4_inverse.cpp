@@ -35,6 +35,11 @@ floats4 det3x3_lanes(const MinorRows& a, floats4 det_bc, const MinorRows& b, flo
 } // namespace
 
 mat4& mat4::inverse() noexcept {
+    invert_to(*this);
+    return *this;
+}
+
+void mat4::invert_to(mat4& result) const noexcept {
     const floats4 column0 = lanes::load<floats4>(m);
     const MinorRows c0(column0), c1(lanes::load<floats4>(m + 4)), c2(lanes::load<floats4>(m + 8)),
         c3(lanes::load<floats4>(m + 12));
@@ -54,16 +59,17 @@ mat4& mat4::inverse() noexcept {
     // the sum, and below in the factor.
     const floats4 terms = column0 * minors0;
     const float det = terms[0] - terms[1] + terms[2] - terms[3];
-    if (det == 0.0f)
-        return identity();
+    if (det == 0.0f) {
+        result.identity();
+        return;
+    }
     const float scale = 1.0f / det;
     const floats4 even = {scale, -scale, scale, -scale};
     const floats4 odd = -even;
     floats4 rows[4] = {minors0 * even, minors1 * odd, minors2 * even, minors3 * odd};
     lanes::transpose(rows[0], rows[1], rows[2], rows[3]);
     for (int i = 0; i < 4; ++i)
-        lanes::store(m + i * 4, rows[i]);
-    return *this;
+        lanes::store(result.m + i * 4, rows[i]);
 }
 
 float MINOR(const mat4& m, int r0, int r1, int r2, int c0, int c1, int c2) noexcept {

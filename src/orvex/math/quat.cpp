@@ -1,6 +1,8 @@
 #include "orvex/math/quat.h"
 
+#include <bit>
 #include <cmath>
+#include <cstdint>
 
 #include "orvex/math/private/angle.h"
 #include "orvex/math/vec4.h"
@@ -39,12 +41,29 @@ quat& quat::from_axis_angle(float angle, const vec4& axis, bool normalize_axis) 
     return from_axis_angle(angle, axis.x, axis.y, axis.z, normalize_axis);
 }
 
+namespace {
+
+/// `from_axis_angle` about one of the unit axes. Of a zero sine, cosine and length are known: each
+/// of the first three components is that zero, with its sign.
+quat turn_about(const vec4& axis, float angle) noexcept {
+    if (angle == 0.0f)
+        return quat(angle, angle, angle, 1.0f);
+    return quat().from_axis_angle(angle, axis, false);
+}
+
+bool is_positive_zero(float value) noexcept {
+    return std::bit_cast<std::uint32_t>(value) == 0;
+}
+
+} // namespace
+
 quat& quat::from_euler(float x, float y, float z) noexcept {
-    quat about_x, about_y, about_z;
-    about_x.from_axis_angle(x, vec4::UNIT_X_AXIS, false);
-    about_y.from_axis_angle(y, vec4::UNIT_Y_AXIS, false);
-    about_z.from_axis_angle(z, vec4::UNIT_Z_AXIS, false);
-    *this = (about_y * about_x) * about_z;
+    // Three turns by +0 are the identity to the bit, and most calls are of a single turn or of
+    // none.
+    if (is_positive_zero(x) && is_positive_zero(y) && is_positive_zero(z))
+        return identity();
+    *this = (turn_about(vec4::UNIT_Y_AXIS, y) * turn_about(vec4::UNIT_X_AXIS, x)) *
+            turn_about(vec4::UNIT_Z_AXIS, z);
     return normalize();
 }
 

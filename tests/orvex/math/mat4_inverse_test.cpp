@@ -85,6 +85,29 @@ TEST(Mat4Inverse, is_that_of_the_plain_cofactors) {
     }
 }
 
+TEST(Mat4Inverse, by_value_has_the_same_bits_and_leaves_the_matrix) {
+    Numbers numbers;
+    for (int i = 0; i < 100; ++i) {
+        const mat4 a = numbers.matrix();
+        const mat4 before = a;
+        mat4 expected = a;
+        expected.inverse();
+        expect_mat4(a.inverted(), expected);
+        mat4 to;
+        a.invert_to(to);
+        expect_mat4(to, expected);
+        expect_mat4(a, before);
+        to = a;
+        to.invert_to(to);
+        expect_mat4(to, expected);
+    }
+    mat4 flat;
+    flat.init_scale(1.0f, 0.0f, 1.0f);
+    expect_mat4(flat.inverted(), mat4());
+    flat.invert_to(flat);
+    expect_mat4(flat, mat4());
+}
+
 TEST(Mat4Inverse, undoes_a_transform) {
     mat4 move, turn, scale;
     move.init_translate(3.0f, -4.0f, 5.0f);

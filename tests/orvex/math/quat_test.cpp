@@ -1,6 +1,8 @@
 #include "orvex/math/quat.h"
 
 #include <cmath>
+#include <limits>
+#include <vector>
 
 #include "exact.h"
 
@@ -81,6 +83,40 @@ TEST(Quat, from_euler_is_y_times_x_times_z) {
     z.from_axis_angle(70.0f, vec4::UNIT_Z_AXIS, false);
     quat expected = (y * x) * z;
     expect_quat(q.from_euler(20.0f, -35.0f, 70.0f), expected.normalize());
+}
+
+TEST(Quat, from_euler_has_the_bits_of_the_three_turns_for_every_angle) {
+    std::vector<float> angles = {0.0f,
+                                 -0.0f,
+                                 1e-45f,
+                                 -1e-40f,
+                                 1e-20f,
+                                 90.0f,
+                                 -180.0f,
+                                 360.0f,
+                                 720.0f,
+                                 1e10f,
+                                 3e38f,
+                                 std::numeric_limits<float>::infinity(),
+                                 -std::numeric_limits<float>::infinity(),
+                                 std::numeric_limits<float>::quiet_NaN()};
+    Numbers numbers;
+    for (int i = 0; i < 8; ++i)
+        angles.push_back(40.0f * numbers.next());
+    for (const float x : angles)
+        for (const float y : angles)
+            for (const float z : angles) {
+                quat expected = (turn(y, vec4::UNIT_Y_AXIS) * turn(x, vec4::UNIT_X_AXIS)) *
+                                turn(z, vec4::UNIT_Z_AXIS);
+                expected.normalize();
+                const quat q = quat().from_euler(x, y, z);
+                // Of what is no number, there is no more to ask.
+                if (std::isnan(expected.w))
+                    EXPECT_TRUE(std::isnan(q.x) && std::isnan(q.y) && std::isnan(q.z) &&
+                                std::isnan(q.w));
+                else
+                    expect_quat(q, expected);
+            }
 }
 
 TEST(Quat, to_euler_gives_radians_for_turns_given_in_degrees) {
