@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstring>
+#include <iterator>
 #include <utility>
 
 #include "orvex/assets/materials/material.h"
@@ -49,10 +50,11 @@ bool Object::add_material(Material* material, Node* node) {
 
 bool Object::remove_material(Material* material, Node*) {
     std::vector<Material*>& materials = object_data->materials;
-    const auto found = std::find(materials.begin(), materials.end(), material);
-    if (found == materials.end())
+    // From the end: what came last goes first where a load is undone.
+    const auto found = std::find(materials.rbegin(), materials.rend(), material);
+    if (found == materials.rend())
         return misuse("Object::remove_material", "a material that the object does not hold");
-    materials.erase(found);
+    materials.erase(std::next(found).base());
     if (object_data->material_by_id)
         object_data->material_by_id->erase(material->get_id());
     material->release(nullptr, nullptr);

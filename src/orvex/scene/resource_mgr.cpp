@@ -24,6 +24,8 @@ void Resource::ResourceData::forget(const ResourceMgr& manager) {
 
 void ResourceMgr::ResourceMgrData::unlist(const Resource& resource) {
     auto entry = resources.begin() + static_cast<std::ptrdiff_t>(walk_position);
+    if (walks == 0 && !resources.empty() && resources.back() == &resource)
+        return resources.pop_back(); // what came last goes first where a load is undone
     if (walks == 0 || *entry != &resource)
         entry = std::find(resources.begin(), resources.end(), &resource);
     if (entry == resources.end())

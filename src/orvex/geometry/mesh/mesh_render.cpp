@@ -6,6 +6,8 @@
 
 #include "orvex/geometry/mesh/mesh.h"
 
+#include <unordered_map>
+
 #include "orvex/base/private/misuse.h"
 #include "orvex/geometry/mesh/private/render_with_material.h"
 #include "orvex/renderer/private/debug_name.h"
@@ -52,20 +54,6 @@ void Mesh::render_geometry_finish(Renderer* renderer) {
         renderer->vertex_buffer_finish(mesh_data);
 }
 
-void Mesh::init_subsets() {
-    if (!mesh_data)
-        return;
-    delete[] mesh_data->subsets;
-    mesh_data->subsets = nullptr;
-    mesh_data->current_subset = nullptr;
-    mesh_data->num_subsets = get_num_materials();
-    if (mesh_data->num_subsets == 0)
-        return;
-    mesh_data->subsets = new MaterialSubset[mesh_data->num_subsets];
-    for (unsigned long i = 0; i < mesh_data->num_subsets; ++i)
-        _init_material_subset(i, &mesh_data->subsets[i]);
-}
-
 namespace {
 
 /// First and last face of a material, both 0 if it has none.
@@ -74,35 +62,73 @@ struct FaceRun {
     unsigned int last = 0;
 };
 
-FaceRun find_face_run(const MeshData& store, int material) {
+/// Calls `use(material, face)` for each face that has the id of one.
+template<class Use>
+void for_each_face_material(const MeshData& store, Use use) {
+    const unsigned long count = store.face_materials ? store.num_faces : 0;
+    for (unsigned long face = 0; face < count; ++face)
+        use(store.face_materials[face], static_cast<unsigned int>(face));
+}
+
+FaceRun find_face_run(const MeshData& store, int wanted) {
     FaceRun run;
     bool found = false;
-    const unsigned long count = store.face_materials ? store.num_faces : 0;
-    for (unsigned long face = 0; face < count; ++face) {
-        if (store.face_materials[face] != material)
-            continue;
-        run.last = static_cast<unsigned int>(face);
+    for_each_face_material(store, [&](int material, unsigned int face) {
+        if (material != wanted)
+            return;
+        run.last = face;
         if (!found)
-            run.first = run.last;
+            run.first = face;
         found = true;
-    }
+    });
     return run;
 }
 
+/// The runs of all materials at once: a mesh may have as many of those as faces.
+std::unordered_map<int, FaceRun> find_face_runs(const MeshData& store) {
+    std::unordered_map<int, FaceRun> runs;
+    for_each_face_material(store, [&runs](int material, unsigned int face) {
+        runs.try_emplace(material, FaceRun{face, face}).first->second.last = face;
+    });
+    return runs;
+}
+
+/// @return false for fewer than two faces; the subset keeps its default run then
+bool fill_subset(MaterialSubset& subset, int material, const FaceRun& run) {
+    subset.material = static_cast<unsigned int>(material);
+    if (run.first >= run.last)
+        return false;
+    subset.first_face = run.first;
+    subset.last_face = run.last;
+    return true;
+}
+
 } // namespace
+
+void Mesh::init_subsets() {
+    if (!mesh_data)
+        return;
+    const auto runs = find_face_runs(*mesh_data); // may find no memory: first of all
+    delete[] mesh_data->subsets;
+    mesh_data->subsets = nullptr;
+    mesh_data->current_subset = nullptr;
+    mesh_data->num_subsets = get_num_materials();
+    if (mesh_data->num_subsets == 0)
+        return;
+    mesh_data->subsets = new MaterialSubset[mesh_data->num_subsets];
+    for (unsigned long i = 0; i < mesh_data->num_subsets; ++i) {
+        const int material = get_material_by_index(i)->get_id();
+        const auto run = runs.find(material);
+        fill_subset(mesh_data->subsets[i], material, run == runs.end() ? FaceRun() : run->second);
+    }
+}
 
 bool Mesh::_init_material_subset(unsigned long i, MaterialSubset* subset) {
     Material* const material = get_material_by_index(i);
     if (!subset || !material || !mesh_data)
         return misuse("Mesh::_init_material_subset",
                       "a null subset, no material at that index, or a mesh without a store");
-    subset->material = static_cast<unsigned int>(material->get_id());
-    const FaceRun run = find_face_run(*mesh_data, material->get_id());
-    if (run.first >= run.last)
-        return false;
-    subset->first_face = run.first;
-    subset->last_face = run.last;
-    return true;
+    return fill_subset(*subset, material->get_id(), find_face_run(*mesh_data, material->get_id()));
 }
 
 unsigned long Mesh::get_num_subsets() const {

@@ -149,6 +149,24 @@ TEST_F(MeshRendering, makes_a_subset_for_each_material) {
     EXPECT_EQ(mesh->get_mesh_data()->subsets, nullptr);
 }
 
+TEST_F(MeshRendering, makes_the_same_subsets_all_at_once_as_one_by_one) {
+    for (int i = 0; i < 5; ++i)
+        add_material();
+    const unsigned long num_faces = mesh->get_num_faces(nullptr);
+    for (unsigned long face = 0; face < num_faces; ++face)
+        mesh->set_face_material(mesh->get_material_by_index(face * face % 5)->get_id(), face);
+    mesh->init_subsets();
+    ASSERT_EQ(mesh->get_num_subsets(), 5u);
+    for (unsigned long i = 0; i < 5; ++i) {
+        MaterialSubset alone;
+        mesh->_init_material_subset(i, &alone);
+        const MaterialSubset& subset = mesh->get_mesh_data()->subsets[i];
+        EXPECT_EQ(subset.first_face, alone.first_face);
+        EXPECT_EQ(subset.last_face, alone.last_face);
+        EXPECT_EQ(subset.material, alone.material);
+    }
+}
+
 TEST_F(MeshRendering, tells_whether_a_subset_has_faces) {
     const int id = add_material()->get_id();
     MaterialSubset subset;
