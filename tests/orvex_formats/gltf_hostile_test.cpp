@@ -189,7 +189,18 @@ GltfFile rich() {
         "'materials':[{'pbrMetallicRoughness':{'baseColorTexture':{'index':0,'extensions':{"
         "'KHR_texture_transform':{'rotation':1}}}},'normalTexture':{'index':0,'texCoord':1}}],"
         "'textures':[{'source':0,'sampler':0}],'samplers':[{'wrapS':33071}],"
-        "'images':[{'bufferView':1}]";
+        "'images':[{'bufferView':1}],'cameras':[{'type':'perspective','perspective':{'yfov':1,"
+        "'znear':1}}],";
+    const std::size_t times = file.add_floats("SCALAR", 1, {0, 1});
+    const std::size_t places = file.add_floats("VEC3", 3, {0, 0, 0, 1, 0, 0});
+    const std::size_t weights = file.add_floats("SCALAR", 1, {0, 0, 0, 1, 0, 0});
+    const std::string input = "{'input':" + std::to_string(times) + ",'output':";
+    file.rest +=
+        "'animations':[{'channels':[{'sampler':0,'target':{'node':1,'path':'translation'}},"
+        "{'sampler':1,'target':{'node':0,'path':'weights'}}],'samplers':[" +
+        input + std::to_string(places) + "}," + input + std::to_string(weights) +
+        ",'interpolation':'CUBICSPLINE'}]}]";
+    file.rest.replace(file.rest.find("{'mesh':0,"), 10, "{'mesh':0,'camera':0,");
     return file;
 }
 
@@ -197,13 +208,18 @@ TEST(HostileGltf, a_rich_file_is_read) {
     const Draft draft = read_gltf_bytes(rich().as_binary());
     EXPECT_EQ(draft.surfaces.at(0).triangles.size(), 4u);
     EXPECT_EQ(draft.pictures.size(), 1u);
+    EXPECT_EQ(draft.cameras.size(), 1u);
     EXPECT_TRUE(holds_together(draft));
+    const Draft moved = read_gltf_at(InputFile(rich().as_binary()), 0.5f);
+    EXPECT_EQ(draft.surfaces[0].positions.at(0).x, 2.0f);
+    EXPECT_EQ(moved.surfaces.at(0).positions.at(0).x, 0.5f) << "instead of the joint's matrix";
 }
 
 /// Reads what may be anything. @return whether it was a model
 bool survives(const std::vector<unsigned char>& bytes) {
     try {
         EXPECT_TRUE(holds_together(read_gltf_bytes(bytes)));
+        EXPECT_TRUE(holds_together(read_gltf_at(InputFile(bytes), 0.5f)));
         return true;
     } catch (const orvex::formats::Refusal& refusal) {
         EXPECT_STRNE(refusal.what(), "");
