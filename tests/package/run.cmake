@@ -106,6 +106,7 @@ foreach(file
     usr/include/orvex/orvex.h usr/include/orvex/scene/camera.h usr/include/orvex_kit/kit.h usr/share/doc/orvex/LICENSE
     usr/bin/orvex-render usr/share/man/man1/orvex-render.1.gz
     usr/share/bash-completion/completions/orvex-render
+    usr/share/mime/packages/orvex-render.xml usr/share/thumbnailers/orvex-render.thumbnailer
     usr/share/doc/orvex/html/index.html usr/share/doc/orvex/html/md_docs_guide_first_picture.html
     usr/share/doc/orvex/html/classorvex_1_1kit_1_1View.html usr/share/doc/orvex/html/guide_first_picture.jpg
     usr/share/doc/orvex/examples/guide/first_picture.cpp

@@ -1,6 +1,8 @@
 // The pictures that the program writes.
 
 #include <array>
+#include <filesystem>
+#include <sstream>
 
 #include <gtest/gtest.h>
 
@@ -97,6 +99,61 @@ TEST(OrvexRenderTurn, begins_at_the_azimuth_and_goes_around) {
     EXPECT_FALSE(is_near(first, third, {}));
     const std::vector<std::string> from_behind = {sample(), "-s160x120", "-t4", "-a210"};
     EXPECT_TRUE(is_near(picture_of(from_behind, "a-001.jpg"), third, {}));
+}
+
+TEST(OrvexRenderThumbnail, is_a_square_picture_without_a_background) {
+    const TempDir folder;
+    // File managers name files as they like, and tell programs as little as they can.
+    const Outcome outcome =
+        run_render(folder.path(), {"-q", "-o", "thumb", sample(), "--thumbnail", "48"}, {"HOME="});
+    EXPECT_EQ(outcome.errors, "");
+    ASSERT_EQ(outcome.code, 0);
+    const std::optional<Picture> picture = read_picture(folder.file("thumb"));
+    ASSERT_TRUE(picture.has_value());
+    EXPECT_EQ(picture->width, 48);
+    EXPECT_EQ(picture->height, 48);
+    EXPECT_EQ(picture->at(0, 0)[3], 0);
+    EXPECT_EQ(picture->at(24, 24)[3], 255);
+}
+
+TEST(OrvexRenderThumbnail, gives_way_to_what_is_said_beside_it) {
+    const TempDir folder;
+    const Outcome outcome = run_render(
+        folder.path(), {sample(), "-q", "-s32x16", "-bwhite", "-oa.png", "--thumbnail=48"});
+    ASSERT_EQ(outcome.code, 0) << outcome.errors;
+    const std::optional<Picture> picture = read_picture(folder.file("a.png"));
+    ASSERT_TRUE(picture.has_value());
+    EXPECT_EQ(picture->width, 32);
+    EXPECT_EQ(picture->at(0, 0)[0], 255);
+}
+
+TEST(OrvexRenderThumbnail, leaves_no_file_of_what_cant_be_seen_or_read) {
+    const TempDir folder, models;
+    models.write("point.obj", "v 0 0 0\nv 0 0 0\nv 0 0 0\nf 1 2 3\n");
+    models.write("none.obj", "none");
+    for (const char* const name : {"point.obj", "none.obj", "missing.obj"}) {
+        const Outcome outcome =
+            run_render(folder.path(), {models.file(name), "--thumbnail=16", "-oa.png"});
+        EXPECT_EQ(outcome.code, 1);
+        EXPECT_FALSE(has(outcome.errors, "wrote"));
+    }
+    EXPECT_TRUE(std::filesystem::is_empty(folder.path()));
+}
+
+TEST(OrvexRenderThumbnail, is_made_by_the_command_that_file_managers_are_told) {
+    const TempDir folder;
+    const std::string entry = content_of(ORVEX_RENDER_SOURCES "/orvex-render.thumbnailer");
+    const std::size_t begin = entry.find("\nExec=orvex-render ");
+    ASSERT_NE(begin, entry.npos);
+    std::istringstream words(entry.substr(begin + 19, entry.find('\n', begin + 1) - begin - 19));
+    std::vector<std::string> arguments;
+    for (std::string word; words >> word;)
+        arguments.push_back(word == "%s"   ? "16"
+                            : word == "%o" ? folder.file("out")
+                            : word == "%i" ? sample()
+                                           : word);
+    EXPECT_EQ(run_render("/", arguments).code, 0);
+    EXPECT_TRUE(read_picture(folder.file("out")).has_value());
 }
 
 TEST(OrvexRenderBackground, has_its_color) {

@@ -32,8 +32,27 @@ std::optional<std::vector<Layer>> layers_in(const std::string& word) {
     return layers.empty() || word.back() == ',' ? std::nullopt : std::optional(layers);
 }
 
+/// A few options by one word, which stand below those that are given themselves: rules are taken in
+/// their order, whatever that of the words.
+void add_thumbnail_rule(Arguments& rules, Options& options) {
+    rules.add_value("--thumbnail", 0, "PIXELS",
+                    "a small picture for a file manager: a PNG of that width and height, without a "
+                    "background, and no file at all where nothing can be seen",
+                    [&options](const std::string& word) {
+                        const std::optional<int> pixels = whole_number_in(word, 1, 4096);
+                        if (!pixels)
+                            return std::string("a whole number from 1 to 4096");
+                        options.size = {*pixels, *pixels};
+                        options.background = {0.0f, 0.0f, 0.0f, 0.0f};
+                        options.format = PictureFormat::png;
+                        options.is_thumbnail = true;
+                        return std::string();
+                    });
+}
+
 void add_picture_rules(Arguments& rules, Options& options) {
     rules.begin_group("The picture");
+    add_thumbnail_rule(rules, options);
     rules.add_value("--output", 'o', "FILE",
                     "where the picture goes: " + format_names(".") +
                         ", or - for standard output (MODEL's name with .jpg, in this folder)",

@@ -28,6 +28,7 @@ struct Options : SharedOptions {
     std::string font;      ///< a charset file; empty: the built-in one
     std::string reference; ///< a picture to compare with; empty: none
     int tolerance = 0;     ///< largest difference of a channel from it
+    bool is_thumbnail = false; ///< a picture in which nothing can be seen is none
     bool info = false;
     bool json = false; ///< the way of `info`
     bool gl = false;

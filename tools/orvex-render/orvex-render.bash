@@ -3,7 +3,7 @@
 _orvex_render() {
   local current=${COMP_WORDS[COMP_CWORD]} before=${COMP_WORDS[COMP_CWORD-1]}
   local colors='black white gray red green blue yellow cyan magenta orange'
-  local options='--output --size --background --wireframe --normals --samples --path --azimuth --elevation
+  local options='--output --thumbnail --size --background --wireframe --normals --samples --path --azimuth --elevation
     --distance --zoom --up --turntable --text --text-place --text-size --text-color --font --info
     --json --gl --layers --format --look --film --track --ref --tolerance --plugin --loader --device
     --list-devices
@@ -33,6 +33,7 @@ _orvex_render() {
     -n | --normals) words='file smooth flat' ;;
     -u | --up) words='auto x y z -x -y -z' ;;
     -m | --samples) words='0 2 4 8' ;;
+    --thumbnail) words='128 256 512' ;;
     -s | --size) words='640x480 1280x960 1920x1080' ;;
     --text-place) words=$places ;;
     -o | --output) files='png|jpg|jpeg|JPG|npy|exr|raw|y4m' ;;

@@ -248,6 +248,9 @@ std::string Painter::paint(int number) {
     at = Work::drawing;
     if (std::string mistake = draw(number); !mistake.empty())
         return mistake;
+    // No picture is better than an empty one among others.
+    if (options.is_thumbnail && !seen)
+        return "";
     at = Work::writing;
     const Clock clock(taken.write);
     return sink->put(last, options.background.a < 1.0f);
