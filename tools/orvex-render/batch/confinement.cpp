@@ -149,8 +149,9 @@ bool forbid(scmp_filter_ctx filter) {
         is_fine = is_fine && seccomp_rule_add(filter, SCMP_ACT_ERRNO(EPERM), call, 0) == 0;
     // Threads may begin, processes may not. What the newer call is asked for can't be seen: the C
     // library takes the older one instead.
-    is_fine = is_fine && seccomp_rule_add(filter, SCMP_ACT_ERRNO(EPERM), SCMP_SYS(clone), 1,
-                                          SCMP_A0(SCMP_CMP_MASKED_EQ, CLONE_THREAD, 0)) == 0;
+    const scmp_arg_cmp is_process{0, SCMP_CMP_MASKED_EQ, CLONE_THREAD, 0};
+    is_fine = is_fine && seccomp_rule_add_array(filter, SCMP_ACT_ERRNO(EPERM), SCMP_SYS(clone), 1,
+                                                &is_process) == 0;
     return is_fine && seccomp_rule_add(filter, SCMP_ACT_ERRNO(ENOSYS), SCMP_SYS(clone3), 0) == 0;
 }
 
