@@ -150,13 +150,26 @@ TEST_F(BatchKeyTest, changes_with_every_option) {
     // isn't a file's name does.
     const std::string base = R"(,"text":"a","output":"c.png")";
     std::set<std::string> tried{"output", "text"};
-    for (const Row& row :
-         {Row{"size", R"("8x6")"}, Row{"azimuth", "1"}, Row{"elevation", "1"},
-          Row{"format", R"("raw")"}, Row{"wireframe", "true"}, Row{"background", R"("red")"},
-          Row{"normals", R"("flat")"}, Row{"samples", "0"}, Row{"path", R"("gl2")"},
-          Row{"up", R"("x")"}, Row{"look", R"("plain")"}, Row{"distance", "2"}, Row{"zoom", "2"},
-          Row{"turntable", "2"}, Row{"loader", R"("b")"}, Row{"text-place", R"("top")"},
-          Row{"text-size", "30"}, Row{"text-color", R"("red")"}, Row{"font", R"("none.xml")"}}) {
+    for (const Row& row : {Row{"size", R"("8x6")"},
+                           Row{"azimuth", "1"},
+                           Row{"elevation", "1"},
+                           Row{"format", R"("raw")"},
+                           Row{"wireframe", "true"},
+                           Row{"background", R"("red")"},
+                           Row{"normals", R"("flat")"},
+                           Row{"samples", "0"},
+                           Row{"path", R"("gl2")"},
+                           Row{"up", R"("x")"},
+                           Row{"look", R"("plain")"},
+                           Row{"distance", "2"},
+                           Row{"zoom", "2"},
+                           Row{"thumbnail", "64"},
+                           Row{"turntable", "2"},
+                           Row{"loader", R"("b")"},
+                           Row{"text-place", R"("top")"},
+                           Row{"text-size", "30"},
+                           Row{"text-color", R"("red")"},
+                           Row{"font", R"("none.xml")"}}) {
         EXPECT_NE(key_with(base + ",\"" + row.name + "\":" + row.value), key_with(base))
             << row.name;
         tried.insert(row.name);
