@@ -24,10 +24,10 @@ struct Options : SharedOptions {
     std::string text_place = "bottom-left";
     int text_size = 24; ///< height of a line in pixels
     Color text_color{1.0f, 1.0f, 1.0f, 1.0f};
-    std::string device;    ///< that draws; empty: as the environment says
-    std::string font;      ///< a charset file; empty: the built-in one
-    std::string reference; ///< a picture to compare with; empty: none
-    int tolerance = 0;     ///< largest difference of a channel from it
+    std::string device;        ///< that draws; empty: as the environment says
+    std::string font;          ///< a charset file; empty: the built-in one
+    std::string reference;     ///< a picture to compare with; empty: none
+    int tolerance = 0;         ///< largest difference of a channel from it
     bool is_thumbnail = false; ///< a picture in which nothing can be seen is none
     bool info = false;
     bool json = false; ///< the way of `info`
