@@ -42,6 +42,11 @@ stage begin_stage(void);
 stage begin_engine(void);
 /// Stops the engine.
 void end_stage(const stage* all);
+/// Has one engine and one view do for all stages from here on, in the state of new ones: they are
+/// what a test waits for. Models and texts of a test live on until the end.
+void share_stage(void);
+/// Stops that engine.
+void end_sharing(void);
 /// The number in an empty camera's size and all else as 0.
 orvex_camera new_camera(void);
 /// A white square of two triangles, from -1 to 1 in x and y, that faces z.

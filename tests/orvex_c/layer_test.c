@@ -128,8 +128,10 @@ static void bad_planes_are_refused(void) {
 }
 
 void layer_tests(void) {
+    share_stage();
     RUN(all_layers_come_from_one_call);
     RUN(depth_agrees_with_rays);
     RUN(normals_may_be_told_in_the_cameras_space);
     RUN(bad_planes_are_refused);
+    end_sharing();
 }

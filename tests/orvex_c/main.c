@@ -70,21 +70,47 @@ size_t read_start(const char* from, unsigned char* bytes, size_t size) {
     return count;
 }
 
+static stage shared = {NULL, NULL};
+
+static stage renewed(void) {
+    const float grey[4] = {0.17f, 0.19f, 0.22f, 1};
+    CHECK_OK(orvex_view_resize(shared.view, 32, 32));
+    CHECK_OK(orvex_view_set_background(shared.view, grey));
+    CHECK_OK(orvex_view_set_look(shared.view, "lit"));
+    return shared;
+}
+
 stage begin_engine(void) {
     stage all = {NULL, NULL};
     orvex_engine_options options = {.size = sizeof options, .skip_plugins = 1};
+    if (shared.engine)
+        return shared;
     CHECK_OK(orvex_engine_start(&options, &all.engine));
     return all;
 }
 
 stage begin_stage(void) {
-    stage all = begin_engine();
+    stage all;
+    if (shared.engine)
+        return renewed();
+    all = begin_engine();
     CHECK_OK(orvex_view_create(all.engine, 32, 32, NULL, &all.view));
     return all;
 }
 
 void end_stage(const stage* all) {
-    CHECK_OK(orvex_engine_stop(all->engine));
+    if (!shared.engine)
+        CHECK_OK(orvex_engine_stop(all->engine));
+}
+
+void share_stage(void) {
+    shared = begin_stage();
+}
+
+void end_sharing(void) {
+    const stage all = shared;
+    shared.engine = NULL;
+    end_stage(&all);
 }
 
 orvex_camera new_camera(void) {

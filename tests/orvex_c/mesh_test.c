@@ -369,6 +369,7 @@ static void the_texture_and_the_style_stay_with_other_faces(void) {
 }
 
 void mesh_tests(void) {
+    share_stage();
     RUN(a_mesh_is_a_model);
     RUN(numbers_may_be_of_every_kind);
     RUN(numbers_may_lie_in_records_and_backwards);
@@ -381,4 +382,5 @@ void mesh_tests(void) {
     RUN(a_mesh_takes_other_counts_and_keeps_its_place);
     RUN(a_bad_update_leaves_the_mesh);
     RUN(the_texture_and_the_style_stay_with_other_faces);
+    end_sharing();
 }

@@ -75,7 +75,9 @@ static void bad_texts_are_refused(void) {
 }
 
 void text_tests(void) {
+    share_stage();
     RUN(a_text_is_drawn_over_the_picture);
     RUN(a_text_tells_what_room_it_takes);
     RUN(bad_texts_are_refused);
+    end_sharing();
 }

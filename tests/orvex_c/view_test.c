@@ -359,6 +359,7 @@ static void without_a_current_context_there_is_no_view_on_it(void) {
 }
 
 void view_tests(void) {
+    share_stage();
     RUN(a_view_tells_what_it_is);
     RUN(options_choose_how_it_draws);
     RUN(a_device_that_is_not_there_is_refused);
@@ -374,6 +375,7 @@ void view_tests(void) {
     RUN(bad_looks_are_refused);
     RUN(frames_of_bad_arguments_are_refused);
     RUN(lights_go_with_the_eye_unless_they_are_told);
+    end_sharing();
     RUN(a_view_draws_on_the_hosts_context);
     RUN(without_a_current_context_there_is_no_view_on_it);
 }
