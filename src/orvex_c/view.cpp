@@ -53,8 +53,7 @@ orvex_result result_of(kit::ViewFailure failure) {
 namespace orvex::c {
 
 Drawing::Drawing(ViewThing& thing)
-    : thing(thing)
-    , view(thing.view) {
+    : view(thing.view) {
     if (thing.keeps_states)
         kept.emplace();
     if (!view)

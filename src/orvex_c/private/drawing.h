@@ -22,7 +22,6 @@ public:
     explicit Drawing(ViewThing& thing);
 
 private:
-    ViewThing& thing;
     std::optional<kit::HostState> kept;
 
 public:
