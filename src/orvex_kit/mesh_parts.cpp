@@ -140,10 +140,10 @@ std::string read_faces(const Array& array, std::size_t num_vertices,
 
 std::string mistake_in_counts(const MeshNumbers& numbers, std::size_t num_vertices) {
     if (num_vertices > most)
-        return "num_vertices is " + std::to_string(num_vertices) + ": the most are " +
+        return "the number of vertices is " + std::to_string(num_vertices) + ": the most are " +
                std::to_string(most);
     if (numbers.num_faces > most / 3)
-        return "num_faces is " + std::to_string(numbers.num_faces) + ": the most are " +
+        return "the number of faces is " + std::to_string(numbers.num_faces) + ": the most are " +
                std::to_string(most / 3);
     return "";
 }

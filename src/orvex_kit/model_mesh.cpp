@@ -83,7 +83,7 @@ std::string mistake_in_mesh(const MeshNumbers& numbers) {
     if (!numbers.positions.data)
         return "a mesh without positions";
     if (!numbers.faces.data && numbers.num_faces > 0)
-        return "num_faces is " + std::to_string(numbers.num_faces) + " without faces";
+        return "the number of faces is " + std::to_string(numbers.num_faces) + " without faces";
     if (!numbers.faces.data && numbers.num_vertices % 3 != 0)
         return "a mesh without faces has three vertices for each, and " +
                std::to_string(numbers.num_vertices) + " are none of their multiples";
@@ -240,9 +240,9 @@ std::string Model::Data::update(const MeshNumbers& numbers, std::unique_ptr<Data
     const std::size_t size = facts.num_vertices;
     const bool is_larger = numbers.num_vertices != 0 && numbers.num_vertices != size;
     if (!numbers.faces.data && numbers.num_faces != 0 && numbers.num_faces != facts.num_faces)
-        return "num_faces is " + std::to_string(numbers.num_faces) + " without faces";
+        return "the number of faces is " + std::to_string(numbers.num_faces) + " without faces";
     if (numbers.faces.data && numbers.num_faces == 0)
-        return "num_faces is 0 with faces";
+        return "the number of faces is 0 with faces";
     if (is_larger)
         if (std::string mistake = mistake_in_mesh(numbers); !mistake.empty())
             return mistake;

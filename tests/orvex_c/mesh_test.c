@@ -323,14 +323,14 @@ static void a_bad_update_leaves_the_mesh(void) {
     data.vertex_count = 0;
     data.face_count = 7;
     CHECK_RESULT(ORVEX_ERROR_ARGUMENT, orvex_mesh_update(model, &data));
-    CHECK_SAYS("num_faces is 7 without faces");
+    CHECK_SAYS("the number of faces is 7 without faces");
     data.face_count = 2;
     data.faces.data = faces;
     CHECK_RESULT(ORVEX_ERROR_ARGUMENT, orvex_mesh_update(model, &data));
     CHECK_SAYS("faces[1] name vertex 4");
     data.face_count = 0;
     CHECK_RESULT(ORVEX_ERROR_ARGUMENT, orvex_mesh_update(model, &data));
-    CHECK_SAYS("num_faces is 0");
+    CHECK_SAYS("the number of faces is 0");
     CHECK_RESULT(ORVEX_ERROR_ARGUMENT, orvex_mesh_update(model, NULL));
     CHECK_OK(orvex_model_get_info(model, &info));
     CHECK(info.bounds_max[0] == 1 && info.vertex_count == 4 && info.face_count == 2);
