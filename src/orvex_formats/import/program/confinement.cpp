@@ -99,14 +99,16 @@ bool confine_calls(bool may_open) {
           SCMP_SYS(rt_sigreturn),  SCMP_SYS(restart_syscall), SCMP_SYS(exit),
           SCMP_SYS(exit_group)})
         allow(call);
+    const auto allow_with = [&](int call, const scmp_arg_cmp& argument) {
+        is_right =
+            is_right && seccomp_rule_add_array(filter, SCMP_ACT_ALLOW, call, 1, &argument) == 0;
+    };
     // What is mapped is never code, and never becomes any.
     constexpr scmp_datum_t executable = 4;
     for (const int call : {SCMP_SYS(mmap), SCMP_SYS(mprotect)})
-        is_right = is_right && seccomp_rule_add(filter, SCMP_ACT_ALLOW, call, 1,
-                                                SCMP_A2(SCMP_CMP_MASKED_EQ, executable, 0)) == 0;
+        allow_with(call, {2, SCMP_CMP_MASKED_EQ, executable, 0});
     // The standard library tells the sizes of open files by it.
-    is_right = is_right && seccomp_rule_add(filter, SCMP_ACT_ALLOW, SCMP_SYS(newfstatat), 1,
-                                            SCMP_A3(SCMP_CMP_EQ, AT_EMPTY_PATH)) == 0;
+    allow_with(SCMP_SYS(newfstatat), {3, SCMP_CMP_EQ, AT_EMPTY_PATH, 0});
     if (may_open)
         allow(SCMP_SYS(openat2));
     is_right = is_right && seccomp_load(filter) == 0;
