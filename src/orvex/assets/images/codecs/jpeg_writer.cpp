@@ -12,6 +12,7 @@
 #include "orvex/assets/images/codecs/private/jpeg_bits.h"
 #include "orvex/assets/images/codecs/private/jpeg_block.h"
 #include "orvex/assets/images/codecs/private/jpeg_tables.h"
+#include "orvex/math/private/lanes.h"
 
 namespace orvex {
 
@@ -114,6 +115,19 @@ std::uint32_t pixel_at(const unsigned char* bytes, int comp) {
            static_cast<std::uint32_t>(bytes[2]) << 16;
 }
 
+/// Eight pixels of three bytes, each with anything in its fourth, which nobody reads. The last one
+/// is taken from the byte before it: behind it the picture may end.
+void fetch_rgb_row(const unsigned char* from, std::uint32_t* out) {
+    const auto four_bytes = [from](int place) {
+        std::int32_t bytes = 0;
+        std::memcpy(&bytes, from + place, sizeof bytes);
+        return bytes;
+    };
+    lanes::store(out, ints4{four_bytes(0), four_bytes(3), four_bytes(6), four_bytes(9)});
+    lanes::store(out + 4,
+                 ints4{four_bytes(12), four_bytes(15), four_bytes(18), four_bytes(20) >> 8});
+}
+
 /// Fetches the block at (x, y). Beyond the picture its last row and column repeat.
 void fetch_block(const Picture& picture, int x, int y, PixelBlock& block) {
     const auto comp = static_cast<std::size_t>(picture.comp);
@@ -126,6 +140,10 @@ void fetch_block(const Picture& picture, int x, int y, PixelBlock& block) {
                                     static_cast<std::size_t>(x) * comp;
         if (whole && picture.comp == 4) {
             std::memcpy(out, from, 32);
+            continue;
+        }
+        if (whole && picture.comp == 3) {
+            fetch_rgb_row(from, out);
             continue;
         }
         for (int col = 0; col < 8; ++col) {
