@@ -69,8 +69,8 @@ class _Studio:
     def run(self, function: Callable[[], Any]) -> Any:
         """Has its thread call a function."""
         if self.was_forked:
-            raise ForkError("this process was forked off after a picture was drawn: start others "
-                            'by "spawn", or call orvex.stop() before the fork')
+            raise ForkError("this process was forked off after a picture was drawn, and its driver "
+                            'hangs: start processes by "spawn" or "forkserver"')
         with self.lock:
             if self.thread is None:
                 self.thread = threading.Thread(target=self._work, name="orvex", daemon=True)
@@ -117,7 +117,7 @@ class _Studio:
 
     def after_fork(self) -> None:
         """In the process that was forked off: the thread isn't there, the engine of no use."""
-        self.was_forked = self.was_forked or self.engine is not None
+        self.was_forked = self.was_forked or self.thread is not None
         self.lock = threading.Lock()
         self.jobs = queue.SimpleQueue()
         self.thread = None
@@ -133,7 +133,7 @@ if hasattr(os, "register_at_fork"):
 def stop() -> None:
     """Stops the engine behind `render`, if it runs; the next picture starts it again.
 
-    To be called before a fork, and where its memory is wanted back.
+    To be called where its memory is wanted back.
     """
     _studio.give_way()
 

@@ -9,12 +9,11 @@ from __future__ import annotations
 
 import collections
 import os
-import sys
 import threading
 import weakref
 from typing import Any, Callable, Deque, List, Optional, Tuple
 
-from ._errors import HandleError
+from ._errors import ForkError, HandleError
 from ._library import NULL, call, ffi, guard, lib, text_of
 
 LogListener = Callable[[str], Any]
@@ -94,6 +93,19 @@ class Session:
             self.ends.append((destroy, handle))
 
 
+# The process that drew first. A driver's threads stay behind when it forks.
+_drawing: List[int] = []
+
+
+def begin_drawing() -> None:
+    """Refuses to draw in a process that was forked off from one that drew: drivers hang there."""
+    if not _drawing:
+        _drawing.append(os.getpid())
+    if _drawing[0] != os.getpid():
+        raise ForkError("this process was forked off after views were made, and its driver "
+                        'hangs: start processes by "spawn" or "forkserver"')
+
+
 # Engines that were forgotten where they couldn't be stopped.
 _lost: List[Session] = []
 
@@ -124,10 +136,15 @@ def _stop_with_thread(session: Session) -> None:
     _of_thread.end.sessions.add(session)
 
 
-def _report(error: BaseException, listener: LogListener) -> None:
-    """What the listener throws is told as Python tells of a failed `__del__`."""
-    arguments: Any = (type(error), error, error.__traceback__, "orvex: ignored in", listener)
-    sys.unraisablehook(sys.UnraisableHookArgs(arguments))  # type: ignore[call-arg]
+class _Report:
+    """Has the interpreter tell of an error in its way: `sys.unraisablehook` takes nothing that a
+    program could make itself, but what a `__del__` raises gets there."""
+
+    def __init__(self, error: BaseException) -> None:
+        self.error = error
+
+    def __del__(self) -> None:
+        raise self.error
 
 
 def _callback_for(session: Session, on_log: LogListener) -> Any:
@@ -138,7 +155,7 @@ def _callback_for(session: Session, on_log: LogListener) -> Any:
         try:
             on_log(text_of(line))
         except Exception as error:  # pylint: disable=broad-except
-            _report(error, on_log)
+            _Report(error)
         except BaseException as error:  # Ctrl-C: for the caller, when the library has come back
             heard = of_session()
             if heard is not None:

@@ -11,7 +11,7 @@ from ._library import NULL, ffi, lib, path_bytes, record, string, text_of
 from ._model import Model, Models, Pick, pick
 from ._numbers import choice, color_of, integer, real
 from ._picture import empty_image, png_of, write_options
-from ._session import Handle
+from ._session import Handle, begin_drawing
 
 if TYPE_CHECKING:
     import numpy as np
@@ -90,6 +90,7 @@ class View(Handle):
         options.device = told
         view = cls(engine)
         size = integer(width, "width", 1), integer(height, "height", 1)
+        begin_drawing()
         view._session.call(lib.orvex_view_create, engine._handle(), *size, options, view._slot)
         view._size = size
         return view
@@ -316,6 +317,7 @@ class View(Handle):
 
         The middle of the first pixel is at 0.5, 0.5.
         """
+        self._handle()
         if self._models is None:
             raise ArgumentError("nothing was drawn yet: there is nothing to pick from")
         if not self._models:
