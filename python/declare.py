@@ -25,7 +25,7 @@ def declarations_of(header: str) -> str:
 
 def functions_of(declarations: str) -> list[str]:
     """The names of the operations that are declared, in their order."""
-    return re.findall(r"^[\w ]+[ *](orvex_\w+)\(", declarations, flags=re.MULTILINE)
+    return re.findall(r"^[\w *]+[ *](orvex_\w+)\(", declarations, flags=re.MULTILINE)
 
 
 def write(header_path: str, module_path: str) -> None:

@@ -14,10 +14,10 @@ build=(cmake g++ ninja-build pkg-config libegl-dev libopengl-dev libgl-dev libst
        libegl-mesa0 libgl1-mesa-dri libdeflate-dev libopenexr-dev libcli11-dev nlohmann-json3-dev
        nettle-dev zlib1g-dev fonts-dejavu-core libsimdjson-dev libmeshoptimizer-dev libseccomp-dev
        libassimp-dev libdraco-dev)
-test=(python3 libgtest-dev libjpeg62-turbo-dev libx11-dev libxtst-dev libwayland-dev
-      libglfw3-dev libsdl2-dev libgtk-3-dev libgtk-4-dev qtbase5-dev libqt6opengl6-dev xvfb weston
-      libglut3.12 clang clang-format clang-tidy doxygen dpkg-dev file lintian groff-base glmark2-data
-      libpng-dev abigail-tools)
+test=(python3 python3-cffi python3-numpy python3-venv python3-setuptools python3-wheel mypy libgtest-dev
+      libjpeg62-turbo-dev libx11-dev libxtst-dev libwayland-dev libglfw3-dev libsdl2-dev libgtk-3-dev
+      libgtk-4-dev qtbase5-dev libqt6opengl6-dev xvfb weston libglut3.12 clang clang-format clang-tidy doxygen
+      dpkg-dev file lintian groff-base glmark2-data libpng-dev abigail-tools)
 bench=(libbenchmark-dev libtinygltf-dev libtinyobjloader-dev libglm-dev libspdlog-dev libjpeg62-turbo-dev libpng-dev)
 fuzz=(clang libclang-rt-14-dev)
 package=(dpkg-dev file lintian doxygen python3 libglfw3-dev)

@@ -7,7 +7,7 @@ from typing import TYPE_CHECKING, Any, Iterable, List, Optional, Sequence, Tuple
 
 from ._arrays import Elements, doubles, pixels_of, table
 from ._camera import UPS, Camera, handles_of, models_of
-from ._errors import ArgumentError, Error, FileError, about_file
+from ._errors import ArgumentError, ArgumentTypeError, Error, FileError, about_file
 from ._library import NULL, ffi, lib, path_bytes, record, string, text_of
 from ._numbers import choice, color_of, integer, reals
 from ._picture import beside, png_of
@@ -354,6 +354,8 @@ def _mesh_data(positions: Any, faces: Any, normals: Any, texcoords: Any, colors:
 def make_mesh(engine: Engine, positions: Any, faces: Any, normals: Any, texcoords: Any,
               colors: Any, color: Any, texture: Any, shading: str, name: str) -> Mesh:
     """What `Engine.mesh` does."""
+    if positions is None:
+        raise ArgumentTypeError("positions is None, not an array")
     kept, data = _mesh_data(positions, faces, normals, texcoords, colors, color, texture, shading,
                             name)
     mesh = Mesh(engine)

@@ -63,7 +63,9 @@ class _Studio:
         self.thread: Optional[threading.Thread] = None
         self.engine: Optional[Engine] = None
         self.view: Optional[View] = None
-        self.kind: Optional[Tuple[Any, ...]] = None
+        self.kind: Optional[Tuple[str, ...]] = None
+        self.look = "lit"
+        self.background: Any = None
         self.was_forked = False
 
     def run(self, function: Callable[[], Any]) -> Any:
@@ -93,15 +95,24 @@ class _Studio:
 
     def view_for(self, size: Tuple[int, int], options: Dict[str, Any]) -> View:
         """The view, as it was if it is wanted so again. On its thread only."""
-        kind = tuple(sorted((name, repr(value)) for name, value in options.items()))
-        if self.view is not None and self.kind == kind:
+        look, background = options["look"], options["background"]
+        kind = tuple(repr(options[name])
+                     for name in ("samples", "supersampling", "path", "device"))
+        # The background of old can't be had back.
+        is_kept = self.kind == kind and (self.background is None or background is not None)
+        if self.view is None or not is_kept:
+            view, self.view = self.view, None
+            if view is not None:
+                view.close()
+            self.view, self.kind = self.engine_of_its_own().view(*size, **options), kind
+        else:
             if self.view.size != size:
                 self.view.resize(*size)
-            return self.view
-        if self.view is not None:
-            view, self.view = self.view, None
-            view.close()
-        self.view, self.kind = self.engine_of_its_own().view(*size, **options), kind
+            if look != self.look:
+                self.view.set_look(look)
+            if background is not None:
+                self.view.set_background(background)
+        self.look, self.background = look, background
         return self.view
 
     def _stop(self) -> None:

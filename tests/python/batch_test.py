@@ -1,0 +1,100 @@
+"""Many models, by a program that speaks as the tool does."""
+
+import itertools
+import os
+import pathlib
+import stat
+import sys
+import time
+import unittest
+
+import orvex
+from orvex import _batch, dask
+from support import FolderTest
+
+FAKE = pathlib.Path(__file__).with_name("fake_batch.py")
+
+
+def interrupted():
+    """Entries whose maker fails after the first."""
+    yield "a"
+    raise ZeroDivisionError("no more")
+
+
+class BatchTest(FolderTest):
+    """`batch`."""
+
+    def setUp(self):
+        super().setUp()
+        self.program = self.file("tool", f'#!/bin/sh\nexec "{sys.executable}" "{FAKE}" "$@"\n')
+        os.chmod(self.program, stat.S_IRWXU)
+
+    def batch(self, entries, **options):
+        """The batch, by the program in place of the tool."""
+        return orvex.batch(entries, program=self.program, **options)
+
+    def test_each_entry_has_its_verdict(self):
+        verdicts = list(self.batch(["a", pathlib.Path("b"), {"model": "bad", "id": "c"}],
+                                   workers=2, output_dir=self.folder, size=(64, 48)))
+        self.assertEqual([(one.id, one.ok) for one in verdicts],
+                         [("a", True), ("b", True), ("c", False)])
+        self.assertEqual((verdicts[2].verdict, verdicts[2].reason), ("refused", "line 1: bad"))
+        self.assertEqual(verdicts[0].outputs[0]["path"], f"{self.folder}/a.png")
+        self.assertEqual(verdicts[0].seconds["total"], 0.1)
+
+    def test_no_entry_is_no_verdict(self):
+        self.assertEqual(list(self.batch([])), [])
+
+    def test_verdicts_come_while_entries_go(self):
+        endless = self.batch(str(number) for number in itertools.count())
+        self.assertEqual([one.id for one in itertools.islice(endless, 3)], ["0", "1", "2"])
+        endless.close()
+
+    def test_results_are_kept_in_a_file_and_gone_on_with(self):
+        results = self.folder / "results.jsonl"
+        self.assertEqual([one.id for one in self.batch("ab", results=results)], ["a", "b"])
+        more = list(self.batch("c", results=results, resume=True))
+        self.assertEqual([one.id for one in more], ["c"])
+        self.assertEqual(len(results.read_text().splitlines()), 3)
+
+    def test_who_stops_asking_ends_it(self):
+        before = time.monotonic()
+        run = self.batch(["a", "slow"])
+        self.assertEqual(next(run).id, "a")
+        run.close()
+        self.assertLess(time.monotonic() - before, 50)
+
+    def test_what_is_wrong_with_all_of_it_is_raised(self):
+        for kind, words, entries, options in (
+                (orvex.ArgumentError, "^--size: too small$", "a", {"size": (1, 1)}),
+                (orvex.Error, "^too small$", "a", {"size": (1, 1), "workers": 7}),
+                (TypeError, "entries: one is a int", [3], {}),
+                (orvex.ArgumentError, "entries: one has no model", [{"id": "a"}], {}),
+                (TypeError, "can't be written", [{"model": "a", "x": object()}], {}),
+                (ZeroDivisionError, ".", interrupted(), {})):
+            with self.subTest(words):
+                with self.assertRaisesRegex(kind, words):
+                    list(self.batch(entries, **options))
+        with self.assertRaisesRegex(orvex.ArgumentError, "workers is 0"):
+            self.batch("a", workers=0)
+        with self.assertRaisesRegex(orvex.ArgumentError, "give results"):
+            self.batch("a", resume=True)
+        with self.assertRaisesRegex(FileNotFoundError, "^/no/tool can't be run"):
+            list(orvex.batch("a", program="/no/tool"))
+
+    def test_options_are_told_by_their_long_names(self):
+        self.assertEqual(
+            _batch.arguments_of({"size": (4, 3), "layers": ("color", "depth"), "quiet": True,
+                                 "resume": False, "look": None, "limit_seconds": 1.5}),
+            ["--size", "4x3", "--layers", "color,depth", "--quiet", "--limit-seconds", "1.5"])
+        self.assertEqual(_batch.line_of({"model": pathlib.Path("a"), "limit_file": 3}),
+                         '{"model": "a", "limit-file": 3}')
+
+    def test_a_cluster_is_given_parts(self):
+        self.assertEqual(dask.parts_of("abcde", 2), [["a", "b"], ["c", "d"], ["e"]])
+        part = dask._part(["a", "bad"], (("program", self.program),))
+        self.assertEqual([one.verdict for one in part], ["ok", "refused"])
+
+
+if __name__ == "__main__":
+    unittest.main()
