@@ -20,6 +20,9 @@ if(ORVEX_BUILD_TOOLS)
   list(APPEND CPACK_COMPONENTS_ALL tools)
   set(CPACK_COMPONENT_TOOLS_DEPENDS runtime kit)
 endif()
+if(TARGET orvex_python)
+  list(APPEND CPACK_COMPONENTS_ALL python)
+endif()
 if(TARGET orvex-view)
   list(APPEND CPACK_COMPONENTS_ALL view)
   set(CPACK_COMPONENT_VIEW_DEPENDS runtime kit)
@@ -100,6 +103,18 @@ set(CPACK_DEBIAN_C_DEV_PACKAGE_SECTION libdevel)
 set(CPACK_COMPONENT_C_DEV_DESCRIPTION "${PROJECT_DESCRIPTION}: the header for hosts in C
 The header, and what CMake and pkg-config want to know to build a host in C
 against the library.")
+
+# For every Python 3: it calls the library for C, and is compiled nowhere.
+set(CPACK_DEBIAN_PYTHON_PACKAGE_NAME python3-orvex)
+set(CPACK_DEBIAN_PYTHON_PACKAGE_SECTION python)
+set(CPACK_DEBIAN_PYTHON_PACKAGE_ARCHITECTURE all)
+set(CPACK_DEBIAN_PYTHON_PACKAGE_DEPENDS
+  "python3 (>= 3.9), python3-cffi-backend, liborvex-c0 (>= ${PROJECT_VERSION})")
+set(CPACK_DEBIAN_PYTHON_PACKAGE_RECOMMENDS python3-numpy)
+set(CPACK_DEBIAN_PYTHON_PACKAGE_SUGGESTS orvex-tools)
+set(CPACK_COMPONENT_PYTHON_DESCRIPTION "${PROJECT_DESCRIPTION}: the module for Python
+Pictures of models, depth, normals and ids as arrays, from files and arrays,
+with no window and no file between.")
 
 set(CPACK_DEBIAN_DEV_PACKAGE_NAME liborvex-dev)
 set(CPACK_DEBIAN_DEV_PACKAGE_SECTION libdevel)

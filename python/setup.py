@@ -42,7 +42,7 @@ def libraries():
         sys.exit(f"no liborvex_c.so.0 below {PREFIX}")
     names = ["liborvex_c.so.0", *(
         os.path.basename(path) for pattern in ("liborvex_kit.so.?.?", "liborvex_r_osx.so.?.?",
-                                               "lib3ds.so.?")
+                                               "lib3ds-?.so")
         for path in glob.glob(os.path.join(folder, pattern)))]
     plugins = glob.glob(os.path.join(folder, "orvex/plugins/*.so"))
     return folder, names + [os.path.relpath(plugin, folder) for plugin in plugins]

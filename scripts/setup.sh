@@ -20,7 +20,7 @@ test=(python3 python3-cffi python3-numpy python3-venv python3-setuptools python3
       dpkg-dev file lintian groff-base glmark2-data libpng-dev abigail-tools)
 bench=(libbenchmark-dev libtinygltf-dev libtinyobjloader-dev libglm-dev libspdlog-dev libjpeg62-turbo-dev libpng-dev)
 fuzz=(clang libclang-rt-14-dev)
-package=(dpkg-dev file lintian doxygen python3 libglfw3-dev)
+package=(dpkg-dev file lintian doxygen python3 python3-cffi python3-numpy libglfw3-dev)
 
 wanted=("${build[@]}")
 case "${1:-}" in
