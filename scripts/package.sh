@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # Makes the Debian packages and the source tarball, in out/packages: liborvex-r-osx0.9, liborvex-kit0.9 and
 # liborvex-c0 (the libraries), liborvex-dev and liborvex-c-dev (what hosts are built with), liborvex-doc (guide,
-# reference, examples), orvex-tools (orvex-render), orvex-view (the viewer) and orvex-import (more formats).
+# reference, examples), python3-orvex (the module), orvex-tools (orvex-render), orvex-view (the viewer) and
+# orvex-import (more formats).
 set -euo pipefail
 cd "$(dirname "$0")/.."
 

@@ -1,9 +1,10 @@
-"""Every block of C++ or C in a page of the guide stands in the programs that the page names.
+"""Every block of C++, C or Python in a page of the guide stands in the programs that the page names.
 
     guide_blocks.py docs/guide
 
 A page names its programs in a comment, "<!-- code: a.cpp b.cpp -->", relative to the page. A block
-may be indented less than in the program, by the same for all of its lines.
+may be indented less than in the program, by the same for all of its lines. Blocks of Python count in
+pages of such programs; elsewhere they are asides.
 """
 import pathlib
 import re
@@ -11,7 +12,8 @@ import sys
 import textwrap
 
 CODE = re.compile(r"<!-- code: ([^>]*?) -->")
-BLOCK = re.compile(r"^```c(?:pp)?\n(.*?)^```$", re.MULTILINE | re.DOTALL)
+BLOCK = re.compile(r"^```(?:c|cpp)\n(.*?)^```$", re.MULTILINE | re.DOTALL)
+PYTHON_BLOCK = re.compile(r"^```python\n(.*?)^```$", re.MULTILINE | re.DOTALL)
 
 
 def stands_in(block, program):
@@ -27,6 +29,8 @@ def mistakes_of(page):
     text = page.read_text()
     blocks = BLOCK.findall(text)
     named = CODE.search(text)
+    if named and ".py" in named.group(1):
+        blocks += PYTHON_BLOCK.findall(text)
     if not blocks:
         return []
     if not named:

@@ -1,7 +1,7 @@
 # Makes the packages of a build, unpacks them into an empty root, and works there: a host and the first
 # example are built and run, the tool renders. Then makes the source tarball and configures what is in it.
 #
-# Expects SOURCE_DIR, BUILD_DIR, HOST_DIR, WORK_DIR, GENERATOR, CXX_COMPILER, VERSION and SOVERSION.
+# Expects SOURCE_DIR, BUILD_DIR, HOST_DIR, WORK_DIR, GENERATOR, CXX_COMPILER, PYTHON, VERSION and SOVERSION.
 
 cmake_minimum_required(VERSION 3.25)
 
@@ -86,7 +86,8 @@ foreach(package ${runtime} ${kit} liborvex-c0 liborvex-dev liborvex-c-dev orvex-
   list(APPEND packages "${WORK_DIR}/packages/${package}_${VERSION}_${architecture}.deb")
 endforeach()
 # What people read is the same on every machine.
-list(APPEND packages "${WORK_DIR}/packages/liborvex-doc_${VERSION}_all.deb")
+list(APPEND packages "${WORK_DIR}/packages/liborvex-doc_${VERSION}_all.deb"
+  "${WORK_DIR}/packages/python3-orvex_${VERSION}_all.deb")
 foreach(package IN LISTS packages)
   run(dpkg-deb -x "${package}" "${root}")
 endforeach()
@@ -158,6 +159,13 @@ run("${CMAKE_COMMAND}" -S "${WORK_DIR}/from_c" -B "${WORK_DIR}/from_c/build" -G 
 run("${CMAKE_COMMAND}" --build "${WORK_DIR}/from_c/build")
 run("${CMAKE_COMMAND}" -E chdir "${WORK_DIR}/data" "${WORK_DIR}/from_c/build/from_c")
 expect_jpeg("${WORK_DIR}/data/from_c.jpg")
+
+# --- The module for Python
+
+file(MAKE_DIRECTORY "${WORK_DIR}/models")
+run("${CMAKE_COMMAND}" -E env "PYTHONPATH=${root}/usr/lib/python3/dist-packages" "LD_LIBRARY_PATH=${root}/${libdir}"
+  "${PYTHON}" "${SOURCE_DIR}/tests/python/shown.py" "${WORK_DIR}/models")
+expect_match("${output}" "^${VERSION} ${root}" "the module's version")
 
 # --- A font for hosts of the engine alone, where the package says
 
