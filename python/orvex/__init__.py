@@ -14,7 +14,8 @@ Arrays are NumPy's where it is installed, and memoryviews with a shape where it 
 in units of the models, angles in degrees. Every failure is an `orvex.Error`.
 """
 
-from ._batch import Verdict, batch
+from typing import TYPE_CHECKING, Any
+
 from ._camera import Camera
 from ._engine import Device, Engine, Plugin, can_write, devices, looks
 from ._errors import (ArgumentError, ArgumentTypeError, CallbackError, DriverError, EngineError,
@@ -25,6 +26,18 @@ from ._model import Material, Mesh, MeshInfo, Model, Pick, Texture
 from ._picture import Image, write, write_layers
 from ._render import render, stop
 from ._view import TextSize, View
+
+if TYPE_CHECKING:
+    from ._batch import Verdict, batch
+
+
+def __getattr__(name: str) -> Any:
+    """Fetches what runs other programs when it is asked for: half of the start would go there."""
+    if name not in ("Verdict", "batch"):
+        raise AttributeError(f"module 'orvex' has no attribute {name!r}")
+    from . import _batch
+    return getattr(_batch, name)
+
 
 __all__ = [
     "ArgumentError", "ArgumentTypeError", "CallbackError", "Camera", "Device", "DriverError",
