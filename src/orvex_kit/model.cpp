@@ -201,7 +201,7 @@ Model::Data::Data(const std::string& path, const ModelOptions& options)
         return;
     loaded = load_model(path, options.loader, options.time);
     if (!loaded.model) {
-        reason = path + ": no loader can read it as a model (" + readable_formats() + ")" +
+        reason = path + ": no loader can read it as a model (" + readable_formats_in_short() + ")" +
                  (loaded.reason.empty() ? "" : ": " + loaded.reason);
         return;
     }

@@ -214,9 +214,8 @@ std::string format_of(const Loader3D& loader) {
     return loader.get_loader_name()[0] != '\0' ? loader.get_loader_name() : name;
 }
 
-} // namespace
-
-std::string readable_formats() {
+/// The formats of all loaders, one text each, without those that were there before.
+std::vector<std::string> formats_by_loader() {
     std::vector<Loader3D*> loaders = all_loaders();
     // What everybody knows comes first.
     const auto rank = [](const Loader3D* loader) {
@@ -226,16 +225,44 @@ std::string readable_formats() {
     };
     std::stable_sort(loaders.begin(), loaders.end(),
                      [&rank](const Loader3D* a, const Loader3D* b) { return rank(a) < rank(b); });
-    std::string formats;
-    std::vector<std::string> known;
-    for (const Loader3D* const loader : loaders) {
-        const std::string format = format_of(*loader);
-        if (std::find(known.begin(), known.end(), format) != known.end())
-            continue;
-        formats += (formats.empty() ? "" : ", ") + format;
-        known.push_back(format);
-    }
+    std::vector<std::string> formats;
+    for (const Loader3D* const loader : loaders)
+        if (std::string format = format_of(*loader);
+            std::find(formats.begin(), formats.end(), format) == formats.end())
+            formats.push_back(std::move(format));
     return formats;
+}
+
+std::string joined(const std::vector<std::string>& parts) {
+    std::string text;
+    for (const std::string& part : parts)
+        text += (text.empty() ? "" : ", ") + part;
+    return text;
+}
+
+/// The first formats of a loader that reads very many.
+std::string in_short(const std::string& formats) {
+    constexpr std::ptrdiff_t most_told = 3, most = 8;
+    const std::ptrdiff_t count = 1 + std::count(formats.begin(), formats.end(), ',');
+    if (count <= most)
+        return formats;
+    std::size_t end = 0;
+    for (std::ptrdiff_t told = 0; told < most_told; ++told)
+        end = formats.find(',', end + 1);
+    return formats.substr(0, end) + " and " + std::to_string(count - most_told) + " more";
+}
+
+} // namespace
+
+std::string readable_formats() {
+    return joined(formats_by_loader());
+}
+
+std::string readable_formats_in_short() {
+    std::vector<std::string> formats = formats_by_loader();
+    for (std::string& format : formats)
+        format = in_short(format);
+    return joined(formats);
 }
 
 } // namespace orvex::kit

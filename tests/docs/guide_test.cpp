@@ -185,9 +185,9 @@ TEST(GuidePages, tell_a_program_without_its_arguments_to_fail) {
 TEST(GuideC, its_program_prints_its_words_and_writes_its_files) {
     const TempDir folder;
     const std::string picture = folder.file("picture.png"), depth = folder.file("depth.npy");
-    EXPECT_EQ(output_of(program("c") + " " + data + "lighthouse.obj '" + picture + "' '" + depth +
-                        "'"),
-              "in the middle: mesh 7, 20.6 away\n");
+    EXPECT_EQ(
+        output_of(program("c") + " " + data + "lighthouse.obj '" + picture + "' '" + depth + "'"),
+        "in the middle: mesh 7, 20.6 away\n");
     for (const std::string& file : {picture, depth})
         EXPECT_GT(std::filesystem::file_size(file), 1000u) << file;
 }

@@ -284,6 +284,7 @@ TEST_F(ImportTest, leaves_files_of_other_readers_to_them) {
     const std::string formats = std::string(", ") + imported_formats() + ",";
     for (const char* const format : {"FBX", "DAE", "X", "B3D", "LWO", "BLEND"})
         EXPECT_NE(formats.find(std::string(", ") + format + ","), formats.npos) << formats;
+    EXPECT_EQ(formats.find(", FBX, DAE, BLEND, "), 0u) << formats;
     EXPECT_EQ(formats.find("OBJ"), formats.npos) << formats;
 }
 

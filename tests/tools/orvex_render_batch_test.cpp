@@ -66,6 +66,15 @@ protected:
     }
 };
 
+#ifdef ORVEX_WITH_IMPORTER
+TEST_F(OrvexRenderBatch, draws_what_the_importer_reads) {
+    folder.write("d.raw", "0 0 0 1 0 0 0 1 0.5\n");
+    folder.write("m.jsonl", R"({"model":"d.raw"})");
+    const Outcome outcome = run_batch({"--batch", "m.jsonl"});
+    EXPECT_EQ(told(outcome.out), "d.raw=ok ") << outcome.out;
+}
+#endif
+
 TEST_F(OrvexRenderBatch, draws_what_one_model_after_another_would_be) {
     folder.write("m.jsonl", R"({"model":"a.obj","azimuth":70,"background":"white"})"
                             "\n"

@@ -1,6 +1,7 @@
 // Every way in which the program fails, with its message and its exit code.
 
 #include <filesystem>
+#include <regex>
 
 #include <gtest/gtest.h>
 
@@ -44,6 +45,11 @@ TEST(OrvexRender, ends_with_2_when_its_command_line_is_wrong) {
 
 #define NO_LOADER ": no loader can read it as a model (" ORVEX_TOOL_FORMATS ")"
 
+/// Without what the importer adds to the formats, where there is one.
+std::string without_importer(const std::string& errors) {
+    return std::regex_replace(errors, std::regex(", FBX, DAE, BLEND and [0-9]+ more\\)"), ")");
+}
+
 TEST(OrvexRender, tells_why_a_model_cant_be_read) {
     const TempDir models;
     const TempDir folder;
@@ -73,7 +79,8 @@ TEST(OrvexRender, tells_why_a_model_cant_be_read) {
         for (const char* option : {"--wireframe", "--info"}) {
             const Outcome outcome = run_render(folder.path(), {"-q", option, row.model});
             EXPECT_EQ(outcome.code, 1) << row.model;
-            EXPECT_EQ(outcome.errors, "orvex-render: " + row.model + row.reason + "\n");
+            EXPECT_EQ(without_importer(outcome.errors),
+                      "orvex-render: " + row.model + row.reason + "\n");
             EXPECT_EQ(outcome.out, "");
         }
     EXPECT_TRUE(is_empty(folder));

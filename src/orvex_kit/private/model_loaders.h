@@ -39,6 +39,9 @@ struct LoadedModel {
 LoadedModel load_model(const std::string& path, const std::string& loader,
                        std::optional<float> time);
 
+/// `readable_formats`, with the first ones alone of a loader that reads very many.
+std::string readable_formats_in_short();
+
 /// The names of the engine's own loaders. Models of 3DS files have no normals.
 extern const char* const loader_of_obj;
 extern const char* const loader_of_3ds;

@@ -122,7 +122,7 @@ public:
         , folder(setting.batch.output_dir)
         , limits(setting.batch) {}
 
-    bool run();
+    bool run(bool may_execute);
 
 private:
     const WorkerSetting& setting;
@@ -280,9 +280,9 @@ Verdict Worker::draw(const Entry& entry) {
     return verdict;
 }
 
-bool Worker::run() {
+bool Worker::run(bool may_execute) {
     start_driver();
-    confine_calls();
+    confine_calls(may_execute);
     if (!send(ready_line))
         return false;
     std::set_new_handler(mark_end_of_memory);
@@ -298,9 +298,12 @@ bool Worker::run() {
 
 bool run_worker(const WorkerSetting& setting) {
     own_mark = &setting.mark;
-    confine_writes(setting.batch.output_dir);
+    // What the importer may do it sees to itself; without Landlock it can't be told from others.
+    const std::string importer = importer_program();
+    const bool may_execute =
+        confine_writes(setting.batch.output_dir, importer) && !importer.empty();
     const orvex::kit::Engine engine(engine_options(setting.defaults));
-    return engine && Worker(setting).run();
+    return engine && Worker(setting).run(may_execute);
 }
 
 } // namespace batch

@@ -6,6 +6,7 @@
 #include <set>
 #include <sstream>
 #include <string>
+#include <vector>
 
 #include <assimp/Importer.hpp>
 #include <assimp/importerdesc.h>
@@ -23,8 +24,14 @@ int main() {
             if (others.count(suffix) == 0)
                 suffixes.insert(suffix);
     }
+    // What everybody knows comes first.
+    std::vector<std::string> order;
+    for (const char* const known : {"fbx", "dae", "blend"})
+        if (suffixes.erase(known) > 0)
+            order.push_back(known);
+    order.insert(order.end(), suffixes.begin(), suffixes.end());
     std::string names, list;
-    for (const std::string& suffix : suffixes) {
+    for (const std::string& suffix : order) {
         list += "    \"." + suffix + "\",\n";
         names += names.empty() ? "" : ", ";
         for (const char letter : suffix)
