@@ -35,26 +35,23 @@ Wide3 cross(const Wide3& a, const Wide3& b) {
     return {a.y * b.z - a.z * b.y, a.z * b.x - a.x * b.z, a.x * b.y - a.y * b.x};
 }
 
-/// Below 0 where the two triangles that share the edge from a to c lie on one side of it: as a
-/// rule, for four corners need not lie in a plane.
-double spread(const vec3& a, const vec3& b, const vec3& c, const vec3& d) {
+/// Whether two triangles that share the edge from a to c lie on both sides of it: as a rule, for
+/// four corners need not lie in a plane.
+bool is_diagonal(const vec3& a, const vec3& b, const vec3& c, const vec3& d) {
     const Wide3 diagonal = between(a, c);
     const Wide3 left = cross(between(a, b), diagonal);
     const Wide3 right = cross(diagonal, between(a, d));
-    return left.x * right.x + left.y * right.y + left.z * right.z;
+    return left.x * right.x + left.y * right.y + left.z * right.z >= 0.0;
 }
 
-/// Most polygons are such, and need no room. @return whether one of its diagonals parts it
-bool cut_four(std::span<const vec3> corners, std::vector<Triangle>& triangles) {
-    const double first = spread(corners[0], corners[1], corners[2], corners[3]);
-    const double second = spread(corners[1], corners[2], corners[3], corners[0]);
-    if (first < 0.0 && second >= 0.0) {
-        triangles.push_back({1, 2, 3});
-        triangles.push_back({1, 3, 0});
-        return true;
-    }
-    add_fan(4, triangles);
-    return !(first < 0.0 && second < 0.0);
+/// Most polygons are such, and need no room.
+void cut_four(std::span<const vec3> corners, std::vector<Triangle>& triangles) {
+    const bool is_second = !is_diagonal(corners[0], corners[1], corners[2], corners[3]) &&
+                           is_diagonal(corners[1], corners[2], corners[3], corners[0]);
+    if (!is_second)
+        return add_fan(4, triangles);
+    triangles.push_back({1, 2, 3});
+    triangles.push_back({1, 3, 0});
 }
 
 } // namespace
@@ -64,8 +61,10 @@ bool PolygonCutter::cut(std::span<const vec3> corners, std::vector<Triangle>& tr
         add_fan(corners.size(), triangles);
         return true;
     }
-    if (corners.size() == 4)
-        return cut_four(corners, triangles);
+    if (corners.size() == 4) {
+        cut_four(corners, triangles);
+        return true;
+    }
     const Normal normal = normal_of(corners);
     const double length = std::abs(normal.x) + std::abs(normal.y) + std::abs(normal.z);
     const bool has_area = length > 0.0 && std::isfinite(length);
