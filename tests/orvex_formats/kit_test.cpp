@@ -52,9 +52,11 @@ TEST_F(KitFormatsTest, loads_by_them_with_their_notes) {
 TEST_F(KitFormatsTest, tells_the_reason_of_the_format_that_a_file_has) {
     const Model model(folder.write("bad.stl", "solid\nfacet\nvertex 1\n"));
     EXPECT_FALSE(model);
-    EXPECT_EQ(model.reason(), folder.file("bad.stl") + ": no loader can read it as a model (" +
-                                  orvex::kit::readable_formats() +
-                                  "): line 3: a vertex without three numbers");
+    EXPECT_TRUE(model.reason().starts_with(folder.file("bad.stl") +
+                                           ": no loader can read it as a model (OBJ, "))
+        << model.reason();
+    EXPECT_TRUE(model.reason().ends_with("): line 3: a vertex without three numbers"))
+        << model.reason();
 }
 
 // ------------------------------------------------------------------------------- cameras, time

@@ -13,7 +13,7 @@
 /// most, which no comparison sees, and a face that isn't finite, which `Math` never meets then.
 
 #include <cstddef>
-#include <vector>
+#include <span>
 
 #include "orvex/renderer/records/vertex.h"
 
@@ -46,6 +46,6 @@ struct FaceFilter {
 };
 
 /// The filters that this processor can run, the quickest first; the last one runs on any.
-const std::vector<FaceFilter>& face_filters();
+std::span<const FaceFilter> face_filters();
 
 } // namespace orvex
