@@ -29,10 +29,12 @@ def sources_of(build):
     return sorted({os.path.normpath(os.path.join(entry["directory"], entry["file"])) for entry in entries})
 
 
-def make_sources(build, files):
-    """Makes those of the files that the build makes."""
-    made = [os.path.relpath(file, build) for file in files if file.startswith(str(build) + "/")]
-    subprocess.run(["cmake", "--build", build, "--target", *made], check=True, stdout=subprocess.DEVNULL)
+def make_sources(build):
+    """Makes the sources and headers that the build makes."""
+    made = subprocess.run(["ninja", "-C", build, "-t", "targets", "rule", "CUSTOM_COMMAND"],
+                          check=True, capture_output=True, text=True).stdout.split("\n")
+    wanted = [file for file in made if file.endswith((".cpp", ".h")) and not os.path.isabs(file)]
+    subprocess.run(["ninja", "-C", build, *wanted], check=True, stdout=subprocess.DEVNULL)
 
 
 def words_on(build, file):
@@ -52,7 +54,7 @@ def main(build):
     kept = {line for line in KEPT.read_text(encoding="utf-8").split("\n")
             if line and not line.startswith("#")}
     files = sources_of(build)
-    make_sources(build, files)
+    make_sources(build)
     with ThreadPoolExecutor(os.cpu_count()) as pool:
         found = set().union(*pool.map(lambda file: words_on(build, file), files))
     mistakes, used = set(), set()

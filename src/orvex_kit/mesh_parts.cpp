@@ -69,7 +69,8 @@ struct Array {
     template<class Type>
     Type number(std::size_t i, int component) const {
         Type value;
-        std::memcpy(&value, element(i) + component * sizeof(Type), sizeof(Type));
+        std::memcpy(&value, element(i) + static_cast<std::size_t>(component) * sizeof(Type),
+                    sizeof(Type));
         return value;
     }
     /// What is wrong with what it is said to be.
