@@ -47,7 +47,7 @@ def view_of(value: Any, name: str) -> memoryview:
 
 
 def dtype_of(view: memoryview) -> str:
-    """The dtype of memory, by NumPy's name; what isn't known or of another byte order, as told."""
+    """The dtype of memory, by NumPy's name; what isn't known or of another byte order, as it stands."""
     letter = view.format.lstrip("@=<")
     if letter in "lL" and view.itemsize == 4:
         letter = {"l": "i", "L": "I"}[letter]

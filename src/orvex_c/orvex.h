@@ -6,7 +6,7 @@
 /// numbers out.
 ///
 /// **Results.** Every operation answers an `orvex_result`, 0 for well done, and hands what it makes
-/// out by pointer; on failure that pointer's target is null or stays as it was, as told. Why, in a
+/// out by pointer; on failure that pointer's target is null or stays as it was. Why, in a
 /// sentence that names the argument and its value, is told by `orvex_last_error`. Nothing throws,
 /// nothing ends the process.
 ///
@@ -33,7 +33,7 @@
 /// `orvex_engine_start`, may be called on any thread, at any time, also from the callback.
 ///
 /// **Memory.** What the caller hands in is read during the call, and never kept. Strings are UTF-8,
-/// ended by a 0 byte; those handed out are the library's, each valid as told.
+/// ended by a 0 byte; those handed out are the library's, each valid as it says.
 ///
 /// **Units.** Lengths are in the units of the models, angles in degrees, sizes and places in pixels
 /// from the upper left corner of a picture, whose pixels have their middles at half integers.
@@ -418,11 +418,11 @@ ORVEX_C_API orvex_result orvex_model_get_texture(orvex_model model, size_t index
                                                  orvex_texture_info* info);
 /// A sentence about what is odd, as that no face has an area, or what the loader left out.
 /// @param index      from 0, below their count
-/// @param[out] note  the model's, valid as told above
+/// @param[out] note  the model's, valid as said above
 ORVEX_C_API orvex_result orvex_model_get_note(orvex_model model, size_t index, const char** note);
 /// A file that it was read from, or that was looked for: the first is the model itself.
 /// @param index      from 0, below their count
-/// @param[out] path  the model's, valid as told above
+/// @param[out] path  the model's, valid as said above
 ORVEX_C_API orvex_result orvex_model_get_file(orvex_model model, size_t index, const char** path);
 
 /// The box around a model as it stands in the world. Looks at every vertex.
