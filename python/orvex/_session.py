@@ -13,7 +13,7 @@ import threading
 import weakref
 from typing import Any, Callable, Deque, List, Optional, Tuple
 
-from ._errors import ForkError, HandleError
+from ._errors import HandleError
 from ._library import NULL, call, ffi, guard, lib, text_of
 
 LogListener = Callable[[str], Any]
@@ -91,19 +91,6 @@ class Session:
             destroy(handle)
         else:
             self.ends.append((destroy, handle))
-
-
-# The process that drew first. A driver's threads stay behind when it forks.
-_drawing: List[int] = []
-
-
-def begin_drawing() -> None:
-    """Refuses to draw in a process that was forked off from one that drew: drivers hang there."""
-    if not _drawing:
-        _drawing.append(os.getpid())
-    if _drawing[0] != os.getpid():
-        raise ForkError("this process was forked off after views were made, and its driver "
-                        'hangs: start processes by "spawn" or "forkserver"')
 
 
 # Engines that were forgotten where they couldn't be stopped.

@@ -11,7 +11,7 @@ from ._library import NULL, ffi, lib, path_bytes, record, string, text_of
 from ._model import Model, Models, Pick, pick
 from ._numbers import choice, color_of, integer, real
 from ._picture import empty_image, png_of, write_options
-from ._session import Handle, begin_drawing
+from ._session import Handle
 
 if TYPE_CHECKING:
     import numpy as np
@@ -90,7 +90,6 @@ class View(Handle):
         options.device = told
         view = cls(engine)
         size = integer(width, "width", 1), integer(height, "height", 1)
-        begin_drawing()
         view._session.call(lib.orvex_view_create, engine._handle(), *size, options, view._slot)
         view._size = size
         return view

@@ -27,7 +27,9 @@ struct Slot {
 
 struct Table {
     std::atomic<std::uint64_t> owner{0}; ///< the engine's thread; 0: no engine
+    std::atomic<bool> has_driver{false}; ///< a view was made in this process
     std::atomic<bool> is_forked{false};  ///< this process came off while an engine ran
+    std::atomic<bool> is_behind{false};  ///< it came off after the driver had started
     std::vector<Slot> slots;             ///< the owner's
     std::vector<std::size_t> free;       ///< places in it, with room for all
 };
@@ -40,6 +42,7 @@ Table& table() {
 
 void note_fork() {
     table().is_forked = table().is_forked || table().owner != 0;
+    table().is_behind = table().is_behind || table().has_driver;
 }
 
 void watch_forks() {
@@ -54,6 +57,10 @@ void require_no_fork() {
         refuse(ORVEX_ERROR_FORK,
                "this process was forked off while an engine ran, which belongs to "
                "its parent: fork before the start, or run another program");
+    if (table().is_behind.load(std::memory_order_relaxed))
+        refuse(ORVEX_ERROR_FORK,
+               "this process was forked off after the driver had started, whose threads stayed "
+               "with its parent: fork before the first view, or run another program");
     if (this_thread.is_in_callback)
         refuse(ORVEX_ERROR_CALLBACK, "a log callback can't call back: let it keep the line");
 }
@@ -75,6 +82,10 @@ void claim_engine() {
                std::string("an engine runs already, on ") +
                    (nobody == number_of_thread() ? "this thread" : "another thread") +
                    ": a process has one at a time");
+}
+
+void note_driver() noexcept {
+    table().has_driver.store(true, std::memory_order_relaxed);
 }
 
 void give_up_engine() noexcept {

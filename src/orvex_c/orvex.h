@@ -27,10 +27,11 @@
 /// @endcode
 ///
 /// **Threads.** The engine belongs to the thread that started it, and with it all handles: another
-/// thread is answered with `ORVEX_ERROR_THREAD`. A process that was forked off afterwards is
-/// answered with `ORVEX_ERROR_FORK`, and its parent draws on unharmed. A log callback that calls
-/// back is answered with `ORVEX_ERROR_CALLBACK`. Operations without a handle, but for
-/// `orvex_engine_start`, may be called on any thread, at any time, also from the callback.
+/// thread is answered with `ORVEX_ERROR_THREAD`. A process that was forked off afterwards, or after
+/// the first view even though the engine was stopped, is answered with `ORVEX_ERROR_FORK`, and its
+/// parent draws on unharmed. A log callback that calls back is answered with
+/// `ORVEX_ERROR_CALLBACK`. Operations without a handle, but for `orvex_engine_start`, may be called
+/// on any thread, at any time, also from the callback.
 ///
 /// **Memory.** What the caller hands in is read during the call, and never kept. Strings are UTF-8,
 /// ended by a 0 byte; those handed out are the library's, each valid as it says.

@@ -78,6 +78,7 @@ orvex_result orvex_view_create(orvex_engine engine, int32_t width, int32_t heigh
         std::optional<kit::HostState> kept;
         if (thing->keeps_states)
             kept.emplace();
+        note_driver();
         thing->view = is_host ? kit::View(kit::CurrentContext{}, width, height, wanted)
                               : kit::View(width, height, wanted);
         if (!thing->view)

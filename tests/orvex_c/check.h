@@ -62,6 +62,7 @@ void model_tests(void);
 void picture_tests(void);
 void record_tests(void);
 void text_tests(void);
+void early_thread_tests(void);
 void thread_tests(void);
 void view_tests(void);
 

@@ -138,6 +138,7 @@ static void remove_folder(void) {
 int main(void) {
     if (!mkdtemp(folder))
         return 2;
+    early_thread_tests();
     record_tests();
     camera_tests();
     picture_tests();

@@ -125,15 +125,34 @@ static int starts_here(const outcome* told) {
            orvex_engine_stop(engine) == ORVEX_OK;
 }
 
-static void a_child_process_that_came_before_the_start_has_its_own_engine(void) {
+static void a_child_process_that_came_before_the_first_view_has_its_own_engine(void) {
     stage all = begin_engine();
     end_stage(&all);
     CHECK(holds_in_child(starts_here, NULL));
+}
+
+static int is_refused_a_start_here(const outcome* told) {
+    orvex_engine engine = NULL;
+    return !told && orvex_engine_start(NULL, &engine) == ORVEX_ERROR_FORK && engine == NULL &&
+           strstr(orvex_last_error(), "forked off after the driver had started") != NULL;
+}
+
+static void a_child_process_that_came_after_a_view_is_refused_though_the_engine_was_stopped(void) {
+    stage all = begin_stage();
+    end_stage(&all);
+    CHECK(holds_in_child(is_refused_a_start_here, NULL));
+    all = begin_stage();
+    end_stage(&all);
+}
+
+/// Comes before all others: there has been no view yet.
+void early_thread_tests(void) {
+    RUN(a_child_process_that_came_before_the_first_view_has_its_own_engine);
 }
 
 void thread_tests(void) {
     RUN(another_thread_is_refused);
     RUN(the_next_engine_may_belong_to_another_thread);
     RUN(a_child_process_is_refused_and_its_parent_draws_on);
-    RUN(a_child_process_that_came_before_the_start_has_its_own_engine);
+    RUN(a_child_process_that_came_after_a_view_is_refused_though_the_engine_was_stopped);
 }

@@ -228,7 +228,7 @@ class ThreadTest(unittest.TestCase):
                         use()
                         os._exit(0)
                     except orvex.ForkError as error:
-                        os._exit(3 if "spawn" in str(error) else 4)
+                        os._exit(3 if "forked off after" in str(error) else 4)
                     finally:
                         os._exit(5)
                 return os.waitstatus_to_exitcode(os.waitpid(child, 0)[1])

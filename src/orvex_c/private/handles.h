@@ -87,6 +87,8 @@ void require_no_fork();
 /// Takes the engine for the calling thread, or refuses. `give_up_engine` undoes it.
 void claim_engine();
 void give_up_engine() noexcept;
+/// A driver is about to start, which hangs in processes that are forked off from then on.
+void note_driver() noexcept;
 
 /// Keeps a thing, and makes its handle: a number that no other thing ever has.
 void* keep(std::unique_ptr<Thing> thing);
