@@ -41,7 +41,7 @@ struct EngineThing : Thing {
         , engine(options) {}
 
     kit::Engine engine;
-    std::string formats; ///< as told last
+    std::string formats; ///< as they were listed last
 };
 
 struct ViewThing : Thing {
