@@ -16,6 +16,7 @@
 #include <orvex/geometry/mesh/model.h>
 #include <orvex/renderer/records/mesh_data.h>
 
+#include "bench/support/status_line.h"
 #include "orvex_formats/ply/private/ply_reader.h"
 #include "orvex_formats/private/build_model.h"
 #include "orvex_formats/private/format_loader.h"
@@ -105,18 +106,6 @@ const std::string& folder() {
 }
 
 // --- Memory
-
-/// A line of the process's status, in bytes.
-std::size_t status_line(const char* name) {
-    std::FILE* const file = std::fopen("/proc/self/status", "r");
-    char line[256];
-    std::size_t size = 0;
-    while (std::fgets(line, sizeof line, file))
-        if (std::strncmp(line, name, std::strlen(name)) == 0)
-            size = std::strtoull(line + std::strlen(name) + 1, nullptr, 10) * 1024;
-    std::fclose(file);
-    return size;
-}
 
 /// Forgets how much the process once had.
 std::size_t begin_peak() {

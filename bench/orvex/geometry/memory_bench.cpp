@@ -15,6 +15,7 @@
 #include <unistd.h>
 
 #include "bench/support/owned.h"
+#include "bench/support/status_line.h"
 #include "orvex/assets/models/obj/loader_3d_obj.h"
 #include "orvex/geometry/mesh/mesh.h"
 #include "orvex/geometry/mesh/model.h"
@@ -24,20 +25,8 @@ namespace {
 
 using namespace orvex;
 
-/// A line of the process's status, in bytes.
-std::size_t status_line(const char* name) {
-    std::FILE* const file = std::fopen("/proc/self/status", "r");
-    char line[256];
-    std::size_t size = 0;
-    while (std::fgets(line, sizeof line, file))
-        if (std::strncmp(line, name, std::strlen(name)) == 0)
-            size = std::strtoull(line + std::strlen(name) + 1, nullptr, 10) * 1024;
-    std::fclose(file);
-    return size;
-}
-
 double resident() {
-    return static_cast<double>(status_line("VmRSS:"));
+    return static_cast<double>(status_line("VmRSS"));
 }
 
 double processor_seconds() {
@@ -184,7 +173,7 @@ Figures measure_model(const char* name, const std::string& folder) {
     Figures figures;
     figures.seconds = processor_seconds() - begin;
     figures.first = (resident() - before) / Sheet::num_triangles;
-    figures.second = (static_cast<double>(status_line("VmHWM:")) - before) / Sheet::num_triangles;
+    figures.second = (static_cast<double>(status_line("VmHWM")) - before) / Sheet::num_triangles;
     return figures;
 }
 
