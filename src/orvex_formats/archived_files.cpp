@@ -3,7 +3,8 @@
 #include <algorithm>
 #include <utility>
 
-#include "orvex_formats/private/beside.h"
+#include <orvex_names/file_names.h>
+
 #include "orvex_formats/private/refusal.h"
 
 namespace orvex::formats {
@@ -11,7 +12,7 @@ namespace orvex::formats {
 namespace {
 
 std::string in_small_letters(std::string text) {
-    std::transform(text.begin(), text.end(), text.begin(), small_letter);
+    std::transform(text.begin(), text.end(), text.begin(), names::small_letter);
     return text;
 }
 
@@ -34,7 +35,7 @@ std::string ArchivedFiles::find(std::string_view name) const {
     constexpr std::size_t longest_name = 4096, most_steps = 16;
     if (name.size() > longest_name)
         return "";
-    const std::vector<std::string> steps = steps_of(in_small_letters(std::string(name)));
+    const std::vector<std::string> steps = names::steps_of(in_small_letters(std::string(name)));
     // The longest end first.
     std::vector<std::string> ends;
     std::string end;

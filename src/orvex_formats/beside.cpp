@@ -2,20 +2,16 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <cstdlib>
 #include <cstring>
-#include <memory>
 #include <utility>
+
+#include <orvex_names/file_names.h>
 
 #include "orvex_formats/private/archived_files.h"
 
 namespace orvex::formats {
 
 namespace {
-
-struct FreeText {
-    void operator()(char* text) const { std::free(text); }
-};
 
 /// Whether one of the steps between slashes is "..".
 bool goes_up(std::string_view name) {
@@ -47,11 +43,6 @@ const char* mistake_in(std::string_view name) {
 
 } // namespace
 
-std::string resolved(const std::string& path) {
-    const std::unique_ptr<char, FreeText> real(realpath(path.c_str(), nullptr));
-    return real ? real.get() : "";
-}
-
 Beside find_beside(const std::string& model, std::string_view name) {
     if (const char* const mistake = mistake_in(name))
         return {"", mistake};
@@ -60,13 +51,10 @@ Beside find_beside(const std::string& model, std::string_view name) {
     const std::size_t slash = model.rfind('/');
     const std::string folder = slash == model.npos ? "" : model.substr(0, slash + 1);
     std::string path = folder + std::string(name);
-    const std::string real = resolved(path);
+    const std::string real = names::resolved(path);
     if (real.empty())
         return {"", std::string("it can't be opened: ") + std::strerror(errno), errno == ENOENT};
-    std::string root = resolved(folder.empty() ? "." : folder);
-    if (root != "/")
-        root += "/";
-    if (real.compare(0, root.size(), root) != 0)
+    if (!names::is_within(real, names::resolved(folder.empty() ? "." : folder)))
         return {"", "a link leads out of the model's folder, where nothing is read"};
     return {std::move(path), ""};
 }
@@ -83,21 +71,6 @@ Beside find_beside(const InputFile& model, std::string_view name) {
 
 InputFile open_beside(const InputFile& model, const std::string& path) {
     return model.archive() ? InputFile(model.archive()->read(path), path) : InputFile(path);
-}
-
-std::vector<std::string> steps_of(std::string path) {
-    std::replace(path.begin(), path.end(), '\\', '/');
-    if (path.size() > 1 && path[1] == ':')
-        path.erase(0, 2);
-    std::vector<std::string> steps;
-    for (std::size_t first = 0; first < path.size();) {
-        const std::size_t end = std::min(path.find('/', first), path.size());
-        std::string step = path.substr(first, end - first);
-        if (!step.empty() && step != "." && step != "..")
-            steps.push_back(std::move(step));
-        first = end + 1;
-    }
-    return steps;
 }
 
 bool unescape_uri(std::string_view uri, std::string& name) {

@@ -12,12 +12,12 @@
 
 #include <dlfcn.h>
 #include <fcntl.h>
+#include <orvex_names/file_names.h>
 #include <poll.h>
 #include <spawn.h>
 #include <sys/mman.h>
 #include <sys/wait.h>
 
-#include "orvex_formats/private/beside.h"
 #include "orvex_formats/private/descriptor.h"
 #include "orvex_formats/private/importer_protocol.h"
 #include "orvex_formats/private/refusal.h"
@@ -45,7 +45,8 @@ Importer installed_importer(std::uint64_t input_size) {
     Dl_info module{};
     static const char anchor = 0;
     if (dladdr(&anchor, &module) != 0 && module.dli_fname)
-        importer.program = resolved(folder_of(resolved(module.dli_fname)) + "../orvex-import");
+        importer.program =
+            names::resolved(folder_of(names::resolved(module.dli_fname)) + "../orvex-import");
     const std::uint64_t more = std::min(input_size, most);
     importer.most_memory = std::min(importer.most_memory + 8 * more, most);
     importer.most_answer = std::min(importer.most_answer + 64 * more, most / 2);

@@ -118,8 +118,8 @@ TEST_F(TextureSearchTest, passes_over_the_options_of_a_map) {
          {"-s 2 2 -o 0 0 my wood.png", "-s 2 my wood.png", "-s 1 1 1 my wood.png",
           "-blendu on -blendv off -clamp on my wood.png", "-bm 0.5 my wood.png",
           "-mm 0 1   my wood.png", "-imfchan l my wood.png", "-texres 512 my wood.png",
-          "-t 1e-3 -.5 +2 my wood.png ", "-cc on -boost 3 \"my wood.png\"",
-          "-s 2 2 C:\\art\\My Wood.PNG"})
+          "-type sphere my wood.png", "-t 1e-3 -.5 +2 my wood.png ",
+          "-cc on -boost 3 \"my wood.png\"", "-s 2 2 C:\\art\\My Wood.PNG"})
         expect_found(name, wood);
     const std::string three = picture("house/3");
     expect_found("-o 1 2 3", three);

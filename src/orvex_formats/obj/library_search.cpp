@@ -1,64 +1,29 @@
 #include "orvex_formats/obj/private/library_search.h"
 
 #include <algorithm>
-#include <memory>
 
-#include <dirent.h>
+#include <orvex_names/file_names.h>
 #include <sys/stat.h>
 
-#include "orvex_formats/obj/private/map_options.h"
 #include "orvex_formats/private/archived_files.h"
-#include "orvex_formats/private/beside.h"
 #include "orvex_formats/private/words.h"
 
 namespace orvex::formats {
 
 namespace {
 
-struct CloseFolder {
-    void operator()(DIR* folder) const { closedir(folder); }
-};
-
 bool is_regular_file(const std::string& path) {
     struct stat status {};
     return stat(path.c_str(), &status) == 0 && S_ISREG(status.st_mode);
 }
 
-bool is_there(const std::string& path) {
-    struct stat status {};
-    return stat(path.c_str(), &status) == 0;
-}
-
-/// How a folder calls what has a name in other letters; of several the first by its bytes.
-std::string name_in_any_case(const std::string& folder, const std::string& name) {
-    std::string found;
-    const std::unique_ptr<DIR, CloseFolder> open(opendir(folder.empty() ? "." : folder.c_str()));
-    while (const dirent* const entry = open ? readdir(open.get()) : nullptr) {
-        const std::string_view known = entry->d_name;
-        if (std::equal(known.begin(), known.end(), name.begin(), name.end(),
-                       [](char a, char b) { return small_letter(a) == small_letter(b); }) &&
-            (found.empty() || known < found))
-            found = known;
-    }
-    return found;
-}
-
 /// The file of names from a folder on.
 std::string below(const std::string& folder, const std::vector<std::string>& steps,
                   std::size_t first) {
-    std::string path = folder;
-    for (std::size_t i = first; i < steps.size(); ++i) {
-        const std::string name =
-            is_there(path + steps[i]) ? steps[i] : name_in_any_case(path, steps[i]);
-        if (name.empty())
-            return "";
-        path += name + (i + 1 == steps.size() ? "" : "/");
-    }
-    std::string root = resolved(folder.empty() ? "." : folder);
-    if (root != "/")
-        root += '/';
-    const std::string real = resolved(path);
-    return real.compare(0, root.size(), root) == 0 && is_regular_file(real) ? path : "";
+    const std::string path = names::walk_in_any_case(folder, steps, first);
+    const std::string real = path.empty() ? "" : names::resolved(path);
+    const std::string root = names::resolved(folder.empty() ? "." : folder);
+    return names::is_within(real, root) && is_regular_file(real) ? path : "";
 }
 
 } // namespace
@@ -71,7 +36,7 @@ std::string find_library(const InputFile& file, std::string_view name) {
     if (model.empty() || name.size() > longest_path || name.find('\0') != name.npos)
         return "";
     const std::string folder = model.substr(0, model.rfind('/') + 1);
-    const std::vector<std::string> steps = steps_of(std::string(name));
+    const std::vector<std::string> steps = names::steps_of(std::string(name));
     const std::size_t longest = steps.size() - std::min(steps.size(), most_steps);
     for (std::size_t i = longest; i < steps.size(); ++i)
         if (std::string path = below(folder, steps, i); !path.empty())
@@ -95,9 +60,9 @@ std::size_t end_of_word(std::string_view text, std::size_t begin) {
 std::vector<std::string> library_names(const InputFile& model, std::string_view rest) {
     constexpr std::size_t most_words = 8;  ///< of one name
     constexpr std::size_t most_names = 64; ///< each costs a few looks at the disk
-    std::vector<std::string> names;
+    std::vector<std::string> found;
     rest = Words(rest).remaining();
-    while (!rest.empty() && names.size() < most_names) {
+    while (!rest.empty() && found.size() < most_names) {
         // The ends of the next words.
         std::vector<std::size_t> ends;
         for (std::size_t place = 0; place < rest.size() && ends.size() < most_words;) {
@@ -110,10 +75,10 @@ std::vector<std::string> library_names(const InputFile& model, std::string_view 
                 taken = ends[i];
                 break;
             }
-        names.push_back(without_quotes(rest.substr(0, taken)));
+        found.push_back(names::without_quotes(rest.substr(0, taken)));
         rest = Words(rest.substr(taken)).remaining();
     }
-    return names;
+    return found;
 }
 
 } // namespace orvex::formats

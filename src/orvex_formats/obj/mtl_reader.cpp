@@ -8,6 +8,8 @@
 #include <cmath>
 #include <utility>
 
+#include <orvex_names/file_names.h>
+
 #include "orvex_formats/obj/private/map_options.h"
 #include "orvex_formats/obj/private/obj_numbers.h"
 #include "orvex_formats/private/refusal.h"
@@ -164,7 +166,7 @@ private:
         if (word.empty() || word[0] == '#')
             return;
         if (lower(word) == "newmtl")
-            return begin(without_quotes(words.remaining()));
+            return begin(names::without_quotes(words.remaining()));
         if (!is_open)
             return note("outside", "\"" + in_words(std::string(word)) +
                                        "\" before the first material was left out");

@@ -9,8 +9,9 @@
 #include <unordered_set>
 #include <utility>
 
+#include <orvex_names/file_names.h>
+
 #include "orvex_formats/obj/private/library_search.h"
-#include "orvex_formats/obj/private/map_options.h"
 #include "orvex_formats/obj/private/obj_model.h"
 #include "orvex_formats/obj/private/text_encoding.h"
 #include "orvex_formats/private/beside.h"
@@ -208,11 +209,11 @@ private:
     void apply(const ObjEvent& event, std::size_t line) {
         switch (event.kind) {
         case ObjEvent::Kind::group:
-            group = without_quotes(event.text);
+            group = names::without_quotes(event.text);
             current = nullptr;
             break;
         case ObjEvent::Kind::object:
-            object = without_quotes(event.text);
+            object = names::without_quotes(event.text);
             group.clear();
             current = nullptr;
             break;
@@ -220,7 +221,7 @@ private:
             smoothing = smoothing_of(event.text);
             break;
         case ObjEvent::Kind::material:
-            use_material(without_quotes(event.text), line);
+            use_material(names::without_quotes(event.text), line);
             break;
         case ObjEvent::Kind::unknown:
             notes.add(event.text, at_line(line) + event.text);

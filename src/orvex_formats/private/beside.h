@@ -5,7 +5,6 @@
 
 #include <string>
 #include <string_view>
-#include <vector>
 
 #include "orvex_formats/private/input_file.h"
 
@@ -31,18 +30,6 @@ Beside find_beside(const InputFile& model, std::string_view name);
 /// Opens what `find_beside` or `ArchivedFiles::find` has found.
 /// @throw Refusal
 InputFile open_beside(const InputFile& model, const std::string& path);
-
-/// The names between the slashes of a path, of either kind, without those that lead nowhere or up,
-/// and without a drive.
-std::vector<std::string> steps_of(std::string path);
-
-/// A letter of ASCII in lower case.
-constexpr char small_letter(char letter) {
-    return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
-}
-
-/// Where a path leads, behind all links; empty if nowhere.
-std::string resolved(const std::string& path);
 
 /// A URI's path with its percent signs resolved.
 /// @return false where one isn't followed by two digits

@@ -25,7 +25,4 @@ struct MapStatement {
 /// passed over; a name may have blanks.
 MapStatement read_map(std::string_view text);
 
-/// A name without the quotes around it, where it has both.
-std::string without_quotes(std::string_view text);
-
 } // namespace orvex::formats
