@@ -38,6 +38,8 @@ inline orvex::formats::Draft small_draft() {
     surface.triangle_materials = {1};
     draft.surfaces = {surface};
     draft.clouds = {{"dust", {{1, 2, 3}}, {}}};
+    draft.cameras = {{"front", {0, 1, 5}, {0, 0, -1}, {0, 1, 0}, 40.0f, 0.0f, 1.5f, 0.1f, 100.0f},
+                     {"plan", {0, 9, 0}, {0, -1, 0}, {0, 0, -1}, 0.0f, 4.0f, 2.0f, 0.0f, 20.0f}};
     draft.lines = {{"edge", {{0, 0, 0}, {1, 0, 0}}, {{1, 0, 0, 1}, {0, 1, 0, 1}}}};
     return draft;
 }

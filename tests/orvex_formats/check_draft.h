@@ -8,8 +8,21 @@
 #include <cstddef>
 
 #include "orvex_formats/private/draft.h"
+#include "orvex_formats/private/viewpoint.h"
 
 namespace orvex_test {
+
+/// Whether a viewpoint looks somewhere, with what is upward at a right angle to that.
+inline bool is_aimed(const orvex::formats::Viewpoint& view) {
+    const auto dot = [](const orvex::vec3& a, const orvex::vec3& b) {
+        return a.x * b.x + a.y * b.y + a.z * b.z;
+    };
+    constexpr float rounding = 1e-3f;
+    return std::isfinite(dot(view.eye, view.eye)) &&
+           std::abs(dot(view.forward, view.forward) - 1.0f) < rounding &&
+           std::abs(dot(view.up, view.up) - 1.0f) < rounding &&
+           std::abs(dot(view.forward, view.up)) < rounding;
+}
 
 /// Whether all lists fit each other, and no place lies past the end of its list.
 inline bool holds_together(const orvex::formats::Draft& draft) {
@@ -37,6 +50,9 @@ inline bool holds_together(const orvex::formats::Draft& draft) {
             return false;
     for (const Lines& lines : draft.lines)
         if (lines.positions.size() % 2 != 0 || !fits(lines.colors.size(), lines.positions.size()))
+            return false;
+    for (const Viewpoint& view : draft.cameras)
+        if (!sees_something(view) || !is_aimed(view))
             return false;
     return true;
 }

@@ -40,6 +40,17 @@ TEST(ImportAnswer, comes_back_as_it_was_written) {
     EXPECT_EQ(draft.clouds[0].positions[0].z, 3.0f);
     ASSERT_EQ(draft.lines.size(), 1u);
     EXPECT_EQ(draft.lines[0].colors[1].y, 1.0f);
+    ASSERT_EQ(draft.cameras.size(), 2u);
+    const Viewpoint& front = draft.cameras[0];
+    EXPECT_EQ(front.name, "front");
+    EXPECT_EQ(front.eye.z, 5.0f);
+    EXPECT_EQ(front.forward.z, -1.0f);
+    EXPECT_EQ(front.up.y, 1.0f);
+    EXPECT_EQ(front.opening, 40.0f);
+    EXPECT_EQ(front.aspect, 1.5f);
+    EXPECT_EQ(front.near, 0.1f);
+    EXPECT_EQ(front.far, 100.0f);
+    EXPECT_EQ(draft.cameras[1].height, 4.0f);
 }
 
 TEST(ImportAnswer, is_refused_where_it_lies) {
@@ -77,6 +88,19 @@ TEST(ImportAnswer, is_refused_where_it_lies) {
          [](Draft& draft) { draft.clouds[0].positions.clear(); }},
         {"no triangles, or more than any that are read",
          [](Draft& draft) { draft.surfaces[0].triangles.clear(); }},
+        {"a camera that sees nothing", [](Draft& draft) { draft.cameras[0].opening = 180.0f; }},
+        {"a camera that sees nothing", [](Draft& draft) { draft.cameras[0].near = 0.0f; }},
+        {"a camera that sees nothing", [](Draft& draft) { draft.cameras[0].far = 0.05f; }},
+        {"a camera that sees nothing",
+         [](Draft& draft) {
+             draft.cameras[0].forward = {0, 0, 0};
+         }},
+        {"a camera that sees nothing",
+         [](Draft& draft) {
+             draft.cameras[0].up = {0, 0, 1};
+         }},
+        {"a camera that sees nothing", [](Draft& draft) { draft.cameras[1].aspect = 0.0f; }},
+        {"a camera that sees nothing", [](Draft& draft) { draft.cameras[1].far = 0.0f; }},
     };
     for (const auto& lie : lies) {
         Draft draft = small_draft();

@@ -1,6 +1,8 @@
 // Models that the importer reads.
 
 #include <algorithm>
+#include <cmath>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -251,6 +253,154 @@ TEST_F(ImportTest, has_the_physical_values_of_a_material) {
     EXPECT_EQ(draft.materials[1].textures, (std::vector<std::string>{"white", "normals.png"}));
 }
 
+// --- Cameras and motion
+
+TEST_F(ImportTest, has_the_cameras_where_their_nodes_stand) {
+    MadeScene scene;
+    aiMatrix4x4 raised;
+    aiMatrix4x4::Translation(aiVector3D(0, 3, 0), raised);
+    scene.add_node("eye", 1, raised);
+    aiCamera& camera = scene.add_camera("eye");
+    camera.mPosition = {1, 0, 5};
+    camera.mLookAt = {0, 0, -2};
+    camera.mUp = {0, 3, 1};
+    camera.mHorizontalFOV = AI_MATH_HALF_PI_F;
+    camera.mAspect = 2.0f;
+    camera.mClipPlaneNear = 0.5f;
+    camera.mClipPlaneFar = 50.0f;
+    aiCamera& plan = scene.add_camera("mast");
+    plan.mOrthographicWidth = 6.0f;
+    plan.mAspect = 3.0f;
+    scene.write("assbin", folder.file("seen.assbin"));
+    const Draft draft = read(folder.file("seen.assbin"));
+    ASSERT_GE(draft.cameras.size(), 1u);
+    const Viewpoint& view = draft.cameras[0];
+    EXPECT_EQ(view.name, "eye");
+    EXPECT_EQ(view.eye.x, 1.0f);
+    EXPECT_EQ(view.eye.y, 3.0f);
+    EXPECT_EQ(view.eye.z, 5.0f);
+    EXPECT_EQ(view.forward.z, -1.0f);
+    EXPECT_EQ(view.up.y, 1.0f);
+    EXPECT_EQ(view.up.z, 0.0f);
+    EXPECT_NEAR(view.opening, 53.1301f, 1e-3f); // whose tangent is half as large at half of it
+    EXPECT_EQ(view.height, 0.0f);
+    EXPECT_EQ(view.aspect, 2.0f);
+    EXPECT_EQ(view.near, 0.5f);
+    EXPECT_EQ(view.far, 50.0f);
+    for (const std::string& note : draft.notes)
+        EXPECT_EQ(note.find("camera"), note.npos) << note;
+}
+
+TEST_F(ImportTest, has_the_cameras_of_collada_but_for_how_they_see) {
+    MadeScene().write("collada", folder.file("made.dae"));
+    std::string text = content_of(folder.file("made.dae"));
+    text = replaced(text, "<library_geometries>",
+                    "<library_cameras><camera id=\"c\"><optics><technique_common><perspective>"
+                    "<xfov>90</xfov><aspect_ratio>2</aspect_ratio><znear>0.25</znear>"
+                    "<zfar>80</zfar></perspective></technique_common></optics></camera>"
+                    "</library_cameras><library_geometries>");
+    text = replaced(text, "</visual_scene>",
+                    "<node id=\"eye\" name=\"eye\"><matrix>1 0 0 0 0 1 0 2 0 0 1 9 0 0 0 1</matrix>"
+                    "<instance_camera url=\"#c\"/></node></visual_scene>");
+    const Draft draft = read(folder.write("seen.dae", text));
+    ASSERT_EQ(draft.cameras.size(), 1u);
+    EXPECT_EQ(draft.cameras[0].eye.y, 2.0f);
+    EXPECT_EQ(draft.cameras[0].eye.z, 9.0f);
+    EXPECT_EQ(draft.cameras[0].forward.z, -1.0f);
+    // Assimp loses it.
+    EXPECT_NEAR(draft.cameras[0].opening, 26.2313f, 1e-3f);
+    EXPECT_NE(std::find(draft.notes.begin(), draft.notes.end(),
+                        "how wide cameras open was lost: they open by 45 degrees"),
+              draft.notes.end());
+}
+
+TEST_F(ImportTest, leaves_out_cameras_that_see_nothing_with_a_note) {
+    MadeScene scene;
+    scene.add_camera("mast").mHorizontalFOV = 0.0f;
+    scene.add_camera("nowhere");
+    scene.add_camera("sign").mLookAt = {0, 0, 0};
+    scene.write("assbin", folder.file("blind.assbin"));
+    const Draft draft = read(folder.file("blind.assbin"));
+    EXPECT_TRUE(draft.cameras.empty());
+    EXPECT_EQ(std::count(draft.notes.begin(), draft.notes.end(),
+                         "a camera that sees nothing was left out"),
+              1);
+}
+
+class ImportTimeTest : public ImportTest {
+protected:
+    Draft read_at(std::optional<float> time) {
+        return read_imported_by(real_importer(), InputFile(folder.file("moved.assbin")), time);
+    }
+    /// The flag's corner at the origin of its node, and the one along x.
+    static void expect_flag(const Surface& flag, const orvex::vec3& origin,
+                            const orvex::vec3& along) {
+        ASSERT_EQ(flag.positions.size(), 3u);
+        const orvex::vec3 &first = flag.positions[0], &second = flag.positions[1];
+        EXPECT_NEAR(first.x, origin.x, 1e-5f);
+        EXPECT_NEAR(first.y, origin.y, 1e-5f);
+        EXPECT_NEAR(second.x, along.x, 1e-5f);
+        EXPECT_NEAR(second.y, along.y, 1e-5f);
+    }
+};
+
+TEST_F(ImportTimeTest, stands_where_the_first_animation_has_it_at_a_moment) {
+    MadeScene scene;
+    scene.add_motion("mast", {0, 0, 0}, {4, 0, 0});
+    scene.write("assbin", folder.file("moved.assbin"));
+    expect_flag(read_at(std::nullopt).surfaces[1], {0, 3, 0}, {1, 3, 0});
+    const float half = std::sqrt(0.5f);
+    expect_flag(read_at(1.0f).surfaces[1], {2, 0, 0}, {2 + half, half, 0});
+    // Both ends stand still.
+    expect_flag(read_at(0.0f).surfaces[1], {0, 0, 0}, {1, 0, 0});
+    expect_flag(read_at(-5.0f).surfaces[1], {0, 0, 0}, {1, 0, 0});
+    expect_flag(read_at(2.0f).surfaces[1], {4, 0, 0}, {4, 1, 0});
+    expect_flag(read_at(1e30f).surfaces[1], {4, 0, 0}, {4, 1, 0});
+    // What isn't moved stays.
+    EXPECT_EQ(read_at(1.0f).surfaces[0].positions[0].x, -1.0f);
+}
+
+TEST_F(ImportTimeTest, moves_cameras_with_their_nodes) {
+    MadeScene scene;
+    scene.add_camera("mast").mLookAt = {1, 0, 0};
+    scene.add_motion("mast", {0, 0, 0}, {4, 0, 0});
+    scene.write("assbin", folder.file("moved.assbin"));
+    const Draft draft = read_at(2.0f);
+    ASSERT_EQ(draft.cameras.size(), 1u);
+    EXPECT_EQ(draft.cameras[0].eye.x, 4.0f);
+    EXPECT_NEAR(draft.cameras[0].forward.y, 1.0f, 1e-6f);
+}
+
+TEST_F(ImportTimeTest, moves_vertices_with_the_bones_that_hold_them) {
+    MadeScene scene;
+    scene.add_bone(0, "mast");
+    scene.add_motion("mast", {0, 0, 0}, {4, 0, 0});
+    scene.write("assbin", folder.file("moved.assbin"));
+    const Surface rest = read_at(std::nullopt).surfaces[0];
+    const Surface moved = read_at(2.0f).surfaces[0];
+    ASSERT_EQ(moved.positions.size(), rest.positions.size());
+    for (std::size_t i = 0; i < moved.positions.size(); ++i) {
+        EXPECT_NEAR(moved.positions[i].x, 4.0f - rest.positions[i].y, 1e-5f);
+        EXPECT_NEAR(moved.positions[i].y, rest.positions[i].x, 1e-5f);
+        EXPECT_NEAR(moved.normals[i].z, 1.0f, 1e-6f);
+    }
+}
+
+TEST_F(ImportTimeTest, says_what_of_motion_was_left_out) {
+    MadeScene scene;
+    scene.add_bone(0, "mast");
+    scene.add_motion("mast", {0, 0, 0}, {4, 0, 0});
+    scene.add_motion("sign", {0, 0, 0}, {4, 0, 0});
+    scene.write("assbin", folder.file("moved.assbin"));
+    EXPECT_EQ(read_at(std::nullopt).notes,
+              (std::vector<std::string>{"animations were left out, as no time was asked for",
+                                        "bones were left out: meshes stand as they were made"}));
+    EXPECT_EQ(read_at(0.0f).notes,
+              std::vector<std::string>{"animations but the first were left out"});
+}
+
+// --- Other files
+
 TEST_F(ImportTest, reads_files_beside_the_model_and_no_others) {
     // A scene of this format names the files of its meshes.
     const auto scene_of = [](const std::string& mesh) {
@@ -371,6 +521,22 @@ TEST_P(KitImportTest, draws_fbx_upright_in_its_colours) {
     EXPECT_EQ(colors,
               (std::vector<Pixel>{
                   {255, 0, 0, 255}, {0, 255, 0, 255}, {0, 0, 255, 255}, {255, 255, 255, 255}}));
+}
+
+TEST_P(KitImportTest, shows_a_moment_of_a_file_and_its_cameras) {
+    using namespace orvex::kit;
+    MadeScene scene;
+    scene.add_camera("mast").mLookAt = {0, 0, -1};
+    scene.add_motion("mast", {0, 3, 0}, {4, 3, 0});
+    scene.write("assbin", folder.file("moved.assbin"));
+    ModelOptions options;
+    options.time = 1.0f;
+    const Model model(folder.file("moved.assbin"), options);
+    ASSERT_TRUE(model) << model.reason();
+    EXPECT_NEAR(model.bounds().max.x, 2.0f + std::sqrt(0.5f), 1e-5f);
+    ASSERT_EQ(model.cameras().size(), 1u);
+    EXPECT_EQ(model.cameras()[0].name, "mast");
+    EXPECT_FALSE(Model(folder.file("moved.assbin")).notes().empty());
 }
 
 TEST_P(KitImportTest, lists_what_the_program_reads_behind_the_rest) {

@@ -95,6 +95,42 @@ public:
         textures.push_back(texture);
     }
 
+    /// Stands where a node of its name does.
+    aiCamera& add_camera(const char* name) {
+        cameras.push_back(new aiCamera);
+        cameras.back()->mName = name;
+        return *cameras.back();
+    }
+
+    /// Has a node move to a place in two seconds, and turn about z by a right angle.
+    void add_motion(const char* node, const aiVector3D& from, const aiVector3D& to) {
+        auto* const channel = new aiNodeAnim;
+        channel->mNodeName = node;
+        channel->mNumPositionKeys = channel->mNumRotationKeys = 2;
+        channel->mPositionKeys = copy_of(std::vector<aiVectorKey>{{0.0, from}, {20.0, to}});
+        const aiQuaternion half(aiVector3D(0, 0, 1), AI_MATH_HALF_PI_F);
+        channel->mRotationKeys = copy_of(std::vector<aiQuatKey>{{0.0, {}}, {20.0, half}});
+        auto* const animation = new aiAnimation;
+        animation->mTicksPerSecond = 10.0;
+        animation->mDuration = 20.0;
+        animation->mNumChannels = 1;
+        animation->mChannels = copy_of(std::vector<aiNodeAnim*>{channel});
+        animations.push_back(animation);
+    }
+
+    /// Has a node hold all vertices of a mesh, as they stand in the mesh.
+    void add_bone(unsigned place, const char* node) {
+        auto* const bone = new aiBone;
+        bone->mName = node;
+        std::vector<aiVertexWeight> weights;
+        for (unsigned i = 0; i < meshes[place]->mNumVertices; ++i)
+            weights.emplace_back(i, 0.5f);
+        bone->mNumWeights = static_cast<unsigned>(weights.size());
+        bone->mWeights = copy_of(weights);
+        meshes[place]->mNumBones = 1;
+        meshes[place]->mBones = copy_of(std::vector<aiBone*>{bone});
+    }
+
     aiMaterial& material(unsigned place) { return *materials[place]; }
     aiMesh& mesh(unsigned place) { return *meshes[place]; }
 
@@ -106,6 +142,10 @@ public:
         scene->mNumMaterials = static_cast<unsigned>(materials.size());
         scene->mTextures = copy_of(textures);
         scene->mNumTextures = static_cast<unsigned>(textures.size());
+        scene->mCameras = copy_of(cameras);
+        scene->mNumCameras = static_cast<unsigned>(cameras.size());
+        scene->mAnimations = copy_of(animations);
+        scene->mNumAnimations = static_cast<unsigned>(animations.size());
         Assimp::Exporter exporter;
         EXPECT_EQ(exporter.Export(scene.get(), format, path), aiReturn_SUCCESS)
             << exporter.GetErrorString();
@@ -123,6 +163,8 @@ private:
     std::vector<aiMaterial*> materials;
     std::vector<aiMesh*> meshes;
     std::vector<aiTexture*> textures;
+    std::vector<aiCamera*> cameras;
+    std::vector<aiAnimation*> animations;
 };
 
 } // namespace orvex_test

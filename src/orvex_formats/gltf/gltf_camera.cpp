@@ -1,19 +1,15 @@
 #include "orvex_formats/gltf/private/gltf_camera.h"
 
-#include <cmath>
 #include <numbers>
 #include <string>
 #include <utility>
 
 #include "orvex_formats/private/build_model.h"
+#include "orvex_formats/private/viewpoint.h"
 
 namespace orvex::formats {
 
 namespace {
-
-bool is_above_zero(float number) {
-    return number > 0.0f && std::isfinite(number);
-}
 
 /// Reads how a camera sees. @return whether it sees anything
 bool read_sight(const Json& camera, Viewpoint& view) {
@@ -25,48 +21,22 @@ bool read_sight(const Json& camera, Viewpoint& view) {
         const float half_width = sight.real("xmag", 0.0f), half_height = sight.real("ymag", 0.0f);
         view.height = 2.0f * half_height;
         view.aspect = half_width / half_height;
-        return is_above_zero(view.height) && is_above_zero(view.aspect) && view.near >= 0.0f &&
-               view.far > view.near;
+        return half_height != 0.0f && sees_something(view);
     }
     view.opening = sight.real("yfov", 0.0f) * 180.0f / std::numbers::pi_v<float>;
     view.aspect = sight.real("aspectRatio", 0.0f);
-    return is_above_zero(view.opening) && view.opening < 180.0f && view.aspect >= 0.0f &&
-           view.near > 0.0f && (view.far == 0.0f || view.far > view.near);
+    return sees_something(view);
 }
 
 vec3 difference(const vec3& a, const vec3& b) {
     return {a.x - b.x, a.y - b.y, a.z - b.z};
 }
 
-float dot(const vec3& a, const vec3& b) {
-    return a.x * b.x + a.y * b.y + a.z * b.z;
-}
-
-/// @return whether there is one
-bool make_unit(vec3& vector) {
-    const float length = std::sqrt(dot(vector, vector));
-    if (!is_above_zero(length))
-        return false;
-    vector = {vector.x / length, vector.y / length, vector.z / length};
-    return true;
-}
-
 /// Stands where a node puts it. @return whether that is anywhere
 bool place(const GltfTransform& world, Viewpoint& view) {
     const vec3 eye = world.place({0.0f, 0.0f, 0.0f});
-    vec3 forward = difference(world.place({0.0f, 0.0f, -1.0f}), eye);
-    vec3 up = difference(world.place({0.0f, 1.0f, 0.0f}), eye);
-    if (!make_unit(forward) || !std::isfinite(dot(eye, eye)))
-        return false;
-    // Nodes may be askew.
-    const float along = dot(forward, up);
-    up = difference(up, {forward.x * along, forward.y * along, forward.z * along});
-    if (!make_unit(up))
-        return false;
-    view.eye = eye;
-    view.forward = forward;
-    view.up = up;
-    return true;
+    return aim(view, eye, difference(world.place({0.0f, 0.0f, -1.0f}), eye),
+               difference(world.place({0.0f, 1.0f, 0.0f}), eye));
 }
 
 } // namespace

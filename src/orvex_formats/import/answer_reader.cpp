@@ -4,6 +4,7 @@
 
 #include "orvex_formats/import/private/answer_layout.h"
 #include "orvex_formats/private/answer_stream.h"
+#include "orvex_formats/private/viewpoint.h"
 
 namespace orvex::formats {
 
@@ -81,6 +82,12 @@ public:
     void ends(std::size_t count) const {
         if (count % 2 != 0)
             stream.refuse_answer("a line without an end");
+    }
+
+    /// Draws up where it looks once more, which stays as it is but for rounding.
+    void sight(Viewpoint& view) const {
+        if (!sees_something(view) || !aim(view, view.eye, view.forward, view.up))
+            stream.refuse_answer("a camera that sees nothing");
     }
 
     void finish() const { stream.finish(); }

@@ -1,6 +1,7 @@
 #include "orvex_formats/import/private/import_reader.h"
 
 #include <algorithm>
+#include <charconv>
 #include <iterator>
 #include <set>
 #include <string>
@@ -120,20 +121,32 @@ void settle_names(Draft& draft, const std::string& model) {
 
 } // namespace
 
+namespace {
+
+/// A number as the program reads it, to the last bit, whatever the locale.
+std::string exactly(float number) {
+    char text[64];
+    return {text, std::to_chars(std::begin(text), std::end(text), number).ptr};
+}
+
+} // namespace
+
 const char* imported_formats() {
     return all_imported_formats;
 }
 
-Draft read_imported(const InputFile& file) {
-    return read_imported_by(installed_importer(file.size()), file);
+Draft read_imported(const InputFile& file, std::optional<float> time) {
+    return read_imported_by(installed_importer(file.size()), file, time);
 }
 
-Draft read_imported_by(const Importer& importer, const InputFile& file) {
+Draft read_imported_by(const Importer& importer, const InputFile& file, std::optional<float> time) {
     if (std::none_of(std::begin(imported_suffixes), std::end(imported_suffixes),
                      [&](const char* suffix) { return has_suffix(file.path(), suffix); }))
         refuse_format("its name isn't that of a format that the importer reads");
     Request request;
     request.words = {"model", last_part_of(file.path())};
+    if (time)
+        request.words.push_back(exactly(*time));
     request.may_read_its_folder = true;
     Draft draft = read_answer(ask_importer(importer, request, file));
     settle_names(draft, file.path());

@@ -13,7 +13,7 @@ struct AnswerHead {
     std::uint64_t size = 0; ///< of the whole answer, this head included
 };
 /// Changes with every change of what an answer looks like.
-inline constexpr std::uint64_t answer_mark = 0x3130'6e61'7672'6f01;
+inline constexpr std::uint64_t answer_mark = 0x3130'6e61'7672'6f02;
 
 /// What is open in the program from its start.
 enum ImporterDescriptor : int {
@@ -29,7 +29,9 @@ enum ImporterWord : int {
     answer_word,     ///< how many bytes its answer may have
     seconds_word,    ///< how long it may work
     folder_word,     ///< "folder" or "alone"
-    request_word     ///< the first one of the request
+    request_word,    ///< the first one of the request
+    name_word,       ///< the model's file, without folders; or how many meshes are packed
+    time_word        ///< the moment of a model in seconds; not there: at rest
 };
 
 } // namespace orvex::formats

@@ -16,7 +16,7 @@ namespace orvex::formats {
 
 /// How many there may be: of what costs much more than its bytes in the answer.
 inline constexpr std::size_t most_pieces = 100'000, most_materials = 65'536, most_pictures = 10'000,
-                             most_notes = 100, most_files = 1'000;
+                             most_notes = 100, most_files = 1'000, most_cameras = 10'000;
 
 template<class Way>
 void pass_texture(Way& way, PhysicalTexture& texture) {
@@ -101,6 +101,20 @@ void pass_places(Way& way, Piece& piece) {
 }
 
 template<class Way>
+void pass_camera(Way& way, Viewpoint& camera) {
+    way.text(camera.name);
+    for (float vec3::*part : {&vec3::x, &vec3::y, &vec3::z}) {
+        way.number(camera.eye.*part, -FLT_MAX, FLT_MAX);
+        way.number(camera.forward.*part, -1.01f, 1.01f);
+        way.number(camera.up.*part, -1.01f, 1.01f);
+    }
+    for (float Viewpoint::*measure : {&Viewpoint::opening, &Viewpoint::height, &Viewpoint::aspect,
+                                      &Viewpoint::near, &Viewpoint::far})
+        way.number(camera.*measure, 0.0f, FLT_MAX);
+    way.sight(camera);
+}
+
+template<class Way>
 void pass_draft(Way& way, Draft& draft) {
     way.list(draft.notes, most_notes);
     for (std::string& note : draft.notes)
@@ -125,6 +139,9 @@ void pass_draft(Way& way, Draft& draft) {
         pass_places(way, lines);
         way.ends(lines.positions.size());
     }
+    way.list(draft.cameras, most_cameras);
+    for (Viewpoint& camera : draft.cameras)
+        pass_camera(way, camera);
 }
 
 } // namespace orvex::formats

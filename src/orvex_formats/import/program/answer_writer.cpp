@@ -101,6 +101,7 @@ public:
     void triangles(const std::vector<Triangle>& triangles, std::size_t) { add_all(triangles); }
     void material(std::uint32_t material, std::size_t) { room.add_number(material); }
     void ends(std::size_t) {}
+    void sight(const Viewpoint&) {}
 
 private:
     void add_count(std::uint64_t count) { room.add_number(count); }

@@ -26,7 +26,8 @@ bool is_of_z_up(const std::string& name) {
 
 } // namespace
 
-void import_model(const std::string& name, int folder, std::uint64_t most_bytes, AnswerRoom& room) {
+void import_model(const std::string& name, std::optional<float> time, int folder,
+                  std::uint64_t most_bytes, AnswerRoom& room) {
     auto* const files = new ModelFiles(name, folder);
     Assimp::Importer importer;
     importer.SetIOHandler(files); // which it deletes
@@ -38,7 +39,7 @@ void import_model(const std::string& name, int folder, std::uint64_t most_bytes,
         throw std::runtime_error(importer.GetErrorString()[0] != '\0'
                                      ? importer.GetErrorString()
                                      : "assimp can't read it, and says nothing more");
-    Draft draft = draft_of(*scene, is_of_z_up(name), most_bytes);
+    Draft draft = draft_of(*scene, is_of_z_up(name), time, most_bytes);
     draft.files = files->opened();
     write_answer(draft, room);
 }

@@ -6,6 +6,7 @@
 #include <cstring>
 #include <exception>
 #include <new>
+#include <optional>
 #include <stdexcept>
 #include <string>
 
@@ -40,6 +41,13 @@ void give_up_for_memory() {
     give_up(sentence);
 }
 
+/// The moment that a model is asked for, in seconds; none: at rest.
+std::optional<float> time_in(int count, char** words) {
+    if (count <= time_word)
+        return std::nullopt;
+    return std::strtof(words[time_word], nullptr);
+}
+
 void work(int count, char** words) {
     if (count <= request_word)
         throw std::runtime_error("orvex-import is started by loaders of models, not by hand");
@@ -58,10 +66,10 @@ void work(int count, char** words) {
     confine_calls(folder >= 0);
 
     const std::string request = words[request_word];
-    const std::string name = count > request_word + 1 ? words[request_word + 1] : "";
+    const std::string name = count > name_word ? words[name_word] : "";
     AnswerRoom room(answer_descriptor, limits.most_answer);
     if (request == "model")
-        import_model(name, folder, limits.most_answer, room);
+        import_model(name, time_in(count, words), folder, limits.most_answer, room);
     else if (request == "draco")
         unpack_meshes(std::strtoull(name.c_str(), nullptr, 10), room);
     else if (request == "confinement")

@@ -4,6 +4,7 @@
 /// The kinds of work that the importer does.
 
 #include <cstdint>
+#include <optional>
 #include <string>
 
 #include "orvex_formats/import/program/answer_writer.h"
@@ -12,9 +13,11 @@ namespace orvex::formats {
 
 /// Reads the input as a model by assimp.
 /// @param name    of its file, without folders
+/// @param time    in seconds, of its first animation; none: at rest
 /// @param folder  -1: other files aren't read
 /// @throw std::runtime_error
-void import_model(const std::string& name, int folder, std::uint64_t most_bytes, AnswerRoom& room);
+void import_model(const std::string& name, std::optional<float> time, int folder,
+                  std::uint64_t most_bytes, AnswerRoom& room);
 
 /// Unpacks meshes that lie in the input one behind the other, the size of each before it, by draco.
 /// @throw std::runtime_error

@@ -2,13 +2,17 @@
 
 #include <algorithm>
 #include <cmath>
+#include <optional>
 #include <stdexcept>
 #include <string>
 #include <utility>
 
 #include <assimp/scene.h>
 
+#include "orvex_formats/import/program/mesh_places.h"
+#include "orvex_formats/import/program/scene_cameras.h"
 #include "orvex_formats/import/program/scene_materials.h"
+#include "orvex_formats/import/program/scene_stands.h"
 
 namespace orvex::formats {
 
@@ -40,34 +44,22 @@ aiMatrix4x4 turn_of(const aiScene& scene, bool is_z_up) {
     return known == 7 ? turn : aiMatrix4x4();
 }
 
-/// A node and where it stands.
-struct Stand {
-    const aiNode* node;
-    aiMatrix4x4 world; ///< of its parent, until it is looked at
-};
-
 class SceneDraft {
 public:
-    SceneDraft(const aiScene& scene, bool is_z_up, std::uint64_t most_bytes)
+    SceneDraft(const aiScene& scene, bool is_z_up, std::optional<float> time,
+               std::uint64_t most_bytes)
         : scene(scene)
-        , is_z_up(is_z_up)
+        , is_timed(time)
+        , stands(scene, turn_of(scene, is_z_up), time)
         , bytes_left(most_bytes) {}
 
     Draft make() {
         add_materials(scene, draft);
-        std::vector<Stand> waiting = {{scene.mRootNode, turn_of(scene, is_z_up)}};
-        while (!waiting.empty()) {
-            const Stand parent = waiting.back();
-            waiting.pop_back();
-            if (!parent.node)
-                continue;
-            const Stand stand = {parent.node, parent.world * parent.node->mTransformation};
+        for (const Stand& stand : stands.all())
             add_meshes(stand);
-            for (unsigned i = parent.node->mNumChildren; i-- > 0;)
-                waiting.push_back({parent.node->mChildren[i], stand.world});
-        }
         if (draft.surfaces.empty() && draft.clouds.empty() && draft.lines.empty())
             throw std::runtime_error("the file has nothing that can be drawn");
+        add_cameras(scene, stands, draft);
         add_notes();
         return std::move(draft);
     }
@@ -83,7 +75,7 @@ private:
             const std::string name =
                 mesh.mName.length > 0 ? mesh.mName.C_Str() : stand.node->mName.C_Str();
             if (mesh.mPrimitiveTypes & (aiPrimitiveType_TRIANGLE | aiPrimitiveType_POLYGON))
-                add_surface(mesh, stand.world, name);
+                add_surface(mesh, stand, name);
             else if (mesh.mPrimitiveTypes & aiPrimitiveType_LINE)
                 add_lines(mesh, stand.world, name);
             else
@@ -114,22 +106,6 @@ private:
         return places;
     }
 
-    static std::vector<vec3> normals_of(const aiMesh& mesh, const aiMatrix4x4& world) {
-        std::vector<vec3> normals;
-        if (!mesh.mNormals)
-            return normals;
-        normals.reserve(mesh.mNumVertices);
-        aiMatrix3x3 turn(world);
-        turn.Inverse().Transpose();
-        for (unsigned i = 0; i < mesh.mNumVertices; ++i) {
-            const aiVector3D normal = turn * mesh.mNormals[i];
-            const float length = normal.Length();
-            const bool is_right = std::isfinite(length) && length > 0.0f;
-            normals.push_back(is_right ? vector_of(normal / length) : vec3(0.0f, 0.0f, 1.0f));
-        }
-        return normals;
-    }
-
     static std::vector<vec4> colors_of(const aiMesh& mesh) {
         std::vector<vec4> colors;
         if (!mesh.mColors[0])
@@ -157,10 +133,11 @@ private:
 
     // --- Pieces
 
-    void add_surface(const aiMesh& mesh, const aiMatrix4x4& world, const std::string& name) {
+    void add_surface(const aiMesh& mesh, const Stand& stand, const std::string& name) {
         Surface surface;
         surface.name = name;
-        const bool is_mirrored = aiMatrix3x3(world).Determinant() < 0.0f;
+        const MeshPlaces places(mesh, stand, is_timed ? &stands : nullptr);
+        const bool is_mirrored = places.is_mirrored();
         for (unsigned i = 0; i < mesh.mNumFaces; ++i) {
             const aiFace& face = mesh.mFaces[i];
             if (face.mNumIndices != 3)
@@ -170,14 +147,15 @@ private:
         }
         if (surface.triangles.empty())
             return;
-        surface.positions = places_of(mesh, world);
-        surface.normals = normals_of(mesh, world);
+        surface.positions = places.positions();
+        surface.normals = places.normals();
         surface.colors = colors_of(mesh);
         for (unsigned layer = 0; layer < 2; ++layer)
             surface.uvs[layer] = uvs_of(mesh, layer);
         if (mesh.mMaterialIndex < draft.materials.size())
             surface.triangle_materials.assign(surface.triangles.size(), mesh.mMaterialIndex);
         has_bones = has_bones || mesh.mNumBones > 0;
+        has_targets = has_targets || mesh.mNumAnimMeshes > 0;
         draft.surfaces.push_back(std::move(surface));
     }
 
@@ -207,23 +185,27 @@ private:
             if (is_so)
                 draft.notes.emplace_back(note);
         };
-        add(scene.mNumAnimations > 0, "animations were left out");
-        add(scene.mNumCameras > 0, "cameras were left out");
+        add(!is_timed && scene.mNumAnimations > 0,
+            "animations were left out, as no time was asked for");
+        add(is_timed && scene.mNumAnimations > 1, "animations but the first were left out");
         add(scene.mNumLights > 0, "lights were left out");
-        add(has_bones, "bones were left out: meshes stand as they were made");
+        add(!is_timed && has_bones, "bones were left out: meshes stand as they were made");
+        add(has_targets, "morph targets were left out");
     }
 
     const aiScene& scene;
-    bool is_z_up;
+    const bool is_timed;
+    const SceneStands stands;
     std::uint64_t bytes_left;
-    bool has_bones = false;
+    bool has_bones = false, has_targets = false;
     Draft draft;
 };
 
 } // namespace
 
-Draft draft_of(const aiScene& scene, bool is_z_up, std::uint64_t most_bytes) {
-    return SceneDraft(scene, is_z_up, most_bytes).make();
+Draft draft_of(const aiScene& scene, bool is_z_up, std::optional<float> time,
+               std::uint64_t most_bytes) {
+    return SceneDraft(scene, is_z_up, time, most_bytes).make();
 }
 
 } // namespace orvex::formats
