@@ -1,10 +1,12 @@
 #include "orvex_formats/obj/private/obj_numbers.h"
 
+#include <algorithm>
 #include <array>
 #include <bit>
 #include <charconv>
 #include <cmath>
 #include <cstdio>
+#include <cstdlib>
 #include <string>
 
 #include <gtest/gtest.h>
@@ -48,6 +50,16 @@ void compare(const char* begin, const char* end) {
     if (behind != library_end ||
         std::bit_cast<std::uint32_t>(ours) != std::bit_cast<std::uint32_t>(wanted))
         ADD_FAILURE() << std::string(begin, end) << ": " << ours << ", not " << wanted;
+    // Text behind it changes nothing.
+    std::array<char, 96> longer{};
+    const std::size_t size = static_cast<std::size_t>(end - begin);
+    std::copy(begin, end, longer.begin());
+    std::copy_n("/12345678", 9, longer.begin() + static_cast<std::ptrdiff_t>(size));
+    float same = 0.0f;
+    const char* const same_end = read_float(longer.data(), longer.data() + size + 9, same);
+    if (same_end - longer.data() != behind - begin ||
+        std::bit_cast<std::uint32_t>(same) != std::bit_cast<std::uint32_t>(ours))
+        ADD_FAILURE() << std::string(begin, end) << " with text behind it: " << same;
 }
 
 TEST(ObjNumbers, are_those_of_the_library_to_the_last_bit) {
@@ -104,6 +116,29 @@ TEST(ObjNumbers, have_any_sign_point_and_exponent) {
     EXPECT_EQ(number_of("0e99999"), 0.0f);
     EXPECT_EQ(number_of("-Infinity"), -INFINITY);
     EXPECT_TRUE(std::isnan(number_of("NaN")));
+}
+
+TEST(ObjNumbers, are_whole_ones_of_any_length_whatever_stands_behind) {
+    for (int length = 0; length < 20; ++length)
+        for (int letter = -128; letter < 128; ++letter) {
+            if (letter >= '0' && letter <= '9')
+                continue;
+            for (const char* const digits : {"1234567890123456789", "0000000000000000000",
+                                             "0012003400560078009", "9999999999999999999"}) {
+                const std::string number(digits, static_cast<std::size_t>(length));
+                const std::string text = number + static_cast<char>(letter) + "87654321";
+                std::int64_t ours = -7;
+                const char* const behind = read_int(text.data(), text.data() + text.size(), ours);
+                const bool is_sign = length == 0 && (letter == '-' || letter == '+');
+                const std::int64_t wanted = is_sign       ? 87654321 * (letter == '-' ? -1 : 1)
+                                            : length == 0 ? -7
+                                                          : std::atoll(number.c_str());
+                const std::ptrdiff_t end = is_sign ? 9 : length;
+                if (length < 18)
+                    EXPECT_EQ(ours, wanted) << text;
+                EXPECT_EQ(behind - text.data(), end) << text;
+            }
+        }
 }
 
 TEST(ObjNumbers, end_where_they_end) {

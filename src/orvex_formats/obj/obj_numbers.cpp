@@ -29,7 +29,24 @@ struct Decimal {
     bool is_long = false; ///< further digits were left out
 };
 
+constexpr std::uint64_t whole_powers_of_ten[] = {1,     10,     100,     1000,
+                                                 10000, 100000, 1000000, 10000000};
+
+/// The same as digit by digit. @return behind those that could be taken at once
+const char* take_few_digits(const char* next, const char* end, bool is_fraction, Decimal& decimal) {
+    const ShortDigits few = take_short_digits(next, end);
+    if (decimal.num_digits + few.count > most_digits)
+        return next;
+    const int num_zeros = decimal.digits == 0 ? few.num_zeros() : 0;
+    decimal.digits = decimal.digits * whole_powers_of_ten[few.count] + few.value;
+    decimal.num_digits += few.count - num_zeros;
+    decimal.exponent -= is_fraction ? few.count : 0;
+    decimal.is_any = decimal.is_any || few.count > 0;
+    return next + few.count;
+}
+
 const char* take_digits(const char* next, const char* end, bool is_fraction, Decimal& decimal) {
+    next = take_few_digits(next, end, is_fraction, decimal);
     for (; next != end; ++next) {
         const auto digit = static_cast<unsigned>(*next - '0');
         if (digit > 9)
