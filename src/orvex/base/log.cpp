@@ -21,6 +21,7 @@
 #include <string_view>
 #include <utility>
 
+#include "orvex/base/private/log_format.h"
 #include "orvex/base/private/log_stamp.h"
 #include "orvex/base/private/memory_out.h"
 #include "orvex/base/private/misuse.h"
@@ -216,6 +217,8 @@ void Log::vsimple_tracef(LOG_LEVEL level, const char* format, va_list arguments)
 }
 
 std::string_view Log::LogData::format(const char* text, va_list arguments) {
+    if (const auto size = format_plainly(format_buffer, sizeof format_buffer, text, arguments))
+        return {format_buffer, *size};
     format_buffer[0] = '\0';
     std::vsnprintf(format_buffer, sizeof format_buffer, text, arguments);
     return format_buffer;
