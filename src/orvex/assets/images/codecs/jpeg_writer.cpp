@@ -182,9 +182,13 @@ void write_pixels(BitStream& stream, const PixelBlock& pixels, const Quantisatio
     dc.V = jo_processDU(stream, v, q.fdtbl_UV, dc.V, chrominance_dc_codes, chrominance_ac_codes);
 }
 
+/// More than the headers take.
+constexpr std::size_t max_header_size = 1024;
+
 void write_picture(std::FILE* file, const Picture& picture, const Quantisation& q) {
     ByteBuffer buffer(file);
-    BitStream stream{0, 0, put_headers(buffer.begin(), picture, q)};
+    buffer.take_plain(put_headers(buffer.room_for(max_header_size), picture, q));
+    BitStream stream{0, 0, buffer.begin()};
     PreviousDC dc;
     PixelBlock pixels;
     for (long y = 0; y < picture.height; y += 8) {
@@ -195,11 +199,14 @@ void write_picture(std::FILE* file, const Picture& picture, const Quantisation& 
         }
     }
     // Ones fill the last byte; the end marker follows.
-    stream.next = buffer.make_room(stream.next);
     stream.jo_writeBits(0x7F, 7);
+    stream.next = buffer.make_room(stream.next);
     stream.store_bytes();
-    put(stream.next, {0xFF, 0xD9});
-    buffer.flush(stream.next);
+    buffer.take_coded(stream.next);
+    unsigned char* last = buffer.room_for(2);
+    put(last, {0xFF, 0xD9});
+    buffer.take_plain(last);
+    buffer.flush();
 }
 
 /// Whether the 16 bits of the header hold a side; what they cut would be read as another picture.

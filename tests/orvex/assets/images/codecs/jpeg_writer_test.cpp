@@ -193,6 +193,18 @@ TEST(JpegWriter, gives_the_bytes_of_the_plain_algorithm_for_larger_pictures) {
         }
 }
 
+TEST(JpegWriter, gives_the_bytes_of_the_plain_algorithm_for_noise_that_fills_its_buffers) {
+    std::mt19937 random(3);
+    Pixels picture{163, 101, 3, Bytes(163 * 101 * 3)};
+    for (unsigned char& byte : picture.bytes)
+        byte = static_cast<unsigned char>(random() % 2 * 255);
+    for (const int quality : {90, 100}) {
+        const Bytes bytes = written(picture, quality);
+        EXPECT_GT(bytes.size(), 40000u);
+        ASSERT_EQ(bytes, plainly_written(picture, quality));
+    }
+}
+
 TEST(JpegWriter, gives_the_bytes_recorded_once_they_had_been_decoded) {
     const struct {
         int width, height, comp, quality;
