@@ -10,6 +10,7 @@
 
 #include <benchmark/benchmark.h>
 
+#include "bench/support/row.h"
 #include "orvex/assets/materials/material_mgr.h"
 #include "orvex/assets/models/obj/loader_3d_obj.h"
 #include "orvex/assets/models/obj/private/obj_reader.h"
@@ -22,6 +23,8 @@
 namespace {
 
 using namespace orvex;
+using orvex_bench::say_row;
+using orvex_bench::Turns;
 
 /// A folder of models, written when the first benchmark asks and removed at the end.
 class Models {
@@ -112,23 +115,25 @@ void count_bytes(benchmark::State& state, const std::string& path) {
                             static_cast<std::int64_t>(std::filesystem::file_size(path)));
 }
 
-void load_with_engine(benchmark::State& state, const char* name) {
-    const std::string folder = models().folder();
-    Loader3D_OBJ loader;
-    loader.set_model_dir(folder.c_str());
-    for (auto _ : state) {
-        Model* model = new Model;
-        if (!loader.load_from_file(model, name))
-            state.SkipWithError("not loaded");
-        state.PauseTiming();
+/// A model from a file; what it took is given back at its end, with the clock stopped.
+class LoadedModel {
+public:
+    LoadedModel() = default;
+    LoadedModel(const LoadedModel&) = delete;
+    LoadedModel& operator=(const LoadedModel&) = delete;
+    ~LoadedModel() {
         model->kill(nullptr, nullptr);
         MaterialMgr::get()->release_all_resources(nullptr, nullptr);
-        state.ResumeTiming();
     }
-    count_bytes(state, folder + name);
-}
-BENCHMARK_CAPTURE(load_with_engine, quads, "quads.obj")->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(load_with_engine, triangles, "triangles.obj")->Unit(benchmark::kMillisecond);
+
+    void load(Loader3D_OBJ& loader, const char* name) {
+        if (!loader.load_from_file(model, name))
+            std::abort();
+    }
+
+private:
+    Model* const model = new Model;
+};
 
 /// The reading alone, without the meshes.
 void read_with_engine(benchmark::State& state, const char* name) {
@@ -141,29 +146,75 @@ BENCHMARK_CAPTURE(read_with_engine, quads, "quads.obj")->Unit(benchmark::kMillis
 BENCHMARK_CAPTURE(read_with_engine, triangles, "triangles.obj")->Unit(benchmark::kMillisecond);
 
 #ifdef ORVEX_BENCH_TINYOBJLOADER
-void load_with_tinyobjloader(benchmark::State& state, const char* name) {
-    const std::string folder = models().folder();
-    for (auto _ : state) {
-        tinyobj::attrib_t attributes;
-        std::vector<tinyobj::shape_t> shapes;
-        std::vector<tinyobj::material_t> materials;
+struct PeerModel {
+    tinyobj::attrib_t attributes;
+    std::vector<tinyobj::shape_t> shapes;
+    std::vector<tinyobj::material_t> materials;
+
+    void load(const std::string& folder, const char* name) {
         std::string warning;
         std::string error;
         if (!tinyobj::LoadObj(&attributes, &shapes, &materials, &warning, &error,
                               (folder + name).c_str(), folder.c_str()))
-            state.SkipWithError("not loaded");
+            std::abort();
         benchmark::DoNotOptimize(attributes.vertices.data());
-        state.PauseTiming();
-        shapes.clear();
-        attributes = {};
-        state.ResumeTiming();
     }
-    count_bytes(state, folder + name);
+};
+
+void beside_tinyobjloader(benchmark::State& state, const char* name) {
+    const std::string folder = models().folder();
+    Loader3D_OBJ loader;
+    loader.set_model_dir(folder.c_str());
+    Turns ours, of_peer;
+    for (auto _ : state) {
+        {
+            PeerModel model;
+            of_peer.take([&] { model.load(folder, name); });
+        }
+        LoadedModel model;
+        state.SetIterationTime(ours.take([&] { model.load(loader, name); }));
+    }
+    say_row(state, {"tinyobjloader", 0.6}, ours.median(), of_peer.median());
 }
-BENCHMARK_CAPTURE(load_with_tinyobjloader, quads, "quads.obj")->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(load_with_tinyobjloader, triangles, "triangles.obj")
+BENCHMARK_CAPTURE(beside_tinyobjloader, quads, "quads.obj")
+    ->UseManualTime()
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(beside_tinyobjloader, triangles, "triangles.obj")
+    ->UseManualTime()
     ->Unit(benchmark::kMillisecond);
 #endif
+
+// --- Many of one kind --------------------------------------------------------------------------
+
+/// A triangle for each of `count` materials, groups or objects.
+void write_many(const std::string& path, const char* begin, int count) {
+    std::ofstream file(path);
+    std::ofstream library(path + ".mtl");
+    file << "mtllib " << std::filesystem::path(path).filename().string() << ".mtl\n"
+         << "v 0 0 0\nv 1 0 0\nv 0 1 0\n";
+    for (int i = 0; i < count; ++i) {
+        library << "newmtl usemtl" << i << "\nKd 0.5 0.5 0.5\n";
+        file << begin << ' ' << begin << i << "\nf 1 2 3\n";
+    }
+}
+
+/// What grows with the square takes half a minute.
+void many(benchmark::State& state, const char* begin) {
+    constexpr double most_seconds = 0.3;
+    const std::string folder = models().folder();
+    write_many(folder + "many.obj", begin, 40000);
+    Loader3D_OBJ loader;
+    loader.set_model_dir(folder.c_str());
+    Turns ours;
+    for (auto _ : state) {
+        LoadedModel model;
+        state.SetIterationTime(ours.take([&] { model.load(loader, "many.obj"); }));
+    }
+    say_row(state, {"a bound", 1.0}, ours.median(), most_seconds);
+}
+BENCHMARK_CAPTURE(many, materials, "usemtl")->UseManualTime()->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(many, groups, "g")->UseManualTime()->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(many, objects, "o")->UseManualTime()->Unit(benchmark::kMillisecond);
 
 } // namespace
 

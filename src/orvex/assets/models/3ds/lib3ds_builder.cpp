@@ -8,25 +8,12 @@
 #include "orvex/assets/models/3ds/loader_3d_lib3ds.h"
 #include "orvex/assets/models/3ds/private/lib3ds_records.h"
 #include "orvex/assets/models/load_undo.h"
+#include "orvex/assets/models/private/known_materials.h"
 #include "orvex/geometry/mesh/mesh.h"
 #include "orvex/geometry/mesh/model.h"
 #include "orvex/renderer/records/mesh_data.h"
 
 namespace orvex {
-
-bool Loader3D_Lib3ds::build_model(Model* model) {
-    if (!model)
-        return false;
-    for (std::uint64_t i = 0; i < lib3ds_data->num_materials; ++i)
-        build_material(&lib3ds_data->materials[i], model);
-    for (const auto& record : lib3ds_data->meshes)
-        if (build_mesh(record.get(), model)) {
-            FreshMesh mesh(record->mesh);
-            model->add_child(mesh.get());
-            static_cast<void>(mesh.release()); // the model holds it now
-        }
-    return true;
-}
 
 // --- Materials -------------------------------------------------------------------------------
 
@@ -49,18 +36,42 @@ Material* create_material(const orvexLib3dsMaterial& record) {
     return material;
 }
 
+/// Adds the material that has the name already, if the model has none of it, or else a new one.
+void add_to_model(orvexLib3dsMaterial& record, KnownMaterials& known, Model& model) {
+    Material* const of_that_name = known.find(record.name);
+    const bool is_new = known.is_new_to_model(record.name);
+    if (of_that_name) {
+        if (is_new)
+            model.add_material(of_that_name, nullptr);
+        return;
+    }
+    record.material = create_material(record);
+    known.add(record.material);
+    model.add_material(record.material, nullptr);
+}
+
 } // namespace
 
 bool Loader3D_Lib3ds::build_material(orvexLib3dsMaterial* record, Model* model) {
     if (!record || !model)
         return false;
-    if (Resource* const known = MaterialMgr::get()->get_resource(record->name)) {
-        if (!model->get_material_by_name(record->name))
-            model->add_material(static_cast<Material*>(known), nullptr);
-        return true;
-    }
-    record->material = create_material(*record);
-    model->add_material(record->material, nullptr);
+    KnownMaterials known(*model);
+    add_to_model(*record, known, *model);
+    return true;
+}
+
+bool Loader3D_Lib3ds::build_model(Model* model) {
+    if (!model)
+        return false;
+    KnownMaterials known(*model);
+    for (std::uint64_t i = 0; i < lib3ds_data->num_materials; ++i)
+        add_to_model(lib3ds_data->materials[i], known, *model);
+    for (const auto& record : lib3ds_data->meshes)
+        if (build_mesh(record.get(), model)) {
+            FreshMesh mesh(record->mesh);
+            model->add_child(mesh.get());
+            static_cast<void>(mesh.release()); // the model holds it now
+        }
     return true;
 }
 

@@ -6,13 +6,11 @@
 #include <cstddef>
 #include <new>
 #include <string>
-#include <string_view>
-#include <unordered_map>
-#include <unordered_set>
 
 #include "orvex/assets/materials/material.h"
 #include "orvex/assets/materials/material_mgr.h"
 #include "orvex/assets/models/load_undo.h"
+#include "orvex/assets/models/private/known_materials.h"
 #include "orvex/geometry/mesh/mesh.h"
 #include "orvex/geometry/mesh/model.h"
 #include "orvex/renderer/records/mesh_data.h"
@@ -33,41 +31,8 @@ float shininess_of(const OBJ_Material& source) {
     return shininess == 0.0f ? 1.0f : shininess;
 }
 
-/// What bears a name already, among all materials and among those of the model: of equals the
-/// first. A table for each, as a file may name tens of thousands. Nobody else adds any during a
-/// load.
-class KnownMaterials {
-public:
-    explicit KnownMaterials(const Model& model) {
-        const MaterialMgr& manager = *MaterialMgr::get();
-        for (unsigned long i = 0; i < manager.get_num_resources(); ++i)
-            if (Resource* const known = manager.get_resource_by_index(i))
-                all.emplace(known->get_name(), static_cast<Material*>(known));
-        for (unsigned long i = 0; i < model.get_num_materials(); ++i)
-            in_model.emplace(cut(model.get_material_by_index(i)->get_name()));
-    }
-
-    Material* find(const OBJ_Name& name) const {
-        const auto found = all.find(std::string(name.view()));
-        return found == all.end() ? nullptr : found->second;
-    }
-    void add(Material* material) { all.emplace(material->get_name(), material); }
-
-    /// Whether the model has none of this name yet; from here on it has.
-    bool is_new_to_model(const OBJ_Name& name) { return in_model.emplace(name.view()).second; }
-
-private:
-    /// A model finds names by so many characters, which is all that a file's names have.
-    static std::string_view cut(const char* name) {
-        return std::string_view(name).substr(0, sizeof(OBJ_Name) - 1);
-    }
-
-    std::unordered_map<std::string, Material*> all;
-    std::unordered_set<std::string> in_model;
-};
-
 Material* build_material(const OBJ_Material& source, KnownMaterials& known) {
-    if (Material* const of_that_name = known.find(source.name))
+    if (Material* const of_that_name = known.find(source.name.view()))
         return of_that_name;
     Material* material = MaterialMgr::get()->create_material(source.name.c_str());
     known.add(material);
@@ -88,7 +53,7 @@ void build_materials(OBJ_Model& source, Model& target) {
         if (material->face_count <= 0)
             continue;
         material->material = build_material(*material, known);
-        if (known.is_new_to_model(material->name))
+        if (known.is_new_to_model(material->name.view()))
             target.add_material(material->material, nullptr);
     }
 }
