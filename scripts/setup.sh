@@ -17,7 +17,9 @@ build=(cmake g++ ninja-build pkg-config libegl-dev libopengl-dev libgl-dev libst
 test=(python3 python3-cffi python3-numpy python3-venv python3-setuptools python3-wheel mypy libgtest-dev
       libjpeg62-turbo-dev libx11-dev libxtst-dev libwayland-dev libglfw3-dev libsdl2-dev libgtk-3-dev
       libgtk-4-dev qtbase5-dev libqt6opengl6-dev xvfb weston libglut3.12 clang clang-format clang-tidy doxygen
-      dpkg-dev file lintian groff-base glmark2-data libpng-dev abigail-tools)
+      dpkg-dev file lintian groff-base glmark2-data libpng-dev abigail-tools parallel openssh-client
+      openssh-server slurmctld slurmd slurm-client munge redis-server python3-celery python3-distributed
+      python3-redis)
 bench=(libbenchmark-dev libtinygltf-dev libtinyobjloader-dev libglm-dev libspdlog-dev libjpeg62-turbo-dev libpng-dev)
 fuzz=(clang libclang-rt-14-dev)
 package=(dpkg-dev file lintian doxygen python3 python3-cffi python3-numpy libglfw3-dev)
