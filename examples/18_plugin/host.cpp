@@ -49,7 +49,7 @@ bool show_model(const std::string& directory) {
 
 bool run(const char* loader_library, const char* codec_library, const std::string& directory) {
     orvex::Plugin* const loader = load(loader_library);
-    auto* const codec = dynamic_cast<orvex::ImageCodec*>(load(codec_library));
+    auto* const codec = orvex::ImageCodec::from_plugin(load(codec_library));
     if (!loader || !codec)
         return false;
     orvex::TextureMgr::get()->register_image_codec_plugin(codec);

@@ -169,6 +169,26 @@ void cast_at_origin(World& world, Bytes& in) {
     world.ray_caster.cast_ray_object(ray, mesh, world.intersection);
 }
 
+/// What a node, or a plugin, is taken for.
+void ask_kind(World& world, Bytes& in) {
+    auto* const node = draw<Node*>(world, in);
+    if (Mesh* const mesh = Mesh::from_node(node))
+        mesh->get_num_faces(nullptr);
+    if (Polyline* const line = Polyline::from_node(node))
+        line->get_polyline_data();
+    if (VertexPool* const pool = VertexPool::from_node(node))
+        pool->get_pool_size();
+    if (Camera* const camera = Camera::from_node(node))
+        camera->get_view_vector();
+    if (Texture* const texture = Texture::from_node(node))
+        texture->get_width();
+    Plugin* const plugin = PluginMgr::get()->get_plugin_by_index(in.byte());
+    if (Loader3D* const loader = Loader3D::from_plugin(plugin))
+        loader->get_failure_reason();
+    if (ImageCodec* const codec = ImageCodec::from_plugin(plugin))
+        codec->get_failure_reason();
+}
+
 constexpr Operation rows[] = {
     {"new shape", &make_built},
     {"new shape", &make_built},
@@ -268,6 +288,7 @@ constexpr Operation rows[] = {
     ORVEX_FUZZ_CALL(Mesh, update_vertex_particle_from_position),
     ORVEX_FUZZ_CALL(Mesh, vertex_particle_attach_border),
     ORVEX_FUZZ_CALL(Mesh, vertex_particle_attach_border_two_points),
+    {"from_node, from_plugin", &ask_kind},
     {"RayCaster::cast_ray_object", &cast_ray},
     {"RayCaster::project_object_position_into_viewport", &project},
 };

@@ -39,14 +39,13 @@ void Model::Data::gather(Node& node) {
         if (!child)
             continue;
         // A mesh that has lost its geometry is none.
-        if (auto* const mesh = dynamic_cast<Mesh*>(child); mesh && mesh->get_mesh_data())
+        if (auto* const mesh = Mesh::from_node(child); mesh && mesh->get_mesh_data())
             meshes.push_back(mesh);
-        else if (auto* const cloud = dynamic_cast<VertexPool*>(child))
+        else if (auto* const cloud = VertexPool::from_node(child))
             clouds.push_back(cloud);
-        else if (auto* const line = dynamic_cast<Polyline*>(child);
-                 line && line->get_polyline_data())
+        else if (auto* const line = Polyline::from_node(child); line && line->get_polyline_data())
             lines.push_back(line);
-        else if (const auto* const camera = dynamic_cast<orvex::Camera*>(child))
+        else if (const auto* const camera = orvex::Camera::from_node(child))
             cameras.push_back(camera);
         gather(*child);
     }

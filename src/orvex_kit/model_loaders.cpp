@@ -90,7 +90,7 @@ std::vector<Loader3D*> all_loaders() {
     const PluginMgr& plugins = *PluginMgr::get();
     for (unsigned long i = 0; i < plugins.get_num_plugins_by_type(PLUGIN_TYPE_LOADER_3D); ++i)
         if (auto* const loader =
-                dynamic_cast<Loader3D*>(plugins.get_plugin_by_type(PLUGIN_TYPE_LOADER_3D, i)))
+                Loader3D::from_plugin(plugins.get_plugin_by_type(PLUGIN_TYPE_LOADER_3D, i)))
             loaders.push_back(loader);
     const auto rank = [](const Loader3D* loader) {
         return !is_from_file(*loader) ? 2 : loader->get_name() == std::string(loader_of_others);

@@ -22,7 +22,7 @@ std::string mistake_of_codecs() {
     const PluginMgr& plugins = *PluginMgr::get();
     for (unsigned long i = 0; i < plugins.get_num_plugins_by_type(PLUGIN_TYPE_IMAGE_CODEC); ++i) {
         const auto* const codec =
-            dynamic_cast<ImageCodec*>(plugins.get_plugin_by_type(PLUGIN_TYPE_IMAGE_CODEC, i));
+            ImageCodec::from_plugin(plugins.get_plugin_by_type(PLUGIN_TYPE_IMAGE_CODEC, i));
         if (codec && codec->get_failure_reason()[0] != '\0')
             return codec->get_failure_reason();
     }
@@ -92,7 +92,7 @@ void Model::Data::load_textures_of(std::size_t place, bool allow_outside) {
 void Model::Data::load_textures(bool allow_outside) {
     // A loader may have made some itself.
     for (const NodeHold<Resource>& texture : loaded.textures)
-        if (auto* const made = dynamic_cast<Texture*>(texture.get()))
+        if (auto* const made = Texture::from_node(texture.get()))
             uploads.push_back(made);
     for (std::size_t place = 0; place < materials.size(); ++place)
         load_textures_of(place, allow_outside);

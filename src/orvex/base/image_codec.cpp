@@ -28,6 +28,10 @@ ImageCodec::~ImageCodec() {
     clear_failure_reason();
 }
 
+ImageCodec* ImageCodec::from_plugin(Plugin* plugin) {
+    return plugin ? plugin_as_image_codec(*plugin) : nullptr;
+}
+
 const char* ImageCodec::get_failure_reason() const noexcept {
     return last_failure.codec == this ? last_failure.failure.text : "";
 }

@@ -20,6 +20,11 @@ public:
     ImageCodec();
     ~ImageCodec() override;
 
+    /// The plugin as a codec, decided by what its constructor noted, and not by type information,
+    /// which classes of hosts and plugins may lack.
+    /// @return null for null, and for a plugin that is none, whatever type it bears
+    static ImageCodec* from_plugin(Plugin* plugin);
+
     /// Decodes a file.
     /// @param image     receives size, format and pixels
     /// @param filename  a path, taken as given

@@ -31,6 +31,10 @@ Loader3D::Loader3D()
 
 Loader3D::~Loader3D() = default;
 
+Loader3D* Loader3D::from_plugin(Plugin* plugin) {
+    return plugin ? plugin_as_loader_3d(*plugin) : nullptr;
+}
+
 namespace {
 
 void store(std::string& field, const char* text) {

@@ -22,6 +22,11 @@ public:
     Loader3D();
     ~Loader3D() override;
 
+    /// The plugin as a loader, decided by what its constructor noted, and not by type information,
+    /// which classes of hosts and plugins may lack.
+    /// @return null for null, and for a plugin that is none, whatever type it bears
+    static Loader3D* from_plugin(Plugin* plugin);
+
     /// Reads `filename` into `model`, which the caller owns.
     /// @return whether the model was read. On false the loader has given back whatever it added to
     ///         the model.

@@ -20,6 +20,7 @@
 #include "orvex/math/quat.h"
 #include "orvex/math/vec4.h"
 #include "orvex/renderer/renderer.h"
+#include "orvex/scene/private/node_data.h"
 #include "orvex/scene/viewport.h"
 
 namespace orvex {
@@ -184,9 +185,14 @@ struct Camera::CameraData {
 Camera::Camera()
     : data(std::make_unique<CameraData>()) {
     set_type(NODE_TYPE_CAMERA);
+    NodeData::of(*this).kind = this;
 }
 
 Camera::~Camera() = default;
+
+Camera* Camera::from_node(Node* node) {
+    return node_as<Camera>(node);
+}
 
 void Camera::set_viewport(int x, int y, int width, int height) {
     data->viewport.set(x, y, width, height);

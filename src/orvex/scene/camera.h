@@ -38,6 +38,11 @@ public:
     Camera();
     ~Camera() override;
 
+    /// The node as a camera, decided by what its constructor noted, and not by type information,
+    /// which classes of hosts and plugins may lack.
+    /// @return null for null, and for a node that is none
+    static Camera* from_node(Node* node);
+
     /// @name Viewport
     /// @{
 

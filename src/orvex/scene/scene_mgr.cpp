@@ -112,7 +112,7 @@ namespace {
 void release_by_type(Renderer* renderer, Node& node) {
     const NODE_TYPE type = node.get_type();
     Resource* const resource = node_as_resource(node);
-    Texture* const texture = node_as_texture(node);
+    Texture* const texture = node_as<Texture>(&node);
     if (type == NODE_TYPE_GPU_PROGRAM && resource)
         GpuProgramMgr::get()->release_resource(renderer, resource, nullptr);
     else if (type == NODE_TYPE_TEXTURE && texture)

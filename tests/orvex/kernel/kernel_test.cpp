@@ -9,9 +9,15 @@
 #include "orvex/assets/materials/material_mgr.h"
 #include "orvex/assets/textures/texture.h"
 #include "orvex/assets/textures/texture_mgr.h"
+#include "orvex/base/image_codec.h"
+#include "orvex/base/loader_3d.h"
+#include "orvex/geometry/lines/polyline.h"
+#include "orvex/geometry/points/vertex_pool.h"
+#include "orvex/geometry/shapes/mesh_box.h"
 #include "orvex/gpu/gpu_program.h"
 #include "orvex/gpu/gpu_program_mgr.h"
 #include "orvex/kernel/core.h"
+#include "orvex/scene/camera.h"
 
 namespace orvex_test {
 
@@ -212,6 +218,53 @@ TEST_F(KernelTest, search_path_never_writes_the_last_byte_of_a_buffer) {
     EXPECT_FALSE(kernel->plugin_search_path_get(buffer, 0));
     EXPECT_EQ(buffer[0], '#');
     EXPECT_FALSE(kernel->plugin_search_path_get(nullptr, 8));
+}
+
+/// Which of the classes takes a node for one of its own.
+std::vector<const void*> kinds_of(Node* node) {
+    return {Camera::from_node(node), Mesh::from_node(node), Polyline::from_node(node),
+            Texture::from_node(node), VertexPool::from_node(node)};
+}
+
+TEST(NodeKinds, are_those_of_the_constructors_whatever_type_a_node_bears) {
+    using Kinds = std::vector<const void*>;
+    auto* const camera = new Camera;
+    auto* const mesh = new MeshBox;
+    auto* const line = new Polyline;
+    auto* const texture = new Texture;
+    auto* const pool = new VertexPool;
+    EXPECT_EQ(kinds_of(camera), (Kinds{camera, nullptr, nullptr, nullptr, nullptr}));
+    EXPECT_EQ(kinds_of(mesh), (Kinds{nullptr, mesh, nullptr, nullptr, nullptr}));
+    EXPECT_EQ(kinds_of(line), (Kinds{nullptr, nullptr, line, nullptr, nullptr}));
+    EXPECT_EQ(kinds_of(texture), (Kinds{nullptr, nullptr, nullptr, texture, nullptr}));
+    EXPECT_EQ(kinds_of(pool), (Kinds{nullptr, nullptr, nullptr, nullptr, pool}));
+
+    auto* const impostor = new Object;
+    for (const NODE_TYPE type : {NODE_TYPE_CAMERA, NODE_TYPE_MESH, NODE_TYPE_POLYLINE,
+                                 NODE_TYPE_TEXTURE, NODE_TYPE_VERTEX_POOL})
+        impostor->set_type(type);
+    for (Node* const none : {static_cast<Node*>(impostor), static_cast<Node*>(nullptr)})
+        EXPECT_EQ(kinds_of(none), Kinds(5));
+    for (Node* const node :
+         {static_cast<Node*>(camera), static_cast<Node*>(mesh), static_cast<Node*>(line),
+          static_cast<Node*>(texture), static_cast<Node*>(pool), static_cast<Node*>(impostor)})
+        node->kill(nullptr, nullptr);
+}
+
+TEST_F(KernelTest, tells_loaders_and_codecs_from_plugins_that_only_bear_their_type) {
+    kernel->load_core_loader3d_plugins();
+    kernel->load_core_image_codec_plugins();
+    Plugin* const loader = registry->get_plugin_by_type(PLUGIN_TYPE_LOADER_3D, 0);
+    Plugin* const codec = registry->get_plugin_by_type(PLUGIN_TYPE_IMAGE_CODEC, 0);
+    EXPECT_EQ(Loader3D::from_plugin(loader), loader);
+    EXPECT_EQ(ImageCodec::from_plugin(codec), codec);
+    EXPECT_FALSE(Loader3D::from_plugin(codec) || ImageCodec::from_plugin(loader));
+    Plugin impostor;
+    for (const PLUGIN_TYPE type : {PLUGIN_TYPE_LOADER_3D, PLUGIN_TYPE_IMAGE_CODEC}) {
+        impostor.set_type(type);
+        for (Plugin* const none : {&impostor, static_cast<Plugin*>(nullptr)})
+            EXPECT_FALSE(Loader3D::from_plugin(none) || ImageCodec::from_plugin(none));
+    }
 }
 
 } // namespace

@@ -16,7 +16,7 @@ namespace orvex {
 
 Texture::Texture() {
     set_type(NODE_TYPE_TEXTURE);
-    NodeData::of(*this).texture = this;
+    NodeData::of(*this).kind = this;
     init_texture_data(nullptr);
 }
 
@@ -27,6 +27,10 @@ Texture::~Texture() {
         unpark(ended);
         delete ended;
     }
+}
+
+Texture* Texture::from_node(Node* node) {
+    return node_as<Texture>(node);
 }
 
 bool Texture::_init(Renderer* renderer) {

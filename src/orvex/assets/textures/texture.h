@@ -39,6 +39,11 @@ public:
     /// Drops the record with a null renderer, and deletes the records that ended with this texture.
     ~Texture() override;
 
+    /// The node as a texture, decided by what its constructor noted, and not by type information,
+    /// which classes of hosts and plugins may lack.
+    /// @return null for null, and for a node that is none
+    static Texture* from_node(Node* node);
+
     /// @name Virtual operations
     /// @{
 

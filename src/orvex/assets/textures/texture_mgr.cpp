@@ -189,7 +189,7 @@ bool TextureMgr::release_texture(Renderer* renderer, Texture* texture, Thread* t
 bool TextureMgr::release_all_textures(Renderer* renderer, Thread* thread) {
     for (unsigned long i = 0; i < get_num_resources(); ++i) {
         const Resource* const resource = get_resource_by_index(i);
-        Texture* const texture = resource ? node_as_texture(*resource) : nullptr;
+        Texture* const texture = node_as<Texture>(resource);
         if (texture && ends_pixels(renderer, *texture))
             give_back_pixels(*texture);
     }

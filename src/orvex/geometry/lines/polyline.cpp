@@ -16,12 +16,14 @@
 #include "orvex/renderer/private/debug_name.h"
 #include "orvex/renderer/records/polyline_data.h"
 #include "orvex/renderer/records/private/vertex_access.h"
+#include "orvex/scene/private/node_data.h"
 
 namespace orvex {
 
 Polyline::Polyline()
     : polyline_data(nullptr) {
     set_type(NODE_TYPE_POLYLINE);
+    NodeData::of(*this).kind = this;
     init_polyline_data(nullptr);
 }
 
@@ -29,6 +31,10 @@ Polyline::Polyline()
 // end of memory.
 Polyline::~Polyline() {
     Polyline::_set_polyline_data(nullptr, nullptr);
+}
+
+Polyline* Polyline::from_node(Node* node) {
+    return node_as<Polyline>(node);
 }
 
 bool Polyline::_cleanup(Renderer* renderer) {

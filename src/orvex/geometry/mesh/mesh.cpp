@@ -53,11 +53,15 @@ Mesh::Mesh()
 Mesh::Mesh(VERTEX_FORMAT format)
     : mesh_data(nullptr) {
     set_type(NODE_TYPE_MESH);
-    NodeData::of(*this).mesh = this;
+    NodeData::of(*this).kind = this;
     init_mesh_data(nullptr, format);
 }
 
 Mesh::~Mesh() = default;
+
+Mesh* Mesh::from_node(Node* node) {
+    return node_as<Mesh>(node);
+}
 
 bool Mesh::_cleanup(Renderer* renderer) {
     cleanup_mesh_data(renderer);

@@ -48,6 +48,11 @@ public:
     /// Leaves the store alone: `_cleanup` drops it.
     ~Mesh() override;
 
+    /// The node as a mesh, decided by what its constructor noted, and not by type information,
+    /// which classes of hosts and plugins may lack.
+    /// @return null for null, and for a node that is none
+    static Mesh* from_node(Node* node);
+
     /// Drops the store, then does what `Object` does. With a null renderer GPU objects stay.
     bool _cleanup(Renderer* renderer) override;
 

@@ -12,15 +12,21 @@
 #include "orvex/renderer/records/private/vertex_access.h"
 #include "orvex/renderer/records/vertex_pool_data.h"
 #include "orvex/renderer/renderer.h"
+#include "orvex/scene/private/node_data.h"
 
 namespace orvex {
 
 VertexPool::VertexPool()
     : data(std::make_unique<VertexPoolData>()) {
     set_type(NODE_TYPE_VERTEX_POOL);
+    NodeData::of(*this).kind = this;
 }
 
 VertexPool::~VertexPool() = default;
+
+VertexPool* VertexPool::from_node(Node* node) {
+    return node_as<VertexPool>(node);
+}
 
 bool VertexPool::_cleanup(Renderer* renderer) {
     if (renderer)

@@ -49,6 +49,11 @@ public:
     /// Frees the store's memory. GPU objects stay: `_cleanup` ends them.
     ~VertexPool() override;
 
+    /// The node as a pool, decided by what its constructor noted, and not by type information,
+    /// which classes of hosts and plugins may lack.
+    /// @return null for null, and for a node that is none
+    static VertexPool* from_node(Node* node);
+
     /// Ends the GPU objects if there is a renderer, frees the points, then does what `Object` does.
     /// The number of points keeps its value.
     bool _cleanup(Renderer* renderer) override;

@@ -100,7 +100,7 @@ bool RayCaster::cast_ray_object(const Ray& ray, Object* object,
                                 RayObjectIntersection& result) const {
     if (!object || !object->is_type_of(NODE_TYPE_MESH))
         return false;
-    return _cast_ray_mesh(ray, node_as_mesh(*object), result);
+    return _cast_ray_mesh(ray, node_as<Mesh>(object), result);
 }
 
 // Meeting a mesh: a filter leaves the few faces that may be met, and `Math` decides on those.

@@ -5,6 +5,7 @@
 
 #include <cstddef>
 #include <string>
+#include <variant>
 #include <vector>
 
 #include "orvex/base/thread.h"
@@ -52,8 +53,7 @@ struct Node::NodeData : NodeFrameData {
     /// This node as one of the engine's own classes, set by their constructors, as `object` is. A
     /// class of a host's may have been built without type information.
     Resource* resource = nullptr;
-    Texture* texture = nullptr;
-    Mesh* mesh = nullptr;
+    std::variant<std::monostate, Camera*, Mesh*, Polyline*, Texture*, VertexPool*> kind;
     Thread thread;
     std::vector<NODE_TYPE> types;
     std::string name;
@@ -69,14 +69,11 @@ inline Resource* node_as_resource(const Node& node) {
     return Node::NodeData::of(node).resource;
 }
 
-/// The node as a texture, null if it is none.
-inline Texture* node_as_texture(const Node& node) {
-    return Node::NodeData::of(node).texture;
-}
-
-/// The node as a mesh, null if it is none.
-inline Mesh* node_as_mesh(const Node& node) {
-    return Node::NodeData::of(node).mesh;
+/// The node as one of the kinds that `NodeData` knows, null if it is none, and for no node.
+template<class Kind>
+Kind* node_as(const Node* node) {
+    Kind* const* const mark = node ? std::get_if<Kind*>(&Node::NodeData::of(*node).kind) : nullptr;
+    return mark ? *mark : nullptr;
 }
 
 /// The parent if it lives, else null.
