@@ -368,10 +368,8 @@ Node* Node::find_child(int id, Node* node) {
 
 int Node::release(Renderer* renderer, Node* node) {
     const NodeHandle self(this);
-    const NodeHandle walked(node ? node : this);
-    for_each_child(walked, [renderer](Node& child) { child.release(renderer, nullptr); });
-    if (Node* alive = walked.get())
-        alive->clear_children_list();
+    give_back_children(NodeHandle(node ? node : this),
+                       [renderer](Node& child) { child.release(renderer, nullptr); });
     return self.get() ? _release(renderer) : 0;
 }
 

@@ -129,11 +129,9 @@ bool SceneMgr::release_scene_node(Renderer* renderer, Node* node) {
     if (!node)
         return misuse("SceneMgr::release_scene_node", "a null node");
     const NodeHandle alive(node);
-    for_each_child(alive, [&](Node& child) { release_scene_node(renderer, &child); });
-    if (!alive.get())
-        return true;
-    node->clear_children_list();
-    release_by_type(renderer, *node);
+    give_back_children(alive, [&](Node& child) { release_scene_node(renderer, &child); });
+    if (alive.get())
+        release_by_type(renderer, *node);
     return true;
 }
 

@@ -5,6 +5,7 @@
 #include "node_tree.h"
 #include "orvex/scene/node.h"
 #include "orvex/scene/private/node_data.h"
+#include "orvex/scene/scene_mgr.h"
 
 namespace orvex_test {
 
@@ -266,6 +267,30 @@ TEST(NodeRelease, a_cleanup_that_releases_its_own_node_does_not_end_it_twice) {
     };
     EXPECT_EQ(node->release(nullptr, nullptr), 0);
     EXPECT_EQ(cleanups, 1);
+}
+
+TEST(NodeRelease, takes_one_reference_of_each_child_though_the_end_of_one_releases_it_again) {
+    for (const bool by_scene : {false, true}) {
+        auto* const parent = new Node;
+        auto* const held = new Node;
+        auto* const holder = new ActingNode;
+        Calls calls;
+        for (Node* const child : {held, static_cast<Node*>(holder),
+                                  static_cast<Node*>(new RecordingNode("last", calls))})
+            parent->add_child(child);
+        held->add_ref();
+        // As a material is held by an object below it, beside the host.
+        parent->add_ref();
+        parent->add_ref();
+        holder->at_cleanup = [&] { EXPECT_EQ(parent->release(nullptr, nullptr), 1); };
+        if (by_scene)
+            EXPECT_TRUE(orvex::SceneMgr::get()->release_scene_node(nullptr, parent));
+        else
+            EXPECT_EQ(parent->release(nullptr, nullptr), 0);
+        EXPECT_EQ(held->get_ref(), 1);
+        EXPECT_EQ(calls, (Calls{"last cleanup", "last deleted"}));
+        held->kill(nullptr, nullptr);
+    }
 }
 
 TEST(NodeRelease, cleanup_may_run_before_kill_runs_it_again) {

@@ -5,6 +5,7 @@
 
 #include <cstddef>
 #include <string>
+#include <utility>
 #include <variant>
 #include <vector>
 
@@ -116,6 +117,29 @@ void for_each_child_object(Node* node, Step step) {
         if (Object* object = node_as_object(child))
             step(*object);
     });
+}
+
+/// Gives back what the node behind `walked` holds of its children, by `give_back(child)` on each,
+/// first to last. Each has left the list before its turn, as the end of a child may bring the walk
+/// here again: a material that lights what stands below it is held by its own children.
+template<class GiveBack>
+void give_back_children(const NodeHandle& walked, GiveBack give_back) {
+    const Node* node = walked.get();
+    const std::size_t count = node ? Node::NodeData::of(*node).children.size() : 0;
+    for (std::size_t i = 0; i < count; ++i) {
+        node = walked.get();
+        if (!node)
+            return;
+        std::vector<NodeHandle>& children = Node::NodeData::of(*node).children;
+        const NodeHandle entry =
+            i < children.size() ? std::exchange(children[i], {}) : NodeHandle();
+        if (Node* const child = entry.get()) {
+            --Node::NodeData::of(*child).listed;
+            give_back(*child);
+        }
+    }
+    if (Node* const alive = walked.get())
+        alive->clear_children_list();
 }
 
 } // namespace orvex
