@@ -1,6 +1,9 @@
 // The records behind meshes, lines, points, textures and programs, whose fields are public: what
 // their headers let a host do past the objects that own them.
 
+#include <algorithm>
+#include <iterator>
+
 #include "fuzz/api/operations.h"
 
 namespace orvex_fuzz {
@@ -28,15 +31,29 @@ void mark_mesh(World& world, Bytes& in) {
     data->draw_end_vertex = data->num_vertices;
 }
 
+VertexAttribArray& any_array(MeshData& data, Bytes& in) {
+    VertexAttribArray* const arrays[] = {&data.position, &data.color, &data.normal,
+                                         &data.uv0,      &data.uv1,   &data.tangent};
+    return *arrays[in.byte() % std::size(arrays)];
+}
+
 /// An array that is given back is none: what is read from it is the default.
 void free_array(World& world, Bytes& in) {
     Mesh* const mesh = world.reach<Mesh>(in);
     MeshData* const data = mesh ? mesh->get_mesh_data() : nullptr;
+    if (data)
+        mesh->free_vertex_attrib_array(any_array(*data, in));
+}
+
+/// Who says that all of an array is about to be written writes all of it.
+void fill_array(World& world, Bytes& in) {
+    MeshData* const data = Place<MeshData>::find(world, in);
     if (!data)
         return;
-    VertexAttribArray* const arrays[] = {&data->position, &data->color, &data->normal,
-                                         &data->uv0,      &data->uv1,   &data->tangent};
-    mesh->free_vertex_attrib_array(*arrays[in.byte() % std::size(arrays)]);
+    VertexAttribArray& array = any_array(*data, in);
+    data->prepare_to_fill(array);
+    if (array.data)
+        std::fill_n(array.data, array.num_elements, draw<vec4>(world, in));
 }
 
 void mark_line(World& world, Bytes& in) {
@@ -110,6 +127,7 @@ void change_particles(World& world, Bytes& in) {
 constexpr Operation rows[] = {
     {"MeshData", &mark_mesh},
     {"MeshData::free_vertex_attrib_array", &free_array},
+    {"MeshData::prepare_to_fill", &fill_array},
     ORVEX_FUZZ_CALL(MeshData, alloc_vertex_data),
     ORVEX_FUZZ_CALL(MeshData, alloc_vertex_data_v2),
     ORVEX_FUZZ_CALL(MeshData, free_vertex_data),
