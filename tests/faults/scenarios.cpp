@@ -17,9 +17,9 @@ const std::vector<Scenario>& all_scenarios() {
         {"lines", play_lines},
         {"log", play_log, Quiet::pictures},
         {"materials", play_materials},
-        {"meters", play_meters},
+        {"meters", play_meters, Quiet::parts},
 #ifdef ORVEX_WITH_LIB3DS
-        {"model_3ds", play_3ds},
+        {"model_3ds", play_3ds, Quiet::parts},
 #endif
         {"model_obj", play_obj},
         {"model_obj_drawn", play_obj_drawn},

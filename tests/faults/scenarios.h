@@ -13,6 +13,7 @@ namespace orvex_test {
 enum class Quiet {
     nothing,
     pictures, ///< a picture file that can't be written whole is told as written
+    parts,    ///< what finds no memory is left out of what is told as made
 };
 
 struct Scenario {
