@@ -62,10 +62,15 @@ def changes_of(lines, index):
             yield "arguments", f"{line[:match.start()]}{match[2]}, {match[1]}{line[match.end():]}"
 
 
+def sources(room):
+    """Those of the engine, the libraries beside it and the tools."""
+    below = [ROOT / room] if room else [ROOT / "src", ROOT / "tools"]
+    return sorted(file for folder in below for file in folder.rglob("*.cpp"))
+
+
 def all_mutants(room):
     mutants = []
-    base = ROOT / "src" / "orvex"
-    for file in sorted((base / room).rglob("*.cpp")):
+    for file in sources(room):
         lines = file.read_text(encoding="utf-8").split("\n")
         for index in range(1, len(lines)):
             for kind, after in changes_of(lines, index):
@@ -127,15 +132,14 @@ def test_programs():
     programs = {}
     for test in json.loads(listed.stdout)["tests"]:
         command = test.get("command", [""])[0]
-        if command.startswith(str(BUILD / "tests" / "orvex")):
-            folder = os.path.relpath(os.path.dirname(command), BUILD / "tests" / "orvex")
-            programs[test["name"]] = folder
+        if command.startswith(str(BUILD / "tests")) and test["name"] == os.path.basename(command):
+            programs[test["name"]] = os.path.relpath(os.path.dirname(command), BUILD / "tests")
     return programs
 
 
 def programs_near(file, programs):
     """Those of the innermost folder around a source that has any."""
-    folder = Path(file).relative_to("src/orvex").parent
+    folder = Path("tools") if file.startswith("tools/") else Path(file).relative_to("src").parent
     while True:
         near = [name for name, place in programs.items()
                 if Path(place) == folder or folder in Path(place).parents]
@@ -153,7 +157,7 @@ def is_noticed(names):
                 "--timeout", str(TEST_SECONDS)], TEST_SECONDS * len(names)) != 0
 
 
-def try_mutant(mutant, programs):
+def try_mutant(mutant, programs, near_alone):
     path = TREE / mutant.file
     original = path.read_text(encoding="utf-8")
     lines = original.split("\n")
@@ -161,7 +165,7 @@ def try_mutant(mutant, programs):
     path.write_text("\n".join(lines), encoding="utf-8")
     try:
         noticed = is_noticed(programs_near(mutant.file, programs))
-        if noticed is False:
+        if noticed is False and not near_alone:
             noticed = is_noticed(sorted(programs))
         return noticed
     finally:
@@ -186,6 +190,7 @@ def main():
     parser.add_argument("--count", type=int, default=400)
     parser.add_argument("--seed", type=int, default=1)
     parser.add_argument("--room", default="")
+    parser.add_argument("--near", action="store_true")
     parser.add_argument("--list", action="store_true")
     options = parser.parse_args()
 
@@ -199,7 +204,7 @@ def main():
     counts, survivors = collections.Counter(), []
     began = time.monotonic()
     for number, mutant in enumerate(mutants, 1):
-        noticed = try_mutant(mutant, programs)
+        noticed = try_mutant(mutant, programs, options.near)
         counts[mutant.kind, noticed] += 1
         if noticed is False:
             survivors.append(mutant)

@@ -1,9 +1,10 @@
 #!/usr/bin/env bash
-# Changes one thing at a time in the engine and looks whether a test notices: scripts/mutants.sh [OPTION...]
+# Changes one thing at a time in the libraries and tools and looks whether a test notices: scripts/mutants.sh [OPTION...]
 #
 #     --count N    mutants, spread over all rooms by their size (400)
 #     --seed N     another seed gives other mutants (1)
-#     --room PATH  only sources below src/orvex/PATH
+#     --room PATH  only sources below PATH, such as src/orvex/scene or src/orvex_kit
+#     --near       on the programs of its room alone: many mutants in little time
 #     --list       prints the mutants and ends
 #
 # Works in a copy of what is committed, in build/mutants, and builds there first. A mutant is tried on the
