@@ -1,5 +1,6 @@
-// Boxes are halved by the number of faces, along the axis on which their middles lie widest. All
-// numbers of a hit are of double precision, and the same as without a tree.
+// The tree only finds candidates, by boxes that are asked in single precision with room for all
+// that rounding may do. All numbers of a hit are of double precision, and the same as without a
+// tree.
 
 #include "orvex_kit/private/face_tree.h"
 
@@ -8,13 +9,11 @@
 #include <limits>
 #include <utility>
 
+#include "orvex_kit/private/face_tree_builder.h"
+
 namespace orvex::kit {
 
 namespace {
-
-constexpr std::uint32_t faces_in_a_leaf = 4;
-/// What rounding may add to a distance, in parts of it.
-constexpr double slack = 1e-9;
 
 /// The axis of the largest part.
 std::size_t widest(const Point& v) {
@@ -22,9 +21,25 @@ std::size_t widest(const Point& v) {
     return static_cast<std::size_t>(std::max_element(size.begin(), size.end()) - size.begin());
 }
 
-/// Sums, which is as good as the middle for an order.
-float middle_of(const TreeFace& face, std::size_t axis) {
-    return face.corners[0][axis] / 3 + face.corners[1][axis] / 3 + face.corners[2][axis] / 3;
+/// How far away a ray comes into the box around a face, with room for rounding.
+double soonest(const PointRay& ray, const TreeFace& face) {
+    double from = 0.0;
+    for (std::size_t axis = 0; axis < 3; ++axis) {
+        if (ray.direction[axis] == 0)
+            continue;
+        const auto [low, high] =
+            std::minmax({face.corners[0][axis], face.corners[1][axis], face.corners[2][axis]});
+        const double plane = static_cast<double>(ray.direction[axis] > 0 ? low : high);
+        from = std::max(from, (plane - ray.origin[axis]) / ray.direction[axis]);
+    }
+    constexpr double slack = 1e-9;
+    return from * (1 - slack);
+}
+
+/// Whether numbers lie to both sides of 0.
+bool straddle(const double (&numbers)[3]) {
+    const auto [low, high] = std::minmax({numbers[0], numbers[1], numbers[2]});
+    return low <= 0 && high >= 0;
 }
 
 } // namespace
@@ -32,6 +47,9 @@ float middle_of(const TreeFace& face, std::size_t axis) {
 // The ray becomes the depth axis: corners are moved by its origin and sheared by its direction, so
 // that it is met where the origin lies within the flat triangle that is left. Each edge gives one
 // number, and the same but for the sign for both faces that share it.
+//
+// Of a face whose edge the ray looks at these numbers are noise. It keeps within the face's box:
+// so no tree misses what comes of it.
 std::optional<TreeHit> meet(const PointRay& ray, const TreeFace& face) {
     const std::size_t depth = widest(ray.direction);
     const std::size_t across = (depth + 1) % 3, up = (depth + 2) % 3;
@@ -49,134 +67,122 @@ std::optional<TreeHit> meet(const PointRay& ray, const TreeFace& face) {
     const double c = x[1] * y[0] - y[1] * x[0];
     const bool is_within = (a >= 0 && b >= 0 && c >= 0) || (a <= 0 && b <= 0 && c <= 0);
     const double area = a + b + c;
-    if (!is_within || area == 0)
+    if (!is_within || area == 0 || !straddle(x) || !straddle(y))
         return std::nullopt;
     const Point shares{a / area, b / area, c / area};
-    const double distance = (shares[0] * z[0] + shares[1] * z[1] + shares[2] * z[2]) / d[depth];
-    if (!(distance >= 0 && distance <= ray.reach))
+    double distance = (shares[0] * z[0] + shares[1] * z[1] + shares[2] * z[2]) / d[depth];
+    if (!(distance >= 0))
         return std::nullopt;
-    return TreeHit{&face, distance, shares};
+    distance = std::max(distance, soonest(ray, face));
+    if (!(distance <= ray.reach))
+        return std::nullopt;
+    return TreeHit{face, distance, shares};
 }
 
 bool is_before(const TreeHit& a, const TreeHit& b) {
     if (a.distance != b.distance)
         return a.distance < b.distance;
-    return std::pair(a.face->mesh, a.face->face) < std::pair(b.face->mesh, b.face->face);
+    return std::pair(a.face.mesh, a.face.face) < std::pair(b.face.mesh, b.face.face);
 }
 
-// ------------------------------------------------------------------------------- building
-
-FaceTree::FaceTree(std::vector<TreeFace> all)
-    : faces(std::move(all)) {
-    if (faces.empty())
-        return;
-    boxes.reserve(faces.size());
-    boxes.push_back(around(0, static_cast<std::uint32_t>(faces.size())));
-    for (std::uint32_t box = 0; box < boxes.size(); ++box)
-        if (boxes[box].count > faces_in_a_leaf)
-            split(box);
+FaceTree::FaceTree(const std::vector<TreeFace>& faces) {
+    for (const TreeFace& face : faces)
+        for (const std::array<float, 3>& corner : face.corners)
+            for (const float number : corner)
+                largest = std::max(largest, std::abs(static_cast<double>(number)));
+    FaceTreeParts parts = build_face_tree(faces);
+    nodes = std::move(parts.nodes);
+    blocks = std::move(parts.blocks);
 }
 
-FaceTree::Box FaceTree::around(std::uint32_t first, std::uint32_t count) const {
-    constexpr float largest = std::numeric_limits<float>::max();
-    Box box{{largest, largest, largest}, {-largest, -largest, -largest}, first, count};
-    for (std::uint32_t i = first; i < first + count; ++i)
-        for (const std::array<float, 3>& corner : faces[i].corners)
-            for (std::size_t axis = 0; axis < 3; ++axis) {
-                box.low[axis] = std::min(box.low[axis], corner[axis]);
-                box.high[axis] = std::max(box.high[axis], corner[axis]);
-            }
-    return box;
-}
-
-/// Orders the faces of a box. @return how many go to its first half
-std::uint32_t FaceTree::divide(const Box& box) {
-    Point low{1e300, 1e300, 1e300}, high{-1e300, -1e300, -1e300};
-    const auto begin = faces.begin() + box.first, end = begin + box.count;
-    for (auto face = begin; face != end; ++face)
-        for (std::size_t axis = 0; axis < 3; ++axis) {
-            const auto middle = static_cast<double>(middle_of(*face, axis));
-            low[axis] = std::min(low[axis], middle);
-            high[axis] = std::max(high[axis], middle);
-        }
-    const std::size_t axis = widest({high[0] - low[0], high[1] - low[1], high[2] - low[2]});
-    const std::uint32_t half = box.count / 2;
-    std::nth_element(begin, begin + half, end, [axis](const TreeFace& a, const TreeFace& b) {
-        return middle_of(a, axis) < middle_of(b, axis);
-    });
-    return half;
-}
-
-void FaceTree::split(std::uint32_t box) {
-    const std::uint32_t first = boxes[box].first, count = boxes[box].count;
-    const std::uint32_t half = divide(boxes[box]);
-    boxes[box].first = static_cast<std::uint32_t>(boxes.size());
-    boxes[box].count = 0;
-    boxes.push_back(around(first, half));
-    boxes.push_back(around(first + half, count - half));
+std::size_t FaceTree::num_bytes() const {
+    return nodes.capacity() * sizeof(TreeNode) + blocks.capacity() * sizeof(TreeBlock);
 }
 
 // ------------------------------------------------------------------------------- asking
 
-/// How far away a ray comes into a box, if it does within its reach.
-std::optional<double> FaceTree::entry(const PointRay& ray, const Box& box) const {
-    double from = 0.0, to = ray.reach;
-    for (std::size_t axis = 0; axis < 3; ++axis) {
-        const double low = static_cast<double>(box.low[axis]) - ray.origin[axis];
-        const double high = static_cast<double>(box.high[axis]) - ray.origin[axis];
-        if (ray.direction[axis] == 0) {
-            if (low > 0 || high < 0)
-                return std::nullopt;
-            continue;
-        }
-        const double one = low / ray.direction[axis], other = high / ray.direction[axis];
-        from =
-            std::max(from, std::min(one, other) * (1 - std::copysign(slack, std::min(one, other))));
-        to = std::min(to, std::max(one, other) * (1 + slack));
-    }
-    return from <= to ? std::optional(from) : std::nullopt;
+namespace {
+
+/// The float at or beyond a number, to either side.
+float rounded_down(double number) {
+    const auto nearest = static_cast<float>(number);
+    return std::nextafter(nearest, -std::numeric_limits<float>::infinity());
 }
 
-void FaceTree::look_into(const Box& box, const PointRay& ray, std::optional<TreeHit>& best) const {
-    for (std::uint32_t i = box.first; i < box.first + box.count; ++i) {
-        const std::optional<TreeHit> hit = meet(ray, faces[i]);
-        if (hit && (!best || is_before(*hit, *best)))
-            best = hit;
-    }
+float rounded_up(double number) {
+    return -rounded_down(-number);
 }
+
+/// A search that keeps what comes first.
+struct Search : TreeSearch {
+    const PointRay& ray;
+    double longest; ///< part of the direction
+    std::optional<TreeHit> best;
+
+    Search(const PointRay& ray, double largest);
+    void look_at(const TreeBlock& block, unsigned lane);
+};
+
+/// @param largest  number of a corner
+Search::Search(const PointRay& ray, double largest)
+    : TreeSearch{}
+    , ray(ray) {
+    const std::size_t widest_axis = widest(ray.direction);
+    depth = static_cast<unsigned>(widest_axis);
+    across = (depth + 1) % 3;
+    up = (depth + 2) % 3;
+    longest = std::abs(ray.direction[depth]);
+    shear_x = ray.direction[across] / ray.direction[depth];
+    shear_y = ray.direction[up] / ray.direction[depth];
+    // Far more than double precision loses between the origin and the farthest corner
+    constexpr double slack = 1e-12;
+    const double farthest = std::max(
+        {std::abs(ray.origin[0]), std::abs(ray.origin[1]), std::abs(ray.origin[2]), largest});
+    for (std::size_t axis = 0; axis < 3; ++axis) {
+        origin[axis] = ray.origin[axis];
+        from_low[axis] = rounded_up(ray.origin[axis] + slack * farthest);
+        from_high[axis] = rounded_down(ray.origin[axis] - slack * farthest);
+        inverse[axis] = static_cast<float>(longest / ray.direction[axis]);
+    }
+    limit = rounded_up(ray.reach * longest);
+    ask = [](TreeSearch& search, const TreeBlock& block, unsigned lane) {
+        static_cast<Search&>(search).look_at(block, lane);
+    };
+}
+
+void Search::look_at(const TreeBlock& block, unsigned lane) {
+    TreeFace face{{}, block.mesh[lane], block.face[lane]};
+    for (std::size_t i = 0; i < 3; ++i)
+        for (std::size_t axis = 0; axis < 3; ++axis)
+            face.corners[i][axis] = block.corners[i][axis][lane];
+    const std::optional<TreeHit> hit = meet(ray, face);
+    if (!hit || (best && !is_before(*hit, *best)))
+        return;
+    best = hit;
+    limit = rounded_up(hit->distance * longest);
+}
+
+} // namespace
 
 std::optional<TreeHit> FaceTree::first_hit(const PointRay& ray) const {
-    struct Visit {
-        double entry;
-        std::uint32_t box;
-    };
-    // Halved again and again, a tree is no deeper than its numbers have bits.
-    std::array<Visit, 64> way;
-    std::size_t length = 0;
-    const auto put = [&](std::uint32_t box) {
-        if (const std::optional<double> from = entry(ray, boxes[box]))
-            way[length++] = {*from, box};
-    };
-    std::optional<TreeHit> best;
-    if (!boxes.empty())
-        put(0);
-    while (length > 0) {
-        const Visit visit = way[--length];
-        const Box& box = boxes[visit.box];
-        if (best && visit.entry > best->distance)
-            continue;
-        if (box.count > 0) {
-            look_into(box, ray, best);
-            continue;
-        }
-        // The nearer one is looked into first.
-        const std::size_t before = length;
-        put(box.first);
-        put(box.first + 1);
-        if (length == before + 2 && way[before].entry < way[before + 1].entry)
-            std::swap(way[before], way[before + 1]);
+    return first_hit(ray, fastest_walk());
+}
+
+std::optional<TreeHit> FaceTree::first_hit(const PointRay& ray, WalkTree walk) const {
+    if (nodes.empty())
+        return std::nullopt;
+    Search search(ray, largest);
+    // Near the ends of single precision boxes can't be trusted.
+    constexpr double end_of_trust = 1e37;
+    const auto is_small = [](double number) { return std::abs(number) < end_of_trust; };
+    if (is_small(largest) && std::all_of(ray.origin.begin(), ray.origin.end(), is_small)) {
+        walk(nodes.data(), blocks.data(), search);
+        return search.best;
     }
-    return best;
+    for (const TreeBlock& block : blocks)
+        for (unsigned lane = 0; lane < TreeBlock::width; ++lane)
+            search.look_at(block, lane);
+    return search.best;
 }
 
 } // namespace orvex::kit

@@ -2,7 +2,9 @@
 
 #include <cmath>
 #include <limits>
+#include <new>
 #include <utility>
+#include <vector>
 
 #include <orvex/geometry/mesh/mesh.h>
 #include <orvex/geometry/rays/ray_caster.h>
@@ -34,6 +36,19 @@ std::optional<TreeFace> face_of(const Mesh& mesh, unsigned long face, const mat4
     return result;
 }
 
+/// Calls `use` for each face of the meshes that has a place.
+template<class Use>
+void for_each_face(const std::vector<Mesh*>& meshes, Use use) {
+    for (std::size_t mesh = 0; mesh < meshes.size(); ++mesh) {
+        const mat4 transform = meshes[mesh]->get_absolute_transform();
+        for (unsigned long i = 0; i < meshes[mesh]->get_mesh_data()->num_faces; ++i)
+            if (std::optional<TreeFace> face = face_of(*meshes[mesh], i, transform)) {
+                face->mesh = static_cast<std::uint32_t>(mesh);
+                use(*face);
+            }
+    }
+}
+
 } // namespace
 
 const FaceTree& Model::Data::face_tree() {
@@ -41,16 +56,24 @@ const FaceTree& Model::Data::face_tree() {
         return *tree;
     std::vector<TreeFace> faces;
     faces.reserve(facts.num_faces);
-    for (std::size_t mesh = 0; mesh < meshes.size(); ++mesh) {
-        const mat4 transform = meshes[mesh]->get_absolute_transform();
-        for (unsigned long i = 0; i < meshes[mesh]->get_mesh_data()->num_faces; ++i)
-            if (std::optional<TreeFace> face = face_of(*meshes[mesh], i, transform)) {
-                face->mesh = static_cast<std::uint32_t>(mesh);
-                faces.push_back(*face);
-            }
-    }
-    tree = std::make_unique<FaceTree>(std::move(faces));
+    for_each_face(meshes, [&](const TreeFace& face) { faces.push_back(face); });
+    tree = std::make_unique<FaceTree>(faces);
     return *tree;
+}
+
+/// By the tree, or face by face where there is no memory for one.
+std::optional<TreeHit> Model::Data::first_hit(const PointRay& ray) {
+    try {
+        return face_tree().first_hit(ray);
+    } catch (const std::bad_alloc&) {
+        std::optional<TreeHit> best;
+        for_each_face(meshes, [&](const TreeFace& face) {
+            const std::optional<TreeHit> hit = meet(ray, face);
+            if (hit && (!best || is_before(*hit, *best)))
+                best = hit;
+        });
+        return best;
+    }
 }
 
 /// That of the run which a face belongs to.
@@ -62,19 +85,19 @@ int Model::Data::material_of(std::size_t mesh, std::size_t face) const {
 }
 
 std::optional<Pick> Model::Data::pick(const PointRay& ray) {
-    const std::optional<TreeHit> hit = face_tree().first_hit(ray);
+    const std::optional<TreeHit> hit = first_hit(ray);
     if (!hit)
         return std::nullopt;
     Pick pick{};
-    pick.mesh = hit->face->mesh;
-    pick.face = hit->face->face;
+    pick.mesh = hit->face.mesh;
+    pick.face = hit->face.face;
     pick.material = material_of(pick.mesh, pick.face);
     pick.distance = hit->distance;
     Point point{};
     for (std::size_t i = 0; i < 3; ++i) {
         pick.barycentric[i] = static_cast<float>(hit->shares[i]);
         for (std::size_t axis = 0; axis < 3; ++axis)
-            point[axis] += hit->shares[i] * static_cast<double>(hit->face->corners[i][axis]);
+            point[axis] += hit->shares[i] * static_cast<double>(hit->face.corners[i][axis]);
     }
     pick.point.set(static_cast<float>(point[0]), static_cast<float>(point[1]),
                    static_cast<float>(point[2]));

@@ -189,6 +189,20 @@ TEST(Memory, that_runs_out_leaves_nothing_of_a_model) {
     EXPECT_TRUE(model) << model.reason();
 }
 
+TEST(Memory, that_runs_out_leaves_picking_its_long_way) {
+    const TempDir folder;
+    const std::string path = write_model(folder);
+    const Engine engine({{}, "", false, false});
+    const Model model(path);
+    const orvex::Ray ray{{0.2f, 0.2f, 1, 1}, {0, 0, -1, 0}};
+    for (unsigned long n = 0; n < 20; ++n) {
+        const RefuseArrays refusal({.granted = n, .refused = 1, .single = true});
+        const std::optional<Pick> pick = model.pick(ray);
+        ASSERT_TRUE(pick) << n;
+        EXPECT_EQ(pick->distance, 1.0);
+    }
+}
+
 } // namespace
 
 } // namespace orvex_test

@@ -14,6 +14,7 @@
 #include <orvex/scene/camera.h>
 
 #include "orvex_kit/engine.h"
+#include "orvex_kit/mesh_numbers.h"
 #include "orvex_kit/model.h"
 #include "orvex_kit/private/face_tree.h"
 #include "orvex_kit/ref.h"
@@ -75,8 +76,18 @@ std::optional<TreeHit> first_of_all(const std::vector<TreeFace>& faces, const Po
 bool are_equal(const std::optional<TreeHit>& a, const std::optional<TreeHit>& b) {
     if (!a || !b)
         return !a && !b;
-    return a->face->mesh == b->face->mesh && a->face->face == b->face->face &&
+    return a->face.mesh == b->face.mesh && a->face.face == b->face.face &&
            a->distance == b->distance && a->shares == b->shares;
+}
+
+/// Looks for a hit by both ways through the boxes. @return whether there is one
+bool expect_first_of_all(const FaceTree& tree, const std::vector<TreeFace>& faces,
+                         const PointRay& ray, int number) {
+    const std::optional<TreeHit> wanted = first_of_all(faces, ray);
+    for (const WalkTree walk : {walk_tree_plain, fastest_walk()})
+        EXPECT_TRUE(are_equal(tree.first_hit(ray, walk), wanted))
+            << faces.size() << " faces, ray " << number;
+    return wanted.has_value();
 }
 
 TEST(FaceTree, finds_what_every_face_in_turn_gives) {
@@ -91,12 +102,142 @@ TEST(FaceTree, finds_what_every_face_in_turn_gives) {
                 ray.direction[axis] -= ray.origin[axis];
             if (i % 5 == 0)
                 ray.direction = {0, i % 2 ? 1.0 : 0.0, i % 2 ? 0.0 : -3.0};
-            const std::optional<TreeHit> hit = tree.first_hit(ray);
-            EXPECT_TRUE(are_equal(hit, first_of_all(faces, ray))) << count << " faces, ray " << i;
-            hits += hit ? 1 : 0;
+            hits += expect_first_of_all(tree, faces, ray, i) ? 1 : 0;
         }
     }
     EXPECT_GT(hits, 300u);
+}
+
+TEST(FaceTree, grows_by_several_threads_into_one_that_finds_the_same) {
+    Dice dice;
+    const std::vector<TreeFace> faces = random_faces(dice, 25'000, 0.5);
+    const FaceTree tree(faces);
+    std::size_t hits = 0;
+    for (int i = 0; i < 60; ++i) {
+        const Point from = dice.point(20), to = dice.point(8);
+        const PointRay ray{from, {to[0] - from[0], to[1] - from[1], to[2] - from[2]}, endless};
+        hits += expect_first_of_all(tree, faces, ray, i) ? 1 : 0;
+    }
+    EXPECT_GT(hits, 30u);
+    EXPECT_LT(tree.num_bytes(), faces.size() * 100);
+}
+
+/// Needles, faces without an area, flat and huge ones, and such at the origin, on a coarse grid, so
+/// that many share planes, edges and corners.
+std::vector<TreeFace> odd_faces(Dice& dice) {
+    std::vector<TreeFace> faces = random_faces(dice, 400, 3.0);
+    for (TreeFace& face : faces) {
+        const auto kind = face.face % 8;
+        const std::size_t axis = face.face % 3;
+        for (std::size_t i = 0; i < 3; ++i)
+            for (float& number : face.corners[i])
+                number = kind == 7 ? number * 1e6f : std::round(number);
+        if (kind == 0)
+            face.corners[1] = face.corners[2];
+        if (kind == 1)
+            face.corners[0] = face.corners[1] = face.corners[2];
+        if (kind == 2)
+            face.corners[2][axis] = std::nextafter(face.corners[1][axis], 0.0f);
+        if (kind == 3)
+            for (std::array<float, 3>& corner : face.corners)
+                corner[axis] = 2.0f;
+        if (kind == 4)
+            face.corners[0] = {0, 0, 0};
+        if (kind == 5) // three corners in a row
+            for (std::size_t i = 0; i < 3; ++i)
+                face.corners[2][i] = 2 * face.corners[1][i] - face.corners[0][i];
+    }
+    return faces;
+}
+
+TEST(FaceTree, finds_the_same_among_odd_faces_by_rays_along_them) {
+    Dice dice;
+    const std::vector<TreeFace> faces = odd_faces(dice);
+    const FaceTree tree(faces);
+    std::size_t hits = 0;
+    for (int i = 0; i < 2000; ++i) {
+        const TreeFace& face = faces[static_cast<std::size_t>(i) % faces.size()];
+        const auto corner = [&face](std::size_t place) {
+            const std::array<float, 3>& at = face.corners[place % 3];
+            return Point{double(at[0]), double(at[1]), double(at[2])};
+        };
+        PointRay ray{dice.point(20), {}, endless};
+        const auto place = static_cast<std::size_t>(i / 5);
+        const Point a = corner(place), b = corner(place + 1);
+        for (std::size_t axis = 0; axis < 3; ++axis) {
+            const double along = b[axis] - a[axis];
+            const double to = i % 5 == 0 ? a[axis] : (a[axis] + b[axis]) / 2;
+            if (i % 5 == 1) // along an edge
+                ray.origin[axis] = a[axis] - along * 3;
+            if (i % 5 == 2) // in an edge's plane, on the grid
+                ray.origin[axis] = std::round(a[axis]) - (axis == place % 3 ? 20 : 0);
+            if (i % 5 == 3) // from a corner
+                ray.origin[axis] = a[axis];
+            ray.direction[axis] = i % 5 == 1   ? along
+                                  : i % 5 == 2 ? double(axis == place % 3)
+                                               : to - ray.origin[axis];
+        }
+        if (ray.direction != Point{0, 0, 0})
+            hits += expect_first_of_all(tree, faces, ray, i) ? 1 : 0;
+    }
+    EXPECT_GT(hits, 500u);
+}
+
+TEST(FaceTree, finds_the_same_from_within_and_within_a_reach) {
+    Dice dice;
+    const std::vector<TreeFace> faces = random_faces(dice, 500, 2.0);
+    const FaceTree tree(faces);
+    for (int i = 0; i < 300; ++i) {
+        const PointRay ray{dice.point(5), dice.point(1), i % 2 ? dice.number(0, 20) : endless};
+        expect_first_of_all(tree, faces, ray, i);
+    }
+}
+
+TEST(FaceTree, finds_the_same_at_the_ends_of_single_precision_and_from_afar) {
+    Dice dice;
+    for (const float scale : {1e-42f, 1e-20f, 1e18f, 3e37f}) {
+        std::vector<TreeFace> faces = random_faces(dice, 60, 6.0);
+        for (TreeFace& face : faces)
+            for (std::array<float, 3>& corner : face.corners)
+                for (float& number : corner)
+                    number *= scale / 2;
+        const FaceTree tree(faces);
+        std::size_t hits = 0;
+        for (int i = 0; i < 200; ++i) {
+            PointRay ray{dice.point(20), dice.point(8), endless};
+            const double distance = i % 3 == 0 ? 1e7 : 1;
+            for (std::size_t axis = 0; axis < 3; ++axis) {
+                ray.origin[axis] *= double(scale) * distance;
+                ray.direction[axis] =
+                    (ray.direction[axis] * double(scale) - ray.origin[axis]) * (i % 2 ? 1e-30 : 1);
+            }
+            hits += expect_first_of_all(tree, faces, ray, i) ? 1 : 0;
+        }
+        EXPECT_GT(hits, 20u) << scale;
+    }
+}
+
+TEST(FaceTree, meets_each_square_of_a_large_grid) {
+    constexpr std::uint32_t side = 120;
+    std::vector<TreeFace> faces;
+    for (std::uint32_t i = 0; i < side * side; ++i) {
+        const auto x = static_cast<float>(i % side), y = static_cast<float>(i / side);
+        faces.push_back({{{{x, y, 0}, {x + 1, y, 0}, {x, y + 1, 0}}}, 0, 2 * i});
+        faces.push_back({{{{x + 1, y + 1, 0}, {x, y + 1, 0}, {x + 1, y, 0}}}, 0, 2 * i + 1});
+    }
+    const FaceTree tree(faces);
+    for (std::uint32_t i = 0; i < side * side; i += 7) {
+        const double x = i % side, y = i / side; // NOLINT(bugprone-integer-division)
+        const auto first = tree.first_hit({{x + 0.25, y + 0.25, 9}, {0, 0, -1}, endless});
+        const auto second = tree.first_hit({{x + 0.75, y + 0.75, -9}, {0, 0, 3}, endless});
+        ASSERT_TRUE(first && second) << i;
+        ASSERT_EQ(first->face.face, 2 * i);
+        ASSERT_EQ(second->face.face, 2 * i + 1);
+        // Of two at their edge the first one
+        const auto edge = tree.first_hit({{x + 0.5, y + 0.5, 9}, {0, 0, -1}, endless});
+        ASSERT_TRUE(edge) << i;
+        ASSERT_EQ(edge->face.face, 2 * i);
+    }
 }
 
 TEST(FaceTree, finds_nothing_among_no_faces_and_beyond_the_reach) {
@@ -145,7 +286,7 @@ TEST(FaceTree, takes_many_faces_at_one_place) {
     const FaceTree tree(faces);
     const std::optional<TreeHit> hit = tree.first_hit({{0, 0, 1}, {0, 0, -1}, endless});
     ASSERT_TRUE(hit);
-    EXPECT_EQ(hit->face->face, 0u);
+    EXPECT_EQ(hit->face.face, 0u);
 }
 
 // ------------------------------------------------------------------------------- models
@@ -237,6 +378,35 @@ TEST_F(ModelPickTest, follows_a_model_that_stands_up) {
 }
 #endif
 
+TEST_F(ModelPickTest, sees_no_face_where_it_was_before) {
+    const float places[] = {-1, -1, 0, 1, -1, 0, 0, 1, 0};
+    MeshNumbers numbers;
+    numbers.num_vertices = 3;
+    numbers.positions = {places};
+    Model model = Model::from_numbers(numbers);
+    const auto distance = [&model](float x) {
+        const std::optional<Pick> pick = model.pick(ray_from(x, 0, 10, 0, 0, -1));
+        return pick ? pick->distance : -1.0;
+    };
+    EXPECT_EQ(distance(0), 10.0);
+    const float nearer[] = {-1, -1, 4, 1, -1, 4, 0, 1, 4};
+    numbers.positions = {nearer};
+    EXPECT_TRUE(model.update(numbers));
+    EXPECT_EQ(distance(0), 6.0);
+    orvex::mat4 aside;
+    aside.identity();
+    aside.m[12] = 5;
+    EXPECT_TRUE(model.set_transform(aside));
+    EXPECT_EQ(distance(0), -1.0);
+    EXPECT_EQ(distance(5), 6.0);
+    const float two[] = {-1, -1, 4, 1, -1, 4, 0, 1, 4, -1, -1, 7, 1, -1, 7, 0, 1, 7};
+    numbers.num_vertices = 6;
+    numbers.positions = {two};
+    EXPECT_TRUE(model.update(numbers));
+    EXPECT_EQ(distance(0), -1.0);
+    EXPECT_EQ(distance(5), 3.0);
+}
+
 /// The nearest face of a model's meshes, each asked in turn.
 std::optional<TreeHit> first_of_model(const Model& model, const PointRay& ray,
                                       std::vector<TreeFace>& faces) {
@@ -277,8 +447,8 @@ TEST_F(ModelPickTest, gives_for_the_sample_what_every_face_in_turn_gives) {
         if (!pick)
             continue;
         ++hits;
-        EXPECT_EQ(pick->mesh, wanted->face->mesh) << i;
-        EXPECT_EQ(pick->face, wanted->face->face) << i;
+        EXPECT_EQ(pick->mesh, wanted->face.mesh) << i;
+        EXPECT_EQ(pick->face, wanted->face.face) << i;
         EXPECT_EQ(pick->distance, wanted->distance) << i;
     }
     EXPECT_GT(hits, 100u);

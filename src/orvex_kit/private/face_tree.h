@@ -9,6 +9,8 @@
 #include <optional>
 #include <vector>
 
+#include "orvex_kit/private/face_tree_parts.h"
+
 namespace orvex::kit {
 
 using Point = std::array<double, 3>;
@@ -29,9 +31,9 @@ struct TreeFace {
 
 /// Where a ray meets a face.
 struct TreeHit {
-    const TreeFace* face; ///< the tree's, or that which was asked
-    double distance;      ///< in lengths of the direction
-    Point shares;         ///< of the corners
+    TreeFace face;
+    double distance; ///< in lengths of the direction
+    Point shares;    ///< of the corners
 };
 
 /// Where a ray meets one face, edges and corners included. What two faces share has no gap. A face
@@ -40,29 +42,23 @@ std::optional<TreeHit> meet(const PointRay& ray, const TreeFace& face);
 /// Whether a hit comes before another: nearer, or as near on a face that is drawn first.
 bool is_before(const TreeHit& a, const TreeHit& b);
 
-/// A tree over faces whose corners are finite.
+/// A tree over faces whose corners are finite. It keeps copies of them, about 80 bytes a face in
+/// all, and needs twice as much while it is made.
 class FaceTree {
 public:
-    explicit FaceTree(std::vector<TreeFace> faces);
+    /// By several processors, where there are many faces. The tree is the same by any number.
+    explicit FaceTree(const std::vector<TreeFace>& faces);
 
     /// The first hit by `is_before`: that of all faces, asked one by one.
     std::optional<TreeHit> first_hit(const PointRay& ray) const;
+    /// The same, by another way through the boxes; for those that want to compare.
+    std::optional<TreeHit> first_hit(const PointRay& ray, WalkTree walk) const;
+    std::size_t num_bytes() const; ///< that it keeps
 
 private:
-    /// A box around faces in a row, or around two boxes.
-    struct Box {
-        std::array<float, 3> low, high;
-        std::uint32_t first; ///< face, or box: the second one follows it
-        std::uint32_t count; ///< of faces; 0 for two boxes
-    };
-    std::vector<TreeFace> faces;
-    std::vector<Box> boxes;
-
-    void split(std::uint32_t box);
-    std::uint32_t divide(const Box& box);
-    Box around(std::uint32_t first, std::uint32_t count) const;
-    std::optional<double> entry(const PointRay& ray, const Box& box) const;
-    void look_into(const Box& box, const PointRay& ray, std::optional<TreeHit>& best) const;
+    std::vector<TreeNode> nodes; ///< the first one is around all
+    std::vector<TreeBlock> blocks;
+    double largest = 0.0; ///< of the corners' numbers, without their signs
 };
 
 } // namespace orvex::kit

@@ -129,6 +129,7 @@ private:
     bool is_angular() const;
 
     const FaceTree& face_tree();
+    std::optional<TreeHit> first_hit(const PointRay& ray);
     int material_of(std::size_t mesh, std::size_t face) const;
 
     orvex::Renderer* living_renderer() const;
