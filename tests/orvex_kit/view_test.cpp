@@ -14,6 +14,7 @@
 #include <orvex/renderer/render_window.h>
 #include <orvex/renderer/renderer.h>
 
+#include "orvex_kit/compare.h"
 #include "orvex_kit/engine.h"
 #include "orvex_kit/model.h"
 #include "orvex_kit/private/engine_parts.h"
@@ -309,6 +310,31 @@ TEST_P(ViewTest, keeps_alpha_on_the_context_of_a_host) {
     View view(CurrentContext(), 32, 32, options());
     view.set_background({1.0f, 0.0f, 0.0f, 0.2f});
     EXPECT_EQ(pixel_at(empty_frame(view), 5, 5), (Pixel{255, 0, 0, 51}));
+}
+
+/// A white square and a black one that cut each other at so small an angle that the depth's bits
+/// decide which is seen.
+TEST(View, has_depth_of_as_many_bits_on_both_paths) {
+    const Engine engine;
+    const TempDir folder;
+    folder.write("m.mtl", "newmtl white\nKd 1 1 1\nnewmtl black\nKd 0 0 0\n");
+    orvex::kit::Model squares(folder.write("m.obj", "mtllib m.mtl\n"
+                                                    "v -1 -1 0\nv 1 -1 0\nv 1 1 0\nv -1 1 0\n"
+                                                    "v -1 -1 -1e-6\nv 1 -1 1e-6\nv 1 1 1e-6\n"
+                                                    "v -1 1 -1e-6\n"
+                                                    "usemtl white\nf 1 2 3 4\n"
+                                                    "usemtl black\nf 5 6 7 8\n"));
+    ASSERT_TRUE(squares) << squares.reason();
+    std::array<Picture, 2> pictures;
+    for (const Path path : {Path::gl3, Path::gl2}) {
+        ViewOptions options;
+        options.path = path;
+        View view(16, 16, options);
+        ASSERT_EQ(view.resize(128, 96).reason(), "");
+        view.draw(squares, {10.0f, 20.0f});
+        pictures[path == Path::gl3 ? 0 : 1] = picture_of(view);
+    }
+    EXPECT_EQ(compare(pictures[0], pictures[1]).reason, "");
 }
 
 TEST(View, needs_an_engine) {

@@ -64,13 +64,16 @@ public:
     bool has_lines = false;                      ///< the look draws faces as their edges
 
 private:
-    int fineness; ///< pixels drawn for one, each way
+    int fineness;            ///< pixels drawn for one, each way
+    int texture_samples = 0; ///< of a pixel of the target, where programs can read them
     bool is_window;
     Program points; ///< draws clouds, and lines; empty as yet or without need
-    Program mean;   ///< brings the pixels drawn together; empty as yet or without need
+    Program mean;   ///< brings the pixels or samples drawn together; empty as yet or without need
     std::unique_ptr<WholeSquare> square; ///< that the means are drawn by
 
     void make_target(int samples);
+    bool make_sampled_texture(int samples);
+    void store_sampled_depth() const;
     void add_points_and_lines(Model& model);
     float depth_step() const;
     void draw_edges(Model& model, const Angle& lit_from);
