@@ -159,9 +159,22 @@ constexpr T full_alpha() {
         return std::numeric_limits<T>::max();
 }
 
+/// Of each pixel the first three of its four channels, as for most files and films of a view: counts
+/// that the compiler knows take a third of the time.
+template<class T>
+void take_colors(const T* from, T* to, int width) {
+    for (int x = 0; x < width; ++x, from += 4, to += 3) {
+        to[0] = from[0];
+        to[1] = from[1];
+        to[2] = from[2];
+    }
+}
+
 /// Channels that the source lacks keep their 0, but for the alpha.
 template<class T>
 void take_row(const T* from, int from_channels, T* to, int to_channels, int width) {
+    if (from_channels == 4 && to_channels == 3)
+        return take_colors(from, to, width);
     const int common = std::min(from_channels, to_channels);
     const bool has_alpha = to_channels == 2 || to_channels == 4;
     for (int x = 0; x < width; ++x, from += from_channels, to += to_channels) {
