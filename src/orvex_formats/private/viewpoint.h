@@ -26,7 +26,11 @@ inline bool aim(Viewpoint& view, const vec3& eye, const vec3& forward, const vec
             part /= length;
         return length > 0.0 && std::isfinite(length);
     };
-    Vector ahead = {forward.x, forward.y, forward.z}, above = {up.x, up.y, up.z};
+    const auto vector_of = [](const vec3& vector) {
+        return Vector{static_cast<double>(vector.x), static_cast<double>(vector.y),
+                      static_cast<double>(vector.z)};
+    };
+    Vector ahead = vector_of(forward), above = vector_of(up);
     if (!std::isfinite(eye.x * eye.x + eye.y * eye.y + eye.z * eye.z) || !make_unit(ahead) ||
         !make_unit(above))
         return false;
