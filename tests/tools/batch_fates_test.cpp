@@ -182,6 +182,21 @@ TEST_F(BatchFatesTest, no_driver_is_no_fault_of_the_model) {
     EXPECT_EQ(verdict.driver, "");
 }
 
+TEST_F(BatchFatesTest, a_driver_that_runs_out_of_memory_is_no_fault_of_the_model) {
+    test.options.workers = 1;
+    test.add_model("drown", "drown");
+    test.add(entry(test.write_model("a.obj", "drown"), R"(, "layers": ["depth"])"));
+    test.add_model("fine");
+    EXPECT_EQ(test.run().mistake, "");
+    for (const char* const id : {"drown", "a"}) {
+        EXPECT_EQ(test.verdict_of(id).fate, Fate::driver);
+        EXPECT_EQ(test.verdict_of(id).reason, "the driver ran out of memory");
+        EXPECT_TRUE(test.verdict_of(id).outputs.empty());
+        EXPECT_FALSE(test.has_file(std::string(id) + ".png"));
+    }
+    EXPECT_EQ(test.verdict_of("fine").fate, Fate::ok) << test.verdict_of("fine").reason;
+}
+
 TEST_F(BatchFatesTest, what_ends_the_process_twice_has_crashed) {
     test.add_model("crash", "crash");
     test.add_model("leave", "leave");

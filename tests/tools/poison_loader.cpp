@@ -11,6 +11,9 @@
 #include <stdexcept>
 #include <string>
 
+#define GL_GLEXT_PROTOTYPES
+#include <GL/gl.h>
+#include <GL/glext.h>
 #include <fcntl.h>
 #include <sys/socket.h>
 #include <sys/wait.h>
@@ -68,6 +71,17 @@ void hold(const std::string& file) {
         usleep(1000);
 }
 
+/// Asks the driver for more memory than there is.
+void drown() {
+    constexpr GLsizeiptr too_much = GLsizeiptr{1} << 46;
+    GLuint buffer = 0;
+    glGenBuffers(1, &buffer);
+    glBindBuffer(GL_ARRAY_BUFFER, buffer);
+    glBufferData(GL_ARRAY_BUFFER, too_much, nullptr, GL_STATIC_DRAW);
+    glBindBuffer(GL_ARRAY_BUFFER, 0);
+    glDeleteBuffers(1, &buffer);
+}
+
 void do_harm(const std::string& word, const std::string& rest) {
     ++num_seen;
     if (word == "crash")
@@ -92,6 +106,8 @@ void do_harm(const std::string& word, const std::string& rest) {
         crash();
     if (word == "hold")
         hold(rest);
+    if (word == "drown")
+        drown();
     if (word == "die")
         kill(getpid(), SIGKILL);
     if (word == "escape")

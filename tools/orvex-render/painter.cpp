@@ -62,8 +62,34 @@ std::string Painter::prepare() {
     return "";
 }
 
+namespace {
+
+/// Takes the errors that the driver holds. @return whether it ran out of memory
+bool has_run_out_of_memory(Renderer& renderer) {
+    constexpr unsigned int out_of_memory = 0x0505;
+    // A context that is lost has errors without end.
+    constexpr int most = 16;
+    bool has_run_out = false;
+    unsigned int error = renderer.get_opengl_error();
+    for (int i = 0; i < most && error != 0; ++i, error = renderer.get_opengl_error())
+        has_run_out = has_run_out || error == out_of_memory;
+    return has_run_out;
+}
+
+} // namespace
+
 std::string Painter::prepare_view() {
-    return easel.prepare(options);
+    std::string mistake = easel.prepare(options);
+    // What went wrong with an earlier model is no matter of this one.
+    if (mistake.empty())
+        has_run_out_of_memory(*easel.view().renderer());
+    return mistake;
+}
+
+/// What is to be said of pictures that were drawn: a driver without memory leaves out a texture, a
+/// mesh or all of it, and tells by an error alone.
+std::string Painter::mistake_of_driver() {
+    return has_run_out_of_memory(*easel.view().renderer()) ? "the driver ran out of memory" : "";
 }
 
 std::string Painter::prepare_scene() {
@@ -248,6 +274,8 @@ std::string Painter::paint(int number) {
     at = Work::drawing;
     if (std::string mistake = draw(number); !mistake.empty())
         return mistake;
+    if (std::string mistake = mistake_of_driver(); !mistake.empty())
+        return mistake;
     // No picture is better than an empty one among others.
     if (options.is_thumbnail && !seen)
         return "";
@@ -262,6 +290,8 @@ std::string Painter::paint_layers() {
     std::vector<Picture> pictures;
     at = Work::drawing;
     if (std::string mistake = draw_layers(camera, pictures); !mistake.empty())
+        return mistake;
+    if (std::string mistake = mistake_of_driver(); !mistake.empty())
         return mistake;
     at = Work::writing;
     const Clock clock(taken.write);

@@ -88,6 +88,7 @@ private:
     std::string paint_layers();
     std::string draw_layers(const orvex::kit::Camera& camera,
                             std::vector<orvex::kit::Picture>& pictures);
+    std::string mistake_of_driver();
     int num_pictures() const;
     orvex::kit::Angle angle_of(int number) const;
     orvex::kit::Camera camera_of(int number) const;
