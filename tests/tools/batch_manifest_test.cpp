@@ -87,9 +87,17 @@ TEST_F(BatchManifestTest, a_list_has_paths_of_any_bytes) {
     write("a b\n\nc\"\xff\n");
     setting.is_list = true;
     EXPECT_EQ(checked(), "| 1=a b 3=c\"\xef\xbf\xbd end");
-    write(std::string("a\nb\0c\0", 6));
+    write(std::string("a\nb\0c\r\0", 7));
     setting.null = true;
-    EXPECT_EQ(checked(), "| 1=a\nb 2=c end");
+    EXPECT_EQ(checked(), "| 1=a\nb 2=c\r end");
+}
+
+TEST_F(BatchManifestTest, may_have_the_line_ends_of_other_systems) {
+    write("{\"model\":\"a\"}\r\n\r\n{\"model\":\"b\"}\r\n");
+    EXPECT_EQ(checked(), "| 1=a 3=b end");
+    write("a b.obj\r\n\r\nc.obj\r\nd.obj");
+    setting.is_list = true;
+    EXPECT_EQ(checked(), "| 1=a b.obj 3=c.obj 4=d.obj end");
 }
 
 TEST_F(BatchManifestTest, refuses_lines_by_their_number_and_gives_the_others) {

@@ -82,10 +82,11 @@ std::string Manifest::take_line(LineReader::State state) {
         return "it is longer than " + std::to_string(longest_line) + " bytes";
     }
     std::string_view line = lines->line();
+    // Other systems end lines with two bytes.
+    if (!setting.null && line.back() == '\r')
+        line.remove_suffix(1);
     if (setting.is_list)
         return reader.read_path(line, lines->number(), entry);
-    if (line.back() == '\r')
-        line.remove_suffix(1);
     return reader.read(line, lines->number(), entry);
 }
 
