@@ -14,29 +14,48 @@ Arrays are NumPy's where it is installed, and memoryviews with a shape where it 
 in units of the models, angles in degrees. Every failure is an `orvex.Error`.
 """
 
-from typing import TYPE_CHECKING, Any
+from __future__ import annotations
 
 from ._camera import Camera
-from ._engine import Device, Engine, Plugin, can_write, devices, looks
+from ._engine import Engine, can_write, devices, looks
 from ._errors import (ArgumentError, ArgumentTypeError, CallbackError, DriverError, EngineError,
                       Error, FileError, ForkError, HandleError, InternalError, LookError,
                       MissingFileError, OutOfMemoryError, ThreadError)
 from ._library import version as __version__
-from ._model import Material, Mesh, MeshInfo, Model, Pick, Texture
-from ._picture import Image, write, write_layers
-from ._render import render, stop
-from ._view import TextSize, View
+from ._model import Mesh, Model
+from ._picture import write, write_layers
+from ._view import View
 
+TYPE_CHECKING = False
 if TYPE_CHECKING:
+    from typing import Any, List
+
     from ._batch import Verdict, batch
+    from ._image import Image
+    from ._render import render, stop
+    from ._told import Device, Material, MeshInfo, Pick, Plugin, TextSize, Texture
+
+# What most programs do without, and where it is: its start would take as long as all else.
+_LATER = {
+    "Device": "_told", "Image": "_image", "Material": "_told", "MeshInfo": "_told",
+    "Pick": "_told", "Plugin": "_told", "TextSize": "_told", "Texture": "_told",
+    "Verdict": "_batch", "batch": "_batch", "render": "_render", "stop": "_render",
+}
 
 
 def __getattr__(name: str) -> Any:
-    """Fetches what runs other programs when it is asked for: half of the start would go there."""
-    if name not in ("Verdict", "batch"):
+    """Fetches what is left for later when it is asked for."""
+    if name not in _LATER:
         raise AttributeError(f"module 'orvex' has no attribute {name!r}")
-    from . import _batch
-    return getattr(_batch, name)
+    import importlib
+    place = _LATER[name]
+    __import__(f"{__name__}.{place}")
+    value = globals()[name] = getattr(globals()[place], name)
+    return value
+
+
+def __dir__() -> List[str]:
+    return sorted({*globals(), *_LATER})
 
 
 __all__ = [

@@ -2,19 +2,17 @@
 
 from __future__ import annotations
 
-import array
-from typing import Any, Dict, List, Optional, Sequence, Tuple
+import sys
 
 from ._errors import ArgumentError, ArgumentTypeError
 from ._library import NULL, ffi
 from ._numbers import real
 
-try:
-    import numpy as numpy
-except ImportError:
-    numpy = None  # type: ignore[assignment]
+TYPE_CHECKING = False
+if TYPE_CHECKING:
+    from typing import Any, Dict, List, Optional, Sequence, Tuple
 
-Shape = Tuple[int, ...]
+    Shape = Tuple[int, ...]
 
 # The letters of struct, by the names of NumPy and with the bytes of each.
 _LETTERS = {"uint8": ("B", 1), "int32": ("i", 4), "float32": ("f", 4), "float64": ("d", 8)}
@@ -27,8 +25,33 @@ _TYPE_OF_LETTER = {
 _TYPES = {"uint8": 1, "uint16": 2, "uint32": 3, "int32": 4, "int64": 5, "float32": 6, "float64": 7}
 
 
+def numpy_here() -> Any:
+    """NumPy, or None where it isn't installed.
+
+    Importing it takes as long as a small picture: it waits until an array goes in or out.
+    """
+    try:
+        import numpy  # pylint: disable=import-outside-toplevel
+    except ImportError:
+        return None
+    return numpy
+
+
+def _is_ndarray(value: Any) -> bool:
+    # Whoever has made one has imported what it takes.
+    kind = getattr(sys.modules.get("numpy"), "ndarray", None)
+    return kind is not None and isinstance(value, kind)
+
+
+def _is_array(value: Any) -> bool:
+    import array  # pylint: disable=import-outside-toplevel
+    return hasattr(value, "__array_interface__") or isinstance(
+        value, (memoryview, array.array, bytes, bytearray))
+
+
 def empty(shape: Shape, dtype: str) -> Any:
     """A new array, for a call to write into: an `ndarray` or a writable `memoryview`."""
+    numpy = numpy_here()
     if numpy is not None:
         return numpy.empty(shape, dtype)
     letter, size = _LETTERS[dtype]
@@ -56,7 +79,7 @@ def dtype_of(view: memoryview) -> str:
 
 def address_of(value: Any, view: memoryview, name: str) -> Any:
     """Where an array begins. It has to live on by itself."""
-    if numpy is not None and isinstance(value, numpy.ndarray):
+    if _is_ndarray(value):
         return ffi.cast("char*", value.__array_interface__["data"][0])
     if not view.c_contiguous:
         raise ArgumentError(f"{name} isn't contiguous: strides {view.strides}, shape {view.shape}")
@@ -97,6 +120,8 @@ def _tight_strides(shape: Shape, itemsize: int) -> Shape:
 
 def _listed(value: Any, dtype: str, name: str) -> Any:
     """An array made of a list; arrays of other makers as NumPy takes them."""
+    import array  # pylint: disable=import-outside-toplevel
+    numpy = numpy_here()
     if numpy is not None:
         try:
             if isinstance(value, (list, tuple)):
@@ -124,8 +149,7 @@ class Elements:
     def __init__(self, value: Any, name: str, components: Sequence[int], dtypes: Sequence[str],
                  listed: str) -> None:
         self.name = name
-        self.value = value if hasattr(value, "__array_interface__") or isinstance(
-            value, (memoryview, array.array, bytes, bytearray)) else _listed(value, listed, name)
+        self.value = value if _is_array(value) else _listed(value, listed, name)
         view = view_of(self.value, name)
         self.dtype = dtype_of(view)
         if self.dtype not in dtypes:
@@ -208,6 +232,7 @@ def pixels_of(value: Any, name: str, dtypes: Sequence[str]) -> Tuple[Any, Dict[s
 
 def points_of(value: Any, name: str) -> Tuple[Any, int, Optional[Shape]]:
     """Points in space as doubles: their numbers, how many there are, and the shape they came in."""
+    numpy = numpy_here()
     if numpy is not None:
         try:
             points = numpy.ascontiguousarray(value, "float64")

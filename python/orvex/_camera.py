@@ -2,24 +2,24 @@
 
 from __future__ import annotations
 
-from typing import TYPE_CHECKING, Any, Iterable, List, Optional, Sequence, Tuple, Union
-
-from ._arrays import doubles, points_of, table
+from ._arrays import doubles, empty, points_of, table
 from ._errors import ArgumentError, ArgumentTypeError
 from ._library import NULL, call, ffi, lib, record
 from ._numbers import choice, real, reals, size_of
-from ._arrays import empty
 
+TYPE_CHECKING = False
 if TYPE_CHECKING:
+    from typing import Any, Iterable, List, Optional, Sequence, Tuple, Union
+
     import numpy as np
     import numpy.typing as npt
 
     from ._model import Model
 
+    Size = Tuple[int, int]
+
 UPS = ("auto", "x", "y", "z", "-x", "-y", "-z")
 AIMS = ("tight", "middle", "turn")
-
-Size = Tuple[int, int]
 
 
 def models_of(models: Any, name: str = "models") -> List[Model]:

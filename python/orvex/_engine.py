@@ -3,42 +3,26 @@
 from __future__ import annotations
 
 import weakref
-from dataclasses import dataclass
-from typing import TYPE_CHECKING, Any, Callable, Iterable, List, Optional
 
 from ._camera import models_of
 from ._errors import ArgumentTypeError, HandleError
 from ._library import NULL, call, ffi, lib, path_bytes, record, text_of
-from ._model import Mesh, Model, Models, Pick, make_mesh, pick
+from ._model import Model, make_mesh, pick
 from ._session import Session
 from ._view import View
 
+TYPE_CHECKING = False
 if TYPE_CHECKING:
+    from typing import Any, Callable, Iterable, List, Optional
+
+    from ._model import Mesh, Models
     from ._picture import Path
-
-
-@dataclass(frozen=True)
-class Plugin:
-    """A plugin that was named, or found. `reason` tells why it couldn't be loaded."""
-
-    path: str
-    name: str
-    reason: str
-
-
-@dataclass(frozen=True)
-class Device:
-    """A device that off-screen views can be drawn by. `refusal` tells why it can't be used."""
-
-    driver: str
-    node: str
-    pci: str
-    refusal: str
-    software: bool
+    from ._told import Device, Pick, Plugin
 
 
 def devices() -> List[Device]:
     """The devices of this machine; their places in this list are what `Engine.view` takes."""
+    from ._told import Device  # pylint: disable=import-outside-toplevel
     count = ffi.new("size_t*")
     call(lib.orvex_device_count, count)
     found = []
@@ -145,6 +129,7 @@ class Engine:
     @property
     def plugins(self) -> List[Plugin]:
         """The plugins that were named, and then found."""
+        from ._told import Plugin  # pylint: disable=import-outside-toplevel
         count = ffi.new("size_t*")
         self._session.call(lib.orvex_engine_plugin_count, self._handle(), count)
         found = []

@@ -3,7 +3,10 @@
 from __future__ import annotations
 
 import os
-from typing import Dict, Optional, Type
+
+TYPE_CHECKING = False
+if TYPE_CHECKING:
+    from typing import Dict, Optional, Type
 
 
 class Error(Exception):

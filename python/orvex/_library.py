@@ -3,11 +3,19 @@
 from __future__ import annotations
 
 import os
-import threading
-from typing import Any, Callable, List
 
 from ._declarations import ffi as ffi
 from ._errors import ArgumentError, ArgumentTypeError, error_named
+
+TYPE_CHECKING = False
+if TYPE_CHECKING:
+    from threading import local as local
+    from typing import Any, Callable, List
+else:
+    try:  # where threading has it from: a program that draws on one thread starts without the rest
+        from _thread import _local as local
+    except ImportError:
+        from threading import local
 
 _NAME = "liborvex_c.so.0"
 
@@ -35,7 +43,7 @@ lib: Any = _load()
 NULL: Any = ffi.NULL
 
 
-class _Guard(threading.local):
+class _Guard(local):
     """Whether this thread is within a call, or about to ask why one failed."""
 
     busy = False

@@ -2,85 +2,32 @@
 
 from __future__ import annotations
 
-from dataclasses import dataclass
-from typing import TYPE_CHECKING, Any, Iterable, List, Optional, Sequence, Tuple, Union
-
 from ._arrays import Elements, doubles, pixels_of, table
 from ._camera import UPS, Camera, handles_of, models_of
 from ._errors import ArgumentError, ArgumentTypeError, Error, FileError, about_file
 from ._library import NULL, ffi, lib, path_bytes, record, string, text_of
 from ._numbers import choice, color_of, integer, reals
 from ._picture import beside, png_of
-from ._session import Handle, Session
+from ._session import Handle
 
+TYPE_CHECKING = False
 if TYPE_CHECKING:
+    from typing import Any, Iterable, List, Optional, Sequence, Tuple, Union
+
     import numpy as np
     import numpy.typing as npt
 
     from ._engine import Engine
+    from ._session import Session
+    from ._told import Color, Material, MeshInfo, Pick, Texture
+
+    Models = Union["Model", Iterable["Model"]]
 
 NORMALS = ("as given", "file", "smooth", "flat")
-Color = Tuple[float, float, float, float]
-
-
-@dataclass(frozen=True)
-class MeshInfo:
-    """A mesh of a model, at one of the places where it stands; ids of objects count likewise.
-
-    `extent` is the box in the model's own space: its least corner, and its greatest.
-    """
-
-    name: str
-    vertex_count: int
-    face_count: int
-    extent: Tuple[Tuple[float, ...], Tuple[float, ...]]
-
-
-@dataclass(frozen=True)
-class Texture:
-    """A texture that materials name. `reason` tells why the picture lacks it; empty if not."""
-
-    name: str
-    path: str
-    reason: str
-    width: int
-    height: int
-
-
-@dataclass(frozen=True)
-class Material:
-    """A material, as the file has it; colours are red, green, blue and alpha, mostly 0 to 1."""
-
-    name: str
-    ambient: Color
-    diffuse: Color
-    specular: Color
-    shininess: float
-    opacity: float
-    textures: Tuple[Texture, ...]
 
 
 def _color(numbers: Any) -> Color:
     return numbers[0], numbers[1], numbers[2], numbers[3]
-
-
-@dataclass(frozen=True)
-class Pick:
-    """What a ray meets first.
-
-    `model` is the one that was met, and `object` its mesh as the layer "object" counts. `point` is
-    in the world, `distance` in lengths of the ray's direction, `barycentric` the shares of the
-    face's corners. `material` is -1 for a face without one.
-    """
-
-    model: Model
-    mesh: int
-    face: int
-    object: int
-    material: int
-    barycentric: Tuple[float, float, float]
-    distance: float
-    point: Tuple[float, float, float]
 
 
 def pick(session: Session, models: Sequence[Model], origin: Any, direction: Any) -> Optional[Pick]:
@@ -91,6 +38,7 @@ def pick(session: Session, models: Sequence[Model], origin: Any, direction: Any)
                  met)
     if not met.hit:
         return None
+    from ._told import Pick  # pylint: disable=import-outside-toplevel
     return Pick(models[met.model], met.mesh, met.face, met.object, met.material,
                 (met.barycentric[0], met.barycentric[1], met.barycentric[2]), met.distance,
                 (met.point[0], met.point[1], met.point[2]))
@@ -187,6 +135,7 @@ class Model(Handle):
     @property
     def meshes(self) -> List[MeshInfo]:
         """Its meshes. The layer "object" holds their places in this list."""
+        from ._told import MeshInfo  # pylint: disable=import-outside-toplevel
         count = self._info().mesh_count
         return [MeshInfo(text_of(info.name), info.vertex_count, info.face_count,
                          (tuple(info.bounds_min), tuple(info.bounds_max)))
@@ -195,6 +144,7 @@ class Model(Handle):
     @property
     def textures(self) -> List[Texture]:
         """The textures that its materials name, found or not."""
+        from ._told import Texture  # pylint: disable=import-outside-toplevel
         count = self._info().texture_count
         return [Texture(text_of(info.name), text_of(info.path), text_of(info.reason), info.width,
                         info.height)
@@ -208,6 +158,7 @@ class Model(Handle):
     @property
     def materials(self) -> List[Material]:
         """Its materials. The layer "material" holds their places in this list."""
+        from ._told import Material  # pylint: disable=import-outside-toplevel
         textures = self.textures
         count = self._info().material_count
         return [Material(text_of(info.name), _color(info.ambient), _color(info.diffuse),
@@ -362,9 +313,3 @@ def make_mesh(engine: Engine, positions: Any, faces: Any, normals: Any, texcoord
     mesh._session.call(lib.orvex_mesh_create, engine._handle(), data, mesh._slot)
     del kept
     return mesh
-
-
-Models = Union[Model, Iterable[Model]]
-
-__all__ = ["Material", "Mesh", "MeshInfo", "Model", "Models", "Pick", "Texture", "make_mesh",
-           "models_of", "pick"]

@@ -3,10 +3,12 @@
 from __future__ import annotations
 
 import math
-import operator
-from typing import Any, Iterable, List, Optional, Sequence, Tuple
 
 from ._errors import ArgumentError, ArgumentTypeError
+
+TYPE_CHECKING = False
+if TYPE_CHECKING:
+    from typing import Any, Iterable, List, Optional, Sequence, Tuple
 
 _INT_MAX = 2**31 - 1
 
@@ -14,8 +16,8 @@ _INT_MAX = 2**31 - 1
 def integer(value: Any, name: str, low: int = 0, high: int = _INT_MAX) -> int:
     """A whole number within a range."""
     try:
-        number = operator.index(value)
-    except TypeError:
+        number: int = value.__index__()
+    except (AttributeError, TypeError):
         raise ArgumentTypeError(
             f"{name} is a {type(value).__name__}, not a whole number") from None
     if not low <= number <= high:

@@ -2,54 +2,42 @@
 
 from __future__ import annotations
 
-import struct
-import zlib
-from typing import TYPE_CHECKING, Any, Dict, List, Mapping, Optional, Sequence, Tuple
-
-from ._arrays import empty, numpy, pixels_of
+from ._arrays import empty, numpy_here, pixels_of
 from ._errors import ArgumentError, FileError, about_file
 from ._library import NULL, call, ffi, lib, path_bytes, record, string
 from ._numbers import integer
 
+TYPE_CHECKING = False
 if TYPE_CHECKING:
     import os
-    from typing import Union
-
-    import numpy as np
+    from typing import Any, Dict, List, Mapping, Optional, Sequence, Tuple, Union
 
     Path = Union[str, os.PathLike[str]]
-    _Base = np.ndarray[Any, np.dtype[np.uint8]]
-elif numpy is not None:
-    _Base = numpy.ndarray
-else:
-    _Base = object
 
 _DTYPES = ("uint8", "uint16", "float32", "int32")
 _LETTERS = {"depth": "Z", "normal": "XYZ", "position": "XYZ"}
 
 
-class Image(_Base):
-    """An array of pixels that a notebook shows as a picture; an `ndarray` in all else."""
-
-    def _repr_png_(self) -> Optional[bytes]:
-        if self.dtype != "uint8" or self.ndim != 3 or self.shape[2] not in (3, 4) or not self.size:
-            return None
-        return png_of(self)
-
-
 def empty_image(width: int, height: int) -> Any:
     """A new picture of four bytes a pixel."""
     pixels = empty((height, width, 4), "uint8")
-    return pixels if numpy is None else pixels.view(Image)
+    if numpy_here() is None:
+        return pixels
+    from ._image import Image  # pylint: disable=import-outside-toplevel
+    return pixels.view(Image)
 
 
 def _chunk(kind: bytes, content: bytes) -> bytes:
+    import struct  # pylint: disable=import-outside-toplevel
+    import zlib  # pylint: disable=import-outside-toplevel
     return (struct.pack(">I", len(content)) + kind + content
             + struct.pack(">I", zlib.crc32(kind + content)))
 
 
 def png_of(pixels: Any) -> bytes:
     """A picture of three bytes a pixel, or four, as a PNG file in memory."""
+    import struct  # pylint: disable=import-outside-toplevel
+    import zlib  # pylint: disable=import-outside-toplevel
     view = memoryview(pixels)
     assert view.shape is not None
     height, width, channels = view.shape
@@ -64,7 +52,7 @@ def beside(frames: Sequence[Any]) -> Any:
     """Pictures of one size side by side."""
     height, width, channels = memoryview(frames[0]).shape or ()
     strip = empty_image(width * len(frames), height)
-    if numpy is not None:
+    if numpy_here() is not None:
         for at, frame in enumerate(frames):
             strip[:, at * width:(at + 1) * width] = frame
         return strip

@@ -6,20 +6,23 @@ import atexit
 import os
 import queue
 import threading
-from typing import TYPE_CHECKING, Any, Callable, Dict, List, Optional, Sequence, Tuple, Union
 
 from . import _engine
+from ._arrays import numpy_here
 from ._engine import Engine
 from ._errors import ArgumentError, ArgumentTypeError, ForkError
 from ._model import Model
 from ._numbers import size_of
 from ._view import View, layer_names
 
+TYPE_CHECKING = False
 if TYPE_CHECKING:
+    from typing import Any, Callable, Dict, List, Optional, Sequence, Tuple, Union
+
     from ._camera import Camera
     from ._picture import Path
 
-Source = Union["Path", Model]
+    Source = Union[Path, Model]
 
 
 class _Job:
@@ -68,7 +71,7 @@ class _Studio:
         self.background: Any = None
         self.was_forked = False
 
-    def run(self, function: Callable[[], Any]) -> Any:
+    def begin(self, function: Callable[[], Any]) -> _Job:
         """Has its thread call a function."""
         if self.was_forked:
             raise ForkError("this process was forked off after a picture was drawn, and its driver "
@@ -79,7 +82,11 @@ class _Studio:
                 self.thread.start()
         job = _Job(function)
         self.jobs.put(job)
-        return job.outcome()
+        return job
+
+    def run(self, function: Callable[[], Any]) -> Any:
+        """Has its thread call a function, and waits."""
+        return self.begin(function).outcome()
 
     def _work(self) -> None:
         while True:
@@ -223,5 +230,8 @@ def render(models: Union[Source, Sequence[Source]], size: Tuple[int, int] = (640
     if engine is not None:
         with engine.view(*size, **options) as view:
             return _draw(engine, view, sources, camera, wanted, loading, out)
-    return _studio.run(lambda: _draw(_studio.engine_of_its_own(), _studio.view_for(size, options),
-                                     sources, camera, wanted, loading, out))
+    job = _studio.begin(lambda: _draw(_studio.engine_of_its_own(), _studio.view_for(size, options),
+                                      sources, camera, wanted, loading, out))
+    if out is None:
+        numpy_here()  # the first time as long as the picture, which is drawn meanwhile
+    return job.outcome()

@@ -7,16 +7,18 @@ next call of the owner.
 
 from __future__ import annotations
 
-import collections
 import os
-import threading
 import weakref
-from typing import Any, Callable, Deque, List, Optional, Tuple
+from _thread import get_ident
 
 from ._errors import HandleError
-from ._library import NULL, call, ffi, guard, lib, text_of
+from ._library import NULL, call, ffi, guard, lib, local, text_of
 
-LogListener = Callable[[str], Any]
+TYPE_CHECKING = False
+if TYPE_CHECKING:
+    from typing import Any, Callable, List, Optional, Tuple
+
+    LogListener = Callable[[str], Any]
 
 
 class Session:
@@ -24,9 +26,9 @@ class Session:
 
     def __init__(self, on_log: Optional[LogListener]) -> None:
         self.slot = ffi.new("orvex_engine*")
-        self.owner = threading.get_ident()
+        self.owner = get_ident()
         self.process = os.getpid()
-        self.ends: Deque[Tuple[Callable[..., int], Any]] = collections.deque()
+        self.ends: List[Tuple[Callable[..., int], Any]] = []
         self.interrupt: Optional[BaseException] = None
         self.callback = _callback_for(self, on_log) if on_log is not None else NULL
 
@@ -38,7 +40,7 @@ class Session:
     @property
     def is_here(self) -> bool:
         """Whether this is the thread and the process of the engine, outside of its calls."""
-        return (threading.get_ident() == self.owner and os.getpid() == self.process
+        return (get_ident() == self.owner and os.getpid() == self.process
                 and not guard.busy)
 
     def start(self, options: Any) -> None:
@@ -61,7 +63,7 @@ class Session:
 
     def _make_ends(self) -> None:
         while self.ends:
-            destroy, handle = self.ends.popleft()
+            destroy, handle = self.ends.pop(0)
             destroy(handle)
 
     def stop(self) -> None:
@@ -114,7 +116,7 @@ class _ThreadEnd:
             session.stop_quietly()
 
 
-_of_thread = threading.local()
+_of_thread = local()
 
 
 def _stop_with_thread(session: Session) -> None:

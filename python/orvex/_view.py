@@ -2,23 +2,27 @@
 
 from __future__ import annotations
 
-from typing import TYPE_CHECKING, Any, Dict, List, NamedTuple, Optional, Tuple
-
 from ._arrays import empty, rows_of
 from ._camera import Camera, handles_of, models_of
 from ._errors import ArgumentError, ArgumentTypeError, FileError, about_file
 from ._library import NULL, ffi, lib, path_bytes, record, string, text_of
-from ._model import Model, Models, Pick, pick
+from ._model import pick
 from ._numbers import choice, color_of, integer, real
 from ._picture import empty_image, png_of, write_options
 from ._session import Handle
 
+TYPE_CHECKING = False
 if TYPE_CHECKING:
+    from typing import Any, Dict, List, Optional, Tuple
+
     import numpy as np
     import numpy.typing as npt
 
     from ._engine import Engine
-    from ._picture import Image, Path
+    from ._image import Image
+    from ._model import Model, Models
+    from ._picture import Path
+    from ._told import Pick, TextSize
 
 PATHS = ("gl3", "gl2")
 SURFACES = ("off screen", "current")
@@ -37,15 +41,6 @@ _LAYERS = {
     "face": (6, (), "int32"),
 }
 LAYERS = tuple(_LAYERS)
-
-
-class TextSize(NamedTuple):
-    """What room a text takes, in pixels, and what of it can't be shown."""
-
-    width: float
-    height: float
-    lines: int
-    missing_glyphs: int
 
 
 def layer_names(layers: Any) -> List[str]:
@@ -367,6 +362,7 @@ class View(Handle):
     def measure_text(self, words: str, *, height: float = 24.0, align: str = "left",
                      wrap: float = 0.0, spacing: float = 1.0, font: Any = None) -> TextSize:
         """What room a text takes; arguments as for `text`."""
+        from ._told import TextSize  # pylint: disable=import-outside-toplevel
         handle = self._handle() and self._text(font)
         extent = record("orvex_text_extent")
         self._session.call(lib.orvex_text_measure, handle, string(words, "words"),

@@ -2,11 +2,14 @@
 
 import os
 import pathlib
+import pickle
 import re
 import shutil
 import subprocess
 import sys
 import unittest
+
+import numpy
 
 import orvex
 from orvex import _library
@@ -73,6 +76,49 @@ class TypeTest(FolderTest):
             cwd=pathlib.Path(orvex.__file__).parent.parent, capture_output=True, text=True,
             check=False)
         self.assertEqual(checked.returncode, 0, checked.stdout + checked.stderr)
+
+
+class StartTest(FolderTest):
+    """What a program waits for that only draws."""
+
+    def test_a_picture_in_a_file_wants_neither_numpy_nor_what_else_starts_slowly(self):
+        ended = run_python("""
+            import sys
+            before = set(sys.modules)
+            import orvex
+            with orvex.Engine() as engine, engine.view(8, 8) as view:
+                view.draw(engine.load(sys.argv[1]), orvex.Camera.look_at((0, 0, 9), (0, 0, 0)))
+                view.save(sys.argv[2])
+            slow = {"collections", "dataclasses", "json", "numpy", "re", "subprocess", "tempfile",
+                    "threading", "typing"}
+            print(sorted(slow & (set(sys.modules) - before)))
+            """, LIGHTHOUSE, str(self.folder / "a.png"))
+        self.assertEqual((ended.stdout, ended.stderr), ("[]\n", ""))
+
+    def test_each_name_is_there_when_it_is_asked_for(self):
+        ended = run_python("""
+            import orvex
+            assert set(orvex.__all__) <= set(dir(orvex)), dir(orvex)
+            before = set(vars(orvex))
+            from orvex import *
+            assert not [name for name in orvex.__all__ if name not in globals()]
+            assert {"Image", "Pick", "batch", "render"} & before == set(), "too early"
+            assert orvex.Pick is Pick and vars(orvex)["Pick"] is Pick
+            try:
+                orvex.nothing
+            except AttributeError as error:
+                print(error)
+            """)
+        self.assertEqual((ended.stdout, ended.stderr),
+                         ("module 'orvex' has no attribute 'nothing'\n", ""))
+
+    def test_images_are_arrays_that_other_processes_can_be_given(self):
+        image = orvex.render(LIGHTHOUSE, size=(8, 6))
+        self.assertIs(type(image), orvex.Image)
+        self.assertIsInstance(image, numpy.ndarray)
+        again = pickle.loads(pickle.dumps(image))
+        self.assertIs(type(again), orvex.Image)
+        numpy.testing.assert_array_equal(again, image)
 
 
 class PlainTest(unittest.TestCase):
