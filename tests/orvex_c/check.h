@@ -59,6 +59,7 @@ void handle_tests(void);
 void layer_tests(void);
 void mesh_tests(void);
 void model_tests(void);
+void no_driver_tests(void);
 void picture_tests(void);
 void record_tests(void);
 void text_tests(void);

@@ -162,6 +162,31 @@ static void devices_are_listed(void) {
     CHECK_RESULT(ORVEX_ERROR_ARGUMENT, orvex_device_count(NULL));
 }
 
+static void without_a_driver_views_say_what_would_help_and_all_else_goes_on(void) {
+    const stage all = begin_engine();
+    const orvex_path paths[] = {ORVEX_PATH_GL3, ORVEX_PATH_GL2};
+    orvex_model model = new_square(all.engine);
+    orvex_model_info info = {.size = sizeof info};
+    size_t count = 1;
+    CHECK_OK(orvex_device_count(&count));
+    CHECK(count == 0);
+    for (int i = 0; i < 2; ++i) {
+        orvex_view_options options = {.size = sizeof options, .path = paths[i]};
+        orvex_view view = (orvex_view)&options;
+        CHECK_RESULT(ORVEX_ERROR_DRIVER, orvex_view_create(all.engine, 8, 8, &options, &view));
+        CHECK_SAYS("no EGL driver is found: install libgl1-mesa-dri");
+        CHECK(view == NULL);
+    }
+    CHECK_OK(orvex_model_get_info(model, &info));
+    CHECK(info.face_count == 2);
+    end_stage(&all);
+}
+
+/// Where no driver can be found. EGL looks for them once in a process.
+void no_driver_tests(void) {
+    RUN(without_a_driver_views_say_what_would_help_and_all_else_goes_on);
+}
+
 void engine_tests(void) {
     RUN(an_engine_starts_and_stops);
     RUN(a_second_engine_is_refused);

@@ -245,6 +245,30 @@ class ThreadTest(unittest.TestCase):
         self.assertEqual((ended.stdout, ended.stderr), ("3 3\n", ""))
 
 
+class DriverTest(unittest.TestCase):
+    """Where no driver is found, as in a container that has none."""
+
+    def test_pictures_say_what_would_help_and_all_else_goes_on(self):
+        ended = run_python("""
+            import orvex, sys
+            def sentence(function, *arguments, **named):
+                try:
+                    function(*arguments, **named)
+                except orvex.DriverError as error:
+                    return str(error)
+            print(orvex.devices())
+            print(sentence(orvex.render, sys.argv[1]))
+            with orvex.Engine() as engine:
+                model = engine.load(sys.argv[1])
+                print({sentence(engine.view, 8, 8, path=path) for path in ("gl3", "gl2")})
+                print(sentence(model.turntable), model._repr_png_(), model.face_count > 100)
+            """, LIGHTHOUSE, __EGL_VENDOR_LIBRARY_FILENAMES="/none",
+                           __EGL_VENDOR_LIBRARY_DIRS="/none")
+        helps = "no EGL driver is found: install libgl1-mesa-dri"
+        self.assertEqual((ended.stdout, ended.stderr),
+                         (f"[]\n{helps}\n{{{helps!r}}}\n{helps} None True\n", ""))
+
+
 def make_it_log(engine):
     """Asks for a device that isn't there, of which the log tells."""
     try:
