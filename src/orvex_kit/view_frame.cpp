@@ -252,7 +252,8 @@ void main()
 }
 )";
 
-// The mean of the samples of a pixel.
+// The mean of the samples of a pixel, whose number stands before it: a loop of a known length is
+// none to a driver's compiler.
 const char* const samples_text = R"([Vertex_Shader]
 void main()
 {
@@ -260,7 +261,6 @@ void main()
 }
 [Pixel_Shader]
 uniform sampler2DMS drawn;
-uniform int samples;
 
 void main()
 {
@@ -271,10 +271,20 @@ void main()
 }
 )";
 
+/// The program for a number of samples.
+std::string samples_text_for(int samples) {
+    const std::string begin = "[Pixel_Shader]\n";
+    std::string text = samples_text;
+    text.insert(text.find(begin) + begin.size(),
+                "const int samples = " + std::to_string(samples) + ";\n");
+    return text;
+}
+
 } // namespace
 
 bool View::Data::make_mean() {
-    mean = Program::from_text(context, fineness > 1 ? box_text : samples_text, "mean");
+    mean = Program::from_text(context, fineness > 1 ? box_text : samples_text_for(texture_samples),
+                              "mean");
     square = std::make_unique<WholeSquare>(*context);
     return static_cast<bool>(mean);
 }
@@ -294,8 +304,6 @@ void View::Data::average() {
         mean.set("size",
                  orvex::vec4(static_cast<float>(fineness), static_cast<float>(drawn_width()),
                              static_cast<float>(drawn_height()), 0.0f));
-    else
-        mean.set("samples", texture_samples);
     mean.gpu()->bind(&renderer);
     renderer.render_target_bind_color_tex(target, 0, 0);
     square->render();
