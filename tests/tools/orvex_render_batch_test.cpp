@@ -1,5 +1,7 @@
 // Batches from manifest to verdicts: what is drawn, what is told, and what is done only once.
 
+#include <algorithm>
+#include <cstdio>
 #include <filesystem>
 #include <thread>
 
@@ -226,6 +228,84 @@ TEST_F(OrvexRenderBatch, without_room_for_its_results_says_so) {
     EXPECT_TRUE(has(outcome.errors, "orvex-render: can't write the results /dev/full: No space "
                                     "left on device\n"))
         << outcome.errors;
+}
+
+/// Entries whose pictures are of 16 KB.
+std::string list_of(int count) {
+    std::string list;
+    for (int i = 0; i < count; ++i)
+        list += R"({"model":"a.obj","id":"n)" + std::to_string(i) + R"(","output":"n)" +
+                std::to_string(i) + ".npy\"}\n";
+    return list;
+}
+
+/// Where no disk can be had that is full, what stands for it shows as much as it can.
+void tell_of_no_disk() {
+    std::printf("no file system can be mounted here: other limits stand for a full disk\n");
+}
+
+TEST_F(OrvexRenderBatch, whose_disk_is_full_loses_nothing_and_goes_on_with_room) {
+    folder.write("m", list_of(5));
+    const std::vector<std::string> words{"--batch",   "m",         "--size", "64x64",
+                                         "--workers", "1",         "-q",     "--output-dir",
+                                         "disk/out",  "--results", "r",      "--resume"};
+    const auto outcome = run_render_on_disk(
+        folder.path(), 64,
+        "\"$0\" \"$@\"; code=$?; cp r before; ls -A disk/out >files; cat disk/out/* | wc -c; "
+        "make_room; \"$0\" \"$@\"; echo $?; exit $code",
+        words);
+    if (!outcome) {
+        tell_of_no_disk();
+        EXPECT_EQ(run_batch({"--batch", "m", "--limit-file", "1", "--size", "640x640"}).code, 3);
+        EXPECT_EQ(num_outputs(), 0u);
+        return;
+    }
+    EXPECT_EQ(outcome->code, 4) << outcome->errors;
+    // Each is written whole, or not at all.
+    std::size_t fine = 0;
+    const std::vector<Verdict> before = verdicts_in(content_of(folder.file("before")));
+    EXPECT_EQ(before.size(), 5u);
+    for (const Verdict& verdict : before) {
+        fine += verdict.fate == batch::Fate::ok ? 1 : 0;
+        EXPECT_TRUE(verdict.fate == batch::Fate::ok ||
+                    (verdict.fate == batch::Fate::io && has(verdict.reason, "No space left")))
+            << verdict.reason;
+    }
+    const std::string files = content_of(folder.file("files"));
+    EXPECT_EQ(static_cast<std::size_t>(std::count(files.begin(), files.end(), '\n')), fine);
+    EXPECT_GT(fine, 0u);
+    EXPECT_LT(fine, 5u);
+    constexpr std::size_t bytes = 128 + std::size_t{64} * 64 * 4;
+    EXPECT_EQ(outcome->out, std::to_string(fine * bytes) + "\n0\n") << outcome->errors;
+    EXPECT_EQ(verdicts_in(content_of(folder.file("r"))).size(), 5u);
+}
+
+TEST_F(OrvexRenderBatch, whose_results_fill_a_disk_has_them_whole_and_goes_on_with_room) {
+    folder.write("m", list_of(12));
+    const std::vector<std::string> words{"--batch",   "m",         "--size", "8x8",
+                                         "--workers", "1",         "-q",     "--output-dir",
+                                         "out",       "--results", "disk/r", "--resume"};
+    const auto outcome =
+        run_render_on_disk(folder.path(), 4,
+                           "\"$0\" \"$@\"; code=$?; cp disk/r before; make_room; \"$0\" \"$@\"; "
+                           "echo $?; cp disk/r after; exit $code",
+                           words);
+    if (!outcome) {
+        tell_of_no_disk();
+        EXPECT_EQ(run_batch({"--batch", "m", "--results", "/dev/full"}).code, 1);
+        return;
+    }
+    EXPECT_EQ(outcome->code, 1);
+    EXPECT_TRUE(has(outcome->errors, "orvex-render: can't write the results disk/r: No space left "
+                                     "on device\n"))
+        << outcome->errors;
+    const std::string before = content_of(folder.file("before"));
+    ASSERT_NE(before, "");
+    EXPECT_EQ(before.back(), '\n');
+    EXPECT_LT(verdicts_in(before).size(), 12u);
+    EXPECT_EQ(outcome->out, "0\n") << outcome->errors;
+    EXPECT_EQ(verdicts_in(content_of(folder.file("after"))).size(), 12u);
+    EXPECT_EQ(num_outputs(), 12u);
 }
 
 TEST_F(OrvexRenderBatch, shows_on_a_terminal_how_far_it_is) {

@@ -107,6 +107,27 @@ Outcome run_render_limited(const std::string& folder, const std::string& before,
     return run(folder, words, {}, open_pipe(), "/bin/sh");
 }
 
+std::optional<Outcome> run_render_on_disk(const std::string& folder, int kilobytes,
+                                          const std::string& words,
+                                          const std::vector<std::string>& arguments) {
+    constexpr int not_mounted = 77;
+    constexpr int all_kilobytes = 1024;
+    const std::string mount =
+        "mkdir -p disk && mount -t tmpfs -o size=" + std::to_string(all_kilobytes) +
+        "k disk disk || exit " + std::to_string(not_mounted) +
+        "; make_room() { rm disk/fill; }; head -c " + std::to_string(all_kilobytes - kilobytes) +
+        "k /dev/zero >disk/fill; ";
+    // Root may mount by itself, and everybody in a name space of users, where there are any.
+    for (const char* const spaces : {"-m", "-rm"}) {
+        std::vector<std::string> all{spaces, "/bin/sh", "-c", mount + words, ORVEX_RENDER};
+        all.insert(all.end(), arguments.begin(), arguments.end());
+        Outcome outcome = run(folder, all, {}, open_pipe(), "/usr/bin/unshare");
+        if (outcome.code != not_mounted && !has(outcome.errors, "unshare: "))
+            return outcome;
+    }
+    return std::nullopt;
+}
+
 Outcome run_render_on_terminal(const std::string& folder,
                                const std::vector<std::string>& arguments) {
     return run(folder, arguments, {}, open_terminal());

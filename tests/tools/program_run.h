@@ -3,6 +3,7 @@
 /// @file
 /// Runs the tools and keeps what they say.
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -31,6 +32,14 @@ Outcome run_render_limited(const std::string& folder, const std::string& before,
 /// The same with a terminal of 60 columns as its standard error.
 Outcome run_render_on_terminal(const std::string& folder,
                                const std::vector<std::string>& arguments);
+
+/// A shell's words on a file system in memory that nobody else sees, mounted at the folder `disk`
+/// below: "$0" "$@" is the program with its arguments, `make_room` makes it larger.
+/// @param kilobytes  what it takes until then
+/// @return nothing where this user may mount none
+std::optional<Outcome> run_render_on_disk(const std::string& folder, int kilobytes,
+                                          const std::string& words,
+                                          const std::vector<std::string>& arguments);
 
 bool has(const std::string& text, const std::string& part);
 /// Whether a text has a part that an extended POSIX expression tells.
