@@ -210,6 +210,17 @@ TEST(ConstantArray, has_no_memory_before_somebody_writes) {
     EXPECT_GT(resident_bytes(), made + bytes / 4);
 }
 
+TEST(ConstantArray, has_no_memory_where_the_heap_grows_for_it) {
+    // What was freed once lets the heap grow for such blocks, in whose last page it keeps notes.
+    constexpr std::size_t count = 28u << 16; // 28 MiB
+    ::operator delete[](::operator new[](count * sizeof(Four) + 4096));
+    const std::size_t before = resident_bytes();
+    std::vector<Array> arrays;
+    for (int i = 0; i < 6; ++i)
+        arrays.push_back(make_array(count));
+    EXPECT_LT(resident_bytes(), before + 3 * count * sizeof(Four));
+}
+
 TEST(ConstantArray, that_the_system_has_no_views_for_is_filled) {
     // More of them than the engine takes views for.
     std::vector<Array> arrays;

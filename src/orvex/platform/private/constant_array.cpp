@@ -193,11 +193,12 @@ std::size_t tile_size_of(std::size_t bytes) {
 }
 
 /// Small blocks aren't, nor those whose first value would not begin with the pattern, nor memory
-/// that the program has had before: filling that is faster.
+/// that the program has had before: filling that is faster. The middle tells of it, as the heap
+/// keeps its own notes beside the ends.
 bool is_worth_it(const void* block, std::size_t bytes) {
     const auto address = reinterpret_cast<std::uintptr_t>(block);
     return bytes >= smallest_spread && address % sizeof(ArrayPattern) == 0 &&
-           !is_page_present(static_cast<const std::byte*>(block) + bytes - 1);
+           !is_page_present(static_cast<const std::byte*>(block) + bytes / 2);
 }
 
 /// Fills a block with views of a tile, and plainly where there are none.
