@@ -22,6 +22,7 @@
 
 #include "orvex_formats/private/normals.h"
 #include "orvex_formats/private/refusal.h"
+#include "orvex_formats/private/workers.h"
 
 namespace orvex::formats {
 
@@ -162,6 +163,23 @@ void fill_corners(const std::vector<Triangle>& triangles, Face* faces) {
                     static_cast<Index>(triangles[i][2])};
 }
 
+/// As `Mesh::compute_faces_normal` has it, to the bit, by all processors and from plain numbers.
+void fill_face_normals(const Surface& surface, vec4* normals) {
+    constexpr std::size_t piece = 1u << 16;
+    const std::size_t count = surface.triangles.size();
+    share_out((count + piece - 1) / piece, [&](std::size_t number) {
+        const std::size_t end = std::min(count, (number + 1) * piece);
+        for (std::size_t i = number * piece; i < end; ++i) {
+            const Triangle& triangle = surface.triangles[i];
+            const vec3 middle = surface.positions[triangle[1]];
+            const vec3 ahead = surface.positions[triangle[2]] - middle;
+            vec3 normal = ahead.cross(surface.positions[triangle[0]] - middle);
+            normal.normalize();
+            normals[i] = vec4(normal.x, normal.y, normal.z, 0.0f);
+        }
+    });
+}
+
 /// Gives a mesh the materials of its faces, each once.
 class FaceMaterials {
 public:
@@ -196,7 +214,7 @@ void fill_faces(const Surface& surface, const std::vector<Material*>& materials,
     for (std::size_t i = 0; i < surface.triangle_materials.size(); ++i)
         store.face_materials[i] = known.id_of(surface.triangle_materials[i]);
     store.faces_need_update = true;
-    mesh.compute_faces_normal(nullptr);
+    fill_face_normals(surface, store.face_normals);
 }
 
 void add_surface(Surface surface, const std::vector<Material*>& materials, Model& model) {

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <utility>
 
+#include "orvex_formats/private/large_lists.h"
 #include "orvex_formats/private/refusal.h"
 
 namespace orvex::formats {
@@ -60,10 +61,15 @@ void PolygonShape::begin_vertices(const ShapeParts& told, std::uint64_t count) {
     parts = told;
     has_more_than_places = parts.has_normals || parts.has_colors || parts.has_uvs;
     const auto size = static_cast<std::size_t>(count);
-    positions.reserve(size);
-    normals.reserve(parts.has_normals ? size : 0);
-    colors.reserve(parts.has_colors ? size : 0);
-    uvs.reserve(parts.has_uvs ? size : 0);
+    reserve_largely(positions, size);
+    reserve_largely(normals, parts.has_normals ? size : 0);
+    reserve_largely(colors, parts.has_colors ? size : 0);
+    reserve_largely(uvs, parts.has_uvs ? size : 0);
+}
+
+void PolygonShape::begin_faces(std::uint64_t count) {
+    if (triangles.empty()) // else it grows as others do
+        reserve_largely(triangles, static_cast<std::size_t>(count));
 }
 
 void PolygonShape::add_more(const ShapeValues& values) {

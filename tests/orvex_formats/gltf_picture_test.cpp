@@ -1,8 +1,11 @@
 // What pictures of glTF files look like on screen: upright, and of the right colours.
 
+#include <cmath>
+#include <cstring>
 #include <fstream>
 #include <iterator>
 #include <string>
+#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -10,9 +13,11 @@
 #include <orvex/assets/models/load_undo.h>
 #include <orvex/assets/textures/texture.h>
 #include <orvex/geometry/lines/polyline.h>
+#include <orvex/geometry/mesh/mesh.h>
 #include <orvex/geometry/mesh/model.h>
 #include <orvex/geometry/points/vertex_pool.h>
 #include <orvex/kernel/core.h>
+#include <orvex/renderer/records/mesh_data.h>
 
 #include <orvex_kit/engine.h>
 #include <orvex_kit/look.h>
@@ -114,6 +119,30 @@ TEST_P(GltfPictureTest, shows_white_where_a_picture_cant_be_decoded) {
     const Model model(path);
     ASSERT_EQ(model.notes().size(), 1u);
     EXPECT_EQ(model.notes()[0], "the picture \"picture 0\" can't be decoded, and is white");
+}
+
+TEST(BuildModel, gives_faces_the_normals_that_the_engine_computes) {
+    const Engine engine;
+    orvex::formats::Draft draft;
+    orvex::formats::Surface& surface = draft.surfaces.emplace_back();
+    // More faces than one thread takes at once, one of them without an area.
+    const std::uint32_t count = 70'000;
+    for (std::uint32_t i = 0; i < count + 2; ++i) {
+        const float way = static_cast<float>(i) * 0.37f;
+        surface.positions.emplace_back(std::sin(way), std::cos(way * 1.7f), way);
+        if (i < count)
+            surface.triangles.push_back({i, i + 1, i == 5 ? i : i + 2});
+    }
+    auto* const model = new orvex::Model;
+    orvex::formats::build_model(std::move(draft), *model);
+    auto* const mesh = dynamic_cast<orvex::Mesh*>(model->get_child(0));
+    ASSERT_NE(mesh, nullptr);
+    const orvex::MeshData& store = *mesh->get_mesh_data();
+    ASSERT_EQ(store.num_faces, count);
+    const std::vector<orvex::vec4> made(store.face_normals, store.face_normals + count);
+    mesh->compute_faces_normal(nullptr);
+    EXPECT_EQ(std::memcmp(made.data(), store.face_normals, count * sizeof made[0]), 0);
+    model->kill(nullptr, nullptr);
 }
 
 TEST(BuildModel, makes_nodes_of_points_and_lines) {

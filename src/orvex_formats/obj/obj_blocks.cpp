@@ -7,8 +7,8 @@
 #include <mutex>
 #include <optional>
 
-#include "orvex_formats/obj/private/workers.h"
 #include "orvex_formats/private/refusal.h"
+#include "orvex_formats/private/workers.h"
 
 namespace orvex::formats {
 

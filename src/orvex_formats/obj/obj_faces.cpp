@@ -7,7 +7,9 @@
 #include <utility>
 
 #include "orvex_formats/obj/private/obj_model.h"
+#include "orvex_formats/private/large_lists.h"
 #include "orvex_formats/private/refusal.h"
+#include "orvex_formats/private/workers.h"
 
 namespace orvex::formats {
 
@@ -62,7 +64,7 @@ Surface SurfaceMaker::make(const ObjGroup& group) {
         add_run(run);
     forget_vertices();
     fill_surface();
-    fill_normals();
+    fill_missing_normals();
     return std::move(surface);
 }
 
@@ -80,11 +82,11 @@ void SurfaceMaker::reserve(const ObjGroup& group) {
     if (count > most_triangles)
         refuse("line %zu: more triangles than any that are read",
                group.runs.back().base->lines + 1);
-    surface.triangles.reserve(count);
+    reserve_largely(surface.triangles, count);
     if (has_material)
-        surface.triangle_materials.reserve(count);
+        reserve_largely(surface.triangle_materials, count);
     if (has_smoothing)
-        smoothings.reserve(count);
+        reserve_largely(smoothings, count);
 }
 
 // --- Faces
@@ -214,31 +216,43 @@ void SurfaceMaker::forget_vertices() {
 void SurfaceMaker::fill_surface() {
     const bool has_uvs = std::any_of(vertices.begin(), vertices.end(),
                                      [](const Vertex& vertex) { return vertex.texcoord != none; });
-    surface.positions.reserve(vertices.size());
-    surface.colors.reserve(lists.colors.empty() ? 0 : vertices.size());
-    surface.uvs[0].reserve(has_uvs ? vertices.size() : 0);
-    for (const Vertex& vertex : vertices) {
-        surface.positions.push_back(lists.positions[vertex.position]);
-        if (!lists.colors.empty())
-            surface.colors.push_back(color_at(lists, vertex.position));
-        if (has_uvs)
-            surface.uvs[0].push_back(vertex.texcoord == none ? vec2()
-                                                             : lists.texcoords[vertex.texcoord]);
-    }
+    const auto fill_list = [this](bool is_there, auto& list, auto value_of) {
+        reserve_largely(list, is_there ? vertices.size() : 0);
+        for (std::size_t i = 0; is_there && i < vertices.size(); ++i)
+            list.push_back(value_of(vertices[i]));
+    };
+    const auto fill = [&](std::size_t list) {
+        if (list == 0)
+            fill_list(true, surface.positions,
+                      [&](const Vertex& vertex) { return lists.positions[vertex.position]; });
+        else if (list == 1)
+            fill_list(!lists.colors.empty(), surface.colors,
+                      [&](const Vertex& vertex) { return color_at(lists, vertex.position); });
+        else if (list == 2)
+            fill_list(has_uvs, surface.uvs[0], [&](const Vertex& vertex) {
+                return vertex.texcoord == none ? vec2() : lists.texcoords[vertex.texcoord];
+            });
+        else
+            fill_list(has_normals(), surface.normals, [&](const Vertex& vertex) {
+                return vertex.normal == none ? vec3(0.0f, 0.0f, 1.0f)
+                                             : unit_normal(lists.normals[vertex.normal]);
+            });
+    };
+    constexpr std::size_t num_lists = 4, few = 50'000;
+    if (vertices.size() >= few)
+        return share_out(num_lists, fill);
+    for (std::size_t list = 0; list < num_lists; ++list)
+        fill(list);
 }
 
-void SurfaceMaker::fill_normals() {
-    const bool is_smoothing_told =
-        std::any_of(smoothings.begin(), smoothings.end(),
-                    [](Smoothing smoothing) { return smoothing != by_angle; });
-    if (!is_any_told && !is_smoothing_told)
-        return; // whoever builds the model adds them
-    surface.normals.reserve(vertices.size());
-    for (const Vertex& vertex : vertices)
-        surface.normals.push_back(vertex.normal == none
-                                      ? vec3(0.0f, 0.0f, 1.0f)
-                                      : unit_normal(lists.normals[vertex.normal]));
-    if (!is_any_untold)
+/// Whether any is there or is told how to be made; else whoever builds the model adds them.
+bool SurfaceMaker::has_normals() const {
+    return is_any_told || std::any_of(smoothings.begin(), smoothings.end(),
+                                      [](Smoothing smoothing) { return smoothing != by_angle; });
+}
+
+void SurfaceMaker::fill_missing_normals() {
+    if (!has_normals() || !is_any_untold)
         return;
     SurfaceSource source;
     source.smoothings = std::move(smoothings);

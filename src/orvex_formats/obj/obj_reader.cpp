@@ -15,8 +15,10 @@
 #include "orvex_formats/obj/private/obj_model.h"
 #include "orvex_formats/obj/private/text_encoding.h"
 #include "orvex_formats/private/beside.h"
+#include "orvex_formats/private/large_lists.h"
 #include "orvex_formats/private/refusal.h"
 #include "orvex_formats/private/words.h"
+#include "orvex_formats/private/workers.h"
 
 namespace orvex::formats {
 
@@ -122,21 +124,36 @@ private:
         std::vector<Entry>().swap(from);
     }
 
-    void merge_lists() {
-        const bool has_colors = std::any_of(
-            blocks.begin(), blocks.end(), [](const auto& block) { return !block.colors.empty(); });
-        lists.positions.reserve(all.positions);
-        lists.colors.reserve(has_colors ? all.positions : 0);
-        lists.texcoords.reserve(all.texcoords);
-        lists.normals.reserve(all.normals);
+    template<class Entry>
+    void merge(std::vector<Entry> ObjBlock::*part, std::size_t count, std::vector<Entry>& list) {
+        reserve_largely(list, count);
+        for (ObjBlock& block : blocks)
+            move_entries(block.*part, list);
+    }
+
+    void merge_positions(bool has_colors) {
+        reserve_largely(lists.positions, all.positions);
+        reserve_largely(lists.colors, has_colors ? all.positions : 0);
         for (ObjBlock& block : blocks) {
             move_entries(block.positions, lists.positions);
             move_entries(block.colors, lists.colors);
             if (has_colors)
                 lists.colors.resize(lists.positions.size(), vec3(1.0f, 1.0f, 1.0f));
-            move_entries(block.texcoords, lists.texcoords);
-            move_entries(block.normals, lists.normals);
         }
+    }
+
+    void merge_lists() {
+        const bool has_colors = std::any_of(
+            blocks.begin(), blocks.end(), [](const auto& block) { return !block.colors.empty(); });
+        // Each list by whoever is free.
+        share_out(3, [&](std::size_t list) {
+            if (list == 0)
+                merge_positions(has_colors);
+            else if (list == 1)
+                merge(&ObjBlock::texcoords, all.texcoords, lists.texcoords);
+            else
+                merge(&ObjBlock::normals, all.normals, lists.normals);
+        });
         const bool is_of_bytes =
             std::any_of(lists.colors.begin(), lists.colors.end(), [](const vec3& color) {
                 return color.x > 1.0f || color.y > 1.0f || color.z > 1.0f;

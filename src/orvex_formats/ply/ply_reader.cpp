@@ -141,10 +141,10 @@ private:
 
     std::uint64_t take_count(const PlyProperty& property) {
         const double count = rows.number(property.count_type);
-        const std::uint64_t most = rows.left() / rows.least_size(property.type);
         if (!(count >= 0.0))
             refuse("%s: a list of less than nothing", rows.place().c_str());
-        if (!(count <= static_cast<double>(most)))
+        const auto size = static_cast<double>(rows.least_size(property.type));
+        if (!(count * size <= static_cast<double>(rows.left())))
             refuse("%s: a list of %.0f numbers, and the file is too short for them",
                    rows.place().c_str(), count);
         return static_cast<std::uint64_t>(count);
@@ -199,6 +199,9 @@ private:
                   picture = element.find("texnumber");
         const PlyColumns columns(element);
         note_properties(columns);
+        make_room_for_faces(element);
+        if (element.properties.size() == 1 && indices == 0)
+            return read_bare_faces(element);
         ShapeFace face;
         face.has_color = columns.has_colors();
         ShapeValues values;
@@ -221,8 +224,39 @@ private:
         }
     }
 
+    /// For as many triangles as the rest of the file can hold.
+    void make_room_for_faces(const PlyElement& element) {
+        const int indices = find_indices(element);
+        const PlyProperty& list = element.properties[static_cast<std::size_t>(indices)];
+        const std::uint64_t size =
+            element.least_row_size(header.encoding) + 3 * rows.least_size(list.type);
+        shape.begin_faces(std::min(element.num_rows, rows.left() / size));
+    }
+
+    /// Nearly all files have nothing but corners, three of them.
+    void read_bare_faces(const PlyElement& element) {
+        const PlyProperty& property = element.properties[0];
+        ShapeFace face;
+        for (std::uint64_t i = 0; i < element.num_rows; ++i) {
+            const std::uint64_t count = take_count(property);
+            if (count == 3) {
+                Triangle triangle{};
+                for (std::uint32_t& corner : triangle)
+                    corner = vertex_of(rows.number(property.type));
+                shape.add_triangle(triangle);
+                continue;
+            }
+            take_corners(property, count, face.corners);
+            shape.add_face(face);
+        }
+    }
+
     void take_indices(const PlyProperty& property, std::vector<std::uint32_t>& corners) {
-        const std::uint64_t count = take_count(property);
+        take_corners(property, take_count(property), corners);
+    }
+
+    void take_corners(const PlyProperty& property, std::uint64_t count,
+                      std::vector<std::uint32_t>& corners) {
         corners.clear();
         for (std::uint64_t i = 0; i < count; ++i)
             corners.push_back(vertex_of(rows.number(property.type)));

@@ -56,6 +56,8 @@ public:
             add_more(values);
     }
 
+    /// Makes room for so many triangles, which was checked.
+    void begin_faces(std::uint64_t count);
     /// Its corners are known to be vertices, which may come later. @throw Refusal
     void add_face(const ShapeFace& face);
     /// The same for three corners. @throw Refusal

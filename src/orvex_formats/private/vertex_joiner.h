@@ -10,6 +10,8 @@
 #include <span>
 #include <vector>
 
+#include "orvex_formats/private/large_lists.h"
+
 namespace orvex::formats {
 
 /// A number that no file can foresee, so that none can be made whose vertices meet in one place of
@@ -56,7 +58,7 @@ public:
 
     /// Makes room for so many different keys.
     void reserve(std::size_t count) {
-        keys.reserve(count);
+        reserve_largely(keys, count);
         std::size_t size = table.size();
         while (size / 2 <= count)
             size *= 2;
@@ -109,6 +111,7 @@ private:
     void grow() { resize(table.size() * 2); }
 
     void resize(std::size_t size) {
+        reserve_largely(table, size);
         table.assign(size, empty);
         for (std::uint32_t i = 0; i < keys.size(); ++i)
             slot_of(keys[i]) = i;

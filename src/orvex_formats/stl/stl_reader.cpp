@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "orvex_formats/private/byte_stream.h"
+#include "orvex_formats/private/large_lists.h"
 #include "orvex_formats/private/normals.h"
 #include "orvex_formats/private/refusal.h"
 #include "orvex_formats/private/vertex_joiner.h"
@@ -47,13 +48,13 @@ public:
     std::size_t num_triangles() const { return surface.triangles.size(); }
     /// Closed surfaces have half as many vertices as triangles.
     void reserve(std::size_t count) {
-        surface.triangles.reserve(count);
+        reserve_largely(surface.triangles, count);
         joiner.reserve(count / 2 + 2);
     }
 
     Surface finish(const std::string& name) {
         surface.name = name;
-        surface.positions.reserve(joiner.all().size());
+        reserve_largely(surface.positions, joiner.all().size());
         for (const Corner& corner : joiner.all())
             surface.positions.emplace_back(corner.x, corner.y, corner.z);
         return std::move(surface);

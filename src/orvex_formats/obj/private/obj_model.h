@@ -89,7 +89,8 @@ private:
     std::uint32_t vertex_of_many(const Key& key);
     void add_vertex(const Key& key);
     void fill_surface();
-    void fill_normals();
+    bool has_normals() const;
+    void fill_missing_normals();
     void forget_vertices();
 
     const ObjLists& lists;

@@ -1,6 +1,7 @@
-#include "orvex_formats/obj/private/workers.h"
+#include "orvex_formats/private/workers.h"
 
 #include <algorithm>
+#include <atomic>
 #include <exception>
 #include <mutex>
 #include <system_error>
@@ -68,6 +69,14 @@ void work_together(unsigned int num_workers, const std::function<void(unsigned i
     }
     if (first)
         std::rethrow_exception(first);
+}
+
+void share_out(std::size_t num_pieces, const std::function<void(std::size_t)>& work) {
+    std::atomic<std::size_t> next = 0;
+    work_together(num_workers_for(num_pieces), [&](unsigned int) {
+        for (std::size_t piece = next++; piece < num_pieces; piece = next++)
+            work(piece);
+    });
 }
 
 } // namespace orvex::formats

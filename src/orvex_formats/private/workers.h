@@ -18,4 +18,10 @@ unsigned int num_workers_for(std::size_t num_pieces);
 /// @throw what the first worker threw whose function threw
 void work_together(unsigned int num_workers, const std::function<void(unsigned int worker)>& work);
 
+/// Runs pieces of work that don't depend on each other, each once, on as many threads as are of
+/// use.
+/// @param work  gets the number of a piece, from 0 on
+/// @throw as `work_together`
+void share_out(std::size_t num_pieces, const std::function<void(std::size_t piece)>& work);
+
 } // namespace orvex::formats
