@@ -76,9 +76,29 @@ void Model::Data::begin_draw(Renderer& renderer, GpuProgram& program, Path path)
     end_blending(renderer);
 }
 
+namespace {
+
+/// Binds that the next run of faces wants again stay, for as long as this lives.
+class KeptBinds {
+public:
+    explicit KeptBinds(Renderer& renderer)
+        : renderer(renderer)
+        , was_keeping(renderer.keep_binds(true)) {}
+    ~KeptBinds() { renderer.keep_binds(was_keeping); }
+    KeptBinds(const KeptBinds&) = delete;
+    KeptBinds& operator=(const KeptBinds&) = delete;
+
+private:
+    Renderer& renderer;
+    bool was_keeping;
+};
+
+} // namespace
+
 void Model::Data::draw(Renderer& renderer, GpuProgram& program, Path path, const Angle& lit_from) {
     begin_draw(renderer, program, path);
     set_lights(program, axes_of({lit_from.azimuth, 0.0f, lit_from.up}));
+    const KeptBinds kept(renderer);
     bool is_blending = false;
     for (std::size_t i = 0; i < facts.runs.size(); ++i) {
         const FaceRun& run = facts.runs[i];

@@ -135,7 +135,8 @@ public:
     Program& look();
 
     /// @name A frame
-    /// Nothing of it does anything for an empty view.
+    /// Nothing of it does anything for an empty view. Binds that the next object wants again are
+    /// left out, see `Renderer::set_elided_binds_state`.
     /// @{
 
     /// A whole frame of one model, all of which is seen.

@@ -89,6 +89,7 @@ void ViewContext::open(const ContextWish& wish) {
     const DeviceChoice choice(wish.device);
     renderer = Kernel::get()->load_core_opengl_renderer_plugin(true);
     renderer->initialize();
+    renderer->set_elided_binds_state(true);
     window = renderer->create_render_window();
     if (!begin_context(wish) || failure != ViewFailure::none)
         return close();

@@ -88,7 +88,7 @@ bool Kernel::load_core_loader3d_plugins() {
 
 Renderer* Kernel::load_core_opengl_renderer_plugin(bool create_new) {
     if (create_new) {
-        auto renderer = std::make_unique<RendererOpenGL>();
+        auto renderer = std::make_unique<KeepingRendererOpenGL>();
         insert_core_plugin(renderer.get());
         return renderer.release();
     }

@@ -42,6 +42,12 @@ void Renderer::set_api_type(ORVEX_API3D type) {
     renderer_data->api_type = type;
 }
 
+void Renderer::set_elided_binds_state(bool state) {
+    elides_binds = state;
+    if (!state && keeps_binds)
+        keep_binds(false);
+}
+
 // The operations that hosts know were declared without a `const` that they keep all the same.
 
 const mat4& Renderer::get_projection_matrix() const {

@@ -970,9 +970,51 @@ public:
                                             RENDERER_BLEND_FACTOR dst_alpha) = 0;
     /// @}
 
+    /// @name Binds that are left out
+    /// The draw of an object binds its program, textures and vertices and unbinds them again, and
+    /// the next object often binds the same. A renderer may leave such a pair out; what is drawn
+    /// and what the API holds afterwards are the same.
+    /// @{
+
+    /// Lets the walks of `Node::render` keep binds, from the next one on; the state is off at
+    /// first. In a walk that is under way an end restores everything at once.
+    ///
+    /// A walk keeps binds while it goes over groups, models and meshes of the engine's own classes.
+    /// Whatever else it meets (a class of a host's, text, particles, lines, points) finds
+    /// everything as it would be without, and so does whoever is called by the engine in between. A
+    /// back end that can't keep binds draws as ever.
+    void set_elided_binds_state(bool state);
+    /// Returns the state.
+    bool get_elided_binds_state() const { return elides_binds; }
+    /// Begins to keep binds, or ends it; for a host that draws its objects without a walk. Needs
+    /// `set_elided_binds_state(true)` for a beginning, which does nothing otherwise; a second one
+    /// is harmless.
+    ///
+    /// An operation of this contract, of a target or of a window finds everything as it would be
+    /// without, in between too; what a host sends to the API by itself has to wait for the end, or
+    /// for any of those. The beginning and the end belong to one thread and one context.
+    ///
+    /// @code
+    /// const bool was_keeping = renderer->keep_binds(true);
+    /// for (Mesh* mesh : meshes)
+    ///     mesh->render(renderer, nullptr);
+    /// renderer->keep_binds(was_keeping);
+    /// @endcode
+    /// @return whether binds were kept until now
+    virtual bool keep_binds(bool state) = 0;
+    /// Returns whether binds are kept now.
+    bool get_kept_binds_state() const { return keeps_binds; }
+    /// @}
+
+protected:
+    /// For back ends: tells whether binds are kept from now on.
+    void note_kept_binds(bool state) { keeps_binds = state; }
+
 private:
     struct RendererData;
     std::unique_ptr<RendererData> renderer_data;
+    bool elides_binds = false;
+    bool keeps_binds = false;
 };
 
 } // namespace orvex

@@ -409,5 +409,6 @@
     OPERATION(bool, uniform_buffer_unbind, (UniformBufferData* buffer), (buffer))                 \
     OPERATION(bool, set_blend_factors_separate, (RENDERER_BLEND_FACTOR src_color,                 \
               RENDERER_BLEND_FACTOR dst_color, RENDERER_BLEND_FACTOR src_alpha,                   \
-              RENDERER_BLEND_FACTOR dst_alpha), (src_color, dst_color, src_alpha, dst_alpha))
+              RENDERER_BLEND_FACTOR dst_alpha), (src_color, dst_color, src_alpha, dst_alpha))     \
+    OPERATION(bool, keep_binds, (bool state), (state))
 // clang-format on

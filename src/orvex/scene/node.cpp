@@ -26,6 +26,7 @@
 #include "orvex/base/global_id.h"
 #include "orvex/base/private/misuse.h"
 #include "orvex/scene/private/draw_ahead.h"
+#include "orvex/scene/private/kept_binds.h"
 #include "orvex/scene/private/node_data.h"
 
 namespace orvex {
@@ -57,6 +58,7 @@ void free_node_token(NodeToken* token) {
 Node::Node()
     : node_data(new NodeData(this)) {
     set_type(NODE_TYPE_NODE);
+    note_drawn_by_engine(*this);
 }
 
 Node::~Node() {
@@ -96,9 +98,16 @@ void Node::render(Renderer* renderer, Node* node) {
     if (!node_data->render_state)
         return;
     const NodeHandle walked((node ? node : this)->node_data);
+    const KeptBinds kept(renderer);
+    kept.enter(*this);
     _render(renderer);
     for_each_child(
-        walked, [renderer](Node& child) { child.render(renderer, nullptr); }, draw_ahead);
+        walked,
+        [renderer, &kept](Node& child) {
+            kept.enter(child);
+            child.render(renderer, nullptr);
+        },
+        draw_ahead);
 }
 
 bool Node::_init(Renderer*) {

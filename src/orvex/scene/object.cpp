@@ -26,6 +26,7 @@ Object::Object()
     , grid_draw_frame(true)
     , display_grid_state(false) {
     set_type(NODE_TYPE_OBJECT);
+    note_drawn_by_engine(*this);
     Node::NodeData::of(*this).object = this;
 }
 

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <string>
+#include <typeinfo>
 #include <vector>
 
 #include "orvex/assets/materials/physical_material.h"
@@ -199,9 +200,39 @@ void Material::bind_gpu_program(Renderer* renderer) {
         data->gpu_program->bind(renderer);
 }
 
+namespace {
+
+/// Keeps no binds for as long as a texture of a host's own class runs, which may call the API by
+/// itself.
+class TextureRun {
+public:
+    TextureRun(Renderer* renderer, const Texture& texture)
+        : renderer(renderer && renderer->get_kept_binds_state() &&
+                           typeid(texture) != typeid(Texture)
+                       ? renderer
+                       : nullptr) {
+        if (this->renderer)
+            this->renderer->keep_binds(false);
+    }
+    ~TextureRun() {
+        if (renderer)
+            renderer->keep_binds(true);
+    }
+    TextureRun(const TextureRun&) = delete;
+    TextureRun& operator=(const TextureRun&) = delete;
+
+private:
+    Renderer* renderer; ///< null where nothing was kept
+};
+
+} // namespace
+
 void Material::bind_textures(Renderer* renderer) {
-    for (unsigned long i = 0; i < data->textures.size(); ++i)
-        data->textures[i]->bind(renderer, data->texture_unit_offset + i);
+    for (unsigned long i = 0; i < data->textures.size(); ++i) {
+        Texture& texture = *data->textures[i];
+        const TextureRun run(renderer, texture);
+        texture.bind(renderer, data->texture_unit_offset + i);
+    }
 }
 
 void Material::fixed_pipeline_bind_colors(Renderer* renderer) {
@@ -221,8 +252,11 @@ void Material::unbind_gpu_program(Renderer* renderer) {
 }
 
 void Material::unbind_textures(Renderer* renderer) {
-    for (unsigned long i = 0; i < data->textures.size(); ++i)
-        data->textures[i]->unbind(renderer, data->texture_unit_offset + i);
+    for (unsigned long i = 0; i < data->textures.size(); ++i) {
+        Texture& texture = *data->textures[i];
+        const TextureRun run(renderer, texture);
+        texture.unbind(renderer, data->texture_unit_offset + i);
+    }
 }
 
 // -------------------------------------------------------------------------------- loading

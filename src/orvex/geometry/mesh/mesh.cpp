@@ -53,6 +53,7 @@ Mesh::Mesh()
 Mesh::Mesh(VERTEX_FORMAT format)
     : mesh_data(nullptr) {
     set_type(NODE_TYPE_MESH);
+    note_drawn_by_engine(*this);
     NodeData::of(*this).kind = this;
     init_mesh_data(nullptr, format);
 }

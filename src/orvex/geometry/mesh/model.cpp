@@ -2,6 +2,7 @@
 
 #include "orvex/geometry/mesh/mesh.h"
 #include "orvex/scene/private/draw_ahead.h"
+#include "orvex/scene/private/kept_binds.h"
 #include "orvex/scene/private/node_data.h"
 
 namespace orvex {
@@ -10,6 +11,7 @@ Model::Model()
     : separate_vertex_arrays(true)
     , vertex_alignment(0) {
     set_type(NODE_TYPE_MODEL);
+    note_drawn_by_engine(*this);
 }
 
 Model::~Model() = default;
@@ -18,8 +20,14 @@ Model::~Model() = default;
 void Model::render(Renderer* renderer, Node* node) {
     const NodeHandle self(this);
     const NodeHandle walked(node ? node : this);
+    const KeptBinds kept(renderer);
     for_each_child(
-        walked, [renderer](Node& child) { child.render(renderer, &child); }, draw_ahead);
+        walked,
+        [renderer, &kept](Node& child) {
+            kept.enter(child);
+            child.render(renderer, &child);
+        },
+        draw_ahead);
     if (self.get() && walked.get())
         Node::render(renderer, node);
 }

@@ -12,6 +12,7 @@
 #include "orvex/geometry/mesh/private/mesh_contents.h"
 #include "orvex/geometry/shapes/private/mesh_shape.h"
 #include "orvex/math/private/sizes.h"
+#include "orvex/scene/private/node_data.h"
 
 namespace orvex {
 
@@ -23,6 +24,7 @@ MeshBox::MeshBox()
 MeshBox::MeshBox(VERTEX_FORMAT format)
     : Mesh(format) {
     set_type(NODE_TYPE_MESH_BOX);
+    note_drawn_by_engine(*this);
     update_build_state(true);
 }
 

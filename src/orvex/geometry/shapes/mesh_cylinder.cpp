@@ -1,6 +1,7 @@
 #include "orvex/geometry/shapes/mesh_cylinder.h"
 
 #include "orvex/geometry/shapes/private/mesh_shape.h"
+#include "orvex/scene/private/node_data.h"
 
 namespace orvex {
 
@@ -12,6 +13,7 @@ MeshCylinder::MeshCylinder()
 MeshCylinder::MeshCylinder(VERTEX_FORMAT format)
     : Mesh(format) {
     set_type(NODE_TYPE_MESH_CYLINDER);
+    note_drawn_by_engine(*this);
     update_build_state(true);
 }
 

@@ -13,6 +13,7 @@
 #include "orvex/geometry/mesh/private/mesh_contents.h"
 #include "orvex/geometry/shapes/private/mesh_shape.h"
 #include "orvex/math/private/angle.h"
+#include "orvex/scene/private/node_data.h"
 
 namespace orvex {
 
@@ -24,6 +25,7 @@ MeshEllipse::MeshEllipse()
 MeshEllipse::MeshEllipse(VERTEX_FORMAT format)
     : Mesh(format) {
     set_type(NODE_TYPE_MESH_ELLIPSE);
+    note_drawn_by_engine(*this);
     update_build_state(true);
 }
 

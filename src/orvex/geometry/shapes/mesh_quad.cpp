@@ -2,6 +2,7 @@
 
 #include "orvex/geometry/mesh/private/mesh_contents.h"
 #include "orvex/geometry/shapes/private/mesh_quad_layout.h"
+#include "orvex/scene/private/node_data.h"
 
 namespace orvex {
 
@@ -11,6 +12,7 @@ MeshQuad::MeshQuad()
 MeshQuad::MeshQuad(VERTEX_FORMAT format)
     : Mesh(format) {
     set_type(NODE_TYPE_MESH_QUAD);
+    note_drawn_by_engine(*this);
 }
 
 bool MeshQuad::set_build_params(float new_width, float new_height) {

@@ -2,6 +2,7 @@
 
 #include "orvex/geometry/mesh/private/mesh_contents.h"
 #include "orvex/geometry/shapes/private/mesh_quad_layout.h"
+#include "orvex/scene/private/node_data.h"
 
 namespace orvex {
 
@@ -11,6 +12,7 @@ MeshQuadHud::MeshQuadHud()
 MeshQuadHud::MeshQuadHud(VERTEX_FORMAT format)
     : Mesh(format) {
     set_type(NODE_TYPE_MESH_QUAD_HUD);
+    note_drawn_by_engine(*this);
 }
 
 bool MeshQuadHud::set_build_params() {

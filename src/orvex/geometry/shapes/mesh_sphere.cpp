@@ -4,6 +4,7 @@
 #include <numbers>
 
 #include "orvex/geometry/shapes/private/mesh_shape.h"
+#include "orvex/scene/private/node_data.h"
 
 namespace orvex {
 
@@ -15,6 +16,7 @@ MeshSphere::MeshSphere()
 MeshSphere::MeshSphere(VERTEX_FORMAT format)
     : Mesh(format) {
     set_type(NODE_TYPE_MESH_SPHERE);
+    note_drawn_by_engine(*this);
     update_build_state(true);
 }
 

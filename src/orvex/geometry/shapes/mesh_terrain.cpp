@@ -15,6 +15,7 @@
 #include "orvex/math/private/sizes.h"
 #include "orvex/renderer/records/private/image_access.h"
 #include "orvex/renderer/records/texture_data.h"
+#include "orvex/scene/private/node_data.h"
 
 namespace orvex {
 
@@ -26,6 +27,7 @@ MeshTerrain::MeshTerrain()
 MeshTerrain::MeshTerrain(VERTEX_FORMAT format)
     : Mesh(format) {
     set_type(NODE_TYPE_MESH_TERRAIN);
+    note_drawn_by_engine(*this);
     update_build_state(true);
 }
 

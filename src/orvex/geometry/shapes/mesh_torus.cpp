@@ -10,6 +10,7 @@
 
 #include "orvex/geometry/shapes/private/mesh_shape.h"
 #include "orvex/math/private/angle.h"
+#include "orvex/scene/private/node_data.h"
 
 namespace orvex {
 
@@ -21,6 +22,7 @@ MeshTorus::MeshTorus()
 MeshTorus::MeshTorus(VERTEX_FORMAT format)
     : Mesh(format) {
     set_type(NODE_TYPE_MESH_TORUS);
+    note_drawn_by_engine(*this);
     update_build_state(true);
 }
 

@@ -2,6 +2,7 @@
 
 #include "orvex/geometry/mesh/private/mesh_contents.h"
 #include "orvex/geometry/shapes/private/mesh_shape.h"
+#include "orvex/scene/private/node_data.h"
 
 namespace orvex {
 
@@ -11,6 +12,7 @@ MeshTriangle::MeshTriangle()
 MeshTriangle::MeshTriangle(VERTEX_FORMAT format)
     : Mesh(format) {
     set_type(NODE_TYPE_MESH_TRIANGLE);
+    note_drawn_by_engine(*this);
     update_build_state(true);
 }
 

@@ -111,6 +111,16 @@ bool RendererOpenGL::stop() {
     return true;
 }
 
+bool RendererOpenGL::keep_binds(bool state) {
+    const bool was_keeping = bound().is_keeping();
+    if (state && can_keep_binds && get_elided_binds_state())
+        bound().begin();
+    else
+        bound().end();
+    note_kept_binds(bound().is_keeping());
+    return was_keeping;
+}
+
 RenderWindow* RendererOpenGL::create_render_window() {
     render_windows.push_back(std::make_unique<RenderWindowOpenGL>());
     return render_windows.back().get();

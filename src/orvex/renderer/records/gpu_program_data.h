@@ -307,6 +307,9 @@ struct ORVEX_API GpuProgramData : ThreadRecord {
     bool uniforms_optimized = false;        ///< every record's location has been asked for
     GpuProgramUniform** uniforms = nullptr; ///< owned slots, used ones first
     unsigned long num_uniforms = 0;         ///< number of slots
+    /// Number of the stretch of kept binds in which every record's location was asked for; 0 where
+    /// a record came or a link was made since.
+    unsigned long asked_in_stretch = 0;
 
 private:
     GpuProgramUniform* touch_uniform(const char* name, int type);

@@ -54,6 +54,7 @@ GpuProgramUniform* GpuProgramData::get_new_uniform() {
         num_uniforms += UNIFORM_SLOTS;
     }
     *slot = new GpuProgramUniform;
+    asked_in_stretch = 0;
     return *slot;
 }
 

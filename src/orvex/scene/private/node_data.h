@@ -5,6 +5,7 @@
 
 #include <cstddef>
 #include <string>
+#include <typeinfo>
 #include <utility>
 #include <variant>
 #include <vector>
@@ -55,10 +56,19 @@ struct Node::NodeData : NodeFrameData {
     /// class of a host's may have been built without type information.
     Resource* resource = nullptr;
     std::variant<std::monostate, Camera*, Mesh*, Polyline*, Texture*, VertexPool*> kind;
+    /// The class whose objects draw by the engine's own code alone, see `note_drawn_by_engine`.
+    const std::type_info* drawn_as = nullptr;
     Thread thread;
     std::vector<NODE_TYPE> types;
     std::string name;
 };
+
+/// Notes in a constructor that objects of exactly this class draw by the engine's own code alone.
+/// Of a class that derives from it this isn't known: its hooks may call the API by themselves.
+template<class Class>
+void note_drawn_by_engine(Class& node) {
+    Node::NodeData::of(node).drawn_as = &typeid(Class);
+}
 
 /// The node as an object, null if it is none.
 inline Object* node_as_object(const Node& node) {

@@ -5,8 +5,10 @@
 namespace orvex {
 
 void point_client_generic(GlState& state, int location, const ClientPlace& place) {
-    state.context().client_arrays.enable_generic(state.gl, location, place.buffer,
-                                                 place.num_vertices);
+    ClientArrays& arrays = state.context().client_arrays;
+    if (arrays.resume_generic(location, place))
+        return;
+    arrays.enable_generic(state.gl, location, place);
     state.gl.glVertexAttribPointer(static_cast<GLuint>(location), static_cast<GLint>(place.dim),
                                    GL_FLOAT, GL_FALSE, static_cast<GLsizei>(place.stride),
                                    buffer_offset(place.offset));
@@ -18,10 +20,13 @@ namespace {
 void point_uv(GlState& state, ClientArray array, const ClientPlace& place) {
     if (!state.gl.glClientActiveTexture)
         return;
-    state.gl.glClientActiveTexture(array == ClientArray::uv0 ? GL_TEXTURE0 : GL_TEXTURE1);
+    ClientArrays& arrays = state.context().client_arrays;
+    if (arrays.resume(array, place))
+        return;
+    arrays.select_unit(state.gl, array == ClientArray::uv0 ? 0 : 1);
     glTexCoordPointer(static_cast<GLint>(place.dim), GL_FLOAT, static_cast<GLsizei>(place.stride),
                       buffer_offset(place.offset));
-    state.context().client_arrays.enable(array, place.buffer, place.num_vertices);
+    arrays.enable(array, place);
 }
 
 } // namespace
@@ -33,16 +38,22 @@ void point_client_attribute(GlState& state, int index, int location, const Clien
     ClientArrays& arrays = state.context().client_arrays;
     switch (index) {
     case at_position:
+        if (arrays.resume(ClientArray::vertex, place))
+            return;
         glVertexPointer(dim, GL_FLOAT, stride, offset);
-        arrays.enable(ClientArray::vertex, place.buffer, place.num_vertices);
+        arrays.enable(ClientArray::vertex, place);
         return;
     case at_color:
+        if (arrays.resume(ClientArray::color, place))
+            return;
         glColorPointer(dim, GL_FLOAT, stride, offset);
-        arrays.enable(ClientArray::color, place.buffer, place.num_vertices);
+        arrays.enable(ClientArray::color, place);
         return;
     case at_normal:
+        if (arrays.resume(ClientArray::normal, place))
+            return;
         glNormalPointer(GL_FLOAT, stride, offset);
-        arrays.enable(ClientArray::normal, place.buffer, place.num_vertices);
+        arrays.enable(ClientArray::normal, place);
         return;
     case at_uv0:
         point_uv(state, ClientArray::uv0, place);

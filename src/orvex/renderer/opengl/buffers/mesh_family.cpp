@@ -8,9 +8,11 @@ namespace orvex {
 void MeshFamily::begin_prepare(MeshData& mesh) {
     enter_context(state, mesh);
     accept_draws(state, &mesh);
-    // Client arrays would be pointed inside it.
+    // Client arrays would be pointed inside it, and its own uploads unbind what those keep.
     if (!mesh.get_use_generic_vertex_attribs_state())
         state.release_vertex_array();
+    else
+        state.bound().take_off_client_arrays();
     state.context().prepared_elements = 0;
 }
 
@@ -42,6 +44,7 @@ bool MeshFamily::draw(MeshData* mesh) {
         return false;
     if (is_refused(state, mesh))
         return false;
+    state.bound().take_off_held();
     return mesh->get_use_generic_vertex_attribs_state() ? vertex_buffer_draw_gl3(mesh)
                                                         : vertex_buffer_draw_gl2(mesh);
 }

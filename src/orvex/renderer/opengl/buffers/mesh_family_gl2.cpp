@@ -17,16 +17,27 @@ using namespace mesh_buffers;
 
 namespace {
 
+/// Binds a buffer, unless it is the one that is held.
+void bind_for_arrays(const GlState& state, const BufferStore& store) {
+    BoundState& bound = state.bound();
+    if (bound.resume_buffer(store.bound_to(), store.name()))
+        return;
+    store.bind();
+    bound.buffer_was_bound(store.bound_to(), store.name());
+}
+
 /// Binds the vertex buffer, making it or making it anew when the record needs another size; all of
 /// its contents are to be uploaded then.
 void bind_vertices(const GlState& state, MeshData& mesh, unsigned long bytes) {
     BufferStore store = vertex_store(state, mesh);
     if (store.fits(bytes)) {
-        store.bind();
+        bind_for_arrays(state, store);
         return;
     }
+    state.bound().take_off_client_arrays();
     if (store.allocate(bytes, nullptr, vertex_usage(state, mesh.vertex_buffer_usage)))
         mesh.renderer_id = state.renderer_id();
+    state.bound().buffer_was_bound(GL_ARRAY_BUFFER, mesh.vertex_buffer_id);
     raise_all_flags(mesh);
 }
 
@@ -67,9 +78,10 @@ void bind_faces(const GlState& state, MeshData& mesh) {
     const unsigned long bytes = face_list_bytes(mesh);
     if (!store.exists()) {
         store.allocate(bytes, faces, index_usage(state, mesh));
+        state.bound().buffer_was_bound(GL_ELEMENT_ARRAY_BUFFER, mesh.index_buffer_id);
         return;
     }
-    store.bind();
+    bind_for_arrays(state, store);
     if (store.has_other_size(bytes)) {
         store.resize_bound(bytes, index_usage(state, mesh));
         mesh.faces_need_update = true;
@@ -85,8 +97,10 @@ void bind_elements(const GlState& state, MeshData& mesh) {
     bind_faces(state, mesh);
     upload_quad_edges(state, mesh);
     unsigned int bound = face_list(mesh) ? mesh.index_buffer_id : 0;
-    if (mesh.render_wireframe_quad && mesh.quad_edges)
+    if (mesh.render_wireframe_quad && mesh.quad_edges) {
         bound = mesh.quad_edge_buffer_id;
+        state.bound().buffer_was_bound(GL_ELEMENT_ARRAY_BUFFER, bound);
+    }
     state.context().prepared_elements = bound;
 }
 
@@ -116,7 +130,8 @@ bool MeshFamily::vertex_buffer_prepare_gl2(MeshData* mesh) {
     state.context().client_arrays.begin_prepare();
     visit_interleaved(*mesh, attributes_of(*mesh),
                       [&](const MeshArray& array) { point_client_array(state, *mesh, array); });
-    state.context().client_arrays.end_prepare(state.gl, mesh->num_vertices);
+    if (state.context().client_arrays.end_prepare(state.gl, mesh->num_vertices))
+        state.bound().client_array_was_held();
     bind_elements(state, *mesh);
     return has_element_buffers(*mesh) || refuse_draws(state, mesh);
 }
@@ -138,7 +153,8 @@ bool MeshFamily::vertex_buffer_prepare_separate_arrays_gl2(MeshData* mesh) {
             array.stride = array.element_size;
         point_client_array(state, *mesh, array);
     });
-    state.context().client_arrays.end_prepare(state.gl, mesh->num_vertices);
+    if (state.context().client_arrays.end_prepare(state.gl, mesh->num_vertices))
+        state.bound().client_array_was_held();
     bind_elements(state, *mesh);
     return has_element_buffers(*mesh) || refuse_draws(state, mesh);
 }
@@ -148,23 +164,27 @@ bool MeshFamily::vertex_buffer_finish_gl2(MeshData* mesh) {
     if (!has_entries(gl.glBindBuffer, gl.glDisableVertexAttribArray))
         return false;
     state.release_vertex_array();
-    gl.glBindBuffer(GL_ELEMENT_ARRAY_BUFFER, 0);
-    gl.glBindBuffer(GL_ARRAY_BUFFER, 0);
+    if (!state.bound().hold_buffers()) {
+        gl.glBindBuffer(GL_ELEMENT_ARRAY_BUFFER, 0);
+        gl.glBindBuffer(GL_ARRAY_BUFFER, 0);
+    }
     ClientArrays& arrays = state.context().client_arrays;
-    arrays.disable(gl, ClientArray::vertex);
+    bool is_held = arrays.disable(gl, ClientArray::vertex);
     // An interleaved store has none of these pointers: its arrays stay enabled until the next
     // prepare points them elsewhere.
     if (mesh->get_color_ptr())
-        arrays.disable(gl, ClientArray::color);
+        is_held |= arrays.disable(gl, ClientArray::color);
     if (mesh->get_normal_ptr())
-        arrays.disable(gl, ClientArray::normal);
+        is_held |= arrays.disable(gl, ClientArray::normal);
     if (mesh->get_uv1_ptr())
-        arrays.disable(gl, ClientArray::uv1);
+        is_held |= arrays.disable(gl, ClientArray::uv1);
     if (mesh->get_uv0_ptr())
-        arrays.disable(gl, ClientArray::uv0);
+        is_held |= arrays.disable(gl, ClientArray::uv0);
     for (unsigned long i = 0; i < mesh->num_user_attribs; ++i)
         if (mesh->user_attribs[i].attrib_location >= 0)
-            arrays.disable_generic(gl, mesh->user_attribs[i].attrib_location);
+            is_held |= arrays.disable_generic(gl, mesh->user_attribs[i].attrib_location);
+    if (is_held)
+        state.bound().client_array_was_held();
     return true;
 }
 

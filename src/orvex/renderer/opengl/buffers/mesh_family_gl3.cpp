@@ -178,6 +178,8 @@ bool MeshFamily::vertex_buffer_prepare_separate_arrays_gl3(MeshData* mesh) {
 bool MeshFamily::vertex_buffer_finish_gl3(MeshData*) {
     if (!state.gl.glBindVertexArray)
         return false;
+    if (state.bound().hold_array())
+        return true;
     state.gl.glBindVertexArray(0);
     state.context().bound_array = 0;
     return true;

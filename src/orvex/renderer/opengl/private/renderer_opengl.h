@@ -115,6 +115,9 @@ public:
     int _bind_core_vertex_attrib_location_v2(GpuProgramData* program, const char* name, int index);
     /// @}
 
+protected:
+    bool can_keep_binds = false; ///< who makes sure that all else restores first says so
+
 private:
     // Life cycle
     void log_life_cycle(const char* operation);
@@ -132,6 +135,19 @@ private:
     FixedPipelineFamily fixed_pipeline;
     ShadowFamily shadows;
     QueryFamily queries;
+};
+
+/// The renderer as hosts have it. It can keep binds: each operation finds the API as the full order
+/// leaves it, but for those that take part, which ask what is held.
+class KeepingRendererOpenGL final : public RendererOpenGL {
+public:
+    KeepingRendererOpenGL() { can_keep_binds = true; }
+    ~KeepingRendererOpenGL() override;
+
+#define ORVEX_DECLARE(Result, name, parameters, arguments) Result name parameters override;
+    ORVEX_RENDERER_OPERATIONS(ORVEX_DECLARE, ORVEX_DECLARE)
+#undef ORVEX_DECLARE
+    using Renderer::vertex_buffer_kill;
 };
 
 } // namespace orvex

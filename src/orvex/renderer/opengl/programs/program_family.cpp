@@ -69,6 +69,7 @@ void forget_locations(GpuProgramData* program) {
     for (unsigned long i = 0; i < program->num_uniforms; ++i)
         if (program->uniforms[i])
             program->uniforms[i]->location = -1;
+    program->asked_in_stretch = 0;
 }
 
 } // namespace
@@ -335,13 +336,18 @@ bool ProgramFamily::activate(GpuProgramData* program) {
     if (!link(program))
         return false;
     set_active(program);
-    gl.glUseProgram(program->gl_program);
+    if (!state.bound().resume_program(program->gl_program)) {
+        gl.glUseProgram(program->gl_program);
+        state.bound().program_was_bound(program->gl_program);
+    }
     uniforms.send_table(program);
     return true;
 }
 
 bool ProgramFamily::deactivate() {
     set_active(nullptr);
+    if (state.bound().hold_program())
+        return true;
     if (gl.glUseProgram)
         gl.glUseProgram(0);
     return true;

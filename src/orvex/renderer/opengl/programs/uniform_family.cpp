@@ -141,9 +141,15 @@ void send_record(const ORVEX_Renderer_OpenGL_Func& gl, const GpuProgramUniform& 
 bool UniformFamily::send_table(GpuProgramData* program) const {
     if (!program)
         return false;
-    // Names that the program doesn't have are asked for at each bind.
-    program->uniforms_optimized = false;
-    look_up(program);
+    state.bound().take_off_program();
+    // Names that the program doesn't have are asked for at each bind, but for a stretch in which
+    // nobody can have linked it again.
+    const unsigned long stretch = state.bound().stretch();
+    if (stretch == 0 || program->asked_in_stretch != stretch) {
+        program->uniforms_optimized = false;
+        look_up(program);
+        program->asked_in_stretch = stretch;
+    }
     for (unsigned long i = 0; i < program->num_uniforms && program->uniforms[i]; ++i) {
         GpuProgramUniform& uniform = *program->uniforms[i];
         if (uniform.dirty && uniform.location >= 0)

@@ -3,6 +3,8 @@
 
 #include "orvex/renderer/opengl/state/private/frame_family.h"
 
+#include <algorithm>
+
 #include "orvex/renderer/opengl/state/private/gl_state.h"
 
 namespace orvex {
@@ -100,7 +102,13 @@ void FrameFamily::get_viewport(int* x, int* y, int* width, int* height) {
 }
 
 int* FrameFamily::get_viewport_ptr() {
+    // Nobody has changed it while binds are kept, but a caller may have written over the numbers.
+    if (const int* const known = state.bound().known_viewport()) {
+        std::copy_n(known, 4, viewport);
+        return viewport;
+    }
     glGetIntegerv(GL_VIEWPORT, viewport);
+    state.bound().viewport_was_read(viewport);
     return viewport;
 }
 

@@ -22,7 +22,8 @@ GlState::GlState(const Renderer* owner)
     : owner(owner)
     , log_buffer(log_buffer_bytes)
     , current(std::make_shared<ContextState>(0, false,
-                                             std::make_shared<ShareGroup>(0, Kinship::unknown))) {}
+                                             std::make_shared<ShareGroup>(0, Kinship::unknown)))
+    , bound_state(std::make_unique<BoundState>(*this)) {}
 
 int GlState::renderer_id() const {
     return owner ? owner->getid() : 0;
@@ -34,12 +35,22 @@ void GlState::look_at_context() {
     const unsigned long changes = contexts::changes();
     const void* const native = window_platform().current_context();
     if (native && (native != seen_native || changes != seen_changes)) {
-        current = contexts::looked_at(native, seen_native && native != seen_native);
+        take_up(contexts::looked_at(native, seen_native && native != seen_native));
         seen_native = native;
         withhold_entries();
         delete_buried();
     }
     seen_changes = changes;
+}
+
+/// What is held in a context that a host left by itself can't be taken off any more.
+void GlState::take_up(std::shared_ptr<ContextState> context) {
+    if (context == current)
+        return bound_state->restore();
+    current->client_arrays.set_keeping(false);
+    current = std::move(context);
+    current->client_arrays.set_keeping(bound_state->is_keeping());
+    bound_state->drop();
 }
 
 void GlState::look_for_loss() {
@@ -99,6 +110,7 @@ void GlState::delete_buried() {
 }
 
 void GlState::release_vertex_array() const {
+    bound_state->array_was_bound();
     if (std::exchange(current->bound_array, 0U) != 0 && gl.glBindVertexArray)
         gl.glBindVertexArray(0);
 }
@@ -123,6 +135,7 @@ void GlState::disable_client_arrays() {
 
 // The four lines differ only in where the text goes.
 #define ORVEX_K_LOG(target)                                                                        \
+    bound_state->restore(); /* a host may listen */                                                \
     va_list arguments;                                                                             \
     va_start(arguments, format);                                                                   \
     std::vsnprintf(log_buffer.data(), log_buffer.size(), format, arguments);                       \

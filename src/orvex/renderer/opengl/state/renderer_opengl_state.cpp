@@ -91,7 +91,20 @@ void RendererOpenGL::rasterizer_apply_state() {
 // The fixed pipeline
 
 void RendererOpenGL::gl2_matrix_load(float* projection, float* view, float* model, float* texture) {
-    fixed_pipeline.load_matrices(projection, view, model, texture);
+    if (!bound().is_keeping())
+        return fixed_pipeline.load_matrices(projection, view, model, texture);
+    if (!projection || !view || model || texture) {
+        bound().forget_matrices();
+        bound().settle_unit();
+        return fixed_pipeline.load_matrices(projection, view, model, texture);
+    }
+    // Both are known or none is: once they are, the mode is that of the second.
+    const bool has_projection = bound().has_projection(projection);
+    const bool has_view = bound().has_model_view(view);
+    if (!has_projection)
+        fixed_pipeline.load_matrices(projection, view, nullptr, nullptr);
+    else if (!has_view)
+        glLoadMatrixf(view);
 }
 
 void RendererOpenGL::gl2_matrix_load_identity(bool projection, bool modelview, bool texture) {
@@ -132,25 +145,32 @@ void RendererOpenGL::light_set_specular(unsigned int light, const vec4& color) {
 
 void RendererOpenGL::material_set_colors(const vec4& ambient, const vec4& diffuse,
                                          const vec4& specular, float shininess) {
+    if (bound().has_colors(ambient, diffuse, specular, shininess))
+        return;
     material_set_ambient(ambient);
     material_set_diffuse(diffuse);
     material_set_specular(specular);
     material_set_shininess(shininess);
+    bound().colors_were_sent();
 }
 
 void RendererOpenGL::material_set_ambient(const vec4& color) {
+    bound().forget_colors();
     fixed_pipeline.set_material_ambient(color);
 }
 
 void RendererOpenGL::material_set_diffuse(const vec4& color) {
+    bound().forget_colors();
     fixed_pipeline.set_material_diffuse(color);
 }
 
 void RendererOpenGL::material_set_specular(const vec4& color) {
+    bound().forget_colors();
     fixed_pipeline.set_material_specular(color);
 }
 
 void RendererOpenGL::material_set_shininess(float shininess) {
+    bound().forget_colors();
     fixed_pipeline.set_material_shininess(shininess);
 }
 

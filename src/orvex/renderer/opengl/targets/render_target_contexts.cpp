@@ -183,6 +183,7 @@ void RenderTargetOpenGL::enter_context() {
     // Nothing can be done where the renderer was stopped or the context was lost.
     if (!state || !gl || !gl->glBindFramebuffer)
         return;
+    BoundState::restore_on_thread();
     state->look_at_context();
     if (context != state->context().number)
         step_into(state->context());

@@ -6,6 +6,7 @@
 #include <iterator>
 
 #include "orvex/renderer/opengl/gl/private/gl_debug.h"
+#include "orvex/renderer/opengl/state/private/bound_state.h"
 #include "orvex/renderer/opengl/state/private/renderer_opengl_ctx.h"
 #include "orvex/renderer/opengl/textures/private/pixel_packing.h"
 #include "orvex/renderer/private/debug_name.h"
@@ -43,6 +44,7 @@ bool RenderTargetOpenGL::_create_fbo() {
 bool RenderTargetOpenGL::activate() {
     if (!gl)
         return false;
+    BoundState::restore_on_thread();
     enter_and_make();
     return !unmade && has_entries(gl->glGenFramebuffers, gl->glBindFramebuffer) && bind_own();
 }
@@ -61,6 +63,7 @@ bool RenderTargetOpenGL::bind_own() {
 bool RenderTargetOpenGL::deactivate() {
     if (!gl || !gl->glBindFramebuffer)
         return false;
+    BoundState::restore_on_thread();
     static constexpr GLenum bindings[] = {GL_FRAMEBUFFER, GL_DRAW_FRAMEBUFFER, GL_READ_FRAMEBUFFER};
     const unsigned int window = window_framebuffer();
     for (const GLenum target : bindings)

@@ -101,8 +101,10 @@ unsigned int RendererOpenGL::_get_gl_texture_target(TextureData* texture) {
 // Units
 
 bool RendererOpenGL::texture_bind(TextureData* texture, unsigned long unit) {
-    if (texture && textures.enter_context(*texture))
+    if (texture && textures.enter_context(*texture)) {
+        const BoundStatePause pause(bound());
         textures.load(texture, unit);
+    }
     return texture_units.bind(texture, unit);
 }
 
@@ -140,6 +142,7 @@ void RendererOpenGL::set_texture1d_state(bool state) {
 }
 
 void RendererOpenGL::set_texture2d_state(bool state) {
+    bound().settle_unit();
     texture_units.set_state(GL_TEXTURE_2D, state);
 }
 

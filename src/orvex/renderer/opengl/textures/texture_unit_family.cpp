@@ -26,9 +26,6 @@ GLenum gl_texture_target(const TextureData* texture) {
 
 namespace {
 
-constexpr GLenum bound_targets[] = {GL_TEXTURE_1D, GL_TEXTURE_2D,       GL_TEXTURE_2D_MULTISAMPLE,
-                                    GL_TEXTURE_3D, GL_TEXTURE_CUBE_MAP, GL_TEXTURE_RECTANGLE};
-
 // Those that the fixed pipeline has switches for
 constexpr GLenum switched_targets[] = {GL_TEXTURE_1D, GL_TEXTURE_2D, GL_TEXTURE_3D,
                                        GL_TEXTURE_CUBE_MAP, GL_TEXTURE_RECTANGLE};
@@ -44,8 +41,15 @@ bool TextureUnitFamily::bind_id(GLenum target, GLuint id, unsigned long unit) {
     if (unit >= ctx.num_texture_units || id == 0 || !gl.glActiveTexture)
         return false;
     ctx.set_texture_unit(unit, id);
+    BoundState& bound = state.bound();
+    if (bound.resume_texture(target, id, unit)) {
+        ctx.active_texture_unit = unit;
+        return true;
+    }
+    bound.make_room(target, unit);
     activate(unit);
     glBindTexture(target, id);
+    bound.texture_was_bound(target, id, unit);
     return true;
 }
 
@@ -55,9 +59,14 @@ bool TextureUnitFamily::bind(const TextureData* texture, unsigned long unit) {
     if (!gl.glActiveTexture)
         return false;
     ctx.set_texture_unit(unit, 0);
+    if (state.bound().hold_texture(unit)) {
+        ctx.active_texture_unit = unit;
+        return true;
+    }
     activate(unit);
-    for (const GLenum target : bound_targets)
+    for (const GLenum target : bound_texture_targets)
         glBindTexture(target, 0);
+    state.bound().unit_was_cleared(unit);
     return true;
 }
 

@@ -7,6 +7,7 @@
 #include "orvex/base/log_mgr.h"
 #include "orvex/renderer/opengl/gl/private/gl_debug.h"
 #include "orvex/renderer/opengl/gl/private/gl_functions.h"
+#include "orvex/renderer/opengl/state/private/bound_state.h"
 #include "orvex/renderer/opengl/state/private/context_loss.h"
 #include "orvex/renderer/opengl/state/private/contexts.h"
 #include "orvex/renderer/opengl/window/private/render_window_opengl_data.h"
@@ -57,6 +58,7 @@ ContextRequest to_request(void* view, int width, int height, const char* msaa,
 } // namespace
 
 bool RenderWindowOpenGL::create_context(ContextRequest& request, RenderWindow* parent) {
+    BoundState::restore_on_thread();
     data_osx->software_renderer = request.software_renderer;
     request.display = data_osx->display;
     if (const auto* sharing = parent ? RenderWindowData::of(*parent).opengl : nullptr)
@@ -98,6 +100,7 @@ bool RenderWindowOpenGL::osx_create_cocoa_nsgl_context(void* view, int width, in
 }
 
 bool RenderWindowOpenGL::adopt_context(void* context) {
+    BoundState::restore_on_thread();
     const bool has_own = data_osx->context && !data_osx->adopted;
     // A context that the window made stays its own. While it is current there is no other to adopt,
     // and taken for the host's it would end under its own feet.
@@ -129,6 +132,7 @@ bool RenderWindowOpenGL::osx_init_with_cocoa_nsgl_ctx(void* context) {
 }
 
 bool RenderWindowOpenGL::osx_kill_context() {
+    BoundState::restore_on_thread();
     data_osx->swap_apple = nullptr;
     data_osx->context.reset();
     data_osx->lock.reset();
@@ -138,6 +142,7 @@ bool RenderWindowOpenGL::osx_kill_context() {
 bool RenderWindowOpenGL::osx_apply_context(bool state) {
     if (!data_osx->context)
         return false;
+    BoundState::restore_on_thread();
     const bool done =
         state ? data_osx->context->make_current() : data_osx->context->release_current();
     contexts::switched();
@@ -147,6 +152,7 @@ bool RenderWindowOpenGL::osx_apply_context(bool state) {
 bool RenderWindowOpenGL::osx_display_framebuffer() {
     if (!data_osx->context)
         return false;
+    BoundState::restore_on_thread();
     if (data_osx->software_renderer)
         glFlush();
     const bool alive = data_osx->context->present();

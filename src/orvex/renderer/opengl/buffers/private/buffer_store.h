@@ -40,6 +40,8 @@ public:
         , bytes(bytes) {}
 
     bool exists() const { return id != 0; }
+    unsigned int name() const { return id; }
+    GLenum bound_to() const { return target; }
     /// @return whether the size is known to be another
     bool has_other_size(unsigned long wanted) const { return bytes != 0 && bytes != wanted; }
     /// @return whether there is a buffer, of that size or of an unknown one

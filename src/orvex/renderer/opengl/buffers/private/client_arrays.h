@@ -7,6 +7,15 @@
 
 namespace orvex {
 
+/// Where one attribute lies in the bound vertex buffer.
+struct ClientPlace {
+    unsigned int buffer;
+    unsigned long num_vertices;
+    unsigned int dim;     ///< floats
+    unsigned long stride; ///< bytes, 0 for elements one behind the other
+    unsigned long offset; ///< bytes
+};
+
 /// An array of the fixed pipeline.
 enum class ClientArray { vertex, color, normal, uv0, uv1 };
 
@@ -17,23 +26,35 @@ enum class ClientArray { vertex, color, normal, uv0, uv1 };
 /// be drawn: either would make the driver read memory that isn't there. So deleting a buffer
 /// disables the arrays over it, and a prepare disables those that it doesn't set and that are too
 /// short for it.
+///
+/// While binds are kept, see bound_state.h, an array that is disabled is held: it stays enabled in
+/// the API, for a prepare that points it to the same place.
 class ClientArrays {
 public:
-    /// Enables an array over a buffer. For texture coordinates the caller has selected the unit.
-    void enable(ClientArray array, unsigned int buffer, unsigned long num_vertices);
+    /// @return whether the array stands enabled at that place, so that no call is needed; it is
+    ///         enabled then as far as is known here
+    bool resume(ClientArray array, const ClientPlace& place);
+    bool resume_generic(int location, const ClientPlace& place);
+    /// Enables an array that was pointed to a place. For texture coordinates the caller has
+    /// selected the unit.
+    void enable(ClientArray array, const ClientPlace& place);
     /// Disables an array, selecting the unit of texture coordinates first.
-    void disable(const ORVEX_Renderer_OpenGL_Func& gl, ClientArray array);
+    /// @return whether it is held, or was
+    bool disable(const ORVEX_Renderer_OpenGL_Func& gl, ClientArray array);
 
-    /// Enables a generic array over a buffer.
-    void enable_generic(const ORVEX_Renderer_OpenGL_Func& gl, int location, unsigned int buffer,
-                        unsigned long num_vertices);
+    /// Enables a generic array that was pointed to a place.
+    void enable_generic(const ORVEX_Renderer_OpenGL_Func& gl, int location,
+                        const ClientPlace& place);
     /// Disables a generic array.
-    void disable_generic(const ORVEX_Renderer_OpenGL_Func& gl, int location);
+    bool disable_generic(const ORVEX_Renderer_OpenGL_Func& gl, int location);
+    /// Selects the unit of texture coordinates, 0 or 1. Only with the entry point.
+    void select_unit(const ORVEX_Renderer_OpenGL_Func& gl, int unit);
 
     /// Starts a prepare: no array is set by it yet.
     void begin_prepare();
     /// Ends a prepare: disables arrays that it didn't set and that have fewer vertices.
-    void end_prepare(const ORVEX_Renderer_OpenGL_Func& gl, unsigned long num_vertices);
+    /// @return whether one of those is held
+    bool end_prepare(const ORVEX_Renderer_OpenGL_Func& gl, unsigned long num_vertices);
 
     /// Disables all that are enabled, as far as is known here.
     void disable_all(const ORVEX_Renderer_OpenGL_Func& gl);
@@ -42,20 +63,45 @@ public:
     /// Disables the arrays over a buffer that is being deleted.
     void forget_buffer(const ORVEX_Renderer_OpenGL_Func& gl, unsigned int buffer);
 
+    /// @name Held arrays
+    /// @{
+
+    /// Whether arrays that are disabled from now on may be held.
+    void set_keeping(bool state);
+    /// Disables those that are held.
+    void disable_held(const ORVEX_Renderer_OpenGL_Func& gl);
+    /// Selects the unit that the full order leaves selected.
+    void settle_unit(const ORVEX_Renderer_OpenGL_Func& gl);
+    /// Takes nothing for known that the API holds. Whatever is held stays so in the API.
+    void forget_pointers();
+    /// @}
+
 private:
     struct State {
         unsigned int buffer = 0; ///< 0: not enabled, as far as is known here
         unsigned long num_vertices = 0;
         bool set_by_prepare = false;
+        bool is_pointed = false; ///< enabled in the API, at the place below
+        bool is_held = false;
+        ClientPlace place = {};
     };
 
+    static bool resume(State& state, const ClientPlace& place);
+    void point(State& state, const ClientPlace& place) const;
+    static bool hold(State& state);
+
     /// Disables the arrays of which something holds.
+    /// @return whether one is held
     template<class Holds>
-    void disable_where(const ORVEX_Renderer_OpenGL_Func& gl, Holds holds);
+    bool disable_where(const ORVEX_Renderer_OpenGL_Func& gl, Holds holds);
 
     static constexpr int num_fixed = 5;
     static constexpr int num_generic = 32;
 
+    bool is_keeping = false;
+    static constexpr int no_unit = -1;
+    int wanted_unit = no_unit; ///< as the full order leaves it, once it is known
+    int unit = no_unit;        ///< as the API has it
     State fixed[num_fixed];
     State generic[num_generic];
 };

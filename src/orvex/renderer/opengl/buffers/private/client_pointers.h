@@ -3,7 +3,7 @@
 /// @file
 /// Where the arrays of the fixed pipeline point, the same for every kind of record.
 
-#include "orvex/renderer/opengl/gl/private/gl_functions.h"
+#include "orvex/renderer/opengl/buffers/private/client_arrays.h"
 
 namespace orvex {
 
@@ -16,15 +16,6 @@ enum AttributeIndex { at_position, at_color, at_normal, at_uv0, at_uv1, at_tange
 inline const void* buffer_offset(unsigned long bytes) {
     return reinterpret_cast<const void*>(bytes);
 }
-
-/// Where one attribute lies in the bound vertex buffer.
-struct ClientPlace {
-    unsigned int buffer;
-    unsigned long num_vertices;
-    unsigned int dim;     ///< floats
-    unsigned long stride; ///< bytes, 0 for elements one behind the other
-    unsigned long offset; ///< bytes
-};
 
 /// Points a generic array at a part of the bound buffer, and enables it.
 void point_client_generic(GlState& state, int location, const ClientPlace& place);

@@ -29,12 +29,15 @@ public:
     /// @return whether its pointers were recorded here
     bool is_recorded_here() const { return recorded_buffer != 0; }
 
+    /// @return whether it can be bound as it is
+    bool stands(unsigned int buffer) const { return id != 0 && !must_record_anew(buffer); }
+
     /// Binds it as it is, or makes it, with the buffer bound for the pointers to come.
     /// @param buffer  the record's vertex buffer
     /// @return true if it was made: its pointers are to be recorded. Where the context has no
     ///         memory for it nothing is bound, and its id stays 0
     bool bind(unsigned int buffer) {
-        if (id == 0 || must_record_anew(buffer))
+        if (!stands(buffer))
             return make(buffer);
         gl.glBindVertexArray(id);
         return false;
@@ -65,7 +68,13 @@ VertexArray vertex_array_of(const ORVEX_Renderer_OpenGL_Func& gl, Record& record
 /// Binds the array of a record for its draw, see `VertexArray::bind`.
 template<class Record>
 bool bind_vertex_array(const GlState& state, Record& record) {
-    const bool is_new = vertex_array_of(state.gl, record).bind(record.vertex_buffer_id);
+    VertexArray array = vertex_array_of(state.gl, record);
+    if (!array.stands(record.vertex_buffer_id))
+        state.bound().take_off_array();
+    else if (state.bound().resume_array(record.vertex_array_id))
+        return false;
+    const bool is_new = array.bind(record.vertex_buffer_id);
+    state.bound().array_was_bound();
     state.context().bound_array = record.vertex_array_id;
     return is_new;
 }

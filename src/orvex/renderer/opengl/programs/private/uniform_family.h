@@ -19,7 +19,8 @@ class UniformFamily {
 public:
     /// @param state  outlives the object
     explicit UniformFamily(const GlState& state)
-        : gl(state.gl) {}
+        : state(state)
+        , gl(state.gl) {}
 
     /// @return the location, -1 for a null argument and for a name that the program doesn't use
     int location(const GpuProgramData* program, const char* name) const;
@@ -64,6 +65,7 @@ public:
     /// @}
 
 private:
+    const GlState& state;
     const ORVEX_Renderer_OpenGL_Func& gl;
 };
 

@@ -12,6 +12,7 @@
 #include "orvex/api.h"
 #include "orvex/fwd.h"
 #include "orvex/renderer/opengl/gl/private/gl_functions.h"
+#include "orvex/renderer/opengl/state/private/bound_state.h"
 #include "orvex/renderer/opengl/state/private/contexts.h"
 #include "orvex/renderer/opengl/state/private/gl_quirks.h"
 #include "orvex/renderer/opengl/state/private/renderer_opengl_ctx.h"
@@ -62,8 +63,10 @@ struct GlState {
     }
     /// @return what is known of the context that was looked at last
     ContextState& context() const { return *current; }
-    /// Unbinds the vertex array that a prepare without its finish left bound. Before anything that
-    /// binds a buffer of elements: it would take the place of the array's own.
+    /// @return what stands bound in it although it was unbound
+    BoundState& bound() const { return *bound_state; }
+    /// Unbinds the vertex array that a prepare without its finish left bound, or that is held.
+    /// Before anything that binds a buffer of elements: it would take the place of the array's own.
     void release_vertex_array() const;
     /// Starts with what is bound and enabled in the current context as a fresh one has it. What
     /// another renderer left there is taken back.
@@ -134,6 +137,7 @@ struct GlState {
     /// @}
 
 private:
+    void take_up(std::shared_ptr<ContextState> context);
     void withhold_entries();
     void delete_buried();
 
@@ -142,6 +146,7 @@ private:
     const Renderer* owner;
     std::vector<char> log_buffer;
     std::shared_ptr<ContextState> current; ///< one of its own until a context is met
+    std::unique_ptr<BoundState> bound_state;
     const void* seen_native = nullptr;
     unsigned long seen_changes = 0;
 };

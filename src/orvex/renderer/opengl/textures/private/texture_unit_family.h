@@ -10,6 +10,11 @@
 
 namespace orvex {
 
+/// What a unit has a texture for, each bound by itself.
+inline constexpr GLenum bound_texture_targets[] = {
+    GL_TEXTURE_1D, GL_TEXTURE_2D,       GL_TEXTURE_2D_MULTISAMPLE,
+    GL_TEXTURE_3D, GL_TEXTURE_CUBE_MAP, GL_TEXTURE_RECTANGLE};
+
 /// The target that a texture of a record's type is bound to; that of a 2D texture for null.
 GLenum gl_texture_target(const TextureData* texture);
 
@@ -19,7 +24,8 @@ class TextureUnitFamily {
 public:
     /// @param state  holds what the units hold; it outlives the object
     explicit TextureUnitFamily(GlState& state)
-        : gl(state.gl)
+        : state(state)
+        , gl(state.gl)
         , ctx(state.ctx) {}
 
     /// Binds a record's texture. Null takes whatever is bound off the unit, any unit at all.
@@ -39,6 +45,7 @@ public:
     bool bind_image(TextureData* texture, unsigned long unit, DATA_ACCESS_TYPE access) const;
 
 private:
+    const GlState& state;
     const ORVEX_Renderer_OpenGL_Func& gl;
     RendererOpenGLCtx& ctx;
 };
