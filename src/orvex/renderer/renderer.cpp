@@ -48,6 +48,10 @@ void Renderer::set_elided_binds_state(bool state) {
         keep_binds(false);
 }
 
+bool Renderer::keep_binds(bool) {
+    return false;
+}
+
 // The operations that hosts know were declared without a `const` that they keep all the same.
 
 const mat4& Renderer::get_projection_matrix() const {

@@ -1001,7 +1001,7 @@ public:
     /// renderer->keep_binds(was_keeping);
     /// @endcode
     /// @return whether binds were kept until now
-    virtual bool keep_binds(bool state) = 0;
+    virtual bool keep_binds(bool state);
     /// Returns whether binds are kept now.
     bool get_kept_binds_state() const { return keeps_binds; }
     /// @}

@@ -3,10 +3,12 @@
 /// its objects for none.
 
 #include <memory>
+#include <vector>
 
 #include <gtest/gtest.h>
 
 #include "no_rtti_classes.h"
+#include "orvex/assets/materials/material.h"
 #include "orvex/assets/textures/texture.h"
 #include "orvex/assets/textures/texture_mgr.h"
 #include "orvex/base/image_codec.h"
@@ -22,6 +24,7 @@
 #include "orvex/scene/object.h"
 #include "orvex/scene/scene.h"
 #include "orvex/scene/scene_mgr.h"
+#include "tests/support/fake_renderer.h"
 
 namespace orvex_test {
 
@@ -85,6 +88,38 @@ TEST_F(NoRttiTest, a_texture_is_released) {
     ASSERT_TRUE(textures->add_resource(new_plain_texture()));
     EXPECT_TRUE(textures->release_all_textures(nullptr, nullptr));
     EXPECT_EQ(textures->get_num_resources(), 0u);
+}
+
+/// Notes when binds are kept.
+class KeepingRenderer : public FakeRenderer {
+public:
+    bool keep_binds(bool state) override {
+        said.push_back(state);
+        note_kept_binds(state);
+        return !state;
+    }
+    std::vector<bool> said;
+};
+
+TEST_F(NoRttiTest, a_texture_of_a_hosts_is_bound_with_all_restored_where_binds_are_kept) {
+    KeepingRenderer renderer;
+    renderer.keep_binds(true);
+    auto* const material = new Material;
+    material->add_texture(new_plain_texture());
+    material->bind_textures(&renderer);
+    EXPECT_EQ(renderer.said, (std::vector{true, false, true}));
+    material->release(nullptr, nullptr);
+}
+
+TEST_F(NoRttiTest, an_object_of_a_hosts_is_drawn_with_all_restored_where_binds_are_kept) {
+    KeepingRenderer renderer;
+    renderer.set_elided_binds_state(true);
+    Object group, last;
+    const std::unique_ptr<Object> object(new_plain_object());
+    group.add_child(object.get());
+    group.add_child(&last);
+    group.render(&renderer, nullptr);
+    EXPECT_EQ(renderer.said, (std::vector{true, false, true, false}));
 }
 
 TEST_F(NoRttiTest, a_window_of_a_hosts_is_no_parent_to_share_with) {

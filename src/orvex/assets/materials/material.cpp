@@ -5,7 +5,6 @@
 
 #include <algorithm>
 #include <string>
-#include <typeinfo>
 #include <vector>
 
 #include "orvex/assets/materials/physical_material.h"
@@ -16,6 +15,7 @@
 #include "orvex/gpu/gpu_program.h"
 #include "orvex/math/vec4.h"
 #include "orvex/renderer/renderer.h"
+#include "orvex/scene/private/kept_binds.h"
 #include "orvex/scene/private/node_handle.h"
 
 namespace orvex {
@@ -207,8 +207,7 @@ namespace {
 class TextureRun {
 public:
     TextureRun(Renderer* renderer, const Texture& texture)
-        : renderer(renderer && renderer->get_kept_binds_state() &&
-                           typeid(texture) != typeid(Texture)
+        : renderer(renderer && renderer->get_kept_binds_state() && !is_drawn_by_engine(texture)
                        ? renderer
                        : nullptr) {
         if (this->renderer)

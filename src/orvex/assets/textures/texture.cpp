@@ -16,6 +16,7 @@ namespace orvex {
 
 Texture::Texture() {
     set_type(NODE_TYPE_TEXTURE);
+    note_drawn_by_engine(*this);
     NodeData::of(*this).kind = this;
     init_texture_data(nullptr);
 }

@@ -3,8 +3,6 @@
 /// @file
 /// A walk of `render` that lets the renderer keep binds.
 
-#include <typeinfo>
-
 #include "orvex/renderer/renderer.h"
 #include "orvex/scene/node.h"
 

@@ -4,8 +4,8 @@
 /// The private record of a node, and the walks that the scene's classes share.
 
 #include <cstddef>
+#include <cstring>
 #include <string>
-#include <typeinfo>
 #include <utility>
 #include <variant>
 #include <vector>
@@ -57,17 +57,24 @@ struct Node::NodeData : NodeFrameData {
     Resource* resource = nullptr;
     std::variant<std::monostate, Camera*, Mesh*, Polyline*, Texture*, VertexPool*> kind;
     /// The class whose objects draw by the engine's own code alone, see `note_drawn_by_engine`.
-    const std::type_info* drawn_as = nullptr;
+    const void* drawn_as = nullptr;
     Thread thread;
     std::vector<NODE_TYPE> types;
     std::string name;
 };
 
-/// Notes in a constructor that objects of exactly this class draw by the engine's own code alone.
+/// What tells the classes of nodes apart: where their virtual operations stand. Type information
+/// won't do, which a class of a host's may have been built without.
+inline const void* mark_of_class(const Node& node) {
+    const void* mark = nullptr;
+    std::memcpy(&mark, static_cast<const void*>(&node), sizeof mark);
+    return mark;
+}
+
+/// Notes in a constructor that objects of exactly its class draw by the engine's own code alone.
 /// Of a class that derives from it this isn't known: its hooks may call the API by themselves.
-template<class Class>
-void note_drawn_by_engine(Class& node) {
-    Node::NodeData::of(node).drawn_as = &typeid(Class);
+inline void note_drawn_by_engine(const Node& node) {
+    Node::NodeData::of(node).drawn_as = mark_of_class(node);
 }
 
 /// The node as an object, null if it is none.
