@@ -166,6 +166,7 @@ TEST_F(BatchKeyTest, changes_with_every_option) {
                            Row{"thumbnail", "64"},
                            Row{"turntable", "2"},
                            Row{"loader", R"("b")"},
+                           Row{"time", "0"},
                            Row{"text-place", R"("top")"},
                            Row{"text-size", "30"},
                            Row{"text-color", R"("red")"},

@@ -163,6 +163,8 @@ TEST(Options, tell_what_is_wrong) {
              Row{{"--ref=", "m"}, "--ref can't be '': a file is wanted"},
              Row{{"--plugin=", "m"}, "--plugin can't be '': a file is wanted"},
              Row{{"--loader=", "m"}, "--loader can't be '': a name is wanted"},
+             Row{{"--time=soon", "m"},
+                 "--time can't be 'soon': a number of seconds from -1000000 to 1000000 is wanted"},
              Row{{"--device=", "m"}, "--device can't be '': a device is wanted"},
              Row{{"-s4", "m"},
                  "--size can't be '4': WxH in pixels, each from 1 to 16384, is wanted"},
@@ -255,6 +257,8 @@ TEST(Options, of_comparison_and_machine_are_read) {
     EXPECT_EQ(options.tolerance, 3);
     EXPECT_EQ(options.plugin, "p.so");
     EXPECT_EQ(options.loader, "own");
+    EXPECT_FALSE(options.time);
+    EXPECT_EQ(read_well({"m.obj", "--time", "-1.5"}).time, -1.5f);
     EXPECT_EQ(options.device, "software");
 }
 

@@ -39,6 +39,13 @@ TEST(OrvexRenderHelp, goes_to_standard_output) {
     }
 }
 
+#ifdef ORVEX_WITH_IMPORTER
+TEST(OrvexRenderHelp, tells_of_the_importer_where_there_is_one) {
+    EXPECT_TRUE(has(help_text(), "\nBy orvex-import also FBX, DAE, BLEND and many more.\n"))
+        << help_text();
+}
+#endif
+
 TEST(OrvexRenderVersion, is_that_of_the_engine) {
     for (const char* option : {"--version", "-V"}) {
         const Outcome version = run_render("/", {option});

@@ -1,5 +1,6 @@
 // Pictures in every format, films, comparison with a reference, and what reads and draws.
 
+#include <array>
 #include <filesystem>
 
 #include <gtest/gtest.h>
@@ -131,6 +132,75 @@ TEST(OrvexRenderFilm, tells_what_is_wrong_with_its_track) {
     EXPECT_EQ(outcome.code, 1);
     EXPECT_TRUE(has(outcome.errors, "orvex-render: way.json: ")) << outcome.errors;
     EXPECT_TRUE(has(outcome.errors, "keys[0]")) << outcome.errors;
+}
+
+/// Two tiles, of which one goes from the origin to x = 4 within the seconds from 1 to 3.
+void write_moving_model(const TempDir& folder) {
+    const std::array<float, 17> numbers = {0,
+                                           0,
+                                           0,
+                                           1,
+                                           0,
+                                           0,
+                                           0,
+                                           1,
+                                           0,
+                                           /* times */ 1,
+                                           3,
+                                           /* places */ 0,
+                                           0,
+                                           0,
+                                           4,
+                                           0,
+                                           0};
+    folder.write("a.bin", {reinterpret_cast<const char*>(numbers.data()), sizeof numbers});
+    folder.write("a.gltf", R"({"asset": {"version": "2.0"}, "scenes": [{"nodes": [0, 1]}],
+        "nodes": [{"mesh": 0}, {"mesh": 0, "translation": [2, 3, 0]}],
+        "meshes": [{"primitives": [{"attributes": {"POSITION": 0}}]}],
+        "buffers": [{"uri": "a.bin", "byteLength": 68}],
+        "bufferViews": [{"buffer": 0, "byteLength": 68}],
+        "accessors": [
+            {"bufferView": 0, "componentType": 5126, "count": 3, "type": "VEC3",
+             "min": [0, 0, 0], "max": [1, 1, 0]},
+            {"bufferView": 0, "byteOffset": 36, "componentType": 5126, "count": 2,
+             "type": "SCALAR", "min": [1], "max": [3]},
+            {"bufferView": 0, "byteOffset": 44, "componentType": 5126, "count": 2, "type": "VEC3"}],
+        "animations": [{
+            "channels": [{"sampler": 0, "target": {"node": 0, "path": "translation"}}],
+            "samplers": [{"input": 1, "output": 2}]}]})");
+}
+
+TEST(OrvexRenderTime, chooses_the_moment_of_a_model_that_moves) {
+    const TempDir folder;
+    write_moving_model(folder);
+    const auto picture_at = [&](const Words& more) {
+        Words words{"a.gltf", "-qs32x24", "-oa.raw"};
+        words.insert(words.end(), more.begin(), more.end());
+        const Outcome outcome = run_render(folder.path(), words);
+        EXPECT_EQ(outcome.code, 0) << outcome.errors;
+        return content_of(folder.file("a.raw"));
+    };
+    const std::string begin = picture_at({"--time=1"});
+    EXPECT_EQ(picture_at({}), begin); // it rests where it begins
+    const std::string end = picture_at({"--time=3"});
+    EXPECT_NE(end, begin);
+    const std::string between = picture_at({"--time=2"});
+    EXPECT_NE(between, begin);
+    EXPECT_NE(between, end);
+
+    // An entry's moment stands above that of the command line.
+    folder.write("m", R"({"model": "a.gltf", "output": "b.raw", "time": 2})"
+                      "\n"
+                      R"({"model": "a.gltf", "output": "c.raw"})"
+                      "\n");
+    ASSERT_EQ(run_render(folder.path(), {"--batch=m", "-qs32x24", "--time=3"}).code, 0);
+    EXPECT_EQ(content_of(folder.file("b.raw")), between);
+    EXPECT_EQ(content_of(folder.file("c.raw")), end);
+
+    const auto facts_at = [&](const std::string& time) {
+        return run_render(folder.path(), {"a.gltf", "--info", "--json", "--time=" + time}).out;
+    };
+    EXPECT_NE(facts_at("1"), facts_at("3"));
 }
 
 TEST(OrvexRenderLayers, have_a_file_each_as_arrays) {

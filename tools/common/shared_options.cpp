@@ -83,6 +83,14 @@ void add_loader_rule(Arguments& rules, SharedOptions& options) {
                     take_text(options.loader, "a name"));
 }
 
+void add_time_rule(Arguments& rules, SharedOptions& options) {
+    constexpr float most = 1e6f;
+    rules.add_value("--time", 0, "SECONDS",
+                    "the moment of a model that moves, by its first animation (at rest)",
+                    take(options.time, "a number of seconds from -1000000 to 1000000",
+                         [](const std::string& word) { return number_in(word, -most, most); }));
+}
+
 void add_message_rules(Arguments& rules, SharedOptions& options) {
     rules.add_flag("--help", 'h', "this text", options.help);
     rules.add_flag("--version", 'V', "the version", options.version);

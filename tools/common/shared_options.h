@@ -3,6 +3,7 @@
 /// @file
 /// The options that every tool has which draws models, under the same names.
 
+#include <optional>
 #include <string>
 
 #include <orvex_kit/framing.h>
@@ -22,10 +23,11 @@ struct SharedOptions {
     bool wireframe = false;
     orvex::kit::Normals normals = orvex::kit::Normals::by_file;
     Color background{0.17f, 0.19f, 0.22f, 1.0f};
-    int samples = 4;    ///< per pixel; 0 and 1: no multisampling
-    bool gl3 = true;    ///< core context and generic attributes, or the compatibility way
-    std::string plugin; ///< a file; empty: only those that are found
-    std::string loader; ///< the only one that is asked; empty: all of them
+    int samples = 4;           ///< per pixel; 0 and 1: no multisampling
+    bool gl3 = true;           ///< core context and generic attributes, or the compatibility way
+    std::string plugin;        ///< a file; empty: only those that are found
+    std::string loader;        ///< the only one that is asked; empty: all of them
+    std::optional<float> time; ///< of a model that moves, in seconds; nothing: at rest
     bool quiet = false;
     bool verbose = false;
     bool help = false;
@@ -45,6 +47,8 @@ void add_up_rule(Arguments& rules, SharedOptions& options);
 void add_plugin_rule(Arguments& rules, SharedOptions& options);
 /// Loader, which is of one model.
 void add_loader_rule(Arguments& rules, SharedOptions& options);
+/// The moment of a model that moves.
+void add_time_rule(Arguments& rules, SharedOptions& options);
 /// Help and version; then begins a group of its own, how many messages.
 void add_message_rules(Arguments& rules, SharedOptions& options);
 /// The operand: one model.

@@ -67,6 +67,7 @@ ModelOptions model_options(const SharedOptions& options) {
     ModelOptions result;
     result.normals = options.normals;
     result.loader = options.loader;
+    result.time = options.time;
     return result;
 }
 

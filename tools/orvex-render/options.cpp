@@ -7,6 +7,7 @@
 
 #include <orvex_kit/files.h>
 
+#include "batch/confinement.h"
 #include "takers.h"
 #include "text_place.h"
 
@@ -132,6 +133,7 @@ void add_machine_rules(Arguments& rules, Options& options) {
     rules.begin_group("What reads and draws");
     add_plugin_rule(rules, options);
     add_loader_rule(rules, options);
+    add_time_rule(rules, options);
     rules.add_value("--device", 0, "DEVICE",
                     "what draws: an index, a PCI path or software, as ORVEX_GL_DEVICE",
                     take_text(options.device, "a device"));
@@ -155,6 +157,7 @@ void add_model_rules(Arguments& rules, Options& options) {
     add_camera_rules(rules, options);
     add_text_rules(rules, options);
     add_loader_rule(rules, options);
+    add_time_rule(rules, options);
 }
 
 void add_rules(Arguments& rules, Options& options) {
@@ -275,13 +278,15 @@ std::string help_text() {
     Options unused;
     Arguments rules;
     add_rules(rules, unused);
+    const std::string importer = batch::importer_program().empty()
+                                     ? ""
+                                     : "By orvex-import also FBX, DAE, BLEND and many more.\n";
     return "usage: orvex-render [options] MODEL\n"
            "       orvex-render [options] --batch MANIFEST\n"
            "\n"
            "Renders a model file, with its materials and textures, to a picture.\n"
-           "Reads " ORVEX_TOOL_FORMATS ".\n"
-           "\n" +
-           rules.help() +
+           "Reads " ORVEX_TOOL_FORMATS ".\n" +
+           importer + "\n" + rules.help() +
            "\n"
            "Ends with 0 when all went well, with 1 when something failed or the picture\n"
            "differs from its reference, with 2 when the command line is wrong, and with 3\n"

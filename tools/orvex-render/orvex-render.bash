@@ -5,7 +5,8 @@ _orvex_render() {
   local colors='black white gray red green blue yellow cyan magenta orange'
   local options='--output --thumbnail --size --background --wireframe --normals --samples --path --azimuth --elevation
     --distance --zoom --up --turntable --text --text-place --text-size --text-color --font --info
-    --json --gl --layers --format --look --film --track --ref --tolerance --plugin --loader --device
+    --json --gl --layers --format --look --film --track --ref --tolerance --plugin --loader --time
+    --device
     --list-devices
     --batch --files --null --output-dir --results --resume --shard --keep-going --serve --socket
     --workers --recycle --limit-memory --limit-seconds --limit-pixels --limit-file
@@ -45,7 +46,7 @@ _orvex_render() {
     --output-dir) folders=yes ;;
     --font) files='xml|fnt' ;;
     -a | --azimuth | -e | --elevation | -d | --distance | -z | --zoom | -t | --turntable | \
-      -x | --text | --text-size | --film | --tolerance | --loader | --shard | --socket | --workers | \
+      -x | --text | --text-size | --film | --tolerance | --loader | --time | --shard | --socket | --workers | \
       --recycle | --limit-*) return ;;
     *) case $current in
          -*) words=$options ;;

@@ -100,6 +100,8 @@ std::string key_of(const Entry& entry, const std::vector<std::string>& files) {
     if (!options.plugin.empty())
         description.file("plugin", options.plugin);
     description.text("loader", options.loader);
+    if (options.time)
+        description.number("time", static_cast<double>(*options.time));
     put_picture(description, options);
     put_camera(description, options);
     put_text(description, options);
