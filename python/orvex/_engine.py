@@ -21,7 +21,11 @@ if TYPE_CHECKING:
 
 
 def devices() -> List[Device]:
-    """The devices of this machine; their places in this list are what `Engine.view` takes."""
+    """The devices of this machine; their places in this list are what `Engine.view` takes.
+
+    Their drivers have started then: a process that is forked off afterwards can't use them. Those
+    that are started by "spawn" or "forkserver" can.
+    """
     from ._told import Device  # pylint: disable=import-outside-toplevel
     count = ffi.new("size_t*")
     call(lib.orvex_device_count, count)

@@ -30,7 +30,7 @@ class ThreadError(Error, RuntimeError):
 
 
 class ForkError(Error, RuntimeError):
-    """An engine was used in a process that was forked off after its start."""
+    """A process was forked off after an engine or a driver had started, and uses one."""
 
 
 class CallbackError(Error, RuntimeError):

@@ -103,6 +103,8 @@ orvex_result orvex_engine_formats(orvex_engine engine, const char** formats) {
 orvex_result orvex_device_count(size_t* count) {
     return guarded([&] {
         require_pointer(count, "count");
+        require_own_process();
+        note_driver();
         store_of_thread().devices = orvex::RenderWindow::list_devices();
         *count = store_of_thread().devices.size();
     });

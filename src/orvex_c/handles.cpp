@@ -27,7 +27,7 @@ struct Slot {
 
 struct Table {
     std::atomic<std::uint64_t> owner{0}; ///< the engine's thread; 0: no engine
-    std::atomic<bool> has_driver{false}; ///< a view was made in this process
+    std::atomic<bool> has_driver{false}; ///< a view was made in this process, or devices listed
     std::atomic<bool> is_forked{false};  ///< this process came off while an engine ran
     std::atomic<bool> is_behind{false};  ///< it came off after the driver had started
     std::vector<Slot> slots;             ///< the owner's
@@ -52,7 +52,7 @@ void watch_forks() {
 
 } // namespace
 
-void require_no_fork() {
+void require_own_process() {
     if (table().is_forked.load(std::memory_order_relaxed))
         refuse(ORVEX_ERROR_FORK,
                "this process was forked off while an engine ran, which belongs to "
@@ -60,7 +60,12 @@ void require_no_fork() {
     if (table().is_behind.load(std::memory_order_relaxed))
         refuse(ORVEX_ERROR_FORK,
                "this process was forked off after the driver had started, whose threads stayed "
-               "with its parent: fork before the first view, or run another program");
+               "with its parent: fork before views are made and devices listed, or run another "
+               "program");
+}
+
+void require_no_fork() {
+    require_own_process();
     if (this_thread.is_in_callback)
         refuse(ORVEX_ERROR_CALLBACK, "a log callback can't call back: let it keep the line");
 }
@@ -84,7 +89,8 @@ void claim_engine() {
                    ": a process has one at a time");
 }
 
-void note_driver() noexcept {
+void note_driver() {
+    watch_forks();
     table().has_driver.store(true, std::memory_order_relaxed);
 }
 

@@ -4,7 +4,9 @@
 #include <limits>
 #include <memory>
 #include <optional>
+#include <string>
 #include <utility>
+#include <vector>
 
 #include <orvex/math/mat4.h>
 
@@ -68,11 +70,27 @@ void put(float* to, const orvex::vec3& from) {
     to[2] = from.z;
 }
 
+/// What a model tells, and each of its meshes.
+template<class Info>
+void put_measures(Info& to, std::size_t vertices, std::size_t faces, const kit::Bounds& bounds) {
+    to.vertex_count = vertices;
+    to.face_count = faces;
+    put(to.bounds_min, bounds.min);
+    put(to.bounds_max, bounds.max);
+}
+
 /// One of a list.
 template<class List>
 const auto& one_of(const List& list, std::size_t index) {
     require_index(index, list.size());
     return list[index];
+}
+
+void put_text(const std::vector<std::string>& list, std::size_t index, const char** to,
+              const char* name) {
+    const std::string& text = one_of(list, index);
+    require_pointer(to, name);
+    *to = text.c_str();
 }
 
 } // namespace
@@ -90,11 +108,8 @@ orvex_result orvex_model_get_info(orvex_model model, orvex_model_info* info) {
         own.texture_count = told.textures().size();
         own.note_count = told.notes().size();
         own.file_count = thing.files.size();
-        own.vertex_count = told.num_vertices();
-        own.face_count = told.num_faces();
         own.point_count = told.num_points();
-        put(own.bounds_min, told.bounds().min);
-        put(own.bounds_max, told.bounds().max);
+        put_measures(own, told.num_vertices(), told.num_faces(), told.bounds());
         record_out(own, info, "info");
     });
 }
@@ -104,10 +119,7 @@ orvex_result orvex_model_get_mesh(orvex_model model, size_t index, orvex_mesh_in
         const kit::ModelMesh& told = one_of(model_of(model).model.meshes(), index);
         orvex_mesh_info own{};
         own.name = told.name.c_str();
-        own.vertex_count = told.num_vertices;
-        own.face_count = told.num_faces;
-        put(own.bounds_min, told.bounds.min);
-        put(own.bounds_max, told.bounds.max);
+        put_measures(own, told.num_vertices, told.num_faces, told.bounds);
         record_out(own, info, "info");
     });
 }
@@ -138,19 +150,11 @@ orvex_result orvex_model_get_texture(orvex_model model, size_t index, orvex_text
 }
 
 orvex_result orvex_model_get_note(orvex_model model, size_t index, const char** note) {
-    return guarded([&] {
-        const std::string& told = one_of(model_of(model).model.notes(), index);
-        require_pointer(note, "note");
-        *note = told.c_str();
-    });
+    return guarded([&] { put_text(model_of(model).model.notes(), index, note, "note"); });
 }
 
 orvex_result orvex_model_get_file(orvex_model model, size_t index, const char** path) {
-    return guarded([&] {
-        const std::string& told = one_of(model_of(model).files, index);
-        require_pointer(path, "path");
-        *path = told.c_str();
-    });
+    return guarded([&] { put_text(model_of(model).files, index, path, "path"); });
 }
 
 orvex_result orvex_model_get_extent(orvex_model model, double* min, double* max) {

@@ -28,10 +28,10 @@
 ///
 /// **Threads.** The engine belongs to the thread that started it, and with it all handles: another
 /// thread is answered with `ORVEX_ERROR_THREAD`. A process that was forked off afterwards, or after
-/// the first view even though the engine was stopped, is answered with `ORVEX_ERROR_FORK`, and its
-/// parent draws on unharmed. A log callback that calls back is answered with
-/// `ORVEX_ERROR_CALLBACK`. Operations without a handle, but for `orvex_engine_start`, may be called
-/// on any thread, at any time, also from the callback.
+/// the first view or list of devices even though no engine runs, is answered with
+/// `ORVEX_ERROR_FORK`, and its parent draws on unharmed. A log callback that calls back is answered
+/// with `ORVEX_ERROR_CALLBACK`. Operations without a handle, but for `orvex_engine_start`, may be
+/// called on any thread, at any time, also from the callback.
 ///
 /// **Memory.** What the caller hands in is read during the call, and never kept. Strings are UTF-8,
 /// ended by a 0 byte; those handed out are the library's, each valid as it says.
@@ -211,7 +211,8 @@ typedef struct orvex_device_info {
 } orvex_device_info;
 
 /// Looks for devices, and tries the driver of each: some milliseconds. Needs no engine; any thread,
-/// and each has a list of its own.
+/// and each has a list of its own. A driver that was tried has started: a process that is forked
+/// off afterwards is refused as after a view.
 ORVEX_C_API orvex_result orvex_device_count(size_t* count);
 /// Tells of a device that the last `orvex_device_count` on this thread has found.
 /// @param index  from 0, below their count: what `orvex_view_options.device` takes, too
@@ -256,9 +257,7 @@ typedef struct orvex_view_options {
                            ///< else they are the engine's
     const char* device;    ///< that draws off screen: its index in the list, its place on the bus,
                            ///< or "software"; null for what `ORVEX_GL_DEVICE` in the environment
-                           ///< says, or else for the first that can. To choose one sets that
-                           ///< variable during the call: no other thread may look into the
-                           ///< environment then
+                           ///< says, or else for the first that can
 } orvex_view_options;
 
 /// Makes a view, with a dark grey background and the look "lit".

@@ -52,8 +52,7 @@ struct ViewOptions {
     /// Bits of depth that are wished for: 32 falls back to 24, then to 16.
     int depth_bits = 24;
     /// The device that draws off screen, as `ORVEX_GL_DEVICE` in the environment names it; empty
-    /// for what that says. It is set while the view is made: no other thread may look into the
-    /// environment then.
+    /// for what that says.
     std::string device{};
 };
 

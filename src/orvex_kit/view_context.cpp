@@ -6,10 +6,8 @@
 
 #include <algorithm>
 #include <cstddef>
-#include <cstdlib>
 #include <memory>
 #include <new>
-#include <optional>
 #include <utility>
 #include <vector>
 
@@ -38,35 +36,10 @@ RenderWindow_ExtraData request_for(Path path, int depth_bits) {
 
 bool begin_window(RenderWindow& window, const ContextWish& wish) {
     RenderWindow_ExtraData request = request_for(wish.path, wish.depth_bits);
+    request.device = wish.device.c_str();
     return window.initialize(wish.native.display, wish.native.drawable, wish.width, wish.height,
                              "Off", nullptr, &request);
 }
-
-/// Chooses a device by the environment while it lives.
-class DeviceChoice {
-public:
-    explicit DeviceChoice(const std::string& device)
-        : is_made(!device.empty()) {
-        if (!is_made)
-            return;
-        if (const char* const value = std::getenv(name))
-            before = value;
-        setenv(name, device.c_str(), 1);
-    }
-    ~DeviceChoice() {
-        if (is_made && before)
-            setenv(name, before->c_str(), 1);
-        else if (is_made)
-            unsetenv(name);
-    }
-    DeviceChoice(const DeviceChoice&) = delete;
-    DeviceChoice& operator=(const DeviceChoice&) = delete;
-
-private:
-    static constexpr const char* name = "ORVEX_GL_DEVICE";
-    bool is_made;
-    std::optional<std::string> before;
-};
 
 std::string size_text(const ContextWish& wish) {
     return std::to_string(wish.width) + "x" + std::to_string(wish.height) + " pixels";
@@ -86,7 +59,6 @@ void ViewContext::open(const ContextWish& wish) {
     if (wish.width < 1 || wish.height < 1)
         return fail(ViewFailure::size, "a view of " + size_text(wish) + ": sides go from 1");
     open_contexts().reserve(open_contexts().size() + 1);
-    const DeviceChoice choice(wish.device);
     renderer = Kernel::get()->load_core_opengl_renderer_plugin(true);
     renderer->initialize();
     renderer->set_elided_binds_state(true);

@@ -3,6 +3,7 @@
 #include "check.h"
 
 #include <stdio.h>
+#include <stdlib.h>
 #include <string.h>
 
 typedef struct heard {
@@ -162,6 +163,29 @@ static void devices_are_listed(void) {
     CHECK_RESULT(ORVEX_ERROR_ARGUMENT, orvex_device_count(NULL));
 }
 
+static void hear_the_environment(void* user, const char* line) {
+    const char* const device = getenv("ORVEX_GL_DEVICE");
+    heard* const all = user;
+    ++all->lines;
+    all->warm += strstr(line, "device 77: no such device") != NULL;
+    CHECK(device == NULL);
+}
+
+static void a_device_is_chosen_without_the_environment(void) {
+    heard all = {0, 0, NULL, ORVEX_OK, ""};
+    orvex_engine_options options = {
+        .size = sizeof options, .log = hear_the_environment, .log_user = &all, .skip_plugins = 1};
+    orvex_view_options chosen = {.size = sizeof chosen, .device = "software"};
+    orvex_engine engine = NULL;
+    orvex_view view = NULL;
+    CHECK_OK(orvex_engine_start(&options, &engine));
+    make_a_line(engine);
+    CHECK_SAYS("the device \"77\" isn't there");
+    CHECK(all.warm > 0);
+    CHECK_OK(orvex_view_create(engine, 8, 8, &chosen, &view));
+    CHECK_OK(orvex_engine_stop(engine));
+}
+
 static void without_a_driver_views_say_what_would_help_and_all_else_goes_on(void) {
     const stage all = begin_engine();
     const orvex_path paths[] = {ORVEX_PATH_GL3, ORVEX_PATH_GL2};
@@ -197,4 +221,5 @@ void engine_tests(void) {
     RUN(a_plugin_that_is_none_says_why);
     RUN(an_engine_tells_what_it_reads);
     RUN(devices_are_listed);
+    RUN(a_device_is_chosen_without_the_environment);
 }

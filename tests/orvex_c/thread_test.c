@@ -103,6 +103,19 @@ static int is_refused_here(const outcome* told) {
            orvex_camera_pose(&camera, pose) == ORVEX_OK;
 }
 
+static int is_refused_a_start_here(const outcome* told) {
+    orvex_engine engine = NULL;
+    return !told && orvex_engine_start(NULL, &engine) == ORVEX_ERROR_FORK && engine == NULL &&
+           strstr(orvex_last_error(), "forked off after the driver had started") != NULL;
+}
+
+static int is_refused_a_list_here(const outcome* told) {
+    size_t count = 7;
+    return orvex_device_count(&count) == ORVEX_ERROR_FORK && count == 7 &&
+           strstr(orvex_last_error(), "forked off") != NULL &&
+           (told || is_refused_a_start_here(told));
+}
+
 static void a_child_process_is_refused_and_its_parent_draws_on(void) {
     outcome told = {.all = begin_stage()};
     orvex_camera camera = new_camera();
@@ -112,6 +125,7 @@ static void a_child_process_is_refused_and_its_parent_draws_on(void) {
     CHECK_OK(orvex_view_draw(told.all.view, &camera, &told.model, 1));
     CHECK_OK(orvex_view_read(told.all.view, before, 0));
     CHECK(holds_in_child(is_refused_here, &told));
+    CHECK(holds_in_child(is_refused_a_list_here, &told));
     CHECK_OK(orvex_view_draw(told.all.view, &camera, &told.model, 1));
     CHECK_OK(orvex_view_read(told.all.view, after, 0));
     CHECK(memcmp(before, after, sizeof before) == 0);
@@ -131,12 +145,6 @@ static void a_child_process_that_came_before_the_first_view_has_its_own_engine(v
     CHECK(holds_in_child(starts_here, NULL));
 }
 
-static int is_refused_a_start_here(const outcome* told) {
-    orvex_engine engine = NULL;
-    return !told && orvex_engine_start(NULL, &engine) == ORVEX_ERROR_FORK && engine == NULL &&
-           strstr(orvex_last_error(), "forked off after the driver had started") != NULL;
-}
-
 static void a_child_process_that_came_after_a_view_is_refused_though_the_engine_was_stopped(void) {
     stage all = begin_stage();
     end_stage(&all);
@@ -145,9 +153,27 @@ static void a_child_process_that_came_after_a_view_is_refused_though_the_engine_
     end_stage(&all);
 }
 
+static int lists_here(const outcome* told) {
+    size_t count = 0;
+    return !told && orvex_device_count(&count) == ORVEX_OK && count > 0;
+}
+
+static void a_child_process_may_list_devices_and_its_parent_start_views(void) {
+    CHECK(holds_in_child(lists_here, NULL));
+    CHECK(holds_in_child(starts_here, NULL));
+}
+
+static void a_child_process_that_came_after_a_list_of_devices_is_refused(void) {
+    size_t count = 0;
+    CHECK_OK(orvex_device_count(&count));
+    CHECK(holds_in_child(is_refused_a_list_here, NULL));
+}
+
 /// Comes before all others: there has been no view yet.
 void early_thread_tests(void) {
     RUN(a_child_process_that_came_before_the_first_view_has_its_own_engine);
+    RUN(a_child_process_may_list_devices_and_its_parent_start_views);
+    RUN(a_child_process_that_came_after_a_list_of_devices_is_refused);
 }
 
 void thread_tests(void) {

@@ -245,6 +245,29 @@ class ThreadTest(unittest.TestCase):
         self.assertEqual((ended.stdout, ended.stderr), ("3 3\n", ""))
 
 
+    @unittest.skipUnless(hasattr(os, "fork"), "there is no fork")
+    def test_devices_are_listed_by_a_process_of_its_own_or_before_no_fork(self):
+        ended = run_python(f"""
+            import os, orvex
+            def child_of(use):
+                child = os.fork()
+                if child == 0:
+                    try:
+                        os._exit(7 if use() else 1)
+                    except orvex.ForkError as error:
+                        os._exit(3 if "forked off after" in str(error) else 4)
+                    finally:
+                        os._exit(5)
+                return os.waitstatus_to_exitcode(os.waitpid(child, 0)[1])
+            print(child_of(orvex.devices))
+            assert orvex.devices()
+            print(child_of(orvex.devices), child_of(orvex.Engine))
+            print(child_of(lambda: orvex.render({LIGHTHOUSE!r}, size=(8, 8))))
+            print(orvex.render({LIGHTHOUSE!r}, size=(8, 8), device="software").shape)
+            """)
+        self.assertEqual((ended.stdout, ended.stderr), ("7\n3 3\n3\n(8, 8, 4)\n", ""))
+
+
 class DriverTest(unittest.TestCase):
     """Where no driver is found, as in a container that has none."""
 

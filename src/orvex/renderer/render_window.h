@@ -38,6 +38,10 @@ struct RenderWindow_ExtraData {
     /// has none, and for a parent of the other kind, it gives way. Contexts share with their like
     /// only: give false for a window with whose context a plain one of the host's is to share.
     bool reset_notification = true;
+    /// The device that draws off screen, named as `ORVEX_GL_DEVICE` names one; it stands above
+    /// that. Null or empty for what the environment says. Read during the call, and like the
+    /// environment without effect on windows that have a drawable, a connection or a parent.
+    const char* device = nullptr;
 };
 
 /// One device that off-screen windows can be drawn by, as `RenderWindow::list_devices` finds it.
@@ -84,7 +88,8 @@ struct RenderWindow_Device {
 ///
 /// Off-screen windows are drawn by the first device that can, processors of graphics before
 /// software, unless `ORVEX_GL_DEVICE` in the environment chooses one: by its index in
-/// `list_devices`, by its PCI path ("0000:01:00.0" or "01:00.0"), or as "software". A device that
+/// `list_devices`, by its PCI path ("0000:01:00.0" or "01:00.0"), or as "software"; or
+/// `RenderWindow_ExtraData::device`, for one window and without the environment. A device that
 /// isn't there or is refused is a failure then, and the log has an error line with the reason.
 /// Windows on the screen, and those that were given a connection, are drawn by the device of their
 /// display. A debug line tells the device of each new context, and a warning the processors of
@@ -139,7 +144,7 @@ public:
     ///                off-screen surfaces.
     /// @param extra   the request; null asks for a record of defaults
     /// @return false when no configuration or no context could be had, with nothing logged unless
-    ///         `ORVEX_GL_DEVICE` chose a device. A version that the driver can't give is no
+    ///         a device was chosen. A version that the driver can't give is no
     ///         failure: see `get_api_3d`.
     virtual bool initialize(void* window, void* view, int width, int height, const char* msaa,
                             RenderWindow* parent, RenderWindow_ExtraData* extra) = 0;

@@ -84,11 +84,13 @@ struct TextThing : Thing {
 void require_caller();
 /// The same where no engine has to run.
 void require_no_fork();
+/// Refuses a process that was forked off, but no callback.
+void require_own_process();
 /// Takes the engine for the calling thread, or refuses. `give_up_engine` undoes it.
 void claim_engine();
 void give_up_engine() noexcept;
 /// A driver is about to start, which hangs in processes that are forked off from then on.
-void note_driver() noexcept;
+void note_driver();
 
 /// Keeps a thing, and makes its handle: a number that no other thing ever has.
 void* keep(std::unique_ptr<Thing> thing);

@@ -52,6 +52,7 @@ ContextRequest to_request(void* view, int width, int height, const char* msaa,
     request.height = height;
     request.debug = gl_debug_wanted();
     request.robust = extra.reset_notification;
+    request.device = extra.device;
     return request;
 }
 

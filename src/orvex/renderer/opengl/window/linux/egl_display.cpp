@@ -30,7 +30,7 @@ std::vector<EglCandidate> on_devices(bool software_first, std::string_view choic
 
 std::vector<EglCandidate> off_screen_candidates(const ContextRequest& request) {
     // The connection of a host's says where to draw, and the choice where it doesn't.
-    const std::string_view choice = request.display ? std::string_view() : device_choice();
+    const std::string_view choice = request.display ? std::string_view() : chosen_device(request);
     std::vector<EglCandidate> candidates = on_devices(request.software_renderer, choice);
     if (!choice.empty())
         return candidates;
@@ -57,6 +57,10 @@ std::vector<EglCandidate> window_candidates(const ContextRequest& request) {
 }
 
 } // namespace
+
+std::string_view chosen_device(const ContextRequest& request) {
+    return request.device && *request.device ? request.device : device_choice();
+}
 
 std::vector<EglCandidate> candidates_for(const ContextRequest& request) {
     std::vector<EglCandidate> candidates =

@@ -89,11 +89,13 @@ void tell_software(EGLDisplay display, const std::vector<EglDevice>& refused) {
 }
 
 /// Whoever chose a device that can't be drawn on is told why.
-void tell_choice(const std::vector<EglDevice>& refused) {
+void tell_choice(const ContextRequest& request, const std::vector<EglDevice>& refused) {
     std::string reasons;
     for (const EglDevice& device : refused)
         reasons += (reasons.empty() ? "" : "; ") + refusal_in_full(device);
-    LogMgr::get()->tracef_error("ORVEX_GL_DEVICE=%s: %s", device_choice().data(),
+    const std::string_view choice = chosen_device(request);
+    const char* const chosen_by = choice.data() == request.device ? "device " : "ORVEX_GL_DEVICE=";
+    LogMgr::get()->tracef_error("%s%s: %s", chosen_by, choice.data(),
                                 reasons.empty() ? "no such device" : reasons.c_str());
 }
 
@@ -108,15 +110,15 @@ std::unique_ptr<PlatformContext> EglPlatform::create_context(const ContextReques
     for (const EglCandidate& candidate : candidates) {
         if (std::unique_ptr<PlatformContext> context = create_on(candidate.display, request)) {
             if (!request.view && !request.share && !request.software_renderer &&
-                device_choice().empty())
+                chosen_device(request).empty())
                 tell_software(candidate.display, refused);
             return context;
         }
         if (candidate.device.handle != EGL_NO_DEVICE_EXT)
             refused.push_back(candidate.device);
     }
-    if (!request.view && !request.share && !request.display && !device_choice().empty())
-        tell_choice(refused);
+    if (!request.view && !request.share && !request.display && !chosen_device(request).empty())
+        tell_choice(request, refused);
     return nullptr;
 }
 

@@ -40,6 +40,8 @@ struct ContextRequest {
     /// The context that gives way to this one, and may have its surface on the same drawable; null
     /// for none. It ends after the new one was made, and is whole if none could be.
     PlatformContext* former = nullptr;
+    /// The device for an off-screen surface, as hosts name it; null for what the environment says.
+    const char* device = nullptr;
 };
 
 /// One native context with its surface.

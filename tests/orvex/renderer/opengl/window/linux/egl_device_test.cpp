@@ -33,8 +33,11 @@ public:
     DeviceChoice& operator=(const DeviceChoice&) = delete;
 };
 
-bool begin(RenderWindow& window) {
-    return window.initialize(nullptr, nullptr, 8, 8, nullptr, nullptr, nullptr);
+/// @param device  that the request chooses, or null
+bool begin(RenderWindow& window, const char* device = nullptr) {
+    RenderWindow_ExtraData extra;
+    extra.device = device;
+    return window.initialize(nullptr, nullptr, 8, 8, nullptr, nullptr, &extra);
 }
 
 TEST(DeviceChoiceTest, is_an_index_a_pci_path_or_software) {
@@ -151,6 +154,20 @@ TEST_F(DeviceListTest, has_no_window_for_a_device_that_nobody_has) {
     }
     RenderWindowOpenGL window;
     EXPECT_TRUE(begin(window)) << "the choice is read for each window";
+}
+
+TEST_F(DeviceListTest, gives_the_device_that_a_request_chooses_above_the_environment) {
+    const DeviceChoice chosen("99");
+    RenderWindowOpenGL window;
+    EXPECT_TRUE(begin(window, "software"));
+    EXPECT_FALSE(begin(window, "")) << "nothing is no choice";
+}
+
+TEST_F(DeviceListTest, tells_of_a_request_for_a_device_that_nobody_has) {
+    const LogCapture log;
+    RenderWindowOpenGL window;
+    EXPECT_FALSE(begin(window, "99"));
+    EXPECT_EQ(log.messages(), std::vector<std::string>({"<*> device 99: no such device"}));
 }
 
 TEST_F(DeviceListTest, tells_why_a_chosen_device_gives_no_window) {

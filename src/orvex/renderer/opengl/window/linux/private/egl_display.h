@@ -3,6 +3,7 @@
 /// @file
 /// Which displays can serve a request.
 
+#include <string_view>
 #include <vector>
 
 #include "orvex/renderer/opengl/window/linux/private/egl_device.h"
@@ -19,8 +20,12 @@ struct EglCandidate {
 
 /// The displays that may serve a request without a context to share with, best first, none of them
 /// initialized. A drawable has the display it was made on, or the default X11 display; off screen
-/// any will do, and those that need no display server go first. A device that the environment
-/// chooses is the only one.
+/// any will do, and those that need no display server go first. A device that is chosen is the only
+/// one.
 std::vector<EglCandidate> candidates_for(const ContextRequest& request);
+
+/// The device that an off-screen request chooses, or else the environment; empty where the system
+/// is to choose.
+std::string_view chosen_device(const ContextRequest& request);
 
 } // namespace orvex
