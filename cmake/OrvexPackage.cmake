@@ -112,6 +112,8 @@ set(CPACK_DEBIAN_PYTHON_PACKAGE_DEPENDS
   "python3 (>= 3.9), python3-cffi-backend, liborvex-c0 (>= ${PROJECT_VERSION})")
 set(CPACK_DEBIAN_PYTHON_PACKAGE_RECOMMENDS python3-numpy)
 set(CPACK_DEBIAN_PYTHON_PACKAGE_SUGGESTS orvex-tools)
+set(CPACK_DEBIAN_PYTHON_PACKAGE_CONTROL_EXTRA
+  "${CMAKE_CURRENT_LIST_DIR}/debian/python/postinst" "${CMAKE_CURRENT_LIST_DIR}/debian/python/prerm")
 set(CPACK_COMPONENT_PYTHON_DESCRIPTION "${PROJECT_DESCRIPTION}: the module for Python
 Pictures of models, depth, normals and ids as arrays, from files and arrays,
 with no window and no file between.")

@@ -167,6 +167,16 @@ run("${CMAKE_COMMAND}" -E env "PYTHONPATH=${root}/usr/lib/python3/dist-packages"
   "${PYTHON}" "${SOURCE_DIR}/tests/python/shown.py" "${WORK_DIR}/models")
 expect_match("${output}" "^${VERSION} ${root}" "the module's version")
 
+# Its bytecode is made as it is installed: whoever starts it later may not write it there.
+file(WRITE "${WORK_DIR}/bin/py3compile" "#!/bin/sh\necho compiled $*\n")
+file(WRITE "${WORK_DIR}/bin/py3clean" "#!/bin/sh\necho cleaned $*\n")
+file(CHMOD_RECURSE "${WORK_DIR}/bin" PERMISSIONS OWNER_READ OWNER_WRITE OWNER_EXECUTE)
+run(dpkg-deb -e "${WORK_DIR}/packages/python3-orvex_${VERSION}_all.deb" "${WORK_DIR}/control")
+run("${CMAKE_COMMAND}" -E env "PATH=${WORK_DIR}/bin:$ENV{PATH}" "${WORK_DIR}/control/postinst" configure)
+expect_match("${output}" "^compiled -p python3-orvex\n$" "what python3-orvex does as it is installed")
+run("${CMAKE_COMMAND}" -E env "PATH=${WORK_DIR}/bin:$ENV{PATH}" "${WORK_DIR}/control/prerm" remove)
+expect_match("${output}" "^cleaned -p python3-orvex\n$" "what python3-orvex does as it is removed")
+
 # --- A font for hosts of the engine alone, where the package says
 
 file(WRITE "${WORK_DIR}/font/CMakeLists.txt" [[
