@@ -11,6 +11,8 @@ import unittest
 import unittest.mock
 import weakref
 
+import numpy
+
 import orvex
 from orvex import _render, _session
 from support import FACES, LIGHTHOUSE, SQUARE, FolderTest, run_python
@@ -368,6 +370,35 @@ class LogTest(FolderTest):
             _render._studio.run(work)
         go_on.set()
         self.assertEqual(orvex.render(LIGHTHOUSE, size=(8, 8)).shape, (8, 8, 4))
+
+    def test_ctrl_c_in_the_middle_of_loading_and_drawing_leaves_all_of_use(self):
+        # Whoever has started this may have had it ignore the signal.
+        before = signal.signal(signal.SIGINT, signal.default_int_handler)
+        self.addCleanup(signal.signal, signal.SIGINT, before)
+        main, is_working = threading.main_thread().ident, threading.Event()
+
+        def press():
+            is_working.wait()
+            signal.pthread_kill(main, signal.SIGINT)
+
+        path = self.file("a.obj", "v 0 0 0\nv 1 0 0\nv 0 1 0\nf 1 2 3\n")
+        with orvex.Engine() as engine, engine.view(8, 8) as view:
+            model = engine.load(path)
+            view.draw(model)
+            picture = view.color()
+            for _ in range(8):
+                is_working.clear()
+                thread = threading.Thread(target=press)
+                thread.start()
+                with self.assertRaises(KeyboardInterrupt):
+                    while True:
+                        is_working.set()
+                        with engine.load(path) as again, engine.view(4, 4) as other:
+                            other.draw([again, model])
+                            other.color()
+                thread.join()
+                view.draw(model)
+                numpy.testing.assert_array_equal(view.color(), picture)
 
     def test_plugins_are_told_with_their_reasons(self):
         bad = self.file("bad.so", "no library")
