@@ -49,4 +49,14 @@ std::string mistake_in_reading(const std::string& path) {
     return empty ? path + ": the file is empty" : std::string();
 }
 
+std::string quotable(std::string_view word) {
+    constexpr std::size_t most = 40;
+    std::string result;
+    for (const char c : word.substr(0, most)) {
+        const bool is_plain = c >= ' ' && c <= '~';
+        result += is_plain ? c : '?';
+    }
+    return word.size() > most ? result + "..." : result;
+}
+
 } // namespace orvex::kit

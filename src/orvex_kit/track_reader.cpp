@@ -13,6 +13,7 @@
 #include <nlohmann/json.hpp>
 
 #include "orvex_kit/camera.h"
+#include "orvex_kit/files.h"
 #include "orvex_kit/private/track_key.h"
 
 namespace orvex::kit {
@@ -36,17 +37,6 @@ std::string line_and_column(const std::string& text, std::size_t bytes) {
             begin = i + 1;
         }
     return std::to_string(line) + ":" + std::to_string(at - begin + 1);
-}
-
-/// A word of the file for a message: not long, and nothing that a terminal would obey.
-std::string shown(const std::string& word) {
-    constexpr std::size_t most = 40;
-    std::string result;
-    for (const char c : word.substr(0, most)) {
-        const bool is_plain = c >= ' ' && c <= '~';
-        result += is_plain ? c : '?';
-    }
-    return word.size() > most ? result + "..." : result;
 }
 
 /// A value of the file. It ends without asking for memory, as the library's own wouldn't.
@@ -118,7 +108,7 @@ public:
         constexpr std::size_t most_names = 16; // an object of a track has six
         std::vector<std::string>& names = open.back()->parts->names;
         if (std::find(names.begin(), names.end(), name) != names.end())
-            return fail(" '" + shown(name) + "' stands twice in one object");
+            return fail(" '" + quotable(name) + "' stands twice in one object");
         names.push_back(name);
         return names.size() <= most_names || fail(" an object has more names than any of a track");
     }
@@ -129,7 +119,7 @@ public:
         if (error.id == id_of_overflow)
             what = "the number that ends here is too large";
         else if (position > 0 && position <= text.size())
-            what = "'" + shown(text.substr(position - 1, 1)) + "' is no JSON here";
+            what = "'" + quotable(text.substr(position - 1, 1)) + "' is no JSON here";
         return fail(line_and_column(text, position) + ": " + what);
     }
 
@@ -216,7 +206,7 @@ private:
             std::string names;
             for (const std::string& one : known)
                 names += (names.empty() ? "" : ", ") + one;
-            return fail(place, "'" + shown(name) + "' is unknown; known: " + names);
+            return fail(place, "'" + quotable(name) + "' is unknown; known: " + names);
         }
         return true;
     }

@@ -44,6 +44,14 @@ TEST(Files, tell_why_they_cant_be_read) {
     EXPECT_EQ(mistake_in_reading(folder.write("full", "x")), "");
 }
 
+TEST(WordsOfFiles, are_short_and_plain_in_messages) {
+    EXPECT_EQ(quotable("speed"), "speed");
+    EXPECT_EQ(quotable(""), "");
+    EXPECT_EQ(quotable("a\x1b[31m\xc3\xa9\x7f"), "a?[31m???");
+    EXPECT_EQ(quotable(std::string(40, 'x')), std::string(40, 'x'));
+    EXPECT_EQ(quotable(std::string(41, 'x')), std::string(40, 'x') + "...");
+}
+
 } // namespace
 
 } // namespace orvex_test

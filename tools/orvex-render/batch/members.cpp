@@ -7,22 +7,13 @@
 
 #include <nlohmann/json.hpp>
 
+#include <orvex_kit/files.h>
+
 namespace batch {
 
 namespace {
 
 using nlohmann::json;
-
-/// A word for a message: not long, and nothing that a terminal would obey.
-std::string shown(std::string_view word) {
-    constexpr std::size_t most = 40;
-    std::string result;
-    for (const char c : word.substr(0, most)) {
-        const bool is_plain = c >= ' ' && c <= '~';
-        result += is_plain ? c : '?';
-    }
-    return word.size() > most ? result + "..." : result;
-}
 
 } // namespace
 
@@ -71,7 +62,7 @@ public:
         constexpr std::size_t most = 100;
         if (std::any_of(members.begin(), members.end(),
                         [&](const Member& member) { return member.name == name; }))
-            return fail("'" + shown(name) + "' stands twice");
+            return fail("'" + orvex::kit::quotable(name) + "' stands twice");
         if (members.count == most)
             return fail("there are more keys than options");
         members.add().name.swap(name);
@@ -86,7 +77,7 @@ public:
         if (position == 0 || position > text.size())
             return fail("the line ends within an object");
         return fail("column " + std::to_string(position) + ": '" +
-                    shown(text.substr(position - 1, 1)) + "' is no JSON here");
+                    orvex::kit::quotable(text.substr(position - 1, 1)) + "' is no JSON here");
     }
 
 private:
