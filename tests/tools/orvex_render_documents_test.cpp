@@ -28,7 +28,7 @@ std::vector<std::string> option_names() {
 }
 
 constexpr char man_page[] = ORVEX_RENDER_SOURCES "/orvex-render.1";
-constexpr char completion[] = ORVEX_RENDER_SOURCES "/orvex-render.bash";
+constexpr char completion[] = ORVEX_RENDER_COMPLETION;
 
 TEST(OrvexRenderHelp, goes_to_standard_output) {
     for (const char* option : {"--help", "-h"}) {
@@ -94,7 +94,7 @@ TEST(OrvexRenderCompletion, offers_every_look) {
     std::string names;
     for (const std::string& name : orvex::kit::Look::names())
         names += name + " ";
-    EXPECT_EQ(offered("/", {"orvex-render", "--look", ""}), names);
+    EXPECT_EQ(offered(TempDir().path(), {"orvex-render", "--look", ""}), names);
 }
 
 TEST(OrvexRenderCompletion, offers_what_fits) {
@@ -105,6 +105,8 @@ TEST(OrvexRenderCompletion, offers_what_fits) {
     folder.write("d.xml", "");
     folder.write("e.txt", "");
     folder.write("f.jsonl", "");
+    folder.write("h.GLB", "");
+    folder.write("i.glsl", "");
     struct Row {
         std::vector<std::string> words;
         const char* offer;
@@ -114,6 +116,8 @@ TEST(OrvexRenderCompletion, offers_what_fits) {
              Row{{"orvex-render", "a"}, "a model.obj "},
              Row{{"orvex-render", "b"}, "b.3ds "},
              Row{{"orvex-render", "e"}, " "},
+             Row{{"orvex-render", "h"}, "h.GLB "},
+             Row{{"orvex-render", "--look", "i"}, "i.glsl "},
              Row{{"orvex-render", "-o", ""}, "c.jpg "},
              Row{{"orvex-render", "--font", ""}, "d.xml "},
              Row{{"orvex-render", "--path", "gl"}, "gl2 gl3 "},
@@ -137,6 +141,7 @@ TEST(OrvexRenderCompletion, offers_what_fits) {
 }
 
 TEST(OrvexRenderCompletion, offers_words_that_the_program_takes) {
+    const TempDir folder;
     struct Row {
         const char* option;
         const char* value;
@@ -146,7 +151,7 @@ TEST(OrvexRenderCompletion, offers_words_that_the_program_takes) {
           Row{"--path", ""}, Row{"--samples", ""}, Row{"--size", ""}, Row{"--format", ""},
           Row{"--look", ""}, Row{"--device", ""}}) {
         std::string word;
-        for (char c : offered("/", {"orvex-render", row.option, row.value})) {
+        for (char c : offered(folder.path(), {"orvex-render", row.option, row.value})) {
             if (c != ' ') {
                 word += c;
                 continue;

@@ -18,7 +18,7 @@ using orvex_test::content_of;
 using orvex_test::TempDir;
 
 constexpr char man_page[] = ORVEX_VIEW_SOURCES "/orvex-view.1";
-constexpr char completion[] = ORVEX_VIEW_SOURCES "/orvex-view.bash";
+constexpr char completion[] = ORVEX_VIEW_COMPLETION;
 
 std::set<std::string> option_names() {
     Options options;
