@@ -22,6 +22,7 @@
 
 #include "orvex_formats/private/normals.h"
 #include "orvex_formats/private/refusal.h"
+#include "orvex_formats/private/spare_memory.h"
 #include "orvex_formats/private/workers.h"
 
 namespace orvex::formats {
@@ -180,6 +181,12 @@ void fill_face_normals(const Surface& surface, vec4* normals) {
     });
 }
 
+/// Ends a list whose numbers have been taken over.
+template<class Value>
+void drop(std::vector<Value>& list) {
+    std::vector<Value>().swap(list);
+}
+
 /// Gives a mesh the materials of its faces, each once.
 class FaceMaterials {
 public:
@@ -221,6 +228,7 @@ void add_surface(Surface surface, const std::vector<Material*>& materials, Model
     if (surface.triangles.empty())
         return;
     add_normals(surface);
+    give_back_spare_memory(surface.positions.size() * sizeof(vec3));
     FreshMesh mesh(model.create_mesh());
     mesh->set_name(surface.name.c_str());
     if (!mesh->alloc_vertex_data(surface.positions.size()) ||
@@ -229,6 +237,7 @@ void add_surface(Surface surface, const std::vector<Material*>& materials, Model
     if (surface.colors.empty())
         mesh->set_vertices_color(1.0f, 1.0f, 1.0f, 1.0f, nullptr);
     fill_vertices(surface, *mesh->get_mesh_data());
+    drop(surface.normals);
     fill_faces(surface, materials, *mesh);
     mesh->update_bounding_sphere(nullptr);
     model.add_child(mesh.get());

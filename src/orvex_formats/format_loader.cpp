@@ -14,6 +14,7 @@
 #include "orvex_formats/private/build_model.h"
 #include "orvex_formats/private/model_file.h"
 #include "orvex_formats/private/refusal.h"
+#include "orvex_formats/private/spare_memory.h"
 
 namespace orvex::formats {
 
@@ -136,6 +137,7 @@ void FormatLoader::load(Model& model, const std::string& path) {
         add_note("%s", note.c_str());
     for (const std::string& file : draft.files)
         add_file(file.c_str());
+    give_back_spare_memory(opened.stored_size);
     LoadUndo undo(model);
     for (const std::string& note : build_model(std::move(draft), model))
         add_note("%s", note.c_str());

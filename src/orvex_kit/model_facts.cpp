@@ -178,9 +178,22 @@ bool has_own_colors(const Mesh& mesh) {
 
 } // namespace
 
+/// Of all vertices, points and ends of lines, with a place or not.
+std::size_t Model::Data::count_places() const {
+    std::size_t count = 0;
+    for (const Mesh* mesh : meshes)
+        count += mesh->get_mesh_data()->num_vertices;
+    for (const VertexPool* cloud : clouds)
+        count += cloud->get_pool_size();
+    for (const Polyline* line : lines)
+        count += line->get_polyline_data()->num_vertices;
+    return count;
+}
+
 void Model::Data::tell_of_meshes() {
     for (const Mesh* mesh : meshes)
         has_colors.push_back(has_own_colors(*mesh));
+    facts.extent.points.reserve(count_places());
     for (Mesh* mesh : meshes) {
         const MeshData& store = *mesh->get_mesh_data();
         ModelMesh one{text_or_nothing(mesh->get_name()), store.num_vertices, store.num_faces, {}};
@@ -247,6 +260,7 @@ void Model::Data::tell_of_lines() {
 void Model::Data::measure() {
     Extent extent;
     Bounds box;
+    extent.points.reserve(count_places());
     const auto take = [&](const vec4& place) {
         extent.points.push_back(place);
         add(box, place);

@@ -116,6 +116,7 @@ private:
     void tell_of_mesh();
     void refill(const MeshParts& parts);
     std::unique_ptr<Data> rebuilt(const MeshNumbers& numbers, const MeshParts& parts);
+    std::size_t count_places() const;
     void tell_of_meshes();
     void tell_of_clouds();
     void tell_of_lines();
