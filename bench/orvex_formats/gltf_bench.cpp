@@ -8,6 +8,7 @@
 
 #include <benchmark/benchmark.h>
 
+#include "bench/support/row.h"
 #include "orvex_formats/gltf/private/gltf_reader.h"
 #include "tests/orvex_formats/gltf_file.h"
 
@@ -61,41 +62,28 @@ std::string lines_text() {
     return std::string(bytes.begin(), bytes.end());
 }
 
-const std::string& text_of(benchmark::State& state) {
-    static const std::string base64 = base64_text();
-    static const std::string lines = lines_text();
-    return state.range(0) == 0 ? base64 : lines;
-}
-
-void set_bytes(benchmark::State& state, const std::string& text) {
-    state.SetBytesProcessed(static_cast<std::int64_t>(text.size()) * state.iterations());
-    state.SetLabel(state.range(0) == 0 ? "base64" : "100,000 lines");
-}
-
-void reads(benchmark::State& state) {
-    const std::string& text = text_of(state);
-    const orvex::formats::InputFile file(std::vector<unsigned char>(text.begin(), text.end()));
-    for (auto _ : state)
-        benchmark::DoNotOptimize(orvex::formats::read_gltf(file));
-    set_bytes(state, text);
-}
-BENCHMARK(reads)->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
-
 #ifdef ORVEX_BENCH_TINYGLTF
-void tinygltf_reads(benchmark::State& state) {
-    const std::string& text = text_of(state);
-    for (auto _ : state) {
-        tinygltf::TinyGLTF loader;
-        tinygltf::Model model;
-        std::string error, warning;
-        if (!loader.LoadASCIIFromString(&model, &error, &warning, text.c_str(),
-                                        static_cast<unsigned>(text.size()), ""))
-            state.SkipWithError(error.c_str());
-        benchmark::DoNotOptimize(model);
-    }
-    set_bytes(state, text);
+void beside_tinygltf(benchmark::State& state, const std::string& text) {
+    const orvex::formats::InputFile file(std::vector<unsigned char>(text.begin(), text.end()));
+    orvex_bench::take_turns(
+        state, {"tinygltf", 0.5},
+        [&] { benchmark::DoNotOptimize(orvex::formats::read_gltf(file)); },
+        [&] {
+            tinygltf::TinyGLTF loader;
+            tinygltf::Model model;
+            std::string error, warning;
+            if (!loader.LoadASCIIFromString(&model, &error, &warning, text.c_str(),
+                                            static_cast<unsigned>(text.size()), ""))
+                state.SkipWithError(error.c_str());
+            benchmark::DoNotOptimize(model);
+        });
 }
-BENCHMARK(tinygltf_reads)->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(beside_tinygltf, base64, base64_text())
+    ->UseManualTime()
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(beside_tinygltf, lines, lines_text())
+    ->UseManualTime()
+    ->Unit(benchmark::kMillisecond);
 #endif
 
 } // namespace

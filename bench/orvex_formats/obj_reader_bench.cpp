@@ -10,6 +10,7 @@
 
 #include <benchmark/benchmark.h>
 
+#include "bench/support/row.h"
 #include "orvex_formats/obj/private/obj_reader.h"
 
 #ifdef ORVEX_BENCH_TINYOBJLOADER
@@ -76,15 +77,21 @@ void read_sheet(benchmark::State& state) {
 BENCHMARK(read_sheet)->Arg(1)->Arg(2)->Unit(benchmark::kMillisecond)->UseRealTime();
 
 #ifdef ORVEX_BENCH_TINYOBJLOADER
-void read_sheet_by_tinyobjloader(benchmark::State& state) {
+/// By one thread, as the peer.
+void beside_tinyobjloader(benchmark::State& state) {
+    ObjCutting cutting;
+    cutting.num_workers = 1;
     const std::string path = sheet().path();
-    for (auto _ : state) {
-        tinyobj::ObjReader reader;
-        reader.ParseFromFile(path);
-        benchmark::DoNotOptimize(reader.GetShapes().size());
-    }
+    orvex_bench::take_turns(
+        state, {"tinyobjloader", 0.5},
+        [&] { benchmark::DoNotOptimize(read_obj(InputFile(path), cutting)); },
+        [&] {
+            tinyobj::ObjReader reader;
+            reader.ParseFromFile(path);
+            benchmark::DoNotOptimize(reader.GetShapes().size());
+        });
 }
-BENCHMARK(read_sheet_by_tinyobjloader)->Unit(benchmark::kMillisecond)->UseRealTime();
+BENCHMARK(beside_tinyobjloader)->UseManualTime()->Unit(benchmark::kMillisecond);
 #endif
 
 } // namespace

@@ -53,9 +53,12 @@ public:
     double take(Work work) {
         const double begin = processor_seconds();
         work();
+        benchmark::ClobberMemory();
         turns.push_back(processor_seconds() - begin);
         return turns.back();
     }
+
+    double last() const { return turns.back(); }
 
     double median() {
         const auto middle = turns.begin() + static_cast<std::ptrdiff_t>(turns.size() / 2);

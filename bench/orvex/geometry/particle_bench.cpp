@@ -12,19 +12,17 @@
 ///
 /// `draw` is what a frame adds: the living written to the points that draw them.
 ///
-/// Engine and plain loop take turns, so that what else the machine does falls on both. The smallest
-/// of each counts, as the rest is what something else did.
+/// Engine and plain loop take turns, so that what else the machine does falls on both.
 ///
 /// particle_bench --benchmark_min_time=2
 
 #include <algorithm>
-#include <chrono>
-#include <limits>
 #include <vector>
 
 #include <benchmark/benchmark.h>
 
 #include "bench/support/owned.h"
+#include "bench/support/row.h"
 #include "orvex/geometry/particles/particle_action.h"
 #include "orvex/geometry/particles/particle_emitter.h"
 #include "orvex/geometry/particles/particle_pool.h"
@@ -33,6 +31,7 @@
 namespace {
 
 using namespace orvex;
+using orvex_bench::Against;
 
 constexpr float dt = 1e-6f; ///< so short that nothing dies
 constexpr float lifetime = 1e3f;
@@ -89,27 +88,11 @@ struct PlainParticles {
     std::vector<float> x, y, z, vx, vy, vz, lives;
 };
 
-template<class Work>
-double seconds(Work work) {
-    const auto start = std::chrono::steady_clock::now();
-    work();
-    benchmark::ClobberMemory();
-    return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
-}
-
+/// The row of one particle.
 template<class Engine, class Plain>
-void take_turns(benchmark::State& state, unsigned long particles, Engine engine, Plain plain) {
-    double engine_best = std::numeric_limits<double>::infinity();
-    double plain_best = engine_best;
-    for (auto _ : state) {
-        plain_best = std::min(plain_best, seconds(plain));
-        const double turn = seconds(engine);
-        engine_best = std::min(engine_best, turn);
-        state.SetIterationTime(turn);
-    }
-    state.counters["ratio"] = engine_best / plain_best;
-    state.counters["best_ns"] = engine_best * 1e9 / static_cast<double>(particles);
-    state.counters["plain_best_ns"] = plain_best * 1e9 / static_cast<double>(particles);
+void take_turns(benchmark::State& state, const Against& against, unsigned long particles,
+                Engine engine, Plain plain) {
+    orvex_bench::take_turns(state, against, engine, plain, static_cast<double>(particles));
 }
 
 constexpr unsigned long many = 100'000;
@@ -120,7 +103,8 @@ void step_living(benchmark::State& state, bool with_emitter) {
         system->create_emitter()->set_particle_rate(2.0f / dt);
     PlainParticles plain(many);
     take_turns(
-        state, many, [&] { system->update(dt, nullptr); }, [&] { plain.step(); });
+        state, {"a loop over arrays", 2.0}, many, [&] { system->update(dt, nullptr); },
+        [&] { plain.step(); });
 }
 
 void living(benchmark::State& state) {
@@ -151,7 +135,7 @@ void step_sparse(benchmark::State& state, bool scattered) {
     System system = make_sparse_system(sparse, sparse / 100, scattered);
     const float* const lives = pool_of(system).lifetimes;
     take_turns(
-        state, sparse, [&] { system->update(dt, nullptr); },
+        state, {"a sum of the lives", 2.0}, sparse, [&] { system->update(dt, nullptr); },
         [lives] { benchmark::DoNotOptimize(sum_of(lives, sparse)); });
 }
 
@@ -169,7 +153,7 @@ void sparse_front_aging(benchmark::State& state) {
     System system = make_sparse_system(sparse, sparse / 100, false);
     std::vector<float> lives(sparse, lifetime);
     take_turns(
-        state, sparse, [&] { system->update(dt, nullptr); },
+        state, {"a loop that ages", 1.2}, sparse, [&] { system->update(dt, nullptr); },
         [&lives] {
             for (float& life : lives)
                 life -= dt;

@@ -8,12 +8,11 @@
 ///
 /// LP_NO_RAST=1 polyline_bench --benchmark_min_time=5
 
-#include <chrono>
-
 #include <benchmark/benchmark.h>
 
 #include "bench/support/core_context.h"
 #include "bench/support/owned.h"
+#include "bench/support/row.h"
 #include "orvex/geometry/lines/polyline.h"
 #include "orvex/renderer/opengl/private/renderer_opengl.h"
 #include "orvex/renderer/records/polyline_data.h"
@@ -55,34 +54,22 @@ public:
     GLuint bare = 0;
 };
 
-template<class Work>
-double seconds(Work work) {
-    const auto start = std::chrono::steady_clock::now();
-    work();
-    glFinish();
-    return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
-}
-
 template<class Engine, class Bare>
-void take_turns(benchmark::State& state, Engine engine, Bare bare) {
-    double engine_seconds = 0.0;
-    double bare_seconds = 0.0;
-    for (auto _ : state) {
-        bare_seconds += seconds(bare);
-        const double turn = seconds(engine);
-        engine_seconds += turn;
-        state.SetIterationTime(turn);
-    }
-    state.counters["ratio"] = engine_seconds / bare_seconds;
-    state.counters["bare_ms"] =
-        benchmark::Counter(bare_seconds * 1e3, benchmark::Counter::kAvgIterations);
+void compare(benchmark::State& state, double goal, Engine engine, Bare bare) {
+    const auto finished = [](auto work) {
+        return [work] {
+            work();
+            glFinish();
+        };
+    };
+    orvex_bench::take_turns(state, {"bare GL", goal}, finished(engine), finished(bare));
 }
 
 void send(benchmark::State& state) {
     Stage stage;
     const ORVEX_Renderer_OpenGL_Func& gl = stage.renderer.gl;
-    take_turns(
-        state,
+    compare(
+        state, 1.2,
         [&stage] {
             stage.polyline->set_vertex_position(0, 1.0f, 2.0f, 3.0f);
             stage.renderer.polyline_vb_prepare(&stage.data());
@@ -100,8 +87,8 @@ BENCHMARK(send)->UseManualTime()->Unit(benchmark::kMillisecond);
 void draw(benchmark::State& state) {
     Stage stage;
     const ORVEX_Renderer_OpenGL_Func& gl = stage.renderer.gl;
-    take_turns(
-        state,
+    compare(
+        state, 1.1,
         [&stage] {
             stage.renderer.polyline_vb_prepare(&stage.data());
             stage.renderer.polyline_vb_draw(&stage.data(), 0, -1);

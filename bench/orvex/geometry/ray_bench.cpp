@@ -3,20 +3,19 @@
 /// arrays, as somebody would write it who has nothing but arrays: vertices are transformed once a
 /// ray, and nothing of the engine's is called but the test of the bounding sphere.
 ///
-/// `of_arrays` in the output is how many times as fast as that loop the cast is, by processor time;
-/// `of_calls` the same against a loop over the engine's own operations, which fetch and transform
-/// three vertices for each face. All take turns, so that what else the machine does falls on each,
-/// and their hits are held against each other to the last bit before the clock runs. The argument
-/// is the vertex format; rows with `interleaved` have one array of records, rows with `still` no
-/// transform.
+/// `of_calls` in the output is how many times as fast the cast is as a loop over the engine's own
+/// operations, which fetch and transform three vertices for each face. All take turns, so that what
+/// else the machine does falls on each, and their hits are held against each other to the last bit
+/// before the clock runs. The argument is the vertex format; rows with `interleaved` have one array
+/// of records, rows with `still` no transform.
 
 #include <array>
-#include <ctime>
 #include <vector>
 
 #include <benchmark/benchmark.h>
 
 #include "bench/support/owned.h"
+#include "bench/support/row.h"
 #include "orvex/geometry/rays/ray_caster.h"
 #include "orvex/geometry/shapes/mesh_sphere.h"
 #include "orvex/renderer/records/mesh_data.h"
@@ -25,6 +24,8 @@
 namespace {
 
 using namespace orvex;
+using orvex_bench::say_row;
+using orvex_bench::Turns;
 
 constexpr int num_rays = 64;
 
@@ -155,18 +156,10 @@ bool same_hits(const std::array<Ray, num_rays>& rays, Mesh& mesh, Arrays& arrays
     return true;
 }
 
-double processor_seconds() {
-    timespec now{};
-    ::clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &now);
-    return static_cast<double>(now.tv_sec) + 1e-9 * static_cast<double>(now.tv_nsec);
-}
-
 template<class Cast>
-double seconds(Cast cast) {
-    const double start = processor_seconds();
+void take(Turns& turns, Cast cast) {
     RayObjectIntersection result;
-    benchmark::DoNotOptimize(cast(result));
-    return processor_seconds() - start;
+    turns.take([&] { benchmark::DoNotOptimize(cast(result)); });
 }
 
 void cast(benchmark::State& state, bool separate, bool is_still) {
@@ -178,24 +171,17 @@ void cast(benchmark::State& state, bool separate, bool is_still) {
         return;
     }
     const RayCaster caster;
-    double quick_seconds = 0.0;
-    double plain_seconds = 0.0;
-    double array_seconds = 0.0;
+    Turns quick, plain, of_arrays;
     unsigned next = 0;
     for (auto _ : state) {
         const Ray& ray = rays[next++ % num_rays];
-        plain_seconds +=
-            seconds([&](auto& result) { return orvex_test::plain_ray_cast(ray, *mesh, result); });
-        array_seconds += seconds([&](auto& result) { return cast_by_arrays(ray, arrays, result); });
-        const double turn =
-            seconds([&](auto& result) { return caster._cast_ray_mesh(ray, mesh.get(), result); });
-        quick_seconds += turn;
-        state.SetIterationTime(turn);
+        take(plain, [&](auto& result) { return orvex_test::plain_ray_cast(ray, *mesh, result); });
+        take(of_arrays, [&](auto& result) { return cast_by_arrays(ray, arrays, result); });
+        take(quick, [&](auto& result) { return caster._cast_ray_mesh(ray, mesh.get(), result); });
+        state.SetIterationTime(quick.last());
     }
-    state.counters["of_arrays"] = array_seconds / quick_seconds;
-    state.counters["of_calls"] = plain_seconds / quick_seconds;
-    state.counters["arrays_us"] =
-        benchmark::Counter(array_seconds * 1e6, benchmark::Counter::kAvgIterations);
+    say_row(state, {"a loop over arrays", 0.28}, quick.median(), of_arrays.median());
+    state.counters["of_calls"] = plain.median() / quick.median();
     state.counters["faces"] = static_cast<double>(mesh->get_num_faces(nullptr));
 }
 

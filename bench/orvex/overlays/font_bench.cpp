@@ -8,7 +8,6 @@
 ///
 /// font_bench --benchmark_min_time=5
 
-#include <chrono>
 #include <cstdio>
 #include <cstdlib>
 #include <memory>
@@ -16,6 +15,7 @@
 
 #include <benchmark/benchmark.h>
 
+#include "bench/support/row.h"
 #include "orvex/assets/textures/texture.h"
 #include "orvex/overlays/font.h"
 #include "orvex/overlays/private/bm_quads.h"
@@ -92,27 +92,13 @@ void fill_plainly(Vertex* vertices, const vec4& color) {
     }
 }
 
-double seconds(const auto& work) {
-    const auto start = std::chrono::steady_clock::now();
-    work();
-    benchmark::ClobberMemory();
-    return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
-}
-
 void fill(benchmark::State& state) {
     Stage stage;
     const auto plain = std::make_unique<Vertex[]>(num_vertices);
     const vec4 color(1.0f, 0.5f, 0.0f, 1.0f);
-    double engine_time = 0.0;
-    double plain_time = 0.0;
-    for (auto step : state) {
-        const double engine = seconds([&] { stage.update(); });
-        plain_time += seconds([&] { fill_plainly(plain.get(), color); });
-        engine_time += engine;
-        state.SetIterationTime(engine);
-    }
-    state.counters["ratio"] = engine_time / plain_time;
-    state.SetItemsProcessed(state.iterations() * num_lines * glyphs_per_line);
+    orvex_bench::take_turns(
+        state, {"a plain loop", 2.0}, [&] { stage.update(); },
+        [&] { fill_plainly(plain.get(), color); }, num_lines * glyphs_per_line);
 }
 
 void queue(benchmark::State& state) {

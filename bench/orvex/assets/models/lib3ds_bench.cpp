@@ -15,6 +15,7 @@
 
 #include <malloc.h>
 
+#include "bench/support/row.h"
 #include "orvex/assets/materials/material_mgr.h"
 #include "orvex/assets/models/3ds/loader_3d_lib3ds.h"
 #include "orvex/geometry/mesh/model.h"
@@ -22,6 +23,8 @@
 namespace {
 
 using namespace orvex;
+using orvex_bench::say_row;
+using orvex_bench::Turns;
 
 constexpr char models_folder[] = "/usr/share/glmark2/models/";
 
@@ -37,48 +40,47 @@ void prepare(Memory memory) {
         malloc_trim(0);
 }
 
-void load_with_engine(benchmark::State& state, const char* name, Memory memory) {
+void load_with_engine(Turns& turns, const char* folder, const char* name) {
     Loader3D_Lib3ds loader;
-    loader.set_model_dir(models_folder);
-    for (auto _ : state) {
-        state.PauseTiming();
-        prepare(memory);
-        auto* const model = new Model;
-        state.ResumeTiming();
+    loader.set_model_dir(folder);
+    auto* const model = new Model;
+    turns.take([&] {
         if (!loader.load_from_file(model, name))
-            state.SkipWithError("not loaded");
-        state.PauseTiming();
-        model->kill(nullptr, nullptr);
-        MaterialMgr::get()->release_all_resources(nullptr, nullptr);
-        state.ResumeTiming();
-    }
+            std::abort();
+    });
+    model->kill(nullptr, nullptr);
+    MaterialMgr::get()->release_all_resources(nullptr, nullptr);
 }
 
-void read_with_lib3ds(benchmark::State& state, const char* name, Memory memory) {
-    const std::string path = std::string(models_folder) + name;
+void read_with_lib3ds(Turns& turns, const std::string& path) {
+    Lib3dsFile* file = nullptr;
+    turns.take([&] { file = lib3ds_file_open(path.c_str()); });
+    if (!file)
+        std::abort();
+    lib3ds_file_free(file);
+}
+
+/// What is loaded is given back with the clock stopped.
+void beside_lib3ds(benchmark::State& state, const char* name, double goal, Memory memory) {
+    Turns ours, of_peer;
     for (auto _ : state) {
-        state.PauseTiming();
         prepare(memory);
-        state.ResumeTiming();
-        Lib3dsFile* const file = lib3ds_file_open(path.c_str());
-        if (!file)
-            state.SkipWithError("not read");
-        state.PauseTiming();
-        lib3ds_file_free(file);
-        state.ResumeTiming();
+        read_with_lib3ds(of_peer, std::string(models_folder) + name);
+        prepare(memory);
+        load_with_engine(ours, models_folder, name);
+        state.SetIterationTime(ours.last());
     }
+    say_row(state, {"lib3ds, which only reads", goal}, ours.median(), of_peer.median());
 }
-
-BENCHMARK_CAPTURE(load_with_engine, asteroid_fresh, "asteroid-high.3ds", FRESH)
+BENCHMARK_CAPTURE(beside_lib3ds, asteroid_fresh, "asteroid-high.3ds", 1.0, FRESH)
+    ->UseManualTime()
     ->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(read_with_lib3ds, asteroid_fresh, "asteroid-high.3ds", FRESH)
+BENCHMARK_CAPTURE(beside_lib3ds, asteroid_kept, "asteroid-high.3ds", 0.43, KEPT)
+    ->UseManualTime()
     ->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(load_with_engine, asteroid_kept, "asteroid-high.3ds", KEPT)
+BENCHMARK_CAPTURE(beside_lib3ds, cat_fresh, "cat.3ds", 1.0, FRESH)
+    ->UseManualTime()
     ->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(read_with_lib3ds, asteroid_kept, "asteroid-high.3ds", KEPT)
-    ->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(load_with_engine, cat_fresh, "cat.3ds", FRESH)->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(read_with_lib3ds, cat_fresh, "cat.3ds", FRESH)->Unit(benchmark::kMillisecond);
 
 // --- Refusals --------------------------------------------------------------------------------
 
@@ -113,14 +115,14 @@ std::string large_mesh(std::uint32_t index) {
 }
 
 /// Removed at the end.
-class BrokenFile {
+class ModelFile {
 public:
-    explicit BrokenFile(const std::string& bytes) {
+    explicit ModelFile(const std::string& bytes) {
         char name[] = "/tmp/orvex_bench_XXXXXX";
         folder_ = mkdtemp(name);
         std::ofstream(path(), std::ios::binary) << bytes;
     }
-    ~BrokenFile() { std::filesystem::remove_all(folder_); }
+    ~ModelFile() { std::filesystem::remove_all(folder_); }
 
     std::string path() const { return folder_ + "/model.3ds"; }
 
@@ -136,6 +138,26 @@ std::string broken_at_its_end() {
     objects += large_mesh(65535);
     return chunk(0x4D4D, chunk(0x3D3D, objects));
 }
+
+/// The most materials that a file may have, but a few.
+std::string of_many_materials() {
+    std::string chunks;
+    for (int i = 0; i < 8000; ++i)
+        chunks += chunk(0xAFFF, chunk(0xA000, "paint" + std::to_string(i) + std::string(1, 0)));
+    return chunk(0x4D4D, chunk(0x3D3D, chunks));
+}
+
+void many_materials(benchmark::State& state) {
+    constexpr double most_seconds = 0.1;
+    const ModelFile file(of_many_materials());
+    Turns ours;
+    for (auto _ : state) {
+        load_with_engine(ours, "", file.path().c_str());
+        state.SetIterationTime(ours.last());
+    }
+    say_row(state, {"a bound", 1.0}, ours.median(), most_seconds);
+}
+BENCHMARK(many_materials)->UseManualTime()->Unit(benchmark::kMillisecond);
 
 /// The most chunks that are looked at.
 std::string of_too_many_chunks() {
@@ -168,7 +190,7 @@ double peak_megabytes() {
 }
 
 void refuse(benchmark::State& state, std::string (*content)()) {
-    const BrokenFile file(content());
+    const ModelFile file(content());
     // From here on the peak is counted anew.
     std::ofstream("/proc/self/clear_refs") << 5;
     const double before = peak_megabytes();
