@@ -44,14 +44,55 @@ bool is_diagonal(const vec3& a, const vec3& b, const vec3& c, const vec3& d) {
     return left.x * right.x + left.y * right.y + left.z * right.z >= 0.0;
 }
 
-/// Most polygons are such, and need no room.
-void cut_four(std::span<const vec3> corners, std::vector<Triangle>& triangles) {
-    const bool is_second = !is_diagonal(corners[0], corners[1], corners[2], corners[3]) &&
-                           is_diagonal(corners[1], corners[2], corners[3], corners[0]);
-    if (!is_second)
-        return add_fan(4, triangles);
+double dot(const Wide3& a, const Wide3& b) {
+    return a.x * b.x + a.y * b.y + a.z * b.z;
+}
+
+/// How far a place in a plane lies from a line, below 0 on its other side; 0 where rounding might
+/// have made it. @param axis  the one that the plane leaves out
+double distance_of(const vec3& place, const vec3& from, const vec3& to, int axis) {
+    const Wide3 way = between(from, to), there = between(from, place);
+    const auto parts = [axis](const Wide3& vector) {
+        return axis == 0   ? std::pair(vector.y, vector.z)
+               : axis == 1 ? std::pair(vector.z, vector.x)
+                           : std::pair(vector.x, vector.y);
+    };
+    const auto [way_x, way_y] = parts(way);
+    const auto [there_x, there_y] = parts(there);
+    const double first = way_x * there_y, second = way_y * there_x;
+    constexpr double rounding = 4e-16;
+    const bool is_sure = std::abs(first - second) > rounding * (std::abs(first) + std::abs(second));
+    return is_sure ? (first - second) / std::hypot(way_x, way_y) : 0.0;
+}
+
+/// Whether two edges meet between their ends, and don't only look so: where they are apart by no
+/// more than a small part of what their ends reach beyond each other.
+bool do_cross(const vec3& a, const vec3& b, const vec3& c, const vec3& d) {
+    const Wide3 first = between(a, b), second = between(c, d), normal = cross(first, second);
+    const double x = std::abs(normal.x), y = std::abs(normal.y), z = std::abs(normal.z);
+    const int axis = x > y && x > z ? 0 : y > z ? 1 : 2;
+    const double of_c = distance_of(c, a, b, axis), of_d = distance_of(d, a, b, axis);
+    const double of_a = distance_of(a, c, d, axis), of_b = distance_of(b, c, d, axis);
+    if (!(of_a * of_b < 0.0 && of_c * of_d < 0.0))
+        return false;
+    constexpr double thinnest = 1e-4, least_flat = 0.05;
+    const double reach = std::min({std::abs(of_a), std::abs(of_b), std::abs(of_c), std::abs(of_d)});
+    const double longest = std::sqrt(std::max(dot(first, first), dot(second, second)));
+    const double apart = std::abs(dot(between(a, c), normal)) / std::sqrt(dot(normal, normal));
+    return reach > thinnest * longest && apart <= least_flat * reach;
+}
+
+/// Most polygons are such, and need no room. @return whether it doesn't cross itself
+bool cut_four(std::span<const vec3> corners, std::vector<Triangle>& triangles) {
+    const vec3 &a = corners[0], &b = corners[1], &c = corners[2], &d = corners[3];
+    const bool is_first = is_diagonal(a, b, c, d);
+    if (is_first || !is_diagonal(b, c, d, a)) {
+        add_fan(4, triangles);
+        return is_first || !(do_cross(a, b, c, d) || do_cross(b, c, d, a));
+    }
     triangles.push_back({1, 2, 3});
     triangles.push_back({1, 3, 0});
+    return true;
 }
 
 } // namespace
@@ -61,10 +102,8 @@ bool PolygonCutter::cut(std::span<const vec3> corners, std::vector<Triangle>& tr
         add_fan(corners.size(), triangles);
         return true;
     }
-    if (corners.size() == 4) {
-        cut_four(corners, triangles);
-        return true;
-    }
+    if (corners.size() == 4)
+        return cut_four(corners, triangles);
     const Normal normal = normal_of(corners);
     const double length = std::abs(normal.x) + std::abs(normal.y) + std::abs(normal.z);
     const bool has_area = length > 0.0 && std::isfinite(length);

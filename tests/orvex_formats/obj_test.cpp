@@ -103,6 +103,11 @@ TEST(Obj, counts_backwards_from_where_the_face_stands) {
 TEST(Obj, cuts_concave_polygons) {
     const Draft draft = read("v 0 0 0\nv 4 0 0\nv 1 1 0\nv 0 4 0\nf 2 3 4 1\n");
     EXPECT_EQ(corners_of(draft.surfaces.at(0)), "110 040 000 \n110 000 400 \n");
+    EXPECT_TRUE(read_obj(InputFile(ORVEX_EXAMPLE_DATA "/lighthouse.obj")).notes.empty());
+    const Draft bow = read("v 0 0 0\nv 4 4 0\nv 4 0 0\nv 0 4 0\nf 1 3 2 4\nf 1 2 3 4\n");
+    EXPECT_EQ(bow.notes,
+              (std::vector<std::string>{"line 6: a polygon crosses itself, or winds too much, and "
+                                        "may have been cut wrongly"}));
     const Draft crossed = read("v 0 0 0\nv 6 0 0\nv 6 6 0\nv 2 -3 0\nv 1 -3 0\nf 1 2 3 4 5\n");
     EXPECT_EQ(crossed.notes,
               (std::vector<std::string>{"line 6: a polygon crosses itself, or winds too much, and "

@@ -180,6 +180,35 @@ TEST(Polygon, is_cut_whatever_way_it_faces) {
         }
 }
 
+TEST(Polygon, of_four_corners_whose_edges_cross_is_told) {
+    const std::vector<std::vector<vec3>> bows = {
+        {{0, 0, 0}, {4, 4, 0}, {4, 0, 0}, {0, 5, 0}},
+        {{0, 0, 0}, {1, 1, 0}, {1, 0, 0}, {0, 1, 0}}, // of no area at all
+        {{0, 3, 0}, {4, 3, 4}, {4, 3, 0}, {0, 3, 4}},
+        {{0, 0, 0}, {1e-6f, 1e-6f, 0}, {1e-6f, 0, 0}, {0, 1e-6f, 0}},
+        {{5e5f, 0, 0}, {5e5f + 4, 4, 0.01f}, {5e5f + 4, 0, 0}, {5e5f, 4, 0}}};
+    for (std::size_t bow = 0; bow < bows.size(); ++bow)
+        for (std::size_t i = 0; i < 4; ++i) {
+            EXPECT_FALSE(cut(turned(bows[bow], i)).is_proper) << bow << ", " << i;
+            EXPECT_FALSE(cut(backwards(turned(bows[bow], i))).is_proper) << bow << ", " << i;
+        }
+}
+
+TEST(Polygon, of_four_corners_that_only_look_crossed_is_not_told) {
+    const std::vector<std::vector<vec3>> quads = {
+        {{0, 0, 0}, {4, 0, 1}, {4, 4, 0}, {0, 4, 1}},          // a saddle
+        {{0, 0, 0}, {4, 4, 1}, {4, 0, 0}, {0, 4, 0}},          // its edges pass each other
+        {{0, 0, 0}, {4, 4, 0}, {4, 4, 0}, {0, 5, 0}},          // a triangle
+        {{0, 0, 0}, {1, 0, 0}, {2, 0, 0}, {3, 0, 0}},          // a line
+        {{0, 0, 0}, {4, 0, 0}, {1, 1, 0}, {0, 4, 0}},          // with a dent
+        {{0, 0, 0}, {4, 0, 0}, {2, 0, 0}, {2, 4, 0}},          // it touches itself
+        {{0, 0, 0}, {4, 0, 0}, {4, 1e-7f, 0}, {0, -1e-7f, 0}}, // as thin as rounding is
+        {{0, 0, 0}, {0, 0, 0}, {0, 0, 0}, {0, 0, 0}}};
+    for (std::size_t quad = 0; quad < quads.size(); ++quad)
+        for (std::size_t i = 0; i < 4; ++i)
+            EXPECT_TRUE(cut(turned(quads[quad], i)).is_proper) << quad << ", " << i;
+}
+
 TEST(Polygon, that_crosses_itself_is_told) {
     EXPECT_FALSE(cut({{0, 0, 0}, {6, 0, 0}, {6, 6, 0}, {2, -3, 0}, {1, -3, 0}}).is_proper);
     EXPECT_FALSE(cut({{0, 0, 0}, {4, 4, 0}, {4, 0, 0}, {0, 5, 0}, {-1, 5, 0}}).is_proper);

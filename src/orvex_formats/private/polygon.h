@@ -23,7 +23,8 @@ public:
     /// @param corners         their places in order; 2^32 - 1 at most
     /// @param[out] triangles  with places in the list of corners
     /// @return false where some triangles had to be turned the other way: of a polygon that crosses
-    ///         itself, or is so winding that it would take too long
+    ///         itself, or is so winding that it would take too long. Of four corners, which often
+    ///         lie in no plane, only two edges that meet between their ends are told.
     /// @throw std::bad_alloc
     bool cut(std::span<const vec3> corners, std::vector<Triangle>& triangles);
 
