@@ -345,6 +345,44 @@ TEST(GltfMaterial, that_says_nothing_is_white_metal) {
     EXPECT_TRUE(material.textures.empty());
 }
 
+/// The look of one diffuse and one specular colour that a material is given.
+SurfaceMaterial look_of(const std::string& told) {
+    return read(looks("'materials':[{" + told + "}]")).materials.at(0);
+}
+
+constexpr float half_as_shown = 0.73536f;    ///< of a linear 0.5
+constexpr float quarter_as_shown = 0.53710f; ///< of a linear 0.25
+
+TEST(GltfMaterial, mirrors_its_colour_as_a_metal_and_a_few_percent_as_an_insulator) {
+    const SurfaceMaterial metal =
+        look_of("'pbrMetallicRoughness':{'baseColorFactor':[1,0.5,0,1],'roughnessFactor':0.5}");
+    EXPECT_NEAR(metal.specular.x, half_as_shown, 1e-4f);
+    EXPECT_NEAR(metal.specular.y, quarter_as_shown, 1e-4f);
+    EXPECT_EQ(metal.specular.z, 0.0f);
+    EXPECT_NEAR(metal.shininess, 30.0f, 1e-3f);
+    const SurfaceMaterial glass =
+        look_of("'pbrMetallicRoughness':{'metallicFactor':0,'roughnessFactor':0}");
+    EXPECT_NEAR(glass.specular.x, 0.22091f, 1e-4f) << "4 % of the light";
+    EXPECT_EQ(glass.shininess, 128.0f);
+    const SurfaceMaterial chalk = look_of("'pbrMetallicRoughness':{'metallicFactor':0}");
+    EXPECT_EQ(chalk.specular.x, 0.0f);
+    EXPECT_EQ(chalk.shininess, 1.0f);
+}
+
+TEST(GltfMaterial, shines_by_itself_in_its_ambient_colour) {
+    const std::string paint = "'pbrMetallicRoughness':{'baseColorFactor':[1,0.5,0,1]}";
+    const SurfaceMaterial lamp =
+        look_of(paint + ",'emissiveFactor':[0,0,0.5],'extensions':"
+                        "{'KHR_materials_emissive_strength':{'emissiveStrength':0.5}}");
+    EXPECT_NEAR(lamp.ambient.x, 0.2f, 1e-4f);
+    EXPECT_NEAR(lamp.ambient.y, 0.2f * half_as_shown, 1e-4f);
+    EXPECT_NEAR(lamp.ambient.z, quarter_as_shown, 1e-4f);
+    const SurfaceMaterial poster = look_of(paint + ",'extensions':{'KHR_materials_unlit':{}}");
+    EXPECT_EQ(poster.ambient.x, 1.0f);
+    EXPECT_NEAR(poster.ambient.y, half_as_shown, 1e-4f);
+    EXPECT_EQ(poster.specular.x, 0.0f);
+}
+
 TEST(GltfMaterial, has_numbers_beyond_their_range_end_there) {
     const Draft draft = read(looks("'materials':[{'pbrMetallicRoughness':{'baseColorFactor':[9,-1,"
                                    "0,1e300],'metallicFactor':-3,'roughnessFactor':1e308}}]"));
