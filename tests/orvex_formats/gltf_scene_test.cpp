@@ -442,6 +442,34 @@ TEST(GltfMaterial, names_its_base_colour_first_whatever_else_it_has) {
     EXPECT_TRUE(bumps.pictures[1].bytes.empty());
 }
 
+TEST(GltfMaterial, has_each_picture_in_its_place) {
+    std::string lists = ",'textures':[{'source':0}";
+    for (int i = 1; i < 10; ++i)
+        lists += ",{'source':" + std::to_string(i) + "}";
+    lists += "],'images':[{'uri':'data:image/png;base64,QUJD'}";
+    for (int i = 1; i < 10; ++i)
+        lists += ",{'uri':'data:image/png;base64,QUJD'}";
+    const Draft draft = read(
+        looks("'materials':[{'pbrMetallicRoughness':{'baseColorTexture':{'index':0},"
+              "'metallicRoughnessTexture':{'index':1}},'normalTexture':{'index':2},"
+              "'occlusionTexture':{'index':3},'emissiveTexture':{'index':4},'extensions':{"
+              "'KHR_materials_specular':{'specularTexture':{'index':5},'specularColorTexture':"
+              "{'index':6}},'KHR_materials_clearcoat':{'clearcoatTexture':{'index':7},"
+              "'clearcoatRoughnessTexture':{'index':8},'clearcoatNormalTexture':{'index':9}}}}]" +
+              lists + "]"));
+    const PhysicalMaterial& physical = draft.materials.at(0).physical.value();
+    EXPECT_EQ(physical.base_color_texture.image, "picture 0");
+    EXPECT_EQ(physical.metallic_roughness_texture.image, "picture 1");
+    EXPECT_EQ(physical.normal_texture.image, "picture 2");
+    EXPECT_EQ(physical.occlusion_texture.image, "picture 3");
+    EXPECT_EQ(physical.emissive_texture.image, "picture 4");
+    EXPECT_EQ(physical.specular_texture.image, "picture 5");
+    EXPECT_EQ(physical.specular_color_texture.image, "picture 6");
+    EXPECT_EQ(physical.clearcoat_texture.image, "picture 7");
+    EXPECT_EQ(physical.clearcoat_roughness_texture.image, "picture 8");
+    EXPECT_EQ(physical.clearcoat_normal_texture.image, "picture 9");
+}
+
 TEST(GltfMaterial, moves_coordinates_as_its_pictures_lie) {
     const std::string rest = "}}}],'textures':[{'source':0}],'images':[{'uri':'data:image/png;"
                              "base64,QUJD'}]";
