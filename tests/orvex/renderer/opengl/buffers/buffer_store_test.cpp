@@ -93,7 +93,7 @@ TEST_F(BufferStoreTest, refuses_the_draws_of_one_record_until_it_is_prepared_aga
 }
 
 TEST_F(BufferStoreTest, is_deleted_with_the_arrays_that_point_into_it) {
-    state.context().client_arrays.enable_generic(state.gl, 5, 7, 3);
+    state.context().client_arrays.enable_generic(state.gl, 5, {7, 3, 4, 0, 0});
     take_fake_calls();
     unsigned int other = 8;
     delete_buffer(state, other);
