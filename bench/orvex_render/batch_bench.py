@@ -78,25 +78,61 @@ def row(name, is_reached, figures):
 def many_small(program, folder, count, rows):
     paths = write_models(folder, count)
     manifest = manifest_of(folder, paths, count)
-    before, begin = processor_seconds(), time.monotonic()
-    subprocess.run(command(program, manifest, folder, "--workers", "2"), check=True, stdout=subprocess.DEVNULL)
-    taken, spent = time.monotonic() - begin, processor_seconds() - before
+    with F3d(folder) as peer:
+        peer.draw(paths[:10])
+        before, begin = processor_seconds(), time.monotonic()
+        subprocess.run(command(program, manifest, folder, "--workers", "2"), check=True, stdout=subprocess.DEVNULL)
+        taken, spent = time.monotonic() - begin, processor_seconds() - before
+        peer.draw(paths[-10:])
     rate, each = count / taken, 1000 * spent / count
-    figures = f"{rate:.1f} models a second, {each:.1f} ms of the processor each"
     rows.say("a model of many", "a bound", each / 1000, 0.060, goal=1)
-    if shutil.which("f3d"):
-        figures += beside_f3d(paths[:10], folder, each / 1000, rows)
-    return row(f"{count} small models, 2 workers", rate >= 15 and each <= 60, figures)
+    return row(f"{count} small models, 2 workers", rate >= 15 and each <= 60,
+               f"{rate:.1f} models a second, {each:.1f} ms of the processor each{peer.told(each / 1000, rows)}")
 
 
-def beside_f3d(paths, folder, ours, rows):
-    before, begin = processor_seconds(), time.monotonic()
-    for path in paths:
-        subprocess.run(["f3d", str(path), "--resolution=256,256", "--output", str(folder / "f3d.png")],
-                       check=True, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
-    taken, spent = time.monotonic() - begin, processor_seconds() - before
-    rows.say("a model of many beside f3d", "f3d, a process each", ours, spent / len(paths), goal=0.5)
-    return f" (f3d: {len(paths) / taken:.1f} a second, {1000 * spent / len(paths):.0f} ms each)"
+class F3d:
+    """f3d with a process for each picture, right before and behind what it stands beside. It wants a display, whose
+    server is started once and isn't counted."""
+
+    def __init__(self, folder):
+        self.picture = folder / "f3d.png"
+        self.is_there = bool(shutil.which("f3d") and (os.environ.get("DISPLAY") or shutil.which("Xvfb")))
+        self.environment = dict(os.environ)
+        self.server = None
+        self.count, self.taken, self.spent = 0, 0.0, 0.0
+
+    def __enter__(self):
+        if self.is_there and "DISPLAY" not in self.environment:
+            ours, theirs = os.pipe()
+            self.server = subprocess.Popen(["Xvfb", "-displayfd", str(theirs), "-screen", "0", "1024x768x24"],
+                                           pass_fds=[theirs], stderr=subprocess.DEVNULL)
+            os.close(theirs)
+            with open(ours, encoding="ascii") as number:
+                self.environment["DISPLAY"] = ":" + number.readline().strip()
+        return self
+
+    def __exit__(self, *_):
+        if self.server:
+            self.server.terminate()
+            self.server.wait()
+
+    def draw(self, paths):
+        if not self.is_there:
+            return
+        before, begin = processor_seconds(), time.monotonic()
+        for path in paths:
+            subprocess.run(["f3d", str(path), "--resolution=256,256", "--output", str(self.picture)], check=True,
+                           env=self.environment, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+        self.taken += time.monotonic() - begin
+        self.spent += processor_seconds() - before
+        self.count += len(paths)
+
+    def told(self, ours, rows):
+        """Says its row beside our seconds of the processor for a picture, and tells its figures."""
+        if not self.count:
+            return ""
+        rows.say("a model of many beside f3d", "f3d, a process each", ours, self.spent / self.count, goal=0.5)
+        return f" (f3d: {self.count / self.taken:.1f} a second, {1000 * self.spent / self.count:.0f} ms each)"
 
 
 def peak_megabytes(process):
