@@ -12,7 +12,6 @@
 
 #include <gtest/gtest.h>
 
-#include <X11/Xlib.h>
 #include <X11/keysym.h>
 
 #include <orvex/renderer/render_target.h>
@@ -20,11 +19,9 @@
 #include <orvex/renderer/renderer.h>
 
 #include "host_scene.h"
-#include "tests/examples/window_program.h"
+#include "tests/examples/host_course.h"
 #include "tests/support/picture.h"
 #include "tests/support/temp_dir.h"
-#include "tests/support/x_server.h"
-#include "tests/support/x_window.h"
 
 namespace orvex_test {
 
@@ -47,13 +44,6 @@ struct Host {
 
 void PrintTo(const Host& host, std::ostream* out) {
     *out << host.name;
-}
-
-/// Screens know no opacity.
-Picture opaque(Picture picture) {
-    for (std::size_t i = 3; i < picture.pixels.size(); i += 4)
-        picture.pixels[i] = 255;
-    return picture;
 }
 
 /// What one picture is drawn into. The driver turns what goes to a surface upside down, and rounds
@@ -141,14 +131,7 @@ std::vector<Recorded> read_record(const std::string& path) {
 class Hosts : public testing::TestWithParam<Host> {
 protected:
     void SetUp() override {
-        ASSERT_FALSE(XServer::get().display().empty()) << "no X server";
-        // A key that is held on a machine that is busy counts once all the same.
-        XAutoRepeatOff(x_connection());
-        XSync(x_connection(), False);
-        // No toolkit is to miss a session.
-        setenv("XDG_RUNTIME_DIR", folder.path().c_str(), 1);
-        setenv("NO_AT_BRIDGE", "1", 1);
-        setenv("GSETTINGS_BACKEND", "memory", 1);
+        ASSERT_NO_FATAL_FAILURE(begin_host_session(folder.path()));
         setenv("QT_XCB_GL_INTEGRATION", GetParam().gl_integration, 1);
     }
 
@@ -172,21 +155,7 @@ protected:
         return picture;
     }
 
-    testing::AssertionResult shows(WindowProgram& program, int number, int width,
-                                   int height) const {
-        const Picture wanted = expected(number, width, height);
-        if (program.wait_until([&](const Picture& seen) { return seen == wanted; }))
-            return testing::AssertionSuccess();
-        write_png(ORVEX_TEST_OUTPUT_DIR "/host_seen.png", program.pixels());
-        write_png(ORVEX_TEST_OUTPUT_DIR "/host_wanted.png", wanted);
-        return testing::AssertionFailure()
-               << "frame " << number << " in " << width << " by " << height
-               << " pixels isn't seen; " << program.get_output() << "; "
-               << ORVEX_TEST_OUTPUT_DIR "/host_seen.png";
-    }
-
-    /// Shows every frame, and has the window changed on the way.
-    void play(WindowProgram& program);
+    HostCourse course() const;
     void expect_exact_record() const;
 
     static constexpr unsigned char mark[3] = {250, 20, 30};
@@ -194,32 +163,18 @@ protected:
     const std::string record = folder.file("record");
 };
 
-void Hosts::play(WindowProgram& program) {
-    int width = 200;
-    int height = 150;
-    for (int number = 0; number < frames; ++number) {
-        ASSERT_TRUE(shows(program, number, width, height));
-        if (number == 6 || number == 9) {
-            width += number == 6 ? 61 : -61;
-            height += number == 6 ? 32 : -32;
-            program.resize(width, height);
-        }
-        if (number == 13 && GetParam().replaces) {
-            program.press_key(XK_w);
-            program.release_key(XK_w);
-            ASSERT_TRUE(program.turn_to_window(1)) << program.get_output();
-        }
-        ASSERT_TRUE(shows(program, number, width, height));
-        if (GetParam().has_two) {
-            program.turn_to_window(1);
-            ASSERT_TRUE(shows(program, number + ahead, 200, 150));
-            program.turn_to_window(0);
-        }
-        if (number + 1 < frames) {
-            program.press_key(XK_space);
-            program.release_key(XK_space);
-        }
-    }
+HostCourse Hosts::course() const {
+    HostCourse course;
+    course.frames = frames;
+    course.grows_at = 6;
+    course.shrinks_at = 9;
+    course.replaced_at = GetParam().replaces ? 13 : -1;
+    course.second_ahead = GetParam().has_two ? ahead : -1;
+    course.name = "host";
+    course.wanted = [this](int number, int width, int height) {
+        return expected(number, width, height);
+    };
+    return course;
 }
 
 void Hosts::expect_exact_record() const {
@@ -238,9 +193,8 @@ void Hosts::expect_exact_record() const {
 TEST_P(Hosts, show_the_exact_picture_frame_after_frame) {
     WindowProgram program(command(), Leaks::passed_over);
     ASSERT_TRUE(program.has_window()) << program.get_output();
-    play(program);
-    program.press_key(XK_Escape);
-    program.release_key(XK_Escape);
+    play(program, course());
+    hit(program, XK_Escape);
     EXPECT_EQ(program.exit_code(), 0);
     // A toolkit may miss something of its own on a bare machine; a line of the engine's is a fault.
     EXPECT_EQ(program.get_output().find(" <"), std::string::npos) << program.get_output();

@@ -1,5 +1,7 @@
 // Cycles of resize and hide in GLFW: cycles_glfw (gl3|gl2) [SCALE].
 
+#include <cmath>
+
 #include "cycles.h"
 #include "orvex_kit/windows/glfw.h"
 #include "window_host.h"
@@ -16,7 +18,7 @@ struct Host {
 
     Host(orvex_test::Cycles& cycles, const kit::ViewOptions& options)
         : cycles(cycles)
-        , window(glfwCreateWindow(cycles.width, cycles.height, "cycles", nullptr, nullptr))
+        , window(open())
         , host(window, options) {
         glfwSetWindowUserPointer(window, this);
         glfwSetKeyCallback(window, [](GLFWwindow* window, int key, int, int, int) {
@@ -31,7 +33,20 @@ struct Host {
                 self.cycles.press(self.host.screen(), x, y);
         });
     }
-    void resize(int width, int height) { glfwSetWindowSize(window, width, height); }
+    /// Of a size that GLFW takes times the screen's scale.
+    static GLFWwindow* open() {
+        glfwWindowHint(GLFW_SCALE_TO_MONITOR, GLFW_TRUE);
+        return glfwCreateWindow(orvex_test::Cycles::width, orvex_test::Cycles::height, "cycles",
+                                nullptr, nullptr);
+    }
+    /// On X11 later sizes are in pixels.
+    void resize(int width, int height) {
+        float across = 1.0f;
+        float down = 1.0f;
+        glfwGetWindowContentScale(window, &across, &down);
+        glfwSetWindowSize(window, static_cast<int>(std::lround(static_cast<float>(width) * across)),
+                          static_cast<int>(std::lround(static_cast<float>(height) * down)));
+    }
     void hide() { glfwHideWindow(window); }
     void show() { glfwShowWindow(window); }
     void change(int) {}

@@ -14,7 +14,9 @@ namespace {
 struct Host {
     orvex_test::Cycles& cycles;
     GtkWidget* area = GTK_WIDGET(g_object_ref_sink(gtk_gl_area_new()));
-    GtkWidget* window = nullptr;
+    /// GTK keeps some memory of each window that is destroyed: two take turns.
+    GtkWidget* windows[2] = {make_window(), make_window()};
+    GtkWidget* window = nullptr; ///< the one that shows the area
     bool ends = false;
     kit::HostView host;
 
@@ -24,22 +26,28 @@ struct Host {
         g_signal_connect(area, "unrealize", G_CALLBACK(&Host::on_unrealize), this);
         g_signal_connect(area, "button-press-event", G_CALLBACK(&Host::on_press), this);
         gtk_widget_add_events(area, GDK_BUTTON_PRESS_MASK);
-        open(cycles.width, cycles.height);
+        open(windows[0]);
         // A moment lasts that long at most.
         g_timeout_add(
             5, [](gpointer) -> gboolean { return TRUE; }, nullptr);
     }
     ~Host() {
-        gtk_widget_destroy(window);
+        for (GtkWidget* const one : windows)
+            gtk_widget_destroy(one);
         g_object_unref(area);
     }
     Host(const Host&) = delete;
     Host& operator=(const Host&) = delete;
 
-    void open(int width, int height) {
-        window = gtk_window_new(GTK_WINDOW_TOPLEVEL);
-        gtk_window_set_default_size(GTK_WINDOW(window), width, height);
-        g_signal_connect(window, "key-press-event", G_CALLBACK(&Host::on_key), this);
+    GtkWidget* make_window() {
+        GtkWidget* const made = gtk_window_new(GTK_WINDOW_TOPLEVEL);
+        g_signal_connect(made, "key-press-event", G_CALLBACK(&Host::on_key), this);
+        return made;
+    }
+    void open(GtkWidget* next) {
+        window = next;
+        gtk_window_set_default_size(GTK_WINDOW(window), orvex_test::Cycles::width,
+                                    orvex_test::Cycles::height);
         gtk_container_add(GTK_CONTAINER(window), area);
         gtk_widget_show_all(window);
     }
@@ -77,8 +85,8 @@ struct Host {
             return;
         GtkWidget* const former = window;
         gtk_container_remove(GTK_CONTAINER(former), area);
-        open(orvex_test::Cycles::width, orvex_test::Cycles::height);
-        gtk_widget_destroy(former);
+        gtk_widget_hide(former);
+        open(former == windows[0] ? windows[1] : windows[0]);
     }
     static void turn() { g_main_context_iteration(nullptr, TRUE); }
 };

@@ -6,12 +6,13 @@
 
 #include <algorithm>
 #include <array>
-#include <chrono>
 #include <cstddef>
 #include <cstdio>
 #include <filesystem>
+#include <functional>
+#include <iterator>
+#include <limits>
 #include <string>
-#include <thread>
 #include <vector>
 
 #include <malloc.h>
@@ -44,18 +45,19 @@ public:
             found[5] += glIsProgram(id);
             found[6] += glIsShader(id);
         }
-        found[7] = descriptors();
+        found[7] = entries("/proc/self/fd");
         found[8] = entries("/proc/self/task");
         looks.push_back(found);
         blocks.push_back(static_cast<double>(mallinfo2().uordblks + mallinfo2().hblkhd));
     }
 
-    /// What the later half of the looks found more of than the earlier one; empty for nothing.
-    /// Memory is told of where there were looks enough to see its slope.
+    /// What the later half of the looks found more of than the earlier one, and of the process what
+    /// grew all the time; empty for nothing. Memory is told of where there were looks enough to see
+    /// its slope.
     std::string leaks() const {
         std::string text;
         for (std::size_t kind = 0; kind < kinds; ++kind)
-            if (peak(kind, false) + slack(kind) < peak(kind, true))
+            if (kind < kinds_of_context ? peak(kind, false) < peak(kind, true) : grows(kind))
                 text += std::string(names[kind]) + " were " + std::to_string(peak(kind, false)) +
                         " and became " + std::to_string(peak(kind, true)) + "; ";
         if (looks.size() >= looks_for_a_slope && slope() > most_bytes)
@@ -73,7 +75,7 @@ public:
     }
 
 private:
-    static constexpr std::size_t kinds = 9;
+    static constexpr std::size_t kinds = 9, kinds_of_context = 7;
     static constexpr const char* names[kinds] = {"buffers",      "textures",      "vertex arrays",
                                                  "framebuffers", "renderbuffers", "programs",
                                                  "shaders",      "descriptors",   "threads"};
@@ -91,19 +93,6 @@ private:
         return std::distance(std::filesystem::directory_iterator(folder), {});
     }
 
-    /// Those that stay: a driver's thread opens some for as long as it writes what was compiled.
-    long descriptors() const {
-        long most = 0;
-        for (const auto& look : looks)
-            most = std::max(most, look[7]);
-        long now = entries("/proc/self/fd");
-        for (int i = 0; i < 100 && !looks.empty() && now > most; ++i) {
-            std::this_thread::sleep_for(std::chrono::milliseconds(5));
-            now = entries("/proc/self/fd");
-        }
-        return now;
-    }
-
     /// The most of a kind in a half of the looks.
     long peak(std::size_t kind, bool later) const {
         long most = 0;
@@ -113,9 +102,19 @@ private:
         return most;
     }
 
-    /// Toolkits begin threads, with descriptors, when they find time for it. What is leaked once a
-    /// cycle grows by more.
-    static long slack(std::size_t kind) { return kind < 7 ? 0 : 2; }
+    /// Whether each quarter of the looks found more than the one before, at the least. A driver's
+    /// thread opens files for as long as it writes what was compiled, and toolkits begin threads,
+    /// with descriptors, once, when they find time for it; what is leaked grows on and on.
+    bool grows(std::size_t kind) const {
+        std::array<long, 4> fewest;
+        fewest.fill(std::numeric_limits<long>::max());
+        for (std::size_t i = 0; i < looks.size(); ++i) {
+            long& least = fewest[i * fewest.size() / looks.size()];
+            least = std::min(least, looks[i][kind]);
+        }
+        return looks.size() >= fewest.size() &&
+               std::ranges::adjacent_find(fewest, std::ranges::greater_equal()) == fewest.end();
+    }
 
     /// Of the straight line nearest to the later three quarters, in bytes a look.
     double slope() const {

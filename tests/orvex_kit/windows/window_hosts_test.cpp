@@ -12,16 +12,17 @@
 
 #include <gtest/gtest.h>
 
+#include <X11/Xatom.h>
 #include <X11/Xlib.h>
 #include <X11/keysym.h>
 
 #include "orvex_kit/engine.h"
-#include "tests/examples/window_program.h"
+#include "tests/examples/host_course.h"
 #include "tests/orvex_kit/turning_torus.h"
 #include "tests/orvex_kit/windows/cycles.h"
+#include "tests/orvex_kit/windows/wayland_screen.h"
 #include "tests/support/picture.h"
 #include "tests/support/temp_dir.h"
-#include "tests/support/x_server.h"
 #include "tests/support/x_window.h"
 
 namespace orvex_test {
@@ -37,9 +38,10 @@ struct Host {
     std::string name;
     std::vector<std::string> command;
     kit::Path path = kit::Path::gl3;
-    bool has_two = false;  ///< a second window is some frames ahead
-    bool replaces = false; ///< w takes the view into another window
-    double scale = 1.0;    ///< pixels in a unit of the toolkit's
+    bool has_two = false;         ///< a second window is some frames ahead
+    bool replaces = false;        ///< w takes the view into another window
+    double scale = 1.0;           ///< pixels in a unit of the toolkit's
+    bool asks_the_screen = false; ///< for its scale
 };
 
 void PrintTo(const Host& host, std::ostream* out) {
@@ -58,27 +60,26 @@ Picture expected(kit::Path path, int number, int width, int height) {
     Picture picture(width, height);
     for (int y = 0; y < drawn.height(); ++y)
         std::copy_n(drawn.row<std::uint8_t>(y), 4 * width, picture.at(0, y));
-    for (std::size_t i = 3; i < picture.pixels.size(); i += 4)
-        picture.pixels[i] = 255;
-    return picture;
+    return opaque(picture);
 }
 
 class WindowHosts : public testing::TestWithParam<Host> {
 protected:
     void SetUp() override {
-        ASSERT_FALSE(XServer::get().display().empty()) << "no X server";
-        // A key that is held on a machine that is busy counts once all the same.
-        XAutoRepeatOff(x_connection());
-        XSync(x_connection(), False);
-        // No toolkit is to miss a session, or to choose another one.
-        setenv("XDG_RUNTIME_DIR", folder.path().c_str(), 1);
-        setenv("NO_AT_BRIDGE", "1", 1);
-        setenv("GSETTINGS_BACKEND", "memory", 1);
-        setenv("GTK_A11Y", "none", 1);
-        setenv("GDK_BACKEND", "x11", 1);
-        setenv("QT_QPA_PLATFORM", "xcb", 1);
+        ASSERT_NO_FATAL_FAILURE(begin_host_session(folder.path()));
         setenv("GDK_SCALE", scale().c_str(), 1);
         setenv("QT_SCALE_FACTOR", scale().c_str(), 1);
+        tell_density(GetParam().asks_the_screen ? GetParam().scale : 1.0);
+    }
+
+    /// What toolkits without a setting of their own ask an X server for.
+    static void tell_density(double scale) {
+        const std::string text = "Xft.dpi:\t" + std::to_string(std::lround(96.0 * scale)) + "\n";
+        Display* const display = x_connection();
+        XChangeProperty(display, DefaultRootWindow(display), XA_RESOURCE_MANAGER, XA_STRING, 8,
+                        PropModeReplace, reinterpret_cast<const unsigned char*>(text.data()),
+                        static_cast<int>(text.size()));
+        XSync(display, False);
     }
 
     /// As a toolkit reads it, without a fraction where it has none.
@@ -88,54 +89,23 @@ protected:
         return text.str();
     }
 
-    static testing::AssertionResult shows(WindowProgram& program, int number, int width,
-                                          int height) {
-        const Picture wanted = expected(GetParam().path, number, width, height);
-        if (program.wait_until([&](const Picture& seen) { return seen == wanted; }))
-            return testing::AssertionSuccess();
-        write_png(ORVEX_TEST_OUTPUT_DIR "/window_host_seen.png", program.pixels());
-        write_png(ORVEX_TEST_OUTPUT_DIR "/window_host_wanted.png", wanted);
-        return testing::AssertionFailure()
-               << "frame " << number << " in " << width << " by " << height
-               << " pixels isn't seen; " << program.get_output() << "; "
-               << ORVEX_TEST_OUTPUT_DIR "/window_host_seen.png";
-    }
-
-    static void hit(WindowProgram& program, unsigned long key) {
-        program.press_key(key);
-        program.release_key(key);
-    }
-
-    static void play(WindowProgram& program);
+    static HostCourse course();
 
     TempDir folder;
 };
 
-void WindowHosts::play(WindowProgram& program) {
-    int width = 200;
-    int height = 150;
-    for (int number = 0; number < frames; ++number) {
-        ASSERT_TRUE(shows(program, number, width, height));
-        if (number == 2 || number == 4) {
-            width += number == 2 ? 61 : -61;
-            height += number == 2 ? 32 : -32;
-            program.resize(width, height);
-            ASSERT_TRUE(shows(program, number, width, height));
-        }
-        if (number == frames - 1 && GetParam().replaces) {
-            hit(program, XK_w);
-            ASSERT_TRUE(program.turn_to_window(1)) << program.get_output();
-            ASSERT_TRUE(shows(program, number, program.get_width(), program.get_height()));
-            width = program.get_width();
-            height = program.get_height();
-        }
-        if (GetParam().has_two) {
-            program.turn_to_window(1);
-            ASSERT_TRUE(shows(program, number + ahead, 200, 150));
-            program.turn_to_window(0);
-        }
-        hit(program, XK_space);
-    }
+HostCourse WindowHosts::course() {
+    HostCourse course;
+    course.frames = frames;
+    course.grows_at = 2;
+    course.shrinks_at = 4;
+    course.replaced_at = GetParam().replaces ? frames - 1 : -1;
+    course.second_ahead = GetParam().has_two ? ahead : -1;
+    course.name = "window_host";
+    course.wanted = [path = GetParam().path](int number, int width, int height) {
+        return expected(path, number, width, height);
+    };
+    return course;
 }
 
 TEST_P(WindowHosts, show_the_picture_of_a_view_off_screen) {
@@ -143,7 +113,7 @@ TEST_P(WindowHosts, show_the_picture_of_a_view_off_screen) {
     command.emplace_back(GetParam().path == kit::Path::gl3 ? "gl3" : "gl2");
     WindowProgram program(command, Leaks::passed_over);
     ASSERT_TRUE(program.has_window()) << program.get_output();
-    play(program);
+    play(program, course());
     hit(program, XK_Escape);
     EXPECT_EQ(program.exit_code(), 0) << program.get_output();
     EXPECT_EQ(program.get_output().find("a frame changed"), std::string::npos)
@@ -223,10 +193,26 @@ std::vector<Host> on_fine_screens() {
         result.scale = scale;
         return result;
     };
-    return {host("gtk3", CYCLES_GTK3, 2.0), host("gtk4", CYCLES_GTK4, 2.0),
+    Host glfw = host("glfw", CYCLES_GLFW, 2.0);
+    glfw.asks_the_screen = true;
+    return {glfw,
+            host("gtk3", CYCLES_GTK3, 2.0),
+            host("gtk4", CYCLES_GTK4, 2.0),
             host("qt6_widget_2", CYCLES_QT6_WIDGET, 2.0),
             host("qt6_widget_1_5", CYCLES_QT6_WIDGET, 1.5),
             host("qt6_window_1_5", CYCLES_QT6_WINDOW, 1.5)};
+}
+
+/// Where a toolkit tells the scale by the screen, and the compositor puts the pixels there.
+TEST(WaylandHosts, have_more_pixels_on_a_fine_screen) {
+    const Picture wanted =
+        expected(kit::Path::gl3, 0, 2 * HostCourse::width, 2 * HostCourse::height);
+    WaylandScreen screen(2);
+    screen.start({HOST_GTK4, "gl3"},
+                 {"GDK_BACKEND=wayland", "GDK_SCALE", "GSETTINGS_BACKEND=memory", "GTK_A11Y=none"});
+    EXPECT_TRUE(screen.shows(wanted));
+    if (HasFailure())
+        write_png(ORVEX_TEST_OUTPUT_DIR "/wayland_host_seen.png", screen.seen());
 }
 
 INSTANTIATE_TEST_SUITE_P(of, CycledHosts, testing::ValuesIn(that_cycle()), host_name);
