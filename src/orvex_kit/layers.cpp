@@ -274,7 +274,7 @@ Outcome LayerPass::prepare(unsigned long textures) {
                                            false, true, 0))
         return Outcome::failure("no target of " + std::to_string(data.width) + "x" +
                                 std::to_string(data.height) +
-                                " pixels with floats: " + target->get_error_str());
+                                " pixels with floats: " + last_mistake_in(*target));
     data.layer_textures = std::max(data.layer_textures, textures);
     numbers.reset(new (std::nothrow) float[size() * 4]);
     return numbers ? Outcome::success() : Outcome::failure("no memory to read layers");

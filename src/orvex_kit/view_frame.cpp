@@ -34,6 +34,12 @@ View::Data::~Data() {
     context->close();
 }
 
+std::string last_mistake_in(orvex::RenderTarget& target) {
+    std::string lines = target.get_error_str();
+    lines.erase(lines.find_last_not_of("\r\n") + 1);
+    return lines.substr(lines.find_last_of('\n') + 1);
+}
+
 void View::Data::make_target(int samples) {
     orvex::Renderer& renderer = *context->renderer;
     const std::string size = std::to_string(drawn_width()) + "x" + std::to_string(drawn_height());
@@ -55,7 +61,7 @@ void View::Data::make_target(int samples) {
         return;
     context->fail(ViewFailure::samples,
                   "no target of " + size + " with " + std::to_string(offered) +
-                      " samples per pixel (samples 0 needs none): " + target->get_error_str());
+                      " samples per pixel (samples 0 needs none): " + last_mistake_in(*target));
     context->close();
 }
 

@@ -88,7 +88,7 @@ Outcome View::Data::read_pixels(unsigned char* pixels) {
     else if (!read_target(pixels))
         return Outcome::failure("there is no target to read a picture of " + std::to_string(width) +
                                 "x" + std::to_string(height) +
-                                " pixels by: " + readable->get_error_str());
+                                " pixels by: " + last_mistake_in(*readable));
     return Outcome::success();
 }
 

@@ -286,11 +286,14 @@ TEST(OrvexRender, tells_that_a_model_lies_outside_of_what_is_seen) {
 
 TEST(OrvexRender, names_the_option_that_needs_no_samples) {
     const TempDir folder;
-    const Outcome outcome =
-        run_render(folder.path(), {sample(), "-s16384x16384", "-m64", "-oa.jpg", "--path=gl2"});
-    EXPECT_EQ(outcome.code, 1);
-    EXPECT_TRUE(has(outcome.errors, " samples per pixel (--samples 0 needs none): "))
-        << outcome.errors;
+    for (const char* const path : {"--path=gl2", "--path=gl3"}) {
+        const Outcome outcome =
+            run_render(folder.path(), {sample(), "-s16384x16384", "-m64", "-oa.jpg", path});
+        EXPECT_EQ(outcome.code, 1);
+        EXPECT_TRUE(has_match(outcome.errors, "^[^\r\n]* samples per pixel "
+                                              "\\(--samples 0 needs none\\): [^\r\n]*\n$"))
+            << outcome.errors;
+    }
 }
 
 TEST(OrvexRender, warns_of_what_its_font_has_no_glyph_for) {

@@ -22,6 +22,9 @@ class RenderTarget;
 
 namespace orvex::kit {
 
+/// Why the last try to make a target failed, which the engine tells in lines.
+std::string last_mistake_in(orvex::RenderTarget& target);
+
 /// A context with a target, and what is drawn by.
 class View::Data {
 public:
