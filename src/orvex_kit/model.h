@@ -103,6 +103,9 @@ public:
     /// vertices have colours of their own (float `colored`, 1 or 0), of lights in the world (vec4
     /// `to_sun`, `to_fill`, `to_sky`) and whether faces are flat (float `faceted`, 1 or 0), beside
     /// the engine's own.
+    ///
+    /// On path gl3 a software driver gets 100,000 faces at a time, as it keeps them all in memory
+    /// until they are drawn: `gl_PrimitiveID` begins anew then.
     /// @param renderer  with its context current; another one at each draw, if need be
     /// @param path      of the program and the context
     /// @param lit_from  the lights turn with its azimuth and its up axis: that of the camera has

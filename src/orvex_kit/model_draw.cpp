@@ -1,5 +1,8 @@
 // A model on its way to the GPU: textures once, then the runs of faces, each with its material.
 
+#include <algorithm>
+#include <string_view>
+
 #include <orvex/assets/materials/material.h>
 #include <orvex/assets/textures/texture.h>
 #include <orvex/assets/textures/texture_mgr.h>
@@ -72,6 +75,10 @@ void Model::Data::begin_draw(Renderer& renderer, GpuProgram& program, Path path)
         mesh->set_opengl_2_3_rendering_states(path == Path::gl2, nullptr);
     if (path == Path::gl2 && pieces.empty())
         make_pieces();
+    // Client arrays that a mesh lacks would be those of another one.
+    default_arrays.resize(path == Path::gl3 ? meshes.size() : 0);
+    for (std::size_t i = 0; i < default_arrays.size(); ++i)
+        default_arrays[i].look_at(*meshes[i]->get_mesh_data());
     program.set_uniform_1f(nullptr, "faceted", is_faceted ? 1.0f : 0.0f);
     end_blending(renderer);
 }
@@ -105,7 +112,7 @@ void Model::Data::draw(Renderer& renderer, GpuProgram& program, Path path, const
         if (run.is_blended && !is_blending)
             begin_blending(renderer);
         is_blending = run.is_blended;
-        draw_run(renderer, program, run, path == Path::gl2 ? pieces[i].get() : nullptr);
+        draw_run(renderer, program, run, path == Path::gl2 ? pieces[i].get() : nullptr, 100'000);
     }
     if (is_blending)
         end_blending(renderer);
@@ -142,20 +149,39 @@ void Model::Data::draw_lines(Renderer& renderer, GpuProgram& program) {
 
 namespace {
 
-void draw_faces(Renderer& renderer, Mesh& mesh, const FaceRun& run) {
+/// Whether the processor draws.
+bool is_software(Renderer& renderer) {
+    const char* const text = renderer.get_renderer_model();
+    const std::string_view model = text ? text : "";
+    return model.find("llvmpipe") != model.npos || model.find("softpipe") != model.npos;
+}
+
+void draw_faces(Renderer& renderer, Mesh& mesh, std::size_t first, std::size_t count) {
     MaterialSubset subset;
-    subset.first_face = static_cast<unsigned>(run.first_face);
-    subset.last_face = static_cast<unsigned>(run.first_face + run.num_faces - 1);
+    subset.first_face = static_cast<unsigned>(first);
+    subset.last_face = static_cast<unsigned>(first + count - 1);
     MeshData* const store = mesh.get_mesh_data();
     store->current_subset = &subset;
     mesh.render_geometry(&renderer);
     store->current_subset = nullptr;
 }
 
+/// Draws so many faces at a time, and waits in between.
+void draw_portions(Renderer& renderer, Mesh& mesh, const FaceRun& run, std::size_t portion) {
+    for (std::size_t first = 0; first < run.num_faces; first += portion) {
+        if (first > 0)
+            renderer.finish_pipeline();
+        draw_faces(renderer, mesh, run.first_face + first,
+                   std::min(portion, run.num_faces - first));
+    }
+}
+
 } // namespace
 
-void Model::Data::draw_run(Renderer& renderer, GpuProgram& program, const FaceRun& run,
-                           Mesh* piece) {
+/// @param portion  what software drivers get at once: they keep what they are told to draw, with
+///                 all that vertices come to, until they have drawn it
+void Model::Data::draw_run(Renderer& renderer, GpuProgram& program, const FaceRun& run, Mesh* piece,
+                           std::size_t portion) {
     Mesh& mesh = *meshes[run.mesh];
     Material* const material =
         run.material < 0 ? nullptr : materials[static_cast<std::size_t>(run.material)];
@@ -167,8 +193,13 @@ void Model::Data::draw_run(Renderer& renderer, GpuProgram& program, const FaceRu
                                          mesh.get_use_fixed_mvp_matrices_state());
     if (piece)
         piece->render_geometry(&renderer);
-    else
-        draw_faces(renderer, mesh, run);
+    else if (default_arrays.empty())
+        draw_faces(renderer, mesh, run.first_face, run.num_faces);
+    else {
+        const WithoutDefaults lean(*mesh.get_mesh_data(), default_arrays[run.mesh]);
+        const bool has_portions = run.num_faces > portion && is_software(renderer);
+        draw_portions(renderer, mesh, run, has_portions ? portion : run.num_faces);
+    }
     program.unbind(&renderer);
     if (material)
         material->unbind_textures(&renderer);

@@ -15,7 +15,8 @@ FirstNumbers Model::Data::draw_numbered(Renderer& renderer, GpuProgram& program,
         program.set_uniform_1f(nullptr, "object_id", static_cast<float>(first.object + run.mesh));
         program.set_uniform_1f(nullptr, "material_id", static_cast<float>(material));
         program.set_uniform_1i(nullptr, "first_face", static_cast<int>(run.first_face));
-        draw_run(renderer, program, run, nullptr);
+        // The faces of a run are counted from its first one.
+        draw_run(renderer, program, run, nullptr, run.num_faces);
     }
     return {first.object + meshes.size(), first.material + materials.size()};
 }

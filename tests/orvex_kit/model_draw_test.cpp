@@ -1,17 +1,21 @@
 // Models on their way to pixels, on both paths.
 
+#include <cstdint>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include <GL/gl.h>
 #include <gtest/gtest.h>
 
 #include <orvex/assets/materials/material.h>
 #include <orvex/assets/textures/texture.h>
+#include <orvex/geometry/mesh/mesh.h>
 #include <orvex/geometry/mesh/model.h>
 #include <orvex/gpu/gpu_program.h>
 #include <orvex/gpu/gpu_program_mgr.h>
 #include <orvex/kernel/kernel.h>
+#include <orvex/renderer/records/mesh_data.h>
 #include <orvex/renderer/records/texture_data.h>
 #include <orvex/renderer/render_window.h>
 #include <orvex/renderer/renderer.h>
@@ -19,7 +23,9 @@
 
 #include "orvex_kit/engine.h"
 #include "orvex_kit/look.h"
+#include "orvex_kit/mesh_numbers.h"
 #include "orvex_kit/model.h"
+#include "orvex_kit/private/default_arrays.h"
 #include "orvex_kit/program.h"
 #include "orvex_kit/ref.h"
 #include "tests/support/gl_context.h"
@@ -240,6 +246,108 @@ TEST(ModelDraw, goes_from_one_path_to_the_other_and_back) {
     GpuProgram& old_lit = old.lit();
     EXPECT_TRUE(old.picture_of(model, old_lit) == first);
     EXPECT_TRUE(core.picture_of(model, core_lit) == first);
+}
+
+/// A sheet of squares, from the left to the right, each of two faces.
+Model strip(std::size_t num_squares) {
+    std::vector<float> places;
+    std::vector<std::uint32_t> faces;
+    for (std::size_t i = 0; i <= num_squares; ++i)
+        for (const float y : {0.0f, 1.0f})
+            places.insert(places.end(), {static_cast<float>(i) / 60'000.0f, y, 0.0f});
+    for (std::uint32_t i = 0; i < num_squares; ++i)
+        faces.insert(faces.end(), {2 * i, 2 * i + 2, 2 * i + 1, 2 * i + 1, 2 * i + 2, 2 * i + 3});
+    orvex::kit::MeshNumbers numbers;
+    numbers.num_vertices = places.size() / 3;
+    numbers.positions = {places.data()};
+    numbers.num_faces = faces.size() / 3;
+    numbers.faces = {faces.data(), orvex::kit::Number::u32};
+    return Model::from_numbers(numbers);
+}
+
+TEST(ModelDraw, gives_a_software_driver_long_runs_in_portions) {
+    const Engine engine({{}, "", false, false});
+    Model model = strip(60'000);
+    ASSERT_TRUE(model) << model.reason();
+    Window window(Path::gl3);
+    GpuProgram& numbers = window.compile(orvex::kit::program_text_for(
+        Path::gl3, "[Vertex_Shader]\nuniform mat4 orvex_ModelViewProjectionMatrix;\n"
+                   "void main() { gl_Position = orvex_ModelViewProjectionMatrix * POSITION; }\n"
+                   "[Pixel_Shader]\nvoid main() {\n"
+                   "COLOR = vec4(float(gl_PrimitiveID) / 100000.0, 1.0, 0.0, 1.0); }\n"));
+    const Picture picture = window.picture_of(model, numbers);
+    std::vector<int> seen; // in the middle row, from the left
+    for (int x = 0; x < width; ++x) {
+        const std::size_t pixel = static_cast<std::size_t>(height / 2 * width + x) * 4;
+        if (picture.pixels[pixel + 1] == 255)
+            seen.push_back(picture.pixels[pixel]);
+    }
+    ASSERT_GT(seen.size(), 20u);
+    const std::size_t fifth = seen.size() / 5;
+    for (std::size_t i = 1; i < fifth * 4; ++i)
+        EXPECT_GE(seen[i], seen[i - 1]) << i;
+    EXPECT_GT(seen[fifth * 4 - 1], 200);
+    EXPECT_LT(seen.back(), 60);
+}
+
+TEST(ModelDraw, draws_what_a_host_writes_into_arrays_that_were_as_they_were_made) {
+    const Engine engine({{}, "", false, false});
+    Model model = strip(20'000);
+    Window window(Path::gl3);
+    GpuProgram& places = window.compile(orvex::kit::program_text_for(
+        Path::gl3,
+        "[Vertex_Shader]\nuniform mat4 orvex_ModelViewProjectionMatrix;\n"
+        "OUT vec2 place;\nvoid main() { place = TEXCOORD;\n"
+        "gl_Position = orvex_ModelViewProjectionMatrix * POSITION; }\n"
+        "[Pixel_Shader]\nIN vec2 place;\nvoid main() { COLOR = vec4(place, 0.0, 1.0); }\n"));
+    const Picture bare = window.picture_of(model, places);
+    EXPECT_EQ(sum_of(bare, 2), sum_of(bare, 0)); // the background alone
+    auto* const mesh = static_cast<orvex::Mesh*>(model.node()->get_child(0));
+    EXPECT_TRUE(window.picture_of(model, places) == bare);
+    for (unsigned long i = 0; i < mesh->get_mesh_data()->num_vertices; ++i)
+        mesh->set_vertex_uv(i, orvex::vec4(1.0f, 0.0f, 0.0f, 1.0f), 0);
+    const Picture red = window.picture_of(model, places);
+    EXPECT_GT(sum_of(red, 0), sum_of(red, 2) * 3 / 2);
+    EXPECT_TRUE(window.picture_of(model, places) == red);
+}
+
+TEST(DefaultArrays, are_those_that_nobody_has_written_and_come_back_after_a_draw) {
+    using orvex::kit::DefaultArrays;
+    using orvex::kit::WithoutDefaults;
+    orvex::MeshData mesh;
+    // So many that the heap always has memory for them that nobody had before
+    ASSERT_TRUE(mesh.alloc_vertex_data(2'200'000));
+    const orvex::vec4* const uv0 = mesh.uv0.data;
+    const orvex::vec4* const tangent = mesh.tangent.data;
+    DefaultArrays arrays;
+    arrays.look_at(mesh);
+    {
+        const WithoutDefaults lean(mesh, arrays);
+        EXPECT_EQ(mesh.uv0.data, nullptr);
+        EXPECT_EQ(mesh.uv1.data, nullptr);
+        EXPECT_EQ(mesh.tangent.data, nullptr);
+        EXPECT_NE(mesh.position.data, nullptr);
+        EXPECT_NE(mesh.color.data, nullptr);
+    }
+    EXPECT_EQ(mesh.uv0.data, uv0);
+    EXPECT_EQ(mesh.tangent.data, tangent);
+    // One value is enough, wherever it stands; who writes by the mesh raises a flag.
+    for (const unsigned long i : {0ul, 1'234'567ul, 2'199'999ul}) {
+        mesh.uv0.data[i] = orvex::vec4(0.5f, 0.0f, 0.0f, 1.0f);
+        mesh.uv0_need_update = true;
+        arrays.look_at(mesh);
+        const WithoutDefaults lean(mesh, arrays);
+        EXPECT_EQ(mesh.uv0.data, uv0) << i;
+        EXPECT_EQ(mesh.uv1.data, nullptr) << i;
+        mesh.uv0_need_update = false;
+    }
+    // Small ones cost too little to be looked at.
+    orvex::MeshData small;
+    ASSERT_TRUE(small.alloc_vertex_data(100));
+    DefaultArrays none;
+    none.look_at(small);
+    const WithoutDefaults same(small, none);
+    EXPECT_NE(small.uv0.data, nullptr);
 }
 
 TEST(ModelDraw, outlives_the_engine_that_drew_it) {

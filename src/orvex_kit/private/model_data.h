@@ -15,6 +15,7 @@
 
 #include "orvex_kit/mesh_numbers.h"
 #include "orvex_kit/model.h"
+#include "orvex_kit/private/default_arrays.h"
 #include "orvex_kit/private/engine_parts.h"
 #include "orvex_kit/private/face_tree.h"
 #include "orvex_kit/private/model_loaders.h"
@@ -85,8 +86,9 @@ public:
     std::unique_ptr<MeshStyle> style; ///< of a model from numbers; null: from a file
 
 private:
-    std::vector<orvex::Mesh*> meshes; ///< one a place, as `facts.meshes`
-    std::vector<bool> has_colors;     ///< of their vertices, as `meshes`
+    std::vector<orvex::Mesh*> meshes;          ///< one a place, as `facts.meshes`
+    std::vector<bool> has_colors;              ///< of their vertices, as `meshes`
+    std::vector<DefaultArrays> default_arrays; ///< as `meshes`
     std::vector<orvex::VertexPool*> clouds;
     std::vector<orvex::Polyline*> lines;
     std::vector<const orvex::Camera*> cameras; ///< as `facts.cameras`
@@ -138,7 +140,7 @@ private:
     void begin_draw(orvex::Renderer& renderer, orvex::GpuProgram& program, Path path);
     void make_pieces();
     void draw_run(orvex::Renderer& renderer, orvex::GpuProgram& program, const FaceRun& run,
-                  orvex::Mesh* piece);
+                  orvex::Mesh* piece, std::size_t portion);
     void set_material(orvex::GpuProgram& program, const orvex::Material* material,
                       bool is_colored) const;
 };
