@@ -19,6 +19,7 @@
 #include "orvex_formats/private/importer_protocol.h"
 #include "orvex_formats/private/refusal.h"
 #include "tests/orvex_formats/answers.h"
+#include "tests/orvex_formats/archives.h"
 #include "tests/orvex_formats/check_draft.h"
 #include "tests/orvex_formats/made_scene.h"
 #include "tests/orvex_kit/view_frame.h"
@@ -491,20 +492,14 @@ protected:
 INSTANTIATE_TEST_SUITE_P(on, KitImportTest,
                          testing::Values(orvex::kit::Path::gl3, orvex::kit::Path::gl2), path_name);
 
-TEST_P(KitImportTest, draws_fbx_upright_in_its_colours) {
+/// The colours that are seen of a made scene, from above downward.
+std::vector<Pixel> colors_of(orvex::kit::Model& model, orvex::kit::Path path) {
     using namespace orvex::kit;
-    write_four_colors(folder.file("four.png"));
-    MadeScene().write("fbxa", folder.file("made.fbx"));
-    Model model(folder.file("made.fbx"));
-    ASSERT_TRUE(model) << model.reason();
-    EXPECT_EQ(model.loader(), "orvex_import");
-    EXPECT_EQ(model.num_faces(), 3u);
-    EXPECT_EQ(model.bounds().max.y, 4.0f);
     ViewOptions options;
-    options.path = GetParam();
+    options.path = path;
     options.samples = 0;
     View view(64, 128, options);
-    ASSERT_EQ(view.set_look(Look::named("plain")).reason(), "");
+    EXPECT_EQ(view.set_look(Look::named("plain")).reason(), "");
     view.draw(model, {0.0f, 0.0f});
     const orvex::kit::Picture picture = picture_of(view);
     // The sign is two wide and four high with the flag above it, whatever the frame around.
@@ -517,10 +512,60 @@ TEST_P(KitImportTest, draws_fbx_upright_in_its_colours) {
                                            Pixel{0, 0, 255, 255}, Pixel{255, 255, 255, 255}})
                     if (pixel == known)
                         colors.push_back(pixel);
-    // From above: the flag's red, the green beside it, and below them blue and white.
-    EXPECT_EQ(colors,
-              (std::vector<Pixel>{
-                  {255, 0, 0, 255}, {0, 255, 0, 255}, {0, 0, 255, 255}, {255, 255, 255, 255}}));
+    return colors;
+}
+
+// The flag's red, the green beside it, and below them blue and white.
+const std::vector<Pixel> flag_and_sign = {
+    {255, 0, 0, 255}, {0, 255, 0, 255}, {0, 0, 255, 255}, {255, 255, 255, 255}};
+
+TEST_P(KitImportTest, draws_fbx_upright_in_its_colours) {
+    write_four_colors(folder.file("four.png"));
+    MadeScene().write("fbxa", folder.file("made.fbx"));
+    orvex::kit::Model model(folder.file("made.fbx"));
+    ASSERT_TRUE(model) << model.reason();
+    EXPECT_EQ(model.loader(), "orvex_import");
+    EXPECT_EQ(model.num_faces(), 3u);
+    EXPECT_EQ(model.bounds().max.y, 4.0f);
+    EXPECT_EQ(colors_of(model, GetParam()), flag_and_sign);
+}
+
+TEST_P(KitImportTest, draws_fbx_that_is_packed) {
+    const TempDir elsewhere;
+    write_four_colors(elsewhere.file("four.png"));
+    MadeScene().write("fbxa", elsewhere.file("made.fbx"));
+    const std::string text = content_of(elsewhere.file("made.fbx"));
+    orvex::kit::Model zipped(
+        folder.write("made.zip", Zip()
+                                     .add("house/made.FBX", text)
+                                     .add("house/art/FOUR.png", "")
+                                     .add("house/four.png", content_of(elsewhere.file("four.png")))
+                                     .text()));
+    ASSERT_TRUE(zipped) << zipped.reason();
+    EXPECT_EQ(zipped.loader(), "orvex_import");
+    EXPECT_TRUE(zipped.files().empty() || zipped.files().size() == 1u);
+    EXPECT_EQ(colors_of(zipped, GetParam()), flag_and_sign);
+    orvex::kit::Model packed(folder.write("made.fbx.gz", gzip(text)));
+    ASSERT_TRUE(packed) << packed.reason();
+    EXPECT_EQ(packed.num_faces(), 3u);
+}
+
+TEST_P(KitImportTest, says_why_an_archive_of_such_formats_isnt_read) {
+    using orvex::kit::Model;
+    MadeScene().write("fbxa", folder.file("made.fbx"));
+    const std::string text = content_of(folder.file("made.fbx"));
+    const Model two(folder.write("two.zip", Zip().add("a.fbx", text).add("b.dae", text).text()));
+    EXPECT_NE(two.reason().find("an archive of 2 models; such of one are read"), std::string::npos)
+        << two.reason();
+    const Model none(folder.write("none.zip", Zip().add("a.txt", "text").text()));
+    EXPECT_NE(none.reason().find("an archive without a model"), std::string::npos) << none.reason();
+    const Model broken(folder.write("broken.zip", Zip().add("a.fbx", "; FBX 7.5.0\nO: {").text()));
+    EXPECT_NE(broken.reason().find("FBX"), std::string::npos) << broken.reason();
+    // What else lies in the archive, and beside it on the disk, is out of the program's reach.
+    MadeScene().write("assbin", folder.file("own.assbin"));
+    const std::string scene = "LWSC\r\n1\r\n\r\nLoadObject own.assbin\r\nShowObject 8 7\r\n";
+    EXPECT_FALSE(Model(folder.write("scene.zip", Zip().add("scene.lws", scene).text())));
+    EXPECT_TRUE(Model(folder.write("scene.lws", scene)));
 }
 
 TEST_P(KitImportTest, shows_a_moment_of_a_file_and_its_cameras) {

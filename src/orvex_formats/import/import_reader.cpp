@@ -25,7 +25,7 @@ std::string last_part_of(const std::string& path) {
 /// Where names that a file has for pictures lead.
 class PictureNames {
 public:
-    PictureNames(Draft& draft, const std::string& model)
+    PictureNames(Draft& draft, const InputFile& model)
         : draft(draft)
         , model(model) {
         for (const Picture& picture : draft.pictures)
@@ -49,7 +49,7 @@ public:
         if (beside.mistake.empty())
             return last;
         // A file that isn't there is told of by those who look for it.
-        if (told.is_missing || model.empty())
+        if (told.is_missing || model.path().empty())
             return name;
         if (beside.is_missing)
             return last;
@@ -72,7 +72,7 @@ public:
 
 private:
     Draft& draft;
-    const std::string& model;
+    const InputFile& model;
     std::set<std::string> pictures, notes;
 };
 
@@ -108,11 +108,13 @@ void settle(SurfaceMaterial& material, PictureNames& names) {
     }
 }
 
-void settle_names(Draft& draft, const std::string& model) {
+void settle_names(Draft& draft, const InputFile& model) {
     PictureNames names(draft, model);
     for (SurfaceMaterial& material : draft.materials)
         settle(material, names);
     std::vector<std::string> files;
+    if (model.archive())
+        draft.files.clear(); // none of them lies on the disk
     for (const std::string& name : draft.files)
         if (Beside beside = find_beside(model, name); beside.mistake.empty())
             files.push_back(std::move(beside.path));
@@ -147,9 +149,9 @@ Draft read_imported_by(const Importer& importer, const InputFile& file, std::opt
     request.words = {"model", last_part_of(file.path())};
     if (time)
         request.words.push_back(exactly(*time));
-    request.may_read_its_folder = true;
+    request.may_read_its_folder = !file.archive(); // which has what lies beside it
     Draft draft = read_answer(ask_importer(importer, request, file));
-    settle_names(draft, file.path());
+    settle_names(draft, file);
     return draft;
 }
 
