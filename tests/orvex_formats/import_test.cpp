@@ -233,6 +233,17 @@ TEST_F(ImportTest, looks_for_pictures_in_the_folder_of_the_model_alone) {
     }
 }
 
+TEST_F(ImportTest, leaves_out_textures_that_are_formulas_with_a_note) {
+    MadeScene scene;
+    const aiString path("Procedural,num=0,type=Voronoi");
+    scene.material(0).RemoveProperty(AI_MATKEY_TEXTURE_DIFFUSE(0));
+    scene.material(0).AddProperty(&path, AI_MATKEY_TEXTURE_DIFFUSE(0));
+    scene.write("assbin", folder.file("formula.assbin"));
+    const Draft draft = read(folder.file("formula.assbin"));
+    EXPECT_TRUE(draft.materials[0].textures.empty());
+    EXPECT_EQ(draft.notes, std::vector<std::string>{"textures that are formulas were left out"});
+}
+
 TEST_F(ImportTest, has_the_physical_values_of_a_material) {
     MadeScene scene;
     const ai_real metallic = 0.25, roughness = 0.5;

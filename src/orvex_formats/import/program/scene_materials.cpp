@@ -70,10 +70,13 @@ void add_pictures(const aiScene& scene, Draft& draft) {
 
 class MaterialReader {
 public:
-    MaterialReader(const aiScene& scene, const aiMaterial& told, const Draft& draft)
+    /// @param[out] has_computed  becomes true where a picture is a formula, and is left out
+    MaterialReader(const aiScene& scene, const aiMaterial& told, const Draft& draft,
+                   bool& has_computed)
         : scene(scene)
         , told(told)
-        , draft(draft) {}
+        , draft(draft)
+        , has_computed(has_computed) {}
 
     SurfaceMaterial read() {
         aiString name;
@@ -112,6 +115,10 @@ private:
                     aiReturn_SUCCESS ||
                 path.length == 0)
                 continue;
+            if (is_computed(path)) {
+                has_computed = true;
+                continue;
+            }
             found.image = name_of(path);
             found.layer = layer == 1 ? 1 : 0;
             found.wrap_u = wrap_of(wrap[0]);
@@ -119,6 +126,11 @@ private:
             break;
         }
         return found;
+    }
+
+    /// Blender's textures that are formulas get such a name.
+    static bool is_computed(const aiString& path) {
+        return std::string(path.C_Str()).rfind("Procedural,", 0) == 0;
     }
 
     /// A file's name, or that of a picture of the draft.
@@ -202,6 +214,7 @@ private:
     const aiScene& scene;
     const aiMaterial& told;
     const Draft& draft;
+    bool& has_computed;
     SurfaceMaterial material;
     PhysicalTexture base;
 };
@@ -210,8 +223,12 @@ private:
 
 void add_materials(const aiScene& scene, Draft& draft) {
     add_pictures(scene, draft);
+    bool has_computed = false;
     for (unsigned i = 0; i < scene.mNumMaterials; ++i)
-        draft.materials.push_back(MaterialReader(scene, *scene.mMaterials[i], draft).read());
+        draft.materials.push_back(
+            MaterialReader(scene, *scene.mMaterials[i], draft, has_computed).read());
+    if (has_computed)
+        draft.notes.emplace_back("textures that are formulas were left out");
 }
 
 } // namespace orvex::formats
