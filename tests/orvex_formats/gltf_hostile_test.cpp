@@ -51,6 +51,51 @@ TEST(HostileGltf, of_a_few_letters_makes_no_large_model) {
     EXPECT_EQ(hostile("'materials':[" + materials + "]"), "materials: " + too_large);
 }
 
+TEST(HostileGltf, lies_about_where_its_numbers_are) {
+    const std::string mesh = "'meshes':[{'primitives':[{'attributes':{'POSITION':0}}]}],"
+                             "'nodes':[{'mesh':0}],'buffers':[{'byteLength':12,'uri':"
+                             "'data:application/octet-stream;base64,AAAAAAAAAAAAAAAA'}],";
+    const std::string view = "'bufferViews':[{'buffer':0,'byteLength':12";
+    const std::string accessor = "'accessors':[{'type':'VEC3','componentType':5126,";
+    const struct {
+        std::string text;
+        const char* place;
+    } lies[] = {
+        // More numbers than any buffer has, with strides of 0, too small and too large.
+        {view + "}]," + accessor + "'bufferView':0,'count':4294967295}]", "accessors[0]"},
+        {view + ",'byteStride':0}]," + accessor + "'bufferView':0,'count':4294967295}]", "[0]"},
+        {view + ",'byteStride':4}]," + accessor + "'bufferView':0,'count':3}]", "[0]"},
+        {view + ",'byteStride':252}]," + accessor + "'bufferView':0,'count':2}]", "accessors[0]"},
+        {view + "}]," + accessor + "'bufferView':0,'count':1,'byteOffset':4294967292}]", "[0]"},
+        {view + "}]," + accessor + "'bufferView':0,'count':18446744073709551615}]", "[0]"},
+        // Views that end beyond their buffer, or begin there.
+        {"'bufferViews':[{'buffer':0,'byteLength':13}]," + accessor + "'bufferView':0,'count':1}]",
+         "bufferViews[0]"},
+        {"'bufferViews':[{'buffer':0,'byteOffset':18446744073709551615,'byteLength':12}]," +
+             accessor + "'bufferView':0,'count':1}]",
+         "bufferViews[0]"},
+        {"'bufferViews':[{'buffer':1,'byteLength':12}]," + accessor + "'bufferView':0,'count':1}]",
+         "bufferViews[0]"},
+        // Sparse places beyond the accessor.
+        {view + "}]," + accessor +
+             "'count':1,'sparse':{'count':1,'indices':{'bufferView':0,'componentType':5125},"
+             "'values':{'bufferView':7}}}]",
+         "accessors[0]"},
+        {"'bufferViews':[{'buffer':0,'byteLength':12},{'buffer':1,'byteLength':4}]," + accessor +
+             "'count':1,'sparse':{'count':1,'indices':{'bufferView':1,'componentType':5125},"
+             "'values':{'bufferView':0}}}]",
+         "bufferViews[1]"},
+        {view + "}]," + accessor +
+             "'count':1,'sparse':{'count':4294967295,'indices':{'bufferView':0,"
+             "'componentType':5125},'values':{'bufferView':0}}}]",
+         "accessors[0]"},
+    };
+    for (const auto& lie : lies) {
+        const std::string reason = hostile(mesh + lie.text);
+        EXPECT_NE(reason.find(lie.place), reason.npos) << lie.text << ": " << reason;
+    }
+}
+
 TEST(HostileGltf, that_has_few_things_in_many_places_is_a_model) {
     GltfFile file = triangle();
     std::string nodes = "{'mesh':0}";
