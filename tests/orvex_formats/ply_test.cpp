@@ -312,6 +312,13 @@ TEST(Ply, what_stands_behind_its_rows_is_noted) {
     EXPECT_EQ(bytes.notes[0], "2 bytes behind the last row were left out");
 }
 
+TEST(Ply, may_have_comments_without_their_first_word_before_the_elements) {
+    const Draft draft =
+        read(head("Created by Some Program\nin: a hurry\nelement vertex 1\n" + places) + "1 2 3\n");
+    EXPECT_EQ(draft.clouds.at(0).positions.at(0).z, 3.0f);
+    EXPECT_EQ(draft.notes, std::vector<std::string>{"line 3: no word of a PLY head: created"});
+}
+
 TEST(Ply, with_a_mistake_is_refused_with_its_place) {
     struct Row {
         std::string text;
@@ -325,6 +332,7 @@ TEST(Ply, with_a_mistake_is_refused_with_its_place) {
          "line 3: the head doesn't say whether the file is text"},
         {"ply\nformat morse 1.0\n", "line 2: no format that is known: morse"},
         {head("elements 3\n"), "line 3: no word of a PLY head: elements"},
+        {head("element vertex 1\npropertie float x\n"), "line 4: no word of a PLY head: propertie"},
         {head("element vertex\n"), "line 3: an element without a name and a count"},
         {head("element vertex -1\n"), "line 3: an element without a name and a count"},
         {head("element vertex 99999999999999999999\n"),

@@ -67,6 +67,8 @@ public:
             Words words(line);
             take(lower(words.take()), words);
         }
+        if (header.elements.empty() && !header.unknown.empty())
+            refuse("%s", header.unknown.c_str());
         if (!has_format)
             refuse_line("the head doesn't say whether the file is text");
         header.end = end_of_head();
@@ -74,6 +76,16 @@ public:
     }
 
 private:
+    /// Before the first element it stands for a comment without its first word, as some programs
+    /// wrote them; behind it, it may be anything that matters.
+    void take_unknown(const std::string& word) {
+        if (!header.elements.empty())
+            refuse_line("no word of a PLY head: ", word);
+        if (header.unknown.empty())
+            header.unknown = "line " + std::to_string(stream.line_number()) +
+                             ": no word of a PLY head: " + in_words(word);
+    }
+
     [[noreturn]] void refuse_line(const char* what, const std::string& word = "") const {
         refuse("line %llu: %s%s", static_cast<unsigned long long>(stream.line_number()), what,
                in_words(word).c_str());
@@ -107,7 +119,7 @@ private:
         else if (word == "end_header")
             is_done = true;
         else if (!word.empty() && word != "obj_info")
-            refuse_line("no word of a PLY head: ", word);
+            take_unknown(word);
     }
 
     void read_format(Words& words) {

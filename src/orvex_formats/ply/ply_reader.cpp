@@ -71,6 +71,8 @@ public:
     void read() {
         const std::vector<Part> parts = parts_of(header);
         tell_vertices(parts);
+        if (!header.unknown.empty())
+            shape.add_note(header.unknown);
         // What is unknown needs no reading where nothing known is behind it.
         const auto last = std::find_if(parts.rbegin(), parts.rend(),
                                        [](Part part) { return part != Part::unknown; });

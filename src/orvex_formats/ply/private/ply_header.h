@@ -46,7 +46,8 @@ struct PlyHeader {
     PlyEncoding encoding = PlyEncoding::text;
     std::vector<PlyElement> elements;
     std::vector<std::string> textures; ///< that comments name
-    std::uint64_t end = 0;             ///< where the rows begin
+    std::string unknown;   ///< what was left out of the head, with its place; empty if nothing was
+    std::uint64_t end = 0; ///< where the rows begin
 };
 
 /// Reads the head, and leaves a stream that stands at the file's begin behind it.
