@@ -33,6 +33,8 @@ TEST(Axes, turn_from_the_front_to_the_right_and_up) {
     const Axes above = axes_of({0.0f, 90.0f, UpAxis::y});
     expect_near(above.toward, vec4(0, 1, 0, 0), "above");
     expect_near(above.up, vec4(0, 0, -1, 0), "up, seen from above");
+    for (const vec4& axis : {above.right, above.up, above.toward})
+        EXPECT_EQ(axis.w, 0.0f) << "it is a direction";
 }
 
 TEST(Axes, follow_the_axis_that_points_up) {

@@ -80,6 +80,16 @@ TEST(Track, is_where_its_keys_are_at_their_times) {
     EXPECT_NEAR(opening_of(track.at(4)), 50.0, 1e-4) << "that of the key before";
 }
 
+TEST(Track, turns_its_up_evenly_however_long_the_vectors_of_its_keys_are) {
+    const Track track = track_of_keys(
+        R"({"time": 0, "eye": [-9, 0, 0], "target": [0, 0, 0], "up": [0, 1, 0]},
+           {"time": 1, "eye": [-9, 0, 0], "target": [0, 0, 0], "up": [0, 0, 8]})");
+    ASSERT_TRUE(track) << track.reason();
+    const auto above = track.at(0.5).project(vec4(0, 1, 1, 1), screen);
+    EXPECT_NEAR(above->x, 320.0, 1e-3) << "half way between both";
+    EXPECT_LT(above->y, 240.0);
+}
+
 TEST(Track, stands_still_before_its_first_key_and_behind_its_last) {
     const Track track = track_of_keys(R"({"time": 1, "eye": [0, 0, 8], "target": [0, 0, 0]},
                                          {"time": 2, "eye": [8, 0, 0], "target": [0, 0, 0]})");
