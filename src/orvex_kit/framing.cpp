@@ -112,17 +112,23 @@ struct Reach {
 struct Reaches {
     Reach across;
     Reach upward;
+    float nearest = std::numeric_limits<float>::lowest();
+
+    /// What comes right at the eye, as the tip of a spear, touches no side of the picture: it stays
+    /// behind the nearest clip plane that there is, at a hundredth of the eye's distance.
+    float least_distance() const { return nearest * 1.02f; }
 };
 
 Reaches reaches_of(const Extent& extent, const Angle& angle, const Lens& lens) {
     const Axes axes = axes_of(angle);
     constexpr float used = 0.95f; // of the picture
     const float tangent = std::tan(half_opening(1.0f)) * used;
-    Reaches reaches{{tangent * aspect_of(lens)}, {tangent}};
+    Reaches reaches{.across = {tangent * aspect_of(lens)}, .upward = {tangent}};
     for (const vec4& point : extent.points) {
         const vec4 seen = seen_from(axes, difference(point, extent.middle));
         reaches.across.add(seen.x, seen.z);
         reaches.upward.add(seen.y, seen.z);
+        reaches.nearest = std::max(reaches.nearest, seen.z);
     }
     return reaches;
 }
@@ -137,16 +143,19 @@ float at_least_a_bit(float distance) {
 Aim tight_aim(const Extent& extent, const Angle& angle, const Lens& lens) {
     if (extent.points.empty())
         return {};
-    const auto [across, upward] = reaches_of(extent, angle, lens);
-    return {across.shift(), upward.shift(),
-            at_least_a_bit(std::max(across.tight_distance(), upward.tight_distance()))};
+    const Reaches reaches = reaches_of(extent, angle, lens);
+    return {reaches.across.shift(), reaches.upward.shift(),
+            at_least_a_bit(std::max({reaches.across.tight_distance(),
+                                     reaches.upward.tight_distance(), reaches.least_distance()}))};
 }
 
 Aim middle_aim(const Extent& extent, const Angle& angle, const Lens& lens) {
     if (extent.points.empty())
         return {};
-    const auto [across, upward] = reaches_of(extent, angle, lens);
-    return {0.0f, 0.0f, at_least_a_bit(std::max(across.distance(), upward.distance()))};
+    const Reaches reaches = reaches_of(extent, angle, lens);
+    return {0.0f, 0.0f,
+            at_least_a_bit(std::max(
+                {reaches.across.distance(), reaches.upward.distance(), reaches.least_distance()}))};
 }
 
 Aim turning_aim(const Extent& extent, const Angle& first, const Lens& lens, int views) {

@@ -171,6 +171,20 @@ TEST_F(Framing, sees_all_by_itself) {
     EXPECT_EQ(itself.nearest, wanted.nearest);
 }
 
+TEST_F(Framing, cuts_nothing_off_of_what_lies_mostly_behind_its_middle) {
+    Extent extent;
+    extent.middle = vec4(0, 0, 0, 1);
+    extent.points = {vec4(0, 0, 1, 1), vec4(1, 0, 0, 1), vec4(-1, 0, 0, 1), vec4(0, 0, -5, 1)};
+    for (const float azimuth : {0.0f, 180.0f}) {
+        const Angle angle{azimuth, 0.0f, UpAxis::y};
+        for (const auto aim_at : {&middle_aim, &tight_aim}) {
+            const Seen seen = look(extent, angle, wide, aim_at(extent, angle, wide));
+            EXPECT_GE(seen.nearest, -1.0f) << azimuth;
+            EXPECT_LE(seen.farthest, 1.0f) << azimuth;
+        }
+    }
+}
+
 TEST_F(Framing, magnifies_by_the_zoom) {
     const Extent extent = box_of(2, 2, 0);
     const Angle front{0.0f, 0.0f, UpAxis::y};
