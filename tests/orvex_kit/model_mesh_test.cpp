@@ -87,6 +87,27 @@ TEST_F(ModelMeshTest, other_numbers_are_seen_and_met) {
     EXPECT_EQ(mesh.num_faces(), 2u);
 }
 
+TEST_F(ModelMeshTest, more_numbers_take_the_place_of_all_and_leave_name_and_colour) {
+    MeshNumbers numbers = square();
+    numbers.name = "wall";
+    numbers.color = orvex::vec4(0.25f, 0.5f, 0.75f, 0.5f);
+    Model mesh = Model::from_numbers(numbers);
+    const std::array<float, 27> more = {0, 0, 0, 1, 0, 0, 0, 1, 0, 0, 0, 1, 1, 0,
+                                        1, 0, 1, 1, 0, 0, 2, 1, 0, 2, 0, 1, 2};
+    MeshNumbers larger;
+    larger.num_vertices = 9;
+    larger.positions = {more.data()};
+    ASSERT_TRUE(mesh.update(larger));
+    EXPECT_EQ(mesh.num_vertices(), 9u);
+    EXPECT_EQ(mesh.num_faces(), 3u) << "every three are one";
+    EXPECT_EQ(mesh.bounds().max.z, 2.0f);
+    ASSERT_EQ(mesh.meshes().size(), 1u);
+    EXPECT_EQ(mesh.meshes()[0].name, "wall");
+    ASSERT_EQ(mesh.materials().size(), 1u);
+    EXPECT_EQ(mesh.materials()[0].diffuse.y, 0.5f);
+    EXPECT_EQ(mesh.materials()[0].opacity, 0.5f);
+}
+
 TEST_F(ModelMeshTest, bad_numbers_leave_an_empty_model_with_the_reason) {
     MeshNumbers numbers = square();
     std::array<float, 12> bad = places;
