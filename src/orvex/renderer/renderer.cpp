@@ -3,6 +3,7 @@
 #include <cstring>
 
 #include "orvex/base/private/plugin_data.h"
+#include "orvex/renderer/private/eliding_renderers.h"
 
 namespace orvex {
 
@@ -17,7 +18,10 @@ Renderer::Renderer()
     PluginData::of(*this).renderer = this;
 }
 
-Renderer::~Renderer() = default;
+Renderer::~Renderer() {
+    if (elides_binds)
+        num_eliding_renderers.fetch_sub(1, std::memory_order_relaxed);
+}
 
 void* Renderer::get_ctx() const {
     return renderer_data->ctx;
@@ -42,7 +46,11 @@ void Renderer::set_api_type(ORVEX_API3D type) {
     renderer_data->api_type = type;
 }
 
+std::atomic<int> num_eliding_renderers{0};
+
 void Renderer::set_elided_binds_state(bool state) {
+    if (state != elides_binds)
+        num_eliding_renderers.fetch_add(state ? 1 : -1, std::memory_order_relaxed);
     elides_binds = state;
     if (!state && keeps_binds)
         keep_binds(false);

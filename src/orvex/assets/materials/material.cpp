@@ -14,6 +14,7 @@
 #include "orvex/base/private/misuse.h"
 #include "orvex/gpu/gpu_program.h"
 #include "orvex/math/vec4.h"
+#include "orvex/renderer/private/eliding_renderers.h"
 #include "orvex/renderer/renderer.h"
 #include "orvex/scene/private/kept_binds.h"
 #include "orvex/scene/private/node_handle.h"
@@ -207,7 +208,8 @@ namespace {
 class TextureRun {
 public:
     TextureRun(Renderer* renderer, const Texture& texture)
-        : renderer(renderer && renderer->get_kept_binds_state() && !is_drawn_by_engine(texture)
+        : renderer(renderer && any_renderer_elides() && renderer->get_kept_binds_state() &&
+                           !is_drawn_by_engine(texture)
                        ? renderer
                        : nullptr) {
         if (this->renderer)

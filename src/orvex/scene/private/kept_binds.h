@@ -3,6 +3,7 @@
 /// @file
 /// A walk of `render` that lets the renderer keep binds.
 
+#include "orvex/renderer/private/eliding_renderers.h"
 #include "orvex/renderer/renderer.h"
 #include "orvex/scene/node.h"
 
@@ -17,7 +18,9 @@ bool is_drawn_by_engine(const Node& node);
 class KeptBinds {
 public:
     explicit KeptBinds(Renderer* renderer)
-        : renderer(renderer && renderer->get_elided_binds_state() ? renderer : nullptr)
+        : renderer(renderer && any_renderer_elides() && renderer->get_elided_binds_state()
+                       ? renderer
+                       : nullptr)
         , was_keeping(this->renderer && this->renderer->get_kept_binds_state()) {}
     ~KeptBinds() {
         if (renderer)
