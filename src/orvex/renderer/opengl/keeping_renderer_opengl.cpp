@@ -44,9 +44,10 @@ KeepingRendererOpenGL::~KeepingRendererOpenGL() = default;
 
 #define ORVEX_DEFINE(Result, name, parameters, arguments)                                          \
     Result KeepingRendererOpenGL::name parameters {                                                \
+        constexpr bool part = takes_part(#name);                                                   \
         if (!bound().is_keeping())                                                                 \
             BoundState::restore_on_thread();                                                       \
-        else if (!takes_part(#name)) {                                                             \
+        else if (!part) {                                                                          \
             const BoundStatePause pause(bound());                                                  \
             return RendererOpenGL::name arguments;                                                 \
         }                                                                                          \

@@ -102,8 +102,10 @@ bool ClientArrays::disable(const ORVEX_Renderer_OpenGL_Func& gl, ClientArray arr
 
 void ClientArrays::enable_generic(const ORVEX_Renderer_OpenGL_Func& gl, int location,
                                   const ClientPlace& place) {
-    if (location < num_generic)
+    if (location < num_generic) {
         point(generic[location], place);
+        end_of_generic = std::max(end_of_generic, location + 1);
+    }
     gl.glEnableVertexAttribArray(static_cast<GLuint>(location));
 }
 
@@ -118,8 +120,8 @@ bool ClientArrays::disable_generic(const ORVEX_Renderer_OpenGL_Func& gl, int loc
 void ClientArrays::begin_prepare() {
     for (State& state : fixed)
         state.set_by_prepare = false;
-    for (State& state : generic)
-        state.set_by_prepare = false;
+    for (int i = 0; i < end_of_generic; ++i)
+        generic[i].set_by_prepare = false;
 }
 
 template<class Holds>
@@ -128,7 +130,7 @@ bool ClientArrays::disable_where(const ORVEX_Renderer_OpenGL_Func& gl, Holds hol
     for (int i = 0; i < num_fixed; ++i)
         if (holds(fixed[i]))
             is_held |= disable(gl, static_cast<ClientArray>(i));
-    for (int i = 0; i < num_generic; ++i)
+    for (int i = 0; i < end_of_generic; ++i)
         if (holds(generic[i]))
             is_held |= disable_generic(gl, i);
     return is_held;
@@ -147,7 +149,7 @@ void ClientArrays::disable_all(const ORVEX_Renderer_OpenGL_Func& gl) {
 bool ClientArrays::reads(unsigned int buffer) const {
     const auto holds = [buffer](const State& state) { return state.buffer == buffer; };
     return buffer != 0 && (std::any_of(std::begin(fixed), std::end(fixed), holds) ||
-                           std::any_of(std::begin(generic), std::end(generic), holds));
+                           std::any_of(generic, generic + end_of_generic, holds));
 }
 
 void ClientArrays::forget_buffer(const ORVEX_Renderer_OpenGL_Func& gl, unsigned int buffer) {
@@ -165,8 +167,8 @@ void ClientArrays::set_keeping(bool state) {
 void ClientArrays::forget_pointers() {
     for (State& state : fixed)
         state.is_pointed = state.is_held = false;
-    for (State& state : generic)
-        state.is_pointed = state.is_held = false;
+    for (int i = 0; i < end_of_generic; ++i)
+        generic[i].is_pointed = generic[i].is_held = false;
     wanted_unit = no_unit;
     unit = no_unit;
 }
@@ -180,7 +182,7 @@ void ClientArrays::disable_held(const ORVEX_Renderer_OpenGL_Func& gl) {
     for (int i = 0; i < num_fixed; ++i)
         if (is_left(fixed[i]))
             disable(gl, static_cast<ClientArray>(i));
-    for (int i = 0; i < num_generic; ++i)
+    for (int i = 0; i < end_of_generic; ++i)
         if (is_left(generic[i]))
             disable_generic(gl, i);
     wanted_unit = selected;

@@ -91,11 +91,21 @@ unsigned long block_bytes(const MeshData& mesh, const Attribute& attribute) {
     return attribute.data ? attribute.element_size * mesh.num_vertices : 0;
 }
 
-unsigned long separate_bytes(const MeshData& mesh, const Attributes& attributes) {
-    unsigned long bytes = user_blocks_bytes(mesh);
-    for (const Attribute& attribute : attributes)
-        bytes += block_bytes(mesh, attribute);
-    return bytes;
+unsigned long separate_bytes(MeshData& mesh) {
+    unsigned long vertex_bytes = 0;
+    if (mesh.get_position_ptr())
+        vertex_bytes += mesh.get_position_elt_size();
+    if (mesh.get_color_ptr())
+        vertex_bytes += mesh.get_color_elt_size();
+    if (mesh.get_normal_ptr())
+        vertex_bytes += mesh.get_normal_elt_size();
+    if (mesh.get_uv0_ptr())
+        vertex_bytes += mesh.get_uv0_elt_size();
+    if (mesh.get_uv1_ptr())
+        vertex_bytes += mesh.get_uv1_elt_size();
+    if (mesh.get_tangent_ptr())
+        vertex_bytes += mesh.get_tangent_elt_size();
+    return user_blocks_bytes(mesh) + vertex_bytes * mesh.num_vertices;
 }
 
 unsigned long face_list_bytes(const MeshData& mesh) {

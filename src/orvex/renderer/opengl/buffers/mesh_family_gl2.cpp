@@ -141,7 +141,7 @@ bool MeshFamily::vertex_buffer_prepare_separate_arrays_gl2(MeshData* mesh) {
     if (mesh->num_vertices == 0 || !attributes[at_position].data || !state.can_draw_client_arrays())
         return false;
     // A new store takes every block at once: its flags are all raised.
-    bind_vertices(state, *mesh, separate_bytes(*mesh, attributes));
+    bind_vertices(state, *mesh, separate_bytes(*mesh));
     if (mesh->vertex_buffer_id == 0)
         return refuse_draws(state, mesh);
     upload_blocks(state, *mesh, attributes, Blocks::dirty);

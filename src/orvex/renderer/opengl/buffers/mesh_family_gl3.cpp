@@ -114,9 +114,9 @@ void size_interleaved(const GlState& state, MeshData& mesh) {
 
 /// Makes the vertex buffer with all its blocks, or makes it anew when the record needs another
 /// size. The blocks of a buffer of another size lie elsewhere, so the vertex array is outdated too.
-void size_separate(const GlState& state, MeshData& mesh, const Attributes& attributes) {
+void size_separate(const GlState& state, MeshData& mesh) {
     BufferStore store = vertex_store(state, mesh);
-    const unsigned long bytes = separate_bytes(mesh, attributes);
+    const unsigned long bytes = separate_bytes(mesh);
     if (store.fits(bytes))
         return;
     const bool is_new =
@@ -125,7 +125,7 @@ void size_separate(const GlState& state, MeshData& mesh, const Attributes& attri
         return;
     if (is_new) {
         mesh.renderer_id = state.renderer_id();
-        upload_blocks(state, mesh, attributes, Blocks::all);
+        upload_blocks(state, mesh, attributes_of(mesh), Blocks::all);
     } else {
         raise_all_flags(mesh);
         outdate_arrays(mesh);
@@ -160,16 +160,17 @@ bool MeshFamily::vertex_buffer_prepare_gl3(MeshData* mesh) {
 }
 
 bool MeshFamily::vertex_buffer_prepare_separate_arrays_gl3(MeshData* mesh) {
-    const Attributes attributes = attributes_of(*mesh);
-    if (mesh->num_vertices == 0 || !attributes[at_position].data || !state.can_draw_vertex_arrays())
+    // What an attribute is like is asked where something is uploaded: most objects stay as they
+    // are.
+    if (mesh->num_vertices == 0 || !mesh->get_position_ptr() || !state.can_draw_vertex_arrays())
         return false;
-    size_separate(state, *mesh, attributes);
+    size_separate(state, *mesh);
     if (mesh->vertex_buffer_id == 0)
         return refuse_draws(state, mesh);
     if (any_user_flag(*mesh) || any_vertex_flag(*mesh)) {
         const BufferStore store = vertex_store(state, *mesh);
         store.bind();
-        upload_blocks(state, *mesh, attributes, Blocks::dirty);
+        upload_blocks(state, *mesh, attributes_of(*mesh), Blocks::dirty);
         store.unbind();
     }
     return prepare_rest(state, *mesh, Layout::separate);

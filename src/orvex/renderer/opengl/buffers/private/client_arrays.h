@@ -104,6 +104,7 @@ private:
     int unit = no_unit;        ///< as the API has it
     State fixed[num_fixed];
     State generic[num_generic];
+    int end_of_generic = 0; ///< behind the last that was ever enabled: most hosts have none
 };
 
 } // namespace orvex

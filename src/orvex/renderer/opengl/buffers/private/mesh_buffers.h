@@ -81,7 +81,7 @@ unsigned long user_blocks_bytes(const MeshData& mesh);
 /// An attribute's separate array.
 unsigned long block_bytes(const MeshData& mesh, const Attribute& attribute);
 /// All separate arrays, with the user attributes.
-unsigned long separate_bytes(const MeshData& mesh, const Attributes& attributes);
+unsigned long separate_bytes(MeshData& mesh);
 /// The face list.
 unsigned long face_list_bytes(const MeshData& mesh);
 /// @}
