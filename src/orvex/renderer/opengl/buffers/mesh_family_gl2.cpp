@@ -35,8 +35,11 @@ void bind_vertices(const GlState& state, MeshData& mesh, unsigned long bytes) {
         return;
     }
     state.bound().take_off_client_arrays();
+    // Where it was, the vertex array of the other path points into blocks that lie elsewhere now.
     if (store.allocate(bytes, nullptr, vertex_usage(state, mesh.vertex_buffer_usage)))
         mesh.renderer_id = state.renderer_id();
+    else
+        outdate_arrays(mesh);
     state.bound().buffer_was_bound(GL_ARRAY_BUFFER, mesh.vertex_buffer_id);
     raise_all_flags(mesh);
 }
