@@ -2,12 +2,14 @@
 // system knows which arrays are as they were made, and none of them has to be read, which would
 // bring their pages into this process.
 
+#define GL_GLEXT_PROTOTYPES
 #include "orvex_kit/private/default_arrays.h"
 
 #include <algorithm>
 #include <cstdint>
 #include <cstring>
 
+#include <GL/gl.h>
 #include <fcntl.h>
 #include <unistd.h>
 
@@ -58,17 +60,17 @@ private:
     int file;
 };
 
-bool is_default(const vec4& value) {
-    const vec4 fresh;
-    return std::memcmp(&value, &fresh, sizeof fresh) == 0;
+bool is_same(const vec4& a, const vec4& b) {
+    return std::memcmp(&a, &b, sizeof a) == 0;
 }
 
-/// Only large arrays that have never been written since they were made.
-bool holds_defaults(const VertexAttribArray& array) {
+} // namespace
+
+std::optional<vec4> constant_of(const VertexAttribArray& array) {
     constexpr std::size_t smallest = std::size_t{512} << 10;
     const std::size_t size = array.num_elements * sizeof(vec4);
     if (!array.data || array.raw_ptr || size < smallest)
-        return false;
+        return std::nullopt;
     const auto page_size = static_cast<std::uintptr_t>(::sysconf(_SC_PAGESIZE));
     const auto begin = reinterpret_cast<std::uintptr_t>(array.data);
     const std::uintptr_t first = (begin + page_size - 1) / page_size,
@@ -76,37 +78,54 @@ bool holds_defaults(const VertexAttribArray& array) {
     // What lies beside the whole pages is looked at, and one vertex for all of those within.
     const vec4* const last = array.data + array.num_elements;
     const auto beside = static_cast<std::ptrdiff_t>(page_size / sizeof(vec4));
-    return std::all_of(array.data, array.data + beside, is_default) &&
-           is_default(array.data[array.num_elements / 2]) &&
-           std::all_of(last - beside, last, is_default) && PageTable().are_shared(first, end);
+    const vec4 value = array.data[array.num_elements / 2];
+    const auto has_value = [&value](const vec4& other) { return is_same(other, value); };
+    const bool is_constant = std::all_of(array.data, array.data + beside, has_value) &&
+                             std::all_of(last - beside, last, has_value) &&
+                             PageTable().are_shared(first, end);
+    return is_constant ? std::optional(value) : std::nullopt;
 }
 
-} // namespace
-
 std::array<VertexAttribArray*, DefaultArrays::count> DefaultArrays::arrays_of(MeshData& mesh) {
-    return {&mesh.uv0, &mesh.uv1, &mesh.tangent};
+    return {&mesh.uv0, &mesh.uv1, &mesh.tangent, &mesh.color};
 }
 
 void DefaultArrays::look_at(MeshData& mesh) {
-    if (found && !mesh.uv0_need_update && !mesh.uv1_need_update && !mesh.tangents_need_update)
+    if (has_looked && !mesh.uv0_need_update && !mesh.uv1_need_update &&
+        !mesh.tangents_need_update && !mesh.colors_need_update)
         return;
-    found.emplace();
     const auto arrays = arrays_of(mesh);
-    for (std::size_t i = 0; i < count; ++i)
-        (*found)[i] = holds_defaults(*arrays[i]);
+    for (std::size_t i = 0; i < count; ++i) {
+        const std::optional<vec4> value = constant_of(*arrays[i]);
+        const bool is_color = arrays[i] == &mesh.color;
+        const bool is_default = value && (is_color || is_same(*value, vec4()));
+        // What has gone to the GPU once goes on doing so: its size tells the back end of a change.
+        found[i] = is_default && (!has_looked || found[i]);
+        if (is_color && value)
+            color = *value;
+    }
+    has_looked = true;
 }
 
 WithoutDefaults::WithoutDefaults(MeshData& mesh, const DefaultArrays& known)
     : arrays(DefaultArrays::arrays_of(mesh)) {
     for (std::size_t i = 0; i < arrays.size(); ++i)
-        if (known.found && (*known.found)[i])
+        if (known.found[i])
             std::swap(arrays[i]->data, data[i]);
+    if (!data.back() || mesh.color_attrib_location < 0 || is_same(known.color, vec4()))
+        return;
+    color_location = mesh.color_attrib_location;
+    const auto location = static_cast<GLuint>(color_location);
+    glGetVertexAttribfv(location, GL_CURRENT_VERTEX_ATTRIB, color_before.data());
+    glVertexAttrib4f(location, known.color.x, known.color.y, known.color.z, known.color.w);
 }
 
 WithoutDefaults::~WithoutDefaults() {
     for (std::size_t i = 0; i < arrays.size(); ++i)
         if (data[i])
             arrays[i]->data = data[i];
+    if (color_location >= 0)
+        glVertexAttrib4fv(static_cast<GLuint>(color_location), color_before.data());
 }
 
 } // namespace orvex::kit

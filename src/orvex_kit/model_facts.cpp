@@ -167,6 +167,8 @@ bool has_own_colors(const Mesh& mesh) {
     const vec4 white(1.0f, 1.0f, 1.0f, 1.0f);
     const vec4 fresh = Vertex().color;
     bool is_white = true, is_fresh = true;
+    if (const std::optional<vec4> color = constant_of(mesh.get_mesh_data()->color))
+        return !is_same(*color, white) && !is_same(*color, fresh);
     for (unsigned long i = 0; (is_white || is_fresh) && i < mesh.get_mesh_data()->num_vertices;
          ++i) {
         const vec4 color = mesh.get_vertex_color(i);

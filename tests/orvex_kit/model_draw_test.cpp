@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#define GL_GLEXT_PROTOTYPES
 #include <GL/gl.h>
 #include <gtest/gtest.h>
 
@@ -94,8 +95,9 @@ public:
 
     orvex::Renderer* renderer = nullptr;
 
+    Path path; ///< to draw on
+
 private:
-    Path path;
     orvex::RenderWindow* window = nullptr;
 };
 
@@ -262,6 +264,7 @@ Model strip(std::size_t num_squares) {
     numbers.positions = {places.data()};
     numbers.num_faces = faces.size() / 3;
     numbers.faces = {faces.data(), orvex::kit::Number::u32};
+    numbers.shading = orvex::kit::Normals::smooth;
     return Model::from_numbers(numbers);
 }
 
@@ -311,6 +314,53 @@ TEST(ModelDraw, draws_what_a_host_writes_into_arrays_that_were_as_they_were_made
     EXPECT_TRUE(window.picture_of(model, places) == red);
 }
 
+TEST(ModelDraw, goes_from_one_path_to_the_other_in_one_context) {
+    const Engine engine({{}, "", false, false});
+    Model model = strip(20'000);
+    Window window(Path::gl2); // whose driver knows the other path as well
+    GpuProgram& lit = window.lit();
+    window.path = Path::gl3;
+    GpuProgram& core_lit = window.lit();
+    const Picture first = window.picture_of(model, core_lit);
+    EXPECT_FALSE(is_blank(first));
+    window.path = Path::gl2;
+    EXPECT_TRUE(window.picture_of(model, lit) == first);
+    auto* const mesh = static_cast<orvex::Mesh*>(model.node()->get_child(0));
+    for (unsigned long i = 0; i < mesh->get_mesh_data()->num_vertices; ++i) {
+        mesh->set_vertex_uv(i, orvex::vec4(0.1f, 0.2f, 0.3f, 1.0f), 0);
+        mesh->set_vertex_uv(i, orvex::vec4(0.1f, 0.2f, 0.3f, 1.0f), 1);
+        mesh->set_vertex_tangent(i, orvex::vec4(0.1f, 0.2f, 0.3f, 1.0f));
+        mesh->set_vertex_color(i, orvex::vec4(0.1f, 0.2f, 0.3f, 1.0f));
+    }
+    window.path = Path::gl3;
+    EXPECT_TRUE(window.picture_of(model, core_lit) == first);
+}
+
+TEST(ModelDraw, shows_one_color_of_all_vertices_and_leaves_that_of_the_context) {
+    const Engine engine({{}, "", false, false});
+    Model model = strip(20'000);
+    auto* const mesh = static_cast<orvex::Mesh*>(model.node()->get_child(0));
+    Window window(Path::gl3);
+    GpuProgram& colors = window.compile(orvex::kit::program_text_for(
+        Path::gl3, "[Vertex_Shader]\nuniform mat4 orvex_ModelViewProjectionMatrix;\n"
+                   "OUT vec4 tint;\nvoid main() { tint = VERTEX_COLOR;\n"
+                   "gl_Position = orvex_ModelViewProjectionMatrix * POSITION; }\n"
+                   "[Pixel_Shader]\nIN vec4 tint;\nvoid main() { COLOR = tint; }\n"));
+    mesh->set_vertices_color(1.0f, 0.0f, 0.0f, 1.0f, nullptr);
+    glVertexAttrib4f(1, 0.25f, 0.5f, 0.75f, 1.0f);
+    const Picture red = window.picture_of(model, colors);
+    EXPECT_GT(sum_of(red, 0), sum_of(red, 2) * 3 / 2);
+    float left[4] = {};
+    glGetVertexAttribfv(1, GL_CURRENT_VERTEX_ATTRIB, left);
+    EXPECT_EQ(left[0], 0.25f);
+    EXPECT_EQ(left[2], 0.75f);
+    for (unsigned long i = 0; i < mesh->get_mesh_data()->num_vertices; ++i)
+        mesh->set_vertex_color(i, orvex::vec4(0.0f, 0.0f, 1.0f, 1.0f));
+    const Picture blue = window.picture_of(model, colors);
+    EXPECT_GT(sum_of(blue, 2), sum_of(blue, 0) * 3 / 2);
+    EXPECT_TRUE(window.picture_of(model, colors) == blue);
+}
+
 TEST(DefaultArrays, are_those_that_nobody_has_written_and_come_back_after_a_draw) {
     using orvex::kit::DefaultArrays;
     using orvex::kit::WithoutDefaults;
@@ -327,7 +377,7 @@ TEST(DefaultArrays, are_those_that_nobody_has_written_and_come_back_after_a_draw
         EXPECT_EQ(mesh.uv1.data, nullptr);
         EXPECT_EQ(mesh.tangent.data, nullptr);
         EXPECT_NE(mesh.position.data, nullptr);
-        EXPECT_NE(mesh.color.data, nullptr);
+        EXPECT_EQ(mesh.color.data, nullptr);
     }
     EXPECT_EQ(mesh.uv0.data, uv0);
     EXPECT_EQ(mesh.tangent.data, tangent);

@@ -2,7 +2,7 @@
 
 /// @file
 /// Arrays of a mesh in which every vertex has what a vertex array without them gives: no texture
-/// coordinates, no tangents. They need no memory on the GPU.
+/// coordinates, no tangents, one colour. They need no memory on the GPU.
 
 #include <array>
 #include <optional>
@@ -10,6 +10,10 @@
 #include <orvex/renderer/records/mesh_data.h>
 
 namespace orvex::kit {
+
+/// The value that all elements of an array have: of a large one that nobody has written since it
+/// was made or given one value. Nothing for any other.
+std::optional<orvex::vec4> constant_of(const orvex::VertexAttribArray& array);
 
 /// Which arrays of a mesh those are, as was found out last.
 class DefaultArrays {
@@ -19,14 +23,17 @@ public:
 
 private:
     friend class WithoutDefaults;
-    static constexpr std::size_t count = 3;
+    static constexpr std::size_t count = 4;
 
     static std::array<orvex::VertexAttribArray*, count> arrays_of(orvex::MeshData& mesh);
 
-    std::optional<std::array<bool, count>> found;
+    bool has_looked = false;
+    std::array<bool, count> found{};
+    orvex::vec4 color; ///< of all vertices, where the colours are such an array
 };
 
-/// While it lives, a mesh is without its default arrays, for a draw.
+/// While it lives, a mesh is without its default arrays, for a draw on path gl3 with the context
+/// that is current.
 class WithoutDefaults {
 public:
     /// @param arrays  that have looked at the mesh
@@ -38,6 +45,8 @@ public:
 private:
     std::array<orvex::VertexAttribArray*, DefaultArrays::count> arrays;
     std::array<orvex::vec4*, DefaultArrays::count> data{}; ///< of what was taken away
+    int color_location = -1;           ///< where the context has the one colour; -1: nowhere
+    std::array<float, 4> color_before; ///< that the context had there
 };
 
 } // namespace orvex::kit
