@@ -25,6 +25,8 @@
 #include <orvex/orvex.h>
 #include <orvex_kit/kit.h>
 
+#include "bench/support/row.h"
+
 namespace {
 
 using namespace orvex;
@@ -222,8 +224,8 @@ void cast(benchmark::State& state, const Faces& faces,
     state.counters["ns_a_ray"] = 1e9 * our_time / static_cast<double>(num_rays);
     state.counters["hits"] = static_cast<double>(num_hits) / static_cast<double>(num_rays);
 #ifdef ORVEX_BENCH_EMBREE
-    state.counters["peer_ns"] = 1e9 * peer_time / static_cast<double>(num_rays);
-    state.counters["ratio"] = our_time / peer_time;
+    orvex_bench::say_row(state, {"Embree", 2.0}, our_time / static_cast<double>(num_rays),
+                         peer_time / static_cast<double>(num_rays));
 #endif
 }
 

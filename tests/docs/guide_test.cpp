@@ -38,7 +38,8 @@ INSTANTIATE_TEST_SUITE_P(
     testing::Values(Page{"first_triangle", ""}, Page{"first_model", data}, Page{"own_shader", ""},
                     Page{"textures_and_materials", data + "lighthouse_stone.png"},
                     Page{"render_targets", ""}, Page{"particles", ""}, Page{"text", data},
-                    Page{"host_window", ""}, Page{"first_picture", data + "lighthouse.obj"}),
+                    Page{"host_window", ""}, Page{"fast", ""},
+                    Page{"first_picture", data + "lighthouse.obj"}),
     [](const auto& page) { return std::string(page.param.name); });
 
 struct Tale {

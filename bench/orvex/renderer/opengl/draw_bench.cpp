@@ -11,12 +11,9 @@
 /// LP_NO_RAST=1 draw_bench --benchmark_filter=boxes --benchmark_min_time=5
 /// draw_bench --benchmark_filter=mesh --benchmark_min_time=10
 
-#include <algorithm>
-#include <chrono>
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
-#include <ctime>
 #include <string>
 #include <vector>
 
@@ -25,6 +22,7 @@
 
 #include "bench/support/core_context.h"
 #include "bench/support/owned.h"
+#include "bench/support/row.h"
 #include "orvex/assets/materials/material.h"
 #include "orvex/geometry/mesh/mesh.h"
 #include "orvex/gpu/gpu_program.h"
@@ -60,6 +58,27 @@ void main() {
 }
 )";
 
+const char* const instanced_shader_text = R"([Vertex_Shader]
+#version 150
+in vec4 orvex_Position;
+in vec4 orvex_Color;
+in vec4 orvex_Instance_Position;
+uniform mat4 orvex_ModelViewProjectionMatrix;
+out vec4 color;
+void main() {
+    color = orvex_Color;
+    gl_Position = orvex_ModelViewProjectionMatrix *
+                  vec4(orvex_Position.xyz + orvex_Instance_Position.xyz, 1.0);
+}
+[Pixel_Shader]
+#version 150
+in vec4 color;
+out vec4 pixel;
+void main() {
+    pixel = color;
+}
+)";
+
 /// The same for client arrays, by what the fixed pipeline has.
 const char* const old_shader_text = R"([Vertex_Shader]
 #version 120
@@ -79,14 +98,14 @@ void main() {
 /// A context off screen, with the renderer on it and a program in use by nobody yet.
 class Stage {
 public:
-    explicit Stage(bool is_compatible = false)
+    explicit Stage(bool is_compatible = false, const char* core_text = shader_text)
         : is_compatible(is_compatible) {
         // The driver frees its scene at each glFinish. Whether that gives pages back to the system
         // depends on what lies at the top of the heap, so none of the rows does.
         mallopt(M_TRIM_THRESHOLD, 1 << 30);
         mallopt(M_MMAP_THRESHOLD, 1 << 30);
         start_on_core_context(renderer, width, height, is_compatible);
-        const char* const text = is_compatible ? old_shader_text : shader_text;
+        const char* const text = is_compatible ? old_shader_text : core_text;
         program->add_ref();
         program->load_from_memory(&renderer, text, std::char_traits<char>::length(text));
         mat4 projection;
@@ -127,7 +146,7 @@ void fill_box(Mesh& mesh) {
 
 /// Boxes in a square below one object, each a node with a transform and a material of its own; all
 /// share geometry.
-Owned<Object> make_boxes(const Stage& stage) {
+Owned<Object> make_boxes(const Stage& stage, bool has_materials = true) {
     Owned<Object> root(new Object);
     Mesh* first = nullptr;
     for (int i = 0; i < boxes_per_side * boxes_per_side; ++i) {
@@ -140,9 +159,11 @@ Owned<Object> make_boxes(const Stage& stage) {
                           static_cast<float>(i / boxes_per_side - boxes_per_side / 2), 0.0f);
         box->set_orientation_euler_xyz(static_cast<float>(i), static_cast<float>(2 * i), 0.0f);
         box->set_use_fixed_mvp_matrices_state(stage.is_compatible, nullptr);
-        Material* const material = new Material;
-        material->set_gpu_program(stage.program);
-        box->add_material(material, nullptr);
+        if (has_materials) {
+            Material* const material = new Material;
+            material->set_gpu_program(stage.program);
+            box->add_material(material, nullptr);
+        }
         root->add_child(box);
     }
     return root;
@@ -182,55 +203,22 @@ private:
     int location = -1;
 };
 
-/// Time on the wall and of all the process's threads.
-struct Moment {
-    std::chrono::steady_clock::time_point wall = std::chrono::steady_clock::now();
-    std::clock_t cpu = std::clock();
-};
+constexpr double num_boxes = boxes_per_side * boxes_per_side;
 
-/// The frames drawn in one way.
-class Frames {
-public:
-    template<class Draw>
-    void time(Draw draw) {
-        const Moment start;
-        glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
-        draw();
-        glFinish();
-        const Moment end;
-        wall.push_back(std::chrono::duration<double, std::milli>(end.wall - start.wall).count());
-        cpu.push_back(1000.0 * static_cast<double>(end.cpu - start.cpu) / CLOCKS_PER_SEC);
-    }
-
-    double wall_ms() { return median(wall); }
-    double cpu_ms() { return median(cpu); }
-
-private:
-    static double median(std::vector<double>& times) {
-        const auto middle = times.begin() + static_cast<std::ptrdiff_t>(times.size() / 2);
-        std::nth_element(times.begin(), middle, times.end());
-        return *middle;
-    }
-
-    std::vector<double> wall;
-    std::vector<double> cpu;
-};
-
-/// Draws both ways in turn, so that whatever else the machine does falls on both.
+/// Draws both ways in turn, each to its end.
+/// @param objects  in a frame: the row tells the cost of one
 template<class Bare, class Engine>
-void compare(benchmark::State& state, Bare draw_bare, Engine draw_by_engine) {
-    Frames bare;
-    Frames engine;
-    draw_by_engine();
-    draw_bare();
-    for (auto _ : state) {
-        bare.time(draw_bare);
-        engine.time(draw_by_engine);
-    }
-    state.counters["bare_ms"] = bare.wall_ms();
-    state.counters["engine_ms"] = engine.wall_ms();
-    state.counters["ratio"] = engine.wall_ms() / bare.wall_ms();
-    state.counters["cpu_ratio"] = engine.cpu_ms() / bare.cpu_ms();
+void compare(benchmark::State& state, double goal, double objects, Bare draw_bare,
+             Engine draw_by_engine) {
+    const auto frame = [](auto& draw) {
+        return [&draw] {
+            glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
+            draw();
+            glFinish();
+        };
+    };
+    orvex_bench::take_turns(state, {"bare GL", goal}, frame(draw_by_engine), frame(draw_bare),
+                            objects);
 }
 
 /// The same for a box of client arrays, whose place is a matrix of the fixed pipeline.
@@ -286,7 +274,7 @@ void compare_client_boxes(benchmark::State& state, bool is_eliding) {
             draw.triangles(matrix);
     };
     const auto engine = [&] { root->render(&stage.renderer, nullptr); };
-    compare(state, bare, engine);
+    compare(state, is_eliding ? 1.5 : 2.0, num_boxes, bare, engine);
     root->cleanup(&stage.renderer, nullptr);
 }
 
@@ -299,8 +287,9 @@ void client_boxes_with_elided_binds(benchmark::State& state) {
     compare_client_boxes(state, true);
 }
 
-void compare_boxes(benchmark::State& state, Stage& stage) {
-    const Owned<Object> root = make_boxes(stage);
+/// @param has_materials  or the program is bound once, around the walk
+void compare_boxes(benchmark::State& state, Stage& stage, double goal, bool has_materials = true) {
+    const Owned<Object> root = make_boxes(stage, has_materials);
     const mat4 view_projection =
         stage.renderer.get_projection_matrix() * stage.renderer.get_view_matrix();
     std::vector<mat4> matrices;
@@ -311,19 +300,26 @@ void compare_boxes(benchmark::State& state, Stage& stage) {
         for (const mat4& matrix : matrices)
             draw.triangles(matrix, 36, GL_UNSIGNED_SHORT);
     };
-    const auto engine = [&] { root->render(&stage.renderer, nullptr); };
-    compare(state, bare, engine);
+    const auto engine = [&] {
+        if (!has_materials)
+            stage.program->bind(&stage.renderer);
+        root->render(&stage.renderer, nullptr);
+        if (!has_materials)
+            stage.program->unbind(&stage.renderer);
+    };
+    compare(state, goal, num_boxes, bare, engine);
     root->cleanup(&stage.renderer, nullptr);
 }
 
 void boxes(benchmark::State& state) {
     Stage stage;
-    compare_boxes(state, stage);
+    compare_boxes(state, stage, 2.0);
 }
 
 /// As a host has it that unsets the names of the values its shader doesn't read: the driver is then
 /// not asked for them at each bind.
-void compare_tuned_boxes(benchmark::State& state, bool is_eliding) {
+void compare_tuned_boxes(benchmark::State& state, double goal, bool is_eliding,
+                         bool has_materials = true) {
     Stage stage;
     stage.renderer.set_elided_binds_state(is_eliding);
     stage.program->bind(&stage.renderer);
@@ -335,22 +331,57 @@ void compare_tuned_boxes(benchmark::State& state, bool is_eliding) {
     data->set_view_projection_matrix_uniform_name(nullptr);
     data->set_viewport_uniform_name(nullptr);
     stage.program->unbind(&stage.renderer);
-    compare_boxes(state, stage);
+    compare_boxes(state, stage, goal, has_materials);
 }
 
 void boxes_without_unused_names(benchmark::State& state) {
-    compare_tuned_boxes(state, false);
+    compare_tuned_boxes(state, 2.0, false);
 }
 
 void boxes_without_unused_names_with_elided_binds(benchmark::State& state) {
-    compare_tuned_boxes(state, true);
+    compare_tuned_boxes(state, 1.25, true);
 }
 
 /// With binds left out that the next box wants again.
 void boxes_with_elided_binds(benchmark::State& state) {
     Stage stage;
     stage.renderer.set_elided_binds_state(true);
-    compare_boxes(state, stage);
+    compare_boxes(state, stage, 1.5);
+}
+
+void boxes_of_a_program_bound_once(benchmark::State& state) {
+    compare_tuned_boxes(state, 1.5, false, false);
+}
+
+/// The same number of boxes as instances of one, against as many bare draw calls.
+void boxes_instanced(benchmark::State& state) {
+    Stage stage(false, instanced_shader_text);
+    const Owned<Object> one_by_one = make_boxes(stage, false);
+    const Owned<Mesh> box(new Mesh);
+    fill_box(*box);
+    box->set_use_fixed_mvp_matrices_state(false, nullptr);
+    InstancingInitParams arrays;
+    arrays.position = true;
+    box->instancing_init(static_cast<unsigned long>(num_boxes), arrays, 16);
+    for (unsigned long i = 0; i < one_by_one->get_num_children(); ++i)
+        box->set_instance_position(i, box_of(*one_by_one, i).get_position());
+    const mat4 matrix = stage.renderer.get_projection_matrix() * stage.renderer.get_view_matrix();
+    stage.program->bind(&stage.renderer);
+    one_by_one->render(&stage.renderer, nullptr);
+    stage.program->unbind(&stage.renderer);
+    const auto bare = [&] {
+        const BareDraw draw(stage, box_of(*one_by_one, 0));
+        for (int i = 0; i < boxes_per_side * boxes_per_side; ++i)
+            draw.triangles(matrix, 36, GL_UNSIGNED_SHORT);
+    };
+    const auto engine = [&] {
+        stage.program->bind(&stage.renderer);
+        box->render(&stage.renderer, nullptr);
+        stage.program->unbind(&stage.renderer);
+    };
+    compare(state, 1.0, num_boxes, bare, engine);
+    one_by_one->cleanup(&stage.renderer, nullptr);
+    box->_cleanup(&stage.renderer);
 }
 
 /// A wavy sheet of 1,000,000 triangles that fills the picture.
@@ -390,19 +421,21 @@ void mesh(benchmark::State& state) {
     const mat4 matrix = stage.renderer.get_projection_matrix() * stage.renderer.get_view_matrix();
     const auto bare = [&] { BareDraw(stage, *sheet).triangles(matrix, 3000000, GL_UNSIGNED_INT); };
     const auto engine = [&] { sheet->render(&stage.renderer, nullptr); };
-    compare(state, bare, engine);
+    compare(state, 1.05, 1.0, bare, engine);
     sheet->_cleanup(&stage.renderer);
 }
 
-BENCHMARK(boxes)->Unit(benchmark::kMillisecond)->UseRealTime();
+BENCHMARK(boxes)->Unit(benchmark::kMillisecond)->UseManualTime();
 BENCHMARK(boxes_without_unused_names_with_elided_binds)
     ->Unit(benchmark::kMillisecond)
-    ->UseRealTime();
-BENCHMARK(client_boxes)->Unit(benchmark::kMillisecond)->UseRealTime();
-BENCHMARK(client_boxes_with_elided_binds)->Unit(benchmark::kMillisecond)->UseRealTime();
-BENCHMARK(boxes_with_elided_binds)->Unit(benchmark::kMillisecond)->UseRealTime();
-BENCHMARK(boxes_without_unused_names)->Unit(benchmark::kMillisecond)->UseRealTime();
-BENCHMARK(mesh)->Unit(benchmark::kMillisecond)->UseRealTime();
+    ->UseManualTime();
+BENCHMARK(client_boxes)->Unit(benchmark::kMillisecond)->UseManualTime();
+BENCHMARK(client_boxes_with_elided_binds)->Unit(benchmark::kMillisecond)->UseManualTime();
+BENCHMARK(boxes_with_elided_binds)->Unit(benchmark::kMillisecond)->UseManualTime();
+BENCHMARK(boxes_without_unused_names)->Unit(benchmark::kMillisecond)->UseManualTime();
+BENCHMARK(boxes_of_a_program_bound_once)->Unit(benchmark::kMillisecond)->UseManualTime();
+BENCHMARK(boxes_instanced)->Unit(benchmark::kMillisecond)->UseManualTime();
+BENCHMARK(mesh)->Unit(benchmark::kMillisecond)->UseManualTime();
 
 } // namespace
 
