@@ -106,6 +106,15 @@ TEST_F(ModelMeshTest, more_numbers_take_the_place_of_all_and_leave_name_and_colo
     ASSERT_EQ(mesh.materials().size(), 1u);
     EXPECT_EQ(mesh.materials()[0].diffuse.y, 0.5f);
     EXPECT_EQ(mesh.materials()[0].opacity, 0.5f);
+
+    larger.num_vertices = 6;
+    larger.name = "roof";
+    larger.color = orvex::vec4(1.0f, 0.0f, 0.0f, 1.0f);
+    ASSERT_TRUE(mesh.update(larger));
+    EXPECT_EQ(mesh.num_faces(), 2u);
+    EXPECT_EQ(mesh.meshes().at(0).name, "roof");
+    EXPECT_EQ(mesh.materials().at(0).diffuse.x, 1.0f);
+    EXPECT_EQ(mesh.materials()[0].opacity, 1.0f);
 }
 
 TEST_F(ModelMeshTest, bad_numbers_leave_an_empty_model_with_the_reason) {
