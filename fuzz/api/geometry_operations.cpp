@@ -179,14 +179,14 @@ void ask_kind(World& world, Bytes& in) {
     if (VertexPool* const pool = VertexPool::from_node(node))
         pool->get_pool_size();
     if (Camera* const camera = Camera::from_node(node))
-        camera->get_view_vector();
+        static_cast<void>(camera->get_view_vector());
     if (Texture* const texture = Texture::from_node(node))
         texture->get_width();
     Plugin* const plugin = PluginMgr::get()->get_plugin_by_index(in.byte());
     if (Loader3D* const loader = Loader3D::from_plugin(plugin))
-        loader->get_failure_reason();
+        static_cast<void>(loader->get_failure_reason());
     if (ImageCodec* const codec = ImageCodec::from_plugin(plugin))
-        codec->get_failure_reason();
+        static_cast<void>(codec->get_failure_reason());
 }
 
 constexpr Operation rows[] = {

@@ -159,8 +159,8 @@ constexpr T full_alpha() {
         return std::numeric_limits<T>::max();
 }
 
-/// Of each pixel the first three of its four channels, as for most files and films of a view: counts
-/// that the compiler knows take a third of the time.
+/// Of each pixel the first three of its four channels, as for most files and films of a view:
+/// counts that the compiler knows take a third of the time.
 template<class T>
 void take_colors(const T* from, T* to, int width) {
     for (int x = 0; x < width; ++x, from += 4, to += 3) {
