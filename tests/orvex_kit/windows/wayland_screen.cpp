@@ -16,7 +16,7 @@ namespace orvex_test {
 namespace {
 
 /// Each look takes a program's start and a picture's way through a file.
-constexpr int most_looks = 600;
+constexpr int most_looks = 300;
 
 /// In the child: becomes a program, which ends with the test if the test dies.
 [[noreturn]] void become(std::vector<std::string> command, std::vector<std::string> environment) {
@@ -93,8 +93,15 @@ void WaylandScreen::look() {
         }
 }
 
+/// @return whether the screen and all programs do still
+bool WaylandScreen::runs_on() {
+    return std::erase_if(processes, [](pid_t process) {
+               return waitpid(process, nullptr, WNOHANG) == process;
+           }) == 0;
+}
+
 bool WaylandScreen::shows(const Picture& wanted) {
-    for (int i = 0; i < most_looks; ++i) {
+    for (int i = 0; i < most_looks && runs_on(); ++i) {
         look();
         if (is_somewhere(wanted, last))
             return true;

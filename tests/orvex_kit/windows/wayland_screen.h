@@ -37,6 +37,7 @@ private:
     std::vector<pid_t> processes;
     Picture last;
 
+    bool runs_on();
     void look();
 };
 
