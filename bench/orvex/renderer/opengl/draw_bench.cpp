@@ -5,8 +5,7 @@
 /// of its own, at most 2.0 times a bare loop of one matrix uniform and one draw call per box (run
 /// with LP_NO_RAST=1, so that a software driver fills no pixel), and with elided binds 1.25
 /// times, 1.5 by client arrays; a mesh of 1,000,000 triangles, 800 by 600, at most 1.05 times the
-/// bare draw. `cpu_ratio` counts the time of all threads instead of the wall's, for a machine that
-/// does other things as well.
+/// bare draw. The processor's time counts.
 ///
 /// LP_NO_RAST=1 draw_bench --benchmark_filter=boxes --benchmark_min_time=5
 /// draw_bench --benchmark_filter=mesh --benchmark_min_time=10
