@@ -6,8 +6,6 @@
 
 #include <cmath>
 
-#include "orvex_formats/private/large_lists.h"
-
 namespace orvex::formats {
 
 namespace {
@@ -55,16 +53,13 @@ struct Group {
 class Smoother {
 public:
     explicit Smoother(Surface& surface)
-        : surface(surface) {
-        reserve_largely(groups, surface.positions.size());
-        groups.resize(surface.positions.size());
-    }
+        : surface(surface)
+        , groups(surface.positions.size()) {}
 
     void run() {
         for (Triangle& triangle : surface.triangles)
             add(triangle);
         copy_vertices();
-        reserve_largely(surface.normals, groups.size());
         surface.normals.resize(groups.size());
         for (std::size_t i = 0; i < groups.size(); ++i) {
             surface.normals[i] = groups[i].sum;
