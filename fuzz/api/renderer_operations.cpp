@@ -162,6 +162,7 @@ std::vector<Operation> all_rows() {
     ORVEX_RENDERER_OPERATIONS(ORVEX_FUZZ_OPERATION, ORVEX_FUZZ_OPERATION)
 #undef ORVEX_FUZZ_OPERATION
     // NOLINTEND(bugprone-macro-parentheses)
+    add(ORVEX_FUZZ_CALL(Renderer, set_elided_binds_state));
     return all;
 }
 
