@@ -7,6 +7,7 @@
 #include <cstdio>
 #include <iostream>
 #include <thread>
+#include <vector>
 
 #include <orvex/orvex.h>
 #include <orvex_kit/kit.h>
@@ -20,6 +21,7 @@ extern Camera* camera;
 extern ImageCodec* codec;
 extern GpuProgram* program;
 extern Mesh* mesh;
+extern std::vector<Mesh*> meshes;
 extern Object* object;
 extern Object* scene_root;
 extern ParticleSystem* system;

@@ -280,6 +280,25 @@ TEST_F(OrvexRenderBatch, whose_disk_is_full_loses_nothing_and_goes_on_with_room)
     EXPECT_EQ(verdicts_in(content_of(folder.file("r"))).size(), 5u);
 }
 
+TEST_F(OrvexRenderBatch, that_is_stopped_ends_with_the_number_of_the_signal_and_goes_on) {
+    folder.write("m", list_of(3000));
+    const std::vector<std::string> words{"--batch",   "m", "--output-dir", "out", "--size",  "8x8",
+                                         "--workers", "1", "--results",    "r",   "--resume"};
+    for (const auto& [signal, code] : {std::pair{"INT", 130}, std::pair{"TERM", 143}}) {
+        const std::string file = folder.file("r");
+        const std::size_t before = verdicts_in(content_of(file)).size();
+        // As soon as there is a verdict more.
+        const std::string killer = "{ until [ $(cat r 2>/dev/null | wc -l) -gt " +
+                                   std::to_string(before) + " ]; do sleep 0.01; done; kill -" +
+                                   signal + " $$; } &";
+        const Outcome outcome = run_render_limited(folder.path(), killer + " true", words);
+        EXPECT_EQ(outcome.code, code) << outcome.errors;
+        const std::vector<Verdict> after = verdicts_in(content_of(file));
+        EXPECT_GT(after.size(), before);
+        EXPECT_LT(after.size(), 3000u);
+    }
+}
+
 TEST_F(OrvexRenderBatch, whose_results_fill_a_disk_has_them_whole_and_goes_on_with_room) {
     folder.write("m", list_of(12));
     const std::vector<std::string> words{"--batch",   "m",         "--size", "8x8",

@@ -103,6 +103,7 @@ public:
 
 TEST_F(NoRttiTest, a_texture_of_a_hosts_is_bound_with_all_restored_where_binds_are_kept) {
     KeepingRenderer renderer;
+    renderer.set_elided_binds_state(true);
     renderer.keep_binds(true);
     auto* const material = new Material;
     material->add_texture(new_plain_texture());
