@@ -6,7 +6,7 @@ using namespace orvex;
 
 namespace {
 
-constexpr int per_side = 20;
+constexpr int per_side = 10;
 
 const char* const lit = R"([Vertex_Shader]
 #version 150
@@ -63,13 +63,13 @@ void unset_unused_names(Renderer* renderer, GpuProgram* program) {
 }
 
 vec4 place_of(int i, float side) {
-    return vec4(side + static_cast<float>(i % per_side) * 0.4f - 3.8f, 0.0f,
-                static_cast<float>(i / per_side) * 0.4f - 3.8f, 1.0f);
+    return vec4(side + static_cast<float>(i % per_side) * 0.8f - 3.6f, 0.0f,
+                static_cast<float>(i / per_side) * 0.8f - 3.6f, 1.0f);
 }
 
 MeshBox* make_box() {
     auto* const box = new MeshBox;
-    box->set_build_params(0.25f, 0.25f, 0.25f, 1, 1, 1);
+    box->set_build_params(0.5f, 0.5f, 0.5f, 1, 1, 1);
     box->build(nullptr);
     return box;
 }
@@ -121,8 +121,8 @@ int main(int argc, char** argv) {
         return 1;
     Camera* camera = new Camera;
     camera->set_viewport(0, 0, 480, 240);
-    camera->build_projection_persp(40.0f, 2.0f, 0.1f, 100.0f, true);
-    camera->set_view_params(vec4(0, 7, 11, 1), vec4(0, 0, 0, 1), vec4(0, 1, 0, 0), true);
+    camera->build_projection_persp(32.0f, 2.0f, 0.1f, 100.0f, true);
+    camera->set_view_params(vec4(0, 9, 15, 1), vec4(0, 0, 0.6f, 1), vec4(0, 1, 0, 0), true);
     camera->bind(stage.renderer, true, true, true, true, false);
     camera->release(nullptr, nullptr);
     stage.renderer->clear_color_depth_buffers(0.1f, 0.12f, 0.15f, 1.0f, 1.0f);
