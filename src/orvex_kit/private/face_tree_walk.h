@@ -117,7 +117,8 @@ struct BoxProbe {
     const Doubles a = x[2] * y[1] - y[2] * x[1];
     const Doubles b = x[0] * y[2] - y[0] * x[2];
     const Doubles c = x[1] * y[0] - y[1] * x[0];
-    return bits_of(((a >= 0) & (b >= 0) & (c >= 0)) | ((a <= 0) & (b <= 0) & (c <= 0)));
+    const Longs is_within = ((a >= 0) & (b >= 0) & (c >= 0)) | ((a <= 0) & (b <= 0) & (c <= 0));
+    return bits_of(is_within);
 }
 
 struct TreeVisit {
