@@ -19,6 +19,7 @@
 #include <orvex/renderer/records/image.h>
 #include <orvex/renderer/records/mesh_data.h>
 #include <orvex/scene/camera.h>
+#include <orvex/scene/light.h>
 
 #include "orvex_formats/private/normals.h"
 #include "orvex_formats/private/refusal.h"
@@ -288,14 +289,14 @@ void add_lines(const Lines& told, Model& model) {
     static_cast<void>(lines.release()); // the model holds it now
 }
 
-// --- Cameras
+// --- Cameras and lights
 
-struct EndCamera {
-    void operator()(Camera* camera) const { camera->kill(nullptr, nullptr); }
+struct EndNode {
+    void operator()(Node* node) const { node->kill(nullptr, nullptr); }
 };
 
 void add_camera(const Viewpoint& told, Model& model) {
-    std::unique_ptr<Camera, EndCamera> camera(new Camera);
+    std::unique_ptr<Camera, EndNode> camera(new Camera);
     camera->set_name(told.name.c_str());
     camera->set_position(vec4(told.eye.x, told.eye.y, told.eye.z, 1.0f));
     // It stays level about what is upward.
@@ -311,6 +312,21 @@ void add_camera(const Viewpoint& told, Model& model) {
     }
     model.add_child(camera.get());
     static_cast<void>(camera.release()); // the model holds it now
+}
+
+void add_light(const Lamp& told, unsigned int index, Model& model) {
+    std::unique_ptr<Light, EndNode> light(new Light);
+    light->set_name(told.name.c_str());
+    light->set_index(index);
+    light->set_position(told.place.x, told.place.y, told.place.z);
+    if (told.reach > 0.0f)
+        light->set_radius(told.reach);
+    const vec4 color(told.color.x, told.color.y, told.color.z, 1.0f);
+    light->set_ambient(0.0f, 0.0f, 0.0f, 1.0f); // it brightens what it reaches alone
+    light->set_diffuse(color);
+    light->set_specular(color);
+    model.add_child(light.get());
+    static_cast<void>(light.release()); // the model holds it now
 }
 
 } // namespace
@@ -330,6 +346,9 @@ std::vector<std::string> build_model(Draft&& draft, Model& model) {
         add_lines(lines, model);
     for (const Viewpoint& camera : draft.cameras)
         add_camera(camera, model);
+    unsigned int index = 0;
+    for (const Lamp& lamp : draft.lamps)
+        add_light(lamp, index++, model);
     return std::move(textures.notes);
 }
 

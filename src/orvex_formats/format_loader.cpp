@@ -57,7 +57,7 @@ std::uint64_t model_size_of(const Draft& draft) {
         size += size_of_node + cloud.positions.size() * size_of_point;
     for (const Lines& lines : draft.lines)
         size += size_of_node + lines.positions.size() * size_of_point;
-    size += size_of_node * draft.cameras.size();
+    size += size_of_node * (draft.cameras.size() + draft.lamps.size());
     return size;
 }
 

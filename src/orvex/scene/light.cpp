@@ -7,12 +7,14 @@
 
 #include "orvex/base/private/misuse.h"
 #include "orvex/renderer/renderer.h"
+#include "orvex/scene/private/node_data.h"
 
 namespace orvex {
 
 Light::Light()
     : data(std::make_unique<LightData>()) {
     set_type(NODE_TYPE_LIGHT);
+    NodeData::of(*this).kind = this;
     data->position_uniform_name.assign("orvex_light_position");
     data->radius_uniform_name.assign("orvex_light_radius");
     data->ambient_uniform_name.assign("orvex_light_ambient");
@@ -21,6 +23,10 @@ Light::Light()
 }
 
 Light::~Light() = default;
+
+Light* Light::from_node(Node* node) {
+    return node_as<Light>(node);
+}
 
 LightData* Light::get_light_data() {
     return data.get();

@@ -49,6 +49,11 @@ public:
     Light();
     ~Light() override;
 
+    /// The node as a light, decided by what its constructor noted, and not by type information,
+    /// which classes of hosts and plugins may lack.
+    /// @return null for null, and for a node that is none
+    static Light* from_node(Node* node);
+
     /// The record, owned by this light. Never null.
     LightData* get_light_data();
     const LightData* get_light_data() const; ///< the record, to read only

@@ -117,13 +117,13 @@ void GltfNodes::note_scenes() const {
                           " was read, and the others were left out");
 }
 
-void GltfNodes::add_scene(GltfMeshes& meshes, GltfCameras& cameras) {
+void GltfNodes::add_scene(GltfMeshes& meshes, GltfCameras& cameras, GltfLights& lights) {
     note_scenes();
     std::vector<std::uint32_t> order = roots_of_scene();
     follow(order);
     check_size(order, meshes);
     for (const std::uint32_t node : order)
-        add_node(node, meshes, cameras);
+        add_node(node, meshes, cameras, lights);
 }
 
 void GltfNodes::check_size(const std::vector<std::uint32_t>& order,
@@ -143,14 +143,14 @@ void GltfNodes::check_size(const std::vector<std::uint32_t>& order,
     }
 }
 
-void GltfNodes::add_node(std::uint32_t place, GltfMeshes& meshes, GltfCameras& cameras) {
+void GltfNodes::add_node(std::uint32_t place, GltfMeshes& meshes, GltfCameras& cameras,
+                         GltfLights& lights) {
     const Json node = nodes.at(place);
     const std::size_t mesh = node.index("mesh", meshes.size(), "meshes");
     const std::size_t skin = node.index("skin", skins.size(), "skins");
     if (node.find("camera"))
         cameras.add(node, worlds[place]);
-    if (node.object("extensions").find("KHR_lights_punctual"))
-        notes.add(node, "lights were left out, as looks have their own");
+    lights.add(node, worlds[place]);
     if (mesh == Json::no_index)
         return;
     GltfStand stand;

@@ -15,6 +15,7 @@
 #include "orvex_formats/gltf/private/gltf_camera.h"
 #include "orvex_formats/gltf/private/gltf_chains.h"
 #include "orvex_formats/gltf/private/gltf_json.h"
+#include "orvex_formats/gltf/private/gltf_light.h"
 #include "orvex_formats/gltf/private/gltf_material.h"
 #include "orvex_formats/gltf/private/gltf_mesh.h"
 #include "orvex_formats/gltf/private/gltf_nodes.h"
@@ -121,7 +122,8 @@ Draft read_gltf_at(const InputFile& file, std::optional<float> time) {
     GltfMaterials materials(root, file, buffers, budget, notes, draft);
     GltfMeshes meshes(root, accessors, materials, budget, notes, draft);
     GltfCameras cameras(root, budget, notes, draft);
-    GltfNodes(root, time, accessors, budget, notes).add_scene(meshes, cameras);
+    GltfLights lights(root, budget, notes, draft);
+    GltfNodes(root, time, accessors, budget, notes).add_scene(meshes, cameras, lights);
     draft.files = buffers.files();
     return draft;
 }

@@ -28,9 +28,9 @@ constexpr std::uint64_t most_of_model(std::uint64_t file_size) {
 }
 
 /// Adds what a draft holds to a model: a mesh for each surface, a point pool for each cloud, a
-/// polyline for each of its lines, cameras, and the materials, which the material manager gets as
-/// well, and the texture manager their pictures. The draft is used up on the way, so that the
-/// memory of both isn't needed at once. When it throws, some of it may have been added.
+/// polyline for each of its lines, cameras, lights, and the materials, which the material manager
+/// gets as well, and the texture manager their pictures. The draft is used up on the way, so that
+/// the memory of both isn't needed at once. When it throws, some of it may have been added.
 /// @return notes about pictures that no codec can decode: they are white
 /// @throw std::bad_alloc
 std::vector<std::string> build_model(Draft&& draft, Model& model);

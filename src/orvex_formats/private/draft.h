@@ -58,6 +58,14 @@ struct Viewpoint {
     float far = 0.0f;     ///< where it ends; 0: nowhere
 };
 
+/// A light that stands somewhere and shines to all sides.
+struct Lamp {
+    std::string name;
+    vec3 place;
+    vec3 color;         ///< red, green and blue, each times the light's intensity; from 0 upward
+    float reach = 0.0f; ///< where it ends; 0: nowhere
+};
+
 /// A picture that the model's file carries within itself.
 struct Picture {
     std::string name;                 ///< as materials name it
@@ -84,6 +92,7 @@ struct Draft {
     std::vector<Cloud> clouds;
     std::vector<Lines> lines;
     std::vector<Viewpoint> cameras;
+    std::vector<Lamp> lamps;
     std::vector<SurfaceMaterial> materials;
     std::vector<Picture> pictures;
     std::vector<std::string> notes; ///< sentences about what the file has and the draft hasn't

@@ -18,6 +18,7 @@
 #include "orvex/gpu/gpu_program_mgr.h"
 #include "orvex/kernel/core.h"
 #include "orvex/scene/camera.h"
+#include "orvex/scene/light.h"
 
 namespace orvex_test {
 
@@ -222,32 +223,35 @@ TEST_F(KernelTest, search_path_never_writes_the_last_byte_of_a_buffer) {
 
 /// Which of the classes takes a node for one of its own.
 std::vector<const void*> kinds_of(Node* node) {
-    return {Camera::from_node(node), Mesh::from_node(node), Polyline::from_node(node),
-            Texture::from_node(node), VertexPool::from_node(node)};
+    return {Camera::from_node(node),   Light::from_node(node),   Mesh::from_node(node),
+            Polyline::from_node(node), Texture::from_node(node), VertexPool::from_node(node)};
 }
 
 TEST(NodeKinds, are_those_of_the_constructors_whatever_type_a_node_bears) {
     using Kinds = std::vector<const void*>;
     auto* const camera = new Camera;
+    auto* const light = new Light;
     auto* const mesh = new MeshBox;
     auto* const line = new Polyline;
     auto* const texture = new Texture;
     auto* const pool = new VertexPool;
-    EXPECT_EQ(kinds_of(camera), (Kinds{camera, nullptr, nullptr, nullptr, nullptr}));
-    EXPECT_EQ(kinds_of(mesh), (Kinds{nullptr, mesh, nullptr, nullptr, nullptr}));
-    EXPECT_EQ(kinds_of(line), (Kinds{nullptr, nullptr, line, nullptr, nullptr}));
-    EXPECT_EQ(kinds_of(texture), (Kinds{nullptr, nullptr, nullptr, texture, nullptr}));
-    EXPECT_EQ(kinds_of(pool), (Kinds{nullptr, nullptr, nullptr, nullptr, pool}));
+    EXPECT_EQ(kinds_of(camera), (Kinds{camera, nullptr, nullptr, nullptr, nullptr, nullptr}));
+    EXPECT_EQ(kinds_of(light), (Kinds{nullptr, light, nullptr, nullptr, nullptr, nullptr}));
+    EXPECT_EQ(kinds_of(mesh), (Kinds{nullptr, nullptr, mesh, nullptr, nullptr, nullptr}));
+    EXPECT_EQ(kinds_of(line), (Kinds{nullptr, nullptr, nullptr, line, nullptr, nullptr}));
+    EXPECT_EQ(kinds_of(texture), (Kinds{nullptr, nullptr, nullptr, nullptr, texture, nullptr}));
+    EXPECT_EQ(kinds_of(pool), (Kinds{nullptr, nullptr, nullptr, nullptr, nullptr, pool}));
 
     auto* const impostor = new Object;
-    for (const NODE_TYPE type : {NODE_TYPE_CAMERA, NODE_TYPE_MESH, NODE_TYPE_POLYLINE,
-                                 NODE_TYPE_TEXTURE, NODE_TYPE_VERTEX_POOL})
+    for (const NODE_TYPE type : {NODE_TYPE_CAMERA, NODE_TYPE_LIGHT, NODE_TYPE_MESH,
+                                 NODE_TYPE_POLYLINE, NODE_TYPE_TEXTURE, NODE_TYPE_VERTEX_POOL})
         impostor->set_type(type);
     for (Node* const none : {static_cast<Node*>(impostor), static_cast<Node*>(nullptr)})
-        EXPECT_EQ(kinds_of(none), Kinds(5));
+        EXPECT_EQ(kinds_of(none), Kinds(6));
     for (Node* const node :
-         {static_cast<Node*>(camera), static_cast<Node*>(mesh), static_cast<Node*>(line),
-          static_cast<Node*>(texture), static_cast<Node*>(pool), static_cast<Node*>(impostor)})
+         {static_cast<Node*>(camera), static_cast<Node*>(light), static_cast<Node*>(mesh),
+          static_cast<Node*>(line), static_cast<Node*>(texture), static_cast<Node*>(pool),
+          static_cast<Node*>(impostor)})
         node->kill(nullptr, nullptr);
 }
 

@@ -55,7 +55,7 @@ struct Node::NodeData : NodeFrameData {
     /// This node as one of the engine's own classes, set by their constructors, as `object` is. A
     /// class of a host's may have been built without type information.
     Resource* resource = nullptr;
-    std::variant<std::monostate, Camera*, Mesh*, Polyline*, Texture*, VertexPool*> kind;
+    std::variant<std::monostate, Camera*, Light*, Mesh*, Polyline*, Texture*, VertexPool*> kind;
     /// The class whose objects draw by the engine's own code alone, see `note_drawn_by_engine`.
     const void* drawn_as = nullptr;
     Thread thread;

@@ -13,6 +13,7 @@
 #include "orvex_formats/gltf/private/gltf_budget.h"
 #include "orvex_formats/gltf/private/gltf_camera.h"
 #include "orvex_formats/gltf/private/gltf_json.h"
+#include "orvex_formats/gltf/private/gltf_light.h"
 #include "orvex_formats/gltf/private/gltf_mesh.h"
 #include "orvex_formats/gltf/private/gltf_notes.h"
 #include "orvex_formats/gltf/private/gltf_transform.h"
@@ -28,10 +29,10 @@ public:
     GltfNodes(const Json& json, std::optional<float> time, GltfAccessors& accessors,
               GltfBudget& budget, GltfNotes& notes);
 
-    /// Adds the meshes and cameras of the scene that the file shows first, or of all roots where it
-    /// has no scene, each as often as nodes have it.
+    /// Adds the meshes, cameras and lights of the scene that the file shows first, or of all roots
+    /// where it has no scene, each as often as nodes have it.
     /// @throw Refusal
-    void add_scene(GltfMeshes& meshes, GltfCameras& cameras);
+    void add_scene(GltfMeshes& meshes, GltfCameras& cameras, GltfLights& lights);
 
 private:
     void find_parents();
@@ -40,7 +41,7 @@ private:
     void compute_worlds();
     GltfTransform local(std::uint32_t node) const;
     std::vector<std::uint32_t> roots_of_scene() const;
-    void add_node(std::uint32_t node, GltfMeshes& meshes, GltfCameras& cameras);
+    void add_node(std::uint32_t node, GltfMeshes& meshes, GltfCameras& cameras, GltfLights& lights);
     void note_scenes() const;
     /// Refuses nodes whose meshes come to far more than the file.
     void check_size(const std::vector<std::uint32_t>& order, const GltfMeshes& meshes) const;
