@@ -12,6 +12,7 @@
 #include <utility>
 
 #include "orvex/math/private/angle.h"
+#include "orvex/math/private/turn_numbers.h"
 #include "orvex/math/quat.h"
 
 namespace orvex {
@@ -95,16 +96,16 @@ mat4& mat4::init_eulerAngleYXZ(float a, float b, float c) noexcept {
 }
 
 mat4& mat4::from_quat(const quat& q) noexcept {
-    const float x = q.x, y = q.y, z = q.z, w = q.w;
-    m[0] = 1.0f - 2.0f * (y * y + z * z);
-    m[1] = 2.0f * (x * y + w * z);
-    m[2] = 2.0f * (x * z - w * y);
-    m[4] = 2.0f * (x * y - w * z);
-    m[5] = 1.0f - 2.0f * (x * x + z * z);
-    m[6] = 2.0f * (y * z + w * x);
-    m[8] = 2.0f * (x * z + w * y);
-    m[9] = 2.0f * (y * z - w * x);
-    m[10] = 1.0f - 2.0f * (x * x + y * y);
+    const TurnNumbers turn(q);
+    m[0] = turn.xx;
+    m[1] = turn.yx;
+    m[2] = turn.zx;
+    m[4] = turn.xy;
+    m[5] = turn.yy;
+    m[6] = turn.zy;
+    m[8] = turn.xz;
+    m[9] = turn.yz;
+    m[10] = turn.zz;
     return *this;
 }
 

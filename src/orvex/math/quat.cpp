@@ -1,10 +1,9 @@
 #include "orvex/math/quat.h"
 
-#include <bit>
 #include <cmath>
-#include <cstdint>
 
 #include "orvex/math/private/angle.h"
+#include "orvex/math/private/zero.h"
 #include "orvex/math/vec4.h"
 
 namespace orvex {
@@ -20,9 +19,11 @@ void store(float* where, float value) {
 
 } // namespace
 
+// A length of exactly 1 isn't asked for: a turn has it or just misses it, so that no processor
+// foresees the answer, and a scale of 1 changes nothing either.
 quat& quat::normalize() noexcept {
     const float length = std::sqrt(x * x + y * y + z * z + w * w);
-    if (length == 1.0f || length < smallest_length)
+    if (length < smallest_length)
         return *this;
     const float scale = 1.0f / length;
     return set(x * scale, y * scale, z * scale, w * scale);
@@ -51,8 +52,35 @@ quat turn_about(const vec4& axis, float angle) noexcept {
     return quat().from_axis_angle(angle, axis, false);
 }
 
-bool is_positive_zero(float value) noexcept {
-    return std::bit_cast<std::uint32_t>(value) == 0;
+quat euler_product(float x, float y, float z) noexcept {
+    quat product = (turn_about(vec4::UNIT_Y_AXIS, y) * turn_about(vec4::UNIT_X_AXIS, x)) *
+                   turn_about(vec4::UNIT_Z_AXIS, z);
+    return product.normalize();
+}
+
+/// Scales a sine and a cosine to unit length, as `normalize` does where the rest is zero.
+void normalize_turn(float& sine, float& cosine) noexcept {
+    const float scale = 1.0f / std::sqrt(sine * sine + cosine * cosine);
+    sine *= scale;
+    cosine *= scale;
+}
+
+/// The product of a turn about one axis and of two by +0, which leave nothing of it but its sine
+/// and cosine, to the bit: the zeros add up to +0. It is normalised twice, as a turn and as a
+/// product.
+/// @param component  that of the axis
+/// @return false, changing nothing, where one of the two is zero or no number
+bool set_single_turn(quat& turn, float quat::*component, float angle) noexcept {
+    const float half = angle * degrees_to_radians * 0.5f;
+    float sine = std::sin(half);
+    float cosine = std::cos(half);
+    if (!(std::abs(sine) > 0.0f && std::abs(cosine) > 0.0f))
+        return false;
+    normalize_turn(sine, cosine);
+    normalize_turn(sine, cosine);
+    turn.set(0.0f, 0.0f, 0.0f, cosine);
+    turn.*component = sine;
+    return true;
 }
 
 } // namespace
@@ -60,11 +88,27 @@ bool is_positive_zero(float value) noexcept {
 quat& quat::from_euler(float x, float y, float z) noexcept {
     // Three turns by +0 are the identity to the bit, and most calls are of a single turn or of
     // none.
-    if (is_positive_zero(x) && is_positive_zero(y) && is_positive_zero(z))
+    const bool has_x = !is_positive_zero(x), has_y = !is_positive_zero(y),
+               has_z = !is_positive_zero(z);
+    switch (has_x + 2 * has_y + 4 * has_z) {
+    case 0:
         return identity();
-    *this = (turn_about(vec4::UNIT_Y_AXIS, y) * turn_about(vec4::UNIT_X_AXIS, x)) *
-            turn_about(vec4::UNIT_Z_AXIS, z);
-    return normalize();
+    case 1:
+        if (set_single_turn(*this, &quat::x, x))
+            return *this;
+        break;
+    case 2:
+        if (set_single_turn(*this, &quat::y, y))
+            return *this;
+        break;
+    case 4:
+        if (set_single_turn(*this, &quat::z, z))
+            return *this;
+        break;
+    default:
+        break;
+    }
+    return *this = euler_product(x, y, z);
 }
 
 void quat::to_euler(float* first, float* second, float* third) const noexcept {

@@ -4,6 +4,10 @@
 
 #include "orvex/scene/tripod.h"
 
+#include <cstring>
+
+#include "orvex/math/private/turn_numbers.h"
+#include "orvex/math/private/zero.h"
 #include "orvex/scene/private/tripod_data.h"
 
 namespace orvex {
@@ -66,12 +70,15 @@ const vec4& Tripod::get_orientation_euler_angles() const {
 void Tripod::TripodData::update_orientation() {
     if (!euler_dirty)
         return;
-    const vec4& angles = orientation_euler_angles;
-    rotation_x.from_euler(angles.x, 0.0f, 0.0f);
-    rotation_y.from_euler(0.0f, angles.y, 0.0f);
-    rotation_z.from_euler(0.0f, 0.0f, angles.z);
-    orientation = rotation_x * rotation_y * rotation_z;
     euler_dirty = false;
+    const float x = orientation_euler_angles.x, y = orientation_euler_angles.y,
+                z = orientation_euler_angles.z;
+    // A single turn is the product already, to the bit: the other factors are the identity.
+    if (is_positive_zero(x) + is_positive_zero(y) + is_positive_zero(z) >= 2)
+        orientation.from_euler(x, y, z);
+    else
+        orientation = quat().from_euler(x, 0.0f, 0.0f) * quat().from_euler(0.0f, y, 0.0f) *
+                      quat().from_euler(0.0f, 0.0f, z);
 }
 
 void Tripod::update_orientation() {
@@ -107,14 +114,43 @@ const vec4* Tripod::get_scale_vec4_ptr() const {
     return &data->scale;
 }
 
+namespace {
+
+/// The product of a translation, a rotation and a scale, each a matrix as `mat4` makes it. Columns
+/// stay in registers: of one that was written number by number the processor would wait.
+mat4 product_of(const vec4& position, const quat& turn, const vec4& scale) {
+    using detail::column4;
+    const column4 translation[4] = {{1.0f, 0.0f, 0.0f, 0.0f},
+                                    {0.0f, 1.0f, 0.0f, 0.0f},
+                                    {0.0f, 0.0f, 1.0f, 0.0f},
+                                    {position.x, position.y, position.z, 1.0f}};
+    const TurnNumbers numbers(turn);
+    const column4 rotation[4] = {{numbers.xx, numbers.yx, numbers.zx, 0.0f},
+                                 {numbers.xy, numbers.yy, numbers.zy, 0.0f},
+                                 {numbers.xz, numbers.yz, numbers.zz, 0.0f},
+                                 {0.0f, 0.0f, 0.0f, 1.0f}};
+    const column4 scaling[4] = {{scale.x, 0.0f, 0.0f, 0.0f},
+                                {0.0f, scale.y, 0.0f, 0.0f},
+                                {0.0f, 0.0f, scale.z, 0.0f},
+                                {0.0f, 0.0f, 0.0f, 1.0f}};
+    column4 moved[4];
+    for (int i = 0; i < 4; ++i)
+        moved[i] = detail::combine_columns(translation, rotation[i]);
+    mat4 product;
+    for (int i = 0; i < 4; ++i) {
+        const column4 column = detail::combine_columns(moved, scaling[i]);
+        std::memcpy(product.m + 4 * i, &column, sizeof(column));
+    }
+    return product;
+}
+
+} // namespace
+
 void Tripod::TripodData::update_transform() {
     if (!dirty)
         return;
-    translation_matrix.init_translate(position);
     update_orientation();
-    rotation_matrix.from_quat(orientation);
-    scale_matrix.init_scale(scale);
-    transform = translation_matrix * rotation_matrix * scale_matrix;
+    transform = product_of(position, orientation, scale);
     dirty = false;
 }
 

@@ -12,13 +12,18 @@
 
 namespace orvex {
 
-/// What a frame reads of a transform that did not change.
+/// What a frame reads of a transform.
 struct TripodFrameData {
     mat4 transform;
     bool dirty = true;
     bool euler_dirty = true; ///< the angles are newer than the orientation
+    // From here on: where it changed.
+    quat orientation;
+    vec4 orientation_euler_angles;
+    vec4 position;
+    vec4 scale = vec4::ONE;
 };
-static_assert(sizeof(TripodFrameData) <= sizeof(mat4) + 4, "the matrix and its marks, no more");
+static_assert(sizeof(TripodFrameData) <= 132, "more than three lines of the cache, in most");
 
 struct Tripod::TripodData : TripodFrameData {
     /// Bytes at its beginning that `draw_ahead` asks for.
@@ -30,13 +35,6 @@ struct Tripod::TripodData : TripodFrameData {
     void update_orientation();
     /// Computes the matrix, if a component changed.
     void update_transform();
-
-    quat orientation;
-    quat rotation_x, rotation_y, rotation_z;
-    vec4 orientation_euler_angles;
-    vec4 position;
-    vec4 scale = vec4::ONE;
-    mat4 translation_matrix, scale_matrix, rotation_matrix;
 };
 
 } // namespace orvex
