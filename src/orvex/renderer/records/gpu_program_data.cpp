@@ -224,6 +224,11 @@ void GpuProgramData::add_active_slot(GpuProgramData** slot) {
 }
 
 void GpuProgramData::remove_active_slot(GpuProgramData** slot) {
+    // What came last mostly goes first: at each draw.
+    if (!active_slots.empty() && active_slots.back() == slot) {
+        active_slots.pop_back();
+        return;
+    }
     active_slots.erase(std::remove(active_slots.begin(), active_slots.end(), slot),
                        active_slots.end());
 }

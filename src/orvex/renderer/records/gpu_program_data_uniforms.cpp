@@ -23,17 +23,26 @@ bool has_name(const GpuProgramUniform* uniform, const char* name) {
     return uniform && std::strncmp(uniform->name, name, name_length) == 0;
 }
 
+/// Setters come in the same order for each object, so the slot behind the last hit is mostly right,
+/// and behind the last one in use the first.
+/// @return the record there, null if it is another's
+inline GpuProgramUniform* find_next(GpuProgramUniform* const* uniforms, unsigned long count,
+                                    unsigned long& last_found, const char* name) {
+    const unsigned long next = last_found + 1;
+    const unsigned long slot = next < count && uniforms[next] ? next : 0;
+    if (slot >= count || !*name || !has_name(uniforms[slot], name))
+        return nullptr;
+    last_found = slot;
+    return uniforms[slot];
+}
+
 } // namespace
 
 GpuProgramUniform* GpuProgramData::find_uniform(const char* name) {
     if (!name)
         return nullptr;
-    // Setters come in the same order each frame, so the slot behind the last hit is mostly right.
-    const unsigned long next = last_found + 1;
-    if (next < num_uniforms && *name && has_name(uniforms[next], name)) {
-        last_found = next;
-        return uniforms[next];
-    }
+    if (GpuProgramUniform* const next = find_next(uniforms, num_uniforms, last_found, name))
+        return next;
     for (unsigned long i = 0; i < num_uniforms; ++i) {
         if (has_name(uniforms[i], name)) {
             last_found = i;
@@ -263,8 +272,15 @@ ORVEX_UNIFORM_KINDS(ORVEX_SET_VALUE, ORVEX_SET_WORDS, ORVEX_SET_HANDLE, ORVEX_SE
 #undef ORVEX_SET_ARRAY
 #undef ORVEX_SET_MATRIX
 
+// The engine's own values, several for each object.
 bool GpuProgramData::set_uniform_4x4f(const char* name, const mat4& value) {
-    return set_uniform_4x4f(name, value.m);
+    GpuProgramUniform* const next =
+        name ? find_next(uniforms, num_uniforms, last_found, name) : nullptr;
+    if (!next)
+        return set_uniform_4x4f(name, value.m);
+    next->dirty = true;
+    next->m4f = value;
+    return true;
 }
 
 } // namespace orvex

@@ -96,17 +96,22 @@ bool AttributeFamily::match_instancing(GpuProgramData* program, MeshData* mesh) 
 
 namespace {
 
+// By itself, as most records have no such attributes and need no room for names.
+[[gnu::noinline]] int locate_user(const AttributeFamily& attributes, const GpuProgramData* program,
+                                  unsigned long index) {
+    char name[64];
+    std::snprintf(name, sizeof(name), "orvex_Attrib%d", static_cast<int>(index));
+    return attributes.location(program, name);
+}
+
 template<class Record>
 bool look_up(const AttributeFamily& attributes, const GpuProgramData* program, Record* record) {
     if (!program || !record || record->num_user_attribs == 0)
         return false;
     if (!record->user_attribs_allocated)
         return true;
-    for (unsigned long i = 0; i < record->num_user_attribs; ++i) {
-        char name[64];
-        std::snprintf(name, sizeof(name), "orvex_Attrib%d", static_cast<int>(i));
-        record->user_attribs[i].attrib_location = attributes.location(program, name);
-    }
+    for (unsigned long i = 0; i < record->num_user_attribs; ++i)
+        record->user_attribs[i].attrib_location = locate_user(attributes, program, i);
     return true;
 }
 

@@ -331,10 +331,12 @@ bool ProgramFamily::activate(GpuProgramData* program) {
     if (!gl.glUseProgram || !link(program))
         return false;
     // Where an attribute stands is known of a linked program only; moving it takes another link.
-    attributes.move_core(program);
-    attributes.move_instancing(program);
-    if (!link(program))
-        return false;
+    if (program->core_attribs_pending || program->instancing_attribs_pending) {
+        attributes.move_core(program);
+        attributes.move_instancing(program);
+        if (!link(program))
+            return false;
+    }
     set_active(program);
     if (!state.bound().resume_program(program->gl_program)) {
         gl.glUseProgram(program->gl_program);

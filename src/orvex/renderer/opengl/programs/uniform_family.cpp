@@ -152,7 +152,9 @@ bool UniformFamily::send_table(GpuProgramData* program) const {
     }
     for (unsigned long i = 0; i < program->num_uniforms && program->uniforms[i]; ++i) {
         GpuProgramUniform& uniform = *program->uniforms[i];
-        if (uniform.dirty && uniform.location >= 0)
+        if (!uniform.dirty)
+            continue;
+        if (uniform.location >= 0)
             send_record(gl, uniform);
         uniform.dirty = false;
     }
