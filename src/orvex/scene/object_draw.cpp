@@ -39,22 +39,22 @@ struct DrawMatrices {
 
 /// Sends each value the program has a name for. Products nobody named are not formed.
 void send_matrices(GpuProgramData& program, const DrawMatrices& matrices) {
-    if (const char* name = program.get_model_matrix_uniform_name())
+    if (const char* name = program.model_matrix_uniform_name.get())
         program.set_uniform_4x4f(name, matrices.model);
-    if (const char* name = program.get_view_matrix_uniform_name())
+    if (const char* name = program.view_matrix_uniform_name.get())
         program.set_uniform_4x4f(name, matrices.view);
-    if (const char* name = program.get_projection_matrix_uniform_name())
+    if (const char* name = program.projection_matrix_uniform_name.get())
         program.set_uniform_4x4f(name, matrices.projection);
-    if (const char* name = program.get_model_view_matrix_uniform_name())
+    if (const char* name = program.model_view_matrix_uniform_name.get())
         program.set_uniform_4x4f(name, matrices.model_view);
-    if (const char* name = program.get_view_projection_matrix_uniform_name())
+    if (const char* name = program.view_projection_matrix_uniform_name.get())
         program.set_uniform_4x4f(name, matrices.projection * matrices.view);
-    if (const char* name = program.get_model_view_projection_matrix_uniform_name())
+    if (const char* name = program.model_view_projection_matrix_uniform_name.get())
         program.set_uniform_4x4f(name, matrices.projection * matrices.model_view);
 }
 
 void send_viewport(GpuProgramData& program, Renderer& renderer) {
-    const char* const name = program.get_viewport_uniform_name();
+    const char* const name = program.viewport_uniform_name.get();
     const int* const viewport = name ? renderer.get_viewport_ptr() : nullptr;
     if (viewport)
         program.set_uniform_4f(name, static_cast<float>(viewport[0]),

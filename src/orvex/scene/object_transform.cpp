@@ -60,16 +60,27 @@ Tripod* Object::get_tripod() const {
     return &object_data->tripod;
 }
 
+namespace {
+
+/// `count_parents`, of a node that mostly stands below the root or is one: no circle leads there.
+std::size_t count_few_parents(const Node& node) {
+    const Node* const parent = node_living_parent(node);
+    if (!parent)
+        return 0;
+    return node_living_parent(*parent) ? count_parents(node) : 1;
+}
+
+} // namespace
+
 mat4 Object::get_absolute_transform() {
-    mat4& absolute = object_data->absolute_transform;
-    absolute = get_transform();
+    mat4 absolute = get_transform();
     const Node* node = this;
-    for (std::size_t left = count_parents(*this); left > 0; --left) {
+    for (std::size_t left = count_few_parents(*this); left > 0; --left) {
         node = node_living_parent(*node);
         if (const Object* parent = node_as_object(*node))
             absolute = parent->get_transform() * absolute;
     }
-    return absolute;
+    return object_data->absolute_transform = absolute;
 }
 
 float* Object::get_absolute_transform_float_ptr() {
