@@ -33,12 +33,11 @@ void Mesh::render_geometry_prepare(Renderer* renderer) {
         return;
     GpuProgramData* const program = renderer->gpu_program_get_active_program();
     if (program) {
-        mesh_data->set_use_generic_vertex_attribs_state(
-            program->get_use_generic_vertex_attribs_state());
+        mesh_data->use_generic_vertex_attribs = program->get_use_generic_vertex_attribs_state();
         renderer->gpu_program_update_user_vertex_attrib_locations_mesh(program, mesh_data);
         renderer->gpu_program_bind_uniforms(program);
     } else {
-        mesh_data->set_use_generic_vertex_attribs_state(false);
+        mesh_data->use_generic_vertex_attribs = false;
     }
     const DebugName name(*this);
     renderer->vertex_buffer_prepare(mesh_data);

@@ -9,6 +9,7 @@
 #include "orvex/platform/private/constant_array.h"
 #include "orvex/platform/private/large_pages.h"
 #include "orvex/renderer/records/private/mesh_upload.h"
+#include "orvex/renderer/records/private/plain_store.h"
 #include "orvex/renderer/records/private/vertex_access.h"
 
 // How a store comes by its memory and gives it back. What can be asked of a store stands in
@@ -21,8 +22,12 @@ namespace orvex {
 
 using namespace vertex_access;
 
+std::atomic<const void*> plain_store_mark{nullptr};
+
 MeshData::MeshData(VERTEX_FORMAT format)
     : vertex_format(format) {
+    // In a constructor an object is of that constructor's class yet.
+    plain_store_mark.store(mark_of_class(*this), std::memory_order_relaxed);
     instance_positions.attrib_location = 6;
     instance_rotations.attrib_location = 7;
     instance_scales.attrib_location = 8;

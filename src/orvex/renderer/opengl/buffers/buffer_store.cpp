@@ -1,7 +1,6 @@
 #include "orvex/renderer/opengl/buffers/private/buffer_store.h"
 
 #include "orvex/renderer/opengl/gl/private/gl_debug.h"
-#include "orvex/renderer/opengl/state/private/gl_state.h"
 
 namespace orvex {
 
@@ -34,15 +33,6 @@ unsigned int create_buffer(const ORVEX_Renderer_OpenGL_Func& gl, GLenum target, 
 bool refuse_draws(const GlState& state, const void* record) {
     state.context().refused_record = record;
     return false;
-}
-
-void accept_draws(const GlState& state, const void* record) {
-    if (is_refused(state, record))
-        state.context().refused_record = nullptr;
-}
-
-bool is_refused(const GlState& state, const void* record) {
-    return state.context().refused_record == record;
 }
 
 void delete_buffer(GlState& state, unsigned int& id) {

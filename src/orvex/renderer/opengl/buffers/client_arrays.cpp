@@ -1,7 +1,6 @@
 #include "orvex/renderer/opengl/buffers/private/client_arrays.h"
 
-#include <algorithm>
-#include <iterator>
+#include <bit>
 #include <utility>
 
 namespace orvex {
@@ -23,35 +22,6 @@ GLenum client_state(ClientArray array) {
     return GL_TEXTURE_COORD_ARRAY;
 }
 
-} // namespace
-
-bool ClientArrays::resume(State& state, const ClientPlace& place) {
-    const ClientPlace& known = state.place;
-    if (!state.is_pointed || known.buffer != place.buffer || known.dim != place.dim ||
-        known.stride != place.stride || known.offset != place.offset)
-        return false;
-    state.buffer = place.buffer;
-    state.num_vertices = place.num_vertices;
-    state.set_by_prepare = true;
-    state.is_held = false;
-    return true;
-}
-
-void ClientArrays::point(State& state, const ClientPlace& place) const {
-    state = {place.buffer, place.num_vertices, true, is_keeping, false, place};
-}
-
-/// An array that isn't known to stand anywhere is disabled at once.
-bool ClientArrays::hold(State& state) {
-    state.buffer = 0;
-    state.num_vertices = 0;
-    state.set_by_prepare = false;
-    state.is_held = state.is_pointed;
-    return state.is_held;
-}
-
-namespace {
-
 bool is_uv(ClientArray array) {
     return array == ClientArray::uv0 || array == ClientArray::uv1;
 }
@@ -62,6 +32,23 @@ int unit_of(ClientArray array) {
 
 } // namespace
 
+bool ClientArrays::resume(int array, const ClientPlace& place) {
+    const ClientPlace& known = places[array];
+    if ((pointed & bit(array)) == 0 || known.buffer != place.buffer || known.dim != place.dim ||
+        known.stride != place.stride || known.offset != place.offset)
+        return false;
+    set(array, place);
+    return true;
+}
+
+/// An array that isn't known to stand anywhere is disabled at once.
+bool ClientArrays::hold(int array) {
+    enabled &= ~bit(array);
+    set_by_prepare &= ~bit(array);
+    held = (held & ~bit(array)) | (pointed & bit(array));
+    return (held & bit(array)) != 0;
+}
+
 void ClientArrays::select_unit(const ORVEX_Renderer_OpenGL_Func& gl, int new_unit) {
     wanted_unit = new_unit;
     unit = new_unit;
@@ -69,24 +56,20 @@ void ClientArrays::select_unit(const ORVEX_Renderer_OpenGL_Func& gl, int new_uni
 }
 
 bool ClientArrays::resume(ClientArray array, const ClientPlace& place) {
-    if (!is_keeping || !resume(fixed[static_cast<int>(array)], place))
+    if (!is_keeping || !resume(number_of(array), place))
         return false;
     if (is_uv(array))
         wanted_unit = unit_of(array);
     return true;
 }
 
-bool ClientArrays::resume_generic(int location, const ClientPlace& place) {
-    return is_keeping && location < num_generic && resume(generic[location], place);
-}
-
 void ClientArrays::enable(ClientArray array, const ClientPlace& place) {
-    point(fixed[static_cast<int>(array)], place);
+    point(number_of(array), place);
     glEnableClientState(client_state(array));
 }
 
 bool ClientArrays::disable(const ORVEX_Renderer_OpenGL_Func& gl, ClientArray array) {
-    if (hold(fixed[static_cast<int>(array)])) {
+    if (hold(number_of(array))) {
         if (is_uv(array))
             wanted_unit = unit_of(array);
         return true;
@@ -102,59 +85,60 @@ bool ClientArrays::disable(const ORVEX_Renderer_OpenGL_Func& gl, ClientArray arr
 
 void ClientArrays::enable_generic(const ORVEX_Renderer_OpenGL_Func& gl, int location,
                                   const ClientPlace& place) {
-    if (location < num_generic) {
-        point(generic[location], place);
-        end_of_generic = std::max(end_of_generic, location + 1);
-    }
+    if (location < num_generic)
+        point(number_of(location), place);
     gl.glEnableVertexAttribArray(static_cast<GLuint>(location));
 }
 
 bool ClientArrays::disable_generic(const ORVEX_Renderer_OpenGL_Func& gl, int location) {
-    if (location < num_generic && hold(generic[location]))
+    if (location < num_generic && hold(number_of(location)))
         return true;
     if (gl.glDisableVertexAttribArray)
         gl.glDisableVertexAttribArray(static_cast<GLuint>(location));
     return false;
 }
 
-void ClientArrays::begin_prepare() {
-    for (State& state : fixed)
-        state.set_by_prepare = false;
-    for (int i = 0; i < end_of_generic; ++i)
-        generic[i].set_by_prepare = false;
-}
-
-template<class Holds>
-bool ClientArrays::disable_where(const ORVEX_Renderer_OpenGL_Func& gl, Holds holds) {
+bool ClientArrays::disable_each(const ORVEX_Renderer_OpenGL_Func& gl, Arrays arrays) {
     bool is_held = false;
-    for (int i = 0; i < num_fixed; ++i)
-        if (holds(fixed[i]))
-            is_held |= disable(gl, static_cast<ClientArray>(i));
-    for (int i = 0; i < end_of_generic; ++i)
-        if (holds(generic[i]))
-            is_held |= disable_generic(gl, i);
+    for (; arrays != 0; arrays &= arrays - 1) {
+        const int array = std::countr_zero(arrays);
+        is_held |= array < num_fixed ? disable(gl, static_cast<ClientArray>(array))
+                                     : disable_generic(gl, array - num_fixed);
+    }
     return is_held;
 }
 
-bool ClientArrays::end_prepare(const ORVEX_Renderer_OpenGL_Func& gl, unsigned long num_vertices) {
-    return disable_where(gl, [num_vertices](const State& state) {
-        return state.buffer != 0 && !state.set_by_prepare && state.num_vertices < num_vertices;
-    });
+template<class Holds>
+ClientArrays::Arrays ClientArrays::find(Arrays among, Holds holds) const {
+    Arrays found = 0;
+    for (; among != 0; among &= among - 1) {
+        const int array = std::countr_zero(among);
+        if (holds(places[array]))
+            found |= bit(array);
+    }
+    return found;
+}
+
+bool ClientArrays::disable_shorter(const ORVEX_Renderer_OpenGL_Func& gl,
+                                   unsigned long num_vertices) {
+    return disable_each(gl,
+                        find(enabled & ~set_by_prepare, [num_vertices](const ClientPlace& place) {
+                            return place.num_vertices < num_vertices;
+                        }));
 }
 
 void ClientArrays::disable_all(const ORVEX_Renderer_OpenGL_Func& gl) {
-    disable_where(gl, [](const State& state) { return state.buffer != 0; });
+    disable_each(gl, enabled);
 }
 
 bool ClientArrays::reads(unsigned int buffer) const {
-    const auto holds = [buffer](const State& state) { return state.buffer == buffer; };
-    return buffer != 0 && (std::any_of(std::begin(fixed), std::end(fixed), holds) ||
-                           std::any_of(generic, generic + end_of_generic, holds));
+    return find(enabled, [buffer](const ClientPlace& place) { return place.buffer == buffer; }) !=
+           0;
 }
 
 void ClientArrays::forget_buffer(const ORVEX_Renderer_OpenGL_Func& gl, unsigned int buffer) {
-    if (buffer != 0)
-        disable_where(gl, [buffer](const State& state) { return state.buffer == buffer; });
+    disable_each(
+        gl, find(enabled, [buffer](const ClientPlace& place) { return place.buffer == buffer; }));
 }
 
 // Held arrays
@@ -165,26 +149,16 @@ void ClientArrays::set_keeping(bool state) {
 }
 
 void ClientArrays::forget_pointers() {
-    for (State& state : fixed)
-        state.is_pointed = state.is_held = false;
-    for (int i = 0; i < end_of_generic; ++i)
-        generic[i].is_pointed = generic[i].is_held = false;
+    pointed = 0;
+    held = 0;
     wanted_unit = no_unit;
     unit = no_unit;
 }
 
 void ClientArrays::disable_held(const ORVEX_Renderer_OpenGL_Func& gl) {
-    const auto is_left = [](State& state) {
-        state.is_pointed = state.is_pointed && !state.is_held;
-        return std::exchange(state.is_held, false);
-    };
     const int selected = wanted_unit;
-    for (int i = 0; i < num_fixed; ++i)
-        if (is_left(fixed[i]))
-            disable(gl, static_cast<ClientArray>(i));
-    for (int i = 0; i < end_of_generic; ++i)
-        if (is_left(generic[i]))
-            disable_generic(gl, i);
+    pointed &= ~held;
+    disable_each(gl, std::exchange(held, 0));
     wanted_unit = selected;
 }
 

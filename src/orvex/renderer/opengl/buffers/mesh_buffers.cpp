@@ -10,7 +10,24 @@
 
 namespace orvex::mesh_buffers {
 
+namespace {
+
+/// Of a store that is exactly a `MeshData`.
+Attribute attribute_of(const VertexAttribArray& array, int location, bool& need_update) {
+    return {array.data, array.get_element_size(), array.get_vector_dim(), location, &need_update};
+}
+
+} // namespace
+
 Attributes attributes_of(MeshData& mesh) {
+    if (is_plain_store(mesh))
+        return {
+            {attribute_of(mesh.position, mesh.position_attrib_location, mesh.positions_need_update),
+             attribute_of(mesh.color, mesh.color_attrib_location, mesh.colors_need_update),
+             attribute_of(mesh.normal, mesh.normal_attrib_location, mesh.normals_need_update),
+             attribute_of(mesh.uv0, mesh.uv0_attrib_location, mesh.uv0_need_update),
+             attribute_of(mesh.uv1, mesh.uv1_attrib_location, mesh.uv1_need_update),
+             attribute_of(mesh.tangent, mesh.tangent_attrib_location, mesh.tangents_need_update)}};
     return {{{mesh.get_position_ptr(), mesh.get_position_elt_size(), mesh.get_position_vector_dim(),
               mesh.position_attrib_location, &mesh.positions_need_update},
              {mesh.get_color_ptr(), mesh.get_color_elt_size(), mesh.get_color_vector_dim(),
@@ -46,18 +63,6 @@ GLenum index_usage(const GlState& state, MeshData& mesh) {
     return usage(state.forced_index_usage, mesh.index_buffer_usage);
 }
 
-// Buffers
-
-BufferStore vertex_store(const GlState& state, MeshData& mesh) {
-    return {state.gl, GL_ARRAY_BUFFER, "vertices", mesh.vertex_buffer_id,
-            mesh.gpu_state.vertex_buffer_bytes};
-}
-
-BufferStore face_store(const GlState& state, MeshData& mesh) {
-    return {state.gl, GL_ELEMENT_ARRAY_BUFFER, "faces", mesh.index_buffer_id,
-            mesh.gpu_state.index_buffer_bytes};
-}
-
 // Flags
 
 void raise_all_flags(MeshData& mesh) {
@@ -66,50 +71,42 @@ void raise_all_flags(MeshData& mesh) {
         mesh.user_attribs[i].need_update = true;
 }
 
-bool any_user_flag(const MeshData& mesh) {
-    for (unsigned long i = 0; i < mesh.num_user_attribs; ++i)
-        if (mesh.user_attribs[i].need_update)
-            return true;
-    return false;
-}
-
 // Sizes
 
 unsigned long record_bytes(MeshData& mesh) {
     return mesh.get_vertex_elt_size() * mesh.num_vertices;
 }
 
-unsigned long user_block_bytes(const MeshData& mesh) {
-    return sizeof(vec4) * mesh.num_vertices;
+namespace {
+
+/// The bytes of a vertex in all separate arrays.
+unsigned long separate_vertex_bytes(MeshData& mesh) {
+    unsigned long bytes = 0;
+    if (is_plain_store(mesh)) {
+        for (const VertexAttribArray* const array :
+             {&mesh.position, &mesh.color, &mesh.normal, &mesh.uv0, &mesh.uv1, &mesh.tangent})
+            bytes += array->data ? array->get_element_size() : 0;
+        return bytes;
+    }
+    if (mesh.get_position_ptr())
+        bytes += mesh.get_position_elt_size();
+    if (mesh.get_color_ptr())
+        bytes += mesh.get_color_elt_size();
+    if (mesh.get_normal_ptr())
+        bytes += mesh.get_normal_elt_size();
+    if (mesh.get_uv0_ptr())
+        bytes += mesh.get_uv0_elt_size();
+    if (mesh.get_uv1_ptr())
+        bytes += mesh.get_uv1_elt_size();
+    if (mesh.get_tangent_ptr())
+        bytes += mesh.get_tangent_elt_size();
+    return bytes;
 }
 
-unsigned long user_blocks_bytes(const MeshData& mesh) {
-    return user_block_bytes(mesh) * mesh.num_user_attribs;
-}
-
-unsigned long block_bytes(const MeshData& mesh, const Attribute& attribute) {
-    return attribute.data ? attribute.element_size * mesh.num_vertices : 0;
-}
+} // namespace
 
 unsigned long separate_bytes(MeshData& mesh) {
-    unsigned long vertex_bytes = 0;
-    if (mesh.get_position_ptr())
-        vertex_bytes += mesh.get_position_elt_size();
-    if (mesh.get_color_ptr())
-        vertex_bytes += mesh.get_color_elt_size();
-    if (mesh.get_normal_ptr())
-        vertex_bytes += mesh.get_normal_elt_size();
-    if (mesh.get_uv0_ptr())
-        vertex_bytes += mesh.get_uv0_elt_size();
-    if (mesh.get_uv1_ptr())
-        vertex_bytes += mesh.get_uv1_elt_size();
-    if (mesh.get_tangent_ptr())
-        vertex_bytes += mesh.get_tangent_elt_size();
-    return user_blocks_bytes(mesh) + vertex_bytes * mesh.num_vertices;
-}
-
-unsigned long face_list_bytes(const MeshData& mesh) {
-    return mesh.num_faces * (mesh.index_bits == 16 ? sizeof(FaceU16) : sizeof(FaceU32));
+    return user_blocks_bytes(mesh) + separate_vertex_bytes(mesh) * mesh.num_vertices;
 }
 
 // Uploads
@@ -168,19 +165,7 @@ void upload_blocks(const GlState& state, MeshData& mesh, const Attributes& attri
 
 // Indices
 
-GLenum index_type(const MeshData& mesh) {
-    return mesh.index_bits == 16 ? GL_UNSIGNED_SHORT : GL_UNSIGNED_INT;
-}
-
-const void* face_list(const MeshData& mesh) {
-    if (mesh.num_faces == 0)
-        return nullptr;
-    return mesh.index_bits == 16 ? static_cast<const void*>(mesh.faces_u16) : mesh.faces_u32;
-}
-
 void upload_quad_edges(const GlState& state, MeshData& mesh) {
-    if (!mesh.render_wireframe_quad || !mesh.quad_edges)
-        return;
     BufferStore store(state.gl, GL_ELEMENT_ARRAY_BUFFER, "quad edges", mesh.quad_edge_buffer_id,
                       mesh.gpu_state.quad_edge_buffer_bytes);
     const unsigned long bytes = mesh.num_quad_edges * sizeof(unsigned int);
@@ -199,12 +184,6 @@ void upload_quad_edges(const GlState& state, MeshData& mesh) {
         store.upload_bound(0, bytes, mesh.quad_edges);
         mesh.quad_edges_need_update = false;
     }
-}
-
-bool has_element_buffers(const MeshData& mesh) {
-    const bool draws_edges = mesh.render_wireframe_quad && mesh.quad_edges;
-    return (!face_list(mesh) || mesh.index_buffer_id != 0) &&
-           (!draws_edges || mesh.quad_edge_buffer_id != 0);
 }
 
 } // namespace orvex::mesh_buffers

@@ -9,7 +9,7 @@ void MeshFamily::begin_prepare(MeshData& mesh) {
     enter_context(state, mesh);
     accept_draws(state, &mesh);
     // Client arrays would be pointed inside it, and its own uploads unbind what those keep.
-    if (!mesh.get_use_generic_vertex_attribs_state())
+    if (!mesh.use_generic_vertex_attribs)
         state.release_vertex_array();
     else
         state.bound().take_off_client_arrays();
@@ -25,16 +25,15 @@ bool MeshFamily::prepare(MeshData* mesh) {
     if (!mesh)
         return false;
     begin_prepare(*mesh);
-    return end_prepare(*mesh, mesh->get_use_generic_vertex_attribs_state()
-                                  ? vertex_buffer_prepare_gl3(mesh)
-                                  : vertex_buffer_prepare_gl2(mesh));
+    return end_prepare(*mesh, mesh->use_generic_vertex_attribs ? vertex_buffer_prepare_gl3(mesh)
+                                                               : vertex_buffer_prepare_gl2(mesh));
 }
 
 bool MeshFamily::prepare_separate_arrays(MeshData* mesh) {
     if (!mesh)
         return false;
     begin_prepare(*mesh);
-    return end_prepare(*mesh, mesh->get_use_generic_vertex_attribs_state()
+    return end_prepare(*mesh, mesh->use_generic_vertex_attribs
                                   ? vertex_buffer_prepare_separate_arrays_gl3(mesh)
                                   : vertex_buffer_prepare_separate_arrays_gl2(mesh));
 }
@@ -45,8 +44,8 @@ bool MeshFamily::draw(MeshData* mesh) {
     if (is_refused(state, mesh))
         return false;
     state.bound().take_off_held();
-    return mesh->get_use_generic_vertex_attribs_state() ? vertex_buffer_draw_gl3(mesh)
-                                                        : vertex_buffer_draw_gl2(mesh);
+    return mesh->use_generic_vertex_attribs ? vertex_buffer_draw_gl3(mesh)
+                                            : vertex_buffer_draw_gl2(mesh);
 }
 
 bool MeshFamily::finish(MeshData* mesh) {
@@ -54,8 +53,8 @@ bool MeshFamily::finish(MeshData* mesh) {
         return false;
     state.follow_context();
     state.context().prepared_mesh = nullptr;
-    return mesh->get_use_generic_vertex_attribs_state() ? vertex_buffer_finish_gl3(mesh)
-                                                        : vertex_buffer_finish_gl2(mesh);
+    return mesh->use_generic_vertex_attribs ? vertex_buffer_finish_gl3(mesh)
+                                            : vertex_buffer_finish_gl2(mesh);
 }
 
 bool MeshFamily::kill(MeshData* mesh) {
@@ -66,8 +65,8 @@ bool MeshFamily::kill(MeshData* mesh) {
     enter_context(state, *mesh);
     if (state.context().prepared_mesh == mesh)
         state.context().prepared_mesh = nullptr;
-    return mesh->get_use_generic_vertex_attribs_state() ? vertex_buffer_kill_gl3(mesh)
-                                                        : vertex_buffer_kill_gl2(mesh);
+    return mesh->use_generic_vertex_attribs ? vertex_buffer_kill_gl3(mesh)
+                                            : vertex_buffer_kill_gl2(mesh);
 }
 
 bool MeshFamily::resize(MeshData* mesh) {

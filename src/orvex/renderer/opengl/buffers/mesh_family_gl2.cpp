@@ -98,9 +98,9 @@ void bind_faces(const GlState& state, MeshData& mesh) {
 /// Binds what an indexed draw reads: the edges in the place of the faces, if they are drawn.
 void bind_elements(const GlState& state, MeshData& mesh) {
     bind_faces(state, mesh);
-    upload_quad_edges(state, mesh);
     unsigned int bound = face_list(mesh) ? mesh.index_buffer_id : 0;
-    if (mesh.render_wireframe_quad && mesh.quad_edges) {
+    if (wants_quad_edges(mesh)) {
+        upload_quad_edges(state, mesh);
         bound = mesh.quad_edge_buffer_id;
         state.bound().buffer_was_bound(GL_ELEMENT_ARRAY_BUFFER, bound);
     }
@@ -147,7 +147,8 @@ bool MeshFamily::vertex_buffer_prepare_separate_arrays_gl2(MeshData* mesh) {
     bind_vertices(state, *mesh, separate_bytes(*mesh));
     if (mesh->vertex_buffer_id == 0)
         return refuse_draws(state, mesh);
-    upload_blocks(state, *mesh, attributes, Blocks::dirty);
+    if (any_vertex_flag(*mesh) || any_user_flag(*mesh))
+        upload_blocks(state, *mesh, attributes, Blocks::dirty);
 
     state.context().client_arrays.begin_prepare();
     visit_separate(*mesh, attributes, [&](MeshArray array) {
@@ -175,13 +176,14 @@ bool MeshFamily::vertex_buffer_finish_gl2(MeshData* mesh) {
     bool is_held = arrays.disable(gl, ClientArray::vertex);
     // An interleaved store has none of these pointers: its arrays stay enabled until the next
     // prepare points them elsewhere.
-    if (mesh->get_color_ptr())
+    const bool is_plain = is_plain_store(*mesh);
+    if (is_plain ? mesh->color.data : mesh->get_color_ptr())
         is_held |= arrays.disable(gl, ClientArray::color);
-    if (mesh->get_normal_ptr())
+    if (is_plain ? mesh->normal.data : mesh->get_normal_ptr())
         is_held |= arrays.disable(gl, ClientArray::normal);
-    if (mesh->get_uv1_ptr())
+    if (is_plain ? mesh->uv1.data : mesh->get_uv1_ptr())
         is_held |= arrays.disable(gl, ClientArray::uv1);
-    if (mesh->get_uv0_ptr())
+    if (is_plain ? mesh->uv0.data : mesh->get_uv0_ptr())
         is_held |= arrays.disable(gl, ClientArray::uv0);
     for (unsigned long i = 0; i < mesh->num_user_attribs; ++i)
         if (mesh->user_attribs[i].attrib_location >= 0)

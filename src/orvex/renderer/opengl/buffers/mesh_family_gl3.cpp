@@ -83,7 +83,8 @@ void record_vertex_array(const GlState& state, MeshData& mesh, Layout layout) {
 bool prepare_rest(const GlState& state, MeshData& mesh, Layout layout) {
     const bool has_instances = upload_instances(state, mesh);
     upload_faces(state, mesh);
-    upload_quad_edges(state, mesh);
+    if (wants_quad_edges(mesh))
+        upload_quad_edges(state, mesh);
     if (!has_instances || !has_element_buffers(mesh))
         return refuse_draws(state, &mesh);
     check_instances(mesh);
@@ -162,7 +163,8 @@ bool MeshFamily::vertex_buffer_prepare_gl3(MeshData* mesh) {
 bool MeshFamily::vertex_buffer_prepare_separate_arrays_gl3(MeshData* mesh) {
     // What an attribute is like is asked where something is uploaded: most objects stay as they
     // are.
-    if (mesh->num_vertices == 0 || !mesh->get_position_ptr() || !state.can_draw_vertex_arrays())
+    if (mesh->num_vertices == 0 || !has_separate_positions(*mesh) ||
+        !state.can_draw_vertex_arrays())
         return false;
     size_separate(state, *mesh);
     if (mesh->vertex_buffer_id == 0)

@@ -55,8 +55,6 @@ Registry& registry() {
     return *instance;
 }
 
-std::atomic<unsigned long> change_count = 0;
-
 /// Of the current context, which may be marked already.
 void mark_group(ShareGroup& group) {
     if (group.mark == 0)
@@ -67,9 +65,7 @@ void mark_group(ShareGroup& group) {
 
 } // namespace
 
-unsigned long changes() {
-    return change_count;
-}
+std::atomic<unsigned long> change_count = 0;
 
 void switched() {
     ++change_count;

@@ -18,10 +18,9 @@
 /// The next prepare tries again.
 
 #include "orvex/renderer/opengl/gl/private/gl_functions.h"
+#include "orvex/renderer/opengl/state/private/gl_state.h"
 
 namespace orvex {
-
-struct GlState;
 
 /// One GPU buffer, seen through the fields of its record.
 class BufferStore {
@@ -81,10 +80,15 @@ unsigned int create_buffer(const ORVEX_Renderer_OpenGL_Func& gl, GLenum target, 
 /// Lets nothing of a record be drawn until it is prepared again.
 /// @return false
 bool refuse_draws(const GlState& state, const void* record);
-/// Takes that back.
-void accept_draws(const GlState& state, const void* record);
 /// @return whether the record's last prepare failed for want of a buffer
-bool is_refused(const GlState& state, const void* record);
+inline bool is_refused(const GlState& state, const void* record) {
+    return state.context().refused_record == record;
+}
+/// Takes a refusal back.
+inline void accept_draws(const GlState& state, const void* record) {
+    if (is_refused(state, record))
+        state.context().refused_record = nullptr;
+}
 
 /// Deletes a buffer if there is one, and disables the client arrays that point into it.
 /// @param id  0 afterwards

@@ -3,6 +3,8 @@
 /// @file
 /// Which vertex arrays outside vertex array objects are enabled, and over which buffers.
 
+#include <cstdint>
+
 #include "orvex/renderer/opengl/gl/private/gl_functions.h"
 
 namespace orvex {
@@ -34,7 +36,9 @@ public:
     /// @return whether the array stands enabled at that place, so that no call is needed; it is
     ///         enabled then as far as is known here
     bool resume(ClientArray array, const ClientPlace& place);
-    bool resume_generic(int location, const ClientPlace& place);
+    bool resume_generic(int location, const ClientPlace& place) {
+        return is_keeping && location < num_generic && resume(number_of(location), place);
+    }
     /// Enables an array that was pointed to a place. For texture coordinates the caller has
     /// selected the unit.
     void enable(ClientArray array, const ClientPlace& place);
@@ -51,10 +55,12 @@ public:
     void select_unit(const ORVEX_Renderer_OpenGL_Func& gl, int unit);
 
     /// Starts a prepare: no array is set by it yet.
-    void begin_prepare();
+    void begin_prepare() { set_by_prepare = 0; }
     /// Ends a prepare: disables arrays that it didn't set and that have fewer vertices.
     /// @return whether one of those is held
-    bool end_prepare(const ORVEX_Renderer_OpenGL_Func& gl, unsigned long num_vertices);
+    bool end_prepare(const ORVEX_Renderer_OpenGL_Func& gl, unsigned long num_vertices) {
+        return (enabled & ~set_by_prepare) != 0 && disable_shorter(gl, num_vertices);
+    }
 
     /// Disables all that are enabled, as far as is known here.
     void disable_all(const ORVEX_Renderer_OpenGL_Func& gl);
@@ -77,34 +83,47 @@ public:
     /// @}
 
 private:
-    struct State {
-        unsigned int buffer = 0; ///< 0: not enabled, as far as is known here
-        unsigned long num_vertices = 0;
-        bool set_by_prepare = false;
-        bool is_pointed = false; ///< enabled in the API, at the place below
-        bool is_held = false;
-        ClientPlace place = {};
-    };
-
-    static bool resume(State& state, const ClientPlace& place);
-    void point(State& state, const ClientPlace& place) const;
-    static bool hold(State& state);
-
-    /// Disables the arrays of which something holds.
-    /// @return whether one is held
-    template<class Holds>
-    bool disable_where(const ORVEX_Renderer_OpenGL_Func& gl, Holds holds);
+    /// One bit for each array.
+    using Arrays = std::uint64_t;
 
     static constexpr int num_fixed = 5;
     static constexpr int num_generic = 32;
+
+    // Arrays by number: the fixed ones, then the generic ones.
+    static constexpr Arrays bit(int array) { return Arrays{1} << array; }
+    static constexpr int number_of(ClientArray array) { return static_cast<int>(array); }
+    static constexpr int number_of(int location) { return num_fixed + location; }
+
+    void set(int array, const ClientPlace& place) {
+        places[array] = place;
+        enabled = place.buffer != 0 ? enabled | bit(array) : enabled & ~bit(array);
+        set_by_prepare |= bit(array);
+        held &= ~bit(array);
+    }
+    void point(int array, const ClientPlace& place) {
+        set(array, place);
+        pointed = is_keeping ? pointed | bit(array) : pointed & ~bit(array);
+    }
+    bool resume(int array, const ClientPlace& place);
+    bool disable_shorter(const ORVEX_Renderer_OpenGL_Func& gl, unsigned long num_vertices);
+    bool hold(int array);
+
+    /// Disables some arrays, in the order of their numbers.
+    /// @return whether one is held
+    bool disable_each(const ORVEX_Renderer_OpenGL_Func& gl, Arrays arrays);
+    /// @return those of some arrays of whose place something holds
+    template<class Holds>
+    Arrays find(Arrays among, Holds holds) const;
 
     bool is_keeping = false;
     static constexpr int no_unit = -1;
     int wanted_unit = no_unit; ///< as the full order leaves it, once it is known
     int unit = no_unit;        ///< as the API has it
-    State fixed[num_fixed];
-    State generic[num_generic];
-    int end_of_generic = 0; ///< behind the last that was ever enabled: most hosts have none
+    Arrays enabled = 0;        ///< as far as is known here
+    Arrays set_by_prepare = 0;
+    Arrays pointed = 0; ///< enabled in the API, each at its place
+    Arrays held = 0;
+    ClientPlace places[num_fixed + num_generic] = {};
 };
 
 } // namespace orvex

@@ -11,11 +11,13 @@
 ///
 /// What a store's format lacks has no bytes in either.
 
+#include <algorithm>
 #include <array>
 
 #include "orvex/renderer/opengl/buffers/private/buffer_store.h"
 #include "orvex/renderer/opengl/buffers/private/client_pointers.h"
 #include "orvex/renderer/records/mesh_data.h"
+#include "orvex/renderer/records/private/plain_store.h"
 #include "orvex/renderer/renderer_types.h"
 
 namespace orvex::mesh_buffers {
@@ -34,6 +36,11 @@ using Attributes = std::array<Attribute, at_tangent + 1>;
 
 Attributes attributes_of(MeshData& mesh);
 
+/// @return whether a store has separate arrays
+inline bool has_separate_positions(MeshData& mesh) {
+    return (is_plain_store(mesh) ? mesh.position.data : mesh.get_position_ptr()) != nullptr;
+}
+
 /// Usage of a new vertex buffer; writes the static default into a record that asks for none.
 GLenum vertex_usage(const GlState& state, unsigned int& record_usage);
 /// The same for buffers of indices.
@@ -42,8 +49,14 @@ GLenum index_usage(const GlState& state, MeshData& mesh);
 /// @name The buffers of a mesh
 /// @{
 
-BufferStore vertex_store(const GlState& state, MeshData& mesh);
-BufferStore face_store(const GlState& state, MeshData& mesh);
+inline BufferStore vertex_store(const GlState& state, MeshData& mesh) {
+    return {state.gl, GL_ARRAY_BUFFER, "vertices", mesh.vertex_buffer_id,
+            mesh.gpu_state.vertex_buffer_bytes};
+}
+inline BufferStore face_store(const GlState& state, MeshData& mesh) {
+    return {state.gl, GL_ELEMENT_ARRAY_BUFFER, "faces", mesh.index_buffer_id,
+            mesh.gpu_state.index_buffer_bytes};
+}
 /// @}
 
 /// Whether any of the six attribute flags of a mesh or a polyline is raised.
@@ -67,7 +80,10 @@ void set_vertex_flags(Store& store, bool raised) {
 /// Raises the six flags and those of the user attributes: all of the store is to be uploaded.
 void raise_all_flags(MeshData& mesh);
 /// Whether the flag of a user attribute is raised.
-bool any_user_flag(const MeshData& mesh);
+inline bool any_user_flag(const MeshData& mesh) {
+    return std::any_of(mesh.user_attribs, mesh.user_attribs + mesh.num_user_attribs,
+                       [](const VertexAttribArray& user) { return user.need_update; });
+}
 
 /// @name Sizes in bytes
 /// @{
@@ -75,15 +91,23 @@ bool any_user_flag(const MeshData& mesh);
 /// All interleaved records.
 unsigned long record_bytes(MeshData& mesh);
 /// The block of one user attribute. Its own array may be shorter: the rest of the block stays.
-unsigned long user_block_bytes(const MeshData& mesh);
+inline unsigned long user_block_bytes(const MeshData& mesh) {
+    return sizeof(vec4) * mesh.num_vertices;
+}
 /// The blocks of all user attributes.
-unsigned long user_blocks_bytes(const MeshData& mesh);
+inline unsigned long user_blocks_bytes(const MeshData& mesh) {
+    return user_block_bytes(mesh) * mesh.num_user_attribs;
+}
 /// An attribute's separate array.
-unsigned long block_bytes(const MeshData& mesh, const Attribute& attribute);
+inline unsigned long block_bytes(const MeshData& mesh, const Attribute& attribute) {
+    return attribute.data ? attribute.element_size * mesh.num_vertices : 0;
+}
 /// All separate arrays, with the user attributes.
 unsigned long separate_bytes(MeshData& mesh);
 /// The face list.
-unsigned long face_list_bytes(const MeshData& mesh);
+inline unsigned long face_list_bytes(const MeshData& mesh) {
+    return mesh.num_faces * (mesh.index_bits == 16 ? sizeof(FaceU16) : sizeof(FaceU32));
+}
 /// @}
 
 /// Whether uploads find the vertex buffer bound, or bind it, each for itself, and unbind it again.
@@ -164,16 +188,30 @@ void visit_separate(MeshData& mesh, const Attributes& attributes, Visit visit) {
 }
 
 /// `GL_UNSIGNED_SHORT` or `GL_UNSIGNED_INT`.
-GLenum index_type(const MeshData& mesh);
+inline GLenum index_type(const MeshData& mesh) {
+    return mesh.index_bits == 16 ? GL_UNSIGNED_SHORT : GL_UNSIGNED_INT;
+}
 
 /// The face list in the store's width; null if there are no faces.
-const void* face_list(const MeshData& mesh);
+inline const void* face_list(const MeshData& mesh) {
+    if (mesh.num_faces == 0)
+        return nullptr;
+    return mesh.index_bits == 16 ? static_cast<const void*>(mesh.faces_u16) : mesh.faces_u32;
+}
 
-/// Creates the quad edge buffer, uploads what is dirty, and leaves it bound. Does nothing unless
-/// the quad edges are what is drawn.
+/// @return whether the quad edges are to be drawn, and there are some
+inline bool wants_quad_edges(const MeshData& mesh) {
+    return mesh.render_wireframe_quad && mesh.quad_edges;
+}
+
+/// Creates the quad edge buffer, uploads what is dirty, and leaves it bound. Only where the quad
+/// edges are drawn.
 void upload_quad_edges(const GlState& state, MeshData& mesh);
 
 /// @return whether faces and edges that are there have buffers by now
-bool has_element_buffers(const MeshData& mesh);
+inline bool has_element_buffers(const MeshData& mesh) {
+    return (!face_list(mesh) || mesh.index_buffer_id != 0) &&
+           (!wants_quad_edges(mesh) || mesh.quad_edge_buffer_id != 0);
+}
 
 } // namespace orvex::mesh_buffers

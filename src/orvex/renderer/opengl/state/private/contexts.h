@@ -17,6 +17,7 @@
 /// What a renderer has to remember of a context's state belongs to the context, not to the
 /// renderer: several may draw in it, one after the other or in turns.
 
+#include <atomic>
 #include <memory>
 #include <mutex>
 #include <optional>
@@ -133,9 +134,12 @@ void bury_framebuffer(ContextNumber context, GLuint id);
 /// A window made a context current, or released it; or one was lost.
 void switched();
 
+extern std::atomic<unsigned long> change_count;
 /// @return a number that grows whenever a context begins, ends or is switched to by a window, or
 ///         something is buried
-unsigned long changes();
+inline unsigned long changes() {
+    return change_count.load(std::memory_order_acquire);
+}
 
 } // namespace contexts
 
