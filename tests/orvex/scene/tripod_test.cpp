@@ -67,6 +67,27 @@ TEST(Tripod, euler_angles_multiply_in_the_order_xyz) {
     expect_mat4(tripod.get_transform(), composed(vec4::ZERO, x * y * z, vec4::ONE));
 }
 
+TEST(Tripod, has_the_bits_of_all_three_turns_and_matrices_for_every_angle) {
+    const float angles[] = {0.0f, -0.0f, 1e-45f, -1e-40f, 90.0f, -35.0f, 180.0f, 360.0f, -1e10f};
+    const vec4 position(-0.0f, -2.5f, 3.0f, 1.0f);
+    const vec4 scale(-1.0f, 0.0f, 0.3f, 1.0f);
+    for (const float x : angles)
+        for (const float y : angles)
+            for (const float z : angles) {
+                quat turn_x, turn_y, turn_z;
+                turn_x.from_euler(x, 0.0f, 0.0f);
+                turn_y.from_euler(0.0f, y, 0.0f);
+                turn_z.from_euler(0.0f, 0.0f, z);
+                Tripod tripod;
+                tripod.set_position(position);
+                tripod.set_scale(scale);
+                tripod.set_orientation_euler_angles(x, y, z);
+                expect_mat4(tripod.get_transform(),
+                            composed(position, turn_x * turn_y * turn_z, scale));
+                expect_quat(tripod.get_orientation(), turn_x * turn_y * turn_z);
+            }
+}
+
 TEST(Tripod, an_orientation_stands_against_angles_stored_before) {
     Tripod tripod;
     tripod.set_orientation_euler_angles(20.0f, -35.0f, 70.0f);
