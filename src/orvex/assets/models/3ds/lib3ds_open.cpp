@@ -47,8 +47,10 @@ long tell(void* self) {
     return static_cast<long>(static_cast<MemoryStream*>(self)->position);
 }
 
-/// lib3ds takes what it asked for as read: behind the end there are zeros.
-std::size_t read_to_the_end(MemoryStream& stream, void* buffer, std::size_t count) {
+/// lib3ds takes what it asked for as read: behind the end there are zeros. Inlined, it would cost
+/// each single number some registers.
+[[gnu::noinline]] std::size_t read_to_the_end(MemoryStream& stream, void* buffer,
+                                              std::size_t count) {
     const std::size_t got = stream.size - std::min(stream.position, stream.size);
     std::memset(buffer, 0, count);
     std::memcpy(buffer, stream.bytes + (stream.size - got), got);

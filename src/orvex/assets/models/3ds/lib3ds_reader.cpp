@@ -15,6 +15,7 @@
 
 #include "orvex/assets/models/3ds/loader_3d_lib3ds.h"
 #include "orvex/assets/models/3ds/private/lib3ds_memory.h"
+#include "orvex/assets/models/3ds/private/lib3ds_normals.h"
 #include "orvex/assets/models/3ds/private/lib3ds_records.h"
 #include "orvex/platform/private/large_pages.h"
 
@@ -173,7 +174,8 @@ void copy_vertices(const Lib3dsMesh& from, sLib3dsMesh& to) {
 
 /// Throws `std::bad_alloc` where lib3ds finds no memory to work with, instead of leaving the
 /// normals as they are.
-void calculate_normals(Lib3dsMesh& mesh, Lib3dsFloat3* normals) {
+void fill_smoothed_normals(const Lib3dsMesh& whole, Lib3dsFloat3* normals) {
+    Lib3dsMesh mesh = whole;
     std::fill_n(normals, 3 * std::size_t{mesh.nfaces}, Lib3dsFloat3{});
     const bool is_done = run_lib3ds([&] {
         lib3ds_mesh_calculate_vertex_normals(&mesh, reinterpret_cast<float(*)[3]>(normals));
@@ -183,17 +185,11 @@ void calculate_normals(Lib3dsMesh& mesh, Lib3dsFloat3* normals) {
         throw std::bad_alloc();
 }
 
-/// Without smoothing a few faces at a time, since lib3ds takes 72 bytes of memory for each.
-void compute_normals(const Lib3dsMesh& whole, bool smoothed, sLib3dsMesh& to) {
-    constexpr std::uint32_t unsmoothed_at_once = 4096;
-    Lib3dsMesh part = whole;
-    const std::uint32_t num_faces = to.num_normals / 3;
-    const std::uint32_t step = smoothed ? num_faces : unsmoothed_at_once;
-    for (std::uint32_t done = 0; done < num_faces; done += part.nfaces) {
-        part.faces = whole.faces + done;
-        part.nfaces = static_cast<unsigned short>(std::min(num_faces - done, step));
-        calculate_normals(part, to.normals + 3 * std::size_t{done});
-    }
+void compute_normals(const Lib3dsMesh& mesh, bool smoothed, sLib3dsMesh& to) {
+    if (smoothed)
+        fill_smoothed_normals(mesh, to.normals);
+    else
+        lib3ds::fill_unsmoothed_normals(mesh, to.num_normals / 3, to.normals);
 }
 
 void copy_faces(const Lib3dsMesh& from, sLib3dsMesh& to) {
