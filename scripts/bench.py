@@ -92,6 +92,11 @@ def figure(value, unit):
     return f"{number:.{0 if number >= 100 else 1 if number >= 10 else 2}f} {name}"
 
 
+def multiple(value):
+    """A ratio with two digits behind the point, or two that count."""
+    return f"{value:.2f}" if value >= 0.1 else f"{value:.2g}"
+
+
 def state_of(row):
     return "behind" if row["is_behind"] else "reached" if row["is_reached"] else "within a tenth"
 
@@ -100,8 +105,8 @@ def markdown(rows):
     lines = ["| program | work | ours | beside | its cost | ratio | goal | |", "|---|---|---|---|---|---|---|---|"]
     for row in rows:
         lines.append(f"| {row['program']} | {row['name'].replace('_', ' ')} | {figure(row['ours'], row['unit'])} | "
-                     f"{row['peer_name']} | {figure(row['peer'], row['unit'])} | {row['ratio']:.2f} | "
-                     f"{row['goal']:.2f} | {state_of(row)} |")
+                     f"{row['peer_name']} | {figure(row['peer'], row['unit'])} | {multiple(row['ratio'])} | "
+                     f"{multiple(row['goal'])} | {state_of(row)} |")
     return "\n".join(lines) + "\n"
 
 

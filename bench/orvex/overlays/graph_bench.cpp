@@ -3,7 +3,8 @@
 /// with its axes, after histories of different lengths.
 ///
 /// Goal: `allocations` a frame no more than the history's own growth, which doubles its room, and a
-/// time that doesn't depend on the history. `sync` writes the points alone, `frame` also draws.
+/// time that doesn't depend on the history: of ten million samples no more than of a thousand.
+/// `sync` writes the points alone, `frame` also draws.
 ///
 /// LP_NO_RAST=1 graph_bench --benchmark_min_time=2
 
@@ -15,6 +16,7 @@
 
 #include "bench/support/core_context.h"
 #include "bench/support/owned.h"
+#include "bench/support/row.h"
 #include "orvex/geometry/lines/curve.h"
 #include "orvex/gpu/gpu_program.h"
 #include "orvex/math/vec4.h"
@@ -48,6 +50,8 @@ namespace {
 using namespace orvex;
 
 constexpr unsigned long num_points = 1000;
+constexpr unsigned long short_history = 1000;
+constexpr unsigned long long_history = 10'000'000;
 
 constexpr const char* program_text = R"([Vertex_Shader]
 #version 150
@@ -101,33 +105,54 @@ public:
     Owned<GpuProgram> program{new GpuProgram};
 };
 
+/// Frames of one chart and of the other in turn.
 template<class Frame>
-void count_frames(benchmark::State& state, Frame frame) {
-    const long before = allocations;
-    for (auto _ : state)
-        frame();
-    state.counters["allocations"] = benchmark::Counter(static_cast<double>(allocations - before),
-                                                       benchmark::Counter::kAvgIterations);
+void compare_frames(benchmark::State& state, Frame of_long, Frame of_short) {
+    constexpr int num_frames = 100;
+    of_long();
+    of_short();
+    const auto frames = [](Frame& frame) {
+        return [&frame] {
+            for (int i = 0; i < num_frames; ++i)
+                frame();
+        };
+    };
+    long of_both = 0;
+    const auto counted = [&of_both](auto work) {
+        return [&of_both, work] {
+            const long before = allocations;
+            work();
+            of_both += allocations - before;
+        };
+    };
+    orvex_bench::take_turns(state, {"a short history", 1.05}, counted(frames(of_long)),
+                            counted(frames(of_short)), num_frames);
+    const double num_frames_of_both =
+        2.0 * num_frames * (static_cast<double>(state.iterations()) + 1);
+    state.counters["allocations"] = static_cast<double>(of_both) / num_frames_of_both;
 }
 
 void sync(benchmark::State& state) {
-    Chart chart(static_cast<unsigned long>(state.range(0)));
-    count_frames(state, [&chart] { chart.feed_and_sync(); });
+    Chart long_one(long_history), short_one(short_history);
+    const auto frame_of = [](Chart& chart) { return [&chart] { chart.feed_and_sync(); }; };
+    compare_frames(state, frame_of(long_one), frame_of(short_one));
 }
-BENCHMARK(sync)->Arg(1000)->Arg(100'000)->Arg(10'000'000)->Unit(benchmark::kMicrosecond);
+BENCHMARK(sync)->UseManualTime()->Unit(benchmark::kMicrosecond);
 
 void frame(benchmark::State& state) {
     Stage stage;
-    Chart chart(static_cast<unsigned long>(state.range(0)));
-    chart.feed_and_sync();
-    chart.graph->render(&stage.renderer, nullptr);
-    count_frames(state, [&chart, &stage] {
-        chart.feed_and_sync();
-        chart.graph->render(&stage.renderer, nullptr);
-    });
-    chart.graph->cleanup(&stage.renderer, nullptr);
+    Chart long_one(long_history), short_one(short_history);
+    const auto frame_of = [&stage](Chart& chart) {
+        return [&chart, &stage] {
+            chart.feed_and_sync();
+            chart.graph->render(&stage.renderer, nullptr);
+        };
+    };
+    compare_frames(state, frame_of(long_one), frame_of(short_one));
+    long_one.graph->cleanup(&stage.renderer, nullptr);
+    short_one.graph->cleanup(&stage.renderer, nullptr);
 }
-BENCHMARK(frame)->Arg(1000)->Arg(100'000)->Arg(10'000'000)->Unit(benchmark::kMicrosecond);
+BENCHMARK(frame)->UseManualTime()->Unit(benchmark::kMicrosecond);
 
 } // namespace
 

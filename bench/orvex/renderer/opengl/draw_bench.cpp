@@ -22,12 +22,12 @@
 #include "bench/support/core_context.h"
 #include "bench/support/owned.h"
 #include "bench/support/row.h"
+#include "bench/support/tuned_program.h"
 #include "orvex/assets/materials/material.h"
 #include "orvex/geometry/mesh/mesh.h"
 #include "orvex/gpu/gpu_program.h"
 #include "orvex/math/mat4.h"
 #include "orvex/renderer/opengl/private/renderer_opengl.h"
-#include "orvex/renderer/records/gpu_program_data.h"
 #include "orvex/renderer/records/mesh_data.h"
 
 namespace {
@@ -38,7 +38,16 @@ constexpr int width = 800;
 constexpr int height = 600;
 constexpr int boxes_per_side = 100;
 
-const char* const shader_text = R"([Vertex_Shader]
+const std::string pixel_shader_text = R"([Pixel_Shader]
+#version 150
+in vec4 color;
+out vec4 pixel;
+void main() {
+    pixel = color;
+}
+)";
+
+const std::string shader_text = R"([Vertex_Shader]
 #version 150
 in vec4 orvex_Position;
 in vec4 orvex_Color;
@@ -48,16 +57,9 @@ void main() {
     color = orvex_Color;
     gl_Position = orvex_ModelViewProjectionMatrix * orvex_Position;
 }
-[Pixel_Shader]
-#version 150
-in vec4 color;
-out vec4 pixel;
-void main() {
-    pixel = color;
-}
-)";
+)" + pixel_shader_text;
 
-const char* const instanced_shader_text = R"([Vertex_Shader]
+const std::string instanced_shader_text = R"([Vertex_Shader]
 #version 150
 in vec4 orvex_Position;
 in vec4 orvex_Color;
@@ -69,17 +71,10 @@ void main() {
     gl_Position = orvex_ModelViewProjectionMatrix *
                   vec4(orvex_Position.xyz + orvex_Instance_Position.xyz, 1.0);
 }
-[Pixel_Shader]
-#version 150
-in vec4 color;
-out vec4 pixel;
-void main() {
-    pixel = color;
-}
-)";
+)" + pixel_shader_text;
 
 /// The same for client arrays, by what the fixed pipeline has.
-const char* const old_shader_text = R"([Vertex_Shader]
+const std::string old_shader_text = R"([Vertex_Shader]
 #version 120
 varying vec4 color;
 void main() {
@@ -97,16 +92,16 @@ void main() {
 /// A context off screen, with the renderer on it and a program in use by nobody yet.
 class Stage {
 public:
-    explicit Stage(bool is_compatible = false, const char* core_text = shader_text)
+    explicit Stage(bool is_compatible = false, const std::string& core_text = shader_text)
         : is_compatible(is_compatible) {
         // The driver frees its scene at each glFinish. Whether that gives pages back to the system
         // depends on what lies at the top of the heap, so none of the rows does.
         mallopt(M_TRIM_THRESHOLD, 1 << 30);
         mallopt(M_MMAP_THRESHOLD, 1 << 30);
         start_on_core_context(renderer, width, height, is_compatible);
-        const char* const text = is_compatible ? old_shader_text : core_text;
+        const std::string& text = is_compatible ? old_shader_text : core_text;
         program->add_ref();
-        program->load_from_memory(&renderer, text, std::char_traits<char>::length(text));
+        program->load_from_memory(&renderer, text.c_str(), text.size());
         mat4 projection;
         projection.buildRHPerspectiveProjectionMatrix(60.0f, 4.0f / 3.0f, 1.0f, 1000.0f, 1e-5f);
         mat4 view;
@@ -315,21 +310,11 @@ void boxes(benchmark::State& state) {
     compare_boxes(state, stage, 2.0);
 }
 
-/// As a host has it that unsets the names of the values its shader doesn't read: the driver is then
-/// not asked for them at each bind.
 void compare_tuned_boxes(benchmark::State& state, double goal, bool is_eliding,
                          bool has_materials = true) {
     Stage stage;
     stage.renderer.set_elided_binds_state(is_eliding);
-    stage.program->bind(&stage.renderer);
-    GpuProgramData* const data = stage.renderer.gpu_program_get_active_program();
-    data->set_model_matrix_uniform_name(nullptr);
-    data->set_view_matrix_uniform_name(nullptr);
-    data->set_projection_matrix_uniform_name(nullptr);
-    data->set_model_view_matrix_uniform_name(nullptr);
-    data->set_view_projection_matrix_uniform_name(nullptr);
-    data->set_viewport_uniform_name(nullptr);
-    stage.program->unbind(&stage.renderer);
+    unset_unused_names(stage.renderer, *stage.program);
     compare_boxes(state, stage, goal, has_materials);
 }
 

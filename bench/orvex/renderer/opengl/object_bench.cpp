@@ -19,11 +19,11 @@
 #include "bench/support/core_context.h"
 #include "bench/support/owned.h"
 #include "bench/support/row.h"
+#include "bench/support/tuned_program.h"
 #include "orvex/assets/materials/material.h"
 #include "orvex/geometry/mesh/mesh.h"
 #include "orvex/gpu/gpu_program.h"
 #include "orvex/renderer/opengl/private/renderer_opengl.h"
-#include "orvex/renderer/records/gpu_program_data.h"
 
 // What the engine calls straight, in the driver's place.
 
@@ -102,19 +102,6 @@ public:
         gl.glDisableVertexAttribArray = [](GLuint) {};
     }
 
-    /// As a host has it that knows what its shader reads.
-    void unset_unused_names() {
-        program->bind(&renderer);
-        GpuProgramData* const data = renderer.gpu_program_get_active_program();
-        data->set_model_matrix_uniform_name(nullptr);
-        data->set_view_matrix_uniform_name(nullptr);
-        data->set_projection_matrix_uniform_name(nullptr);
-        data->set_model_view_matrix_uniform_name(nullptr);
-        data->set_view_projection_matrix_uniform_name(nullptr);
-        data->set_viewport_uniform_name(nullptr);
-        program->unbind(&renderer);
-    }
-
     KeepingRendererOpenGL renderer;
     GpuProgram* program = new GpuProgram;
 };
@@ -179,7 +166,7 @@ void time_frames(benchmark::State& state, Stage& stage, double most_seconds, Dra
 
 void program_bound_once(benchmark::State& state) {
     Stage stage;
-    stage.unset_unused_names();
+    unset_unused_names(stage.renderer, *stage.program);
     const Owned<Object> root = make_boxes(nullptr, false);
     time_frames(state, stage, 120e-9, [&](int) {
         stage.program->bind(&stage.renderer);
@@ -190,7 +177,7 @@ void program_bound_once(benchmark::State& state) {
 
 void materials(benchmark::State& state) {
     Stage stage;
-    stage.unset_unused_names();
+    unset_unused_names(stage.renderer, *stage.program);
     const Owned<Object> root = make_boxes(stage.program, false);
     time_frames(state, stage, 180e-9, [&](int) { root->render(&stage.renderer, nullptr); });
 }

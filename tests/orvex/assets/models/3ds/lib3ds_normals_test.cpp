@@ -85,7 +85,8 @@ TEST(Lib3dsNormals, are_those_of_lib3ds_for_any_bits) {
     std::mt19937 engine(7);
     Faces faces;
     for (int i = 0; i < 20'000; ++i)
-        add_face_of(faces, [&] { return std::bit_cast<float>(static_cast<std::uint32_t>(engine())); });
+        add_face_of(faces,
+                    [&] { return std::bit_cast<float>(static_cast<std::uint32_t>(engine())); });
     faces.expect_normals_of_lib3ds();
 }
 
