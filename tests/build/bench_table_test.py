@@ -62,6 +62,11 @@ class BenchTable(unittest.TestCase):
         self.assertIn("[1/1] quick_bench", done.stdout)
         self.assertEqual([found["ratio"] for found in self.rows()], [0.5, 0.25])
 
+    def test_small_ratios_are_told_by_two_digits_that_count(self):
+        self.add("quick_bench", row("pick", 0.00263, 0.005))
+        self.assertEqual(self.run_script().returncode, 0)
+        self.assertIn("| 0.0026 | 0.005 | reached |", (self.out / "table.md").read_text())
+
     def test_a_row_more_than_a_tenth_behind_ends_it_with_1(self):
         self.add("slow_bench", row("near", 1.09, 1.0), row("far", 1.11, 1.0))
         done = self.run_script()
