@@ -37,7 +37,7 @@ Model::Model(Model&& other) noexcept = default;
 Model& Model::operator=(Model&& other) noexcept = default;
 
 Model::operator bool() const noexcept {
-    return node() != nullptr;
+    return data && data->loaded.model;
 }
 
 const std::string& Model::reason() const noexcept {
@@ -47,7 +47,10 @@ const std::string& Model::reason() const noexcept {
 }
 
 orvex::Model* Model::node() const noexcept {
-    return data ? data->loaded.model.get() : nullptr;
+    if (!*this)
+        return nullptr;
+    data->bring_back_face_lists();
+    return data->loaded.model.get();
 }
 
 void Model::draw(Renderer& renderer, GpuProgram& program, Path path, const Angle& lit_from) {

@@ -31,6 +31,24 @@ void Model::Data::upload(Renderer& renderer) {
     is_uploaded = true;
     for (Texture* texture : uploads)
         TextureMgr::get()->upload_to_renderer(&renderer, texture, 0);
+    put_away_face_lists();
+}
+
+/// Drawing doesn't read them: only hosts do who ask for the node, and updates that make normals.
+void Model::Data::put_away_face_lists() {
+    if (keeps_face_lists || (style && style->shading == Normals::smooth))
+        return;
+    face_lists.resize(meshes.size());
+    for (std::size_t i = 0; i < meshes.size(); ++i)
+        face_lists[i].put_away(*meshes[i]->get_mesh_data());
+}
+
+/// From now on they stay.
+void Model::Data::bring_back_face_lists() noexcept {
+    keeps_face_lists = true;
+    for (std::size_t i = 0; i < face_lists.size(); ++i)
+        face_lists[i].bring_back(*meshes[i]->get_mesh_data());
+    face_lists.clear();
 }
 
 namespace {

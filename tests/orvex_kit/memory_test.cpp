@@ -1,22 +1,30 @@
-// What becomes of pictures and models when memory runs out.
+// What becomes of pictures and models when memory runs out, and what memory they do without.
 
 #include <filesystem>
 #include <functional>
+#include <vector>
 
 #include <gtest/gtest.h>
 
 #include <orvex/assets/materials/material.h>
 #include <orvex/assets/materials/material_mgr.h>
 #include <orvex/assets/textures/texture_mgr.h>
+#include <orvex/geometry/mesh/mesh.h>
+#include <orvex/geometry/mesh/model.h>
 #include <orvex/geometry/rays/ray_caster.h>
 #include <orvex/kernel/core.h>
+#include <orvex/renderer/records/mesh_data.h>
 
 #include "orvex_kit/compare.h"
 #include "orvex_kit/engine.h"
 #include "orvex_kit/frame_stream.h"
+#include "orvex_kit/mesh_numbers.h"
 #include "orvex_kit/model.h"
 #include "orvex_kit/picture_file.h"
 #include "orvex_kit/private/engine_parts.h"
+#include "orvex_kit/private/face_lists.h"
+#include "orvex_kit/view.h"
+#include "tests/orvex_kit/sample_models.h"
 #include "tests/orvex_kit/sample_pictures.h"
 #include "tests/support/heap.h"
 #include "tests/support/temp_dir.h"
@@ -26,6 +34,8 @@ namespace orvex_test {
 namespace {
 
 using namespace orvex::kit;
+using orvex::MeshData;
+using orvex::vec4;
 
 constexpr std::size_t large = 4096;
 
@@ -201,6 +211,130 @@ TEST(Memory, that_runs_out_leaves_picking_its_long_way) {
         ASSERT_TRUE(pick) << n;
         EXPECT_EQ(pick->distance, 1.0);
     }
+}
+
+// ------------------------------------------------------------------------------- lists of faces
+
+/// The first mesh of a model.
+MeshData& store_of(const Model& model) {
+    return *static_cast<orvex::Mesh*>(model.node()->get_child(0))->get_mesh_data();
+}
+
+/// What the lists of faces hold.
+struct FaceFacts {
+    std::vector<float> normals;
+    std::vector<int> materials;
+};
+
+FaceFacts facts_of(const MeshData& mesh) {
+    FaceFacts facts;
+    for (unsigned long i = 0; i < mesh.num_faces; ++i) {
+        const vec4& normal = mesh.face_normals[i];
+        facts.normals.insert(facts.normals.end(), {normal.x, normal.y, normal.z, normal.w});
+        facts.materials.push_back(mesh.face_materials[i]);
+    }
+    return facts;
+}
+
+/// How many arrays a model makes for a host who asks for its node.
+unsigned long arrays_made_for_node(const Model& model) {
+    const CountAllocations arrays;
+    return model.node() ? arrays.count() : 0;
+}
+
+TEST(FaceLists, that_no_draw_reads_take_memory_only_for_who_asks_for_the_node) {
+    const TempDir folder;
+    const std::string path = write_box(folder);
+    const Engine engine({{}, "", false, false});
+    for (const Path drawn_on : {Path::gl3, Path::gl2}) {
+        View view(16, 16, {drawn_on, 0});
+        ASSERT_TRUE(view) << view.reason();
+        const Model untouched(path);
+        EXPECT_EQ(arrays_made_for_node(untouched), 0u);
+        const FaceFacts as_loaded = facts_of(store_of(untouched));
+        Model model(path);
+        view.draw(model);
+        EXPECT_EQ(arrays_made_for_node(model), 2u);
+        EXPECT_EQ(facts_of(store_of(model)).normals, as_loaded.normals);
+        EXPECT_EQ(facts_of(store_of(model)).materials.size(), as_loaded.materials.size());
+        // Who has asked once may look at any time.
+        view.draw(model);
+        EXPECT_EQ(arrays_made_for_node(model), 0u);
+    }
+}
+
+TEST(FaceLists, stay_where_they_say_more_than_the_faces) {
+    orvex::Mesh mesh;
+    ASSERT_TRUE(mesh.alloc_vertex_data(4));
+    ASSERT_TRUE(mesh.alloc_face_data(2, false));
+    mesh.set_vertex_position(1, vec4(1.0f, 0.0f, 0.0f, 1.0f));
+    mesh.set_vertex_position(2, vec4(0.0f, 1.0f, 0.0f, 1.0f));
+    mesh.set_vertex_position(3, vec4(0.0f, 0.0f, 1.0f, 1.0f));
+    mesh.set_face_indexes(0, 0, 1, 2);
+    mesh.set_face_indexes(1, 0, 9, 3); // a vertex that isn't there
+    MeshData& store = *mesh.get_mesh_data();
+    FaceLists lists;
+    lists.put_away(store); // as they were made: of one value each
+    EXPECT_EQ(store.face_normals, nullptr);
+    EXPECT_EQ(store.face_materials, nullptr);
+    lists.bring_back(store);
+    ASSERT_NE(store.face_normals, nullptr);
+    EXPECT_EQ(store.face_normals[1].w, vec4().w);
+
+    mesh.compute_faces_normal(nullptr);
+    store.face_materials[1] = 7;
+    const FaceFacts computed = facts_of(store);
+    EXPECT_EQ(computed.normals[2], 1.0f);
+    lists.put_away(store);
+    EXPECT_EQ(store.face_normals, nullptr);
+    EXPECT_NE(store.face_materials, nullptr);
+    lists.bring_back(store);
+    ASSERT_NE(store.face_normals, nullptr);
+    EXPECT_EQ(facts_of(store).normals, computed.normals);
+    EXPECT_EQ(facts_of(store).materials, computed.materials);
+
+    store.face_normals[1].w += 1.0f;
+    lists.put_away(store);
+    EXPECT_NE(store.face_normals, nullptr);
+    lists.bring_back(store);
+    mesh.free_mesh_data();
+}
+
+TEST(FaceLists, stay_away_where_memory_runs_out) {
+    const TempDir folder;
+    const std::string path = write_box(folder);
+    const Engine engine({{}, "", false, false});
+    View view(16, 16, {Path::gl3, 0});
+    Model model(path);
+    view.draw(model);
+    const orvex::Model* node = nullptr;
+    {
+        const RefuseArrays refusal({});
+        node = model.node();
+    }
+    ASSERT_NE(node, nullptr);
+    EXPECT_EQ(store_of(model).face_normals, nullptr);
+    EXPECT_EQ(store_of(model).face_materials, nullptr);
+    view.draw(model);
+    EXPECT_TRUE(model.pick(orvex::Ray{{0.2f, 0.3f, 9, 1}, {0, 0, -1, 0}}));
+}
+
+TEST(FaceLists, serve_updates_that_make_normals) {
+    const Engine engine({{}, "", false, false});
+    View view(16, 16, {Path::gl3, 0});
+    std::vector<float> places{0, 0, 0, 1, 0, 0, 0, 1, 0};
+    MeshNumbers numbers;
+    numbers.num_vertices = 3;
+    numbers.positions = {places.data()};
+    numbers.shading = Normals::smooth;
+    Model model = Model::from_numbers(numbers);
+    ASSERT_TRUE(model) << model.reason();
+    view.draw(model);
+    places = {0, 0, 0, 0, 0, 1, 0, 1, 0};
+    MeshNumbers others;
+    others.positions = {places.data()};
+    EXPECT_EQ(model.update(others).reason(), "");
+    EXPECT_EQ(store_of(model).get_normal(1).x, -1.0f);
 }
 
 } // namespace

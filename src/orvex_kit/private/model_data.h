@@ -17,6 +17,7 @@
 #include "orvex_kit/model.h"
 #include "orvex_kit/private/default_arrays.h"
 #include "orvex_kit/private/engine_parts.h"
+#include "orvex_kit/private/face_lists.h"
 #include "orvex_kit/private/face_tree.h"
 #include "orvex_kit/private/model_loaders.h"
 #include "orvex_kit/private/model_numbers.h"
@@ -74,6 +75,7 @@ public:
     void draw_lines(orvex::Renderer& renderer, orvex::GpuProgram& program);
     void stand_up();
     void place(const orvex::mat4& transform);
+    void bring_back_face_lists() noexcept;
     std::optional<Pick> pick(const PointRay& ray);
 
     bool make_mesh(const MeshNumbers& numbers);
@@ -89,6 +91,8 @@ private:
     std::vector<orvex::Mesh*> meshes;          ///< one a place, as `facts.meshes`
     std::vector<bool> has_colors;              ///< of their vertices, as `meshes`
     std::vector<DefaultArrays> default_arrays; ///< as `meshes`
+    std::vector<FaceLists> face_lists;         ///< as `meshes`, while they are put away
+    bool keeps_face_lists = false;             ///< as somebody looks at them
     std::vector<orvex::VertexPool*> clouds;
     std::vector<orvex::Polyline*> lines;
     std::vector<const orvex::Camera*> cameras; ///< as `facts.cameras`
@@ -137,6 +141,7 @@ private:
 
     orvex::Renderer* living_renderer() const;
     void upload(orvex::Renderer& renderer);
+    void put_away_face_lists();
     void begin_draw(orvex::Renderer& renderer, orvex::GpuProgram& program, Path path);
     void make_pieces();
     void draw_run(orvex::Renderer& renderer, orvex::GpuProgram& program, const FaceRun& run,
