@@ -11,11 +11,13 @@
 
 #include <GL/gl.h>
 #include <fcntl.h>
+#include <orvex/renderer/renderer.h>
 #include <unistd.h>
 
 namespace orvex::kit {
 
 using orvex::MeshData;
+using orvex::Renderer;
 using orvex::vec4;
 using orvex::VertexAttribArray;
 
@@ -86,8 +88,23 @@ std::optional<vec4> constant_of(const VertexAttribArray& array) {
     return is_constant ? std::optional(value) : std::nullopt;
 }
 
+bool is_default(const VertexAttribArray& array) {
+    const std::optional<vec4> value = constant_of(array);
+    return value && is_same(*value, vec4());
+}
+
+namespace {
+
+enum Place : std::size_t { uv0_place, uv1_place, tangent_place, color_place };
+
+} // namespace
+
 std::array<VertexAttribArray*, DefaultArrays::count> DefaultArrays::arrays_of(MeshData& mesh) {
     return {&mesh.uv0, &mesh.uv1, &mesh.tangent, &mesh.color};
+}
+
+bool DefaultArrays::are_there() const {
+    return std::find(found.begin(), found.end(), true) != found.end();
 }
 
 void DefaultArrays::look_at(MeshData& mesh) {
@@ -107,17 +124,51 @@ void DefaultArrays::look_at(MeshData& mesh) {
     has_looked = true;
 }
 
-WithoutDefaults::WithoutDefaults(MeshData& mesh, const DefaultArrays& known)
+void disable_client_arrays(Renderer& renderer) {
+    // What the renderer holds enabled for the next draw goes through its own books.
+    const bool was_keeping = renderer.keep_binds(false);
+    GLint unit = 0;
+    glGetIntegerv(GL_CLIENT_ACTIVE_TEXTURE, &unit);
+    for (const GLenum each : {GL_TEXTURE0, GL_TEXTURE1}) {
+        glClientActiveTexture(each);
+        glDisableClientState(GL_TEXTURE_COORD_ARRAY);
+    }
+    glClientActiveTexture(static_cast<GLenum>(unit));
+    glDisableClientState(GL_COLOR_ARRAY);
+    renderer.keep_binds(was_keeping);
+}
+
+WithoutDefaults::WithoutDefaults(MeshData& mesh, const DefaultArrays& known, Path path)
     : arrays(DefaultArrays::arrays_of(mesh)) {
     for (std::size_t i = 0; i < arrays.size(); ++i)
-        if (known.found[i])
+        if (known.found[i] && (path == Path::gl3 || i != tangent_place))
             std::swap(arrays[i]->data, data[i]);
-    if (!data.back() || mesh.color_attrib_location < 0 || is_same(known.color, vec4()))
+    if (path == Path::gl2)
+        set_fixed_values(known.color);
+    else if (data[color_place])
+        set_color(known.color, mesh.color_attrib_location);
+}
+
+void WithoutDefaults::set_color(const vec4& color, int location) {
+    if (location < 0 || is_same(color, vec4()))
         return;
-    color_location = mesh.color_attrib_location;
-    const auto location = static_cast<GLuint>(color_location);
-    glGetVertexAttribfv(location, GL_CURRENT_VERTEX_ATTRIB, color_before.data());
-    glVertexAttrib4f(location, known.color.x, known.color.y, known.color.z, known.color.w);
+    color_location = location;
+    const auto number = static_cast<GLuint>(location);
+    glGetVertexAttribfv(number, GL_CURRENT_VERTEX_ATTRIB, color_before.data());
+    glVertexAttrib4f(number, color.x, color.y, color.z, color.w);
+}
+
+/// A draw with an array leaves nothing that could be relied on, so that each is set anew.
+void WithoutDefaults::set_fixed_values(const vec4& color) {
+    if (data[uv0_place])
+        glMultiTexCoord4f(GL_TEXTURE0, 0.0f, 0.0f, 0.0f, 1.0f);
+    if (data[uv1_place])
+        glMultiTexCoord4f(GL_TEXTURE1, 0.0f, 0.0f, 0.0f, 1.0f);
+    has_fixed_color = data[color_place] != nullptr;
+    if (!has_fixed_color)
+        return;
+    glGetFloatv(GL_CURRENT_COLOR, color_before.data());
+    glColor4f(color.x, color.y, color.z, color.w);
 }
 
 WithoutDefaults::~WithoutDefaults() {
@@ -126,6 +177,8 @@ WithoutDefaults::~WithoutDefaults() {
             arrays[i]->data = data[i];
     if (color_location >= 0)
         glVertexAttrib4fv(static_cast<GLuint>(color_location), color_before.data());
+    if (has_fixed_color)
+        glColor4fv(color_before.data());
 }
 
 } // namespace orvex::kit

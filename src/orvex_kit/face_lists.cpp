@@ -25,14 +25,14 @@ public:
         : mesh(mesh) {}
 
     bool are_there() const {
-        return mesh.position.data && (mesh.index_bits == 16 ? mesh.faces_u16 != nullptr
-                                                            : mesh.faces_u32 != nullptr);
+        return mesh.position.data &&
+               (mesh.index_bits == 16 ? mesh.faces_u16 != nullptr : mesh.faces_u32 != nullptr);
     }
 
     /// As the engine and its loaders compute it, but for the w.
     vec4 normal_of(unsigned long face, float w) const {
-        const vec3 n = mesh.index_bits == 16 ? normal(mesh.faces_u16[face])
-                                             : normal(mesh.faces_u32[face]);
+        const vec3 n =
+            mesh.index_bits == 16 ? normal(mesh.faces_u16[face]) : normal(mesh.faces_u32[face]);
         return vec4(n.x, n.y, n.z, w);
     }
 

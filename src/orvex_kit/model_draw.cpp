@@ -93,12 +93,27 @@ void Model::Data::begin_draw(Renderer& renderer, GpuProgram& program, Path path)
         mesh->set_opengl_2_3_rendering_states(path == Path::gl2, nullptr);
     if (path == Path::gl2 && pieces.empty())
         make_pieces();
-    // Client arrays that a mesh lacks would be those of another one.
-    default_arrays.resize(path == Path::gl3 ? meshes.size() : 0);
-    for (std::size_t i = 0; i < default_arrays.size(); ++i)
-        default_arrays[i].look_at(*meshes[i]->get_mesh_data());
+    look_at_arrays();
+    if (path == Path::gl2 && has_default_arrays())
+        disable_client_arrays(renderer);
     program.set_uniform_1f(nullptr, "faceted", is_faceted ? 1.0f : 0.0f);
     end_blending(renderer);
+}
+
+void Model::Data::look_at_arrays() {
+    default_arrays.resize(meshes.size());
+    for (std::size_t i = 0; i < meshes.size(); ++i)
+        default_arrays[i].look_at(*meshes[i]->get_mesh_data());
+    for (Piece& piece : pieces)
+        if (piece.mesh)
+            piece.default_arrays.look_at(*piece.mesh->get_mesh_data());
+}
+
+bool Model::Data::has_default_arrays() const {
+    const auto has_any = [](const DefaultArrays& arrays) { return arrays.are_there(); };
+    return std::any_of(default_arrays.begin(), default_arrays.end(), has_any) ||
+           std::any_of(pieces.begin(), pieces.end(),
+                       [](const Piece& piece) { return piece.default_arrays.are_there(); });
 }
 
 namespace {
@@ -130,7 +145,7 @@ void Model::Data::draw(Renderer& renderer, GpuProgram& program, Path path, const
         if (run.is_blended && !is_blending)
             begin_blending(renderer);
         is_blending = run.is_blended;
-        draw_run(renderer, program, run, path == Path::gl2 ? pieces[i].get() : nullptr, 100'000);
+        draw_run(renderer, program, run, path == Path::gl2 ? &pieces[i] : nullptr, 100'000);
     }
     if (is_blending)
         end_blending(renderer);
@@ -196,10 +211,26 @@ void draw_portions(Renderer& renderer, Mesh& mesh, const FaceRun& run, std::size
 
 } // namespace
 
+/// @param piece  null on path gl3
+void Model::Data::draw_geometry(Renderer& renderer, const FaceRun& run, const Piece* piece,
+                                std::size_t portion) {
+    const bool is_own = piece && piece->mesh;
+    Mesh& mesh = is_own ? *piece->mesh : *meshes[run.mesh];
+    const WithoutDefaults lean(*mesh.get_mesh_data(),
+                               is_own ? piece->default_arrays : default_arrays[run.mesh],
+                               piece ? Path::gl2 : Path::gl3);
+    if (piece) {
+        mesh.render_geometry(&renderer);
+        return;
+    }
+    const bool has_portions = run.num_faces > portion && is_software(renderer);
+    draw_portions(renderer, mesh, run, has_portions ? portion : run.num_faces);
+}
+
 /// @param portion  what software drivers get at once: they keep what they are told to draw, with
 ///                 all that vertices come to, until they have drawn it
-void Model::Data::draw_run(Renderer& renderer, GpuProgram& program, const FaceRun& run, Mesh* piece,
-                           std::size_t portion) {
+void Model::Data::draw_run(Renderer& renderer, GpuProgram& program, const FaceRun& run,
+                           const Piece* piece, std::size_t portion) {
     Mesh& mesh = *meshes[run.mesh];
     Material* const material =
         run.material < 0 ? nullptr : materials[static_cast<std::size_t>(run.material)];
@@ -209,15 +240,7 @@ void Model::Data::draw_run(Renderer& renderer, GpuProgram& program, const FaceRu
         material->bind_textures(&renderer);
     mesh.render_apply_automatic_uniforms(&renderer, renderer.gpu_program_get_active_program(),
                                          mesh.get_use_fixed_mvp_matrices_state());
-    if (piece)
-        piece->render_geometry(&renderer);
-    else if (default_arrays.empty())
-        draw_faces(renderer, mesh, run.first_face, run.num_faces);
-    else {
-        const WithoutDefaults lean(*mesh.get_mesh_data(), default_arrays[run.mesh]);
-        const bool has_portions = run.num_faces > portion && is_software(renderer);
-        draw_portions(renderer, mesh, run, has_portions ? portion : run.num_faces);
-    }
+    draw_geometry(renderer, run, piece, portion);
     program.unbind(&renderer);
     if (material)
         material->unbind_textures(&renderer);

@@ -31,6 +31,26 @@ std::vector<unsigned> corners_of(const Mesh& mesh, const FaceRun& run,
     return corners;
 }
 
+void fill_colors(const Mesh& mesh, const std::vector<unsigned>& used, Mesh& piece) {
+    MeshData& store = *piece.get_mesh_data();
+    if (const std::optional<vec4> one = constant_of(mesh.get_mesh_data()->color)) {
+        piece.set_vertices_color(one->x, one->y, one->z, one->w, nullptr);
+        return;
+    }
+    store.prepare_to_fill(store.color);
+    for (std::size_t i = 0; i < used.size(); ++i)
+        piece.set_vertex_color(i, mesh.get_vertex_color(used[i]));
+}
+
+void fill_uvs(const Mesh& mesh, const std::vector<unsigned>& used, Mesh& piece) {
+    MeshData& store = *piece.get_mesh_data();
+    if (is_default(mesh.get_mesh_data()->uv0))
+        return;
+    store.prepare_to_fill(store.uv0);
+    for (std::size_t i = 0; i < used.size(); ++i)
+        piece.set_vertex_uv(i, mesh.get_vertex_uv(used[i], 0), 0);
+}
+
 /// @return null where the engine finds no memory
 Ref<Mesh> piece_of(const Mesh& mesh, const FaceRun& run) {
     std::vector<unsigned> used;
@@ -38,15 +58,12 @@ Ref<Mesh> piece_of(const Mesh& mesh, const FaceRun& run) {
     Ref<Mesh> piece = make<Mesh>(mesh.get_mesh_data()->vertex_format);
     if (!piece->alloc_vertex_data(used.size()) || !piece->alloc_face_data(run.num_faces, false))
         return nullptr;
-    MeshData& store = *piece->get_mesh_data();
-    store.prepare_to_fill(store.color);
-    store.prepare_to_fill(store.uv0);
     for (std::size_t i = 0; i < used.size(); ++i) {
         piece->set_vertex_position(i, mesh.get_vertex_position(used[i]));
         piece->set_vertex_normal(i, mesh.get_vertex_normal(used[i]));
-        piece->set_vertex_color(i, mesh.get_vertex_color(used[i]));
-        piece->set_vertex_uv(i, mesh.get_vertex_uv(used[i], 0), 0);
     }
+    fill_colors(mesh, used, *piece);
+    fill_uvs(mesh, used, *piece);
     for (std::size_t face = 0; face < run.num_faces; ++face)
         piece->set_face_indexes(face, corners[face * 3], corners[face * 3 + 1],
                                 corners[face * 3 + 2]);
@@ -57,11 +74,11 @@ Ref<Mesh> piece_of(const Mesh& mesh, const FaceRun& run) {
 } // namespace
 
 void Model::Data::make_pieces() {
-    std::vector<Ref<Mesh>> all(facts.runs.size());
+    std::vector<Piece> all(facts.runs.size());
     for (std::size_t i = 0; i < all.size(); ++i) {
         const FaceRun& run = facts.runs[i];
         if (run.num_faces < facts.meshes[run.mesh].num_faces)
-            all[i] = piece_of(*meshes[run.mesh], run);
+            all[i].mesh = piece_of(*meshes[run.mesh], run);
     }
     pieces = std::move(all);
 }

@@ -1,5 +1,6 @@
 // Models on their way to pixels, on both paths.
 
+#include <array>
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -293,16 +294,22 @@ TEST(ModelDraw, gives_a_software_driver_long_runs_in_portions) {
     EXPECT_LT(seen.back(), 60);
 }
 
-TEST(ModelDraw, draws_what_a_host_writes_into_arrays_that_were_as_they_were_made) {
-    const Engine engine({{}, "", false, false});
+/// A program that shows texture coordinates, or colours of vertices.
+GpuProgram& program_that_shows(Window& window, const std::string& what) {
+    return window.compile(orvex::kit::program_text_for(
+        window.path, "[Vertex_Shader]\nuniform mat4 orvex_ModelViewProjectionMatrix;\n"
+                     "OUT vec4 seen;\nvoid main() { seen = " +
+                         what +
+                         ";\ngl_Position = orvex_ModelViewProjectionMatrix * POSITION; }\n"
+                         "[Pixel_Shader]\nIN vec4 seen;\nvoid main() { COLOR = seen; }\n"));
+}
+
+constexpr const char* texcoord = "vec4(TEXCOORD, 0.0, 1.0)";
+
+TEST_P(ModelDrawTest, draws_what_a_host_writes_into_arrays_that_were_as_they_were_made) {
     Model model = strip(20'000);
-    Window window(Path::gl3);
-    GpuProgram& places = window.compile(orvex::kit::program_text_for(
-        Path::gl3,
-        "[Vertex_Shader]\nuniform mat4 orvex_ModelViewProjectionMatrix;\n"
-        "OUT vec2 place;\nvoid main() { place = TEXCOORD;\n"
-        "gl_Position = orvex_ModelViewProjectionMatrix * POSITION; }\n"
-        "[Pixel_Shader]\nIN vec2 place;\nvoid main() { COLOR = vec4(place, 0.0, 1.0); }\n"));
+    Window window(GetParam());
+    GpuProgram& places = program_that_shows(window, texcoord);
     const Picture bare = window.picture_of(model, places);
     EXPECT_EQ(sum_of(bare, 2), sum_of(bare, 0)); // the background alone
     auto* const mesh = static_cast<orvex::Mesh*>(model.node()->get_child(0));
@@ -336,29 +343,103 @@ TEST(ModelDraw, goes_from_one_path_to_the_other_in_one_context) {
     EXPECT_TRUE(window.picture_of(model, core_lit) == first);
 }
 
-TEST(ModelDraw, shows_one_color_of_all_vertices_and_leaves_that_of_the_context) {
-    const Engine engine({{}, "", false, false});
+/// The colour that the context gives vertices without one.
+std::array<float, 4> color_of_context(Path path) {
+    std::array<float, 4> color{};
+    if (path == Path::gl3)
+        glGetVertexAttribfv(1, GL_CURRENT_VERTEX_ATTRIB, color.data());
+    else
+        glGetFloatv(GL_CURRENT_COLOR, color.data());
+    return color;
+}
+
+TEST_P(ModelDrawTest, shows_one_color_of_all_vertices_and_leaves_that_of_the_context) {
     Model model = strip(20'000);
     auto* const mesh = static_cast<orvex::Mesh*>(model.node()->get_child(0));
-    Window window(Path::gl3);
-    GpuProgram& colors = window.compile(orvex::kit::program_text_for(
-        Path::gl3, "[Vertex_Shader]\nuniform mat4 orvex_ModelViewProjectionMatrix;\n"
-                   "OUT vec4 tint;\nvoid main() { tint = VERTEX_COLOR;\n"
-                   "gl_Position = orvex_ModelViewProjectionMatrix * POSITION; }\n"
-                   "[Pixel_Shader]\nIN vec4 tint;\nvoid main() { COLOR = tint; }\n"));
+    Window window(GetParam());
+    GpuProgram& colors = program_that_shows(window, "VERTEX_COLOR");
     mesh->set_vertices_color(1.0f, 0.0f, 0.0f, 1.0f, nullptr);
-    glVertexAttrib4f(1, 0.25f, 0.5f, 0.75f, 1.0f);
+    const std::array<float, 4> set{0.25f, 0.5f, 0.75f, 1.0f};
+    if (GetParam() == Path::gl3)
+        glVertexAttrib4fv(1, set.data());
+    else
+        glColor4fv(set.data());
     const Picture red = window.picture_of(model, colors);
     EXPECT_GT(sum_of(red, 0), sum_of(red, 2) * 3 / 2);
-    float left[4] = {};
-    glGetVertexAttribfv(1, GL_CURRENT_VERTEX_ATTRIB, left);
-    EXPECT_EQ(left[0], 0.25f);
-    EXPECT_EQ(left[2], 0.75f);
+    EXPECT_EQ(color_of_context(GetParam()), set);
     for (unsigned long i = 0; i < mesh->get_mesh_data()->num_vertices; ++i)
         mesh->set_vertex_color(i, orvex::vec4(0.0f, 0.0f, 1.0f, 1.0f));
     const Picture blue = window.picture_of(model, colors);
     EXPECT_GT(sum_of(blue, 2), sum_of(blue, 0) * 3 / 2);
     EXPECT_TRUE(window.picture_of(model, colors) == blue);
+}
+
+/// A mesh whose arrays stay enabled after it was drawn on path gl2, more vertices than `strip` has,
+/// all red and with texture coordinates.
+orvex::kit::Ref<orvex::Mesh> interleaved_mesh() {
+    auto mesh = orvex::kit::make<orvex::Mesh>();
+    mesh->set_vertex_alloc_params(false, 0);
+    EXPECT_TRUE(mesh->alloc_vertex_data(60'000));
+    EXPECT_TRUE(mesh->alloc_face_data(1, false));
+    mesh->set_face_indexes(0, 0, 1, 2);
+    for (unsigned long i = 0; i < 60'000; ++i) {
+        mesh->set_vertex_color(i, orvex::vec4(1.0f, 0.0f, 0.0f, 1.0f));
+        mesh->set_vertex_uv(i, orvex::vec4(0.5f, 0.0f, 0.0f, 1.0f), 0);
+    }
+    mesh->set_opengl_2_3_rendering_states(true, nullptr);
+    return mesh;
+}
+
+TEST(ModelDraw, shows_nothing_of_arrays_that_another_mesh_left_enabled) {
+    const Engine engine({{}, "", false, false});
+    Model model = strip(20'000);
+    Window window(Path::gl2);
+    const orvex::kit::Ref<orvex::Mesh> other = interleaved_mesh();
+    for (const char* const what : {"VERTEX_COLOR", texcoord}) {
+        GpuProgram& program = program_that_shows(window, what);
+        const Picture alone = window.picture_of(model, program);
+        for (const bool keeps : {false, true}) {
+            const bool was_keeping = window.renderer->keep_binds(keeps);
+            for (int turn = 0; turn < 2; ++turn) {
+                program.bind(window.renderer);
+                other->render_geometry(window.renderer);
+                program.unbind(window.renderer);
+                EXPECT_TRUE(window.picture_of(model, program) == alone) << what << keeps << turn;
+            }
+            window.renderer->keep_binds(was_keeping);
+        }
+    }
+}
+
+TEST_P(ModelDrawTest, draws_long_runs_of_one_mesh_with_what_is_theirs) {
+    const TempDir folder;
+    folder.write("m.mtl", "newmtl a\nKd 1 0 0\nnewmtl b\nKd 0 0 1\n");
+    std::string text = "mtllib m.mtl\n";
+    for (int i = 0; i <= 24'000; ++i)
+        text += "v " + std::to_string(i / 24'000.0) + " 0 0\nv " + std::to_string(i / 24'000.0) +
+                " 1 0\n";
+    for (int i = 0; i < 24'000; ++i) {
+        if (i % 12'000 == 0)
+            text += i == 0 ? "usemtl a\n" : "usemtl b\n";
+        const int first = 2 * i + 1;
+        for (const int corner : {0, 2, 1})
+            text += (corner == 0 ? "f " : " ") + std::to_string(first + corner);
+        for (const int corner : {1, 2, 3})
+            text += (corner == 1 ? "\nf " : " ") + std::to_string(first + corner);
+        text += "\n";
+    }
+    Model model(folder.write("m.obj", text));
+    ASSERT_TRUE(model) << model.reason();
+    ASSERT_EQ(model.runs().size(), 2u);
+    Window window(GetParam());
+    GpuProgram& colors = program_that_shows(window, "VERTEX_COLOR * vec4(0.5, 0.5, 0.5, 1.0)");
+    const Picture grey = window.picture_of(model, colors);
+    EXPECT_GT(sum_of(grey, 0), grey.pixels.size() / 4 * 60);
+    EXPECT_EQ(sum_of(grey, 0), sum_of(grey, 2));
+    GpuProgram& lit = window.lit();
+    const Picture two = window.picture_of(model, lit);
+    EXPECT_FALSE(is_blank(two));
+    EXPECT_TRUE(window.picture_of(model, lit) == two);
 }
 
 TEST(DefaultArrays, are_those_that_nobody_has_written_and_come_back_after_a_draw) {
@@ -372,7 +453,7 @@ TEST(DefaultArrays, are_those_that_nobody_has_written_and_come_back_after_a_draw
     DefaultArrays arrays;
     arrays.look_at(mesh);
     {
-        const WithoutDefaults lean(mesh, arrays);
+        const WithoutDefaults lean(mesh, arrays, Path::gl3);
         EXPECT_EQ(mesh.uv0.data, nullptr);
         EXPECT_EQ(mesh.uv1.data, nullptr);
         EXPECT_EQ(mesh.tangent.data, nullptr);
@@ -386,7 +467,7 @@ TEST(DefaultArrays, are_those_that_nobody_has_written_and_come_back_after_a_draw
         mesh.uv0.data[i] = orvex::vec4(0.5f, 0.0f, 0.0f, 1.0f);
         mesh.uv0_need_update = true;
         arrays.look_at(mesh);
-        const WithoutDefaults lean(mesh, arrays);
+        const WithoutDefaults lean(mesh, arrays, Path::gl3);
         EXPECT_EQ(mesh.uv0.data, uv0) << i;
         EXPECT_EQ(mesh.uv1.data, nullptr) << i;
         mesh.uv0_need_update = false;
@@ -396,7 +477,7 @@ TEST(DefaultArrays, are_those_that_nobody_has_written_and_come_back_after_a_draw
     ASSERT_TRUE(small.alloc_vertex_data(100));
     DefaultArrays none;
     none.look_at(small);
-    const WithoutDefaults same(small, none);
+    const WithoutDefaults same(small, none, Path::gl3);
     EXPECT_NE(small.uv0.data, nullptr);
 }
 

@@ -1,8 +1,8 @@
 #pragma once
 
 /// @file
-/// Lists of a mesh's faces that no draw reads: their normals and their materials. They take 20 bytes
-/// a face.
+/// Lists of a mesh's faces that no draw reads: their normals and their materials. They take 20
+/// bytes a face.
 
 #include <optional>
 

@@ -55,6 +55,12 @@ struct MeshStyle {
     bool has_colors = false;           ///< of its own
 };
 
+/// A run of faces as a mesh of its own, for client arrays: those draw all faces of a mesh.
+struct Piece {
+    Ref<orvex::Mesh> mesh; ///< null where the run is the whole mesh
+    DefaultArrays default_arrays;
+};
+
 /// The model, from its load to its end or that of the engine.
 ///
 /// It draws the meshes itself, face run by face run: a model in the engine draws its children
@@ -104,9 +110,7 @@ private:
     bool is_uploaded = false;
     orvex::Plugin* last_renderer = nullptr; ///< that drew it; it may have ended since
     int last_renderer_id = 0;
-    /// A mesh for each run, for client arrays: those draw all faces of a mesh. Null where the run
-    /// is the whole mesh; empty until they are wanted.
-    std::vector<Ref<orvex::Mesh>> pieces;
+    std::vector<Piece> pieces;            ///< as `facts.runs`; empty until they are wanted
     std::unique_ptr<const FaceTree> tree; ///< null until it is asked, and after a turn
     orvex::mat4 placed;                   ///< in the world, by the host
     orvex::mat4 own_place;                ///< without the host, once it was placed
@@ -144,8 +148,12 @@ private:
     void put_away_face_lists();
     void begin_draw(orvex::Renderer& renderer, orvex::GpuProgram& program, Path path);
     void make_pieces();
+    void look_at_arrays();
+    bool has_default_arrays() const;
     void draw_run(orvex::Renderer& renderer, orvex::GpuProgram& program, const FaceRun& run,
-                  orvex::Mesh* piece, std::size_t portion);
+                  const Piece* piece, std::size_t portion);
+    void draw_geometry(orvex::Renderer& renderer, const FaceRun& run, const Piece* piece,
+                       std::size_t portion);
     void set_material(orvex::GpuProgram& program, const orvex::Material* material,
                       bool is_colored) const;
 };
