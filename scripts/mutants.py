@@ -5,18 +5,24 @@ import json
 import os
 import random
 import re
+import resource
+import shlex
 import shutil
 import subprocess
 import sys
+import threading
 import time
 from pathlib import Path
 
 ROOT = Path(__file__).resolve().parent.parent
 WORK = ROOT / "build" / "mutants"
-TREE = WORK / "tree"
-BUILD = WORK / "build"
-TEST_SECONDS = 120
-BUILD_SECONDS = 1200
+LOG = WORK / "log.jsonl"
+PROCESSOR_SECONDS = 20  # more than a test program takes that isn't caught in a loop, beside ten times its usual
+WALL_SECONDS = 240
+MEMORY = 16 << 30
+
+# Some of what is changed sends signals. Where the kernel lets us, a test sees its own processes alone.
+ALONE = ["unshare", "--pid", "--fork", "--kill-child", "--mount-proc"]
 
 Mutant = collections.namedtuple("Mutant", "file line kind before after")
 
@@ -78,111 +84,329 @@ def all_mutants(room):
     return mutants
 
 
-def choose(mutants, count, seed):
-    """As many of each kind as there is room for, each line at most once."""
+def in_turn(mutants, seed):
+    """As many of each kind as there are, in turn, each line at most once: what is tried first of them is
+    as good a choice as any longer one."""
     generator = random.Random(seed)
     by_kind = collections.defaultdict(list)
     for mutant in mutants:
         by_kind[mutant.kind].append(mutant)
     for group in by_kind.values():
         generator.shuffle(group)
-    chosen, lines = [], set()
-    while len(chosen) < count and any(by_kind.values()):
+    lines = set()
+    while any(by_kind.values()):
         for group in by_kind.values():
             while group and (group[-1].file, group[-1].line) in lines:
                 group.pop()
-            if group and len(chosen) < count:
+            if group:
                 mutant = group.pop()
                 lines.add((mutant.file, mutant.line))
-                chosen.append(mutant)
-    return sorted(chosen)
+                yield mutant
 
 
-def run(command, seconds, **options):
-    """@return the exit status; None where it took too long"""
-    process = subprocess.Popen(command, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL,
-                               start_new_session=True, **options)
-    try:
-        return process.wait(seconds)
-    except subprocess.TimeoutExpired:
-        os.killpg(process.pid, 9)
-        process.wait()
-        return None
+class Test:
+    """A test that is a program of ours."""
+
+    def __init__(self, listed, target, build):
+        properties = {entry["name"]: entry["value"] for entry in listed["properties"]}
+        self.name = listed["name"]
+        self.target = target
+        self.place = Path(target).relative_to("tests").parent
+        self.program = build / target
+        self.folder = properties.get("WORKING_DIRECTORY", str(build))
+        self.environment = dict(os.environ, GTEST_FAIL_FAST="1", GTEST_BRIEF="1")
+        for setting in properties.get("ENVIRONMENT", []):
+            name, _, value = setting.partition("=")
+            self.environment[name] = value
 
 
-def prepare():
-    if TREE.exists():
-        subprocess.run(["git", "worktree", "remove", "--force", str(TREE)], cwd=ROOT, check=False)
-        shutil.rmtree(TREE, ignore_errors=True)
-    WORK.mkdir(parents=True, exist_ok=True)
-    subprocess.run(["git", "worktree", "prune"], cwd=ROOT, check=True)
-    subprocess.run(["git", "worktree", "add", "--quiet", "--detach", str(TREE)], cwd=ROOT, check=True)
-    if (ROOT / "deps").exists() and not (TREE / "deps").exists():
-        (TREE / "deps").symlink_to(ROOT / "deps")
-    subprocess.run(["cmake", "-S", str(TREE), "-B", str(BUILD), "-G", "Ninja", "-DCMAKE_BUILD_TYPE=Debug",
-                    "-DCMAKE_CXX_FLAGS_DEBUG=-O0", "-DORVEX_BUILD_EXAMPLES=OFF"],
-                   check=True, stdout=subprocess.DEVNULL)
-    subprocess.run(["cmake", "--build", str(BUILD)], check=True)
+class Notes:
+    """What became of each mutant, in a file that the next run goes on from, and how long each test takes."""
+
+    def __init__(self):
+        self.lock = threading.Lock()
+        self.fates = {}
+        self.seconds = {}
+        self.killers = collections.defaultdict(list)
+        if LOG.exists():
+            for line in LOG.read_text(encoding="utf-8").splitlines():
+                self._take(json.loads(line))
+
+    def _take(self, entry):
+        self.seconds.update(entry["seconds"])
+        self.fates[Mutant(*entry["mutant"])] = entry["fate"]
+        if entry["killer"]:
+            self.killers[entry["mutant"][0]].append(entry["killer"])
+
+    def write(self, mutant, fate, killer, seconds):
+        entry = {"mutant": list(mutant), "fate": fate, "killer": killer, "seconds": seconds}
+        with self.lock:
+            self._take(entry)
+            with LOG.open("a", encoding="utf-8") as log:
+                log.write(json.dumps(entry) + "\n")
+
+    def in_order(self, file, tests):
+        """Those first that noticed something in this file before, then the quick ones."""
+        with self.lock:
+            return sorted(tests, key=lambda test: (-self.killers[file].count(test.name),
+                                                   self.seconds.get(test.name, 1.0)))
 
 
-def test_programs():
-    """The tests that are programs of ours, as name and folder below tests."""
-    listed = subprocess.run(["ctest", "--test-dir", str(BUILD), "--show-only=json-v1"],
-                          capture_output=True, text=True, check=True)
-    programs = {}
-    for test in json.loads(listed.stdout)["tests"]:
-        command = test.get("command", [""])[0]
-        if command.startswith(str(BUILD / "tests")) and test["name"] == os.path.basename(command):
-            programs[test["name"]] = os.path.relpath(os.path.dirname(command), BUILD / "tests")
-    return programs
+class Tree:
+    """A copy of what is committed, built as far as it is needed, in which one line at a time is changed.
+
+    The object of the changed file is exchanged by one without optimisation, and the build tool links."""
+
+    def __init__(self, number, notes):
+        self.path = WORK / str(number)
+        self.build = self.path / "build" / "release"
+        self.notes = notes
+        self.green = set()
+        self._check_out()
+        subprocess.run(["cmake", "--preset", "release", "-DCMAKE_LINK_DEPENDS_NO_SHARED=ON", *linker()],
+                       cwd=self.path, check=True, stdout=subprocess.DEVNULL)
+        for kept in self.build.rglob("*.kept"):
+            put_back(self.build, kept)
+        commands = json.loads((self.build / "compile_commands.json").read_text(encoding="utf-8"))
+        self.commands = {os.path.relpath(entry["file"], self.path): shlex.split(entry["command"])
+                         for entry in commands}
+        self.tests = self._tests()
+
+    def _tests(self):
+        """Of the build tool, since ctest doesn't tell what a test runs before it is built."""
+        listed = subprocess.run(["ctest", "--test-dir", str(self.build), "--show-only=json-v1"],
+                                capture_output=True, text=True, check=True)
+        tests = {test["name"]: test for test in json.loads(listed.stdout)["tests"]}
+        targets = subprocess.run(["ninja", "-C", str(self.build), "-t", "targets", "all"],
+                                 capture_output=True, text=True, check=True)
+        programs = re.findall(r"^(tests/\S+): CX*_EXECUTABLE_LINKER", targets.stdout, re.MULTILINE)
+        return [Test(tests[Path(program).name], program, self.build) for program in programs
+                if Path(program).name in tests]
+
+    def _check_out(self):
+        head = subprocess.run(["git", "rev-parse", "HEAD"], cwd=ROOT, capture_output=True, text=True,
+                              check=True).stdout.strip()
+        if (self.path / ".git").exists():
+            subprocess.run(["git", "checkout", "--quiet", "--force", "--detach", head], cwd=self.path,
+                           check=True)
+            return
+        WORK.mkdir(parents=True, exist_ok=True)
+        subprocess.run(["git", "worktree", "prune"], cwd=ROOT, check=True)
+        subprocess.run(["git", "worktree", "add", "--quiet", "--detach", str(self.path), head], cwd=ROOT,
+                       check=True)
+        if (ROOT / "deps").exists():
+            (self.path / "deps").symlink_to(ROOT / "deps")
+
+    def near(self, file):
+        """The tests of the innermost folder around a source that has any."""
+        folder = Path("tools") if file.startswith("tools/") else Path(file).relative_to("src").parent
+        while True:
+            near = [test for test in self.tests
+                    if test.place == folder or folder in test.place.parents]
+            if near or folder == Path("."):
+                return near
+            folder = folder.parent
+
+    def try_mutant(self, mutant, wide_seconds):
+        if mutant.file not in self.commands:
+            self.notes.write(mutant, "does not compile", None, {})
+            return
+        near = self.near(mutant.file)
+        far = [test for test in self.tests if test not in near]
+        began, killer, seconds = time.monotonic(), None, {}
+        with Exchanged(self, mutant) as compiled:
+            if not compiled:
+                self.notes.write(mutant, "does not compile", None, {})
+                return
+            for test in self.notes.in_order(mutant.file, near):
+                if self._notices(test, seconds):
+                    killer = test.name
+                    break
+            spent = 0.0
+            for test in self.notes.in_order(mutant.file, far) if not killer else []:
+                spent += self.notes.seconds.get(test.name, 1.0)
+                if spent > wide_seconds:
+                    break
+                if self._notices(test, seconds):
+                    killer = test.name
+                    break
+        # A test that was never seen to pass proves nothing by its failure.
+        if killer and not self._is_green(killer):
+            print(f"{killer} fails by itself and is left out", flush=True)
+            self.tests = [test for test in self.tests if test.name != killer]
+            self.try_mutant(mutant, wide_seconds)
+            return
+        fate = "killed" if killer else "survived" if wide_seconds else "survived its room"
+        self.notes.write(mutant, fate, killer, seconds)
+        print(f"{mutant.file}:{mutant.line}: {mutant.kind}: {fate}{' by ' + killer if killer else ''}, "
+              f"{time.monotonic() - began:.0f} s", flush=True)
+
+    def _is_green(self, name):
+        """@return whether a test passes where nothing is changed"""
+        return name in self.green or not self._notices(next(test for test in self.tests if test.name == name), {})
+
+    def make(self, target):
+        """@return whether it is built"""
+        return subprocess.run(["ninja", "-C", str(self.build), target], stdout=subprocess.DEVNULL,
+                              stderr=subprocess.DEVNULL, check=False).returncode == 0
+
+    def _notices(self, test, seconds):
+        """@return whether a test fails"""
+        if not self.make(test.target):
+            return True
+        usual = self.notes.seconds.get(test.name, 0.0)
+        status, used = run(test, PROCESSOR_SECONDS + 10 * usual)
+        if status == 0:
+            seconds[test.name] = round(used, 2)
+            self.green.add(test.name)
+        return status != 0
 
 
-def programs_near(file, programs):
-    """Those of the innermost folder around a source that has any."""
-    folder = Path("tools") if file.startswith("tools/") else Path(file).relative_to("src").parent
-    while True:
-        near = [name for name, place in programs.items()
-                if Path(place) == folder or folder in Path(place).parents]
-        if near or folder == Path("."):
-            return near
-        folder = folder.parent
+class Exchanged:
+    """A mutant in the place of what it was made from, as long as this lives."""
+
+    def __init__(self, tree, mutant):
+        self.tree = tree
+        self.mutant = mutant
+        self.source = tree.path / mutant.file
+        self.command = tree.commands[mutant.file]
+        self.name = self.command[self.command.index("-o") + 1]
+        self.object = tree.build / self.name
+
+    def __enter__(self):
+        if not self.tree.make(self.name):
+            raise RuntimeError(f"{self.mutant.file} does not compile as it is")
+        shutil.copy2(self.object, f"{self.object}.kept")
+        compiled = self._compile()
+        if compiled:
+            take(self.tree.build, self.name)
+        else:
+            self.__exit__()
+        return compiled
+
+    def __exit__(self, *_):
+        put_back(self.tree.build, Path(f"{self.object}.kept"))
+
+    def _compile(self):
+        original, times = self.source.read_text(encoding="utf-8"), self.source.stat()
+        lines = original.split("\n")
+        lines[self.mutant.line - 1] = self.mutant.after
+        self.source.write_text("\n".join(lines), encoding="utf-8")
+        try:
+            return subprocess.run([*self.command, "-O0", "-w"], cwd=self.tree.build, stderr=subprocess.DEVNULL,
+                                  env=dict(os.environ, CCACHE_DISABLE="1"), check=False).returncode == 0
+        finally:
+            self.source.write_text(original, encoding="utf-8")
+            os.utime(self.source, ns=(times.st_atime_ns, times.st_mtime_ns))
+
+def take(build, name):
+    """Lets the build tool take an object for its own: it has the time of what was there, and what was made of
+    that is gone."""
+    shutil.copystat(build / f"{name}.kept", build / name)
+    told = subprocess.run(["ninja", "-C", str(build), "-t", "query", name], capture_output=True, text=True,
+                          check=True).stdout
+    for user in told.split("outputs:")[1].split():
+        (build / user).unlink(missing_ok=True)
 
 
-def is_noticed(names):
-    """@return whether one of the programs fails; None where the mutant doesn't compile"""
-    if run(["cmake", "--build", str(BUILD), "--target", *names], BUILD_SECONDS) != 0:
-        return None
-    pattern = "^(" + "|".join(names) + ")$"
-    return run(["ctest", "--test-dir", str(BUILD), "-R", pattern, "-j2", "--stop-on-failure",
-                "--timeout", str(TEST_SECONDS)], TEST_SECONDS * len(names)) != 0
+def put_back(build, kept):
+    """Also what a run that was cut off left changed."""
+    name = str(kept.relative_to(build).with_suffix(""))
+    shutil.copyfile(kept, build / name)
+    take(build, name)
+    kept.unlink()
 
 
-def try_mutant(mutant, programs, near_alone):
-    path = TREE / mutant.file
-    original = path.read_text(encoding="utf-8")
-    lines = original.split("\n")
-    lines[mutant.line - 1] = mutant.after
-    path.write_text("\n".join(lines), encoding="utf-8")
-    try:
-        noticed = is_noticed(programs_near(mutant.file, programs))
-        if noticed is False and not near_alone:
-            noticed = is_noticed(sorted(programs))
-        return noticed
-    finally:
-        path.write_text(original, encoding="utf-8")
+def linker():
+    """One that is quicker than the usual, where there is one."""
+    for name in ("mold", "lld"):
+        if any((Path(folder) / f"ld.{name}").exists() for folder in os.environ["PATH"].split(":")):
+            return [f"-DCMAKE_{kind}_LINKER_FLAGS=-fuse-ld={name}" for kind in ("EXE", "MODULE", "SHARED")]
+    return []
 
 
-def report(counts, survivors):
-    print(f"\n{'kind':12} {'tried':>6} {'killed':>7}")
-    for kind in sorted({kind for kind, _ in counts}):
-        killed, lived = counts[kind, True], counts[kind, False]
-        print(f"{kind:12} {killed + lived:6} {killed:7}")
-    tried = sum(counts.values()) - sum(count for (_, noticed), count in counts.items() if noticed is None)
-    share = 100.0 * (tried - len(survivors)) / tried if tried else 0.0
-    print(f"{tried} tried, {tried - len(survivors)} killed: {share:.1f} %")
-    for mutant in survivors:
-        print(f"{mutant.file}:{mutant.line}: {mutant.kind}\n  - {mutant.before.strip()}\n"
-              f"  + {mutant.after.strip()}")
+def run(test, processor_seconds):
+    """@return the exit status, one of failure where it took too long, and the processor time it took"""
+    def bounds():
+        most = int(processor_seconds)
+        resource.setrlimit(resource.RLIMIT_CPU, (most, most))
+        resource.setrlimit(resource.RLIMIT_AS, (MEMORY, MEMORY))
+
+    process = subprocess.Popen([*ALONE, str(test.program)], cwd=test.folder, env=test.environment,
+                               stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, preexec_fn=bounds,
+                               start_new_session=True)
+    over = threading.Timer(WALL_SECONDS, process.kill)
+    over.start()
+    _, status, used = os.wait4(process.pid, 0)
+    process.returncode = status
+    over.cancel()
+    return status, used.ru_utime + used.ru_stime
+
+
+def room_of(file):
+    """The folder below src/orvex, a library beside it, or a tool."""
+    parts = file.split("/")
+    return "/".join(parts[:3 if parts[1] == "orvex" else 2])
+
+
+def table(title, fates, key):
+    counts = collections.Counter((key(mutant), fate == "killed") for mutant, fate in fates.items())
+    print(f"\n{title:24} {'tried':>6} {'killed':>7}")
+    for row in sorted({row for row, _ in counts}):
+        killed, lived = counts[row, True], counts[row, False]
+        print(f"{row:24} {killed + lived:6} {killed:7}")
+
+
+def report(fates):
+    table("room", fates, lambda mutant: room_of(mutant.file))
+    table("kind", fates, lambda mutant: mutant.kind)
+    killed = sum(fate == "killed" for fate in fates.values())
+    share = 100.0 * killed / len(fates) if fates else 0.0
+    print(f"\n{len(fates)} tried, {killed} killed: {share:.1f} %")
+    for mutant, fate in sorted(fates.items()):
+        if fate != "killed":
+            print(f"{mutant.file}:{mutant.line}: {mutant.kind}: {fate}\n  - {mutant.before.strip()}\n"
+                  f"  + {mutant.after.strip()}")
+
+
+class Run:
+    """Takes mutants one by one until as many as wanted were tried."""
+
+    def __init__(self, options, notes):
+        self.options = options
+        self.notes = notes
+        self.lock = threading.Lock()
+        self.source = in_turn(all_mutants(options.room), options.seed)
+        self.begun = []
+
+    def is_done(self, mutant):
+        fate = self.notes.fates.get(mutant)
+        if not self.options.again and fate == "survived":
+            return True
+        return fate in ("killed", "does not compile") or (fate and self.options.near)
+
+    def next(self):
+        """@return the next one that has no fate yet; None at the end"""
+        with self.lock:
+            counted = [one for one in self.begun if self.notes.fates.get(one) != "does not compile"]
+            while len(counted) < self.options.count:
+                mutant = next(self.source, None)
+                if mutant is None:
+                    return None
+                self.begun.append(mutant)
+                if not self.is_done(mutant):
+                    return mutant
+                if self.notes.fates[mutant] != "does not compile":
+                    counted.append(mutant)
+            return None
+
+    def work(self, tree):
+        while mutant := self.next():
+            tree.try_mutant(mutant, 0 if self.options.near else self.options.wide)
+
+    def fates(self):
+        return {mutant: self.notes.fates[mutant] for mutant in self.begun
+                if self.notes.fates.get(mutant, "does not compile") != "does not compile"}
 
 
 def main():
@@ -191,27 +415,26 @@ def main():
     parser.add_argument("--seed", type=int, default=1)
     parser.add_argument("--room", default="")
     parser.add_argument("--near", action="store_true")
+    parser.add_argument("--wide", type=float, default=120)
+    parser.add_argument("--again", action="store_true")
+    parser.add_argument("--trees", type=int, default=1)
     parser.add_argument("--list", action="store_true")
     options = parser.parse_args()
 
-    mutants = choose(all_mutants(options.room), options.count, options.seed)
+    notes = Notes()
+    course = Run(options, notes)
     if options.list:
-        for mutant in mutants:
+        while mutant := course.next():
             print(f"{mutant.file}:{mutant.line}: {mutant.kind}: {mutant.after.strip()}")
+        report(course.fates())
         return 0
-    prepare()
-    programs = test_programs()
-    counts, survivors = collections.Counter(), []
-    began = time.monotonic()
-    for number, mutant in enumerate(mutants, 1):
-        noticed = try_mutant(mutant, programs, options.near)
-        counts[mutant.kind, noticed] += 1
-        if noticed is False:
-            survivors.append(mutant)
-        word = {True: "killed", False: "SURVIVED", None: "does not compile"}[noticed]
-        print(f"[{number}/{len(mutants)}, {time.monotonic() - began:.0f} s] {mutant.file}:{mutant.line}: "
-              f"{mutant.kind}: {word}", flush=True)
-    report(counts, survivors)
+    threads = [threading.Thread(target=course.work, args=(Tree(number, notes),))
+               for number in range(1, options.trees + 1)]
+    for thread in threads:
+        thread.start()
+    for thread in threads:
+        thread.join()
+    report(course.fates())
     return 0
 
 

@@ -1,15 +1,19 @@
 #!/usr/bin/env bash
 # Changes one thing at a time in the libraries and tools and looks whether a test notices: scripts/mutants.sh [OPTION...]
 #
-#     --count N    mutants, spread over all rooms by their size (400)
+#     --count N    mutants that compile, over all rooms by their size (400)
 #     --seed N     another seed gives other mutants (1)
 #     --room PATH  only sources below PATH, such as src/orvex/scene or src/orvex_kit
 #     --near       on the programs of its room alone: many mutants in little time
-#     --list       prints the mutants and ends
+#     --wide N     seconds of processor time for the other programs (120)
+#     --again      tries survivors once more, where tests were added
+#     --trees N    works in N copies at once (1)
+#     --list       prints what is left to try and what became of the rest, and ends
 #
-# Works in a copy of what is committed, in build/mutants, and builds there first. A mutant is tried on the
-# test programs of its room; one that survives them is tried on all programs that test by themselves. The
-# table that remains tells each survivor, to be given a test or a reason.
+# Works in copies of what is committed, in build/mutants, and builds there what it needs. A mutant is tried on
+# the test programs of its room; one that survives them is tried on the others that test by themselves, the quick
+# ones first. What became of it goes to build/mutants/log.jsonl, and a run that was cut off goes on from there.
+# The table that remains tells each survivor, to be given a test or a reason.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 exec python3 scripts/mutants.py "$@"
