@@ -1,6 +1,7 @@
 """Tries mutants of the engine against its tests; see mutants.sh."""
 import argparse
 import collections
+import concurrent.futures
 import json
 import os
 import random
@@ -68,15 +69,14 @@ def changes_of(lines, index):
             yield "arguments", f"{line[:match.start()]}{match[2]}, {match[1]}{line[match.end():]}"
 
 
-def sources(room):
+def sources():
     """Those of the engine, the libraries beside it and the tools."""
-    below = [ROOT / room] if room else [ROOT / "src", ROOT / "tools"]
-    return sorted(file for folder in below for file in folder.rglob("*.cpp"))
+    return sorted(file for folder in (ROOT / "src", ROOT / "tools") for file in folder.rglob("*.cpp"))
 
 
-def all_mutants(room):
+def all_mutants():
     mutants = []
-    for file in sources(room):
+    for file in sources():
         lines = file.read_text(encoding="utf-8").split("\n")
         for index in range(1, len(lines)):
             for kind, after in changes_of(lines, index):
@@ -162,6 +162,7 @@ class Tree:
         self.build = self.path / "build" / "release"
         self.notes = notes
         self.green = set()
+        self.num_compiled = 0
         self._check_out()
         subprocess.run(["cmake", "--preset", "release", "-DCMAKE_LINK_DEPENDS_NO_SHARED=ON", *linker()],
                        cwd=self.path, check=True, stdout=subprocess.DEVNULL)
@@ -207,47 +208,60 @@ class Tree:
                 return near
             folder = folder.parent
 
-    def try_mutant(self, mutant, wide_seconds):
-        if mutant.file not in self.commands:
-            self.notes.write(mutant, "does not compile", None, {})
-            return
+    def compile(self, mutant):
+        """@return its object; None where it doesn't compile"""
+        command = self.commands.get(mutant.file)
+        if not command:
+            return None
+        self.num_compiled += 1
+        name = f"mutant{self.num_compiled}.o"
+        changed = self.build / "mutant.cpp"
+        lines = (self.path / mutant.file).read_text(encoding="utf-8").split("\n")
+        lines[mutant.line - 1] = mutant.after
+        changed.write_text(f'#line 1 "{self.path / mutant.file}"\n' + "\n".join(lines), encoding="utf-8")
+        command = [*command[:command.index("-o")], "-O0", "-w", "-o", name, "-c", changed.name]
+        done = subprocess.run(command, cwd=self.build, stderr=subprocess.DEVNULL, check=False)
+        return self.build / name if done.returncode == 0 else None
+
+    def try_mutant(self, mutant, compiled, wide_seconds):
         near = self.near(mutant.file)
         far = [test for test in self.tests if test not in near]
         began, killer, seconds = time.monotonic(), None, {}
-        with Exchanged(self, mutant) as compiled:
-            if not compiled:
-                self.notes.write(mutant, "does not compile", None, {})
-                return
-            for test in self.notes.in_order(mutant.file, near):
-                if self._notices(test, seconds):
-                    killer = test.name
-                    break
-            spent = 0.0
-            for test in self.notes.in_order(mutant.file, far) if not killer else []:
-                spent += self.notes.seconds.get(test.name, 1.0)
-                if spent > wide_seconds:
-                    break
-                if self._notices(test, seconds):
-                    killer = test.name
-                    break
+        command = self.commands[mutant.file]
+        missing = [test.target for test in near if not test.program.exists()]
+        if missing:
+            self.make(*missing)  # together is quicker than one by one
+        with Exchanged(self, command[command.index("-o") + 1], compiled):
+            killer = self._first_that_notices(self.notes.in_order(mutant.file, near), None, seconds)
+            if not killer and wide_seconds:
+                killer = self._first_that_notices(self.notes.in_order(mutant.file, far), wide_seconds, seconds)
         # A test that was never seen to pass proves nothing by its failure.
         if killer and not self._is_green(killer):
-            print(f"{killer} fails by itself and is left out", flush=True)
-            self.tests = [test for test in self.tests if test.name != killer]
-            self.try_mutant(mutant, wide_seconds)
+            print(f"{killer.name} fails by itself and is left out", flush=True)
+            self.tests.remove(killer)
             return
         fate = "killed" if killer else "survived" if wide_seconds else "survived its room"
-        self.notes.write(mutant, fate, killer, seconds)
-        print(f"{mutant.file}:{mutant.line}: {mutant.kind}: {fate}{' by ' + killer if killer else ''}, "
+        self.notes.write(mutant, fate, killer.name if killer else None, seconds)
+        print(f"{mutant.file}:{mutant.line}: {mutant.kind}: {fate}{' by ' + killer.name if killer else ''}, "
               f"{time.monotonic() - began:.0f} s", flush=True)
 
-    def _is_green(self, name):
-        """@return whether a test passes where nothing is changed"""
-        return name in self.green or not self._notices(next(test for test in self.tests if test.name == name), {})
+    def _first_that_notices(self, tests, bound, seconds):
+        spent = 0.0
+        for test in tests:
+            spent += self.notes.seconds.get(test.name, 1.0)
+            if bound and spent > bound:
+                return None
+            if self._notices(test, seconds):
+                return test
+        return None
 
-    def make(self, target):
-        """@return whether it is built"""
-        return subprocess.run(["ninja", "-C", str(self.build), target], stdout=subprocess.DEVNULL,
+    def _is_green(self, test):
+        """@return whether a test passes where nothing is changed"""
+        return test.name in self.green or not self._notices(test, {})
+
+    def make(self, *targets):
+        """@return whether they are built"""
+        return subprocess.run(["ninja", "-C", str(self.build), *targets], stdout=subprocess.DEVNULL,
                               stderr=subprocess.DEVNULL, check=False).returncode == 0
 
     def _notices(self, test, seconds):
@@ -263,41 +277,24 @@ class Tree:
 
 
 class Exchanged:
-    """A mutant in the place of what it was made from, as long as this lives."""
+    """The mutant's object in the place of that which it was made from, as long as this lives."""
 
-    def __init__(self, tree, mutant):
+    def __init__(self, tree, name, compiled):
         self.tree = tree
-        self.mutant = mutant
-        self.source = tree.path / mutant.file
-        self.command = tree.commands[mutant.file]
-        self.name = self.command[self.command.index("-o") + 1]
-        self.object = tree.build / self.name
+        self.name = name
+        self.compiled = compiled
+        self.kept = tree.build / f"{name}.kept"
 
     def __enter__(self):
         if not self.tree.make(self.name):
-            raise RuntimeError(f"{self.mutant.file} does not compile as it is")
-        shutil.copy2(self.object, f"{self.object}.kept")
-        compiled = self._compile()
-        if compiled:
-            take(self.tree.build, self.name)
-        else:
-            self.__exit__()
-        return compiled
+            raise RuntimeError(f"{self.name} does not compile as it is")
+        shutil.copy2(self.tree.build / self.name, self.kept)
+        os.replace(self.compiled, self.tree.build / self.name)
+        take(self.tree.build, self.name)
 
     def __exit__(self, *_):
-        put_back(self.tree.build, Path(f"{self.object}.kept"))
+        put_back(self.tree.build, self.kept)
 
-    def _compile(self):
-        original, times = self.source.read_text(encoding="utf-8"), self.source.stat()
-        lines = original.split("\n")
-        lines[self.mutant.line - 1] = self.mutant.after
-        self.source.write_text("\n".join(lines), encoding="utf-8")
-        try:
-            return subprocess.run([*self.command, "-O0", "-w"], cwd=self.tree.build, stderr=subprocess.DEVNULL,
-                                  env=dict(os.environ, CCACHE_DISABLE="1"), check=False).returncode == 0
-        finally:
-            self.source.write_text(original, encoding="utf-8")
-            os.utime(self.source, ns=(times.st_atime_ns, times.st_mtime_ns))
 
 def take(build, name):
     """Lets the build tool take an object for its own: it has the time of what was there, and what was made of
@@ -376,14 +373,15 @@ class Run:
         self.options = options
         self.notes = notes
         self.lock = threading.Lock()
-        self.source = in_turn(all_mutants(options.room), options.seed)
+        mutants = in_turn(all_mutants(), options.seed)
+        if options.again:
+            mutants = [mutant for mutant, fate in notes.fates.items() if fate.startswith("survived")]
+        self.source = iter([mutant for mutant in mutants if mutant.file.startswith(options.room)])
         self.begun = []
 
     def is_done(self, mutant):
         fate = self.notes.fates.get(mutant)
-        if not self.options.again and fate == "survived":
-            return True
-        return fate in ("killed", "does not compile") or (fate and self.options.near)
+        return fate and not self.options.again and (self.options.near or fate != "survived its room")
 
     def next(self):
         """@return the next one that has no fate yet; None at the end"""
@@ -401,8 +399,21 @@ class Run:
             return None
 
     def work(self, tree):
-        while mutant := self.next():
-            tree.try_mutant(mutant, 0 if self.options.near else self.options.wide)
+        """Compiles one while the tests of that before it run."""
+        seconds = 0 if self.options.near else self.options.wide
+        with concurrent.futures.ThreadPoolExecutor(1) as ahead:
+            def begin():
+                mutant = self.next()
+                return mutant, mutant and ahead.submit(tree.compile, mutant)
+
+            mutant, compiled = begin()
+            while mutant:
+                following = begin()
+                if compiled.result():
+                    tree.try_mutant(mutant, compiled.result(), seconds)
+                else:
+                    self.notes.write(mutant, "does not compile", None, {})
+                mutant, compiled = following if following[0] else begin()
 
     def fates(self):
         return {mutant: self.notes.fates[mutant] for mutant in self.begun
