@@ -141,6 +141,10 @@ static void records_with_bad_words_are_refused(void) {
     CHECK_SAYS("height is -1");
     CHECK_RESULT(ORVEX_ERROR_ARGUMENT, orvex_camera_project(&camera, 1, 1, NULL, 1, numbers));
     CHECK_RESULT(ORVEX_ERROR_ARGUMENT, orvex_camera_project(&camera, 1, 1, middle, 1, NULL));
+    CHECK_RESULT(ORVEX_ERROR_ARGUMENT, orvex_camera_ray(&camera, 0, 1, 0, 0, numbers, more));
+    CHECK_SAYS("width is 0");
+    CHECK_RESULT(ORVEX_ERROR_ARGUMENT, orvex_camera_ray(&camera, 1, 0, 0, 0, numbers, more));
+    CHECK_SAYS("height is 0");
     CHECK_RESULT(ORVEX_ERROR_ARGUMENT, orvex_camera_ray(&camera, 1, 1, INFINITY, 0, numbers, more));
     CHECK_RESULT(ORVEX_ERROR_ARGUMENT, orvex_camera_ray(&camera, 1, 1, 0, 0, NULL, more));
     CHECK_RESULT(ORVEX_ERROR_ARGUMENT, orvex_camera_ray(&camera, 1, 1, 0, 0, numbers, NULL));

@@ -222,13 +222,13 @@ TEST(GltfCameras, stand_where_their_nodes_are) {
 }
 
 TEST(GltfCameras, may_see_without_perspective_or_without_end) {
-    const Draft parallel = seen("{'type':'orthographic','orthographic':{'xmag':4,'ymag':2,"
+    const Draft parallel = seen("{'type':'orthographic','orthographic':{'xmag':3,'ymag':1,"
                                 "'znear':0,'zfar':9}}",
                                 "'name':'side'");
     ASSERT_EQ(parallel.cameras.size(), 1u);
     EXPECT_EQ(parallel.cameras[0].name, "side");
-    EXPECT_EQ(parallel.cameras[0].height, 4.0f);
-    EXPECT_EQ(parallel.cameras[0].aspect, 2.0f);
+    EXPECT_EQ(parallel.cameras[0].height, 2.0f);
+    EXPECT_EQ(parallel.cameras[0].aspect, 3.0f);
     const Draft endless =
         seen("{'type':'perspective','perspective':{'yfov':1,'znear':1}}", "'a':0");
     ASSERT_EQ(endless.cameras.size(), 1u);
