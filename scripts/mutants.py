@@ -2,6 +2,7 @@
 import argparse
 import collections
 import concurrent.futures
+import copy
 import json
 import os
 import random
@@ -120,6 +121,15 @@ class Test:
             self.environment[name] = value
 
 
+    def narrowed(self, source):
+        """Only what one of its sources tests."""
+        suites = sorted(set(re.findall(r"^TEST(?:_[FP])?\((\w+),", source.read_text(encoding="utf-8"), re.MULTILINE)))
+        test = copy.copy(self)
+        test.name = f"{self.name} ({source.name})"
+        test.environment = dict(self.environment, GTEST_FILTER=":".join(f"{suite}.*:*/{suite}.*" for suite in suites))
+        return test
+
+
 class Notes:
     """What became of each mutant, in a file that the next run goes on from, and how long each test takes."""
 
@@ -136,7 +146,7 @@ class Notes:
         self.seconds.update(entry["seconds"])
         self.fates[Mutant(*entry["mutant"])] = entry["fate"]
         if entry["killer"]:
-            self.killers[entry["mutant"][0]].append(entry["killer"])
+            self.killers[entry["mutant"][0]].append(entry["killer"].split()[0])
 
     def write(self, mutant, fate, killer, seconds):
         entry = {"mutant": list(mutant), "fate": fate, "killer": killer, "seconds": seconds}
@@ -208,6 +218,17 @@ class Tree:
                 return near
             folder = folder.parent
 
+    def namesakes(self, file, near):
+        """Those test sources whose names are likest to a source's: they fail soonest."""
+        tests = {test.name: test for test in near}
+        found = []
+        for source, command in self.commands.items():
+            stem = re.sub(r"(_gl|_memory)*_test$", "", Path(source).stem)
+            target = command[command.index("-o") + 1].split(".dir/")[0].split("/")[-1]
+            if target in tests and source.endswith("_test.cpp") and Path(file).stem.startswith(stem):
+                found.append((-len(stem), source, tests[target]))
+        return [test.narrowed(self.path / source) for _, source, test in sorted(found, key=lambda one: one[:2])[:2]]
+
     def compile(self, mutant):
         """@return its object; None where it doesn't compile"""
         command = self.commands.get(mutant.file)
@@ -223,33 +244,34 @@ class Tree:
         done = subprocess.run(command, cwd=self.build, stderr=subprocess.DEVNULL, check=False)
         return self.build / name if done.returncode == 0 else None
 
-    def try_mutant(self, mutant, compiled, wide_seconds):
+    def try_mutant(self, mutant, compiled, options):
         near = self.near(mutant.file)
-        far = [test for test in self.tests if test not in near]
-        began, killer, seconds = time.monotonic(), None, {}
+        far = [] if options.near else [test for test in self.tests if test not in near]
+        began, seconds = time.monotonic(), {}
         command = self.commands[mutant.file]
-        missing = [test.target for test in near if not test.program.exists()]
-        if missing:
-            self.make(*missing)  # together is quicker than one by one
         with Exchanged(self, command[command.index("-o") + 1], compiled):
-            killer = self._first_that_notices(self.notes.in_order(mutant.file, near), None, seconds)
-            if not killer and wide_seconds:
-                killer = self._first_that_notices(self.notes.in_order(mutant.file, far), wide_seconds, seconds)
+            killer = self._first_that_notices(self.namesakes(mutant.file, near), options.seconds, seconds)
+            if not killer:
+                # Those that were never built, since together is quicker than one by one.
+                self.make(*(test.target for test in near if not test.program.exists()))
+                in_order = self.notes.in_order(mutant.file, near) + self.notes.in_order(mutant.file, far)
+                killer = self._first_that_notices(in_order, options.seconds, seconds)
         # A test that was never seen to pass proves nothing by its failure.
         if killer and not self._is_green(killer):
             print(f"{killer.name} fails by itself and is left out", flush=True)
-            self.tests.remove(killer)
+            self.tests = [test for test in self.tests if test.program != killer.program]
             return
-        fate = "killed" if killer else "survived" if wide_seconds else "survived its room"
+        fate = "killed" if killer else "survived its room" if options.near else "survived"
         self.notes.write(mutant, fate, killer.name if killer else None, seconds)
         print(f"{mutant.file}:{mutant.line}: {mutant.kind}: {fate}{' by ' + killer.name if killer else ''}, "
               f"{time.monotonic() - began:.0f} s", flush=True)
 
     def _first_that_notices(self, tests, bound, seconds):
+        """As far as the bound of processor time reaches; one is always tried."""
         spent = 0.0
         for test in tests:
             spent += self.notes.seconds.get(test.name, 1.0)
-            if bound and spent > bound:
+            if spent > bound and test != tests[0]:
                 return None
             if self._notices(test, seconds):
                 return test
@@ -261,7 +283,7 @@ class Tree:
 
     def make(self, *targets):
         """@return whether they are built"""
-        return subprocess.run(["ninja", "-C", str(self.build), *targets], stdout=subprocess.DEVNULL,
+        return not targets or subprocess.run(["ninja", "-C", str(self.build), *targets], stdout=subprocess.DEVNULL,
                               stderr=subprocess.DEVNULL, check=False).returncode == 0
 
     def _notices(self, test, seconds):
@@ -400,7 +422,6 @@ class Run:
 
     def work(self, tree):
         """Compiles one while the tests of that before it run."""
-        seconds = 0 if self.options.near else self.options.wide
         with concurrent.futures.ThreadPoolExecutor(1) as ahead:
             def begin():
                 mutant = self.next()
@@ -410,7 +431,7 @@ class Run:
             while mutant:
                 following = begin()
                 if compiled.result():
-                    tree.try_mutant(mutant, compiled.result(), seconds)
+                    tree.try_mutant(mutant, compiled.result(), self.options)
                 else:
                     self.notes.write(mutant, "does not compile", None, {})
                 mutant, compiled = following if following[0] else begin()
@@ -426,7 +447,7 @@ def main():
     parser.add_argument("--seed", type=int, default=1)
     parser.add_argument("--room", default="")
     parser.add_argument("--near", action="store_true")
-    parser.add_argument("--wide", type=float, default=120)
+    parser.add_argument("--seconds", type=float, default=120)
     parser.add_argument("--again", action="store_true")
     parser.add_argument("--trees", type=int, default=1)
     parser.add_argument("--list", action="store_true")

@@ -5,7 +5,7 @@
 #     --seed N     another seed gives other mutants (1)
 #     --room PATH  of them only those below PATH, such as src/orvex/scene or src/orvex_kit
 #     --near       on the programs of its room alone: many mutants in little time
-#     --wide N     seconds of processor time for the other programs (120)
+#     --seconds N  of processor time for the tests of a mutant (120)
 #     --again      only those once more that survived, where tests were added
 #     --trees N    works in N copies at once (1)
 #     --list       prints what is left to try and what became of the rest, and ends

@@ -193,6 +193,23 @@ TEST_P(HostStateTest, keeps_the_framebuffer_that_is_drawn_into) {
     EXPECT_EQ(static_cast<GLuint>(read), ids[1]);
 }
 
+TEST(HostState, takes_nothing_off_stacks_that_the_host_has_filled) {
+    const GlContext host(Profile::compatibility, 32, 32);
+    const auto number = [](GLenum name) {
+        GLint result = 0;
+        glGetIntegerv(name, &result);
+        return result;
+    };
+    while (number(GL_ATTRIB_STACK_DEPTH) < number(GL_MAX_ATTRIB_STACK_DEPTH))
+        glPushAttrib(GL_CURRENT_BIT);
+    while (number(GL_CLIENT_ATTRIB_STACK_DEPTH) < number(GL_MAX_CLIENT_ATTRIB_STACK_DEPTH))
+        glPushClientAttrib(GL_CLIENT_PIXEL_STORE_BIT);
+    EXPECT_NO_THROW(HostState());
+    EXPECT_EQ(number(GL_ATTRIB_STACK_DEPTH), number(GL_MAX_ATTRIB_STACK_DEPTH));
+    EXPECT_EQ(number(GL_CLIENT_ATTRIB_STACK_DEPTH), number(GL_MAX_CLIENT_ATTRIB_STACK_DEPTH));
+    EXPECT_NO_GL_ERROR();
+}
+
 } // namespace
 
 } // namespace orvex_test

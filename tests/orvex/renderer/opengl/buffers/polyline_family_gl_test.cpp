@@ -392,7 +392,8 @@ TEST_F(PolylinesOfClientArrays, with_a_vertex_array_from_before_leave_their_arra
     polyline.use_generic_vertex_attribs = true;
     draw_quietly();
     polyline.use_generic_vertex_attribs = false;
-    prepare();
+    EXPECT_EQ(prepare()[0], bind_array_buffer(polyline.vertex_buffer_id)[0])
+        << "no array is bound that had to be taken off";
     EXPECT_EQ(finish(), GlCalls({"glBindVertexArray(0)"}));
     {
         const GlRecorderPause pause(*recorder);
