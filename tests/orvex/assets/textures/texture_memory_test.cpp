@@ -45,5 +45,16 @@ TEST(TextureMemory, is_not_asked_for_when_the_last_holder_of_decoded_pixels_ends
     TextureMgr::get()->unregister_all_image_codec_plugins();
 }
 
+TEST(TextureMemory, is_all_given_back_with_the_records_that_a_texture_had) {
+    const long before = living_blocks();
+    auto* const texture = new Texture;
+    texture->init_texture_data(nullptr);
+    texture->init_texture_data(nullptr);
+    texture->cleanup_texture_data(nullptr);
+    EXPECT_GT(living_blocks(), before) << "somebody may still look at them";
+    delete texture;
+    EXPECT_EQ(living_blocks(), before);
+}
+
 } // namespace
 } // namespace orvex_test
