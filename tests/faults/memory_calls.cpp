@@ -15,7 +15,12 @@
 
 #define ORVEX_EXPORT __attribute__((visibility("default")))
 
+// Under a sanitizer the heap is the sanitizer's, which finds who reads what a failure has freed.
+#ifdef ORVEX_SANITIZED_HEAP
+#define ORVEX_HEAP(name) __interceptor_##name
+#else
 #define ORVEX_HEAP(name) __libc_##name
+#endif
 
 extern "C" {
 void* ORVEX_HEAP(malloc)(std::size_t size);
