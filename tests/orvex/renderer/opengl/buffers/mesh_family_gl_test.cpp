@@ -30,6 +30,27 @@ TEST_P(VertexBuffers, uploads_separate_arrays_block_by_block_and_records_their_v
     kill(store);
 }
 
+TEST_P(VertexBuffers, ask_the_operations_of_a_hosts_own_class_of_stores) {
+    struct WithoutTangents : MeshData {
+        using MeshData::get_tangent_ptr;
+        void* get_tangent_ptr() override { return nullptr; }
+    };
+    WithoutTangents store;
+    make_triangle(store, true);
+    const GlCalls calls = prepare(store);
+    const unsigned int buffer = store.vertex_buffer_id;
+    GlCalls pointers;
+    for (int i = 0; i < 5; ++i)
+        pointers = joined({pointers, generic_pointer(i, 4, 0, 48ul * static_cast<unsigned>(i))});
+    EXPECT_EQ(calls,
+              joined({generate_buffer(buffer), bind_array_buffer(buffer), allocate(240),
+                      upload(0, 48), upload(48, 48), upload(96, 48), upload(144, 48),
+                      upload(192, 48), bind_array_buffer(0), create_faces(store.index_buffer_id, 6),
+                      bind_element_buffer(0), record_vertex_array(store.vertex_array_id, buffer),
+                      pointers, bind_element_buffer(store.index_buffer_id)}));
+    kill(store);
+}
+
 TEST_P(VertexBuffers, uploads_dirty_separate_blocks_again_on_the_frame_of_creation) {
     MeshData store;
     make_triangle(store, true, 0);
