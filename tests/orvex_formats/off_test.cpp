@@ -102,6 +102,7 @@ TEST(Off, with_a_mistake_is_refused_with_its_line) {
     };
     const Row table[] = {
         {"OFF", "line 1: the file ends within its head"},
+        {"OFF\r\n", "line 1: the file ends within its head"},
         {"OFF\n4\n", "line 2: no counts of vertices and faces"},
         {"OFF\n4 x\n", "line 2: no counts of vertices and faces"},
         {"OFF\n-4 1\n", "line 2: no counts of vertices and faces"},
