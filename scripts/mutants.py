@@ -19,7 +19,7 @@ from pathlib import Path
 ROOT = Path(__file__).resolve().parent.parent
 WORK = ROOT / "build" / "mutants"
 LOG = WORK / "log.jsonl"
-PROCESSOR_SECONDS = 20  # more than a test program takes that isn't caught in a loop, beside ten times its usual
+PROCESSOR_SECONDS = 60  # beside ten times its usual: more than a test takes that isn't caught in a loop
 WALL_SECONDS = 240
 MEMORY = 16 << 30
 
@@ -123,10 +123,12 @@ class Test:
 
     def narrowed(self, source):
         """Only what one of its sources tests."""
-        suites = sorted(set(re.findall(r"^TEST(?:_[FP])?\((\w+),", source.read_text(encoding="utf-8"), re.MULTILINE)))
+        text = source.read_text(encoding="utf-8")
+        suites = sorted(set(re.findall(r"^TEST(?:_[FP])?\((\w+),", text, re.MULTILINE)))
+        wanted = ":".join(f"{suite}.*:*/{suite}.*" for suite in suites)
         test = copy.copy(self)
         test.name = f"{self.name} ({source.name})"
-        test.environment = dict(self.environment, GTEST_FILTER=":".join(f"{suite}.*:*/{suite}.*" for suite in suites))
+        test.environment = dict(self.environment, GTEST_FILTER=wanted)
         return test
 
 
@@ -179,8 +181,9 @@ class Tree:
         for kept in self.build.rglob("*.kept"):
             put_back(self.build, kept)
         commands = json.loads((self.build / "compile_commands.json").read_text(encoding="utf-8"))
+        # What others compile as well is tried in the library, which comes first.
         self.commands = {os.path.relpath(entry["file"], self.path): shlex.split(entry["command"])
-                         for entry in commands}
+                         for entry in reversed(commands)}
         self.tests = self._tests()
 
     def _tests(self):
@@ -227,7 +230,8 @@ class Tree:
             target = command[command.index("-o") + 1].split(".dir/")[0].split("/")[-1]
             if target in tests and source.endswith("_test.cpp") and Path(file).stem.startswith(stem):
                 found.append((-len(stem), source, tests[target]))
-        return [test.narrowed(self.path / source) for _, source, test in sorted(found, key=lambda one: one[:2])[:2]]
+        found.sort(key=lambda one: one[:2])
+        return [test.narrowed(self.path / source) for _, source, test in found[:2]]
 
     def compile(self, mutant):
         """@return its object; None where it doesn't compile"""
@@ -283,8 +287,11 @@ class Tree:
 
     def make(self, *targets):
         """@return whether they are built"""
-        return not targets or subprocess.run(["ninja", "-C", str(self.build), *targets], stdout=subprocess.DEVNULL,
-                              stderr=subprocess.DEVNULL, check=False).returncode == 0
+        if not targets:
+            return True
+        built = subprocess.run(["ninja", "-C", str(self.build), *targets], stdout=subprocess.DEVNULL,
+                               stderr=subprocess.DEVNULL, check=False)
+        return built.returncode == 0
 
     def _notices(self, test, seconds):
         """@return whether a test fails"""

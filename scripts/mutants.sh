@@ -11,9 +11,9 @@
 #     --list       prints what is left to try and what became of the rest, and ends
 #
 # Works in copies of what is committed, in build/mutants, and builds there what it needs. A mutant is tried on
-# the test programs of its room; one that survives them is tried on the others that test by themselves, the quick
-# ones first. What became of it goes to build/mutants/log.jsonl, and a run that was cut off goes on from there.
-# The table that remains tells each survivor, to be given a test or a reason.
+# the tests that are named like its source, on those of its room, and on the others that test by themselves, the
+# quick ones first, until one notices it. What became of it goes to build/mutants/log.jsonl, and a run that was
+# cut off goes on from there. The table that remains tells each survivor, to be given a test or a reason.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 exec python3 scripts/mutants.py "$@"
