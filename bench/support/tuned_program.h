@@ -6,8 +6,8 @@
 
 namespace orvex {
 
-/// Unsets the names of the values that a shader doesn't read which reads the one matrix of all, as a
-/// host has it: the driver is then not asked for them at each bind.
+/// Unsets the names of the values that a shader doesn't read which reads the one matrix of all, as
+/// a host has it: the driver is then not asked for them at each bind.
 inline void unset_unused_names(Renderer& renderer, GpuProgram& program) {
     program.bind(&renderer);
     GpuProgramData* const data = renderer.gpu_program_get_active_program();

@@ -17,8 +17,7 @@ using orvex::formats::Draft;
 
 namespace {
 
-const std::string on_looks =
-    ": looks have lights of their own; the file's are nodes of the model";
+const std::string on_looks = ": looks have lights of their own; the file's are nodes of the model";
 
 /// A file with one light, and nodes of it.
 std::string text_with(const std::string& light, const std::string& nodes) {
@@ -46,8 +45,8 @@ TEST(GltfLights, stand_where_their_nodes_are) {
     EXPECT_EQ(lamp.color.y, 2.0f);
     EXPECT_EQ(lamp.color.z, 1.0f);
     EXPECT_EQ(lamp.reach, 7.0f) << "nodes don't stretch it";
-    EXPECT_EQ(draft.notes, std::vector<std::string>{"extensions.KHR_lights_punctual.lights[0]" +
-                                                    on_looks});
+    EXPECT_EQ(draft.notes,
+              std::vector<std::string>{"extensions.KHR_lights_punctual.lights[0]" + on_looks});
 }
 
 TEST(GltfLights, are_white_and_endless_where_nothing_is_said) {

@@ -45,7 +45,8 @@ void GltfLights::add(const Json& node, const GltfTransform& world) {
     const Json light = lights.at(told.need("light").as_index(lights.size(), "lights"));
     const bool is_spot = light.text("type") == "spot";
     if (!is_spot && light.text("type") != "point") {
-        notes.add(light, "a light that shines from nowhere was left out, as lights stand somewhere");
+        notes.add(light,
+                  "a light that shines from nowhere was left out, as lights stand somewhere");
         return;
     }
     budget.take(size_of_node, node);
