@@ -129,7 +129,8 @@ void disable_client_arrays(Renderer& renderer) {
     const bool was_keeping = renderer.keep_binds(false);
     GLint unit = 0;
     glGetIntegerv(GL_CLIENT_ACTIVE_TEXTURE, &unit);
-    for (const GLenum each : {GL_TEXTURE0, GL_TEXTURE1}) {
+    constexpr GLenum units[] = {GL_TEXTURE0, GL_TEXTURE1};
+    for (const GLenum each : units) {
         glClientActiveTexture(each);
         glDisableClientState(GL_TEXTURE_COORD_ARRAY);
     }
