@@ -227,9 +227,12 @@ TEST(Obj, needs_no_end_of_its_last_line) {
 }
 
 TEST(Obj, reads_texts_of_other_encodings) {
-    const std::string text = "g caf\xc3\xa9 \xf0\x9f\x8f\xa0\n" + square + "f 1 2 3 4\n";
-    EXPECT_EQ(read("\xef\xbb\xbf" + text).surfaces.at(0).name, "caf\xc3\xa9 \xf0\x9f\x8f\xa0");
-    std::u16string wide = u"g caf\u00e9 \U0001F3E0\n";
+    // The first letter of each length in UTF-8 is among them.
+    const std::string name = "caf\xc3\xa9 \x7f\xc2\x80\xdf\xbf\xe0\xa0\x80\xef\xbf\xbd"
+                             "\xf0\x90\x80\x80\xf0\x9f\x8f\xa0";
+    const std::string text = "g " + name + "\n" + square + "f 1 2 3 4\n";
+    EXPECT_EQ(read("\xef\xbb\xbf" + text).surfaces.at(0).name, name);
+    std::u16string wide = u"g caf\u00e9 \x7f\x80\u07ff\u0800\ufffd\U00010000\U0001F3E0\n";
     for (const char letter : square + "f 1 2 3 4\n")
         wide += static_cast<char16_t>(letter);
     for (const bool has_mark : {true, false})
@@ -242,7 +245,7 @@ TEST(Obj, reads_texts_of_other_encodings) {
                 bytes += is_low_first ? high : low;
             }
             const Draft draft = read(bytes);
-            EXPECT_EQ(draft.surfaces.at(0).name, "caf\xc3\xa9 \xf0\x9f\x8f\xa0");
+            EXPECT_EQ(draft.surfaces.at(0).name, name);
             EXPECT_EQ(corners_of(draft.surfaces[0]), square_corners);
         }
 }
