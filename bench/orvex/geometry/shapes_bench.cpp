@@ -157,15 +157,15 @@ void compare(benchmark::State& state, int per_side, void (*write)(Vertex*), doub
 }
 
 void plane(benchmark::State& state) {
-    compare<MeshPlane>(state, PLANE_CELLS, write_plane, 4.0);
+    compare<MeshPlane>(state, PLANE_CELLS, write_plane, 5.0);
 }
 
 void sphere(benchmark::State& state) {
-    compare<MeshSphere>(state, SLICES, write_sphere, 5.0);
+    compare<MeshSphere>(state, SLICES, write_sphere, 6.0);
 }
 
 void torus(benchmark::State& state) {
-    compare<MeshTorus>(state, SLICES, write_torus, 5.0);
+    compare<MeshTorus>(state, SLICES, write_torus, 6.0);
 }
 
 BENCHMARK(plane)
