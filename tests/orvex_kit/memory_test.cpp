@@ -23,6 +23,7 @@
 #include "orvex_kit/picture_file.h"
 #include "orvex_kit/private/engine_parts.h"
 #include "orvex_kit/private/face_lists.h"
+#include "orvex_kit/ref.h"
 #include "orvex_kit/view.h"
 #include "tests/orvex_kit/sample_models.h"
 #include "tests/orvex_kit/sample_pictures.h"
@@ -264,7 +265,8 @@ TEST(FaceLists, that_no_draw_reads_take_memory_only_for_who_asks_for_the_node) {
 }
 
 TEST(FaceLists, stay_where_they_say_more_than_the_faces) {
-    orvex::Mesh mesh;
+    const Ref<orvex::Mesh> owned = make<orvex::Mesh>();
+    orvex::Mesh& mesh = *owned;
     ASSERT_TRUE(mesh.alloc_vertex_data(4));
     ASSERT_TRUE(mesh.alloc_face_data(2, false));
     mesh.set_vertex_position(1, vec4(1.0f, 0.0f, 0.0f, 1.0f));
@@ -297,7 +299,6 @@ TEST(FaceLists, stay_where_they_say_more_than_the_faces) {
     lists.put_away(store);
     EXPECT_NE(store.face_normals, nullptr);
     lists.bring_back(store);
-    mesh.free_mesh_data();
 }
 
 TEST(FaceLists, stay_away_where_memory_runs_out) {
