@@ -24,14 +24,14 @@ endfunction()
 # How tests are compiled. The engine is what is optimised and tested. A test's own body takes a compiler that
 # optimises it as long as all the rest, three times as long under the sanitizers; and it is the engine that is
 # watched for undefined behaviour, which takes another third.
-function(orvex_test_options name)
-  target_compile_options(${name} PRIVATE -O0)
-  if(ORVEX_SANITIZE)
-    target_compile_options(${name} PRIVATE -fno-sanitize=undefined)
-  endif()
-  # Behind a precompiled header GCC takes the standard library's strings for code of ours, and is wrong.
-  target_compile_options(${name} PRIVATE -Wno-array-bounds -Wno-stringop-overflow)
-endfunction()
+# It is linked last: an option that turns a sanitizer on has the last word over one before it.
+add_library(orvex_test_options INTERFACE)
+target_compile_options(orvex_test_options INTERFACE -O0)
+if(ORVEX_SANITIZE)
+  target_compile_options(orvex_test_options INTERFACE -fno-sanitize=undefined)
+endif()
+# Behind a precompiled header GCC takes the standard library's strings for code of ours, and is wrong.
+target_compile_options(orvex_test_options INTERFACE -Wno-array-bounds -Wno-stringop-overflow)
 
 # orvex_test(<name> [SHARED] [LABELS <labels>] [LIBRARIES <more>] [ENVIRONMENT <A=b>] SOURCES <files>)
 #
@@ -44,8 +44,8 @@ function(orvex_test name)
   if(arg_SHARED)
     set(engine orvex_r_osx)
   endif()
-  target_link_libraries(${name} PRIVATE orvex_options orvex_test_support ${engine} ${arg_LIBRARIES})
-  orvex_test_options(${name})
+  target_link_libraries(${name} PRIVATE
+    orvex_options orvex_test_support ${engine} ${arg_LIBRARIES} orvex_test_options)
   target_precompile_headers(${name} REUSE_FROM orvex_test_header)
   add_test(NAME ${name} COMMAND ${name})
   set_tests_properties(${name} PROPERTIES
