@@ -43,6 +43,8 @@ SWAPS = {
 CONDITION = re.compile(r"^(\s+(?:else )?(?:if|while) \()([^;]*)(\)(?: \{)?)$")
 CALL_OR_ASSIGNMENT = re.compile(r"^\s+(?:[\w.:]|->|\[[^\]]*\])+(?:\(.*\)| [-+*|&]?= .*)(?<!default);$")
 ARGUMENTS = re.compile(r"(?<=\()([a-z][\w.]*), ([a-z][\w.]*)(?=[,)])")
+# The smaller or larger of two values is the same either way round.
+EITHER_WAY = re.compile(r"std::(?:min|max)\(")
 NO_STATEMENT = re.compile(r"^\s*(//|#|:|,|\"|\}|\{|case |default:|using |typedef |static_assert|template|"
                           r"struct |class |enum |namespace |return;)")
 
@@ -85,6 +87,10 @@ def all_mutants():
     return mutants
 
 
+def changes_nothing(mutant):
+    return mutant.kind == "arguments" and EITHER_WAY.search(mutant.before) is not None
+
+
 def in_turn(mutants, seed):
     """As many of each kind as there are, in turn, each line at most once: what is tried first of them is
     as good a choice as any longer one."""
@@ -97,7 +103,7 @@ def in_turn(mutants, seed):
     lines = set()
     while any(by_kind.values()):
         for group in by_kind.values():
-            while group and (group[-1].file, group[-1].line) in lines:
+            while group and ((group[-1].file, group[-1].line) in lines or changes_nothing(group[-1])):
                 group.pop()
             if group:
                 mutant = group.pop()
