@@ -488,6 +488,9 @@ TEST(GltfMaterial, moves_coordinates_as_its_pictures_lie) {
     const vec2 moved = uv_of(transform + "'offset':[0.25,0.5],'scale':[2,3]}}", 0);
     EXPECT_NEAR(moved.x, 0.25f, 1e-6f); // the file's (0, 1) comes to (0.25, 3.5)
     EXPECT_NEAR(moved.y, 1.0f - 3.5f, 1e-6f);
+    const vec2 upper = uv_of(transform + "'offset':[0.25,0.5],'scale':[2,3]}}", 1);
+    EXPECT_NEAR(upper.x, 2.25f, 1e-6f); // and its (1, 0) to (2.25, 0.5)
+    EXPECT_NEAR(upper.y, 0.5f, 1e-6f);
     // A quarter turn takes the file's (1, 0) up to (0, -1).
     const vec2 turned = uv_of(transform + "'rotation':1.57079632679}}", 1);
     EXPECT_NEAR(turned.x, 0.0f, 1e-6f);

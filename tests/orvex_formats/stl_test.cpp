@@ -75,6 +75,15 @@ TEST(Stl, of_bytes_that_begins_with_solid_is_told_by_its_size) {
     EXPECT_EQ(draft.surfaces[0].name, "solid made by a program");
 }
 
+TEST(Stl, of_bytes_has_a_name_only_of_letters_that_can_be_shown) {
+    EXPECT_EQ(read(binary(square, " ~ !")).surfaces.at(0).name, "~ !");
+    for (const char* head : {"caf\xE9",
+                             "a\x01"
+                             "b",
+                             "tab\tbed", "\x7F"})
+        EXPECT_EQ(read(binary(square, head)).surfaces.at(0).name, "");
+}
+
 TEST(Stl, of_text_is_read_whatever_its_case_blanks_and_ends_of_lines) {
     std::string text = "  SOLID a part\r\n" + text_square + "endsolid a part\r\n";
     for (const char* word : {"facet", "vertex", "endloop"})

@@ -230,6 +230,33 @@ TEST(Orbit, keeps_within_limits_of_the_hosts) {
     EXPECT_EQ(orbit.place().angle.elevation, 5.0f);
 }
 
+TEST(Orbit, takes_limits_that_reach_as_far_as_any_may) {
+    for (const auto narrow :
+         {+[](OrbitLimits& l) { l.lowest = l.highest = -90.0f; },
+          +[](OrbitLimits& l) { l.lowest = l.highest = 90.0f; },
+          +[](OrbitLimits& l) { l.nearest = l.farthest = 1e6f; },
+          +[](OrbitLimits& l) { l.nearest = l.farthest = 2.0f; },
+          +[](OrbitLimits& l) { l.farthest = 1e6f; }, +[](OrbitLimits& l) { l.reach = 1e6f; }}) {
+        Orbit orbit(box());
+        const float way = orbit.place().distance;
+        OrbitLimits limits;
+        narrow(limits);
+        orbit.set_limits(limits);
+        orbit.turn(0, -1e6);
+        EXPECT_EQ(orbit.place().angle.elevation, limits.lowest);
+        orbit.turn(0, 1e6);
+        EXPECT_EQ(orbit.place().angle.elevation, limits.highest);
+        orbit.zoom(-1000);
+        EXPECT_FLOAT_EQ(orbit.place().distance, way * limits.farthest);
+        OrbitPlace away;
+        away.target = box().middle;
+        away.target.x += 1e9f;
+        orbit.go_to(away);
+        EXPECT_NEAR(orbit.place().target.x - box().middle.x, way * limits.reach,
+                    way * limits.reach * 1e-5f);
+    }
+}
+
 TEST(Orbit, ignores_what_means_nothing) {
     Orbit orbit(box());
     const OrbitPlace before = orbit.place();

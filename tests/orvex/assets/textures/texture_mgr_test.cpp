@@ -783,6 +783,16 @@ TEST_F(TextureMgrTest, a_screenshot_has_room_for_its_pixels_whatever_the_rendere
     EXPECT_EQ(two->saved.pixmap_u8[0], 199);
 }
 
+TEST_F(TextureMgrTest, a_screenshot_of_nothing_has_no_sides) {
+    FramebufferRenderer screen;
+    for (const int side : {0, -3}) {
+        screen.width = screen.height = side;
+        EXPECT_TRUE(mgr.do_screenshot(&screen, "shot.jpg"));
+        EXPECT_EQ(two->saved.width, 0u);
+        EXPECT_EQ(two->saved.height, 0u);
+    }
+}
+
 TEST_F(TextureMgrTest, screenshots_of_one_size_share_a_buffer) {
     FramebufferRenderer screen;
     screen.width = screen.height = 64;
