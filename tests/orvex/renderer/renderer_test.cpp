@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include "orvex/renderer/private/eliding_renderers.h"
 #include "orvex/renderer/renderer_rasterizer_state.h"
 #include "tests/support/fake_renderer.h"
 #include "tests/support/stub_render_target.h"
@@ -62,6 +63,20 @@ TEST(Renderer, kills_a_buffer_by_a_plain_number) {
     renderer.vertex_buffer_kill(3U);
     EXPECT_EQ(fake.take_calls(),
               (std::vector<std::string>{"vertex_buffer_kill(3)", "vertex_buffer_kill(3)"}));
+}
+
+TEST(Renderer, leaves_binds_out_until_its_end_at_the_longest) {
+    {
+        FakeRenderer first, second;
+        EXPECT_FALSE(any_renderer_elides());
+        first.set_elided_binds_state(true);
+        first.set_elided_binds_state(true);
+        second.set_elided_binds_state(true);
+        EXPECT_TRUE(any_renderer_elides());
+        first.set_elided_binds_state(false);
+        EXPECT_TRUE(any_renderer_elides());
+    }
+    EXPECT_FALSE(any_renderer_elides());
 }
 
 TEST(RasterizerState, has_its_defaults_and_gets_them_back) {

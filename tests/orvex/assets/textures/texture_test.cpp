@@ -264,11 +264,21 @@ TEST_F(TextureTest, any_of_several_ended_records_can_be_taken_up) {
     second->kill(nullptr, nullptr);
 }
 
-TEST_F(TextureTest, deletes_every_record_it_has_ended) {
+TEST_F(TextureTest, deletes_every_record_it_has_ended_with_itself) {
+    struct Counted : TextureData {
+        explicit Counted(int& count)
+            : count(count) {}
+        ~Counted() override { ++count; }
+        int& count;
+    };
+    int num_deleted = 0;
     for (int i = 0; i < 3; ++i)
-        EXPECT_TRUE(texture->init_texture_data(nullptr));
-    EXPECT_TRUE(texture->_set_texture_data(nullptr, new TextureData));
-    // The leak checker watches the rest.
+        EXPECT_TRUE(texture->_set_texture_data(nullptr, new Counted(num_deleted)));
+    EXPECT_TRUE(texture->init_texture_data(nullptr));
+    EXPECT_EQ(num_deleted, 0) << "somebody may still look at them";
+    texture->kill(nullptr, nullptr);
+    texture = nullptr;
+    EXPECT_EQ(num_deleted, 3);
 }
 
 TEST(Texture, deleted_directly_drops_its_record) {

@@ -47,10 +47,10 @@ TEST_F(LineTest, colours_its_ends) {
     line->set_end_color(vec4(0.0f, 1.0f, 0.0f, 0.25f));
     EXPECT_EQ(color(0), vec4(1.0f, 0.0f, 0.0f, 0.5f));
     EXPECT_EQ(color(1), vec4(0.0f, 1.0f, 0.0f, 0.25f));
-    line->set_start_color(0.0f, 0.0f, 1.0f, 1.0f);
-    line->set_end_color(1.0f, 1.0f, 0.0f, 1.0f);
-    EXPECT_EQ(color(0), vec4(0.0f, 0.0f, 1.0f, 1.0f));
-    EXPECT_EQ(color(1), vec4(1.0f, 1.0f, 0.0f, 1.0f));
+    line->set_start_color(0.1f, 0.2f, 0.3f, 0.4f);
+    line->set_end_color(0.5f, 0.6f, 0.7f, 0.8f);
+    EXPECT_EQ(color(0), vec4(0.1f, 0.2f, 0.3f, 0.4f));
+    EXPECT_EQ(color(1), vec4(0.5f, 0.6f, 0.7f, 0.8f));
 }
 
 TEST_F(LineTest, draws_a_part_by_factors_of_the_stored_segment) {

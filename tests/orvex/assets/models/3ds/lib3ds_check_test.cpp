@@ -4,7 +4,9 @@
 #include <cmath>
 #include <filesystem>
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include "chunks_3ds.h"
 #include "orvex/assets/materials/material_mgr.h"
@@ -448,6 +450,24 @@ TEST(ByteWindow, opens_regular_files_only) {
     }
     ByteWindow nothing;
     EXPECT_EQ(nothing.at(0, 1), nullptr);
+}
+
+// A host may have closed its standard input, whose number the next file gets.
+TEST(ByteWindow, closes_its_file_whatever_its_number) {
+    const TempDir dir;
+    const std::string path = dir.write("bytes", "x");
+    const int input = ::dup(STDIN_FILENO);
+    ::close(STDIN_FILENO);
+    {
+        ByteWindow window;
+        EXPECT_TRUE(window.open(path.c_str()));
+        EXPECT_NE(::fcntl(STDIN_FILENO, F_GETFD), -1);
+    }
+    EXPECT_EQ(::fcntl(STDIN_FILENO, F_GETFD), -1);
+    if (input >= 0) {
+        ::dup2(input, STDIN_FILENO);
+        ::close(input);
+    }
 }
 
 TEST(ByteWindow, gives_nothing_that_was_cut_off_meanwhile) {

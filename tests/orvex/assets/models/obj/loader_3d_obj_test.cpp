@@ -1,5 +1,7 @@
 #include "orvex/assets/models/obj/loader_3d_obj.h"
 
+#include <algorithm>
+
 #include <gtest/gtest.h>
 
 #include "orvex/assets/materials/material.h"
@@ -203,6 +205,19 @@ TEST_F(Loader3D_OBJTest, indices_are_wide_from_65536_vertices_on) {
     EXPECT_EQ(mesh_at(0)->get_mesh_data()->index_bits, 32);
     mesh_at(0)->get_face_indexes(21845, &a, &b, &c);
     EXPECT_EQ(c, 65537u);
+}
+
+// Of more than 32 MiB, for which the heap always has memory that nobody had before: an array that
+// shares its pages until it is written.
+TEST_F(Loader3D_OBJTest, without_texture_coordinates_a_large_mesh_has_those_of_fresh_vertices) {
+    std::string text = TRIANGLE;
+    for (int i = 0; i < 750'000; ++i)
+        text += "f 1 2 3\n";
+    ASSERT_TRUE(load(text));
+    const MeshData& store = *mesh_at(0)->get_mesh_data();
+    ASSERT_EQ(store.num_vertices, 2'250'000u);
+    EXPECT_TRUE(std::all_of(store.uv0.data, store.uv0.data + store.num_vertices,
+                            [](const vec4& uv) { return uv == vec4(0, 0, 0, 1); }));
 }
 
 } // namespace

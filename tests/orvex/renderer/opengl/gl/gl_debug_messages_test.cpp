@@ -75,8 +75,11 @@ TEST(GlDebug, reads_no_further_than_a_message_goes_and_nothing_of_null) {
                    nullptr);
     log_gl_message(GL_DEBUG_SOURCE_API, GL_DEBUG_TYPE_ERROR, 1, GL_DEBUG_SEVERITY_HIGH, 2, nullptr,
                    nullptr);
+    log_gl_message(GL_DEBUG_SOURCE_API, GL_DEBUG_TYPE_ERROR, 1, GL_DEBUG_SEVERITY_HIGH, 0, "noise",
+                   nullptr);
     EXPECT_EQ(log.messages(),
-              std::vector<std::string>{"<*> OpenGL renderer - debug message 1 (API, error): no"});
+              (std::vector<std::string>{"<*> OpenGL renderer - debug message 1 (API, error): no",
+                                        "<*> OpenGL renderer - debug message 1 (API, error): "}));
 }
 
 int lines_heard = 0;
