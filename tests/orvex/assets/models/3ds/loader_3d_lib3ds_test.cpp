@@ -1,5 +1,6 @@
 #include "orvex/assets/models/3ds/loader_3d_lib3ds.h"
 
+#include <algorithm>
 #include <cmath>
 #include <filesystem>
 #include <iterator>
@@ -376,6 +377,16 @@ TEST_F(Loader3D_Lib3dsTest, takes_texture_coordinates_where_there_are_any) {
     expect_vec4(mesh_at(0)->get_vertex_uv(2, 0), 0, 0, 0, 1);
     for (unsigned long i = 0; i < 3; ++i)
         expect_vec4(mesh_at(1)->get_vertex_uv(i, 0), 0, 0, 0, 1);
+}
+
+// The array that shares its pages until somebody writes it.
+TEST_F(Loader3D_Lib3dsTest, a_large_mesh_without_texture_coordinates_has_those_of_fresh_vertices) {
+    constexpr unsigned count = 65535;
+    ASSERT_TRUE(load(
+        file_3ds(mesh("m", points(std::vector<Float3>(count, {1, 2, 3})) + faces({{0, 1, 2}})))));
+    ASSERT_EQ(store().num_vertices, count);
+    EXPECT_TRUE(std::all_of(store().uv0.data, store().uv0.data + count,
+                            [](const vec4& uv) { return uv == vec4(0, 0, 0, 1); }));
 }
 
 TEST_F(Loader3D_Lib3dsTest, texture_coordinates_beyond_the_points_make_more_vertices) {
