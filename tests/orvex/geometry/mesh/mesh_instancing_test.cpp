@@ -173,6 +173,23 @@ TEST(MeshInstances, are_refused_without_a_count_and_replaced_by_new_ones) {
     EXPECT_EQ(mesh->get_instances_positions_vec4_ptr(), nullptr);
 }
 
+TEST(MeshInstances, are_known_to_subclasses_while_they_are_there) {
+    struct Mirrored : Mesh {
+        bool instancing() const { return instancing_active; }
+    };
+    const Owned<Mirrored> mesh(new Mirrored);
+    const InstancingInitParams all{true, true, true, true, true};
+    EXPECT_FALSE(mesh->instancing());
+    ASSERT_TRUE(mesh->instancing_init(3, all, 0));
+    EXPECT_TRUE(mesh->instancing());
+    EXPECT_FALSE(mesh->instancing_init(0, all, 0));
+    EXPECT_TRUE(mesh->instancing()) << "the ones before are kept";
+    mesh->instancing_cleanup();
+    EXPECT_FALSE(mesh->instancing());
+    EXPECT_FALSE(mesh->instancing_init(1ul << 60, all, 0));
+    EXPECT_FALSE(mesh->instancing());
+}
+
 } // namespace
 
 } // namespace orvex_test

@@ -3,6 +3,7 @@
 
 #include "tests/orvex/renderer/opengl/window_pair.h"
 
+#include <algorithm>
 #include <functional>
 #include <vector>
 
@@ -68,6 +69,28 @@ protected:
         }
         for (const char* const name : uploads)
             EXPECT_EQ(recorder->count(name), 0) << name;
+    }
+
+    /// Raises a flag of a record that both windows have: the next draws upload that part in each,
+    /// and no draw does after them.
+    void expect_uploads_everywhere(const std::function<void()>& draw_it, bool& flag) {
+        const auto uploads_in = [&](RenderWindow* window) {
+            turn_to(window);
+            recorder->clear();
+            draw_it();
+            GlCalls calls = recorder->take();
+            std::erase_if(calls, [](const std::string& each) {
+                return each.rfind("glBufferSubData", 0) != 0;
+            });
+            return calls;
+        };
+        uploads_in(first);
+        uploads_in(second);
+        flag = true;
+        const GlCalls of_first = uploads_in(first);
+        EXPECT_FALSE(of_first.empty());
+        EXPECT_EQ(uploads_in(second), GetParam().shared ? GlCalls() : of_first);
+        EXPECT_EQ(uploads_in(first), GlCalls());
     }
 
     bool exists_buffer(RenderWindow* window, unsigned int id) const {
@@ -141,6 +164,77 @@ TEST_P(RecordContexts, polylines_and_points_are_uploaded_once_for_each_window) {
                 pool.vertices[i].position = vec4(x, x, 0.0f, 1.0f);
         }
         expect_turns_upload_nothing([&] { renderer->vertex_pool_render(&pool); }, white);
+        EXPECT_TRUE(renderer->vertex_pool_kill(&pool));
+    }
+    if (GetParam().core) {
+        const GlRecorderPause pause(*recorder);
+        EXPECT_GL_ERROR(GL_INVALID_ENUM); // the point sprites of the fixed pipeline
+    }
+}
+
+TEST_P(RecordContexts, a_change_of_any_part_of_a_mesh_reaches_every_window) {
+    MeshData mesh;
+    make_mesh(mesh, true, green);
+    ASSERT_TRUE(mesh.alloc_user_vertex_attribs(2));
+    ASSERT_TRUE(mesh.alloc_quad_edge_data(4));
+    std::fill_n(mesh.quad_edges, 4, 0U);
+    mesh.render_wireframe_quad = true;
+    std::vector<bool*> flags = {&mesh.positions_need_update,
+                                &mesh.normals_need_update,
+                                &mesh.colors_need_update,
+                                &mesh.uv0_need_update,
+                                &mesh.uv1_need_update,
+                                &mesh.tangents_need_update,
+                                &mesh.faces_need_update,
+                                &mesh.quad_edges_need_update,
+                                &mesh.user_attribs[0].need_update,
+                                &mesh.user_attribs[1].need_update};
+    if (GetParam().generic) { // client arrays have no instances
+        make_instances(mesh, mesh.instance_positions, 2);
+        make_instances(mesh, mesh.instance_rotations, 2);
+        make_instances(mesh, mesh.instance_scales, 2);
+        make_instances(mesh, mesh.instance_colors, 2);
+        make_instances(mesh, mesh.instance_miscs, 2);
+        flags.insert(flags.end(),
+                     {&mesh.instance_positions_need_update, &mesh.instance_rotations_need_update,
+                      &mesh.instance_scales_need_update, &mesh.instance_colors_need_update,
+                      &mesh.instance_miscs_need_update});
+    }
+    for (std::size_t i = 0; i < flags.size(); ++i) {
+        SCOPED_TRACE(i);
+        expect_uploads_everywhere([&] { draw(mesh); }, *flags[i]);
+    }
+    renderer->vertex_buffer_kill(&mesh);
+}
+
+TEST_P(RecordContexts, a_change_of_any_part_of_a_polyline_or_of_points_reaches_every_window) {
+    PolylineData line;
+    line.num_vertices = 2;
+    line.vertices = new Vertex[2];
+    line.use_generic_vertex_attribs = GetParam().generic;
+    const auto draw_line = [&] {
+        if (GetParam().generic)
+            renderer->polyline_vb_prepare(&line);
+        else
+            renderer->polyline_vb_prepare_gl2(&line);
+        renderer->polyline_vb_draw(&line, 0, 0);
+        renderer->polyline_vb_finish(&line);
+    };
+    for (bool* const flag :
+         {&line.positions_need_update, &line.normals_need_update, &line.tangents_need_update,
+          &line.colors_need_update, &line.uv0_need_update, &line.uv1_need_update})
+        expect_uploads_everywhere(draw_line, *flag);
+    EXPECT_TRUE(renderer->polyline_vb_kill(&line));
+
+    for (const bool separate : {false, true}) {
+        VertexPoolData pool;
+        ASSERT_TRUE(pool.init_v2(4, separate));
+        pool.use_generic_vertex_attribs = GetParam().generic;
+        std::vector<bool*> flags = {&pool.vertices_need_update};
+        if (separate)
+            flags = {&pool.positions_need_update, &pool.colors_need_update};
+        for (bool* const flag : flags)
+            expect_uploads_everywhere([&] { renderer->vertex_pool_render(&pool); }, *flag);
         EXPECT_TRUE(renderer->vertex_pool_kill(&pool));
     }
     if (GetParam().core) {
