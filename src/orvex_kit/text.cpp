@@ -262,13 +262,12 @@ void Text::Data::add(const std::string& text, float x, float y, const TextStyle&
     vertices.insert(vertices.end(), more.begin(), more.end());
 }
 
-/// A mesh without faces is drawn vertex by vertex. The first preparation makes its buffer.
+/// A mesh without faces is drawn vertex by vertex.
 bool Text::Data::make_room(unsigned long count) {
-    MeshData* const record = mesh->get_mesh_data();
     if (count <= capacity)
         return true;
     if (capacity > 0)
-        renderer->vertex_buffer_kill(record);
+        renderer->vertex_buffer_kill(mesh->get_mesh_data());
     mesh->free_mesh_data();
     capacity = 0;
     mesh->set_vertex_alloc_params(false, 0);
@@ -277,10 +276,6 @@ bool Text::Data::make_room(unsigned long count) {
         mesh->free_mesh_data();
         return false;
     }
-    record->num_faces = 0;
-    record->set_use_generic_vertex_attribs_state(mesh->get_use_generic_vertex_attribs_state());
-    renderer->vertex_buffer_prepare(record);
-    renderer->vertex_buffer_finish(record);
     capacity = wanted;
     return true;
 }
