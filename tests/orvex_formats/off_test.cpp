@@ -86,6 +86,7 @@ TEST(Off, faces_may_have_colours_of_their_own) {
     EXPECT_NEAR(surface.colors[surface.triangles[1][0]].w, 0.2f, 1e-6f);
     EXPECT_EQ(surface.colors[surface.triangles[2][0]].y, 1.0f) << "without one it is white";
     EXPECT_EQ(surface.positions[surface.triangles[2][2]].y, 1.0f);
+    EXPECT_TRUE(draft.notes.empty());
 }
 
 TEST(Off, what_is_left_out_is_noted) {
@@ -93,6 +94,8 @@ TEST(Off, what_is_left_out_is_noted) {
     ASSERT_EQ(draft.notes.size(), 2u);
     EXPECT_EQ(draft.notes[0], "colours of faces that are numbers of a list were left out");
     EXPECT_EQ(draft.notes[1], "line 8: what stands behind the last face was left out");
+    const Draft two_numbers = read("OFF\n4 1 4\n" + rows + "4 0 1 2 3 7 1\n");
+    EXPECT_EQ(two_numbers.notes.size(), 1u);
 }
 
 TEST(Off, with_a_mistake_is_refused_with_its_line) {

@@ -1,5 +1,6 @@
 // Models on their way to pixels, on both paths.
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <memory>
@@ -11,6 +12,7 @@
 #include <gtest/gtest.h>
 
 #include <orvex/assets/materials/material.h>
+#include <orvex/assets/materials/material_mgr.h>
 #include <orvex/assets/textures/texture.h>
 #include <orvex/geometry/mesh/mesh.h>
 #include <orvex/geometry/mesh/model.h>
@@ -30,6 +32,7 @@
 #include "orvex_kit/private/default_arrays.h"
 #include "orvex_kit/program.h"
 #include "orvex_kit/ref.h"
+#include "scripted_loader.h"
 #include "tests/support/gl_context.h"
 #include "tests/support/picture.h"
 #include "tests/support/temp_dir.h"
@@ -440,6 +443,60 @@ TEST_P(ModelDrawTest, draws_long_runs_of_one_mesh_with_what_is_theirs) {
     const Picture two = window.picture_of(model, lit);
     EXPECT_FALSE(is_blank(two));
     EXPECT_TRUE(window.picture_of(model, lit) == two);
+}
+
+/// Of those pixels that differ from the first one.
+unsigned long num_covered(const Picture& picture) {
+    unsigned long num = 0;
+    for (std::size_t i = 4; i < picture.pixels.size(); i += 4)
+        num += std::equal(picture.pixels.begin(), picture.pixels.begin() + 4,
+                          picture.pixels.begin() + static_cast<std::ptrdiff_t>(i))
+                   ? 0
+                   : 1;
+    return num;
+}
+
+/// Two squares beside each other, each of two faces and a material, over six vertices.
+Model two_squares(const TempDir& folder, bool is_of_two_materials) {
+    const char* const loader = is_of_two_materials ? "two" : "one";
+    ScriptedLoader::add(loader, [is_of_two_materials](orvex::Model& model, const std::string&) {
+        orvex::Mesh* const mesh = model.create_mesh();
+        mesh->alloc_vertex_data(6);
+        for (unsigned long i = 0; i < 6; ++i) {
+            mesh->set_vertex_position(
+                i, orvex::vec4(static_cast<float>(i % 3), static_cast<float>(i / 3), 0.0f, 1.0f));
+            mesh->set_vertex_normal(i, orvex::vec4(0.0f, 0.0f, 1.0f, 0.0f));
+        }
+        mesh->alloc_face_data(4, false);
+        for (unsigned i = 0; i < 2; ++i) {
+            mesh->set_face_indexes(2 * i, i, i + 1, i + 4);
+            mesh->set_face_indexes(2 * i + 1, i, i + 4, i + 3);
+            orvex::Material* const paint = orvex::MaterialMgr::get()->create_material("paint");
+            paint->set_diffuse(i == 0 ? 1.0f : 0.0f, 0.0f, i == 0 ? 0.0f : 1.0f, 1.0f);
+            mesh->add_material(paint, nullptr);
+            for (unsigned long face = 2 * i; face < 4; ++face)
+                if (i == 0 || is_of_two_materials)
+                    mesh->set_face_material(paint->get_id(), face);
+        }
+        model.add_child(mesh);
+        return true;
+    });
+    return Model(folder.write("m.squares", "-"), {orvex::kit::Normals::file, false, loader});
+}
+
+TEST_P(ModelDrawTest, draws_all_faces_of_runs_whose_faces_share_vertices) {
+    const TempDir folder;
+    Model one = two_squares(folder, false);
+    Model two = two_squares(folder, true);
+    ASSERT_EQ(one.runs().size(), 1u);
+    ASSERT_EQ(two.runs().size(), 2u);
+    Window window(GetParam());
+    GpuProgram& lit = window.lit();
+    const Picture red = window.picture_of(one, lit);
+    const Picture both = window.picture_of(two, lit);
+    EXPECT_FALSE(is_blank(red));
+    EXPECT_EQ(num_covered(both), num_covered(red));
+    EXPECT_GT(sum_of(both, 2), sum_of(red, 2));
 }
 
 TEST(DefaultArrays, are_those_that_nobody_has_written_and_come_back_after_a_draw) {

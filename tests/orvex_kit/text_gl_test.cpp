@@ -309,9 +309,15 @@ TEST(Text, needs_an_engine) {
     View view(16, 16);
     Text text(view);
     ASSERT_TRUE(text) << text.reason();
+    Text of_host(*view.renderer(), view.path());
+    ASSERT_TRUE(of_host) << of_host.reason();
     engine.reset();
-    EXPECT_FALSE(text);
-    EXPECT_EQ(text.reason(), "its view or the engine has ended");
+    for (Text* const ended : {&text, &of_host}) {
+        EXPECT_FALSE(*ended);
+        EXPECT_EQ(ended->reason(), "its view or the engine has ended");
+        ended->add("A", 1, 1);
+        EXPECT_TRUE(ended->draw(16, 16));
+    }
 }
 
 } // namespace
