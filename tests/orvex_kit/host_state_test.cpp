@@ -46,7 +46,7 @@ private:
         glColorMask(GL_TRUE, GL_FALSE, GL_TRUE, GL_FALSE);
         glDepthMask(GL_FALSE);
         glDepthFunc(GL_GREATER);
-        glDepthRange(0.25, 0.5);
+        glDepthRange(0.5, 0.25);
         glStencilFuncSeparate(GL_FRONT, GL_NEVER, 3, 5);
         glStencilFuncSeparate(GL_BACK, GL_LESS, 4, 6);
         glStencilOpSeparate(GL_FRONT, GL_INCR, GL_DECR, GL_INVERT);

@@ -1,5 +1,6 @@
 // Picking against every face asked in turn, and by pixels against what was drawn there.
 
+#include <array>
 #include <cmath>
 #include <limits>
 #include <optional>
@@ -346,10 +347,21 @@ TEST_F(ModelPickTest, refuses_rays_that_are_none) {
     const Model model(sample);
     const float nan = std::numeric_limits<float>::quiet_NaN();
     const float infinite = std::numeric_limits<float>::infinity();
-    EXPECT_TRUE(model.pick(ray_from(0, 3, 50, 0, 0, -1)));
+    const auto pick_along = [&model](const std::array<float, 6>& ray) {
+        return model.pick(ray_from(ray[0], ray[1], ray[2], ray[3], ray[4], ray[5]));
+    };
+    constexpr std::array<float, 6> rays[] = {
+        {50, 3, 0, -1, 0, 0}, {0, 50, 0, 0, -1, 0}, {0, 3, 50, 0, 0, -1}};
+    for (std::size_t along = 0; along < 3; ++along) {
+        EXPECT_TRUE(pick_along(rays[along])) << along;
+        for (std::size_t i = 0; i < 6; ++i)
+            for (const float odd : {nan, infinite, -infinite}) {
+                std::array<float, 6> ray = rays[along];
+                ray[i] = odd;
+                EXPECT_FALSE(pick_along(ray)) << along << ", " << i << ": " << odd;
+            }
+    }
     EXPECT_FALSE(model.pick(ray_from(0, 3, 50, 0, 0, 0)));
-    EXPECT_FALSE(model.pick(ray_from(nan, 3, 50, 0, 0, -1)));
-    EXPECT_FALSE(model.pick(ray_from(0, 3, 50, 0, 0, -infinite)));
     EXPECT_FALSE(Model().pick(ray_from(0, 3, 50, 0, 0, -1)));
 }
 

@@ -184,15 +184,26 @@ TEST_P(ViewTest, smooths_edges_with_samples) {
 }
 
 TEST_P(ViewTest, takes_another_size) {
-    View view(8, 8, options());
-    ASSERT_EQ(view.resize(32, 16).reason(), "");
-    EXPECT_EQ(view.width(), 32);
-    EXPECT_EQ(view.height(), 16);
-    const Picture picture = empty_frame(view);
-    EXPECT_EQ(picture.width(), 32);
-    EXPECT_EQ(picture.height(), 16);
-    EXPECT_EQ(pixel_at(picture, 31, 0), (Pixel{43, 48, 56, 255}));
-    EXPECT_EQ(pixel_at(picture, 31, 15), (Pixel{43, 48, 56, 255}));
+    struct Row {
+        int samples, supersampling;
+    };
+    for (const Row& row : {Row{4, 1}, Row{0, 1}, Row{0, 2}}) {
+        SCOPED_TRACE(testing::Message() << row.samples << ", " << row.supersampling);
+        ViewOptions wanted = options();
+        wanted.samples = row.samples;
+        wanted.supersampling = row.supersampling;
+        View view(8, 8, wanted);
+        forget_gl_errors();
+        ASSERT_EQ(view.resize(32, 16).reason(), "");
+        EXPECT_NO_GL_ERROR();
+        EXPECT_EQ(view.width(), 32);
+        EXPECT_EQ(view.height(), 16);
+        const Picture picture = empty_frame(view);
+        EXPECT_EQ(picture.width(), 32);
+        EXPECT_EQ(picture.height(), 16);
+        EXPECT_EQ(pixel_at(picture, 31, 0), (Pixel{43, 48, 56, 255}));
+        EXPECT_EQ(pixel_at(picture, 31, 15), (Pixel{43, 48, 56, 255}));
+    }
 }
 
 TEST_P(ViewTest, stays_as_it_is_where_a_size_cant_be) {

@@ -1,5 +1,6 @@
 // The viewer without its window: what somebody does, what becomes of it, and what is drawn.
 
+#include <algorithm>
 #include <filesystem>
 #include <memory>
 #include <random>
@@ -249,6 +250,45 @@ TEST_P(ViewerTest, shows_the_keys_on_a_shade) {
     EXPECT_EQ(pixel_at(help, 0, 0), pixel_at(plain, 0, 0));
     press(Key::f1);
     EXPECT_EQ(kit::compare(draw(), plain).reason, "");
+}
+
+/// Where pixels lie.
+struct Box {
+    int left = 9999, top = 9999, right = -1, bottom = -1;
+
+    void take(int x, int y) {
+        left = std::min(left, x);
+        top = std::min(top, y);
+        right = std::max(right, x);
+        bottom = std::max(bottom, y);
+    }
+};
+
+TEST_P(ViewerTest, leaves_as_much_shade_on_all_sides_of_the_keys) {
+    open(lighthouse);
+    kit::View large(1280, 960, {GetParam()});
+    viewer->resize({large.width(), large.height(), 1.0}, 1.0f);
+    viewer->draw(large);
+    const kit::Picture plain = picture_of(large);
+    press('h');
+    viewer->draw(large);
+    const kit::Picture help = picture_of(large);
+    Box shade, letters;
+    for (int y = 0; y < help.height(); ++y)
+        for (int x = 0; x < help.width(); ++x) {
+            if (pixel_at(help, x, y) == pixel_at(plain, x, y))
+                continue;
+            shade.take(x, y);
+            if (pixel_at(help, x, y)[0] > pixel_at(plain, x, y)[0])
+                letters.take(x, y);
+        }
+    // Two margins of 12 pixels, but for what letters leave of their room.
+    EXPECT_NEAR(letters.left - shade.left, 24, 2);
+    EXPECT_NEAR(shade.right - letters.right, 24, 2);
+    EXPECT_NEAR(letters.top - shade.top, 24, 6);
+    EXPECT_NEAR(shade.bottom - letters.bottom, 24, 6);
+    EXPECT_NEAR(shade.left + shade.right, help.width() - 1, 1);
+    EXPECT_NEAR(shade.top + shade.bottom, help.height() - 1, 1);
 }
 
 TEST_P(ViewerTest, tells_how_long_frames_take) {
