@@ -83,6 +83,28 @@ TEST(GltfAccessor, has_normalized_numbers_end_at_one) {
     EXPECT_EQ(read_as<std::uint16_t>(5123, {0, 65535}, normalized), (Floats{0, 1}));
 }
 
+TEST(GltfAccessor, of_a_packed_mesh_has_normalized_numbers_end_at_one_too) {
+    struct Row {
+        int code;
+        Floats packed, wanted;
+    };
+    for (const Row& row : {Row{5120, {-128, -127, 0, 127}, {-1, -1, 0, 1}},
+                           Row{5121, {0, 51, 51, 255}, {0, 0.2f, 0.2f, 1}},
+                           Row{5122, {-32768, -32767, 0, 32767}, {-1, -1, 0, 1}},
+                           Row{5123, {0, 0, 0, 65535}, {0, 0, 0, 1}}}) {
+        GltfFile file;
+        file.add_accessor("SCALAR", row.code, 4, ",'normalized':true");
+        file.add_accessor("SCALAR", row.code, 4);
+        Opened opened(file);
+        for (const std::size_t i : {0u, 1u})
+            opened.accessors->unpack_numbers(i, row.packed, 1, opened.accessors->json(i));
+        EXPECT_EQ(opened.accessors->floats(0), row.wanted) << row.code;
+        EXPECT_EQ(opened.accessors->floats(1), row.packed) << row.code;
+        const std::vector<std::uint32_t> ends = {0, 3};
+        EXPECT_EQ(opened.accessors->floats(0, &ends), (Floats{row.wanted[0], row.wanted[3]}));
+    }
+}
+
 TEST(GltfAccessor, steps_by_the_stride_of_its_view) {
     GltfFile file;
     file.add_view(bytes_of<float>({1, 2, 99, 3, 4, 99, 5, 6}), ",'byteStride':12");

@@ -53,6 +53,12 @@ TEST(HostilePly, announces_longer_lists_than_it_has) {
     file.add_number(0.0f).add_number(0.0f).add_number(0.0f).add_number<std::uint32_t>(UINT32_MAX);
     EXPECT_EQ(refusal(file),
               "byte 184: a list of 4294967295 numbers, and the file is too short for them");
+    Bytes nearly_whole(head(lines, "binary_little_endian"));
+    nearly_whole.add_number(0.0f).add_number(0.0f).add_number(0.0f).add_number(4u);
+    for (int i = 0; i < 3; ++i)
+        nearly_whole.add_number(0);
+    EXPECT_EQ(refusal(nearly_whole),
+              "byte 184: a list of 4 numbers, and the file is too short for them");
     for (const char* count : {"4294967296", "1e300", "inf"})
         EXPECT_NE(refusal(Bytes(head(lines, "ascii") + "0 0 0\n" + count + " 0 0 0\n"))
                       .find("and the file is too short for them"),

@@ -39,6 +39,11 @@ TEST(OrvexRenderHelp, goes_to_standard_output) {
     }
 }
 
+TEST(OrvexRenderHelp, has_nothing_but_letters_that_terminals_show) {
+    for (const char letter : help_text())
+        EXPECT_TRUE(letter == '\n' || (letter >= ' ' && letter <= '~')) << int(letter);
+}
+
 #ifdef ORVEX_WITH_IMPORTER
 TEST(OrvexRenderHelp, tells_of_the_importer_where_there_is_one) {
     EXPECT_TRUE(has(help_text(), "\nBy orvex-import also FBX, DAE, BLEND and many more.\n"))

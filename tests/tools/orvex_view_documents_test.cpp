@@ -39,6 +39,8 @@ TEST(OrvexViewHelp, has_every_option_and_every_key_in_lines_of_a_terminal) {
         EXPECT_NE(help.find(std::string("  ") + line.keys + " "), help.npos) << line.keys;
     for (std::size_t begin = 0, end; (end = help.find('\n', begin)) != help.npos; begin = end + 1)
         EXPECT_LE(end - begin, 83u) << help.substr(begin, end - begin);
+    for (const char letter : help)
+        EXPECT_TRUE(letter == '\n' || (letter >= ' ' && letter <= '~')) << int(letter);
 }
 
 TEST(OrvexViewManPage, tells_of_every_option_and_of_no_other) {
