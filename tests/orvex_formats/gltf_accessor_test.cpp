@@ -155,6 +155,17 @@ TEST(GltfAccessor, that_is_sparse_has_some_numbers_from_elsewhere) {
     EXPECT_EQ(floats_of(sparse_file({1, 3}, ",'bufferView':0"), 0, &chosen), (Floats{3, 20}));
 }
 
+TEST(GltfAccessor, that_is_sparse_begins_where_its_offsets_say) {
+    GltfFile file;
+    file.add_view(bytes_of<std::uint16_t>({0, 0, 1, 3}));
+    file.add_view(bytes_of<float>({5, 10, 20}));
+    file.add_accessor("SCALAR", 5126, 4,
+                      ",'sparse':{'count':2,"
+                      "'indices':{'bufferView':0,'byteOffset':4,'componentType':5123},"
+                      "'values':{'bufferView':1,'byteOffset':4}}");
+    EXPECT_EQ(floats_of(file), (Floats{0, 10, 0, 20}));
+}
+
 TEST(GltfAccessor, whose_sparse_places_are_wrong_is_refused) {
     const char* const rest = " is beyond the accessor, or not above the one before";
     EXPECT_EQ(mistake_of(sparse_file({1, 4})),

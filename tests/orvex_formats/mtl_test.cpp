@@ -115,6 +115,14 @@ TEST(Mtl, makes_an_insulator_of_what_tells_no_metal) {
     EXPECT_FALSE(material_of("Ke 0 0 0\n").physical) << "which is what others write too";
 }
 
+TEST(Mtl, shines_as_a_picture_says_and_not_without_one) {
+    const SurfaceMaterial lamp = material_of("Pr 1\nmap_Ke lamp.png\n");
+    ASSERT_TRUE(lamp.physical);
+    EXPECT_EQ(text_of(lamp.physical->emissive), text_of(vec3(1.0f, 1.0f, 1.0f)));
+    EXPECT_EQ(lamp.physical->emissive_strength, 1.0f);
+    EXPECT_EQ(text_of(material_of("Pr 1\n").physical->emissive), text_of(vec3()));
+}
+
 TEST(Mtl, notes_what_it_leaves_out) {
     EXPECT_EQ(
         notes_of("Kd 1 1 1\nnewmtl a\nKd\nKd spectral a.rfl\nNs x\nmap_Ks s.png\nbump b.png\n"
