@@ -529,6 +529,22 @@ TEST(DefaultArrays, are_those_that_nobody_has_written_and_come_back_after_a_draw
         EXPECT_EQ(mesh.uv1.data, nullptr) << i;
         mesh.uv0_need_update = false;
     }
+    struct Row {
+        orvex::VertexAttribArray& array;
+        bool& flag;
+    };
+    mesh.uv1_need_update = mesh.tangents_need_update = mesh.colors_need_update = false;
+    for (const Row& row :
+         {Row{mesh.uv1, mesh.uv1_need_update}, Row{mesh.tangent, mesh.tangents_need_update},
+          Row{mesh.color, mesh.colors_need_update}}) {
+        const orvex::vec4* const data = row.array.data;
+        row.array.data[7] = orvex::vec4(0.5f, 0.0f, 0.0f, 1.0f);
+        row.flag = true;
+        arrays.look_at(mesh);
+        const WithoutDefaults lean(mesh, arrays, Path::gl3);
+        EXPECT_EQ(row.array.data, data);
+        row.flag = false;
+    }
     // Small ones cost too little to be looked at.
     orvex::MeshData small;
     ASSERT_TRUE(small.alloc_vertex_data(100));

@@ -127,6 +127,20 @@ TEST_F(ModelMeshTest, bad_numbers_leave_an_empty_model_with_the_reason) {
     EXPECT_EQ(mesh.reason(), "positions[3] holds inf, which is no finite float");
 }
 
+TEST_F(ModelMeshTest, faces_name_vertices_that_there_are) {
+    for (const std::int32_t wrong : {4, -1, std::numeric_limits<std::int32_t>::min()})
+        for (std::size_t corner = 0; corner < 6; ++corner) {
+            std::array<std::int32_t, 6> faces = {0, 1, 2, 0, 2, 3};
+            faces[corner] = wrong;
+            MeshNumbers numbers = square();
+            numbers.faces = {faces.data(), Number::i32};
+            const Model model = Model::from_numbers(numbers);
+            EXPECT_FALSE(model);
+            EXPECT_EQ(model.reason(), "faces[" + std::to_string(corner / 3) + "] name vertex " +
+                                          std::to_string(wrong) + ": there are 4");
+        }
+}
+
 TEST_F(ModelMeshTest, a_model_from_a_file_keeps_its_numbers) {
     Model file(write_square(folder));
     const Outcome refused = file.update(square());
