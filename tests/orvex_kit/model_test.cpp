@@ -14,8 +14,10 @@
 #include <orvex/assets/materials/material_mgr.h>
 #include <orvex/assets/textures/texture.h>
 #include <orvex/assets/textures/texture_mgr.h>
+#include <orvex/geometry/lines/polyline.h>
 #include <orvex/geometry/mesh/mesh.h>
 #include <orvex/geometry/mesh/model.h>
+#include <orvex/geometry/points/vertex_pool.h>
 #include <orvex/kernel/core.h>
 
 #include "orvex_kit/engine.h"
@@ -314,6 +316,35 @@ TEST_F(ModelTest, counts_a_mesh_that_is_used_twice_twice) {
     EXPECT_EQ(model.meshes()[1].bounds.max.x, 11.0f);
     EXPECT_EQ(model.bounds().max.x, 11.0f);
     EXPECT_EQ(model.extent().points.size(), 6u);
+}
+
+TEST_F(ModelTest, counts_points_and_lines_and_has_all_of_them_in_its_bounds) {
+    const Model model = load_by([](orvex::Model& target, const std::string&) {
+        auto* const cloud = new orvex::VertexPool;
+        cloud->init_pool(2, false);
+        cloud->set_vertex_position(0, vec4(-1, -2, -3, 1));
+        cloud->set_vertex_position(1, vec4(1, 2, 3, 1));
+        target.add_child(cloud);
+        float place = 10;
+        for (const auto mode : {orvex::LINE_RENDER_MODE_LINES, orvex::LINE_RENDER_MODE_LINE_STRIP,
+                                orvex::LINE_RENDER_MODE_LINE_LOOP}) {
+            auto* const line = new orvex::Polyline;
+            line->initialize(4, mode);
+            line->set_vertex_position(0, place, 0, 0);
+            line->set_vertex_position(3, 0, place, 0);
+            target.add_child(line);
+            place *= 10;
+        }
+        return true;
+    });
+    EXPECT_EQ(model.num_points(), 2u);
+    EXPECT_EQ(model.num_lines(), 2u + 3u + 4u);
+    EXPECT_EQ(numbers(model.bounds().min), (Numbers{-1, -2, -3}));
+    EXPECT_EQ(numbers(model.bounds().max), (Numbers{1000, 1000, 3}));
+    EXPECT_EQ(model.extent().points.size(), 2u + 3 * 4u);
+    EXPECT_EQ(model.extent().points[0].z, -3.0f);
+    EXPECT_EQ(model.extent().points[2].x, 10.0f);
+    EXPECT_EQ(model.notes(), Notes());
 }
 
 TEST_F(ModelTest, draws_opaque_runs_before_blended_ones_in_the_order_of_the_file) {
