@@ -1,6 +1,8 @@
 // What a host finds in its context after a frame of the kit's, and what the frame shows whatever
 // the host had set.
 
+#include <dlfcn.h>
+
 #define GL_GLEXT_PROTOTYPES // tests ask the driver straight
 #include <GL/gl.h>
 #include <GL/glext.h>
@@ -13,6 +15,20 @@
 #include "tests/support/gl_context.h"
 #include "turning_torus.h"
 #include "view_frame.h"
+
+namespace {
+
+constexpr int endless = 10'000;
+/// How often a lost context was asked for an error; below 0 while none is lost.
+int times_asked = -1;
+
+} // namespace
+
+/// Stands before the driver's own: a context that is lost says so whenever it is asked.
+extern "C" GLenum glGetError() {
+    static const auto of_driver = reinterpret_cast<GLenum (*)()>(dlsym(RTLD_NEXT, "glGetError"));
+    return times_asked >= 0 && ++times_asked < endless ? GL_CONTEXT_LOST : of_driver();
+}
 
 namespace orvex_test {
 
@@ -173,6 +189,17 @@ TEST_P(HostStateTest, shows_the_same_picture_whatever_the_host_had_set) {
 
 TEST(HostState, does_nothing_without_a_context) {
     EXPECT_NO_THROW(HostState());
+}
+
+TEST_P(HostStateTest, ends_where_a_lost_context_has_errors_without_end) {
+    const GlContext host(profile(), 32, 32);
+    {
+        const HostState kept;
+        times_asked = 0;
+    }
+    EXPECT_GT(times_asked, 0);
+    EXPECT_LT(times_asked, endless);
+    times_asked = -1;
 }
 
 TEST_P(HostStateTest, keeps_the_framebuffer_that_is_drawn_into) {
