@@ -279,6 +279,28 @@ static void lights_go_with_the_eye_unless_they_are_told(void) {
     end_stage(&all);
 }
 
+static void lights_go_with_the_eye_whatever_is_upward(void) {
+    stage all = begin_stage();
+    orvex_model model = new_square(all.engine);
+    static unsigned char told[32][32][4], found[32][32][4];
+    for (orvex_up_axis up = ORVEX_UP_X; up <= ORVEX_UP_MINUS_Z; ++up) {
+        orvex_camera camera = new_camera();
+        orvex_orbit orbit = {.size = sizeof orbit, .azimuth = 40, .elevation = 30, .up = up};
+        CHECK_OK(orvex_camera_orbit(&model, 1, 32, 32, &orbit, &camera));
+        CHECK(camera.light_up == up);
+        CHECK_OK(orvex_view_draw(all.view, &camera, &model, 1));
+        CHECK_OK(orvex_view_read(all.view, told, 0));
+        camera.light_up = ORVEX_UP_AUTOMATIC;
+        CHECK_OK(orvex_view_draw(all.view, &camera, &model, 1));
+        CHECK_OK(orvex_view_read(all.view, found, 0));
+        for (int i = 0; i < 3; ++i) {
+            const int apart = told[16][16][i] - found[16][16][i];
+            CHECK(-1 <= apart && apart <= 1);
+        }
+    }
+    end_stage(&all);
+}
+
 /// A context of the test's own, without a window.
 typedef struct host_context {
     EGLDisplay display;
@@ -375,6 +397,7 @@ void view_tests(void) {
     RUN(bad_looks_are_refused);
     RUN(frames_of_bad_arguments_are_refused);
     RUN(lights_go_with_the_eye_unless_they_are_told);
+    RUN(lights_go_with_the_eye_whatever_is_upward);
     end_sharing();
     RUN(a_view_draws_on_the_hosts_context);
     RUN(without_a_current_context_there_is_no_view_on_it);

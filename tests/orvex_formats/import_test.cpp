@@ -1,6 +1,7 @@
 // Models that the importer reads.
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <optional>
 #include <string>
@@ -213,6 +214,32 @@ TEST_F(ImportTest, takes_pictures_within_a_file) {
     EXPECT_EQ(draft.materials[0].textures, std::vector<std::string>{draft.pictures[0].name});
 }
 
+TEST_F(ImportTest, takes_pixels_within_a_file_up_to_the_largest_picture) {
+    const struct {
+        unsigned width, height;
+        bool is_taken;
+    } pictures[] = {{2, 3, true},      {300, 1, true},    {16384, 1, true}, {1, 16384, true},
+                    {16385, 1, false}, {1, 16385, false}, {0, 1, false}};
+    MadeScene scene;
+    for (const auto& picture : pictures)
+        scene.add_pixels(picture.width, picture.height);
+    scene.write("assbin", folder.file("pixels.assbin"));
+    const Draft draft = read(folder.file("pixels.assbin"));
+    ASSERT_EQ(draft.pictures.size(), std::size(pictures));
+    for (std::size_t i = 0; i < std::size(pictures); ++i) {
+        const auto& [width, height, is_taken] = pictures[i];
+        const std::vector<unsigned char>& bytes = draft.pictures[i].bytes;
+        constexpr std::size_t head = 18;
+        ASSERT_EQ(bytes.size(), is_taken ? head + 4 * width * height : 0) << i;
+        if (!is_taken)
+            continue;
+        EXPECT_EQ(bytes[12] + 256u * bytes[13], width) << i;
+        EXPECT_EQ(bytes[14] + 256u * bytes[15], height) << i;
+        EXPECT_EQ(std::vector<unsigned char>(bytes.end() - 4, bytes.end()),
+                  (std::vector<unsigned char>{255, 0, 0, 128}));
+    }
+}
+
 TEST_F(ImportTest, looks_for_pictures_in_the_folder_of_the_model_alone) {
     write_four_colors(folder.file("four.png"));
     const struct {
@@ -263,6 +290,23 @@ TEST_F(ImportTest, has_the_physical_values_of_a_material) {
     EXPECT_EQ(physical.normal_texture.image, "normals.png");
     // The place of the colour's picture stays its own.
     EXPECT_EQ(draft.materials[1].textures, (std::vector<std::string>{"white", "normals.png"}));
+}
+
+TEST_F(ImportTest, lets_a_material_shine_as_its_picture_where_it_tells_no_colour) {
+    MadeScene scene;
+    const aiString lamp("lamp.png");
+    const aiColor3D orange(1.0f, 0.5f, 0.0f);
+    for (const unsigned i : {0u, 1u})
+        scene.material(i).AddProperty(&lamp, AI_MATKEY_TEXTURE(aiTextureType_EMISSIVE, 0));
+    scene.material(1).AddProperty(&orange, 1, AI_MATKEY_COLOR_EMISSIVE);
+    scene.write("assbin", folder.file("lamp.assbin"));
+    const Draft draft = read(folder.file("lamp.assbin"));
+    const auto emissive_of = [&draft](std::size_t i) {
+        const orvex::vec3& emissive = draft.materials.at(i).physical.value().emissive;
+        return std::array<float, 3>{emissive.x, emissive.y, emissive.z};
+    };
+    EXPECT_EQ(emissive_of(0), (std::array<float, 3>{1.0f, 1.0f, 1.0f}));
+    EXPECT_EQ(emissive_of(1), (std::array<float, 3>{1.0f, 0.5f, 0.0f}));
 }
 
 // --- Cameras and motion

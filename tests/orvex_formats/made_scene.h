@@ -95,6 +95,16 @@ public:
         textures.push_back(texture);
     }
 
+    /// Blue pixels of half opacity within the file.
+    void add_pixels(unsigned width, unsigned height) {
+        auto* const texture = new aiTexture;
+        texture->mWidth = width;
+        texture->mHeight = height;
+        texture->pcData = new aiTexel[std::size_t{width} * height];
+        std::fill_n(texture->pcData, std::size_t{width} * height, aiTexel{255, 0, 0, 128});
+        textures.push_back(texture);
+    }
+
     /// Stands where a node of its name does.
     aiCamera& add_camera(const char* name) {
         cameras.push_back(new aiCamera);

@@ -383,6 +383,32 @@ TEST_F(ModelTest, stands_up_and_keeps_the_bounds_of_its_file) {
     EXPECT_EQ(model.extent().points[2].y, 1.0f);
 }
 
+TEST_F(ModelTest, looks_for_the_way_up_where_a_format_tells_none) {
+    struct Row {
+        const char* loader;
+        UpAxis up;
+    };
+    for (const Row& row : {Row{"orvex_stl", UpAxis::minus_z}, Row{"orvex_ply", UpAxis::minus_z},
+                           Row{"orvex_off", UpAxis::minus_z}, Row{"orvex_3mf", UpAxis::z},
+                           Row{"another", UpAxis::y}}) {
+        // It stands on four feet at its largest z.
+        ScriptedLoader::add(row.loader, [](orvex::Model& model, const std::string&) {
+            auto* const mesh = new orvex::Mesh;
+            mesh->alloc_vertex_data(6);
+            for (unsigned long i = 0; i < 6; ++i)
+                mesh->set_vertex_position(i, vec4(i % 2 == 0 ? 0.0f : 1.0f, static_cast<float>(i),
+                                                  i < 4 ? 5.0f : 0.0f, 1.0f));
+            mesh->alloc_face_data(1, false);
+            mesh->set_face_indexes(0, 0, 1, 2);
+            model.add_child(mesh);
+            return true;
+        });
+        const Model model(folder.write("m.script", "x"), {Normals::file, false, row.loader});
+        EXPECT_EQ(model.up_axis(), row.up) << row.loader;
+        EXPECT_EQ(model.file_up_axis(), row.up) << row.loader;
+    }
+}
+
 #ifdef ORVEX_WITH_LIB3DS
 TEST_F(ModelTest, stands_3ds_files_up_that_lie) {
     Model model("/usr/share/glmark2/models/horse.3ds");
