@@ -65,6 +65,12 @@ TEST(OrvexRenderManPage, tells_of_every_option_and_of_no_other) {
     EXPECT_EQ(names_in(page), std::set<std::string>(names.begin(), names.end()));
 }
 
+TEST(OrvexRenderManPage, tells_of_every_letter_and_of_no_other) {
+    const std::set<std::string> letters = letters_in(help_text());
+    EXPECT_TRUE(letters.count("-s, --size"));
+    EXPECT_EQ(letters_in(text_of_man_page(man_page)), letters);
+}
+
 TEST(OrvexRenderManPage, tells_of_every_look) {
     const std::string page = content_of(man_page);
     const std::size_t begin = page.find("How the model looks: ");

@@ -47,6 +47,12 @@ TEST(OrvexViewManPage, tells_of_every_option_and_of_no_other) {
     EXPECT_EQ(names_in(text_of_man_page(man_page)), option_names());
 }
 
+TEST(OrvexViewManPage, tells_of_every_letter_and_of_no_other) {
+    const std::set<std::string> letters = letters_in(help_text());
+    EXPECT_TRUE(letters.count("-s, --size"));
+    EXPECT_EQ(letters_in(text_of_man_page(man_page)), letters);
+}
+
 TEST(OrvexViewManPage, tells_of_every_key_and_exit_code) {
     const std::string page = content_of(man_page);
     for (const KeyLine& line : key_lines())

@@ -1,6 +1,7 @@
 #include "tool_documents.h"
 
 #include <algorithm>
+#include <regex>
 
 #include "tests/support/command.h"
 #include "tests/support/temp_dir.h"
@@ -16,6 +17,14 @@ std::set<std::string> names_in(const std::string& text) {
             names.insert(name);
     }
     return names;
+}
+
+std::set<std::string> letters_in(const std::string& text) {
+    const std::regex pair(R"re( -(\S)(?:, | ", " )(--[a-z-]+))re");
+    std::set<std::string> letters;
+    for (std::sregex_iterator found(text.begin(), text.end(), pair), end; found != end; ++found)
+        letters.insert("-" + found->str(1) + ", " + found->str(2));
+    return letters;
 }
 
 std::string text_of_man_page(const std::string& path) {

@@ -11,6 +11,8 @@ namespace orvex_test {
 
 /// All long options in a text.
 std::set<std::string> names_in(const std::string& text);
+/// All options that have a letter, each as "-s, --size", of a help or of a man page.
+std::set<std::string> letters_in(const std::string& text);
 /// A man page with its dashes as they are typed.
 std::string text_of_man_page(const std::string& path);
 /// What the typesetter of man pages has against one; empty if it has nothing.

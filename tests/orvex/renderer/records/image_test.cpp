@@ -472,6 +472,13 @@ TEST(ImageSetPixel, stays_inside_a_buffer_that_is_smaller_than_the_sizes_say) {
     EXPECT_FALSE(image.set_pixel(1, vec4()));
     image.height = 100;
     EXPECT_FALSE(image.set_pixel(99, vec4()));
+
+    Image floats;
+    floats.create(2, 1, 1, PF_RGB_F32, true);
+    floats.height = 100;
+    const unsigned long held = ImageAccess::f32_capacity(floats) / (3 * sizeof(float));
+    EXPECT_TRUE(floats.set_pixel(held - 1, vec4()));
+    EXPECT_FALSE(floats.set_pixel(held, vec4()));
 }
 
 TEST(ImageSetPixel, gives_zero_for_what_has_no_integer) {
