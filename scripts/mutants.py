@@ -240,14 +240,16 @@ class Tree:
         return [test.narrowed(self.path / source) for _, source, test in found[:2]]
 
     def compile(self, mutant):
-        """@return its object; None where it doesn't compile"""
+        """@return its object; None where it doesn't compile, or where the line is another by now"""
         command = self.commands.get(mutant.file)
         if not command:
+            return None
+        lines = (self.path / mutant.file).read_text(encoding="utf-8").split("\n")
+        if lines[mutant.line - 1:mutant.line] != [mutant.before]:
             return None
         self.num_compiled += 1
         name = f"mutant{self.num_compiled}.o"
         changed = self.build / "mutant.cpp"
-        lines = (self.path / mutant.file).read_text(encoding="utf-8").split("\n")
         lines[mutant.line - 1] = mutant.after
         changed.write_text(f'#line 1 "{self.path / mutant.file}"\n' + "\n".join(lines), encoding="utf-8")
         command = [*command[:command.index("-o")], "-O0", "-w", "-o", name, "-c", changed.name]
