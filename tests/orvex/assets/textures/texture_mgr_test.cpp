@@ -785,8 +785,9 @@ TEST_F(TextureMgrTest, a_screenshot_has_room_for_its_pixels_whatever_the_rendere
 
 TEST_F(TextureMgrTest, a_screenshot_of_nothing_has_no_sides) {
     FramebufferRenderer screen;
-    for (const int side : {0, -3}) {
-        screen.width = screen.height = side;
+    for (const auto& [width, height] : {std::pair{0, 0}, {-3, 0}, {0, -3}}) {
+        screen.width = width;
+        screen.height = height;
         EXPECT_TRUE(mgr.do_screenshot(&screen, "shot.jpg"));
         EXPECT_EQ(two->saved.width, 0u);
         EXPECT_EQ(two->saved.height, 0u);
