@@ -142,5 +142,29 @@ TEST(SocketMemory, a_stop_without_memory_is_a_stop_or_can_be_tried_again) {
     EXPECT_LE(refused, 2);
 }
 
+TEST(SocketMemory, a_conversation_that_gives_its_slot_back_itself_leaves_no_record) {
+    EXPECT_TRUE(threads_become(threads_at_rest));
+    ListeningPort listening;
+    TcpServer server;
+    server.threaded_client_callback(true);
+    server.set_client_proc_v2(
+        [](SocketCore*, Socket*, void* own, void*) {
+            static_cast<TcpServerClientThreadParams*>(own)->server->cleanup_client_threads();
+        },
+        nullptr);
+    auto result = std::async(std::launch::async, [&] { return server.run_v2(0); });
+    const int port = listening.wait();
+    const auto converse = [&] {
+        EXPECT_EQ(RawClient(port).receive(), "");
+        EXPECT_TRUE(threads_become(threads_at_rest + 1));
+        return living_blocks();
+    };
+    const long blocks = converse();
+    for (int i = 0; i < 5; ++i)
+        EXPECT_EQ(converse(), blocks);
+    EXPECT_TRUE(server.send_stop_message());
+    EXPECT_FALSE(result.get());
+}
+
 } // namespace
 } // namespace orvex_test

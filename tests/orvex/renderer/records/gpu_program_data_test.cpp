@@ -267,7 +267,8 @@ TEST(GpuProgramData, freeing_its_data_leaves_api_names_and_uniforms) {
         EXPECT_TRUE(data.linked);
         EXPECT_NE(data.find_uniform("kept"), nullptr);
     }
-    EXPECT_TRUE(data.set_info_log("ab", 2)) << "the recorded size went with the text";
+    EXPECT_TRUE(data.set_info_log("a", 1)) << "the recorded size went with the text";
+    EXPECT_TRUE(data.set_shader_info_log(GPU_SHADER_VERTEX, "a", 1)) << "and that of each stage";
 }
 
 TEST(GpuProgramData, a_dying_record_is_no_longer_anyones_active_program) {

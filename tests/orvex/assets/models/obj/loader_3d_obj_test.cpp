@@ -100,11 +100,15 @@ TEST_F(Loader3D_OBJTest, corners_get_vertices_of_their_own) {
     EXPECT_EQ(a, 0u);
     EXPECT_EQ(b, 1u);
     EXPECT_EQ(c, 2u);
-    // The mean of the corners' normals, not made a unit vector.
-    const vec4& face = m->get_mesh_data()->face_normals[0];
-    EXPECT_EQ(face.x, 0.0f);
-    EXPECT_EQ(face.y, 1.0f / 3.0f);
-    EXPECT_EQ(face.z, 2.0f / 3.0f);
+}
+
+TEST_F(Loader3D_OBJTest, the_normal_of_a_face_is_the_mean_of_its_corners_and_no_unit_vector) {
+    ASSERT_TRUE(
+        load(std::string(TRIANGLE) + "vn 1 2 4\nvn 8 16 32\nvn 64 128 256\nf 1//1 2//2 3//3\n"));
+    const vec4& normal = mesh_at(0)->get_mesh_data()->face_normals[0];
+    EXPECT_EQ(normal.x, 73.0f / 3.0f);
+    EXPECT_EQ(normal.y, 146.0f / 3.0f);
+    EXPECT_EQ(normal.z, 292.0f / 3.0f);
 }
 
 TEST_F(Loader3D_OBJTest, without_normals_corners_get_the_normal_of_the_face) {
