@@ -264,6 +264,24 @@ struct Box {
     }
 };
 
+TEST_P(ViewerTest, keeps_long_texts_between_the_sides_of_the_window) {
+    open(lighthouse);
+    const kit::Picture plain = draw();
+    options.bare = false;
+    open(lighthouse);
+    viewer->drop({"/a folder/with a name/that is longer/than the window/is wide.obj"});
+    ASSERT_GT(notice().size(), 60u);
+    const kit::Picture with_text = draw();
+    Box changed;
+    for (int y = 0; y < height; ++y)
+        for (int x = 0; x < width; ++x)
+            if (pixel_at(with_text, x, y) != pixel_at(plain, x, y))
+                changed.take(x, y);
+    // A margin of 12 pixels, and the shadow, which is shifted by one.
+    EXPECT_GE(changed.left, 11);
+    EXPECT_LE(changed.right, width - 12 + 2);
+}
+
 TEST_P(ViewerTest, leaves_as_much_shade_on_all_sides_of_the_keys) {
     open(lighthouse);
     kit::View large(1280, 960, {GetParam()});
