@@ -1,6 +1,9 @@
 // What a host finds in its context after a frame of the kit's, and what the frame shows whatever
 // the host had set.
 
+#include <algorithm>
+#include <vector>
+
 #include <dlfcn.h>
 
 #define GL_GLEXT_PROTOTYPES // tests ask the driver straight
@@ -189,6 +192,50 @@ TEST_P(HostStateTest, shows_the_same_picture_whatever_the_host_had_set) {
 
 TEST(HostState, does_nothing_without_a_context) {
     EXPECT_NO_THROW(HostState());
+}
+
+TEST_P(HostStateTest, takes_the_textures_of_all_units_away_and_brings_them_back) {
+    struct Target {
+        GLenum name, binding;
+    };
+    constexpr Target targets[] = {{GL_TEXTURE_1D, GL_TEXTURE_BINDING_1D},
+                                  {GL_TEXTURE_2D, GL_TEXTURE_BINDING_2D},
+                                  {GL_TEXTURE_3D, GL_TEXTURE_BINDING_3D},
+                                  {GL_TEXTURE_CUBE_MAP, GL_TEXTURE_BINDING_CUBE_MAP},
+                                  {GL_TEXTURE_2D_ARRAY, GL_TEXTURE_BINDING_2D_ARRAY},
+                                  {GL_TEXTURE_RECTANGLE, GL_TEXTURE_BINDING_RECTANGLE},
+                                  {GL_TEXTURE_2D_MULTISAMPLE, GL_TEXTURE_BINDING_2D_MULTISAMPLE}};
+    const GlContext host(profile(), 32, 32);
+    const auto bound = [&] {
+        std::vector<GLint> names;
+        for (const GLenum unit : {GL_TEXTURE0, GL_TEXTURE1, GL_TEXTURE5}) {
+            glActiveTexture(unit);
+            for (const Target& target : targets)
+                glGetIntegerv(target.binding, &names.emplace_back());
+            glGetIntegerv(GL_SAMPLER_BINDING, &names.emplace_back());
+        }
+        return names;
+    };
+    for (const GLuint unit : {0u, 1u, 5u}) {
+        glActiveTexture(GL_TEXTURE0 + unit);
+        for (const Target& target : targets) {
+            GLuint texture = 0;
+            glGenTextures(1, &texture);
+            glBindTexture(target.name, texture);
+        }
+        GLuint sampler = 0;
+        glGenSamplers(1, &sampler);
+        glBindSampler(unit, sampler);
+    }
+    const std::vector<GLint> before = bound();
+    EXPECT_EQ(std::count(before.begin(), before.end(), 0), 0);
+    {
+        const HostState kept;
+        const std::vector<GLint> within = bound();
+        EXPECT_EQ(within, std::vector<GLint>(before.size(), 0));
+    }
+    EXPECT_EQ(bound(), before);
+    EXPECT_NO_GL_ERROR();
 }
 
 TEST_P(HostStateTest, ends_where_a_lost_context_has_errors_without_end) {
