@@ -194,6 +194,85 @@ TEST(HostState, does_nothing_without_a_context) {
     EXPECT_NO_THROW(HostState());
 }
 
+TEST_P(HostStateTest, is_as_in_a_fresh_context_within) {
+    const GlContext host(profile(), 32, 32);
+    const GlStates fresh = states_here(false);
+    StrangeHost().set(profile());
+    forget_gl_errors();
+    const HostState kept;
+    GlStates within = states_here(false);
+    EXPECT_GE(within.size(), 80u);
+    within.erase("GL_VIEWPORT"); // of the framebuffer that is drawn into
+    within.erase("GL_SCISSOR_BOX");
+    // A fresh mask may be told as that of the bits that there are.
+    for (const char* const mask : {"GL_STENCIL_VALUE_MASK", "GL_STENCIL_BACK_VALUE_MASK",
+                                   "GL_STENCIL_WRITEMASK", "GL_STENCIL_BACK_WRITEMASK"})
+        EXPECT_GE(within.extract(mask).mapped(), fresh.at(mask)) << mask;
+    for (const auto& [name, values] : within)
+        EXPECT_EQ(values, fresh.at(name)) << name;
+}
+
+TEST_P(HostStateTest, turns_each_switch_as_a_fresh_context_has_it_and_back) {
+    const GlContext host(profile(), 32, 32);
+    std::vector<GLenum> names = {GL_BLEND,
+                                 GL_COLOR_LOGIC_OP,
+                                 GL_CULL_FACE,
+                                 GL_DEPTH_TEST,
+                                 GL_DITHER,
+                                 GL_LINE_SMOOTH,
+                                 GL_MULTISAMPLE,
+                                 GL_POLYGON_OFFSET_FILL,
+                                 GL_POLYGON_OFFSET_LINE,
+                                 GL_POLYGON_OFFSET_POINT,
+                                 GL_POLYGON_SMOOTH,
+                                 GL_SAMPLE_ALPHA_TO_COVERAGE,
+                                 GL_SAMPLE_ALPHA_TO_ONE,
+                                 GL_SAMPLE_COVERAGE,
+                                 GL_SCISSOR_TEST,
+                                 GL_STENCIL_TEST,
+                                 GL_CLIP_DISTANCE0,
+                                 GL_CLIP_DISTANCE1,
+                                 GL_CLIP_DISTANCE2,
+                                 GL_CLIP_DISTANCE3,
+                                 GL_CLIP_DISTANCE4,
+                                 GL_CLIP_DISTANCE5,
+                                 GL_PROGRAM_POINT_SIZE,
+                                 GL_FRAMEBUFFER_SRGB,
+                                 GL_RASTERIZER_DISCARD,
+                                 GL_PRIMITIVE_RESTART,
+                                 GL_DEPTH_CLAMP,
+                                 GL_SAMPLE_MASK,
+                                 GL_TEXTURE_CUBE_MAP_SEAMLESS};
+    if (profile() == Profile::compatibility)
+        names.insert(names.end(),
+                     {GL_ALPHA_TEST, GL_COLOR_MATERIAL, GL_COLOR_SUM, GL_FOG, GL_INDEX_LOGIC_OP,
+                      GL_LIGHTING, GL_NORMALIZE, GL_LINE_STIPPLE, GL_POINT_SMOOTH, GL_POINT_SPRITE,
+                      GL_TEXTURE_1D, GL_TEXTURE_2D, GL_POLYGON_STIPPLE, GL_RESCALE_NORMAL,
+                      GL_TEXTURE_3D, GL_TEXTURE_CUBE_MAP, GL_VERTEX_PROGRAM_TWO_SIDE});
+    const auto are_on = [&names] {
+        std::vector<bool> on;
+        for (const GLenum name : names)
+            on.push_back(glIsEnabled(name) == GL_TRUE);
+        return on;
+    };
+    const std::vector<bool> fresh = are_on();
+    std::vector<bool> turned = fresh;
+    turned.flip();
+    for (std::size_t i = 0; i < names.size(); ++i)
+        if (turned[i])
+            glEnable(names[i]);
+        else
+            glDisable(names[i]);
+    ASSERT_EQ(are_on(), turned);
+    EXPECT_NO_GL_ERROR();
+    {
+        const HostState kept;
+        EXPECT_EQ(are_on(), fresh);
+    }
+    EXPECT_EQ(are_on(), turned);
+    EXPECT_NO_GL_ERROR();
+}
+
 TEST_P(HostStateTest, takes_the_textures_of_all_units_away_and_brings_them_back) {
     struct Target {
         GLenum name, binding;
