@@ -54,6 +54,36 @@ TEST(EglConfig, weighs_colour_before_alpha_before_depth_before_stencil_before_sa
             EXPECT_EQ(is_nearer(wish, nearest_first[i], nearest_first[j]), i < j) << i << " " << j;
 }
 
+TEST(EglConfig, of_a_display_come_nearest_first) {
+    const EGLDisplay display =
+        eglGetPlatformDisplay(EGL_PLATFORM_SURFACELESS_MESA, EGL_DEFAULT_DISPLAY, nullptr);
+    ASSERT_TRUE(eglInitialize(display, nullptr, nullptr));
+    const auto facts_of = [&](EGLConfig config) {
+        const auto told = [&](EGLint name) {
+            EGLint value = -1;
+            EXPECT_TRUE(eglGetConfigAttrib(display, config, name, &value));
+            return value;
+        };
+        return EglConfigFacts{told(EGL_RED_SIZE),   told(EGL_GREEN_SIZE), told(EGL_BLUE_SIZE),
+                              told(EGL_ALPHA_SIZE), told(EGL_DEPTH_SIZE), told(EGL_STENCIL_SIZE),
+                              told(EGL_SAMPLES)};
+    };
+    for (const int color_bits : {16, 24, 32}) {
+        for (const int depth_bits : {0, 16, 24}) {
+            ContextRequest request;
+            request.color_bits = color_bits;
+            request.depth_bits = depth_bits;
+            const EglConfigFacts wish = wanted_facts(request);
+            const std::vector<EGLConfig> configs = choose_configs(display, request);
+            ASSERT_GT(configs.size(), 1u);
+            EXPECT_TRUE(is_nearer(wish, facts_of(configs.front()), facts_of(configs.back())));
+            for (std::size_t i = 1; i < configs.size(); ++i)
+                EXPECT_FALSE(is_nearer(wish, facts_of(configs[i]), facts_of(configs[i - 1])))
+                    << color_bits << " " << depth_bits << " " << i;
+        }
+    }
+}
+
 } // namespace
 
 } // namespace orvex_test
