@@ -8,6 +8,7 @@
 
 #include <gtest/gtest.h>
 
+#include "orvex/platform/private/constant_array.h"
 #include "orvex/renderer/records/mesh_data_packed.h"
 #include "tests/orvex/geometry/printers.h"
 #include "tests/support/log_capture.h"
@@ -662,6 +663,22 @@ TEST(MeshData, notes_format_and_path) {
     EXPECT_EQ(store.get_vertex_format(), VERTEX_FORMAT_32);
     store.set_use_generic_vertex_attribs_state(false);
     EXPECT_FALSE(store.get_use_generic_vertex_attribs_state());
+}
+
+TEST(MeshData, has_no_memory_for_separate_arrays_until_a_host_writes_them) {
+    constexpr unsigned long count = 2'200'000; // 34 MiB, which no heap has had before
+    MeshData store;
+    store.separate_vertex_arrays = true;
+    ASSERT_TRUE(store.alloc_vertex_data(count));
+    const auto is_spread = [](VertexAttribArray& array) {
+        return spread_again(array.data, count * sizeof(vec4), pattern_of(vec4()));
+    };
+    EXPECT_TRUE(is_spread(store.color));
+    EXPECT_TRUE(is_spread(store.uv0));
+    EXPECT_TRUE(is_spread(store.uv1));
+    EXPECT_TRUE(is_spread(store.tangent));
+    EXPECT_FALSE(is_spread(store.position)) << "which every host writes";
+    EXPECT_FALSE(is_spread(store.normal)) << "which every host writes";
 }
 
 TEST(MeshData, frees_all_that_remains_when_destroyed) {
