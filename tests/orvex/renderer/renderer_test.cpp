@@ -69,10 +69,15 @@ TEST(Renderer, leaves_binds_out_until_its_end_at_the_longest) {
     {
         FakeRenderer first, second;
         EXPECT_FALSE(any_renderer_elides());
+        first.set_elided_binds_state(false);
+        EXPECT_FALSE(any_renderer_elides());
         first.set_elided_binds_state(true);
+        EXPECT_TRUE(any_renderer_elides());
+        first.set_elided_binds_state(true);
+        first.set_elided_binds_state(false);
+        EXPECT_FALSE(any_renderer_elides());
         first.set_elided_binds_state(true);
         second.set_elided_binds_state(true);
-        EXPECT_TRUE(any_renderer_elides());
         first.set_elided_binds_state(false);
         EXPECT_TRUE(any_renderer_elides());
     }

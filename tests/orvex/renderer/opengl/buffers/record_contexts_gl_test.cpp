@@ -567,10 +567,12 @@ protected:
     }
 
     /// The next context gets the first one's address, and its host names that may have been there.
-    void replace_first() {
+    void replace_first(std::size_t num_names = 16) {
         hosts[0].reset();
         hosts[0] = make_context();
         const GlRecorderPause pause(*recorder);
+        buffers.assign(num_names, 0);
+        arrays.assign(num_names, 0);
         for (GLuint& id : buffers) {
             glGenBuffers(1, &id);
             glBindBuffer(GL_ARRAY_BUFFER, id);
@@ -598,8 +600,8 @@ protected:
     std::unique_ptr<GlContext> hosts[2] = {make_context(), make_context()};
     ChosenAddress* system = nullptr;
     MeshData mesh;
-    GLuint buffers[16] = {};
-    GLuint arrays[16] = {};
+    std::vector<GLuint> buffers;
+    std::vector<GLuint> arrays;
 };
 ORVEX_BOTH_PROFILES(UnadoptedContexts);
 
@@ -615,14 +617,17 @@ TEST_P(UnadoptedContexts, that_took_the_address_of_one_that_ended_keep_what_is_t
 }
 
 TEST_P(UnadoptedContexts, that_took_the_address_of_one_that_took_turns_keep_what_is_theirs) {
-    for (const int i : {0, 1, 0, 1}) {
-        turn_to(i);
-        draw();
+    // Each has more names than the one before, among them those of what is drawn there.
+    for (const std::size_t num_names : {16u, 32u, 48u}) {
+        for (const int i : {0, 1, 0, 1}) {
+            turn_to(i);
+            draw();
+        }
+        EXPECT_TRUE(renderer->vertex_buffer_kill(&mesh));
+        replace_first(num_names);
+        turn_to(0);
+        expect_the_hosts_kept();
     }
-    EXPECT_TRUE(renderer->vertex_buffer_kill(&mesh));
-    replace_first();
-    turn_to(0);
-    expect_the_hosts_kept();
 }
 
 TEST_P(UnadoptedContexts, that_take_turns_let_go_of_what_was_killed_elsewhere) {
