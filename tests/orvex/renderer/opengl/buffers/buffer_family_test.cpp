@@ -14,81 +14,79 @@ using namespace orvex;
 
 namespace {
 
+using Gl = ORVEX_Renderer_OpenGL_Func;
+
 /// One operation, whether it did anything, and what it can't go without.
 struct Operation {
     const char* name;
     std::function<bool(BufferFamily&)> does;
-    std::vector<std::function<void(ORVEX_Renderer_OpenGL_Func&)>> takings;
+    std::vector<void (*)(Gl&)> takings;
 };
 
-void take_gen(ORVEX_Renderer_OpenGL_Func& gl) {
-    gl.glGenBuffers = nullptr;
-}
-void take_bind(ORVEX_Renderer_OpenGL_Func& gl) {
-    gl.glBindBuffer = nullptr;
-}
-void take_base(ORVEX_Renderer_OpenGL_Func& gl) {
-    gl.glBindBufferBase = nullptr;
-}
-void take_data(ORVEX_Renderer_OpenGL_Func& gl) {
-    gl.glBufferData = nullptr;
-}
-void take_part(ORVEX_Renderer_OpenGL_Func& gl) {
-    gl.glBufferSubData = nullptr;
-}
-void take_delete(ORVEX_Renderer_OpenGL_Func& gl) {
-    gl.glDeleteBuffers = nullptr;
-}
-void take_map(ORVEX_Renderer_OpenGL_Func& gl) {
-    gl.glMapBuffer = nullptr;
-}
-void take_map_range(ORVEX_Renderer_OpenGL_Func& gl) {
-    gl.glMapBufferRange = nullptr;
-}
-void take_unmap(ORVEX_Renderer_OpenGL_Func& gl) {
-    gl.glUnmapBuffer = nullptr;
+template<auto entry>
+void take(Gl& gl) {
+    gl.*entry = nullptr;
 }
 
 const Operation operations[] = {
     {"create_vertices",
      [](BufferFamily& f) { return f.create_vertices(8, BUFFER_USAGE_STATIC_DRAW) != 0; },
-     {take_gen, take_bind, take_data}},
+     {take<&Gl::glGenBuffers>, take<&Gl::glBindBuffer>, take<&Gl::glBufferData>}},
     {"create_storage",
      [](BufferFamily& f) { return f.create_storage(8, BUFFER_USAGE_STATIC_DRAW, nullptr) != 0; },
-     {take_gen, take_bind, take_data}},
+     {take<&Gl::glGenBuffers>, take<&Gl::glBindBuffer>, take<&Gl::glBufferData>}},
     {"create_counters",
      [](BufferFamily& f) {
          return f.create_counters(2, BUFFER_USAGE_STATIC_DRAW, 0, nullptr) != 0;
      },
-     {take_gen, take_bind, take_data, take_base}},
-    {"kill_vertices", [](BufferFamily& f) { return f.kill_vertices(7); }, {take_delete}},
-    {"kill_counters", [](BufferFamily& f) { return f.kill_counters(7); }, {take_delete}},
+     {take<&Gl::glGenBuffers>, take<&Gl::glBindBuffer>, take<&Gl::glBufferData>,
+      take<&Gl::glBindBufferBase>}},
+    {"kill_vertices",
+     [](BufferFamily& f) { return f.kill_vertices(7); },
+     {take<&Gl::glDeleteBuffers>}},
+    {"kill_counters",
+     [](BufferFamily& f) { return f.kill_counters(7); },
+     {take<&Gl::glDeleteBuffers>}},
     {"invalidate_vertices",
      [](BufferFamily& f) { return f.invalidate_vertices(7, 8, BUFFER_USAGE_STATIC_DRAW); },
-     {take_bind, take_data}},
+     {take<&Gl::glBindBuffer>, take<&Gl::glBufferData>}},
     {"map_vertices",
      [](BufferFamily& f) { return f.map_vertices(7) != nullptr; },
-     {take_bind, take_map}},
+     {take<&Gl::glBindBuffer>, take<&Gl::glMapBuffer>}},
     {"unmap_vertices",
      [](BufferFamily& f) { return f.unmap_vertices(7); },
-     {take_bind, take_unmap}},
+     {take<&Gl::glBindBuffer>, take<&Gl::glUnmapBuffer>}},
     {"map_storage",
      [](BufferFamily& f) { return f.map_storage(7) != nullptr; },
-     {take_bind, take_map}},
+     {take<&Gl::glBindBuffer>, take<&Gl::glMapBuffer>}},
     {"map_storage_range",
      [](BufferFamily& f) { return f.map_storage_range(7, 0, 4) != nullptr; },
-     {take_bind, take_map_range}},
-    {"unmap_storage", [](BufferFamily& f) { return f.unmap_storage(7); }, {take_bind, take_unmap}},
-    {"bind_storage", [](BufferFamily& f) { return f.bind_storage(7); }, {take_bind}},
-    {"bind_storage_base", [](BufferFamily& f) { return f.bind_storage_base(7, 1); }, {take_base}},
-    {"bind_counters", [](BufferFamily& f) { return f.bind_counters(7); }, {take_bind}},
-    {"bind_counters_base", [](BufferFamily& f) { return f.bind_counters_base(7, 1); }, {take_base}},
-    {"set_counter", [](BufferFamily& f) { return f.set_counter(1, 0); }, {take_part}},
-    {"map_counters", [](BufferFamily& f) { return f.map_counters(7) != nullptr; }, {take_map}},
+     {take<&Gl::glBindBuffer>, take<&Gl::glMapBufferRange>}},
+    {"unmap_storage",
+     [](BufferFamily& f) { return f.unmap_storage(7); },
+     {take<&Gl::glBindBuffer>, take<&Gl::glUnmapBuffer>}},
+    {"bind_storage", [](BufferFamily& f) { return f.bind_storage(7); }, {take<&Gl::glBindBuffer>}},
+    {"bind_storage_base",
+     [](BufferFamily& f) { return f.bind_storage_base(7, 1); },
+     {take<&Gl::glBindBufferBase>}},
+    {"bind_counters",
+     [](BufferFamily& f) { return f.bind_counters(7); },
+     {take<&Gl::glBindBuffer>}},
+    {"bind_counters_base",
+     [](BufferFamily& f) { return f.bind_counters_base(7, 1); },
+     {take<&Gl::glBindBufferBase>}},
+    {"set_counter",
+     [](BufferFamily& f) { return f.set_counter(1, 0); },
+     {take<&Gl::glBufferSubData>}},
+    {"map_counters",
+     [](BufferFamily& f) { return f.map_counters(7) != nullptr; },
+     {take<&Gl::glMapBuffer>}},
     {"map_counters_range",
      [](BufferFamily& f) { return f.map_counters_range(7, 0, 4) != nullptr; },
-     {take_map_range}},
-    {"unmap_counters", [](BufferFamily& f) { return f.unmap_counters(7); }, {take_unmap}},
+     {take<&Gl::glMapBufferRange>}},
+    {"unmap_counters",
+     [](BufferFamily& f) { return f.unmap_counters(7); },
+     {take<&Gl::glUnmapBuffer>}},
 };
 
 class BufferFamilyTest : public testing::Test {
@@ -105,7 +103,7 @@ protected:
     }
 
     static inline unsigned char fake_memory[8];
-    ORVEX_Renderer_OpenGL_Func whole;
+    Gl whole;
     GlState state;
     BufferFamily family{state};
 };
@@ -115,9 +113,9 @@ TEST_F(BufferFamilyTest, fails_without_any_single_entry_that_an_operation_calls)
         SCOPED_TRACE(operation.name);
         state.gl = whole;
         EXPECT_TRUE(operation.does(family));
-        for (const auto& take : operation.takings) {
+        for (const auto take_one : operation.takings) {
             state.gl = whole;
-            take(state.gl);
+            take_one(state.gl);
             take_fake_calls();
             EXPECT_FALSE(operation.does(family));
             EXPECT_TRUE(take_fake_calls().empty()) << "nothing is done by halves";
