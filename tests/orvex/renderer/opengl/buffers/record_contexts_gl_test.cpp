@@ -48,6 +48,15 @@ protected:
         EXPECT_TRUE(renderer->vertex_buffer_finish(&mesh));
     }
 
+    void draw(PolylineData& line) const {
+        if (GetParam().generic)
+            renderer->polyline_vb_prepare(&line);
+        else
+            renderer->polyline_vb_prepare_gl2(&line);
+        renderer->polyline_vb_draw(&line, 0, 0);
+        renderer->polyline_vb_finish(&line);
+    }
+
     /// Draws in a window, and tells what stands in its middle then.
     Pixel drawn(RenderWindow* window, MeshData& mesh) const {
         turn_to(window);
@@ -140,16 +149,7 @@ TEST_P(RecordContexts, polylines_and_points_are_uploaded_once_for_each_window) {
     line.num_vertices = 2;
     line.vertices = new Vertex[2]{corners[0], corners[1]};
     line.use_generic_vertex_attribs = GetParam().generic;
-    expect_turns_upload_nothing(
-        [&] {
-            if (GetParam().generic)
-                renderer->polyline_vb_prepare(&line);
-            else
-                renderer->polyline_vb_prepare_gl2(&line);
-            renderer->polyline_vb_draw(&line, 0, 0);
-            renderer->polyline_vb_finish(&line);
-        },
-        blue);
+    expect_turns_upload_nothing([&] { draw(line); }, blue);
     EXPECT_TRUE(renderer->polyline_vb_kill(&line));
 
     for (const bool separate : {false, true}) {
@@ -212,18 +212,10 @@ TEST_P(RecordContexts, a_change_of_any_part_of_a_polyline_or_of_points_reaches_e
     line.num_vertices = 2;
     line.vertices = new Vertex[2];
     line.use_generic_vertex_attribs = GetParam().generic;
-    const auto draw_line = [&] {
-        if (GetParam().generic)
-            renderer->polyline_vb_prepare(&line);
-        else
-            renderer->polyline_vb_prepare_gl2(&line);
-        renderer->polyline_vb_draw(&line, 0, 0);
-        renderer->polyline_vb_finish(&line);
-    };
     for (bool* const flag :
          {&line.positions_need_update, &line.normals_need_update, &line.tangents_need_update,
           &line.colors_need_update, &line.uv0_need_update, &line.uv1_need_update})
-        expect_uploads_everywhere(draw_line, *flag);
+        expect_uploads_everywhere([&] { draw(line); }, *flag);
     EXPECT_TRUE(renderer->polyline_vb_kill(&line));
 
     for (const bool separate : {false, true}) {
