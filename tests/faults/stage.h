@@ -120,11 +120,16 @@ public:
     void begin(orvex::Camera* camera);
     /// Draws an object by a program.
     void draw(orvex::GpuProgram* program, orvex::Object* object);
+    /// Puts an object on the path in use.
+    template<class Shape>
+    void put_on_path(Shape* shape) {
+        run("set_opengl_2_3_rendering_states",
+            [&] { shape->set_opengl_2_3_rendering_states(!is_gl3(), nullptr); });
+    }
     /// Puts an object on the path in use, and builds it.
     template<class Shape>
     Shape* build(Shape* shape) {
-        run("set_opengl_2_3_rendering_states",
-            [&] { shape->set_opengl_2_3_rendering_states(!is_gl3(), nullptr); });
+        put_on_path(shape);
         // A build takes its own flag back, also one that fails.
         get("build", [&] {
             shape->update_build_state(true);

@@ -134,6 +134,7 @@ void play_user_geometry(Stage& stage) {
     for (const vec4& corner : {vec4(-1, -1, 0, 1), vec4(1, -1, 0, 1), vec4(0, 1, 0, 1)})
         stage.run("user_geometry_add_vertex", [&] { mesh->user_geometry_add_vertex(corner); });
     stage.get("user_geometry_add_face32", [&] { return mesh->user_geometry_add_face32(0, 1, 2); });
+    stage.put_on_path(mesh);
     // A build from lists is true whatever came of it, which its last allocation shows.
     stage.get("build", [&] {
         mesh->update_build_state(true);
