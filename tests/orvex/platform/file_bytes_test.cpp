@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
+#include "tests/support/closed_input.h"
 #include "tests/support/temp_dir.h"
 
 namespace orvex_test {
@@ -54,14 +55,9 @@ TEST(FileBytes, may_be_as_many_as_the_limit) {
 TEST(FileBytes, leave_no_file_open_whatever_its_number) {
     const TempDir dir;
     const std::string path = dir.write("bytes", "x");
-    const int input = ::dup(STDIN_FILENO);
-    ::close(STDIN_FILENO);
+    const ClosedInput closed;
     EXPECT_TRUE(FileBytes().read(path.c_str()));
     EXPECT_EQ(::fcntl(STDIN_FILENO, F_GETFD), -1);
-    if (input >= 0) {
-        ::dup2(input, STDIN_FILENO);
-        ::close(input);
-    }
 }
 
 } // namespace

@@ -15,6 +15,7 @@
 #include "orvex/assets/models/3ds/private/lib3ds_open.h"
 #include "orvex/geometry/mesh/model.h"
 #include "orvex/platform/private/byte_window.h"
+#include "tests/support/closed_input.h"
 #include "tests/support/temp_dir.h"
 
 namespace orvex_test {
@@ -458,18 +459,13 @@ TEST(ByteWindow, opens_regular_files_only) {
 TEST(ByteWindow, closes_its_file_whatever_its_number) {
     const TempDir dir;
     const std::string path = dir.write("bytes", "x");
-    const int input = ::dup(STDIN_FILENO);
-    ::close(STDIN_FILENO);
+    const ClosedInput closed;
     {
         ByteWindow window;
         EXPECT_TRUE(window.open(path.c_str()));
         EXPECT_NE(::fcntl(STDIN_FILENO, F_GETFD), -1);
     }
     EXPECT_EQ(::fcntl(STDIN_FILENO, F_GETFD), -1);
-    if (input >= 0) {
-        ::dup2(input, STDIN_FILENO);
-        ::close(input);
-    }
 }
 
 TEST(ByteWindow, gives_nothing_that_was_cut_off_meanwhile) {
