@@ -30,6 +30,9 @@ bool ServedPort::start(TcpServer& server, Style style) {
     result = std::async(std::launch::async, [&server, style] { return (server.*style)(0); });
     while (!server.is_running() || port == 0)
         if (result.wait_for(std::chrono::milliseconds(1)) == std::future_status::ready) {
+            // It listened, and was stopped before it was looked at: its result is for `wait`.
+            if (port != 0)
+                return true;
             core::log_set_callback(nullptr, nullptr);
             // Throws what `run` let out.
             return result.get();

@@ -19,7 +19,7 @@ public:
     using Style = bool (orvex::TcpServer::*)(unsigned short);
 
     /// Waits until the server listens.
-    /// @return false if it ended before
+    /// @return false if it ended without
     bool start(orvex::TcpServer& server, Style style);
     int number() const { return port; }
     /// Tells the server to stop.
