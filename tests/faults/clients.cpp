@@ -19,8 +19,14 @@ using namespace orvex;
 
 void ServedPort::look(const char* line, void* self) {
     static const char words[] = "listen_socket() - listen on port ";
-    if (const char* const found = std::strstr(line, words))
-        static_cast<ServedPort*>(self)->port = std::atoi(found + sizeof words - 1);
+    const char* const found = std::strstr(line, words);
+    if (!found)
+        return;
+    char* rest = nullptr;
+    const long number = std::strtol(found + sizeof words - 1, &rest, 10);
+    // A port that can't be listened on is logged, too.
+    if (std::strncmp(rest, " ok", 3) == 0)
+        static_cast<ServedPort*>(self)->port = static_cast<int>(number);
 }
 
 bool ServedPort::start(TcpServer& server, Style style) {
