@@ -29,17 +29,23 @@ void ServedPort::look(const char* line, void* self) {
         static_cast<ServedPort*>(self)->port = static_cast<int>(number);
 }
 
-bool ServedPort::start(TcpServer& server, Style style) {
-    port = 0;
+ServedPort::ServedPort() {
     core::log_set_callback(look, this);
     core::log_get_default()->set_trace_level_threshold(LOG_LEVEL_DEBUG);
+}
+
+ServedPort::~ServedPort() {
+    core::log_set_callback(nullptr, nullptr);
+}
+
+bool ServedPort::start(TcpServer& server, Style style) {
+    port = 0;
     result = std::async(std::launch::async, [&server, style] { return (server.*style)(0); });
     while (!server.is_running() || port == 0)
         if (result.wait_for(std::chrono::milliseconds(1)) == std::future_status::ready) {
             // It listened, and was stopped before it was looked at: its result is for `wait`.
             if (port != 0)
                 return true;
-            core::log_set_callback(nullptr, nullptr);
             // Throws what `run` let out.
             return result.get();
         }
@@ -63,7 +69,6 @@ bool is_listener_at(int fd, int port) {
 
 bool ServedPort::wait() {
     const bool returned = result.get();
-    core::log_set_callback(nullptr, nullptr);
     for (int fd = 3; fd < 256; ++fd)
         if (is_listener_at(fd, port))
             close(fd);

@@ -12,11 +12,17 @@
 
 namespace orvex_test {
 
-/// A server at work, on a port of the system's choice. It listens to the engine's log, where the
-/// port is told. One at a time.
+/// A server at work, on a port of the system's choice. It listens to the engine's log, which names
+/// the port, as long as it lives: the log's callback may not change while threads of an earlier run
+/// still write. One at a time, once the log has been started.
 class ServedPort {
 public:
     using Style = bool (orvex::TcpServer::*)(unsigned short);
+
+    ServedPort();
+    ~ServedPort();
+    ServedPort(const ServedPort&) = delete;
+    ServedPort& operator=(const ServedPort&) = delete;
 
     /// Waits until the server listens.
     /// @return false if it ended without
