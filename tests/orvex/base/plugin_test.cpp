@@ -5,6 +5,7 @@
 #include <string>
 #include <thread>
 #include <type_traits>
+#include <utility>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -47,6 +48,8 @@ TEST(Plugin, starts_out_blank_with_an_id_of_its_own) {
     EXPECT_EQ(plugin.get_dynlib_handle(), nullptr);
     EXPECT_TRUE(*plugin.get_thread() == Thread());
     EXPECT_EQ(plugin.get_thread_ptr(), plugin.get_thread());
+    EXPECT_EQ(std::as_const(plugin).get_thread(), plugin.get_thread());
+    EXPECT_EQ(std::as_const(plugin).get_thread_ptr(), plugin.get_thread());
 }
 
 TEST(Plugin, keeps_version_type_state_and_handle) {

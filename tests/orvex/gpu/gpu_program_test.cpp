@@ -2,6 +2,7 @@
 
 #include <string>
 #include <thread>
+#include <utility>
 
 #include <gtest/gtest.h>
 
@@ -278,6 +279,8 @@ TEST_F(GpuProgramTest, reports_its_record) {
     EXPECT_EQ(program->get_renderer_id(), 42);
     EXPECT_EQ(program->get_thread(), record().get_thread());
     EXPECT_EQ(program->get_thread_ptr(), record().get_thread());
+    EXPECT_EQ(std::as_const(*program).get_thread(), record().get_thread());
+    EXPECT_EQ(std::as_const(*program).get_thread_ptr(), record().get_thread());
     EXPECT_NE(program->get_thread(), program->Node::get_thread());
     program->set_valid_state(true);
     EXPECT_TRUE(program->is_valid());

@@ -154,6 +154,7 @@ TEST_F(KernelModelsTest, ends_what_a_loader_had_added_before_it_failed) {
         const auto expect_failed = [&](const Model* model) {
             EXPECT_EQ(model, nullptr);
             EXPECT_STREQ(kernel->get_load_failure_reason(), reason);
+            EXPECT_STREQ(aux::get_load_failure_reason(), reason);
             EXPECT_EQ(loader->end_held(), 1) << "nobody else holds its mesh";
             EXPECT_EQ(MaterialMgr::get()->get_num_resources(), num_materials);
             EXPECT_EQ(TextureMgr::get()->get_num_resources(), num_textures);

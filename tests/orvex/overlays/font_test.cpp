@@ -3,6 +3,7 @@
 #include <climits>
 #include <limits>
 #include <string>
+#include <utility>
 
 #include <gtest/gtest.h>
 
@@ -26,6 +27,7 @@ TEST_F(FontTest, is_an_object_of_its_own_type) {
 
 TEST_F(FontTest, begins_empty_with_a_mesh) {
     EXPECT_STREQ(font->get_font_data()->name, "Arial");
+    EXPECT_EQ(std::as_const(*font).get_font_data(), font->get_font_data());
     EXPECT_EQ(texts().capacity, 512u);
     EXPECT_EQ(texts().get_string_counter(), 0u);
     EXPECT_EQ(state().bm_charset, nullptr);

@@ -27,6 +27,19 @@ TEST(Renderer, starts_without_context_word_and_with_settable_api) {
     EXPECT_STREQ(renderer.get_api_name(), "OpenGL");
 }
 
+TEST(Renderer, hands_out_its_matrices_to_read_only) {
+    FakeRenderer fake;
+    const Renderer& renderer = fake;
+    EXPECT_EQ(&renderer.get_projection_matrix(), &fake.projection_matrix);
+    EXPECT_EQ(&renderer.get_view_matrix(), &fake.view_matrix);
+}
+
+TEST(Renderer, keeps_no_binds_unless_a_back_end_can) {
+    FakeRenderer renderer;
+    EXPECT_FALSE(renderer.Renderer::keep_binds(true));
+    EXPECT_FALSE(renderer.Renderer::keep_binds(false));
+}
+
 TEST(Renderer, keeps_127_characters_of_an_api_name) {
     FakeRenderer renderer;
     const std::string name(200, 'x');
@@ -101,6 +114,13 @@ TEST(RasterizerState, has_its_defaults_and_gets_them_back) {
         POLYGON_MODE_POINT, POLYGON_FACE_FRONT, POLYGON_FACE_FRONT, true, false, 1.0f, 2.0f, true};
     state.init();
     expect_defaults();
+}
+
+TEST(RenderTarget, reads_no_floats_unless_a_back_end_can) {
+    orvex_test::StubRenderTarget target;
+    float pixel = 5.0f;
+    EXPECT_FALSE(target.read_color_texture_f32(0, 1, &pixel, sizeof pixel));
+    EXPECT_EQ(pixel, 5.0f);
 }
 
 TEST(RenderTarget, has_an_id_of_its_own_and_no_size_at_first) {

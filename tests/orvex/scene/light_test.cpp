@@ -1,6 +1,7 @@
 #include "orvex/scene/light.h"
 
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -79,6 +80,7 @@ TEST_F(LightTest, shows_all_of_it_in_its_record) {
     light->set_radius(4.0f);
     light->set_specular(1.0f, 2.0f, 3.0f, 4.0f);
     const LightData& data = *light->get_light_data();
+    EXPECT_EQ(std::as_const(*light).get_light_data(), &data);
     EXPECT_EQ(data.index, 3u);
     EXPECT_EQ(data.radius, 4.0f);
     EXPECT_EQ(data.specular, vec4(1.0f, 2.0f, 3.0f, 4.0f));

@@ -132,6 +132,8 @@ TEST(Node, is_bound_to_the_thread_that_made_it_until_told_otherwise) {
     Node node;
     EXPECT_TRUE(node.check_thread());
     EXPECT_EQ(node.get_thread(), node.get_thread_ptr());
+    EXPECT_EQ(std::as_const(node).get_thread(), node.get_thread());
+    EXPECT_EQ(std::as_const(node).get_thread_ptr(), node.get_thread());
     bool seen_elsewhere = true;
     bool bound_elsewhere = false;
     std::thread([&] {

@@ -2,6 +2,7 @@
 
 #include <functional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -342,6 +343,9 @@ TEST(ObjectStates, the_host_s_matrices_and_display_states_reach_the_subtree) {
     for (Object* object : {tree.root, tree.child, tree.leaf}) {
         EXPECT_EQ(object->get_projection_matrix().ptr()[14], 15.0f);
         EXPECT_EQ(object->get_view_matrix().ptr()[14], 15.0f);
+        EXPECT_EQ(&std::as_const(*object).get_projection_matrix(),
+                  &object->get_projection_matrix());
+        EXPECT_EQ(&std::as_const(*object).get_view_matrix(), &object->get_view_matrix());
         EXPECT_TRUE(object->get_display_tripod_state());
         EXPECT_TRUE(object->get_display_grid_state());
         EXPECT_EQ(object->get_tripod_size(), vec4(4, 5, 6, 1));

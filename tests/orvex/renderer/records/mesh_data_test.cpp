@@ -642,6 +642,20 @@ TEST(MeshData, counts_references_down_to_zero) {
     EXPECT_EQ(store.get_ref(), 0);
 }
 
+TEST_P(MeshDataLayouts, hands_out_the_same_to_read_only) {
+    ASSERT_TRUE(store->alloc_vertex_data(2));
+    const MeshData& read_only = *store;
+    for (const unsigned long i : {0ul, 1ul, 2ul})
+        EXPECT_EQ(read_only.get_vertex(i), store->get_vertex(i)) << i;
+    EXPECT_EQ(read_only.get_vertex_ptr(), store->get_vertex_ptr());
+    EXPECT_EQ(read_only.get_position_ptr(), store->get_position_ptr());
+    EXPECT_EQ(read_only.get_color_ptr(), store->get_color_ptr());
+    EXPECT_EQ(read_only.get_normal_ptr(), store->get_normal_ptr());
+    EXPECT_EQ(read_only.get_uv0_ptr(), store->get_uv0_ptr());
+    EXPECT_EQ(read_only.get_uv1_ptr(), store->get_uv1_ptr());
+    EXPECT_EQ(read_only.get_tangent_ptr(), store->get_tangent_ptr());
+}
+
 TEST(MeshData, belongs_to_the_thread_that_made_it_until_told_otherwise) {
     MeshData store;
     EXPECT_TRUE(store.check_thread());
