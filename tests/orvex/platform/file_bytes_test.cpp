@@ -32,8 +32,9 @@ TEST(FileBytes, are_gone_when_another_file_is_refused) {
     const TempDir dir;
     const std::string good = dir.write("good", "12345");
     const std::string missing = dir.file("missing");
+    const std::string folder = dir.path();
     for (const char* const path :
-         {static_cast<const char*>(nullptr), missing.c_str(), dir.path().c_str(), "/dev/zero"}) {
+         {static_cast<const char*>(nullptr), missing.c_str(), folder.c_str(), "/dev/zero"}) {
         FileBytes file;
         ASSERT_TRUE(file.read(good.c_str()));
         EXPECT_FALSE(file.read(path)) << (path ? path : "null");
