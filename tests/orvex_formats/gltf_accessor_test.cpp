@@ -181,6 +181,15 @@ TEST(GltfAccessor, whose_sparse_places_are_wrong_is_refused) {
         "accessors[0].sparse.values: 3 elements lie past the end of view 2, which has 8 bytes");
 }
 
+TEST(GltfAccessor, whose_sparse_places_are_no_indices_is_refused) {
+    for (const char* const code : {"5120", "5122", "5126"}) {
+        GltfFile file = sparse_file({1, 3});
+        file.accessors.replace(file.accessors.find("5123"), 4, code);
+        EXPECT_EQ(mistake_of(file), "accessors[0].sparse.indices.componentType: no type of indices")
+            << code;
+    }
+}
+
 TEST(GltfAccessor, that_lies_elsewhere_is_refused_before_it_is_read) {
     struct Row {
         const char* accessor;
@@ -330,6 +339,40 @@ TEST(GltfAccessor, of_a_packed_view_is_unpacked) {
     EXPECT_EQ(floats, (Floats{0, 0, 0, 1, 0, 0, 1, 1, 0, 0, 1, 0}));
 }
 
+/// The numbers of an accessor of VEC4 whose bytes are packed and filtered.
+template<class Number>
+Floats filtered(std::initializer_list<Number> numbers, const char* filter, int code) {
+    const std::vector<unsigned char> plain = bytes_of(numbers);
+    constexpr std::size_t stride = 4 * sizeof(Number);
+    const std::size_t count = plain.size() / stride;
+    std::vector<unsigned char> bytes(meshopt_encodeVertexBufferBound(count, stride));
+    bytes.resize(
+        meshopt_encodeVertexBuffer(bytes.data(), bytes.size(), plain.data(), count, stride));
+    GltfFile file;
+    file.bytes = bytes; // more than there are unpacked
+    file.views = "{'buffer':0,'byteLength':" + std::to_string(plain.size()) +
+                 ",'extensions':{'EXT_meshopt_compression':{'buffer':0,'byteLength':" +
+                 std::to_string(bytes.size()) + ",'count':" + std::to_string(count) +
+                 ",'byteStride':" + std::to_string(stride) + ",'mode':'ATTRIBUTES','filter':'" +
+                 filter + "'}}}";
+    file.add_accessor("VEC4", code, count, ",'bufferView':0");
+    return floats_of(file);
+}
+
+TEST(GltfAccessor, of_a_packed_view_is_filtered) {
+    // Directions as places on an octahedron, of which the third number is the whole.
+    EXPECT_EQ(filtered<std::int8_t>({0, 0, 127, 5, 127, 0, 127, 6}, "OCTAHEDRAL", 5120),
+              (Floats{0, 0, 127, 5, 127, 0, 0, 6}));
+    EXPECT_EQ(filtered<std::int16_t>({0, 0, 32767, 5, 0, 32767, 32767, 6}, "OCTAHEDRAL", 5122),
+              (Floats{0, 0, 32767, 5, 0, 32767, 0, 6}));
+    // Turns without their largest part, whose place is in the last two bits.
+    EXPECT_EQ(filtered<std::int16_t>({0, 0, 0, 32766, 0, 0, 0, 32767}, "QUATERNION", 5122),
+              (Floats{0, 0, 32767, 0, 0, 0, 0, 32767}));
+    // Whole numbers, with a power of 2 in the last eight bits.
+    EXPECT_EQ(filtered<std::uint32_t>({3, 0xff000003, 0x01000003, 0x00fffffd}, "EXPONENTIAL", 5126),
+              (Floats{3, 1.5f, 6, -3}));
+}
+
 TEST(GltfAccessor, of_a_packed_view_that_lies_is_refused) {
     struct Row {
         const char* more;
@@ -346,6 +389,8 @@ TEST(GltfAccessor, of_a_packed_view_that_lies_is_refused) {
         {",'count':12,'byteStride':4,'mode':'INDICES','filter':'OCTAHEDRAL'",
          "only attributes have a filter"},
         {",'count':4,'byteStride':12,'mode':'ATTRIBUTES','filter':'OCTAHEDRAL'",
+         "its stride doesn't fit its filter"},
+        {",'count':4,'byteStride':12,'mode':'ATTRIBUTES','filter':'QUATERNION'",
          "its stride doesn't fit its filter"},
         {",'count':4,'byteStride':12,'mode':'ATTRIBUTES','filter':'X'", "its filter is none"},
         {",'count':9007199254740991,'byteStride':256,'mode':'ATTRIBUTES'",

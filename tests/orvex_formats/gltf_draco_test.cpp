@@ -61,8 +61,9 @@ protected:
         const std::string view = std::to_string(file.add_view(packed));
         file.rest = "'extensionsUsed':['KHR_draco_mesh_compression'],"
                     "'extensionsRequired':['KHR_draco_mesh_compression'],'meshes':[{'name':'strip',"
-                    "'primitives':[{'attributes':{'POSITION':0,'COLOR_0':1},'indices':2," +
-                    mode + "'extensions':{'KHR_draco_mesh_compression':{'bufferView':" + view +
+                    "'primitives':[" +
+                    before + "{'attributes':{'POSITION':0,'COLOR_0':1}," + indices + mode +
+                    "'extensions':{'KHR_draco_mesh_compression':{'bufferView':" + view +
                     ",'attributes':{'POSITION':0,'COLOR_0':" + color_id +
                     "}}}}]}],'nodes':[{'mesh':0},{'mesh':0,'translation':[0,5,0]}]";
         const std::vector<unsigned char> bytes = file.as_binary();
@@ -81,7 +82,7 @@ protected:
     orvex::kit::Engine engine;
     TempDir folder;
     GltfFile file;
-    std::string mode, color_id = "1";
+    std::string before, indices = "'indices':2,", mode, color_id = "1";
 };
 
 TEST_F(DracoTest, are_unpacked_once_for_all_places_of_a_mesh) {
@@ -112,6 +113,29 @@ TEST_F(DracoTest, are_refused_where_they_dont_fit_the_accessors) {
                           "mesh 7 of 3");
     mode = "'mode':5,";
     EXPECT_EQ(reason_of(packed_strip(3)), ": a packed mesh that isn't one of triangles");
+    mode.clear();
+    indices.clear();
+    EXPECT_EQ(reason_of(packed_strip(3)), ": a packed mesh without \"indices\"");
+}
+
+TEST_F(DracoTest, may_lie_beside_others_or_be_none) {
+    const std::string places =
+        std::to_string(file.add_floats("VEC3", 3, {0, 0, 9, 1, 0, 9, 0, 1, 9}));
+    before = "{'attributes':{'POSITION':" + places + "}},";
+    const orvex::kit::Model both(write(packed_strip(3)));
+    ASSERT_TRUE(both) << both.reason();
+    EXPECT_EQ(both.num_faces(), 8u) << "in two places";
+    EXPECT_EQ(both.bounds().max.z, 9.0f);
+    EXPECT_TRUE(both.notes().empty()) << both.notes()[0];
+
+    GltfFile bare = triangle();
+    bare.rest += ",'extensionsUsed':['KHR_draco_mesh_compression'],"
+                 "'extensionsRequired':['KHR_draco_mesh_compression']";
+    const std::vector<unsigned char> bytes = bare.as_binary();
+    const orvex::kit::Model none(folder.write("bare.glb", std::string(bytes.begin(), bytes.end())));
+    ASSERT_TRUE(none) << none.reason();
+    EXPECT_EQ(none.num_faces(), 1u);
+    EXPECT_TRUE(none.notes().empty()) << none.notes()[0];
 }
 
 TEST_F(DracoTest, are_refused_with_the_reason_of_their_library) {

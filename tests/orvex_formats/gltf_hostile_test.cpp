@@ -142,8 +142,9 @@ TEST(HostileGltf, is_a_million_nodes_deep) {
 
 TEST(HostileGltf, that_is_long_and_flat_is_read) {
     std::string nodes = "{'name':'a\\\\','extras':{'children':[\"]}\\\"\"]},'children':[ 1 , 2 ]}";
-    for (int i = 0; i < 300000; ++i)
+    for (int i = 0; i < 400000; ++i)
         nodes += ",{}";
+    ASSERT_GT(nodes.size(), 1u << 20) << "longer texts are looked through before";
     EXPECT_EQ(gltf_refusal("{'asset':{'version':'2.0'},'extras':{'nodes':[{'children':[0]}]},"
                            "'nodes':[" +
                            nodes + "],'scenes':[{'nodes':[0]}]}"),

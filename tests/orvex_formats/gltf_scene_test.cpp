@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include "orvex_formats/gltf/private/gltf_chains.h"
 #include "tests/orvex_formats/check_draft.h"
 #include "tests/orvex_formats/gltf_file.h"
 #include "tests/support/temp_dir.h"
@@ -109,6 +110,12 @@ TEST(GltfMesh, whose_lists_dont_fit_each_other_is_refused) {
     EXPECT_EQ(with("'COLOR_0':9"), place + ".COLOR_0: 9 is beyond the 3 accessors");
     EXPECT_EQ(with("'COLOR_0':-1"),
               place + ".COLOR_0: -1 is no whole number from 0 to 9007199254740991");
+}
+
+TEST(GltfMesh, without_attributes_is_refused) {
+    EXPECT_EQ(gltf_refusal("{'asset':{'version':'2.0'},'meshes':[{'primitives':[{}]}],"
+                           "'nodes':[{'mesh':0}]}"),
+              "meshes[0].primitives[0]: \"attributes\" is missing");
 }
 
 TEST(GltfMesh, without_places_is_left_out_with_a_note) {
@@ -290,6 +297,48 @@ TEST(GltfNodes, that_move_skins_are_its_joints) {
               "of the skin");
 }
 
+TEST(GltfNodes, that_move_skins_turn_their_normals) {
+    GltfFile file = triangle();
+    file.add_view({0, 0, 0, 0, 1, 0, 0, 0, 0, 0, 0, 0});
+    file.add_accessor("VEC4", 5121, 3, ",'bufferView':2");
+    file.add_floats("VEC4", 4, {1, 0, 0, 0, 1, 0, 0, 0, 0, 0, 0, 0});
+    file.add_floats("VEC3", 3, {1, 0, 0, 1, 0, 0, 1, 0, 0});
+    // The first joint turns by a quarter about z, the second one about y.
+    file.rest = "'meshes':[{'primitives':[{'attributes':{'POSITION':0,'NORMAL':4,'JOINTS_0':2,"
+                "'WEIGHTS_0':3}}]}],'skins':[{'joints':[1,2]}],'nodes':[{'mesh':0,'skin':0},"
+                "{'rotation':[0,0,0.70710678,0.70710678]},{'rotation':[0,0.70710678,0,"
+                "0.70710678]}]";
+    const Draft draft = read(file);
+    const std::vector<vec3>& normals = draft.surfaces.at(0).normals;
+    ASSERT_EQ(normals.size(), 3u);
+    expect_place(normals[0], 0, 1, 0);
+    expect_place(normals[1], 0, 0, -1);
+    expect_place(normals[2], 1, 0, 0); // that no joint moves
+}
+
+TEST(GltfChains, are_found_in_a_text_that_is_not_parsed_yet) {
+    const auto refusal_of_text = [](const std::string& text) -> std::string {
+        try {
+            check_chains(json(text));
+        } catch (const Refusal& refused) {
+            return refused.what();
+        }
+        return "";
+    };
+    const std::string own = "the node is its own ancestor, or a descendant of one that is";
+    EXPECT_EQ(refusal_of_text("{'nodes':[{'children':[0]}]}"), "nodes[0]: " + own);
+    EXPECT_EQ(
+        refusal_of_text("{'a\\'b':'\\\\','nodes':[{'c':'\\'}]'},{'children': [ 2 , 1 ]},{}]}"),
+        "nodes[1]: " + own)
+        << "texts may have quotes";
+    // What is broken is left to those who parse it.
+    for (const char* const broken :
+         {"", "[", "{", "{'nodes", "{'nodes'", "{'nodes':", "{'nodes':[", "{'nodes':[{",
+          "{'nodes':[{'children':[0", "{'nodes':[{'children':[0.5,0]}]}",
+          "{'nodes':[{'children':[-1,0]}]}", "{'nodes':[{'children':[99999999999,0]}]}"})
+        EXPECT_EQ(refusal_of_text(broken), "") << broken;
+}
+
 // ------------------------------------------------------------------------------ looks
 
 /// The triangle with a material, pictures and so on.
@@ -442,6 +491,53 @@ TEST(GltfMaterial, names_its_base_colour_first_whatever_else_it_has) {
     EXPECT_TRUE(bumps.pictures[1].bytes.empty());
 }
 
+TEST(GltfMaterial, whose_pictures_are_called_white_has_them_beside_a_white_one) {
+    const TempDir folder;
+    folder.write("white", "BUMPS");
+    const auto read_file = [&](const std::string& materials) {
+        const std::vector<unsigned char> bytes =
+            looks("'materials':[" + materials +
+                  "],'textures':[{'source':0},{'source':1}],'images':[{'uri':'whit%65'},"
+                  "{'uri':'data:image/png;base64,QUJD'}]")
+                .as_binary();
+        return read_gltf(InputFile(folder.write("m.glb", std::string(bytes.begin(), bytes.end()))));
+    };
+    const Draft alone = read_file("{'normalTexture':{'index':0}}");
+    EXPECT_EQ(alone.materials.at(0).textures, (std::vector<std::string>{"white ", "white"}));
+    ASSERT_EQ(alone.pictures.size(), 2u);
+    EXPECT_EQ(alone.pictures[0].name, "white");
+    EXPECT_EQ(alone.pictures[0].bytes.size(), 5u);
+    EXPECT_EQ(alone.pictures[1].name, "white ");
+    EXPECT_TRUE(alone.pictures[1].bytes.empty());
+    // Whether the file is named before or behind.
+    const std::string file = "{'pbrMetallicRoughness':{'baseColorTexture':{'index':0}}}";
+    const std::string bumps = "{'normalTexture':{'index':1}}";
+    for (const std::string& materials : {file + "," + bumps, bumps + "," + file}) {
+        const Draft draft = read_file(materials);
+        ASSERT_EQ(draft.pictures.size(), 2u);
+        EXPECT_EQ(draft.pictures[0].name, "picture 1");
+        EXPECT_EQ(draft.pictures[1].name, "white ") << "so that the file keeps its name";
+    }
+}
+
+TEST(GltfMaterial, has_a_picture_white_that_cant_be_read_behind_another) {
+    const TempDir folder;
+    const std::vector<unsigned char> bytes =
+        looks(std::string(base_of_0) +
+              "}},'normalTexture':{'index':1}}],'textures':[{'source':0},{'source':1}],'images':["
+              "{'uri':'wood.png'},{'uri':'data:image/png;base64,QUJD'}]")
+            .as_binary();
+    const Draft draft =
+        read_gltf(InputFile(folder.write("m.glb", std::string(bytes.begin(), bytes.end()))));
+    EXPECT_EQ(draft.notes,
+              std::vector<std::string>{"images[0].uri: \"wood.png\": it can't be opened: No such "
+                                       "file or directory; it is white"});
+    EXPECT_EQ(draft.materials.at(0).textures, (std::vector<std::string>{"wood.png", "picture 1"}));
+    ASSERT_EQ(draft.pictures.size(), 2u);
+    EXPECT_EQ(draft.pictures[1].name, "wood.png");
+    EXPECT_TRUE(draft.pictures[1].bytes.empty());
+}
+
 TEST(GltfMaterial, has_each_picture_in_its_place) {
     std::string lists = ",'textures':[{'source':0}";
     for (int i = 1; i < 10; ++i)
@@ -511,6 +607,13 @@ TEST(GltfMaterial, whose_pictures_cant_be_had_is_noted_or_refused) {
     EXPECT_EQ(note(",'texCoord':2}}}],'textures':[{'source':0}],'images':[{'uri':'a.png'}]"),
               "materials[0].pbrMetallicRoughness.baseColorTexture: pictures by texture coordinates "
               "beyond the second were left out");
+    EXPECT_EQ(note("}}}],'textures':[{'source':0}],'images':[{'uri':'data:image/png;base64,'}]"),
+              "images[0]: a picture without bytes was left out");
+    EXPECT_EQ(note("}}}],'textures':[{'source':0}],'images':[{'uri':'a%2.png'}]"),
+              "images[0].uri: the picture was left out: a percent sign without two digits");
+    EXPECT_EQ(refusal(looks(base_of_0 + std::string("}}}],'textures':[{'source':0}],'images':[{"
+                                                    "'uri':'a.png','bufferView':0}]"))),
+              "images[0]: it has a URI and a view");
     EXPECT_EQ(
         refusal(looks(base_of_0 + std::string("}}}]"))),
         "materials[0].pbrMetallicRoughness.baseColorTexture.index: 0 is beyond the 0 textures");
@@ -521,6 +624,13 @@ TEST(GltfMaterial, whose_pictures_cant_be_had_is_noted_or_refused) {
         "images[0]: \"bufferView\" is missing");
     EXPECT_EQ(read(looks("'materials':[{'alphaMode':'HALF'}]")).notes.at(0),
               "materials[0].alphaMode: a mode of alpha that isn't known was left out");
+}
+
+TEST(GltfMaterial, is_there_or_not_by_its_mask) {
+    const Draft draft = read(looks("'materials':[{'alphaMode':'MASK','alphaCutoff':0.25}]"));
+    EXPECT_TRUE(draft.notes.empty());
+    EXPECT_EQ(draft.materials.at(0).physical->alpha, PhysicalMaterial::Alpha::mask);
+    EXPECT_EQ(draft.materials[0].physical->alpha_cutoff, 0.25f);
 }
 
 } // namespace

@@ -66,6 +66,23 @@ TEST(Gltf, with_a_buffer_of_its_own_folder_tells_the_file) {
     EXPECT_EQ(draft.files[0], folder.file("a tile.bin"));
 }
 
+TEST(Gltf, with_two_buffers_of_one_file_reads_it_for_both) {
+    const TempDir folder;
+    GltfFile file = triangle();
+    folder.write("tile.bin", text_of(file.bytes));
+    file.views.replace(file.views.rfind("'buffer':0"), 10, "'buffer':1");
+    std::string text = file.text("tile.bin");
+    const std::size_t begin = text.find("\"buffers\":[") + 11;
+    const std::string buffer = text.substr(begin, text.find(']', begin) - begin);
+    text.insert(begin, buffer + ",");
+    const Draft draft = read_gltf(InputFile(folder.write("tile.gltf", text)));
+    const Surface& surface = draft.surfaces.at(0);
+    EXPECT_EQ(surface.positions.at(1).y, 1.0f);
+    ASSERT_EQ(surface.uvs[0].size(), 3u);
+    EXPECT_EQ(surface.uvs[0][2].y, 1.0f);
+    EXPECT_EQ(draft.files, std::vector<std::string>{folder.file("tile.bin")});
+}
+
 TEST(Gltf, reads_nothing_outside_its_folder) {
     const TempDir outside;
     const TempDir folder;
@@ -157,6 +174,11 @@ TEST(Gltf, of_bytes_that_lies_is_refused_with_the_byte) {
     longer.push_back(0);
     EXPECT_EQ(read_gltf_bytes(longer).notes.at(0),
               "byte " + size + ": 1 bytes behind the end were left out");
+    std::vector<unsigned char> twice = whole;
+    twice.insert(twice.end(), whole.begin() + static_cast<long>(second), whole.end());
+    const auto size_of_both = static_cast<std::uint32_t>(twice.size());
+    std::memcpy(twice.data() + 8, &size_of_both, sizeof size_of_both);
+    EXPECT_EQ(refusal_of(read_gltf, twice), "byte " + size + ": a second chunk of bytes");
 }
 
 TEST(Gltf, is_not_what_other_files_are) {
@@ -312,6 +334,8 @@ TEST(Gltf, whose_data_uri_is_broken_says_how) {
         {"data:application/octet-stream;base64", "a data URI without a comma"},
         {"data:text/plain,abcd", "a data URI that isn't base64"},
         {"data:;base64,AA-A", "no base64 around letter 0"},
+        {"data:;base64,AAAAA-", "no base64 around letter 4"},
+        {"data:;base64,AAAAAA-", "no base64 around letter 4"},
         {"data:;base64,", "it has 0 bytes, and byteLength is 60"},
         {"data:;base64,AAAA", "it has 3 bytes, and byteLength is 60"},
     };

@@ -235,6 +235,10 @@ bool Json::is_object() const {
     return store && store->values[place].kind == Kind::object;
 }
 
+bool Json::is_text() const {
+    return store && store->values[place].kind == Kind::text;
+}
+
 Json Json::find(std::string_view name) const {
     if (is_object())
         for (std::size_t i = 0; i < size(); ++i)

@@ -1,5 +1,6 @@
 #include "orvex_formats/gltf/private/gltf_texture.h"
 
+#include <algorithm>
 #include <cmath>
 #include <utility>
 
@@ -144,6 +145,16 @@ void GltfTextures::name_file(Image& image, const Json& uri) {
     files.emplace(std::move(name), uri);
 }
 
+/// Whether a picture is a file of this name, one that no material has named yet included.
+bool GltfTextures::is_named(const std::string& name) const {
+    std::string told;
+    return std::any_of(images.begin(), images.end(), [&](const Image& image) {
+        const Json uri = image.json.find("uri");
+        return uri.is_text() && uri.text().size() <= 3 * name.size() &&
+               unescape_uri(uri.text(), told) && told == name;
+    });
+}
+
 void GltfTextures::embed(const std::string& name) {
     const auto file = files.find(name);
     if (file == files.end())
@@ -152,7 +163,7 @@ void GltfTextures::embed(const std::string& name) {
     try {
         picture.bytes = buffers.read_file(file->second);
     } catch (const Refusal& refusal) {
-        notes.add(file->second, std::string(refusal.what()) + "; it is white");
+        notes.add(std::string(refusal.what()) + "; it is white");
     }
     draft.pictures.push_back(std::move(picture));
     files.erase(file);
@@ -161,7 +172,7 @@ void GltfTextures::embed(const std::string& name) {
 const std::string& GltfTextures::white() {
     if (white_name.empty()) {
         white_name = "white";
-        while (is_file(white_name))
+        while (is_named(white_name))
             white_name += " ";
         draft.pictures.push_back({white_name, {}});
     }

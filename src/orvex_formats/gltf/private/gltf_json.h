@@ -50,6 +50,7 @@ public:
     /// @}
 
     bool is_object() const;
+    bool is_text() const;
 
     /// @name Values that are there
     /// @throw Refusal  for a value of another kind

@@ -23,6 +23,11 @@ public:
         if (known.insert(what).second)
             notes.push_back(where.path() + ": " + what);
     }
+    /// Keeps a sentence that begins with its place.
+    void add(const std::string& sentence) {
+        if (known.insert(sentence).second)
+            notes.push_back(sentence);
+    }
 
 private:
     std::vector<std::string>& notes;

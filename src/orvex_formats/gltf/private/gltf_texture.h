@@ -42,6 +42,7 @@ private:
     };
 
     const std::string& picture_of(const Json& texture);
+    bool is_named(const std::string& name) const;
     void look_at(Image& image, std::size_t place);
     void name_file(Image& image, const Json& uri);
     void set_wrap(const Json& texture, PhysicalTexture& told) const;
