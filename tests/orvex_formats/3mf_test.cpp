@@ -169,6 +169,13 @@ TEST(ThreeMf, notes_its_unit_and_what_is_left_out) {
     ASSERT_EQ(draft.notes.size(), 2u);
     EXPECT_EQ(draft.notes[0], "numbers are as the file has them; its unit is the inch");
     EXPECT_EQ(draft.notes[1], "elements that aren't read were left out: multiproperties");
+    const Draft beams = read(package_of(model_of(
+        "<object id=\"1\">" + triangle_mesh +
+            "<b:beamlattice><b:beams><b:beam v1=\"0\"/></b:beams></b:beamlattice></object>",
+        item)));
+    EXPECT_EQ(beams.surfaces.at(0).triangles.size(), 1u);
+    EXPECT_EQ(beams.notes,
+              std::vector<std::string>{"elements that aren't read were left out: beamlattice"});
 }
 
 TEST(ThreeMf, with_a_mistake_is_refused) {

@@ -58,21 +58,42 @@ public:
         return *this;
     }
 
+    /// Its directory is told of by numbers of 64 bits, too.
+    Zip& widen() {
+        has_wide_end = true;
+        return *this;
+    }
+
     std::string text() const {
         Bytes body, directory;
         for (const File& one : files)
             write(one, body, directory);
-        const auto begin = static_cast<std::uint32_t>(body.bytes.size());
+        const std::uint64_t begin = body.bytes.size(), size = directory.bytes.size();
         body.bytes.insert(body.bytes.end(), directory.bytes.begin(), directory.bytes.end());
-        const auto count = static_cast<std::uint16_t>(files.size());
+        if (has_wide_end)
+            write_wide_end(begin, size, body);
+        const auto count = static_cast<std::uint16_t>(has_wide_end ? UINT16_MAX : files.size());
         body.add_number<std::uint32_t>(0x06054b50).add_number<std::uint32_t>(0);
         body.add_number(count).add_number(count);
-        body.add_number(static_cast<std::uint32_t>(directory.bytes.size())).add_number(begin);
+        body.add_number(has_wide_end ? UINT32_MAX : static_cast<std::uint32_t>(size));
+        body.add_number(has_wide_end ? UINT32_MAX : static_cast<std::uint32_t>(begin));
         body.add_number<std::uint16_t>(0);
         return {body.bytes.begin(), body.bytes.end()};
     }
 
+    /// How far before its end an archive says where its wide end is.
+    static constexpr std::size_t wide_place = 22 + 20 - 8;
+
 private:
+    void write_wide_end(std::uint64_t begin, std::uint64_t size, Bytes& body) const {
+        const std::uint64_t place = body.bytes.size(), count = files.size();
+        body.add_number<std::uint32_t>(0x06064b50).add_number<std::uint64_t>(44);
+        body.add_number<std::uint32_t>(45 | 45 << 16).add_number<std::uint64_t>(0);
+        body.add_number(count).add_number(count).add_number(size).add_number(begin);
+        body.add_number<std::uint32_t>(0x07064b50).add_number<std::uint32_t>(0);
+        body.add_number(place).add_number<std::uint32_t>(1);
+    }
+
     static void write(const File& one, Bytes& body, Bytes& directory) {
         const std::string packed = one.is_deflated ? deflated(one.text, -15) : one.text;
         const std::vector<unsigned char> plain(one.text.begin(), one.text.end());
@@ -109,6 +130,7 @@ private:
     }
 
     std::vector<File> files;
+    bool has_wide_end = false;
 };
 
 } // namespace orvex_test

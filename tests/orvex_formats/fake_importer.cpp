@@ -84,6 +84,8 @@ int main(int count, char** words, char** environment) {
         repeat_input();
     else if (is("crash"))
         raise(SIGSEGV);
+    else if (is("tire"))
+        raise(SIGXCPU);
     else if (is("fail"))
         return 3;
     else if (is("refuse"))

@@ -260,6 +260,44 @@ TEST_F(ImportTest, looks_for_pictures_in_the_folder_of_the_model_alone) {
     }
 }
 
+TEST_F(ImportTest, notes_pictures_that_lie_elsewhere_once) {
+    const TempDir outside;
+    write_four_colors(outside.file("four.png"));
+    ASSERT_EQ(symlink(outside.file("four.png").c_str(), folder.file("link.png").c_str()), 0);
+    MadeScene scene;
+    const aiString name("link.png");
+    scene.material(0).RemoveProperty(AI_MATKEY_TEXTURE_DIFFUSE(0));
+    scene.material(0).AddProperty(&name, AI_MATKEY_TEXTURE_DIFFUSE(0));
+    scene.material(1).AddProperty(&name, AI_MATKEY_TEXTURE_DIFFUSE(0));
+    scene.write("assbin", folder.file("link.assbin"));
+    const Draft draft = read(folder.file("link.assbin"));
+    EXPECT_EQ(draft.notes,
+              std::vector<std::string>{"the picture \"link.png\" was left out: a link leads out of "
+                                       "the model's folder, where nothing is read"});
+    EXPECT_TRUE(draft.materials[0].textures.empty());
+    EXPECT_TRUE(draft.materials[1].textures.empty());
+}
+
+TEST_F(ImportTest, leaves_out_pictures_within_a_file_that_would_hide_one_beside_it) {
+    write_four_colors(folder.file("four.png"));
+    MadeScene scene;
+    const std::string png = content_of(folder.file("four.png"));
+    scene.add_picture({png.begin(), png.end()}, "bumps");
+    const aiString name("*0");
+    const ai_real metallic = 0.25;
+    scene.material(0).AddProperty(&metallic, 1, AI_MATKEY_METALLIC_FACTOR);
+    scene.material(0).AddProperty(&name, AI_MATKEY_TEXTURE(aiTextureType_NORMALS, 0));
+    scene.write("assbin", folder.file("both.assbin"));
+    const Draft draft = read(folder.file("both.assbin"));
+    EXPECT_EQ(draft.notes,
+              std::vector<std::string>{"pictures within the file, of a material whose colour is "
+                                       "one beside it, were left out"});
+    EXPECT_EQ(draft.materials[0].textures, std::vector<std::string>{"four.png"});
+    ASSERT_TRUE(draft.materials[0].physical);
+    EXPECT_EQ(draft.materials[0].physical->base_color_texture.image, "four.png");
+    EXPECT_EQ(draft.materials[0].physical->normal_texture.image, "");
+}
+
 TEST_F(ImportTest, leaves_out_textures_that_are_formulas_with_a_note) {
     MadeScene scene;
     const aiString path("Procedural,num=0,type=Voronoi");

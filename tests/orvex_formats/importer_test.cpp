@@ -2,11 +2,13 @@
 
 #include <chrono>
 #include <csignal>
+#include <set>
 #include <string>
 #include <vector>
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 #include <unistd.h>
 
 #include "orvex_formats/private/importer.h"
@@ -54,6 +56,7 @@ TEST(Importer, turns_every_end_of_the_program_into_a_reason) {
     EXPECT_EQ(end_of("nothing"), "the importer ended without an answer");
     EXPECT_EQ(end_of("hang"), "the importer took more than 0.3 s");
     EXPECT_EQ(end_of("quiet hang"), "the importer took more than 0.3 s");
+    EXPECT_EQ(end_of("tire"), "the importer took more than 20 s") << "of the processor's time";
     EXPECT_EQ(end_of("talk"), "the importer ended by signal 13");
 }
 
@@ -98,6 +101,69 @@ TEST(Importer, does_without_a_program_or_with_one_that_cant_be_run) {
     EXPECT_EQ(reason_of(""), "the program orvex-import, which would read it, isn't installed");
     EXPECT_EQ(reason_of("/nowhere"),
               "the importer can't be started: /nowhere: No such file or directory");
+}
+
+/// Lets a limit be so low while it lives.
+class Limit {
+public:
+    Limit(__rlimit_resource what, rlim_t most)
+        : what(what) {
+        getrlimit(what, &before);
+        rlimit low = before;
+        low.rlim_cur = most;
+        setrlimit(what, &low);
+    }
+    ~Limit() { setrlimit(what, &before); }
+    Limit(const Limit&) = delete;
+    Limit& operator=(const Limit&) = delete;
+
+private:
+    const __rlimit_resource what;
+    rlimit before{};
+};
+
+TEST(Importer, says_what_it_lacks_where_a_host_has_no_descriptors_left) {
+    const TempDir folder;
+    const std::string path = folder.write("model.x", "xof");
+    const Limit limit(RLIMIT_NOFILE, 64);
+    const InputFile file(path);
+    std::vector<int> taken;
+    for (int one = open("/dev/null", O_RDONLY); one >= 0; one = open("/dev/null", O_RDONLY))
+        taken.push_back(one);
+    const std::string start = "the importer can't be started: ", end = ": Too many open files";
+    EXPECT_EQ(end_of("repeat"), start + "no shared memory" + end);
+    EXPECT_EQ(end_of("repeat", file), start + "no descriptor is left" + end);
+    std::set<std::string> reasons;
+    std::string reason;
+    while (reason != "answer of 116" && !taken.empty()) {
+        close(taken.back());
+        taken.pop_back();
+        reason = end_of("repeat");
+        reasons.insert(reason);
+    }
+    EXPECT_EQ(reasons, (std::set<std::string>{start + "no descriptor is left" + end,
+                                              start + "no pipe" + end, "answer of 116"}));
+    // None stays open: the next is the lowest of those that are given back.
+    const int lowest = taken.empty() ? -1 : taken.front();
+    for (const int one : taken)
+        close(one);
+    const int next = open("/dev/null", O_RDONLY);
+    EXPECT_EQ(next, lowest);
+    close(next);
+}
+
+TEST(Importer, says_what_it_lacks_where_no_file_may_be_so_large) {
+    struct sigaction before {};
+    struct sigaction ignore {};
+    ignore.sa_handler = SIG_IGN;
+    sigaction(SIGXFSZ, &ignore, &before);
+    const std::string reason = "the importer can't be started: no shared memory: File too large";
+    for (const rlim_t most : {rlim_t{50}, rlim_t{1000}}) { // less than the input, and the room
+        const Limit limit(RLIMIT_FSIZE, most);
+        EXPECT_EQ(end_of("repeat"), reason);
+    }
+    sigaction(SIGXFSZ, &before, nullptr);
+    EXPECT_EQ(end_of("repeat"), "answer of 116");
 }
 
 TEST(Importer, does_without_a_status_where_the_host_takes_the_end_of_every_process) {

@@ -3,7 +3,9 @@
 #include <string>
 #include <vector>
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include "orvex_formats/private/archived_files.h"
 #include "orvex_formats/private/refusal.h"
@@ -107,6 +109,67 @@ TEST_F(ModelFileTest, of_an_archive_with_a_comment_is_found) {
     std::string packed = Zip().add("a.stl", text).text();
     packed[packed.size() - 2] = 7;
     EXPECT_EQ(bytes_of(open_model_file(folder.write("a.zip", packed + "comment"), "STL")), text);
+}
+
+TEST_F(ModelFileTest, of_an_archive_with_a_wide_end_is_found) {
+    const std::string packed = Zip().add("a.stl", text).widen().text();
+    EXPECT_EQ(bytes_of(open_model_file(folder.write("a.zip", packed), "STL")), text);
+    const std::size_t end = packed.size() - 22;
+    const auto led_to = [&](std::uint64_t place) {
+        std::string changed = packed;
+        for (std::size_t i = 0; i < 8; ++i, place >>= 8)
+            changed[changed.size() - Zip::wide_place + i] = static_cast<char>(place & 255);
+        return refusal("a.zip", changed);
+    };
+    EXPECT_EQ(led_to(3), "byte 3: the archive has no directory");
+    EXPECT_EQ(led_to(end - 1),
+              "byte " + std::to_string(end - 1) + ": the archive's directory leads beyond its end");
+    EXPECT_EQ(led_to(UINT64_MAX),
+              "byte 18446744073709551615: the archive's directory leads beyond its end");
+    std::string lost = packed;
+    lost[end - 20] = 'X'; // the mark of what leads there
+    EXPECT_EQ(refusal("a.zip", lost),
+              "byte " + std::to_string(end) + ": the archive has no directory");
+}
+
+TEST_F(ModelFileTest, of_an_archive_is_told_what_the_archive_does_not_have) {
+    const std::string name(5000, 'a');
+    const ModelFile opened = open_model_file(
+        folder.write("a.zip", Zip().add("a.stl", text).add(name, "?").text()), "STL");
+    orvex::formats::ArchivedFiles& files = *opened.file.archive();
+    EXPECT_EQ(files.find("b.png"), "");
+    EXPECT_EQ(files.find(name), "") << "names of this length aren't looked for";
+    try {
+        files.read("b.png");
+        ADD_FAILURE() << "it was read";
+    } catch (const orvex::formats::Refusal& refused) {
+        EXPECT_STREQ(refused.what(), "the archive has no b.png");
+    }
+}
+
+TEST_F(ModelFileTest, that_cant_be_read_is_refused_with_the_byte) {
+    using orvex::formats::InputFile;
+    const auto refusal_of_reading = [](const InputFile& file, std::uint64_t place) -> std::string {
+        char bytes[8];
+        try {
+            file.read(place, bytes, sizeof bytes);
+        } catch (const orvex::formats::Refusal& refused) {
+            return refused.what();
+        }
+        return "";
+    };
+    const std::string path = folder.write("tile.stl", text);
+    const InputFile file(path);
+    EXPECT_EQ(refusal_of_reading(file, text.size() - 8), "");
+    const std::string cut_off = "byte " + std::to_string(text.size()) + ": the file is cut off";
+    EXPECT_EQ(refusal_of_reading(file, text.size() - 7), cut_off);
+    EXPECT_EQ(refusal_of_reading(file, UINT64_MAX), cut_off);
+    ASSERT_EQ(truncate(path.c_str(), 20), 0);
+    EXPECT_EQ(refusal_of_reading(file, 12), "");
+    EXPECT_EQ(refusal_of_reading(file, 15), "byte 20: the file became shorter while it was read");
+    EXPECT_EQ(refusal_of_reading(file, 30), "byte 30: the file became shorter while it was read");
+    const InputFile written(open(path.c_str(), O_WRONLY | O_CLOEXEC), 20);
+    EXPECT_EQ(refusal_of_reading(written, 2), "byte 2 can't be read: Bad file descriptor");
 }
 
 TEST_F(ModelFileTest, that_is_an_archive_itself_stays_as_it_is) {

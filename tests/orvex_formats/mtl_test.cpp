@@ -5,8 +5,11 @@
 #include <filesystem>
 
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include "orvex_formats/obj/private/obj_reader.h"
+#include "orvex_formats/private/model_file.h"
+#include "tests/orvex_formats/archives.h"
 #include "tests/orvex_formats/check_draft.h"
 #include "tests/support/temp_dir.h"
 
@@ -208,6 +211,58 @@ TEST_F(LibraryTest, that_is_missing_or_elsewhere_is_a_note) {
     expect_missing("mtllib folder.mtl\n", "folder.mtl");
     expect_missing("mtllib ..\n", "..");
     EXPECT_TRUE(read("mtllib\n").notes.empty());
+}
+
+TEST_F(LibraryTest, that_cant_be_read_is_a_note) {
+    const std::string path = folder.write("huge.mtl", red);
+    ASSERT_EQ(truncate(path.c_str(), (64l << 20) + 1), 0);
+    const Draft huge = read("\nmtllib huge.mtl\n");
+    EXPECT_EQ(huge.notes,
+              std::vector<std::string>{"line 2: the material library \"huge.mtl\" wasn't read: it "
+                                       "is larger than any that is read"});
+    EXPECT_TRUE(huge.files.empty());
+    EXPECT_EQ(huge.materials.at(0).name, "red");
+
+    Zip::File locked;
+    locked.name = "a.mtl";
+    locked.text = red;
+    locked.flags = 1;
+    const ModelFile opened = open_model_file(
+        folder.write("a.zip", Zip()
+                                  .add("a.obj", "mtllib a.mtl\nv 0 0 0\nv 1 0 0\nv 1 1 0\n"
+                                                "usemtl red\nf 1 2 3\n")
+                                  .add(locked)
+                                  .text()),
+        "OBJ");
+    const Draft draft = read_obj(opened.file);
+    ASSERT_EQ(draft.notes.size(), 1u);
+    EXPECT_EQ(draft.notes[0].rfind("line 1: the material library \"a.mtl\" wasn't read: byte ", 0),
+              0u)
+        << draft.notes[0];
+    EXPECT_EQ(draft.notes[0].substr(draft.notes[0].find("a.mtl is")), "a.mtl is encrypted");
+    EXPECT_EQ(draft.materials.at(0).name, "red");
+}
+
+TEST_F(LibraryTest, has_a_white_picture_where_a_colour_has_none) {
+    folder.write("a.mtl", red + "map_Ke b.png\n");
+    const Draft draft = read("mtllib a.mtl\n");
+    EXPECT_EQ(draft.materials.at(0).textures,
+              (std::vector<std::string>{"orvex_obj_white", "b.png"}));
+    ASSERT_EQ(draft.pictures.size(), 1u);
+    EXPECT_EQ(draft.pictures[0].name, "orvex_obj_white");
+    EXPECT_TRUE(draft.pictures[0].bytes.empty());
+}
+
+TEST_F(LibraryTest, has_names_whose_first_word_is_enough) {
+    folder.write("a.mtl", red);
+    const std::string path =
+        folder.write("b.obj", "mtllib a.mtl\nv 0 0 0\nv 1 0 0\nv 1 1 0\nusemtl red # glossy\n"
+                              "f 1 2 3\n");
+    const Draft draft = read_obj(InputFile(path));
+    ASSERT_EQ(draft.materials.size(), 1u);
+    EXPECT_EQ(draft.materials[0].name, "red");
+    EXPECT_EQ(draft.materials[0].diffuse.y, 0.0f);
+    EXPECT_TRUE(draft.notes.empty());
 }
 
 TEST_F(LibraryTest, that_names_itself_or_is_the_model_does_no_harm) {

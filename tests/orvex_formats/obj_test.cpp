@@ -4,9 +4,11 @@
 #include <cmath>
 
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include "tests/orvex_formats/bytes.h"
 #include "tests/orvex_formats/check_draft.h"
+#include "tests/support/temp_dir.h"
 
 namespace orvex_test {
 
@@ -217,6 +219,9 @@ TEST(Obj, reads_statements_of_several_lines_and_any_end_of_line) {
             text += letter == '\n' ? std::string(end) : std::string(1, letter);
         EXPECT_EQ(corners_of(read(text).surfaces.at(0)), square_corners + "000 100 110 \n");
     }
+    EXPECT_EQ(corners_of(read("v 0 0 0\nv\\\n1 0 0\nv 1 1 0\nf\\\n1 2 3\n").surfaces.at(0)),
+              "000 100 110 \n")
+        << "right behind the word, too";
     EXPECT_EQ(refusal(joined + "# \\\r\nf 1 \\\r\n x\n"), "line 11: \"x\" is no corner of a face");
 }
 
@@ -413,6 +418,23 @@ TEST(Obj, is_the_same_whatever_the_number_of_threads_and_the_size_of_pieces) {
         for (const unsigned int num_workers : {1u, 2u, 5u, 16u})
             EXPECT_EQ(fingerprint(read_obj(file, {piece, num_workers})), wanted)
                 << piece << " bytes, " << num_workers << " workers";
+}
+
+TEST(Obj, that_becomes_shorter_while_it_is_read_is_refused) {
+    const TempDir folder;
+    for (const std::size_t piece : {100u, 1u << 20})
+        for (const unsigned int num_workers : {1u, 4u}) {
+            const std::string path = folder.write("model.obj", varied_file());
+            const InputFile file(path);
+            ASSERT_EQ(truncate(path.c_str(), 1000), 0);
+            try {
+                read_obj(file, {piece, num_workers});
+                ADD_FAILURE() << "it was read";
+            } catch (const Refusal& refused) {
+                EXPECT_STREQ(refused.what(),
+                             "byte 1000: the file became shorter while it was read");
+            }
+        }
 }
 
 TEST(Obj, tells_the_first_mistake_whatever_the_number_of_threads) {

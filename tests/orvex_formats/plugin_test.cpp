@@ -2,8 +2,10 @@
 
 #include <fstream>
 #include <iterator>
+#include <new>
 #include <stdexcept>
 #include <string>
+#include <vector>
 
 #include <dlfcn.h>
 #include <gtest/gtest.h>
@@ -178,6 +180,56 @@ TEST_F(FormatPluginTest, misses_what_its_archive_does_not_have) {
     model->kill(nullptr, nullptr);
 }
 
+TEST_F(FormatPluginTest, notes_pictures_of_its_archive_that_cant_be_had) {
+    Loader3D* const loader = load("orvex_obj");
+    ASSERT_NE(loader, nullptr);
+    loader->set_model_dir((folder.path() + "/").c_str());
+    Zip::File locked;
+    locked.name = "locked.png";
+    locked.text = png_of_one_pixel();
+    locked.flags = 1;
+    folder.write("tile.zip",
+                 Zip()
+                     .add(locked)
+                     .add("torn.png", "?")
+                     .add("tile.mtl", "newmtl a\nmap_Kd locked.png\nnewmtl b\nmap_Kd torn.png\n"
+                                      "newmtl c\nmap_Kd gone.png\nnewmtl d\nmap_Kd torn.png\n")
+                     .add("tile.obj", "mtllib tile.mtl\nv 0 0 0\nv 1 0 0\nv 0 1 0\nusemtl a\n"
+                                      "f 1 2 3\nusemtl b\nf 1 2 3\nusemtl c\nf 1 2 3\n"
+                                      "usemtl d\nf 1 2 3\n")
+                     .text());
+    Model* const model = new Model;
+    EXPECT_TRUE(loader->load_from_file(model, "tile.zip")) << loader->get_failure_reason();
+    EXPECT_EQ(model->get_num_materials(), 4u);
+    std::vector<std::string> notes;
+    for (unsigned i = 0; i < loader->get_num_notes(); ++i)
+        notes.emplace_back(loader->get_note(i));
+    EXPECT_EQ(notes, (std::vector<std::string>{
+                         "byte 0: locked.png is encrypted",
+                         "the picture \"torn.png\" can't be decoded, and is white"}));
+    model->kill(nullptr, nullptr);
+}
+
+TEST_F(FormatPluginTest, keeps_the_pictures_that_a_reader_took_from_its_archive) {
+    orvex::formats::FormatLoader loader(
+        "carrier", "STL", "", [](const orvex::formats::InputFile&) -> orvex::formats::Draft {
+            orvex::formats::Draft draft;
+            draft.surfaces.resize(1);
+            draft.materials.resize(1);
+            draft.materials[0].textures = {"wood.png"};
+            draft.pictures = {{"wood.png", {'?'}}};
+            return draft;
+        });
+    const std::string path =
+        folder.write("a.zip", Zip().add("a.stl", text).add("wood.png", png_of_one_pixel()).text());
+    Model* const model = new Model;
+    EXPECT_TRUE(loader.load_from_file(model, path.c_str())) << loader.get_failure_reason();
+    ASSERT_EQ(loader.get_num_notes(), 2u);
+    EXPECT_STREQ(loader.get_note(0), "the other files of the archive were left out: 1");
+    EXPECT_STREQ(loader.get_note(1), "the picture \"wood.png\" can't be decoded, and is white");
+    model->kill(nullptr, nullptr);
+}
+
 TEST_F(FormatPluginTest, makes_no_huge_model_of_a_small_file) {
     Loader3D* const loader = load("orvex_ply");
     ASSERT_NE(loader, nullptr);
@@ -277,6 +329,14 @@ TEST_F(FormatPluginTest, lets_nothing_be_thrown_at_its_host) {
     EXPECT_NO_THROW(
         EXPECT_FALSE(loader.load_from_file(model, folder.write("a.none", "a").c_str())));
     EXPECT_STREQ(loader.get_failure_reason(), "a list that is too long");
+    orvex::formats::FormatLoader glutton(
+        "glutton", "none", "",
+        [](const orvex::formats::InputFile&) -> orvex::formats::Draft { throw std::bad_alloc(); });
+    EXPECT_NO_THROW(
+        EXPECT_FALSE(glutton.load_from_file(model, folder.write("a.none", "a").c_str())));
+    EXPECT_STREQ(glutton.get_failure_reason(), "there isn't enough memory");
+    EXPECT_TRUE(glutton.get_format_known_state());
+    EXPECT_EQ(model->get_num_children(), 0u);
     model->kill(nullptr, nullptr);
 }
 

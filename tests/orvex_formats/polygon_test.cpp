@@ -209,6 +209,17 @@ TEST(Polygon, of_four_corners_that_only_look_crossed_is_not_told) {
             EXPECT_TRUE(cut(turned(quads[quad], i)).is_proper) << quad << ", " << i;
 }
 
+TEST(Polygon, that_winds_around_a_corner_more_than_once_is_told) {
+    std::vector<vec3> corners = {{0, 0, 0}};
+    for (int i = 0; i < 5; ++i) {
+        const float angle = static_cast<float>(i) * 1.75f; // 100 degrees
+        corners.emplace_back(std::cos(angle), std::sin(angle), 0.0f);
+    }
+    EXPECT_FALSE(cut(corners).is_proper);
+    corners.pop_back(); // which was the one beyond a whole turn
+    EXPECT_TRUE(cut(corners).is_proper);
+}
+
 TEST(Polygon, that_crosses_itself_is_told) {
     EXPECT_FALSE(cut({{0, 0, 0}, {6, 0, 0}, {6, 6, 0}, {2, -3, 0}, {1, -3, 0}}).is_proper);
     EXPECT_FALSE(cut({{0, 0, 0}, {4, 4, 0}, {4, 0, 0}, {0, 5, 0}, {-1, 5, 0}}).is_proper);
