@@ -335,7 +335,8 @@ TEST(GltfChains, are_found_in_a_text_that_is_not_parsed_yet) {
     for (const char* const broken :
          {"", "[", "{", "{'nodes", "{'nodes'", "{'nodes':", "{'nodes':[", "{'nodes':[{",
           "{'nodes':[{'children':[0", "{'nodes':[{'children':[0.5,0]}]}",
-          "{'nodes':[{'children':[-1,0]}]}", "{'nodes':[{'children':[99999999999,0]}]}"})
+          "{'nodes':[{'children':[-1,0]}]}", "{'nodes':[{'children':[99999999999,0]}]}",
+          "{'nodes':[{'children':[99]},{'children':[1]}]}"})
         EXPECT_EQ(refusal_of_text(broken), "") << broken;
 }
 

@@ -126,11 +126,13 @@ TEST(GltfTime, leaves_out_what_it_does_not_move_with_notes) {
 }
 
 TEST(GltfTime, moves_nothing_by_a_channel_without_a_node) {
-    GltfFile file = moved("translation", "", "VEC3", 3, {0}, {7, 0, 0});
-    EXPECT_EQ(x_at(file, 1.0f), 7.0f);
-    file.rest.replace(file.rest.find("'node':0,"), 9, "");
-    EXPECT_EQ(x_at(file, 1.0f), 0.0f);
-    EXPECT_EQ(read_at(file, 1.0f).notes, std::vector<std::string>());
+    for (const char* const path : {"translation", "pointer"}) {
+        // Whose times aren't even looked at.
+        GltfFile file = moved(path, "", "VEC3", 3, {2, 1}, {7, 0, 0, 8, 0, 0});
+        file.rest.replace(file.rest.find("'node':0,"), 9, "");
+        EXPECT_EQ(x_at(file, 1.0f), 0.0f);
+        EXPECT_EQ(read_at(file, 1.0f).notes, std::vector<std::string>());
+    }
 }
 
 TEST(GltfTime, of_animations_that_are_broken_is_refused_with_its_place) {

@@ -155,6 +155,27 @@ TEST(Polygon, with_a_hole_that_a_bridge_joins_is_covered_once) {
                                          {3, 3, 0}});
 }
 
+TEST(Polygon, with_a_hole_that_touches_a_corner_is_covered_once) {
+    expect_exact_cover_from_each_corner({{0, 0, 0},
+                                         {9, 0, 0},
+                                         {6, 3, 0},
+                                         {0, 0, 0},
+                                         {3, 6, 0},
+                                         {6, 3, 0},
+                                         {9, 0, 0},
+                                         {9, 9, 0},
+                                         {0, 9, 0}});
+}
+
+TEST(Polygon, with_a_slit_is_covered_once) {
+    expect_exact_cover_from_each_corner(
+        {{0, 0, 0}, {6, 0, 0}, {6, 6, 0}, {4, 2, 0}, {6, 4, 0}, {4, 2, 0}});
+    expect_exact_cover_from_each_corner(
+        {{4, 4, 0}, {0, 4, 0}, {2, 2, 0}, {2, 4, 0}, {2, 2, 0}, {2, 0, 0}});
+    expect_exact_cover_from_each_corner(
+        {{4, 2, 0}, {6, 0, 0}, {4, 6, 0}, {6, 2, 0}, {4, 6, 0}, {0, 4, 0}});
+}
+
 TEST(Polygon, that_touches_itself_is_covered_once) {
     // Two squares that meet in the middle.
     expect_exact_cover_from_each_corner(
