@@ -161,11 +161,11 @@ TEST_F(DracoTest, are_unpacked_or_refused_whatever_is_changed) {
 
 /// An answer with one mesh: a triangle with one attribute.
 Bytes small_answer(std::uint64_t num_corners, std::uint32_t last_corner, std::uint32_t width,
-                   std::uint64_t num_numbers, float number) {
+                   std::uint64_t num_numbers, float number, std::uint32_t num_attributes = 1) {
     Bytes bytes;
     bytes.add_number(answer_mark).add_number(std::uint64_t{0}).add_number(std::uint32_t{3});
     bytes.add_number(num_corners).add_number(0u).add_number(1u).add_number(last_corner);
-    bytes.add_number(1u).add_number(5u).add_number(width).add_number(num_numbers);
+    bytes.add_number(num_attributes).add_number(5u).add_number(width).add_number(num_numbers);
     for (int i = 0; i < 6; ++i)
         bytes.add_number(number);
     return bytes;
@@ -199,6 +199,8 @@ TEST(DracoAnswer, is_refused_where_it_lies) {
                 {small_answer(3, 2, UINT32_MAX, 6, 0), "elements of a width that none has"},
                 {small_answer(3, 2, 2, UINT64_MAX, 0), "it is cut off"},
                 {small_answer(3, 2, 2, 6, nothing), "a number that isn't finite"},
+                {small_answer(3, 2, 2, 6, 0, 65), "more attributes than any mesh has"},
+                {small_answer(3, 2, 2, 6, 0, 64), "it is cut off"},
                 {small_answer(3, 2, 1, 3, 0), "more than was asked for"}};
     for (const auto& lie : lies) {
         const std::string reason = draco_refusal(lie.answer);

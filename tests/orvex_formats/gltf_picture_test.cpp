@@ -145,6 +145,39 @@ TEST(BuildModel, gives_faces_the_normals_that_the_engine_computes) {
     model->kill(nullptr, nullptr);
 }
 
+TEST(BuildModel, makes_nothing_of_parts_without_anything) {
+    const Engine engine;
+    orvex::formats::Draft draft;
+    draft.surfaces.push_back({"no faces", {{1, 2, 3}}, {}, {}, {}, {}, {}});
+    draft.clouds.push_back({"no points", {}, {}});
+    draft.lines.push_back({"no ends", {}, {}});
+    auto* const model = new orvex::Model;
+    EXPECT_TRUE(orvex::formats::build_model(std::move(draft), *model).empty());
+    EXPECT_EQ(model->get_num_children(), 0u);
+    model->kill(nullptr, nullptr);
+}
+
+TEST(BuildModel, leaves_faces_without_a_material_beside_others_that_have_one) {
+    const Engine engine;
+    orvex::formats::Draft draft;
+    draft.materials.resize(2);
+    orvex::formats::Surface& surface = draft.surfaces.emplace_back();
+    surface.positions = {{0, 0, 0}, {1, 0, 0}, {0, 1, 0}};
+    surface.triangles.assign(3, {0, 1, 2});
+    surface.triangle_materials = {1, orvex::formats::no_material, 1};
+    auto* const model = new orvex::Model;
+    orvex::formats::build_model(std::move(draft), *model);
+    auto* const mesh = dynamic_cast<orvex::Mesh*>(model->get_child(0));
+    ASSERT_NE(mesh, nullptr);
+    const orvex::MeshData& store = *mesh->get_mesh_data();
+    const int id = model->get_material_by_index(1)->getid();
+    EXPECT_NE(id, 0);
+    EXPECT_EQ(std::vector<int>(store.face_materials, store.face_materials + 3),
+              (std::vector<int>{id, 0, id}));
+    EXPECT_EQ(mesh->get_num_materials(), 1u);
+    model->kill(nullptr, nullptr);
+}
+
 TEST(BuildModel, makes_nodes_of_points_and_lines) {
     const Engine engine;
     orvex::formats::Draft draft;

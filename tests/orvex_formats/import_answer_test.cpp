@@ -1,11 +1,14 @@
 // What the importer answers is read as any file is.
 
 #include <algorithm>
+#include <cstring>
 #include <functional>
 #include <limits>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
 
 #include "orvex_formats/import/private/answer_reader.h"
@@ -109,6 +112,52 @@ TEST(ImportAnswer, is_refused_where_it_lies) {
         EXPECT_EQ(reason.rfind("the importer's answer can't be right: byte ", 0), 0u) << reason;
         EXPECT_NE(reason.find(lie.reason), reason.npos) << reason << ", not " << lie.reason;
     }
+}
+
+TEST(ImportAnswer, is_refused_where_a_name_is_none) {
+    Draft draft = small_draft();
+    draft.pictures[0].bytes.resize(5000); // so that it isn't cut off
+    draft.surfaces[0].name.assign(4096, 'n');
+    const std::vector<unsigned char> whole = answer_with(draft);
+    EXPECT_EQ(read_answer(InputFile(whole)).surfaces.at(0).name.size(), 4096u);
+    const std::string notes = "lights were left out";
+    const auto begin = std::search(whole.begin(), whole.end(), notes.begin(), notes.end());
+    ASSERT_NE(begin, whole.end());
+    const std::string place =
+        "the importer's answer can't be right: byte " + std::to_string(begin - whole.begin());
+    std::vector<unsigned char> longer = whole;
+    const std::uint64_t too_much = 4097;
+    std::memcpy(longer.data() + (begin - whole.begin()) - 8, &too_much, sizeof too_much);
+    EXPECT_EQ(refusal_of(read_answer, longer), place + ": a name that is longer than any");
+    std::vector<unsigned char> with_zero = whole;
+    with_zero[static_cast<std::size_t>(begin - whole.begin()) + 3] = 0;
+    EXPECT_EQ(refusal_of(read_answer, with_zero), "the importer's answer can't be right: byte " +
+                                                      std::to_string(begin - whole.begin() + 20) +
+                                                      ": a name with a zero in it");
+}
+
+TEST(ImportAnswer, that_has_no_room_or_cant_be_written_is_a_reason) {
+    const auto reason_of = [](int file, std::uint64_t size, std::size_t num_bytes) -> std::string {
+        try {
+            Draft draft = small_draft();
+            draft.pictures[0].bytes.resize(num_bytes);
+            AnswerRoom room(file, size);
+            write_answer(draft, room);
+            room.finish();
+        } catch (const std::runtime_error& error) {
+            return error.what();
+        }
+        return "";
+    };
+    const int file = memfd_create("answer", MFD_CLOEXEC);
+    const std::string too_large = "the model would be far larger than its file: more than 2 MB";
+    EXPECT_EQ(reason_of(file, 2u << 20, 1u << 20), "");
+    EXPECT_EQ(reason_of(file, 2u << 20, 2u << 20), too_large);
+    EXPECT_EQ(reason_of(file, (2u << 20) + 1, 10u << 20), too_large);
+    close(file);
+    const int unwritable = open("/dev/null", O_RDONLY | O_CLOEXEC);
+    EXPECT_EQ(reason_of(unwritable, 2u << 20, 3), "the answer can't be written");
+    close(unwritable);
 }
 
 TEST(ImportAnswer, is_refused_where_it_is_cut_off_or_goes_on) {

@@ -300,6 +300,25 @@ TEST(Ply, what_nobody_knows_is_passed_over_with_notes) {
               "properties that aren't known were left out: confidence, rings, flags");
 }
 
+TEST(Ply, of_bytes_has_long_lists_passed_over) {
+    for (const std::uint32_t count : {4095u, 4096u, 4097u, 20000u}) {
+        Bytes file(head("element vertex 3\n" + places +
+                            "element trace 1\nproperty list uint short steps\n"
+                            "element face 1\nproperty list uchar int vertex_indices\n",
+                        "binary_little_endian"));
+        for (const float number : {0.0f, 0.0f, 0.0f, 1.0f, 0.0f, 0.0f, 0.0f, 1.0f, 0.0f})
+            file.add_number(number);
+        file.add_number(count);
+        for (std::uint32_t i = 0; i < count; ++i)
+            file.add_number<std::int16_t>(7);
+        file.add_number<std::uint8_t>(3).add_number(0).add_number(1).add_number(2);
+        const Draft draft = read(file);
+        EXPECT_EQ(draft.surfaces.at(0).triangles, (std::vector<Triangle>{{0, 1, 2}})) << count;
+        EXPECT_EQ(draft.notes,
+                  std::vector<std::string>{"elements that aren't known were left out: trace"});
+    }
+}
+
 TEST(Ply, what_stands_behind_its_rows_is_noted) {
     const Draft text = read(head(square) + square_rows + "4 0 1 2 3\nmore\n");
     ASSERT_EQ(text.notes.size(), 1u);
