@@ -330,6 +330,23 @@ TEST_F(ImportTest, has_the_physical_values_of_a_material) {
     EXPECT_EQ(draft.materials[1].textures, (std::vector<std::string>{"white", "normals.png"}));
 }
 
+TEST_F(ImportTest, has_a_white_picture_beside_a_file_of_that_name) {
+    folder.write("white", "?");
+    MadeScene scene;
+    const aiString name("white");
+    const ai_real metallic = 0.25;
+    scene.material(0).RemoveProperty(AI_MATKEY_TEXTURE_DIFFUSE(0));
+    scene.material(0).AddProperty(&name, AI_MATKEY_TEXTURE_DIFFUSE(0));
+    scene.material(1).AddProperty(&metallic, 1, AI_MATKEY_METALLIC_FACTOR);
+    scene.material(1).AddProperty(&name, AI_MATKEY_TEXTURE(aiTextureType_NORMALS, 0));
+    scene.write("assbin", folder.file("white.assbin"));
+    const Draft draft = read(folder.file("white.assbin"));
+    EXPECT_EQ(draft.materials[0].textures, std::vector<std::string>{"white"});
+    EXPECT_EQ(draft.materials[1].textures, (std::vector<std::string>{"white ", "white"}));
+    ASSERT_EQ(draft.pictures.size(), 1u);
+    EXPECT_EQ(draft.pictures[0].name, "white ");
+}
+
 TEST_F(ImportTest, lets_a_material_shine_as_its_picture_where_it_tells_no_colour) {
     MadeScene scene;
     const aiString lamp("lamp.png");

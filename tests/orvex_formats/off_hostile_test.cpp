@@ -3,11 +3,13 @@
 #include <string>
 
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include "orvex_formats/off/private/off_reader.h"
 #include "tests/orvex_formats/bytes.h"
 #include "tests/orvex_formats/costs.h"
 #include "tests/orvex_formats/mutants.h"
+#include "tests/support/temp_dir.h"
 
 namespace orvex_test {
 
@@ -47,6 +49,20 @@ TEST(HostileOff, has_long_comments_and_long_lines) {
     std::string lines = "OFF 1 1 0\n0 0 0\n";
     lines.append(1u << 20, '\n');
     EXPECT_NE(refusal(lines).find("the file is cut off"), std::string::npos);
+}
+
+TEST(HostileOff, of_gigabytes_of_one_line_is_refused_before_its_end) {
+    const TempDir folder;
+    const std::string path = folder.write("huge.off", "OFF\n# ");
+    ASSERT_EQ(truncate(path.c_str(), 4l << 30), 0);
+    const HeapPeak peak;
+    try {
+        read_off(InputFile(path));
+        ADD_FAILURE() << "it was read";
+    } catch (const orvex::formats::Refusal& refusal) {
+        EXPECT_STREQ(refusal.what(), "line 2: longer than any that is read");
+    }
+    EXPECT_LE(peak.bytes(), most_of_draft) << "whatever the file has";
 }
 
 TEST(HostileOff, mutants_do_no_harm) {

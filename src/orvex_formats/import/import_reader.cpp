@@ -62,18 +62,24 @@ public:
             draft.notes.push_back(sentence);
     }
 
-    /// A picture for what has none of its own, so that others don't take its place.
-    std::string white() {
-        const std::string name = "white";
-        if (pictures.insert(name).second)
-            draft.pictures.push_back({name, {}});
-        return name;
+    /// A picture for what has none of its own, so that others don't take its place. Its name is
+    /// that of no file beside the model.
+    const std::string& white() {
+        if (white_name.empty()) {
+            white_name = "white";
+            while (find_beside(model, white_name).mistake.empty())
+                white_name += ' ';
+            pictures.insert(white_name);
+            draft.pictures.push_back({white_name, {}});
+        }
+        return white_name;
     }
 
 private:
     Draft& draft;
     const InputFile& model;
     std::set<std::string> pictures, notes;
+    std::string white_name;
 };
 
 constexpr PhysicalTexture PhysicalMaterial::*other_textures[] = {
