@@ -52,6 +52,16 @@ orvex_camera new_camera(void);
 /// A white square of two triangles, from -1 to 1 in x and y, that faces z.
 orvex_model new_square(orvex_engine engine);
 
+/// Sanitizers need more address space than a limit could leave.
+#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
+#define CAN_LIMIT_MEMORY 1
+/// From here to the end of the limit the process gets so many bytes beyond those that it has.
+void limit_memory(size_t more);
+void end_limit(void);
+#else
+#define CAN_LIMIT_MEMORY 0
+#endif
+
 /// The tests of a family.
 void camera_tests(void);
 void engine_tests(void);

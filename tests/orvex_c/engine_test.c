@@ -206,9 +206,25 @@ static void without_a_driver_views_say_what_would_help_and_all_else_goes_on(void
     end_stage(&all);
 }
 
+#if CAN_LIMIT_MEMORY
+static void a_view_tells_that_memory_is_short(void) {
+    const stage all = begin_engine();
+    orvex_view view = (orvex_view)&all;
+    limit_memory((size_t)64 << 20);
+    CHECK_RESULT(ORVEX_ERROR_MEMORY, orvex_view_create(all.engine, 8, 8, NULL, &view));
+    end_limit();
+    CHECK(strcmp(orvex_last_error(), "there isn't enough memory for an OpenGL driver") == 0);
+    CHECK(view == NULL);
+    end_stage(&all);
+}
+#endif
+
 /// Where no driver can be found. EGL looks for them once in a process.
 void no_driver_tests(void) {
     RUN(without_a_driver_views_say_what_would_help_and_all_else_goes_on);
+#if CAN_LIMIT_MEMORY
+    RUN(a_view_tells_that_memory_is_short);
+#endif
 }
 
 void engine_tests(void) {

@@ -5,6 +5,7 @@
 #include <stdio.h>
 #include <stdlib.h>
 #include <string.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -128,6 +129,27 @@ orvex_model new_square(orvex_engine engine) {
     CHECK_OK(orvex_mesh_create(engine, &data, &model));
     return model;
 }
+
+#if CAN_LIMIT_MEMORY
+static struct rlimit whole;
+
+void limit_memory(size_t more) {
+    struct rlimit limit;
+    unsigned long pages = 0;
+    FILE* const file = fopen("/proc/self/statm", "r");
+    CHECK(file && fscanf(file, "%lu", &pages) == 1);
+    if (file)
+        fclose(file);
+    CHECK(getrlimit(RLIMIT_AS, &whole) == 0);
+    limit = whole;
+    limit.rlim_cur = (rlim_t)pages * (rlim_t)sysconf(_SC_PAGESIZE) + more;
+    CHECK(setrlimit(RLIMIT_AS, &limit) == 0);
+}
+
+void end_limit(void) {
+    CHECK(setrlimit(RLIMIT_AS, &whole) == 0);
+}
+#endif
 
 static void remove_folder(void) {
     char command[600];

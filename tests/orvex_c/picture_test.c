@@ -50,6 +50,29 @@ static void rows_may_lie_the_other_way_round(void) {
     CHECK(memcmp(bytes, pixels[1], 8) == 0 && memcmp(bytes + 8, pixels[0], 8) == 0);
 }
 
+static void samples_may_be_of_16_bits_or_ids(void) {
+    const uint16_t deep[2] = {0x0102, 0xfffe};
+    const int32_t ids[2] = {-1, 0x01020304};
+    const struct {
+        orvex_type type;
+        const void* rows;
+        size_t size;
+        const char* word;
+    } kinds[] = {{ORVEX_TYPE_U16, deep, sizeof deep, "'descr': '<u2'"},
+                 {ORVEX_TYPE_I32, ids, sizeof ids, "'descr': '<i4'"}};
+    for (int i = 0; i < 2; ++i) {
+        orvex_picture picture = {
+            .size = sizeof picture, .width = 2, .height = 1, .channels = 1, .type = kinds[i].type};
+        char bytes[200] = "";
+        size_t size = 0;
+        picture.rows = kinds[i].rows;
+        CHECK_OK(orvex_picture_write(&picture, file_in_folder("samples.npy"), NULL));
+        size = read_start(file_in_folder("samples.npy"), (unsigned char*)bytes, sizeof bytes - 1);
+        CHECK(size == 128 + kinds[i].size && strstr(bytes + 10, kinds[i].word) != NULL);
+        CHECK(memcmp(bytes + 128, kinds[i].rows, kinds[i].size) == 0);
+    }
+}
+
 static void what_cannot_be_written_is_named(void) {
     const orvex_picture picture = small_picture();
     CHECK_RESULT(ORVEX_ERROR_FILE, orvex_picture_write(&picture, "/no/such/folder/a.png", NULL));
@@ -133,6 +156,7 @@ void picture_tests(void) {
     RUN(a_picture_is_written_by_its_suffix);
     RUN(a_word_tells_the_format);
     RUN(rows_may_lie_the_other_way_round);
+    RUN(samples_may_be_of_16_bits_or_ids);
     RUN(what_cannot_be_written_is_named);
     RUN(bad_pictures_are_refused);
     RUN(a_file_of_layers_holds_several);

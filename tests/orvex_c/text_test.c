@@ -3,6 +3,8 @@
 #include "check.h"
 
 #include <math.h>
+#include <stdio.h>
+#include <stdlib.h>
 #include <string.h>
 
 static void a_text_is_drawn_over_the_picture(void) {
@@ -74,10 +76,58 @@ static void bad_texts_are_refused(void) {
     end_stage(&all);
 }
 
+static void a_font_without_its_sheet_is_refused(void) {
+    stage all = begin_stage();
+    orvex_text text = (orvex_text)&all;
+    char path[300], sheet[300], sentence[700];
+    strcpy(sheet, file_in_folder("no_sheet.png"));
+    strcpy(path,
+           written("bare.xml", "<font><common lineHeight=\"9\" scaleW=\"8\" scaleH=\"8\"/><pages>"
+                               "<page id=\"0\" file=\"no_sheet.png\"/></pages></font>"));
+    CHECK_RESULT(ORVEX_ERROR_FILE, orvex_text_create(all.view, path, &text));
+    snprintf(sentence, sizeof sentence, "%s: its sheet %s can't be read as a picture", path, sheet);
+    CHECK(strcmp(orvex_last_error(), sentence) == 0);
+    CHECK(text == NULL);
+    end_stage(&all);
+}
+
+#if CAN_LIMIT_MEMORY
+static void memory_that_runs_out_is_told_and_the_text_goes_on(void) {
+    stage all = begin_stage();
+    const size_t length = 200000;
+    char* const words = malloc(length + 1);
+    orvex_text text = NULL;
+    CHECK(words != NULL);
+    if (!words)
+        return;
+    memset(words, 'A', length);
+    words[length] = '\0';
+    CHECK_OK(orvex_text_create(all.view, NULL, &text));
+    limit_memory((size_t)16 << 20);
+    CHECK_RESULT(ORVEX_ERROR_MEMORY, orvex_text_add(text, words, 1, 1, NULL));
+    end_limit();
+    CHECK(strcmp(orvex_last_error(), "there isn't enough memory") == 0);
+    CHECK_OK(orvex_text_add(text, words, 1, 1, NULL));
+    limit_memory((size_t)16 << 20);
+    CHECK_RESULT(ORVEX_ERROR_MEMORY, orvex_text_draw(text));
+    end_limit();
+    CHECK(strcmp(orvex_last_error(), "there isn't enough memory for the text") == 0);
+    CHECK_OK(orvex_text_add(text, "A", 1, 1, NULL));
+    CHECK_OK(orvex_text_draw(text));
+    CHECK_OK(orvex_text_destroy(text));
+    free(words);
+    end_stage(&all);
+}
+#endif
+
 void text_tests(void) {
     share_stage();
     RUN(a_text_is_drawn_over_the_picture);
     RUN(a_text_tells_what_room_it_takes);
     RUN(bad_texts_are_refused);
+    RUN(a_font_without_its_sheet_is_refused);
+#if CAN_LIMIT_MEMORY
+    RUN(memory_that_runs_out_is_told_and_the_text_goes_on);
+#endif
     end_sharing();
 }

@@ -1,10 +1,13 @@
 // Views off screen and on a context of the host's.
 
+#define _POSIX_C_SOURCE 200809L
+
 #include "check.h"
 
 #include <EGL/egl.h>
 #include <EGL/eglext.h>
 #include <math.h>
+#include <pthread.h>
 #include <string.h>
 
 static orvex_camera front_camera(void) {
@@ -241,11 +244,14 @@ static void bad_looks_are_refused(void) {
 
 static void frames_of_bad_arguments_are_refused(void) {
     stage all = begin_stage();
+    orvex_model model = new_square(all.engine);
     orvex_camera camera = front_camera();
     CHECK_RESULT(ORVEX_ERROR_ARGUMENT, orvex_view_draw(all.view, NULL, NULL, 0));
     CHECK_SAYS("camera is null");
     CHECK_RESULT(ORVEX_ERROR_ARGUMENT, orvex_view_draw(all.view, &camera, NULL, 1));
     CHECK_SAYS("models is null");
+    CHECK_RESULT(ORVEX_ERROR_ARGUMENT, orvex_view_draw(all.view, &camera, &model, (size_t)1 << 32));
+    CHECK_SAYS("count is 4294967296: there are no so many models");
     camera.light_up = 9;
     CHECK_RESULT(ORVEX_ERROR_ARGUMENT, orvex_view_draw(all.view, &camera, NULL, 0));
     CHECK_SAYS("camera->light_up is 9");
@@ -382,6 +388,54 @@ static void without_a_current_context_there_is_no_view_on_it(void) {
     end_stage(&all);
 }
 
+/// A context that another thread has made current, and keeps until it is told to let go.
+typedef struct taken_context {
+    EGLDisplay display;
+    EGLSurface surface;
+    EGLContext context;
+    pthread_barrier_t taken, done;
+    int is_taken;
+} taken_context;
+
+static void* take_context(void* argument) {
+    taken_context* const all = argument;
+    all->is_taken = eglBindAPI(EGL_OPENGL_API) &&
+                    eglMakeCurrent(all->display, all->surface, all->surface, all->context);
+    pthread_barrier_wait(&all->taken);
+    pthread_barrier_wait(&all->done);
+    eglMakeCurrent(all->display, EGL_NO_SURFACE, EGL_NO_SURFACE, EGL_NO_CONTEXT);
+    eglReleaseThread();
+    return NULL;
+}
+
+static void a_view_whose_context_another_thread_has_is_refused_until_it_lets_go(void) {
+    stage all = begin_stage();
+    orvex_camera camera = front_camera();
+    taken_context taken = {.display = eglGetCurrentDisplay(),
+                           .surface = eglGetCurrentSurface(EGL_DRAW),
+                           .context = eglGetCurrentContext()};
+    static unsigned char pixels[32][32][4];
+    pthread_t thread;
+    CHECK(pthread_barrier_init(&taken.taken, NULL, 2) == 0);
+    CHECK(pthread_barrier_init(&taken.done, NULL, 2) == 0);
+    eglMakeCurrent(taken.display, EGL_NO_SURFACE, EGL_NO_SURFACE, EGL_NO_CONTEXT);
+    CHECK(pthread_create(&thread, NULL, take_context, &taken) == 0);
+    pthread_barrier_wait(&taken.taken);
+    CHECK(taken.is_taken);
+    CHECK_RESULT(ORVEX_ERROR_DRIVER, orvex_view_draw(all.view, &camera, NULL, 0));
+    CHECK_SAYS("the context of the view can't be made current");
+    CHECK_RESULT(ORVEX_ERROR_DRIVER, orvex_view_read(all.view, pixels, 0));
+    CHECK_SAYS("the context of the view can't be made current");
+    pthread_barrier_wait(&taken.done);
+    CHECK(pthread_join(thread, NULL) == 0);
+    CHECK_OK(orvex_view_draw(all.view, &camera, NULL, 0));
+    CHECK_OK(orvex_view_read(all.view, pixels, 0));
+    CHECK(is_color(pixels[16][16], 43, 48, 56, 255));
+    pthread_barrier_destroy(&taken.taken);
+    pthread_barrier_destroy(&taken.done);
+    end_stage(&all);
+}
+
 void view_tests(void) {
     share_stage();
     RUN(a_view_tells_what_it_is);
@@ -403,4 +457,5 @@ void view_tests(void) {
     end_sharing();
     RUN(a_view_draws_on_the_hosts_context);
     RUN(without_a_current_context_there_is_no_view_on_it);
+    RUN(a_view_whose_context_another_thread_has_is_refused_until_it_lets_go);
 }
