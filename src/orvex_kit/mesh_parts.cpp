@@ -169,7 +169,7 @@ std::string read_parts(const MeshNumbers& numbers, std::size_t num_vertices, Mes
     if (mistake.empty() && numbers.faces.data)
         mistake = read_faces(Array("faces", numbers.faces, numbers.num_faces, 3), num_vertices,
                              parts.faces);
-    else if (mistake.empty() && numbers.texture && numbers.texture->sample() != Sample::u8)
+    if (mistake.empty() && numbers.texture && numbers.texture->sample() != Sample::u8)
         mistake = "the texture's samples aren't 8-bit";
     return mistake;
 }

@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstdint>
@@ -5,6 +6,8 @@
 
 #include <gtest/gtest.h>
 
+#include <orvex/geometry/mesh/mesh.h>
+#include <orvex/geometry/mesh/model.h>
 #include <orvex/geometry/rays/ray_caster.h>
 #include <orvex/math/mat4.h>
 
@@ -14,6 +17,8 @@
 #include "orvex_kit/model.h"
 #include "orvex_kit/view.h"
 #include "sample_models.h"
+#include "sample_pictures.h"
+#include "view_frame.h"
 
 namespace orvex_test {
 
@@ -117,6 +122,72 @@ TEST_F(ModelMeshTest, more_numbers_take_the_place_of_all_and_leave_name_and_colo
     EXPECT_EQ(mesh.materials()[0].opacity, 1.0f);
 }
 
+/// What the engine has of the mesh.
+const orvex::Mesh& mesh_of(const Model& model) {
+    return *static_cast<const orvex::Mesh*>(model.node()->get_child(0));
+}
+
+TEST_F(ModelMeshTest, other_faces_leave_the_normals_and_colours_that_were_given) {
+    constexpr std::array<float, 12> leaning = {0, 1, 0, 0, 1, 0, 0, 1, 0, 0, 1, 0};
+    constexpr std::array<float, 12> colors = {1, 0, 0, 0, 1, 0, 0, 0, 1, 1, 1, 0};
+    MeshNumbers numbers = square();
+    numbers.normals = {leaning.data()};
+    numbers.colors = {colors.data(), Number::f32, 3};
+    Model mesh = Model::from_numbers(numbers);
+    MeshNumbers others;
+    others.num_faces = 1;
+    others.faces = {corners.data(), Number::u16};
+    ASSERT_EQ(mesh.update(others).reason(), "");
+    EXPECT_EQ(mesh.num_faces(), 1u);
+    EXPECT_EQ(mesh.num_vertices(), 4u);
+    for (unsigned long i = 0; i < 4; ++i) {
+        EXPECT_EQ(mesh_of(mesh).get_vertex_normal(i).y, 1.0f) << i;
+        EXPECT_EQ(mesh_of(mesh).get_vertex_color(i).x, colors[i * 3]) << i;
+        EXPECT_EQ(mesh_of(mesh).get_vertex_color(i).z, colors[i * 3 + 2]) << i;
+    }
+}
+
+TEST_F(ModelMeshTest, another_texture_is_seen_in_place_of_the_one_before) {
+    Picture red = make_picture(1, 1, 3, Sample::u8), green = red;
+    std::fill_n(red.row_data(0), 3, std::uint8_t{0});
+    std::fill_n(green.row_data(0), 3, std::uint8_t{0});
+    red.row_data(0)[0] = green.row_data(0)[1] = 255;
+    MeshNumbers numbers = square();
+    numbers.texture = &red;
+    Model mesh = Model::from_numbers(numbers);
+    View view(16, 16);
+    ASSERT_TRUE(view.set_look(Look::named("plain")));
+    const auto middle = [&] {
+        Picture picture;
+        view.draw(mesh, {0.0f, 0.0f});
+        EXPECT_EQ(view.read(picture).reason(), "");
+        return pixel_at(picture, 8, 8);
+    };
+    EXPECT_EQ(middle(), (Pixel{255, 0, 0, 255}));
+    MeshNumbers others;
+    others.texture = &green;
+    ASSERT_EQ(mesh.update(others).reason(), "");
+    EXPECT_EQ(middle(), (Pixel{0, 255, 0, 255}));
+}
+
+TEST_F(ModelMeshTest, a_texture_has_8_bits_a_sample) {
+    for (const Sample sample : {Sample::u16, Sample::f32, Sample::i32}) {
+        const Picture deep = make_picture(2, 2, 3, sample);
+        MeshNumbers numbers = square();
+        numbers.texture = &deep;
+        EXPECT_EQ(Model::from_numbers(numbers).reason(), "the texture's samples aren't 8-bit");
+        numbers.num_vertices = 3;
+        numbers.num_faces = 0;
+        numbers.faces = {};
+        EXPECT_EQ(Model::from_numbers(numbers).reason(), "the texture's samples aren't 8-bit");
+        Model mesh = Model::from_numbers(square());
+        MeshNumbers others;
+        others.texture = &deep;
+        EXPECT_EQ(mesh.update(others).reason(), "the texture's samples aren't 8-bit");
+        EXPECT_EQ(mesh.num_faces(), 2u);
+    }
+}
+
 TEST_F(ModelMeshTest, bad_numbers_leave_an_empty_model_with_the_reason) {
     MeshNumbers numbers = square();
     std::array<float, 12> bad = places;
@@ -147,6 +218,25 @@ TEST_F(ModelMeshTest, a_model_from_a_file_keeps_its_numbers) {
     EXPECT_EQ(refused.reason(), "a model from a file keeps its numbers");
     Model none;
     EXPECT_FALSE(none.update(square()));
+}
+
+TEST_F(ModelMeshTest, other_numbers_stay_where_the_transform_has_put_the_mesh) {
+    Model mesh = Model::from_numbers(square());
+    orvex::mat4 aside;
+    aside.init_translate(5, 0, 0);
+    ASSERT_TRUE(mesh.set_transform(aside));
+    std::array<float, 12> twice = places;
+    for (float& number : twice)
+        number *= 2;
+    MeshNumbers numbers;
+    numbers.positions = {twice.data()};
+    ASSERT_EQ(mesh.update(numbers).reason(), "");
+    EXPECT_EQ(mesh.bounds().max.x, 2.0f) << "as the numbers have it";
+    EXPECT_EQ(mesh.extent().middle.x, 5.0f);
+    EXPECT_TRUE(mesh.pick({{6.5f, 0, 10, 1}, {0, 0, -1, 0}}));
+    EXPECT_FALSE(mesh.pick({{1.5f, 0, 10, 1}, {0, 0, -1, 0}}));
+    ASSERT_TRUE(mesh.set_transform(orvex::mat4()));
+    EXPECT_EQ(mesh.extent().middle.x, 0.0f);
 }
 
 TEST_F(ModelMeshTest, a_transform_moves_what_is_seen_and_met) {
