@@ -536,6 +536,29 @@ TEST_F(ModelPickTest, looks_between_the_near_and_the_far_plane) {
         }
 }
 
+TEST_F(ModelPickTest, looks_along_any_axis) {
+    const Model model = load("v -1 -1 -1\nv 1 -1 -1\nv -1 1 -1\nv -1 -1 1\nv 1 1 -1\nv 1 -1 1\n"
+                             "v -1 1 1\nv 1 1 1\nf 1 2 5 3\nf 4 6 8 7\nf 1 2 6 4\nf 3 5 8 7\n"
+                             "f 1 3 7 4\nf 2 5 8 6\n");
+    const auto camera = make<orvex::Camera>();
+    camera->set_viewport(0, 0, width, height);
+    camera->build_projection_persp(40, 4.0f / 3.0f, 1, 100, true);
+    for (int axis = 0; axis < 3; ++axis)
+        for (const float side : {1.0f, -1.0f}) {
+            const auto along = [&](float x) {
+                return vec4(axis == 0 ? x : 0, axis == 1 ? x : 0, axis == 2 ? x : 0, 1);
+            };
+            const vec4 up(0, axis == 1 ? 0.0f : 1.0f, axis == 1 ? 1.0f : 0.0f, 0);
+            camera->set_view_params(along(10 * side), along(0), up, true);
+            const std::optional<Pick> pick = model.pick(*camera, width / 2.0f, height / 2.0f);
+            ASSERT_TRUE(pick) << axis << " " << side;
+            EXPECT_NEAR(pick->distance, 8.0, 1e-3);
+            EXPECT_NEAR(pick->point.x, along(side).x, 1e-5f);
+            EXPECT_NEAR(pick->point.y, along(side).y, 1e-5f);
+            EXPECT_NEAR(pick->point.z, along(side).z, 1e-5f);
+        }
+}
+
 TEST_F(ModelPickTest, finds_nothing_through_cameras_that_show_nothing) {
     const Model model(sample);
     const auto camera = make<orvex::Camera>();

@@ -19,6 +19,7 @@
 #include <orvex/geometry/mesh/model.h>
 #include <orvex/geometry/points/vertex_pool.h>
 #include <orvex/kernel/core.h>
+#include <orvex/math/mat4.h>
 
 #include "orvex_kit/engine.h"
 #include "tests/orvex_kit/scripted_loader.h"
@@ -36,6 +37,10 @@ using Notes = std::vector<std::string>;
 using Numbers = std::array<float, 3>;
 
 Numbers numbers(const orvex::vec3& v) {
+    return {v.x, v.y, v.z};
+}
+
+orvex::vec3 vec3_of(const vec4& v) {
     return {v.x, v.y, v.z};
 }
 
@@ -347,6 +352,43 @@ TEST_F(ModelTest, counts_points_and_lines_and_has_all_of_them_in_its_bounds) {
     EXPECT_EQ(model.notes(), Notes());
 }
 
+TEST_F(ModelTest, moves_points_and_lines_by_its_transform) {
+    Model model = load_by([](orvex::Model& target, const std::string&) {
+        auto* const cloud = new orvex::VertexPool;
+        cloud->init_pool(1, false);
+        cloud->set_vertex_position(0, vec4(1, 2, 3, 1));
+        target.add_child(cloud);
+        auto* const line = new orvex::Polyline;
+        line->initialize(2, orvex::LINE_RENDER_MODE_LINES);
+        line->set_vertex_position(0, 4, 5, 6);
+        line->set_vertex_position(1, 7, 8, 9);
+        target.add_child(line);
+        return true;
+    });
+    orvex::mat4 aside;
+    aside.init_translate(10, 20, 30);
+    ASSERT_EQ(model.set_transform(aside).reason(), "");
+    ASSERT_EQ(model.extent().points.size(), 3u);
+    EXPECT_EQ(numbers(vec3_of(model.extent().points[0])), (Numbers{11, 22, 33}));
+    EXPECT_EQ(numbers(vec3_of(model.extent().points[1])), (Numbers{14, 25, 36}));
+    EXPECT_EQ(numbers(vec3_of(model.extent().points[2])), (Numbers{17, 28, 39}));
+    EXPECT_EQ(numbers(vec3_of(model.extent().middle)), (Numbers{14, 25, 36}));
+    EXPECT_EQ(numbers(model.bounds().max), (Numbers{7, 8, 9}));
+}
+
+TEST_F(ModelTest, passes_over_a_part_that_its_loader_has_ended) {
+    const Model model = load_by([](orvex::Model& target, const std::string&) {
+        orvex::Mesh* const ended = new_triangle();
+        target.add_child(ended);
+        target.add_child(new_triangle());
+        delete ended;
+        return true;
+    });
+    ASSERT_TRUE(model) << model.reason();
+    EXPECT_EQ(model.meshes().size(), 1u);
+    EXPECT_EQ(model.num_faces(), 1u);
+}
+
 TEST_F(ModelTest, draws_opaque_runs_before_blended_ones_in_the_order_of_the_file) {
     folder.write("m.mtl", "newmtl glass\nd 0.5\nnewmtl wood\nd 1\n");
     const Model model = load("mtllib m.mtl\nv 0 0 0\nv 1 0 0\nv 0 1 0\n"
@@ -407,6 +449,33 @@ TEST_F(ModelTest, looks_for_the_way_up_where_a_format_tells_none) {
         EXPECT_EQ(model.up_axis(), row.up) << row.loader;
         EXPECT_EQ(model.file_up_axis(), row.up) << row.loader;
     }
+}
+
+TEST_F(ModelTest, stands_up_where_its_transform_has_put_it) {
+    ScriptedLoader::add("orvex_stl", [](orvex::Model& model, const std::string&) {
+        auto* const mesh = new orvex::Mesh;
+        mesh->alloc_vertex_data(4);
+        for (unsigned long i = 0; i < 4; ++i)
+            mesh->set_vertex_position(
+                i, vec4(static_cast<float>(i % 2), static_cast<float>(i), i < 3 ? 5.0f : 0.0f, 1));
+        mesh->alloc_face_data(1, false);
+        mesh->set_face_indexes(0, 0, 1, 2);
+        model.add_child(mesh);
+        return true;
+    });
+    Model model(folder.write("m.script", "x"), {Normals::file, false, "orvex_stl"});
+    ASSERT_EQ(model.up_axis(), UpAxis::minus_z);
+    orvex::mat4 aside;
+    aside.init_translate(10, 20, 30);
+    ASSERT_EQ(model.set_transform(aside).reason(), "");
+    EXPECT_EQ(numbers(vec3_of(model.extent().points[3])), (Numbers{11, 23, 30}));
+    model.stand_up();
+    EXPECT_EQ(model.up_axis(), UpAxis::y);
+    EXPECT_NEAR(model.extent().points[3].x, 11.0f, 1e-5f);
+    EXPECT_NEAR(model.extent().points[3].y, 20.0f, 1e-5f);
+    EXPECT_NEAR(model.extent().points[3].z, 33.0f, 1e-5f);
+    ASSERT_EQ(model.set_transform(orvex::mat4()).reason(), "");
+    EXPECT_NEAR(model.extent().points[3].z, 3.0f, 1e-5f) << "it stands still";
 }
 
 #ifdef ORVEX_WITH_LIB3DS
