@@ -341,9 +341,11 @@ Outcome LayerPass::draw(const Camera& camera, const std::vector<Model*>& models,
 
 Outcome draw_layers(View& view, const Camera& camera, const std::vector<Model*>& models,
                     const std::vector<LayerPlane>& planes, const LayerOptions& options) {
-    if (!view.make_current())
+    if (!view)
         return Outcome::failure("layers of an empty view" +
                                 (view.reason().empty() ? "" : ": " + view.reason()));
+    if (!view.make_current())
+        return Outcome::failure("the context of the view can't be made current");
     return LayerPass(view, options).draw(camera, models, planes);
 }
 

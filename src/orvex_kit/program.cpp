@@ -120,7 +120,8 @@ void Program::Data::close() {
 void Program::Data::load(const std::string& text) {
     const ViewContext::Visit visit(*context);
     if (!visit.is_there()) {
-        reason = name + ": its view is empty";
+        reason = name + (context->is_open() ? ": the context of its view can't be made current"
+                                            : ": its view is empty");
         return;
     }
     orvex::Renderer* const renderer = context->renderer;

@@ -182,7 +182,7 @@ void Text::Data::open() {
         if (visit.is_there())
             make();
         else
-            reason = "its view is empty";
+            reason = "the context of its view can't be made current";
     }
 }
 

@@ -88,6 +88,12 @@ Outcome empty_view(const std::string& reason) {
     return Outcome::failure(reason.empty() ? "the view is empty" : "the view is empty: " + reason);
 }
 
+/// Why a view can't be made current.
+Outcome out_of_reach(const View& view) {
+    return view ? Outcome::failure("the context of the view can't be made current")
+                : empty_view(view.reason());
+}
+
 } // namespace
 
 void View::set_background(const orvex::vec4& color) noexcept {
@@ -174,11 +180,11 @@ void View::present() {
 }
 
 Outcome View::read(Picture& picture) {
-    return make_current() ? data->read(picture) : empty_view(reason());
+    return make_current() ? data->read(picture) : out_of_reach(*this);
 }
 
 Outcome View::read(void* rows, std::ptrdiff_t row_bytes) {
-    return make_current() ? data->read(rows, row_bytes) : empty_view(reason());
+    return make_current() ? data->read(rows, row_bytes) : out_of_reach(*this);
 }
 
 Outcome View::write(const std::string& path, const PictureFileOptions& options) {

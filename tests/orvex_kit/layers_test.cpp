@@ -397,6 +397,17 @@ TEST_P(LayersTest, of_an_empty_view_tell_so) {
     EXPECT_EQ(before.size(), 1u);
 }
 
+TEST_P(LayersTest, tell_that_another_thread_has_the_context) {
+    {
+        const TakenContext taken(view);
+        EXPECT_EQ(draw_layers(view, KitCamera(), {}, all_layers, shots).reason(),
+                  "the context of the view can't be made current");
+        EXPECT_TRUE(shots.empty());
+    }
+    draw(KitCamera(), {});
+    EXPECT_EQ(shots.size(), all_layers.size());
+}
+
 TEST(Layer, has_a_name_and_a_kind) {
     for (const Layer layer : all_layers)
         EXPECT_EQ(layer_named(name_of(layer)), layer);

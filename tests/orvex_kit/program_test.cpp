@@ -269,6 +269,16 @@ TEST(Program, of_an_empty_view_tells_so) {
     EXPECT_EQ(program.reason(), "toon: its view is empty");
 }
 
+TEST_P(ProgramTest, tells_that_another_thread_has_its_context) {
+    {
+        const TakenContext taken(view);
+        const Program program = Program::from_text(view, filling(red_stage), "toon");
+        EXPECT_FALSE(program);
+        EXPECT_EQ(program.reason(), "toon: the context of its view can't be made current");
+    }
+    EXPECT_EQ(shown_by(Program::from_text(view, filling(red_stage))), red);
+}
+
 TEST(Program, does_nothing_when_empty) {
     Program program;
     EXPECT_FALSE(program);

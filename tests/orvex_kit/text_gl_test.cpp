@@ -256,6 +256,30 @@ TEST_P(TextTest, ends_with_its_view_and_may_be_moved) {
     EXPECT_EQ(Text(other).reason(), "its view is empty");
 }
 
+TEST_P(TextTest, takes_the_place_of_another) {
+    Text text(view), other(view);
+    text.add("A", 10, 10);
+    other.add("A", 300, 300);
+    text = std::move(other);
+    EXPECT_FALSE(other); // NOLINT(bugprone-use-after-move): it is empty then
+    const Ink ink = ink_of(frame_with(text));
+    EXPECT_GT(ink.count, 20);
+    EXPECT_GE(ink.left, 300);
+    View none;
+    text = Text(none);
+    EXPECT_EQ(text.reason(), "its view is empty");
+}
+
+TEST_P(TextTest, tells_that_another_thread_has_its_context) {
+    {
+        const TakenContext taken(view);
+        const Text text(view);
+        EXPECT_FALSE(text);
+        EXPECT_EQ(text.reason(), "the context of its view can't be made current");
+    }
+    EXPECT_GT(ink_of(frame_with("A", 10, 10)).count, 20);
+}
+
 TEST_P(TextTest, passes_over_what_means_nothing) {
     Text text(view);
     TextStyle style;

@@ -1,10 +1,13 @@
 #pragma once
 
 #include <array>
+#include <future>
 #include <string>
+#include <thread>
 
 #include <gtest/gtest.h>
 
+#include <orvex/renderer/render_window.h>
 #include <orvex/scene/camera.h>
 
 #include "orvex_kit/picture.h"
@@ -48,5 +51,32 @@ inline orvex::kit::Picture empty_frame(orvex::kit::View& view) {
     view.end();
     return picture_of(view);
 }
+
+/// While one lives, another thread has the context of a view.
+class TakenContext {
+public:
+    explicit TakenContext(orvex::kit::View& view)
+        : window(*view.window()) {
+        EXPECT_TRUE(window.osx_apply_context(false));
+        thread = std::thread([this] {
+            taken.set_value(window.osx_apply_context(true));
+            done.get_future().wait();
+            window.osx_apply_context(false);
+        });
+        EXPECT_TRUE(taken.get_future().get());
+    }
+    ~TakenContext() {
+        done.set_value();
+        thread.join();
+    }
+    TakenContext(const TakenContext&) = delete;
+    TakenContext& operator=(const TakenContext&) = delete;
+
+private:
+    orvex::RenderWindow& window;
+    std::promise<bool> taken;
+    std::promise<void> done;
+    std::thread thread;
+};
 
 } // namespace orvex_test

@@ -10,6 +10,8 @@
 #include <GL/gl.h>
 #include <gtest/gtest.h>
 
+#include <orvex/geometry/mesh/mesh.h>
+#include <orvex/geometry/mesh/model.h>
 #include <orvex/renderer/render_target.h>
 #include <orvex/renderer/render_window.h>
 #include <orvex/renderer/renderer.h>
@@ -19,6 +21,7 @@
 #include "orvex_kit/model.h"
 #include "orvex_kit/private/engine_parts.h"
 #include "sample_models.h"
+#include "scripted_loader.h"
 #include "tests/support/gl_context.h"
 #include "view_frame.h"
 
@@ -289,6 +292,10 @@ TEST_P(ViewTest, does_nothing_when_empty) {
     const auto camera = flat_camera(8, 8);
     view.set_background({1.0f, 1.0f, 1.0f, 1.0f});
     view.begin(*camera);
+    view.begin(Camera());
+    orvex::kit::Model square(write_square(folder));
+    view.add(square);
+    view.draw(square);
     view.end();
     view.present();
     EXPECT_EQ(view.resize(8, 8).reason(), "the view is empty");
@@ -297,6 +304,52 @@ TEST_P(ViewTest, does_nothing_when_empty) {
     EXPECT_TRUE(picture.is_empty());
     EXPECT_EQ(view.write(folder.file("a.png")).reason(),
               "can't write " + folder.file("a.png") + ": the view is empty");
+}
+
+TEST_P(ViewTest, tells_that_another_thread_has_its_context) {
+    const std::string reason = "the context of the view can't be made current";
+    View view(8, 8, options());
+    Picture picture;
+    {
+        const TakenContext taken(view);
+        EXPECT_TRUE(view);
+        EXPECT_FALSE(view.make_current());
+        EXPECT_EQ(view.resize(4, 4).reason(),
+                  "a view of 4x4 pixels: its context can't be made current");
+        EXPECT_EQ(view.read(picture).reason(), reason);
+        std::array<unsigned char, 4 * 64> memory{};
+        EXPECT_EQ(view.read(memory.data(), 32).reason(), reason);
+        EXPECT_EQ(view.write(folder.file("a.png")).reason(),
+                  "can't write " + folder.file("a.png") + ": " + reason);
+        EXPECT_TRUE(picture.is_empty());
+        EXPECT_EQ(view.width(), 8);
+    }
+    EXPECT_EQ(pixel_at(empty_frame(view), 7, 7), (Pixel{43, 48, 56, 255}));
+}
+
+TEST_P(ViewTest, stands_a_model_as_it_stands_where_no_way_up_is_told) {
+    // It stands on four feet at its largest z.
+    ScriptedLoader::add("orvex_stl", [](orvex::Model& model, const std::string&) {
+        auto* const mesh = new orvex::Mesh;
+        mesh->alloc_vertex_data(5);
+        const float places[5][3] = {{-1, 0, 2}, {1, 1, 2}, {1, 2, 2}, {-1, 3, 2}, {0, 1, 0}};
+        for (unsigned i = 0; i < 5; ++i)
+            mesh->set_vertex_position(i, {places[i][0], places[i][1], places[i][2], 1.0f});
+        mesh->alloc_face_data(4, false);
+        for (unsigned i = 0; i < 4; ++i)
+            mesh->set_face_indexes(i, 4, i, (i + 1) % 4);
+        model.add_child(mesh);
+        return true;
+    });
+    orvex::kit::Model pyramid(folder.write("m.script", "x"), {Normals::flat, false, "orvex_stl"});
+    ASSERT_EQ(pyramid.up_axis(), UpAxis::minus_z) << pyramid.reason();
+    View view(32, 32, options());
+    const auto seen = [&](UpAxis up) {
+        view.draw(pyramid, {30.0f, 20.0f, up});
+        return picture_of(view);
+    };
+    EXPECT_EQ(seen(UpAxis::automatic), seen(UpAxis::minus_z));
+    EXPECT_NE(seen(UpAxis::automatic), seen(UpAxis::y));
 }
 
 TEST_P(ViewTest, draws_on_the_context_of_a_host) {
