@@ -1,7 +1,10 @@
 // What becomes of pictures and models when memory runs out, and what memory they do without.
 
+#include <csignal>
 #include <filesystem>
 #include <functional>
+#include <memory>
+#include <new>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -23,8 +26,10 @@
 #include "orvex_kit/picture_file.h"
 #include "orvex_kit/private/engine_parts.h"
 #include "orvex_kit/private/face_lists.h"
+#include "orvex_kit/private/unnamed_files.h"
 #include "orvex_kit/ref.h"
 #include "orvex_kit/view.h"
+#include "orvex_kit/whole_file.h"
 #include "tests/orvex_kit/sample_models.h"
 #include "tests/orvex_kit/sample_pictures.h"
 #include "tests/support/heap.h"
@@ -162,6 +167,31 @@ TEST(Memory, that_runs_out_leaves_no_engine_half_begun) {
     unsetenv("ORVEX_PLUGIN_PATH");
 }
 
+TEST(Memory, that_runs_out_leaves_signals_as_they_were_before_a_new_file) {
+    const TempDir folder;
+    use_unnamed_files(false);
+    // What earlier files have left for others to use is used.
+    std::vector<std::unique_ptr<WholeFile>> others;
+    for (int i = 0; i < 10; ++i) {
+        others.push_back(std::make_unique<WholeFile>(folder.file(std::to_string(i))));
+        ASSERT_EQ(others.back()->begin().reason(), "");
+    }
+    const std::string path = folder.file("x");
+    WholeFile file(path);
+    {
+        const RefuseArrays refusal({.min_size = large, .single = true});
+        EXPECT_THROW(static_cast<void>(file.begin()), std::bad_alloc);
+    }
+    sigset_t blocked;
+    pthread_sigmask(SIG_SETMASK, nullptr, &blocked);
+    EXPECT_EQ(sigismember(&blocked, SIGTERM), 0);
+    EXPECT_EQ(file.begin().reason(), "");
+    EXPECT_EQ(file.put("x").reason(), "");
+    EXPECT_EQ(file.finish().reason(), "");
+    EXPECT_EQ(content_of(path), "x");
+    use_unnamed_files(true);
+}
+
 /// A model of one triangle with two textures, one of which is missing.
 std::string write_model(const TempDir& folder) {
     EXPECT_EQ(write_picture(noise_picture(20, 20, 3, Sample::u8), folder.file("t.png")).reason(),
@@ -211,6 +241,46 @@ TEST(Memory, that_runs_out_leaves_picking_its_long_way) {
         const std::optional<Pick> pick = model.pick(ray);
         ASSERT_TRUE(pick) << n;
         EXPECT_EQ(pick->distance, 1.0);
+    }
+}
+
+/// A grid of squares from 0 to 1, of so many faces that several threads share in its tree.
+Model large_grid() {
+    constexpr unsigned side = 110;
+    std::vector<float> places;
+    std::vector<unsigned> corners;
+    for (unsigned y = 0; y <= side; ++y)
+        for (unsigned x = 0; x <= side; ++x)
+            places.insert(places.end(), {float(x) / side, float(y) / side, 0.0f});
+    for (unsigned y = 0; y < side; ++y)
+        for (unsigned x = 0; x < side; ++x) {
+            const unsigned low = y * (side + 1) + x, high = low + side + 1;
+            corners.insert(corners.end(), {low, low + 1, high + 1, low, high + 1, high});
+        }
+    MeshNumbers numbers;
+    numbers.num_vertices = places.size() / 3;
+    numbers.positions = {places.data()};
+    numbers.num_faces = corners.size() / 3;
+    numbers.faces = {corners.data(), Number::u32};
+    return Model::from_numbers(numbers);
+}
+
+TEST(Memory, that_runs_out_while_several_threads_sort_leaves_picking_its_long_way) {
+    const Engine engine({{}, "", false, false});
+    for (unsigned long n = 0; n < 80; ++n) {
+        const Model model = large_grid();
+        ASSERT_GE(model.num_faces(), 20'000u) << model.reason();
+        const RefuseArrays refusal({.granted = n, .refused = 1, .single = true});
+        // All over the grid, so that no part of the tree is missing.
+        for (unsigned i = 0; i < 64; ++i) {
+            const unsigned x = 5 + 13 * (i % 8), y = 5 + 13 * (i / 8);
+            const orvex::Ray ray{{(float(x) + 0.7f) / 110, (float(y) + 0.3f) / 110, 1, 1},
+                                 {0, 0, -1, 0}};
+            const std::optional<Pick> pick = model.pick(ray);
+            ASSERT_TRUE(pick) << n << " " << i;
+            EXPECT_EQ(pick->distance, 1.0) << n;
+            EXPECT_EQ(pick->face, 2 * (y * 110 + x)) << n;
+        }
     }
 }
 

@@ -11,7 +11,9 @@
 
 #include <fcntl.h>
 #include <sys/resource.h>
+#include <sys/socket.h>
 #include <sys/stat.h>
+#include <sys/un.h>
 #include <unistd.h>
 
 #include "orvex_kit/private/unnamed_files.h"
@@ -205,6 +207,79 @@ TEST_P(WholeFileWays, stays_when_a_signal_is_ignored) {
         _exit(2);
     });
     EXPECT_EQ(status, 0);
+    EXPECT_EQ(content_of(name), "new");
+}
+
+TEST_P(WholeFileWays, tells_that_a_folder_has_taken_its_place) {
+    const TempDir folder;
+    const std::string name = folder.write("a.jpg", "old");
+    {
+        WholeFile file(name);
+        ASSERT_EQ(file.begin().reason(), "");
+        ASSERT_EQ(file.put("new").reason(), "");
+        std::filesystem::remove(name);
+        std::filesystem::create_directory(name);
+        EXPECT_EQ(file.finish().reason(), "can't write " + name + ": Is a directory");
+    }
+    EXPECT_TRUE(std::filesystem::is_directory(name));
+    EXPECT_EQ(num_files(folder), 1u);
+}
+
+TEST_P(WholeFileWays, tells_that_its_folder_has_gone) {
+    const TempDir folder;
+    std::filesystem::create_directory(folder.file("deep"));
+    const std::string name = folder.file("deep/a.jpg");
+    WholeFile file(name);
+    ASSERT_EQ(file.begin().reason(), "");
+    ASSERT_EQ(file.put("new").reason(), "");
+    std::filesystem::remove_all(folder.file("deep"));
+    EXPECT_EQ(file.finish().reason(), "can't write " + name + ": No such file or directory");
+    EXPECT_EQ(num_files(folder), 0u);
+}
+
+TEST_P(WholeFileWays, tells_what_it_cant_open) {
+    const TempDir folder;
+    const std::string name = folder.file("socket");
+    sockaddr_un address{};
+    address.sun_family = AF_UNIX;
+    ASSERT_LT(name.size(), sizeof(address.sun_path));
+    name.copy(address.sun_path, name.size());
+    const int listener = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    ASSERT_EQ(bind(listener, reinterpret_cast<const sockaddr*>(&address), sizeof(address)), 0);
+    EXPECT_EQ(write_whole(name, "new"), "can't write " + name + ": No such device or address");
+    close(listener);
+    EXPECT_EQ(num_files(folder), 1u);
+}
+
+/// The number in the name of a new file beside others.
+unsigned long number_of_new_file(const TempDir& folder) {
+    for (const auto& entry : std::filesystem::directory_iterator(folder.path())) {
+        const std::string name = entry.path().filename().string();
+        if (name.rfind(".orvex-new-", 0) == 0)
+            return std::stoul(name.substr(name.rfind('-') + 1));
+    }
+    ADD_FAILURE() << "there is none";
+    return 0;
+}
+
+TEST_P(WholeFileWays, gives_up_where_every_name_that_it_tries_is_taken) {
+    const TempDir folder;
+    const std::string name = folder.write("a.jpg", "old");
+    unsigned long number = 0;
+    {
+        use_unnamed_files(false);
+        WholeFile other(folder.file("b.jpg"));
+        ASSERT_EQ(other.begin().reason(), "");
+        number = number_of_new_file(folder);
+        use_unnamed_files(GetParam());
+    }
+    for (unsigned long i = 1; i <= 1000; ++i)
+        folder.write(".orvex-new-" + std::to_string(getpid()) + "-" + std::to_string(number + i),
+                     "of another");
+    EXPECT_EQ(write_whole(name, "new"), "can't write " + name + ": File exists");
+    EXPECT_EQ(content_of(name), "old");
+    EXPECT_EQ(num_files(folder), 1001u);
+    EXPECT_EQ(write_whole(name, "new"), "") << "the next names are free";
     EXPECT_EQ(content_of(name), "new");
 }
 
