@@ -187,10 +187,6 @@ void Text::Data::open() {
 }
 
 void Text::Data::make() {
-    if (!GpuProgramMgr::get() || !TextureMgr::get()) {
-        reason = no_engine;
-        return;
-    }
     if (!make_program() || !make_sheet())
         return;
     mesh = new orvex::Mesh;
@@ -204,12 +200,14 @@ bool Text::Data::make_program() {
     const ProgramSource source(program_stages, path);
     program = GpuProgramMgr::get()->create_gpu_program_from_memory(renderer, source.text().c_str(),
                                                                    source.text().size(), "text");
-    if (program->is_valid() && program->bind(renderer)) {
+    const bool is_compiled = program->is_valid();
+    if (is_compiled && program->bind(renderer)) {
         program->unbind(renderer);
         return true;
     }
-    reason = "the program of texts doesn't compile: " +
-             source.told(program->get_shader_error_messages(), "text");
+    const std::string told = source.told(program->get_shader_error_messages(), "text");
+    reason = std::string("the program of texts doesn't ") + (is_compiled ? "link" : "compile") +
+             (told.empty() ? "; the log tells why" : ": " + told);
     return false;
 }
 

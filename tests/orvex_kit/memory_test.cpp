@@ -17,6 +17,7 @@
 #include <orvex/geometry/rays/ray_caster.h>
 #include <orvex/kernel/core.h>
 #include <orvex/renderer/records/mesh_data.h>
+#include <orvex/scene/object.h>
 
 #include "orvex_kit/compare.h"
 #include "orvex_kit/engine.h"
@@ -281,6 +282,36 @@ TEST(Memory, that_runs_out_while_several_threads_sort_leaves_picking_its_long_wa
             EXPECT_EQ(pick->distance, 1.0) << n;
             EXPECT_EQ(pick->face, 2 * (y * 110 + x)) << n;
         }
+    }
+}
+
+/// Counts those that are there.
+class Counted : public orvex::Object {
+public:
+    explicit Counted(int& there)
+        : there(there) {
+        ++there;
+    }
+    ~Counted() override { --there; }
+
+private:
+    int& there;
+};
+
+TEST(Memory, that_runs_out_leaves_the_end_of_a_tree_to_the_engine) {
+    for (unsigned long n = 0; n < 6; ++n) {
+        int there = 0;
+        Ref<Counted> root = make<Counted>(there);
+        orvex::Node* lowest = root.get();
+        for (int depth = 0; depth < 20; ++depth)
+            for (int i = 0; i < 2; ++i) {
+                lowest->add_child(make<Counted>(there).get());
+                lowest = lowest->get_child(lowest->get_num_children() - 1);
+            }
+        EXPECT_EQ(there, 41);
+        const RefuseArrays refusal({.granted = n, .refused = 1, .single = true});
+        root.reset();
+        EXPECT_EQ(there, 0) << n;
     }
 }
 

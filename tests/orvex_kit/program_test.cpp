@@ -297,6 +297,15 @@ TEST(Program, may_outlive_the_engine) {
     EXPECT_FALSE(program);
 }
 
+TEST(ProgramSource, puts_nothing_before_stages_that_name_their_own_inputs) {
+    const std::string geometry = "[Geometry_Shader]\nlayout(points) in;\n";
+    for (const Path path : {Path::gl3, Path::gl2}) {
+        const ProgramSource source(geometry, path);
+        EXPECT_EQ(source.text(), geometry);
+        EXPECT_EQ(source.told("\nGeometry shader error: 0:2(1): no\n", "t"), "t:2: no");
+    }
+}
+
 TEST(ProgramSource, understands_what_compilers_write) {
     const ProgramSource source("x\n[Vertex_Shader]\na\n[Pixel_Shader]\nb\n#version 330\n",
                                Path::gl2);

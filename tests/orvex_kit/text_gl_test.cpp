@@ -10,9 +10,12 @@
 #include <GL/gl.h>
 #include <gtest/gtest.h>
 
+#include <orvex/renderer/records/gpu_program_data.h>
 #include <orvex/renderer/renderer.h>
 
 #include "orvex_kit/engine.h"
+
+#include "tests/support/fake_renderer.h"
 #include "tests/support/gl_context.h"
 #include "tests/support/heap.h"
 #include "tests/support/picture.h"
@@ -25,6 +28,8 @@ namespace {
 
 using namespace orvex::kit;
 using orvex::vec4;
+using orvex::kit::Camera;
+using orvex::kit::Font;
 
 constexpr int width = 640;
 constexpr int height = 480;
@@ -326,6 +331,48 @@ TEST_P(TextTest, tells_that_there_is_no_memory_for_its_letters) {
     EXPECT_GE(refusals_of_a_text(view, true), 2u);
     EXPECT_GE(refusals_of_a_text(view, false), 1u);
     EXPECT_GT(ink_of(frame_with("A", 10, 10)).count, 20);
+}
+
+/// Compiles nothing, and says why.
+class Refusing : public FakeRenderer {
+public:
+    bool gpu_program_load_shader_from_memory(GpuProgramData* program, GPU_SHADER_TYPE type,
+                                             const char* /*source*/,
+                                             unsigned long /*size*/) override {
+        const std::string words = "no shaders here";
+        program->set_shader_info_log(type, words.c_str(), words.size());
+        return false;
+    }
+};
+
+TEST(Text, tells_what_the_compiler_of_a_renderer_says) {
+    const Engine engine;
+    Refusing renderer;
+    const Text text(renderer, Path::gl3);
+    EXPECT_FALSE(text);
+    EXPECT_EQ(text.reason(), "the program of texts doesn't compile: text: no shaders here");
+}
+
+TEST(Text, tells_what_a_renderer_of_the_hosts_refuses) {
+    struct Row {
+        const char* refused;
+        const char* reason;
+    };
+    const Engine engine;
+    for (const Row& row :
+         {Row{"gpu_program_load_shader_from_memory",
+              "the program of texts doesn't compile; the log tells why"},
+          Row{"gpu_program_activate", "the program of texts doesn't link; the log tells why"},
+          Row{"texture_2d_load",
+              "the driver takes no sheet of letters: there isn't enough memory"}}) {
+        FakeRenderer renderer;
+        renderer.results[row.refused] = false;
+        Text text(renderer, Path::gl3);
+        EXPECT_FALSE(text);
+        EXPECT_EQ(text.reason(), row.reason);
+        text.add("A", 1, 1);
+        EXPECT_TRUE(text.draw(16, 16)) << "nothing";
+    }
 }
 
 TEST(Text, needs_an_engine) {

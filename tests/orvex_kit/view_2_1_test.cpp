@@ -6,6 +6,7 @@
 
 #include "orvex_kit/engine.h"
 #include "orvex_kit/layers.h"
+#include "orvex_kit/text.h"
 #include "orvex_kit/windows/host_view.h"
 #include "tests/support/gl_context.h"
 #include "view_frame.h"
@@ -38,6 +39,20 @@ TEST(View, tells_that_an_old_driver_draws_no_layers) {
     EXPECT_EQ(draw_layers(view, orvex::kit::Camera(), {}, {Layer::depth}, pictures).reason(),
               "this driver has no shading language 1.50 on path gl2: ask for path gl3");
     EXPECT_EQ(draw_layers(view, orvex::kit::Camera(), {}, {Layer::color}, pictures).reason(), "");
+}
+
+TEST(Text, tells_that_its_program_doesnt_link) {
+    const Engine engine;
+    ViewOptions options;
+    options.path = Path::gl2;
+    View view(8, 8, options);
+    ASSERT_TRUE(view) << view.reason();
+    Text text(*view.renderer(), Path::gl3);
+    EXPECT_FALSE(text);
+    EXPECT_EQ(text.reason(), "the program of texts doesn't link; the log tells why");
+    text.add("A", 1, 1);
+    EXPECT_TRUE(text.draw(8, 8)) << "nothing";
+    EXPECT_TRUE(Text(view)) << "the other path draws";
 }
 
 TEST(View, tells_which_path_a_hosts_context_draws) {
