@@ -1,6 +1,7 @@
 #include "orvex_kit/font.h"
 
 #include <cmath>
+#include <filesystem>
 #include <string>
 #include <vector>
 
@@ -8,6 +9,7 @@
 
 #include "orvex_kit/private/glyph_sheet.h"
 #include "orvex_kit/private/utf8.h"
+#include "tests/support/command.h"
 #include "tests/support/heap.h"
 #include "tests/support/temp_dir.h"
 
@@ -216,6 +218,41 @@ TEST(Texts, of_no_size_take_no_room) {
     TextStyle style;
     style.line_spacing = NAN;
     EXPECT_EQ(Font().measure("a", style).lines, 0u);
+}
+
+/// What the program says that bakes the built-in font, and how it ends.
+std::string said_by_bake_font(const std::string& arguments) {
+    return output_of(ORVEX_BAKE_FONT " " + arguments);
+}
+const std::string exit_1 = "exit " + std::to_string(1 << 8);
+const std::string exit_2 = "exit " + std::to_string(2 << 8);
+
+TEST(BakeFont, tells_what_it_wants_and_what_it_cant_read_or_write) {
+    const TempDir folder;
+    const std::string face = ORVEX_FONT_FACE;
+    const std::string text = folder.write("face.ttf", std::string(200, 't'));
+    EXPECT_EQ(said_by_bake_font(face), "usage: bake_font face.ttf builtin_font.cpp\n" + exit_2);
+    EXPECT_EQ(said_by_bake_font(text + " " + folder.file("a.cpp")),
+              "bake_font: " + text + " is no TrueType font\n" + exit_1);
+    EXPECT_EQ(said_by_bake_font(folder.write("short.ttf", "OTTO") + " " + folder.file("a.cpp")),
+              "bake_font: " + folder.file("short.ttf") + " is no TrueType font\n" + exit_1);
+    EXPECT_EQ(said_by_bake_font("/none.ttf " + folder.file("a.cpp")),
+              "bake_font: /none.ttf is no TrueType font\n" + exit_1);
+    EXPECT_EQ(said_by_bake_font(face + " /none/a.cpp"),
+              "bake_font: can't write /none/a.cpp\n" + exit_1);
+    EXPECT_FALSE(std::filesystem::exists(folder.file("a.cpp")));
+}
+
+TEST(BakeFont, tells_that_the_end_of_its_source_found_no_room) {
+    const TempDir folder;
+    const std::string whole = folder.file("whole.cpp"), cut = folder.file("cut.cpp");
+    const std::string face = ORVEX_FONT_FACE;
+    ASSERT_EQ(said_by_bake_font(face + " " + whole), "");
+    // A block less than all of it.
+    const std::string blocks = std::to_string((std::filesystem::file_size(whole) - 1) / 512);
+    EXPECT_EQ(output_of("trap '' XFSZ; ulimit -f " + blocks + "; " ORVEX_BAKE_FONT " " + face +
+                        " " + cut),
+              "bake_font: can't write " + cut + "\n" + exit_1);
 }
 
 TEST(FontFile, is_read_with_glyphs_of_any_code_point) {

@@ -146,18 +146,23 @@ bool write(const char* path, const std::vector<Glyph>& glyphs, std::size_t sheet
     std::fprintf(
         out, "\n};\nconst std::size_t builtin_sheet_bytes = %zu;\n\n} // namespace orvex::kit\n",
         bytes.size());
-    return std::ferror(out) == 0;
+    return std::fflush(out) == 0 && std::ferror(out) == 0;
 }
 
 } // namespace
 
 int main(int argc, char** argv) {
-    if (argc != 3)
+    if (argc != 3) {
+        std::fprintf(stderr, "usage: bake_font face.ttf builtin_font.cpp\n");
         return 2;
+    }
     std::ifstream file(argv[1], std::ios::binary);
     const std::vector<unsigned char> bytes{std::istreambuf_iterator<char>(file), {}};
     stbtt_fontinfo face;
-    if (bytes.empty() || !stbtt_InitFont(&face, bytes.data(), 0)) {
+    // Only the question where a face begins looks at what kind of file it is.
+    constexpr std::size_t least = 16;
+    const int begin = bytes.size() < least ? -1 : stbtt_GetFontOffsetForIndex(bytes.data(), 0);
+    if (begin < 0 || !stbtt_InitFont(&face, bytes.data(), begin)) {
         std::fprintf(stderr, "bake_font: %s is no TrueType font\n", argv[1]);
         return 1;
     }
