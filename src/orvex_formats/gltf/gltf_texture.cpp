@@ -1,6 +1,5 @@
 #include "orvex_formats/gltf/private/gltf_texture.h"
 
-#include <algorithm>
 #include <cmath>
 #include <utility>
 
@@ -145,14 +144,16 @@ void GltfTextures::name_file(Image& image, const Json& uri) {
     files.emplace(std::move(name), uri);
 }
 
-/// Whether a picture is a file of this name, one that no material has named yet included.
-bool GltfTextures::is_named(const std::string& name) const {
-    std::string told;
-    return std::any_of(images.begin(), images.end(), [&](const Image& image) {
+/// The names of files that begin with "white", those included that no material has named yet.
+std::set<std::string> GltfTextures::names_like_white() const {
+    std::set<std::string> names;
+    std::string name;
+    for (const Image& image : images) {
         const Json uri = image.json.find("uri");
-        return uri.is_text() && uri.text().size() <= 3 * name.size() &&
-               unescape_uri(uri.text(), told) && told == name;
-    });
+        if (uri.is_text() && unescape_uri(uri.text(), name) && name.starts_with("white"))
+            names.insert(name);
+    }
+    return names;
 }
 
 void GltfTextures::embed(const std::string& name) {
@@ -171,8 +172,9 @@ void GltfTextures::embed(const std::string& name) {
 
 const std::string& GltfTextures::white() {
     if (white_name.empty()) {
+        const std::set<std::string> taken = names_like_white();
         white_name = "white";
-        while (is_named(white_name))
+        while (taken.count(white_name))
             white_name += " ";
         draft.pictures.push_back({white_name, {}});
     }

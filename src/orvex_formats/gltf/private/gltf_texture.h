@@ -5,6 +5,7 @@
 
 #include <cstddef>
 #include <map>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -42,7 +43,7 @@ private:
     };
 
     const std::string& picture_of(const Json& texture);
-    bool is_named(const std::string& name) const;
+    std::set<std::string> names_like_white() const;
     void look_at(Image& image, std::size_t place);
     void name_file(Image& image, const Json& uri);
     void set_wrap(const Json& texture, PhysicalTexture& told) const;
