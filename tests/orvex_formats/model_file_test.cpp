@@ -1,5 +1,6 @@
 #include "orvex_formats/private/model_file.h"
 
+#include <cstring>
 #include <string>
 #include <vector>
 
@@ -115,16 +116,28 @@ TEST_F(ModelFileTest, of_an_archive_with_a_wide_end_is_found) {
     const std::string packed = Zip().add("a.stl", text).widen().text();
     EXPECT_EQ(bytes_of(open_model_file(folder.write("a.zip", packed), "STL")), text);
     const std::size_t end = packed.size() - 22;
-    const auto led_to = [&](std::uint64_t place) {
+    const auto with = [&](std::size_t at, std::uint64_t number) {
         std::string changed = packed;
-        for (std::size_t i = 0; i < 8; ++i, place >>= 8)
-            changed[changed.size() - Zip::wide_place + i] = static_cast<char>(place & 255);
+        std::memcpy(changed.data() + at, &number, sizeof number);
         return refusal("a.zip", changed);
+    };
+    const auto led_to = [&](std::uint64_t place) {
+        return with(packed.size() - Zip::wide_place, place);
     };
     EXPECT_EQ(led_to(3), "byte 3: the archive has no directory");
     EXPECT_EQ(led_to(end - 1),
               "byte " + std::to_string(end - 1) + ": the archive's directory leads beyond its end");
     EXPECT_EQ(led_to(UINT64_MAX),
+              "byte 18446744073709551615: the archive's directory leads beyond its end");
+    const std::size_t wide_end = packed.find("PK\x06\x06");
+    const std::string begin = std::to_string(packed.find("PK\x01\x02"));
+    EXPECT_EQ(with(wide_end + 32, UINT64_MAX), "byte " + begin +
+                                                   ": the archive says that it has "
+                                                   "18446744073709551615 files, and is too short "
+                                                   "for them");
+    EXPECT_EQ(with(wide_end + 40, UINT64_MAX),
+              "byte " + begin + ": the archive's directory leads beyond its end");
+    EXPECT_EQ(with(wide_end + 48, UINT64_MAX),
               "byte 18446744073709551615: the archive's directory leads beyond its end");
     std::string lost = packed;
     lost[end - 20] = 'X'; // the mark of what leads there
