@@ -1,5 +1,6 @@
 // Runs of faces as meshes of their own, with the vertices that they use.
 
+#include <new>
 #include <unordered_map>
 #include <utility>
 #include <vector>
@@ -51,13 +52,14 @@ void fill_uvs(const Mesh& mesh, const std::vector<unsigned>& used, Mesh& piece) 
         piece.set_vertex_uv(i, mesh.get_vertex_uv(used[i], 0), 0);
 }
 
-/// @return null where the engine finds no memory
+/// @throw std::bad_alloc  also where the engine finds no memory: without its piece a run would be
+///                        drawn as its whole mesh
 Ref<Mesh> piece_of(const Mesh& mesh, const FaceRun& run) {
     std::vector<unsigned> used;
     const std::vector<unsigned> corners = corners_of(mesh, run, used);
     Ref<Mesh> piece = make<Mesh>(mesh.get_mesh_data()->vertex_format);
     if (!piece->alloc_vertex_data(used.size()) || !piece->alloc_face_data(run.num_faces, false))
-        return nullptr;
+        throw std::bad_alloc();
     for (std::size_t i = 0; i < used.size(); ++i) {
         piece->set_vertex_position(i, mesh.get_vertex_position(used[i]));
         piece->set_vertex_normal(i, mesh.get_vertex_normal(used[i]));

@@ -285,6 +285,36 @@ TEST(Memory, that_runs_out_while_several_threads_sort_leaves_picking_its_long_wa
     }
 }
 
+TEST(Memory, that_runs_out_in_a_draw_leaves_the_next_one_whole) {
+    const TempDir folder;
+    const Engine engine({{}, "", false, false});
+    folder.write("m.mtl", "newmtl red\nKd 1 0 0\nnewmtl green\nKd 0 1 0\n");
+    const std::string path =
+        folder.write("m.obj", "mtllib m.mtl\nv -1 -1 0\nv 1 -1 0\nv 1 1 0\nv -1 1 0\n"
+                              "usemtl red\nf 1 2 3\nusemtl green\nf 1 3 4\n");
+    const auto seen = [](View& view, Model& model) {
+        Picture picture;
+        view.draw(model, {0.0f, 0.0f});
+        EXPECT_EQ(view.read(picture).reason(), "");
+        return picture;
+    };
+    for (const Path drawn_on : {Path::gl3, Path::gl2}) {
+        View view(16, 16, {drawn_on, 0});
+        Model warm(path);
+        const Picture usual = seen(view, warm);
+        for (unsigned long n = 0; n < 30; ++n) {
+            Model model(path);
+            try {
+                const RefuseArrays refusal({.granted = n, .refused = 1});
+                view.draw(model, {0.0f, 0.0f});
+            } catch (const std::bad_alloc&) {
+                // told to the host
+            }
+            EXPECT_EQ(compare(seen(view, model), usual).reason, "") << n;
+        }
+    }
+}
+
 /// Counts those that are there.
 class Counted : public orvex::Object {
 public:
@@ -419,6 +449,17 @@ TEST(FaceLists, stay_away_where_memory_runs_out) {
     EXPECT_EQ(store_of(model).face_materials, nullptr);
     view.draw(model);
     EXPECT_TRUE(model.pick(orvex::Ray{{0.2f, 0.3f, 9, 1}, {0, 0, -1, 0}}));
+}
+
+TEST(FaceLists, of_a_mesh_without_faces_are_none) {
+    const Ref<orvex::Mesh> mesh = make<orvex::Mesh>();
+    ASSERT_TRUE(mesh->alloc_vertex_data(3));
+    MeshData& store = *mesh->get_mesh_data();
+    FaceLists lists;
+    lists.put_away(store);
+    lists.bring_back(store);
+    EXPECT_EQ(store.face_normals, nullptr);
+    EXPECT_EQ(store.face_materials, nullptr);
 }
 
 TEST(FaceLists, serve_updates_that_make_normals) {
