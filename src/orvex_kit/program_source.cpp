@@ -158,7 +158,8 @@ std::string ProgramSource::told(const std::string& messages, const std::string& 
             continue;
         int number = 0;
         std::string place = name + ": ";
-        if (take_line_number(line, number))
+        // A line of a head is none of the text's.
+        if (take_line_number(line, number) && first_line + number > 1)
             place = name + ":" + std::to_string(first_line + number - 1) + ": ";
         result.append(result.empty() ? "" : "\n").append(place).append(line);
     }

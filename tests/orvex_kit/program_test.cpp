@@ -319,6 +319,8 @@ TEST(ProgramSource, understands_what_compilers_write) {
              Row{"\nPixel shader error: ERROR: 0:3: no b\n", "t:6: no b"},
              Row{"\nPixel shader error: no more memory\n", "t: no more memory"},
              Row{"\nPixel shader error: 0:1(1): x\n0:2(1): y\n\n", "t:4: x\nt:5: y"},
+             // What stands in the head is on no line of the text.
+             Row{"\nVertex shader error: 0:2(10): error: no 1.20\n", "t: error: no 1.20"},
              Row{"", ""},
          })
         EXPECT_EQ(source.told(row.message, "t"), row.told);
