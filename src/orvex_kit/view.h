@@ -126,8 +126,7 @@ public:
 
     /// Has models look otherwise; at first they are `lit`.
     /// @return what the compiler said, as `Program::reason`; why the look is empty; or that the
-    /// view
-    ///         is. Models look as before then
+    ///         view is. Models look as before then
     Outcome set_look(const Look& look);
     /// The program of the look: for uniforms of the host's own, and to take up a changed file.
     /// Empty for an empty view. The view's, until the look is another.
@@ -162,7 +161,8 @@ public:
     /// The picture between `end` and `present`: 8-bit red, green, blue and straight alpha, which is
     /// full where the background is opaque.
     /// @param picture  receives it, in the view's size; stays as it was on failure
-    /// @return that the view is empty, or memory ran out
+    /// @return that the view is empty, that its context can't be made current, as where another
+    ///         thread has it, or that memory ran out
     Outcome read(Picture& picture);
     /// The same into memory of the caller's.
     /// @param rows       the pixels of the row on top
