@@ -376,19 +376,6 @@ TEST_F(ModelTest, moves_points_and_lines_by_its_transform) {
     EXPECT_EQ(numbers(model.bounds().max), (Numbers{7, 8, 9}));
 }
 
-TEST_F(ModelTest, passes_over_a_part_that_its_loader_has_ended) {
-    const Model model = load_by([](orvex::Model& target, const std::string&) {
-        orvex::Mesh* const ended = new_triangle();
-        target.add_child(ended);
-        target.add_child(new_triangle());
-        delete ended;
-        return true;
-    });
-    ASSERT_TRUE(model) << model.reason();
-    EXPECT_EQ(model.meshes().size(), 1u);
-    EXPECT_EQ(model.num_faces(), 1u);
-}
-
 TEST_F(ModelTest, draws_opaque_runs_before_blended_ones_in_the_order_of_the_file) {
     folder.write("m.mtl", "newmtl glass\nd 0.5\nnewmtl wood\nd 1\n");
     const Model model = load("mtllib m.mtl\nv 0 0 0\nv 1 0 0\nv 0 1 0\n"
