@@ -33,16 +33,23 @@ public:
     std::vector<unsigned char> bytes;
 };
 
-/// Why a reader refuses bytes; empty where it reads them.
+/// Why a reader refuses a file; empty where it reads it.
 template<class Draft>
 std::string refusal_of(Draft (*reader)(const orvex::formats::InputFile&),
-                       const std::vector<unsigned char>& bytes) {
+                       const orvex::formats::InputFile& file) {
     try {
-        reader(orvex::formats::InputFile(bytes));
+        reader(file);
     } catch (const orvex::formats::Refusal& refusal) {
         return std::string(refusal.is_format_known() ? "" : "other format: ") + refusal.what();
     }
     return "";
+}
+
+/// Why a reader refuses bytes; empty where it reads them.
+template<class Draft>
+std::string refusal_of(Draft (*reader)(const orvex::formats::InputFile&),
+                       const std::vector<unsigned char>& bytes) {
+    return refusal_of(reader, orvex::formats::InputFile(bytes));
 }
 
 } // namespace orvex_test

@@ -8,11 +8,11 @@
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
-#include <sys/resource.h>
 #include <unistd.h>
 
 #include "orvex_formats/private/importer.h"
 #include "orvex_formats/private/refusal.h"
+#include "tests/support/limit.h"
 #include "tests/support/temp_dir.h"
 
 namespace orvex_test {
@@ -102,25 +102,6 @@ TEST(Importer, does_without_a_program_or_with_one_that_cant_be_run) {
     EXPECT_EQ(reason_of("/nowhere"),
               "the importer can't be started: /nowhere: No such file or directory");
 }
-
-/// Lets a limit be so low while it lives.
-class Limit {
-public:
-    Limit(__rlimit_resource what, rlim_t most)
-        : what(what) {
-        getrlimit(what, &before);
-        rlimit low = before;
-        low.rlim_cur = most;
-        setrlimit(what, &low);
-    }
-    ~Limit() { setrlimit(what, &before); }
-    Limit(const Limit&) = delete;
-    Limit& operator=(const Limit&) = delete;
-
-private:
-    const __rlimit_resource what;
-    rlimit before{};
-};
 
 TEST(Importer, says_what_it_lacks_where_a_host_has_no_descriptors_left) {
     const TempDir folder;

@@ -6,7 +6,8 @@
 #include <vector>
 
 #include <gtest/gtest.h>
-#include <pthread.h>
+
+#include "tests/support/no_threads.h"
 
 namespace orvex_test {
 
@@ -46,28 +47,6 @@ TEST(Workers, that_throw_are_waited_for_and_thrown_from_the_caller) {
                  std::runtime_error);
     EXPECT_EQ(num_thrown, 4u);
 }
-
-/// While it lives, no thread can be started: there is no room for its stack.
-class NoThreads {
-public:
-    NoThreads() {
-        pthread_getattr_default_np(&before);
-        pthread_attr_t changed;
-        pthread_getattr_default_np(&changed);
-        pthread_attr_setstacksize(&changed, std::size_t{1} << 48);
-        pthread_setattr_default_np(&changed);
-        pthread_attr_destroy(&changed);
-    }
-    ~NoThreads() {
-        pthread_setattr_default_np(&before);
-        pthread_attr_destroy(&before);
-    }
-    NoThreads(const NoThreads&) = delete;
-    NoThreads& operator=(const NoThreads&) = delete;
-
-private:
-    pthread_attr_t before{};
-};
 
 TEST(Workers, that_cant_be_started_leave_their_work_to_the_caller) {
     const NoThreads no_threads;

@@ -1,4 +1,3 @@
-#include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstdint>
@@ -149,8 +148,6 @@ TEST_F(ModelMeshTest, other_faces_leave_the_normals_and_colours_that_were_given)
 
 TEST_F(ModelMeshTest, another_texture_is_seen_in_place_of_the_one_before) {
     Picture red = make_picture(1, 1, 3, Sample::u8), green = red;
-    std::fill_n(red.row_data(0), 3, std::uint8_t{0});
-    std::fill_n(green.row_data(0), 3, std::uint8_t{0});
     red.row_data(0)[0] = green.row_data(0)[1] = 255;
     MeshNumbers numbers = square();
     numbers.texture = &red;

@@ -10,8 +10,6 @@
 
 #include <gtest/gtest.h>
 
-#include <pthread.h>
-
 #include <orvex/geometry/mesh/mesh.h>
 #include <orvex/geometry/mesh/model.h>
 #include <orvex/geometry/rays/ray_caster.h>
@@ -23,6 +21,7 @@
 #include "orvex_kit/model.h"
 #include "orvex_kit/private/face_tree.h"
 #include "orvex_kit/ref.h"
+#include "tests/support/no_threads.h"
 #include "tests/support/temp_dir.h"
 
 namespace orvex_test {
@@ -126,28 +125,6 @@ TEST(FaceTree, grows_by_several_threads_into_one_that_finds_the_same) {
     EXPECT_GT(hits, 30u);
     EXPECT_LT(tree.num_bytes(), faces.size() * 100);
 }
-
-/// While one lives, no thread can be started: none finds room for its stack.
-class NoThreads {
-public:
-    NoThreads() {
-        pthread_getattr_default_np(&before);
-        pthread_attr_t vast;
-        pthread_getattr_default_np(&vast);
-        pthread_attr_setstacksize(&vast, std::size_t{1} << 50);
-        pthread_setattr_default_np(&vast);
-        pthread_attr_destroy(&vast);
-    }
-    ~NoThreads() {
-        pthread_setattr_default_np(&before);
-        pthread_attr_destroy(&before);
-    }
-    NoThreads(const NoThreads&) = delete;
-    NoThreads& operator=(const NoThreads&) = delete;
-
-private:
-    pthread_attr_t before{};
-};
 
 TEST(FaceTree, grows_by_one_thread_where_no_other_can_be_started) {
     Dice dice;
@@ -577,10 +554,6 @@ TEST_F(ModelPickTest, looks_between_the_near_and_the_far_plane) {
         }
 }
 
-vec4 cross(const vec4& a, const vec4& b) {
-    return {a.y * b.z - a.z * b.y, a.z * b.x - a.x * b.z, a.x * b.y - a.y * b.x, 0};
-}
-
 TEST_F(ModelPickTest, looks_along_any_axis) {
     const Model model = load("v -1 -1 -1\nv 1 -1 -1\nv -1 1 -1\nv -1 -1 1\nv 1 1 -1\nv 1 -1 1\n"
                              "v -1 1 1\nv 1 1 1\nf 1 2 5 3\nf 4 6 8 7\nf 1 2 6 4\nf 3 5 8 7\n"
@@ -594,11 +567,8 @@ TEST_F(ModelPickTest, looks_along_any_axis) {
                 return vec4(axis == 0 ? x : 0, axis == 1 ? x : 0, axis == 2 ? x : 0, 1);
             };
             const vec4 up(0, axis == 1 ? 0.0f : 1.0f, axis == 1 ? 1.0f : 0.0f, 0);
-            const vec4 toward = along(side), right = cross(up, toward);
+            const vec4 toward = along(side), right = up.cross(toward);
             orvex::mat4 view; // without a rounding of angles: most of its numbers are 0
-            for (int i = 0; i < 4; ++i)
-                for (int row = 0; row < 4; ++row)
-                    view.m[4 * i + row] = row == i ? 1.0f : 0.0f;
             const vec4* const rows[] = {&right, &up, &toward};
             for (int row = 0; row < 3; ++row) {
                 view.m[row] = rows[row]->x;

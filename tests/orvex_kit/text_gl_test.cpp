@@ -14,7 +14,6 @@
 #include <orvex/renderer/renderer.h>
 
 #include "orvex_kit/engine.h"
-
 #include "tests/support/fake_renderer.h"
 #include "tests/support/gl_context.h"
 #include "tests/support/heap.h"

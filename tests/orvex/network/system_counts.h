@@ -1,6 +1,5 @@
 #pragma once
 
-#include <algorithm>
 #include <atomic>
 #include <chrono>
 #include <filesystem>
@@ -9,8 +8,9 @@
 #include <thread>
 
 #include <gtest/gtest.h>
-#include <sys/resource.h>
 #include <unistd.h>
+
+#include "tests/support/limit.h"
 
 namespace orvex_test {
 
@@ -78,20 +78,10 @@ protected:
 };
 
 /// Limits the number of open descriptors, or lifts the limit, until the end of its scope.
-class DescriptorLimit {
+class DescriptorLimit : public Limit {
 public:
-    explicit DescriptorLimit(rlim_t limit) {
-        getrlimit(RLIMIT_NOFILE, &before);
-        rlimit changed = before;
-        changed.rlim_cur = std::min(limit, before.rlim_max);
-        setrlimit(RLIMIT_NOFILE, &changed);
-    }
-    DescriptorLimit(const DescriptorLimit&) = delete;
-    DescriptorLimit& operator=(const DescriptorLimit&) = delete;
-    ~DescriptorLimit() { setrlimit(RLIMIT_NOFILE, &before); }
-
-private:
-    rlimit before{};
+    explicit DescriptorLimit(rlim_t limit)
+        : Limit(RLIMIT_NOFILE, limit) {}
 };
 
 } // namespace orvex_test

@@ -28,11 +28,13 @@ struct Machine {
     bool has_entries = true;
     bool lists_devices = true;
     EGLint last_error = EGL_SUCCESS;
-
-    const ScriptedDevice& device(void* handle) { return *static_cast<ScriptedDevice*>(handle); }
 };
 
 Machine machine;
+
+const ScriptedDevice& device_at(void* handle) {
+    return *static_cast<ScriptedDevice*>(handle);
+}
 
 EGLBoolean list(EGLint most, EGLDeviceEXT* devices, EGLint* count) {
     *count = std::min(most, static_cast<EGLint>(machine.devices.size()));
@@ -42,7 +44,7 @@ EGLBoolean list(EGLint most, EGLDeviceEXT* devices, EGLint* count) {
 }
 
 const char* text_of(EGLDeviceEXT handle, EGLint name) {
-    const ScriptedDevice& device = machine.device(handle);
+    const ScriptedDevice& device = device_at(handle);
     return name == EGL_EXTENSIONS ? device.extensions : device.node;
 }
 
@@ -81,12 +83,12 @@ const char* eglQueryString(EGLDisplay display, EGLint name) {
     if (display == EGL_NO_DISPLAY)
         return machine.extensions;
     if (name == EGL_CLIENT_APIS)
-        return machine.device(display).apis;
+        return device_at(display).apis;
     return name == EGL_VENDOR ? "the maker" : "";
 }
 
 EGLBoolean eglInitialize(EGLDisplay display, EGLint*, EGLint*) {
-    machine.last_error = machine.device(display).error;
+    machine.last_error = device_at(display).error;
     return machine.last_error == EGL_SUCCESS;
 }
 
