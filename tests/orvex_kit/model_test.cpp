@@ -40,10 +40,6 @@ Numbers numbers(const orvex::vec3& v) {
     return {v.x, v.y, v.z};
 }
 
-orvex::vec3 vec3_of(const vec4& v) {
-    return {v.x, v.y, v.z};
-}
-
 const std::string sample = ORVEX_EXAMPLE_DATA "/lighthouse.obj";
 
 /// A triangle of a material.
@@ -369,11 +365,24 @@ TEST_F(ModelTest, moves_points_and_lines_by_its_transform) {
     aside.init_translate(10, 20, 30);
     ASSERT_EQ(model.set_transform(aside).reason(), "");
     ASSERT_EQ(model.extent().points.size(), 3u);
-    EXPECT_EQ(numbers(vec3_of(model.extent().points[0])), (Numbers{11, 22, 33}));
-    EXPECT_EQ(numbers(vec3_of(model.extent().points[1])), (Numbers{14, 25, 36}));
-    EXPECT_EQ(numbers(vec3_of(model.extent().points[2])), (Numbers{17, 28, 39}));
-    EXPECT_EQ(numbers(vec3_of(model.extent().middle)), (Numbers{14, 25, 36}));
+    EXPECT_EQ(numbers(model.extent().points[0].get_vec3()), (Numbers{11, 22, 33}));
+    EXPECT_EQ(numbers(model.extent().points[1].get_vec3()), (Numbers{14, 25, 36}));
+    EXPECT_EQ(numbers(model.extent().points[2].get_vec3()), (Numbers{17, 28, 39}));
+    EXPECT_EQ(numbers(model.extent().middle.get_vec3()), (Numbers{14, 25, 36}));
     EXPECT_EQ(numbers(model.bounds().max), (Numbers{7, 8, 9}));
+}
+
+TEST_F(ModelTest, passes_over_a_part_that_its_loader_has_ended) {
+    const Model model = load_by([](orvex::Model& target, const std::string&) {
+        orvex::Mesh* const ended = new_triangle();
+        target.add_child(ended);
+        target.add_child(new_triangle());
+        ended->kill(nullptr, nullptr);
+        return true;
+    });
+    ASSERT_TRUE(model) << model.reason();
+    EXPECT_EQ(model.meshes().size(), 1u);
+    EXPECT_EQ(model.num_faces(), 1u);
 }
 
 TEST_F(ModelTest, draws_opaque_runs_before_blended_ones_in_the_order_of_the_file) {
@@ -455,7 +464,7 @@ TEST_F(ModelTest, stands_up_where_its_transform_has_put_it) {
     orvex::mat4 aside;
     aside.init_translate(10, 20, 30);
     ASSERT_EQ(model.set_transform(aside).reason(), "");
-    EXPECT_EQ(numbers(vec3_of(model.extent().points[3])), (Numbers{11, 23, 30}));
+    EXPECT_EQ(numbers(model.extent().points[3].get_vec3()), (Numbers{11, 23, 30}));
     model.stand_up();
     EXPECT_EQ(model.up_axis(), UpAxis::y);
     EXPECT_NEAR(model.extent().points[3].x, 11.0f, 1e-5f);
