@@ -54,6 +54,9 @@ bool ByteStream::take_line(std::string_view& line) {
         length = static_cast<std::size_t>(end - begin);
         // A CR at the window's end may be one half of an end.
         const bool is_whole = end != window.end() && (*end == '\n' || end + 1 != window.end());
+        if (!is_whole && length > longest_line)
+            refuse("line %llu: longer than any that is read",
+                   static_cast<unsigned long long>(num_lines));
         if (is_whole || !grow()) {
             const auto behind = window.begin() + static_cast<std::ptrdiff_t>(next + length);
             std::size_t end_size = behind == window.end() ? 0 : 1;
@@ -63,9 +66,6 @@ bool ByteStream::take_line(std::string_view& line) {
             next += length + end_size;
             return true;
         }
-        if (length > longest_line)
-            refuse("line %llu: longer than any that is read",
-                   static_cast<unsigned long long>(num_lines));
     }
 }
 

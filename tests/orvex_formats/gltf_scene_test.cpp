@@ -521,6 +521,24 @@ TEST(GltfMaterial, whose_pictures_are_called_white_has_them_beside_a_white_one) 
     }
 }
 
+TEST(GltfMaterial, has_its_own_picture_beside_a_file_that_is_called_as_it) {
+    const TempDir folder;
+    folder.write("picture 1", "FILE");
+    const std::string looking_at =
+        "'materials':[{'pbrMetallicRoughness':{'baseColorTexture':{'index':0}}},"
+        "{'pbrMetallicRoughness':{'baseColorTexture':{'index':1}}}],";
+    const std::vector<unsigned char> bytes =
+        looks(looking_at + "'textures':[{'source':1},{'source':0}],'images':["
+                           "{'uri':'picture%201'},{'uri':'data:image/png;base64,QUJD'}]")
+            .as_binary();
+    const Draft draft =
+        read_gltf(InputFile(folder.write("m.glb", std::string(bytes.begin(), bytes.end()))));
+    ASSERT_EQ(draft.pictures.size(), 1u);
+    EXPECT_EQ(draft.pictures[0].name, "picture 1 ");
+    EXPECT_EQ(draft.materials.at(0).textures, std::vector<std::string>{"picture 1 "});
+    EXPECT_EQ(draft.materials.at(1).textures, std::vector<std::string>{"picture 1"});
+}
+
 TEST(GltfMaterial, has_a_picture_white_that_cant_be_read_behind_another) {
     const TempDir folder;
     const std::vector<unsigned char> bytes =

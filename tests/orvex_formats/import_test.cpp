@@ -278,6 +278,23 @@ TEST_F(ImportTest, notes_pictures_that_lie_elsewhere_once) {
     EXPECT_TRUE(draft.materials[1].textures.empty());
 }
 
+TEST_F(ImportTest, tells_a_picture_within_a_file_from_one_beside_it_of_its_name) {
+    write_four_colors(folder.file("picture 0"));
+    for (const char* const path : {"picture 0", "../elsewhere/picture 0", "./picture 0"}) {
+        MadeScene scene;
+        const std::string png = content_of(folder.file("picture 0"));
+        scene.add_picture({png.begin(), png.end()}, "");
+        const aiString beside(path), within("*0");
+        scene.material(0).RemoveProperty(AI_MATKEY_TEXTURE_DIFFUSE(0));
+        scene.material(0).AddProperty(&beside, AI_MATKEY_TEXTURE_DIFFUSE(0));
+        scene.material(1).AddProperty(&within, AI_MATKEY_TEXTURE_DIFFUSE(0));
+        scene.write("assbin", folder.file("both.assbin"));
+        const Draft draft = read(folder.file("both.assbin"));
+        EXPECT_EQ(draft.materials[0].textures, std::vector<std::string>{"./picture 0"}) << path;
+        EXPECT_EQ(draft.materials[1].textures, std::vector<std::string>{"picture 0"}) << path;
+    }
+}
+
 TEST_F(ImportTest, leaves_out_pictures_within_a_file_that_would_hide_one_beside_it) {
     write_four_colors(folder.file("four.png"));
     MadeScene scene;

@@ -23,7 +23,11 @@ inline std::string path_name(const testing::TestParamInfo<orvex::kit::Path>& inf
 
 using Pixel = std::array<int, 4>;
 
+/// Fails the test for a picture of other channels than RGBA.
 inline Pixel pixel_at(const orvex::kit::Picture& picture, int x, int y) {
+    EXPECT_EQ(picture.channels(), 4);
+    if (picture.channels() != 4)
+        return {};
     const auto* const p = picture.row<std::uint8_t>(y) + 4 * x;
     return {p[0], p[1], p[2], p[3]};
 }

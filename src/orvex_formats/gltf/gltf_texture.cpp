@@ -123,7 +123,8 @@ void GltfTextures::look_at(Image& image, std::size_t place) {
         return;
     }
     const std::string told(image.json.text("name"));
-    picture.name = "picture " + std::to_string(place) + (told.empty() ? "" : ": " + told);
+    picture.name =
+        free_name("picture " + std::to_string(place) + (told.empty() ? "" : ": " + told));
     image.name = picture.name;
     draft.pictures.push_back(std::move(picture));
 }
@@ -144,16 +145,21 @@ void GltfTextures::name_file(Image& image, const Json& uri) {
     files.emplace(std::move(name), uri);
 }
 
-/// The names of files that begin with "white", those included that no material has named yet.
-std::set<std::string> GltfTextures::names_like_white() const {
-    std::set<std::string> names;
-    std::string name;
-    for (const Image& image : images) {
-        const Json uri = image.json.find("uri");
-        if (uri.is_text() && unescape_uri(uri.text(), name) && name.starts_with("white"))
-            names.insert(name);
+/// A name that no picture has which is a file, those included that no material has named yet.
+std::string GltfTextures::free_name(std::string name) {
+    if (!are_files_listed) {
+        are_files_listed = true;
+        std::string file_name;
+        for (const Image& image : images) {
+            const Json uri = image.json.find("uri");
+            if (uri.is_text() && !uri.text().starts_with("data:") &&
+                unescape_uri(uri.text(), file_name))
+                names_of_files.insert(file_name);
+        }
     }
-    return names;
+    while (names_of_files.count(name))
+        name += ' ';
+    return name;
 }
 
 void GltfTextures::embed(const std::string& name) {
@@ -172,10 +178,7 @@ void GltfTextures::embed(const std::string& name) {
 
 const std::string& GltfTextures::white() {
     if (white_name.empty()) {
-        const std::set<std::string> taken = names_like_white();
-        white_name = "white";
-        while (taken.count(white_name))
-            white_name += " ";
+        white_name = free_name("white");
         draft.pictures.push_back({white_name, {}});
     }
     return white_name;

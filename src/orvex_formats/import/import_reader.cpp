@@ -43,16 +43,16 @@ public:
             name.erase(0, 2);
         const Beside told = find_beside(model, name);
         if (told.mistake.empty())
-            return name;
+            return of_file(name);
         const std::string last = last_part_of(name);
         const Beside beside = find_beside(model, last);
         if (beside.mistake.empty())
-            return last;
+            return of_file(last);
         // A file that isn't there is told of by those who look for it.
         if (told.is_missing || model.path().empty())
-            return name;
+            return of_file(name);
         if (beside.is_missing)
-            return last;
+            return of_file(last);
         note("the picture \"" + in_words(last) + "\" was left out: " + beside.mistake);
         return "";
     }
@@ -76,6 +76,11 @@ public:
     }
 
 private:
+    /// A file's name, another than that of any picture within the model.
+    std::string of_file(const std::string& name) const {
+        return is_picture(name) ? "./" + name : name;
+    }
+
     Draft& draft;
     const InputFile& model;
     std::set<std::string> pictures, notes;

@@ -43,7 +43,7 @@ private:
     };
 
     const std::string& picture_of(const Json& texture);
-    std::set<std::string> names_like_white() const;
+    std::string free_name(std::string name);
     void look_at(Image& image, std::size_t place);
     void name_file(Image& image, const Json& uri);
     void set_wrap(const Json& texture, PhysicalTexture& told) const;
@@ -58,6 +58,8 @@ private:
     std::map<std::string, Json> files; ///< the URIs of the pictures that are files, by their names
     const std::string nothing;
     std::string white_name;
+    std::set<std::string> names_of_files; ///< of all pictures, once one has asked for a free name
+    bool are_files_listed = false;
 };
 
 } // namespace orvex::formats

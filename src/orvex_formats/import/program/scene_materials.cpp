@@ -138,7 +138,11 @@ private:
         const auto [embedded, place] = scene.GetEmbeddedTextureAndIndex(path.C_Str());
         if (embedded && place >= 0 && static_cast<std::size_t>(place) < draft.pictures.size())
             return draft.pictures[static_cast<std::size_t>(place)].name;
-        return path.C_Str();
+        std::string name = path.C_Str();
+        const bool is_taken =
+            std::any_of(draft.pictures.begin(), draft.pictures.end(),
+                        [&](const Picture& picture) { return picture.name == name; });
+        return is_taken ? "./" + name : name;
     }
 
     static PhysicalTexture::Wrap wrap_of(aiTextureMapMode mode) {
