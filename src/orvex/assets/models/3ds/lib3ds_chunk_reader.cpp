@@ -5,21 +5,6 @@
 
 namespace orvex::lib3ds {
 
-const unsigned char* ChunkReader::take(Span content, std::uint32_t count) {
-    if (!content.holds(count)) {
-        refuse(content.begin, "a chunk is too short for what it begins with");
-        return nullptr;
-    }
-    return bytes_at(content.begin, count);
-}
-
-const unsigned char* ChunkReader::bytes_at(std::uint32_t offset, std::uint32_t count) {
-    const unsigned char* const bytes = window.at(offset, count);
-    if (!bytes)
-        refuse(offset, "the bytes can't be read");
-    return bytes;
-}
-
 bool ChunkReader::skip_text(Span& content, std::uint32_t room) {
     const std::uint32_t count = std::min(room, content.size());
     const unsigned char* const bytes = bytes_at(content.begin, count);

@@ -28,9 +28,19 @@ public:
     std::uint64_t file_size() const { return window.size(); }
 
     /// The bytes at the beginning of a part; null, and a fault, if the part has fewer.
-    const unsigned char* take(Span content, std::uint32_t count);
+    const unsigned char* take(Span content, std::uint32_t count) {
+        if (content.holds(count))
+            return bytes_at(content.begin, count);
+        refuse(content.begin, "a chunk is too short for what it begins with");
+        return nullptr;
+    }
     /// `count` bytes at an offset; null, and a fault, if they can't be read.
-    const unsigned char* bytes_at(std::uint32_t offset, std::uint32_t count);
+    const unsigned char* bytes_at(std::uint32_t offset, std::uint32_t count) {
+        const unsigned char* const bytes = window.at(offset, count);
+        if (!bytes)
+            refuse(offset, "the bytes can't be read");
+        return bytes;
+    }
 
     /// Steps over a text, which `text` gives then. @return false unless it ends in time
     bool skip_text(Span& content, std::uint32_t room);
