@@ -15,6 +15,7 @@
 #include <limits>
 #include <memory>
 #include <new>
+#include <string_view>
 
 #include <orvex/gpu/gpu_program.h>
 #include <orvex/renderer/render_target.h>
@@ -257,6 +258,10 @@ Outcome LayerPass::draw_colors(const Camera& camera, const std::vector<Model*>& 
 
 /// The program, the target and the memory.
 Outcome LayerPass::prepare(unsigned long textures) {
+    // By a program that asks for the number of a face it draws nothing, without error (Mesa 22.3).
+    const char* const model = data.context->renderer->get_renderer_model();
+    if (model && std::string_view(model).find("softpipe") != std::string_view::npos)
+        return Outcome::failure("the driver softpipe draws no layers: unset GALLIUM_DRIVER");
     if (!data.layer_program)
         data.layer_program = Program::from_text(view, program_text, "layers");
     if (!data.layer_program)

@@ -115,7 +115,7 @@ TEST_P(ContextLoss, is_told_with_its_cause) {
     EXPECT_EQ(tellings(), 1);
     second->apply_context(true);
     second->display_framebuffer();
-    EXPECT_EQ(tellings(), 2);
+    ASSERT_EQ(tellings(), 2);
     EXPECT_NE(log.messages().front().find("that another program caused"), std::string::npos);
     EXPECT_NE(log.messages().back().find("of unknown cause"), std::string::npos);
 }
