@@ -70,7 +70,7 @@ struct LayerPlane {
 /// @param planes   in any order, each layer as often as wanted; what lies between rows stays
 /// @return why not: an empty view, a plane without memory or with rows too short, a driver that
 ///         hasn't got what it takes (floats in textures, and on path gl2 the shading language
-///         1.50), or memory. Planes may hold anything then
+///         1.50; softpipe can't number faces), or memory. Planes may hold anything then
 ORVEX_KIT_API Outcome draw_layers(View& view, const Camera& camera,
                                   const std::vector<Model*>& models,
                                   const std::vector<LayerPlane>& planes,
