@@ -4,6 +4,8 @@
 #include "tests/orvex/renderer/opengl/window_pair.h"
 
 #include <algorithm>
+#include <array>
+#include <deque>
 #include <functional>
 #include <vector>
 
@@ -518,8 +520,12 @@ public:
     const void* current_context() override {
         return GlRecorder::current_context() ? address : nullptr;
     }
-    const char addresses[2] = {};
+    const std::array<char, 2>& addresses = all_addresses.emplace_back();
     const void* address = &addresses[0];
+
+private:
+    /// Kept, so that none comes again: a context that nobody ends is known by its address.
+    static inline std::deque<std::array<char, 2>> all_addresses;
 };
 
 /// Contexts of a host that the engine never adopts, two of which take turns.
