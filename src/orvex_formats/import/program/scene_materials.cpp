@@ -138,6 +138,7 @@ private:
         const auto [embedded, place] = scene.GetEmbeddedTextureAndIndex(path.C_Str());
         if (embedded && place >= 0 && static_cast<std::size_t>(place) < draft.pictures.size())
             return draft.pictures[static_cast<std::size_t>(place)].name;
+        // A file that is called as a picture within the model is told from it by its folder.
         std::string name = path.C_Str();
         const bool is_taken =
             std::any_of(draft.pictures.begin(), draft.pictures.end(),
